@@ -1,0 +1,35 @@
+# One folder per room under main/. A room says which rooms it may know, and gets one static library:
+#
+#     brellin_room(Agent USES Base Disk System Places LINKS Qt6::Core)
+#
+# Its sources are the .cpp files of its folder and those of the platform's sub-folder (Linux/ or Mac/). LINKS names
+# libraries from outside. Qt Core comes with every room.
+
+if(APPLE)
+    set(BRELLIN_PLATFORM_FOLDER Mac)
+else()
+    set(BRELLIN_PLATFORM_FOLDER Linux)
+endif()
+
+function(brellin_room ROOM)
+    cmake_parse_arguments(ARG "" "" "USES;LINKS" ${ARGN})
+    file(GLOB SOURCES CONFIGURE_DEPENDS
+        ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h
+        ${CMAKE_CURRENT_SOURCE_DIR}/${BRELLIN_PLATFORM_FOLDER}/*.cpp
+        ${CMAKE_CURRENT_SOURCE_DIR}/${BRELLIN_PLATFORM_FOLDER}/*.mm)
+    add_library(${ROOM} STATIC ${SOURCES})
+    target_include_directories(${ROOM} PUBLIC ${PROJECT_SOURCE_DIR}/main)
+    target_link_libraries(${ROOM} PUBLIC ${ARG_USES} Qt6::Core PRIVATE ${ARG_LINKS} Threads::Threads)
+endfunction()
+
+# The tests of one room: all .cpp files of tests/<Room>/ in one program, found by CTest one by one.
+function(brellin_tests ROOM)
+    cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+    file(GLOB SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${ROOM}/*Test.cpp)
+    if(NOT SOURCES)
+        return()
+    endif()
+    add_executable(test_${ROOM} ${SOURCES})
+    target_link_libraries(test_${ROOM} PRIVATE ${ROOM} ${ARG_USES} TestSupport)
+    gtest_discover_tests(test_${ROOM} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()

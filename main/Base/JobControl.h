@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include <atomic>
+#include <mutex>
+
+namespace brellin {
+
+/// The thread-safe link between long work and whoever waits for it: the work reads the cancel flag and raises the
+/// counters, the other side cancels and samples. Counters mean what the work says they mean (files, bytes).
+class JobControl {
+public:
+    void cancel() { m_cancelled.store(true, std::memory_order_relaxed); }
+    bool cancelled() const { return m_cancelled.load(std::memory_order_relaxed); }
+
+    void setTotal(qint64 total) { m_total.store(total, std::memory_order_relaxed); }
+    void setDone(qint64 done) { m_done.store(done, std::memory_order_relaxed); }
+    void advance(qint64 by = 1) { m_done.fetch_add(by, std::memory_order_relaxed); }
+    qint64 total() const { return m_total.load(std::memory_order_relaxed); }
+    qint64 done() const { return m_done.load(std::memory_order_relaxed); }
+
+    /// What the work is at, for a line of progress ("Rechnung.pdf").
+    void setDetail(const QString &detail)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_detail = detail;
+    }
+    QString detail() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_detail;
+    }
+
+private:
+    std::atomic<bool> m_cancelled = false;
+    std::atomic<qint64> m_total = 0;
+    std::atomic<qint64> m_done = 0;
+    mutable std::mutex m_mutex;
+    QString m_detail;
+};
+
+} // namespace brellin

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+#include "Disk/CopyEntry.h"
+
+namespace brellin {
+
+/// The port for everything that changes the user's files: what a fault can hit. The Trash is a port of its own.
+class FileActions {
+public:
+    virtual ~FileActions() = default;
+
+    /// As `renameExclusively`.
+    virtual Result<void> rename(const Location &from, const Location &to) = 0;
+    /// As `copyEntry`.
+    virtual Result<CopyReport> copy(const Location &source, const Location &destination,
+                                    const CopyOptions &options) = 0;
+    /// As `flushEntry`.
+    virtual Result<void> flush(const Location &location) = 0;
+    /// As `removeOwnCopy`.
+    virtual Result<void> removeOwnCopy(const Location &location) = 0;
+    /// Creates one folder; `errc::file_exists` where anything has the name.
+    virtual Result<void> createFolder(const Location &folder) = 0;
+    /// Removes one folder if it is empty (`errc::directory_not_empty` else), never more.
+    virtual Result<void> removeEmptyFolder(const Location &folder) = 0;
+};
+
+/// The real ones.
+class DiskFileActions : public FileActions {
+public:
+    Result<void> rename(const Location &from, const Location &to) override;
+    Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
+    Result<void> flush(const Location &location) override;
+    Result<void> removeOwnCopy(const Location &location) override;
+    Result<void> createFolder(const Location &folder) override;
+    Result<void> removeEmptyFolder(const Location &folder) override;
+};
+
+} // namespace brellin

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <string_view>
+
+namespace brellin {
+
+/// What a type of file is a kind of. A type may be several (a script is source code and text).
+enum class TypeTrait : std::uint32_t {
+    Image = 1u << 0,
+    Movie = 1u << 1,
+    Audio = 1u << 2,
+    Archive = 1u << 3,
+    Pdf = 1u << 4,
+    Presentation = 1u << 5,
+    Spreadsheet = 1u << 6,
+    Text = 1u << 7,
+    SourceCode = 1u << 8,
+    Script = 1u << 9,
+    Json = 1u << 10,
+    Xml = 1u << 11,
+    Application = 1u << 12
+};
+
+/// The type that an extension stands for.
+struct FileType {
+    bool known = false;       ///< false: nobody knows this extension, and nothing else holds
+    std::uint32_t traits = 0; ///< `TypeTrait` bits
+    QString mimeName;         ///< "application/pdf"
+
+    bool conformsTo(TypeTrait trait) const { return (traits & static_cast<std::uint32_t>(trait)) != 0; }
+};
+
+/// The type of an extension (without dot, any case), from the shared MIME database and a small table where that errs.
+/// Answers are cached; callable from every thread.
+const FileType &fileTypeOf(std::string_view extension);
+
+/// The German description of an extension's type ("PDF-Dokument"), empty where there is none.
+QString typeDescription(std::string_view extension);
+
+/// One of the seven German category words, decided by extension alone: "Bilder", "Videos", "Musik", "Archive",
+/// "Dokumente", "Programme", "Sonstige". The reference stays valid.
+const QString &fileCategory(std::string_view extension);
+
+} // namespace brellin
