@@ -17,6 +17,10 @@ function(brellin_room ROOM)
         ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h
         ${CMAKE_CURRENT_SOURCE_DIR}/${BRELLIN_PLATFORM_FOLDER}/*.cpp
         ${CMAKE_CURRENT_SOURCE_DIR}/${BRELLIN_PLATFORM_FOLDER}/*.mm)
+    if(NOT SOURCES MATCHES "\\.cpp")
+        add_library(${ROOM} INTERFACE) # nothing to compile yet
+        return()
+    endif()
     add_library(${ROOM} STATIC ${SOURCES})
     target_include_directories(${ROOM} PUBLIC ${PROJECT_SOURCE_DIR}/main)
     target_link_libraries(${ROOM} PUBLIC ${ARG_USES} Qt6::Core PRIVATE ${ARG_LINKS} Threads::Threads)

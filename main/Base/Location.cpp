@@ -1,0 +1,105 @@
+#include "Base/Location.h"
+
+#include <QByteArray>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+constexpr QLatin1StringView urlStart("file://");
+
+bool isValidUtf8(std::string_view bytes)
+{
+    const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    return view.isValidUtf8();
+}
+
+} // namespace
+
+Location standardised(const Location &location)
+{
+    Location normal = (location.is_absolute() ? location : std::filesystem::absolute(location)).lexically_normal();
+    if (normal.has_relative_path() && !normal.has_filename())
+        normal = normal.parent_path();
+    return normal;
+}
+
+bool isAtOrBelow(std::string_view location, std::string_view folder)
+{
+    if (folder == "/")
+        return location.starts_with('/');
+    return location.starts_with(folder) && (location.size() == folder.size() || location[folder.size()] == '/');
+}
+
+bool isAtOrBelow(const Location &location, const Location &folder)
+{
+    return isAtOrBelow(std::string_view(location.native()), std::string_view(folder.native()));
+}
+
+QString shown(std::string_view bytes)
+{
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+QString shown(const Location &location)
+{
+    return shown(std::string_view(location.native()));
+}
+
+QString shownName(const Location &location)
+{
+    const Location name = location.filename();
+    return name.empty() ? shown(location) : shown(name);
+}
+
+QString textOf(const Location &location)
+{
+    const std::string &bytes = location.native();
+    if (isValidUtf8(bytes) && !bytes.starts_with("file://"))
+        return QString::fromStdString(bytes);
+    const QByteArray encoded = QByteArray::fromStdString(bytes).toPercentEncoding("/");
+    return urlStart + QString::fromLatin1(encoded);
+}
+
+Location locationFromText(const QString &text)
+{
+    if (!text.startsWith(urlStart))
+        return text.toStdString();
+    return QByteArray::fromPercentEncoding(QStringView(text).mid(urlStart.size()).toUtf8()).toStdString();
+}
+
+QString folded(const QString &text)
+{
+    // Folding may decompose ("ẞ") and composing may change what folds, hence composing on both sides.
+    return text.normalized(QString::NormalizationForm_C).toCaseFolded().normalized(QString::NormalizationForm_C);
+}
+
+std::string_view extensionOf(std::string_view name)
+{
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot + 1 == name.size())
+        return {};
+    if (name.find_first_not_of('.') > dot)
+        return {};
+    const std::string_view extension = name.substr(dot + 1);
+    return extension.find(' ') == std::string_view::npos ? extension : std::string_view();
+}
+
+std::string_view stemOf(std::string_view name)
+{
+    const std::string_view extension = extensionOf(name);
+    return extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1);
+}
+
+std::string lowerExtensionOf(std::string_view name)
+{
+    std::string extension(extensionOf(name));
+    std::ranges::transform(extension, extension.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+    return extension;
+}
+
+} // namespace brellin

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+#include <system_error>
+
+namespace brellin {
+
+/// The German description of a system error; for numbers that users hardly meet, „Systemfehler 71 (Protocol error).“.
+QString systemErrorText(const std::error_code &code);
+
+} // namespace brellin

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "System/UserDefaults.h"
+
+#include <mutex>
+
+namespace brellin {
+
+/// Settings in a folder: "settings.ini" for the plain values and a file "<key>.json" beside it for each list (a history of
+/// thirty long runs is not rewritten with every switch). Every write is atomic and flushed; "settings.lock" keeps two
+/// programs apart. A text in which an older list did not decode stays as "<key>.beschädigt-<time>.json".
+class FileUserDefaults : public UserDefaults {
+public:
+    /// The folder is created at the first write.
+    explicit FileUserDefaults(Location folder);
+
+    std::optional<QVariant> value(const QString &key) const override;
+    Result<void> setValue(const QString &key, const QVariant &value) override;
+    std::optional<QByteArray> json(const QString &key) const override;
+    Result<void> update(const QString &key,
+                        const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override;
+
+private:
+    Location jsonFile(const QString &key) const;
+    QString valuesFile() const;
+
+    Location m_folder;
+    mutable std::mutex m_mutex;
+};
+
+} // namespace brellin

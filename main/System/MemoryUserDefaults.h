@@ -1,0 +1,30 @@
+#pragma once
+
+#include "System/UserDefaults.h"
+
+#include <QHash>
+
+#include <mutex>
+
+namespace brellin {
+
+/// Settings that are forgotten with the object: over another set of settings (which it reads where it has nothing of its
+/// own, and never writes), or over nothing. This is how a command that only proposes runs without storing anything.
+class MemoryUserDefaults : public UserDefaults {
+public:
+    explicit MemoryUserDefaults(const UserDefaults *beneath = nullptr) : m_beneath(beneath) {}
+
+    std::optional<QVariant> value(const QString &key) const override;
+    Result<void> setValue(const QString &key, const QVariant &value) override;
+    std::optional<QByteArray> json(const QString &key) const override;
+    Result<void> update(const QString &key,
+                        const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override;
+
+private:
+    const UserDefaults *m_beneath;
+    mutable std::mutex m_mutex;
+    QHash<QString, QVariant> m_values;
+    QHash<QString, QByteArray> m_json;
+};
+
+} // namespace brellin

@@ -1,0 +1,205 @@
+#include "System/ProcessRunner.h"
+
+#include <QString>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char **environ;
+
+namespace brellin {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+/// How often a waiting run looks at its cancel flag.
+constexpr int pollMilliseconds = 50;
+
+class Pipe {
+public:
+    ~Pipe()
+    {
+        closeRead();
+        closeWrite();
+    }
+    bool open() { return ::pipe2(m_ends.data(), O_CLOEXEC) == 0; }
+    int readEnd() const { return m_ends[0]; }
+    int writeEnd() const { return m_ends[1]; }
+    void closeRead() { close(m_ends[0]); }
+    void closeWrite() { close(m_ends[1]); }
+
+private:
+    static void close(int &end)
+    {
+        if (end >= 0)
+            ::close(end);
+        end = -1;
+    }
+    std::array<int, 2> m_ends{-1, -1};
+};
+
+/// One running program with its three pipes. Names are passed on as the bytes they are.
+class Child {
+public:
+    explicit Child(const ProcessRequest &request) : m_request(request) {}
+    ~Child()
+    {
+        if (m_pid > 0)
+            end();
+    }
+
+    Result<void> start();
+    /// Moves input and output until the program has closed both its outputs.
+    Result<void> converse(const JobControl *control);
+    Result<ProcessOutput> finish();
+
+private:
+    Failure startFailure(int error) const;
+    Result<void> prepareInput();
+    static void drain(Pipe &pipe, QByteArray &into);
+    Result<void> mayGoOn(const JobControl *control) const;
+    void end();
+
+    const ProcessRequest &m_request;
+    const steady_clock::time_point m_deadline = steady_clock::now() + m_request.timeout;
+    pid_t m_pid = -1;
+    int m_status = 0;
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> m_input{nullptr, std::fclose};
+    Pipe m_output;
+    Pipe m_errors;
+    QByteArray m_outputText;
+    QByteArray m_errorText;
+};
+
+Failure Child::startFailure(int error) const
+{
+    return {
+        QStringLiteral("Das Programm „%1“ lässt sich nicht starten.").arg(QString::fromStdString(m_request.program)),
+        std::error_code(error, std::generic_category())};
+}
+
+/// The input waits in an unnamed file: unlike a pipe it takes all of it at once, and a program that does not read it
+/// sends no signal back.
+Result<void> Child::prepareInput()
+{
+    m_input.reset(std::tmpfile());
+    const auto size = static_cast<std::size_t>(m_request.input.size());
+    if (!m_input || std::fwrite(m_request.input.constData(), 1, size, m_input.get()) != size ||
+        std::fflush(m_input.get()) != 0 || ::lseek(::fileno(m_input.get()), 0, SEEK_SET) != 0)
+        return failure(Failure::lastSystem());
+    return {};
+}
+
+Result<void> Child::start()
+{
+    TRY(prepareInput());
+    if (!m_output.open() || !m_errors.open())
+        return failure(Failure::lastSystem());
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, ::fileno(m_input.get()), STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, m_output.writeEnd(), STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, m_errors.writeEnd(), STDERR_FILENO);
+    if (!m_request.workingFolder.empty())
+        ::posix_spawn_file_actions_addchdir_np(&actions, m_request.workingFolder.c_str());
+    std::vector<std::string> words{m_request.program};
+    words.insert(words.end(), m_request.arguments.begin(), m_request.arguments.end());
+    std::vector<char *> arguments;
+    for (std::string &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const int error = ::posix_spawnp(&m_pid, m_request.program.c_str(), &actions, nullptr, arguments.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    if (error != 0) {
+        m_pid = -1;
+        return failure(startFailure(error));
+    }
+    m_output.closeWrite();
+    m_errors.closeWrite();
+    return {};
+}
+
+void Child::drain(Pipe &pipe, QByteArray &into)
+{
+    std::array<char, 65536> piece{};
+    const ssize_t length = ::read(pipe.readEnd(), piece.data(), piece.size());
+    if (length > 0)
+        into.append(piece.data(), length);
+    else if (length == 0 || errno != EINTR)
+        pipe.closeRead();
+}
+
+Result<void> Child::mayGoOn(const JobControl *control) const
+{
+    if (control && control->cancelled())
+        return failure(Failure::cancelled());
+    if (steady_clock::now() >= m_deadline)
+        return failure(
+            Failure{QStringLiteral("Das Programm „%1“ antwortet nicht.").arg(QString::fromStdString(m_request.program)),
+                    std::make_error_code(std::errc::timed_out)});
+    return {};
+}
+
+Result<void> Child::converse(const JobControl *control)
+{
+    while (m_output.readEnd() >= 0 || m_errors.readEnd() >= 0) {
+        TRY(mayGoOn(control));
+        std::array<pollfd, 2> waiting{pollfd{m_output.readEnd(), POLLIN, 0}, pollfd{m_errors.readEnd(), POLLIN, 0}};
+        if (::poll(waiting.data(), waiting.size(), pollMilliseconds) <= 0)
+            continue;
+        if (waiting[0].revents != 0)
+            drain(m_output, m_outputText);
+        if (waiting[1].revents != 0)
+            drain(m_errors, m_errorText);
+    }
+    // Both outputs are closed; the program itself may take a moment longer.
+    while (::waitpid(m_pid, &m_status, WNOHANG) == 0) {
+        TRY(mayGoOn(control));
+        ::poll(nullptr, 0, 5);
+    }
+    m_pid = -1;
+    return {};
+}
+
+Result<ProcessOutput> Child::finish()
+{
+    if (!WIFEXITED(m_status))
+        return failure(
+            QStringLiteral("Das Programm „%1“ ist abgestürzt.").arg(QString::fromStdString(m_request.program)));
+    return ProcessOutput{WEXITSTATUS(m_status), m_outputText, m_errorText};
+}
+
+/// Asks the program to end, and does not ask a second time.
+void Child::end()
+{
+    ::kill(m_pid, SIGTERM);
+    for (int waited = 0; waited < 500; waited += pollMilliseconds) {
+        if (::waitpid(m_pid, &m_status, WNOHANG) != 0)
+            return;
+        ::poll(nullptr, 0, pollMilliseconds);
+    }
+    ::kill(m_pid, SIGKILL);
+    ::waitpid(m_pid, &m_status, 0);
+}
+
+} // namespace
+
+Result<ProcessOutput> SystemProcessRunner::run(const ProcessRequest &request, const JobControl *control)
+{
+    Child child(request);
+    TRY(child.start());
+    TRY(child.converse(control));
+    return child.finish();
+}
+
+} // namespace brellin

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Location.h"
+#include "Base/Result.h"
+
+#include <QByteArray>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace brellin {
+
+/// What is to be run: the program's path or name, its arguments as bytes (file names need not be UTF-8) and its input.
+struct ProcessRequest {
+    std::string program;
+    std::vector<std::string> arguments;
+    QByteArray input;
+    Location workingFolder; ///< empty: the caller's
+    std::chrono::milliseconds timeout = std::chrono::minutes(2);
+};
+
+struct ProcessOutput {
+    int exitCode = 0;
+    QByteArray output;
+    QByteArray errors;
+};
+
+/// The port to other programs. Blocking: called on workers only.
+class ProcessRunner {
+public:
+    virtual ~ProcessRunner() = default;
+
+    /// Runs a program to its end. A program that is missing, crashes or takes longer than its time (it is then ended) is a
+    /// failure, as is a cancel; an exit code other than 0 is an answer.
+    virtual Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *control = nullptr) = 0;
+};
+
+class SystemProcessRunner : public ProcessRunner {
+public:
+    Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *control) override;
+};
+
+} // namespace brellin
