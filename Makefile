@@ -1,0 +1,43 @@
+# The commands for people. The set-up is in tools/setup, the build in CMake; this file only puts names to them.
+
+# What `make run` gives to the program, for example: make run ARGS="verlauf --json"
+ARGS ?= pruefen
+
+.PHONY: build run test lint format bench clean help
+.DEFAULT_GOAL := build
+
+build:
+	@tools/setup build
+	@tools/build release
+
+run: build
+	@build/release/bin/brellin $(ARGS)
+
+test: build
+	@ctest --preset release --parallel "$$(getconf _NPROCESSORS_ONLN)"
+
+lint:
+	@tools/setup build format lint
+	@tools/lint
+
+format:
+	@tools/setup format
+	@tools/format
+
+bench:
+	@tools/setup build bench
+	@tools/build bench
+	@build/bench/bin/brellin-bench
+	@bench/peers.py build/bench/bin
+
+clean:
+	@rm -rf build
+
+help:
+	@echo 'make build    install what is missing and build the program into build/release'
+	@echo 'make run      build, then run it; ARGS="..." are its arguments (without: pruefen)'
+	@echo 'make test     build, then run all tests'
+	@echo 'make lint     check layout and code with clang-format and clang-tidy'
+	@echo 'make format   lay the source out as clang-format wants it'
+	@echo 'make bench    measure, also against programs of the same kind'
+	@echo 'make clean    remove everything that was built'
