@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Disk/FileAttributes.h"
+
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+
+namespace brellin {
+
+/// One change the agent would make, waiting for the user's tick. Never stored.
+struct AgentProposal {
+    enum class Kind { Move, Copy, Rename, Trash };
+
+    QUuid id = QUuid::createUuid();
+    Kind kind = Kind::Move;
+    Location source;
+    std::optional<Location> destination; ///< none for the Trash
+    QString reason;
+    bool automatic = false;   ///< carried out without asking
+    bool preselected = false; ///< ticked when shown
+    bool isFolder = false;    ///< the source is a whole folder
+    bool needsReview = false; ///< shown with the warning mark
+    /// What the scan saw at `source`; the step fails if it is something else when its turn comes.
+    std::optional<FileState> seen;
+
+    bool operator==(const AgentProposal &) const = default;
+};
+
+} // namespace brellin

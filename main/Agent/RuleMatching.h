@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Agent/Candidate.h"
+#include "Agent/CleanupRule.h"
+#include "Agent/SystemLocations.h"
+#include "Base/JobControl.h"
+#include "Base/Result.h"
+#include "System/Clock.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace brellin {
+
+/// What walking the rules found.
+struct RuleEvaluation {
+    std::vector<Candidate> candidates;
+    std::int64_t checkedFiles = 0;   ///< distinct files that an enabled rule looked at
+    std::int64_t leftForScripts = 0; ///< distinct files that stay because a script names them
+};
+
+/// Turns rules into candidates: walks the folders, tests each file against the conditions and computes where it would go.
+/// Reads only, and leaves access times alone. Callable from every thread.
+class RuleMatching {
+public:
+    /// Both outlive the matching.
+    RuleMatching(const SystemLocations &locations, const Clock &clock);
+
+    /// Walks every enabled rule, top to bottom; a file belongs to the first rule that takes it. Fails only when cancelled.
+    Result<RuleEvaluation> evaluateCounting(const std::vector<CleanupRule> &rules,
+                                            const JobControl *control = nullptr) const;
+
+    /// Whether every condition of the rule holds for a file.
+    bool matches(const CleanupRule &rule, const Location &file) const;
+
+    bool isAllowed(const Location &location) const { return m_locations.isAllowed(location); }
+
+private:
+    const SystemLocations &m_locations;
+    const Clock &m_clock;
+};
+
+} // namespace brellin

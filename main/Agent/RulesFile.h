@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Agent/CleanupRule.h"
+#include "Base/Result.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace brellin {
+
+/// Reads rules that somebody wrote or exported. A text that is no list of rules, has a wrong type or an unknown word is
+/// refused as a whole with one German sentence that names the rule and the field.
+Result<std::vector<CleanupRule>> readRules(const QByteArray &json);
+
+/// The rules as a file for people: indented JSON.
+QByteArray writeRules(const std::vector<CleanupRule> &rules);
+
+} // namespace brellin
