@@ -2,12 +2,21 @@
 
 #include "Base/Location.h"
 #include "Base/Result.h"
+#include "Disk/Descriptor.h"
 
 namespace brellin {
 
 /// Renames within a volume and never onto anything: `errc::file_exists` where `to` is taken, `errc::cross_device_link`
 /// where the two lie on different volumes (or the system says so). Uses the system's exclusive rename; on file systems
-/// that refuse that, files go by hard link and unlink, and folders only onto a name that is free.
+/// that refuse that, files go by hard link and unlink, and folders only onto a name that is free. A rename that changes
+/// only upper and lower case (or the composition of letters) works on volumes that see no difference, too.
 Result<void> renameExclusively(const Location &from, const Location &to);
+
+/// The system's exclusive rename: 0, or the `errno` value it failed with.
+using SystemRename = int (*)(NameIn from, NameIn to);
+int systemRename(NameIn from, NameIn to);
+
+/// The same for a caller that holds both folders open. `rename` stands in for a file system that refuses.
+Result<void> renameExclusively(NameIn from, NameIn to, SystemRename rename = systemRename);
 
 } // namespace brellin

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+
+#include <string>
+
+#include <sys/stat.h>
+
+namespace brellin {
+
+/// An open file or folder of the system, closed at the end.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor() { reset(); }
+    Descriptor(Descriptor &&other) noexcept : m_number(other.m_number) { other.m_number = -1; }
+    Descriptor &operator=(Descriptor &&other) noexcept;
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    int number() const { return m_number; }
+    bool isOpen() const { return m_number >= 0; }
+    void reset();
+    /// Closes, and says so where the system only now admits that a write failed (network volumes).
+    Result<void> close();
+
+private:
+    int m_number = -1;
+};
+
+/// A name in a folder that is held open: it stays the same place while the path to it changes.
+struct NameIn {
+    int folder;
+    const char *name;
+};
+
+/// An entry by its open folder and its name there.
+struct EntryPlace {
+    Descriptor folder;
+    std::string name;
+
+    NameIn at() const { return {folder.number(), name.c_str()}; }
+};
+
+/// Opens the folder that holds `location`, as far as the system needs it for what lies in it: permission to read it is
+/// not required. Links on the way are followed, the last component is not looked at. `errc::device_or_resource_busy`
+/// for the root, which lies in no folder.
+Result<EntryPlace> openPlace(const Location &location);
+
+/// The same for a folder itself (a link to a folder is followed).
+Result<Descriptor> openFolderPlace(const Location &folder);
+
+/// Opens a folder to list it, never through a link and, where the system lets us, without touching its access time.
+Result<Descriptor> openFolder(NameIn entry);
+
+/// Opens a regular file for reading: never through a link, never waiting for a pipe's other end and, where the system
+/// lets us, without touching its access time.
+Result<Descriptor> openForReading(NameIn entry);
+
+/// A number for the mount that an open folder lies on, different for two mounts of one device where the system can tell.
+std::uint64_t mountOf(int folder);
+
+/// What an entry is, without following a link.
+Result<struct stat> statusOf(NameIn entry);
+
+inline bool sameEntry(const struct stat &a, const struct stat &b)
+{
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+} // namespace brellin

@@ -1,0 +1,154 @@
+#include "Disk/Rename.h"
+
+#include "Disk/FreeName.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+/// The file system (NFS, 9p, many in user space) knows no exclusive rename.
+bool isRefusal(int error)
+{
+    return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
+}
+
+bool leadsTo(NameIn name, const struct stat &entry)
+{
+    const auto status = statusOf(name);
+    return status && sameEntry(*status, entry);
+}
+
+QString foldedName(NameIn entry)
+{
+    return folded(shown(std::string_view(entry.name)));
+}
+
+/// Both names lead to one entry because the volume sees no difference between them: same folder, same letters. Two hard
+/// links may look like that as well; going through a third name then finds the target taken.
+bool differOnlyInCase(NameIn from, NameIn to)
+{
+    const auto fromFolder = statusOf({from.folder, "."});
+    const auto toFolder = statusOf({to.folder, "."});
+    const auto entry = statusOf(from);
+    return fromFolder && toFolder && entry && sameEntry(*fromFolder, *toFolder) && leadsTo(to, *entry) &&
+           std::string_view(from.name) != to.name && foldedName(from) == foldedName(to);
+}
+
+/// The name in between is one that a person would recognise, should the program die there.
+Result<void> renameThroughThirdName(NameIn from, NameIn to, SystemRename rename)
+{
+    std::string third;
+    for (int number = 2;; ++number) {
+        third = numberedName(to.name, number);
+        const auto aside = renameExclusively(from, {to.folder, third.c_str()}, rename);
+        if (aside)
+            break;
+        if (!aside.error().is(std::errc::file_exists) || number > 1000)
+            return aside;
+    }
+    const NameIn between{to.folder, third.c_str()};
+    auto done = renameExclusively(between, to, rename);
+    if (!done && !renameExclusively(between, from, rename)) {
+        return failure(Failure{QStringLiteral("Das Umbenennen brach ab; der Eintrag heißt jetzt „%1“.")
+                                   .arg(shown(std::string_view(third))),
+                               done.error().code});
+    }
+    return done;
+}
+
+/// The target is a hard link for a moment, so that it appears whole and never over anything.
+Result<void> renameByLink(NameIn from, NameIn to)
+{
+    if (::linkat(from.folder, from.name, to.folder, to.name, 0) != 0)
+        return failure(Failure::lastSystem());
+    const Result<struct stat> linked = statusOf(to);
+    // Something else took the old name meanwhile: what was to be renamed has its new name only, and the other stays.
+    if (linked && !leadsTo(from, *linked))
+        return {};
+    if (::unlinkat(from.folder, from.name, 0) == 0)
+        return {};
+    const Failure why = Failure::lastSystem();
+    // Takes back the new name only while the old one certainly leads to the same file.
+    if (linked && leadsTo(from, *linked) && leadsTo(to, *linked))
+        ::unlinkat(to.folder, to.name, 0);
+    return failure(why);
+}
+
+/// For file systems with neither exclusive rename nor hard links: reserves the name with an empty file of ours and
+/// renames over that.
+Result<void> renameOverReserved(NameIn from, NameIn to)
+{
+    const Descriptor reserved(
+        ::openat(to.folder, to.name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    struct stat ours{};
+    if (!reserved.isOpen() || ::fstat(reserved.number(), &ours) != 0)
+        return failure(Failure::lastSystem());
+    const auto stillOurs = [&] {
+        const auto status = statusOf(to);
+        return status && sameEntry(*status, ours) && status->st_size == 0;
+    };
+    if (!stillOurs())
+        return failure(Failure::system(EEXIST));
+    if (::renameat(from.folder, from.name, to.folder, to.name) == 0)
+        return {};
+    const Failure why = Failure::lastSystem();
+    if (stillOurs())
+        ::unlinkat(to.folder, to.name, 0);
+    return failure(why);
+}
+
+/// A plain rename replaces only an empty folder by a folder. So between the look and the rename at worst an empty folder
+/// made by somebody else in that moment is lost, never a file.
+Result<void> renameFolderOntoFreeName(NameIn from, NameIn to)
+{
+    if (const auto there = statusOf(to); there || !there.error().is(std::errc::no_such_file_or_directory))
+        return failure(there ? Failure::system(EEXIST) : there.error());
+    if (::renameat(from.folder, from.name, to.folder, to.name) == 0)
+        return {};
+    if (errno == EINVAL)
+        return failure(Failure{QStringLiteral("Ein Ordner kann nicht in sich selbst liegen."),
+                               std::make_error_code(std::errc::invalid_argument)});
+    return failure(Failure::system(errno == ENOTEMPTY || errno == ENOTDIR ? EEXIST : errno));
+}
+
+Result<void> renameWithoutSystem(NameIn from, NameIn to)
+{
+    const struct stat entry = TRY(statusOf(from));
+    if (S_ISDIR(entry.st_mode))
+        return renameFolderOntoFreeName(from, to);
+    auto linked = renameByLink(from, to);
+    if (linked)
+        return linked;
+    const int error = linked.error().code.value();
+    return error == EPERM || error == EMLINK || isRefusal(error) ? renameOverReserved(from, to) : linked;
+}
+
+} // namespace
+
+Result<void> renameExclusively(NameIn from, NameIn to, SystemRename rename)
+{
+    const int error = rename(from, to);
+    if (error == 0)
+        return {};
+    Result<void> outcome = failure(Failure::system(error));
+    if (isRefusal(error))
+        outcome = renameWithoutSystem(from, to);
+    if (!outcome && outcome.error().is(std::errc::file_exists) && differOnlyInCase(from, to))
+        return renameThroughThirdName(from, to, rename);
+    return outcome;
+}
+
+Result<void> renameExclusively(const Location &from, const Location &to)
+{
+    const EntryPlace source = TRY(openPlace(from));
+    const EntryPlace target = TRY(openPlace(to));
+    return renameExclusively(source.at(), target.at());
+}
+
+} // namespace brellin
