@@ -1,0 +1,158 @@
+#include "Disk/Volumes.h"
+
+#include "Disk/MountTable.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+namespace brellin {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::vector<Mount> mountTable()
+{
+    std::ifstream stream("/proc/self/mountinfo", std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    return parseMountTable(text);
+}
+
+/// Where a rename could lead from and to: device and mount.
+struct Ground {
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    std::uint64_t mount = 0;
+    bool folder = false;
+
+    bool sameVolume(const Ground &other) const
+    {
+        return major == other.major && minor == other.minor && mount == other.mount;
+    }
+};
+
+enum class Links { Follow, Keep };
+
+/// nullopt with errno set where the entry cannot be examined.
+std::optional<Ground> groundOf(const Location &location, Links links)
+{
+    struct statx status{};
+    const int flags = links == Links::Keep ? AT_SYMLINK_NOFOLLOW : 0;
+    if (::statx(AT_FDCWD, location.c_str(), flags, STATX_TYPE | STATX_MNT_ID, &status) != 0)
+        return std::nullopt;
+    return Ground{status.stx_dev_major, status.stx_dev_minor, status.stx_mnt_id, S_ISDIR(status.stx_mode)};
+}
+
+bool isMissing(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
+
+/// Of the entry itself or, where it does not exist, of its deepest existing parent (there a link is followed, as the
+/// system does on the way to the entry).
+std::optional<Ground> groundUnder(const Location &location)
+{
+    Location place = standardised(location);
+    auto ground = groundOf(place, Links::Keep);
+    while (!ground && isMissing(errno) && place.has_relative_path()) {
+        place = place.parent_path();
+        ground = groundOf(place, Links::Follow);
+    }
+    return ground;
+}
+
+/// The folder, all links resolved, that `location` is or lies in, as deep as it exists.
+Result<Location> existingFolder(const Location &location)
+{
+    Location place = standardised(location);
+    const auto ground = groundOf(place, Links::Keep);
+    if (!ground || !ground->folder)
+        place = place.parent_path();
+    std::error_code error;
+    Location resolved = fs::canonical(place, error);
+    while (error && isMissing(error.value()) && place.has_relative_path()) {
+        place = place.parent_path();
+        resolved = fs::canonical(place, error);
+    }
+    if (error)
+        return failure(Failure::system(error.value()));
+    return resolved;
+}
+
+/// The name that its owner gave a disk ("" if none): a link named so leads to the device.
+QString labelOf(const std::string &device)
+{
+    std::error_code error;
+    const Location target = fs::canonical(device, error);
+    if (error)
+        return {};
+    for (const fs::directory_entry &label : fs::directory_iterator("/dev/disk/by-label", error)) {
+        std::error_code dangling;
+        if (fs::canonical(label.path(), dangling) != target || dangling)
+            continue;
+        // "\x20" is a blank: bytes that a file name in /dev should not have.
+        QByteArray name = QByteArray::fromStdString(label.path().filename().native());
+        return QString::fromUtf8(QByteArray::fromPercentEncoding(name.replace("\\x", "%")));
+    }
+    return {};
+}
+
+} // namespace
+
+bool SystemVolumes::same(const Location &a, const Location &b) const
+{
+    const auto groundA = groundUnder(a);
+    const auto groundB = groundUnder(b);
+    return groundA && groundB && groundA->sameVolume(*groundB);
+}
+
+bool SystemVolumes::isLocal(const Location &location) const
+{
+    const std::vector<Mount> table = mountTable();
+    const Mount *mount = mountHolding(table, standardised(location).native());
+    return mount && !isNetworkFileSystem(mount->fileSystem);
+}
+
+Result<Location> SystemVolumes::top(const Location &location) const
+{
+    Location place = TRY(existingFolder(location));
+    const auto ground = groundOf(place, Links::Keep);
+    if (!ground)
+        return failure(Failure::lastSystem());
+    while (place.has_relative_path()) {
+        const auto above = groundOf(place.parent_path(), Links::Keep);
+        if (!above || !above->sameVolume(*ground))
+            break;
+        place = place.parent_path();
+    }
+    return place;
+}
+
+std::vector<Volume> SystemVolumes::mounted() const
+{
+    const std::vector<Mount> table = mountTable();
+    std::vector<Volume> volumes = volumesIn(table);
+    for (Volume &volume : volumes) {
+        const Mount *mount = mountHolding(table, volume.root.native());
+        if (const QString label = labelOf(mount->source); !label.isEmpty())
+            volume.name = label;
+    }
+    return volumes;
+}
+
+Result<std::int64_t> SystemVolumes::available(const Location &location) const
+{
+    const Location folder = TRY(existingFolder(location));
+    struct statvfs status{};
+    if (::statvfs(folder.c_str(), &status) != 0)
+        return failure(Failure::lastSystem());
+    return static_cast<std::int64_t>(status.f_bavail) * static_cast<std::int64_t>(status.f_frsize);
+}
+
+} // namespace brellin
