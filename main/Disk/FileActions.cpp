@@ -1,0 +1,48 @@
+#include "Disk/FileActions.h"
+
+#include "Disk/Rename.h"
+
+#include <cerrno>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brellin {
+
+Result<void> DiskFileActions::rename(const Location &from, const Location &to)
+{
+    return renameExclusively(from, to);
+}
+
+Result<CopyReport> DiskFileActions::copy(const Location &source, const Location &destination,
+                                         const CopyOptions &options)
+{
+    return copyEntry(source, destination, options);
+}
+
+Result<void> DiskFileActions::flush(const Location &location)
+{
+    return flushEntry(location);
+}
+
+Result<void> DiskFileActions::removeOwnCopy(const Location &location)
+{
+    return brellin::removeOwnCopy(location);
+}
+
+Result<void> DiskFileActions::createFolder(const Location &folder)
+{
+    if (::mkdir(folder.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) != 0)
+        return failure(Failure::lastSystem());
+    return {};
+}
+
+Result<void> DiskFileActions::removeEmptyFolder(const Location &folder)
+{
+    if (::rmdir(folder.c_str()) == 0)
+        return {};
+    // Some systems answer "exists" for a folder that is not empty.
+    return failure(Failure::system(errno == EEXIST ? ENOTEMPTY : errno));
+}
+
+} // namespace brellin
