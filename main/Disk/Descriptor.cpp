@@ -1,12 +1,23 @@
 #include "Disk/Descriptor.h"
 
 #include <cerrno>
+#include <memory>
+#include <string_view>
 #include <utility>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace brellin {
+
+namespace {
+
+struct CloseStream {
+    void operator()(DIR *stream) const { ::closedir(stream); }
+};
+
+} // namespace
 
 Descriptor &Descriptor::operator=(Descriptor &&other) noexcept
 {
@@ -46,6 +57,32 @@ Result<struct stat> statusOf(NameIn entry)
     if (::fstatat(entry.folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failure(Failure::lastSystem());
     return status;
+}
+
+Result<std::vector<ListedName>> listFolder(int folder, const JobControl *control)
+{
+    // The stream closes its descriptor, and the original one is still needed.
+    const int copy = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    const std::unique_ptr<DIR, CloseStream> stream(copy < 0 ? nullptr : ::fdopendir(copy));
+    if (!stream) {
+        const Failure why = Failure::lastSystem();
+        Descriptor(copy).reset();
+        return failure(why);
+    }
+    ::rewinddir(stream.get());
+    std::vector<ListedName> names;
+    errno = 0;
+    while (const dirent *entry = ::readdir(stream.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+            names.push_back({std::string(name), entry->d_type});
+        if (control && names.size() % 1024 == 0 && control->cancelled())
+            return failure(Failure::cancelled());
+        errno = 0;
+    }
+    if (errno != 0)
+        return failure(Failure::lastSystem());
+    return names;
 }
 
 } // namespace brellin

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -49,8 +52,9 @@ struct EntryPlace {
 /// for the root, which lies in no folder.
 Result<EntryPlace> openPlace(const Location &location);
 
-/// The same for a folder itself (a link to a folder is followed).
+/// The same for a folder itself; by its path a link to a folder is followed, by its name in another one it is not.
 Result<Descriptor> openFolderPlace(const Location &folder);
+Result<Descriptor> openFolderPlace(NameIn folder);
 
 /// Opens a folder to list it, never through a link and, where the system lets us, without touching its access time.
 Result<Descriptor> openFolder(NameIn entry);
@@ -64,6 +68,15 @@ std::uint64_t mountOf(int folder);
 
 /// What an entry is, without following a link.
 Result<struct stat> statusOf(NameIn entry);
+
+/// A name in a folder with what the folder says of its kind (`DT_REG` …, `DT_UNKNOWN` where it does not).
+struct ListedName {
+    std::string name;
+    unsigned char type;
+};
+
+/// Everything in an open folder but "." and "..". Cancelled by `control`.
+Result<std::vector<ListedName>> listFolder(int folder, const JobControl *control = nullptr);
 
 inline bool sameEntry(const struct stat &a, const struct stat &b)
 {

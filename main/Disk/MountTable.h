@@ -26,6 +26,9 @@ struct Mount {
 /// Lines that cannot be read are passed over.
 std::vector<Mount> parseMountTable(std::string_view text);
 
+/// The table of this process as it is now, empty where the system does not tell.
+std::vector<Mount> currentMountTable();
+
 /// The mount that a path leads to, by its text; nullptr where none does.
 const Mount *mountHolding(const std::vector<Mount> &table, std::string_view path);
 

@@ -30,6 +30,14 @@ Result<Descriptor> openFolderPlace(const Location &folder)
     return Descriptor(number);
 }
 
+Result<Descriptor> openFolderPlace(NameIn folder)
+{
+    const int number = ::openat(folder.folder, folder.name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (number < 0)
+        return failure(Failure::lastSystem());
+    return Descriptor(number);
+}
+
 Result<Descriptor> openFolder(NameIn entry)
 {
     return openQuietly(entry, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);

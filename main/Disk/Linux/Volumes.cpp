@@ -17,13 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::vector<Mount> mountTable()
-{
-    std::ifstream stream("/proc/self/mountinfo", std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    return parseMountTable(text);
-}
-
 /// Where a rename could lead from and to: device and mount.
 struct Ground {
     std::uint32_t major = 0;
@@ -105,6 +98,13 @@ QString labelOf(const std::string &device)
 
 } // namespace
 
+std::vector<Mount> currentMountTable()
+{
+    std::ifstream stream("/proc/self/mountinfo", std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    return parseMountTable(text);
+}
+
 bool SystemVolumes::same(const Location &a, const Location &b) const
 {
     const auto groundA = groundUnder(a);
@@ -114,7 +114,7 @@ bool SystemVolumes::same(const Location &a, const Location &b) const
 
 bool SystemVolumes::isLocal(const Location &location) const
 {
-    const std::vector<Mount> table = mountTable();
+    const std::vector<Mount> table = currentMountTable();
     const Mount *mount = mountHolding(table, standardised(location).native());
     return mount && !isNetworkFileSystem(mount->fileSystem);
 }
@@ -136,7 +136,7 @@ Result<Location> SystemVolumes::top(const Location &location) const
 
 std::vector<Volume> SystemVolumes::mounted() const
 {
-    const std::vector<Mount> table = mountTable();
+    const std::vector<Mount> table = currentMountTable();
     std::vector<Volume> volumes = volumesIn(table);
     for (Volume &volume : volumes) {
         const Mount *mount = mountHolding(table, volume.root.native());

@@ -1,0 +1,233 @@
+#include "Disk/SystemTrash.h"
+
+#include "Disk/Linux/SystemTrashFolder.h"
+#include "Disk/MountTable.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The entry's path with the links on the way to it resolved, as deep as its folders exist; the entry itself may be a
+/// link and stays one.
+Location resolved(const Location &entry)
+{
+    std::error_code error;
+    const Location folder = fs::weakly_canonical(entry.parent_path(), error);
+    return error ? entry : folder / entry.filename();
+}
+
+bool isIdentity(const Location &location, const FileIdentity &identity)
+{
+    const auto attributes = readAttributes(location);
+    return attributes && attributes->identity == identity;
+}
+
+/// Whether `path` (resolved) is the entry with this identity or lies below it.
+bool leadsThrough(Location path, const FileIdentity &identity)
+{
+    for (; path.has_relative_path(); path = path.parent_path()) {
+        if (isIdentity(path, identity))
+            return true;
+    }
+    return false;
+}
+
+/// Whether `entry` (resolved) is a volume's Trash, anybody's, or lies in one.
+bool isInVolumeTrash(const Location &entry, const Location &top)
+{
+    const Location below = entry.lexically_relative(top);
+    const std::string first = below.empty() ? std::string() : below.begin()->native();
+    return first == ".Trash" || first.starts_with(".Trash-");
+}
+
+bool holdsMount(const Location &folder)
+{
+    const std::vector<Mount> table = currentMountTable();
+    return std::ranges::any_of(table, [&](const Mount &mount) { return isAtOrBelow(Location(mount.point), folder); });
+}
+
+/// What `put` knows of an entry before it chooses a Trash.
+struct Candidate {
+    Location path;     ///< standardised
+    Location resolved; ///< the same without links on the way
+    Location top;      ///< of its volume
+};
+
+Result<Candidate> examined(const Location &entry, const Location &homeTrash, const Volumes &volumes)
+{
+    Candidate candidate{standardised(entry), {}, {}};
+    const FileAttributes attributes = TRY(readAttributes(candidate.path));
+    if (!candidate.path.has_relative_path())
+        return failure(Failure::system(EBUSY));
+    candidate.resolved = resolved(candidate.path);
+    candidate.top = TRY(volumes.top(candidate.resolved.parent_path()));
+    if (attributes.isFolder() && holdsMount(candidate.resolved))
+        return failure(QStringLiteral("Darin ist ein anderer Datenträger eingebunden."));
+
+    std::error_code error;
+    const Location trash = fs::weakly_canonical(homeTrash, error);
+    if (attributes.isFolder() && leadsThrough(trash, attributes.identity))
+        return failure(QStringLiteral("Das ist der Papierkorb, oder er liegt darin."));
+    const auto trashAttributes = readAttributes(trash);
+    const bool inHomeTrash = trashAttributes && leadsThrough(candidate.resolved, trashAttributes->identity);
+    if (inHomeTrash || isInVolumeTrash(candidate.resolved, candidate.top))
+        return failure(QStringLiteral("Das liegt schon im Papierkorb."));
+    return candidate;
+}
+
+/// Where the entry may go, best first. What lies on the home volume goes into the home Trash or nowhere.
+std::vector<TrashPlace> placesFor(const Candidate &candidate, const Location &homeTrash, const Volumes &volumes)
+{
+    // A name inside, so that a link as "files" counts by what it leads to.
+    if (volumes.same(candidate.resolved.parent_path(), homeTrash / "files" / "any"))
+        return {TrashPlace::home(homeTrash)};
+    return {TrashPlace::shared(candidate.top), TrashPlace::own(candidate.top)};
+}
+
+/// What the record says: on volumes relative to the top, so that it holds wherever the volume is mounted.
+Result<std::string> originFor(const TrashPlace &place, const Candidate &candidate)
+{
+    if (place.kind == TrashPlace::Kind::Home)
+        return candidate.path.native();
+    if (!isAtOrBelow(candidate.resolved, place.top))
+        return failure(Failure::system(EXDEV));
+    return candidate.resolved.lexically_relative(place.top).native();
+}
+
+bool isOrigin(const TrashPlace &place, const std::optional<std::string> &recorded, const Location &original)
+{
+    if (!recorded)
+        return false;
+    const Location path = standardised(original);
+    const Location absolute = place.absolute(*recorded);
+    return absolute.native() == path.native() || absolute.native() == resolved(path).native();
+}
+
+bool isSameFolder(const Location &a, const Location &b)
+{
+    std::error_code error;
+    return a == b || fs::equivalent(a, b, error);
+}
+
+/// Removing an entry from its folder needs the right to write there and, below a sticky folder, to own one of the two.
+bool mayLeaveFolder(const Location &entry)
+{
+    const Location folder = entry.parent_path();
+    const auto at = [](const Location &location) { return statusOf({AT_FDCWD, location.c_str()}); };
+    const auto status = at(entry);
+    const auto folderStatus = at(folder / ".");
+    if (!status || !folderStatus || ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+        return false;
+    // A folder's ".." is written when it gets another parent.
+    if (S_ISDIR(status->st_mode) && ::faccessat(AT_FDCWD, entry.c_str(), W_OK, AT_EACCESS) != 0)
+        return false;
+    const uid_t user = ::geteuid();
+    const bool sticky = (folderStatus->st_mode & S_ISVTX) != 0;
+    return !sticky || user == 0 || status->st_uid == user || folderStatus->st_uid == user;
+}
+
+/// The Trash that `trashed` lies in directly, by path; nullopt where there is none that belongs to this user.
+std::optional<TrashPlace> placeHolding(const Location &trashed, const Location &homeTrash, const Volumes &volumes)
+{
+    const Location entry = standardised(trashed);
+    const Location files = entry.parent_path();
+    if (files.filename() != "files")
+        return std::nullopt;
+    if (isSameFolder(files.parent_path(), homeTrash))
+        return TrashPlace::home(homeTrash);
+    const auto top = volumes.top(files);
+    const Location folder = resolved(entry).parent_path().parent_path();
+    if (!top)
+        return std::nullopt;
+    for (TrashPlace place : {TrashPlace::shared(*top), TrashPlace::own(*top)}) {
+        if (folder == place.folder && TrashFolder::open(place, Missing::Fail))
+            return place;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+SystemTrash::SystemTrash(Location homeTrash, const Volumes &volumes)
+    : m_homeTrash(standardised(homeTrash))
+    , m_volumes(volumes)
+{
+}
+
+Result<Location> SystemTrash::put(const Location &entry)
+{
+    const Candidate candidate = TRY(examined(entry, m_homeTrash, m_volumes));
+    const EntryPlace source = TRY(openPlace(candidate.path));
+    std::error_code cause;
+    for (const TrashPlace &place : placesFor(candidate, m_homeTrash, m_volumes)) {
+        const auto folder = TrashFolder::open(place, Missing::Create);
+        if (!folder) {
+            cause = folder.error().code;
+            continue;
+        }
+        const std::string origin = TRY(originFor(place, candidate));
+        const std::string name = TRY(folder->take(source.at(), origin));
+        return place.folder / "files" / name;
+    }
+    return failure(
+        Failure{QStringLiteral("Auf diesem Datenträger gibt es keinen Papierkorb, der sich benutzen lässt."), cause});
+}
+
+bool SystemTrash::possible(const Location &entry) const
+{
+    const auto candidate = examined(entry, m_homeTrash, m_volumes);
+    if (!candidate || !mayLeaveFolder(candidate->path))
+        return false;
+    return std::ranges::any_of(placesFor(*candidate, m_homeTrash, m_volumes), TrashFolder::usable);
+}
+
+Result<void> SystemTrash::restore(const Location &trashed, const Location &original, const Location &destination)
+{
+    const auto place = placeHolding(trashed, m_homeTrash, m_volumes);
+    if (!place)
+        return failure(QStringLiteral("Das liegt nicht im Papierkorb."));
+    const std::string name = standardised(trashed).filename().native();
+    const TrashFolder folder = TRY(TrashFolder::open(*place, Missing::Fail));
+    TRY(readAttributes(trashed));
+    const std::optional<std::string> recorded = folder.originOf(name);
+    if (!recorded)
+        return failure(QStringLiteral("Zu diesem Eintrag hat der Papierkorb keine Angaben."));
+    if (!isOrigin(*place, recorded, original))
+        return failure(QStringLiteral("Dieser Eintrag im Papierkorb kam von einem anderen Ort."));
+    const EntryPlace target = TRY(openPlace(destination));
+    return folder.give(name, target.at());
+}
+
+std::optional<Location> SystemTrash::find(const Location &original, const FileIdentity &identity) const
+{
+    std::vector<TrashPlace> places{TrashPlace::home(m_homeTrash)};
+    if (const auto top = m_volumes.top(resolved(standardised(original)).parent_path()))
+        places.insert(places.end(), {TrashPlace::shared(*top), TrashPlace::own(*top)});
+    for (const TrashPlace &place : places) {
+        const auto folder = TrashFolder::open(place, Missing::Fail);
+        if (!folder)
+            continue;
+        for (const std::string &name : folder->namesOf(identity)) {
+            if (isOrigin(place, folder->originOf(name), original))
+                return place.folder / "files" / name;
+        }
+    }
+    return std::nullopt;
+}
+
+bool SystemTrash::holds(const Location &location) const
+{
+    return placeHolding(location, m_homeTrash, m_volumes).has_value();
+}
+
+} // namespace brellin
