@@ -27,6 +27,22 @@ Location standardised(const Location &location)
     return normal;
 }
 
+bool isStandardised(std::string_view path)
+{
+    if (!path.starts_with('/') || path.find("//") != std::string_view::npos)
+        return false;
+    if (path.size() > 1 && path.ends_with('/'))
+        return false;
+    // Only a component that is a dot or two is special: most paths hold no "/.".
+    for (std::size_t at = path.find("/."); at != std::string_view::npos; at = path.find("/.", at + 1)) {
+        const std::string_view rest = path.substr(at + 1);
+        const std::string_view component = rest.substr(0, rest.find('/'));
+        if (component == "." || component == "..")
+            return false;
+    }
+    return true;
+}
+
 bool isAtOrBelow(std::string_view location, std::string_view folder)
 {
     if (folder == "/")

@@ -13,6 +13,8 @@ using Location = std::filesystem::path;
 
 /// Absolute, without ".", ".." and a closing "/", decided from the text alone (links are not looked at).
 Location standardised(const Location &location);
+/// Whether a path is in that form already.
+bool isStandardised(std::string_view path);
 
 /// True when `location` is `folder` or lies below it. Both standardised.
 bool isAtOrBelow(const Location &location, const Location &folder);
