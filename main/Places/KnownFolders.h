@@ -32,6 +32,14 @@ public:
     QString title(const Location &folder) const;
 
 private:
+    /// What each system keeps in its own way.
+    struct AccountFolders {
+        Location home;
+        std::array<Location, 6> standard; ///< in the order of `StandardFolder`
+        Location trash;
+    };
+    static AccountFolders accountFolders();
+
     std::array<Location, 6> m_standard;
 };
 
