@@ -1,0 +1,38 @@
+#include "Agent/AgentError.h"
+
+#include "Agent/SystemLocations.h"
+
+namespace brellin {
+
+Failure AgentError::noDestination()
+{
+    return {QStringLiteral("Kein Ziel"), {}};
+}
+
+Failure AgentError::systemLocation()
+{
+    return {SystemLocations::message(), std::make_error_code(std::errc::operation_not_permitted)};
+}
+
+Failure AgentError::badCopy()
+{
+    return {QStringLiteral("Kopie fehlerhaft"), {}};
+}
+
+Failure AgentError::badCopyOfMoved()
+{
+    return {QStringLiteral("Prüfung der Kopie fehlgeschlagen – Original bleibt unverändert"), {}};
+}
+
+Failure AgentError::changedSinceScan()
+{
+    return {QStringLiteral("Hat sich seit der Prüfung geändert und bleibt, wie es ist."), {}};
+}
+
+Failure AgentError::alreadyWorking()
+{
+    return {QStringLiteral("Der Aufräum-Agent arbeitet gerade."),
+            std::make_error_code(std::errc::resource_unavailable_try_again)};
+}
+
+} // namespace brellin

@@ -1,0 +1,142 @@
+#include "Agent/Execution.h"
+
+#include "Agent/AgentError.h"
+#include "Agent/RunHistory.h"
+#include "Agent/RunJournal.h"
+#include "Agent/StateFolder.h"
+#include "Agent/StepLog.h"
+#include "Agent/StepPerformer.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// Steps announced with one flush. A flush costs about 0.2 ms, so that at this number it costs next to nothing.
+constexpr std::size_t batchSize = 256;
+
+PlannedStep planOf(const AgentProposal &proposal)
+{
+    FileState state = proposal.seen.value_or(FileState());
+    if (!proposal.seen) {
+        if (const Result<FileAttributes> now = readAttributes(proposal.source))
+            state = FileState::of(*now);
+    }
+    return {proposal.kind, proposal.source, proposal.destination, state, {}};
+}
+
+/// One run at work.
+class Runner {
+public:
+    Runner(const AgentServices &services, RunJournal journal, JobControl &control)
+        : m_journal(std::move(journal))
+        , m_control(control)
+        , m_performer(services, &control)
+    {
+    }
+
+    void perform(std::span<const AgentProposal> proposals);
+    ExecutionOutcome &outcome() { return m_outcome; }
+    std::vector<JournalStep> &steps() { return m_steps; }
+    const std::vector<Location> &createdFolders() const { return m_createdFolders; }
+    RunJournal &journal() { return m_journal; }
+
+private:
+    void performOne(const AgentProposal &proposal);
+    void fail(const AgentProposal &proposal, const Failure &why)
+    {
+        m_outcome.failures.push_back({proposal.id, proposal.source, why});
+    }
+
+    RunJournal m_journal;
+    JobControl &m_control;
+    StepPerformer m_performer;
+    ExecutionOutcome m_outcome;
+    std::vector<JournalStep> m_steps;
+    std::vector<Location> m_createdFolders;
+    std::size_t m_next = 0; ///< the number of the step at hand
+};
+
+void Runner::performOne(const AgentProposal &proposal)
+{
+    m_control.setDetail(shownName(proposal.source));
+    StepLog log(m_journal, m_createdFolders, m_next);
+    const Result<JournalStep> step = m_performer.perform(proposal, log);
+    if (step) {
+        // A mark that cannot be written (a full disk) is found out from the disk, should we not get to the end.
+        (void)m_journal.done(m_next, *step);
+        m_steps.push_back(*step);
+        m_outcome.done.push_back(proposal.id);
+    } else if (step.error().isCancelled()) {
+        (void)m_journal.failed(m_next);
+        m_outcome.cancelled = true;
+    } else {
+        (void)m_journal.failed(m_next);
+        fail(proposal, step.error());
+    }
+    ++m_next;
+    m_control.advance();
+}
+
+void Runner::perform(std::span<const AgentProposal> proposals)
+{
+    while (!proposals.empty() && !m_outcome.cancelled) {
+        const std::span<const AgentProposal> batch = proposals.first(std::min(batchSize, proposals.size()));
+        proposals = proposals.subspan(batch.size());
+        std::vector<PlannedStep> plans;
+        std::ranges::transform(batch, std::back_inserter(plans), planOf);
+        const Result<void> planned = m_journal.plan(plans);
+        for (const AgentProposal &proposal : batch) {
+            m_outcome.cancelled = m_outcome.cancelled || m_control.cancelled();
+            if (m_outcome.cancelled)
+                break;
+            if (planned)
+                performOne(proposal);
+            else
+                fail(proposal, planned.error());
+        }
+    }
+}
+
+} // namespace
+
+QString FailedProposal::text() const
+{
+    return shownName(source) + QStringLiteral(": ") + why.message;
+}
+
+QStringList ExecutionOutcome::failureTexts() const
+{
+    QStringList texts;
+    for (const FailedProposal &failed : failures)
+        texts << failed.text();
+    return texts;
+}
+
+Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &proposals, JobControl &control)
+{
+    const StateFolder state(m_services.stateFolder);
+    const FileLock lock = TRY(state.lockAgent());
+    const Location journals = TRY(state.journals());
+    // Whole milliseconds: the stored number keeps no more.
+    const Instant now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
+    const QUuid id = QUuid::createUuid();
+    control.setTotal(static_cast<qint64>(proposals.size()));
+    Runner runner(m_services, TRY(RunJournal::create(journals, RunJournal::Purpose::Run, id, now)), control);
+    runner.perform(proposals);
+
+    ExecutionOutcome &outcome = runner.outcome();
+    if (!runner.steps().empty()) {
+        outcome.run = JournalRun{id, now, std::move(runner.steps()), false};
+        const Result<void> stored = RunHistory(m_services.defaults).add(*outcome.run, runner.createdFolders());
+        if (!stored) {
+            outcome.notStored = stored.error();
+            return std::move(outcome);
+        }
+    }
+    (void)runner.journal().discard(); // one that stays is found again with its run in the history, and goes then
+    return std::move(outcome);
+}
+
+} // namespace brellin

@@ -1,0 +1,228 @@
+#include "Agent/JournalLines.h"
+
+#include "Agent/AgentJson.h"
+
+#include <charconv>
+
+namespace brellin::journalLines {
+
+namespace {
+
+/// Ten thousand steps make twenty thousand lines: written by hand, a line costs a tenth of a QJsonDocument.
+void appendText(QByteArray &line, const QString &text)
+{
+    line += '"';
+    for (const char c : text.toUtf8()) {
+        if (c == '"' || c == '\\')
+            line += '\\';
+        if (static_cast<unsigned char>(c) < 0x20)
+            line += "\\u00" + QByteArray::number(c, 16).rightJustified(2, '0');
+        else
+            line += c;
+    }
+    line += '"';
+}
+
+void append(QByteArray &line, const char *key, const QString &value)
+{
+    line.append(line.isEmpty() ? "{\"" : ",\"").append(key).append("\":");
+    appendText(line, value);
+}
+
+void append(QByteArray &line, const char *key, const Location &value)
+{
+    append(line, key, textOf(value));
+}
+
+void append(QByteArray &line, const char *key, std::size_t number)
+{
+    line.append(line.isEmpty() ? "{\"" : ",\"").append(key).append("\":").append(QByteArray::number(number));
+}
+
+/// "device:inode:size:nanoseconds": an inode may need all 64 bits, which a JSON number does not have.
+void append(QByteArray &line, const char *key, const FileState &state)
+{
+    append(line, key,
+           QStringLiteral("%1:%2:%3:%4")
+               .arg(state.identity.device)
+               .arg(state.identity.inode)
+               .arg(state.size)
+               .arg(state.modified.time_since_epoch().count()));
+}
+
+QByteArray closed(QByteArray line)
+{
+    return line += "}\n";
+}
+
+template <class Number>
+bool takeNumber(std::string_view &text, Number &number)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc())
+        return false;
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    if (text.starts_with(':'))
+        text.remove_prefix(1);
+    return true;
+}
+
+std::optional<FileState> stateFrom(const QJsonValue &value)
+{
+    const std::string bytes = value.toString().toStdString();
+    std::string_view text = bytes;
+    FileState state;
+    std::int64_t modified = 0;
+    if (!takeNumber(text, state.identity.device) || !takeNumber(text, state.identity.inode) ||
+        !takeNumber(text, state.size) || !takeNumber(text, modified) || !text.empty())
+        return std::nullopt;
+    state.modified = Instant(std::chrono::nanoseconds(modified));
+    return state;
+}
+
+std::optional<Location> locationFrom(const QJsonObject &line, QLatin1StringView key)
+{
+    const QJsonValue value = line.value(key);
+    return value.isString() ? std::optional(locationFromText(value.toString())) : std::nullopt;
+}
+
+bool readPlan(const QJsonObject &line, JournalContent &content)
+{
+    PlannedStep plan;
+    const std::optional<FileState> state = stateFrom(line.value(QLatin1StringView("state")));
+    const std::optional<Location> from = locationFrom(line, QLatin1StringView("from"));
+    if (!state || !from || !readJson(line.value(QLatin1StringView("kind")), plan.kind))
+        return false;
+    plan.from = *from;
+    plan.to = locationFrom(line, QLatin1StringView("to"));
+    plan.state = *state;
+    plan.original = stateFrom(line.value(QLatin1StringView("original")));
+    content.steps.push_back({.plan = plan, .temporary = {}, .copied = {}, .done = {}});
+    return line.value(QLatin1StringView("plan")).toInteger(-1) + 1 == static_cast<qint64>(content.steps.size());
+}
+
+/// The step that a line of this kind speaks of.
+JournalledStep *stepOf(const QJsonObject &line, const char *key, JournalContent &content)
+{
+    const qint64 number = line.value(QLatin1StringView(key)).toInteger(-1);
+    const bool known = number >= 0 && number < static_cast<qint64>(content.steps.size());
+    return known ? &content.steps[static_cast<std::size_t>(number)] : nullptr;
+}
+
+bool readMark(const QJsonObject &line, JournalContent &content)
+{
+    if (JournalledStep *const copying = stepOf(line, "copying", content)) {
+        copying->temporary = locationFrom(line, QLatin1StringView("temporary"));
+        return true;
+    }
+    if (JournalledStep *const copied = stepOf(line, "copied", content)) {
+        copied->copied = stateFrom(line.value(QLatin1StringView("state")));
+        return copied->copied.has_value();
+    }
+    if (JournalledStep *const done = stepOf(line, "done", content)) {
+        JournalStep result{done->plan.kind, done->plan.from, done->plan.to, {}};
+        done->done = readJson(line.value(QLatin1StringView("step")), result) ? std::optional(result) : std::nullopt;
+        return done->done.has_value();
+    }
+    if (JournalledStep *const failed = stepOf(line, "failed", content)) {
+        failed->failed = true;
+        return true;
+    }
+    return false;
+}
+
+bool readLine(const QJsonObject &line, JournalContent &content)
+{
+    if (line.contains(QLatin1StringView("run"))) {
+        return readJson(line.value(QLatin1StringView("run")), content.run) &&
+               readJson(line.value(QLatin1StringView("date")), content.date);
+    }
+    if (const std::optional<Location> created = locationFrom(line, QLatin1StringView("folder"))) {
+        content.folders.push_back(*created);
+        return true;
+    }
+    return line.contains(QLatin1StringView("plan")) ? readPlan(line, content) : readMark(line, content);
+}
+
+} // namespace
+
+QByteArray head(const QUuid &run, Instant date)
+{
+    QByteArray line;
+    append(line, "run", run.toString(QUuid::WithoutBraces).toUpper());
+    append(line, "date", isoText(date));
+    return closed(line);
+}
+
+QByteArray plan(std::size_t step, const PlannedStep &planned)
+{
+    QByteArray line;
+    append(line, "plan", step);
+    append(line, "kind", toJson(planned.kind).toString());
+    append(line, "from", planned.from);
+    if (planned.to)
+        append(line, "to", *planned.to);
+    append(line, "state", planned.state);
+    if (planned.original)
+        append(line, "original", *planned.original);
+    return closed(line);
+}
+
+QByteArray folder(const Location &folder)
+{
+    QByteArray line;
+    append(line, "folder", folder);
+    return closed(line);
+}
+
+QByteArray copying(std::size_t step, const Location &temporary)
+{
+    QByteArray line;
+    append(line, "copying", step);
+    append(line, "temporary", temporary);
+    return closed(line);
+}
+
+QByteArray copied(std::size_t step, const FileState &copy)
+{
+    QByteArray line;
+    append(line, "copied", step);
+    append(line, "state", copy);
+    return closed(line);
+}
+
+QByteArray done(std::size_t step, const JournalStep &result)
+{
+    QByteArray record;
+    append(record, "kind", toJson(result.kind).toString());
+    append(record, "from", result.from);
+    if (result.to)
+        append(record, "to", *result.to);
+    if (result.trashedOriginal)
+        append(record, "trashedOriginal", *result.trashedOriginal);
+    QByteArray line;
+    append(line, "done", step);
+    return closed(line + ",\"step\":" + record + '}');
+}
+
+QByteArray failed(std::size_t step)
+{
+    QByteArray line;
+    append(line, "failed", step);
+    return closed(line);
+}
+
+JournalContent read(const QByteArray &text)
+{
+    JournalContent content;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype end = text.indexOf('\n', at);
+        const JsonResult<QJsonValue> line = end < 0 ? std::unexpected(JsonError()) : parseJson(text.mid(at, end - at));
+        if (!line || !readLine(line->toObject(), content))
+            break;
+        at = end + 1;
+    }
+    return content;
+}
+
+} // namespace brellin::journalLines

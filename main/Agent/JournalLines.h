@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Agent/RunJournal.h"
+
+#include <QByteArray>
+
+/// The lines of a journal file, one JSON object each.
+namespace brellin::journalLines {
+
+QByteArray head(const QUuid &run, Instant date);
+QByteArray plan(std::size_t step, const PlannedStep &planned);
+QByteArray folder(const Location &folder);
+QByteArray copying(std::size_t step, const Location &temporary);
+QByteArray copied(std::size_t step, const FileState &copy);
+QByteArray done(std::size_t step, const JournalStep &result);
+QByteArray failed(std::size_t step);
+
+/// Reads the lines back; one that is torn or makes no sense ends the reading.
+JournalContent read(const QByteArray &text);
+
+} // namespace brellin::journalLines

@@ -1,0 +1,164 @@
+#include "Agent/Placement.h"
+
+#include "Agent/AgentError.h"
+#include "Agent/VerifiedCopy.h"
+#include "Disk/FreeName.h"
+
+#include <QUuid>
+
+namespace brellin {
+
+namespace {
+
+/// How often a name that was free a moment ago may turn out to be taken before it is a failure.
+constexpr int attempts = 20;
+
+Location temporaryBeside(const Location &wanted)
+{
+    const QString id = QUuid::createUuid().toString(QUuid::Id128).left(16);
+    return wanted.parent_path() / (std::string(Placement::temporaryPrefix) + id.toStdString());
+}
+
+} // namespace
+
+bool Placement::onOneVolume(const Location &entry, const Location &wanted)
+{
+    const Location source = entry.parent_path();
+    const Location target = wanted.parent_path();
+    if (source != m_lastSource || target != m_lastTarget) {
+        m_lastSame = m_services.volumes.same(entry, target);
+        m_lastSource = source;
+        m_lastTarget = target;
+    }
+    return m_lastSame;
+}
+
+Result<void> Placement::createFolders(const Location &folder, StepLog &log)
+{
+    const Result<FileAttributes> existing = readAttributes(folder);
+    if (existing && !existing->isLink())
+        return existing->isFolder() ? Result<void>() : Result<void>(failure(Failure::system(ENOTDIR)));
+    // A link may lead to a folder that is there; whether it is allowed was asked before.
+    std::error_code error;
+    if (existing && std::filesystem::is_directory(folder, error))
+        return {};
+    if (existing || !folder.has_relative_path())
+        return failure(Failure::system(ENOTDIR));
+    TRY(createFolders(folder.parent_path(), log));
+    TRY(log.creatingFolder(folder));
+    const Result<void> created = m_services.files.createFolder(folder);
+    if (created)
+        m_newFolders.push_back(folder);
+    else
+        log.folderNotOurs(folder);
+    if (!created && !created.error().is(std::errc::file_exists))
+        return created;
+    return {};
+}
+
+Result<Location> Placement::atFreeName(const Location &wanted, StepLog &log,
+                                       const std::function<Result<void>(const Location &)> &place)
+{
+    m_newFolders.clear();
+    Result<void> placed = createFolders(wanted.parent_path(), log);
+    for (int attempt = 0; placed && attempt < attempts; ++attempt) {
+        const Location free = unique(wanted);
+        placed = place(free);
+        if (placed)
+            return free;
+        if (placed.error().is(std::errc::file_exists) && attempt + 1 < attempts)
+            placed = {};
+    }
+    for (auto folder = m_newFolders.rbegin(); folder != m_newFolders.rend(); ++folder) {
+        if (m_services.files.removeEmptyFolder(*folder))
+            log.folderNotOurs(*folder);
+    }
+    return failure(placed.error());
+}
+
+Result<Location> Placement::moveWithinVolume(const Location &entry, const Location &wanted, StepLog &log)
+{
+    return atFreeName(wanted, log, [&](const Location &free) { return m_services.files.rename(entry, free); });
+}
+
+Result<Location> Placement::takeFromTrash(const Location &trashed, const Location &original, const Location &wanted,
+                                          StepLog &log)
+{
+    return atFreeName(wanted, log,
+                      [&](const Location &free) { return m_services.trash.restore(trashed, original, free); });
+}
+
+/// Removes a copy that this program made, if it still is that copy.
+void Placement::removeOwnCopy(const Location &copy, const FileState &state)
+{
+    const Result<FileAttributes> now = readAttributes(copy);
+    if (now && now->identity == state.identity)
+        (void)m_services.files.removeOwnCopy(copy);
+}
+
+Result<FileState> Placement::grow(const Location &entry, const Location &temporary, Safety safety,
+                                  const Failure &differs)
+{
+    const FileState before = FileState::of(TRY(readAttributes(entry)));
+    TRY(m_services.files.copy(entry, temporary, {.control = m_control, .progress = {}}));
+    const Result<FileAttributes> copy = readAttributes(temporary);
+    const Result<void> flushed = safety == Safety::Flushed ? m_services.files.flush(temporary) : Result<void>();
+    Result<FileState> result(failure(differs));
+    if (!copy)
+        result = failure(copy.error());
+    else if (!flushed)
+        result = failure(flushed.error());
+    else if (verifyCopy(entry, temporary, m_control))
+        result = FileState::of(*copy);
+    else if (m_control && m_control->cancelled())
+        result = failure(Failure::cancelled());
+    // Whoever still writes into the original has not lost what came after the copy.
+    const Result<FileAttributes> after = readAttributes(entry);
+    if (result && (!after || FileState::of(*after) != before))
+        result = failure(AgentError::changedSinceScan());
+    if (!result)
+        (void)m_services.files.removeOwnCopy(temporary);
+    return result;
+}
+
+Result<Placement::Placed> Placement::copyTo(const Location &entry, const Location &wanted, Safety safety,
+                                            const Failure &differs, StepLog &log)
+{
+    std::optional<FileState> grown;
+    const Location temporary = temporaryBeside(wanted);
+    const auto place = [&](const Location &free) -> Result<void> {
+        if (!grown) {
+            TRY(log.copying(temporary));
+            grown = TRY(grow(entry, temporary, safety, differs));
+            if (const Result<void> noted = log.copied(*grown); !noted) {
+                removeOwnCopy(temporary, *grown);
+                return noted;
+            }
+        }
+        return m_services.files.rename(temporary, free);
+    };
+    const Result<Location> placed = atFreeName(wanted, log, place);
+    if (!placed) {
+        if (grown)
+            removeOwnCopy(temporary, *grown);
+        return failure(placed.error());
+    }
+    return Placed{*placed, *grown};
+}
+
+Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, const Location &wanted, StepLog &log)
+{
+    // Better to know before the bytes have travelled.
+    if (!m_services.trash.possible(entry))
+        return failure(QStringLiteral("Auf diesem Datenträger gibt es keinen Papierkorb für das Original."));
+    const Placed copy = TRY(copyTo(entry, wanted, Safety::Flushed, AgentError::badCopyOfMoved(), log));
+    const Result<Location> trashed = m_services.trash.put(entry);
+    if (!trashed) {
+        if (entryExists(entry))
+            removeOwnCopy(copy.location, copy.state);
+        return failure(trashed.error());
+    }
+    return Moved{copy.location, *trashed};
+}
+
+} // namespace brellin

@@ -1,0 +1,151 @@
+#include "Agent/Recovery.h"
+
+#include "Agent/EntrySearch.h"
+#include "Agent/Placement.h"
+#include "Agent/RunHistory.h"
+#include "Agent/RunJournal.h"
+#include "Agent/StateFolder.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+using Kind = AgentProposal::Kind;
+
+namespace {
+
+/// Finds out from the disk how far a step got that was planned and has no mark.
+class Settlement {
+public:
+    explicit Settlement(const AgentServices &services) : m_services(services) {}
+
+    std::optional<JournalStep> settle(const JournalledStep &step);
+
+private:
+    std::optional<JournalStep> settleTrashed(const PlannedStep &plan) const;
+    std::optional<JournalStep> settleCopied(const JournalledStep &step);
+    std::optional<JournalStep> settleMoved(const PlannedStep &plan);
+    std::optional<Location> inTarget(const PlannedStep &plan, const FileIdentity &identity)
+    {
+        return plan.to ? m_search.find(plan.to->parent_path(), identity) : std::nullopt;
+    }
+
+    const AgentServices &m_services;
+    EntrySearch m_search;
+};
+
+std::optional<JournalStep> Settlement::settleTrashed(const PlannedStep &plan) const
+{
+    if (isEntry(plan.from, plan.state.identity))
+        return std::nullopt;
+    const std::optional<Location> place = m_services.trash.find(plan.from, plan.state.identity);
+    return place ? std::optional(JournalStep{Kind::Trash, plan.from, place, {}}) : std::nullopt;
+}
+
+std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
+{
+    const PlannedStep &plan = step.plan;
+    const bool originalThere = isEntry(plan.from, plan.state.identity);
+    const std::optional<Location> copy = step.copied ? inTarget(plan, step.copied->identity) : std::nullopt;
+    if (!copy) {
+        const bool ours = step.temporary->filename().native().starts_with(Placement::temporaryPrefix);
+        if (originalThere && ours)
+            (void)m_services.files.removeOwnCopy(*step.temporary);
+        return std::nullopt;
+    }
+    // The original of a move that did not get that far still stands: what was done is a copy.
+    if (originalThere || plan.kind == Kind::Copy)
+        return JournalStep{Kind::Copy, plan.from, copy, {}};
+    return JournalStep{plan.kind, plan.from, copy, m_services.trash.find(plan.from, plan.state.identity)};
+}
+
+std::optional<JournalStep> Settlement::settleMoved(const PlannedStep &plan)
+{
+    if (isEntry(plan.from, plan.state.identity))
+        return std::nullopt;
+    const std::optional<Location> place = inTarget(plan, plan.state.identity);
+    return place ? std::optional(JournalStep{plan.kind, plan.from, place, {}}) : std::nullopt;
+}
+
+std::optional<JournalStep> Settlement::settle(const JournalledStep &step)
+{
+    if (step.settled())
+        return step.done;
+    if (step.temporary)
+        return settleCopied(step);
+    switch (step.plan.kind) {
+    case Kind::Trash:
+        return settleTrashed(step.plan);
+    case Kind::Copy:
+        return std::nullopt;
+    case Kind::Move:
+    case Kind::Rename:
+        return settleMoved(step.plan);
+    }
+    return std::nullopt;
+}
+
+/// Those of the announced folders that are there now.
+std::vector<Location> existing(std::vector<Location> folders)
+{
+    std::erase_if(folders, [](const Location &folder) { return !entryExists(folder); });
+    return folders;
+}
+
+std::optional<QUuid> recoverRun(const AgentServices &services, const Location &file)
+{
+    Result<RunJournal> journal = RunJournal::takeOver(file);
+    if (!journal)
+        return std::nullopt;
+    const JournalContent &content = journal->content();
+    RunHistory history(services.defaults);
+    const std::vector<JournalRun> known = history.runs();
+    JournalRun run{content.run, content.date, {}, false};
+    bool found = false;
+    if (std::ranges::find(known, content.run, &JournalRun::id) == known.end()) {
+        Settlement settlement(services);
+        for (const JournalledStep &step : content.steps) {
+            if (std::optional<JournalStep> done = settlement.settle(step))
+                run.steps.push_back(*std::move(done));
+        }
+        found = !run.steps.empty();
+    }
+    // A history that cannot be written keeps the journal for the next start.
+    if (found && !history.add(run, existing(content.folders)))
+        return std::nullopt;
+    (void)journal->discard();
+    return found ? std::optional(run.id) : std::nullopt;
+}
+
+/// An undo that was finished, or whose run has fallen out of the history, needs no diary any more.
+void dropFinishedUndo(const AgentServices &services, const Location &file)
+{
+    Result<RunJournal> journal = RunJournal::takeOver(file);
+    if (!journal)
+        return;
+    const std::vector<JournalRun> known = RunHistory(services.defaults).runs();
+    const auto run = std::ranges::find(known, journal->content().run, &JournalRun::id);
+    if (run == known.end() || run->undone)
+        (void)journal->discard();
+}
+
+} // namespace
+
+std::vector<QUuid> recoverInterruptedRuns(const AgentServices &services)
+{
+    std::vector<QUuid> recovered;
+    const StateFolder state(services.stateFolder);
+    const Result<FileLock> lock = state.lockAgent();
+    const Result<Location> journals = lock ? state.journals() : Result<Location>(failure(lock.error()));
+    if (!journals)
+        return recovered;
+    for (const Location &file : RunJournal::find(*journals, RunJournal::Purpose::Run)) {
+        if (const std::optional<QUuid> run = recoverRun(services, file))
+            recovered.push_back(*run);
+    }
+    for (const Location &file : RunJournal::find(*journals, RunJournal::Purpose::Undo))
+        dropFinishedUndo(services, file);
+    return recovered;
+}
+
+} // namespace brellin

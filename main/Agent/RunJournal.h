@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Agent/JournalRun.h"
+#include "Base/Result.h"
+#include "System/FileLock.h"
+
+#include <QByteArray>
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace brellin {
+
+/// What a run or an undo is about to do with one entry.
+struct PlannedStep {
+    AgentProposal::Kind kind = AgentProposal::Kind::Move;
+    Location from;              ///< where the entry is now
+    std::optional<Location> to; ///< where it is wanted; its final name may get a number
+    FileState state;            ///< of the entry before the step
+    /// Undo of a move across volumes: the original waiting in the Trash.
+    std::optional<FileState> original;
+
+    bool operator==(const PlannedStep &) const = default;
+};
+
+/// What a journal knows of one planned step.
+struct JournalledStep {
+    PlannedStep plan;
+    std::optional<Location> temporary; ///< a copy under way had this name
+    std::optional<FileState> copied;   ///< that copy was complete and verified
+    std::optional<JournalStep> done;   ///< the step is finished
+    bool failed = false;               ///< the step is finished, and came to nothing
+
+    bool settled() const { return done.has_value() || failed; }
+};
+
+/// What is read back from a journal.
+struct JournalContent {
+    QUuid run;
+    Instant date;
+    std::vector<JournalledStep> steps;
+    std::vector<Location> folders; ///< created, or about to be
+};
+
+/// The diary of one run or one undo while it works, a file of JSON lines that its owner keeps locked. Whoever finds it
+/// unlocked finds a run that was cut short.
+///
+/// Intended steps are written and flushed before the first of them acts; finished ones are plain appends, which a killed
+/// process does not lose. A torn last line is as if it had not been written.
+class RunJournal {
+public:
+    enum class Purpose { Run, Undo };
+
+    /// A new journal in `folder`. `errc::resource_unavailable_try_again` if one of this run is at work.
+    static Result<RunJournal> create(const Location &folder, Purpose purpose, const QUuid &run, Instant date);
+    /// The unlocked journal of an undo that was cut short, or a new one.
+    static Result<RunJournal> createOrContinue(const Location &folder, const QUuid &run, Instant date);
+    /// Takes over an existing journal; `errc::resource_unavailable_try_again` while its owner lives.
+    static Result<RunJournal> takeOver(const Location &file);
+    /// All journals in `folder` for this purpose.
+    static std::vector<Location> find(const Location &folder, Purpose purpose);
+
+    /// What was in the file when it was opened.
+    const JournalContent &content() const { return m_content; }
+
+    /// Writes what is about to be done, numbered on from the last planned step, and flushes it to the disk.
+    Result<void> plan(std::span<const PlannedStep> steps);
+    /// A folder that the run is about to create.
+    Result<void> folder(const Location &folder);
+    Result<void> copying(std::size_t step, const Location &temporary);
+    /// Flushed: the original may be given up after this.
+    Result<void> copied(std::size_t step, const FileState &copy);
+    Result<void> done(std::size_t step, const JournalStep &result);
+    Result<void> failed(std::size_t step);
+    Result<void> flush();
+
+    /// Removes the file: what it says is in the history now, or nothing was done.
+    Result<void> discard();
+
+private:
+    RunJournal(Location file, FileLock lock) : m_file(std::move(file)), m_lock(std::move(lock)) {}
+    static Result<RunJournal> open(const Location &file);
+    Result<void> append(const QByteArray &lines);
+
+    Location m_file;
+    FileLock m_lock;
+    JournalContent m_content;
+    std::size_t m_planned = 0;
+};
+
+} // namespace brellin

@@ -1,0 +1,72 @@
+#include "Agent/StepPerformer.h"
+
+#include "Agent/AgentError.h"
+
+namespace brellin {
+
+using Kind = AgentProposal::Kind;
+
+Result<void> checkUnchanged(const AgentProposal &proposal)
+{
+    const FileAttributes now = TRY(readAttributes(proposal.source));
+    if (!now.isFile() && !now.isFolder() && !now.isLink())
+        return failure(AgentError::changedSinceScan());
+    if (proposal.seen && FileState::of(now) != *proposal.seen)
+        return failure(AgentError::changedSinceScan());
+    return {};
+}
+
+Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal) const
+{
+    if (!m_services.locations.isAllowedEntry(proposal.source) ||
+        (proposal.destination && !m_services.locations.isAllowed(*proposal.destination)))
+        return failure(AgentError::systemLocation());
+    return {};
+}
+
+Result<JournalStep> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
+{
+    if (proposal.kind != Kind::Trash && (!proposal.destination || proposal.destination->empty()))
+        return failure(AgentError::noDestination());
+    TRY(checkAllowed(proposal));
+    TRY(checkUnchanged(proposal));
+    switch (proposal.kind) {
+    case Kind::Trash:
+        return trash(proposal);
+    case Kind::Copy:
+        return copy(proposal, log);
+    case Kind::Move:
+    case Kind::Rename:
+        return move(proposal, log);
+    }
+    return failure(AgentError::noDestination());
+}
+
+Result<JournalStep> StepPerformer::trash(const AgentProposal &proposal)
+{
+    const Location place = TRY(m_services.trash.put(proposal.source));
+    return JournalStep{Kind::Trash, proposal.source, place, {}};
+}
+
+Result<JournalStep> StepPerformer::copy(const AgentProposal &proposal, StepLog &log)
+{
+    const Placement::Placed placed = TRY(
+        m_place.copyTo(proposal.source, *proposal.destination, Placement::Safety::Written, AgentError::badCopy(), log));
+    return JournalStep{Kind::Copy, proposal.source, placed.location, {}};
+}
+
+Result<JournalStep> StepPerformer::move(const AgentProposal &proposal, StepLog &log)
+{
+    if (m_place.onOneVolume(proposal.source, *proposal.destination)) {
+        const Result<Location> moved = m_place.moveWithinVolume(proposal.source, *proposal.destination, log);
+        if (moved)
+            return JournalStep{proposal.kind, proposal.source, *moved, {}};
+        // Across a bind mount, or from the lower layer of an overlay, the volume looks the same and is not.
+        if (!moved.error().is(std::errc::cross_device_link))
+            return failure(moved.error());
+    }
+    const Placement::Moved moved = TRY(m_place.moveAcrossVolumes(proposal.source, *proposal.destination, log));
+    return JournalStep{proposal.kind, proposal.source, moved.location, moved.trashedOriginal};
+}
+
+} // namespace brellin

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Agent/AgentProposal.h"
+#include "Agent/JournalRun.h"
+#include "Agent/Placement.h"
+
+namespace brellin {
+
+/// Carries out single proposals. Touches only the proposal's source and destination (with the folders above the latter);
+/// a failure leaves the source as it was and no half copy.
+class StepPerformer {
+public:
+    StepPerformer(const AgentServices &services, JobControl *control) : m_services(services), m_place(services, control)
+    {
+    }
+
+    Result<JournalStep> perform(const AgentProposal &proposal, StepLog &log);
+
+private:
+    Result<void> checkAllowed(const AgentProposal &proposal) const;
+    Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
+    Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
+    Result<JournalStep> trash(const AgentProposal &proposal);
+
+    const AgentServices &m_services;
+    Placement m_place;
+};
+
+/// The check before every step: the source must still be what was seen (if anything was).
+Result<void> checkUnchanged(const AgentProposal &proposal);
+
+} // namespace brellin

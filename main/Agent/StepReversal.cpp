@@ -1,0 +1,112 @@
+#include "Agent/StepReversal.h"
+
+#include "Agent/AgentError.h"
+#include "Agent/VerifiedCopy.h"
+
+namespace brellin {
+
+using Kind = AgentProposal::Kind;
+
+namespace {
+
+std::optional<FileState> stateOf(const std::optional<Location> &location)
+{
+    const Result<FileAttributes> attributes =
+        location ? readAttributes(*location) : Result<FileAttributes>(failure(Failure::system(ENOENT)));
+    return attributes ? std::optional(FileState::of(*attributes)) : std::nullopt;
+}
+
+} // namespace
+
+PlannedStep StepReversal::planOf(const JournalStep &step)
+{
+    return {step.kind, step.to.value_or(Location()), step.from, stateOf(step.to).value_or(FileState()),
+            stateOf(step.trashedOriginal)};
+}
+
+Result<void> StepReversal::checkAllowed(const JournalStep &step) const
+{
+    const bool target = m_services.locations.isAllowed(step.from);
+    // The Trash may lie where nothing else is touched.
+    const bool source = m_services.trash.holds(*step.to) || m_services.locations.isAllowedEntry(*step.to);
+    return target && source ? Result<void>() : Result<void>(failure(AgentError::systemLocation()));
+}
+
+Result<void> StepReversal::reverse(const JournalStep &step, const JournalledStep &known, StepLog &log)
+{
+    if (!step.to)
+        return failure(Failure::system(ENOENT));
+    TRY(checkAllowed(step));
+    if (step.kind == Kind::Copy)
+        return trashCopy(*step.to, known.plan.state);
+    return known.plan.original ? restoreOriginal(step, known, log) : moveBack(step, known, log);
+}
+
+Result<void> StepReversal::trashCopy(const Location &copy, const FileState &state)
+{
+    if (!isEntry(copy, state.identity)) {
+        const bool already = m_services.trash.find(copy, state.identity).has_value();
+        return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
+    }
+    TRY(m_services.trash.put(copy));
+    return {};
+}
+
+Result<void> StepReversal::restoreOriginal(const JournalStep &step, const JournalledStep &known, StepLog &log)
+{
+    const FileIdentity original = known.plan.original->identity;
+    std::optional<Location> restored;
+    if (isEntry(*step.trashedOriginal, original))
+        restored = TRY(m_place.takeFromTrash(*step.trashedOriginal, step.from, step.from, log));
+    else
+        restored = EntrySearch().find(step.from.parent_path(), original);
+    if (!restored)
+        return failure(Failure::system(ENOENT));
+    if (!isEntry(*step.to, known.plan.state.identity))
+        return {}; // the copy went in an earlier try, or the user took it away
+    const Result<Location> trashed = m_services.trash.put(*step.to);
+    if (trashed)
+        return {};
+    // Without a Trash for it the copy may go only if it holds nothing that the original does not.
+    if (!verifyCopy(*restored, *step.to, m_control))
+        return failure(trashed.error());
+    return m_services.files.removeOwnCopy(*step.to);
+}
+
+/// Removes what a copy that was cut short has left, if what it was made of is still there.
+void StepReversal::removeLeftover(const JournalledStep &known)
+{
+    if (known.temporary && known.temporary->filename().native().starts_with(Placement::temporaryPrefix) &&
+        isEntry(known.plan.from, known.plan.state.identity))
+        (void)m_services.files.removeOwnCopy(*known.temporary);
+}
+
+Result<void> StepReversal::moveBack(const JournalStep &step, const JournalledStep &known, StepLog &log)
+{
+    const FileIdentity identity = known.plan.state.identity;
+    const bool there = isEntry(*step.to, identity);
+    const bool inTrash = m_services.trash.holds(*step.to);
+    EntrySearch search;
+    if (known.copied && search.find(step.from.parent_path(), known.copied->identity))
+        return there && !inTrash ? trashCopy(*step.to, known.plan.state) : Result<void>();
+    removeLeftover(known);
+    if (!there) {
+        const bool already = search.find(step.from.parent_path(), identity).has_value();
+        return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
+    }
+    if (inTrash || m_place.onOneVolume(*step.to, step.from)) {
+        const Result<Location> moved = inTrash ? m_place.takeFromTrash(*step.to, step.from, step.from, log)
+                                               : m_place.moveWithinVolume(*step.to, step.from, log);
+        if (moved || !moved.error().is(std::errc::cross_device_link))
+            return moved ? Result<void>() : Result<void>(failure(moved.error()));
+    }
+    if (!inTrash) {
+        TRY(m_place.moveAcrossVolumes(*step.to, step.from, log));
+        return {};
+    }
+    // What lies in the Trash stays there beside its copy: nothing is removed from the Trash.
+    TRY(m_place.copyTo(*step.to, step.from, Placement::Safety::Flushed, AgentError::badCopy(), log));
+    return {};
+}
+
+} // namespace brellin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Agent/AgentServices.h"
+#include "Agent/JournalRun.h"
+#include "Agent/Placement.h"
+#include "Agent/RunJournal.h"
+#include "Base/JobControl.h"
+
+#include <vector>
+
+namespace brellin {
+
+/// What came of an undo.
+struct UndoOutcome {
+    std::vector<Location> notRestored; ///< old paths, in the order in which undoing met them
+    bool cancelled = false;            ///< the run is not undone; undoing it again takes the remaining steps
+
+    /// "Rückgängig gemacht." or how many could not be put back.
+    QString status() const;
+};
+
+/// Takes a run back, last step first. Journalled like the run itself: one that was cut short goes on where it was.
+class UndoRun {
+public:
+    explicit UndoRun(const AgentServices &services) : m_services(services) {}
+
+    /// Undoes a run of the history and marks it undone. Fails with nothing changed when somebody else is working.
+    Result<UndoOutcome> undo(const JournalRun &run, JobControl &control);
+
+private:
+    const AgentServices &m_services;
+};
+
+} // namespace brellin
