@@ -1,0 +1,48 @@
+#include "App/AgentOperation.h"
+
+#include "App/Interruption.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+namespace brellin {
+
+namespace {
+
+QString progressLine(const CleanupAgent &agent)
+{
+    QString line = agent.status.get();
+    if (agent.progress.get() > 0)
+        line += QStringLiteral("  %1 %").arg(static_cast<int>(agent.progress.get() * 100));
+    if (!agent.detail.get().isEmpty())
+        line += QStringLiteral("  ") + agent.detail.get();
+    return line;
+}
+
+} // namespace
+
+void waitFor(CleanupAgent &agent, Terminal &terminal, const std::function<void()> &start)
+{
+    QEventLoop loop;
+    const Interruption interruption([&] { agent.cancel(); });
+    agent.whenFinished([&] { loop.quit(); });
+    QTimer progress;
+    QObject::connect(&progress, &QTimer::timeout, &progress, [&] {
+        terminal.progress(progressLine(agent));
+        progress.setInterval(200);
+    });
+    progress.start(1000);
+    start();
+    if (agent.running.get())
+        loop.exec();
+    agent.whenFinished({});
+    terminal.clearProgress();
+}
+
+ExitCode exitCodeOf(const Failure &failure, Terminal &terminal)
+{
+    terminal.message(failure.message);
+    return failure.isCancelled() ? ExitCode::Cancelled : ExitCode::NotPossible;
+}
+
+} // namespace brellin

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "App/Arguments.h"
+#include "App/ExitCode.h"
+#include "App/Services.h"
+#include "App/Terminal.h"
+
+#include <functional>
+#include <vector>
+
+namespace brellin {
+
+/// What a command gets to work with.
+struct CommandContext {
+    Services &services;
+    Terminal &terminal;
+    const Arguments &arguments;
+
+    bool json() const { return arguments.has(QStringLiteral("json")); }
+    /// Says why nothing was done.
+    ExitCode refuse(const QString &message) const;
+};
+
+/// One word of the command line.
+struct Command {
+    QString name;
+    QString usage;   ///< what follows the name, as shown in the help
+    QString summary; ///< one line
+    std::vector<OptionSpec> options;
+    std::function<ExitCode(CommandContext &)> run;
+};
+
+/// Every command, in the order of the help.
+const std::vector<Command> &commands();
+
+ExitCode runRulesCommand(CommandContext &context);
+ExitCode runCheckCommand(CommandContext &context);
+ExitCode runHistoryCommand(CommandContext &context);
+ExitCode runUndoCommand(CommandContext &context);
+
+} // namespace brellin

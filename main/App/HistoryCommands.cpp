@@ -1,0 +1,111 @@
+#include "Agent/AgentJson.h"
+#include "Agent/CleanupAgent.h"
+#include "Agent/RunHistory.h"
+#include "App/AgentOperation.h"
+#include "App/Command.h"
+#include "Base/German.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+QString idText(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper();
+}
+
+QStringList rowOf(const JournalRun &run)
+{
+    return {idText(run.id), longDateTime(run.date),
+            counted(static_cast<qint64>(run.steps.size()), QStringLiteral("Schritt"), QStringLiteral("Schritte")),
+            run.undone ? QStringLiteral("rückgängig gemacht") : QString()};
+}
+
+/// The run that the user means: by the beginning of its ID, or the newest that is not undone.
+Result<std::optional<JournalRun>> runMeant(const std::vector<JournalRun> &history,
+                                           const std::vector<std::string> &words)
+{
+    if (words.empty()) {
+        const auto newest = std::ranges::find(history, false, &JournalRun::undone);
+        return newest == history.end() ? std::nullopt : std::optional(*newest);
+    }
+    const QString wanted = QString::fromStdString(words.front()).toUpper();
+    std::vector<JournalRun> found;
+    std::ranges::copy_if(history, std::back_inserter(found),
+                         [&](const JournalRun &run) { return idText(run.id).startsWith(wanted); });
+    if (wanted.isEmpty() || found.empty())
+        return failure(QStringLiteral("Eine Aufräum-Aktion „%1“ gibt es im Verlauf nicht.").arg(printable(wanted)));
+    if (found.size() > 1)
+        return failure(QStringLiteral("Mit „%1“ beginnen mehrere Aufräum-Aktionen.").arg(wanted));
+    if (found.front().undone)
+        return failure(QStringLiteral("Diese Aufräum-Aktion ist schon rückgängig gemacht."));
+    return std::optional(found.front());
+}
+
+QJsonObject undoAnswer(const std::optional<JournalRun> &run, const std::vector<Location> &notRestored,
+                       const QString &status)
+{
+    return {{QStringLiteral("run"), toJson(run, JsonDates::Iso)},
+            {QStringLiteral("notRestored"), static_cast<qint64>(notRestored.size())},
+            {QStringLiteral("notRestoredPaths"), toJson(notRestored)},
+            {QStringLiteral("status"), status}};
+}
+
+} // namespace
+
+ExitCode runHistoryCommand(CommandContext &context)
+{
+    if (!context.arguments.rest().empty())
+        return context.refuse(QStringLiteral("„verlauf“ nimmt keine weiteren Angaben."));
+    CleanupAgent agent(context.services.forAgent());
+    agent.recover();
+    const std::vector<JournalRun> &history = agent.history.get();
+    if (context.json()) {
+        context.terminal.printJson(toJson(history, JsonDates::Iso));
+        return ExitCode::Done;
+    }
+    if (history.empty())
+        context.terminal.print(QStringLiteral("Noch nichts erledigt"));
+    std::vector<QStringList> rows;
+    std::ranges::transform(history, std::back_inserter(rows), rowOf);
+    context.terminal.printColumns(rows, 0);
+    return ExitCode::Done;
+}
+
+ExitCode runUndoCommand(CommandContext &context)
+{
+    if (context.arguments.rest().size() > 1)
+        return context.refuse(QStringLiteral("„rueckgaengig“ nimmt höchstens eine ID."));
+    CleanupAgent agent(context.services.forAgent());
+    agent.recover();
+    const Result<std::optional<JournalRun>> meant = runMeant(agent.history.get(), context.arguments.rest());
+    if (!meant)
+        return context.refuse(meant.error().message);
+    if (!*meant) {
+        const QString nothing = QStringLiteral("Es gibt nichts rückgängig zu machen.");
+        if (context.json())
+            context.terminal.printJson(undoAnswer({}, {}, nothing));
+        else
+            context.terminal.print(nothing);
+        return ExitCode::Done;
+    }
+    const QUuid id = (*meant)->id;
+    waitFor(agent, context.terminal, [&] { agent.undo(id); });
+    if (agent.lastFailure())
+        return exitCodeOf(*agent.lastFailure(), context.terminal);
+    const std::vector<Location> &notRestored = agent.lastUndo()->notRestored;
+    const auto run = std::ranges::find(agent.history.get(), id, &JournalRun::id);
+    const std::optional<JournalRun> now = run == agent.history.get().end() ? std::nullopt : std::optional(*run);
+    if (context.json())
+        context.terminal.printJson(undoAnswer(now, notRestored, agent.status.get()));
+    else
+        context.terminal.print(agent.status.get());
+    for (const Location &place : notRestored)
+        context.terminal.message(QStringLiteral("Nicht zurückgelegt: ") +
+                                 printable(place, context.services.folders().home));
+    return notRestored.empty() ? ExitCode::Done : ExitCode::Failed;
+}
+
+} // namespace brellin

@@ -1,0 +1,28 @@
+#include "App/ProgramFolders.h"
+
+#include <cstdlib>
+
+namespace brellin {
+
+namespace {
+
+/// The value of an XDG variable; one that is not absolute counts as unset.
+Location base(const char *variable, const Location &fallback)
+{
+    const char *const value = std::getenv(variable);
+    return value != nullptr && *value == '/' ? Location(value) : fallback;
+}
+
+} // namespace
+
+Location settingsFolder(const Location &home)
+{
+    return base("XDG_CONFIG_HOME", home / ".config") / "brellin";
+}
+
+Location stateFolder(const Location &home)
+{
+    return base("XDG_STATE_HOME", home / ".local/state") / "brellin";
+}
+
+} // namespace brellin

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Base/Location.h"
+
+namespace brellin {
+
+/// Where this system wants a program to keep its settings ($XDG_CONFIG_HOME/brellin) …
+Location settingsFolder(const Location &home);
+/// … and what only concerns this machine ($XDG_STATE_HOME/brellin).
+Location stateFolder(const Location &home);
+
+} // namespace brellin

@@ -1,0 +1,22 @@
+#include "App/Services.h"
+
+#include "App/ProgramFolders.h"
+
+namespace brellin {
+
+Services::Services()
+    : m_folders(KnownFolders::ofThisUser())
+    , m_defaults(settingsFolder(m_folders.home))
+    , m_forgotten(&m_defaults)
+    , m_trash(m_folders.trash.parent_path(), m_volumes)
+    , m_locations(m_folders.home)
+    , m_stateFolder(stateFolder(m_folders.home))
+{
+}
+
+AgentServices Services::agentServices(UserDefaults &defaults)
+{
+    return {defaults, m_files, m_trash, m_volumes, m_clock, m_folders, m_locations, m_stateFolder};
+}
+
+} // namespace brellin

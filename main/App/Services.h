@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Agent/AgentServices.h"
+#include "Disk/SystemTrash.h"
+#include "System/FileUserDefaults.h"
+#include "System/MemoryUserDefaults.h"
+
+namespace brellin {
+
+/// The real services of this program on this machine, created here and nowhere else. HOME and the XDG variables decide
+/// where everything lies.
+class Services {
+public:
+    Services();
+
+    /// For an agent whose settings are stored.
+    AgentServices forAgent() { return agentServices(m_defaults); }
+    /// For an agent that only looks: what it would store is forgotten with these services.
+    AgentServices forProposingAgent() { return agentServices(m_forgotten); }
+
+    const KnownFolders &folders() const { return m_folders; }
+
+private:
+    AgentServices agentServices(UserDefaults &defaults);
+
+    KnownFolders m_folders;
+    FileUserDefaults m_defaults;
+    MemoryUserDefaults m_forgotten;
+    SystemVolumes m_volumes;
+    SystemTrash m_trash;
+    DiskFileActions m_files;
+    SystemClock m_clock;
+    SystemLocations m_locations;
+    Location m_stateFolder;
+};
+
+} // namespace brellin
