@@ -1,0 +1,234 @@
+#include "Agent/RuleMatching.h"
+
+#include "Agent/RuleConditions.h"
+#include "Agent/RuleTargets.h"
+#include "Agent/RuleWalk.h"
+#include "Agent/ScriptNames.h"
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace brellin {
+
+namespace {
+
+struct ActiveRule {
+    const CleanupRule &rule;
+    RuleConditions conditions;
+    RuleTargets targets;
+};
+
+/// What the first rule that wanted a file makes of it.
+struct Verdict {
+    std::size_t rule = 0;
+    std::optional<Candidate> candidate; ///< none: it stays because a script names it
+    std::string file;                   ///< its resolved path, of an overlapping source only
+};
+
+/// The scripts that count for a rule: those of the source itself, and below it for a rule that looks there.
+class SourceScripts {
+public:
+    explicit SourceScripts(const RuleWalk &walk) : m_walk(walk) {}
+
+    bool mention(const WalkedFile &file, bool subfolders)
+    {
+        if (m_walk.scripts.empty())
+            return false;
+        std::unique_ptr<ScriptNames> &names = subfolders ? m_all : m_direct;
+        if (!names)
+            names = std::make_unique<ScriptNames>(locations(subfolders));
+        return names->mention(file.name);
+    }
+
+private:
+    std::vector<Location> locations(bool subfolders) const
+    {
+        std::vector<Location> scripts;
+        for (const WalkedName &script : m_walk.scripts) {
+            if (subfolders || script.direct)
+                scripts.push_back(Location(script.folder) / script.name);
+        }
+        return scripts;
+    }
+
+    const RuleWalk &m_walk;
+    std::unique_ptr<ScriptNames> m_direct;
+    std::unique_ptr<ScriptNames> m_all;
+};
+
+/// One evaluation of all rules.
+class Evaluation {
+public:
+    Evaluation(const std::vector<CleanupRule> &rules, const SystemLocations &locations, Instant now,
+               const JobControl *control);
+
+    Result<RuleEvaluation> run();
+
+private:
+    void addToSource(std::size_t number);
+    void markOverlaps();
+    Result<void> evaluate(const RuleSource &source);
+    std::optional<Verdict> verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts);
+    RuleEvaluation summary();
+
+    const SystemLocations &m_locations;
+    const Instant m_now;
+    const JobControl *m_control;
+    std::deque<ActiveRule> m_rules; ///< sources point into it
+    std::vector<RuleSource> m_sources;
+    std::vector<Verdict> m_verdicts;
+    std::int64_t m_checked = 0;
+    std::unordered_set<std::size_t> m_checkedInSeveral;
+};
+
+Evaluation::Evaluation(const std::vector<CleanupRule> &rules, const SystemLocations &locations, Instant now,
+                       const JobControl *control)
+    : m_locations(locations)
+    , m_now(now)
+    , m_control(control)
+{
+    for (const CleanupRule &rule : rules) {
+        if (!rule.enabled)
+            continue;
+        m_rules.push_back({rule, RuleConditions(rule.conditions), RuleTargets(rule, locations.home(), now)});
+        addToSource(m_rules.size() - 1);
+    }
+    markOverlaps();
+}
+
+void Evaluation::addToSource(std::size_t number)
+{
+    const ActiveRule &active = m_rules[number];
+    const std::optional<Location> folder = rulePath(active.rule.sourcePath, m_locations.home());
+    if (!folder)
+        return;
+    auto source = std::ranges::find(m_sources, *folder, &RuleSource::folder);
+    if (source == m_sources.end()) {
+        const std::optional<Location> resolved = resolvedLocation(*folder);
+        if (!resolved || !m_locations.isAllowed(*folder))
+            return;
+        source = m_sources.insert(m_sources.end(), RuleSource());
+        source->folder = *folder;
+        source->resolved = resolved->native();
+    }
+    source->includeSubfolders = source->includeSubfolders || active.rule.includeSubfolders;
+    source->rules.push_back(number);
+    source->filters.push_back({&active.conditions, active.rule.includeSubfolders});
+}
+
+void Evaluation::markOverlaps()
+{
+    for (RuleSource &a : m_sources) {
+        a.overlaps = std::ranges::any_of(m_sources, [&](const RuleSource &b) {
+            const std::string_view one = a.resolved;
+            const std::string_view other = b.resolved;
+            return &a != &b && (one == other || (b.includeSubfolders && isAtOrBelow(one, other)) ||
+                                (a.includeSubfolders && isAtOrBelow(other, one)));
+        });
+    }
+}
+
+Result<RuleEvaluation> Evaluation::run()
+{
+    for (const RuleSource &source : m_sources)
+        TRY(evaluate(source));
+    return summary();
+}
+
+Result<void> Evaluation::evaluate(const RuleSource &source)
+{
+    const RuleWalk walk = TRY(walkSource(source, m_locations, m_now, m_control));
+    if (source.overlaps)
+        m_checkedInSeveral.insert(walk.checked.begin(), walk.checked.end());
+    else
+        m_checked += walk.checkedFiles;
+    SourceScripts scripts(walk);
+    for (const WalkedFile &file : walk.files) {
+        if (m_control != nullptr && m_control->cancelled())
+            return failure(Failure::cancelled());
+        if (walk.isAwaited(file))
+            continue;
+        if (std::optional<Verdict> decided = verdict(file, source, scripts))
+            m_verdicts.push_back(*std::move(decided));
+    }
+    return {};
+}
+
+std::optional<Verdict> Evaluation::verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts)
+{
+    RuleFile tested;
+    tested.set(file.name, file.package ? std::nullopt : std::optional(file.state.size), file.state.modified);
+    for (std::size_t i = file.firstFit; i < source.rules.size(); ++i) {
+        const RuleFilter &filter = source.filters[i];
+        const bool sees = file.direct || filter.includeSubfolders;
+        if (i != file.firstFit && (!sees || !filter.conditions->hold(tested, m_now)))
+            continue;
+        Verdict found{.rule = source.rules[i], .candidate = {}, .file = {}};
+        if (!scripts.mention(file, filter.includeSubfolders)) {
+            found.candidate = m_rules[found.rule].targets.candidate(file, source);
+            if (!found.candidate)
+                continue;
+        }
+        if (source.overlaps)
+            found.file = source.resolved + file.location().native().substr(source.folder.native().size());
+        return found;
+    }
+    return std::nullopt;
+}
+
+/// The verdicts in the order of the rules. Where sources overlap, a file has several: the first rule's holds.
+RuleEvaluation Evaluation::summary()
+{
+    std::unordered_map<std::string_view, std::size_t> first;
+    for (const Verdict &one : m_verdicts) {
+        if (one.file.empty())
+            continue;
+        const auto [entry, isNew] = first.try_emplace(one.file, one.rule);
+        entry->second = std::min(entry->second, one.rule);
+    }
+    RuleEvaluation result;
+    result.checkedFiles = m_checked + static_cast<std::int64_t>(m_checkedInSeveral.size());
+    std::vector<Verdict *> held;
+    for (Verdict &one : m_verdicts) {
+        if (!one.file.empty() && first.at(one.file) != one.rule)
+            continue;
+        if (one.candidate)
+            held.push_back(&one);
+        else
+            ++result.leftForScripts;
+    }
+    std::ranges::stable_sort(held, {}, &Verdict::rule);
+    result.candidates.reserve(held.size());
+    for (Verdict *const one : held)
+        result.candidates.push_back(*std::move(one->candidate));
+    return result;
+}
+
+} // namespace
+
+RuleMatching::RuleMatching(const SystemLocations &locations, const Clock &clock)
+    : m_locations(locations)
+    , m_clock(clock)
+{
+}
+
+Result<RuleEvaluation> RuleMatching::evaluateCounting(const std::vector<CleanupRule> &rules,
+                                                      const JobControl *control) const
+{
+    return Evaluation(rules, m_locations, m_clock.now(), control).run();
+}
+
+bool RuleMatching::matches(const CleanupRule &rule, const Location &file) const
+{
+    const Result<FileAttributes> attributes = readAttributes(file);
+    const std::string name = file.filename().native();
+    RuleFile tested;
+    tested.set(name, attributes && attributes->isFile() ? std::optional(attributes->size) : std::nullopt,
+               attributes ? std::optional(attributes->modified) : std::nullopt);
+    return RuleConditions(rule.conditions).hold(tested, m_clock.now());
+}
+
+} // namespace brellin

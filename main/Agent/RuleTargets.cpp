@@ -1,0 +1,187 @@
+#include "Agent/RuleTargets.h"
+
+#include "Agent/Placeholders.h"
+#include "Base/German.h"
+#include "Disk/FreeName.h"
+
+#include <QRegularExpression>
+
+namespace brellin {
+
+namespace {
+
+constexpr QLatin1StringView nameMark("{Name}");
+
+bool isUtf8(std::string_view bytes)
+{
+    return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
+}
+
+QString composed(const QString &text)
+{
+    return text.normalized(QString::NormalizationForm_C);
+}
+
+/// A name is one component of a path.
+QString asComponent(QString text)
+{
+    return text.replace(u'/', u'-').replace(QChar(0), u'-');
+}
+
+/// A pattern's result as a name: no hiding dot at its front, no blanks around it.
+QString asName(const QString &expanded)
+{
+    QString text = asComponent(expanded).trimmed();
+    while (text.startsWith(u'.'))
+        text.remove(0, 1);
+    return text.trimmed();
+}
+
+} // namespace
+
+std::optional<Location> rulePath(const QString &text, const Location &home)
+{
+    if (text.contains(QChar(0)))
+        return std::nullopt;
+    Location path = locationFromText(text);
+    if (const std::string &bytes = path.native(); bytes == "~" || bytes.starts_with("~/"))
+        path = home.native() + bytes.substr(1);
+    if (!path.is_absolute() || path.native().find('\0') != std::string::npos)
+        return std::nullopt;
+    return standardised(path);
+}
+
+RuleTargets::RuleTargets(const CleanupRule &rule, const Location &home, Instant now)
+    : m_rule(rule)
+    , m_home(home)
+    , m_now(now)
+    , m_pattern(QString(rule.targetPath).replace(nameMark, QLatin1StringView(" ")))
+    , m_patternHasType(m_pattern.contains(u"{Kategorie}") || m_pattern.contains(u"{Endung}"))
+{
+}
+
+std::optional<Candidate> RuleTargets::candidate(const WalkedFile &file, const RuleSource &source)
+{
+    Candidate made{.kind = AgentProposal::Kind::Move,
+                   .source = {},
+                   .destination = {},
+                   .reason = m_rule.name,
+                   .automatic = m_rule.automatic,
+                   .isPackage = file.package,
+                   .aiBase = {},
+                   .seen = file.state};
+    bool wanted = true;
+    switch (m_rule.action) {
+    case RuleAction::Copy:
+        made.kind = AgentProposal::Kind::Copy;
+        [[fallthrough]];
+    case RuleAction::Move:
+        wanted = setFolderTarget(made, file, source);
+        break;
+    case RuleAction::Rename:
+        made.kind = AgentProposal::Kind::Rename;
+        wanted = setNewName(made, file);
+        break;
+    case RuleAction::Trash:
+        made.kind = AgentProposal::Kind::Trash;
+        break;
+    case RuleAction::AiSort:
+        wanted = setChosenByModel(made);
+        break;
+    }
+    if (!wanted)
+        return std::nullopt;
+    made.source = file.location();
+    return made;
+}
+
+bool RuleTargets::setFolderTarget(Candidate &candidate, const WalkedFile &file, const RuleSource &source)
+{
+    const Target &target = targetOf(file);
+    if (!target.folder || target.folder->native() == file.folder)
+        return false;
+    // The same folder by another way: moving the file there would only number its name, with every scan anew.
+    const std::string_view below = file.folder.substr(source.folder.native().size());
+    if (target.resolved.size() == source.resolved.size() + below.size() &&
+        target.resolved.starts_with(source.resolved) && target.resolved.ends_with(below))
+        return false;
+    candidate.destination = *target.folder / file.name;
+    return true;
+}
+
+const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
+{
+    // Dates and types repeat, the rest of the pattern is fixed: few folders come of many files.
+    std::pair<QDate, std::string> key;
+    if (m_pattern.contains(u'{'))
+        key.first = localDay(dateOf(file));
+    if (m_patternHasType)
+        key.second = extensionOf(file.name);
+    const auto [entry, isNew] = m_targets.try_emplace(std::move(key));
+    if (isNew) {
+        Target &target = entry->second;
+        target.folder = rulePath(expand(m_pattern, file.location(), dateOf(file)), m_home);
+        if (target.folder)
+            target.resolved = resolvedLocation(*target.folder).value_or(*target.folder).native();
+    }
+    return entry->second;
+}
+
+/// The expanded pattern with the file's own extension behind it; empty where that makes no name.
+std::string RuleTargets::newName(const WalkedFile &file) const
+{
+    QString name = asName(expand(m_rule.renamePattern, file.location(), dateOf(file)));
+    if (name.isEmpty())
+        return {};
+    const std::string_view extension = extensionOf(file.name);
+    const QString ending = u'.' + shown(extension);
+    if (!extension.empty() && !name.endsWith(ending, Qt::CaseInsensitive))
+        name += ending;
+    return fittingName(name.toStdString());
+}
+
+/// Whether an earlier scan has given the file its name already. Without this a "{Datum} {Name}" would put another date in
+/// front with every scan, and a "{Datum}" count up the number that a second file of the day was given.
+bool RuleTargets::hasItsName(const WalkedFile &file) const
+{
+    const QString stem = composed(shown(stemOf(file.name)));
+    if (m_rule.renamePattern.count(nameMark) != 1)
+        return false;
+    const qsizetype at = m_rule.renamePattern.indexOf(nameMark);
+    const auto around = [&](const QString &part) {
+        return composed(asComponent(expand(part, file.location(), dateOf(file))));
+    };
+    const QString front = around(m_rule.renamePattern.first(at));
+    const QString back = around(m_rule.renamePattern.sliced(at + nameMark.size()));
+    return !(front.trimmed() + back.trimmed()).isEmpty() && stem.size() > front.size() + back.size() &&
+           stem.startsWith(front) && stem.endsWith(back);
+}
+
+bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file) const
+{
+    // Placeholders work on text; of a name that is none, bytes would be lost.
+    if (!isUtf8(file.name) || hasItsName(file))
+        return false;
+    const std::string made = newName(file);
+    const std::string_view name = made;
+    if (name.empty() || composed(shown(name)) == composed(shown(file.name)))
+        return false;
+    const Location destination = Location(file.folder) / name;
+    static const QRegularExpression counter(QStringLiteral("\\s*\\(\\d+\\)$"));
+    const QString uncounted = composed(shown(stemOf(file.name))).remove(counter);
+    // The number is there because the name without it is taken.
+    if (uncounted == composed(shown(stemOf(name))) && entryExists(destination))
+        return false;
+    candidate.destination = destination;
+    return true;
+}
+
+bool RuleTargets::setChosenByModel(Candidate &candidate) const
+{
+    candidate.needsAI = true;
+    candidate.aiBase = rulePath(m_rule.targetPath, m_home);
+    candidate.reason += QStringLiteral(" (KI)");
+    return candidate.aiBase.has_value();
+}
+
+} // namespace brellin

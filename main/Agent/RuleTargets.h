@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Agent/Candidate.h"
+#include "Agent/CleanupRule.h"
+#include "Agent/RuleWalk.h"
+
+#include <QDate>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace brellin {
+
+/// The folder that a rule's path text means, standardised; "~" is the home folder. Nothing for an empty or relative text.
+std::optional<Location> rulePath(const QString &text, const Location &home);
+
+/// Where one rule puts files. Remembers the folders that its placeholders led to.
+class RuleTargets {
+public:
+    /// The rule outlives it. `now` dates files whose creation the file system does not keep.
+    RuleTargets(const CleanupRule &rule, const Location &home, Instant now);
+
+    /// What the rule would do with a file of this source; nothing where that is nothing: the file is in its place already,
+    /// has its name, or the rule's text leads nowhere.
+    std::optional<Candidate> candidate(const WalkedFile &file, const RuleSource &source);
+
+private:
+    struct Target {
+        std::optional<Location> folder;
+        std::string resolved;
+    };
+
+    bool setFolderTarget(Candidate &candidate, const WalkedFile &file, const RuleSource &source);
+    bool setNewName(Candidate &candidate, const WalkedFile &file) const;
+    bool setChosenByModel(Candidate &candidate) const;
+    const Target &targetOf(const WalkedFile &file);
+    Instant dateOf(const WalkedFile &file) const { return file.created.value_or(m_now); }
+    std::string newName(const WalkedFile &file) const;
+    bool hasItsName(const WalkedFile &file) const;
+
+    const CleanupRule &m_rule;
+    const Location m_home;
+    const Instant m_now;
+    const QString m_pattern; ///< of the target, without names
+    const bool m_patternHasType;
+    std::map<std::pair<QDate, std::string>, Target> m_targets;
+};
+
+} // namespace brellin

@@ -1,0 +1,127 @@
+#include "Agent/ScriptNames.h"
+
+#include "Disk/Descriptor.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+constexpr std::size_t leastCharacters = 3;
+constexpr std::size_t runLength = 6;
+constexpr unsigned runBits = 24;
+constexpr std::size_t mostBytesRead = std::size_t(64) << 20U;
+
+std::size_t runNumber(std::string_view text, std::size_t at)
+{
+    std::uint64_t run = 0;
+    for (std::size_t i = 0; i < runLength; ++i)
+        run = run << 8U | static_cast<unsigned char>(text[at + i]);
+    return (run * 0x9E3779B97F4A7C15U) >> (64U - runBits);
+}
+
+bool isAscii(std::string_view text)
+{
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+std::string composed(const QString &text)
+{
+    return text.normalized(QString::NormalizationForm_C).toStdString();
+}
+
+/// The text with composed letters. Old scripts may be written in Latin 1.
+std::string composedText(std::string_view bytes)
+{
+    const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    return composed(view.isValidUtf8() ? QString::fromUtf8(view) : QString::fromLatin1(view));
+}
+
+std::string contentOf(const Location &script)
+{
+    std::string content;
+    const Result<EntryPlace> place = openPlace(script);
+    if (!place)
+        return content;
+    const Result<Descriptor> open = openForReading(place->at());
+    if (!open)
+        return content;
+    std::array<char, 65536> piece; // NOLINT(*-member-init): filled by the system
+    while (content.size() < mostBytesRead) {
+        const ssize_t length = ::read(open->number(), piece.data(), piece.size());
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length <= 0)
+            break;
+        content.append(piece.data(), static_cast<std::size_t>(length));
+    }
+    return content;
+}
+
+} // namespace
+
+bool isReadScriptExtension(std::string_view extension)
+{
+    return extension == "py" || extension == "command" || extension == "sh";
+}
+
+ScriptNames::ScriptNames(const std::vector<Location> &scripts) : m_runs(std::size_t(1) << runBits)
+{
+    for (const Location &script : scripts) {
+        std::string text = contentOf(script);
+        if (text.find('\\') != std::string::npos) {
+            std::string unescaped = text;
+            std::erase(unescaped, '\\');
+            add(std::move(unescaped));
+        }
+        if (!isAscii(text))
+            add(composedText(text));
+        add(std::move(text));
+    }
+}
+
+void ScriptNames::add(std::string text)
+{
+    for (std::size_t at = 0; at + runLength <= text.size(); ++at)
+        m_runs[runNumber(text, at)] = true;
+    m_texts.push_back(std::move(text));
+}
+
+bool ScriptNames::mention(std::string_view name) const
+{
+    if (m_texts.empty())
+        return false;
+    if (isAscii(name))
+        return name.size() >= leastCharacters && contain(name);
+    const QString text = shown(name).normalized(QString::NormalizationForm_C);
+    if (text.toUcs4().size() < static_cast<qsizetype>(leastCharacters))
+        return false;
+    return contain(name) || contain(text.toStdString());
+}
+
+bool ScriptNames::mayContain(std::string_view name) const
+{
+    for (std::size_t at = 0; at + runLength <= name.size(); ++at) {
+        if (!m_runs[runNumber(name, at)])
+            return false;
+    }
+    return true;
+}
+
+bool ScriptNames::contain(std::string_view name) const
+{
+    return mayContain(name) &&
+           std::ranges::any_of(m_texts, [&](const std::string &text) { return text.find(name) != std::string::npos; });
+}
+
+} // namespace brellin
