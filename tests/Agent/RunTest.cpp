@@ -1,0 +1,345 @@
+#include "Agent/AgentError.h"
+#include "Agent/Execution.h"
+#include "Agent/Recovery.h"
+#include "Agent/RunHistory.h"
+#include "Agent/StateFolder.h"
+#include "Agent/UndoRun.h"
+#include "Support/AgentWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+using namespace brellin;
+using namespace brellin::test;
+using Kind = AgentProposal::Kind;
+
+namespace {
+
+AgentProposal proposal(Kind kind, const Location &source, std::optional<Location> destination = {})
+{
+    AgentProposal one;
+    one.kind = kind;
+    one.source = source;
+    one.destination = std::move(destination);
+    one.seen = FileState::of(readAttributes(source).value_or(FileAttributes()));
+    return one;
+}
+
+/// One file of every fate: moves onto one another, over a taken name and into new folders, a rename, a copy, the Trash,
+/// and a file and a folder that change the volume.
+class RunWorld {
+public:
+    RunWorld()
+    {
+        world.tree().lines({"home/Downloads/a.pdf=eins", "home/Downloads/tief/a.pdf=zwei",
+                            "home/Downloads/alt.zip=drei", "home/Downloads/name.txt=vier",
+                            "home/Downloads/kopie.txt=fünf", "home/Downloads/groß.mov=sechs",
+                            "home/Downloads/Paket.app/innen/daten=sieben", "home/Downloads/Paket.app/leer/",
+                            "home/Archiv/a.pdf=acht", "disk/Ablage/groß.mov=neun"});
+        world.tree().age("home/Downloads/a.pdf", Instant(std::chrono::seconds(1'000'000'000)));
+        world.tree().age("home/Downloads/groß.mov", Instant(std::chrono::nanoseconds(1'100'000'000'123'456'789)));
+        ::setxattr(world.home("Downloads/groß.mov").c_str(), "user.xdg.tags", "Rot", 3, 0);
+        before = world.snapshot();
+        contents = world.contents();
+    }
+
+    std::vector<AgentProposal> everything() const
+    {
+        const auto from = [&](const char *name) { return world.home("Downloads") / name; };
+        return {proposal(Kind::Move, from("a.pdf"), world.home("Archiv/a.pdf")),
+                proposal(Kind::Move, from("tief/a.pdf"), world.home("Archiv/a.pdf")),
+                proposal(Kind::Trash, from("alt.zip")),
+                proposal(Kind::Rename, from("name.txt"), from("2026-09-03 name.txt")),
+                proposal(Kind::Copy, from("kopie.txt"), world.home("Neu/Ordner/kopie.txt")),
+                proposal(Kind::Move, from("groß.mov"), world.disk("Ablage/groß.mov")),
+                proposal(Kind::Move, from("Paket.app"), world.disk("Programme/Paket.app"))};
+    }
+
+    Result<ExecutionOutcome> execute(const std::vector<AgentProposal> &proposals)
+    {
+        JobControl control;
+        return Execution(world.services()).execute(proposals, control);
+    }
+
+    Result<UndoOutcome> undo(const JournalRun &run)
+    {
+        JobControl control;
+        return UndoRun(world.services()).undo(run, control);
+    }
+
+    /// Undoes everything in the history that is not undone.
+    void undoAll()
+    {
+        for (const JournalRun &run : RunHistory(world.defaults()).runs()) {
+            if (!run.undone) {
+                const Result<UndoOutcome> undone = undo(run);
+                ASSERT_TRUE(undone);
+                EXPECT_EQ(undone->status(), QStringLiteral("Rückgängig gemacht."));
+            }
+        }
+    }
+
+    void expectEveryByte() const
+    {
+        const std::set<std::string> now = world.contents();
+        for (const std::string &content : contents)
+            EXPECT_TRUE(now.contains(content)) << content << " is lost";
+    }
+
+    /// Runs `work` in a process that is killed at point `n`; whether the end was reached before.
+    bool survives(int n, const std::function<void()> &work)
+    {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            world.faults = FaultPlan{};
+            world.faults.killAt = n;
+            work();
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) || WTERMSIG(status) == SIGKILL);
+        return WIFEXITED(status);
+    }
+
+    AgentWorld world;
+    std::string before;
+    std::set<std::string> contents;
+};
+
+class RunTest : public testing::Test, public RunWorld {};
+
+} // namespace
+
+TEST_F(RunTest, carriesOutEveryKindAndTakesItBack)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->failureTexts(), QStringList());
+    ASSERT_TRUE(outcome->run);
+    const std::vector<JournalStep> &steps = outcome->run->steps;
+    ASSERT_EQ(steps.size(), 7u);
+    EXPECT_EQ(steps[0].to, world.home("Archiv/a (2).pdf"));
+    EXPECT_EQ(steps[1].to, world.home("Archiv/a (3).pdf"));
+    EXPECT_EQ(steps[5].to, world.disk("Ablage/groß (2).mov"));
+    EXPECT_FALSE(steps[0].trashedOriginal);
+    ASSERT_TRUE(steps[5].trashedOriginal);
+    EXPECT_TRUE(entryExists(*steps[5].trashedOriginal));
+    EXPECT_FALSE(entryExists(world.home("Downloads/groß.mov")));
+    EXPECT_TRUE(entryExists(world.disk("Programme/Paket.app/leer")));
+    EXPECT_EQ(world.tree().content("home/Neu/Ordner/kopie.txt"), "fünf");
+    EXPECT_FALSE(world.hasJournals());
+    EXPECT_EQ(RunHistory(world.defaults()).runs(), std::vector{*outcome->run});
+
+    undoAll();
+    EXPECT_EQ(world.snapshot(), before);
+    EXPECT_TRUE(RunHistory(world.defaults()).runs().front().undone);
+    EXPECT_FALSE(world.hasJournals());
+}
+
+TEST_F(RunTest, losesNothingWhenAnyOperationFails)
+{
+    for (const int error : {EIO, ENOSPC, EXDEV, EEXIST}) {
+        for (int n = 0;; ++n) {
+            SCOPED_TRACE(testing::Message() << "operation " << n << ", error " << error);
+            world.faults = FaultPlan{};
+            world.faults.failAt = n;
+            world.faults.error = error;
+            const Result<ExecutionOutcome> outcome = execute(everything());
+            const bool hit = world.faults.changes() > n;
+            world.faults = FaultPlan{};
+            ASSERT_TRUE(outcome);
+            expectEveryByte();
+            if (outcome->notStored) {
+                EXPECT_EQ(recoverInterruptedRuns(world.services()).size(), 1u);
+            }
+            undoAll();
+            // Removing one's own failed copy may fail too; then, and only then, it stays.
+            EXPECT_LE(world.leftovers(), outcome->failures.empty() ? 0 : 1);
+            ASSERT_EQ(world.snapshot(), before);
+            if (!hit)
+                break;
+        }
+    }
+}
+
+TEST(UndoFaultTest, losesNothingAndNamesWhatItCouldNotPutBack)
+{
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        RunWorld one;
+        const Result<ExecutionOutcome> outcome = one.execute(one.everything());
+        ASSERT_TRUE(outcome && outcome->run);
+        one.world.faults = FaultPlan{};
+        one.world.faults.failAt = n;
+        const Result<UndoOutcome> undone = one.undo(*outcome->run);
+        const bool hit = one.world.faults.changes() > n;
+        one.world.faults = FaultPlan{};
+        one.expectEveryByte();
+        // Where the history could not be written, the run is not undone and undoing it again finishes it.
+        if (!undone)
+            one.undoAll();
+        else
+            EXPECT_EQ(RunHistory(one.world.defaults()).notRestored(outcome->run->id), undone->notRestored);
+        // An empty folder that could not be removed is all that may remain then.
+        if (!undone || undone->notRestored.empty()) {
+            EXPECT_TRUE(one.world.snapshot() == one.before || (hit && undone));
+        }
+        if (!hit) {
+            EXPECT_EQ(one.world.snapshot(), one.before);
+            break;
+        }
+    }
+}
+
+TEST_F(RunTest, isFoundAndTakenBackAfterAKillAtAnyMoment)
+{
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        const bool finished = survives(n, [&] { (void)execute(everything()); });
+        recoverInterruptedRuns(world.services());
+        EXPECT_FALSE(world.hasJournals());
+        expectEveryByte();
+        undoAll();
+        EXPECT_EQ(world.leftovers(), 0);
+        ASSERT_EQ(world.snapshot(), before);
+        if (finished) {
+            EXPECT_GT(n, 20); // the kills did hit
+            break;
+        }
+    }
+}
+
+TEST_F(RunTest, undoGoesOnAfterAKillAtAnyMoment)
+{
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        const Result<ExecutionOutcome> outcome = execute(everything());
+        ASSERT_TRUE(outcome && outcome->run);
+        const bool finished = survives(n, [&] { (void)undo(*outcome->run); });
+        expectEveryByte();
+        recoverInterruptedRuns(world.services());
+        const bool marked = RunHistory(world.defaults()).runs().front().undone;
+        EXPECT_TRUE(marked || !finished);
+        undoAll();
+        EXPECT_EQ(world.leftovers(), 0);
+        EXPECT_FALSE(world.hasJournals() && !marked);
+        ASSERT_EQ(world.snapshot(), before);
+        if (finished) {
+            EXPECT_GT(n, 20); // the kills did hit
+            break;
+        }
+    }
+}
+
+TEST_F(RunTest, refusesWhatChangedWhatIsMissingAndWhatIsTheSystems)
+{
+    std::vector<AgentProposal> proposals = everything();
+    world.tree().file("home/Downloads/a.pdf", "inzwischen länger");
+    std::filesystem::remove(world.home("Downloads/alt.zip"));
+    proposals[3].destination.reset();
+    proposals[4].destination = Location("/usr/share/kopie.txt");
+    proposals[5].source = "/etc/hostname";
+    const std::string untouched = world.snapshot();
+    proposals.resize(6);
+    proposals.erase(proposals.begin() + 1);
+    const Result<ExecutionOutcome> outcome = execute(proposals);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->failureTexts(),
+              (QStringList{QStringLiteral("a.pdf: ") + AgentError::changedSinceScan().message,
+                           QStringLiteral("alt.zip: Die Datei oder der Ordner ist nicht mehr da."),
+                           QStringLiteral("name.txt: Kein Ziel"),
+                           QStringLiteral("kopie.txt: System, Programme und Library werden nie angefasst."),
+                           QStringLiteral("hostname: System, Programme und Library werden nie angefasst.")}));
+    EXPECT_FALSE(outcome->run);
+    EXPECT_EQ(world.snapshot(), untouched);
+    EXPECT_FALSE(world.hasJournals());
+}
+
+TEST_F(RunTest, refusesSpoiledCopiesAndKeepsTheOriginal)
+{
+    world.files().afterCopy = [](const Location &, const Location &copy) {
+        if (!std::filesystem::is_directory(copy))
+            std::filesystem::resize_file(copy, 1);
+        else
+            std::filesystem::remove(copy / "innen/daten");
+    };
+    std::vector<AgentProposal> proposals = everything();
+    proposals.erase(proposals.begin(), proposals.begin() + 4);
+    const Result<ExecutionOutcome> outcome = execute(proposals);
+    ASSERT_TRUE(outcome);
+    const QString moved = AgentError::badCopyOfMoved().message;
+    EXPECT_EQ(outcome->failureTexts(),
+              (QStringList{QStringLiteral("kopie.txt: Kopie fehlerhaft"), QStringLiteral("groß.mov: ") + moved,
+                           QStringLiteral("Paket.app: ") + moved}));
+    EXPECT_EQ(world.snapshot(), before);
+    EXPECT_EQ(world.leftovers(), 0);
+}
+
+TEST_F(RunTest, undoNumbersATakenNameAndReportsWhatIsGone)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    world.tree().file("home/Downloads/alt.zip", "inzwischen neu");
+    world.tree().file("home/Neu/Ordner/eigenes.txt", "gehört dem Benutzer");
+    std::filesystem::remove(world.home("Archiv/a (2).pdf"));
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->notRestored, std::vector{world.home("Downloads/a.pdf")});
+    EXPECT_EQ(undone->status(), QStringLiteral("Rückgängig – 1 Datei(en) konnten nicht zurückgelegt werden."));
+    EXPECT_EQ(world.tree().content("home/Downloads/alt.zip"), "inzwischen neu");
+    EXPECT_EQ(world.tree().content("home/Downloads/alt (2).zip"), "drei");
+    EXPECT_EQ(world.tree().content("home/Neu/Ordner/eigenes.txt"), "gehört dem Benutzer");
+    EXPECT_FALSE(entryExists(world.home("Neu/Ordner/kopie.txt")));
+}
+
+TEST_F(RunTest, keepsThirtyRunsAndRefusesASecondAtTheSameTime)
+{
+    RunHistory history(world.defaults());
+    QUuid newest;
+    for (int i = 0; i < 31; ++i) {
+        const JournalRun run{QUuid::createUuid(), world.clock.now(), {{Kind::Trash, "/x", {}, {}}}, false};
+        ASSERT_TRUE(history.add(run, {Location("/x")}));
+        newest = run.id;
+    }
+    EXPECT_EQ(history.runs().size(), 30u);
+    EXPECT_EQ(history.runs().front().id, newest);
+
+    const Result<FileLock> lock = StateFolder(world.services().stateFolder).lockAgent();
+    ASSERT_TRUE(lock);
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().message, QStringLiteral("Der Aufräum-Agent arbeitet gerade."));
+    EXPECT_EQ(world.snapshot(), before);
+}
+
+TEST_F(RunTest, cancelStopsBetweenStepsAndKeepsWhatWasDone)
+{
+    JobControl control;
+    world.files().afterCopy = [&](const Location &, const Location &) { control.cancel(); };
+    const Result<ExecutionOutcome> outcome = Execution(world.services()).execute(everything(), control);
+    ASSERT_TRUE(outcome && outcome->run);
+    EXPECT_TRUE(outcome->cancelled);
+    EXPECT_EQ(outcome->run->steps.size(), 4u);
+    EXPECT_EQ(world.leftovers(), 0);
+    undoAll();
+    EXPECT_EQ(world.snapshot(), before);
+}
+
+TEST_F(RunTest, carriesNamesThatAreNoText)
+{
+    const Location odd = world.tree().file(std::string("home/Downloads/b\xff") + "\n-se.txt", "zehn");
+    const std::string withOdd = world.snapshot();
+    const Result<ExecutionOutcome> outcome =
+        execute({proposal(Kind::Move, odd, world.home("Archiv") / odd.filename())});
+    ASSERT_TRUE(outcome);
+    EXPECT_TRUE(outcome->failures.empty());
+    // Undo works from what was stored, not from what is in memory.
+    undoAll();
+    EXPECT_EQ(world.snapshot(), withOdd);
+}

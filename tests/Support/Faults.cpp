@@ -1,0 +1,82 @@
+#include "Support/Faults.h"
+
+#include <csignal>
+
+namespace brellin::test {
+
+void FaultPlan::killPoint()
+{
+    if (m_points++ == killAt)
+        ::raise(SIGKILL);
+}
+
+Result<void> FaultyFileActions::rename(const Location &from, const Location &to)
+{
+    return m_plan.change<void>([&]() -> Result<void> {
+        if (!m_volumes.same(from, to.parent_path()))
+            return failure(Failure::system(EXDEV));
+        return m_real.rename(from, to);
+    });
+}
+
+Result<CopyReport> FaultyFileActions::copy(const Location &source, const Location &destination,
+                                           const CopyOptions &options)
+{
+    return m_plan.change<CopyReport>([&] {
+        Result<CopyReport> report = m_real.copy(source, destination, options);
+        if (report && afterCopy)
+            afterCopy(source, destination);
+        return report;
+    });
+}
+
+Result<void> FaultyFileActions::flush(const Location &location)
+{
+    return m_plan.change<void>([&] { return m_real.flush(location); });
+}
+
+Result<void> FaultyFileActions::removeOwnCopy(const Location &location)
+{
+    return m_plan.change<void>([&] { return m_real.removeOwnCopy(location); });
+}
+
+Result<void> FaultyFileActions::createFolder(const Location &folder)
+{
+    return m_plan.change<void>([&] { return m_real.createFolder(folder); });
+}
+
+Result<void> FaultyFileActions::removeEmptyFolder(const Location &folder)
+{
+    return m_plan.change<void>([&] { return m_real.removeEmptyFolder(folder); });
+}
+
+Result<Location> FaultyTrash::put(const Location &entry)
+{
+    return m_plan.change<Location>([&] { return m_real.put(entry); });
+}
+
+Result<void> FaultyTrash::restore(const Location &trashed, const Location &original, const Location &destination)
+{
+    return m_plan.change<void>([&] { return m_real.restore(trashed, original, destination); });
+}
+
+Result<void>
+FaultyUserDefaults::update(const QString &key,
+                           const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change)
+{
+    return m_plan.change<void>([&] { return m_real.update(key, change); });
+}
+
+bool SplitVolumes::same(const Location &a, const Location &b) const
+{
+    return onOther(a) == onOther(b) && SystemVolumes::same(a, b);
+}
+
+Result<Location> SplitVolumes::top(const Location &location) const
+{
+    if (onOther(location))
+        return m_other;
+    return SystemVolumes::top(location);
+}
+
+} // namespace brellin::test

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "Disk/FileActions.h"
+#include "Disk/Trash.h"
+#include "Disk/Volumes.h"
+#include "System/UserDefaults.h"
+
+#include <functional>
+
+namespace brellin::test {
+
+/// Decides what happens at the n-th change that goes through the faulty ports below.
+class FaultPlan {
+public:
+    /// The change number `n` (from 0) fails with `error`, before it does anything; -1: none.
+    int failAt = -1;
+    int error = EIO;
+    /// The process is killed as the n-th point is reached; each change has one before and one after it; -1: none.
+    int killAt = -1;
+
+    /// Runs one change.
+    template <class T>
+    Result<T> change(const std::function<Result<T>()> &act)
+    {
+        killPoint();
+        if (m_changes++ == failAt)
+            return failure(Failure::system(error));
+        Result<T> result = act();
+        killPoint();
+        return result;
+    }
+    int changes() const { return m_changes; }
+
+private:
+    void killPoint();
+
+    int m_changes = 0;
+    int m_points = 0;
+};
+
+/// The real file actions with faults. A rename between two volumes of `volumes` answers as the system would.
+class FaultyFileActions : public FileActions {
+public:
+    FaultyFileActions(FaultPlan &plan, const Volumes &volumes) : m_plan(plan), m_volumes(volumes) {}
+
+    Result<void> rename(const Location &from, const Location &to) override;
+    Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
+    Result<void> flush(const Location &location) override;
+    Result<void> removeOwnCopy(const Location &location) override;
+    Result<void> createFolder(const Location &folder) override;
+    Result<void> removeEmptyFolder(const Location &folder) override;
+
+    /// Called after each copy, so that a test can spoil it.
+    std::function<void(const Location &source, const Location &copy)> afterCopy;
+
+private:
+    FaultPlan &m_plan;
+    const Volumes &m_volumes;
+    DiskFileActions m_real;
+};
+
+/// Another Trash with faults.
+class FaultyTrash : public Trash {
+public:
+    FaultyTrash(FaultPlan &plan, Trash &real) : m_plan(plan), m_real(real) {}
+
+    Result<Location> put(const Location &entry) override;
+    bool possible(const Location &entry) const override { return m_real.possible(entry); }
+    Result<void> restore(const Location &trashed, const Location &original, const Location &destination) override;
+    std::optional<Location> find(const Location &original, const FileIdentity &identity) const override
+    {
+        return m_real.find(original, identity);
+    }
+    bool holds(const Location &location) const override { return m_real.holds(location); }
+
+private:
+    FaultPlan &m_plan;
+    Trash &m_real;
+};
+
+/// Other settings with faults when lists are stored.
+class FaultyUserDefaults : public UserDefaults {
+public:
+    FaultyUserDefaults(FaultPlan &plan, UserDefaults &real) : m_plan(plan), m_real(real) {}
+
+    std::optional<QVariant> value(const QString &key) const override { return m_real.value(key); }
+    Result<void> setValue(const QString &key, const QVariant &value) override { return m_real.setValue(key, value); }
+    std::optional<QByteArray> json(const QString &key) const override { return m_real.json(key); }
+    Result<void> update(const QString &key,
+                        const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override;
+
+private:
+    FaultPlan &m_plan;
+    UserDefaults &m_real;
+};
+
+/// Makes one folder a volume of its own, beside the one that holds everything else.
+class SplitVolumes : public SystemVolumes {
+public:
+    explicit SplitVolumes(Location other) : m_other(std::move(other)) {}
+
+    bool same(const Location &a, const Location &b) const override;
+    Result<Location> top(const Location &location) const override;
+
+private:
+    bool onOther(const Location &location) const { return isAtOrBelow(location, m_other); }
+
+    Location m_other;
+};
+
+} // namespace brellin::test
