@@ -89,8 +89,12 @@ Location locationFromText(const QString &text)
 
 QString folded(const QString &text)
 {
-    // Folding may decompose ("ẞ") and composing may change what folds, hence composing on both sides.
-    return text.normalized(QString::NormalizationForm_C).toCaseFolded().normalized(QString::NormalizationForm_C);
+    // Folding may decompose and composing may change what folds, hence composing on both sides. Qt folds letter by letter
+    // and keeps the one that upper case writes as two.
+    return text.normalized(QString::NormalizationForm_C)
+        .toCaseFolded()
+        .replace(u'ß', u"ss"_qs)
+        .normalized(QString::NormalizationForm_C);
 }
 
 std::string_view extensionOf(std::string_view name)

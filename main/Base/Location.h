@@ -31,7 +31,8 @@ QString shownName(const Location &location);
 QString textOf(const Location &location);
 Location locationFromText(const QString &text);
 
-/// Text in the form in which names are compared: composed (NFC) and case-folded ("ÜBERWEISUNG" = "Überweisung").
+/// Text in the form in which names are compared: composed (NFC) and case-folded ("ÜBERWEISUNG" = "Überweisung",
+/// "STRASSE" = "Straße").
 QString folded(const QString &text);
 
 /// The part of a name behind its last dot, without the dot; empty for ".profile", "name." and where a blank follows
