@@ -29,6 +29,13 @@ Failure AgentError::changedSinceScan()
     return {QStringLiteral("Hat sich seit der Prüfung geändert und bleibt, wie es ist."), {}};
 }
 
+Failure AgentError::keptCopyGone()
+{
+    return {
+        QStringLiteral("Die Datei mit dem gleichen Inhalt ist nicht mehr da oder hat sich geändert – diese bleibt."),
+        {}};
+}
+
 Failure AgentError::alreadyWorking()
 {
     return {QStringLiteral("Der Aufräum-Agent arbeitet gerade."),

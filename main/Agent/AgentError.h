@@ -16,6 +16,8 @@ struct AgentError {
     static Failure badCopyOfMoved();
     /// The source is no longer what the scan saw.
     static Failure changedSinceScan();
+    /// The copy that was to remain of a duplicate is gone or differs by now.
+    static Failure keptCopyGone();
     /// Somebody else executes or undoes (`errc::resource_unavailable_try_again`).
     static Failure alreadyWorking();
 };

@@ -25,6 +25,8 @@ struct AgentProposal {
     bool needsReview = false; ///< shown with the warning mark
     /// What the scan saw at `source`; the step fails if it is something else when its turn comes.
     std::optional<FileState> seen;
+    /// The source goes only because this entry has the same content; the step fails unless that still holds.
+    std::optional<Location> keptCopy;
 
     bool operator==(const AgentProposal &) const = default;
 };

@@ -11,15 +11,16 @@ namespace {
 
 AgentProposal proposalOf(const Candidate &candidate)
 {
-    return {.kind = candidate.kind,
-            .source = candidate.source,
-            .destination = candidate.destination,
-            .reason = candidate.reason,
-            .automatic = candidate.automatic,
-            .preselected = true,
-            .isFolder = candidate.isPackage,
-            .needsReview = false,
-            .seen = candidate.seen};
+    AgentProposal proposal;
+    proposal.kind = candidate.kind;
+    proposal.source = candidate.source;
+    proposal.destination = candidate.destination;
+    proposal.reason = candidate.reason;
+    proposal.automatic = candidate.automatic;
+    proposal.preselected = true;
+    proposal.isFolder = candidate.isPackage;
+    proposal.seen = candidate.seen;
+    return proposal;
 }
 
 bool isProtectedByAny(const std::vector<FolderProfile> &profiles, const Location &location)

@@ -1,6 +1,7 @@
 #include "Agent/StepPerformer.h"
 
 #include "Agent/AgentError.h"
+#include "Agent/SameContent.h"
 
 namespace brellin {
 
@@ -30,6 +31,9 @@ Result<JournalStep> StepPerformer::perform(const AgentProposal &proposal, StepLo
         return failure(AgentError::noDestination());
     TRY(checkAllowed(proposal));
     TRY(checkUnchanged(proposal));
+    // Of a group of duplicates one must remain, whatever happened to the others since the scan.
+    if (proposal.keptCopy && !haveSameContent(proposal.source, *proposal.keptCopy, m_control))
+        return failure(m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone());
     switch (proposal.kind) {
     case Kind::Trash:
         return trash(proposal);

@@ -10,7 +10,10 @@ namespace brellin {
 /// a failure leaves the source as it was and no half copy.
 class StepPerformer {
 public:
-    StepPerformer(const AgentServices &services, JobControl *control) : m_services(services), m_place(services, control)
+    StepPerformer(const AgentServices &services, JobControl *control)
+        : m_services(services)
+        , m_place(services, control)
+        , m_control(control)
     {
     }
 
@@ -24,6 +27,7 @@ private:
 
     const AgentServices &m_services;
     Placement m_place;
+    JobControl *m_control;
 };
 
 /// The check before every step: the source must still be what was seen (if anything was).

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Location.h"
+#include "System/LanguageModel.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+namespace brellin {
+
+/// Lets the language model on this machine choose a sub-folder for a file. No state: the same file, folders and answer give
+/// the same name.
+struct AgentAI {
+    static bool isAvailable(LanguageModel &model);
+    /// What the settings say about the model.
+    static QString statusText(LanguageModel &model);
+
+    /// Reads the text of a PDF's first page, in a process of its own.
+    using PdfText = std::function<Result<QString>(const Location &pdf)>;
+
+    /// The chosen folder's name: one of `existing` where it fits, else a new short one. Nothing without a model, after an
+    /// error, or when the answer is of no use.
+    static std::optional<QString> folderName(LanguageModel &model, const Location &file, const QStringList &existing,
+                                             const PdfText &pdfText, std::chrono::milliseconds limit,
+                                             const JobControl *control);
+
+    /// The beginning of a file's text for the model: of a PDF its first page, of text, source code and JSON the beginning;
+    /// white space folded, at most 1,200 characters. Empty for all else.
+    static QString textSnippet(const Location &file, const PdfText &pdfText);
+
+    /// A folder name made of the model's answer; nothing when it is of no use.
+    static std::optional<QString> sanitize(const QString &answer, const QStringList &existing);
+};
+
+} // namespace brellin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Location.h"
+#include "Base/Result.h"
+#include "Disk/FileAttributes.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <string_view>
+#include <vector>
+
+namespace brellin {
+
+/// A file whose content is that of another, older one.
+struct DuplicatePair {
+    Location duplicate;
+    Location kept;
+    FileState duplicateState; ///< as it was when its content was read
+    FileState keptState;
+    QByteArray digest; ///< SHA-256 of both, hexadecimal
+
+    bool operator==(const DuplicatePair &) const = default;
+};
+
+struct Duplicates {
+    std::vector<DuplicatePair> pairs; ///< grouped by the kept file
+    std::int64_t files = 0;           ///< user documents that were looked at
+    bool capped = false;              ///< there were more than that: the search stopped at 20,000
+};
+
+/// Finds user documents with the same content in these folders and below them, whatever their names. Of each group the
+/// oldest (by creation; without one it counts as newest; then the shorter path) is kept, every other is paired with it.
+/// Reads only, without touching access times. Fails only when cancelled.
+Result<Duplicates> findDuplicates(const std::vector<Location> &folders, JobControl *control = nullptr);
+
+/// Why a duplicate is proposed for the Trash.
+QString duplicateReason(const Location &kept);
+
+/// Whether searches go past a folder of this name: what build tools and package managers fill.
+bool isSkippedFolder(std::string_view name);
+
+} // namespace brellin
