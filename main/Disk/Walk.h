@@ -37,7 +37,7 @@ struct WalkOptions {
     bool insidePackages = true; ///< go into packages; they are shown in any case
     bool otherVolumes = true;   ///< go into folders on which another volume is mounted
     /// Folder names that are shown but not entered. Called from several threads in the parallel form.
-    std::function<bool(std::string_view name)> prune;
+    std::function<bool(std::string_view name)> prune = {};
 };
 
 /// One entry, valid during the call that shows it.

@@ -1,0 +1,42 @@
+#include "Disk/FileAttributes.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include <sys/stat.h>
+
+namespace brellin {
+
+namespace {
+
+// Sorted. Folders that their programs show as one thing: taking single files out of them breaks them.
+constexpr auto packageExtensions =
+    std::to_array<std::string_view>({"aplibrary",    "app",           "appex",        "band",       "bundle",
+                                     "component",    "download",      "dsym",         "fcpbundle",  "framework",
+                                     "garageband",   "imovielibrary", "kext",         "key",        "logicx",
+                                     "mdimporter",   "mpkg",          "musiclibrary", "numbers",    "pages",
+                                     "photolibrary", "photoslibrary", "pkg",          "playground", "playgroundbook",
+                                     "plugin",       "prefpane",      "qlgenerator",  "rtfd",       "safariextension",
+                                     "saver",        "scptd",         "sparsebundle", "theater",    "tvlibrary",
+                                     "vst3",         "wdgt",          "workflow",     "xcarchive",  "xcodeproj",
+                                     "xctest",       "xcworkspace",   "xpc"});
+
+static_assert(std::ranges::is_sorted(packageExtensions));
+
+} // namespace
+
+bool entryExists(const Location &location)
+{
+    struct stat status;
+    return ::lstat(location.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool isPackageName(std::string_view name)
+{
+    // Most folders have no dot: they are answered without a copy.
+    return name.find('.') != std::string_view::npos &&
+           std::ranges::binary_search(packageExtensions, std::string_view(lowerExtensionOf(name)));
+}
+
+} // namespace brellin
