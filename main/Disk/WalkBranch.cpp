@@ -1,0 +1,314 @@
+#include "Disk/WalkBranch.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+#include <utility>
+
+namespace brellin {
+
+namespace {
+
+/// Folders below this depth are not handed to other threads: each hand-over copies the path and the ancestors, which
+/// would make a very deep tree expensive.
+constexpr int deepestHandOver = 128;
+/// Names of a folder are shared from this many bytes on (some 800 names), less is done before another thread wakes.
+constexpr std::size_t sharedNames = 32 * 1024;
+
+std::string childPath(const std::string &folder, std::string_view name)
+{
+    std::string path;
+    path.reserve(folder.size() + 1 + name.size());
+    path = folder;
+    if (!path.ends_with('/'))
+        path += '/';
+    return path += name;
+}
+
+/// The folder went away or became something else since it was listed: nothing that could not be read.
+bool hasVanished(const Failure &why)
+{
+    return why.is(std::errc::no_such_file_or_directory) || why.is(std::errc::not_a_directory) ||
+           why.is(std::errc::too_many_symbolic_link_levels);
+}
+
+} // namespace
+
+Result<WalkOutcome> WalkRun::result(const WalkOutcome &outcome) const
+{
+    if (error != 0)
+        return failure(Failure::system(error));
+    if (isCancelled())
+        return failure(Failure::cancelled());
+    return outcome;
+}
+
+Result<WalkBranch> WalkBranch::top(const Location &folder)
+{
+    if (folder.empty())
+        return failure(Failure::system(ENOENT));
+    WalkBranch branch;
+    branch.path = standardised(folder).native();
+    branch.folder = TRY(OpenFolder::open(branch.path, LastLink::Follow));
+    return branch;
+}
+
+BranchWalker::BranchWalker(WalkRun &run, WalkSink &sink, std::size_t openFolders)
+    : m_run(run)
+    , m_sink(sink)
+    , m_openFolders(openFolders)
+{
+}
+
+Result<void> BranchWalker::walk(WalkBranch branch) noexcept
+{
+    try {
+        return walkAll(std::move(branch));
+    } catch (const std::bad_alloc &) {
+        m_run.error = ENOMEM;
+    } catch (...) {
+        m_run.error = ENOTRECOVERABLE; // out of the visitor
+    }
+    m_run.ended = true;
+    return {};
+}
+
+Result<void> BranchWalker::walkAll(WalkBranch branch)
+{
+    while (!m_levels.empty())
+        drop();
+    m_path = std::move(branch.path);
+    m_baseDepth = branch.depth;
+    m_baseAncestors = std::move(branch.ancestors);
+    TRY(enter(std::move(branch.folder), std::move(branch.names), branch.namesOnly));
+    WalkName name;
+    while (!m_levels.empty() && !m_run.isOver()) {
+        if (m_levels.back().names.next(name))
+            pass(name);
+        else if (!hasMoreNames())
+            leave();
+    }
+    return {};
+}
+
+/// Goes into a folder whose path is already the path at hand.
+Result<void> BranchWalker::enter(OpenFolder folder, NameBlock names, bool namesOnly)
+{
+    while (m_levels.size() - m_closed >= m_openFolders && giveUpOldest()) {
+    }
+    Level &level = m_levels.emplace_back();
+    level.folder = std::move(folder);
+    level.pathLength = m_path.size();
+    level.names = std::move(names);
+    level.allNamesRead = namesOnly;
+    if (!m_run.options.hidden)
+        level.hidden = level.folder.hiddenNames();
+    if (namesOnly)
+        return {};
+    if (!m_spare.empty()) {
+        level.names = std::move(m_spare.back());
+        m_spare.pop_back();
+    }
+    const Result<void> read = readNames();
+    if (!read)
+        drop();
+    return read;
+}
+
+Result<void> BranchWalker::readNames()
+{
+    do {
+        Level &level = m_levels.back();
+        TRY(level.folder.readNames(level.names));
+    } while (handOverNames());
+    return {};
+}
+
+bool BranchWalker::hasMoreNames()
+{
+    if (m_levels.back().allNamesRead)
+        return false;
+    if (!readNames()) {
+        ++m_outcome.unreadableFolders;
+        return false;
+    }
+    return m_levels.back().names.unread() > 0;
+}
+
+/// Examining the entries of a huge folder is work for all threads: true when others took the names just read.
+bool BranchWalker::handOverNames()
+{
+    Level &level = m_levels.back();
+    if (m_run.options.attributes == Attribute::None || level.names.unread() < sharedNames || !mayHandOver())
+        return false;
+    // A handle of its own: threads that use one and the same get into each other's way in the kernel.
+    Result<OpenFolder> folder = level.folder.again();
+    if (!folder)
+        return false;
+    WalkBranch branch = branchOf(*std::move(folder), m_path, depth());
+    branch.names = std::exchange(level.names, {});
+    branch.namesOnly = true;
+    m_sink.take(std::move(branch));
+    return true;
+}
+
+void BranchWalker::pass(const WalkName &name)
+{
+    if (isLeftOut(name.bytes))
+        return;
+    fillEntry(name);
+    ++m_outcome.entries;
+    const WalkStep step = m_sink.show(m_entry);
+    if (step == WalkStep::Stop)
+        m_run.ended = true;
+    else if (step == WalkStep::Continue && isEntered(m_entry))
+        descend(name);
+}
+
+bool BranchWalker::isLeftOut(std::string_view name) const
+{
+    if (m_run.options.hidden)
+        return false;
+    const auto &list = m_levels.back().hidden;
+    return isDotName(name) || (list && list->contains(name));
+}
+
+void BranchWalker::fillEntry(const WalkName &name)
+{
+    const Attribute wanted = m_run.options.attributes;
+    m_entry.folder = m_path;
+    m_entry.name = name.bytes;
+    m_entry.depth = depth();
+    m_entry.hidden = isDotName(name.bytes);
+    m_entry.unreadable = false;
+    m_entry.attributes.kind = name.kind;
+    if (wanted != Attribute::None || !name.kindKnown) {
+        m_entry.unreadable = !m_levels.back().folder.readAttributes(name.text(), wanted, m_entry.attributes);
+        if (m_entry.unreadable) {
+            m_entry.attributes = {};
+            m_entry.attributes.kind = name.kind;
+        }
+    }
+    m_entry.package = m_entry.attributes.isFolder() && isPackageName(name.bytes);
+}
+
+bool BranchWalker::isEntered(const WalkEntry &entry) const
+{
+    const WalkOptions &options = m_run.options;
+    return entry.attributes.isFolder() && options.subfolders && (options.insidePackages || !entry.package) &&
+           !(options.prune && options.prune(entry.name));
+}
+
+void BranchWalker::descend(const WalkName &name)
+{
+    const OpenFolder &here = m_levels.back().folder;
+    if (!m_run.options.otherVolumes && here.hasVolumeAt(name.text()))
+        return;
+    Result<OpenFolder> folder = openChild(name.text());
+    if (!folder) {
+        m_outcome.unreadableFolders += hasVanished(folder.error()) ? 0 : 1;
+        return;
+    }
+    if (!m_run.options.otherVolumes && !folder->onVolumeOf(here))
+        return;
+    if (here.mayLoopIn(*folder) && isAncestor(folder->identity()))
+        return;
+    if (mayHandOver()) {
+        m_sink.take(branchOf(*std::move(folder), childPath(m_path, name.bytes), depth() + 1));
+        return;
+    }
+    if (!m_path.ends_with('/'))
+        m_path += '/';
+    m_path += name.bytes;
+    if (!enter(*std::move(folder), {}, false))
+        ++m_outcome.unreadableFolders;
+}
+
+Result<OpenFolder> BranchWalker::openChild(const char *name)
+{
+    for (;;) {
+        Result<OpenFolder> folder = m_levels.back().folder.child(name);
+        const bool tooMany = !folder && (folder.error().is(std::errc::too_many_files_open) ||
+                                         folder.error().is(std::errc::too_many_files_open_in_system));
+        if (!tooMany || !giveUpOldest())
+            return folder;
+    }
+}
+
+bool BranchWalker::isAncestor(const FileIdentity &identity) const
+{
+    const auto isSame = [&identity](const Level &level) { return level.folder.identity() == identity; };
+    return std::ranges::any_of(m_levels, isSame) ||
+           std::ranges::find(m_baseAncestors, identity) != m_baseAncestors.end();
+}
+
+bool BranchWalker::mayHandOver() const
+{
+    return depth() < deepestHandOver && m_sink.wantsBranches();
+}
+
+WalkBranch BranchWalker::branchOf(OpenFolder folder, std::string path, int depth) const
+{
+    WalkBranch branch;
+    branch.folder = std::move(folder);
+    branch.path = std::move(path);
+    branch.depth = depth;
+    branch.ancestors.reserve(m_baseAncestors.size() + m_levels.size());
+    branch.ancestors = m_baseAncestors;
+    for (const Level &level : m_levels)
+        branch.ancestors.push_back(level.folder.identity());
+    return branch;
+}
+
+/// Back to the nearest folder above that can go on.
+void BranchWalker::leave()
+{
+    OpenFolder below = std::move(m_levels.back().folder);
+    drop();
+    while (!m_levels.empty() && !m_levels.back().folder.isOpen() && !reopen(m_levels.back(), below)) {
+        ++m_outcome.unreadableFolders;
+        below.close();
+        drop();
+    }
+}
+
+void BranchWalker::drop()
+{
+    Level &level = m_levels.back();
+    if (!level.allNamesRead && m_spare.size() < m_openFolders)
+        m_spare.push_back(std::exchange(level.names, {}));
+    m_levels.pop_back();
+    m_closed = std::min(m_closed, m_levels.size());
+    if (!m_levels.empty())
+        m_path.resize(m_levels.back().pathLength);
+}
+
+/// Opens a folder again whose handle was given up: the way back is "..", or, if the folder below was moved or may not
+/// be searched, the path. Either must lead to the very folder that was left.
+bool BranchWalker::reopen(Level &level, const OpenFolder &below)
+{
+    const FileIdentity identity = level.folder.identity();
+    Result<OpenFolder> folder = below.isOpen() ? below.parent() : OpenFolder::open(m_path, LastLink::Refuse);
+    if ((!folder || folder->identity() != identity) && below.isOpen())
+        folder = OpenFolder::open(m_path, LastLink::Refuse);
+    if (!folder || folder->identity() != identity)
+        return false;
+    level.folder = *std::move(folder);
+    m_closed = m_levels.size() - 1;
+    return true;
+}
+
+/// Closes the open folder that is needed last, but never the one at hand, and remembers what is left of its names.
+bool BranchWalker::giveUpOldest()
+{
+    if (m_closed + 1 >= m_levels.size())
+        return false;
+    Level &level = m_levels[m_closed++];
+    if (!level.allNamesRead && !level.folder.readRemainingNames(level.names))
+        ++m_outcome.unreadableFolders;
+    level.allNamesRead = true;
+    level.folder.close();
+    return true;
+}
+
+} // namespace brellin
