@@ -10,7 +10,7 @@ namespace brellin {
 
 /// The SHA-256 of a file's content as 64 lower-case hexadecimal digits, read in pieces of 1 MiB without touching the
 /// file's access time (where the system lets us). A link is not followed, only a regular file has a digest. `control`
-/// can cancel between two pieces; with `Progress::Count` its `done` counter grows by the bytes read.
+/// can cancel between two pieces; with `DigestProgress::CountBytes` its `done` counter grows by the bytes read.
 enum class DigestProgress { None, CountBytes };
 Result<QByteArray> sha256(const Location &file, JobControl *control = nullptr,
                           DigestProgress progress = DigestProgress::None);

@@ -1,0 +1,122 @@
+#include "Disk/Digest.h"
+
+#include "Disk/Descriptor.h"
+
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+constexpr std::int64_t pieceSize = 1'048'576;
+
+/// The algorithm, looked up once: for a small file the look-up would take longer than the digest.
+const EVP_MD *algorithm()
+{
+    static const std::unique_ptr<EVP_MD, decltype(&EVP_MD_free)> sha256(EVP_MD_fetch(nullptr, "SHA256", nullptr),
+                                                                        &EVP_MD_free);
+    return sha256.get();
+}
+
+class Hash {
+public:
+    Hash()
+        : m_context(EVP_MD_CTX_new(), &EVP_MD_CTX_free)
+        , m_sound(m_context != nullptr && algorithm() != nullptr &&
+                  EVP_DigestInit_ex2(m_context.get(), algorithm(), nullptr) == 1)
+    {
+    }
+
+    void add(const char *bytes, std::size_t size)
+    {
+        m_sound = m_sound && EVP_DigestUpdate(m_context.get(), bytes, size) == 1;
+    }
+
+    /// Empty where the library failed: never mistaken for a digest.
+    QByteArray hex()
+    {
+        std::array<unsigned char, EVP_MAX_MD_SIZE> digest;
+        unsigned length = 0;
+        if (!m_sound || EVP_DigestFinal_ex(m_context.get(), digest.data(), &length) != 1)
+            return {};
+        return QByteArray(reinterpret_cast<const char *>(digest.data()), static_cast<qsizetype>(length)).toHex();
+    }
+
+private:
+    std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> m_context;
+    bool m_sound;
+};
+
+/// Opens a regular file and nothing else. It is looked at before it is opened, since merely opening a pipe or device may
+/// have an effect, and once more after that.
+Result<Descriptor> openRegularFile(NameIn entry, std::int64_t &size)
+{
+    const Failure noFile{QStringLiteral("Nur eine Datei hat eine Prüfsumme."),
+                         std::make_error_code(std::errc::invalid_argument)};
+    const struct stat named = TRY(statusOf(entry));
+    if (!S_ISREG(named.st_mode))
+        return failure(noFile);
+    Descriptor file = TRY(openForReading(entry));
+    struct stat status;
+    if (::fstat(file.number(), &status) != 0)
+        return failure(Failure::lastSystem());
+    if (!S_ISREG(status.st_mode))
+        return failure(noFile);
+    size = status.st_size;
+    return file;
+}
+
+/// The next bytes, as many as the system hands out at once; 0 at the end.
+Result<std::size_t> readPiece(const Descriptor &file, char *piece, std::size_t capacity)
+{
+    for (;;) {
+        const ssize_t length = ::read(file.number(), piece, capacity);
+        if (length >= 0)
+            return static_cast<std::size_t>(length);
+        if (errno != EINTR)
+            return failure(Failure::lastSystem());
+    }
+}
+
+} // namespace
+
+Result<QByteArray> sha256(const Location &file, JobControl *control, DigestProgress progress)
+{
+    std::int64_t size = 0;
+    const Descriptor source = TRY(openRegularFile({AT_FDCWD, file.c_str()}, size));
+    // Most files are small and need no big piece.
+    const auto capacity = static_cast<std::size_t>(std::clamp<std::int64_t>(size, 4096, pieceSize));
+    const auto piece = std::make_unique_for_overwrite<char[]>(capacity);
+    Hash hash;
+    for (;;) {
+        if (control != nullptr && control->cancelled())
+            return failure(Failure::cancelled());
+        const std::size_t length = TRY(readPiece(source, piece.get(), capacity));
+        if (length == 0)
+            break;
+        hash.add(piece.get(), length);
+        if (control != nullptr && progress == DigestProgress::CountBytes)
+            control->advance(static_cast<qint64>(length));
+    }
+    QByteArray digest = hash.hex();
+    if (digest.isEmpty())
+        return failure(QStringLiteral("Die Prüfsumme ließ sich nicht berechnen."));
+    return digest;
+}
+
+QByteArray sha256OfBytes(const QByteArray &bytes)
+{
+    Hash hash;
+    hash.add(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    return hash.hex();
+}
+
+} // namespace brellin
