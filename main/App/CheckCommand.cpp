@@ -79,8 +79,10 @@ ExitCode reportExecution(const CleanupAgent &agent, const CommandContext &contex
             if (failed != outcome.failures.end())
                 context.terminal.message(printable(failed->text()));
         }
-        context.terminal.print(
-            QStringLiteral("%1 erledigt, %2 fehlgeschlagen.").arg(outcome.done.size()).arg(outcome.failures.size()));
+        QString line = QStringLiteral("%1 erledigt").arg(outcome.done.size());
+        if (!outcome.failures.empty())
+            line += QStringLiteral(" · %1 fehlgeschlagen").arg(outcome.failures.size());
+        context.terminal.print(line + u'.');
         if (outcome.run)
             context.terminal.print(QStringLiteral("Zurücknehmen: brellin rueckgaengig"));
     }
@@ -124,6 +126,8 @@ ExitCode runCheckCommand(CommandContext &context)
             code = reportExecution(agent, context);
         }
         agent.noteChecked();
+    } else if (!context.json() && !agent.chosen.get().empty()) {
+        context.terminal.print(QStringLiteral("Das Angehakte ausführen: brellin pruefen --ausfuehren"));
     }
     if (context.json())
         context.terminal.printJson(answerOf(agent, proposals));

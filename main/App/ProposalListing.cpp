@@ -38,13 +38,12 @@ QString targetOf(const AgentProposal &proposal, const Location &home)
 
 QStringList rowOf(const AgentProposal &proposal, const Location &home, bool ticked)
 {
-    QStringList row{(ticked ? QStringLiteral("[x] ") : QStringLiteral("[ ] ")) + printable(proposal.source, home)};
-    if (proposal.seen)
-        row << (proposal.isFolder ? QString() : sizeText(proposal.seen->size)) << longDate(proposal.seen->modified);
-    const QString target = targetOf(proposal, home);
-    if (!target.isEmpty())
-        row << target;
-    return row;
+    const QString size = proposal.seen && !proposal.isFolder ? sizeText(proposal.seen->size) : QString();
+    QString mark = ticked ? QStringLiteral("[x] ") : QStringLiteral("[ ] ");
+    if (proposal.needsReview)
+        mark += QStringLiteral("⚠ ");
+    return {mark + printable(proposal.source, home), QString(std::max<qsizetype>(0, 9 - size.size()), u' ') + size,
+            proposal.seen ? longDate(proposal.seen->modified) : QString(), targetOf(proposal, home)};
 }
 
 } // namespace
@@ -61,18 +60,24 @@ void printProposals(Terminal &terminal, const Location &home, const std::vector<
             order.push_back(group);
         groups[group].push_back(rowOf(proposal, home, agent.chosen.get().contains(proposal.id)));
     }
+    std::vector<qsizetype> widths;
+    for (const auto &[group, rows] : groups)
+        widths = columnWidths(rows, widths);
+    // One name of monstrous length is not to push everything off the screen.
+    if (!widths.empty())
+        widths.front() = std::min<qsizetype>(widths.front(), 60);
     for (const auto &group : order) {
         const std::vector<QStringList> &rows = groups[group];
-        terminal.print(
-            QStringLiteral("%1 – %2 (%3)")
-                .arg(headingOf(group.first), printable(group.second),
-                     counted(static_cast<qint64>(rows.size()), QStringLiteral("Datei"), QStringLiteral("Dateien"))));
-        terminal.printColumns(rows);
+        const QString count =
+            counted(static_cast<qint64>(rows.size()), QStringLiteral("Datei"), QStringLiteral("Dateien"));
+        terminal.print(QStringLiteral("%1 – %2 (%3)").arg(headingOf(group.first), printable(group.second), count));
+        terminal.printColumns(rows, 2, widths);
         terminal.print({});
     }
     terminal.print(agent.findings().summary(static_cast<std::int64_t>(proposals.size()), 0));
-    if (agent.findings().leftForScripts > 0)
-        terminal.print(QStringLiteral("%1 bleiben (von Skripten benutzt)").arg(agent.findings().leftForScripts));
+    if (const std::int64_t left = agent.findings().leftForScripts; left > 0)
+        terminal.print(counted(left, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
+                       QStringLiteral(" (von Skripten benutzt)"));
 }
 
 } // namespace brellin

@@ -65,23 +65,31 @@ void Terminal::print(const QString &line)
     write(stdout, line + u'\n');
 }
 
-void Terminal::printColumns(const std::vector<QStringList> &rows, qsizetype indent)
+std::vector<qsizetype> columnWidths(const std::vector<QStringList> &rows, std::vector<qsizetype> atLeast)
 {
-    std::vector<qsizetype> widths;
     for (const QStringList &row : rows) {
-        widths.resize(std::max(widths.size(), static_cast<std::size_t>(row.size())));
+        atLeast.resize(std::max(atLeast.size(), static_cast<std::size_t>(row.size())));
         for (qsizetype column = 0; column < row.size(); ++column) {
-            qsizetype &width = widths[static_cast<std::size_t>(column)];
+            qsizetype &width = atLeast[static_cast<std::size_t>(column)];
             width = std::max(width, cells(row[column]));
         }
     }
+    return atLeast;
+}
+
+void Terminal::printColumns(const std::vector<QStringList> &rows, qsizetype indent,
+                            const std::vector<qsizetype> &widths)
+{
+    const std::vector<qsizetype> all = columnWidths(rows, widths);
     for (const QStringList &row : rows) {
         QString line(indent, u' ');
         for (qsizetype column = 0; column < row.size(); ++column) {
             line += row[column];
             if (column + 1 < row.size())
-                line += QString(widths[static_cast<std::size_t>(column)] - cells(row[column]) + 2, u' ');
+                line += QString(all[static_cast<std::size_t>(column)] - cells(row[column]) + 2, u' ');
         }
+        while (line.endsWith(u' '))
+            line.chop(1);
         print(line);
     }
 }

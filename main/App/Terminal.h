@@ -18,6 +18,9 @@ QString printable(const Location &location, const Location &home);
 /// How wide a text stands on a terminal, in cells.
 qsizetype cells(const QString &text);
 
+/// The widest cell of each column.
+std::vector<qsizetype> columnWidths(const std::vector<QStringList> &rows, std::vector<qsizetype> atLeast = {});
+
 /// The output of a command: results on standard output, messages on standard error, and a line of progress where somebody
 /// is watching.
 class Terminal {
@@ -27,8 +30,10 @@ public:
     ~Terminal();
 
     void print(const QString &line);
-    /// Rows with their columns below each other, each line indented by `indent`; the last column is left as it is.
-    void printColumns(const std::vector<QStringList> &rows, qsizetype indent = 2);
+    /// Rows with their columns below each other, each line indented by `indent`; the last column is left as it is. `widths`
+    /// widens the columns to those of other rows.
+    void printColumns(const std::vector<QStringList> &rows, qsizetype indent = 2,
+                      const std::vector<qsizetype> &widths = {});
     void printJson(const QJsonValue &value);
     void message(const QString &line);
 
