@@ -50,10 +50,10 @@ HiddenNames hiddenNamesIn(std::string_view list)
 Result<WalkOutcome> walk(const Location &folder, const WalkOptions &options,
                          const std::function<WalkStep(const WalkEntry &)> &visit, const JobControl *control)
 {
-    WalkRun run{options, control};
+    WalkBranch top = TRY(WalkBranch::top(folder));
+    WalkRun run{options, control, top.folder.mount()};
     Visitor visitor(visit);
     BranchWalker walker(run, visitor, openFoldersAtMost);
-    WalkBranch top = TRY(WalkBranch::top(folder));
     TRY(walker.walk(std::move(top)));
     return run.result(walker.outcome());
 }

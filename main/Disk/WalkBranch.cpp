@@ -47,8 +47,12 @@ Result<WalkBranch> WalkBranch::top(const Location &folder)
 {
     if (folder.empty())
         return failure(Failure::system(ENOENT));
+    std::error_code error;
+    const Location absolute = std::filesystem::absolute(folder, error);
+    if (error)
+        return failure(Failure::system(error.value()));
     WalkBranch branch;
-    branch.path = standardised(folder).native();
+    branch.path = standardised(absolute).native();
     branch.folder = TRY(OpenFolder::open(branch.path, LastLink::Follow));
     return branch;
 }
@@ -211,7 +215,7 @@ void BranchWalker::descend(const WalkName &name)
     }
     if (!m_run.options.otherVolumes && !folder->onVolumeOf(here))
         return;
-    if (here.mayLoopIn(*folder) && isAncestor(folder->identity()))
+    if (mayLoop(*folder) && isAncestor(folder->identity()))
         return;
     if (mayHandOver()) {
         m_sink.take(branchOf(*std::move(folder), childPath(m_path, name.bytes), depth() + 1));
@@ -233,6 +237,12 @@ Result<OpenFolder> BranchWalker::openChild(const char *name)
         if (!tooMany || !giveUpOldest())
             return folder;
     }
+}
+
+/// Only mounts can lead back to where one came from: nothing loops as long as none was crossed.
+bool BranchWalker::mayLoop(const OpenFolder &folder) const
+{
+    return folder.mount() == 0 || folder.mount() != m_run.topMount;
 }
 
 bool BranchWalker::isAncestor(const FileIdentity &identity) const

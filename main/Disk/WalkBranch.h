@@ -13,6 +13,7 @@ namespace brellin {
 struct WalkRun {
     const WalkOptions &options;
     const JobControl *control = nullptr;
+    std::uint64_t topMount = 0;      ///< the mount of the walked folder
     std::atomic<bool> ended = false; ///< a visitor said Stop, or the walk cannot go on
     std::atomic<int> error = 0;      ///< the `errno` value that says why it cannot
 
@@ -77,6 +78,7 @@ private:
     bool isEntered(const WalkEntry &entry) const;
     void descend(const WalkName &name);
     Result<OpenFolder> openChild(const char *name);
+    bool mayLoop(const OpenFolder &folder) const;
     bool isAncestor(const FileIdentity &identity) const;
     bool mayHandOver() const;
     WalkBranch branchOf(OpenFolder folder, std::string path, int depth) const;

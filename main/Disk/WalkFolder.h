@@ -59,12 +59,12 @@ public:
     void close() { m_folder.reset(); }
 
     const FileIdentity &identity() const { return m_identity; }
+    /// 0 where the system does not tell mounts apart.
+    std::uint64_t mount() const { return m_mount; }
     bool onVolumeOf(const OpenFolder &other) const
     {
         return m_identity.device == other.m_identity.device && m_mount == other.m_mount;
     }
-    /// Whether a folder in this one may be this one, or one above it, again. Within one mount the system rules it out.
-    bool mayLoopIn(const OpenFolder &child) const { return m_mount == 0 || !onVolumeOf(child); }
     /// Whether another volume is mounted on the folder of this name. Does not touch that volume, which may be a server
     /// that no longer answers.
     bool hasVolumeAt(const char *name) const;

@@ -128,7 +128,7 @@ Result<WalkOutcome> walkParallel(const Location &folder, const WalkOptions &opti
                                  const JobControl *control, int threads)
 {
     WalkBranch top = TRY(WalkBranch::top(folder));
-    WalkRun run{options, control};
+    WalkRun run{options, control, top.folder.mount()};
     BranchQueue queue(run);
     std::vector<std::unique_ptr<Worker>> workers;
     for (int number = 0; number < std::max(threads > 0 ? threads : walkThreads(), 1); ++number)
