@@ -1,0 +1,167 @@
+#include "Support/TempTree.h"
+#include "System/ProcessRunner.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+constexpr Instant longAgo = std::chrono::sys_days(std::chrono::year(2020) / 5 / 4);
+
+/// Runs the real program in an account of its own.
+class CommandLineTest : public testing::Test {
+protected:
+    CommandLineTest()
+    {
+        tree.lines({"Downloads/Rechnung März.pdf=eins", "Downloads/Beleg.pdf=zwei", "Downloads/alt.zip=drei",
+                    "Downloads/run.sh=cp daten.csv", "Downloads/daten.csv=vier", "Desktop/Bildschirmfoto 1.png=fünf"});
+        for (const char *old : {"Downloads/alt.zip", "Downloads/daten.csv"})
+            tree.age(old, longAgo);
+        ::setenv("HOME", tree.root().c_str(), 1);
+        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+            ::unsetenv(variable);
+    }
+
+    ProcessOutput run(std::vector<std::string> words)
+    {
+        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
+        EXPECT_TRUE(output) << output.error().message.toStdString();
+        return output.value_or(ProcessOutput{});
+    }
+    QJsonDocument json(std::vector<std::string> words, int exitCode = 0)
+    {
+        words.emplace_back("--json");
+        const ProcessOutput output = run(std::move(words));
+        EXPECT_EQ(output.exitCode, exitCode) << output.errors.toStdString();
+        // Exactly one value, on one line.
+        EXPECT_EQ(output.output.count('\n'), 1);
+        return QJsonDocument::fromJson(output.output);
+    }
+    /// The user's own files: what the program keeps for itself is in dot folders.
+    std::string files() const
+    {
+        std::string text;
+        for (const char *folder : {"Downloads", "Desktop"})
+            text += snapshotOf(tree.path(folder));
+        return text + (tree.has("Documents") ? "Documents" : "");
+    }
+
+    TempTree tree;
+    SystemProcessRunner runner;
+};
+
+QStringList names(const QJsonArray &proposals, const QString &key)
+{
+    QStringList all;
+    for (const QJsonValue &one : proposals)
+        all << one.toObject().value(key).toString().section(u'/', -1);
+    all.sort();
+    return all;
+}
+
+} // namespace
+
+TEST_F(CommandLineTest, checksWithoutStoringAnything)
+{
+    const std::string before = tree.snapshot();
+    const QJsonObject answer = json({"pruefen"}).object();
+    EXPECT_EQ(names(answer[QStringLiteral("proposals")].toArray(), QStringLiteral("source")),
+              (QStringList{QStringLiteral("Beleg.pdf"), QStringLiteral("Bildschirmfoto 1.png"),
+                           QStringLiteral("Rechnung März.pdf"), QStringLiteral("alt.zip")}));
+    EXPECT_EQ(answer[QStringLiteral("checkedFiles")].toInt(), 6);
+    EXPECT_EQ(answer[QStringLiteral("leftForScripts")].toInt(), 1);
+    EXPECT_TRUE(answer[QStringLiteral("run")].isNull());
+    EXPECT_EQ(answer[QStringLiteral("status")].toString(),
+              QStringLiteral("10 Regeln aktiv · 6 Dateien geprüft · 0 doppelt · 4 Vorschläge"));
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+TEST_F(CommandLineTest, executesShowsAndTakesBack)
+{
+    const std::string before = files();
+    const QJsonObject done = json({"prüfen", "--ausführen", "--ohne", "*.ZIP", "--ohne", "Beleg.pdf"}).object();
+    const QJsonObject doneRun = done[QStringLiteral("run")].toObject();
+    EXPECT_EQ(names(doneRun[QStringLiteral("steps")].toArray(), QStringLiteral("to")),
+              (QStringList{QStringLiteral("Bildschirmfoto 1.png"), QStringLiteral("Rechnung März.pdf")}));
+    EXPECT_EQ(done[QStringLiteral("failures")].toArray().size(), 0);
+    EXPECT_TRUE(tree.has("Downloads/alt.zip"));
+    EXPECT_FALSE(tree.has("Downloads/Rechnung März.pdf"));
+
+    const QJsonArray history = json({"verlauf"}).array();
+    ASSERT_EQ(history.size(), 1);
+    EXPECT_EQ(history[0], QJsonValue(doneRun));
+    EXPECT_TRUE(doneRun[QStringLiteral("date")].toString().endsWith(u'Z'));
+
+    const std::string id = doneRun[QStringLiteral("id")].toString().toStdString();
+    const QJsonObject undone = json({"rueckgaengig", id.substr(0, 8)}).object();
+    EXPECT_EQ(undone[QStringLiteral("status")].toString(), QStringLiteral("Rückgängig gemacht."));
+    EXPECT_TRUE(undone[QStringLiteral("run")].toObject()[QStringLiteral("undone")].toBool());
+    EXPECT_EQ(files(), before);
+    EXPECT_EQ(run({"rueckgaengig", id}).exitCode, 2);
+    EXPECT_TRUE(json({"rueckgaengig"}).object()[QStringLiteral("run")].isNull());
+}
+
+TEST_F(CommandLineTest, refusesBadRulesAndChangesNothing)
+{
+    const std::string exported = tree.path("regeln.json").native();
+    EXPECT_EQ(run({"regeln", "export", exported}).exitCode, 0);
+    EXPECT_EQ(run({"regeln", "export", exported}).exitCode, 2); // never over a file
+    EXPECT_EQ(json({"regeln", "import", exported}).array().size(), 10);
+    const QJsonDocument before = json({"regeln"});
+    struct Row {
+        const char *text;
+        const char *message;
+    };
+    for (const Row &row : {Row{"kein JSON", "JSON"}, Row{R"({"id":1})", "Liste"},
+                           Row{R"([{"name":"Meine","action":"frobnicate"}])", "„action“"},
+                           Row{R"([{"name":"Meine","conditions":[{"kind":7}]}])", "„conditions[0].kind“"}}) {
+        tree.file("schlecht.json", row.text);
+        const ProcessOutput output = run({"regeln", "import", tree.path("schlecht.json").native()});
+        EXPECT_EQ(output.exitCode, 2);
+        EXPECT_TRUE(output.errors.contains(row.message)) << output.errors.toStdString();
+        EXPECT_EQ(output.errors.count('\n'), 1);
+    }
+    EXPECT_EQ(json({"regeln"}), before);
+}
+
+TEST_F(CommandLineTest, namesMistakesInOneSentence)
+{
+    struct Row {
+        std::vector<std::string> words;
+        const char *message;
+    };
+    const std::vector<Row> rows{
+        {{"prufen"}, "Unbekannter Befehl „prufen“. Meintest du „pruefen“?\n"},
+        {{"pruefen", "--ausfuren"}, "Unbekannte Option „--ausfuren“. Meintest du „--ausfuehren“?\n"},
+        {{"pruefen", "--ohne"}, "Zur Option „--ohne“ fehlt: MUSTER.\n"},
+        {{"regeln", "exprot"}, "Unbekannter Befehl „exprot“. Meintest du „export“?\n"},
+        {{"rueckgaengig", "ABC"}, "Eine Aufräum-Aktion „ABC“ gibt es im Verlauf nicht.\n"},
+    };
+    for (const Row &row : rows) {
+        const ProcessOutput output = run(row.words);
+        EXPECT_EQ(output.exitCode, 2);
+        EXPECT_EQ(output.errors.toStdString(), row.message);
+        EXPECT_EQ(output.output, QByteArray());
+    }
+    EXPECT_EQ(run({"--hilfe"}).exitCode, 0);
+    EXPECT_EQ(run({"pruefen", "--hilfe"}).exitCode, 0);
+}
+
+TEST_F(CommandLineTest, reportsWhatFailedAndDoesTheRest)
+{
+    // The folder for invoices is a file: those steps fail by name, the others are done.
+    tree.file("Documents/Rechnungen", "im Weg");
+    const QJsonObject done = json({"pruefen", "--ausfuehren"}, 1).object();
+    EXPECT_EQ(done[QStringLiteral("failures")].toArray().size(), 2);
+    EXPECT_TRUE(
+        done[QStringLiteral("failures")].toArray()[0].toString().contains(QStringLiteral("Das ist kein Ordner.")));
+    EXPECT_EQ(done[QStringLiteral("run")].toObject()[QStringLiteral("steps")].toArray().size(), 2);
+    EXPECT_EQ(tree.content("Documents/Rechnungen"), "im Weg");
+    EXPECT_TRUE(tree.has("Downloads/Beleg.pdf"));
+}
