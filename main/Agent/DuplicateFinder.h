@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/SystemLocations.h"
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
@@ -32,8 +33,11 @@ struct Duplicates {
 
 /// Finds user documents with the same content in these folders and below them, whatever their names. Of each group the
 /// oldest (by creation; without one it counts as newest; then the shorter path) is kept, every other is paired with it.
-/// Reads only, without touching access times. Fails only when cancelled.
-Result<Duplicates> findDuplicates(const std::vector<Location> &folders, JobControl *control = nullptr);
+/// Several paths to one file (hard links, overlapping folders) are one file. Refused locations, packages, hidden and build
+/// folders are not entered; what a cloud has not downloaded is not touched. Reads only, without touching access times.
+/// Fails only when cancelled.
+Result<Duplicates> findDuplicates(const std::vector<Location> &folders, const SystemLocations &locations,
+                                  JobControl *control = nullptr);
 
 /// Why a duplicate is proposed for the Trash.
 QString duplicateReason(const Location &kept);

@@ -1,0 +1,76 @@
+#include "Agent/ProposalMemory.h"
+
+#include "Agent/AgentJson.h"
+#include "Agent/StoredList.h"
+#include "Disk/Digest.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+template <>
+struct JsonTable<NeverProposed> {
+    static constexpr std::tuple fields{field("kind", &NeverProposed::kind), field("source", &NeverProposed::source),
+                                       field("destination", &NeverProposed::destination)};
+};
+
+namespace {
+
+const QString seenKey = QStringLiteral("agentSeenProposals");
+const QString neverKey = QStringLiteral("agentNeverProposed");
+
+} // namespace
+
+QByteArray sameness(const AgentProposal &proposal)
+{
+    std::string text = toJson(proposal.kind).toString().toStdString();
+    // Names cannot hold a null byte.
+    text.append(1, '\0').append(proposal.source.native()).append(1, '\0');
+    if (proposal.destination)
+        text.append(proposal.destination->native());
+    return sha256OfBytes(QByteArray::fromStdString(text));
+}
+
+Result<int> ProposalMemory::countNew(const std::vector<AgentProposal> &proposals)
+{
+    int added = 0;
+    TRY(updateList<QString>(m_defaults, seenKey, [&](const std::optional<std::vector<QString>> &stored) {
+        const std::vector<QString> old = stored.value_or(std::vector<QString>());
+        const std::set<QString> before(old.begin(), old.end());
+        std::vector<QString> now;
+        for (const AgentProposal &proposal : proposals) {
+            now.push_back(QString::fromLatin1(sameness(proposal)));
+            added += before.contains(now.back()) ? 0 : 1;
+        }
+        return std::optional(std::move(now));
+    }));
+    return added;
+}
+
+std::vector<NeverProposed> ProposalMemory::never() const
+{
+    return storedList<NeverProposed>(m_defaults, neverKey).value_or(std::vector<NeverProposed>());
+}
+
+Result<void> ProposalMemory::addNever(const std::vector<AgentProposal> &proposals)
+{
+    return updateList<NeverProposed>(m_defaults, neverKey, [&](std::optional<std::vector<NeverProposed>> stored) {
+        std::vector<NeverProposed> all = std::move(stored).value_or(std::vector<NeverProposed>());
+        for (const AgentProposal &proposal : proposals) {
+            if (std::ranges::find(all, NeverProposed::of(proposal)) == all.end())
+                all.push_back(NeverProposed::of(proposal));
+        }
+        return std::optional(std::move(all));
+    });
+}
+
+Result<void> ProposalMemory::removeNever(const NeverProposed &one)
+{
+    return updateList<NeverProposed>(m_defaults, neverKey, [&](std::optional<std::vector<NeverProposed>> stored) {
+        if (stored)
+            std::erase(*stored, one);
+        return stored;
+    });
+}
+
+} // namespace brellin

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Base/JobControl.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <thread>
+#include <vector>
+
+namespace brellin {
+
+/// Calls `work` with each index below `count`, several at a time; each thread takes the next one that is left. Stops early
+/// when cancelled. `work` must not throw.
+inline void parallelFor(std::size_t count, const std::function<void(std::size_t)> &work,
+                        const JobControl *control = nullptr)
+{
+    std::atomic<std::size_t> next = 0;
+    const auto run = [&] {
+        for (std::size_t i = next++; i < count && !(control && control->cancelled()); i = next++)
+            work(i);
+    };
+    const std::size_t threads = std::min<std::size_t>(count, std::max(1u, std::thread::hardware_concurrency()));
+    std::vector<std::jthread> others;
+    for (std::size_t i = 1; i < threads; ++i)
+        others.emplace_back(run);
+    run();
+}
+
+} // namespace brellin
