@@ -1,0 +1,104 @@
+#include "Disk/CopyEntryFlush.h"
+
+#include "Disk/CopyEntry.h"
+#include "Disk/CopyTreeFolders.h"
+#include "Disk/Descriptor.h"
+
+#include <cerrno>
+#include <utility>
+#include <vector>
+
+namespace brellin {
+
+namespace {
+
+/// Flushes file by file while there are few. Of many each would wait for the disk, so from then on the whole volume is
+/// flushed once (the system reports failed writes there as well), at the price of waiting for what others wrote.
+class TreeFlush {
+public:
+    Result<void> run(NameIn top)
+    {
+        TRY(flush(top));
+        while (!m_levels.empty()) {
+            Level &level = m_levels.back();
+            if (level.next < level.entries.size()) {
+                const std::string name = std::move(level.entries[level.next++].name);
+                TRY(flush({m_folders.current(), name.c_str()}));
+                continue;
+            }
+            TRY(write(m_folders.current(), Kind::Folder));
+            m_levels.pop_back();
+            TRY(m_folders.leave());
+        }
+        const Descriptor above = TRY(openFolder({top.folder, "."}));
+        return write(above.number(), Kind::Folder);
+    }
+
+private:
+    enum class Kind { File, Folder };
+    struct Level {
+        std::vector<ListedName> entries;
+        std::size_t next = 0;
+    };
+
+    Result<void> flush(NameIn entry)
+    {
+        const struct stat status = TRY(statusOf(entry));
+        const bool folder = S_ISDIR(status.st_mode);
+        if (!folder && !S_ISREG(status.st_mode))
+            return {};
+        auto opened = folder ? openFolder(entry) : openForReading(entry);
+        // A copy may have got rights that keep its owner out: then the volume is flushed as a whole.
+        if (!opened && opened.error().is(std::errc::permission_denied))
+            return flushVolumeOnce(TRY(openFolder({entry.folder, "."})).number());
+        if (!opened)
+            return failure(opened.error());
+        if (!folder) {
+            TRY(write(opened->number(), Kind::File));
+            forgetPages(opened->number());
+            return {};
+        }
+        std::vector<ListedName> entries = TRY(listFolder(opened->number()));
+        m_folders.enter(*std::move(opened), status);
+        m_levels.push_back({std::move(entries)});
+        return {};
+    }
+
+    Result<void> write(int file, Kind kind)
+    {
+        constexpr int few = 64;
+        if (m_volumeFlushed)
+            return {};
+        if (++m_flushed > few)
+            return flushVolumeOnce(file);
+        if (flushFile(file) == 0)
+            return {};
+        // Some file systems know no flush of a folder: its entries are written with its files there.
+        if (kind == Kind::Folder && (errno == EINVAL || errno == ENOTSUP || errno == ENOSYS))
+            return {};
+        return failure(Failure::lastSystem());
+    }
+
+    Result<void> flushVolumeOnce(int file)
+    {
+        if (!m_volumeFlushed && flushVolume(file) != 0)
+            return failure(Failure::lastSystem());
+        m_volumeFlushed = true;
+        return {};
+    }
+
+    CopyTreeFolders m_folders;
+    std::vector<Level> m_levels;
+    int m_flushed = 0;
+    bool m_volumeFlushed = false;
+};
+
+} // namespace
+
+Result<void> flushEntry(const Location &location)
+{
+    const EntryPlace place = TRY(openPlace(location));
+    return TreeFlush().run(place.at());
+}
+
+} // namespace brellin

@@ -1,0 +1,206 @@
+#include "Disk/CopyTree.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+Failure notOrdinary()
+{
+    return {QStringLiteral("Das ist keine gewöhnliche Datei, sondern eine Pipe, ein Socket oder ein Gerät."),
+            std::make_error_code(std::errc::not_supported)};
+}
+
+} // namespace
+
+CopyTree::CopyTree(Location source, const CopyOptions &options)
+    : m_source(std::move(source))
+    , m_options(options)
+    , m_pulse(options, [this] { return current(); })
+    , m_data(m_pulse)
+{
+}
+
+Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
+{
+    m_made = OwnEntries(knownBy(destination.folder));
+    auto outcome = m_pulse.beat();
+    if (outcome)
+        outcome = copyEntry(source, DT_UNKNOWN, destination);
+    if (outcome)
+        outcome = copyContents();
+    if (outcome) {
+        const CopyProgress done = m_pulse.finished();
+        return CopyReport{m_metadata.notKept(), done.bytes, done.files};
+    }
+    if (!m_made.empty()) {
+        m_made.sort();
+        if (const auto removed = removeTree(destination, &m_made); !removed) {
+            const QString rest = QStringLiteral(" Ein Rest der Kopie ließ sich nicht entfernen.");
+            return failure(Failure{outcome.error().message + rest, outcome.error().code});
+        }
+    }
+    return failure(outcome.error());
+}
+
+Result<void> CopyTree::copyContents()
+{
+    while (!m_levels.empty()) {
+        TRY(m_pulse.beat());
+        Level &level = m_levels.back();
+        if (level.next == level.entries.size()) {
+            TRY(leaveFolder());
+            continue;
+        }
+        const ListedName &entry = level.entries[level.next++];
+        const char *const name = entry.name.c_str();
+        const auto copied = copyEntry({m_sources.current(), name}, entry.type, {m_destinations.current(), name});
+        if (!copied)
+            return failure(named(copied.error(), entry.name));
+    }
+    return {};
+}
+
+/// `type` is what the folder says of it, to save a look; what is opened is looked at again.
+Result<void> CopyTree::copyEntry(NameIn source, unsigned char type, NameIn destination)
+{
+    if (type == DT_REG)
+        return copyFile(source, destination);
+    if (type == DT_DIR)
+        return enterFolder(source, destination);
+    const struct stat status = TRY(statusOf(source));
+    if (S_ISREG(status.st_mode))
+        return copyFile(source, destination);
+    if (S_ISDIR(status.st_mode))
+        return enterFolder(source, destination);
+    if (S_ISLNK(status.st_mode))
+        return copyLink(source, status, destination);
+    return failure(notOrdinary());
+}
+
+Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
+{
+    const Descriptor original = TRY(openForReading(source));
+    struct stat status{};
+    if (::fstat(original.number(), &status) != 0)
+        return failure(Failure::lastSystem());
+    if (!S_ISREG(status.st_mode))
+        return failure(notOrdinary());
+    const bool hasOtherNames = status.st_nlink > 1 && !atTop();
+    if (hasOtherNames && TRY(linkToFirstCopy(status, destination))) {
+        m_pulse.addFile();
+        return {};
+    }
+    struct stat made{};
+    Descriptor copy = TRY(createFile(destination, made));
+    TRY(m_data.copy(original.number(), status, copy.number()));
+    TRY(m_metadata.apply(original.number(), status, copy.number(), made));
+    TRY(copy.close());
+    if (hasOtherNames)
+        m_firstCopies[{status.st_dev, status.st_ino}] = {relativeFolder(), destination.name, made.st_ino};
+    m_pulse.addFile();
+    return {};
+}
+
+Result<void> CopyTree::copyLink(NameIn source, const struct stat &status, NameIn destination)
+{
+    std::array<char, PATH_MAX + 1> target{};
+    const ssize_t length = ::readlinkat(source.folder, source.name, target.data(), target.size() - 1);
+    if (length < 0)
+        return failure(Failure::lastSystem());
+    target[static_cast<std::size_t>(length)] = '\0';
+    if (::symlinkat(target.data(), destination.folder, destination.name) != 0) {
+        if (errno == EPERM || errno == ENOTSUP || errno == ENOSYS)
+            return failure(Failure{QStringLiteral("Das Ziel kann keine Verknüpfungen speichern."),
+                                   std::make_error_code(std::errc::not_supported)});
+        return failure(Failure::lastSystem());
+    }
+    const struct stat made = TRY(statusOf(destination));
+    madeEntry(destination, made);
+    TRY(m_metadata.applyToLink(status, destination, made));
+    m_pulse.addFile();
+    return {};
+}
+
+Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
+{
+    Descriptor original = TRY(openFolder(source));
+    const struct stat status = TRY(statusOf({original.number(), "."}));
+    // By way of a mount a folder may hold itself, or the place where its copy is being made.
+    if (m_sources.contains(status) || m_destinations.contains(status))
+        return failure(QStringLiteral("Der Ordner enthält sich selbst."));
+    std::vector<ListedName> entries = TRY(listFolder(original.number(), m_options.control));
+    struct stat made{};
+    Descriptor copy = TRY(createFolder(destination, made));
+    if (atTop())
+        m_top = TRY(openFolderPlace(NameIn{copy.number(), "."}));
+    const std::uint64_t path = OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, destination.name);
+    m_sources.enter(std::move(original), status);
+    m_destinations.enter(std::move(copy), made);
+    m_levels.push_back({source.name, path, status, std::move(entries)});
+    return {};
+}
+
+/// A folder gets its rights and times when nothing changes in it any more.
+Result<void> CopyTree::leaveFolder()
+{
+    const Level left = std::move(m_levels.back());
+    m_levels.pop_back();
+    const Descriptor original = TRY(m_sources.leave());
+    Descriptor copy = TRY(m_destinations.leave());
+    const struct stat made = TRY(statusOf({copy.number(), "."}));
+    const auto applied = m_metadata.apply(original.number(), left.source, copy.number(), made);
+    if (!applied)
+        return failure(atTop() ? applied.error() : named(applied.error(), left.name));
+    return {};
+}
+
+Result<Descriptor> CopyTree::createFile(NameIn destination, struct stat &made)
+{
+    const int number = ::openat(destination.folder, destination.name,
+                                O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (number < 0)
+        return failure(Failure::lastSystem());
+    Descriptor file(number);
+    if (::fstat(number, &made) != 0) {
+        const Failure why = Failure::lastSystem();
+        ::unlinkat(destination.folder, destination.name, 0);
+        return failure(why);
+    }
+    madeEntry(destination, made);
+    if (atTop())
+        m_metadata.dropInheritedAccess(number);
+    return file;
+}
+
+Result<Descriptor> CopyTree::createFolder(NameIn destination, struct stat &made)
+{
+    if (::mkdirat(destination.folder, destination.name, S_IRWXU) != 0)
+        return failure(Failure::lastSystem());
+    auto folder = openFolder(destination);
+    auto status = folder ? statusOf({folder->number(), "."}) : Result<struct stat>(failure(folder.error()));
+    if (!status) {
+        ::unlinkat(destination.folder, destination.name, AT_REMOVEDIR);
+        return failure(status.error());
+    }
+    made = *status;
+    madeEntry(destination, made);
+    if (atTop())
+        m_metadata.dropInheritedAccess(folder->number());
+    return folder;
+}
+
+void CopyTree::madeEntry(NameIn entry, const struct stat &made)
+{
+    m_made.add(OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, entry.name), made.st_ino);
+}
+
+} // namespace brellin

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Disk/CopyEntry.h"
+#include "Disk/CopyEntryData.h"
+#include "Disk/CopyEntryMetadata.h"
+#include "Disk/CopyEntryProgress.h"
+#include "Disk/CopyTreeFolders.h"
+#include "Disk/CopyTreeRemoval.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brellin {
+
+/// One copy of a whole entry: walks down the source with its folders held open, so that nobody can lead it elsewhere,
+/// and makes each entry exclusively, closed to others until its rights are set at the end.
+class CopyTree {
+public:
+    /// `source` is what progress shows.
+    CopyTree(Location source, const CopyOptions &options);
+
+    /// On failure takes back what it made.
+    Result<CopyReport> run(NameIn source, NameIn destination);
+
+private:
+    struct Level {
+        std::string name;
+        std::uint64_t path; ///< as `OwnEntries::pathMark` counts
+        struct stat source;
+        std::vector<ListedName> entries;
+        std::size_t next = 0;
+    };
+    /// Where the first copy of a file with several names lies.
+    struct FirstCopy {
+        std::string folder; ///< relative to the copied folder
+        std::string name;
+        ino_t inode;
+    };
+
+    Result<void> copyContents();
+    Result<void> copyEntry(NameIn source, unsigned char type, NameIn destination);
+    Result<void> copyFile(NameIn source, NameIn destination);
+    Result<void> copyLink(NameIn source, const struct stat &status, NameIn destination);
+    Result<void> enterFolder(NameIn source, NameIn destination);
+    Result<void> leaveFolder();
+
+    Result<Descriptor> createFile(NameIn destination, struct stat &made);
+    Result<Descriptor> createFolder(NameIn destination, struct stat &made);
+    void madeEntry(NameIn entry, const struct stat &made);
+    Result<bool> linkToFirstCopy(const struct stat &source, NameIn destination);
+    Result<Descriptor> openCopiedFolder(const std::string &relative) const;
+
+    bool atTop() const { return m_levels.empty(); }
+    std::string relativeFolder() const;
+    Location current() const;
+    Failure named(Failure why, std::string_view name) const;
+
+    Location m_source;
+    const CopyOptions &m_options;
+    CopyPulse m_pulse;
+    CopyData m_data;
+    CopyMetadata m_metadata;
+    CopyTreeFolders m_sources;
+    CopyTreeFolders m_destinations;
+    std::vector<Level> m_levels;
+    OwnEntries m_made;
+    Descriptor m_top; ///< of the copied folder, for links to a first copy
+    std::map<std::pair<dev_t, ino_t>, FirstCopy> m_firstCopies;
+};
+
+} // namespace brellin

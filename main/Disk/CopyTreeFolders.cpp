@@ -1,0 +1,43 @@
+#include "Disk/CopyTreeFolders.h"
+
+#include <utility>
+
+namespace brellin {
+
+namespace {
+
+constexpr std::size_t keptOpen = 32;
+
+} // namespace
+
+bool CopyTreeFolders::contains(const struct stat &folder) const
+{
+    for (const Level &level : m_levels) {
+        if (level.inode == folder.st_ino && level.device == folder.st_dev)
+            return true;
+    }
+    return false;
+}
+
+void CopyTreeFolders::enter(Descriptor folder, const struct stat &status)
+{
+    m_levels.push_back({std::move(folder), status.st_dev, status.st_ino});
+    if (m_levels.size() > keptOpen)
+        m_levels[m_levels.size() - keptOpen - 1].folder.reset();
+}
+
+Result<Descriptor> CopyTreeFolders::leave()
+{
+    Descriptor left = std::move(m_levels.back().folder);
+    m_levels.pop_back();
+    if (m_levels.empty() || m_levels.back().folder.isOpen())
+        return left;
+    Level &above = m_levels.back();
+    above.folder = TRY(openFolder({left.number(), ".."}));
+    const struct stat status = TRY(statusOf({above.folder.number(), "."}));
+    if (status.st_dev != above.device || status.st_ino != above.inode)
+        return failure(QStringLiteral("Ein Ordner wurde währenddessen verschoben."));
+    return left;
+}
+
+} // namespace brellin

@@ -1,0 +1,164 @@
+#include "Disk/CopyEntryData.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <limits>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+constexpr std::size_t bufferSize = std::size_t(1) << 20;
+constexpr off_t smallFile = 128 << 10;
+
+/// The volumes offer no such call, for no file: not for a reason that lies in this one.
+bool isNeverOffered(int error)
+{
+    return error == EXDEV || error == EOPNOTSUPP || error == ENOTTY || error == ENOSYS;
+}
+
+Failure becameShorter()
+{
+    return {QStringLiteral("Die Datei wurde während des Kopierens kürzer."), {}};
+}
+
+Result<void> writeAt(int file, const char *bytes, std::size_t size, off_t at)
+{
+    while (size > 0) {
+        const ssize_t written = ::pwrite(file, bytes, size, at);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return failure(written == 0 ? Failure::system(EIO) : Failure::lastSystem());
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+        at += written;
+    }
+    return {};
+}
+
+} // namespace
+
+Result<void> CopyData::copy(int source, const struct stat &status, int destination)
+{
+    if (status.st_dev != m_device) {
+        m_device = status.st_dev;
+        m_mayClone = m_mayCopyInKernel = true;
+    }
+    // Files of the kernel say that they are empty and are not.
+    if (status.st_size == 0)
+        return readAndWrite(source, destination, 0, std::numeric_limits<off_t>::max());
+    if (m_mayClone && cloned(source, destination)) {
+        m_pulse.addBytes(status.st_size);
+        return {};
+    }
+    constexpr blkcnt_t blockSize = 512;
+    if (status.st_blocks * blockSize < status.st_size)
+        return copyExtents(source, status.st_size, destination);
+    if (status.st_size <= smallFile)
+        return readAndWrite(source, destination, 0, status.st_size);
+    ::posix_fadvise(source, 0, 0, POSIX_FADV_SEQUENTIAL);
+    return copyRange(source, destination, 0, status.st_size);
+}
+
+bool CopyData::cloned(int source, int destination)
+{
+    if (::ioctl(destination, FICLONE, source) == 0)
+        return true;
+    m_mayClone = !isNeverOffered(errno);
+    return false;
+}
+
+/// Only what holds data is copied; the size is set at the end, so that a hole there stays one, too.
+Result<void> CopyData::copyExtents(int source, off_t size, int destination)
+{
+    for (off_t at = 0; at < size;) {
+        const off_t data = ::lseek(source, at, SEEK_DATA);
+        if (data < 0 && errno == ENXIO)
+            break;
+        const off_t hole = data < 0 ? -1 : ::lseek(source, data, SEEK_HOLE);
+        const bool known = data >= at && hole > data;
+        const off_t end = known ? std::min(hole, size) : size;
+        TRY(copyRange(source, destination, known ? std::min(data, size) : at, end));
+        at = end;
+    }
+    struct stat now{};
+    if (::fstat(source, &now) != 0)
+        return failure(Failure::lastSystem());
+    if (now.st_size < size)
+        return failure(becameShorter());
+    if (::ftruncate(destination, size) != 0)
+        return failure(Failure::lastSystem());
+    return {};
+}
+
+Result<void> CopyData::copyRange(int source, int destination, off_t from, off_t end)
+{
+    if (m_mayCopyInKernel)
+        from = TRY(copyInKernel(source, destination, from, end));
+    return readAndWrite(source, destination, from, end);
+}
+
+/// Every error only ends this way of copying: reading and writing goes on from there, and meets and names a true one.
+Result<off_t> CopyData::copyInKernel(int source, int destination, off_t from, off_t end)
+{
+    using Clock = std::chrono::steady_clock;
+    off_t to = from;
+    while (from < end) {
+        const auto begun = Clock::now();
+        const std::size_t wanted = std::min(m_chunk, static_cast<std::size_t>(end - from));
+        const ssize_t copied = ::copy_file_range(source, &from, destination, &to, wanted, 0);
+        if (copied < 0 && errno == EINTR)
+            continue;
+        if (copied < 0)
+            m_mayCopyInKernel = !isNeverOffered(errno);
+        // Some file systems answer "nothing" though there is more.
+        if (copied <= 0)
+            return to;
+        m_pulse.addBytes(copied);
+        TRY(m_pulse.beat());
+        const auto took = Clock::now() - begun;
+        if (took < std::chrono::milliseconds(10))
+            m_chunk = std::min(m_chunk * 2, std::size_t(32) << 20);
+        else if (took > std::chrono::milliseconds(40))
+            m_chunk = std::max(m_chunk / 2, std::size_t(128) << 10);
+    }
+    return from;
+}
+
+Result<void> CopyData::readAndWrite(int source, int destination, off_t from, off_t end)
+{
+    const bool untilEnd = end == std::numeric_limits<off_t>::max();
+    while (from < end) {
+        const std::size_t wanted = std::min(bufferSize, static_cast<std::size_t>(end - from));
+        const ssize_t got = ::pread(source, buffer(), wanted, from);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return failure(Failure::lastSystem());
+        if (got == 0 && untilEnd)
+            return {};
+        if (got == 0)
+            return failure(becameShorter());
+        TRY(writeAt(destination, buffer(), static_cast<std::size_t>(got), from));
+        from += got;
+        m_pulse.addBytes(got);
+        TRY(m_pulse.beat());
+    }
+    return {};
+}
+
+char *CopyData::buffer()
+{
+    if (!m_buffer)
+        m_buffer = std::make_unique_for_overwrite<char[]>(bufferSize);
+    return m_buffer.get();
+}
+
+} // namespace brellin

@@ -1,0 +1,80 @@
+#include "Disk/CopyEntryMetadata.h"
+
+#include <cerrno>
+#include <string_view>
+
+#include <sys/statvfs.h>
+#include <sys/xattr.h>
+
+namespace brellin {
+
+namespace {
+
+// What the system allows at most (XATTR_LIST_MAX, XATTR_SIZE_MAX).
+constexpr std::size_t longestList = 65536;
+constexpr std::size_t longestValue = 65536;
+
+constexpr const char *accessList = "system.posix_acl_access";
+constexpr const char *defaultAccessList = "system.posix_acl_default";
+
+enum class Attribute { Own, AccessList, Security, Foreign };
+
+/// Labels of security modules, of integrity checks and of overlays belong to the place where a file lies, not to it.
+Attribute kindOf(std::string_view name)
+{
+    if (name.starts_with("user."))
+        return Attribute::Own;
+    if (name == accessList || name == defaultAccessList)
+        return Attribute::AccessList;
+    return name == "security.capability" ? Attribute::Security : Attribute::Foreign;
+}
+
+/// A full disk is a failure. A single attribute that is too big for the target is answered with the same error.
+bool isFull(int destination, int error)
+{
+    struct statvfs volume{};
+    return error == EDQUOT || (error == ENOSPC && ::fstatvfs(destination, &volume) == 0 && volume.f_bavail == 0);
+}
+
+bool isBroken(int error)
+{
+    return error == EIO || error == EROFS || error == ENOMEM;
+}
+
+} // namespace
+
+Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int destination)
+{
+    m_names.resize(longestList);
+    const ssize_t length = ::flistxattr(source, m_names.data(), m_names.size());
+    AccessList list = AccessList::None;
+    const char *const end = m_names.data() + (length > 0 ? length : 0);
+    for (const char *name = m_names.data(); name < end; name += std::string_view(name).size() + 1) {
+        const Attribute kind = kindOf(name);
+        if (kind == Attribute::Foreign)
+            continue;
+        m_value.resize(longestValue);
+        const ssize_t size = ::fgetxattr(source, name, m_value.data(), m_value.size());
+        if (size < 0 && isBroken(errno))
+            return failure(Failure::lastSystem());
+        if (size < 0)
+            continue;
+        const bool set = ::fsetxattr(destination, name, m_value.data(), static_cast<std::size_t>(size), 0) == 0;
+        if (!set && (isBroken(errno) || isFull(destination, errno)))
+            return failure(Failure::lastSystem());
+        if (kind == Attribute::AccessList)
+            list = AccessList::Set;
+        m_lost.rights = m_lost.rights || (!set && kind == Attribute::AccessList);
+        m_lost.attributes = m_lost.attributes || (!set && kind == Attribute::Own);
+    }
+    return list;
+}
+
+void CopyMetadata::dropInheritedAccess(int destination)
+{
+    // Most have none, and many volumes know none: nothing to do then.
+    ::fremovexattr(destination, defaultAccessList);
+    ::fremovexattr(destination, accessList);
+}
+
+} // namespace brellin

@@ -1,0 +1,302 @@
+#include "Disk/CopyEntry.h"
+
+#include "Disk/FileAttributes.h"
+#include "Support/TempTree.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+using test::snapshotOf;
+using test::TempTree;
+
+std::string messageOf(const auto &result)
+{
+    return result ? std::string() : result.error().message.toStdString();
+}
+
+/// A volume of its own that only this process sees, for tests that are run by root.
+class PrivateMount {
+public:
+    PrivateMount(const Location &folder, const char *type, const char *options) : m_folder(folder)
+    {
+        m_mounted = ::geteuid() == 0 && ::unshare(CLONE_NEWNS) == 0 &&
+                    ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                    ::mount("test", folder.c_str(), type, 0, options) == 0;
+    }
+    ~PrivateMount()
+    {
+        if (m_mounted)
+            ::umount2(m_folder.c_str(), MNT_DETACH);
+    }
+    PrivateMount(const PrivateMount &) = delete;
+    PrivateMount &operator=(const PrivateMount &) = delete;
+    explicit operator bool() const { return m_mounted; }
+
+private:
+    Location m_folder;
+    bool m_mounted;
+};
+
+/// Root may do everything; this is what an ordinary person may. Gives the tree to them first.
+class OrdinaryUser {
+public:
+    explicit OrdinaryUser(const TempTree &tree)
+    {
+        if (::geteuid() != 0)
+            return;
+        const uid_t nobody = 65534;
+        EXPECT_EQ(::lchown(tree.root().c_str(), nobody, nobody), 0);
+        for (const auto &entry : std::filesystem::recursive_directory_iterator(tree.root()))
+            EXPECT_EQ(::lchown(entry.path().c_str(), nobody, nobody), 0);
+        EXPECT_EQ(::setegid(nobody), 0);
+        EXPECT_EQ(::seteuid(nobody), 0);
+        m_changed = true;
+    }
+    ~OrdinaryUser()
+    {
+        if (m_changed) {
+            EXPECT_EQ(::seteuid(0), 0);
+            EXPECT_EQ(::setegid(0), 0);
+        }
+    }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+private:
+    bool m_changed = false;
+};
+
+void fillTree(const TempTree &tree)
+{
+    tree.file("a/gross", std::string(1'500'000, 'x'));
+    tree.lines({"a/eins=1", "a/leer/", "a/tief/zwei=2", "a/tief/drei=3", "a/weg->nirgends", "a/zu/vier=4"});
+    ::chmod(tree.path("a/zu").c_str(), 0500);
+    ::link(tree.path("a/eins").c_str(), tree.path("a/tief/fest").c_str());
+    tree.folder("ziel");
+}
+
+/// Calls `act` at the n-th report of a copy.
+CopyOptions actingAt(int n, std::function<void()> act)
+{
+    CopyOptions options;
+    options.interval = std::chrono::milliseconds(0);
+    auto counter = std::make_shared<int>(0);
+    options.progress = [n, counter, act = std::move(act)](const CopyProgress &) {
+        if ((*counter)++ == n)
+            act();
+    };
+    return options;
+}
+
+TEST(CopyEntryFailure, aCancelAtAnyMomentLeavesNothing)
+{
+    TempTree tree;
+    fillTree(tree);
+    const OrdinaryUser user(tree);
+    const std::string before = tree.snapshot();
+    int n = 0;
+    for (;; ++n) {
+        JobControl control;
+        CopyOptions options = actingAt(n, [&] { control.cancel(); });
+        options.control = &control;
+        const auto report = copyEntry(tree.path("a"), tree.path("ziel/b"), options);
+        if (report)
+            break;
+        EXPECT_TRUE(report.error().isCancelled()) << messageOf(report);
+        ASSERT_EQ(tree.snapshot(), before) << "cancelled at report " << n;
+    }
+    EXPECT_GT(n, 10);
+    EXPECT_EQ(snapshotOf(tree.path("ziel/b")), snapshotOf(tree.path("a")));
+}
+
+TEST(CopyEntryFailure, whatOthersPutIntoAHalfCopyStays)
+{
+    const TempTree tree;
+    fillTree(tree);
+    for (int n = 0;; ++n) {
+        JobControl control;
+        CopyOptions options = actingAt(n, [&] {
+            control.cancel();
+            if (tree.has("ziel/b")) {
+                tree.lines({"ziel/b/fremd=bleibt", "ziel/b/fremder ordner/x=bleibt"});
+                std::filesystem::remove(tree.path("ziel/b/eins"));
+                tree.file("ziel/b/eins", "fremd unter gleichem Namen");
+            }
+        });
+        options.control = &control;
+        const auto report = copyEntry(tree.path("a"), tree.path("ziel/b"), options);
+        if (report)
+            break;
+        if (tree.has("ziel/b")) {
+            EXPECT_EQ(tree.content("ziel/b/fremd"), "bleibt");
+            EXPECT_EQ(tree.content("ziel/b/fremder ordner/x"), "bleibt");
+            EXPECT_FALSE(tree.has("ziel/b/gross"));
+            EXPECT_FALSE(tree.has("ziel/b/tief"));
+            ASSERT_TRUE(removeOwnCopy(tree.path("ziel/b")));
+        }
+    }
+}
+
+TEST(CopyEntryFailure, aFileThatGetsShorterIsNoCopy)
+{
+    for (const Location &parent : {std::filesystem::temp_directory_path(), test::otherVolume()}) {
+        if (parent.empty())
+            continue;
+        const TempTree tree;
+        const TempTree target(parent);
+        tree.file("a", std::string(8 << 20, 'x'));
+        const CopyOptions options = actingAt(0, [&] { std::filesystem::resize_file(tree.path("a"), 1000); });
+        const CopyOptions later = actingAt(1, [&] { std::filesystem::resize_file(tree.path("a"), 1000); });
+        EXPECT_TRUE(copyEntry(tree.path("a"), target.path("b"), options)) << "before the copy reached it";
+        tree.file("a", std::string(8 << 20, 'x'));
+        EXPECT_FALSE(copyEntry(tree.path("a"), target.path("c"), later));
+        EXPECT_FALSE(target.has("c"));
+    }
+}
+
+TEST(CopyEntryFailure, pipesAndDevicesAreNamedAndNeverOpened)
+{
+    const TempTree tree;
+    tree.lines({"a/eins=1", "a/tief/"});
+    ASSERT_EQ(::mkfifo(tree.path("a/tief/pipe").c_str(), 0600), 0);
+    const std::string before = tree.snapshot();
+    const auto inside = copyEntry(tree.path("a"), tree.path("b"));
+    ASSERT_FALSE(inside);
+    EXPECT_TRUE(messageOf(inside).starts_with("„tief/pipe“: Das ist keine gewöhnliche Datei")) << messageOf(inside);
+    EXPECT_TRUE(inside.error().is(std::errc::not_supported));
+    EXPECT_FALSE(copyEntry(tree.path("a/tief/pipe"), tree.path("b")));
+    EXPECT_FALSE(copyEntry("/dev/null", tree.path("b")));
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+TEST(CopyEntryFailure, whatCannotBeReadFailsByName)
+{
+    TempTree tree;
+    tree.lines({"a/eins=1", "a/tief/geheim=2", "b/zu/x=3"});
+    ::chmod(tree.path("a/tief/geheim").c_str(), 0);
+    ::chmod(tree.path("b/zu").c_str(), 0);
+    const OrdinaryUser user(tree);
+    for (const auto &[source, name] : {std::pair("a", "„tief/geheim“"), std::pair("b", "„zu“")}) {
+        const auto report = copyEntry(tree.path(source), tree.path("neu"));
+        ASSERT_FALSE(report) << source;
+        EXPECT_TRUE(report.error().is(std::errc::permission_denied));
+        EXPECT_TRUE(messageOf(report).starts_with(name)) << messageOf(report);
+        EXPECT_FALSE(tree.has("neu"));
+    }
+}
+
+TEST(CopyEntryFailure, lentRightsDoNotPassToAnotherOwner)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can make a file of somebody else's";
+    TempTree tree;
+    tree.file("programm", "x");
+    {
+        const OrdinaryUser user(tree);
+    }
+    ASSERT_EQ(::chown(tree.path("programm").c_str(), 0, 0), 0);
+    ASSERT_EQ(::chmod(tree.path("programm").c_str(), 06755), 0);
+    ASSERT_TRUE(copyEntry(tree.path("programm"), tree.path("von root")));
+    EXPECT_EQ(readAttributes(tree.path("von root"))->mode, 06755U);
+    ASSERT_EQ(::seteuid(65534), 0);
+    EXPECT_TRUE(copyEntry(tree.path("programm"), tree.path("von anderen")));
+    EXPECT_EQ(readAttributes(tree.path("von anderen"))->mode & 07000U, 02000U) << "the group is root's own";
+    ASSERT_EQ(::seteuid(0), 0);
+}
+
+TEST(CopyEntryFailure, aFullDiskLeavesNothing)
+{
+    const TempTree tree;
+    fillTree(tree);
+    const PrivateMount small(tree.folder("klein"), "tmpfs", "size=1m");
+    if (!small)
+        GTEST_SKIP() << "cannot mount a small volume here";
+    tree.file("klein/vorher", "bleibt");
+    const std::string before = tree.snapshot();
+    for (const std::string source : {"a", "a/gross"}) {
+        const auto report = copyEntry(tree.path(source), tree.path("klein/b"));
+        ASSERT_FALSE(report);
+        EXPECT_TRUE(report.error().is(std::errc::no_space_on_device)) << messageOf(report);
+        EXPECT_EQ(tree.snapshot(), before) << source;
+    }
+}
+
+TEST(CopyEntryFailure, saysOnceWhatTheTargetCannotKeep)
+{
+    const TempTree tree;
+    tree.lines({"a/eins=1", "a/zwei=2"});
+    const PrivateMount plain(tree.folder("karg"), "ramfs", "");
+    if (!plain)
+        GTEST_SKIP() << "cannot mount a volume without extended attributes here";
+    for (const std::string name : {"a/eins", "a/zwei"})
+        ASSERT_EQ(::setxattr(tree.path(name).c_str(), "user.xdg.tags", "Rot", 3, 0), 0);
+    const auto report = copyEntry(tree.path("a"), tree.path("karg/b"));
+    ASSERT_TRUE(report) << messageOf(report);
+    EXPECT_EQ(report->notKept,
+              QStringList{QStringLiteral("Erweiterte Attribute und Markierungen kann das Ziel nicht speichern.")});
+    EXPECT_EQ(tree.content("karg/b/zwei"), "2");
+}
+
+TEST(CopyEntryFailure, aMountInsideDoesNotMakeACopyEndless)
+{
+    const TempTree tree;
+    tree.lines({"a/x=1", "a/schleife/", "ziel/"});
+    const PrivateMount any(tree.folder("irgendwo"), "tmpfs", "size=1m");
+    if (!any ||
+        ::mount(tree.path("a").c_str(), tree.path("a/schleife").c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0)
+        GTEST_SKIP() << "cannot mount a folder into itself here";
+    EXPECT_FALSE(copyEntry(tree.path("a"), tree.path("ziel/b")));
+    EXPECT_EQ(snapshotOf(tree.path("ziel")), "");
+    ::umount2(tree.path("a/schleife").c_str(), MNT_DETACH);
+    // The copy's own place, reached through a mount within the source.
+    ASSERT_EQ(::mount(tree.path("ziel").c_str(), tree.path("a/schleife").c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_FALSE(copyEntry(tree.path("a"), tree.path("ziel/b")));
+    EXPECT_EQ(snapshotOf(tree.path("ziel")), "");
+    ::umount2(tree.path("a/schleife").c_str(), MNT_DETACH);
+}
+
+TEST(RemoveOwnCopy, removesClosedFoldersAndFollowsNoLink)
+{
+    TempTree tree;
+    tree.lines({"kopie/zu/tief/x=1", "kopie/leer/", "kopie/zum rest->../rest", "rest/y=2", "link->rest"});
+    const OrdinaryUser user(tree);
+    ::chmod(tree.path("kopie/zu/tief").c_str(), 0);
+    ::chmod(tree.path("kopie/zu").c_str(), 0);
+    ::chmod(tree.path("kopie").c_str(), 0500);
+    for (const std::string name : {"kopie", "link", "fehlt", "fehlt/auch"}) {
+        const auto removed = removeOwnCopy(tree.path(name));
+        EXPECT_TRUE(removed) << name << messageOf(removed);
+        EXPECT_FALSE(tree.has(name));
+    }
+    EXPECT_EQ(tree.content("rest/y"), "2");
+}
+
+TEST(RemoveOwnCopy, stopsAtAMount)
+{
+    const TempTree tree;
+    tree.lines({"kopie/x=1", "kopie/platte/"});
+    const PrivateMount disk(tree.path("kopie/platte"), "tmpfs", "size=1m");
+    if (!disk)
+        GTEST_SKIP() << "cannot mount a volume here";
+    tree.file("kopie/platte/wichtig", "bleibt");
+    EXPECT_TRUE(removeOwnCopy(tree.path("kopie")).error().is(std::errc::device_or_resource_busy));
+    EXPECT_EQ(tree.content("kopie/platte/wichtig"), "bleibt");
+    EXPECT_FALSE(removeOwnCopy(tree.path("kopie/platte")));
+    EXPECT_EQ(tree.content("kopie/platte/wichtig"), "bleibt");
+}
+
+} // namespace
+
+} // namespace brellin
