@@ -23,10 +23,15 @@ struct AgentAI {
     using PdfText = std::function<Result<QString>(const Location &pdf)>;
 
     /// The chosen folder's name: one of `existing` where it fits, else a new short one. Nothing without a model, after an
-    /// error, or when the answer is of no use.
+    /// error, or when the answer is of no use. The model is told of the first 60 of `existing`; `limit` is for everything
+    /// from reading the file to the answer.
     static std::optional<QString> folderName(LanguageModel &model, const Location &file, const QStringList &existing,
                                              const PdfText &pdfText, std::chrono::milliseconds limit,
                                              const JobControl *control);
+
+    /// The names of the folders in `base` that a file can be sorted into, those with the most entries first. Hidden ones,
+    /// packages and links are left out; a folder that cannot be read has none.
+    static QStringList existingFolders(const Location &base, const JobControl *control = nullptr);
 
     /// The beginning of a file's text for the model: of a PDF its first page, of text, source code and JSON the beginning;
     /// white space folded, at most 1,200 characters. Empty for all else.
