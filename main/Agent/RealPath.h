@@ -5,7 +5,8 @@
 namespace brellin {
 
 /// The absolute path, free of links, of an entry that exists (a link at its end is followed). Neither opens the entry nor
-/// touches its access time. 0, or the system's error number.
-int realPath(const char *path, std::string &real);
+/// touches its access time. 0, or the system's error number: ELOOP also for a link that leads nowhere, which for the
+/// system is just something that does not exist.
+int realPath(const std::string &path, std::string &real);
 
 } // namespace brellin

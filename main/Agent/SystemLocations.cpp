@@ -43,12 +43,6 @@ bool diskIgnoresCase(const std::string &folder)
            named.st_dev == other.st_dev && named.st_ino == other.st_ino;
 }
 
-bool isLink(const std::string &path)
-{
-    struct stat status{};
-    return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
-}
-
 std::optional<std::string> resolvedPath(std::string path)
 {
     if (!isUsable(path))
@@ -56,12 +50,12 @@ std::optional<std::string> resolvedPath(std::string path)
     std::string rest;
     while (true) {
         std::string found;
-        const int error = realPath(path.c_str(), found);
+        const int error = realPath(path, found);
         if (error == 0)
             return rest.empty() ? found : joined(found, rest);
         // Of what is not there, or not ours to look into, the parent decides.
         const bool absent = error == ENOENT || error == ENOTDIR || error == EACCES || error == ENAMETOOLONG;
-        if (!absent || path == "/" || isLink(path))
+        if (!absent || path == "/")
             return std::nullopt;
         const std::size_t slash = path.rfind('/');
         rest = rest.empty() ? path.substr(slash + 1) : joined(std::string_view(path).substr(slash + 1), rest);
