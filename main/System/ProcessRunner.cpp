@@ -59,7 +59,7 @@ public:
     }
 
     Result<void> start();
-    /// Moves input and output until the program has closed both its outputs.
+    /// Gathers output until the program has ended.
     Result<void> converse(const JobControl *control);
     Result<ProcessOutput> finish();
 
@@ -68,6 +68,7 @@ private:
     Result<void> prepareInput();
     static void drain(Pipe &pipe, QByteArray &into);
     Result<void> mayGoOn(const JobControl *control) const;
+    bool hasEnded();
     void end();
 
     const ProcessRequest &m_request;
@@ -118,7 +119,13 @@ Result<void> Child::start()
     for (std::string &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    const int error = ::posix_spawnp(&m_pid, m_request.program.c_str(), &actions, nullptr, arguments.data(), environ);
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    // A group of its own, so that ending the program ends what it started.
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    const int error =
+        ::posix_spawnp(&m_pid, m_request.program.c_str(), &actions, &attributes, arguments.data(), environ);
+    ::posix_spawnattr_destroy(&attributes);
     ::posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
         m_pid = -1;
@@ -152,23 +159,36 @@ Result<void> Child::mayGoOn(const JobControl *control) const
 
 Result<void> Child::converse(const JobControl *control)
 {
+    bool ended = false;
     while (m_output.readEnd() >= 0 || m_errors.readEnd() >= 0) {
         TRY(mayGoOn(control));
         std::array<pollfd, 2> waiting{pollfd{m_output.readEnd(), POLLIN, 0}, pollfd{m_errors.readEnd(), POLLIN, 0}};
-        if (::poll(waiting.data(), waiting.size(), pollMilliseconds) <= 0)
+        if (::poll(waiting.data(), waiting.size(), ended ? 0 : pollMilliseconds) <= 0) {
+            // What the program left running may hold its outputs open for as long as it likes. The last look comes after
+            // the end, so that no output of the program itself is missed.
+            if (ended)
+                break;
+            ended = hasEnded();
             continue;
+        }
         if (waiting[0].revents != 0)
             drain(m_output, m_outputText);
         if (waiting[1].revents != 0)
             drain(m_errors, m_errorText);
     }
     // Both outputs are closed; the program itself may take a moment longer.
-    while (::waitpid(m_pid, &m_status, WNOHANG) == 0) {
+    while (!hasEnded()) {
         TRY(mayGoOn(control));
         ::poll(nullptr, 0, 5);
     }
-    m_pid = -1;
     return {};
+}
+
+bool Child::hasEnded()
+{
+    if (m_pid > 0 && ::waitpid(m_pid, &m_status, WNOHANG) != 0)
+        m_pid = -1;
+    return m_pid < 0;
 }
 
 Result<ProcessOutput> Child::finish()
@@ -179,16 +199,17 @@ Result<ProcessOutput> Child::finish()
     return ProcessOutput{WEXITSTATUS(m_status), m_outputText, m_errorText};
 }
 
-/// Asks the program to end, and does not ask a second time.
+/// Asks the program and what it started to end, and does not ask a second time.
 void Child::end()
 {
-    ::kill(m_pid, SIGTERM);
-    for (int waited = 0; waited < 500; waited += pollMilliseconds) {
-        if (::waitpid(m_pid, &m_status, WNOHANG) != 0)
-            return;
-        ::poll(nullptr, 0, pollMilliseconds);
+    ::kill(-m_pid, SIGTERM);
+    // Not collected yet, so that its number stays that of the group.
+    siginfo_t ended{};
+    for (int waited = 0; waited < 500 && ended.si_pid == 0; waited += pollMilliseconds) {
+        if (::waitid(P_PID, static_cast<id_t>(m_pid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid == 0)
+            ::poll(nullptr, 0, pollMilliseconds);
     }
-    ::kill(m_pid, SIGKILL);
+    ::kill(-m_pid, SIGKILL);
     ::waitpid(m_pid, &m_status, 0);
 }
 

@@ -1,0 +1,94 @@
+#include "System/ProcessRunner.h"
+
+#include "Support/TempTree.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace brellin;
+using namespace std::chrono_literals;
+using brellin::test::TempTree;
+
+namespace {
+
+Result<ProcessOutput> shell(const std::string &script, const QByteArray &input = {},
+                            std::chrono::milliseconds timeout = 30s, const JobControl *control = nullptr)
+{
+    ProcessRequest request;
+    request.program = "sh";
+    request.arguments = {"-c", script};
+    request.input = input;
+    request.timeout = timeout;
+    return SystemProcessRunner().run(request, control);
+}
+
+TEST(ProcessRunner, GivesOutputErrorsAndExitCode)
+{
+    const ProcessOutput output = shell("cat; echo schlecht >&2; exit 3", "hin").value();
+    EXPECT_EQ(output.exitCode, 3);
+    EXPECT_EQ(output.output, "hin");
+    EXPECT_EQ(output.errors, "schlecht\n");
+}
+
+TEST(ProcessRunner, PassesArgumentsAsBytes)
+{
+    const TempTree tree;
+    ProcessRequest request;
+    request.program = "printf";
+    request.arguments = {"[%s]", "b\xFFse", "", "-n \"'$x\n"};
+    request.workingFolder = tree.folder("hier");
+    EXPECT_EQ(SystemProcessRunner().run(request, nullptr).value().output, "[b\xFFse][][-n \"'$x\n]");
+    request.program = "pwd";
+    request.arguments.clear();
+    EXPECT_EQ(SystemProcessRunner().run(request, nullptr).value().output.trimmed().toStdString(),
+              tree.path("hier").native());
+}
+
+TEST(ProcessRunner, MovesMoreThanAPipeHolds)
+{
+    const QByteArray megabytes(5'000'000, 'x');
+    EXPECT_EQ(shell("cat", megabytes).value().output, megabytes);
+    EXPECT_EQ(shell("exec <&-; echo fertig", megabytes).value().output, "fertig\n") << "it never reads its input";
+    EXPECT_EQ(shell("head -c 3000000 /dev/zero >&2; head -c 3000000 /dev/zero").value().errors.size(), 3'000'000);
+}
+
+TEST(ProcessRunner, FailsWhereThereIsNoAnswer)
+{
+    ProcessRequest missing;
+    missing.program = "gibt-es-nicht-brellin";
+    const auto absent = SystemProcessRunner().run(missing, nullptr);
+    ASSERT_FALSE(absent);
+    EXPECT_TRUE(absent.error().is(std::errc::no_such_file_or_directory));
+    missing.program = "true";
+    missing.workingFolder = "/gibt/es/nicht";
+    EXPECT_FALSE(SystemProcessRunner().run(missing, nullptr));
+    EXPECT_FALSE(shell("kill -SEGV $$")) << "a crash is no answer";
+}
+
+TEST(ProcessRunner, EndsWhatTakesTooLong)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const auto late = shell("trap '' TERM; sleep 60 & wait; sleep 60", {}, 200ms);
+    ASSERT_FALSE(late);
+    EXPECT_TRUE(late.error().is(std::errc::timed_out));
+    JobControl control;
+    std::jthread canceller([&] {
+        std::this_thread::sleep_for(100ms);
+        control.cancel();
+    });
+    const auto cancelled = shell("exec sleep 60", {}, 60s, &control);
+    ASSERT_FALSE(cancelled);
+    EXPECT_TRUE(cancelled.error().isCancelled());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 30s);
+}
+
+TEST(ProcessRunner, WaitsNotForWhatAProgramLeftRunning)
+{
+    // The grandchild keeps the outputs open.
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(shell("echo da; sleep 9 &").value_or(ProcessOutput()).output, "da\n");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+}
+
+} // namespace
