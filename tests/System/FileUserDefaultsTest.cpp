@@ -1,0 +1,195 @@
+#include "System/FileUserDefaults.h"
+
+#include "Support/TempTree.h"
+#include "System/FileLock.h"
+#include "System/MemoryUserDefaults.h"
+
+#include <QDateTime>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace brellin;
+using brellin::test::TempTree;
+
+namespace {
+
+using Change = UserDefaults::Change;
+using Old = std::optional<QByteArray>;
+
+class FileUserDefaultsTest : public ::testing::Test {
+protected:
+    std::vector<std::string> files() const
+    {
+        std::vector<std::string> names;
+        for (const auto &entry : std::filesystem::directory_iterator(tree.path("s/einstellungen")))
+            names.push_back(entry.path().filename());
+        std::ranges::sort(names);
+        return names;
+    }
+
+    TempTree tree;
+    FileUserDefaults defaults{tree.path("s/einstellungen")};
+};
+
+TEST_F(FileUserDefaultsTest, KeepsValuesAndListsForTheNextStart)
+{
+    EXPECT_FALSE(defaults.value(u"zahl"_qs));
+    EXPECT_FALSE(defaults.json(u"liste"_qs));
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(1'800'000'000, Qt::UTC);
+    EXPECT_TRUE(defaults.setValue(u"zahl"_qs, 24));
+    EXPECT_TRUE(defaults.setValue(u"schalter"_qs, false));
+    EXPECT_TRUE(defaults.setValue(u"text"_qs, u"ä, b; \"c\""_qs));
+    EXPECT_TRUE(defaults.setValue(u"datum"_qs, date));
+    EXPECT_TRUE(defaults.update(u"liste"_qs, [](const Old &) { return Change{"[1]"}; }));
+
+    const FileUserDefaults next(tree.path("s/einstellungen"));
+    EXPECT_EQ(next.value(u"zahl"_qs)->toInt(), 24);
+    EXPECT_EQ(next.value(u"schalter"_qs)->toBool(), false);
+    EXPECT_EQ(next.value(u"text"_qs)->toString(), u"ä, b; \"c\""_qs);
+    EXPECT_EQ(next.value(u"datum"_qs)->toDateTime(), date);
+    EXPECT_EQ(next.json(u"liste"_qs), "[1]");
+    for (const char *const name : {"s/einstellungen", "s/einstellungen/liste.json"}) {
+        struct stat status{};
+        ASSERT_EQ(::stat(tree.path(name).c_str(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 077U, 0U) << name << " is the user's alone";
+    }
+}
+
+TEST_F(FileUserDefaultsTest, UpdateSeesWhatOthersWrote)
+{
+    FileUserDefaults other(tree.path("s/einstellungen"));
+    EXPECT_TRUE(defaults.update(u"l"_qs, [](const Old &) { return Change{"[1]"}; }));
+    EXPECT_TRUE(other.update(u"l"_qs, [](const Old &old) {
+        EXPECT_EQ(old, "[1]");
+        return Change{"[1,2]"};
+    }));
+    EXPECT_TRUE(defaults.update(u"l"_qs, [](const Old &old) {
+        EXPECT_EQ(old, "[1,2]");
+        return std::optional<Change>();
+    }));
+    EXPECT_EQ(defaults.json(u"l"_qs), "[1,2]");
+}
+
+TEST_F(FileUserDefaultsTest, TwoProgramsLoseNothing)
+{
+    constexpr int programs = 4;
+    constexpr int rounds = 25;
+    std::vector<pid_t> children;
+    for (int number = 0; number < programs; ++number) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            FileUserDefaults own(tree.path("s/einstellungen"));
+            bool good = true;
+            for (int round = 0; round < rounds; ++round) {
+                const auto append = [](const Old &old) { return Change{old.value_or("") + 'x'}; };
+                good = own.update(u"l"_qs, append).has_value() && good;
+                good = own.setValue(u"wert%1"_qs.arg(number), round).has_value() && good;
+            }
+            ::_exit(good ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(defaults.json(u"l"_qs)->size(), programs * rounds);
+    for (int number = 0; number < programs; ++number)
+        EXPECT_EQ(defaults.value(u"wert%1"_qs.arg(number))->toInt(), rounds - 1);
+}
+
+TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
+{
+    tree.file("s/einstellungen/l.json", "[{kaputt");
+    EXPECT_TRUE(defaults.update(u"l"_qs, [](const Old &) { return Change{"[]", true}; }));
+    const std::vector<std::string> names = files();
+    ASSERT_EQ(names.size(), 3U) << "list, lock and what was kept aside";
+    const auto aside = std::ranges::find_if(
+        names, [](const std::string &name) { return name.starts_with("l.beschädigt-") && name.ends_with(".json"); });
+    ASSERT_NE(aside, names.end());
+    EXPECT_EQ(tree.content("s/einstellungen/" + *aside), "[{kaputt");
+    EXPECT_EQ(tree.content("s/einstellungen/l.json"), "[]");
+}
+
+TEST_F(FileUserDefaultsTest, AnUnreadableListIsNotAnEmptyOne)
+{
+    // A folder in its place cannot be read by anybody, root included.
+    tree.folder("s/einstellungen/l.json");
+    bool asked = false;
+    const auto updated = defaults.update(u"l"_qs, [&](const Old &) {
+        asked = true;
+        return Change{"[]"};
+    });
+    EXPECT_FALSE(updated);
+    EXPECT_FALSE(asked);
+    EXPECT_TRUE(tree.has("s/einstellungen/l.json"));
+}
+
+TEST_F(FileUserDefaultsTest, AMemoryCopyNeverWritesThrough)
+{
+    EXPECT_TRUE(defaults.setValue(u"zahl"_qs, 1));
+    EXPECT_TRUE(defaults.update(u"l"_qs, [](const Old &) { return Change{"[1]"}; }));
+    const std::string before = tree.snapshot();
+    MemoryUserDefaults memory(&defaults);
+    EXPECT_EQ(memory.value(u"zahl"_qs)->toInt(), 1);
+    EXPECT_TRUE(memory.setValue(u"zahl"_qs, 2));
+    EXPECT_TRUE(memory.update(u"l"_qs, [](const Old &old) { return Change{*old + "2"}; }));
+    EXPECT_EQ(memory.value(u"zahl"_qs)->toInt(), 2);
+    EXPECT_EQ(memory.json(u"l"_qs), "[1]2");
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+TEST(FileLockTest, IsHeldByOneAndGivenBackByTheDead)
+{
+    const TempTree tree;
+    const Location file = tree.path("lock");
+    std::array<int, 2> ready{};
+    ASSERT_EQ(::pipe(ready.data()), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const auto lock = FileLock::tryNow(file);
+        const char held = lock ? 'j' : 'n';
+        [[maybe_unused]] const auto written = ::write(ready[1], &held, 1);
+        ::pause();
+        ::_exit(0);
+    }
+    char held = 0;
+    ASSERT_EQ(::read(ready[0], &held, 1), 1);
+    EXPECT_EQ(held, 'j');
+    const auto refused = FileLock::tryNow(file);
+    ASSERT_FALSE(refused);
+    EXPECT_TRUE(refused.error().is(std::errc::resource_unavailable_try_again));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    auto mine = FileLock::wait(file);
+    ASSERT_TRUE(mine);
+    EXPECT_FALSE(FileLock::tryNow(file)) << "one object at a time, in one program as well";
+    mine->release();
+    EXPECT_TRUE(FileLock::tryNow(file));
+    ::close(ready[0]);
+    ::close(ready[1]);
+}
+
+TEST(AtomicWrite, ReplacesWholeFilesThroughLinks)
+{
+    const TempTree tree;
+    tree.lines({"echt/datei=alt", "link->echt/datei"});
+    EXPECT_TRUE(writeAtomically(tree.path("link"), "neu"));
+    EXPECT_EQ(tree.content("echt/datei"), "neu");
+    EXPECT_TRUE(std::filesystem::is_symlink(tree.path("link")));
+    EXPECT_FALSE(writeAtomically(tree.path("fehlt/datei"), "x"));
+    EXPECT_FALSE(writeAtomically(tree.path("echt"), "x")) << "a folder";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 2) << "nothing left beside it";
+}
+
+} // namespace
