@@ -34,9 +34,10 @@ struct CopyReport {
 };
 
 /// Copies a file, link or folder to `destination`, which must not exist (never over anything: `errc::file_exists`) and
-/// whose folder must. Data is cloned where the file system can, else copied in the kernel, else read and written; holes
-/// stay holes. Extended attributes, ACL, times, mode and, where permitted, owner come along; a link stays a link; hard
-/// links inside the copied tree stay linked. Links are never followed; trees may be of any depth, and go on into mounts.
+/// whose folder must. Data is cloned where the file system can, else copied in the kernel, else read and written;
+/// holes stay holes. Extended attributes, ACL, times, mode and, where permitted, owner come along; a link stays a
+/// link; hard links inside the copied tree stay linked. Links are never followed; trees may be of any depth, and go on
+/// into mounts.
 ///
 /// A file is copied as long as it was when the copy reached it; one that gets shorter meanwhile is a failure. A socket,
 /// pipe or device is a failure (`errc::not_supported`), never a hang. A folder is not copied into itself, by whatever

@@ -16,8 +16,8 @@ class CopyData {
 public:
     explicit CopyData(CopyPulse &pulse) : m_pulse(pulse) {}
 
-    /// Copies the bytes that `source` had when `status` was read; what is appended later is not taken. A source that got
-    /// shorter is a failure. Holes stay holes. `destination` is empty and open for writing.
+    /// Copies the bytes that `source` had when `status` was read; what is appended later is not taken. A source that
+    /// got shorter is a failure. Holes stay holes. `destination` is empty and open for writing.
     Result<void> copy(int source, const struct stat &status, int destination);
 
 private:

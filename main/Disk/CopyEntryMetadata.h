@@ -18,7 +18,8 @@ public:
     Result<void> apply(int source, const struct stat &from, int destination, const struct stat &made);
     /// The same for a link, by name.
     Result<void> applyToLink(const struct stat &from, NameIn destination, const struct stat &made);
-    /// Takes off what a new file or folder got from the folder that it was made in: an original has its own rights only.
+    /// Takes off what a new file or folder got from the folder that it was made in: an original has its own rights
+    /// only.
     void dropInheritedAccess(int destination);
 
     /// A German sentence for each kind of thing that was lost at least once.

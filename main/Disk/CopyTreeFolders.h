@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// The open folders from the top of a tree down to where the work is. Only the deepest stay open, so that a tree may be of
-/// any depth; the others are opened again through "..", and must be the same folders then.
+/// The open folders from the top of a tree down to where the work is. Only the deepest stay open, so that a tree may
+/// be of any depth; the others are opened again through "..", and must be the same folders then.
 class CopyTreeFolders {
 public:
     std::size_t depth() const { return m_levels.size(); }

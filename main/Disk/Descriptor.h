@@ -63,7 +63,8 @@ Result<Descriptor> openFolder(NameIn entry);
 /// lets us, without touching its access time.
 Result<Descriptor> openForReading(NameIn entry);
 
-/// A number for the mount that an open folder lies on, different for two mounts of one device where the system can tell.
+/// A number for the mount that an open folder lies on, different for two mounts of one device where the system can
+/// tell.
 std::uint64_t mountOf(int folder);
 
 /// What an entry is, without following a link.

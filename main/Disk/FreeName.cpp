@@ -28,8 +28,8 @@ std::string_view cut(std::string_view text, std::size_t limit)
     return text.substr(0, startsCharacter ? end : limit);
 }
 
-/// `name` with `insertion` before its extension, the stem cut to what `limit` leaves. Where the extension leaves nothing
-/// for the stem it is none that anybody could read, and is cut like the rest.
+/// `name` with `insertion` before its extension, the stem cut to what `limit` leaves. Where the extension leaves
+/// nothing for the stem it is none that anybody could read, and is cut like the rest.
 std::string composed(std::string_view name, std::string_view insertion, std::size_t limit)
 {
     std::string_view stem = stemOf(name);

@@ -103,8 +103,8 @@ Result<void> renameOverReserved(NameIn from, NameIn to)
     return failure(why);
 }
 
-/// A plain rename replaces only an empty folder by a folder. So between the look and the rename at worst an empty folder
-/// made by somebody else in that moment is lost, never a file.
+/// A plain rename replaces only an empty folder by a folder. So between the look and the rename at worst an empty
+/// folder made by somebody else in that moment is lost, never a file.
 Result<void> renameFolderOntoFreeName(NameIn from, NameIn to)
 {
     if (const auto there = statusOf(to); there || !there.error().is(std::errc::no_such_file_or_directory))

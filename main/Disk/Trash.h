@@ -13,8 +13,8 @@ class Trash {
 public:
     virtual ~Trash() = default;
 
-    /// Puts an entry (a link itself, not its target) into the Trash of its volume and gives its place there. Fails where
-    /// the volume has no Trash that can be used; the entry is then untouched.
+    /// Puts an entry (a link itself, not its target) into the Trash of its volume and gives its place there. Fails
+    /// where the volume has no Trash that can be used; the entry is then untouched.
     virtual Result<Location> put(const Location &entry) = 0;
 
     /// Whether `put` would find a usable Trash for this entry. Nothing is changed for good.

@@ -26,8 +26,8 @@ class Volumes {
 public:
     virtual ~Volumes() = default;
 
-    /// Whether two entries lie on one volume, so that a rename may go from one to the other: same device and same mount.
-    /// Of an entry that does not exist, its deepest existing parent decides; doubt answers false.
+    /// Whether two entries lie on one volume, so that a rename may go from one to the other: same device and same
+    /// mount. Of an entry that does not exist, its deepest existing parent decides; doubt answers false.
     virtual bool same(const Location &a, const Location &b) const = 0;
     /// Decided from the mount table by path text, without touching the volume.
     virtual bool isLocal(const Location &location) const = 0;

@@ -1,5 +1,6 @@
 #include "Disk/CopyEntry.h"
 
+#include "Disk/CopyTreeRemoval.h"
 #include "Disk/FileAttributes.h"
 #include "Support/TempTree.h"
 
@@ -295,6 +296,23 @@ TEST(RemoveOwnCopy, stopsAtAMount)
     EXPECT_EQ(tree.content("kopie/platte/wichtig"), "bleibt");
     EXPECT_FALSE(removeOwnCopy(tree.path("kopie/platte")));
     EXPECT_EQ(tree.content("kopie/platte/wichtig"), "bleibt");
+}
+
+TEST(RemoveTree, knowsOwnEntriesByPathWhereInodesChange)
+{
+    const TempTree tree;
+    tree.lines({"kopie/a=1", "kopie/b/a=2", "kopie/b/c=fremd", "kopie/d/a=fremd"});
+    OwnEntries own(OwnEntries::KnownBy::Path);
+    const std::uint64_t top = OwnEntries::pathMark(0, "kopie");
+    const std::uint64_t b = OwnEntries::pathMark(top, "b");
+    for (const std::uint64_t mark : {top, b, OwnEntries::pathMark(top, "a"), OwnEntries::pathMark(b, "a")})
+        own.add(mark, 0);
+    own.sort();
+    const EntryPlace place = *openPlace(tree.path("kopie"));
+    EXPECT_TRUE(removeTree(place.at(), &own));
+    EXPECT_FALSE(tree.has("kopie/a"));
+    EXPECT_FALSE(tree.has("kopie/b/a"));
+    EXPECT_EQ(tree.content("kopie/b/c") + tree.content("kopie/d/a"), "fremdfremd");
 }
 
 } // namespace

@@ -173,7 +173,8 @@ Result<TrashFolder::Record> TrashFolder::reserve(std::string_view wanted) const
     }
 }
 
-/// The record reaches the disk before the entry moves: after a power cut an entry in the Trash must still know its origin.
+/// The record reaches the disk before the entry moves: after a power cut an entry in the Trash must still know its
+/// origin.
 Result<void> TrashFolder::fill(const Record &record, NameIn entry, std::string_view origin) const
 {
     TRY(writeAll(record.file.number(), trashInfoText(origin, QDateTime::currentDateTime())));
