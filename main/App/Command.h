@@ -35,6 +35,7 @@ const std::vector<Command> &commands();
 
 ExitCode runRulesCommand(CommandContext &context);
 ExitCode runCheckCommand(CommandContext &context);
+ExitCode runModelCommand(CommandContext &context);
 ExitCode runHistoryCommand(CommandContext &context);
 ExitCode runUndoCommand(CommandContext &context);
 
