@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/AgentAI.h"
 #include "Agent/SystemLocations.h"
 #include "Disk/FileActions.h"
 #include "Disk/Trash.h"
@@ -19,6 +20,8 @@ struct AgentServices {
     const Clock &clock;
     const KnownFolders &folders;
     const SystemLocations &locations;
+    LanguageModel &model;
+    AgentAI::PdfText pdfText;
     Location stateFolder; ///< for the lock and the journals
 };
 

@@ -15,6 +15,7 @@ struct Candidate {
     bool needsAI = false;           ///< the destination is still to be chosen by the language model
     std::optional<Location> aiBase; ///< the folder in which it chooses a sub-folder
     FileState seen;
+    QUuid rule = {}; ///< the rule that took the file
 
     bool operator==(const Candidate &) const = default;
 };

@@ -4,13 +4,18 @@
 #include "Agent/AgentServices.h"
 #include "Agent/CleanupRule.h"
 #include "Agent/Execution.h"
+#include "Agent/FolderAnalysis.h"
 #include "Agent/FolderProfile.h"
 #include "Agent/JournalRun.h"
+#include "Agent/ProposalMemory.h"
+#include "Agent/ReviewReport.h"
 #include "Agent/Scan.h"
+#include "Agent/Schedule.h"
 #include "Agent/UndoRun.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
 
+#include <map>
 #include <set>
 #include <vector>
 
@@ -18,7 +23,8 @@ namespace brellin {
 
 /// The cleanup agent: keeps the user's rules, looks what they would do, does what was ticked, and takes it back.
 ///
-/// Lives on the main thread. One operation at a time: while `running`, the others do nothing. Each ends with `finished`.
+/// Lives on the main thread. One operation at a time: while `running`, the others do nothing. Each ends with a call of
+/// what `whenFinished` was given. The agent's own timer runs once `start` was called.
 class CleanupAgent : public Model {
 public:
     Published<std::vector<CleanupRule>> rules;
@@ -34,72 +40,118 @@ public:
     Published<QString> status; ///< what is being done, or what came of the last thing
     Published<int> newSinceViewed;
     Published<std::optional<Instant>> lastRun;
-    Published<double> progress; ///< 0 … 1 while running
-    Published<QString> detail;  ///< the file at hand
+    Published<double> progress;                                    ///< 0 … 1 while running
+    Published<QString> detail;                                     ///< the folder or file at hand
+    Published<std::map<QUuid, QString>> failures;                  ///< proposals that could not be carried out, and why
+    Published<std::map<QUuid, std::vector<Location>>> notRestored; ///< undone runs: what could not be put back
+    Published<std::set<QUuid>> interruptedRuns;                    ///< runs that were cut short and taken over
+    Published<std::vector<NeverProposed>> never;                   ///< findings not to be offered again
 
     /// Loads what is stored and brings it up to date. The services outlive the agent and its work.
     explicit CleanupAgent(const AgentServices &services);
     ~CleanupAgent() override;
 
-    /// Takes over what a killed program left behind.
+    /// Takes over what a killed program left behind, arms the timer and starts a scan that is due.
+    void start();
     void recover();
+    /// Arms the timer anew, after a change of the interval, and starts a scan that is due.
+    void schedule();
+    /// What the timer does: a scan if one is due and nobody is at work with the agent, and the daily look for receipts.
+    void tick();
+    /// Asked at each tick; for whoever looks for receipts.
+    void onReceiptTick(std::function<void()> ask) { m_receiptTick = std::move(ask); }
 
     /// What a scan may do: carry out what is automatic and remember that it was there, or nothing but propose.
     enum class ScanPurpose { ActAndPropose, ProposeOnly };
-    void scan(ScanPurpose purpose = ScanPurpose::ActAndPropose);
+    enum class Search { Rules, RulesAndDuplicates };
+    void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose);
+    /// Proposes the duplicates in these folders and nothing else.
+    void searchDuplicates(const std::vector<Location> &folders);
+
+    /// Analyses one folder and replaces the proposals. A software project without a profile ends with `pendingProfile`.
+    void analyze(const Location &folder);
+    /// Stores the pending profile as the user edited it and goes on with the analysis …
+    void confirmPendingProfile(const FolderProfile &profile);
+    /// … or ends it without proposals.
+    void cancelPendingProfile();
 
     /// Carries out the ticked proposals, in list order, as one run.
     void executeChosen();
     /// Removes proposals from the list; nothing happens to their files.
     void discard(const std::set<QUuid> &ids);
     void choose(const std::set<QUuid> &ids);
+    /// Removes proposals and does not make them again, until the user takes that back.
+    void neverPropose(const std::set<QUuid> &ids);
+    void proposeAgain(const NeverProposed &one);
     /// Undoes a run of the history that is not undone yet.
     void undo(const QUuid &run);
     /// Ends the operation at work as soon as it can stop; it still finishes.
     void cancel();
 
+    /// Writes the report of the proposals for `folder` (none: those of the rules).
+    Result<ReviewReport> writeReport(const std::optional<Location> &folder) const;
+    /// Writes it and hands it over to the desktop's assistant; the status says how that went.
+    void handOverToClaude(const std::optional<Location> &folder, Workspace &workspace, Pasteboard &pasteboard);
+
+    /// The agent's screen is open: what it shows is not new.
+    void setViewVisible(bool visible);
+    /// A list or a sheet is being looked at: the timer does not pull it away.
+    void setAttended(bool attended) { m_attended = attended; }
+
     /// What the operations leave for whoever started them.
     const ScanFindings &findings() const { return m_findings; }
+    const std::optional<AnalysisFindings> &analysis() const { return m_analysis; }
     const std::optional<ExecutionOutcome> &lastExecution() const { return m_execution; }
     const std::optional<UndoOutcome> &lastUndo() const { return m_undo; }
     /// Why the last operation was not begun at all, or could not be finished.
     const std::optional<Failure> &lastFailure() const { return m_failure; }
-
     /// Called once when an operation has ended and everything is published.
     void whenFinished(std::function<void()> finished) { m_finished = std::move(finished); }
 
-    /// Replaces the stored rules by what `change` makes of them.
+    /// Replaces the stored rules (profiles) by what `change` makes of them.
     Result<void> updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change);
+    Result<void> updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change);
     Result<void> addExampleRules();
+    Result<void> setDuplicateFolders(const std::vector<Location> &folders);
     void setIntervalHours(int hours);
     void setAutoDuplicates(bool on);
-    void markViewed();
     /// Notes that the user's folders have just been checked.
     void noteChecked();
 
 private:
     void load();
     void upgradeRules();
+    void reloadHistory();
     bool begin(const QString &what);
     void end(const QString &what);
+    void fail(const Failure &why);
     void watch(const JobControl &control);
+    void startScan(const ScanRequest &request, ScanPurpose purpose);
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);
     void finishScan(Result<ExecutionOutcome> automatic);
+    AnalysisRequest analysisRequest(const Location &folder) const;
+    void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
-    void discardFromList(const std::set<QUuid> &ids);
+    void removeFromList(const std::set<QUuid> &ids);
     void executed(Result<ExecutionOutcome> result);
     void undone(Result<UndoOutcome> result);
-    void reloadHistory();
     void setNewSinceViewed(int count);
 
     AgentServices m_services;
     ScanFindings m_findings;
+    std::optional<AnalysisFindings> m_analysis;
     std::optional<ExecutionOutcome> m_execution;
     std::optional<UndoOutcome> m_undo;
     std::optional<Failure> m_failure;
+    std::optional<Location> m_analysedFolder; ///< waits for its profile
     std::function<void()> m_finished;
+    std::function<void()> m_receiptTick;
+    bool m_viewVisible = false;
+    bool m_attended = false;
+    Schedule m_schedule;
     QThreadPool m_pool;
     Job<Result<ScanFindings>> m_scan;
+    Job<Result<AnalysisFindings>> m_analyzing;
     Job<Result<ExecutionOutcome>> m_executing;
     Job<Result<UndoOutcome>> m_undoing;
 };

@@ -4,6 +4,7 @@
 #include "Base/German.h"
 #include "Disk/FreeName.h"
 
+#include <QDateTime>
 #include <QRegularExpression>
 
 namespace brellin {
@@ -51,6 +52,19 @@ std::optional<Location> rulePath(const QString &text, const Location &home)
     return standardised(path);
 }
 
+QDate LocalDays::of(Instant instant)
+{
+    auto after = m_days.upper_bound(instant);
+    if (after != m_days.begin() && instant < std::prev(after)->second.end)
+        return std::prev(after)->second.date;
+    const QDate date = localDay(instant);
+    const auto beginning = [](const QDate &day) {
+        return Instant(std::chrono::milliseconds(day.startOfDay().toMSecsSinceEpoch()));
+    };
+    m_days.insert_or_assign(beginning(date), Day{beginning(date.addDays(1)), date});
+    return date;
+}
+
 RuleTargets::RuleTargets(const CleanupRule &rule, const Location &home, Instant now)
     : m_rule(rule)
     , m_home(home)
@@ -92,6 +106,7 @@ std::optional<Candidate> RuleTargets::candidate(const WalkedFile &file, const Ru
     if (!wanted)
         return std::nullopt;
     made.source = file.location();
+    made.rule = m_rule.id;
     return made;
 }
 
@@ -114,7 +129,7 @@ const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
     // Dates and types repeat, the rest of the pattern is fixed: few folders come of many files.
     std::pair<QDate, std::string> key;
     if (m_pattern.contains(u'{'))
-        key.first = localDay(dateOf(file));
+        key.first = m_days.of(dateOf(file));
     if (m_patternHasType)
         key.second = extensionOf(file.name);
     const auto [entry, isNew] = m_targets.try_emplace(std::move(key));

@@ -16,6 +16,19 @@ namespace brellin {
 /// The folder that a rule's path text means, standardised; "~" is the home folder. Nothing for an empty or relative text.
 std::optional<Location> rulePath(const QString &text, const Location &home);
 
+/// The calendar day of many instants: asking the system costs several file calls each time, so every day is asked for once.
+class LocalDays {
+public:
+    QDate of(Instant instant);
+
+private:
+    struct Day {
+        Instant end;
+        QDate date;
+    };
+    std::map<Instant, Day> m_days; ///< by their beginning
+};
+
 /// Where one rule puts files. Remembers the folders that its placeholders led to.
 class RuleTargets {
 public:
@@ -45,6 +58,7 @@ private:
     const Instant m_now;
     const QString m_pattern; ///< of the target, without names
     const bool m_patternHasType;
+    LocalDays m_days;
     std::map<std::pair<QDate, std::string>, Target> m_targets;
 };
 

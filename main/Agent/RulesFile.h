@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/CleanupRule.h"
+#include "Agent/FolderProfile.h"
 #include "Base/Result.h"
 
 #include <QByteArray>
@@ -15,5 +16,9 @@ Result<std::vector<CleanupRule>> readRules(const QByteArray &json);
 
 /// The rules as a file for people: indented JSON.
 QByteArray writeRules(const std::vector<CleanupRule> &rules);
+
+/// The same for protection profiles; one without an absolute path is refused.
+Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json);
+QByteArray writeProfiles(const std::vector<FolderProfile> &profiles);
 
 } // namespace brellin

@@ -1,31 +1,141 @@
 #include "Agent/Scan.h"
 
+#include "Agent/AiSorting.h"
+#include "Agent/DuplicateFinder.h"
+#include "Agent/ProjectDetection.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
 
 #include <algorithm>
+#include <set>
 
 namespace brellin {
 
+using Kind = AgentProposal::Kind;
+
 namespace {
 
-AgentProposal proposalOf(const Candidate &candidate)
+/// One scan at work.
+class Scanner {
+public:
+    Scanner(const AgentServices &services, const ScanRequest &request, JobControl &control)
+        : m_services(services)
+        , m_request(request)
+        , m_control(control)
+        , m_projects(services.folders.home)
+    {
+    }
+
+    Result<ScanFindings> scan();
+
+private:
+    void proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates);
+    Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
+    void propose(AgentProposal proposal);
+    bool isProtected(const Location &location) const;
+
+    const AgentServices &m_services;
+    const ScanRequest &m_request;
+    JobControl &m_control;
+    ScanFindings m_findings;
+    std::set<Location> m_sources; ///< of the proposals so far
+    ProjectRoots m_projects;
+};
+
+Result<ScanFindings> Scanner::scan()
 {
-    AgentProposal proposal;
-    proposal.kind = candidate.kind;
-    proposal.source = candidate.source;
-    proposal.destination = candidate.destination;
-    proposal.reason = candidate.reason;
-    proposal.automatic = candidate.automatic;
-    proposal.preselected = true;
-    proposal.isFolder = candidate.isPackage;
-    proposal.seen = candidate.seen;
-    return proposal;
+    m_control.setStage(QStringLiteral("Prüfe Regeln …"));
+    const RuleMatching matching(m_services.locations, m_services.clock);
+    const RuleEvaluation evaluation = TRY(matching.evaluateCounting(m_request.rules, &m_control));
+    m_findings.activeRules = std::ranges::count(m_request.rules, true, &CleanupRule::enabled);
+    m_findings.checkedFiles = evaluation.checkedFiles;
+    m_findings.leftForScripts = evaluation.leftForScripts;
+    Duplicates duplicates;
+    if (m_request.duplicateFolders) {
+        m_control.setStage(QStringLiteral("Suche doppelte Dateien …"));
+        duplicates = TRY(findDuplicates(*m_request.duplicateFolders, m_services.locations, &m_control));
+    }
+    m_control.setStage(QStringLiteral("Prüfe Ordner …"));
+    m_findings.duplicatesCapped = duplicates.capped;
+    m_findings.duplicateFiles = duplicates.files;
+    proposeDuplicates(duplicates, evaluation.candidates);
+    TRY(proposeCandidates(evaluation.candidates));
+    return std::move(m_findings);
 }
 
-bool isProtectedByAny(const std::vector<FolderProfile> &profiles, const Location &location)
+bool Scanner::isProtected(const Location &location) const
 {
-    return std::ranges::any_of(profiles, [&](const FolderProfile &one) { return one.isProtected(location); });
+    return std::ranges::any_of(m_request.profiles,
+                               [&](const FolderProfile &profile) { return profile.isProtected(location); });
+}
+
+void Scanner::propose(AgentProposal proposal)
+{
+    if (isProtected(proposal.source) || m_sources.contains(proposal.source))
+        return;
+    const bool unwanted = std::ranges::find(m_request.never, NeverProposed::of(proposal)) != m_request.never.end();
+    if (unwanted)
+        return;
+    // What belongs to a project may be needed where it is, whatever a rule says of its name.
+    if (m_projects.above(proposal.source)) {
+        proposal.needsReview = true;
+        proposal.automatic = false;
+        proposal.preselected = false;
+    }
+    m_sources.insert(proposal.source);
+    m_findings.proposals.push_back(std::move(proposal));
+}
+
+void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates)
+{
+    // Where a rule would trash the file that is to be kept, its copies must not go as well.
+    std::set<Location> trashed;
+    for (const Candidate &candidate : candidates) {
+        if (candidate.kind == Kind::Trash)
+            trashed.insert(candidate.source);
+    }
+    for (const DuplicatePair &pair : duplicates.pairs) {
+        if (trashed.contains(pair.kept))
+            continue;
+        AgentProposal proposal;
+        proposal.kind = Kind::Trash;
+        proposal.source = pair.duplicate;
+        proposal.reason = duplicateReason(pair.kept);
+        proposal.automatic = m_request.autoDuplicates;
+        proposal.preselected = true;
+        proposal.seen = pair.duplicateState;
+        proposal.keptCopy = pair.kept;
+        propose(std::move(proposal));
+    }
+    m_findings.duplicates = static_cast<std::int64_t>(m_findings.proposals.size());
+}
+
+Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
+{
+    AiSorting sorting(m_services, m_control);
+    m_control.setTotal(static_cast<qint64>(candidates.size()));
+    for (const Candidate &candidate : candidates) {
+        if (m_control.cancelled())
+            return failure(Failure::cancelled());
+        m_control.advance();
+        AgentProposal proposal;
+        proposal.kind = candidate.kind;
+        proposal.source = candidate.source;
+        proposal.destination = candidate.destination;
+        proposal.reason = candidate.reason;
+        proposal.automatic = candidate.automatic;
+        proposal.preselected = true;
+        proposal.isFolder = candidate.isPackage;
+        proposal.seen = candidate.seen;
+        if (candidate.needsAI && !isProtected(candidate.source)) {
+            m_control.setDetail(shownName(candidate.source));
+            proposal.destination = sorting.destinationOf(candidate);
+        }
+        if (!candidate.needsAI || proposal.destination)
+            propose(std::move(proposal));
+    }
+    sorting.remember();
+    return {};
 }
 
 } // namespace
@@ -43,20 +153,9 @@ QString ScanFindings::summary(std::int64_t proposed, std::int64_t doneByItself) 
     return text;
 }
 
-Result<ScanFindings> scanRules(const AgentServices &services, const std::vector<CleanupRule> &rules,
-                               const std::vector<FolderProfile> &profiles, const JobControl &control)
+Result<ScanFindings> scanFolders(const AgentServices &services, const ScanRequest &request, JobControl &control)
 {
-    const RuleMatching matching(services.locations, services.clock);
-    const RuleEvaluation evaluation = TRY(matching.evaluateCounting(rules, &control));
-    ScanFindings findings;
-    findings.activeRules = std::ranges::count(rules, true, &CleanupRule::enabled);
-    findings.checkedFiles = evaluation.checkedFiles;
-    findings.leftForScripts = evaluation.leftForScripts;
-    for (const Candidate &candidate : evaluation.candidates) {
-        if (!candidate.needsAI && !isProtectedByAny(profiles, candidate.source))
-            findings.proposals.push_back(proposalOf(candidate));
-    }
-    return findings;
+    return Scanner(services, request, control).scan();
 }
 
 } // namespace brellin

@@ -35,6 +35,10 @@ const std::vector<Command> &commands();
 
 ExitCode runRulesCommand(CommandContext &context);
 ExitCode runCheckCommand(CommandContext &context);
+ExitCode runDuplicatesCommand(CommandContext &context);
+ExitCode runAnalyzeCommand(CommandContext &context);
+ExitCode runProfilesCommand(CommandContext &context);
+ExitCode runReportCommand(CommandContext &context);
 ExitCode runModelCommand(CommandContext &context);
 ExitCode runHistoryCommand(CommandContext &context);
 ExitCode runUndoCommand(CommandContext &context);

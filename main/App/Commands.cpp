@@ -1,4 +1,5 @@
 #include "App/Command.h"
+#include "App/ProposingCommand.h"
 
 namespace brellin {
 
@@ -11,16 +12,25 @@ ExitCode CommandContext::refuse(const QString &message) const
 const std::vector<Command> &commands()
 {
     static const std::vector<Command> table{
-        {QStringLiteral("pruefen"),
-         QStringLiteral("[--ausfuehren]"),
+        {QStringLiteral("pruefen"), QStringLiteral("[--doppelte] [--ausfuehren]"),
          QStringLiteral("Ordner nach den Regeln prüfen und Vorschläge machen"),
-         {{QStringLiteral("ausfuehren"), {}, QStringLiteral("die angehakten Vorschläge ausführen")},
-          {QStringLiteral("alle"),
-           {},
-           QStringLiteral("auch die Vorschläge ausführen, die nicht von selbst angehakt sind")},
-          {QStringLiteral("ohne"), QStringLiteral("MUSTER"),
-           QStringLiteral("Dateien auslassen, deren Name oder Pfad passt (z. B. „*.zip“; mehrfach möglich)")}},
+         ProposingCommand::options(
+             {{QStringLiteral("doppelte"), {}, QStringLiteral("auch nach doppelten Dateien suchen")}}),
          runCheckCommand},
+        {QStringLiteral("doppelte"), QStringLiteral("ORDNER… [--ausfuehren]"),
+         QStringLiteral("doppelte Dateien in diesen Ordnern finden"), ProposingCommand::options(),
+         runDuplicatesCommand},
+        {QStringLiteral("analysieren"), QStringLiteral("ORDNER [--profil-bestaetigen] [--ausfuehren]"),
+         QStringLiteral("einen Ordner prüfen: Doppeltes, Altes und lose Dateien"),
+         ProposingCommand::options({{QStringLiteral("profil-bestaetigen"),
+                                     {},
+                                     QStringLiteral("das erkannte Schutzprofil eines Projekts übernehmen")}}),
+         runAnalyzeCommand},
+        {QStringLiteral("profile"),
+         QStringLiteral("[export [DATEI] | import DATEI]"),
+         QStringLiteral("Schutzprofile zeigen, sichern oder ersetzen"),
+         {},
+         runProfilesCommand},
         {QStringLiteral("regeln"),
          QStringLiteral("[export [DATEI] | import DATEI | beispiele]"),
          QStringLiteral("Regeln zeigen, sichern, ersetzen oder um die Beispiele ergänzen"),
@@ -32,6 +42,11 @@ const std::vector<Command> &commands()
          QStringLiteral("eine Aufräum-Aktion zurücknehmen (ohne ID die neueste)"),
          {},
          runUndoCommand},
+        {QStringLiteral("bericht"),
+         QStringLiteral("[ORDNER]"),
+         QStringLiteral("einen Prüfbericht der Vorschläge schreiben und die Anfrage dazu ausgeben"),
+         {},
+         runReportCommand},
     };
     return table;
 }

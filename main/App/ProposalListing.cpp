@@ -48,13 +48,12 @@ QStringList rowOf(const AgentProposal &proposal, const Location &home, bool tick
 
 } // namespace
 
-void printProposals(Terminal &terminal, const Location &home, const std::vector<AgentProposal> &proposals,
-                    const CleanupAgent &agent)
+void printProposals(Terminal &terminal, const Location &home, const CleanupAgent &agent, const QString &summary)
 {
     // Groups in the order in which their first proposal would be carried out.
     std::vector<std::pair<Kind, QString>> order;
     std::map<std::pair<Kind, QString>, std::vector<QStringList>> groups;
-    for (const AgentProposal &proposal : proposals) {
+    for (const AgentProposal &proposal : agent.proposals.get()) {
         const std::pair group{proposal.kind, proposal.reason};
         if (!groups.contains(group))
             order.push_back(group);
@@ -74,10 +73,7 @@ void printProposals(Terminal &terminal, const Location &home, const std::vector<
         terminal.printColumns(rows, 2, widths);
         terminal.print({});
     }
-    terminal.print(agent.findings().summary(static_cast<std::int64_t>(proposals.size()), 0));
-    if (const std::int64_t left = agent.findings().leftForScripts; left > 0)
-        terminal.print(counted(left, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
-                       QStringLiteral(" (von Skripten benutzt)"));
+    terminal.print(summary);
 }
 
 } // namespace brellin

@@ -1,9 +1,7 @@
 #include "Agent/AgentJson.h"
 #include "Agent/CleanupAgent.h"
 #include "Agent/RulesFile.h"
-#include "App/Command.h"
-#include "Disk/FileAttributes.h"
-#include "System/FileLock.h"
+#include "App/ListCommand.h"
 
 namespace brellin {
 
@@ -48,30 +46,11 @@ ExitCode printRules(const CommandContext &context, const std::vector<CleanupRule
     return ExitCode::Done;
 }
 
-ExitCode exportRules(const CommandContext &context, const std::vector<CleanupRule> &rules)
-{
-    const std::vector<std::string> &words = context.arguments.rest();
-    if (words.size() < 2) {
-        context.terminal.printJson(toJson(rules));
-        return ExitCode::Done;
-    }
-    const Location file = words[1];
-    if (entryExists(file))
-        return context.refuse(QStringLiteral("„%1“ gibt es schon.").arg(printable(shownName(file))));
-    if (const Result<void> written = writeAtomically(file, writeRules(rules)); !written)
-        return context.refuse(printable(shownName(file)) + QStringLiteral(": ") + written.error().message);
-    if (context.json())
-        context.terminal.printJson(toJson(rules));
-    return ExitCode::Done;
-}
-
 ExitCode importRules(const CommandContext &context, CleanupAgent &agent)
 {
-    const Location file = context.arguments.rest()[1];
-    const Result<QByteArray> text = readWhole(file);
-    if (!text)
-        return context.refuse(printable(shownName(file)) + QStringLiteral(": ") + text.error().message);
-    const Result<std::vector<CleanupRule>> read = readRules(*text);
+    const Result<QByteArray> text = importedText(context);
+    const Result<std::vector<CleanupRule>> read =
+        text ? readRules(*text) : Result<std::vector<CleanupRule>>(failure(text.error()));
     if (!read)
         return context.refuse(printable(read.error().message));
     if (const Result<void> stored = agent.updateRules([&](const auto &) { return *read; }); !stored)
@@ -79,30 +58,35 @@ ExitCode importRules(const CommandContext &context, CleanupAgent &agent)
     return printRules(context, agent.rules.get());
 }
 
+ExitCode addExamples(const CommandContext &context, CleanupAgent &agent)
+{
+    if (const Result<void> added = agent.addExampleRules(); !added)
+        return context.refuse(added.error().message);
+    return printRules(context, agent.rules.get());
+}
+
 } // namespace
 
 ExitCode runRulesCommand(CommandContext &context)
 {
-    const std::vector<std::string> &words = context.arguments.rest();
-    const QString word = words.empty() ? QString() : asciiWord(words[0]);
-    const bool changes = word == QStringLiteral("import") || word == QStringLiteral("beispiele");
+    const Result<ListVerb> verb =
+        listVerb(context, QStringLiteral("regeln"),
+                 {QStringLiteral("export"), QStringLiteral("import"), QStringLiteral("beispiele")});
+    if (!verb)
+        return context.refuse(printable(verb.error().message));
+    const bool changes = *verb == ListVerb::Import || *verb == ListVerb::Examples;
     CleanupAgent agent(changes ? context.services.forAgent() : context.services.forProposingAgent());
-    if (words.empty())
+    switch (*verb) {
+    case ListVerb::Show:
         return printRules(context, agent.rules.get());
-    if (word == QStringLiteral("export") && words.size() <= 2)
-        return exportRules(context, agent.rules.get());
-    if (word == QStringLiteral("import") && words.size() == 2)
+    case ListVerb::Export:
+        return exportList(context, writeRules(agent.rules.get()), toJson(agent.rules.get()));
+    case ListVerb::Import:
         return importRules(context, agent);
-    if (word == QStringLiteral("beispiele") && words.size() == 1) {
-        if (const Result<void> added = agent.addExampleRules(); !added)
-            return context.refuse(added.error().message);
-        return printRules(context, agent.rules.get());
+    case ListVerb::Examples:
+        return addExamples(context, agent);
     }
-    if (changes || word == QStringLiteral("export"))
-        return context.refuse(QStringLiteral("So nicht: brellin regeln [export [DATEI] | import DATEI | beispiele]"));
-    return context.refuse(
-        unknownWordMessage(QStringLiteral("Unbekannter Befehl"), printable(word),
-                           {QStringLiteral("export"), QStringLiteral("import"), QStringLiteral("beispiele")}));
+    return ExitCode::NotPossible;
 }
 
 } // namespace brellin

@@ -10,13 +10,14 @@ Services::Services()
     , m_forgotten(&m_defaults)
     , m_trash(m_folders.trash.parent_path(), m_volumes)
     , m_locations(m_folders.home)
+    , m_model(m_defaults)
     , m_stateFolder(stateFolder(m_folders.home))
 {
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)
 {
-    return {defaults, m_files, m_trash, m_volumes, m_clock, m_folders, m_locations, m_stateFolder};
+    return {defaults, m_files, m_trash, m_volumes, m_clock, m_folders, m_locations, m_model, {}, m_stateFolder};
 }
 
 } // namespace brellin

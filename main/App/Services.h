@@ -3,6 +3,7 @@
 #include "Agent/AgentServices.h"
 #include "Disk/SystemTrash.h"
 #include "System/FileUserDefaults.h"
+#include "System/LocalModelServer.h"
 #include "System/MemoryUserDefaults.h"
 
 namespace brellin {
@@ -31,6 +32,7 @@ private:
     DiskFileActions m_files;
     SystemClock m_clock;
     SystemLocations m_locations;
+    LocalModelServer m_model;
     Location m_stateFolder;
 };
 

@@ -20,6 +20,20 @@ public:
     qint64 total() const { return m_total.load(std::memory_order_relaxed); }
     qint64 done() const { return m_done.load(std::memory_order_relaxed); }
 
+    /// The part of the work that has begun ("Suche doppelte Dateien …"); the counters start again with it.
+    void setStage(const QString &stage)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_stage = stage;
+        m_done = 0;
+        m_total = 0;
+    }
+    QString stage() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_stage;
+    }
+
     /// What the work is at, for a line of progress ("Rechnung.pdf").
     void setDetail(const QString &detail)
     {
@@ -37,6 +51,7 @@ private:
     std::atomic<qint64> m_total = 0;
     std::atomic<qint64> m_done = 0;
     mutable std::mutex m_mutex;
+    QString m_stage;
     QString m_detail;
 };
 

@@ -21,7 +21,11 @@ bool isValidUtf8(std::string_view bytes)
 
 Location standardised(const Location &location)
 {
-    Location normal = (location.is_absolute() ? location : std::filesystem::absolute(location)).lexically_normal();
+    std::error_code nowhere; // no path, or a working folder that is gone: it stays relative, and nothing is found there
+    Location absolute = location;
+    if (!location.is_absolute())
+        absolute = std::filesystem::absolute(location, nowhere);
+    Location normal = (nowhere ? location : absolute).lexically_normal();
     if (normal.has_relative_path() && !normal.has_filename())
         normal = normal.parent_path();
     return normal;

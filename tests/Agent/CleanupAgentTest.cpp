@@ -100,7 +100,7 @@ TEST_F(CleanupAgentTest, doesWhatIsAutomaticProposesTheRestAndSparesWhatIsProtec
     ASSERT_TRUE(storeList(world.defaults(), QStringLiteral("agentProfiles"), std::vector{profile}));
 
     CleanupAgent agent(world.services());
-    wait(agent, [&] { agent.scan(); });
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     EXPECT_EQ(agent.status.get(),
               QStringLiteral("2 Regeln aktiv · 3 Dateien geprüft · 0 doppelt · 1 Vorschlag · 1 automatisch erledigt"));
     EXPECT_EQ(agent.newSinceViewed.get(), 2);
@@ -131,7 +131,7 @@ TEST_F(CleanupAgentTest, keepsFailedProposalsUntickedAndRefusesWhileAnotherWorks
 {
     store({rule("txt", false)});
     CleanupAgent agent(world.services());
-    wait(agent, [&] { agent.scan(CleanupAgent::ScanPurpose::ProposeOnly); });
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules, CleanupAgent::ScanPurpose::ProposeOnly); });
     ASSERT_EQ(agent.proposals.get().size(), 2u);
     EXPECT_FALSE(agent.lastRun.get()); // only looking leaves no trace
     {
@@ -149,4 +149,106 @@ TEST_F(CleanupAgentTest, keepsFailedProposalsUntickedAndRefusesWhileAnotherWorks
     agent.discard({agent.proposals.get().front().id});
     EXPECT_TRUE(agent.proposals.get().empty());
     EXPECT_EQ(world.tree().content("home/Downloads/frei.txt"), "geändert");
+}
+
+TEST_F(CleanupAgentTest, keepsTicksAndDoesNotCountTheSameFindTwice)
+{
+    store({rule("txt", false)});
+    CleanupAgent agent(world.services());
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(agent.newSinceViewed.get(), 2);
+    agent.choose({});
+    world.tree().file("home/Downloads/neu.txt", "vier");
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(agent.newSinceViewed.get(), 3);
+    EXPECT_EQ(agent.chosen.get().size(), 1u); // the new one; the others stay unticked
+    agent.setViewVisible(true);
+    EXPECT_EQ(agent.newSinceViewed.get(), 0);
+
+    // What is not wanted stays away, also from the next program, until that is taken back.
+    const AgentProposal unwanted = agent.proposals.get().front();
+    agent.neverPropose({unwanted.id});
+    EXPECT_EQ(agent.proposals.get().size(), 2u);
+    CleanupAgent other(world.services());
+    wait(other, [&] { other.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(other.proposals.get().size(), 2u);
+    other.proposeAgain(NeverProposed::of(unwanted));
+    wait(other, [&] { other.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(other.proposals.get().size(), 3u);
+}
+
+TEST_F(CleanupAgentTest, looksByItselfWhenDueAndNobodyIsAtWork)
+{
+    store({rule("txt", false)});
+    int receiptTicks = 0;
+    CleanupAgent agent(world.services());
+    agent.onReceiptTick([&] { ++receiptTicks; });
+    const auto scansAtTick = [&] {
+        const Instant before = agent.lastRun.get().value_or(Instant());
+        world.clock.time += std::chrono::seconds(1);
+        wait(agent, [&] { agent.tick(); });
+        return agent.lastRun.get().value_or(Instant()) != before;
+    };
+    EXPECT_TRUE(scansAtTick());
+    world.clock.time += std::chrono::hours(23);
+    EXPECT_FALSE(scansAtTick());
+    world.clock.time += std::chrono::hours(100); // slept through four intervals
+    agent.setAttended(true);
+    EXPECT_FALSE(scansAtTick());
+    agent.setAttended(false);
+    EXPECT_TRUE(scansAtTick());
+    EXPECT_FALSE(scansAtTick());
+    world.clock.time -= std::chrono::hours(48); // the clock was wrong: the last run lies ahead
+    EXPECT_TRUE(scansAtTick());
+    world.clock.time += std::chrono::hours(1000);
+    agent.setIntervalHours(0);
+    EXPECT_FALSE(scansAtTick());
+    EXPECT_EQ(receiptTicks, 7);
+
+    // At its start it looks at once if that is due.
+    ASSERT_TRUE(world.defaults().setValue(QStringLiteral("agentInterval"), 24));
+    CleanupAgent next(world.services());
+    wait(next, [&] { next.start(); });
+    EXPECT_EQ(next.lastRun.get(), world.clock.now());
+}
+
+TEST_F(CleanupAgentTest, trashesDuplicatesBeforeRulesAndNeverBothCopies)
+{
+    world.tree().lines({"home/Downloads/kopie.pdf=eins", "home/Downloads/Rechnung (2).pdf=eins"});
+    CleanupRule trash = rule("pdf", false);
+    trash.action = RuleAction::Trash;
+    trash.conditions.push_back({.kind = ConditionKind::NameContains, .value = QStringLiteral("kopie")});
+    store({trash, rule("pdf", false)});
+    CleanupAgent agent(world.services());
+    ASSERT_TRUE(agent.setDuplicateFolders({world.home("Downloads")}));
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
+    // One file, one proposal: two go as duplicates of the third, unless the rule takes just that one.
+    const std::vector<AgentProposal> list = agent.proposals.get();
+    ASSERT_EQ(list.size(), 3u);
+    wait(agent, [&] { agent.executeChosen(); });
+    const std::set<std::string> contents = world.contents();
+    EXPECT_TRUE(contents.contains("eins"));
+    wait(agent, [&] { agent.undo(agent.history.get().front().id); });
+    EXPECT_EQ(world.tree().content("home/Downloads/kopie.pdf"), "eins");
+    EXPECT_EQ(world.tree().content("home/Downloads/Rechnung.pdf"), "eins");
+}
+
+TEST_F(CleanupAgentTest, asksTheModelOnceAndSortsByItsAnswer)
+{
+    CleanupRule sort = rule("txt", false);
+    sort.action = RuleAction::AiSort;
+    sort.includeSubfolders = false;
+    store({sort});
+    world.tree().folder("home/Ziel/Verträge");
+    CleanupAgent agent(world.services());
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_TRUE(agent.proposals.get().empty()); // no model, no step
+    world.model.answer = QStringLiteral("„verträge“.");
+    for (int scan = 0; scan < 2; ++scan) {
+        wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+        ASSERT_EQ(agent.proposals.get().size(), 1u);
+        EXPECT_EQ(agent.proposals.get()[0].destination, world.home("Ziel/Verträge/frei.txt"));
+        EXPECT_EQ(agent.proposals.get()[0].reason, QStringLiteral("txt (KI)"));
+    }
+    EXPECT_EQ(world.model.prompts.size(), 1);
 }

@@ -26,7 +26,7 @@ AgentWorld::AgentWorld()
 
 AgentServices AgentWorld::services()
 {
-    return {m_defaults, m_files, m_trash, m_volumes, clock, folders, m_locations, m_tree.path("state")};
+    return {m_defaults, m_files, m_trash, m_volumes, clock, folders, m_locations, model, {}, m_tree.path("state")};
 }
 
 std::string AgentWorld::snapshot() const

@@ -3,6 +3,7 @@
 #include "Agent/AgentServices.h"
 #include "Disk/SystemTrash.h"
 #include "Support/FakeClock.h"
+#include "Support/FakeModel.h"
 #include "Support/Faults.h"
 #include "Support/TempTree.h"
 #include "System/FileUserDefaults.h"
@@ -22,6 +23,7 @@ public:
     AgentServices services();
     FaultPlan faults;
     FakeClock clock;
+    FakeModel model;
     KnownFolders folders;
 
     Location home(std::string_view relative) const { return m_tree.path("home") / relative; }

@@ -1,0 +1,385 @@
+#include "Agent/CleanupAgent.h"
+
+#include "Base/German.h"
+
+#include <algorithm>
+
+/// What the agent does: scans, analyses, runs, undos.
+namespace brellin {
+
+namespace {
+
+QString counting(std::size_t count)
+{
+    return german().toString(static_cast<qulonglong>(count));
+}
+
+/// What the user ticked or unticked before holds for the same proposals of a later scan.
+std::set<QUuid> tickedOf(const std::vector<AgentProposal> &list, const std::vector<AgentProposal> &before,
+                         const std::set<QUuid> &chosenBefore)
+{
+    std::map<QByteArray, bool> earlier;
+    for (const AgentProposal &proposal : before)
+        earlier.emplace(sameness(proposal), chosenBefore.contains(proposal.id));
+    std::set<QUuid> ticked;
+    for (const AgentProposal &proposal : list) {
+        const auto known = earlier.find(sameness(proposal));
+        const bool on = known != earlier.end() && !proposal.needsReview ? known->second : proposal.preselected;
+        if (on)
+            ticked.insert(proposal.id);
+    }
+    return ticked;
+}
+
+} // namespace
+
+void CleanupAgent::start()
+{
+    recover();
+    schedule();
+}
+
+void CleanupAgent::schedule()
+{
+    m_schedule.arm(intervalHours.get());
+    if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
+        scan(Search::RulesAndDuplicates);
+}
+
+void CleanupAgent::tick()
+{
+    const bool free = !running.get() && !pendingProfile.get() && !m_attended;
+    if (free && isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
+        scan(Search::RulesAndDuplicates);
+    if (m_receiptTick)
+        m_receiptTick();
+}
+
+bool CleanupAgent::begin(const QString &what)
+{
+    if (running.get())
+        return false;
+    m_failure.reset();
+    publish(running, true);
+    publish(progress, 0.0);
+    publish(status, what);
+    return true;
+}
+
+void CleanupAgent::end(const QString &what)
+{
+    publish(detail, QString());
+    publish(running, false);
+    publish(status, what);
+    if (m_finished)
+        m_finished();
+}
+
+void CleanupAgent::fail(const Failure &why)
+{
+    m_failure = why;
+    end(why.message);
+}
+
+void CleanupAgent::watch(const JobControl &control)
+{
+    if (const QString stage = control.stage(); !stage.isEmpty())
+        publish(status, stage);
+    publish(detail, control.detail());
+    const qint64 total = control.total();
+    publish(progress, total > 0 ? static_cast<double>(control.done()) / static_cast<double>(total) : 0.0);
+}
+
+void CleanupAgent::cancel()
+{
+    m_scan.cancel();
+    m_analyzing.cancel();
+    m_executing.cancel();
+    m_undoing.cancel();
+}
+
+void CleanupAgent::scan(Search search, ScanPurpose purpose)
+{
+    if (!begin(QStringLiteral("Prüfe Regeln …")))
+        return;
+    ScanRequest request{rules.get(), profiles.get(), never.get(), {}, autoDuplicates.get()};
+    if (search == Search::RulesAndDuplicates)
+        request.duplicateFolders = duplicateFolders.get();
+    startScan(request, purpose);
+}
+
+void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
+{
+    if (begin(QStringLiteral("Suche doppelte Dateien …")))
+        startScan({{}, profiles.get(), never.get(), folders, false}, ScanPurpose::ProposeOnly);
+}
+
+void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)
+{
+    m_scan.start(
+        m_pool,
+        [services = m_services, request](JobControl &control) { return scanFolders(services, request, control); },
+        [this, purpose](Result<ScanFindings> found) { scanned(purpose, std::move(found)); },
+        [this](const JobControl &control) { watch(control); });
+}
+
+void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
+{
+    // A scan that was cancelled leaves everything as it was.
+    if (!found)
+        return fail(found.error());
+    m_findings = *std::move(found);
+    if (purpose == ScanPurpose::ProposeOnly) {
+        showProposals(m_findings.proposals);
+        return end(m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
+    }
+    std::vector<AgentProposal> automatic;
+    std::ranges::copy_if(m_findings.proposals, std::back_inserter(automatic), &AgentProposal::automatic);
+    if (automatic.empty())
+        return finishScan(ExecutionOutcome());
+    m_executing.start(
+        m_pool,
+        [services = m_services, automatic](JobControl &control) {
+            return Execution(services).execute(automatic, control);
+        },
+        [this](Result<ExecutionOutcome> result) { finishScan(std::move(result)); },
+        [this](const JobControl &control) { watch(control); });
+}
+
+/// Lists what is left to be asked, once what is automatic has been done. What should have happened by itself and could not
+/// is listed too, so that nobody has to wonder.
+void CleanupAgent::finishScan(Result<ExecutionOutcome> automatic)
+{
+    std::set<QUuid> done;
+    if (automatic)
+        done.insert(automatic->done.begin(), automatic->done.end());
+    else
+        m_failure = automatic.error();
+    std::vector<AgentProposal> left;
+    for (AgentProposal &proposal : m_findings.proposals) {
+        proposal.preselected = proposal.preselected && !proposal.automatic;
+        if (!done.contains(proposal.id))
+            left.push_back(proposal);
+    }
+    const auto proposed = static_cast<std::int64_t>(left.size());
+    const auto byItself = static_cast<std::int64_t>(done.size());
+    const int added = ProposalMemory(m_services.defaults).countNew(left).value_or(0);
+    showProposals(std::move(left));
+    if (automatic) {
+        std::map<QUuid, QString> texts;
+        for (const FailedProposal &failed : automatic->failures)
+            texts.emplace(failed.proposal, failed.why.message);
+        publish(failures, std::move(texts));
+    }
+    reloadHistory();
+    setNewSinceViewed(newSinceViewed.get() + added + static_cast<int>(byItself));
+    noteChecked();
+    end(m_findings.summary(proposed, byItself));
+}
+
+void CleanupAgent::showProposals(std::vector<AgentProposal> list)
+{
+    std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
+    publish(failures, std::map<QUuid, QString>());
+    publish(proposals, std::move(list));
+    publish(chosen, std::move(ticked));
+}
+
+AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
+{
+    const auto choose = [&model = m_services.model, pdfText = m_services.pdfText](
+                            const Location &file, const QStringList &groups) -> std::optional<QString> {
+        std::optional<QString> name =
+            AgentAI::folderName(model, file, groups, pdfText, std::chrono::seconds(30), nullptr);
+        return name && groups.contains(*name) ? name : std::nullopt;
+    };
+    return {folder, profiles.get(), rules.get(), history.get(), m_services.clock.now(), choose};
+}
+
+void CleanupAgent::analyze(const Location &folder)
+{
+    if (!begin(QStringLiteral("Prüfe Ordner …")))
+        return;
+    publish(pendingProfile, std::optional<FolderProfile>());
+    m_analysis.reset();
+    m_analysedFolder = folder;
+    const AnalysisRequest request = analysisRequest(folder);
+    m_analyzing.start(
+        m_pool,
+        [services = m_services, request](JobControl &control) { return brellin::analyze(services, request, control); },
+        [this](Result<AnalysisFindings> found) { analyzed(std::move(found)); },
+        [this](const JobControl &control) { watch(control); });
+}
+
+void CleanupAgent::analyzed(Result<AnalysisFindings> found)
+{
+    if (!found)
+        return fail(found.error());
+    m_analysis = *std::move(found);
+    std::vector<AgentProposal> list = m_analysis->proposals;
+    std::erase_if(list, [this](const AgentProposal &one) {
+        return std::ranges::find(never.get(), NeverProposed::of(one)) != never.get().end();
+    });
+    m_analysis->proposals = list;
+    showProposals(std::move(list));
+    if (m_analysis->end == AnalysisFindings::End::NeedsProfile)
+        publish(pendingProfile, m_analysis->detected);
+    end(m_analysis->summary());
+}
+
+void CleanupAgent::confirmPendingProfile(const FolderProfile &profile)
+{
+    if (running.get() || !pendingProfile.get())
+        return;
+    const Result<void> stored = updateProfiles([&](std::vector<FolderProfile> all) {
+        std::erase_if(all, [&](const FolderProfile &one) { return one.root() == profile.root(); });
+        all.push_back(profile);
+        return all;
+    });
+    // Without its protection on record the folder is not touched.
+    if (!stored)
+        return fail(stored.error());
+    publish(pendingProfile, std::optional<FolderProfile>());
+    if (m_analysedFolder)
+        analyze(Location(*m_analysedFolder));
+}
+
+void CleanupAgent::cancelPendingProfile()
+{
+    if (running.get() || !pendingProfile.get())
+        return;
+    publish(pendingProfile, std::optional<FolderProfile>());
+    m_analysedFolder.reset();
+    showProposals({});
+    publish(status, QStringLiteral("Abgebrochen – ohne Schutzprofil wird ein Software-Projekt nicht aufgeräumt."));
+}
+
+void CleanupAgent::executeChosen()
+{
+    std::vector<AgentProposal> ticked;
+    for (const AgentProposal &proposal : proposals.get()) {
+        if (chosen.get().contains(proposal.id))
+            ticked.push_back(proposal);
+    }
+    if (!begin(QStringLiteral("Führe Vorschläge aus …")))
+        return;
+    m_executing.start(
+        m_pool,
+        [services = m_services, ticked](JobControl &control) { return Execution(services).execute(ticked, control); },
+        [this](Result<ExecutionOutcome> result) { executed(std::move(result)); },
+        [this](const JobControl &control) { watch(control); });
+}
+
+void CleanupAgent::executed(Result<ExecutionOutcome> result)
+{
+    m_execution.reset();
+    if (!result)
+        return fail(result.error());
+    std::set<QUuid> ticked = chosen.get();
+    std::map<QUuid, QString> texts;
+    for (const FailedProposal &failed : result->failures) {
+        ticked.erase(failed.proposal);
+        texts.emplace(failed.proposal, failed.why.message);
+    }
+    publish(chosen, std::move(ticked));
+    publish(failures, std::move(texts));
+    removeFromList(std::set<QUuid>(result->done.begin(), result->done.end()));
+    reloadHistory();
+    QString text = counting(result->done.size()) + QStringLiteral(" erledigt");
+    if (result->failures.empty())
+        text += u'.';
+    else
+        text += QStringLiteral(" · %1 fehlgeschlagen: ").arg(counting(result->failures.size())) +
+                result->failureTexts().join(QStringLiteral("; "));
+    if (result->notStored)
+        m_failure = result->notStored;
+    m_execution = *std::move(result);
+    end(text);
+}
+
+void CleanupAgent::removeFromList(const std::set<QUuid> &ids)
+{
+    std::vector<AgentProposal> left = proposals.get();
+    std::erase_if(left, [&](const AgentProposal &one) { return ids.contains(one.id); });
+    std::set<QUuid> ticked = chosen.get();
+    std::erase_if(ticked, [&](const QUuid &id) { return ids.contains(id); });
+    publish(proposals, std::move(left));
+    publish(chosen, std::move(ticked));
+}
+
+void CleanupAgent::discard(const std::set<QUuid> &ids)
+{
+    if (!running.get())
+        removeFromList(ids);
+}
+
+void CleanupAgent::choose(const std::set<QUuid> &ids)
+{
+    publish(chosen, ids);
+}
+
+void CleanupAgent::neverPropose(const std::set<QUuid> &ids)
+{
+    if (running.get())
+        return;
+    std::vector<AgentProposal> unwanted;
+    std::ranges::copy_if(proposals.get(), std::back_inserter(unwanted),
+                         [&](const AgentProposal &one) { return ids.contains(one.id); });
+    ProposalMemory memory(m_services.defaults);
+    if (const Result<void> stored = memory.addNever(unwanted); !stored)
+        return publish(status, stored.error().message);
+    publish(never, memory.never());
+    removeFromList(ids);
+}
+
+void CleanupAgent::proposeAgain(const NeverProposed &one)
+{
+    ProposalMemory memory(m_services.defaults);
+    if (const Result<void> stored = memory.removeNever(one); !stored)
+        return publish(status, stored.error().message);
+    publish(never, memory.never());
+}
+
+void CleanupAgent::undo(const QUuid &run)
+{
+    const auto found = std::ranges::find(history.get(), run, &JournalRun::id);
+    if (found == history.get().end() || found->undone)
+        return;
+    const JournalRun wanted = *found;
+    if (!begin(QStringLiteral("Mache rückgängig …")))
+        return;
+    m_undoing.start(
+        m_pool,
+        [services = m_services, wanted](JobControl &control) { return UndoRun(services).undo(wanted, control); },
+        [this](Result<UndoOutcome> result) { undone(std::move(result)); },
+        [this](const JobControl &control) { watch(control); });
+}
+
+void CleanupAgent::undone(Result<UndoOutcome> result)
+{
+    m_undo.reset();
+    reloadHistory();
+    if (!result || result->cancelled)
+        return fail(result ? Failure::cancelled() : result.error());
+    m_undo = *std::move(result);
+    end(m_undo->status());
+}
+
+Result<ReviewReport> CleanupAgent::writeReport(const std::optional<Location> &folder) const
+{
+    ReviewSubject subject{folder, {}, proposals.get(), profiles.get()};
+    for (const CleanupRule &rule : rules.get()) {
+        const Location source = locationFromText(rule.sourcePath);
+        if (rule.enabled && std::ranges::find(subject.sourceFolders, source) == subject.sourceFolders.end())
+            subject.sourceFolders.push_back(source);
+    }
+    return writeReviewReport(subject, m_services.folders.dir(StandardFolder::Documents), m_services.clock.now());
+}
+
+void CleanupAgent::handOverToClaude(const std::optional<Location> &folder, Workspace &workspace, Pasteboard &pasteboard)
+{
+    const Result<ReviewReport> report = writeReport(folder);
+    publish(status, report ? handOver(*report, workspace, pasteboard) : report.error().message);
+}
+
+} // namespace brellin

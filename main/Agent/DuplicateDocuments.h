@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Agent/AnalysisScope.h"
+#include "Agent/DuplicateFinder.h"
+#include "Agent/FolderFindings.h"
+
+namespace brellin {
+
+/// Of all pairs those that an analysis may propose. What lies in folders that it does not enter, or that are proposed as a
+/// whole, takes no part: the oldest of the other copies is kept then. Copies that a profile protects are kept beside it.
+std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs, const AnalysisScope &scope,
+                                         const std::vector<FolderFinding> &whole);
+
+} // namespace brellin

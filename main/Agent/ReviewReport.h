@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Agent/AgentProposal.h"
+#include "Agent/FolderProfile.h"
+#include "Base/Instant.h"
+#include "Base/Result.h"
+#include "System/Workspace.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace brellin {
+
+/// What a review is about.
+struct ReviewSubject {
+    std::optional<Location> folder;      ///< the analysed folder; none: the proposals come from the rules …
+    std::vector<Location> sourceFolders; ///< … which look into these
+    std::vector<AgentProposal> proposals;
+    std::vector<FolderProfile> profiles;
+};
+
+/// A written report and the request that goes with it.
+struct ReviewReport {
+    Location file;
+    QString request;
+};
+
+/// The report's text, Markdown.
+QString reviewText(const ReviewSubject &subject);
+
+/// Writes the report into "Brellin-Prüfungen" in the user's documents.
+Result<ReviewReport> writeReviewReport(const ReviewSubject &subject, const Location &documents, Instant now);
+
+/// Puts the request on the clipboard and opens the assistant, or shows the report where there is none. Gives the status for
+/// the user.
+QString handOver(const ReviewReport &report, Workspace &workspace, Pasteboard &pasteboard);
+
+} // namespace brellin

@@ -1,0 +1,155 @@
+#include "App/ProposingCommand.h"
+
+#include "Agent/AgentJson.h"
+#include "App/AgentOperation.h"
+#include "App/ProposalListing.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// The patterns of `--ohne`: one that holds no wildcard is a name, a path or a folder.
+class Exclusion {
+public:
+    explicit Exclusion(const std::vector<std::string> &patterns)
+    {
+        for (const std::string &pattern : patterns) {
+            m_places.push_back(standardised(pattern));
+            m_patterns.push_back(
+                QRegularExpression::fromWildcard(folded(QString::fromStdString(pattern)), Qt::CaseSensitive));
+        }
+    }
+
+    bool covers(const Location &source) const
+    {
+        const QString name = folded(shownName(source));
+        const QString path = folded(shown(source));
+        return std::ranges::any_of(m_places, [&](const Location &place) { return isAtOrBelow(source, place); }) ||
+               std::ranges::any_of(m_patterns, [&](const QRegularExpression &pattern) {
+                   return pattern.match(name).hasMatch() || pattern.match(path).hasMatch();
+               });
+    }
+
+private:
+    std::vector<Location> m_places;
+    std::vector<QRegularExpression> m_patterns;
+};
+
+} // namespace
+
+std::vector<OptionSpec> ProposingCommand::options(std::vector<OptionSpec> own)
+{
+    std::vector<OptionSpec> all{
+        {QStringLiteral("ausfuehren"), {}, QStringLiteral("die angehakten Vorschläge ausführen")},
+        {QStringLiteral("alle"),
+         {},
+         QStringLiteral("auch die Vorschläge ausführen, die nicht von selbst angehakt sind")},
+        {QStringLiteral("ohne"), QStringLiteral("MUSTER"),
+         QStringLiteral("Dateien auslassen, deren Name oder Pfad passt (z. B. „*.zip“; mehrfach möglich)")}};
+    all.insert(all.begin(), own.begin(), own.end());
+    return all;
+}
+
+ProposingCommand::ProposingCommand(CommandContext &context)
+    : m_context(context)
+    , m_agent(executes() ? context.services.forAgent() : context.services.forProposingAgent())
+{
+    if (executes())
+        m_agent.recover();
+}
+
+bool ProposingCommand::executes() const
+{
+    return m_context.arguments.has(QStringLiteral("ausfuehren"));
+}
+
+std::optional<ExitCode> ProposingCommand::propose(const std::function<void()> &search)
+{
+    waitFor(m_agent, m_context.terminal, search);
+    if (m_agent.lastFailure())
+        return exitCodeOf(*m_agent.lastFailure(), m_context.terminal);
+    applyOptions();
+    m_found = m_agent.status.get();
+    return std::nullopt;
+}
+
+/// Takes out of the agent's list what the user leaves out, and ticks what he wants.
+void ProposingCommand::applyOptions()
+{
+    const Exclusion exclusion(m_context.arguments.values(QStringLiteral("ohne")));
+    const bool all = m_context.arguments.has(QStringLiteral("alle"));
+    std::set<QUuid> left;
+    std::set<QUuid> ticked;
+    for (const AgentProposal &proposal : m_agent.proposals.get()) {
+        if (exclusion.covers(proposal.source))
+            left.insert(proposal.id);
+        else if (proposal.preselected || all)
+            ticked.insert(proposal.id);
+    }
+    m_agent.discard(left);
+    m_agent.choose(ticked);
+}
+
+/// Says what came of executing, and how the command ends.
+ExitCode ProposingCommand::report(const ExecutionOutcome &outcome) const
+{
+    if (!m_context.json()) {
+        for (const FailedProposal &failed : outcome.failures)
+            m_context.terminal.message(printable(failed.text()));
+        QString line = QStringLiteral("%1 erledigt").arg(outcome.done.size());
+        if (!outcome.failures.empty())
+            line += QStringLiteral(" · %1 fehlgeschlagen").arg(outcome.failures.size());
+        m_context.terminal.print(line + u'.');
+        if (outcome.run)
+            m_context.terminal.print(QStringLiteral("Zurücknehmen: brellin rueckgaengig"));
+    }
+    if (outcome.notStored) {
+        m_context.terminal.message(
+            QStringLiteral("Der Verlauf konnte nicht gespeichert werden: %1 Er wird beim nächsten Start nachgetragen.")
+                .arg(outcome.notStored->message));
+        return ExitCode::Failed;
+    }
+    if (outcome.cancelled) {
+        m_context.terminal.message(Failure::cancelled().message);
+        return ExitCode::Cancelled;
+    }
+    return outcome.failures.empty() ? ExitCode::Done : ExitCode::Failed;
+}
+
+ExitCode ProposingCommand::execute()
+{
+    if (m_agent.chosen.get().empty())
+        return ExitCode::Done;
+    waitFor(m_agent, m_context.terminal, [this] { m_agent.executeChosen(); });
+    if (!m_agent.lastExecution())
+        return exitCodeOf(m_agent.lastFailure().value_or(Failure()), m_context.terminal);
+    return report(*m_agent.lastExecution());
+}
+
+ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head)
+{
+    const std::vector<AgentProposal> proposals = m_agent.proposals.get();
+    if (!m_context.json())
+        printProposals(m_context.terminal, m_context.services.folders().home, m_agent, m_found);
+    ExitCode code = ExitCode::Done;
+    if (executes())
+        code = execute();
+    else if (!m_context.json() && !m_agent.chosen.get().empty())
+        m_context.terminal.print(QStringLiteral("Das Angehakte ausführen: derselbe Befehl mit --ausfuehren"));
+    // A run that was not begun has no answer.
+    if (code == ExitCode::NotPossible || !m_context.json())
+        return code;
+    const std::optional<ExecutionOutcome> &outcome = m_agent.lastExecution();
+    QJsonObject answer = head(proposals);
+    answer[QStringLiteral("run")] = outcome ? toJson(outcome->run, JsonDates::Iso) : QJsonValue();
+    answer[QStringLiteral("failures")] = QJsonArray::fromStringList(outcome ? outcome->failureTexts() : QStringList());
+    answer[QStringLiteral("status")] = m_agent.status.get();
+    m_context.terminal.printJson(answer);
+    return code;
+}
+
+} // namespace brellin

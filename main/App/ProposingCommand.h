@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Agent/CleanupAgent.h"
+#include "App/Command.h"
+
+#include <QJsonObject>
+
+#include <functional>
+
+namespace brellin {
+
+/// What the commands have in common that propose, and carry out only when told: the options, the listing, the run and the
+/// answer.
+class ProposingCommand {
+public:
+    /// "--ausfuehren", "--alle" and "--ohne MUSTER", with what else the command knows.
+    static std::vector<OptionSpec> options(std::vector<OptionSpec> own = {});
+
+    explicit ProposingCommand(CommandContext &context);
+
+    CleanupAgent &agent() { return m_agent; }
+    bool executes() const;
+
+    /// Has the agent search. Nothing where that worked, else how the command ends.
+    std::optional<ExitCode> propose(const std::function<void()> &search);
+    /// Lists what was found, carries it out if told so, and answers: `head` are the command's own JSON fields. `noun` counts
+    /// what one run is noted as (a scan of the rules' folders) when it was carried out.
+    ExitCode finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head);
+
+private:
+    void applyOptions();
+    ExitCode execute();
+    ExitCode report(const ExecutionOutcome &outcome) const;
+
+    CommandContext &m_context;
+    CleanupAgent m_agent;
+    QString m_found; ///< the summary of the search
+};
+
+} // namespace brellin
