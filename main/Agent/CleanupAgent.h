@@ -61,8 +61,9 @@ public:
     /// Asked at each tick; for whoever looks for receipts.
     void onReceiptTick(std::function<void()> ask) { m_receiptTick = std::move(ask); }
 
-    /// What a scan may do: carry out what is automatic and remember that it was there, or nothing but propose.
-    enum class ScanPurpose { ActAndPropose, ProposeOnly };
+    /// What a scan may do: carry out what is automatic and remember that it was there, or nothing but propose (the last one
+    /// is what `searchDuplicates` does).
+    enum class ScanPurpose { ActAndPropose, ProposeOnly, DuplicatesOnly };
     enum class Search { Rules, RulesAndDuplicates };
     void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose);
     /// Proposes the duplicates in these folders and nothing else.

@@ -111,7 +111,7 @@ void CleanupAgent::scan(Search search, ScanPurpose purpose)
 void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
 {
     if (begin(QStringLiteral("Suche doppelte Dateien …")))
-        startScan({{}, profiles.get(), never.get(), folders, false}, ScanPurpose::ProposeOnly);
+        startScan({{}, profiles.get(), never.get(), folders, false}, ScanPurpose::DuplicatesOnly);
 }
 
 void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)
@@ -129,9 +129,11 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
     if (!found)
         return fail(found.error());
     m_findings = *std::move(found);
-    if (purpose == ScanPurpose::ProposeOnly) {
+    if (purpose != ScanPurpose::ActAndPropose) {
         showProposals(m_findings.proposals);
-        return end(m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
+        return end(purpose == ScanPurpose::DuplicatesOnly
+                       ? m_findings.duplicatesSummary()
+                       : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
     }
     std::vector<AgentProposal> automatic;
     std::ranges::copy_if(m_findings.proposals, std::back_inserter(automatic), &AgentProposal::automatic);

@@ -153,6 +153,13 @@ QString ScanFindings::summary(std::int64_t proposed, std::int64_t doneByItself) 
     return text;
 }
 
+QString ScanFindings::duplicatesSummary() const
+{
+    return counted(duplicateFiles, QStringLiteral("Datei"), QStringLiteral("Dateien")) +
+           QStringLiteral(" verglichen · ") + german().toString(static_cast<qlonglong>(duplicates)) +
+           QStringLiteral(" doppelt");
+}
+
 Result<ScanFindings> scanFolders(const AgentServices &services, const ScanRequest &request, JobControl &control)
 {
     return Scanner(services, request, control).scan();

@@ -29,10 +29,12 @@ struct ScanFindings {
     std::int64_t leftForScripts = 0;
     std::int64_t duplicates = 0;     ///< proposals made because of equal content
     std::int64_t duplicateFiles = 0; ///< files that the search for duplicates looked at
-    bool duplicatesCapped = false; ///< there were more files than the search takes
+    bool duplicatesCapped = false;   ///< there were more files than the search takes
 
     /// "3 Regeln aktiv · 120 Dateien geprüft · 2 doppelt · 5 Vorschläge", and what was done by itself where there was any.
     QString summary(std::int64_t proposed, std::int64_t doneByItself) const;
+    /// "120 Dateien verglichen · 2 doppelt", after a search for duplicates alone.
+    QString duplicatesSummary() const;
 };
 
 /// Tries the rules on the disk, searches duplicates and makes proposals of what they find: duplicates first, then the rules'

@@ -47,6 +47,12 @@ const std::vector<Command> &commands()
          QStringLiteral("einen Prüfbericht der Vorschläge schreiben und die Anfrage dazu ausgeben"),
          {},
          runReportCommand},
+        {QStringLiteral("ki"),
+         QStringLiteral("[--verwenden ADRESSE]"),
+         QStringLiteral("zeigen, ob ein Sprachmodell auf diesem Rechner bereit ist"),
+         {{QStringLiteral("verwenden"), QStringLiteral("ADRESSE"),
+           QStringLiteral("diesen Modell-Server benutzen („aus“: keinen)")}},
+         runModelCommand},
     };
     return table;
 }

@@ -9,4 +9,7 @@ Location settingsFolder(const Location &home);
 /// … and what only concerns this machine ($XDG_STATE_HOME/brellin).
 Location stateFolder(const Location &home);
 
+/// The folder that the running program lies in, with its companions beside it.
+Location programFolder();
+
 } // namespace brellin

@@ -11,13 +11,17 @@ Services::Services()
     , m_trash(m_folders.trash.parent_path(), m_volumes)
     , m_locations(m_folders.home)
     , m_model(m_defaults)
+    , m_pdfReader(m_processes, programFolder() / "brellin-bild")
     , m_stateFolder(stateFolder(m_folders.home))
 {
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)
 {
-    return {defaults, m_files, m_trash, m_volumes, m_clock, m_folders, m_locations, m_model, {}, m_stateFolder};
+    return {defaults,     m_files, m_trash,
+            m_volumes,    m_clock, m_folders,
+            m_locations,  m_model, [this](const Location &pdf) { return m_pdfReader.firstPageText(pdf); },
+            m_stateFolder};
 }
 
 } // namespace brellin

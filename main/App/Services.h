@@ -5,6 +5,8 @@
 #include "System/FileUserDefaults.h"
 #include "System/LocalModelServer.h"
 #include "System/MemoryUserDefaults.h"
+#include "System/PdfReader.h"
+#include "System/ProcessRunner.h"
 
 namespace brellin {
 
@@ -33,6 +35,8 @@ private:
     SystemClock m_clock;
     SystemLocations m_locations;
     LocalModelServer m_model;
+    SystemProcessRunner m_processes;
+    PdfReader m_pdfReader;
     Location m_stateFolder;
 };
 

@@ -25,4 +25,10 @@ Location stateFolder(const Location &home)
     return base("XDG_STATE_HOME", home / ".local/state") / "brellin";
 }
 
+Location programFolder()
+{
+    std::error_code unknown;
+    return std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
+}
+
 } // namespace brellin
