@@ -32,7 +32,7 @@ QJsonObject message(const QString &role, const QString &content)
 /// What a model that thinks aloud says after its thoughts.
 Result<QString> withoutThoughts(const QString &answer)
 {
-    const QString text = answer.trimmed();
+    QString text = answer.trimmed();
     if (!text.startsWith(QStringLiteral("<think>")))
         return text;
     const QString end = QStringLiteral("</think>");
@@ -100,7 +100,7 @@ Result<QString> chatAnswer(ModelServerKind kind, const QByteArray &body)
     const QJsonValue content = choice[u"message"][u"content"];
     if (!whole || end == QStringLiteral("length") || !content.isString())
         return failure(senseless());
-    const QString text = TRY(withoutThoughts(content.toString()));
+    QString text = TRY(withoutThoughts(content.toString()));
     if (text.isEmpty())
         return failure(senseless());
     return text;
@@ -110,9 +110,9 @@ Result<QString> usableModel(ModelServerKind kind, const QByteArray &body)
 {
     const bool ollama = kind == ModelServerKind::Ollama;
     const QJsonArray list = objectIn(body)[ollama ? u"models" : u"data"].toArray();
-    for (const QJsonValue &entry : list) {
+    for (const auto &entry : list) {
         const QJsonObject model = entry.toObject();
-        const QString name = model[ollama ? u"name" : u"id"].toString();
+        QString name = model[ollama ? u"name" : u"id"].toString();
         if (!name.isEmpty() && !runsElsewhere(model, name) && !onlyEmbeds(model, name))
             return name;
     }
