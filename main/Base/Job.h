@@ -66,16 +66,18 @@ private:
 
     void startSampling(std::function<void(const JobControl &)> sampled)
     {
-        auto *const timer = new QTimer(m_receiver.get());
-        QObject::connect(timer, &QTimer::timeout, m_receiver.get(),
+        m_sampler = std::make_unique<QTimer>();
+        QObject::connect(m_sampler.get(), &QTimer::timeout, m_receiver.get(),
                          [link = m_link, sampled = std::move(sampled)] { sampled(link->control); });
-        timer->start(100);
+        m_sampler->start(100);
     }
 
     void finish()
     {
         const std::shared_ptr<Link> link = std::move(m_link);
         const std::function<void(T)> finished = std::move(m_finished);
+        // A sample that is already due must not come after the end.
+        m_sampler.reset();
         // This runs inside the receiver's event: it goes once that is over.
         m_receiver.release()->deleteLater();
         // The last act: the owner may start the next job, or go, in it.
@@ -92,6 +94,7 @@ private:
     }
 
     std::shared_ptr<Link> m_link;
+    std::unique_ptr<QTimer> m_sampler;
     std::unique_ptr<QObject> m_receiver; ///< lives on the main thread; its death drops what is on the way
     std::function<void(T)> m_finished;
 };

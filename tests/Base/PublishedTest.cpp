@@ -68,6 +68,36 @@ TEST(JobTest, finishesOnceOnTheMainThreadAndMayStartTheNextFromThere)
     EXPECT_EQ(results, (std::vector{1, 2}));
 }
 
+TEST(JobTest, samplesWhileItWorksAndNeverAfterTheEnd)
+{
+    QThreadPool pool;
+    QEventLoop loop;
+    Job<int> job;
+    std::vector<QString> events;
+    std::atomic<bool> seen = false;
+    job.start(
+        pool,
+        [&](JobControl &control) {
+            control.setStage(QStringLiteral("Arbeit"));
+            while (!seen)
+                QThread::msleep(1);
+            return 0;
+        },
+        [&](int) {
+            events.emplace_back(QStringLiteral("Ende"));
+            QTimer::singleShot(250, &loop, &QEventLoop::quit);
+        },
+        [&](const JobControl &control) {
+            events.push_back(control.stage());
+            seen = true;
+            QThread::msleep(200); // the next sample is due before the end is told
+        });
+    loop.exec();
+    ASSERT_GE(events.size(), 2u);
+    EXPECT_EQ(events.front(), QStringLiteral("Arbeit"));
+    EXPECT_EQ(events.back(), QStringLiteral("Ende"));
+}
+
 TEST(JobTest, isCancelledByItsDeathAndThenTellsNobody)
 {
     QThreadPool pool;
