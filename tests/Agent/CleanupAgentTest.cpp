@@ -4,9 +4,8 @@
 #include "Agent/ExampleRules.h"
 #include "Agent/StateFolder.h"
 #include "Agent/StoredList.h"
+#include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
-
-#include <QEventLoop>
 
 #include <gtest/gtest.h>
 
@@ -41,16 +40,6 @@ protected:
     {
         ASSERT_TRUE(storeList(world.defaults(), QStringLiteral("agentRules"), rules));
         ASSERT_TRUE(world.defaults().setValue(QStringLiteral("agentRulesVersion"), 3));
-    }
-
-    static void wait(CleanupAgent &agent, const std::function<void()> &operation)
-    {
-        QEventLoop loop;
-        agent.whenFinished([&] { loop.quit(); });
-        operation();
-        if (agent.running.get())
-            loop.exec();
-        agent.whenFinished({});
     }
 
     AgentWorld world;

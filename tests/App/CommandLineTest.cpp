@@ -165,3 +165,42 @@ TEST_F(CommandLineTest, reportsWhatFailedAndDoesTheRest)
     EXPECT_EQ(tree.content("Documents/Rechnungen"), "im Weg");
     EXPECT_TRUE(tree.has("Downloads/Beleg.pdf"));
 }
+
+TEST_F(CommandLineTest, findsDuplicatesAndWritesAReport)
+{
+    tree.file("Desktop/nochmal.zip", "drei");
+    const QJsonObject found = json({"doppelte", tree.root().native()}).object();
+    const QJsonArray pairs = found[QStringLiteral("pairs")].toArray();
+    ASSERT_EQ(pairs.size(), 1);
+    EXPECT_TRUE(pairs[0].toObject()[QStringLiteral("duplicate")].toString().endsWith(u"Desktop/nochmal.zip"));
+    EXPECT_TRUE(pairs[0].toObject()[QStringLiteral("kept")].toString().endsWith(u"Downloads/alt.zip"));
+    EXPECT_EQ(found[QStringLiteral("bytes")].toInt(), 4);
+    EXPECT_FALSE(found[QStringLiteral("capped")].toBool());
+    EXPECT_EQ(json({"pruefen", "--doppelte"}).object()[QStringLiteral("duplicates")].toInt(), 1);
+
+    const QJsonObject report = json({"bericht"}).object();
+    const QString file = report[QStringLiteral("report")].toString();
+    EXPECT_TRUE(report[QStringLiteral("request")].toString().contains(file));
+    const std::string text = tree.content(Location(file.toStdString()).lexically_relative(tree.root()).native());
+    EXPECT_NE(text.find("## Vorschläge des Agenten (5)"), std::string::npos) << text;
+    EXPECT_NE(text.find("nochmal.zip` – Papierkorb – Doppelt – gleicher Inhalt"), std::string::npos) << text;
+}
+
+TEST_F(CommandLineTest, asksForAProfileBeforeItTouchesAProject)
+{
+    tree.lines({"Projekt/package.json={}", "Projekt/src/main.ts=x", "Projekt/Notiz.docx=alt"});
+    const std::string projekt = tree.path("Projekt").native();
+    const QJsonObject pending = json({"analysieren", projekt}).object();
+    EXPECT_TRUE(pending[QStringLiteral("pending")].toBool());
+    EXPECT_EQ(pending[QStringLiteral("proposals")].toArray().size(), 0);
+    EXPECT_FALSE(pending[QStringLiteral("profile")].toObject()[QStringLiteral("tidyAllowed")].toBool());
+    EXPECT_EQ(json({"profile"}).array().size(), 0);
+
+    EXPECT_FALSE(json({"analysieren", projekt, "--profil-bestaetigen", "--ausfuehren"})
+                     .object()[QStringLiteral("pending")]
+                     .toBool());
+    const QJsonArray profiles = json({"profile"}).array();
+    ASSERT_EQ(profiles.size(), 1);
+    EXPECT_EQ(profiles[0].toObject()[QStringLiteral("name")].toString(), QStringLiteral("Projekt"));
+    EXPECT_TRUE(tree.has("Projekt/Notiz.docx")); // the rest is not tidied unless the user allows it
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Agent/CleanupAgent.h"
+
+#include <functional>
+
+namespace brellin::test {
+
+/// Starts an operation of the agent and waits until it has ended.
+void wait(CleanupAgent &agent, const std::function<void()> &operation);
+
+} // namespace brellin::test
