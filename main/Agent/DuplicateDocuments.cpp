@@ -48,6 +48,7 @@ std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs
         addPairs(chosen, copies, first->digest, scope);
         first = end;
     }
+    std::ranges::stable_sort(chosen, {}, &DuplicatePair::kept);
     return chosen;
 }
 

@@ -149,8 +149,8 @@ void Analysis::proposeVideos()
         return;
     for (const SurveyedFile &video : m_scope.survey().largeVideos()) {
         const int days = daysBetween(settledSince(video.attributes), m_request.now);
-        if (video.hidden || !isNeverOpened(video.attributes) || days <= limit || isInWhole(video.folder) ||
-            m_kept.contains(video.location) || !m_scope.mayGo(video.location))
+        if (video.hidden || isPlaceHolder(video.attributes) || !isNeverOpened(video.attributes) || days <= limit ||
+            isInWhole(video.folder) || m_kept.contains(video.location) || !m_scope.mayGo(video.location))
             continue;
         const bool doubtful = isRecent(video.attributes.modified) || m_scope.isNamedByScripts(video.location);
         const QString reason = neverOpenedReason(video.attributes, days);
@@ -217,8 +217,8 @@ QString projectsText(const std::vector<QString> &projects)
         names.append(u'„' + projects[i] + u'“');
     QString text = names.join(QStringLiteral(", "));
     if (projects.size() > namedProjects)
-        text += QStringLiteral(" und ") + german().toString(static_cast<qlonglong>(projects.size() - namedProjects)) +
-                QStringLiteral(" weitere");
+        text += QStringLiteral(" und ") + counted(static_cast<qint64>(projects.size() - namedProjects),
+                                                  QStringLiteral("weiteres"), QStringLiteral("weitere"));
     return QStringLiteral(" · ohne Schutzprofil nicht angesehen: ") + text;
 }
 

@@ -43,9 +43,10 @@ std::optional<FolderFinding> longUnused(const AnalysisScope &scope, std::size_t 
     const FolderProfile &settings = scope.protection().settings();
     const std::optional<QString> archive = archiveGroup(settings);
     const int days = daysBetween(*folder.usage.lastUse, now);
-    // Links in it may lead to its neighbours, which stay.
-    if (!scope.protection().mayTidy() || !archive || settings.archiveAfterDays <= 0 ||
-        days <= settings.archiveAfterDays || folder.usage.links > 0)
+    // Without a profile nobody has said after how many days: an album is not old because nobody looked at it for a month.
+    // Links in the folder may lead to its neighbours, which stay.
+    if (!scope.protection().hasProfile() || !scope.protection().mayTidy() || !archive ||
+        settings.archiveAfterDays <= 0 || days <= settings.archiveAfterDays || folder.usage.links > 0)
         return std::nullopt;
     const Location name = folder.location.filename();
     const std::string year = QString::number(localDay(*folder.usage.newest).year()).toStdString();

@@ -24,8 +24,8 @@ inline constexpr int removableDepth = 3;
 /// another. Collecting folders and what lies in them are not among them.
 std::vector<FolderFinding> removableFolders(const AnalysisScope &scope, int maxDepth);
 
-/// Folders directly in the analysed one that nobody has opened since they came, for the Trash, or has used for longer than
-/// the profile says, for the archive.
+/// Folders directly in the analysed one that nobody has opened since they came, for the Trash, or, under a profile that
+/// allows tidying, that nobody has used for longer than it says, for the archive. Nothing where access times are not kept.
 std::vector<FolderFinding> unusedFolders(const AnalysisScope &scope, Instant now);
 
 } // namespace brellin

@@ -35,7 +35,7 @@ struct SurveyedFolder {
     bool package = false;     ///< itself
     bool marked = false;      ///< a project by a marker directly in it
     bool holdsMarked = false; ///< it or some folder below is one
-    bool complete = true;     ///< everything below could be looked at and lies on this volume
+    bool complete = true;     ///< all below could be looked at, is downloaded and lies on this volume
     bool otherVolume = false; ///< a volume is mounted here; nothing of it is known
 };
 

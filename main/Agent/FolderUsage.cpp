@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::chrono::hours firstDay{24};
 
+/// A file of more bytes than this that occupies nothing on the disk is a place holder (or one big hole).
+constexpr std::int64_t largestInline = 65'536;
+
 const std::array<QString, 7> &categoryNames()
 {
     static const std::array<QString, 7> names{
@@ -47,6 +50,11 @@ bool isNeverOpened(const FileAttributes &file)
     // Who copies a file keeps its old modification time; one later than its arrival is somebody's work.
     const Instant came = file.created.value_or(file.modified);
     return file.accessed <= std::max(came, file.modified) + firstDay && file.modified <= came + firstDay;
+}
+
+bool isPlaceHolder(const FileAttributes &file)
+{
+    return file.diskSize == 0 && file.size > largestInline;
 }
 
 void FolderUsage::add(std::string_view name, const FileAttributes &entry)

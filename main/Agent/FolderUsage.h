@@ -23,6 +23,9 @@ Instant settledSince(const FileAttributes &file);
 /// attributes say is only true where access times are kept.
 bool isNeverOpened(const FileAttributes &file);
 
+/// Whether a file is only a place holder whose content a cloud service would have to download first.
+bool isPlaceHolder(const FileAttributes &file);
+
 /// What is in a folder with everything below it. Folders themselves do not count: their times change by looking at them.
 struct FolderUsage {
     std::int64_t files = 0;        ///< regular ones, hidden ones too

@@ -13,9 +13,6 @@ namespace brellin {
 
 namespace {
 
-/// A file of more bytes than this that occupies nothing on the disk has not been downloaded from its cloud.
-constexpr std::int64_t largestInline = 65'536;
-
 bool isAnyOf(std::string_view extension, std::initializer_list<std::string_view> extensions)
 {
     return std::ranges::find(extensions, extension) != extensions.end();
@@ -141,8 +138,7 @@ bool Gathering::isLoose(const SurveyedFile &file) const
 {
     const std::string name = file.location.filename().native();
     const std::string extension = lowerExtensionOf(name);
-    const bool notDownloaded = file.attributes.diskSize == 0 && file.attributes.size > largestInline;
-    if (file.hidden || notDownloaded || isScriptExtension(extension) || isHalfWritten(extension) ||
+    if (file.hidden || isPlaceHolder(file.attributes) || isScriptExtension(extension) || isHalfWritten(extension) ||
         m_taken.contains(file.location) || belongsToNeighbour(name))
         return false;
     // A project's own files stay, also those that are newer than its profile.
