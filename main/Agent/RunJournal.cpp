@@ -87,8 +87,8 @@ Result<void> RunJournal::append(const QByteArray &lines)
 {
     const off_t before = ::lseek(m_lock.descriptor(), 0, SEEK_CUR);
     for (qsizetype at = 0; at < lines.size();) {
-        const ssize_t written = ::write(m_lock.descriptor(), lines.constData() + at,
-                                        static_cast<std::size_t>(lines.size() - at));
+        const ssize_t written =
+            ::write(m_lock.descriptor(), lines.constData() + at, static_cast<std::size_t>(lines.size() - at));
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0) {

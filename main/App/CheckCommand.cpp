@@ -37,15 +37,15 @@ ExitCode runCheckCommand(CommandContext &context)
             command.propose([&] { agent.scan(search, CleanupAgent::ScanPurpose::ProposeOnly); }))
         return *ended;
     const ScanFindings &found = agent.findings();
+    if (found.leftForScripts > 0)
+        command.remark(counted(found.leftForScripts, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
+                       QStringLiteral(" (von Skripten benutzt)"));
     const ExitCode code = command.finish([&](const std::vector<AgentProposal> &proposals) {
         return QJsonObject{{QStringLiteral("proposals"), toJson(proposals, JsonDates::Iso)},
                            {QStringLiteral("checkedFiles"), static_cast<qint64>(found.checkedFiles)},
                            {QStringLiteral("leftForScripts"), static_cast<qint64>(found.leftForScripts)},
                            {QStringLiteral("duplicates"), static_cast<qint64>(found.duplicates)}};
     });
-    if (!context.json() && found.leftForScripts > 0)
-        context.terminal.print(counted(found.leftForScripts, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
-                               QStringLiteral(" (von Skripten benutzt)"));
     if (command.executes() && code != ExitCode::NotPossible)
         agent.noteChecked();
     return code;

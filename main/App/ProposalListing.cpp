@@ -68,7 +68,7 @@ void printProposals(Terminal &terminal, const Location &home, const CleanupAgent
     for (const auto &group : order) {
         const std::vector<QStringList> &rows = groups[group];
         const QString count =
-            counted(static_cast<qint64>(rows.size()), QStringLiteral("Datei"), QStringLiteral("Dateien"));
+            counted(static_cast<qint64>(rows.size()), QStringLiteral("Eintrag"), QStringLiteral("Einträge"));
         terminal.print(QStringLiteral("%1 – %2 (%3)").arg(headingOf(group.first), printable(group.second), count));
         terminal.printColumns(rows, 2, widths);
         terminal.print({});

@@ -23,8 +23,9 @@ public:
 
     /// Has the agent search. Nothing where that worked, else how the command ends.
     std::optional<ExitCode> propose(const std::function<void()> &search);
-    /// Lists what was found, carries it out if told so, and answers: `head` are the command's own JSON fields. `noun` counts
-    /// what one run is noted as (a scan of the rules' folders) when it was carried out.
+    /// Adds to the line that sums up the search.
+    void remark(const QString &text) { m_found += QStringLiteral(" · ") + text; }
+    /// Lists what was found, carries it out if told so, and answers: `head` are the command's own JSON fields.
     ExitCode finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head);
 
 private:
