@@ -15,6 +15,7 @@ if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 if(NOT APPLE)
+    add_link_options(-Wl,--as-needed) # a program loads only the libraries that it calls
     find_program(MOLD mold)
     if(MOLD)
         add_link_options(-fuse-ld=mold)
