@@ -33,7 +33,7 @@ public:
     /// Whether it may propose something about what lies in a folder: entered, and no profile protects it.
     bool isOpen(std::size_t folder) const { return m_open[folder]; }
     /// Whether a folder may be proposed as a whole: nothing in it is unknown, protected, a project, or counted on by others.
-    bool mayGoWhole(std::size_t folder) const;
+    bool mayGoWhole(std::size_t number) const;
     /// Whether a file may be moved or trashed.
     bool mayGo(const Location &file) const;
 

@@ -98,6 +98,7 @@ std::vector<Numbers> Search::groups() const
                 equal[*print].push_back(number);
         }
         std::vector<Numbers> sorted;
+        sorted.reserve(equal.size());
         for (auto &[print, members] : equal)
             sorted.push_back(std::move(members));
         std::ranges::sort(sorted, {}, [&](const Numbers &one) { return m_scope.folder(one.front()).level; });

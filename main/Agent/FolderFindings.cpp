@@ -29,7 +29,7 @@ std::optional<QString> archiveGroup(const FolderProfile &settings)
 std::optional<FolderFinding> neverOpened(const AnalysisScope &scope, std::size_t number, Instant now)
 {
     const FolderUsage &usage = scope.folder(number).usage;
-    if (!usage.neverOpened())
+    if (!usage.neverOpened() || !usage.settledSince)
         return std::nullopt;
     const int days = daysBetween(*usage.settledSince, now);
     if (days <= neverOpenedDays)
@@ -42,6 +42,8 @@ std::optional<FolderFinding> longUnused(const AnalysisScope &scope, std::size_t 
     const SurveyedFolder &folder = scope.folder(number);
     const FolderProfile &settings = scope.protection().settings();
     const std::optional<QString> archive = archiveGroup(settings);
+    if (!folder.usage.lastUse || !folder.usage.newest)
+        return std::nullopt;
     const int days = daysBetween(*folder.usage.lastUse, now);
     // Without a profile nobody has said after how many days: an album is not old because nobody looked at it for a month.
     // Links in the folder may lead to its neighbours, which stay.

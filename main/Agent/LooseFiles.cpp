@@ -115,7 +115,7 @@ Location Gathering::groupFolder(const QString &group) const
     if (name.empty() || name.starts_with('.') || name.find('/') != std::string::npos ||
         name.find('\0') != std::string::npos)
         return {};
-    Location folder = m_scope.root() / name;
+    const Location folder = m_scope.root() / name;
     for (const SurveyedFolder &one : m_scope.survey().folders()) {
         if (one.level == 1 && folded(shownName(one.location)) == folded(group))
             return one.package || one.hidden || one.marked || m_scope.protection().isProtected(one.location)
