@@ -2,7 +2,7 @@
 
 #include "Decoding/Linux/SystemCallFilter.h"
 
-#include <cerrno>
+#include <csignal>
 #include <fstream>
 
 #include <sys/prctl.h>
@@ -47,6 +47,8 @@ Result<void> confineThisProcess()
     TRY(limit(RLIMIT_NOFILE, openFiles));
     TRY(limit(RLIMIT_FSIZE, 0));
     TRY(limit(RLIMIT_CORE, 0));
+    // Writing to a file is then an error and not the end: the message why a file could not be read may go to one.
+    std::signal(SIGXFSZ, SIG_IGN);
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return failure(Failure::lastSystem());
     // A kernel without filters still has the limits.
