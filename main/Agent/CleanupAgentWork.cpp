@@ -347,12 +347,10 @@ void CleanupAgent::undo(const QUuid &run)
     const auto found = std::ranges::find(history.get(), run, &JournalRun::id);
     if (found == history.get().end() || found->undone)
         return;
-    const JournalRun wanted = *found;
     if (!begin(QStringLiteral("Mache rückgängig …")))
         return;
     m_undoing.start(
-        m_pool,
-        [services = m_services, wanted](JobControl &control) { return UndoRun(services).undo(wanted, control); },
+        m_pool, [services = m_services, run](JobControl &control) { return UndoRun(services).undo(run, control); },
         [this](Result<UndoOutcome> result) { undone(std::move(result)); },
         [this](const JobControl &control) { watch(control); });
 }

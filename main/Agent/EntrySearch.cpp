@@ -3,38 +3,67 @@
 #include "Agent/Placement.h"
 #include "Disk/Walk.h"
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
 
-std::map<FileIdentity, Location> entriesOf(const Location &folder)
+/// Whether a name is the wanted one, or the wanted one with a number.
+bool isNumberedForm(std::string_view name, std::string_view wanted)
 {
-    std::map<FileIdentity, Location> entries;
-    const auto collect = [&](const WalkEntry &entry) {
-        if (!entry.unreadable && !entry.name.starts_with(Placement::temporaryPrefix))
-            entries.emplace(entry.attributes.identity, entry.location());
-        return WalkStep::Continue;
-    };
-    // A folder that cannot be read holds nothing that can be found.
-    (void)walk(folder, {.attributes = Attribute::Identity, .subfolders = false, .prune = {}}, collect);
-    return entries;
+    if (name == wanted)
+        return true;
+    const std::string_view stem = stemOf(wanted);
+    const std::string_view middle = stemOf(name);
+    return extensionOf(name) == extensionOf(wanted) && middle.starts_with(stem) && middle.ends_with(')') &&
+           middle.substr(stem.size()).starts_with(" (");
 }
 
 } // namespace
 
-bool isEntry(const Location &location, const FileIdentity &identity)
+bool isSameEntry(const FileAttributes &now, const FileState &seen)
 {
-    const Result<FileAttributes> attributes = readAttributes(location);
-    return attributes && attributes->identity == identity;
+    if (now.identity == seen.identity)
+        return true;
+    return now.identity.inode == seen.identity.inode && now.identity.device != seen.identity.device &&
+           now.size == seen.size && now.modified == seen.modified;
 }
 
-std::optional<Location> EntrySearch::find(const Location &folder, const FileIdentity &identity)
+bool isEntry(const Location &location, const FileState &seen)
 {
-    auto known = m_folders.find(folder);
-    if (known == m_folders.end())
-        known = m_folders.emplace(folder, entriesOf(folder)).first;
-    const auto found = known->second.find(identity);
-    return found == known->second.end() ? std::nullopt : std::optional(found->second);
+    const Result<FileAttributes> attributes = readAttributes(location);
+    return attributes && isSameEntry(*attributes, seen);
+}
+
+const std::vector<EntrySearch::Entry> &EntrySearch::entriesOf(const Location &folder)
+{
+    const auto known = m_folders.find(folder);
+    if (known != m_folders.end())
+        return known->second;
+    std::vector<Entry> entries;
+    const auto collect = [&](const WalkEntry &entry) {
+        if (!entry.unreadable && !entry.name.starts_with(Placement::temporaryPrefix))
+            entries.push_back({entry.location(), entry.attributes});
+        return WalkStep::Continue;
+    };
+    // A folder that cannot be read holds nothing that can be found.
+    (void)walk(folder, {.attributes = Attribute::Identity | Attribute::Size | Attribute::Modified, .subfolders = false},
+               collect);
+    return m_folders.emplace(folder, std::move(entries)).first->second;
+}
+
+std::optional<Location> EntrySearch::find(const Location &wanted, const FileState &seen)
+{
+    const std::string name = wanted.filename().native();
+    for (const Entry &entry : entriesOf(wanted.parent_path())) {
+        const std::string entryName = entry.location.filename().native();
+        const bool named =
+            entry.attributes.links <= 1 || entry.attributes.isFolder() || isNumberedForm(entryName, name);
+        if (named && isSameEntry(entry.attributes, seen) && m_found.insert(entry.location).second)
+            return entry.location;
+    }
+    return std::nullopt;
 }
 
 } // namespace brellin

@@ -86,7 +86,8 @@ void Runner::perform(std::span<const AgentProposal> proposals)
         proposals = proposals.subspan(batch.size());
         std::vector<PlannedStep> plans;
         std::ranges::transform(batch, std::back_inserter(plans), planOf);
-        const Result<void> planned = m_journal.plan(plans);
+        const Result<std::size_t> planned = m_journal.plan(plans);
+        m_next = planned.value_or(m_next);
         for (const AgentProposal &proposal : batch) {
             m_outcome.cancelled = m_outcome.cancelled || m_control.cancelled();
             if (m_outcome.cancelled)

@@ -86,19 +86,26 @@ std::optional<Location> locationFrom(const QJsonObject &line, QLatin1StringView 
     return value.isString() ? std::optional(locationFromText(value.toString())) : std::nullopt;
 }
 
-bool readPlan(const QJsonObject &line, JournalContent &content)
+/// A plan under one of the two keys: a new step, or a known one planned again.
+bool readPlan(const QJsonObject &line, const char *key, JournalContent &content)
 {
+    constexpr qint64 mostSteps = 100'000'000;
+    const qint64 number = line.value(QLatin1StringView(key)).toInteger(-1);
     PlannedStep plan;
     const std::optional<FileState> state = stateFrom(line.value(QLatin1StringView("state")));
     const std::optional<Location> from = locationFrom(line, QLatin1StringView("from"));
-    if (!state || !from || !readJson(line.value(QLatin1StringView("kind")), plan.kind))
+    if (number < 0 || number > mostSteps || !state || !from ||
+        !readJson(line.value(QLatin1StringView("kind")), plan.kind))
         return false;
     plan.from = *from;
     plan.to = locationFrom(line, QLatin1StringView("to"));
     plan.state = *state;
     plan.original = stateFrom(line.value(QLatin1StringView("original")));
-    content.steps.push_back({.plan = plan, .temporary = {}, .copied = {}, .done = {}});
-    return line.value(QLatin1StringView("plan")).toInteger(-1) + 1 == static_cast<qint64>(content.steps.size());
+    // Steps whose own lines were passed over have nothing to settle.
+    while (static_cast<qint64>(content.steps.size()) <= number)
+        content.steps.push_back({.plan = {}, .temporary = {}, .copied = {}, .done = {}, .failed = true});
+    content.steps[static_cast<std::size_t>(number)] = {.plan = plan, .temporary = {}, .copied = {}, .done = {}};
+    return true;
 }
 
 /// The step that a line of this kind speaks of.
@@ -141,7 +148,11 @@ bool readLine(const QJsonObject &line, JournalContent &content)
         content.folders.push_back(*created);
         return true;
     }
-    return line.contains(QLatin1StringView("plan")) ? readPlan(line, content) : readMark(line, content);
+    for (const char *const key : {"plan", "planAgain"}) {
+        if (line.contains(QLatin1StringView(key)))
+            return readPlan(line, key, content);
+    }
+    return readMark(line, content);
 }
 
 } // namespace
@@ -154,10 +165,12 @@ QByteArray head(const QUuid &run, Instant date)
     return closed(line);
 }
 
-QByteArray plan(std::size_t step, const PlannedStep &planned)
+namespace {
+
+QByteArray planLine(const char *key, std::size_t step, const PlannedStep &planned)
 {
     QByteArray line;
-    append(line, "plan", step);
+    append(line, key, step);
     append(line, "kind", toJson(planned.kind).toString());
     append(line, "from", planned.from);
     if (planned.to)
@@ -166,6 +179,18 @@ QByteArray plan(std::size_t step, const PlannedStep &planned)
     if (planned.original)
         append(line, "original", *planned.original);
     return closed(line);
+}
+
+} // namespace
+
+QByteArray plan(std::size_t step, const PlannedStep &planned)
+{
+    return planLine("plan", step, planned);
+}
+
+QByteArray planAgain(std::size_t step, const PlannedStep &planned)
+{
+    return planLine("planAgain", step, planned);
 }
 
 QByteArray folder(const Location &folder)
@@ -217,9 +242,11 @@ JournalContent read(const QByteArray &text)
     JournalContent content;
     for (qsizetype at = 0; at < text.size();) {
         const qsizetype end = text.indexOf('\n', at);
-        const JsonResult<QJsonValue> line = end < 0 ? std::unexpected(JsonError()) : parseJson(text.mid(at, end - at));
-        if (!line || !readLine(line->toObject(), content))
+        if (end < 0)
             break;
+        const JsonResult<QJsonValue> line = parseJson(text.mid(at, end - at));
+        if (!line || !readLine(line->toObject(), content))
+            content.damaged = true;
         at = end + 1;
     }
     return content;

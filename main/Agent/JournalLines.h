@@ -9,13 +9,14 @@ namespace brellin::journalLines {
 
 QByteArray head(const QUuid &run, Instant date);
 QByteArray plan(std::size_t step, const PlannedStep &planned);
+QByteArray planAgain(std::size_t step, const PlannedStep &planned);
 QByteArray folder(const Location &folder);
 QByteArray copying(std::size_t step, const Location &temporary);
 QByteArray copied(std::size_t step, const FileState &copy);
 QByteArray done(std::size_t step, const JournalStep &result);
 QByteArray failed(std::size_t step);
 
-/// Reads the lines back; one that is torn or makes no sense ends the reading.
+/// Reads the lines back: a torn last one is left out, a whole one that makes no sense is passed over and noted.
 JournalContent read(const QByteArray &text);
 
 } // namespace brellin::journalLines

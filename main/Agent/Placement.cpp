@@ -1,6 +1,7 @@
 #include "Agent/Placement.h"
 
 #include "Agent/AgentError.h"
+#include "Agent/SameContent.h"
 #include "Agent/VerifiedCopy.h"
 #include "Disk/FreeName.h"
 
@@ -152,13 +153,16 @@ Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, con
     if (!m_services.trash.possible(entry))
         return failure(QStringLiteral("Auf diesem Datenträger gibt es keinen Papierkorb für das Original."));
     const Placed copy = TRY(copyTo(entry, wanted, Safety::Flushed, AgentError::badCopyOfMoved(), log));
-    const Result<Location> trashed = m_services.trash.put(entry);
-    if (!trashed) {
-        if (entryExists(entry))
-            removeOwnCopy(copy.location, copy.state);
-        return failure(trashed.error());
-    }
-    return Moved{copy.location, *trashed};
+    // The copy's final name, too, must be on the disk before the original goes.
+    const Result<void> flushed = m_services.files.flush(copy.location);
+    const Result<Location> trashed = flushed ? m_services.trash.put(entry) : Result<Location>(failure(flushed.error()));
+    if (trashed)
+        return Moved{copy.location, *trashed};
+    // Meanwhile the name was there for everybody: only what the original still has may go.
+    if (!haveSameContent(entry, copy.location, nullptr))
+        return Moved{copy.location, std::nullopt};
+    removeOwnCopy(copy.location, copy.state);
+    return failure(trashed.error());
 }
 
 } // namespace brellin

@@ -34,10 +34,11 @@ public:
     Result<Placed> copyTo(const Location &entry, const Location &wanted, Safety safety, const Failure &differs,
                           StepLog &log);
 
-    /// Copies across volumes and puts the original into its Trash. Fails with everything as it was.
+    /// Copies across volumes and puts the original into its Trash. Fails with everything as it was; where the original
+    /// could not be trashed and is no longer what was copied, both stay and it was a copy.
     struct Moved {
         Location location;
-        Location trashedOriginal;
+        std::optional<Location> trashedOriginal;
     };
     Result<Moved> moveAcrossVolumes(const Location &entry, const Location &wanted, StepLog &log);
 

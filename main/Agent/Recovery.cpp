@@ -5,6 +5,7 @@
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
 #include "Agent/StateFolder.h"
+#include "Disk/FreeName.h"
 
 #include <algorithm>
 
@@ -20,33 +21,40 @@ public:
     explicit Settlement(const AgentServices &services) : m_services(services) {}
 
     std::optional<JournalStep> settle(const JournalledStep &step);
+    /// Something was there when the step was planned, and is now nowhere to be found.
+    bool lostTrack() const { return m_lostTrack; }
 
 private:
-    std::optional<JournalStep> settleTrashed(const PlannedStep &plan) const;
+    std::optional<JournalStep> settleTrashed(const PlannedStep &plan);
     std::optional<JournalStep> settleCopied(const JournalledStep &step);
     std::optional<JournalStep> settleMoved(const PlannedStep &plan);
-    std::optional<Location> inTarget(const PlannedStep &plan, const FileIdentity &identity)
+    std::optional<Location> inTarget(const PlannedStep &plan, const FileState &state)
     {
-        return plan.to ? m_search.find(plan.to->parent_path(), identity) : std::nullopt;
+        return plan.to ? m_search.find(*plan.to, state) : std::nullopt;
     }
+    std::optional<Location> placeLeftCopy(const JournalledStep &step);
 
     const AgentServices &m_services;
     EntrySearch m_search;
+    bool m_lostTrack = false;
 };
 
-std::optional<JournalStep> Settlement::settleTrashed(const PlannedStep &plan) const
+std::optional<JournalStep> Settlement::settleTrashed(const PlannedStep &plan)
 {
-    if (isEntry(plan.from, plan.state.identity))
+    if (isEntry(plan.from, plan.state))
         return std::nullopt;
     const std::optional<Location> place = m_services.trash.find(plan.from, plan.state.identity);
+    m_lostTrack = m_lostTrack || (!place && plan.state.identity != FileIdentity());
     return place ? std::optional(JournalStep{Kind::Trash, plan.from, place, {}}) : std::nullopt;
 }
 
 std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
 {
     const PlannedStep &plan = step.plan;
-    const bool originalThere = isEntry(plan.from, plan.state.identity);
-    const std::optional<Location> copy = step.copied ? inTarget(plan, step.copied->identity) : std::nullopt;
+    const bool originalThere = isEntry(plan.from, plan.state);
+    std::optional<Location> copy = step.copied ? inTarget(plan, *step.copied) : std::nullopt;
+    if (!copy && !originalThere)
+        copy = placeLeftCopy(step);
     if (!copy) {
         const bool ours = step.temporary->filename().native().starts_with(Placement::temporaryPrefix);
         if (originalThere && ours)
@@ -59,11 +67,24 @@ std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
     return JournalStep{plan.kind, plan.from, copy, m_services.trash.find(plan.from, plan.state.identity)};
 }
 
+/// A complete copy that still has its hidden name, while its original is gone from its place: it gets the name that it was
+/// to have.
+std::optional<Location> Settlement::placeLeftCopy(const JournalledStep &step)
+{
+    if (!step.copied || !step.plan.to || !isEntry(*step.temporary, *step.copied))
+        return std::nullopt;
+    const Location free = unique(*step.plan.to);
+    if (!m_services.files.rename(*step.temporary, free))
+        return std::nullopt;
+    return free;
+}
+
 std::optional<JournalStep> Settlement::settleMoved(const PlannedStep &plan)
 {
-    if (isEntry(plan.from, plan.state.identity))
+    if (isEntry(plan.from, plan.state))
         return std::nullopt;
-    const std::optional<Location> place = inTarget(plan, plan.state.identity);
+    const std::optional<Location> place = inTarget(plan, plan.state);
+    m_lostTrack = m_lostTrack || (!place && plan.state.identity != FileIdentity());
     return place ? std::optional(JournalStep{plan.kind, plan.from, place, {}}) : std::nullopt;
 }
 
@@ -102,6 +123,7 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
     const std::vector<JournalRun> known = history.runs();
     JournalRun run{content.run, content.date, {}, false};
     bool found = false;
+    bool lostTrack = false;
     if (std::ranges::find(known, content.run, &JournalRun::id) == known.end()) {
         Settlement settlement(services);
         for (const JournalledStep &step : content.steps) {
@@ -109,11 +131,12 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
                 run.steps.push_back(*std::move(done));
         }
         found = !run.steps.empty();
+        lostTrack = settlement.lostTrack();
     }
     // A history that cannot be written keeps the journal for the next start.
     if (found && !history.add(run, existing(content.folders)))
         return std::nullopt;
-    (void)journal->discard();
+    (void)(lostTrack ? journal->keepAside() : journal->discard());
     return found ? std::optional(run.id) : std::nullopt;
 }
 
@@ -123,9 +146,11 @@ void dropFinishedUndo(const AgentServices &services, const Location &file)
     Result<RunJournal> journal = RunJournal::takeOver(file);
     if (!journal)
         return;
-    const std::vector<JournalRun> known = RunHistory(services.defaults).runs();
-    const auto run = std::ranges::find(known, journal->content().run, &JournalRun::id);
-    if (run == known.end() || run->undone)
+    const Result<std::vector<JournalRun>> known = RunHistory(services.defaults).readRuns();
+    if (!known)
+        return;
+    const auto run = std::ranges::find(*known, journal->content().run, &JournalRun::id);
+    if (run == known->end() || run->undone)
         (void)journal->discard();
 }
 

@@ -52,6 +52,21 @@ std::vector<JournalRun> RunHistory::runs() const
     return storedList<JournalRun>(m_defaults, historyKey).value_or(std::vector<JournalRun>());
 }
 
+Result<std::vector<JournalRun>> RunHistory::readRuns() const
+{
+    std::optional<QByteArray> text;
+    TRY(m_defaults.update(historyKey, [&](const std::optional<QByteArray> &stored) {
+        text = stored;
+        return std::optional<UserDefaults::Change>();
+    }));
+    if (!text)
+        return std::vector<JournalRun>();
+    JsonResult<std::vector<JournalRun>> read = fromJsonText<std::vector<JournalRun>>(*text);
+    if (!read)
+        return failure(QStringLiteral("Der Verlauf ist nicht lesbar: ") + read.error().sentence());
+    return *std::move(read);
+}
+
 Result<void> RunHistory::add(const JournalRun &run, const std::vector<Location> &createdFolders)
 {
     // First what the undo needs besides the run: a crash in between leaves a note without a run, not the reverse.

@@ -18,6 +18,9 @@ public:
     explicit RunHistory(UserDefaults &defaults) : m_defaults(defaults) {}
 
     std::vector<JournalRun> runs() const;
+    /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
+    /// it does not say.
+    Result<std::vector<JournalRun>> readRuns() const;
     /// Puts a run on top, unless the history knows it already. The oldest fall away.
     Result<void> add(const JournalRun &run, const std::vector<Location> &createdFolders);
     Result<void> markUndone(const QUuid &run, const std::vector<Location> &notRestored);

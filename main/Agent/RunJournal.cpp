@@ -110,14 +110,22 @@ Result<void> RunJournal::flush()
     return {};
 }
 
-Result<void> RunJournal::plan(std::span<const PlannedStep> steps)
+Result<std::size_t> RunJournal::plan(std::span<const PlannedStep> steps)
 {
     QByteArray lines;
-    std::size_t number = m_planned;
+    const std::size_t first = m_planned;
+    std::size_t number = first;
     for (const PlannedStep &step : steps)
         lines += journalLines::plan(number++, step);
     TRY(append(lines));
     m_planned = number;
+    TRY(flush());
+    return first;
+}
+
+Result<void> RunJournal::planAgain(std::size_t step, const PlannedStep &planned)
+{
+    TRY(append(journalLines::planAgain(step, planned)));
     return flush();
 }
 
@@ -147,8 +155,18 @@ Result<void> RunJournal::failed(std::size_t step)
     return append(journalLines::failed(step));
 }
 
+Result<void> RunJournal::keepAside()
+{
+    const Location aside = m_file.native() + ".ungeklärt";
+    if (::rename(m_file.c_str(), aside.c_str()) != 0)
+        return failure(Failure::lastSystem());
+    return {};
+}
+
 Result<void> RunJournal::discard()
 {
+    if (m_content.damaged)
+        return keepAside();
     if (::unlink(m_file.c_str()) != 0 && errno != ENOENT)
         return failure(Failure::lastSystem());
     return {};

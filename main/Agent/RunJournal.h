@@ -41,13 +41,15 @@ struct JournalContent {
     Instant date;
     std::vector<JournalledStep> steps;
     std::vector<Location> folders; ///< created, or about to be
+    bool damaged = false;          ///< whole lines made no sense and were passed over
 };
 
 /// The diary of one run or one undo while it works, a file of JSON lines that its owner keeps locked. Whoever finds it
 /// unlocked finds a run that was cut short.
 ///
 /// Intended steps are written and flushed before the first of them acts; finished ones are plain appends, which a killed
-/// process does not lose. A torn last line is as if it had not been written.
+/// process does not lose. A torn last line is as if it had not been written; a whole line that nobody understands is passed
+/// over, and the file is then kept aside at the end.
 class RunJournal {
 public:
     enum class Purpose { Run, Undo };
@@ -64,8 +66,11 @@ public:
     /// What was in the file when it was opened.
     const JournalContent &content() const { return m_content; }
 
-    /// Writes what is about to be done, numbered on from the last planned step, and flushes it to the disk.
-    Result<void> plan(std::span<const PlannedStep> steps);
+    /// Writes what is about to be done, numbered on from the last planned step, and flushes it to the disk. Gives the number
+    /// of the first.
+    Result<std::size_t> plan(std::span<const PlannedStep> steps);
+    /// Plans a step anew that was found to be another than it was when first planned.
+    Result<void> planAgain(std::size_t step, const PlannedStep &planned);
     /// A folder that the run is about to create.
     Result<void> folder(const Location &folder);
     Result<void> copying(std::size_t step, const Location &temporary);
@@ -75,8 +80,10 @@ public:
     Result<void> failed(std::size_t step);
     Result<void> flush();
 
-    /// Removes the file: what it says is in the history now, or nothing was done.
+    /// Removes the file: what it says is in the history now, or nothing was done. One that was damaged is only renamed.
     Result<void> discard();
+    /// Renames the file to a name under which nobody takes it for a journal: a person may want to look into it.
+    Result<void> keepAside();
 
 private:
     RunJournal(Location file, FileLock lock) : m_file(std::move(file)), m_lock(std::move(lock)) {}

@@ -70,7 +70,8 @@ Result<JournalStep> StepPerformer::move(const AgentProposal &proposal, StepLog &
             return failure(moved.error());
     }
     const Placement::Moved moved = TRY(m_place.moveAcrossVolumes(proposal.source, *proposal.destination, log));
-    return JournalStep{proposal.kind, proposal.source, moved.location, moved.trashedOriginal};
+    const Kind done = moved.trashedOriginal ? proposal.kind : Kind::Copy;
+    return JournalStep{done, proposal.source, moved.location, moved.trashedOriginal};
 }
 
 } // namespace brellin

@@ -1,7 +1,7 @@
 #include "Agent/StepReversal.h"
 
 #include "Agent/AgentError.h"
-#include "Agent/VerifiedCopy.h"
+#include "Agent/SameContent.h"
 
 namespace brellin {
 
@@ -24,6 +24,16 @@ PlannedStep StepReversal::planOf(const JournalStep &step)
             stateOf(step.trashedOriginal)};
 }
 
+bool StepReversal::isCurrent(const JournalStep &step, const JournalledStep &known) const
+{
+    if (!step.to || !entryExists(*step.to) || isEntry(*step.to, known.plan.state))
+        return true;
+    EntrySearch search;
+    return search.find(step.from, known.plan.state) || (known.copied && search.find(step.from, *known.copied)) ||
+           (known.plan.original && search.find(step.from, *known.plan.original)) ||
+           m_services.trash.find(*step.to, known.plan.state.identity);
+}
+
 Result<void> StepReversal::checkAllowed(const JournalStep &step) const
 {
     const bool target = m_services.locations.isAllowed(step.from);
@@ -37,6 +47,9 @@ Result<void> StepReversal::reverse(const JournalStep &step, const JournalledStep
     if (!step.to)
         return failure(Failure::system(ENOENT));
     TRY(checkAllowed(step));
+    // A Trash that cannot be reached (its volume is not mounted) still holds the original.
+    if (step.trashedOriginal && !entryExists(step.trashedOriginal->parent_path()))
+        return failure(QStringLiteral("Der Papierkorb mit dem Original ist nicht erreichbar."));
     if (step.kind == Kind::Copy)
         return trashCopy(*step.to, known.plan.state);
     return known.plan.original ? restoreOriginal(step, known, log) : moveBack(step, known, log);
@@ -44,7 +57,7 @@ Result<void> StepReversal::reverse(const JournalStep &step, const JournalledStep
 
 Result<void> StepReversal::trashCopy(const Location &copy, const FileState &state)
 {
-    if (!isEntry(copy, state.identity)) {
+    if (!isEntry(copy, state)) {
         const bool already = m_services.trash.find(copy, state.identity).has_value();
         return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
     }
@@ -54,21 +67,21 @@ Result<void> StepReversal::trashCopy(const Location &copy, const FileState &stat
 
 Result<void> StepReversal::restoreOriginal(const JournalStep &step, const JournalledStep &known, StepLog &log)
 {
-    const FileIdentity original = known.plan.original->identity;
+    const FileState original = *known.plan.original;
     std::optional<Location> restored;
     if (isEntry(*step.trashedOriginal, original))
         restored = TRY(m_place.takeFromTrash(*step.trashedOriginal, step.from, step.from, log));
     else
-        restored = EntrySearch().find(step.from.parent_path(), original);
+        restored = EntrySearch().find(step.from, original);
     if (!restored)
         return failure(Failure::system(ENOENT));
-    if (!isEntry(*step.to, known.plan.state.identity))
+    if (!isEntry(*step.to, known.plan.state))
         return {}; // the copy went in an earlier try, or the user took it away
     const Result<Location> trashed = m_services.trash.put(*step.to);
     if (trashed)
         return {};
     // Without a Trash for it the copy may go only if it holds nothing that the original does not.
-    if (!verifyCopy(*restored, *step.to, m_control))
+    if (!haveSameContent(*restored, *step.to, m_control) || !isEntry(*restored, original))
         return failure(trashed.error());
     return m_services.files.removeOwnCopy(*step.to);
 }
@@ -77,21 +90,20 @@ Result<void> StepReversal::restoreOriginal(const JournalStep &step, const Journa
 void StepReversal::removeLeftover(const JournalledStep &known)
 {
     if (known.temporary && known.temporary->filename().native().starts_with(Placement::temporaryPrefix) &&
-        isEntry(known.plan.from, known.plan.state.identity))
+        isEntry(known.plan.from, known.plan.state))
         (void)m_services.files.removeOwnCopy(*known.temporary);
 }
 
 Result<void> StepReversal::moveBack(const JournalStep &step, const JournalledStep &known, StepLog &log)
 {
-    const FileIdentity identity = known.plan.state.identity;
-    const bool there = isEntry(*step.to, identity);
+    const bool there = isEntry(*step.to, known.plan.state);
     const bool inTrash = m_services.trash.holds(*step.to);
     EntrySearch search;
-    if (known.copied && search.find(step.from.parent_path(), known.copied->identity))
+    if (known.copied && search.find(step.from, *known.copied))
         return there && !inTrash ? trashCopy(*step.to, known.plan.state) : Result<void>();
     removeLeftover(known);
     if (!there) {
-        const bool already = search.find(step.from.parent_path(), identity).has_value();
+        const bool already = search.find(step.from, known.plan.state).has_value();
         return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
     }
     if (inTrash || m_place.onOneVolume(*step.to, step.from)) {

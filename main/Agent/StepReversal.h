@@ -19,6 +19,10 @@ public:
     /// What the journal has to know before: the entry as it is now, and where it goes.
     static PlannedStep planOf(const JournalStep &step);
 
+    /// Whether the plan still speaks of what is there: the entry, or what became of it in an earlier try. An entry that was
+    /// saved anew, or that came to its place only after planning, has to be planned again.
+    bool isCurrent(const JournalStep &step, const JournalledStep &known) const;
+
     /// Takes `step` back; `known` is what the journal knows of an earlier try (just the plan at the first).
     Result<void> reverse(const JournalStep &step, const JournalledStep &known, StepLog &log);
 

@@ -58,6 +58,10 @@ void Undoer::undoOne(std::size_t number)
 {
     const JournalStep &one = step(number);
     m_control.setDetail(shownName(one.from));
+    if (!m_reversal.isCurrent(one, m_known[number])) {
+        m_known[number] = {.plan = StepReversal::planOf(one), .temporary = {}, .copied = {}, .done = {}};
+        (void)m_journal.planAgain(number, m_known[number].plan);
+    }
     StepLog log(m_journal, m_newFolders, number);
     const Result<void> reversed = m_reversal.reverse(one, m_known[number], log);
     if (reversed) {
@@ -106,18 +110,24 @@ QString UndoOutcome::status() const
     return QStringLiteral("Rückgängig – %1 Datei(en) konnten nicht zurückgelegt werden.").arg(notRestored.size());
 }
 
-Result<UndoOutcome> UndoRun::undo(const JournalRun &run, JobControl &control)
+Result<UndoOutcome> UndoRun::undo(const QUuid &id, JobControl &control)
 {
     const StateFolder state(m_services.stateFolder);
     const FileLock lock = TRY(state.lockAgent());
     const Location journals = TRY(state.journals());
+    RunHistory history(m_services.defaults);
+    // Read under the lock: another program may have undone it since it was shown.
+    const std::vector<JournalRun> runs = TRY(history.readRuns());
+    const auto found = std::ranges::find(runs, id, &JournalRun::id);
+    if (found == runs.end() || found->undone)
+        return failure(QStringLiteral("Diese Aufräum-Aktion ist schon rückgängig gemacht."));
+    const JournalRun &run = *found;
     control.setTotal(static_cast<qint64>(run.steps.size()));
     Undoer undoer(m_services, run, TRY(RunJournal::createOrContinue(journals, run.id, m_services.clock.now())),
                   control);
     UndoOutcome outcome = TRY(undoer.undo());
     if (outcome.cancelled)
         return outcome;
-    RunHistory history(m_services.defaults);
     undoer.removeFolders(history.createdFolders(run.id));
     TRY(history.markUndone(run.id, outcome.notRestored));
     (void)undoer.journal().discard();

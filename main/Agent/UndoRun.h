@@ -24,8 +24,9 @@ class UndoRun {
 public:
     explicit UndoRun(const AgentServices &services) : m_services(services) {}
 
-    /// Undoes a run of the history and marks it undone. Fails with nothing changed when somebody else is working.
-    Result<UndoOutcome> undo(const JournalRun &run, JobControl &control);
+    /// Undoes a run of the history and marks it undone. Fails with nothing changed when somebody else is working, or when
+    /// the history by now says that there is nothing to undo.
+    Result<UndoOutcome> undo(const QUuid &id, JobControl &control);
 
 private:
     const AgentServices &m_services;

@@ -69,7 +69,7 @@ public:
     Result<UndoOutcome> undo(const JournalRun &run)
     {
         JobControl control;
-        return UndoRun(world.services()).undo(run, control);
+        return UndoRun(world.services()).undo(run.id, control);
     }
 
     /// Undoes everything in the history that is not undone.
