@@ -74,6 +74,11 @@ bool isOlder(std::optional<Instant> modified, double days, Instant now)
     return days <= 0 || std::chrono::duration<double>(now - *modified).count() >= days * 86400.0;
 }
 
+bool isAsLarge(std::optional<std::int64_t> size, double megabytes)
+{
+    return size && static_cast<double>(*size) >= megabytes * 1e6;
+}
+
 bool extensionMatches(const std::string &part, RuleFile &file)
 {
     // "tar.gz" is an extension to people, though only "gz" is one here.
@@ -168,7 +173,7 @@ bool RuleConditions::holds(const Test &test, RuleFile &file, Instant now)
     case ConditionKind::OlderThanDays:
         return test.number && isOlder(file.modified(), *test.number, now);
     case ConditionKind::LargerThanMB:
-        return test.number && file.size() && static_cast<double>(*file.size()) >= *test.number * 1e6;
+        return test.number && isAsLarge(file.size(), *test.number);
     }
     return false;
 }

@@ -191,19 +191,19 @@ RuleEvaluation Evaluation::summary()
     }
     RuleEvaluation result;
     result.checkedFiles = m_checked + static_cast<std::int64_t>(m_checkedInSeveral.size());
-    std::vector<Verdict *> held;
+    std::vector<std::pair<std::size_t, Candidate *>> held;
     for (Verdict &one : m_verdicts) {
         if (!one.file.empty() && first.at(one.file) != one.rule)
             continue;
         if (one.candidate)
-            held.push_back(&one);
+            held.emplace_back(one.rule, &*one.candidate);
         else
             ++result.leftForScripts;
     }
-    std::ranges::stable_sort(held, {}, &Verdict::rule);
+    std::ranges::stable_sort(held, {}, [](const auto &one) { return one.first; });
     result.candidates.reserve(held.size());
-    for (Verdict *const one : held)
-        result.candidates.push_back(*std::move(one->candidate));
+    for (const auto &[rule, candidate] : held)
+        result.candidates.push_back(std::move(*candidate));
     return result;
 }
 

@@ -65,9 +65,9 @@ QDate LocalDays::of(Instant instant)
     return date;
 }
 
-RuleTargets::RuleTargets(const CleanupRule &rule, const Location &home, Instant now)
+RuleTargets::RuleTargets(const CleanupRule &rule, Location home, Instant now)
     : m_rule(rule)
-    , m_home(home)
+    , m_home(std::move(home))
     , m_now(now)
     , m_pattern(QString(rule.targetPath).replace(nameMark, QLatin1StringView(" ")))
     , m_patternHasType(m_pattern.contains(u"{Kategorie}") || m_pattern.contains(u"{Endung}"))

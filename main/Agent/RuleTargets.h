@@ -33,7 +33,7 @@ private:
 class RuleTargets {
 public:
     /// The rule outlives it. `now` dates files whose creation the file system does not keep.
-    RuleTargets(const CleanupRule &rule, const Location &home, Instant now);
+    RuleTargets(const CleanupRule &rule, Location home, Instant now);
 
     /// What the rule would do with a file of this source; nothing where that is nothing: the file is in its place already,
     /// has its name, or the rule's text leads nowhere.

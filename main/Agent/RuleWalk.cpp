@@ -170,9 +170,9 @@ std::string_view TextStore::keep(std::string_view text)
 
 void TextStore::take(TextStore &&other)
 {
-    for (std::unique_ptr<char[]> &block : other.m_blocks)
+    TextStore taken = std::move(other);
+    for (std::unique_ptr<char[]> &block : taken.m_blocks)
         m_blocks.push_back(std::move(block));
-    other = {};
     m_left = 0; // the last block is no longer the one being filled
 }
 

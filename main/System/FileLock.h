@@ -15,6 +15,8 @@ public:
     ~FileLock() { release(); }
     FileLock(FileLock &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
     FileLock &operator=(FileLock &&other) noexcept;
+    FileLock(const FileLock &) = delete;
+    FileLock &operator=(const FileLock &) = delete;
 
     /// Waits until the lock can be had.
     static Result<FileLock> wait(const Location &file);

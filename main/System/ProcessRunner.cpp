@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char **environ;
+extern char **environ; // NOLINT(readability-redundant-declaration): not every system's headers declare it
 
 namespace brellin {
 
@@ -27,6 +27,9 @@ constexpr int pollMilliseconds = 50;
 
 class Pipe {
 public:
+    Pipe() = default;
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
     ~Pipe()
     {
         closeRead();
@@ -52,6 +55,8 @@ private:
 class Child {
 public:
     explicit Child(const ProcessRequest &request) : m_request(request) {}
+    Child(const Child &) = delete;
+    Child &operator=(const Child &) = delete;
     ~Child()
     {
         if (m_pid > 0)
@@ -116,6 +121,7 @@ Result<void> Child::start()
     std::vector<std::string> words{m_request.program};
     words.insert(words.end(), m_request.arguments.begin(), m_request.arguments.end());
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

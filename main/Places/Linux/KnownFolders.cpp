@@ -64,9 +64,10 @@ std::optional<std::string> quoted(std::string_view text)
     for (std::size_t i = 1; i < text.size(); ++i) {
         if (text[i] == '"')
             return value;
-        if (text[i] == '\\' && ++i == text.size())
-            break;
-        value += text[i];
+        if (text[i] == '\\')
+            ++i;
+        if (i < text.size())
+            value += text[i];
     }
     return std::nullopt;
 }
