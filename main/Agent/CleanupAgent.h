@@ -101,6 +101,8 @@ public:
 
     /// What the operations leave for whoever started them.
     const ScanFindings &findings() const { return m_findings; }
+    /// Leaves sources out of the proposals just found, and of what they are summed up as.
+    void leaveOut(const std::set<QUuid> &ids);
     const std::optional<AnalysisFindings> &analysis() const { return m_analysis; }
     const std::optional<ExecutionOutcome> &lastExecution() const { return m_execution; }
     const std::optional<UndoOutcome> &lastUndo() const { return m_undo; }
@@ -149,6 +151,7 @@ private:
     std::function<void()> m_receiptTick;
     bool m_viewVisible = false;
     bool m_attended = false;
+    bool m_duplicatesOnly = false; ///< the last scan looked for nothing else
     Schedule m_schedule;
     QThreadPool m_pool;
     Job<Result<ScanFindings>> m_scan;

@@ -116,6 +116,8 @@ void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
 
 void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)
 {
+    m_analysis.reset();
+    m_duplicatesOnly = purpose == ScanPurpose::DuplicatesOnly;
     m_scan.start(
         m_pool,
         [services = m_services, request](JobControl &control) { return scanFolders(services, request, control); },
@@ -313,6 +315,21 @@ void CleanupAgent::discard(const std::set<QUuid> &ids)
 {
     if (!running.get())
         removeFromList(ids);
+}
+
+void CleanupAgent::leaveOut(const std::set<QUuid> &ids)
+{
+    if (running.get() || ids.empty())
+        return;
+    for (const AgentProposal &proposal : proposals.get())
+        m_findings.duplicates -= ids.contains(proposal.id) && proposal.keptCopy ? 1 : 0;
+    removeFromList(ids);
+    const auto left = static_cast<std::int64_t>(proposals.get().size());
+    if (m_analysis)
+        m_analysis->proposals = proposals.get();
+    publish(status, m_analysis         ? m_analysis->summary()
+                    : m_duplicatesOnly ? m_findings.duplicatesSummary()
+                                       : m_findings.summary(left, 0));
 }
 
 void CleanupAgent::choose(const std::set<QUuid> &ids)

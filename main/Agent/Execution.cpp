@@ -14,7 +14,9 @@ namespace brellin {
 namespace {
 
 /// Steps announced with one flush. A flush costs about 0.2 ms, so that at this number it costs next to nothing.
-constexpr std::size_t batchSize = 256;
+constexpr std::size_t firstBatch = 256;
+/// Later batches grow to this: a flush then waits for everything that was renamed since the last one.
+constexpr std::size_t largestBatch = 8192;
 
 PlannedStep planOf(const AgentProposal &proposal)
 {
@@ -81,8 +83,10 @@ void Runner::performOne(const AgentProposal &proposal)
 
 void Runner::perform(std::span<const AgentProposal> proposals)
 {
+    std::size_t size = firstBatch;
     while (!proposals.empty() && !m_outcome.cancelled) {
-        const std::span<const AgentProposal> batch = proposals.first(std::min(batchSize, proposals.size()));
+        const std::span<const AgentProposal> batch = proposals.first(std::min(size, proposals.size()));
+        size = std::min(4 * size, largestBatch);
         proposals = proposals.subspan(batch.size());
         std::vector<PlannedStep> plans;
         std::ranges::transform(batch, std::back_inserter(plans), planOf);

@@ -78,7 +78,7 @@ Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json)
     for (qsizetype i = 0; const FolderProfile &profile : profiles) {
         ++i;
         // A profile that protects nothing would look as if it did.
-        if (!profile.root().is_absolute() || profile.rootPath.isEmpty())
+        if (!locationFromText(profile.rootPath).is_absolute())
             return failure(
                 u"Profil %1 („%2“): Feld „rootPath“: hier gehört ein ganzer Pfad hin."_qs.arg(i).arg(profile.name));
     }

@@ -65,7 +65,8 @@ Result<RunJournal> RunJournal::takeOver(const Location &file)
     const qsizetype whole = text.lastIndexOf('\n') + 1;
     if (whole < text.size() && ::ftruncate(journal.m_lock.descriptor(), whole) != 0)
         return failure(Failure::lastSystem());
-    if (::lseek(journal.m_lock.descriptor(), 0, SEEK_END) < 0)
+    journal.m_size = ::lseek(journal.m_lock.descriptor(), 0, SEEK_END);
+    if (journal.m_size < 0)
         return failure(Failure::lastSystem());
     return journal;
 }
@@ -85,7 +86,7 @@ std::vector<Location> RunJournal::find(const Location &folder, Purpose purpose)
 
 Result<void> RunJournal::append(const QByteArray &lines)
 {
-    const off_t before = ::lseek(m_lock.descriptor(), 0, SEEK_CUR);
+
     for (qsizetype at = 0; at < lines.size();) {
         const ssize_t written =
             ::write(m_lock.descriptor(), lines.constData() + at, static_cast<std::size_t>(lines.size() - at));
@@ -94,18 +95,19 @@ Result<void> RunJournal::append(const QByteArray &lines)
         if (written < 0) {
             const Failure why = Failure::lastSystem();
             // Half a line (a full disk) would spoil the next one.
-            if (at > 0 && ::ftruncate(m_lock.descriptor(), before) == 0)
-                ::lseek(m_lock.descriptor(), before, SEEK_SET);
+            if (at > 0 && ::ftruncate(m_lock.descriptor(), m_size) == 0)
+                ::lseek(m_lock.descriptor(), m_size, SEEK_SET);
             return failure(why);
         }
         at += written;
     }
+    m_size += lines.size();
     return {};
 }
 
 Result<void> RunJournal::flush()
 {
-    if (::fsync(m_lock.descriptor()) != 0)
+    if (::fdatasync(m_lock.descriptor()) != 0)
         return failure(Failure::lastSystem());
     return {};
 }

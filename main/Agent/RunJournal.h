@@ -10,6 +10,8 @@
 #include <span>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace brellin {
 
 /// What a run or an undo is about to do with one entry.
@@ -94,6 +96,7 @@ private:
     FileLock m_lock;
     JournalContent m_content;
     std::size_t m_planned = 0;
+    off_t m_size = 0; ///< of the file
 };
 
 } // namespace brellin

@@ -33,6 +33,7 @@ private:
     Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
     void propose(AgentProposal proposal);
     bool isProtected(const Location &location) const;
+    bool isOfUse(const AgentProposal &proposal) const;
 
     const AgentServices &m_services;
     const ScanRequest &m_request;
@@ -110,6 +111,20 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
     m_findings.duplicates = static_cast<std::int64_t>(m_findings.proposals.size());
 }
 
+/// Whether carrying a rule's proposal out would come to anything: not into a refused place, and not a copy that is there
+/// from the last time (a copy has its original's size and time).
+bool Scanner::isOfUse(const AgentProposal &proposal) const
+{
+    if (!proposal.destination)
+        return true;
+    if (!m_services.locations.isAllowed(*proposal.destination))
+        return false;
+    if (proposal.kind != Kind::Copy || !proposal.seen)
+        return true;
+    const Result<FileAttributes> there = readAttributes(*proposal.destination);
+    return !there || there->size != proposal.seen->size || there->modified != proposal.seen->modified;
+}
+
 Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
 {
     AiSorting sorting(m_services, m_control);
@@ -131,7 +146,7 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
             m_control.setDetail(shownName(candidate.source));
             proposal.destination = sorting.destinationOf(candidate);
         }
-        if (!candidate.needsAI || proposal.destination)
+        if ((!candidate.needsAI || proposal.destination) && isOfUse(proposal))
             propose(std::move(proposal));
     }
     sorting.remember();

@@ -77,6 +77,8 @@ ExitCode runReportCommand(CommandContext &context)
     };
     if (const std::optional<ExitCode> ended = command.propose(search))
         return *ended;
+    if (agent.pendingProfile.get())
+        context.terminal.message(agent.status.get());
     const Result<ReviewReport> report = agent.writeReport(folder);
     if (!report)
         return context.refuse(report.error().message);

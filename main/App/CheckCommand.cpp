@@ -59,6 +59,8 @@ ExitCode runDuplicatesCommand(CommandContext &context)
         std::error_code error;
         if (!std::filesystem::is_directory(folders.back(), error))
             return context.refuse(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(Location(word)))));
+        if (!context.services.forAgent().locations.isAllowed(folders.back()))
+            return context.refuse(SystemLocations::message());
     }
     if (folders.empty())
         return context.refuse(QStringLiteral("Welche Ordner? brellin doppelte ORDNER…"));

@@ -69,7 +69,11 @@ ExitCode runCommand(const Command &command, const std::vector<std::string> &word
     }
     Services services;
     CommandContext context{services, terminal, *arguments};
-    return command.run(context);
+    const ExitCode code = command.run(context);
+    if (Terminal::allWritten())
+        return code;
+    terminal.message(QStringLiteral("Die Ausgabe konnte nicht geschrieben werden."));
+    return code == ExitCode::Done ? ExitCode::Failed : code;
 }
 
 bool isFolderArgument(const std::string &word)

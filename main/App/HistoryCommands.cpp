@@ -1,6 +1,7 @@
 #include "Agent/AgentJson.h"
 #include "Agent/CleanupAgent.h"
-#include "Agent/RunHistory.h"
+#include "Agent/Recovery.h"
+#include "Agent/StateFolder.h"
 #include "App/AgentOperation.h"
 #include "App/Command.h"
 #include "Base/German.h"
@@ -59,8 +60,9 @@ ExitCode runHistoryCommand(CommandContext &context)
 {
     if (!context.arguments.rest().empty())
         return context.refuse(QStringLiteral("„verlauf“ nimmt keine weiteren Angaben."));
-    CleanupAgent agent(context.services.forAgent());
-    agent.recover();
+    // What a killed program left is taken over; nothing else is stored by looking.
+    recoverInterruptedRuns(context.services.forAgent());
+    const CleanupAgent agent(context.services.forProposingAgent());
     const std::vector<JournalRun> &history = agent.history.get();
     if (context.json()) {
         context.terminal.printJson(toJson(history, JsonDates::Iso));
@@ -84,6 +86,9 @@ ExitCode runUndoCommand(CommandContext &context)
     if (!meant)
         return context.refuse(meant.error().message);
     if (!*meant) {
+        // While another program works, its run is not in the history yet.
+        if (const Result<FileLock> lock = StateFolder(context.services.forAgent().stateFolder).lockAgent(); !lock)
+            return context.refuse(lock.error().message);
         const QString nothing = QStringLiteral("Es gibt nichts rückgängig zu machen.");
         if (context.json())
             context.terminal.printJson(undoAnswer({}, {}, nothing));
@@ -93,8 +98,14 @@ ExitCode runUndoCommand(CommandContext &context)
     }
     const QUuid id = (*meant)->id;
     waitFor(agent, context.terminal, [&] { agent.undo(id); });
-    if (agent.lastFailure())
-        return exitCodeOf(*agent.lastFailure(), context.terminal);
+    if (!agent.lastUndo()) {
+        const ExitCode code = exitCodeOf(agent.lastFailure().value_or(Failure()), context.terminal);
+        if (code == ExitCode::Cancelled && context.json())
+            context.terminal.printJson(undoAnswer(*meant, {}, agent.status.get()));
+        else if (code == ExitCode::Cancelled)
+            context.terminal.message(QStringLiteral("Ein Teil ist schon zurückgelegt. Weiter: brellin rueckgaengig"));
+        return code;
+    }
     const std::vector<Location> &notRestored = agent.lastUndo()->notRestored;
     const auto run = std::ranges::find(agent.history.get(), id, &JournalRun::id);
     const std::optional<JournalRun> now = run == agent.history.get().end() ? std::nullopt : std::optional(*run);

@@ -90,7 +90,7 @@ void ProposingCommand::applyOptions()
         else if (proposal.preselected || all)
             ticked.insert(proposal.id);
     }
-    m_agent.discard(left);
+    m_agent.leaveOut(left);
     m_agent.choose(ticked);
 }
 

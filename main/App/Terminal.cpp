@@ -110,6 +110,11 @@ void Terminal::message(const QString &line)
     write(stderr, line + u'\n');
 }
 
+bool Terminal::allWritten()
+{
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
 void Terminal::progress(const QString &line)
 {
     if (!m_showsProgress)

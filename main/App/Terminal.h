@@ -36,6 +36,8 @@ public:
                       const std::vector<qsizetype> &widths = {});
     void printJson(const QJsonValue &value);
     void message(const QString &line);
+    /// Whether everything printed so far has reached standard output.
+    static bool allWritten();
 
     /// Replaces the line of progress, if there is one.
     void progress(const QString &line);

@@ -125,7 +125,7 @@ Result<void> writeAtomically(const Location &file, const QByteArray &content)
         ::unlink(pattern.c_str());
         return written;
     }
-    return flushFolder(target.parent_path());
+    return flushFolder(target.has_parent_path() ? target.parent_path() : Location("."));
 }
 
 Result<QByteArray> readWhole(const Location &file)
