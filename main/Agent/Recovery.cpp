@@ -132,6 +132,9 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
         }
         found = !run.steps.empty();
         lostTrack = settlement.lostTrack();
+        // Folders that were made for nothing go again.
+        for (auto folder = content.folders.rbegin(); !found && folder != content.folders.rend(); ++folder)
+            (void)services.files.removeEmptyFolder(*folder);
     }
     // A history that cannot be written keeps the journal for the next start.
     if (found && !history.add(run, existing(content.folders)))

@@ -2,6 +2,7 @@
 #include "Agent/Execution.h"
 #include "Agent/Recovery.h"
 #include "Agent/RunHistory.h"
+#include "Agent/RunJournal.h"
 #include "Agent/StateFolder.h"
 #include "Agent/UndoRun.h"
 #include "Support/AgentWorld.h"
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 
 #include <sys/wait.h>
 #include <sys/xattr.h>
@@ -342,4 +344,83 @@ TEST_F(RunTest, carriesNamesThatAreNoText)
     // Undo works from what was stored, not from what is in memory.
     undoAll();
     EXPECT_EQ(world.snapshot(), withOdd);
+}
+
+TEST_F(RunTest, undoNeverRemovesACopyThatHoldsMoreThanItsOriginal)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    // The user went on working with both, and their volume has lost its Trash.
+    world.tree().file("disk/Ablage/groß (2).mov", "geändert");
+    world.tree().link("disk/Programme/Paket.app/verweis", "anderswo");
+    world.tree().file("disk/.Trash-" + std::to_string(::getuid()), "im Weg");
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->notRestored.size(), 2u);
+    EXPECT_EQ(world.tree().content("disk/Ablage/groß (2).mov"), "geändert");
+    EXPECT_TRUE(entryExists(world.disk("Programme/Paket.app/verweis")));
+    expectEveryByte();
+}
+
+TEST_F(RunTest, continuesAnUndoWithWhatWasSavedAnewInBetween)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    ASSERT_FALSE(survives(6, [&] { (void)undo(*outcome->run); }));
+    // An editor saves by replacing the file: another inode under the same name.
+    world.tree().file("home/Archiv/neu", "neu geschrieben");
+    std::filesystem::rename(world.home("Archiv/neu"), world.home("Archiv/a (2).pdf"));
+    undoAll();
+    EXPECT_EQ(world.tree().content("home/Downloads/a.pdf"), "neu geschrieben");
+    EXPECT_EQ(world.tree().content("home/Downloads/tief/a.pdf"), "zwei");
+}
+
+TEST_F(RunTest, recoversLinkedFilesEachUnderItsOwnName)
+{
+    std::filesystem::create_hard_link(world.home("Downloads/name.txt"), world.home("Downloads/zwilling.txt"));
+    const std::string linked = world.snapshot();
+    const auto moves = [&] {
+        return std::vector{proposal(Kind::Move, world.home("Downloads/name.txt"), world.home("Ziel/name.txt")),
+                           proposal(Kind::Move, world.home("Downloads/zwilling.txt"), world.home("Ziel/zwilling.txt"))};
+    };
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        const bool finished = survives(n, [&] { (void)execute(moves()); });
+        recoverInterruptedRuns(world.services());
+        undoAll();
+        ASSERT_EQ(world.snapshot(), linked);
+        if (finished)
+            break;
+    }
+}
+
+TEST_F(RunTest, undoesARunOnceWhateverAnotherProgramThinks)
+{
+    const Result<ExecutionOutcome> first = execute(everything());
+    ASSERT_TRUE(first && first->run);
+    ASSERT_TRUE(undo(*first->run));
+    const Result<ExecutionOutcome> second = execute(everything());
+    ASSERT_TRUE(second && second->run);
+    const std::string after = world.snapshot();
+    EXPECT_FALSE(undo(*first->run)); // its steps speak of the same places
+    EXPECT_EQ(world.snapshot(), after);
+}
+
+TEST_F(RunTest, keepsADamagedJournalAsideAndRecoversTheRest)
+{
+    ASSERT_FALSE(survives(12, [&] { (void)execute(everything()); }));
+    const Location folder = world.tree().path("state/journal");
+    const Location journal = std::filesystem::directory_iterator(folder)->path();
+    std::string text;
+    {
+        std::ifstream stream(journal);
+        std::getline(stream, text, '\0');
+    }
+    text.insert(text.find('\n') + 1, "{\"unbekannt\":1}\n");
+    std::ofstream(journal) << text;
+    EXPECT_EQ(recoverInterruptedRuns(world.services()).size(), 1u);
+    undoAll();
+    EXPECT_EQ(world.snapshot(), before);
+    EXPECT_EQ(RunJournal::find(folder, RunJournal::Purpose::Run).size(), 0u);
+    EXPECT_TRUE(world.hasJournals()); // for a person to look into
 }
