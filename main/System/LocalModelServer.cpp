@@ -15,7 +15,7 @@ constexpr int statusOk = 200;
 constexpr int statusUnavailable = 503; ///< what a server says while it loads its model
 
 /// How long finding out what a server is may take: nothing in it is work for the server.
-constexpr milliseconds examineTime(2000);
+constexpr milliseconds examineTime(3000);
 /// How long a server counts as what it was found to be.
 constexpr std::chrono::seconds knownTime(5);
 

@@ -182,10 +182,11 @@ TEST_F(LocalModelServerTest, takesNoBadAnswer)
     };
     for (const HttpReply &reply : bad) {
         const ScriptedHttpServer server([&](const auto &request) { return playOpenAi(request, reply); });
-        const Result<QString> answer = ask(server, 700ms);
+        const bool late = reply.silent || reply.delay > 0ms;
+        const Result<QString> answer = ask(server, late ? 700ms : 20s);
         EXPECT_FALSE(answer) << reply.bytes.left(120).toStdString();
         EXPECT_FALSE(!answer && answer.error().message.isEmpty());
-        EXPECT_EQ(pathsOf(server).last(), QStringLiteral("POST /v1/chat/completions"));
+        EXPECT_TRUE(late || pathsOf(server).last() == QStringLiteral("POST /v1/chat/completions"));
     }
 }
 
