@@ -278,6 +278,63 @@ class Copy(Contest):
         return self.copied(["cp", "-a"])
 
 
+class Duplicates(Contest):
+    """20,000 pictures, a fifth of them copies of others and a fifth of one size with contents of their own. We find by
+    SHA-256 and read nothing else; the peer compares as it does by itself unless told to use SHA-256 too."""
+
+    def make(self):
+        self.home = Home(self.folder / "home")
+        self.tree = self.folder / "tree"
+        count = self.count(20_000)
+        content = [b""] * count
+        for number in range(count):
+            if number % 5 == 4:
+                content[number] = content[number - 4]
+            else:
+                size = 30_000 if number % 5 == 3 else 4_000 + 3 * number
+                content[number] = os.urandom(size)
+            place = self.tree / f"Ordner {number % 200}"
+            if number < 200:
+                place.mkdir(parents=True)
+            write_file(place / f"Bild {number}.jpg", content[number])
+        found = json.loads(output_of([*self.our_command(), "--json"], env=self.home.environment))
+        require(len(found["pairs"]) == count // 5, f"{len(found['pairs'])} duplicates were found")
+
+    def our_command(self):
+        return [self.bin / "brellin", "doppelte", self.tree]
+
+    def ours(self):
+        return seconds_of(self.our_command(), env=self.home.environment)
+
+    def theirs(self):
+        return seconds_of(self.their_command(), env=self.home.environment, cwd=self.home.folder,
+                          stderr=subprocess.DEVNULL)
+
+
+class DuplicatesJdupes(Duplicates):
+    title = "duplicates among 20,000 files"
+    peer = "jdupes"
+
+    def their_command(self):
+        return ["jdupes", "-r", "-q", self.tree]
+
+
+class DuplicatesRmlint(Duplicates):
+    title = "duplicates among 20,000 files"
+    peer = "rmlint"
+
+    def their_command(self):
+        return ["rmlint", "-T", "df", "-o", "fdupes", self.tree]
+
+
+class DuplicatesRdfind(Duplicates):
+    title = "duplicates among 20,000 files"
+    peer = "rdfind, SHA-256"
+
+    def their_command(self):
+        return ["rdfind", "-checksum", "sha256", "-dryrun", "true", "-makeresultsfile", "false", self.tree]
+
+
 class CopySmall(Copy):
     title = "copying 20,000 small files"
 
@@ -300,7 +357,8 @@ class CopyBig(Copy):
         require(target.stat().st_size == (self.folder / "source").stat().st_size, "the copy is not complete")
 
 
-CONTESTS = {"search": NameSearch, "rules": Rules, "digest": Digest, "moves": Moves, "copy": CopySmall, "big": CopyBig}
+CONTESTS = {"search": NameSearch, "rules": Rules, "digest": Digest, "moves": Moves, "copy": CopySmall, "big": CopyBig,
+            "jdupes": DuplicatesJdupes, "rmlint": DuplicatesRmlint, "rdfind": DuplicatesRdfind}
 
 
 # -- printing ---------------------------------------------------------------------------------------------------------

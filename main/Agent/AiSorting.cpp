@@ -28,7 +28,6 @@ namespace {
 const QString answersKey = QStringLiteral("agentAIAnswers");
 /// Answers kept, so that the list does not grow for ever.
 constexpr std::size_t mostAnswers = 5'000;
-constexpr std::chrono::seconds answerLimit{30};
 
 /// As a stored date has it: microseconds.
 FileState storable(FileState state)
@@ -75,7 +74,7 @@ std::optional<QString> AiSorting::answerFor(const Candidate &candidate)
     const auto existing = m_existing.try_emplace(*candidate.aiBase, AgentAI::existingFolders(*candidate.aiBase)).first;
     const std::optional<QString> folder =
         AgentAI::folderName(m_services.model, candidate.source, existing->second, m_services.pdfText,
-                            std::min<std::chrono::milliseconds>(left, answerLimit), &m_control);
+                            std::min(left, answerLimit), &m_control);
     if (folder) {
         m_answers.push_back({candidate.rule, state, *folder});
         m_changed = true;

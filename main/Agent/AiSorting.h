@@ -27,6 +27,8 @@ class AiSorting {
 public:
     /// The longest that one scan spends on asking.
     static constexpr std::chrono::minutes budget{3};
+    /// The longest that one answer may take.
+    static constexpr std::chrono::milliseconds answerLimit{30'000};
 
     /// `control` outlives the sorting.
     AiSorting(const AgentServices &services, const JobControl &control);

@@ -90,8 +90,13 @@ void CleanupAgent::upgradeRules()
 {
     if (plain(m_services.defaults, rulesVersionKey, 0) >= rulesVersion)
         return;
+    // Who has no rules yet starts with the examples as they are.
     const Result<void> stored =
-        updateRules([this](std::vector<CleanupRule> old) { return upgradedRules(std::move(old), m_services.folders); });
+        updateList<CleanupRule>(m_services.defaults, rulesKey, [this](std::optional<std::vector<CleanupRule>> old) {
+            return std::optional(old ? upgradedRules(*std::move(old), m_services.folders)
+                                     : exampleRules(m_services.folders));
+        });
+    publish(rules, storedList<CleanupRule>(m_services.defaults, rulesKey).value_or(rules.get()));
     const auto folders = [this](std::optional<std::vector<Location>> old) {
         return std::optional(old.value_or(defaultDuplicateFolders(m_services.folders)));
     };

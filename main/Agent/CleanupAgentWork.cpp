@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
+#include "Agent/AiSorting.h"
 #include "Base/German.h"
 
 #include <algorithm>
@@ -191,10 +192,18 @@ void CleanupAgent::showProposals(std::vector<AgentProposal> list)
 
 AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
 {
-    const auto choose = [&model = m_services.model, pdfText = m_services.pdfText](
-                            const Location &file, const QStringList &groups) -> std::optional<QString> {
+    // Shared by the copies of the function; starts with the first question.
+    const auto end = std::make_shared<std::optional<std::chrono::steady_clock::time_point>>();
+    const auto choose = [&model = m_services.model, pdfText = m_services.pdfText,
+                         end](const Location &file, const QStringList &groups) -> std::optional<QString> {
+        const auto now = std::chrono::steady_clock::now();
+        if (!*end)
+            *end = now + AiSorting::budget;
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(**end - now);
+        if (left.count() <= 0)
+            return std::nullopt;
         std::optional<QString> name =
-            AgentAI::folderName(model, file, groups, pdfText, std::chrono::seconds(30), nullptr);
+            AgentAI::folderName(model, file, groups, pdfText, std::min(left, AiSorting::answerLimit), nullptr);
         return name && groups.contains(*name) ? name : std::nullopt;
     };
     return {folder, profiles.get(), rules.get(), history.get(), m_services.clock.now(), choose};

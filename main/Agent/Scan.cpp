@@ -117,7 +117,7 @@ bool Scanner::isOfUse(const AgentProposal &proposal) const
 {
     if (!proposal.destination)
         return true;
-    if (!m_services.locations.isAllowed(*proposal.destination))
+    if (!m_services.locations.isAllowedEntry(*proposal.destination))
         return false;
     if (proposal.kind != Kind::Copy || !proposal.seen)
         return true;

@@ -20,7 +20,7 @@ Result<void> checkUnchanged(const AgentProposal &proposal)
 Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal) const
 {
     if (!m_services.locations.isAllowedEntry(proposal.source) ||
-        (proposal.destination && !m_services.locations.isAllowed(*proposal.destination)))
+        (proposal.destination && !m_services.locations.isAllowedEntry(*proposal.destination)))
         return failure(AgentError::systemLocation());
     return {};
 }

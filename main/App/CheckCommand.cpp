@@ -23,6 +23,13 @@ qint64 bytesOf(const std::vector<AgentProposal> &proposals)
     return bytes;
 }
 
+void sayIfCapped(const CommandContext &context, const ScanFindings &found)
+{
+    if (found.duplicatesCapped)
+        context.terminal.message(QStringLiteral("Auf Doppelte wurden nur die ersten %1 Dateien verglichen.")
+                                     .arg(german().toString(static_cast<qlonglong>(found.duplicateFiles))));
+}
+
 } // namespace
 
 ExitCode runCheckCommand(CommandContext &context)
@@ -37,6 +44,7 @@ ExitCode runCheckCommand(CommandContext &context)
             command.propose([&] { agent.scan(search, CleanupAgent::ScanPurpose::ProposeOnly); }))
         return *ended;
     const ScanFindings &found = agent.findings();
+    sayIfCapped(context, found);
     if (found.leftForScripts > 0)
         command.remark(counted(found.leftForScripts, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
                        QStringLiteral(" (von Skripten benutzt)"));
@@ -69,9 +77,7 @@ ExitCode runDuplicatesCommand(CommandContext &context)
     if (const std::optional<ExitCode> ended = command.propose([&] { agent.searchDuplicates(folders); }))
         return *ended;
     const ScanFindings &found = agent.findings();
-    if (found.duplicatesCapped)
-        context.terminal.message(QStringLiteral("Es wurden nur die ersten %1 Dateien verglichen.")
-                                     .arg(german().toString(static_cast<qlonglong>(found.duplicateFiles))));
+    sayIfCapped(context, found);
     const std::vector<AgentProposal> proposals = agent.proposals.get();
     if (!context.json() && !proposals.empty())
         context.terminal.print(

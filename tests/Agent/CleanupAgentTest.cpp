@@ -54,6 +54,7 @@ TEST_F(CleanupAgentTest, startsWithExamplesAndUpgradesOldRulesOnce)
         storedList<CleanupRule>(world.defaults(), QStringLiteral("agentRules")).value();
     EXPECT_EQ(stored, fresh.rules.get());
     EXPECT_EQ(stored.size(), 10u);
+    EXPECT_EQ(stored.back().name, QStringLiteral("Dokumente aus Downloads mit KI einsortieren"));
     EXPECT_EQ(fresh.intervalHours.get(), 24);
     EXPECT_EQ(fresh.duplicateFolders.get(),
               (std::vector{world.folders.dir(StandardFolder::Downloads), world.folders.dir(StandardFolder::Desktop)}));
@@ -63,6 +64,9 @@ TEST_F(CleanupAgentTest, startsWithExamplesAndUpgradesOldRulesOnce)
     EXPECT_TRUE(CleanupAgent(world.services()).rules.get().empty());
     ASSERT_TRUE(world.defaults().setValue(QStringLiteral("agentRulesVersion"), 2));
     EXPECT_EQ(CleanupAgent(world.services()).rules.get().size(), 10u);
+    store(stored);
+    ASSERT_TRUE(world.defaults().setValue(QStringLiteral("agentRulesVersion"), 2));
+    EXPECT_EQ(CleanupAgent(world.services()).rules.get().back().name, QStringLiteral("Dokumente mit KI einsortieren"));
     EXPECT_EQ(world.defaults().value(QStringLiteral("agentRulesVersion")), QVariant(3));
 }
 
