@@ -15,7 +15,9 @@ struct Candidate {
     bool needsAI = false;           ///< the destination is still to be chosen by the language model
     std::optional<Location> aiBase; ///< the folder in which it chooses a sub-folder
     FileState seen;
-    QUuid rule = {}; ///< the rule that took the file
+    /// The rule that took the file.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    QUuid rule = {};
 
     bool operator==(const Candidate &) const = default;
 };

@@ -37,6 +37,7 @@ struct WalkOptions {
     bool insidePackages = true; ///< go into packages; they are shown in any case
     bool otherVolumes = true;   ///< go into folders on which another volume is mounted
     /// Folder names that are shown but not entered. Called from several threads in the parallel form.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<bool(std::string_view name)> prune = {};
 };
 
