@@ -1,5 +1,6 @@
 #include "Agent/DuplicateFinder.h"
 
+#include "Agent/FolderUsage.h"
 #include "Base/ParallelFor.h"
 #include "Disk/ContentSample.h"
 #include "Disk/Digest.h"
@@ -17,9 +18,6 @@ namespace {
 
 /// The search ends when it has taken this many files, all folders together.
 constexpr std::size_t mostFiles = 20'000;
-
-/// A file of more bytes than this that occupies nothing on the disk is a place holder of a cloud service (or one big hole).
-constexpr std::int64_t largestInline = 65'536;
 
 struct Document {
     Location location;
@@ -81,8 +79,7 @@ Result<void> Collection::add(const Location &folder)
 bool Collection::isTaken(const WalkEntry &entry) const
 {
     const FileAttributes &file = entry.attributes;
-    const bool placeHolder = file.diskSize == 0 && file.size > largestInline;
-    return file.isFile() && !entry.unreadable && file.size > 0 && !placeHolder &&
+    return file.isFile() && !entry.unreadable && file.size > 0 && !isPlaceHolder(file) &&
            isUserDocumentExtension(extensionOf(entry.name));
 }
 

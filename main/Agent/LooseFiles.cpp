@@ -18,11 +18,6 @@ bool isAnyOf(std::string_view extension, std::initializer_list<std::string_view>
     return std::ranges::find(extensions, extension) != extensions.end();
 }
 
-bool isHalfWritten(std::string_view extension)
-{
-    return isAnyOf(extension, {"part", "crdownload", "download", "opdownload", "partial"});
-}
-
 /// A file that says something about the file of the same name beside it.
 bool isCompanion(std::string_view extension)
 {
@@ -102,7 +97,7 @@ void Gathering::readNeighbours()
         const std::string name = file.location.filename().native();
         const std::string extension = lowerExtensionOf(name);
         m_names.insert(name);
-        if (isHalfWritten(extension) || isCompanion(extension))
+        if (isHalfWrittenExtension(extension) || isCompanion(extension))
             m_companions.emplace(stemOf(name));
     }
 }
@@ -138,8 +133,8 @@ bool Gathering::isLoose(const SurveyedFile &file) const
 {
     const std::string name = file.location.filename().native();
     const std::string extension = lowerExtensionOf(name);
-    if (file.hidden || isPlaceHolder(file.attributes) || isScriptExtension(extension) || isHalfWritten(extension) ||
-        m_taken.contains(file.location) || belongsToNeighbour(name))
+    if (file.hidden || isPlaceHolder(file.attributes) || isScriptExtension(extension) ||
+        isHalfWrittenExtension(extension) || m_taken.contains(file.location) || belongsToNeighbour(name))
         return false;
     // A project's own files stay, also those that are newer than its profile.
     const bool isPartOfProject = m_scope.protection().hasProfile() && isCodeName(name);

@@ -5,7 +5,6 @@
 #include "Disk/Walk.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <functional>
 
@@ -14,13 +13,6 @@ namespace brellin {
 namespace {
 
 constexpr std::size_t textBlock = 65536;
-
-bool isHalfWrittenExtension(std::string_view extension)
-{
-    constexpr auto extensions =
-        std::to_array<std::string_view>({"part", "crdownload", "download", "opdownload", "partial"});
-    return std::ranges::find(extensions, extension) != extensions.end();
-}
 
 /// What one thread of a walk gathers.
 class Collector {

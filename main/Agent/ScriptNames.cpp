@@ -7,11 +7,7 @@
 #include <QString>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cstdint>
-
-#include <unistd.h>
 
 namespace brellin {
 
@@ -49,23 +45,11 @@ std::string composedText(std::string_view bytes)
 
 std::string contentOf(const Location &script)
 {
-    std::string content;
     const Result<EntryPlace> place = openPlace(script);
     if (!place)
-        return content;
+        return {};
     const Result<Descriptor> open = openForReading(place->at());
-    if (!open)
-        return content;
-    std::array<char, 65536> piece; // NOLINT(*-member-init): filled by the system
-    while (content.size() < mostBytesRead) {
-        const ssize_t length = ::read(open->number(), piece.data(), piece.size());
-        if (length < 0 && errno == EINTR)
-            continue;
-        if (length <= 0)
-            break;
-        content.append(piece.data(), static_cast<std::size_t>(length));
-    }
-    return content;
+    return open ? readBeginning(*open, mostBytesRead) : std::string();
 }
 
 } // namespace

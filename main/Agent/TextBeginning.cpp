@@ -5,16 +5,13 @@
 #include <QByteArray>
 #include <QStringDecoder>
 
-#include <cerrno>
 #include <optional>
-
-#include <unistd.h>
 
 namespace brellin {
 
 namespace {
 
-constexpr qsizetype mostBytesRead = 8192;
+constexpr std::size_t mostBytesRead = 8192;
 /// Of so many characters of a text at most one is a stray control character.
 constexpr qsizetype charactersPerStray = 20;
 
@@ -29,19 +26,7 @@ QByteArray firstBytes(const Location &file)
     const Result<Descriptor> open = openForReading(place->at());
     if (!open)
         return {};
-    QByteArray bytes(mostBytesRead, Qt::Uninitialized);
-    qsizetype length = 0;
-    while (length < bytes.size()) {
-        const ssize_t got =
-            ::read(open->number(), bytes.data() + length, static_cast<std::size_t>(bytes.size() - length));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            break;
-        length += got;
-    }
-    bytes.truncate(length);
-    return bytes;
+    return QByteArray::fromStdString(readBeginning(*open, mostBytesRead));
 }
 
 /// A character that the end of the bytes cuts in two is left out.

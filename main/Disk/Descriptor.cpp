@@ -1,5 +1,7 @@
 #include "Disk/Descriptor.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <memory>
 #include <string_view>
@@ -83,6 +85,21 @@ Result<std::vector<ListedName>> listFolder(int folder, const JobControl *control
     if (errno != 0)
         return failure(Failure::lastSystem());
     return names;
+}
+
+std::string readBeginning(const Descriptor &file, std::size_t most)
+{
+    std::string content;
+    std::array<char, 65536> piece; // NOLINT(*-member-init): filled by the system
+    while (content.size() < most) {
+        const ssize_t length = ::read(file.number(), piece.data(), std::min(piece.size(), most - content.size()));
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length <= 0)
+            break;
+        content.append(piece.data(), static_cast<std::size_t>(length));
+    }
+    return content;
 }
 
 } // namespace brellin

@@ -63,6 +63,9 @@ Result<Descriptor> openFolder(NameIn entry);
 /// lets us, without touching its access time.
 Result<Descriptor> openForReading(NameIn entry);
 
+/// The first bytes of an open file, at most `most`; where reading fails, those before that.
+std::string readBeginning(const Descriptor &file, std::size_t most);
+
 /// A number for the mount that an open folder lies on, different for two mounts of one device where the system can
 /// tell.
 std::uint64_t mountOf(int folder);

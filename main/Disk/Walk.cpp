@@ -24,12 +24,7 @@ private:
 
 Location WalkEntry::location() const
 {
-    std::string path;
-    path.reserve(folder.size() + 1 + name.size());
-    path = folder;
-    if (!path.ends_with('/'))
-        path += '/';
-    return path += name;
+    return childPath(folder, name);
 }
 
 HiddenNames hiddenNamesIn(std::string_view list)

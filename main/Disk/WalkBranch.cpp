@@ -15,16 +15,6 @@ constexpr int deepestHandOver = 128;
 /// Names of a folder are shared from this many bytes on (some 800 names), less is done before another thread wakes.
 constexpr std::size_t sharedNames = 32 * 1024;
 
-std::string childPath(const std::string &folder, std::string_view name)
-{
-    std::string path;
-    path.reserve(folder.size() + 1 + name.size());
-    path = folder;
-    if (!path.ends_with('/'))
-        path += '/';
-    return path += name;
-}
-
 /// The folder went away or became something else since it was listed: nothing that could not be read.
 bool hasVanished(const Failure &why)
 {
@@ -33,6 +23,16 @@ bool hasVanished(const Failure &why)
 }
 
 } // namespace
+
+std::string childPath(std::string_view folder, std::string_view name)
+{
+    std::string path;
+    path.reserve(folder.size() + 1 + name.size());
+    path = folder;
+    if (!path.ends_with('/'))
+        path += '/';
+    return path += name;
+}
 
 Result<WalkOutcome> WalkRun::result(const WalkOutcome &outcome) const
 {

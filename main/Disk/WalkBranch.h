@@ -5,9 +5,13 @@
 #include <atomic>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brellin {
+
+/// The path of a name in a folder.
+std::string childPath(std::string_view folder, std::string_view name);
 
 /// What everyone who takes part in one walk shares.
 struct WalkRun {
