@@ -3,17 +3,27 @@
 #include "System/FileLock.h"
 
 #include <QDateTime>
-#include <QSettings>
+#include <QJsonDocument>
 
 namespace brellin {
 
 namespace {
 
-QString lastError(const QSettings &settings)
+/// A date within the values: JSON has no form of its own for it.
+const QString dateKey = QStringLiteral("datum");
+
+QJsonValue jsonOf(const QVariant &value)
 {
-    return settings.status() == QSettings::AccessError
-               ? QStringLiteral("Die Einstellungen können nicht gespeichert werden.")
-               : QStringLiteral("Die Einstellungsdatei ist beschädigt.");
+    if (value.metaType().id() == QMetaType::QDateTime)
+        return QJsonObject{{dateKey, value.toDateTime().toUTC().toString(Qt::ISODateWithMs)}};
+    return QJsonValue::fromVariant(value);
+}
+
+QVariant variantOf(const QJsonValue &json)
+{
+    if (json.isObject() && json.toObject().contains(dateKey))
+        return QDateTime::fromString(json.toObject().value(dateKey).toString(), Qt::ISODateWithMs);
+    return json.toVariant();
 }
 
 } // namespace
@@ -25,18 +35,30 @@ Location FileUserDefaults::jsonFile(const QString &key) const
     return m_folder / (key.toStdString() + ".json");
 }
 
-QString FileUserDefaults::valuesFile() const
+Location FileUserDefaults::valuesFile() const
 {
-    return QString::fromStdString((m_folder / "settings.ini").native());
+    return m_folder / "settings.json";
+}
+
+Result<QJsonObject> FileUserDefaults::readValues() const
+{
+    const Result<QByteArray> content = readWhole(valuesFile());
+    if (!content && content.error().is(std::errc::no_such_file_or_directory))
+        return QJsonObject();
+    if (!content)
+        return failure(content.error());
+    const QJsonDocument document = QJsonDocument::fromJson(*content);
+    if (!document.isObject())
+        return failure(QStringLiteral("Die Einstellungsdatei ist beschädigt."));
+    return document.object();
 }
 
 std::optional<QVariant> FileUserDefaults::value(const QString &key) const
 {
-    const std::scoped_lock lock(m_mutex);
-    const QSettings settings(valuesFile(), QSettings::IniFormat);
-    if (!settings.contains(key))
+    const Result<QJsonObject> values = readValues();
+    if (!values || !values->contains(key))
         return std::nullopt;
-    return settings.value(key);
+    return variantOf(values->value(key));
 }
 
 Result<void> FileUserDefaults::setValue(const QString &key, const QVariant &value)
@@ -44,14 +66,26 @@ Result<void> FileUserDefaults::setValue(const QString &key, const QVariant &valu
     const std::scoped_lock lock(m_mutex);
     TRY(createPrivateFolders(m_folder));
     const FileLock other = TRY(FileLock::wait(m_folder / "settings.lock"));
-    QSettings settings(valuesFile(), QSettings::IniFormat);
-    if (settings.contains(key) && settings.value(key) == value)
+    Result<QJsonObject> values = readValues();
+    if (!values && values.error().code)
+        return failure(values.error()); // there, and not readable: overwriting it would lose every setting
+    if (!values) {
+        const QByteArray damaged = TRY(readWhole(valuesFile()));
+        TRY(keepAside(QStringLiteral("settings"), damaged));
+        values = QJsonObject();
+    }
+    const QJsonValue json = jsonOf(value);
+    if (values->contains(key) && values->value(key) == json)
         return {};
-    settings.setValue(key, value);
-    settings.sync();
-    if (settings.status() != QSettings::NoError)
-        return failure(lastError(settings));
-    return {};
+    values->insert(key, json);
+    return writeAtomically(valuesFile(), QJsonDocument(*values).toJson());
+}
+
+Result<void> FileUserDefaults::keepAside(const QString &key, const QByteArray &content) const
+{
+    const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    const QString name = key + QStringLiteral(".beschädigt-") + time + QStringLiteral(".json");
+    return writeAtomically(m_folder / name.toStdString(), content);
 }
 
 std::optional<QByteArray> FileUserDefaults::json(const QString &key) const
@@ -77,11 +111,8 @@ FileUserDefaults::update(const QString &key,
     const std::optional<Change> changed = change(old ? std::optional(*old) : std::nullopt);
     if (!changed || (old && *old == changed->json))
         return {};
-    if (old && changed->keepOldAside) {
-        const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
-        const QString aside = key + QStringLiteral(".beschädigt-") + time + QStringLiteral(".json");
-        TRY(writeAtomically(m_folder / aside.toStdString(), *old));
-    }
+    if (old && changed->keepOldAside)
+        TRY(keepAside(key, *old));
     return writeAtomically(file, changed->json);
 }
 

@@ -3,13 +3,18 @@
 #include "Base/Location.h"
 #include "System/UserDefaults.h"
 
+#include <QJsonObject>
+
 #include <mutex>
 
 namespace brellin {
 
-/// Settings in a folder: "settings.ini" for the plain values and a file "<key>.json" beside it for each list (a history of
+/// Settings in a folder: "settings.json" for the plain values and a file "<key>.json" beside it for each list (a history of
 /// thirty long runs is not rewritten with every switch). Every write is atomic and flushed; "settings.lock" keeps two
 /// programs apart. A text in which an older list did not decode stays as "<key>.beschädigt-<time>.json".
+///
+/// Nothing is held in memory between two calls: a copy that another program has overtaken would take its change back
+/// (the file's time cannot tell two writes of one clock tick apart).
 class FileUserDefaults : public UserDefaults {
 public:
     /// The folder is created at the first write.
@@ -23,7 +28,9 @@ public:
 
 private:
     Location jsonFile(const QString &key) const;
-    QString valuesFile() const;
+    Location valuesFile() const;
+    Result<QJsonObject> readValues() const;
+    Result<void> keepAside(const QString &key, const QByteArray &content) const;
 
     Location m_folder;
     mutable std::mutex m_mutex;

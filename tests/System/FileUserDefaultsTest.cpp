@@ -119,6 +119,11 @@ TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
     ASSERT_NE(aside, names.end());
     EXPECT_EQ(tree.content("s/einstellungen/" + *aside), "[{kaputt");
     EXPECT_EQ(tree.content("s/einstellungen/l.json"), "[]");
+
+    tree.file("s/einstellungen/settings.json", "{kaputt");
+    EXPECT_FALSE(defaults.value(u"zahl"_qs));
+    EXPECT_TRUE(defaults.setValue(u"zahl"_qs, 1));
+    EXPECT_EQ(files().size(), 5U) << "the values, and what was kept of them";
 }
 
 TEST_F(FileUserDefaultsTest, AnUnreadableListIsNotAnEmptyOne)
