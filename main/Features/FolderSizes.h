@@ -1,0 +1,130 @@
+#pragma once
+
+#include "Base/Job.h"
+#include "Base/Location.h"
+#include "Base/Published.h"
+#include "Base/Result.h"
+#include "Disk/Volumes.h"
+#include "Features/FolderCount.h"
+#include "System/Clock.h"
+#include "System/UserDefaults.h"
+
+#include <QPointer>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace brellin {
+
+/// The size of a folder as far as it is known.
+struct FolderSize {
+    std::int64_t bytes = 0;
+    std::int64_t files = 0;
+    enum class State {
+        Current,
+        Stale, ///< older than five minutes, or something in it has changed since
+        Capped ///< counting stopped at the limit: a part, which `calculate` completes
+    };
+    State state = State::Current;
+
+    bool operator==(const FolderSize &) const = default;
+};
+
+/// Counts folders in the background and keeps their sizes for the session. Lives on the main thread; the settings, volumes
+/// and clock outlive it.
+class FolderSizes : public Model {
+public:
+    /// So many entries of one folder are counted unasked.
+    static constexpr std::int64_t automaticLimit = 200'000;
+
+    FolderSizes(const UserDefaults &defaults, const Volumes &volumes, Clock &clock);
+    ~FolderSizes() override;
+
+    /// What is known now; nothing of a folder that was not counted yet.
+    std::optional<FolderSize> size(const Location &folder) const;
+    /// The folders that somebody shows, the visible ones first: those not known or stale are counted in this order. Replaces
+    /// the owner's earlier wish; his death ends it.
+    void request(QObject *owner, std::vector<Location> folders);
+    /// Counts a folder to the end, before all others ("Berechnen").
+    void calculate(const Location &folder);
+    /// Whether a folder waits for its count or is being counted.
+    bool pending(const Location &folder) const;
+    /// Drops what is known of the folders below `parent`.
+    void forget(const Location &parent);
+    /// Something happened to this entry: the folders that hold it are stale, and counted again where somebody shows them.
+    void touched(const Location &entry);
+    /// Calls `heard` with the folders whose size has changed, several at a time, for as long as `receiver` lives.
+    void observe(QObject *receiver, std::function<void(const std::vector<Location> &changed)> heard);
+
+private:
+    using Moment = std::chrono::steady_clock::time_point;
+    struct Known {
+        FolderCount count;
+        Instant when;
+        bool touched = false;
+        Moment notBefore; ///< a folder that changes all the time is not counted all the time
+    };
+    struct Wish {
+        QObject *owner = nullptr;
+        std::vector<Location> folders;
+    };
+    struct Counted {
+        enum class Outcome { Counted, Failed, Cancelled, OnNetwork };
+        Outcome outcome = Outcome::Failed;
+        FolderCount count;
+        std::chrono::steady_clock::duration taken{};
+    };
+    /// One count at a time on local volumes and one on network volumes, so that a server that does not answer holds up
+    /// nothing else.
+    struct Lane {
+        std::shared_ptr<QThreadPool> pool;
+        Job<Counted> job;
+        Location folder; ///< at work on
+        bool full = false;
+        bool outdated = false; ///< touched or forgotten since the count began
+    };
+
+    bool wanted(const Location &folder) const;
+    bool isWished(const Location &folder) const;
+    bool isStale(const Known &known) const;
+    void serve();
+    void start(Lane &lane, const Location &folder, bool full);
+    void finished(Lane &lane, const Counted &counted);
+    void store(const Location &folder, const Counted &counted, bool outdated);
+    void cancelUnwished();
+    std::optional<Location> nextFor(const Lane &lane) const;
+    bool isNetwork(const Location &folder) const { return m_onNetwork.contains(folder.native()); }
+    void announce(const Location &folder);
+    void tell();
+
+    struct Observer {
+        QPointer<QObject> receiver;
+        std::function<void(const std::vector<Location> &)> heard;
+    };
+
+    const UserDefaults &m_defaults;
+    const Volumes &m_volumes;
+    Clock &m_clock;
+    std::map<std::string, Known> m_known; ///< by path
+    std::set<std::string> m_onNetwork;    ///< folders met on network volumes
+    std::set<std::string> m_failed;       ///< could not be read; not tried again before they are touched or forgotten
+    std::vector<Wish> m_wishes;           ///< the latest first
+    std::vector<Location> m_calculate;    ///< to be counted to the end
+    Lane m_local;
+    Lane m_network;
+    QTimer m_again; ///< stale folders may be due for a new count
+    std::vector<Location> m_changed;
+    QTimer m_telling;
+    std::vector<Observer> m_observers;
+};
+
+} // namespace brellin
