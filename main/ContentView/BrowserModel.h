@@ -1,0 +1,210 @@
+#pragma once
+
+#include "Base/Published.h"
+#include "ContentView/FileItems.h"
+#include "ContentView/FolderSearch.h"
+#include "ContentView/ItemOrder.h"
+#include "ContentView/Listing.h"
+#include "ContentView/Selection.h"
+#include "ContentView/SidebarItem.h"
+#include "ContentView/ViewMode.h"
+#include "Disk/FileActions.h"
+#include "Disk/FileCall.h"
+#include "Disk/MountWorkers.h"
+#include "Disk/Volumes.h"
+#include "Features/FolderColors.h"
+#include "Features/FolderSizes.h"
+#include "Features/TagSearch.h"
+#include "Places/KnownFolders.h"
+#include "System/UserDefaults.h"
+
+#include <QPointer>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace brellin {
+
+class FolderWatcher;
+
+/// What a pane works with; all of it outlives the pane.
+struct BrowserServices {
+    UserDefaults &defaults;
+    const Volumes &volumes;
+    FileActions &files;
+    const KnownFolders &folders;
+    MountWorkers &workers;
+    FolderSizes &sizes;
+    FolderColors &colors;
+    const TagSearch &tagSearch;
+};
+
+/// One pane of the browser: the folder it shows, its history, what is listed and selected, the search, and renaming in place.
+/// Lives on the main thread; file calls run on workers, and an answer that comes after the user has moved on is dropped.
+class BrowserModel : public Model {
+public:
+    /// Shows `start` at once.
+    BrowserModel(BrowserServices services, const Location &start);
+    ~BrowserModel() override;
+
+    // What is listed.
+    Published<Location> current;                    ///< the folder shown, standardised
+    Published<FileItems> items;                     ///< the folder's listing, or what a search or a tag found
+    Published<DisplayedItems> displayedItems;       ///< the rows of the views
+    Published<Selection> selection;                 ///< a subset of `items`
+    Published<SortOrder> sortOrder;                 ///< by name, as long as nobody chose
+    Published<bool> showHidden;                     ///< list hidden entries
+    Published<bool> loading;                        ///< a read in the background is under way
+    Published<std::optional<qint64>> freeSpace;     ///< bytes available on the folder's volume
+    Published<std::optional<QString>> errorMessage; ///< shown in place of the list, or above one that is there
+    Published<QString> emptyText;                   ///< what stands where no rows are; empty while there are some
+    Published<QString> statusText;                  ///< the status line
+    Published<ViewMode> viewMode;
+    Published<double> iconSize{72.0}; ///< points, 40 to 256
+
+    // Searching.
+    Published<QString> searchText;
+    Published<bool> searching;                   ///< `items` are, or are about to be, what a search found
+    Published<bool> searchRunning;               ///< the search is under way
+    Published<bool> searchCapped;                ///< there are more matches than the 3,000 that are listed
+    Published<std::optional<QString>> tagFilter; ///< the tag whose entries are shown
+
+    // Navigation.
+    Published<bool> canGoBack;
+    Published<bool> canGoForward;
+    Published<bool> showPhotos;
+    Published<bool> showNetwork;
+    Published<bool> showAgent;
+    Published<std::optional<QString>> showDevice;
+
+    // Renaming.
+    Published<std::optional<FileItem>> renameTarget;             ///< renamed in place now
+    Published<QString> renameText;                               ///< its new name so far
+    Published<std::optional<std::vector<Location>>> batchRename; ///< asks for the sheet that renames several
+
+    /// The other pane of a window with two.
+    QPointer<BrowserModel> partner;
+
+    /// Reads `folder`; pure, callable from every thread.
+    static Listing read(const Location &folder, HiddenEntries hidden, const Volumes &volumes)
+    {
+        return readListing(folder, hidden, volumes);
+    }
+
+    /// Reads the folder again and watches it. A local folder is there on return unless it takes long.
+    void load();
+    /// The refresh command: counts folder sizes anew and runs an active search again.
+    void reload();
+
+    void setSelection(Selection selected);
+    void selectAll();
+    std::vector<FileItem> selectedItems() const;
+    void setSortOrder(SortOrder order);
+    bool sortsBySize() const;
+    void setShowHidden(bool shown);
+    /// A filter that an embedding screen puts on the list (a folder picker).
+    void setItemFilter(ItemFilter filter);
+    /// Takes away a message about something that failed (not that the folder cannot be read).
+    void dismissError();
+
+    void setViewMode(ViewMode mode);
+    void setIconSize(double size);
+    /// Steps of the icon size; shows icons where they are not shown yet.
+    void zoomIcons(double delta);
+    void saveFolderView();
+    void restoreFolderView();
+
+    /// Searches for the text shortly after the last change.
+    void setSearchText(const QString &text);
+    /// Searches at once; an empty text puts the listing back.
+    void runSearch();
+    void showTag(const QString &tag);
+
+    enum class History { Record, Keep };
+    /// The one way to another folder. What is no folder is said in `errorMessage`, and the pane stays where it was.
+    void navigate(const Location &folder, History history = History::Record);
+    void navigateToTyped(const QString &text);
+    void goBack();
+    void goForward();
+    void goUp();
+    /// What a choice in the sidebar leads to.
+    void choose(const SidebarItem &item);
+    const std::vector<Location> &backStack() const { return m_backStack; }
+    const std::vector<Location> &forwardStack() const { return m_forwardStack; }
+
+    /// Creates "Neuer Ordner" and starts renaming it.
+    void newFolder();
+    /// One selected entry is renamed in place, several by the sheet.
+    void beginRenameSelection();
+    void startRename(const FileItem &item);
+    void setRenameText(const QString &text);
+    void commitRename();
+    void cancelRename();
+    void closeBatchRename();
+
+private:
+    /// What starts a reading, which decides how it is awaited.
+    enum class Refresh { ByUser, ByWatcher };
+    struct Reading;
+    struct Change;
+
+    void startReading(Refresh why);
+    void apply(Reading reading, const Location &folder);
+    void applyItems(const Listing &listing);
+    void showListing();
+    void setItems(FileItems shown);
+    void display();
+    void displaySoon();
+    void keepSelected();
+    void requestSizes();
+    void heardSizes(const std::vector<Location> &changed);
+    std::optional<std::int64_t> knownSize(const FileItem &folder) const;
+    void updateStatus();
+    void updateEmptyText();
+    void setReadError(const Listing &listing);
+    void setOperationError(const QString &message);
+    QString notAnsweringText(const Location &location) const;
+
+    void watch(std::shared_ptr<FolderWatcher> watcher);
+    void heardChanges();
+    void debouncedReload();
+
+    void leaveSpecialPlaces();
+    bool showsSpecialPlace() const;
+    void arrive(const Location &folder, const std::function<void()> &remember);
+    void travel(const Location &folder, std::function<void()> remember);
+    void mirrorHistory();
+    void findTag();
+
+    void rename(const Location &from, const Location &to);
+    void renamed(const Location &from, const Location &to, const Result<void> &outcome);
+    void createFolder(const Location &wanted);
+    void selectAndRename(const Location &created);
+
+    BrowserServices m_services;
+    FileItems m_listing; ///< the last reading, kept while a search or a tag view replaces `items`
+    Location m_listed;   ///< the folder that it is of
+    ItemFilter m_itemFilter;
+    bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read
+    bool m_restoring = false;  ///< nothing of the view is saved
+
+    std::vector<Location> m_backStack;    ///< newest last
+    std::vector<Location> m_forwardStack; ///< newest last
+
+    FileCall<Reading> m_load;
+    FileCall<FolderSearchResult> m_search;
+    FileCall<bool> m_check; ///< whether there is a folder to go to
+    FileCall<Change> m_change;
+    QTimer m_searchSoon;
+    QTimer m_displaySoon;
+    QTimer m_reloadSoon;
+    std::shared_ptr<FolderWatcher> m_watcher;
+    std::chrono::steady_clock::time_point m_lastReadEnded;
+    std::chrono::steady_clock::duration m_lastReadTook{};
+    std::optional<Location> m_renameAfterLoad; ///< made just now: selected and renamed as soon as it is listed
+};
+
+} // namespace brellin

@@ -1,0 +1,54 @@
+#include "ContentView/LinkTarget.h"
+
+#include "Disk/MountTable.h"
+
+#include <system_error>
+
+namespace brellin {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isOnNetwork(const Location &location)
+{
+    const std::vector<Mount> table = currentMountTable();
+    const Mount *const mount = mountHolding(table, location.native());
+    return mount != nullptr && isNetworkFileSystem(mount->fileSystem);
+}
+
+EntryKind kindOf(const fs::file_status &status)
+{
+    switch (status.type()) {
+    case fs::file_type::directory:
+        return EntryKind::Folder;
+    case fs::file_type::regular:
+        return EntryKind::File;
+    default:
+        return EntryKind::Special;
+    }
+}
+
+} // namespace
+
+LinkState linkTarget(const Location &link, FileAttributes &target)
+{
+    std::error_code error;
+    const Location text = fs::read_symlink(link, error);
+    if (error)
+        return LinkState::Broken;
+    const Location place = standardised(link.parent_path() / text);
+    if (isOnNetwork(place) && !isOnNetwork(link)) {
+        const bool looksLikeFile = !extensionOf(place.filename().native()).empty();
+        target.kind = looksLikeFile ? EntryKind::File : EntryKind::Folder;
+        return LinkState::Leads;
+    }
+    const fs::file_status status = fs::status(link, error);
+    target.kind = kindOf(status);
+    return fs::exists(status) || (error && error != std::errc::no_such_file_or_directory &&
+                                  error != std::errc::too_many_symbolic_link_levels)
+               ? LinkState::Leads
+               : LinkState::Broken;
+}
+
+} // namespace brellin

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Base/Location.h"
+
+#include <QString>
+
+namespace brellin {
+
+/// What is chosen in the sidebar.
+struct SidebarItem {
+    enum class Kind {
+        Quick,   ///< a pinned folder
+        Tree,    ///< a folder of the tree below `root`
+        Place,   ///< a known folder or a volume
+        Tag,     ///< everything with the tag `name`
+        Device,  ///< the camera or phone called `name`
+        Photos,  ///< the photo library
+        Network, ///< servers
+        Agent    ///< the cleanup agent
+    };
+    Kind kind = Kind::Place;
+    Location location; ///< of the first three
+    Location root;     ///< of `Tree`
+    QString name;      ///< of `Tag` and `Device`
+
+    bool operator==(const SidebarItem &) const = default;
+
+    static SidebarItem quick(Location folder) { return {Kind::Quick, std::move(folder), {}, {}}; }
+    static SidebarItem tree(Location root, Location folder)
+    {
+        return {Kind::Tree, std::move(folder), std::move(root), {}};
+    }
+    static SidebarItem place(Location folder) { return {Kind::Place, std::move(folder), {}, {}}; }
+    static SidebarItem tag(QString name) { return {Kind::Tag, {}, {}, std::move(name)}; }
+    static SidebarItem device(QString name) { return {Kind::Device, {}, {}, std::move(name)}; }
+    static SidebarItem photos() { return {Kind::Photos, {}, {}, {}}; }
+    static SidebarItem network() { return {Kind::Network, {}, {}, {}}; }
+    static SidebarItem agent() { return {Kind::Agent, {}, {}, {}}; }
+};
+
+} // namespace brellin

@@ -1,0 +1,153 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Disk/MountWorkers.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace brellin {
+
+/// One call to the file system on a worker of its mount, made by a main-thread object that wants the answer.
+///
+/// For a local volume the main thread waits a moment, so that what is there at once shows at once. Exactly one of
+/// `finished` and `notAnswering` is called on the main thread, perhaps still within `start`; neither when the call was
+/// dropped, replaced by another start, or destroyed. The work itself ends when it notices, holding nothing of its owner.
+template <class T>
+class FileCall {
+public:
+    enum class Patience {
+        Moment, ///< wait for a local volume, up to 150 ms
+        None
+    };
+    struct Request {
+        Location where; ///< decides the mount
+        Patience patience = Patience::Moment;
+        MountWorkers::Turn turn = MountWorkers::Turn::OfMount;
+    };
+
+    FileCall() = default;
+    ~FileCall() { drop(); }
+    FileCall(const FileCall &) = delete;
+    FileCall &operator=(const FileCall &) = delete;
+
+    bool running() const { return m_link != nullptr; }
+
+    void start(MountWorkers &workers, const Request &request, std::function<T(const JobControl &)> work,
+               std::function<void(T)> finished, std::function<void()> notAnswering)
+    {
+        drop();
+        const bool inTurn = request.turn == MountWorkers::Turn::OfMount;
+        if (inTurn && !workers.answers(request.where)) {
+            notAnswering();
+            return;
+        }
+        const auto link = std::make_shared<Link>();
+        m_link = link;
+        workers.run(request.where, request.turn, [link, work = std::move(work)] { link->run(work); });
+        const bool local = workers.isLocal(request.where);
+        if (local && request.patience == Patience::Moment && link->wait()) {
+            m_link.reset();
+            finished(std::move(*link->result));
+            return;
+        }
+        expect(link, std::move(finished));
+        if (inTurn && !local)
+            giveUpAfter(workers.timeOut(), std::move(notAnswering));
+    }
+
+    /// Cancels the work; its answer goes nowhere.
+    void drop()
+    {
+        if (!m_link)
+            return;
+        m_link->control.cancel();
+        m_link->leave();
+        m_link.reset();
+        release();
+    }
+
+private:
+    struct Link {
+        JobControl control;
+        std::mutex mutex;
+        std::condition_variable ready;
+        std::optional<T> result;
+        QObject *receiver = nullptr; ///< null while nobody waits for an event
+        std::function<void()> arrived;
+
+        void run(const std::function<T(const JobControl &)> &work)
+        {
+            T value = work(control);
+            const std::scoped_lock lock(mutex);
+            result.emplace(std::move(value));
+            if (receiver)
+                post();
+            ready.notify_all();
+        }
+        /// Nothing goes to the owner from now on; false where that was so before.
+        bool leave()
+        {
+            const std::scoped_lock lock(mutex);
+            return std::exchange(receiver, nullptr) != nullptr;
+        }
+        void post() { QMetaObject::invokeMethod(receiver, arrived, Qt::QueuedConnection); }
+        bool wait()
+        {
+            std::unique_lock lock(mutex);
+            return ready.wait_for(lock, std::chrono::milliseconds(150), [this] { return result.has_value(); });
+        }
+    };
+
+    void expect(const std::shared_ptr<Link> &link, std::function<void(T)> finished)
+    {
+        m_receiver = std::make_unique<QObject>();
+        const std::scoped_lock lock(link->mutex);
+        link->receiver = m_receiver.get();
+        link->arrived = [this, waiting = std::weak_ptr<Link>(link), finished = std::move(finished)] {
+            const std::shared_ptr<Link> done = waiting.lock();
+            if (!done || !done->leave())
+                return;
+            const std::function<void(T)> tell = finished;
+            m_link.reset();
+            release();
+            tell(std::move(*done->result));
+        };
+        if (link->result)
+            link->post();
+    }
+
+    void giveUpAfter(std::chrono::milliseconds timeOut, std::function<void()> notAnswering)
+    {
+        QTimer::singleShot(timeOut, m_receiver.get(),
+                           [this, waiting = std::weak_ptr<Link>(m_link), notAnswering = std::move(notAnswering)] {
+                               const std::shared_ptr<Link> link = waiting.lock();
+                               if (!link || !link->leave())
+                                   return;
+                               const std::function<void()> tell = notAnswering;
+                               link->control.cancel();
+                               m_link.reset();
+                               release();
+                               tell();
+                           });
+    }
+
+    /// It may be running the event that ends it. What is still on the way to it finds that it has left.
+    void release()
+    {
+        if (m_receiver)
+            m_receiver.release()->deleteLater();
+    }
+
+    std::shared_ptr<Link> m_link;
+    std::unique_ptr<QObject> m_receiver; ///< lives on the main thread; its death drops what is on the way
+};
+
+} // namespace brellin

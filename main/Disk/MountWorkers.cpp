@@ -1,0 +1,116 @@
+#include "Disk/MountWorkers.h"
+
+#include "Disk/MountTable.h"
+
+#include <condition_variable>
+#include <deque>
+#include <optional>
+#include <thread>
+
+namespace brellin {
+
+namespace {
+
+/// So long the end of the program waits for calls under way.
+constexpr std::chrono::seconds lastWait{2};
+
+} // namespace
+
+/// The threads that are out. They hold it together with the workers: one that is abandoned may come back after them.
+struct MountWorkers::Active {
+    std::mutex mutex;
+    std::condition_variable changed;
+    int threads = 0;
+
+    static void launch(const std::shared_ptr<Active> &active, std::function<void()> work)
+    {
+        {
+            const std::scoped_lock lock(active->mutex);
+            ++active->threads;
+        }
+        std::thread([active, work = std::move(work)]() mutable {
+            work();
+            work = nullptr; // what it holds goes before the thread counts as gone
+            const std::scoped_lock lock(active->mutex);
+            --active->threads;
+            active->changed.notify_all();
+        }).detach();
+    }
+};
+
+struct MountWorkers::Lane {
+    std::mutex mutex;
+    std::deque<std::function<void()>> waiting;
+    bool running = false;
+    std::optional<std::chrono::steady_clock::time_point> began; ///< of the call that is out
+
+    /// The next call; empty, and the lane at rest, where none waits.
+    std::function<void()> next()
+    {
+        const std::scoped_lock lock(mutex);
+        running = !waiting.empty();
+        began.reset();
+        if (!running)
+            return {};
+        began = std::chrono::steady_clock::now();
+        std::function<void()> work = std::move(waiting.front());
+        waiting.pop_front();
+        return work;
+    }
+
+    static void serve(const std::shared_ptr<Lane> &lane)
+    {
+        while (const std::function<void()> work = lane->next())
+            work();
+    }
+};
+
+MountWorkers::MountWorkers(const Volumes &volumes, std::chrono::milliseconds timeOut)
+    : m_volumes(volumes)
+    , m_timeOut(timeOut)
+    , m_active(std::make_shared<Active>())
+{
+}
+
+MountWorkers::~MountWorkers()
+{
+    std::unique_lock lock(m_active->mutex);
+    m_active->changed.wait_for(lock, lastWait, [this] { return m_active->threads == 0; });
+}
+
+std::shared_ptr<MountWorkers::Lane> MountWorkers::laneOf(const Location &location) const
+{
+    const std::vector<Mount> table = currentMountTable();
+    const Mount *mount = mountHolding(table, location.native());
+    const std::scoped_lock lock(m_mutex);
+    std::shared_ptr<Lane> &lane = m_lanes[mount != nullptr ? mount->point : std::string()];
+    if (!lane)
+        lane = std::make_shared<Lane>();
+    return lane;
+}
+
+void MountWorkers::run(const Location &location, Turn turn, std::function<void()> work)
+{
+    if (turn == Turn::AtOnce || isLocal(location)) {
+        Active::launch(m_active, std::move(work));
+        return;
+    }
+    const std::shared_ptr<Lane> lane = laneOf(location);
+    const std::scoped_lock lock(lane->mutex);
+    lane->waiting.push_back(std::move(work));
+    if (lane->running)
+        return;
+    lane->running = true;
+    Active::launch(m_active, [lane] { Lane::serve(lane); });
+}
+
+bool MountWorkers::answers(const Location &location) const
+{
+    if (isLocal(location))
+        return true;
+    const std::shared_ptr<Lane> lane = laneOf(location);
+    const std::scoped_lock lock(lane->mutex);
+    return !lane->began || std::chrono::steady_clock::now() - *lane->began < m_timeOut;
+}
+
+} // namespace brellin
