@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -46,7 +47,8 @@ public:
     /// So many entries of one folder are counted unasked.
     static constexpr std::int64_t automaticLimit = 200'000;
 
-    FolderSizes(const UserDefaults &defaults, const Volumes &volumes, Clock &clock);
+    FolderSizes(const UserDefaults &defaults, const Volumes &volumes, Clock &clock,
+                std::int64_t limit = automaticLimit);
     ~FolderSizes() override;
 
     /// What is known now; nothing of a folder that was not counted yet.
@@ -75,7 +77,9 @@ private:
     };
     struct Wish {
         QObject *owner = nullptr;
-        std::vector<Location> folders;
+        std::set<std::string> folders;
+        std::deque<std::string> waiting;        ///< to be counted, the first next
+        std::deque<std::string> networkWaiting; ///< those of them that turned out to lie on network volumes
     };
     struct Counted {
         enum class Outcome { Counted, Failed, Cancelled, OnNetwork };
@@ -83,45 +87,52 @@ private:
         FolderCount count;
         std::chrono::steady_clock::duration taken{};
     };
-    /// One count at a time on local volumes and one on network volumes, so that a server that does not answer holds up
-    /// nothing else.
+    /// One count at a time each, so that a server that does not answer and a count to the end hold up nothing else.
     struct Lane {
         std::shared_ptr<QThreadPool> pool;
         Job<Counted> job;
-        Location folder; ///< at work on
-        bool full = false;
-        bool outdated = false; ///< touched or forgotten since the count began
+        std::string folder;    ///< at work on
+        bool outdated = false; ///< something happened to it since the count began
     };
-
-    bool wanted(const Location &folder) const;
-    bool isWished(const Location &folder) const;
-    bool isStale(const Known &known) const;
-    void serve();
-    void start(Lane &lane, const Location &folder, bool full);
-    void finished(Lane &lane, const Counted &counted);
-    void store(const Location &folder, const Counted &counted, bool outdated);
-    void cancelUnwished();
-    std::optional<Location> nextFor(const Lane &lane) const;
-    bool isNetwork(const Location &folder) const { return m_onNetwork.contains(folder.native()); }
-    void announce(const Location &folder);
-    void tell();
-
     struct Observer {
         QPointer<QObject> receiver;
         std::function<void(const std::vector<Location> &)> heard;
     };
 
+    bool isWished(const std::string &folder) const;
+    bool isDue(const std::string &folder) const;
+    bool isStale(const Known &known) const;
+    bool countsNetworks() const;
+    Wish &wishOf(QObject *owner);
+    void endWish(const QObject *owner);
+    void cancelUnwished(Lane &lane) const;
+    void serve();
+    std::optional<std::string> next(std::deque<std::string> Wish::*queue);
+    void start(Lane &lane, const std::string &folder);
+    static Counted count(const Location &folder, std::int64_t limit, const JobControl &control);
+    void finished(Lane &lane, const Counted &counted);
+    void store(const std::string &folder, const Counted &counted, bool outdated);
+    void moveToNetwork(const std::string &folder);
+    void markTouched(const std::string &folder);
+    void countLater(const std::string &folder);
+    void takeUpAgain();
+    void announce(const std::string &folder);
+    void tell();
+
     const UserDefaults &m_defaults;
     const Volumes &m_volumes;
     Clock &m_clock;
+    const std::int64_t m_limit;
     std::map<std::string, Known> m_known; ///< by path
     std::set<std::string> m_onNetwork;    ///< folders met on network volumes
-    std::set<std::string> m_failed;       ///< could not be read; not tried again before they are touched or forgotten
+    std::set<std::string> m_failed;       ///< could not be read; tried again once they are touched or forgotten
     std::vector<Wish> m_wishes;           ///< the latest first
-    std::vector<Location> m_calculate;    ///< to be counted to the end
+    std::deque<std::string> m_calculate;  ///< to be counted to the end
+    std::set<std::string> m_later;        ///< touched, waiting for `m_again`
     Lane m_local;
     Lane m_network;
-    QTimer m_again; ///< stale folders may be due for a new count
+    Lane m_full;
+    QTimer m_again;
     std::vector<Location> m_changed;
     QTimer m_telling;
     std::vector<Observer> m_observers;

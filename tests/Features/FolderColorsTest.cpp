@@ -1,0 +1,63 @@
+#include "Features/FolderColors.h"
+
+#include "System/MemoryUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+
+namespace {
+
+class FolderColorsTest : public testing::Test {
+protected:
+    FolderColorsTest()
+    {
+        colors.observe(&receiver, [this](const Location &folder) { heard.push_back(folder); });
+    }
+    void store(const QByteArray &json)
+    {
+        ASSERT_TRUE(defaults.update(QStringLiteral("folderColors"),
+                                    [&](const auto &) { return UserDefaults::Change{json, false}; }));
+    }
+    QString stored() const { return QString::fromUtf8(defaults.json(QStringLiteral("folderColors")).value_or("")); }
+
+    MemoryUserDefaults defaults;
+    QObject receiver;
+    FolderColors colors{defaults};
+    std::vector<Location> heard;
+};
+
+} // namespace
+
+TEST_F(FolderColorsTest, goAlongWithAMovedFolderAndWhatIsInIt)
+{
+    colors.setColor("/a/x", QStringLiteral("Rot"));
+    colors.setColor("/a/x/tief", QStringLiteral("Blue"));
+    colors.setColor("/a/xy", QStringLiteral("Grau"));
+    colors.setColor("/a/x", QStringLiteral("Rosa"));
+    heard.clear();
+    colors.moved("/a/x", "/b/neu");
+    EXPECT_EQ(colors.color("/b/neu"), QStringLiteral("Rot"));
+    EXPECT_EQ(colors.color("/b/neu/tief"), QStringLiteral("Blau"));
+    EXPECT_EQ(colors.color("/a/xy"), QStringLiteral("Grau"));
+    EXPECT_FALSE(colors.color("/a/x"));
+    EXPECT_EQ(heard.size(), 4U);
+    colors.setColor("/b/neu", std::nullopt);
+    EXPECT_EQ(stored(), QStringLiteral(R"({"/a/xy":"Grau","/b/neu/tief":"Blau"})"));
+}
+
+TEST_F(FolderColorsTest, keepWhatAnotherProgramStoredAndNamesOfAnyBytes)
+{
+    colors.setColor("/a", QStringLiteral("Rot"));
+    store(R"({"/a":"Rot","/fremd":"Blau","/kaputt":7})");
+    heard.clear();
+    colors.setColor("/caf\xE9", QStringLiteral("Gelb"));
+    EXPECT_EQ(colors.color("/fremd"), QStringLiteral("Blau"));
+    EXPECT_EQ(heard, (std::vector<Location>{"/caf\xE9", "/fremd"}));
+    EXPECT_TRUE(stored().contains(QStringLiteral("file:///caf%E9")));
+    FolderColors again(defaults);
+    EXPECT_EQ(again.color("/caf\xE9"), QStringLiteral("Gelb"));
+    store("Unsinn");
+    colors.reload();
+    EXPECT_FALSE(colors.color("/a"));
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QThread>
+
+namespace brellin::test {
+
+/// Lets the event loop work until the condition holds. False when it does not within a time that only a fault takes.
+template <class Condition>
+bool waitUntil(Condition condition)
+{
+    const QDeadlineTimer patience(20'000);
+    while (!condition()) {
+        if (patience.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(1);
+    }
+    return true;
+}
+
+} // namespace brellin::test
