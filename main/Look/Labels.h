@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Look/Tokens.h"
+
+#include <QFont>
+#include <QLabel>
+
+namespace brellin {
+
+/// A text in one of the look's colours and sizes; follows the appearance and the size of the font. Never shows markup.
+class TextLabel : public QLabel {
+    Q_OBJECT
+public:
+    TextLabel(const QString &text, Token token, double factor, QFont::Weight weight, QWidget *parent);
+    void setToken(Token token);
+
+private:
+    void dress();
+
+    Token m_token;
+    double m_factor;
+    QFont::Weight m_weight;
+};
+
+/// Usual forms of it. All wrap their lines, but for `heading` and `title`.
+TextLabel *makeBody(const QString &text, QWidget *parent);
+TextLabel *makeSecondary(const QString &text, QWidget *parent);
+TextLabel *makeHeading(const QString &text, QWidget *parent); ///< the head of a section
+TextLabel *makeTitle(const QString &text, QWidget *parent);   ///< of a page
+
+/// One line that is shortened in its middle where it does not fit; whole in the tool tip.
+class ElidedLabel : public TextLabel {
+    Q_OBJECT
+public:
+    ElidedLabel(const QString &text, Token token, double factor, QWidget *parent,
+                Qt::TextElideMode mode = Qt::ElideMiddle);
+    void setText(const QString &text);
+    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_whole;
+    Qt::TextElideMode m_mode;
+};
+
+/// What an empty list says instead: a symbol, what is so, and what would fill it.
+class EmptyState : public QWidget {
+    Q_OBJECT
+public:
+    EmptyState(const QString &symbol, const QString &title, const QString &text, QWidget *parent);
+    void setTexts(const QString &title, const QString &text);
+    void setSymbol(const QString &symbol, Token token);
+
+private:
+    QLabel *m_symbol;
+    TextLabel *m_title;
+    TextLabel *m_text;
+};
+
+} // namespace brellin

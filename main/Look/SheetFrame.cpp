@@ -1,0 +1,186 @@
+#include "Look/Buttons.h"
+#include "Look/Cards.h"
+#include "Look/Labels.h"
+#include "Look/Theme.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace brellin {
+
+namespace {
+
+constexpr double radius = 14;
+
+/// The sheet itself: round, on its shadow.
+class Panel : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color(Token::Card));
+        painter.drawRoundedRect(rect(), radius, radius);
+    }
+};
+
+/// The column beside the content, on the ground of the window.
+class Side : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.fillRect(rect(), color(Token::Window));
+        painter.fillRect(QRect(0, 0, 1, height()), color(Token::Line));
+    }
+};
+
+QScrollArea *scrolling(QWidget *inner, QWidget *parent)
+{
+    auto *const area = new QScrollArea(parent);
+    area->setWidget(inner);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->viewport()->setAutoFillBackground(false);
+    return area;
+}
+
+} // namespace
+
+SheetFrame::SheetFrame(const QString &title, const QString &subtitle, QSize wanted, QWidget *window)
+    : QWidget(window->window())
+    , m_wanted(wanted)
+    , m_panel(new Panel(this))
+    , m_focusBefore(QApplication::focusWidget())
+{
+    setAccessibleName(title);
+    auto *const whole = new QVBoxLayout(m_panel);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(0);
+
+    auto *const head = new QVBoxLayout;
+    head->setContentsMargins(scaled(24), scaled(18), scaled(24), scaled(14));
+    head->setSpacing(scaled(4));
+    head->addWidget(new TextLabel(title, Token::Text, 1.3, QFont::Bold, m_panel));
+    if (!subtitle.isEmpty())
+        head->addWidget(makeSecondary(subtitle, m_panel));
+    whole->addLayout(head);
+    whole->addWidget(new Separator(Qt::Horizontal, m_panel));
+
+    auto *const inner = new QWidget;
+    m_content = new QVBoxLayout(inner);
+    m_content->setContentsMargins(scaled(24), scaled(16), scaled(24), scaled(16));
+    m_content->setSpacing(scaled(8));
+    m_middle = new QHBoxLayout;
+    m_middle->setSpacing(0);
+    m_middle->addWidget(scrolling(inner, m_panel), 1);
+    whole->addLayout(m_middle, 1);
+
+    whole->addWidget(new Separator(Qt::Horizontal, m_panel));
+    m_buttons = new QHBoxLayout;
+    m_buttons->setContentsMargins(scaled(20), scaled(14), scaled(20), scaled(14));
+    m_buttons->setSpacing(scaled(8));
+    m_buttons->addStretch(1);
+    whole->addLayout(m_buttons);
+
+    parentWidget()->installEventFilter(this);
+    hide();
+}
+
+QVBoxLayout *SheetFrame::side(int width)
+{
+    if (m_side)
+        return m_side;
+    auto *const ground = new Side;
+    m_side = new QVBoxLayout(ground);
+    m_side->setContentsMargins(scaled(20), scaled(16), scaled(20), scaled(16));
+    QScrollArea *const area = scrolling(ground, m_panel);
+    area->setFixedWidth(scaled(width));
+    m_middle->addWidget(area);
+    return m_side;
+}
+
+void SheetFrame::open()
+{
+    fit();
+    show();
+    raise();
+    // The first control that takes keys, so that Tab stays within the sheet.
+    setFocus();
+    focusNextPrevChild(true);
+}
+
+void SheetFrame::close()
+{
+    if (isHidden())
+        return;
+    hide();
+    parentWidget()->removeEventFilter(this);
+    if (m_focusBefore && m_focusBefore->isVisible())
+        m_focusBefore->setFocus();
+    Q_EMIT closed();
+    deleteLater();
+}
+
+void SheetFrame::fit()
+{
+    setGeometry(parentWidget()->rect());
+    const int margin = scaled(24);
+    const QSize size = QSize(scaled(m_wanted.width()), scaled(m_wanted.height()))
+                           .boundedTo(QSize(width() - 2 * margin, height() - 2 * margin));
+    m_panel->setGeometry(QRect(QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size));
+}
+
+bool SheetFrame::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == parentWidget() && event->type() == QEvent::Resize)
+        fit();
+    return QWidget::eventFilter(watched, event);
+}
+
+void SheetFrame::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        escape();
+    // Nothing gets through to the window beneath.
+    event->accept();
+}
+
+void SheetFrame::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    QColor dim(Qt::black);
+    dim.setAlphaF(Theme::shared().appearance() == Appearance::Dark ? 0.5F : 0.28F);
+    painter.fillRect(rect(), dim);
+    paintShadow(painter, m_panel->geometry(), radius);
+}
+
+/// Tab goes round within the sheet.
+bool SheetFrame::focusNextPrevChild(bool next)
+{
+    QWidget *candidate = QApplication::focusWidget() ? QApplication::focusWidget() : this;
+    for (QWidget *const start = candidate; candidate;) {
+        candidate = next ? candidate->nextInFocusChain() : candidate->previousInFocusChain();
+        if (candidate == start)
+            break;
+        if (candidate != this && isAncestorOf(candidate) && candidate->isVisibleTo(this) && candidate->isEnabled() &&
+            candidate->focusPolicy() & Qt::TabFocus) {
+            candidate->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    }
+    return true;
+}
+
+} // namespace brellin

@@ -1,0 +1,130 @@
+#include "Look/Buttons.h"
+#include "Look/Cards.h"
+#include "Look/Digits.h"
+#include "Look/EntryIcons.h"
+#include "Look/Symbols.h"
+#include "Look/Theme.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+
+namespace {
+
+constexpr Appearance both[] = {Appearance::Light, Appearance::Dark};
+
+TEST(Look, textIsReadOnEveryGroundItStandsOn)
+{
+    struct Row {
+        Token ink;
+        std::vector<Token> grounds;
+        double least;
+    };
+    const std::vector<Token> plain = {Token::Window, Token::Sidebar, Token::Content, Token::Card, Token::Zebra};
+    const std::vector<Row> rows = {
+        {Token::Text,
+         {Token::Window, Token::Sidebar, Token::Content, Token::Card, Token::Zebra, Token::AccentSoft},
+         4.5},
+        {Token::Secondary,
+         {Token::Window, Token::Sidebar, Token::Content, Token::Card, Token::Zebra, Token::AccentSoft},
+         4.5},
+        {Token::Tertiary, plain, 4.5},
+        {Token::OnAccent, {Token::Accent}, 4.5},
+        {Token::Accent, {Token::Window, Token::Content, Token::Card, Token::AccentSoft}, 4.5},
+        {Token::Warning, {Token::Card, Token::WarningSoft}, 4.5},
+        {Token::Danger, {Token::Card, Token::Content, Token::DangerSoft}, 4.5},
+        {Token::Success, {Token::Window, Token::Card}, 4.5},
+        {Token::FieldBorder, {Token::Content, Token::Card, Token::Window}, 3},
+    };
+    for (const Appearance appearance : both)
+        for (const Row &row : rows)
+            for (const Token ground : row.grounds)
+                EXPECT_GE(contrast(tokenColor(row.ink, appearance), tokenColor(ground, appearance)), row.least)
+                    << "ink " << static_cast<int>(row.ink) << " on " << static_cast<int>(ground) << ", appearance "
+                    << static_cast<int>(appearance);
+}
+
+TEST(Look, everyNameOfASymbolDrawsOne)
+{
+    EXPECT_FALSE(Symbols::knows(QStringLiteral("gibt.es.nicht")));
+    QStringList names = Symbols::choice();
+    names << QStringLiteral("arrow-up") << QStringLiteral("checkmark.circle.fill");
+    const QImage folder = Symbols::pixmap(QStringLiteral("folder"), 32, Qt::black, 1).toImage();
+    for (const QString &name : names) {
+        EXPECT_TRUE(Symbols::knows(name)) << name.toStdString();
+        const QImage drawn = Symbols::pixmap(name, 32, Qt::black, 1).toImage();
+        EXPECT_EQ(drawn == folder, name == u"folder") << name.toStdString();
+    }
+    EXPECT_EQ(Symbols::pixmap(QStringLiteral("house"), 16, Qt::red, 2).size(), QSize(32, 32))
+        << "sharp on a fine screen";
+}
+
+TEST(Look, digitsStandUnderEachOther)
+{
+    Theme::install(*qApp);
+    const QFont plain = sizedFont();
+    EXPECT_DOUBLE_EQ(digitsWidth(plain, QStringLiteral("111,11 MB")), digitsWidth(plain, QStringLiteral("848,08 MB")));
+    EXPECT_GT(digitsWidth(plain, QStringLiteral("1111")), digitsWidth(plain, QStringLiteral("111")));
+}
+
+TEST(Look, everyControlHasTheLookAndGrowsWithTheFont)
+{
+    Theme &theme = Theme::install(*qApp);
+    QWidget window;
+    auto *const column = new QVBoxLayout(&window);
+    QPushButton *const button =
+        makeButton(QStringLiteral("Regeln prüfen"), ButtonKind::Primary, QStringLiteral("b"), &window);
+    auto *const field = new QLineEdit(&window);
+    column->addWidget(button);
+    column->addWidget(field);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    EXPECT_EQ(button->grab().toImage().pixelColor(button->width() / 2, 3).name(), color(Token::Accent).name());
+    const int before = field->sizeHint().height();
+    EXPECT_GE(before, 30);
+    theme.setFontFactor(1.25);
+    EXPECT_GE(field->sizeHint().height(), before * 12 / 10);
+    EXPECT_EQ(scaled(100), 125);
+    theme.setAppearance(Appearance::Dark);
+    EXPECT_EQ(button->grab().toImage().pixelColor(button->width() / 2, 4).name(),
+              tokenColor(Token::Accent, Appearance::Dark).name());
+    theme.setAppearance(Appearance::Light);
+    theme.setFontFactor(1);
+}
+
+TEST(Look, aSheetKeepsTheFocusAndGivesItBack)
+{
+    Theme::install(*qApp);
+    QWidget window;
+    window.resize(800, 500);
+    auto *const behind = new QLineEdit(&window);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    behind->setFocus();
+    auto *const sheet = new SheetFrame(QStringLiteral("Regel bearbeiten"), {}, {900, 700}, &window);
+    auto *const first = new QLineEdit;
+    auto *const second = new QLineEdit;
+    sheet->content()->addWidget(first);
+    sheet->content()->addWidget(second);
+    int closed = 0;
+    QObject::connect(sheet, &SheetFrame::closed, [&closed] { ++closed; });
+    sheet->open();
+    EXPECT_TRUE(first->hasFocus());
+    QTest::keyClick(first, Qt::Key_Tab);
+    EXPECT_TRUE(second->hasFocus());
+    QTest::keyClick(second, Qt::Key_Tab);
+    EXPECT_TRUE(first->hasFocus()) << "round within the sheet";
+    QTest::keyClick(first, Qt::Key_Escape);
+    EXPECT_EQ(closed, 1);
+    EXPECT_TRUE(behind->hasFocus());
+}
+
+} // namespace
