@@ -1,5 +1,7 @@
 #include "Features/FolderSizes.h"
 
+#include "Base/AbandonablePool.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -12,17 +14,6 @@ namespace {
 
 constexpr auto goodFor = 5min;
 
-/// A pool whose thread may hang on a server for ever: it is then left to its fate.
-std::shared_ptr<QThreadPool> singleThread()
-{
-    const std::shared_ptr<QThreadPool> pool(new QThreadPool, [](QThreadPool *ending) {
-        if (ending->waitForDone(2000))
-            delete ending;
-    });
-    pool->setMaxThreadCount(1);
-    return pool;
-}
-
 } // namespace
 
 FolderSizes::FolderSizes(const UserDefaults &defaults, const Volumes &volumes, Clock &clock, std::int64_t limit)
@@ -32,7 +23,7 @@ FolderSizes::FolderSizes(const UserDefaults &defaults, const Volumes &volumes, C
     , m_limit(limit)
 {
     for (Lane *lane : {&m_local, &m_network, &m_full})
-        lane->pool = singleThread();
+        lane->pool = abandonablePool(2s);
     m_telling.setSingleShot(true);
     connect(&m_telling, &QTimer::timeout, this, [this] { tell(); });
     m_again.setSingleShot(true);

@@ -1,0 +1,100 @@
+#include "Sidebar/FolderTree.h"
+
+#include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
+#include "System/MemoryUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+class FolderTreeTest : public testing::Test {
+protected:
+    FolderTreeTest()
+    {
+        files.lines({"home/b10/", "home/B9/tief/tiefer/", "home/a/x.txt=1", "home/.punkt/", "home/verweis->a",
+                     "home/Programm.app/", "platte/alt/"});
+        tree.setRoots(roots());
+    }
+    std::vector<FolderTreeRoot> roots() const
+    {
+        return {{files.path("home"), QStringLiteral("Benutzerordner")},
+                {files.path("platte"), QStringLiteral("Platte")}};
+    }
+    /// One line per row: depth in blanks, "-" open, "+" closed, "." empty.
+    static QString text(const FolderTree &tree)
+    {
+        QStringList lines;
+        for (const FolderTreeRow &row : tree.rows.get())
+            lines += QString(row.depth, u' ') + (row.expanded ? u'-' : row.expandable ? u'+' : u'.') + row.name;
+        return lines.join(u'\n');
+    }
+    static bool shows(const FolderTree &tree, const QString &expected)
+    {
+        const bool shown = waitUntil([&] {
+            return text(tree) == expected &&
+                   std::ranges::none_of(tree.rows.get(), [](const FolderTreeRow &row) { return row.loading; });
+        });
+        EXPECT_TRUE(shown) << qPrintable(text(tree));
+        return shown;
+    }
+
+    TempTree files;
+    MemoryUserDefaults defaults;
+    FolderTree tree{defaults};
+};
+
+} // namespace
+
+TEST_F(FolderTreeTest, opensOnDemandInTheOrderOfPeople)
+{
+    EXPECT_EQ(text(tree), QStringLiteral("+Benutzerordner\n+Platte"));
+    tree.expand(files.path("home"));
+    EXPECT_TRUE(tree.rows.get()[0].loading);
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +B9\n +b10\n+Platte")));
+    tree.setShowHidden(true);
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +.punkt\n +a\n +B9\n +b10\n+Platte")));
+    tree.setShowHidden(false);
+    tree.expand(files.path("home/a"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n -a\n +B9\n +b10\n+Platte")));
+    EXPECT_FALSE(tree.rows.get()[1].expandable);
+    tree.collapse(files.path("home"));
+    EXPECT_EQ(text(tree), QStringLiteral("+Benutzerordner\n+Platte"));
+}
+
+TEST_F(FolderTreeTest, followsThePaneAndRemembersWhatIsOpen)
+{
+    tree.reveal(files.path("home/B9/tief"));
+    const QString open = QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n+Platte");
+    ASSERT_TRUE(shows(tree, open));
+    tree.reveal(files.path("sonstwo"));
+    EXPECT_EQ(text(tree), open);
+
+    FolderTree next(defaults);
+    next.setRoots(roots());
+    ASSERT_TRUE(shows(next, open));
+    next.setRoots({roots()[1]});
+    EXPECT_EQ(text(next), QStringLiteral("+Platte"));
+    next.setRoots(roots());
+    ASSERT_TRUE(shows(next, open)) << "a volume that comes back is as open as it was";
+}
+
+TEST_F(FolderTreeTest, hearsOfNewAndVanishedFolders)
+{
+    tree.reveal(files.path("home/B9/tief"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n+Platte")));
+    files.folder("home/neu");
+    tree.reveal(files.path("home/neu"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n +neu\n+Platte")));
+    std::filesystem::remove_all(files.path("home/B9"));
+    tree.refresh(files.path("home"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n+Platte")));
+    // A second request while the first is under way sees what came in between.
+    tree.refresh(files.path("home"));
+    files.folder("home/z");
+    tree.refresh(files.path("home"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n +z\n+Platte")));
+}
