@@ -39,16 +39,6 @@ QString withoutDotsAround(const QString &part)
     return rest.toString();
 }
 
-/// A number as people type it, with a decimal comma or point.
-std::optional<double> numberIn(const QString &value)
-{
-    QString text = value.trimmed();
-    text.replace(u',', u'.');
-    bool read = false;
-    const double number = text.toDouble(&read);
-    return read && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
 /// How much a test costs: what settles most files for little comes first.
 int cost(ConditionKind kind)
 {
@@ -88,6 +78,15 @@ bool extensionMatches(const std::string &part, RuleFile &file)
 }
 
 } // namespace
+
+std::optional<double> conditionNumber(const QString &value)
+{
+    QString text = value.trimmed();
+    text.replace(u',', u'.');
+    bool read = false;
+    const double number = text.toDouble(&read);
+    return read && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
 
 void RuleFile::set(std::string_view name, std::optional<std::int64_t> size, std::optional<Instant> modified)
 {
@@ -144,7 +143,7 @@ std::optional<RuleConditions::Test> RuleConditions::compiled(const RuleCondition
 {
     Test test{.kind = condition.kind, .parts = {}, .words = {}, .number = {}};
     if (condition.kind == ConditionKind::OlderThanDays || condition.kind == ConditionKind::LargerThanMB) {
-        test.number = numberIn(condition.value);
+        test.number = conditionNumber(condition.value);
         return test;
     }
     test.words = commaList(condition.value);

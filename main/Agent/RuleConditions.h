@@ -42,6 +42,9 @@ private:
     const QString *m_category = nullptr;
 };
 
+/// A number as people type it into a condition, with a decimal comma or point.
+std::optional<double> conditionNumber(const QString &value);
+
 /// The conditions of one rule, read once so that testing a hundred thousand files is cheap. Usable by several threads.
 class RuleConditions {
 public:

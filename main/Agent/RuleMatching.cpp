@@ -28,6 +28,19 @@ struct Verdict {
     std::string file;                   ///< its resolved path, of an overlapping source only
 };
 
+/// What the rules together make of one file.
+struct OneFile {
+    bool lookedAt = false;
+    std::optional<Verdict> verdict;
+};
+
+/// A file's path with the links above it resolved.
+std::optional<Location> resolvedEntry(const Location &file)
+{
+    const std::optional<Location> folder = resolvedLocation(file.parent_path());
+    return folder ? std::optional(*folder / file.filename()) : std::nullopt;
+}
+
 /// The scripts that count for a rule: those of the source itself, and below it for a rule that looks there.
 class SourceScripts {
 public:
@@ -59,6 +72,11 @@ private:
     std::unique_ptr<ScriptNames> m_all;
 };
 
+std::string resolvedPath(const WalkedFile &file, const RuleSource &source)
+{
+    return source.resolved + file.location().native().substr(source.folder.native().size());
+}
+
 /// One evaluation of all rules.
 class Evaluation {
 public:
@@ -66,12 +84,17 @@ public:
                const JobControl *control);
 
     Result<RuleEvaluation> run();
+    /// The same for a single file, by its resolved path. The rules' numbers are their places among the enabled ones.
+    Result<OneFile> runFor(const Location &file);
 
 private:
     void addToSource(std::size_t number);
     void markOverlaps();
     Result<void> evaluate(const RuleSource &source);
     std::optional<Verdict> verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts);
+    bool isLeftOut(const WalkedFile &file, const RuleSource &source) const;
+    void noteWanted(std::optional<std::size_t> rule, const WalkedFile &file, const RuleSource &source);
+    void dropTrashOfWanted();
     RuleEvaluation summary();
 
     const SystemLocations &m_locations;
@@ -80,6 +103,10 @@ private:
     std::deque<ActiveRule> m_rules; ///< sources point into it
     std::vector<RuleSource> m_sources;
     std::vector<Verdict> m_verdicts;
+    /// Files of overlapping sources that a rule wanted without there being anything to do, and the first such rule.
+    std::unordered_map<std::string, std::size_t> m_wanted;
+    std::string m_only; ///< the one file that counts; empty: all do
+    bool m_lookedAtOnly = false;
     std::int64_t m_checked = 0;
     std::unordered_set<std::size_t> m_checkedInSeveral;
 };
@@ -135,7 +162,21 @@ Result<RuleEvaluation> Evaluation::run()
 {
     for (const RuleSource &source : m_sources)
         TRY(evaluate(source));
+    dropTrashOfWanted();
     return summary();
+}
+
+Result<OneFile> Evaluation::runFor(const Location &file)
+{
+    m_only = file.native();
+    for (const RuleSource &source : m_sources)
+        TRY(evaluate(source));
+    dropTrashOfWanted();
+    OneFile result;
+    result.lookedAt = m_lookedAtOnly;
+    if (const auto first = std::ranges::min_element(m_verdicts, {}, &Verdict::rule); first != m_verdicts.end())
+        result.verdict = std::move(*first);
+    return result;
 }
 
 Result<void> Evaluation::evaluate(const RuleSource &source)
@@ -149,8 +190,9 @@ Result<void> Evaluation::evaluate(const RuleSource &source)
     for (const WalkedFile &file : walk.files) {
         if (m_control != nullptr && m_control->cancelled())
             return failure(Failure::cancelled());
-        if (walk.isAwaited(file))
+        if (isLeftOut(file, source) || walk.isAwaited(file))
             continue;
+        m_lookedAtOnly = true;
         if (std::optional<Verdict> decided = verdict(file, source, scripts))
             m_verdicts.push_back(*std::move(decided));
     }
@@ -161,22 +203,55 @@ std::optional<Verdict> Evaluation::verdict(const WalkedFile &file, const RuleSou
 {
     RuleFile tested;
     tested.set(file.name, file.package ? std::nullopt : std::optional(file.state.size), file.state.modified);
+    std::optional<std::size_t> wanted; ///< by this rule, for which there was nothing to do
     for (std::size_t i = file.firstFit; i < source.rules.size(); ++i) {
         const RuleFilter &filter = source.filters[i];
         const bool sees = file.direct || filter.includeSubfolders;
         if (i != file.firstFit && (!sees || !filter.conditions->hold(tested, m_now)))
             continue;
+        // What lies where one rule wants it is not thrown away by a later one.
+        if (wanted && m_rules[source.rules[i]].rule.action == RuleAction::Trash)
+            continue;
         Verdict found{.rule = source.rules[i], .candidate = {}, .file = {}};
         if (!scripts.mention(file, filter.includeSubfolders)) {
             found.candidate = m_rules[found.rule].targets.candidate(file, source);
-            if (!found.candidate)
+            if (!found.candidate) {
+                wanted = wanted.value_or(found.rule);
                 continue;
+            }
         }
         if (source.overlaps)
-            found.file = source.resolved + file.location().native().substr(source.folder.native().size());
+            found.file = resolvedPath(file, source);
+        noteWanted(wanted, file, source);
         return found;
     }
+    noteWanted(wanted, file, source);
     return std::nullopt;
+}
+
+bool Evaluation::isLeftOut(const WalkedFile &file, const RuleSource &source) const
+{
+    return !m_only.empty() && resolvedPath(file, source) != m_only;
+}
+
+void Evaluation::noteWanted(std::optional<std::size_t> rule, const WalkedFile &file, const RuleSource &source)
+{
+    if (!rule || !source.overlaps)
+        return;
+    const auto [entry, isNew] = m_wanted.try_emplace(resolvedPath(file, source), *rule);
+    entry->second = std::min(entry->second, *rule);
+}
+
+/// The same where the two rules reach a file through different sources.
+void Evaluation::dropTrashOfWanted()
+{
+    if (m_wanted.empty())
+        return;
+    std::erase_if(m_verdicts, [this](const Verdict &one) {
+        const auto wanted = m_wanted.find(one.file);
+        return wanted != m_wanted.end() && wanted->second < one.rule &&
+               m_rules[one.rule].rule.action == RuleAction::Trash;
+    });
 }
 
 /// The verdicts in the order of the rules. Where sources overlap, a file has several: the first rule's holds.
@@ -229,6 +304,79 @@ bool RuleMatching::matches(const CleanupRule &rule, const Location &file) const
     tested.set(name, attributes && attributes->isFile() ? std::optional(attributes->size) : std::nullopt,
                attributes ? std::optional(attributes->modified) : std::nullopt);
     return RuleConditions(rule.conditions).hold(tested, m_clock.now());
+}
+
+/// The file's resolved path if it lies where the rule looks.
+std::optional<Location> RuleMatching::foundIn(const CleanupRule &rule, const Location &file) const
+{
+    const std::optional<Location> folder = rulePath(rule.sourcePath, m_locations.home());
+    const std::optional<Location> source = folder ? resolvedLocation(*folder) : std::nullopt;
+    std::optional<Location> entry = resolvedEntry(file);
+    if (!source || !entry || *entry == *source)
+        return std::nullopt;
+    const bool direct = entry->parent_path() == *source;
+    return direct || (rule.includeSubfolders && isAtOrBelow(*entry, *source)) ? entry : std::nullopt;
+}
+
+Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const Location &file,
+                                              const JobControl *control) const
+{
+    using Verdict = RuleExplanation::Verdict;
+    RuleExplanation result{
+        .verdict = Verdict::NothingToDo, .conditions = conditionOutcomes(rule, file, m_clock.now()), .candidate = {}};
+    const auto because = [&](Verdict verdict) {
+        result.verdict = verdict;
+        return result;
+    };
+    const std::optional<Location> source = rulePath(rule.sourcePath, m_locations.home());
+    if (!rule.enabled)
+        return because(Verdict::RuleOff);
+    if (!source || !m_locations.isAllowed(*source))
+        return because(Verdict::SourceRefused);
+    const std::optional<Location> entry = foundIn(rule, file);
+    if (!entry)
+        return because(Verdict::OutsideSource);
+    if (!std::ranges::all_of(result.conditions, &ConditionOutcome::lets))
+        return because(Verdict::ConditionFails);
+    OneFile found = TRY(Evaluation({rule}, m_locations, m_clock.now(), control).runFor(*entry));
+    if (!found.lookedAt)
+        return because(Verdict::NotLookedAt);
+    if (!found.verdict)
+        return result;
+    if (!found.verdict->candidate)
+        return because(Verdict::NamedByScript);
+    result.candidate = std::move(found.verdict->candidate);
+    return because(Verdict::Takes);
+}
+
+Result<RuleForecast> RuleMatching::forecast(const std::vector<CleanupRule> &rules,
+                                            const std::vector<FolderProfile> &profiles, const Location &file,
+                                            const JobControl *control) const
+{
+    // Only rules whose conditions hold have a say in what becomes of the file.
+    std::vector<CleanupRule> asked;
+    std::ranges::copy_if(rules, std::back_inserter(asked), [&](const CleanupRule &rule) {
+        return rule.enabled && foundIn(rule, file) && matches(rule, file);
+    });
+    RuleForecast result;
+    if (asked.empty())
+        return result;
+    OneFile found = TRY(Evaluation(asked, m_locations, m_clock.now(), control).runFor(*foundIn(asked.front(), file)));
+    if (!found.verdict)
+        return result;
+    result.rule = asked[found.verdict->rule];
+    const bool isProtected = std::ranges::any_of(
+        profiles, [&](const FolderProfile &profile) { return profile.isProtected(standardised(file)); });
+    if (!found.verdict->candidate) {
+        result.outcome = RuleForecast::Outcome::NamedByScript;
+        return result;
+    }
+    const Candidate &candidate = *found.verdict->candidate;
+    result.outcome = isProtected ? RuleForecast::Outcome::Protected : RuleForecast::Outcome::Taken;
+    result.kind = candidate.kind;
+    result.chosenByModel = candidate.needsAI;
+    result.destination = candidate.needsAI ? candidate.aiBase : candidate.destination;
+    return result;
 }
 
 } // namespace brellin

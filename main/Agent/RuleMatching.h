@@ -2,6 +2,8 @@
 
 #include "Agent/Candidate.h"
 #include "Agent/CleanupRule.h"
+#include "Agent/FolderProfile.h"
+#include "Agent/RuleExplanation.h"
 #include "Agent/SystemLocations.h"
 #include "Base/JobControl.h"
 #include "Base/Result.h"
@@ -34,9 +36,21 @@ public:
     /// Whether every condition of the rule holds for a file.
     bool matches(const CleanupRule &rule, const Location &file) const;
 
+    /// Whether a rule on its own would take a file, and if not, why: each condition with what the file has instead. Walks the
+    /// rule's folder where the conditions hold. Fails only when cancelled.
+    Result<RuleExplanation> explain(const CleanupRule &rule, const Location &file,
+                                    const JobControl *control = nullptr) const;
+
+    /// What the rules, tried as a scan would, do with one file. Walks the folders of the rules whose conditions hold. Fails
+    /// only when cancelled.
+    Result<RuleForecast> forecast(const std::vector<CleanupRule> &rules, const std::vector<FolderProfile> &profiles,
+                                  const Location &file, const JobControl *control = nullptr) const;
+
     bool isAllowed(const Location &location) const { return m_locations.isAllowed(location); }
 
 private:
+    std::optional<Location> foundIn(const CleanupRule &rule, const Location &file) const;
+
     const SystemLocations &m_locations;
     const Clock &m_clock;
 };
