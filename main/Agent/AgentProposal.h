@@ -27,6 +27,12 @@ struct AgentProposal {
     std::optional<FileState> seen;
     /// The source goes only because this entry has the same content; the step fails unless that still holds.
     std::optional<Location> keptCopy;
+    /// What the scan saw at `keptCopy`. Nothing: that entry must not go in the source's place.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::optional<FileState> keptSeen = {};
+    /// Of a whole folder: the size of all files in it.
+    // NOLINTNEXTLINE(readability-redundant-member-init)
+    std::optional<std::int64_t> folderBytes = {};
 
     bool operator==(const AgentProposal &) const = default;
 };

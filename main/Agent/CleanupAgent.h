@@ -7,8 +7,10 @@
 #include "Agent/FolderAnalysis.h"
 #include "Agent/FolderProfile.h"
 #include "Agent/JournalRun.h"
+#include "Agent/ProposalGroups.h"
 #include "Agent/ProposalMemory.h"
 #include "Agent/ReviewReport.h"
+#include "Agent/RuleList.h"
 #include "Agent/Scan.h"
 #include "Agent/Schedule.h"
 #include "Agent/UndoRun.h"
@@ -34,7 +36,9 @@ public:
     Published<int> intervalHours;                           ///< 0: only by hand
     Published<bool> autoDuplicates;
     Published<std::vector<AgentProposal>> proposals;
-    Published<std::set<QUuid>> chosen;          ///< the ticked proposals
+    Published<std::set<QUuid>> chosen;            ///< the ticked proposals
+    Published<std::vector<ProposalGroup>> groups; ///< the proposals by what happens, with counts and sizes
+    Published<bool> leftNothing;                ///< a scan, analysis or run of this sitting has left nothing to propose
     Published<std::vector<JournalRun>> history; ///< newest first
     Published<bool> running;
     Published<QString> status; ///< what is being done, or what came of the last thing
@@ -64,6 +68,7 @@ public:
     /// What a scan may do: carry out what is automatic and remember that it was there, or nothing but propose (the last one
     /// is what `searchDuplicates` does).
     enum class ScanPurpose { ActAndPropose, ProposeOnly, DuplicatesOnly };
+    enum class Tick { Off, On };
     enum class Search { Rules, RulesAndDuplicates };
     void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose);
     /// Proposes the duplicates in these folders and nothing else.
@@ -81,6 +86,12 @@ public:
     /// Removes proposals from the list; nothing happens to their files.
     void discard(const std::set<QUuid> &ids);
     void choose(const std::set<QUuid> &ids);
+    /// Ticks or unticks one proposal …
+    void setChosen(const QUuid &proposal, Tick tick);
+    /// … or all that are done the same way.
+    void setGroupChosen(AgentProposal::Kind kind, Tick tick);
+    /// Turns a pair of duplicates round: the file that was to go is kept, the kept one goes instead.
+    Result<void> keepInstead(const QUuid &proposal);
     /// Removes proposals and does not make them again, until the user takes that back.
     void neverPropose(const std::set<QUuid> &ids);
     void proposeAgain(const NeverProposed &one);
@@ -115,6 +126,18 @@ public:
     Result<void> updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change);
     Result<void> updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change);
     Result<void> addExampleRules();
+    /// Replaces the rule with this id; a new one becomes the last.
+    Result<void> saveRule(const CleanupRule &rule);
+    /// Puts a rule at this place of the list (0: first); places beyond the end mean the last one.
+    Result<void> moveRule(const QUuid &rule, std::size_t place);
+    /// Puts a copy behind a rule, switched off, and gives its id.
+    Result<QUuid> duplicateRule(const QUuid &rule);
+    /// Takes a rule out of the list, and gives what puts it back.
+    Result<RemovedRule> removeRule(const QUuid &rule);
+    Result<void> restoreRule(const RemovedRule &removed);
+    /// Replaces the profile with this id, or of this root; a new one becomes the last.
+    Result<void> saveProfile(const FolderProfile &profile);
+    Result<void> removeProfile(const QUuid &profile);
     Result<void> setDuplicateFolders(const std::vector<Location> &folders);
     void setIntervalHours(int hours);
     void setAutoDuplicates(bool on);
@@ -135,6 +158,7 @@ private:
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
+    void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
     void removeFromList(const std::set<QUuid> &ids);
     void executed(Result<ExecutionOutcome> result);
     void undone(Result<UndoOutcome> result);

@@ -134,6 +134,7 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
     m_findings = *std::move(found);
     if (purpose != ScanPurpose::ActAndPropose) {
         showProposals(m_findings.proposals);
+        publish(leftNothing, proposals.get().empty());
         return end(purpose == ScanPurpose::DuplicatesOnly
                        ? m_findings.duplicatesSummary()
                        : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
@@ -179,6 +180,7 @@ void CleanupAgent::finishScan(Result<ExecutionOutcome> automatic)
     reloadHistory();
     setNewSinceViewed(newSinceViewed.get() + added + static_cast<int>(byItself));
     noteChecked();
+    publish(leftNothing, proposals.get().empty());
     end(m_findings.summary(proposed, byItself));
 }
 
@@ -186,8 +188,16 @@ void CleanupAgent::showProposals(std::vector<AgentProposal> list)
 {
     std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
     publish(failures, std::map<QUuid, QString>());
+    publishList(std::move(list), std::move(ticked));
+}
+
+/// The list, what is ticked of it and its groups always go together.
+void CleanupAgent::publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked)
+{
+    std::vector<ProposalGroup> changed = groupsOf(list, ticked);
     publish(proposals, std::move(list));
     publish(chosen, std::move(ticked));
+    publish(groups, std::move(changed));
 }
 
 AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
@@ -195,7 +205,7 @@ AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
     // Shared by the copies of the function; starts with the first question.
     const auto end = std::make_shared<std::optional<std::chrono::steady_clock::time_point>>();
     const auto choose = [&model = m_services.model, pdfText = m_services.pdfText,
-                         end](const Location &file, const QStringList &groups) -> std::optional<QString> {
+                         end](const Location &file, const QStringList &names) -> std::optional<QString> {
         const auto now = std::chrono::steady_clock::now();
         if (!*end)
             *end = now + AiSorting::budget;
@@ -203,8 +213,8 @@ AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
         if (left.count() <= 0)
             return std::nullopt;
         std::optional<QString> name =
-            AgentAI::folderName(model, file, groups, pdfText, std::min(left, AiSorting::answerLimit), nullptr);
-        return name && groups.contains(*name) ? name : std::nullopt;
+            AgentAI::folderName(model, file, names, pdfText, std::min(left, AiSorting::answerLimit), nullptr);
+        return name && names.contains(*name) ? name : std::nullopt;
     };
     return {folder, profiles.get(), rules.get(), history.get(), m_services.clock.now(), choose};
 }
@@ -237,6 +247,7 @@ void CleanupAgent::analyzed(Result<AnalysisFindings> found)
     showProposals(std::move(list));
     if (m_analysis->end == AnalysisFindings::End::NeedsProfile)
         publish(pendingProfile, m_analysis->detected);
+    publish(leftNothing, proposals.get().empty() && m_analysis->end == AnalysisFindings::End::Done);
     end(m_analysis->summary());
 }
 
@@ -294,7 +305,7 @@ void CleanupAgent::executed(Result<ExecutionOutcome> result)
         ticked.erase(failed.proposal);
         texts.emplace(failed.proposal, failed.why.message);
     }
-    publish(chosen, std::move(ticked));
+    choose(ticked);
     publish(failures, std::move(texts));
     removeFromList(std::set<QUuid>(result->done.begin(), result->done.end()));
     reloadHistory();
@@ -307,6 +318,7 @@ void CleanupAgent::executed(Result<ExecutionOutcome> result)
     if (result->notStored)
         m_failure = result->notStored;
     m_execution = *std::move(result);
+    publish(leftNothing, proposals.get().empty());
     end(text);
 }
 
@@ -316,8 +328,7 @@ void CleanupAgent::removeFromList(const std::set<QUuid> &ids)
     std::erase_if(left, [&](const AgentProposal &one) { return ids.contains(one.id); });
     std::set<QUuid> ticked = chosen.get();
     std::erase_if(ticked, [&](const QUuid &id) { return ids.contains(id); });
-    publish(proposals, std::move(left));
-    publish(chosen, std::move(ticked));
+    publishList(std::move(left), std::move(ticked));
 }
 
 void CleanupAgent::discard(const std::set<QUuid> &ids)
@@ -343,7 +354,9 @@ void CleanupAgent::leaveOut(const std::set<QUuid> &ids)
 
 void CleanupAgent::choose(const std::set<QUuid> &ids)
 {
+    std::vector<ProposalGroup> changed = groupsOf(proposals.get(), ids);
     publish(chosen, ids);
+    publish(groups, std::move(changed));
 }
 
 void CleanupAgent::neverPropose(const std::set<QUuid> &ids)

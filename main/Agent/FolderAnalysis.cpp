@@ -122,7 +122,8 @@ void Analysis::proposeDocuments(const std::vector<DuplicatePair> &pairs)
                  .preselected = true,
                  .needsReview = doubtful,
                  .seen = pair.duplicateState,
-                 .keptCopy = pair.kept});
+                 .keptCopy = pair.kept,
+                 .keptSeen = m_scope.mayGo(pair.kept) ? std::optional(pair.keptState) : std::nullopt});
         m_kept.insert(pair.kept);
     }
 }
@@ -138,7 +139,8 @@ void Analysis::proposeFolders(const std::vector<FolderFinding> &findings)
                  .isFolder = true,
                  .needsReview = true,
                  .seen = folder.state,
-                 .keptCopy = one.keptCopy});
+                 .keptCopy = one.keptCopy,
+                 .folderBytes = folder.usage.bytes});
     }
 }
 

@@ -106,6 +106,8 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
         proposal.preselected = true;
         proposal.seen = pair.duplicateState;
         proposal.keptCopy = pair.kept;
+        if (!isProtected(pair.kept) && !m_projects.above(pair.kept))
+            proposal.keptSeen = pair.keptState;
         propose(std::move(proposal));
     }
     m_findings.duplicates = static_cast<std::int64_t>(m_findings.proposals.size());

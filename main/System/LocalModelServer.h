@@ -16,6 +16,8 @@ struct FoundModelServer {
     ModelEndpoint endpoint;
     ModelServerKind kind = ModelServerKind::OpenAi;
     QString model; ///< empty while it is loaded
+
+    bool operator==(const FoundModelServer &) const = default;
 };
 
 /// The language model of a server on this machine that the user runs himself. Its address is the setting

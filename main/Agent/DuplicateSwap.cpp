@@ -1,0 +1,52 @@
+#include "Agent/DuplicateSwap.h"
+
+#include "Agent/AnalysisReasons.h"
+#include "Agent/DuplicateFinder.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// Lets a copy go for another kept file; a doubt that its reason names stays named.
+void keepFor(AgentProposal &proposal, const Location &kept, const FileState &keptSeen)
+{
+    const QString reason = duplicateReason(kept);
+    proposal.reason = proposal.needsReview ? withDoubt(reason, Doubt::Doubtful) : reason;
+    proposal.keptCopy = kept;
+    proposal.keptSeen = keptSeen;
+}
+
+} // namespace
+
+bool canKeepInstead(const AgentProposal &proposal)
+{
+    return proposal.kind == AgentProposal::Kind::Trash && !proposal.isFolder && proposal.keptCopy &&
+           proposal.keptSeen && proposal.seen;
+}
+
+Result<std::vector<AgentProposal>> keepingInstead(std::vector<AgentProposal> proposals, const QUuid &proposal)
+{
+    const auto turned = std::ranges::find(proposals, proposal, &AgentProposal::id);
+    if (turned == proposals.end() || !turned->keptCopy)
+        return failure(QStringLiteral("Dieser Vorschlag ist nicht mehr in der Liste."));
+    if (!canKeepInstead(*turned))
+        return failure(QStringLiteral("„%1“ ist geschützt oder gehört zu einem Projekt und bleibt.")
+                           .arg(shownName(*turned->keptCopy)));
+    const Location goes = *turned->keptCopy;
+    const FileState goesSeen = *turned->keptSeen;
+    const Location stays = turned->source;
+    const FileState staysSeen = *turned->seen;
+    turned->source = goes;
+    turned->seen = goesSeen;
+    keepFor(*turned, stays, staysSeen);
+    for (AgentProposal &one : proposals) {
+        if (one.id != proposal && one.keptCopy == goes)
+            keepFor(one, stays, staysSeen);
+    }
+    std::erase_if(proposals, [&](const AgentProposal &one) { return one.id != proposal && one.source == goes; });
+    return proposals;
+}
+
+} // namespace brellin

@@ -1,0 +1,139 @@
+#include "Agent/RuleTrial.h"
+
+#include "Agent/RuleList.h"
+#include "Agent/RuleMatching.h"
+#include "Base/German.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// The editor lists no more of what a rule takes.
+constexpr std::size_t mostShown = 50;
+
+QString verbOf(RuleAction action)
+{
+    switch (action) {
+    case RuleAction::Move:
+        return QStringLiteral("verschieben");
+    case RuleAction::Copy:
+        return QStringLiteral("kopieren");
+    case RuleAction::Rename:
+        return QStringLiteral("umbenennen");
+    case RuleAction::Trash:
+        return QStringLiteral("in den Papierkorb legen");
+    case RuleAction::AiSort:
+        return QStringLiteral("mit KI einsortieren");
+    }
+    return {};
+}
+
+} // namespace
+
+QString TrialOutcome::text(RuleAction action) const
+{
+    if (count == 0)
+        return QStringLiteral("Diese Regel würde jetzt keine Datei finden.");
+    return QStringLiteral("Diese Regel würde jetzt %1 %2 (%3).")
+        .arg(counted(count, QStringLiteral("Datei"), QStringLiteral("Dateien")), verbOf(action), sizeText(bytes));
+}
+
+Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
+                             const std::vector<FolderProfile> &profiles, std::size_t most, const JobControl *control)
+{
+    edited.enabled = true;
+    const QUuid id = edited.id;
+    const RuleMatching matching(services.locations, services.clock);
+    const RuleEvaluation found = TRY(matching.evaluateCounting(withRule(std::move(rules), std::move(edited)), control));
+    TrialOutcome outcome;
+    outcome.leftForScripts = found.leftForScripts;
+    for (const Candidate &one : found.candidates) {
+        const auto protects = [&](const FolderProfile &profile) { return profile.isProtected(one.source); };
+        if (one.rule != id || std::ranges::any_of(profiles, protects))
+            continue;
+        ++outcome.count;
+        outcome.bytes += one.isPackage ? 0 : one.seen.size;
+        if (outcome.files.size() < most)
+            outcome.files.push_back({one.kind, one.source, one.needsAI ? one.aiBase : one.destination, one.needsAI});
+    }
+    return outcome;
+}
+
+RuleTrial::RuleTrial(const AgentServices &services, std::chrono::milliseconds delay) : m_services(services)
+{
+    m_pool.setMaxThreadCount(1);
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(delay);
+    connect(&m_delay, &QTimer::timeout, this, [this] { begin(); });
+}
+
+RuleTrial::~RuleTrial() = default;
+
+void RuleTrial::setRule(const CleanupRule &edited, const std::vector<CleanupRule> &rules,
+                        const std::vector<FolderProfile> &profiles)
+{
+    m_edited = edited;
+    m_rules = rules;
+    m_profiles = profiles;
+    publish(warnings, warningsFor(edited, m_services.locations));
+    restart();
+}
+
+void RuleTrial::explain(const std::optional<Location> &file)
+{
+    if (explained.get() == file)
+        return;
+    publish(explanation, std::optional<RuleExplanation>());
+    publish(explained, file);
+    if (m_edited.sourcePath.isEmpty())
+        return;
+    restart();
+}
+
+void RuleTrial::restart()
+{
+    // What is at work answers for the rule as it was.
+    m_job.reset();
+    publish(running, true);
+    m_delay.start();
+}
+
+void RuleTrial::cancel()
+{
+    m_delay.stop();
+    m_job.reset();
+    publish(running, false);
+}
+
+void RuleTrial::begin()
+{
+    m_job = std::make_unique<Job<Result<Answer>>>();
+    m_job->start(
+        m_pool,
+        [services = m_services, edited = m_edited, rules = m_rules, profiles = m_profiles,
+         file = explained.get()](JobControl &control) -> Result<Answer> {
+            Answer answer;
+            answer.outcome = TRY(tryRule(services, rules, edited, profiles, mostShown, &control));
+            if (!file)
+                return answer;
+            CleanupRule rule = edited;
+            rule.enabled = true;
+            const RuleMatching matching(services.locations, services.clock);
+            answer.explanation = TRY(matching.explain(rule, *file, &control));
+            return answer;
+        },
+        [this](Result<Answer> answer) { take(std::move(answer)); });
+}
+
+void RuleTrial::take(Result<Answer> answer)
+{
+    if (answer) {
+        publish(outcome, std::optional(std::move(answer->outcome)));
+        publish(explanation, std::move(answer->explanation));
+    }
+    publish(running, false);
+}
+
+} // namespace brellin
