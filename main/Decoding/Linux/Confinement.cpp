@@ -14,6 +14,8 @@ namespace brellin {
 namespace {
 
 constexpr rlim_t cpuSeconds = 8;
+/// A lasting process is replaced long before this; it holds for one whose owner has died.
+constexpr rlim_t lastingCpuSeconds = 600;
 constexpr rlim_t furtherMemory = rlim_t(1) << 30U;
 constexpr rlim_t openFiles = 64;
 
@@ -40,9 +42,9 @@ Result<void> limit(__rlimit_resource resource, rlim_t most)
 
 } // namespace
 
-Result<void> confineThisProcess()
+Result<void> confineThisProcess(ConfinedWork work)
 {
-    TRY(limit(RLIMIT_CPU, cpuSeconds));
+    TRY(limit(RLIMIT_CPU, work == ConfinedWork::ManyFiles ? lastingCpuSeconds : cpuSeconds));
     TRY(limit(RLIMIT_AS, mappedMemory() + furtherMemory));
     TRY(limit(RLIMIT_NOFILE, openFiles));
     TRY(limit(RLIMIT_FSIZE, 0));
@@ -52,7 +54,7 @@ Result<void> confineThisProcess()
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return failure(Failure::lastSystem());
     // A kernel without filters still has the limits.
-    if (const Result<void> filtered = filterSystemCalls();
+    if (const Result<void> filtered = filterSystemCalls(work);
         !filtered && !filtered.error().is(std::errc::invalid_argument))
         return filtered;
     return {};

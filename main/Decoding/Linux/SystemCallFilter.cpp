@@ -9,6 +9,7 @@
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
@@ -40,10 +41,6 @@ constexpr auto forbidden = std::to_array<unsigned>({
     __NR_sendmsg,
     __NR_sendmmsg,
     // other processes
-    __NR_execve,
-    __NR_execveat,
-    __NR_clone,
-    __NR_clone3,
     __NR_kill,
     __NR_ptrace,
     __NR_process_vm_readv,
@@ -85,8 +82,6 @@ constexpr auto forbidden = std::to_array<unsigned>({
     __NR_renameat,
 #endif
 #if defined(__x86_64__) // the older forms, which newer processors were never given
-    __NR_fork,
-    __NR_vfork,
     __NR_unlink,
     __NR_rename,
     __NR_mkdir,
@@ -101,6 +96,16 @@ constexpr auto forbidden = std::to_array<unsigned>({
     __NR_utimes,
     __NR_futimesat,
     __NR_creat,
+#endif
+});
+
+/// Refused as well to whoever is not there to start a program.
+constexpr auto starting = std::to_array<unsigned>({
+    __NR_execve,
+    __NR_execveat,
+#if defined(__x86_64__)
+    __NR_fork,
+    __NR_vfork,
 #endif
 });
 
@@ -119,7 +124,7 @@ constexpr unsigned refuse = SECCOMP_RET_ERRNO | EPERM;
 
 class FilterProgram {
 public:
-    FilterProgram()
+    explicit FilterProgram(ConfinedWork work)
     {
         load(offsetof(seccomp_data, arch));
         add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, ownArchitecture, 1, 0));
@@ -127,9 +132,12 @@ public:
         load(offsetof(seccomp_data, nr));
         add(BPF_JUMP(BPF_JMP | BPF_JGE | BPF_K, firstForeignCall, 0, 1));
         add(BPF_STMT(BPF_RET | BPF_K, refuse));
-        for (const unsigned call : forbidden) {
-            add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
-            add(BPF_STMT(BPF_RET | BPF_K, refuse));
+        for (const unsigned call : forbidden)
+            answer(call, refuse);
+        if (work != ConfinedWork::OtherProgram) {
+            for (const unsigned call : starting)
+                answer(call, refuse);
+            allowOnlyThreads();
         }
         for (const Opening &opening : openings) {
             add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, opening.call, 0, 4));
@@ -144,6 +152,22 @@ public:
     sock_fprog program() { return {static_cast<unsigned short>(m_steps.size()), m_steps.data()}; }
 
 private:
+    void answer(unsigned call, unsigned with)
+    {
+        add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
+        add(BPF_STMT(BPF_RET | BPF_K, with));
+    }
+    /// Scaling a large picture is shared among threads, and would wait for ever for those that cannot start. The newer call
+    /// keeps its flags where a filter does not see them; the C library falls back on the older one.
+    void allowOnlyThreads()
+    {
+        answer(__NR_clone3, SECCOMP_RET_ERRNO | ENOSYS);
+        add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_clone, 0, 4));
+        load(offsetof(seccomp_data, args));
+        add(BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, CLONE_THREAD, 1, 0));
+        add(BPF_STMT(BPF_RET | BPF_K, refuse));
+        add(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    }
     void add(const sock_filter &step) { m_steps.push_back(step); }
     /// The lower half of a field is where it begins: both processors are little-endian.
     void load(std::size_t field) { add(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<unsigned>(field))); }
@@ -153,11 +177,11 @@ private:
 
 } // namespace
 
-Result<void> filterSystemCalls()
+Result<void> filterSystemCalls(ConfinedWork work)
 {
     if (ownArchitecture == 0)
         return failure(Failure::system(EINVAL));
-    FilterProgram filter;
+    FilterProgram filter(work);
     const sock_fprog program = filter.program();
     if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program, 0, 0) != 0)
         return failure(Failure::lastSystem());

@@ -1,55 +1,105 @@
+#include "Decoding/Answers.h"
 #include "Decoding/Confinement.h"
-#include "Decoding/PdfPage.h"
-#include "Disk/Descriptor.h"
+#include "Decoding/Pictures.h"
+#include "Decoding/VideoPicture.h"
 
-#include <QCoreApplication>
-#include <QFile>
+#include <QBuffer>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <memory>
+
+#include <unistd.h>
 
 using namespace brellin;
 
 namespace {
 
-enum class Outcome { Done = 0, Failed = 1, WrongUse = 2 };
+/// Computing for thumbnails gives way to everything a person waits for.
+constexpr int niceness = 10;
 
-Result<QString> pdfText(const Location &pdf)
+Result<QByteArray> videoPicture(const Location &program, const DecoderRequest &request)
 {
-    const EntryPlace place = TRY(openPlace(pdf));
-    const Descriptor open = TRY(openForReading(place.at()));
-    QFile file;
-    if (!file.open(open.number(), QIODevice::ReadOnly) || file.isSequential())
-        return failure(QStringLiteral("Das ist keine lesbare Datei."));
+    const int side = std::clamp(std::atoi(request.arguments[1].c_str()), 1, mostPictureSide);
+    const QByteArray drawn = TRY(drawVideo(program, request.arguments[0], side));
     TRY(confineThisProcess());
-    return firstPageText(file);
+    QBuffer buffer;
+    buffer.setData(drawn);
+    buffer.open(QIODevice::ReadOnly);
+    return bytesOf(TRY(decodePicture(buffer, side)));
 }
 
-Outcome run(int argc, char **argv)
+DecoderExit print(const Result<QByteArray> &answer)
 {
-    if (argc != 3 || std::string_view(argv[1]) != "pdf-text") {
-        std::fputs("Aufruf: brellin-bild pdf-text DATEI\n", stderr);
-        return Outcome::WrongUse;
+    if (!answer) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(answer.error().message));
+        return isUndecodable(answer.error()) ? DecoderExit::Failed : DecoderExit::Unreadable;
     }
-    const Result<QString> text = pdfText(argv[2]);
-    if (!text) {
-        std::fprintf(stderr, "%s\n", qUtf8Printable(text.error().message));
-        return Outcome::Failed;
+    const auto size = static_cast<std::size_t>(answer->size());
+    return std::fwrite(answer->constData(), 1, size, stdout) == size ? DecoderExit::Done : DecoderExit::Unreadable;
+}
+
+DecoderExit work()
+{
+    if (::nice(niceness) < 0 || !confineThisProcess(ConfinedWork::ManyFiles))
+        return DecoderExit::Unreadable;
+    answerAll(STDIN_FILENO, STDOUT_FILENO);
+    return DecoderExit::Done;
+}
+
+bool isKnown(const DecoderRequest &request)
+{
+    const std::size_t count = request.arguments.size();
+    if (request.word == decoderWords::picture || request.word == decoderWords::video)
+        return count == 2;
+    if (request.word == decoderWords::pdfPage)
+        return count == 3;
+    return count == 1 && (request.word == decoderWords::facts || request.word == decoderWords::archive ||
+                          request.word == decoderWords::pdfText);
+}
+
+DecoderExit run(const DecoderRequest &request)
+{
+    if (request.word == decoderWords::worker && request.arguments.empty())
+        return work();
+    if (!isKnown(request)) {
+        std::fputs("Aufruf: brellin-bild pdf-text|angaben|archiv DATEI\n"
+                   "        brellin-bild bild|video DATEI SEITENLÄNGE\n"
+                   "        brellin-bild pdf DATEI SEITE SEITENLÄNGE\n"
+                   "        brellin-bild arbeiter\n",
+                   stderr);
+        return DecoderExit::WrongUse;
     }
-    const QByteArray bytes = text->toUtf8();
-    const auto size = static_cast<std::size_t>(bytes.size());
-    return std::fwrite(bytes.constData(), 1, size, stdout) == size ? Outcome::Done : Outcome::Failed;
+    if (request.word == decoderWords::video) {
+        const Location program = videoProgram();
+        return program.empty() ? DecoderExit::NoVideoProgram : print(videoPicture(program, request));
+    }
+    if (const Result<void> confined = confineThisProcess(); !confined)
+        return print(failure(confined.error()));
+    return print(answer(request));
+}
+
+/// Only vector pictures want more than Qt Core: they may hold letters.
+std::unique_ptr<QCoreApplication> applicationFor(const DecoderRequest &request, int &argc, char **argv)
+{
+    if (request.word != decoderWords::worker && request.word != decoderWords::picture)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    return std::make_unique<QGuiApplication>(argc, argv);
 }
 
 } // namespace
 
-/// Decodes one file that nobody trusts and prints what is in it. It is called by the other programs, not by people.
+/// Decodes files that nobody trusts and prints what is in them. It is called by the other programs, not by people.
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
-    const Outcome outcome = run(argc, argv);
+    DecoderRequest request;
+    if (argc > 1)
+        request = {argv[1], std::vector<std::string>(argv + 2, argv + argc)};
+    const std::unique_ptr<QCoreApplication> application = applicationFor(request, argc, argv);
+    const DecoderExit outcome = run(request);
     // Ends without cleaning up: by now a hostile file may have had its way with what would be cleaned up.
     const bool written = std::fflush(stdout) == 0;
-    std::_Exit(static_cast<int>(written ? outcome : Outcome::Failed));
+    std::_Exit(static_cast<int>(written ? outcome : DecoderExit::Unreadable));
 }

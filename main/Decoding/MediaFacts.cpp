@@ -1,0 +1,79 @@
+#include "Decoding/MediaFacts.h"
+
+#include "System/DecoderProtocol.h"
+
+#include <QImageReader>
+#include <QPdfDocument>
+
+namespace brellin {
+
+namespace {
+
+/// Where cameras put their data: at the beginning.
+constexpr qint64 exifWithin = 512 * 1024;
+
+/// The camera's data in a picture's first bytes: the whole of a TIFF file, behind "Exif" in JPEG and HEIC, behind the
+/// chunk's name in PNG and WebP. Empty where there is none.
+QByteArrayView exifBlock(QByteArrayView beginning)
+{
+    const auto isBlock = [&](qsizetype at) {
+        const QByteArrayView start = beginning.sliced(at).first(std::min<qsizetype>(4, beginning.size() - at));
+        return start == QByteArrayView("II*\0", 4) || start == QByteArrayView("MM\0*", 4);
+    };
+    if (isBlock(0))
+        return beginning;
+    for (const QByteArrayView name :
+         {QByteArrayView("Exif\0\0", 6), QByteArrayView("eXIf", 4), QByteArrayView("EXIF", 4)}) {
+        for (qsizetype at = beginning.indexOf(name); at >= 0; at = beginning.indexOf(name, at + 1)) {
+            // WebP has the block's length in between.
+            for (const qsizetype behind : {at + name.size(), at + name.size() + 4}) {
+                if (behind < beginning.size() && isBlock(behind))
+                    return beginning.sliced(behind);
+            }
+        }
+    }
+    return {};
+}
+
+QJsonObject pictureFacts(QIODevice &file)
+{
+    file.seek(0);
+    const QByteArray beginning = file.read(exifWithin);
+    QJsonObject facts = exifFacts(exifBlock(beginning));
+    file.seek(0);
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    QSize size = reader.size();
+    if (reader.transformation() & QImageIOHandler::TransformationRotate90)
+        size.transpose();
+    if (size.isValid()) {
+        facts.insert(QStringLiteral("width"), size.width());
+        facts.insert(QStringLiteral("height"), size.height());
+    }
+    return facts;
+}
+
+Result<QJsonObject> pdfFacts(QIODevice &file)
+{
+    QPdfDocument document;
+    document.load(&file);
+    if (document.status() != QPdfDocument::Status::Ready)
+        return failure(undecodable());
+    return QJsonObject{{QStringLiteral("pages"), document.pageCount()}};
+}
+
+} // namespace
+
+Result<QJsonObject> mediaFacts(QIODevice &file)
+{
+    if (file.peek(1024).contains("%PDF-"))
+        return pdfFacts(file);
+    QJsonObject facts = recordingFacts(file);
+    if (facts.isEmpty())
+        facts = pictureFacts(file);
+    if (facts.isEmpty())
+        return failure(undecodable());
+    return facts;
+}
+
+} // namespace brellin

@@ -1,0 +1,157 @@
+#include "System/DecoderProcess.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char **environ; // NOLINT(readability-redundant-declaration): not every system's headers declare it
+
+namespace brellin {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+/// How often a waiting request looks at its cancel flag.
+constexpr int pollMilliseconds = 50;
+/// Loading the decoders' libraries from a slow disk is nobody's fault.
+constexpr std::chrono::seconds startingTime(20);
+
+/// Both ends of a conversation. A socket and no pipes: writing to a process that has ended is then an error and no signal.
+Result<std::array<int, 2>> connectedPair()
+{
+    std::array<int, 2> ends{};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
+        return failure(Failure::lastSystem());
+    return ends;
+}
+
+int spawn(pid_t &pid, const std::string &program, int socket)
+{
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, socket, STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, socket, STDOUT_FILENO);
+    // What libraries say about broken files is of no use to anybody.
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    std::string name = program;
+    std::string word = decoderWords::worker;
+    const std::array<char *, 3> arguments{name.data(), word.data(), nullptr};
+    const int error = ::posix_spawnp(&pid, program.c_str(), &actions, nullptr, arguments.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+} // namespace
+
+Result<void> DecoderProcess::start(const Location &program, const JobControl *control)
+{
+    const auto [ours, theirs] = TRY(connectedPair());
+    const int error = spawn(m_pid, program.native(), theirs);
+    ::close(theirs);
+    m_socket = ours;
+    if (error != 0) {
+        m_pid = -1;
+        end();
+        return failure(Failure::system(error));
+    }
+    const Result<QByteArray> greeting = receive(longestRequest, steady_clock::now() + startingTime, control);
+    if (greeting && *greeting == decoderGreeting)
+        return {};
+    end();
+    if (!greeting && greeting.error().isCancelled())
+        return failure(greeting.error());
+    return failure(QStringLiteral("Das Programm „%1“ lässt sich nicht starten.").arg(shownName(program)));
+}
+
+Result<QByteArray> DecoderProcess::ask(const DecoderRequest &request, const JobControl *control)
+{
+    ++m_asked;
+    Result<QByteArray> answer = converse(request, control);
+    if (answer)
+        return answerFrom(*answer);
+    end();
+    return answer.error().isCancelled() ? answer : failure(undecodable());
+}
+
+Result<QByteArray> DecoderProcess::converse(const DecoderRequest &request, const JobControl *control)
+{
+    const Moment deadline = steady_clock::now() + m_patience;
+    const QByteArray message = bytesOf(request);
+    TRY(send(lengthInFront(message.size()) + message, deadline, control));
+    return receive(longestAnswer, deadline, control);
+}
+
+Result<void> DecoderProcess::waitFor(short event, Moment deadline, const JobControl *control) const
+{
+    for (;;) {
+        if (control && control->cancelled())
+            return failure(Failure::cancelled());
+        if (steady_clock::now() >= deadline)
+            return failure(Failure::system(ETIMEDOUT));
+        pollfd waiting{m_socket, event, 0};
+        if (::poll(&waiting, 1, pollMilliseconds) > 0)
+            return {};
+    }
+}
+
+Result<void> DecoderProcess::send(const QByteArray &bytes, Moment deadline, const JobControl *control) const
+{
+    for (qsizetype sent = 0; sent < bytes.size();) {
+        TRY(waitFor(POLLOUT, deadline, control));
+        const ssize_t length = ::send(m_socket, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent),
+                                      MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (length < 0 && errno != EINTR && errno != EAGAIN)
+            return failure(Failure::lastSystem());
+        sent += std::max<ssize_t>(length, 0);
+    }
+    return {};
+}
+
+Result<QByteArray> DecoderProcess::receive(qsizetype most, Moment deadline, const JobControl *control) const
+{
+    const QByteArray head = TRY(receiveExactly(4, deadline, control));
+    const qsizetype size = lengthFrom(head.constData());
+    if (size > most)
+        return failure(Failure::system(EMSGSIZE));
+    return receiveExactly(size, deadline, control);
+}
+
+Result<QByteArray> DecoderProcess::receiveExactly(qsizetype size, Moment deadline, const JobControl *control) const
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (qsizetype received = 0; received < size;) {
+        TRY(waitFor(POLLIN, deadline, control));
+        const ssize_t length = ::recv(m_socket, bytes.data() + received, static_cast<std::size_t>(size - received), 0);
+        if (length == 0)
+            return failure(Failure::system(EPIPE));
+        if (length < 0 && errno != EINTR)
+            return failure(Failure::lastSystem());
+        received += std::max<ssize_t>(length, 0);
+    }
+    return bytes;
+}
+
+void DecoderProcess::end()
+{
+    if (m_socket >= 0)
+        ::close(m_socket);
+    m_socket = -1;
+    if (m_pid > 0) {
+        // It writes nothing and holds nothing: there is nothing to end in order. One that hangs in a dead network volume
+        // cannot even be killed, and is not waited for.
+        ::kill(m_pid, SIGKILL);
+        for (int waited = 0; waited < 1000 && ::waitpid(m_pid, nullptr, WNOHANG) == 0; waited += 5)
+            ::poll(nullptr, 0, 5);
+    }
+    m_pid = -1;
+}
+
+} // namespace brellin
