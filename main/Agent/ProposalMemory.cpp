@@ -1,6 +1,7 @@
 #include "Agent/ProposalMemory.h"
 
 #include "Agent/AgentJson.h"
+#include "Agent/PathTexts.h"
 #include "Agent/StoredList.h"
 #include "Disk/Digest.h"
 
@@ -20,6 +21,16 @@ const QString seenKey = QStringLiteral("agentSeenProposals");
 const QString neverKey = QStringLiteral("agentNeverProposed");
 
 } // namespace
+
+QString NeverProposed::text(const Location &home) const
+{
+    const QString from = shownFromHome(source, home) + QStringLiteral(" → ");
+    if (!destination)
+        return from + QStringLiteral("Papierkorb");
+    if (kind == AgentProposal::Kind::Rename)
+        return from + shownName(*destination);
+    return from + shownFromHome(destination->parent_path(), home) + u'/';
+}
 
 QByteArray sameness(const AgentProposal &proposal)
 {

@@ -22,6 +22,8 @@ struct NeverProposed {
     {
         return {proposal.kind, proposal.source, proposal.destination};
     }
+    /// For the list in which it can be taken back: "~/Downloads/a.pdf → ~/Dokumente/", "~/Downloads/a.dmg → Papierkorb".
+    QString text(const Location &home) const;
 };
 
 /// What makes two proposals of different scans the same one: kind, source and destination, as a digest.

@@ -2,6 +2,7 @@
 
 #include "Agent/DuplicateSwap.h"
 #include "Agent/ModelSettings.h"
+#include "Agent/RuleForecaster.h"
 #include "Agent/RuleTrial.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
@@ -225,4 +226,25 @@ TEST_F(AgentListsTest, usesAModelServerOnlyOnceItIsConfirmed)
     settle(settings.checking);
     EXPECT_FALSE(LocalModelServer::endpointIn(world.defaults()));
     EXPECT_THAT(settings.found.get(), ElementsAre(server));
+}
+
+TEST_F(AgentListsTest, foretellsForTheEntryBeingLookedAtOnly)
+{
+    world.tree().lines({"home/Downloads/a.txt=a", "home/Downloads/b.pdf=b"});
+    const std::vector<CleanupRule> rules = {rule(QStringLiteral("txt"))};
+    RuleForecaster forecaster(world.services());
+    QEventLoop loop;
+    forecaster.forecast.observe(&loop, [&](const auto &found) {
+        if (found)
+            loop.quit();
+    });
+    forecaster.show(world.home("Downloads/b.pdf"), rules, {});
+    forecaster.show(world.home("Downloads/a.txt"), rules, {});
+    loop.exec();
+    EXPECT_EQ(forecaster.forecast.get()->destination, world.home("Ziel/a.txt"));
+    forecaster.show(std::nullopt, rules, {});
+    EXPECT_FALSE(forecaster.forecast.get());
+
+    const NeverProposed never{Kind::Move, world.home("Downloads/a.txt"), world.home("Ziel/a.txt")};
+    EXPECT_EQ(never.text(world.folders.home), QStringLiteral("~/Downloads/a.txt → ~/Ziel/"));
 }
