@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -11,6 +12,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -36,6 +38,8 @@ public:
         closeWrite();
     }
     bool open() { return ::pipe2(m_ends.data(), O_CLOEXEC) == 0; }
+    /// As a socket, which can be written to after its other end has closed without a signal.
+    bool openSocket() { return ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, m_ends.data()) == 0; }
     int readEnd() const { return m_ends[0]; }
     int writeEnd() const { return m_ends[1]; }
     void closeRead() { close(m_ends[0]); }
@@ -71,16 +75,20 @@ public:
 private:
     Failure startFailure(int error) const;
     Result<void> prepareInput();
+    bool hasAsked() const { return m_request.reply && m_outputText.size() > m_heard; }
+    void answer();
     static void drain(Pipe &pipe, QByteArray &into);
     Result<void> mayGoOn(const JobControl *control) const;
     bool hasEnded();
     void end();
 
     const ProcessRequest &m_request;
-    const steady_clock::time_point m_deadline = steady_clock::now() + m_request.timeout;
+    steady_clock::time_point m_deadline = steady_clock::now() + m_request.timeout;
     pid_t m_pid = -1;
     int m_status = 0;
     std::unique_ptr<std::FILE, int (*)(std::FILE *)> m_input{nullptr, std::fclose};
+    Pipe m_talk;           ///< in place of `m_input` where the program is answered
+    qsizetype m_heard = 0; ///< so much of the output was answered
     Pipe m_output;
     Pipe m_errors;
     QByteArray m_outputText;
@@ -98,6 +106,8 @@ Failure Child::startFailure(int error) const
 /// sends no signal back.
 Result<void> Child::prepareInput()
 {
+    if (m_request.reply)
+        return m_talk.openSocket() ? Result<void>() : failure(Failure::lastSystem());
     m_input.reset(std::tmpfile());
     const auto size = static_cast<std::size_t>(m_request.input.size());
     if (!m_input || std::fwrite(m_request.input.constData(), 1, size, m_input.get()) != size ||
@@ -113,7 +123,7 @@ Result<void> Child::start()
         return failure(Failure::lastSystem());
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, ::fileno(m_input.get()), STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, m_input ? ::fileno(m_input.get()) : m_talk.readEnd(), STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, m_output.writeEnd(), STDOUT_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, m_errors.writeEnd(), STDERR_FILENO);
     if (!m_request.workingFolder.empty())
@@ -137,6 +147,7 @@ Result<void> Child::start()
         m_pid = -1;
         return failure(startFailure(error));
     }
+    m_talk.closeRead();
     m_output.closeWrite();
     m_errors.closeWrite();
     return {};
@@ -150,6 +161,22 @@ void Child::drain(Pipe &pipe, QByteArray &into)
         into.append(piece.data(), length);
     else if (length == 0 || errno != EINTR)
         pipe.closeRead();
+}
+
+/// A program that has ended meanwhile does not read the answer, and that is no fault.
+void Child::answer()
+{
+    m_heard = m_outputText.size();
+    const steady_clock::time_point asked = steady_clock::now();
+    const QByteArray words = m_request.reply(m_outputText);
+    m_deadline += steady_clock::now() - asked;
+    for (qsizetype sent = 0; sent < words.size();) {
+        const ssize_t taken = ::send(m_talk.writeEnd(), words.constData() + sent,
+                                     static_cast<std::size_t>(words.size() - sent), MSG_NOSIGNAL);
+        if (taken < 0 && errno != EINTR)
+            return;
+        sent += std::max<ssize_t>(taken, 0);
+    }
 }
 
 Result<void> Child::mayGoOn(const JobControl *control) const
@@ -174,7 +201,10 @@ Result<void> Child::converse(const JobControl *control)
             // the end, so that no output of the program itself is missed.
             if (ended)
                 break;
-            ended = hasEnded();
+            if (hasAsked())
+                answer();
+            else
+                ended = hasEnded();
             continue;
         }
         if (waiting[0].revents != 0)

@@ -7,6 +7,7 @@
 #include <QByteArray>
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,11 @@ struct ProcessRequest {
     QByteArray input;
     Location workingFolder; ///< empty: the caller's
     std::chrono::milliseconds timeout = std::chrono::minutes(2);
+    /// For a program that asks: called on the running thread with all it has put out whenever there is more and it has fallen
+    /// silent, and gives what it is to read (nothing, if it asked nothing). May wait for a person; that time does not count.
+    /// Takes the place of `input`.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::function<QByteArray(const QByteArray &output)> reply = {};
 };
 
 struct ProcessOutput {

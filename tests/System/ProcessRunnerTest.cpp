@@ -91,4 +91,25 @@ TEST(ProcessRunner, WaitsNotForWhatAProgramLeftRunning)
     EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
 }
 
+TEST(ProcessRunner, AnswersAProgramThatAsks)
+{
+    ProcessRequest request;
+    request.program = "sh";
+    request.arguments = {
+        "-c", "printf 'Name: '; read -r name; printf '\\nOrt: '; read -r ort; echo \"[$name/$ort]\"; exec 0<&-; "
+              "printf 'Noch was? '; sleep 0.2; exit 4"};
+    request.timeout = 10s;
+    std::vector<QByteArray> heard;
+    request.reply = [&](const QByteArray &output) -> QByteArray {
+        heard.push_back(output);
+        // The third answer goes to a program that no longer listens.
+        return heard.size() == 1 ? "Anna\n" : heard.size() == 2 ? "Köln\n" : QByteArray(200'000, 'x');
+    };
+    const ProcessOutput output = SystemProcessRunner().run(request, nullptr).value();
+    EXPECT_EQ(output.exitCode, 4);
+    EXPECT_EQ(output.output, "Name: \nOrt: [Anna/Köln]\nNoch was? ");
+    ASSERT_EQ(heard.size(), 3U);
+    EXPECT_EQ(heard[1], "Name: \nOrt: ");
+}
+
 } // namespace
