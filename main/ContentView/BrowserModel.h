@@ -22,6 +22,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -107,6 +108,8 @@ public:
     void setShowHidden(bool shown);
     /// A filter that an embedding screen puts on the list (a folder picker).
     void setItemFilter(ItemFilter filter);
+    /// The rows that are on the screen: the sizes of their folders are counted first.
+    void setVisibleRows(std::size_t first, std::size_t count);
     /// Takes away a message about something that failed (not that the folder cannot be read).
     void dismissError();
 
@@ -150,39 +153,46 @@ private:
     enum class Refresh { ByUser, ByWatcher };
     struct Reading;
     struct Change;
+    struct Relay;
 
     void startReading(Refresh why);
+    std::function<Reading(const JobControl &)> reading(Refresh why);
     void apply(Reading reading, const Location &folder);
-    void applyItems(const Listing &listing);
+    void applyOutcome(const Listing &listing);
+    void showNotAnswering();
     void showListing();
-    void setItems(FileItems shown);
+    void setItems(const FileItems &shown);
     void display();
-    void displaySoon();
-    void keepSelected();
+    void keepWhatIsThere();
     void requestSizes();
-    void heardSizes(const std::vector<Location> &changed);
+    void heardSizes();
     std::optional<std::int64_t> knownSize(const FileItem &folder) const;
-    void updateStatus();
-    void updateEmptyText();
-    void setReadError(const Listing &listing);
+    void updateTexts();
+    QString selectionText() const;
+    QString emptyTextNow() const;
     void setOperationError(const QString &message);
-    QString notAnsweringText(const Location &location) const;
+    void clearError();
 
-    void watch(std::shared_ptr<FolderWatcher> watcher);
-    void heardChanges();
     void debouncedReload();
+    void takeChanges();
 
     void leaveSpecialPlaces();
     bool showsSpecialPlace() const;
-    void arrive(const Location &folder, const std::function<void()> &remember);
-    void travel(const Location &folder, std::function<void()> remember);
+    void travel(const Location &folder, const std::function<void()> &remember, const std::function<void()> &forget);
+    void arrive(const Location &folder);
     void mirrorHistory();
-    void findTag();
+    void go(std::vector<Location> &from, std::vector<Location> &to);
 
-    void rename(const Location &from, const Location &to);
-    void renamed(const Location &from, const Location &to, const Result<void> &outcome);
-    void createFolder(const Location &wanted);
-    void selectAndRename(const Location &created);
+    bool showsListing() const;
+    void leaveSearch();
+    void findTag();
+    void search(const std::function<FolderSearchResult(const JobControl &)> &work);
+    void found(const FolderSearchResult &result);
+
+    void change(const Location &where, std::function<Change(const JobControl &)> work);
+    void changed(const Change &change);
+    void showChanged(const Change &change);
+    void beginRenameOf(const Location &created);
 
     BrowserServices m_services;
     FileItems m_listing; ///< the last reading, kept while a search or a tag view replaces `items`
@@ -190,6 +200,8 @@ private:
     ItemFilter m_itemFilter;
     bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read
     bool m_restoring = false;  ///< nothing of the view is saved
+    std::size_t m_firstVisible = 0;
+    std::size_t m_visibleCount = 0;
 
     std::vector<Location> m_backStack;    ///< newest last
     std::vector<Location> m_forwardStack; ///< newest last
@@ -201,6 +213,7 @@ private:
     QTimer m_searchSoon;
     QTimer m_displaySoon;
     QTimer m_reloadSoon;
+    std::shared_ptr<Relay> m_relay; ///< through which watchers reach this pane
     std::shared_ptr<FolderWatcher> m_watcher;
     std::chrono::steady_clock::time_point m_lastReadEnded;
     std::chrono::steady_clock::duration m_lastReadTook{};

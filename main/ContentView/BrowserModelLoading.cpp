@@ -1,0 +1,164 @@
+#include "ContentView/BrowserModelParts.h"
+#include "ContentView/BrowserTexts.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// Events that come within this time lead to one reading.
+constexpr std::chrono::milliseconds reloadDelay{250};
+
+/// The Trash of a user who has thrown nothing away yet does not exist.
+bool isMissing(const Failure &error)
+{
+    return error.is(std::errc::no_such_file_or_directory);
+}
+
+} // namespace
+
+void BrowserModel::load()
+{
+    mirrorHistory();
+    startReading(Refresh::ByUser);
+}
+
+void BrowserModel::reload()
+{
+    m_services.sizes.forget(current.get());
+    requestSizes();
+    if (!showsListing() && tagFilter.get())
+        findTag();
+    else if (!showsListing())
+        runSearch();
+    else
+        load();
+}
+
+/// The work of a reading; it holds nothing of the pane.
+std::function<BrowserModel::Reading(const JobControl &)> BrowserModel::reading(Refresh why)
+{
+    const Location folder = current.get();
+    const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
+    const FileItems before = m_listed == folder ? m_listing : FileItems();
+    const bool rearm = why == Refresh::ByUser || !m_watcher;
+    return [=, &volumes = m_services.volumes, relay = m_relay](const JobControl &control) {
+        Reading result;
+        // Watched first: what changes during the reading is heard. A folder that cannot be watched is simply not.
+        if (rearm) {
+            if (auto watcher = FolderWatcher::watch(folder, [relay] { relay->heard(); }))
+                result.watcher = *std::move(watcher);
+        }
+        result.listing = readListing(folder, hidden, volumes, &control);
+        // Compared here, so that a refresh that brings nothing new costs the main thread nothing.
+        if (result.listing.items.sameContent(before) && !before.empty())
+            result.listing.items = before;
+        return result;
+    };
+}
+
+void BrowserModel::startReading(Refresh why)
+{
+    const Location folder = current.get();
+    m_reloadSoon.stop();
+    if (m_listed != folder)
+        m_watcher.reset();
+    using Call = FileCall<Reading>;
+    const auto patience = why == Refresh::ByUser ? Call::Patience::Moment : Call::Patience::None;
+    m_load.start(
+        m_services.workers, {folder, patience}, reading(why),
+        [this, folder](Reading result) { apply(std::move(result), folder); }, [this] { showNotAnswering(); });
+    if (!m_load.running())
+        return;
+    publish(loading, true);
+    if (m_listed != folder) {
+        m_listing = {};
+        m_listed = folder;
+        if (showsListing())
+            setItems({});
+    }
+    updateTexts();
+}
+
+void BrowserModel::apply(Reading reading, const Location &folder)
+{
+    publish(loading, false);
+    if (folder != current.get())
+        return;
+    m_lastReadEnded = std::chrono::steady_clock::now();
+    m_lastReadTook = reading.listing.taken;
+    if (reading.watcher)
+        m_watcher = std::move(reading.watcher);
+    m_listing = reading.listing.items;
+    m_listed = folder;
+    publish(freeSpace, reading.listing.freeSpace ? std::optional<qint64>(*reading.listing.freeSpace) : std::nullopt);
+    applyOutcome(reading.listing);
+    if (showsListing())
+        showListing();
+    else
+        updateTexts();
+    if (const std::optional<Location> created = std::exchange(m_renameAfterLoad, std::nullopt))
+        beginRenameOf(*created);
+}
+
+void BrowserModel::applyOutcome(const Listing &listing)
+{
+    const bool isTrash = current.get() == m_services.folders.trash;
+    if (!listing.error || (isTrash && isMissing(*listing.error))) {
+        if (m_readFailed)
+            clearError();
+        return;
+    }
+    const QString &error = listing.error->message;
+    publish(errorMessage, std::optional(isTrash ? unreadableTrashText(error) : unreadableFolderText(error)));
+    m_readFailed = true;
+    m_watcher.reset(); // nothing is heard of a folder that is not there; a refresh watches again
+}
+
+void BrowserModel::showNotAnswering()
+{
+    Reading none;
+    none.listing.error = Failure{};
+    publish(loading, false);
+    m_listing = {};
+    m_listed = current.get();
+    m_watcher.reset();
+    publish(errorMessage, std::optional(notAnsweringText(current.get())));
+    m_readFailed = true;
+    if (showsListing())
+        showListing();
+}
+
+void BrowserModel::showListing()
+{
+    setItems(m_listing);
+}
+
+/// Events come in swarms: they are gathered, and a folder that takes long to read is left in peace for three times as long.
+void BrowserModel::debouncedReload()
+{
+    if (m_reloadSoon.isActive())
+        return;
+    const auto rest = m_lastReadEnded + 3 * m_lastReadTook - std::chrono::steady_clock::now();
+    const auto delay = std::max(reloadDelay, std::chrono::ceil<std::chrono::milliseconds>(rest));
+    m_reloadSoon.start(delay);
+}
+
+void BrowserModel::takeChanges()
+{
+    if (m_load.running()) {
+        debouncedReload();
+        return;
+    }
+    if (!m_watcher)
+        return;
+    const FolderChanges changes = m_watcher->take();
+    if (changes.gone)
+        m_watcher.reset();
+    for (const std::string &name : changes.names)
+        m_services.sizes.touched(current.get() / name);
+    startReading(Refresh::ByWatcher);
+}
+
+} // namespace brellin

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "ContentView/BrowserModel.h"
+#include "Disk/FolderWatcher.h"
+
+#include <mutex>
+
+namespace brellin {
+
+/// What a reading of the folder brings back. Without a watcher the one that is there stays.
+struct BrowserModel::Reading {
+    Listing listing;
+    std::shared_ptr<FolderWatcher> watcher;
+};
+
+/// A rename, or a new folder (then `from` is empty).
+struct BrowserModel::Change {
+    Location from;
+    Location to;
+    Result<void> outcome;
+};
+
+/// The way from a watcher's thread to the pane, cut when the pane goes.
+struct BrowserModel::Relay {
+    std::mutex mutex;
+    BrowserModel *pane = nullptr;
+
+    void heard()
+    {
+        const std::scoped_lock lock(mutex);
+        if (pane)
+            QMetaObject::invokeMethod(pane, [to = pane] { to->debouncedReload(); }, Qt::QueuedConnection);
+    }
+};
+
+} // namespace brellin

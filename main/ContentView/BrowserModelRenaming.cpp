@@ -1,0 +1,149 @@
+#include "ContentView/BrowserModelParts.h"
+#include "ContentView/BrowserTexts.h"
+#include "Disk/FreeName.h"
+
+namespace brellin {
+
+namespace {
+
+const QString newFolderName = QStringLiteral("Neuer Ordner");
+/// Somebody may take each free name just before us, but not for ever.
+constexpr int mostAttempts = 100;
+
+bool isForbidden(const QString &name)
+{
+    return name.contains(u'/') || name.contains(u':');
+}
+
+} // namespace
+
+void BrowserModel::newFolder()
+{
+    const Location wanted = current.get() / newFolderName.toStdString();
+    change(current.get(), [wanted, &files = m_services.files](const JobControl &) {
+        Change made{{}, unique(wanted), {}};
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            made.to = unique(wanted);
+            made.outcome = files.createFolder(made.to);
+            if (made.outcome || !made.outcome.error().is(std::errc::file_exists))
+                break;
+        }
+        return made;
+    });
+}
+
+void BrowserModel::beginRenameSelection()
+{
+    if (selection.get().size() == 1) {
+        if (const std::vector<FileItem> selected = selectedItems(); !selected.empty())
+            startRename(selected.front());
+        return;
+    }
+    std::vector<Location> several;
+    const DisplayedItems &rows = displayedItems.get();
+    for (std::size_t row = 0; row < rows.size() && several.size() < selection.get().size(); ++row) {
+        if (selection.get().contains(rows[row]))
+            several.push_back(rows[row].location());
+    }
+    if (!several.empty())
+        publish(batchRename, std::optional(std::move(several)));
+}
+
+void BrowserModel::closeBatchRename()
+{
+    publish(batchRename, std::optional<std::vector<Location>>());
+}
+
+void BrowserModel::startRename(const FileItem &item)
+{
+    publish(renameText, item.name());
+    publish(renameTarget, std::optional(item));
+}
+
+void BrowserModel::setRenameText(const QString &text)
+{
+    publish(renameText, text);
+}
+
+void BrowserModel::cancelRename()
+{
+    publish(renameTarget, std::optional<FileItem>());
+    publish(renameText, QString());
+}
+
+void BrowserModel::commitRename()
+{
+    const std::optional<FileItem> target = renameTarget.get();
+    const QString name = renameText.get();
+    cancelRename();
+    if (!target || name.isEmpty() || name == target->name())
+        return;
+    if (isForbidden(name)) {
+        setOperationError(QStringLiteral("Der Name darf keine Zeichen „/“ oder „:“ enthalten."));
+        return;
+    }
+    const Location from = target->location();
+    const Location to = from.parent_path() / name.toStdString();
+    change(from, [from, to, &files = m_services.files](const JobControl &) {
+        return Change{from, to, files.rename(from, to)};
+    });
+}
+
+/// One change at a time: the answer to one that is under way must not get lost.
+void BrowserModel::change(const Location &where, std::function<Change(const JobControl &)> work)
+{
+    if (m_change.running()) {
+        setOperationError(QStringLiteral("Die vorige Änderung ist noch nicht fertig."));
+        return;
+    }
+    m_change.start(
+        m_services.workers, {where}, std::move(work), [this](const Change &made) { changed(made); },
+        [this, where] { setOperationError(notAnsweringText(where)); });
+}
+
+void BrowserModel::changed(const Change &made)
+{
+    if (!made.outcome) {
+        setOperationError(made.outcome.error().message);
+        return;
+    }
+    dismissError();
+    m_services.sizes.touched(made.to);
+    if (!made.from.empty())
+        m_services.colors.moved(made.from, made.to);
+    showChanged(made);
+}
+
+void BrowserModel::showChanged(const Change &made)
+{
+    const bool isNew = made.from.empty();
+    if (isNew && made.to.parent_path() != current.get())
+        return; // the user has moved on
+    if (isNew) {
+        leaveSearch();
+        m_renameAfterLoad = made.to;
+        load();
+        return;
+    }
+    Selection selected = selection.get();
+    const bool wasSelected = selected.contains(made.from);
+    reload();
+    if (!wasSelected)
+        return;
+    selected.remove(made.from);
+    selected.insert(made.to);
+    setSelection(selected);
+}
+
+void BrowserModel::beginRenameOf(const Location &created)
+{
+    for (const FileItem &item : items.get()) {
+        if (item.location() == created) {
+            setSelection(Selection({created}));
+            startRename(item);
+            return;
+        }
+    }
+}
+
+} // namespace brellin

@@ -1,0 +1,96 @@
+#include "ContentView/BrowserModelParts.h"
+
+namespace brellin {
+
+bool BrowserModel::showsListing() const
+{
+    return !searching.get() && !tagFilter.get();
+}
+
+void BrowserModel::setSearchText(const QString &text)
+{
+    if (text == searchText.get())
+        return;
+    publish(searchText, text);
+    m_searchSoon.start();
+}
+
+void BrowserModel::runSearch()
+{
+    m_searchSoon.stop();
+    m_search.drop();
+    publish(searchRunning, false);
+    publish(searchCapped, false);
+    const QString query = searchText.get().trimmed();
+    if (query.isEmpty()) {
+        publish(searching, false);
+        if (!tagFilter.get())
+            showListing();
+        return;
+    }
+    publish(tagFilter, std::optional<QString>());
+    publish(searching, true);
+    const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
+    search([folder = current.get(), query, hidden](const JobControl &control) {
+        return searchFolder(folder, query, hidden, &control);
+    });
+}
+
+void BrowserModel::showTag(const QString &tag)
+{
+    m_check.drop();
+    leaveSpecialPlaces();
+    leaveSearch();
+    setSelection({});
+    publish(tagFilter, std::optional(tag));
+    setItems({});
+    findTag();
+}
+
+void BrowserModel::findTag()
+{
+    m_search.drop();
+    const QString tag = *tagFilter.get();
+    search([tag, home = m_services.folders.home, &port = m_services.tagSearch](const JobControl &control) {
+        FolderSearchResult result;
+        if (const Result<std::vector<Location>> entries = port.find(tag, home, control))
+            result.items = readItems(*entries, &control);
+        else
+            result.error = entries.error();
+        return result;
+    });
+}
+
+/// Long work: it waits for nobody, and nobody for it.
+void BrowserModel::search(const std::function<FolderSearchResult(const JobControl &)> &work)
+{
+    using Call = FileCall<FolderSearchResult>;
+    publish(searchRunning, true);
+    m_search.start(
+        m_services.workers, {current.get(), Call::Patience::None, MountWorkers::Turn::AtOnce}, work,
+        [this](const FolderSearchResult &result) { found(result); }, [] {});
+    updateTexts();
+}
+
+void BrowserModel::found(const FolderSearchResult &result)
+{
+    publish(searchRunning, false);
+    publish(searchCapped, result.capped);
+    setItems(result.items);
+    if (result.error && !result.error->isCancelled())
+        setOperationError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
+}
+
+/// Back to the plain folder; the listing itself is put back by whoever goes there.
+void BrowserModel::leaveSearch()
+{
+    m_searchSoon.stop();
+    m_search.drop();
+    publish(searchText, QString());
+    publish(searching, false);
+    publish(searchRunning, false);
+    publish(searchCapped, false);
+    publish(tagFilter, std::optional<QString>());
+}
+
+} // namespace brellin

@@ -1,0 +1,33 @@
+#include "ContentView/BrowserTexts.h"
+
+namespace brellin {
+
+QString unreadableFolderText(const QString &error, BrowserTextSystem system)
+{
+    QString text = QStringLiteral("Ordner kann nicht geöffnet werden: ") + error;
+    if (system == BrowserTextSystem::Mac)
+        text += u"\n\nTipp: Erlaube den Zugriff unter Systemeinstellungen › Datenschutz & Sicherheit › Dateien und "
+                u"Ordner."_qs;
+    return text;
+}
+
+QString unreadableTrashText(const QString &error, BrowserTextSystem system)
+{
+    const QString text = QStringLiteral("Der Papierkorb kann nicht gelesen werden.\n\n");
+    if (system == BrowserTextSystem::Mac)
+        return text + u"macOS schützt ihn: Erlaube „Brellin“ unter Systemeinstellungen › Datenschutz & Sicherheit › "
+                      u"Festplattenvollzugriff und starte Brellin neu."_qs;
+    return text + error;
+}
+
+QString notFoundText(const Location &folder)
+{
+    return QStringLiteral("„%1“ wurde nicht gefunden.").arg(shown(folder));
+}
+
+QString notAnsweringText(const Location &location)
+{
+    return QStringLiteral("Das Netzlaufwerk antwortet nicht: „%1“ ist gerade nicht erreichbar.").arg(shown(location));
+}
+
+} // namespace brellin

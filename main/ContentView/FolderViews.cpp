@@ -1,0 +1,94 @@
+#include "ContentView/FolderViews.h"
+
+#include "Base/Json.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace brellin {
+
+namespace {
+
+const QString viewsKey = QStringLiteral("folderViews");
+const QString modeKey = QStringLiteral("lastViewMode");
+const QString sizeKey = QStringLiteral("lastIconSize");
+constexpr double usualIconSize = 72.0;
+constexpr qsizetype mostFolders = 500;
+
+QString wordOf(ViewMode mode)
+{
+    return mode == ViewMode::Icons ? QStringLiteral("icons") : QStringLiteral("details");
+}
+
+ViewMode modeOf(const QString &word)
+{
+    return word == u"icons" ? ViewMode::Icons : ViewMode::Details;
+}
+
+/// Nothing where it is no dictionary.
+std::optional<QJsonObject> viewsIn(const std::optional<QByteArray> &json)
+{
+    const JsonResult<QJsonValue> value = parseJson(json.value_or(QByteArrayLiteral("{}")));
+    return value && value->isObject() ? std::optional(value->toObject()) : std::nullopt;
+}
+
+/// "icons:96"
+FolderView viewOf(const QString &entry, double iconSize)
+{
+    const qsizetype colon = entry.indexOf(u':');
+    FolderView view{modeOf(entry.left(colon)), iconSize};
+    bool isNumber = false;
+    const double size = colon < 0 ? 0 : QStringView(entry).mid(colon + 1).toDouble(&isNumber);
+    if (isNumber && std::isfinite(size))
+        view.iconSize = validIconSize(size);
+    return view;
+}
+
+FolderView lastView(const UserDefaults &defaults)
+{
+    const QString mode = defaults.value(modeKey).value_or(QVariant()).toString();
+    const double size = defaults.value(sizeKey).value_or(QVariant()).toDouble();
+    return {modeOf(mode), std::isfinite(size) && size > 0 ? validIconSize(size) : usualIconSize};
+}
+
+/// Which one goes hardly matters, as long as it is not the newest.
+void dropOne(QJsonObject &views, const QString &newest)
+{
+    auto first = views.begin();
+    if (first != views.end() && first.key() == newest)
+        ++first;
+    if (first != views.end())
+        views.erase(first);
+}
+
+} // namespace
+
+double validIconSize(double size)
+{
+    return std::clamp(size, 40.0, 256.0);
+}
+
+FolderView rememberedView(const UserDefaults &defaults, const Location &folder, double iconSize)
+{
+    const QJsonObject views = viewsIn(defaults.json(viewsKey)).value_or(QJsonObject());
+    const QJsonValue entry = views.value(textOf(folder));
+    return entry.isString() ? viewOf(entry.toString(), iconSize) : lastView(defaults);
+}
+
+Result<void> rememberView(UserDefaults &defaults, const Location &folder, const FolderView &view)
+{
+    const QString key = textOf(folder);
+    const auto change = [&](const std::optional<QByteArray> &json) -> std::optional<UserDefaults::Change> {
+        const std::optional<QJsonObject> stored = viewsIn(json);
+        QJsonObject views = stored.value_or(QJsonObject());
+        views.insert(key, wordOf(view.mode) + u':' + QString::number(static_cast<int>(view.iconSize)));
+        while (views.size() > mostFolders)
+            dropOne(views, key);
+        return UserDefaults::Change{jsonText(views), !stored};
+    };
+    TRY(defaults.update(viewsKey, change));
+    TRY(defaults.setValue(modeKey, wordOf(view.mode)));
+    return defaults.setValue(sizeKey, view.iconSize);
+}
+
+} // namespace brellin

@@ -1,0 +1,10 @@
+#include "ContentView/BrowserTexts.h"
+
+namespace brellin {
+
+BrowserTextSystem ownBrowserTextSystem()
+{
+    return BrowserTextSystem::Linux;
+}
+
+} // namespace brellin

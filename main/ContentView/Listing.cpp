@@ -1,0 +1,133 @@
+#include "ContentView/Listing.h"
+
+#include "Base/ParallelFor.h"
+#include "ContentView/LinkTarget.h"
+#include "Disk/EntryAttribute.h"
+#include "Disk/WalkFolder.h"
+#include "Features/FileTags.h"
+
+#include <algorithm>
+#include <span>
+
+namespace brellin {
+
+namespace {
+
+/// So many entries are worth a thread.
+constexpr std::size_t pieceSize = 512;
+
+/// Reads the entries of one folder, piece by piece and on several threads.
+class FolderReader {
+public:
+    FolderReader(const Location &location, OpenFolder folder, HiddenEntries hidden)
+        : m_path(std::make_shared<const std::string>(location.native()))
+        , m_folder(std::move(folder))
+        , m_hiddenNames(m_folder.hiddenNames())
+        , m_hidden(hidden)
+    {
+    }
+
+    Result<std::vector<FileItem>> read(const JobControl *control)
+    {
+        TRY(readNames());
+        std::vector<FileItem> items(m_names.size());
+        const std::size_t pieces = (items.size() + pieceSize - 1) / pieceSize;
+        const auto readPiece = [&](std::size_t piece) {
+            const std::size_t first = piece * pieceSize;
+            const std::size_t count = std::min(pieceSize, items.size() - first);
+            readEntries(std::span(m_names).subspan(first, count), std::span(items).subspan(first, count));
+        };
+        parallelFor(pieces, readPiece, control);
+        if (control != nullptr && control->cancelled())
+            return failure(Failure::cancelled());
+        std::erase_if(items, [](const FileItem &item) { return item.folder == nullptr; });
+        return items;
+    }
+
+private:
+    bool isHidden(std::string_view name) const
+    {
+        return isDotName(name) || (m_hiddenNames && m_hiddenNames->contains(name));
+    }
+
+    Result<void> readNames()
+    {
+        TRY(m_folder.readRemainingNames(m_block));
+        for (WalkName name; m_block.next(name);) {
+            if (m_hidden == HiddenEntries::Shown || !isHidden(name.bytes))
+                m_names.push_back(name.bytes);
+        }
+        return {};
+    }
+
+    /// An entry that cannot be examined leaves its item as it is.
+    void readEntries(std::span<const std::string_view> names, std::span<FileItem> items) const
+    {
+        EntryAttribute tags(*m_path, FileTags::attribute);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            ListedEntry entry{.name = names[i], .attributes = {}, .linkTarget = {}};
+            if (!m_folder.readAttributes(names[i].data(), Attribute::Size | Attribute::Modified, entry.attributes))
+                continue;
+            entry.hidden = isHidden(entry.name);
+            if (entry.attributes.isLink())
+                entry.link = linkTarget(Location(*m_path) / entry.name, entry.linkTarget);
+            items[i] = fileItem(m_path, entry);
+            if (const std::string_view value = tags.read(entry.name); !value.empty() && !entry.attributes.isLink())
+                items[i].tags = FileTags::tagsFromBytes(value);
+        }
+    }
+
+    const std::shared_ptr<const std::string> m_path;
+    const OpenFolder m_folder;
+    const std::shared_ptr<const HiddenNames> m_hiddenNames;
+    const HiddenEntries m_hidden;
+    NameBlock m_block;
+    std::vector<std::string_view> m_names; ///< in the block
+};
+
+Result<FileItems> readFolder(const Location &folder, HiddenEntries hidden, const JobControl *control)
+{
+    FolderReader reader(folder, TRY(OpenFolder::open(folder.native(), LastLink::Follow)), hidden);
+    return FileItems(TRY(reader.read(control)));
+}
+
+} // namespace
+
+Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes &volumes, const JobControl *control)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    Listing listing;
+    Result<FileItems> items = readFolder(folder, hidden, control);
+    if (items)
+        listing.items = *std::move(items);
+    else
+        listing.error = items.error();
+    // Whoever cancelled may be gone, and the volumes with him.
+    if (control == nullptr || !control->cancelled()) {
+        if (const Result<std::int64_t> available = volumes.available(folder))
+            listing.freeSpace = *available;
+    }
+    listing.taken = std::chrono::steady_clock::now() - begin;
+    return listing;
+}
+
+FileItems readItems(const std::vector<Location> &locations, const JobControl *control)
+{
+    std::vector<FileItem> items;
+    std::shared_ptr<const std::string> folder;
+    for (const Location &location : locations) {
+        if (control != nullptr && control->cancelled())
+            break;
+        Result<FileItem> item = FileItem::at(location);
+        if (!item)
+            continue;
+        // Matches often lie side by side: they share their folder's path.
+        if (folder && *folder == *item->folder)
+            item->folder = folder;
+        folder = item->folder;
+        items.push_back(*std::move(item));
+    }
+    return FileItems(std::move(items));
+}
+
+} // namespace brellin

@@ -1,0 +1,63 @@
+#include "ContentView/Panes.h"
+
+namespace brellin {
+
+namespace {
+
+const QString dualPaneKey = QStringLiteral("dualPane");
+
+} // namespace
+
+Panes::Panes(BrowserServices services, const Location &start)
+    : m_services(services)
+    , m_first(std::make_unique<BrowserModel>(services, start))
+{
+    publish(active, m_first.get());
+    if (m_services.defaults.value(dualPaneKey).value_or(false).toBool())
+        openSecond(start);
+}
+
+Panes::Panes(BrowserServices services, const Location &start, const Location &second)
+    : m_services(services)
+    , m_first(std::make_unique<BrowserModel>(services, start))
+{
+    publish(active, m_first.get());
+    openSecond(second);
+}
+
+void Panes::setDualPane(bool on)
+{
+    if (on == dualPane.get())
+        return;
+    // The switch works for this tab even where the setting cannot be stored.
+    (void)m_services.defaults.setValue(dualPaneKey, on);
+    if (on)
+        openSecond(m_first->current.get());
+    else
+        closeSecond();
+}
+
+void Panes::setActive(BrowserModel *pane)
+{
+    if (pane != nullptr && (pane == m_first.get() || pane == m_second.get()))
+        publish(active, pane);
+}
+
+void Panes::openSecond(const Location &start)
+{
+    m_second = std::make_unique<BrowserModel>(m_services, start);
+    m_first->partner = m_second.get();
+    m_second->partner = m_first.get();
+    publish(dualPane, true);
+}
+
+/// Views hear of it before the model goes.
+void Panes::closeSecond()
+{
+    publish(active, m_first.get());
+    publish(dualPane, false);
+    m_first->partner = nullptr;
+    m_second.reset();
+}
+
+} // namespace brellin

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ContentView/BrowserModel.h"
+
+#include <memory>
+
+namespace brellin {
+
+/// The one or two panes of a tab, and which of them the commands act on: the one that had the focus last.
+class Panes : public Model {
+public:
+    /// Shows `start`; two panes where the user default "dualPane" says so.
+    Panes(BrowserServices services, const Location &start);
+    /// The same for a tab that comes back with its second pane.
+    Panes(BrowserServices services, const Location &start, const Location &second);
+
+    Published<bool> dualPane;
+    Published<BrowserModel *> active; ///< never null
+
+    BrowserModel &first() const { return *m_first; }
+    /// Null with one pane.
+    BrowserModel *second() const { return m_second.get(); }
+
+    /// The second pane starts in the folder of the first, and goes when it is switched off. Kept as the user's default.
+    void setDualPane(bool on);
+    /// The focus has come to one of them.
+    void setActive(BrowserModel *pane);
+
+private:
+    void openSecond(const Location &start);
+    void closeSecond();
+
+    BrowserServices m_services;
+    std::unique_ptr<BrowserModel> m_first;
+    std::unique_ptr<BrowserModel> m_second;
+};
+
+} // namespace brellin

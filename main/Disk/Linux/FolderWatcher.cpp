@@ -1,0 +1,277 @@
+#include "Disk/FolderWatcher.h"
+
+#include "Disk/Descriptor.h"
+#include "Disk/FileAttributes.h"
+
+#include <array>
+#include <cerrno>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+constexpr int lookingInterval = 2000; // milliseconds
+/// More names are of no use to anybody: everything is read again.
+constexpr std::size_t mostNames = 1000;
+constexpr std::uint32_t events = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_MODIFY |
+                                 IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+constexpr std::uint32_t goneEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT;
+
+/// What looking compares.
+struct FolderTimes {
+    FileIdentity identity;
+    timespec modified{};
+
+    bool operator==(const FolderTimes &other) const
+    {
+        return identity == other.identity && modified.tv_sec == other.modified.tv_sec &&
+               modified.tv_nsec == other.modified.tv_nsec;
+    }
+};
+
+std::optional<FolderTimes> timesOf(const std::string &folder)
+{
+    struct stat status{};
+    if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return std::nullopt;
+    return FolderTimes{{status.st_dev, status.st_ino}, status.st_mtim};
+}
+
+/// Too many watches or instances: no fault of the folder.
+bool isExhausted(int error)
+{
+    return error == ENOSPC || error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
+/// An inotify instance of its own for each folder: a shared one would give two watchers of one folder the same watch.
+Result<Descriptor> eventsOf(const std::string &folder)
+{
+    Descriptor instance(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    if (!instance.isOpen() || ::inotify_add_watch(instance.number(), folder.c_str(), events) < 0)
+        return failure(Failure::lastSystem());
+    return instance;
+}
+
+} // namespace
+
+struct FolderWatcher::State {
+    std::string folder;
+    Heard heard;
+    Descriptor source; ///< closed where the folder is looked at
+    std::mutex mutex;  ///< of what follows
+    FolderChanges changes;
+    std::optional<FolderTimes> times;
+    bool told = false;
+    bool closed = false;
+
+    void tell()
+    {
+        if (!std::exchange(told, true))
+            heard();
+    }
+
+    void readEvents()
+    {
+        alignas(inotify_event) std::array<char, 16 * 1024> buffer;
+        const std::scoped_lock lock(mutex);
+        ssize_t length = 0;
+        while (!closed && (length = ::read(source.number(), buffer.data(), buffer.size())) > 0) {
+            for (const char *at = buffer.data(); at < buffer.data() + length;) {
+                const auto *event = reinterpret_cast<const inotify_event *>(at);
+                take(*event);
+                at += sizeof(inotify_event) + event->len;
+            }
+            tell();
+        }
+    }
+
+    void take(const inotify_event &event)
+    {
+        changes.gone = changes.gone || (event.mask & goneEvents) != 0;
+        if (event.len > 0 && changes.names.size() < mostNames)
+            changes.names.emplace(event.name);
+    }
+
+    void look()
+    {
+        std::optional<FolderTimes> now = timesOf(folder);
+        const std::scoped_lock lock(mutex);
+        if (closed || now == times)
+            return;
+        changes.gone = !now;
+        times = now;
+        tell();
+    }
+};
+
+/// The thread that waits for the events of all watchers. Goes with the last of them.
+class FolderWatcher::Hub {
+public:
+    Hub() : m_poll(::epoll_create1(EPOLL_CLOEXEC)), m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    {
+        listen(m_wake.number(), wakeId);
+        m_thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
+    }
+    ~Hub()
+    {
+        m_thread.request_stop();
+        wake();
+    }
+    Hub(const Hub &) = delete;
+    Hub &operator=(const Hub &) = delete;
+
+    static std::shared_ptr<Hub> shared()
+    {
+        static std::mutex mutex;
+        static std::weak_ptr<Hub> only;
+        const std::scoped_lock lock(mutex);
+        std::shared_ptr<Hub> hub = only.lock();
+        if (!hub) {
+            hub = std::make_shared<Hub>();
+            only = hub;
+        }
+        return hub;
+    }
+
+    void add(const std::shared_ptr<State> &state)
+    {
+        {
+            const std::scoped_lock lock(m_mutex);
+            const std::uint64_t id = ++m_lastId;
+            m_states.emplace(id, state);
+            if (state->source.isOpen())
+                listen(state->source.number(), id);
+        }
+        wake(); // it may have to look from now on
+    }
+
+    void remove(const std::shared_ptr<State> &state)
+    {
+        const std::scoped_lock lock(m_mutex);
+        std::erase_if(m_states, [&](const auto &entry) { return entry.second == state; });
+        if (state->source.isOpen())
+            ::epoll_ctl(m_poll.number(), EPOLL_CTL_DEL, state->source.number(), nullptr);
+    }
+
+private:
+    static constexpr std::uint64_t wakeId = 0;
+
+    void listen(int descriptor, std::uint64_t id) const
+    {
+        epoll_event event{};
+        event.events = EPOLLIN;
+        event.data.u64 = id;
+        ::epoll_ctl(m_poll.number(), EPOLL_CTL_ADD, descriptor, &event);
+    }
+
+    void wake() const
+    {
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = ::write(m_wake.number(), &one, sizeof one);
+    }
+
+    void run(const std::stop_token &stop)
+    {
+        while (!stop.stop_requested()) {
+            const std::vector<std::shared_ptr<State>> looked = lookedAt();
+            std::array<epoll_event, 32> ready;
+            const int count = ::epoll_wait(m_poll.number(), ready.data(), static_cast<int>(ready.size()),
+                                           looked.empty() ? -1 : lookingInterval);
+            for (int i = 0; i < count; ++i)
+                serve(ready[static_cast<std::size_t>(i)].data.u64);
+            for (const std::shared_ptr<State> &state : looked)
+                state->look();
+        }
+    }
+
+    void serve(std::uint64_t id)
+    {
+        if (id == wakeId) {
+            std::uint64_t wakes = 0;
+            [[maybe_unused]] const ssize_t length = ::read(m_wake.number(), &wakes, sizeof wakes);
+            return;
+        }
+        if (const std::shared_ptr<State> state = stateOf(id))
+            state->readEvents();
+    }
+
+    std::shared_ptr<State> stateOf(std::uint64_t id)
+    {
+        const std::scoped_lock lock(m_mutex);
+        const auto found = m_states.find(id);
+        return found == m_states.end() ? nullptr : found->second;
+    }
+
+    std::vector<std::shared_ptr<State>> lookedAt()
+    {
+        const std::scoped_lock lock(m_mutex);
+        std::vector<std::shared_ptr<State>> states;
+        for (const auto &[id, state] : m_states) {
+            if (!state->source.isOpen())
+                states.push_back(state);
+        }
+        return states;
+    }
+
+    const Descriptor m_poll;
+    const Descriptor m_wake;
+    std::mutex m_mutex;
+    std::uint64_t m_lastId = wakeId;
+    std::map<std::uint64_t, std::shared_ptr<State>> m_states;
+    std::jthread m_thread; ///< the last member: it uses the others
+};
+
+Result<std::shared_ptr<FolderWatcher>> FolderWatcher::watch(const Location &folder, Heard heard, Means means)
+{
+    auto state = std::make_shared<State>();
+    state->folder = folder.native();
+    state->heard = std::move(heard);
+    if (means == Means::Events) {
+        Result<Descriptor> source = eventsOf(state->folder);
+        if (source)
+            state->source = *std::move(source);
+        else if (!isExhausted(source.error().code.value()))
+            return failure(source.error());
+    }
+    if (!state->source.isOpen()) {
+        state->times = timesOf(state->folder);
+        if (!state->times)
+            return failure(Failure::lastSystem());
+    }
+    std::shared_ptr<Hub> hub = Hub::shared();
+    hub->add(state);
+    return std::shared_ptr<FolderWatcher>(new FolderWatcher(std::move(hub), std::move(state)));
+}
+
+FolderWatcher::FolderWatcher(std::shared_ptr<Hub> hub, std::shared_ptr<State> state)
+    : m_hub(std::move(hub))
+    , m_state(std::move(state))
+{
+}
+
+FolderWatcher::~FolderWatcher()
+{
+    m_hub->remove(m_state);
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->closed = true;
+}
+
+FolderChanges FolderWatcher::take()
+{
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->told = false;
+    return std::exchange(m_state->changes, {});
+}
+
+} // namespace brellin
