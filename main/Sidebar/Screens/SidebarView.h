@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Sidebar/SidebarChoice.h"
+
+#include <QWidget>
+
+#include <memory>
+
+namespace brellin {
+
+class FolderColors;
+class FolderTree;
+class KnownFolders;
+class Pins;
+class ThumbnailImages;
+class UserDefaults;
+class VolumeList;
+
+/// What the sidebar shows and edits. All outlive it.
+struct SidebarSources {
+    Pins &pins;
+    FolderTree &tree; ///< its roots are set by the sidebar: "Benutzerordner" and every volume
+    VolumeList &volumes;
+    FolderColors &colors;
+    UserDefaults &defaults; ///< which sections are folded: "sidebarFolded"
+    const KnownFolders &folders;
+    ThumbnailImages *images = nullptr; ///< for entries with a picture of their own
+};
+
+/// The sidebar: quick access, folders, volumes, network, tags, Trash, photos and assistants as one list for mouse and keys.
+/// It says what was chosen; the window goes there.
+class SidebarView : public QWidget {
+    Q_OBJECT
+public:
+    SidebarView(SidebarSources sources, QWidget *parent);
+    ~SidebarView() override;
+
+    /// The active pane shows this folder: its line is highlighted (the one that was chosen where several lead there), and
+    /// the tree opens down to it where no other line leads there.
+    void setCurrent(const Location &folder);
+    /// The pane shows a tag, the Trash, photos, the network or the agent.
+    void setCurrent(const SidebarChoice &choice);
+    /// The red number of the agent; none for 0.
+    void setAgentBadge(int number);
+    /// Puts the keys into the list.
+    void focusList();
+
+    /// Clicked, or Return.
+    Q_SIGNAL void chosen(const brellin::SidebarChoice &choice);
+    /// Middle click, Ctrl+Return, or "In neuem Tab öffnen".
+    Q_SIGNAL void chosenForNewTab(const brellin::SidebarChoice &choice);
+    /// "Eigenschaften" of a folder. The menus have it as soon as somebody listens.
+    Q_SIGNAL void propertiesWanted(const brellin::Location &folder);
+    /// Something did not work; a German text for the window to show.
+    Q_SIGNAL void failed(const QString &message);
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace brellin
