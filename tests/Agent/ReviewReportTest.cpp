@@ -22,6 +22,10 @@ public:
         revealed = entry;
         return {};
     }
+    Result<void> open(const Location &) override { return {}; }
+    std::vector<Application> applicationsFor(const QString &) const override { return {}; }
+    Result<void> openWith(const std::vector<Location> &, const QString &) override { return {}; }
+    Result<void> openTerminal(const Location &) override { return {}; }
     void setText(const QString &value) override { text = value; }
 
     bool installed = false;

@@ -1,0 +1,158 @@
+#include "System/Linux/DesktopEntry.h"
+
+#include <QFile>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+constexpr qint64 mostBytes = 1 << 20;
+
+/// A value with its escapes resolved.
+QString textIn(const QByteArray &value)
+{
+    QByteArray text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\' || i + 1 == value.size()) {
+            text += value[i];
+            continue;
+        }
+        const char mark = value[++i];
+        text += mark == 's' ? ' ' : mark == 'n' ? '\n' : mark == 't' ? '\t' : mark == 'r' ? '\r' : mark;
+    }
+    return QString::fromUtf8(text);
+}
+
+/// The words of a command: separated by blanks, double quotes hold them together, a backslash in them takes the next sign
+/// as it is.
+std::optional<std::vector<QString>> wordsOf(const QString &command)
+{
+    std::vector<QString> words;
+    QString word;
+    bool quoted = false;
+    bool begun = false;
+    for (qsizetype i = 0; i < command.size(); ++i) {
+        const QChar sign = command[i];
+        if (sign == u'"') {
+            quoted = !quoted;
+            begun = true;
+        } else if (quoted && sign == u'\\' && i + 1 < command.size()) {
+            word += command[++i];
+        } else if (!quoted && sign == u' ') {
+            if (begun)
+                words.push_back(std::exchange(word, {}));
+            begun = false;
+        } else {
+            word += sign;
+            begun = true;
+        }
+    }
+    if (begun)
+        words.push_back(word);
+    return quoted ? std::nullopt : std::optional(std::move(words));
+}
+
+std::string urlOf(const Location &entry)
+{
+    const std::string &bytes = entry.native();
+    return "file://" +
+           QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toPercentEncoding("/").toStdString();
+}
+
+/// A word that is no code for what is to be opened, with "%%" and the codes that stand inside words resolved.
+std::string plainWord(QString word, const DesktopEntry &entry)
+{
+    word.replace(QStringLiteral("%c"), entry.name);
+    word.replace(QStringLiteral("%k"), shown(entry.file));
+    word.replace(QStringLiteral("%%"), QStringLiteral("%"));
+    return word.toStdString();
+}
+
+bool isCode(const QString &word, const char16_t *codes)
+{
+    return word.size() == 2 && word[0] == u'%' && QStringView(codes).contains(word[1]);
+}
+
+} // namespace
+
+KeyFile readKeyFile(const Location &file)
+{
+    KeyFile groups;
+    QFile source(QFile::decodeName(file.c_str()));
+    if (!source.open(QIODevice::ReadOnly))
+        return groups;
+    std::map<QByteArray, QByteArray> *group = nullptr;
+    for (const QByteArray &piece : source.read(mostBytes).split('\n')) {
+        const QByteArray line = piece.trimmed();
+        if (line.startsWith('[') && line.endsWith(']'))
+            group = &groups[line.sliced(1, line.size() - 2)];
+        const qsizetype sign = line.indexOf('=');
+        if (group != nullptr && sign > 0 && !line.startsWith('#') && !line.startsWith('['))
+            group->try_emplace(line.first(sign).trimmed(), line.sliced(sign + 1).trimmed());
+    }
+    return groups;
+}
+
+std::vector<QString> keyFileList(const QByteArray &value)
+{
+    std::vector<QString> parts;
+    for (const QByteArray &part : value.split(';')) {
+        if (!part.trimmed().isEmpty())
+            parts.push_back(QString::fromUtf8(part.trimmed()));
+    }
+    return parts;
+}
+
+std::optional<DesktopEntry> DesktopEntry::read(const Location &file, const QString &identifier)
+{
+    KeyFile groups = readKeyFile(file);
+    std::map<QByteArray, QByteArray> &keys = groups["Desktop Entry"];
+    DesktopEntry entry;
+    entry.hidden = keys["Hidden"] == "true";
+    if (keys["Type"] != "Application" && !entry.hidden)
+        return std::nullopt;
+    entry.file = file;
+    entry.identifier = identifier;
+    entry.name = textIn(keys.contains("Name[de]") ? keys["Name[de]"] : keys["Name"]);
+    entry.icon = textIn(keys["Icon"]);
+    entry.command = textIn(keys["Exec"]);
+    entry.tryProgram = textIn(keys["TryExec"]).toStdString();
+    entry.types = keyFileList(keys["MimeType"]);
+    entry.inTerminal = keys["Terminal"] == "true";
+    return entry;
+}
+
+std::vector<std::vector<std::string>> DesktopEntry::commandLines(const std::vector<Location> &entries) const
+{
+    const std::optional<std::vector<QString>> words = wordsOf(command);
+    if (!words || words->empty())
+        return {};
+    const bool takesOne = std::ranges::any_of(*words, [](const QString &word) { return isCode(word, u"fu"); });
+    const auto line = [&](const std::vector<Location> &opened) {
+        std::vector<std::string> made;
+        for (const QString &word : *words) {
+            if (isCode(word, u"fFuU")) {
+                const bool asUrl = word[1] == u'u' || word[1] == u'U';
+                for (const Location &one : opened)
+                    made.push_back(asUrl ? urlOf(one) : one.native());
+            } else if (word == QStringLiteral("%i")) {
+                if (!icon.isEmpty())
+                    made.insert(made.end(), {"--icon", icon.toStdString()});
+            } else if (!isCode(word, u"dDnNvm")) { // codes of old, left out
+                made.push_back(plainWord(word, *this));
+            }
+        }
+        return made;
+    };
+    if (!takesOne || entries.size() < 2)
+        return {line(entries)};
+    std::vector<std::vector<std::string>> lines;
+    for (const Location &one : entries)
+        lines.push_back(line({one}));
+    return lines;
+}
+
+} // namespace brellin

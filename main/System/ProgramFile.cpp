@@ -1,0 +1,62 @@
+#include "System/ProgramFile.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+/// Endings of what desktops run or install when it is opened, whatever its permissions. Sorted.
+constexpr auto programEndings = std::to_array<std::string_view>(
+    {"action", "app",        "appimage", "bat", "cmd",  "com",  "command", "deb", "desktop",
+     "exe",    "flatpakref", "jar",      "lnk", "msi",  "msix", "pif",     "pkg", "ps1",
+     "reg",    "rpm",        "run",      "scr", "snap", "vbe",  "vbs",     "wsf"});
+static_assert(std::ranges::is_sorted(programEndings));
+
+/// Endings of scripts: run where they may be executed, else a text like others. Sorted.
+constexpr auto scriptEndings = std::to_array<std::string_view>(
+    {"applescript", "bash", "fish", "js", "ksh", "mjs", "pl", "py", "rb", "scpt", "sh", "zsh"});
+static_assert(std::ranges::is_sorted(scriptEndings));
+
+/// Whether a file begins like a machine program or a script. Where every file may be executed (a stick without
+/// permissions), this tells programs from pictures.
+bool beginsLikeProgram(int file)
+{
+    std::array<char, 4> start{};
+    const ssize_t length = ::pread(file, start.data(), start.size(), 0);
+    const std::string_view beginning(start.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    return beginning.starts_with("#!") || beginning == "\177ELF";
+}
+
+} // namespace
+
+bool isProgram(const Location &entry)
+{
+    struct stat status = {};
+    // What cannot be looked at cannot be run either.
+    if (::stat(entry.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    const std::string name = entry.filename().native();
+    const std::string ending = lowerExtensionOf(name);
+    if (std::ranges::binary_search(programEndings, std::string_view(ending)))
+        return true;
+    if ((status.st_mode & (S_IXUSR | S_IXGRP | S_IXOTH)) == 0)
+        return false;
+    if (std::ranges::binary_search(scriptEndings, std::string_view(ending)))
+        return true;
+    const int file = ::open(entry.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    // Executable, but not readable: nobody knows.
+    if (file < 0)
+        return true;
+    const bool program = beginsLikeProgram(file);
+    ::close(file);
+    return program;
+}
+
+} // namespace brellin
