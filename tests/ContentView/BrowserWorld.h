@@ -1,0 +1,85 @@
+#pragma once
+
+#include "ContentView/BrowserModel.h"
+#include "Support/FakeClock.h"
+#include "Support/Faults.h"
+#include "Support/TempTree.h"
+#include "System/MemoryUserDefaults.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace brellin::test {
+
+/// Runs the event loop until the condition holds; false when it does not within ten seconds.
+inline bool waitFor(const std::function<bool()> &condition)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!condition() && time.elapsed() < 10'000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    return condition();
+}
+
+/// Volumes of which one folder comes over a network.
+class PartlyRemoteVolumes : public SystemVolumes {
+public:
+    explicit PartlyRemoteVolumes(Location remote) : m_remote(std::move(remote)) {}
+    bool isLocal(const Location &location) const override { return !isAtOrBelow(location, m_remote); }
+
+private:
+    Location m_remote;
+};
+
+class FakeTagSearch : public TagSearch {
+public:
+    Result<std::vector<Location>> find(const QString &, const Location &, const JobControl &) const override
+    {
+        return found;
+    }
+    std::vector<Location> found;
+};
+
+/// What a pane needs, over a temporary tree with "home", "remote" (a network mount) and a Trash.
+struct BrowserWorld {
+    TempTree tree;
+    MemoryUserDefaults defaults;
+    PartlyRemoteVolumes volumes{tree.path("remote")};
+    FaultPlan faults;
+    FaultyFileActions files{faults, volumes};
+    KnownFolders folders = knownFolders();
+    MountWorkers workers{volumes, std::chrono::milliseconds(300)};
+    FakeClock clock;
+    FolderSizes sizes{defaults, volumes, clock};
+    FolderColors colors{defaults};
+    FakeTagSearch tagSearch;
+
+    BrowserServices services() { return {defaults, volumes, files, folders, workers, sizes, colors, tagSearch}; }
+    Location home(std::string_view relative) const { return tree.path("home") / relative; }
+
+private:
+    KnownFolders knownFolders() const
+    {
+        KnownFolders known = KnownFolders::ofThisUser();
+        known.home = tree.folder("home");
+        known.trash = tree.path("home/Trash/files");
+        return known;
+    }
+};
+
+/// The names of the rows, separated by blanks.
+inline std::string rowNames(const DisplayedItems &rows)
+{
+    std::string names;
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        names += (row > 0 ? " " : "") + rows[row].nameBytes;
+    return names;
+}
+
+} // namespace brellin::test
