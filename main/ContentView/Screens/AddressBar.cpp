@@ -1,0 +1,343 @@
+#include "ContentView/Screens/AddressBar.h"
+
+#include "ContentView/Listing.h"
+#include "Look/EntryIcons.h"
+#include "Look/Symbols.h"
+#include "Look/Theme.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStackedLayout>
+
+namespace brellin {
+
+namespace {
+
+/// So many folders stand in the menu of a step at most.
+constexpr std::size_t mostSiblings = 200;
+
+/// One step, or the mark between two.
+class CrumbButton : public QAbstractButton {
+public:
+    CrumbButton(const QString &text, bool last, QWidget *parent) : QAbstractButton(parent), m_last(last)
+    {
+        setText(text);
+        setAccessibleName(text);
+        setFocusPolicy(Qt::TabFocus);
+        setCursor(Qt::PointingHandCursor);
+        setSizePolicy(last ? QSizePolicy::Preferred : QSizePolicy::Maximum, QSizePolicy::Preferred);
+    }
+    void setSymbol(const QString &symbol) { m_symbol = symbol; }
+
+    QSize sizeHint() const override
+    {
+        const int symbol = m_symbol.isEmpty() ? 0 : scaled(16) + (text().isEmpty() ? 0 : scaled(5));
+        return {QFontMetrics(usedFont()).horizontalAdvance(text()) + symbol + scaled(6), scaled(26)};
+    }
+    QSize minimumSizeHint() const override { return {std::min(sizeHint().width(), scaled(24)), scaled(26)}; }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (underMouse() || hasFocus()) {
+            painter.setPen(hasFocus() ? QPen(color(Token::Accent), 2) : QPen(Qt::NoPen));
+            painter.setBrush(color(Token::AccentSoft));
+            painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 2, -0.5, -2), 5, 5);
+        }
+        const QColor ink = color(m_last ? Token::Text : Token::Secondary);
+        QRectF place = QRectF(rect()).adjusted(scaled(3), 0, -scaled(3), 0);
+        if (!m_symbol.isEmpty()) {
+            Symbols::paint(painter, QRectF(place.left(), 0, scaled(15), height()), m_symbol, ink);
+            place.setLeft(place.left() + scaled(15) + scaled(5));
+        }
+        painter.setFont(usedFont());
+        painter.setPen(ink);
+        painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine,
+                         painter.fontMetrics().elidedText(text(), Qt::ElideMiddle, static_cast<int>(place.width())));
+    }
+    void enterEvent(QEnterEvent *) override { update(); }
+    void leaveEvent(QEvent *) override { update(); }
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)
+            focusNextPrevChild(event->key() == Qt::Key_Right);
+        else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            click();
+        else
+            QAbstractButton::keyPressEvent(event);
+    }
+
+private:
+    QFont usedFont() const { return sizedFont(1, m_last ? QFont::DemiBold : QFont::Normal); }
+
+    bool m_last;
+    QString m_symbol;
+};
+
+} // namespace
+
+AddressBar::AddressBar(const KnownFolders &folders, MountWorkers &workers, const Volumes &volumes, QWidget *parent)
+    : QWidget(parent)
+    , m_folders(folders)
+    , m_workers(workers)
+    , m_volumes(volumes)
+    , m_stack(new QStackedLayout(this))
+    , m_steps(new QWidget(this))
+    , m_row(new QHBoxLayout(m_steps))
+    , m_field(new QLineEdit(this))
+{
+    setObjectName(QStringLiteral("addressBar"));
+    setAccessibleName(QStringLiteral("Adressleiste"));
+    setToolTip(QStringLiteral("Klicken, um einen Pfad einzugeben"));
+    setCursor(Qt::IBeamCursor);
+    m_row->setContentsMargins(scaled(8), 0, scaled(8), 0);
+    m_row->setSpacing(0);
+    m_stack->setContentsMargins(0, 0, 0, 0);
+    m_stack->addWidget(m_steps);
+    m_stack->addWidget(m_field);
+    m_field->setObjectName(QStringLiteral("pathField"));
+    m_field->setAccessibleName(QStringLiteral("Pfad"));
+    m_field->installEventFilter(this);
+    auto *const completer = new QCompleter(&m_completions, this);
+    completer->setCaseSensitivity(Qt::CaseInsensitive);
+    completer->setCompletionMode(QCompleter::PopupCompletion);
+    m_field->setCompleter(completer);
+    connect(m_field, &QLineEdit::textEdited, this, &AddressBar::complete);
+    connect(m_field, &QLineEdit::returnPressed, this, [this] {
+        const QString typed = m_field->text();
+        stopEditing();
+        if (m_pane)
+            m_pane->navigateToTyped(typed);
+    });
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+}
+
+QSize AddressBar::sizeHint() const
+{
+    return {scaled(320), scaled(32)};
+}
+
+void AddressBar::setPane(BrowserModel *pane)
+{
+    m_pane = pane;
+    m_following = std::make_unique<QObject>();
+    if (pane)
+        pane->current.observe(m_following.get(), [this](const Location &) { rebuild(); });
+    stopEditing();
+    rebuild();
+}
+
+void AddressBar::setPage(const QStringList &words)
+{
+    if (m_page == words)
+        return;
+    m_page = words;
+    rebuild();
+}
+
+bool AddressBar::isEditing() const
+{
+    return m_stack->currentWidget() == m_field;
+}
+
+void AddressBar::editPath()
+{
+    if (!m_pane)
+        return;
+    m_field->setText(shown(m_pane->current.get()));
+    m_stack->setCurrentWidget(m_field);
+    m_field->setFocus();
+    m_field->selectAll();
+}
+
+void AddressBar::stopEditing()
+{
+    m_completing.drop();
+    m_stack->setCurrentWidget(m_steps);
+}
+
+void AddressBar::rebuild()
+{
+    while (QLayoutItem *const old = m_row->takeAt(0)) {
+        if (old->widget())
+            old->widget()->deleteLater();
+        delete old;
+    }
+    m_crumbs = m_pane && m_page.isEmpty() ? crumbsOf(m_pane->current.get(), m_folders) : std::vector<Crumb>();
+    const int count = m_page.isEmpty() ? static_cast<int>(m_crumbs.size()) : static_cast<int>(m_page.size());
+    for (int step = 0; step < count; ++step) {
+        const bool last = step == count - 1;
+        addStep(m_page.isEmpty() ? m_crumbs[static_cast<std::size_t>(step)].title : m_page.at(step), step, last);
+        if (!last)
+            addSeparator(step);
+    }
+    m_row->addStretch(1);
+}
+
+void AddressBar::addStep(const QString &title, int step, bool last)
+{
+    auto *const button = new CrumbButton(title, last, m_steps);
+    button->setObjectName(QStringLiteral("crumb%1").arg(step));
+    if (step == 0)
+        button->setSymbol(m_page.isEmpty() && !m_crumbs.empty() && m_crumbs.front().folder == m_folders.home
+                              ? QStringLiteral("house")
+                          : m_page.isEmpty() ? QStringLiteral("hard-drive")
+                                             : QStringLiteral("house"));
+    connect(button, &QAbstractButton::clicked, this, [this, step] { goTo(step); });
+    m_row->addWidget(button);
+}
+
+void AddressBar::goTo(int step)
+{
+    if (!m_page.isEmpty())
+        Q_EMIT pageStepClicked(step);
+    else if (m_pane && static_cast<std::size_t>(step) < m_crumbs.size() - 1)
+        m_pane->navigate(m_crumbs[static_cast<std::size_t>(step)].folder);
+    else
+        editPath();
+}
+
+void AddressBar::addSeparator(int step)
+{
+    auto *const mark = new CrumbButton({}, false, m_steps);
+    mark->setSymbol(QStringLiteral("chevron-right"));
+    mark->setFixedWidth(scaled(20));
+    mark->setObjectName(QStringLiteral("crumbMenu%1").arg(step));
+    if (m_page.isEmpty()) {
+        const QString folder = m_crumbs[static_cast<std::size_t>(step)].title;
+        mark->setAccessibleName(QStringLiteral("Ordner in „%1“").arg(folder));
+        mark->setToolTip(mark->accessibleName());
+        connect(mark, &QAbstractButton::clicked, this, [this, step, mark] { openMenu(step, mark); });
+    } else {
+        mark->setEnabled(false);
+    }
+    m_row->addWidget(mark);
+}
+
+void AddressBar::openMenu(int step, QWidget *under)
+{
+    const Location folder = m_crumbs[static_cast<std::size_t>(step)].folder;
+    const Location next = m_crumbs[static_cast<std::size_t>(step) + 1].folder;
+    auto *const menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("siblings"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(QStringLiteral("Lade …"))->setEnabled(false);
+    const QPointer<QMenu> shown = menu;
+    m_siblings.start(
+        m_workers, {.where = folder},
+        [folder, volumes = &m_volumes](const JobControl &control) {
+            return readListing(folder, HiddenEntries::LeftOut, *volumes, &control);
+        },
+        [this, shown, next](const Listing &listing) {
+            if (shown)
+                fillMenu(shown, listing.items, next);
+        },
+        [shown] {
+            if (shown)
+                shown->actions().constFirst()->setText(QStringLiteral("Das Laufwerk antwortet nicht."));
+        });
+    menu->popup(under->mapToGlobal(QPoint(0, under->height())));
+}
+
+void AddressBar::fillMenu(QMenu *menu, const FileItems &items, const Location &next)
+{
+    menu->clear();
+    DisplayOptions options;
+    options.filter = [](const FileItem &item) { return item.isFolder; };
+    const DisplayedItems folders = displayed(items, options);
+    for (std::size_t row = 0; row < std::min(folders.size(), mostSiblings); ++row) {
+        const Location folder = folders[row].location();
+        // An "&" in a name is no key.
+        QAction *const action =
+            menu->addAction(EntryIcons::folder(scaled(16), devicePixelRatioF()),
+                            folders[row].name().replace(QLatin1Char('&'), QStringLiteral("&&")), this, [this, folder] {
+                                if (m_pane)
+                                    m_pane->navigate(folder);
+                            });
+        QFont titled = menu->font();
+        titled.setWeight(folder == next ? QFont::DemiBold : QFont::Normal);
+        action->setFont(titled);
+    }
+    if (folders.empty())
+        menu->addAction(QStringLiteral("Keine Ordner"))->setEnabled(false);
+    if (folders.size() > mostSiblings)
+        menu->addAction(QStringLiteral("und %1 weitere").arg(folders.size() - mostSiblings))->setEnabled(false);
+    menu->adjustSize();
+}
+
+/// Offers the folders that begin with what was typed, from the last "/" on.
+void AddressBar::complete(const QString &typed)
+{
+    if (!m_pane || !typed.contains(QLatin1Char('/')))
+        return;
+    QString above = typed.left(typed.lastIndexOf(QLatin1Char('/')) + 1);
+    QString written = above;
+    if (above.startsWith(QLatin1Char('~')))
+        above.replace(0, 1, shown(m_folders.home));
+    const Location folder = standardised(Location(above.toStdString()));
+    if (folder == m_completed)
+        return;
+    m_completing.start(
+        m_workers, {.where = folder, .patience = FileCall<Listing>::Patience::None},
+        [folder, volumes = &m_volumes](const JobControl &control) {
+            return readListing(folder, HiddenEntries::LeftOut, *volumes, &control);
+        },
+        [this, folder, written](const Listing &listing) {
+            m_completed = folder;
+            QStringList paths;
+            for (const FileItem &item : listing.items)
+                if (item.isFolder)
+                    paths.append(written + item.name() + QLatin1Char('/'));
+            paths.sort();
+            m_completions.setStringList(paths);
+            if (isEditing())
+                m_field->completer()->complete();
+        },
+        [] {});
+}
+
+void AddressBar::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && m_page.isEmpty())
+        editPath();
+}
+
+bool AddressBar::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_field)
+        return QWidget::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        stopEditing();
+        return true;
+    }
+    // A menu or the completion's list takes the focus for a moment only.
+    if (event->type() == QEvent::FocusOut && !m_field->completer()->popup()->isVisible() &&
+        static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason)
+        stopEditing();
+    return QWidget::eventFilter(watched, event);
+}
+
+void AddressBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    m_field->setFixedHeight(height());
+}
+
+void AddressBar::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color(Token::Line));
+    painter.setBrush(color(Token::Content));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+}
+
+} // namespace brellin

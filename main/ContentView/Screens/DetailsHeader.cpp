@@ -1,0 +1,56 @@
+#include "ContentView/Screens/DetailsHeader.h"
+
+#include "ContentView/Screens/ItemRows.h"
+#include "Look/Symbols.h"
+#include "Look/Theme.h"
+
+#include <QPainter>
+
+namespace brellin {
+
+DetailsHeader::DetailsHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent)
+{
+    setObjectName(QStringLiteral("detailsHeader"));
+    setAccessibleName(QStringLiteral("Spalten"));
+    setHighlightSections(false);
+}
+
+void DetailsHeader::showSort(int section, SortDirection direction)
+{
+    m_sorted = section;
+    m_direction = direction;
+    viewport()->update();
+}
+
+QSize DetailsHeader::sizeHint() const
+{
+    return {QHeaderView::sizeHint().width(), scaled(30)};
+}
+
+void DetailsHeader::paintSection(QPainter *painter, const QRect &rect, int logicalIndex) const
+{
+    painter->save();
+    painter->fillRect(rect, color(Token::Content));
+    painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), color(Token::Line));
+    const bool sorted = logicalIndex == m_sorted;
+    const bool size = logicalIndex == static_cast<int>(Column::Size);
+    const int left = logicalIndex == static_cast<int>(Column::Name) ? scaled(14) : scaled(10);
+    QRect place = rect.adjusted(left, 0, size ? 0 : -scaled(6), 0);
+    painter->setFont(sizedFont(0.92, sorted ? QFont::DemiBold : QFont::Medium));
+    painter->setPen(color(sorted ? Token::Text : Token::Secondary));
+    const QString title = model()->headerData(logicalIndex, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int width = painter->fontMetrics().horizontalAdvance(title);
+    const int arrow = scaled(12);
+    if (sorted) {
+        // Beside the title, on its inner side.
+        const int x = size ? place.right() - width - arrow - 4 : place.left() + width + 6;
+        Symbols::paint(*painter, QRectF(x, place.center().y() - arrow / 2.0, arrow, arrow),
+                       m_direction == SortDirection::Ascending ? QStringLiteral("chevron-up")
+                                                               : QStringLiteral("chevron-down"),
+                       color(Token::Secondary));
+    }
+    painter->drawText(place, Qt::AlignVCenter | (size ? Qt::AlignRight : Qt::AlignLeft), title);
+    painter->restore();
+}
+
+} // namespace brellin

@@ -1,0 +1,268 @@
+#include "ContentView/Screens/DetailsView.h"
+
+#include "ContentView/Screens/DetailsHeader.h"
+#include "Look/Theme.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+namespace brellin {
+
+namespace {
+
+const QString widthsKey = QStringLiteral("detailsColumns");
+
+constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100};
+/// Below these widths of the view a column is left out, the least needed first.
+constexpr std::array<int, columnCount> neededWidths{0, 260, 400, 520, 640};
+
+SortKey keyOf(Column column)
+{
+    switch (column) {
+    case Column::Name:
+        return SortKey::Name;
+    case Column::Size:
+        return SortKey::Size;
+    case Column::Modified:
+        return SortKey::Modified;
+    case Column::Kind:
+        return SortKey::Kind;
+    case Column::Tags:
+        return SortKey::Tags;
+    }
+    return SortKey::Name;
+}
+
+} // namespace
+
+DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pictures, UserDefaults &defaults,
+                         QWidget *parent)
+    : QTreeView(parent)
+    , m_pane(pane)
+    , m_rows(rows)
+    , m_defaults(defaults)
+    , m_delegate(new RowDelegate(rows, pictures, this))
+{
+    setObjectName(QStringLiteral("detailsView"));
+    setAccessibleName(QStringLiteral("Dateien"));
+    setModel(&rows);
+    setItemDelegate(m_delegate);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setIndentation(0);
+    buildHeader();
+    pane.sortOrder.observe(this, [this](const SortOrder &order) { showSort(order); });
+    m_typedEnds.setSingleShot(true);
+    connect(&m_typedEnds, &QTimer::timeout, this, [this] { m_typed.clear(); });
+    // Another folder begins at its top.
+    connect(&rows, &ItemRows::replaced, this, &QAbstractItemView::scrollToTop);
+}
+
+void DetailsView::buildHeader()
+{
+    auto *const head = new DetailsHeader(this);
+    setHeader(head);
+    head->setSectionsClickable(true);
+    head->setStretchLastSection(false);
+    head->setSectionsMovable(true);
+    head->setFirstSectionMovable(false);
+    head->setMinimumSectionSize(scaled(60));
+    restoreWidths();
+    head->setSectionResizeMode(static_cast<int>(Column::Name), QHeaderView::Stretch);
+    connect(head, &QHeaderView::sectionClicked, this, [this](int section) {
+        const SortKey key = keyOf(static_cast<Column>(section));
+        const SortOrder &now = m_pane.sortOrder.get();
+        const bool same = !now.empty() && now.front().key == key;
+        const bool up = same && now.front().direction == SortDirection::Descending;
+        m_pane.setSortOrder({{key, !same || up ? SortDirection::Ascending : SortDirection::Descending}});
+    });
+    m_saveSoon.setSingleShot(true);
+    connect(&m_saveSoon, &QTimer::timeout, this, &DetailsView::saveWidths);
+    connect(head, &QHeaderView::sectionMoved, &m_saveSoon, [this] { m_saveSoon.start(500); });
+    connect(head, &QHeaderView::sectionResized, &m_saveSoon, [this](int section) {
+        if (section != static_cast<int>(Column::Name))
+            m_saveSoon.start(500);
+    });
+    showSort(m_pane.sortOrder.get());
+}
+
+void DetailsView::showSort(const SortOrder &order)
+{
+    for (int section = 0; section < columnCount; ++section)
+        if (!order.empty() && keyOf(static_cast<Column>(section)) == order.front().key)
+            static_cast<DetailsHeader *>(header())->showSort(section, order.front().direction);
+}
+
+/// Stored as "column:width" in their order.
+void DetailsView::restoreWidths()
+{
+    for (int section = 0; section < columnCount; ++section)
+        header()->resizeSection(section, scaled(usualWidths.at(static_cast<std::size_t>(section))));
+    const QString stored = m_defaults.value(widthsKey).value_or(QString()).toString();
+    int place = 0;
+    for (const QString &one : stored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        const int section = one.section(QLatin1Char(':'), 0, 0).toInt();
+        const int width = one.section(QLatin1Char(':'), 1, 1).toInt();
+        if (section < 0 || section >= columnCount || width < 40 || width > 2000 || place >= columnCount)
+            return;
+        header()->moveSection(header()->visualIndex(section), place++);
+        header()->resizeSection(section, width);
+    }
+}
+
+void DetailsView::saveWidths()
+{
+    QStringList stored;
+    for (int place = 0; place < columnCount; ++place) {
+        const int section = header()->logicalIndex(place);
+        const int width = header()->isSectionHidden(section) ? scaled(usualWidths.at(static_cast<std::size_t>(section)))
+                                                             : header()->sectionSize(section);
+        stored.append(QStringLiteral("%1:%2").arg(section).arg(width));
+    }
+    // A width that cannot be stored is set again the next time; nobody wants a message about it.
+    std::ignore = m_defaults.setValue(widthsKey, stored.join(QLatin1Char(',')));
+}
+
+void DetailsView::chooseColumns()
+{
+    for (int section = 1; section < columnCount; ++section)
+        header()->setSectionHidden(section,
+                                   viewport()->width() < scaled(neededWidths.at(static_cast<std::size_t>(section))));
+}
+
+void DetailsView::setActive(bool active)
+{
+    m_delegate->setActive(active);
+    viewport()->update();
+}
+
+void DetailsView::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    chooseColumns();
+}
+
+/// Typing goes to the next name that begins so; the same letter again goes on to the one after.
+void DetailsView::keyboardSearch(const QString &typed)
+{
+    const bool repeated = m_typed.size() == 1 && m_typed == typed;
+    m_typed = repeated ? typed : m_typed + typed;
+    m_typedEnds.start(1000);
+    const int rows = m_rows.rowCount();
+    const int from = std::max(0, currentIndex().row()) + (repeated || m_typed.size() == 1 ? 1 : 0);
+    const QString wanted = folded(m_typed);
+    for (int step = 0; step < rows; ++step) {
+        const int row = (from + step) % rows;
+        if (folded(m_rows.item(row).name()).startsWith(wanted)) {
+            setCurrentIndex(m_rows.index(row, 0));
+            scrollTo(m_rows.index(row, 0));
+            return;
+        }
+    }
+}
+
+bool DetailsView::beginsBand(QPoint point) const
+{
+    const QModelIndex index = indexAt(point);
+    if (!index.isValid())
+        return true;
+    if (selectionModel()->isSelected(index))
+        return false;
+    return index.column() != static_cast<int>(Column::Name) ||
+           !m_delegate->filledPart(visualRect(index), index).contains(point);
+}
+
+void DetailsView::mousePressEvent(QMouseEvent *event)
+{
+    const QPoint point = event->position().toPoint();
+    const bool band = event->button() == Qt::LeftButton && beginsBand(point);
+    const bool adds = event->modifiers().testFlag(Qt::ControlModifier);
+    m_beforeBand = adds ? selectionModel()->selection() : QItemSelection();
+    QTreeView::mousePressEvent(event);
+    if (!indexAt(point).isValid() && !adds && event->button() != Qt::MiddleButton)
+        clearSelection();
+    if (band && !event->modifiers().testFlag(Qt::ShiftModifier)) {
+        m_bandFrom = point + QPoint(0, verticalScrollBar()->value());
+        m_bandTo = point;
+    }
+}
+
+void DetailsView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_bandFrom || !event->buttons().testFlag(Qt::LeftButton)) {
+        QTreeView::mouseMoveEvent(event);
+        return;
+    }
+    const QPoint point = event->position().toPoint();
+    const QPoint from = *m_bandFrom - QPoint(0, verticalScrollBar()->value());
+    if ((point - from).manhattanLength() < QApplication::startDragDistance())
+        return;
+    if (point.y() < 0 || point.y() > viewport()->height())
+        verticalScrollBar()->setValue(verticalScrollBar()->value() +
+                                      (point.y() < 0 ? point.y() : point.y() - viewport()->height()));
+    stretchBand(point);
+}
+
+/// Rows are of one height: which of them the band touches is a division.
+void DetailsView::stretchBand(QPoint to)
+{
+    m_bandTo = to;
+    const int height = rowHeight(m_rows.index(0, 0));
+    if (height <= 0)
+        return;
+    const int offset = verticalScrollBar()->value();
+    const int top = std::max(0, std::min(m_bandFrom->y(), to.y() + offset) / height);
+    const int bottom = std::min(m_rows.rowCount() - 1, std::max(m_bandFrom->y(), to.y() + offset) / height);
+    QItemSelection selected = m_beforeBand;
+    if (top <= bottom)
+        selected.merge(QItemSelection(m_rows.index(top, 0), m_rows.index(bottom, columnCount - 1)),
+                       QItemSelectionModel::Select);
+    selectionModel()->select(selected, QItemSelectionModel::ClearAndSelect);
+    viewport()->update();
+}
+
+void DetailsView::mouseReleaseEvent(QMouseEvent *event)
+{
+    const bool banded = m_bandFrom.has_value() && m_bandTo != *m_bandFrom - QPoint(0, verticalScrollBar()->value());
+    m_bandFrom.reset();
+    viewport()->update();
+    if (event->button() == Qt::MiddleButton)
+        Q_EMIT middleClicked(indexAt(event->position().toPoint()));
+    if (banded)
+        setState(NoState);
+    else
+        QTreeView::mouseReleaseEvent(event);
+}
+
+void DetailsView::scrollContentsBy(int dx, int dy)
+{
+    QTreeView::scrollContentsBy(dx, dy);
+    if (m_bandFrom)
+        viewport()->update();
+}
+
+void DetailsView::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (!m_bandFrom)
+        return;
+    const QPoint from = *m_bandFrom - QPoint(0, verticalScrollBar()->value());
+    if (from == m_bandTo)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(color(Token::Accent));
+    painter.setBrush(faded(Token::Accent, 0.12));
+    painter.drawRect(QRect(from, m_bandTo).normalized().adjusted(0, 0, -1, -1));
+}
+
+} // namespace brellin

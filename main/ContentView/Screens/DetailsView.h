@@ -1,0 +1,51 @@
+#pragma once
+
+#include "ContentView/Screens/RowDelegate.h"
+
+#include <QTreeView>
+
+namespace brellin {
+
+/// The list with columns. Rows are selected by click, keys and a rubber band that begins beside a name.
+class DetailsView : public QTreeView {
+    Q_OBJECT
+public:
+    DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pictures, UserDefaults &defaults,
+                QWidget *parent);
+
+    void setActive(bool active);
+
+    void keyboardSearch(const QString &typed) override;
+
+    Q_SIGNAL void middleClicked(const QModelIndex &index);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+private:
+    void buildHeader();
+    void chooseColumns();
+    void restoreWidths();
+    void saveWidths();
+    void showSort(const SortOrder &order);
+    void stretchBand(QPoint to);
+    bool beginsBand(QPoint point) const;
+
+    BrowserModel &m_pane;
+    ItemRows &m_rows;
+    UserDefaults &m_defaults;
+    RowDelegate *m_delegate;
+    QTimer m_saveSoon;
+    std::optional<QPoint> m_bandFrom; ///< in the content, so that it moves along when scrolled
+    QPoint m_bandTo;
+    QItemSelection m_beforeBand;
+    QString m_typed;
+    QTimer m_typedEnds;
+};
+
+} // namespace brellin

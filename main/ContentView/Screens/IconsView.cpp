@@ -1,0 +1,226 @@
+#include "ContentView/Screens/IconsView.h"
+
+#include "ContentView/Screens/RowDelegate.h"
+#include "Look/EntryIcons.h"
+#include "Look/Theme.h"
+
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextLayout>
+#include <QWheelEvent>
+
+namespace brellin {
+
+namespace {
+
+constexpr int nameLines = 3;
+
+/// A name in up to three centred lines, the last one shortened in its middle. Draws from `top` down and gives the height.
+double paintLines(QPainter &painter, const QRectF &place, const QString &name)
+{
+    QTextLayout layout(name, painter.font());
+    QTextOption option(Qt::AlignHCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    const double line = painter.fontMetrics().lineSpacing();
+    double used = 0;
+    for (int number = 0; number < nameLines; ++number) {
+        QTextLine one = layout.createLine();
+        if (!one.isValid())
+            break;
+        one.setLineWidth(place.width());
+        const bool last = number == nameLines - 1 && one.textStart() + one.textLength() < name.size();
+        const QRectF row(place.left(), place.top() + used, place.width(), line);
+        const QString text = last ? painter.fontMetrics().elidedText(name.mid(one.textStart()), Qt::ElideMiddle,
+                                                                     static_cast<int>(place.width()))
+                                  : name.mid(one.textStart(), one.textLength()).trimmed();
+        painter.drawText(row, Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        used += line;
+    }
+    layout.endLayout();
+    return used;
+}
+
+} // namespace
+
+TileDelegate::TileDelegate(const ItemRows &rows, const EntryPictures &pictures, QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_rows(rows)
+    , m_pictures(pictures)
+{
+}
+
+QSize TileDelegate::tileSize(int side)
+{
+    const int lines = nameLines * QFontMetrics(sizedFont(0.95)).lineSpacing();
+    return {std::max(scaled(96), side + scaled(44)), scaled(14) + side + scaled(8) + lines + scaled(8)};
+}
+
+QSize TileDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    return tileSize(m_side);
+}
+
+void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    if (index.row() >= m_rows.rowCount())
+        return;
+    const FileItem &item = m_rows.item(index.row());
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QRectF tile = QRectF(option.rect).adjusted(3, 3, -3, -3);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (selected) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(selectionGround(m_active));
+        painter->drawRoundedRect(tile, 8, 8);
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        painter->setPen(QPen(color(m_active ? Token::Accent : Token::FieldBorder), selected ? 2 : 1));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(tile.adjusted(1, 1, -1, -1), 7, 7);
+    }
+    if (item.isHidden)
+        painter->setOpacity(0.6);
+    const QRectF picture(tile.center().x() - m_side / 2.0, tile.top() + scaled(11), m_side, m_side);
+    m_pictures.paintLarge(*painter, picture, item);
+    painter->setFont(sizedFont(0.95));
+    painter->setPen(color(item.link == LinkState::Broken ? Token::Danger : Token::Text));
+    const QRectF name(tile.left() + 4, picture.bottom() + scaled(8), tile.width() - 8,
+                      tile.bottom() - picture.bottom());
+    paintLines(*painter, name, item.name().replace(QChar::LineFeed, QChar(0x21B5)));
+    const std::vector<QColor> tags = tagColors(item);
+    const double dot = scaled(11);
+    paintTagDots(*painter, QPointF(picture.right() - dot, picture.top() + dot / 2), dot, tags,
+                 color(selected ? Token::AccentSoft : Token::Content));
+    painter->restore();
+}
+
+QWidget *TileDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
+{
+    QWidget *const editor = makeNameEditor(parent, m_rows.item(index.row()), QStringLiteral("nameEditor"));
+    connect(editor, &QObject::destroyed, this, &TileDelegate::renameEnded);
+    return editor;
+}
+
+void TileDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    if (editor->property("filled").toBool())
+        return;
+    editor->setProperty("filled", true);
+    QStyledItemDelegate::setEditorData(editor, index);
+}
+
+void TileDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option, const QModelIndex &) const
+{
+    const int height = scaled(26);
+    editor->setGeometry(option.rect.left() + 2, option.rect.top() + scaled(14) + m_side + scaled(4),
+                        option.rect.width() - 4, height);
+}
+
+IconsView::IconsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pictures, ThumbnailImages *thumbnails,
+                     QWidget *parent)
+    : QListView(parent)
+    , m_pane(pane)
+    , m_rows(rows)
+    , m_thumbnails(thumbnails)
+    , m_delegate(new TileDelegate(rows, pictures, this))
+{
+    setObjectName(QStringLiteral("iconsView"));
+    setAccessibleName(QStringLiteral("Dateien"));
+    setModel(&rows);
+    setItemDelegate(m_delegate);
+    setViewMode(QListView::IconMode);
+    setMovement(QListView::Static);
+    setResizeMode(QListView::Adjust);
+    setUniformItemSizes(true);
+    setSelectionRectVisible(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setViewportMargins(scaled(16), scaled(8), scaled(8), 0);
+    setIconSide(pane.iconSize.get());
+    pane.iconSize.observe(this, [this](double side) { setIconSide(side); });
+    m_visibleSoon.setSingleShot(true);
+    connect(&m_visibleSoon, &QTimer::timeout, this, &IconsView::nameVisible);
+    connect(&rows, &QAbstractItemModel::layoutChanged, &m_visibleSoon, [this] { m_visibleSoon.start(30); });
+    connect(&rows, &ItemRows::replaced, this, [this] {
+        scrollToTop();
+        m_visibleSoon.start(30);
+    });
+    if (thumbnails)
+        connect(thumbnails, &ThumbnailImages::ready, this, [this](const Location &entry) {
+            const int row = isVisible() ? m_rows.rowOf(entry) : -1;
+            if (row >= 0)
+                update(m_rows.index(row, 0));
+        });
+}
+
+void IconsView::setActive(bool active)
+{
+    m_delegate->setActive(active);
+    viewport()->update();
+}
+
+void IconsView::setIconSide(double side)
+{
+    const int wanted = scaled(side);
+    m_delegate->setIconSide(wanted);
+    setGridSize(TileDelegate::tileSize(wanted));
+    m_visibleSoon.start(30);
+}
+
+void IconsView::nameVisible()
+{
+    if (!m_thumbnails || !isVisible())
+        return;
+    std::vector<Location> wanted;
+    const QModelIndex first = indexAt(QPoint(gridSize().width() / 2, gridSize().height() / 2));
+    const QRect seen = viewport()->rect();
+    for (int row = std::max(0, first.row()); row < m_rows.rowCount(); ++row) {
+        if (visualRect(m_rows.index(row, 0)).top() > seen.bottom())
+            break;
+        if (mayHaveThumbnail(m_rows.item(row)))
+            wanted.push_back(m_rows.item(row).location());
+    }
+    m_thumbnails->setVisible(this, wanted);
+}
+
+void IconsView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::MiddleButton)
+        Q_EMIT middleClicked(indexAt(event->position().toPoint()));
+    QListView::mouseReleaseEvent(event);
+}
+
+void IconsView::scrollContentsBy(int dx, int dy)
+{
+    QListView::scrollContentsBy(dx, dy);
+    m_visibleSoon.start(30);
+}
+
+void IconsView::resizeEvent(QResizeEvent *event)
+{
+    QListView::resizeEvent(event);
+    m_visibleSoon.start(30);
+}
+
+void IconsView::showEvent(QShowEvent *event)
+{
+    QListView::showEvent(event);
+    m_visibleSoon.start(30);
+}
+
+void IconsView::wheelEvent(QWheelEvent *event)
+{
+    if (!event->modifiers().testFlag(Qt::ControlModifier)) {
+        QListView::wheelEvent(event);
+        return;
+    }
+    m_pane.zoomIcons(event->angleDelta().y() > 0 ? 16 : -16);
+    event->accept();
+}
+
+} // namespace brellin

@@ -1,0 +1,82 @@
+#include "ContentView/Screens/SearchField.h"
+
+#include "Look/Symbols.h"
+#include "Look/Theme.h"
+
+#include <QAction>
+#include <QKeyEvent>
+
+namespace brellin {
+
+SearchField::SearchField(const KnownFolders &folders, QWidget *parent)
+    : QLineEdit(parent)
+    , m_folders(folders)
+    , m_symbol(addAction(Symbols::icon(QStringLiteral("search"), Token::Secondary), QLineEdit::LeadingPosition))
+    , m_clear(addAction(Symbols::icon(QStringLiteral("x"), Token::Secondary), QLineEdit::TrailingPosition))
+{
+    setObjectName(QStringLiteral("searchField"));
+    setProperty("kind", QStringLiteral("search"));
+    m_clear->setToolTip(QStringLiteral("Suche beenden"));
+    connect(m_clear, &QAction::triggered, this, [this] {
+        clear();
+        if (m_pane)
+            m_pane->setSearchText({});
+    });
+    connect(this, &QLineEdit::textEdited, this, [this](const QString &typed) {
+        if (m_pane)
+            m_pane->setSearchText(typed);
+    });
+    showState();
+}
+
+QSize SearchField::sizeHint() const
+{
+    return {scaled(210), scaled(32)};
+}
+
+void SearchField::setPane(BrowserModel *pane)
+{
+    m_pane = pane;
+    m_following = std::make_unique<QObject>();
+    if (pane) {
+        pane->searchText.observe(m_following.get(), [this](const QString &text) {
+            if (text != this->text())
+                setText(text);
+            showState();
+        });
+        pane->searchRunning.observe(m_following.get(), [this](bool) { showState(); });
+        pane->current.observe(m_following.get(), [this](const Location &) { showState(); });
+        setText(pane->searchText.get());
+    }
+    showState();
+}
+
+void SearchField::showState()
+{
+    const QString title = m_pane ? m_folders.title(m_pane->current.get()) : QString();
+    setPlaceholderText(m_pane ? QStringLiteral("In „%1“ suchen").arg(title) : QStringLiteral("Suchen"));
+    setAccessibleName(placeholderText());
+    const bool running = m_pane && m_pane->searchRunning.get();
+    m_symbol->setIcon(Symbols::icon(running ? QStringLiteral("loader-circle") : QStringLiteral("search"),
+                                    running ? Token::Accent : Token::Secondary));
+    m_symbol->setToolTip(running ? QStringLiteral("Die Suche läuft …") : QString());
+    m_clear->setVisible(!text().isEmpty());
+}
+
+void SearchField::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        clear();
+        if (m_pane)
+            m_pane->setSearchText({});
+        Q_EMIT left();
+    } else if (event->key() == Qt::Key_Down) {
+        Q_EMIT left();
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && m_pane) {
+        m_pane->runSearch();
+    } else {
+        QLineEdit::keyPressEvent(event);
+    }
+}
+
+} // namespace brellin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ContentView/BrowserModel.h"
+
+#include <QLineEdit>
+
+namespace brellin {
+
+/// The field for the search in the active pane's folder; shows whether the search still runs.
+class SearchField : public QLineEdit {
+    Q_OBJECT
+public:
+    SearchField(const KnownFolders &folders, QWidget *parent);
+
+    void setPane(BrowserModel *pane);
+    /// Back to the list.
+    Q_SIGNAL void left();
+
+    QSize sizeHint() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void showState();
+
+    const KnownFolders &m_folders;
+    QPointer<BrowserModel> m_pane;
+    std::unique_ptr<QObject> m_following;
+    QAction *m_symbol;
+    QAction *m_clear;
+};
+
+} // namespace brellin
