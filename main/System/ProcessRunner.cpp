@@ -76,7 +76,7 @@ private:
     Failure startFailure(int error) const;
     Result<void> prepareInput();
     bool hasAsked() const { return m_request.reply && m_outputText.size() > m_heard; }
-    void answer();
+    Result<void> answer();
     static void drain(Pipe &pipe, QByteArray &into);
     Result<void> mayGoOn(const JobControl *control) const;
     bool hasEnded();
@@ -164,19 +164,22 @@ void Child::drain(Pipe &pipe, QByteArray &into)
 }
 
 /// A program that has ended meanwhile does not read the answer, and that is no fault.
-void Child::answer()
+Result<void> Child::answer()
 {
     m_heard = m_outputText.size();
     const steady_clock::time_point asked = steady_clock::now();
-    const QByteArray words = m_request.reply(m_outputText);
+    const std::optional<QByteArray> words = m_request.reply(m_outputText);
     m_deadline += steady_clock::now() - asked;
-    for (qsizetype sent = 0; sent < words.size();) {
-        const ssize_t taken = ::send(m_talk.writeEnd(), words.constData() + sent,
-                                     static_cast<std::size_t>(words.size() - sent), MSG_NOSIGNAL);
+    if (!words)
+        return failure(Failure::cancelled());
+    for (qsizetype sent = 0; sent < words->size();) {
+        const ssize_t taken = ::send(m_talk.writeEnd(), words->constData() + sent,
+                                     static_cast<std::size_t>(words->size() - sent), MSG_NOSIGNAL);
         if (taken < 0 && errno != EINTR)
-            return;
+            break;
         sent += std::max<ssize_t>(taken, 0);
     }
+    return {};
 }
 
 Result<void> Child::mayGoOn(const JobControl *control) const
@@ -202,7 +205,7 @@ Result<void> Child::converse(const JobControl *control)
             if (ended)
                 break;
             if (hasAsked())
-                answer();
+                TRY(answer());
             else
                 ended = hasEnded();
             continue;

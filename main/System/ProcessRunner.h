@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,10 +22,10 @@ struct ProcessRequest {
     Location workingFolder; ///< empty: the caller's
     std::chrono::milliseconds timeout = std::chrono::minutes(2);
     /// For a program that asks: called on the running thread with all it has put out whenever there is more and it has fallen
-    /// silent, and gives what it is to read (nothing, if it asked nothing). May wait for a person; that time does not count.
-    /// Takes the place of `input`.
+    /// silent. Gives what it is to read (an empty text, if it asked nothing), or nothing to end it, which counts as a cancel.
+    /// May wait for a person; that time does not count. Takes the place of `input`.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
-    std::function<QByteArray(const QByteArray &output)> reply = {};
+    std::function<std::optional<QByteArray>(const QByteArray &output)> reply = {};
 };
 
 struct ProcessOutput {

@@ -110,6 +110,11 @@ TEST(ProcessRunner, AnswersAProgramThatAsks)
     EXPECT_EQ(output.output, "Name: \nOrt: [Anna/Köln]\nNoch was? ");
     ASSERT_EQ(heard.size(), 3U);
     EXPECT_EQ(heard[1], "Name: \nOrt: ");
+
+    request.reply = [](const QByteArray &) { return std::nullopt; };
+    const auto ended = SystemProcessRunner().run(request, nullptr);
+    ASSERT_FALSE(ended) << "the program would wait for ever";
+    EXPECT_TRUE(ended.error().isCancelled());
 }
 
 } // namespace
