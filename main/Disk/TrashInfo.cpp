@@ -82,4 +82,19 @@ std::optional<std::string> originInTrashInfo(std::string_view text)
     return std::nullopt;
 }
 
+std::optional<QDateTime> deletionInTrashInfo(std::string_view text)
+{
+    constexpr std::string_view dateKey = "DeletionDate=";
+    while (!text.empty()) {
+        const std::string_view line = nextLine(text);
+        if (!line.starts_with(dateKey))
+            continue;
+        const std::string_view value = line.substr(dateKey.size());
+        const QDateTime date = QDateTime::fromString(
+            QString::fromLatin1(value.data(), static_cast<qsizetype>(value.size())).trimmed(), Qt::ISODate);
+        return date.isValid() ? std::optional(date) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
 } // namespace brellin

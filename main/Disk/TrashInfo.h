@@ -15,4 +15,7 @@ std::string trashInfoText(std::string_view origin, const QDateTime &deleted);
 /// text is no record. Reads what other programs write, too: "%" without two digits behind it stands for itself.
 std::optional<std::string> originInTrashInfo(std::string_view text);
 
+/// When the entry went into the Trash, in the user's time zone; nullopt where the record does not tell.
+std::optional<QDateTime> deletionInTrashInfo(std::string_view text);
+
 } // namespace brellin

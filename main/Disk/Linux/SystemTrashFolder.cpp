@@ -206,6 +206,12 @@ Result<void> TrashFolder::give(const std::string &name, NameIn destination) cons
 
 std::optional<std::string> TrashFolder::originOf(const std::string &name) const
 {
+    const std::optional<std::string> record = recordOf(name);
+    return record ? originInTrashInfo(*record) : std::nullopt;
+}
+
+std::optional<std::string> TrashFolder::recordOf(const std::string &name) const
+{
     const auto file = openForReading({m_info.number(), recordName(name).c_str()});
     struct stat status{};
     if (!file || ::fstat(file->number(), &status) != 0 || !S_ISREG(status.st_mode))
@@ -221,24 +227,31 @@ std::optional<std::string> TrashFolder::originOf(const std::string &name) const
             break;
         size += static_cast<std::size_t>(got);
     }
-    return originInTrashInfo({text.data(), size});
+    return std::string(text.data(), size);
 }
 
-std::vector<std::string> TrashFolder::namesOf(const FileIdentity &identity) const
+std::vector<std::string> TrashFolder::names() const
 {
     std::vector<std::string> names;
     const auto folder = openFolder({m_files.number(), "."});
     if (!folder)
         return names;
-    const auto listed = listFolder(folder->number());
+    auto listed = listFolder(folder->number());
     if (!listed)
         return names;
-    for (const ListedName &entry : *listed) {
-        const auto status = statusOf({m_files.number(), entry.name.c_str()});
-        if (status && status->st_dev == identity.device && status->st_ino == identity.inode)
-            names.push_back(entry.name);
-    }
+    for (ListedName &entry : *listed)
+        names.push_back(std::move(entry.name));
     return names;
+}
+
+std::vector<std::string> TrashFolder::namesOf(const FileIdentity &identity) const
+{
+    std::vector<std::string> found = names();
+    std::erase_if(found, [&](const std::string &name) {
+        const auto status = statusOf({m_files.number(), name.c_str()});
+        return !status || status->st_dev != identity.device || status->st_ino != identity.inode;
+    });
+    return found;
 }
 
 } // namespace brellin

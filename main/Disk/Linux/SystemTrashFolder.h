@@ -52,6 +52,12 @@ public:
     /// The origin in the record of `name`, nullopt where there is none that can be read.
     std::optional<std::string> originOf(const std::string &name) const;
 
+    /// The text of that record.
+    std::optional<std::string> recordOf(const std::string &name) const;
+
+    /// The names of all entries.
+    std::vector<std::string> names() const;
+
     /// The entries' names whose identity is this one (several where it has hard links).
     std::vector<std::string> namesOf(const FileIdentity &identity) const;
 

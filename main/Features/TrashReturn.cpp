@@ -1,0 +1,96 @@
+#include "Features/TrashReturn.h"
+
+#include "Disk/FileAttributes.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace brellin {
+
+namespace {
+
+/// The folders that were made for one entry, taken away again where it did not come.
+class MissingFolders {
+public:
+    explicit MissingFolders(FileActions &files) : m_files(files) {}
+
+    Result<void> create(const Location &folder)
+    {
+        if (entryExists(folder) || !folder.has_relative_path())
+            return {};
+        TRY(create(folder.parent_path()));
+        const Result<void> created = m_files.createFolder(folder);
+        if (created)
+            m_created.push_back(folder);
+        // Somebody else may have made it at the same moment.
+        return !created && !created.error().is(std::errc::file_exists) ? created : Result<void>();
+    }
+    void takeBack()
+    {
+        for (auto folder = m_created.rbegin(); folder != m_created.rend(); ++folder) [[maybe_unused]]
+            const Result<void> removed = m_files.removeEmptyFolder(*folder);
+    }
+
+private:
+    FileActions &m_files;
+    std::vector<Location> m_created;
+};
+
+Failure readable(const Failure &cause)
+{
+    if (cause.is(std::errc::file_exists))
+        return {QStringLiteral("Am alten Ort gibt es schon etwas mit diesem Namen."), cause.code};
+    if (cause.is(std::errc::cross_device_link))
+        return {
+            QStringLiteral("Der alte Ort liegt auf einem anderen Datenträger. Ziehe es aus dem Papierkorb dorthin."),
+            cause.code};
+    return cause;
+}
+
+Result<void> putOneBack(const TrashedEntry &entry, Trash &trash, FileActions &files)
+{
+    if (entry.original.empty())
+        return failure(QStringLiteral("Der Papierkorb weiß nicht, wo es herkommt."));
+    if (entryExists(entry.original))
+        return failure(readable(Failure::system(EEXIST)));
+    MissingFolders folders(files);
+    Result<void> done = folders.create(entry.original.parent_path());
+    if (done)
+        done = trash.restore(entry.place, entry.original, entry.original);
+    if (done)
+        return done;
+    folders.takeBack();
+    return failure(readable(done.error()));
+}
+
+QString nameOf(const TrashedEntry &entry)
+{
+    return shownName(entry.original.empty() ? entry.place : entry.original);
+}
+
+} // namespace
+
+TrashReturn putBack(std::vector<TrashedEntry> entries, Trash &trash, FileActions &files, JobControl &control)
+{
+    // A folder comes before what once lay in it, which would else make a folder of its own in its place.
+    std::ranges::stable_sort(entries, {}, [](const TrashedEntry &entry) {
+        return std::distance(entry.original.begin(), entry.original.end());
+    });
+    TrashReturn outcome;
+    control.setTotal(std::ssize(entries));
+    for (const TrashedEntry &entry : entries) {
+        if (control.cancelled()) {
+            outcome.cancelled = true;
+            break;
+        }
+        control.setDetail(nameOf(entry));
+        if (const Result<void> done = putOneBack(entry, trash, files))
+            outcome.returned.push_back(entry.original);
+        else
+            outcome.failures += nameOf(entry) + QStringLiteral(": ") + done.error().message;
+        control.advance();
+    }
+    return outcome;
+}
+
+} // namespace brellin
