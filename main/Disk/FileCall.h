@@ -60,7 +60,7 @@ public:
         }
         expect(link, std::move(finished));
         if (inTurn && !local)
-            giveUpAfter(workers.timeOut(), std::move(notAnswering));
+            giveUpAfter(workers, request.where, std::move(notAnswering));
     }
 
     /// Cancels the work; its answer goes nowhere.
@@ -124,19 +124,20 @@ private:
             link->post();
     }
 
-    void giveUpAfter(std::chrono::milliseconds timeOut, std::function<void()> notAnswering)
+    void giveUpAfter(MountWorkers &workers, const Location &where, std::function<void()> notAnswering)
     {
-        QTimer::singleShot(timeOut, m_receiver.get(),
-                           [this, waiting = std::weak_ptr<Link>(m_link), notAnswering = std::move(notAnswering)] {
-                               const std::shared_ptr<Link> link = waiting.lock();
-                               if (!link || !link->leave())
-                                   return;
-                               const std::function<void()> tell = notAnswering;
-                               link->control.cancel();
-                               m_link.reset();
-                               release();
-                               tell();
-                           });
+        const std::weak_ptr<Link> waiting = m_link;
+        QTimer::singleShot(workers.timeOut(), m_receiver.get(), [=, this, &workers] {
+            const std::shared_ptr<Link> link = waiting.lock();
+            if (!link || !link->leave())
+                return;
+            workers.giveUp(where);
+            link->control.cancel();
+            const std::function<void()> tell = notAnswering;
+            m_link.reset();
+            release();
+            tell();
+        });
     }
 
     /// It may be running the event that ends it. What is still on the way to it finds that it has left.

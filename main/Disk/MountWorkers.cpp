@@ -4,7 +4,6 @@
 
 #include <condition_variable>
 #include <deque>
-#include <optional>
 #include <thread>
 
 namespace brellin {
@@ -42,17 +41,16 @@ struct MountWorkers::Lane {
     std::mutex mutex;
     std::deque<std::function<void()>> waiting;
     bool running = false;
-    std::optional<std::chrono::steady_clock::time_point> began; ///< of the call that is out
+    bool givenUp = false; ///< somebody has waited too long for the call that is out
 
     /// The next call; empty, and the lane at rest, where none waits.
     std::function<void()> next()
     {
         const std::scoped_lock lock(mutex);
         running = !waiting.empty();
-        began.reset();
+        givenUp = false;
         if (!running)
             return {};
-        began = std::chrono::steady_clock::now();
         std::function<void()> work = std::move(waiting.front());
         waiting.pop_front();
         return work;
@@ -104,13 +102,20 @@ void MountWorkers::run(const Location &location, Turn turn, std::function<void()
     Active::launch(m_active, [lane] { Lane::serve(lane); });
 }
 
+void MountWorkers::giveUp(const Location &location)
+{
+    const std::shared_ptr<Lane> lane = laneOf(location);
+    const std::scoped_lock lock(lane->mutex);
+    lane->givenUp = lane->running;
+}
+
 bool MountWorkers::answers(const Location &location) const
 {
     if (isLocal(location))
         return true;
     const std::shared_ptr<Lane> lane = laneOf(location);
     const std::scoped_lock lock(lane->mutex);
-    return !lane->began || std::chrono::steady_clock::now() - *lane->began < m_timeOut;
+    return !lane->givenUp;
 }
 
 } // namespace brellin

@@ -35,7 +35,9 @@ public:
 
     /// By the mount table, without touching the volume.
     bool isLocal(const Location &location) const { return m_volumes.isLocal(location); }
-    /// False while a call to the network mount that holds `location` has been out for too long.
+    /// Somebody has waited for a call to this network mount for the whole time-out.
+    void giveUp(const Location &location);
+    /// False from then on until the call that holds up the mount comes back.
     bool answers(const Location &location) const;
     std::chrono::milliseconds timeOut() const { return m_timeOut; }
 

@@ -1,0 +1,348 @@
+#include "ContentView/BrowserModel.h"
+
+#include "ContentView/BrowserWorld.h"
+#include "ContentView/Panes.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+struct SmallWorld : BrowserWorld {
+    SmallWorld() { tree.lines({"home/A/innen=x", "home/B/", "home/brief.txt=12345", "home/.versteckt=x"}); }
+};
+
+class BrowserModelTest : public testing::Test {
+protected:
+    std::string rows() const { return rowNames(pane.displayedItems.get()); }
+    QString error() const { return pane.errorMessage.get().value_or(QString()); }
+    FileItem item(const std::string &name) const
+    {
+        for (const FileItem &one : pane.items.get()) {
+            if (one.nameBytes == name)
+                return one;
+        }
+        ADD_FAILURE() << name << " is not listed";
+        return {};
+    }
+
+    SmallWorld world;
+    BrowserModel pane{world.services(), world.tree.path("home")};
+};
+
+} // namespace
+
+TEST_F(BrowserModelTest, showsALocalFolderAtOnce)
+{
+    EXPECT_EQ(rows(), "A B brief.txt");
+    EXPECT_FALSE(pane.loading.get());
+    EXPECT_EQ(error(), QString());
+    EXPECT_TRUE(pane.statusText.get().startsWith(u"3 Elemente   |   "_qs));
+    EXPECT_TRUE(pane.statusText.get().endsWith(u" frei"_qs));
+    pane.setSelection(Selection({world.home("brief.txt")}));
+    EXPECT_TRUE(pane.statusText.get().startsWith(u"3 Elemente   |   1 ausgewählt  5 Byte   |   "_qs));
+    pane.setSelection(Selection({world.home("A")}));
+    EXPECT_TRUE(pane.statusText.get().startsWith(u"3 Elemente   |   1 ausgewählt   |   "_qs));
+    pane.setShowHidden(true);
+    EXPECT_EQ(rows(), "A B .versteckt brief.txt");
+    pane.setItemFilter([](const FileItem &one) { return one.isFolder; });
+    EXPECT_EQ(rows(), "A B");
+    pane.navigate(world.home("B"));
+    EXPECT_EQ(pane.emptyText.get(), u"Dieser Ordner ist leer."_qs);
+}
+
+TEST_F(BrowserModelTest, goesBackAndForthAndUp)
+{
+    pane.goBack();
+    pane.navigate(world.home("A"));
+    EXPECT_TRUE(pane.canGoBack.get() && !pane.canGoForward.get());
+    EXPECT_EQ(rows(), "innen");
+    pane.navigate(world.home("A/.")); // refreshes only
+    EXPECT_EQ(pane.backStack().size(), 1u);
+    pane.navigate(world.home("B"));
+    pane.goBack();
+    EXPECT_EQ(pane.current.get(), world.home("A"));
+    EXPECT_EQ(pane.backStack(), std::vector{world.tree.path("home")});
+    EXPECT_EQ(pane.forwardStack(), std::vector{world.home("B")});
+    pane.goForward();
+    EXPECT_EQ(pane.current.get(), world.home("B"));
+    pane.goBack();
+    pane.goUp();
+    EXPECT_EQ(pane.current.get(), world.tree.path("home"));
+    EXPECT_FALSE(pane.canGoForward.get()) << "a new way empties the forward stack";
+    pane.navigate("/");
+    const std::size_t before = pane.backStack().size();
+    pane.goUp();
+    EXPECT_EQ(pane.backStack().size(), before);
+}
+
+TEST_F(BrowserModelTest, staysWhereItIsWhenThereIsNoSuchFolder)
+{
+    for (const Location &wrong : {world.home("fehlt"), world.home("brief.txt")}) {
+        pane.navigate(wrong);
+        EXPECT_EQ(error(), u"„%1“ wurde nicht gefunden."_qs.arg(shown(wrong)));
+        EXPECT_EQ(pane.current.get(), world.tree.path("home"));
+        EXPECT_EQ(rows(), "A B brief.txt");
+        EXPECT_FALSE(pane.canGoBack.get());
+    }
+    pane.navigate(world.home("A"));
+    EXPECT_EQ(error(), QString());
+    pane.navigate(world.home("B"));
+    std::filesystem::remove_all(world.home("A"));
+    pane.goBack();
+    EXPECT_NE(error(), QString());
+    pane.goBack(); // past the folder that is gone
+    EXPECT_EQ(pane.current.get(), world.tree.path("home"));
+}
+
+TEST_F(BrowserModelTest, takesTypedPaths)
+{
+    pane.navigateToTyped(u" ~/A "_qs);
+    EXPECT_EQ(pane.current.get(), world.home("A"));
+    pane.navigateToTyped(u"~"_qs);
+    EXPECT_EQ(pane.current.get(), world.tree.path("home"));
+    pane.navigateToTyped(u"B/../A"_qs);
+    EXPECT_EQ(pane.current.get(), world.home("A"));
+    pane.navigateToTyped(textOf(world.tree.file("home/kaputt\xff/x").parent_path()));
+    EXPECT_EQ(rows(), "x");
+}
+
+TEST_F(BrowserModelTest, choosesWhatTheSidebarOffers)
+{
+    pane.choose(SidebarItem::place(world.tree.path("home")));
+    EXPECT_FALSE(pane.canGoBack.get());
+    pane.choose(SidebarItem::agent());
+    EXPECT_TRUE(pane.showAgent.get());
+    pane.choose(SidebarItem::device(u"Kamera"_qs));
+    EXPECT_TRUE(!pane.showAgent.get() && pane.showDevice.get() == u"Kamera"_qs);
+    EXPECT_EQ(pane.current.get(), world.tree.path("home"));
+    pane.choose(SidebarItem::place(world.tree.path("home")));
+    EXPECT_FALSE(pane.showDevice.get().has_value());
+    EXPECT_FALSE(pane.canGoBack.get());
+    world.tagSearch.found = {world.home("A/innen"), world.home("fehlt")};
+    pane.choose(SidebarItem::tag(u"Rot"_qs));
+    ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
+    EXPECT_EQ(rows(), "innen");
+    EXPECT_EQ(pane.tagFilter.get(), u"Rot"_qs);
+    pane.choose(SidebarItem::quick(world.tree.path("home")));
+    EXPECT_EQ(rows(), "A B brief.txt");
+    EXPECT_FALSE(pane.tagFilter.get().has_value());
+}
+
+TEST_F(BrowserModelTest, searchesBelowTheFolderAndPutsTheListingBack)
+{
+    pane.setSearchText(u" INNEN "_qs);
+    ASSERT_TRUE(waitFor([&] { return pane.searching.get() && !pane.searchRunning.get(); }));
+    EXPECT_EQ(rows(), "innen");
+    EXPECT_EQ(pane.items.get()[0].location(), world.home("A/innen"));
+    pane.setSearchText({});
+    ASSERT_TRUE(waitFor([&] { return !pane.searching.get(); }));
+    EXPECT_EQ(rows(), "A B brief.txt");
+    pane.setSearchText(u"nirgends"_qs);
+    pane.runSearch();
+    ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
+    EXPECT_EQ(pane.emptyText.get(), u"Nichts gefunden."_qs);
+    pane.navigate(world.home("A"));
+    EXPECT_EQ(pane.searchText.get(), QString());
+    EXPECT_EQ(rows(), "innen");
+}
+
+TEST_F(BrowserModelTest, followsWhatHappensInTheFolderAndKeepsSelectionAndRename)
+{
+    pane.setSelection(Selection({world.home("brief.txt"), world.home("A")}));
+    pane.startRename(item("brief.txt"));
+    pane.setRenameText(u"halb"_qs);
+    world.tree.file("home/neu.txt");
+    ASSERT_TRUE(waitFor([&] { return rows() == "A B brief.txt neu.txt"; }));
+    EXPECT_EQ(pane.selection.get().size(), 2u);
+    EXPECT_EQ(pane.renameText.get(), u"halb"_qs);
+    std::filesystem::remove(world.home("brief.txt"));
+    ASSERT_TRUE(waitFor([&] { return rows() == "A B neu.txt"; }));
+    EXPECT_EQ(pane.selection.get(), Selection({world.home("A")}));
+    EXPECT_FALSE(pane.renameTarget.get().has_value());
+    world.tree.file("home/neu.txt", "1234567");
+    EXPECT_TRUE(waitFor([&] { return item("neu.txt").size == 7; }));
+}
+
+TEST_F(BrowserModelTest, keepsASearchWhenSomethingHappensInTheFolder)
+{
+    pane.setSearchText(u"innen"_qs);
+    pane.runSearch();
+    ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
+    int published = 0;
+    pane.items.observe(&pane, [&](const FileItems &) { ++published; });
+    world.tree.file("home/noch innen.txt");
+    bool readAgain = false;
+    pane.loading.observe(&pane, [&](bool loading) { readAgain = readAgain || !loading; });
+    ASSERT_TRUE(waitFor([&] { return readAgain; }));
+    EXPECT_EQ(published, 0);
+    EXPECT_EQ(rows(), "innen");
+}
+
+TEST_F(BrowserModelTest, saysThatTheFolderIsGoneAndFindsItAgain)
+{
+    pane.navigate(world.home("A"));
+    std::filesystem::remove_all(world.home("A"));
+    ASSERT_TRUE(waitFor([&] { return !error().isEmpty(); }));
+    EXPECT_EQ(error(), u"Ordner kann nicht geöffnet werden: Die Datei oder der Ordner ist nicht mehr da."_qs);
+    EXPECT_EQ(rows(), "");
+    EXPECT_EQ(pane.emptyText.get(), QString());
+    world.tree.file("home/A/wieder");
+    pane.reload();
+    EXPECT_EQ(error(), QString());
+    EXPECT_EQ(rows(), "wieder");
+    pane.navigate(world.folders.trash);
+    EXPECT_EQ(error(), QString()) << "nothing was thrown away yet";
+    EXPECT_EQ(pane.emptyText.get(), u"Dieser Ordner ist leer."_qs);
+}
+
+TEST_F(BrowserModelTest, makesANewFolderAndRenamesIt)
+{
+    pane.newFolder();
+    ASSERT_TRUE(pane.renameTarget.get().has_value());
+    EXPECT_EQ(pane.renameText.get(), u"Neuer Ordner"_qs);
+    EXPECT_EQ(pane.selection.get(), Selection({world.home("Neuer Ordner")}));
+    pane.newFolder();
+    EXPECT_EQ(pane.renameText.get(), u"Neuer Ordner (2)"_qs);
+    world.colors.setColor(world.home("Neuer Ordner (2)"), u"Rot"_qs);
+    pane.setRenameText(u"Übung"_qs);
+    pane.commitRename();
+    EXPECT_EQ(rows(), "A B Neuer Ordner Übung brief.txt");
+    EXPECT_EQ(pane.selection.get(), Selection({world.home("Übung")}));
+    EXPECT_EQ(world.colors.color(world.home("Übung")), u"Rot"_qs);
+    pane.startRename(item("Übung"));
+    pane.setRenameText(u"übung"_qs);
+    pane.commitRename();
+    EXPECT_EQ(rows(), "A B Neuer Ordner übung brief.txt");
+}
+
+TEST_F(BrowserModelTest, refusesNamesAndLosesNothingWhenARenameFails)
+{
+    const std::string before = world.tree.snapshot();
+    const auto renameTo = [&](const QString &name) {
+        pane.startRename(item("brief.txt"));
+        pane.setRenameText(name);
+        pane.commitRename();
+        EXPECT_FALSE(pane.renameTarget.get().has_value());
+        const QString said = error();
+        pane.dismissError();
+        return said;
+    };
+    EXPECT_EQ(renameTo({}), QString());
+    EXPECT_EQ(renameTo(u"brief.txt"_qs), QString());
+    for (const QString &name : {u"a/b"_qs, u"a:b"_qs})
+        EXPECT_EQ(renameTo(name), u"Der Name darf keine Zeichen „/“ oder „:“ enthalten."_qs);
+    EXPECT_EQ(renameTo(u"A"_qs), u"Es gibt schon etwas mit diesem Namen."_qs);
+    EXPECT_NE(renameTo(u".."_qs), QString());
+    EXPECT_EQ(renameTo(QString(300, u'l')), u"Der Name ist zu lang."_qs);
+    EXPECT_EQ(world.tree.snapshot(), before);
+}
+
+TEST_F(BrowserModelTest, asksForTheSheetToRenameSeveralInTheirOrder)
+{
+    pane.setSortOrder({{SortKey::Name, SortDirection::Descending}});
+    pane.selectAll();
+    pane.beginRenameSelection();
+    EXPECT_EQ(pane.batchRename.get(), (std::vector{world.home("B"), world.home("A"), world.home("brief.txt")}));
+    EXPECT_FALSE(pane.renameTarget.get().has_value());
+}
+
+TEST_F(BrowserModelTest, remembersTheViewOfEachFolder)
+{
+    const auto stored = [&](const char *json) {
+        ASSERT_TRUE(world.defaults.update(
+            u"folderViews"_qs, [&](const auto &) { return std::optional(UserDefaults::Change{json, false}); }));
+    };
+    pane.setIconSize(250);
+    pane.zoomIcons(16);
+    EXPECT_EQ(pane.viewMode.get(), ViewMode::Icons);
+    EXPECT_EQ(pane.iconSize.get(), 256);
+    pane.navigate(world.home("A"));
+    EXPECT_EQ(pane.iconSize.get(), 256) << "as last used";
+    pane.setIconSize(48);
+    pane.zoomIcons(-16);
+    EXPECT_EQ(pane.iconSize.get(), 40);
+    pane.setViewMode(ViewMode::Details);
+    pane.goUp();
+    EXPECT_EQ(pane.viewMode.get(), ViewMode::Icons);
+    const std::string key = world.home("A").native();
+    stored(("{\"" + key + "\":\"icons:quer\"}").c_str());
+    pane.navigate(world.home("A"));
+    EXPECT_EQ(pane.viewMode.get(), ViewMode::Icons);
+    EXPECT_EQ(pane.iconSize.get(), 256) << "no number: as it was";
+    for (const char *garbage : {"[1,2", "[]", "7", "", "{\"x\":{}}"}) {
+        stored(garbage);
+        pane.navigate(world.home("B"));
+        pane.goUp();
+        EXPECT_EQ(pane.viewMode.get(), ViewMode::Details) << garbage;
+    }
+    pane.setIconSize(100);
+    EXPECT_EQ(world.defaults.json(u"folderViews"_qs)->contains("details:100"), true);
+}
+
+TEST_F(BrowserModelTest, boundsTheNumberOfRememberedViews)
+{
+    QByteArray many = "{";
+    for (int i = 0; i < 500; ++i)
+        many += "\"/folder/" + QByteArray::number(i) + "\":\"icons:80\",";
+    many.back() = '}';
+    ASSERT_TRUE(world.defaults.update(u"folderViews"_qs,
+                                      [&](const auto &) { return std::optional(UserDefaults::Change{many, false}); }));
+    pane.navigate("/"); // sorts before all others
+    pane.setIconSize(99);
+    const QByteArray stored = *world.defaults.json(u"folderViews"_qs);
+    EXPECT_EQ(stored.count("icons:80"), 499);
+    EXPECT_TRUE(stored.contains("\"/\":\"details:99\"")) << stored.left(200).toStdString();
+}
+
+TEST_F(BrowserModelTest, loadsFromTheNetworkInTheBackground)
+{
+    world.tree.lines({"remote/r/datei=x"});
+    pane.navigate(world.tree.path("remote/r"));
+    EXPECT_EQ(pane.current.get(), world.tree.path("home")) << "not before the mount has answered";
+    ASSERT_TRUE(waitFor([&] { return pane.current.get() == world.tree.path("remote/r"); }));
+    ASSERT_TRUE(waitFor([&] { return !pane.loading.get(); }));
+    EXPECT_EQ(rows(), "datei");
+    pane.navigate(world.tree.path("remote/fehlt"));
+    ASSERT_TRUE(waitFor([&] { return !error().isEmpty(); }));
+    EXPECT_EQ(pane.current.get(), world.tree.path("remote/r"));
+}
+
+TEST_F(BrowserModelTest, dropsAnAnswerThatComesAfterTheUserMovedOn)
+{
+    world.tree.lines({"remote/r/datei=x"});
+    pane.navigate(world.tree.path("remote/r"));
+    pane.navigate(world.home("A"));
+    EXPECT_EQ(rows(), "innen");
+    auto second = std::make_unique<BrowserModel>(world.services(), world.tree.path("remote/r"));
+    EXPECT_TRUE(second->loading.get());
+    EXPECT_EQ(second->emptyText.get(), u"Lade vom Netzlaufwerk …"_qs);
+    second.reset(); // while its reading is on the way
+    bool later = false;
+    QTimer::singleShot(50, &pane, [&] { later = true; });
+    ASSERT_TRUE(waitFor([&] { return later; }));
+    EXPECT_EQ(pane.current.get(), world.home("A"));
+}
+
+TEST(PanesTest, linksTwoPanesAndKnowsTheActiveOne)
+{
+    BrowserWorld world;
+    world.tree.lines({"home/A/", "home/B/"});
+    Panes panes(world.services(), world.home("A"));
+    EXPECT_FALSE(panes.dualPane.get());
+    panes.first().navigate(world.home("B"));
+    panes.setDualPane(true);
+    ASSERT_NE(panes.second(), nullptr);
+    EXPECT_EQ(panes.second()->current.get(), world.home("B"));
+    EXPECT_EQ(panes.first().partner, panes.second());
+    EXPECT_EQ(panes.second()->partner, &panes.first());
+    panes.setActive(panes.second());
+    EXPECT_EQ(panes.active.get(), panes.second());
+    EXPECT_TRUE(Panes(world.services(), world.home("A")).dualPane.get());
+    panes.setDualPane(false);
+    EXPECT_EQ(panes.active.get(), &panes.first());
+    EXPECT_EQ(panes.first().partner, nullptr);
+    EXPECT_FALSE(Panes(world.services(), world.home("A")).dualPane.get());
+}
