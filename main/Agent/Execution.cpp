@@ -3,6 +3,7 @@
 #include "Agent/AgentError.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
+#include "Agent/RunTraces.h"
 #include "Agent/StateFolder.h"
 #include "Agent/StepLog.h"
 #include "Agent/StepPerformer.h"
@@ -32,7 +33,8 @@ PlannedStep planOf(const AgentProposal &proposal)
 class Runner {
 public:
     Runner(const AgentServices &services, RunJournal journal, JobControl &control)
-        : m_journal(std::move(journal))
+        : m_services(services)
+        , m_journal(std::move(journal))
         , m_control(control)
         , m_performer(services, &control)
     {
@@ -41,7 +43,7 @@ public:
     void perform(std::span<const AgentProposal> proposals);
     ExecutionOutcome &outcome() { return m_outcome; }
     std::vector<JournalStep> &steps() { return m_steps; }
-    const std::vector<Location> &createdFolders() const { return m_createdFolders; }
+    RunHistory::Traces traces() const { return {m_createdFolders, m_marks, volumesOf(m_services.volumes, m_steps)}; }
     RunJournal &journal() { return m_journal; }
 
 private:
@@ -51,11 +53,13 @@ private:
         m_outcome.failures.push_back({proposal.id, proposal.source, why});
     }
 
+    const AgentServices &m_services;
     RunJournal m_journal;
     JobControl &m_control;
     StepPerformer m_performer;
     ExecutionOutcome m_outcome;
     std::vector<JournalStep> m_steps;
+    std::vector<StepMarks> m_marks; ///< of these steps
     std::vector<Location> m_createdFolders;
     std::size_t m_next = 0; ///< the number of the step at hand
 };
@@ -66,8 +70,9 @@ void Runner::performOne(const AgentProposal &proposal)
     StepLog log(m_journal, m_createdFolders, m_next);
     const Result<JournalStep> step = m_performer.perform(proposal, log);
     if (step) {
-        // A mark that cannot be written (a full disk) is found out from the disk, should we not get to the end.
-        (void)m_journal.done(m_next, *step);
+        m_marks.push_back(marksOf(*step));
+        // A line that cannot be written (a full disk) is found out from the disk, should we not get to the end.
+        (void)m_journal.done(m_next, *step, m_marks.back());
         m_steps.push_back(*step);
         m_outcome.done.push_back(proposal.id);
     } else if (step.error().isCancelled()) {
@@ -133,8 +138,9 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
 
     ExecutionOutcome &outcome = runner.outcome();
     if (!runner.steps().empty()) {
+        const RunHistory::Traces traces = runner.traces();
         outcome.run = JournalRun{id, now, std::move(runner.steps()), false};
-        const Result<void> stored = RunHistory(m_services.defaults).add(*outcome.run, runner.createdFolders());
+        const Result<void> stored = RunHistory(m_services.defaults).add(*outcome.run, traces);
         if (!stored) {
             outcome.notStored = stored.error();
             return std::move(outcome);

@@ -2,8 +2,6 @@
 
 #include "Agent/AgentJson.h"
 
-#include <charconv>
-
 namespace brellin::journalLines {
 
 namespace {
@@ -39,15 +37,9 @@ void append(QByteArray &line, const char *key, std::size_t number)
     line.append(line.isEmpty() ? "{\"" : ",\"").append(key).append("\":").append(QByteArray::number(number));
 }
 
-/// "device:inode:size:nanoseconds": an inode may need all 64 bits, which a JSON number does not have.
 void append(QByteArray &line, const char *key, const FileState &state)
 {
-    append(line, key,
-           QStringLiteral("%1:%2:%3:%4")
-               .arg(state.identity.device)
-               .arg(state.identity.inode)
-               .arg(state.size)
-               .arg(state.modified.time_since_epoch().count()));
+    append(line, key, EntryMark{state}.text());
 }
 
 QByteArray closed(QByteArray line)
@@ -55,29 +47,10 @@ QByteArray closed(QByteArray line)
     return line += "}\n";
 }
 
-template <class Number>
-bool takeNumber(std::string_view &text, Number &number)
-{
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc())
-        return false;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    if (text.starts_with(':'))
-        text.remove_prefix(1);
-    return true;
-}
-
 std::optional<FileState> stateFrom(const QJsonValue &value)
 {
-    const std::string bytes = value.toString().toStdString();
-    std::string_view text = bytes;
-    FileState state;
-    std::int64_t modified = 0;
-    if (!takeNumber(text, state.identity.device) || !takeNumber(text, state.identity.inode) ||
-        !takeNumber(text, state.size) || !takeNumber(text, modified) || !text.empty())
-        return std::nullopt;
-    state.modified = Instant(std::chrono::nanoseconds(modified));
-    return state;
+    const std::optional<EntryMark> mark = EntryMark::parse(value.toString());
+    return mark ? std::optional(mark->state) : std::nullopt;
 }
 
 std::optional<Location> locationFrom(const QJsonObject &line, QLatin1StringView key)
@@ -128,6 +101,8 @@ bool readMark(const QJsonObject &line, JournalContent &content)
     }
     if (JournalledStep *const done = stepOf(line, "done", content)) {
         JournalStep result{done->plan.kind, done->plan.from, done->plan.to, {}};
+        done->marks = {EntryMark::parse(line.value(QLatin1StringView("toMark")).toString()),
+                       EntryMark::parse(line.value(QLatin1StringView("originalMark")).toString())};
         done->done = readJson(line.value(QLatin1StringView("step")), result) ? std::optional(result) : std::nullopt;
         return done->done.has_value();
     }
@@ -216,7 +191,7 @@ QByteArray copied(std::size_t step, const FileState &copy)
     return closed(line);
 }
 
-QByteArray done(std::size_t step, const JournalStep &result)
+QByteArray done(std::size_t step, const JournalStep &result, const StepMarks &marks)
 {
     QByteArray record;
     append(record, "kind", toJson(result.kind).toString());
@@ -227,6 +202,10 @@ QByteArray done(std::size_t step, const JournalStep &result)
         append(record, "trashedOriginal", *result.trashedOriginal);
     QByteArray line;
     append(line, "done", step);
+    if (marks.to)
+        append(line, "toMark", marks.to->text());
+    if (marks.trashedOriginal)
+        append(line, "originalMark", marks.trashedOriginal->text());
     return closed(line + ",\"step\":" + record + '}');
 }
 

@@ -13,7 +13,7 @@ QByteArray planAgain(std::size_t step, const PlannedStep &planned);
 QByteArray folder(const Location &folder);
 QByteArray copying(std::size_t step, const Location &temporary);
 QByteArray copied(std::size_t step, const FileState &copy);
-QByteArray done(std::size_t step, const JournalStep &result);
+QByteArray done(std::size_t step, const JournalStep &result, const StepMarks &marks);
 QByteArray failed(std::size_t step);
 
 /// Reads the lines back: a torn last one is left out, a whole one that makes no sense is passed over and noted.

@@ -4,6 +4,7 @@
 #include "Agent/Placement.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
+#include "Agent/RunTraces.h"
 #include "Agent/StateFolder.h"
 #include "Disk/FreeName.h"
 
@@ -122,13 +123,16 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
     RunHistory history(services.defaults);
     const std::vector<JournalRun> known = history.runs();
     JournalRun run{content.run, content.date, {}, false};
+    std::vector<StepMarks> marks;
     bool found = false;
     bool lostTrack = false;
     if (std::ranges::find(known, content.run, &JournalRun::id) == known.end()) {
         Settlement settlement(services);
         for (const JournalledStep &step : content.steps) {
-            if (std::optional<JournalStep> done = settlement.settle(step))
+            if (std::optional<JournalStep> done = settlement.settle(step)) {
+                marks.push_back(step.done ? step.marks : marksOf(*done));
                 run.steps.push_back(*std::move(done));
+            }
         }
         found = !run.steps.empty();
         lostTrack = settlement.lostTrack();
@@ -137,7 +141,7 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
             (void)services.files.removeEmptyFolder(*folder);
     }
     // A history that cannot be written keeps the journal for the next start.
-    if (found && !history.add(run, existing(content.folders)))
+    if (found && !history.add(run, {existing(content.folders), marks, volumesOf(services.volumes, run.steps)}))
         return std::nullopt;
     (void)(lostTrack ? journal->keepAside() : journal->discard());
     return found ? std::optional(run.id) : std::nullopt;

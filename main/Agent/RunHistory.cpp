@@ -10,12 +10,23 @@ namespace brellin {
 /// Places remembered beside one run.
 struct PlacesOfRun {
     QUuid run;
-    std::vector<Location> paths;
+    std::vector<Location> values;
+};
+
+/// The marks of one run's steps, as texts: "to", or "to original".
+struct MarksOfRun {
+    QUuid run;
+    std::vector<QString> values;
 };
 
 template <>
 struct JsonTable<PlacesOfRun> {
-    static constexpr std::tuple fields{field("run", &PlacesOfRun::run), field("paths", &PlacesOfRun::paths)};
+    static constexpr std::tuple fields{field("run", &PlacesOfRun::run), field("paths", &PlacesOfRun::values)};
+};
+
+template <>
+struct JsonTable<MarksOfRun> {
+    static constexpr std::tuple fields{field("run", &MarksOfRun::run), field("marks", &MarksOfRun::values)};
 };
 
 namespace {
@@ -23,26 +34,44 @@ namespace {
 const QString historyKey = QStringLiteral("agentHistory");
 const QString createdKey = QStringLiteral("agentCreatedFolders");
 const QString notRestoredKey = QStringLiteral("agentNotRestored");
+const QString marksKey = QStringLiteral("agentStepMarks");
+const QString volumesKey = QStringLiteral("agentRunVolumes");
 
-/// Remembers places beside a run, newest first; as many runs as the history keeps.
-Result<void> remember(UserDefaults &defaults, const QString &key, const QUuid &run, const std::vector<Location> &paths)
+/// Remembers something beside a run, newest first; as many runs as the history keeps.
+template <class OfRun>
+Result<void> remember(UserDefaults &defaults, const QString &key, OfRun added)
 {
-    if (paths.empty())
+    if (added.values.empty())
         return {};
-    return updateList<PlacesOfRun>(defaults, key, [&](std::optional<std::vector<PlacesOfRun>> stored) {
-        std::vector<PlacesOfRun> all = std::move(stored).value_or(std::vector<PlacesOfRun>());
-        std::erase_if(all, [&](const PlacesOfRun &one) { return one.run == run; });
-        all.insert(all.begin(), {run, paths});
+    return updateList<OfRun>(defaults, key, [&](std::optional<std::vector<OfRun>> stored) {
+        std::vector<OfRun> all = std::move(stored).value_or(std::vector<OfRun>());
+        std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
+        all.insert(all.begin(), std::move(added));
         all.resize(std::min(all.size(), RunHistory::longest));
         return std::optional(std::move(all));
     });
 }
 
-std::vector<Location> remembered(const UserDefaults &defaults, const QString &key, const QUuid &run)
+template <class OfRun>
+auto remembered(const UserDefaults &defaults, const QString &key, const QUuid &run)
 {
-    const std::vector<PlacesOfRun> all = storedList<PlacesOfRun>(defaults, key).value_or(std::vector<PlacesOfRun>());
-    const auto found = std::ranges::find(all, run, &PlacesOfRun::run);
-    return found == all.end() ? std::vector<Location>() : found->paths;
+    const std::vector<OfRun> all = storedList<OfRun>(defaults, key).value_or(std::vector<OfRun>());
+    const auto found = std::ranges::find(all, run, &OfRun::run);
+    return found == all.end() ? decltype(OfRun::values)() : found->values;
+}
+
+QString textOfMarks(const StepMarks &marks)
+{
+    const auto text = [](const std::optional<EntryMark> &mark) { return mark ? mark->text() : QString(); };
+    const QString to = text(marks.to);
+    return marks.trashedOriginal ? to + u' ' + text(marks.trashedOriginal) : to;
+}
+
+StepMarks marksFrom(const QString &text)
+{
+    const qsizetype blank = text.indexOf(u' ');
+    return blank < 0 ? StepMarks{EntryMark::parse(text), {}}
+                     : StepMarks{EntryMark::parse(text.first(blank)), EntryMark::parse(text.sliced(blank + 1))};
 }
 
 } // namespace
@@ -67,10 +96,14 @@ Result<std::vector<JournalRun>> RunHistory::readRuns() const
     return *std::move(read);
 }
 
-Result<void> RunHistory::add(const JournalRun &run, const std::vector<Location> &createdFolders)
+Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
 {
     // First what the undo needs besides the run: a crash in between leaves a note without a run, not the reverse.
-    TRY(remember(m_defaults, createdKey, run.id, createdFolders));
+    MarksOfRun marks{run.id, {}};
+    std::ranges::transform(traces.marks, std::back_inserter(marks.values), textOfMarks);
+    TRY(remember(m_defaults, marksKey, std::move(marks)));
+    TRY(remember(m_defaults, volumesKey, PlacesOfRun{run.id, traces.volumes}));
+    TRY(remember(m_defaults, createdKey, PlacesOfRun{run.id, traces.createdFolders}));
     return updateList<JournalRun>(m_defaults, historyKey, [&](std::optional<std::vector<JournalRun>> stored) {
         std::vector<JournalRun> runs = std::move(stored).value_or(std::vector<JournalRun>());
         if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
@@ -83,7 +116,7 @@ Result<void> RunHistory::add(const JournalRun &run, const std::vector<Location> 
 
 Result<void> RunHistory::markUndone(const QUuid &run, const std::vector<Location> &notRestored)
 {
-    TRY(remember(m_defaults, notRestoredKey, run, notRestored));
+    TRY(remember(m_defaults, notRestoredKey, PlacesOfRun{run, notRestored}));
     return updateList<JournalRun>(m_defaults, historyKey, [&](std::optional<std::vector<JournalRun>> stored) {
         if (!stored)
             return std::optional<std::vector<JournalRun>>();
@@ -93,14 +126,19 @@ Result<void> RunHistory::markUndone(const QUuid &run, const std::vector<Location
     });
 }
 
-std::vector<Location> RunHistory::createdFolders(const QUuid &run) const
+RunHistory::Traces RunHistory::traces(const QUuid &run) const
 {
-    return remembered(m_defaults, createdKey, run);
+    Traces traces;
+    traces.createdFolders = remembered<PlacesOfRun>(m_defaults, createdKey, run);
+    traces.volumes = remembered<PlacesOfRun>(m_defaults, volumesKey, run);
+    std::ranges::transform(remembered<MarksOfRun>(m_defaults, marksKey, run), std::back_inserter(traces.marks),
+                           marksFrom);
+    return traces;
 }
 
 std::vector<Location> RunHistory::notRestored(const QUuid &run) const
 {
-    return remembered(m_defaults, notRestoredKey, run);
+    return remembered<PlacesOfRun>(m_defaults, notRestoredKey, run);
 }
 
 } // namespace brellin

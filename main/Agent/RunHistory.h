@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/EntryMark.h"
 #include "Agent/JournalRun.h"
 #include "Base/Result.h"
 #include "System/UserDefaults.h"
@@ -21,11 +22,17 @@ public:
     /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
     /// it does not say.
     Result<std::vector<JournalRun>> readRuns() const;
+    /// What an undo needs besides the steps.
+    struct Traces {
+        std::vector<Location> createdFolders; ///< in the order of their creation
+        std::vector<StepMarks> marks;         ///< one for each step; empty: not known
+        std::vector<Location> volumes;        ///< the top folders of the volumes that hold what the steps left
+    };
     /// Puts a run on top, unless the history knows it already. The oldest fall away.
-    Result<void> add(const JournalRun &run, const std::vector<Location> &createdFolders);
+    Result<void> add(const JournalRun &run, const Traces &traces);
     Result<void> markUndone(const QUuid &run, const std::vector<Location> &notRestored);
-    /// The folders that a run created, in the order of their creation.
-    std::vector<Location> createdFolders(const QUuid &run) const;
+    /// Of a run of an earlier version only what that knew.
+    Traces traces(const QUuid &run) const;
     /// What the undo of a run could not put back: old paths.
     std::vector<Location> notRestored(const QUuid &run) const;
 

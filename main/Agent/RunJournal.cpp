@@ -147,9 +147,9 @@ Result<void> RunJournal::copied(std::size_t step, const FileState &copy)
     return flush();
 }
 
-Result<void> RunJournal::done(std::size_t step, const JournalStep &result)
+Result<void> RunJournal::done(std::size_t step, const JournalStep &result, const StepMarks &marks)
 {
-    return append(journalLines::done(step, result));
+    return append(journalLines::done(step, result, marks));
 }
 
 Result<void> RunJournal::failed(std::size_t step)

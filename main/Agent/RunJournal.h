@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/EntryMark.h"
 #include "Agent/JournalRun.h"
 #include "Base/Result.h"
 #include "System/FileLock.h"
@@ -32,6 +33,7 @@ struct JournalledStep {
     std::optional<Location> temporary; ///< a copy under way had this name
     std::optional<FileState> copied;   ///< that copy was complete and verified
     std::optional<JournalStep> done;   ///< the step is finished
+    StepMarks marks = {};              ///< of what it left
     bool failed = false;               ///< the step is finished, and came to nothing
 
     bool settled() const { return done.has_value() || failed; }
@@ -78,7 +80,7 @@ public:
     Result<void> copying(std::size_t step, const Location &temporary);
     /// Flushed: the original may be given up after this.
     Result<void> copied(std::size_t step, const FileState &copy);
-    Result<void> done(std::size_t step, const JournalStep &result);
+    Result<void> done(std::size_t step, const JournalStep &result, const StepMarks &marks = {});
     Result<void> failed(std::size_t step);
     Result<void> flush();
 

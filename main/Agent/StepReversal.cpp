@@ -9,19 +9,26 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-std::optional<FileState> stateOf(const std::optional<Location> &location)
+/// What lies at a location now, unless that is known to be something else.
+std::optional<FileState> stateOf(const std::optional<Location> &location, const std::optional<EntryMark> &mark)
 {
     const Result<FileAttributes> attributes =
         location ? readAttributes(*location) : Result<FileAttributes>(failure(Failure::system(ENOENT)));
-    return attributes ? std::optional(FileState::of(*attributes)) : std::nullopt;
+    const bool isIt = attributes && (!mark || mark->isOf(*attributes));
+    return isIt ? std::optional(FileState::of(*attributes)) : std::nullopt;
 }
 
 } // namespace
 
-PlannedStep StepReversal::planOf(const JournalStep &step)
+PlannedStep StepReversal::planOf(const JournalStep &step, const StepMarks &marks)
 {
-    return {step.kind, step.to.value_or(Location()), step.from, stateOf(step.to).value_or(FileState()),
-            stateOf(step.trashedOriginal)};
+    FileState state = marks.to ? marks.to->state : FileState();
+    if (const std::optional<FileState> now = stateOf(step.to, marks.to))
+        state = *now;
+    else if (step.to && isEntry(*step.to, state))
+        state = FileState(); // another file with the number of the one that has gone
+    return {step.kind, step.to.value_or(Location()), step.from, state,
+            stateOf(step.trashedOriginal, marks.trashedOriginal)};
 }
 
 bool StepReversal::isCurrent(const JournalStep &step, const JournalledStep &known) const

@@ -16,8 +16,9 @@ public:
     {
     }
 
-    /// What the journal has to know before: the entry as it is now, and where it goes.
-    static PlannedStep planOf(const JournalStep &step);
+    /// What the journal has to know before: the entry as it is now, and where it goes. Where something else has taken its
+    /// place, as it was when the step left it: then it is not found, and the other stays.
+    static PlannedStep planOf(const JournalStep &step, const StepMarks &marks);
 
     /// Whether the plan still speaks of what is there: the entry, or what became of it in an earlier try. An entry that was
     /// saved anew, or that came to its place only after planning, has to be planned again.

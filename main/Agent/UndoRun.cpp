@@ -1,6 +1,7 @@
 #include "Agent/UndoRun.h"
 
 #include "Agent/RunHistory.h"
+#include "Agent/RunTraces.h"
 #include "Agent/StateFolder.h"
 #include "Agent/StepReversal.h"
 
@@ -15,9 +16,11 @@ constexpr std::size_t batchSize = 256;
 /// One undo at work. Step n of its journal is the n-th from the end of the run.
 class Undoer {
 public:
-    Undoer(const AgentServices &services, const JournalRun &run, RunJournal journal, JobControl &control)
+    Undoer(const AgentServices &services, const JournalRun &run, const std::vector<StepMarks> &marks,
+           RunJournal journal, JobControl &control)
         : m_services(services)
         , m_run(run)
+        , m_marks(marks)
         , m_journal(std::move(journal))
         , m_control(control)
         , m_reversal(services, &control)
@@ -30,11 +33,13 @@ public:
 
 private:
     const JournalStep &step(std::size_t number) const { return m_run.steps[m_run.steps.size() - 1 - number]; }
+    PlannedStep planOf(std::size_t number) const;
     Result<void> planBatch(std::size_t first);
     void undoOne(std::size_t number);
 
     const AgentServices &m_services;
     const JournalRun &m_run;
+    const std::vector<StepMarks> &m_marks; ///< of its steps; those of an earlier version have none
     RunJournal m_journal;
     JobControl &m_control;
     StepReversal m_reversal;
@@ -43,11 +48,17 @@ private:
     UndoOutcome m_outcome;
 };
 
+PlannedStep Undoer::planOf(std::size_t number) const
+{
+    const bool marked = m_marks.size() == m_run.steps.size();
+    return StepReversal::planOf(step(number), marked ? m_marks[m_marks.size() - 1 - number] : StepMarks());
+}
+
 Result<void> Undoer::planBatch(std::size_t first)
 {
     std::vector<PlannedStep> plans;
     for (std::size_t n = first; n < std::min(first + batchSize, m_run.steps.size()); ++n)
-        plans.push_back(StepReversal::planOf(step(n)));
+        plans.push_back(planOf(n));
     TRY(m_journal.plan(plans));
     for (const PlannedStep &plan : plans)
         m_known.push_back({.plan = plan, .temporary = {}, .copied = {}, .done = {}});
@@ -59,7 +70,7 @@ void Undoer::undoOne(std::size_t number)
     const JournalStep &one = step(number);
     m_control.setDetail(shownName(one.from));
     if (!m_reversal.isCurrent(one, m_known[number])) {
-        m_known[number] = {.plan = StepReversal::planOf(one), .temporary = {}, .copied = {}, .done = {}};
+        m_known[number] = {.plan = planOf(number), .temporary = {}, .copied = {}, .done = {}};
         (void)m_journal.planAgain(number, m_known[number].plan);
     }
     StepLog log(m_journal, m_newFolders, number);
@@ -122,13 +133,15 @@ Result<UndoOutcome> UndoRun::undo(const QUuid &id, JobControl &control)
     if (found == runs.end() || found->undone)
         return failure(QStringLiteral("Diese Aufräum-Aktion ist schon rückgängig gemacht."));
     const JournalRun &run = *found;
+    const RunHistory::Traces traces = history.traces(run.id);
+    TRY(checkVolumes(m_services.volumes, traces.volumes));
     control.setTotal(static_cast<qint64>(run.steps.size()));
-    Undoer undoer(m_services, run, TRY(RunJournal::createOrContinue(journals, run.id, m_services.clock.now())),
-                  control);
+    Undoer undoer(m_services, run, traces.marks,
+                  TRY(RunJournal::createOrContinue(journals, run.id, m_services.clock.now())), control);
     UndoOutcome outcome = TRY(undoer.undo());
     if (outcome.cancelled)
         return outcome;
-    undoer.removeFolders(history.createdFolders(run.id));
+    undoer.removeFolders(traces.createdFolders);
     TRY(history.markUndone(run.id, outcome.notRestored));
     (void)undoer.journal().discard();
     return outcome;

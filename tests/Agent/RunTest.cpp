@@ -306,7 +306,7 @@ TEST_F(RunTest, keepsThirtyRunsAndRefusesASecondAtTheSameTime)
     QUuid newest;
     for (int i = 0; i < 31; ++i) {
         const JournalRun run{QUuid::createUuid(), world.clock.now(), {{Kind::Trash, "/x", {}, {}}}, false};
-        ASSERT_TRUE(history.add(run, {Location("/x")}));
+        ASSERT_TRUE(history.add(run, {.createdFolders = {Location("/x")}, .marks = {}, .volumes = {}}));
         newest = run.id;
     }
     EXPECT_EQ(history.runs().size(), 30u);
@@ -362,17 +362,67 @@ TEST_F(RunTest, undoNeverRemovesACopyThatHoldsMoreThanItsOriginal)
     expectEveryByte();
 }
 
-TEST_F(RunTest, continuesAnUndoWithWhatWasSavedAnewInBetween)
+TEST_F(RunTest, continuesAnUndoWithWhatWasWrittenToInBetween)
 {
     const Result<ExecutionOutcome> outcome = execute(everything());
     ASSERT_TRUE(outcome && outcome->run);
     ASSERT_FALSE(survives(6, [&] { (void)undo(*outcome->run); }));
-    // An editor saves by replacing the file: another inode under the same name.
-    world.tree().file("home/Archiv/neu", "neu geschrieben");
-    std::filesystem::rename(world.home("Archiv/neu"), world.home("Archiv/a (2).pdf"));
+    world.tree().file("home/Archiv/a (2).pdf", "neu geschrieben");
     undoAll();
     EXPECT_EQ(world.tree().content("home/Downloads/a.pdf"), "neu geschrieben");
     EXPECT_EQ(world.tree().content("home/Downloads/tief/a.pdf"), "zwei");
+}
+
+TEST_F(RunTest, undoLeavesStrangersThatTookTheStepsPlaces)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    const std::vector<JournalStep> &steps = outcome->run->steps;
+    ASSERT_EQ(steps.size(), 7u);
+    // Others under the names of a moved file, a trashed file, a copy and a trashed original; they may get the numbers of
+    // those that go.
+    const std::vector places = {*steps[0].to, *steps[2].to, *steps[4].to, *steps[5].trashedOriginal};
+    for (const Location &place : places) {
+        ASSERT_TRUE(std::filesystem::remove(place));
+        std::ofstream(place) << "fremd";
+    }
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->notRestored, (std::vector{world.home("Downloads/kopie.txt"), world.home("Downloads/alt.zip"),
+                                                world.home("Downloads/a.pdf")}));
+    for (const Location &place : places)
+        EXPECT_EQ(std::filesystem::file_size(place), 5u) << place;
+    EXPECT_FALSE(entryExists(world.home("Downloads/alt.zip")));
+    // The copy on the other volume is still the file that was moved.
+    EXPECT_EQ(world.tree().content("home/Downloads/groß.mov"), "sechs");
+    EXPECT_EQ(world.tree().content("home/Downloads/tief/a.pdf"), "zwei");
+}
+
+TEST_F(RunTest, undoOfARunOfAnEarlierVersionGoesByThePlaces)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    ASSERT_TRUE(std::filesystem::remove(world.tree().path("settings/agentStepMarks.json")));
+    ASSERT_TRUE(std::filesystem::remove(world.tree().path("settings/agentRunVolumes.json")));
+    undoAll();
+    EXPECT_EQ(world.snapshot(), before);
+}
+
+TEST_F(RunTest, undoChangesNothingWhileAVolumeOfTheRunIsAway)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    const std::string after = world.snapshot();
+    const Location away = world.tree().path("anderswo");
+    std::filesystem::rename(world.disk(""), away);
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_FALSE(undone);
+    EXPECT_EQ(undone.error().message,
+              QStringLiteral("Das Laufwerk „disk“ ist nicht angeschlossen. Es wurde nichts geändert."));
+    std::filesystem::rename(away, world.tree().path("disk"));
+    EXPECT_EQ(world.snapshot(), after);
+    undoAll();
+    EXPECT_EQ(world.snapshot(), before);
 }
 
 TEST_F(RunTest, recoversLinkedFilesEachUnderItsOwnName)

@@ -1,0 +1,74 @@
+#include "Agent/EntryMark.h"
+
+#include <charconv>
+#include <string>
+#include <string_view>
+
+namespace brellin {
+
+namespace {
+
+template <class Number>
+bool takeNumber(std::string_view &text, Number &number)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc())
+        return false;
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    if (text.starts_with(':'))
+        text.remove_prefix(1);
+    return true;
+}
+
+bool takeInstant(std::string_view &text, Instant &instant)
+{
+    std::int64_t nanoseconds = 0;
+    const bool taken = takeNumber(text, nanoseconds);
+    instant = Instant(std::chrono::nanoseconds(nanoseconds));
+    return taken;
+}
+
+} // namespace
+
+std::optional<EntryMark> EntryMark::of(const Location &location)
+{
+    const Result<FileAttributes> now = readAttributes(location);
+    return now ? std::optional(EntryMark{FileState::of(*now), now->created}) : std::nullopt;
+}
+
+bool EntryMark::isOf(const FileAttributes &now) const
+{
+    if (created && now.created && *created != *now.created)
+        return false;
+    const bool asItWas = now.size == state.size && now.modified == state.modified;
+    // The number of a device is another after a new start.
+    return now.identity == state.identity || asItWas ||
+           (created && now.created && now.identity.inode == state.identity.inode);
+}
+
+QString EntryMark::text() const
+{
+    QString text = QStringLiteral("%1:%2:%3:%4")
+                       .arg(state.identity.device)
+                       .arg(state.identity.inode)
+                       .arg(state.size)
+                       .arg(state.modified.time_since_epoch().count());
+    if (created)
+        text += QStringLiteral(":%1").arg(created->time_since_epoch().count());
+    return text;
+}
+
+std::optional<EntryMark> EntryMark::parse(const QString &text)
+{
+    const std::string bytes = text.toStdString();
+    std::string_view rest = bytes;
+    EntryMark mark;
+    if (!takeNumber(rest, mark.state.identity.device) || !takeNumber(rest, mark.state.identity.inode) ||
+        !takeNumber(rest, mark.state.size) || !takeInstant(rest, mark.state.modified))
+        return std::nullopt;
+    if (Instant birth; !rest.empty() && takeInstant(rest, birth))
+        mark.created = birth;
+    return rest.empty() ? std::optional(mark) : std::nullopt;
+}
+
+} // namespace brellin
