@@ -1,5 +1,6 @@
 #include "Disk/FileAttributes.h"
 #include "Features/Thumbnails.h"
+#include "Support/FakeDecoder.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 #include "System/FileLock.h"
@@ -8,9 +9,6 @@
 #include <QCryptographicHash>
 
 #include <gtest/gtest.h>
-
-#include <condition_variable>
-#include <mutex>
 
 #include <sys/stat.h>
 
@@ -22,47 +20,6 @@ namespace {
 using Outcome = Thumbnail::Outcome;
 
 const Instant moment = std::chrono::sys_days(std::chrono::year(2026) / 9 / 3);
-
-DecodedPicture redPicture()
-{
-    return {2, 1, false, QByteArray("\xFF\0\0\xFF\0\xFF\0\x80", 8)};
-}
-
-/// Answers with a picture, what the test says, or not before it is let go.
-class FakeDecoder : public Decoder {
-public:
-    Result<QByteArray> ask(const DecoderRequest &request, const JobControl *control) override
-    {
-        std::unique_lock lock(m_mutex);
-        m_asked.push_back(request);
-        while (m_held && !control->cancelled())
-            m_changed.wait_for(lock, std::chrono::milliseconds(5));
-        if (control->cancelled())
-            return failure(Failure::cancelled());
-        if (before)
-            before();
-        return answer;
-    }
-    std::vector<DecoderRequest> asked()
-    {
-        const std::scoped_lock lock(m_mutex);
-        return m_asked;
-    }
-    void hold(bool held)
-    {
-        const std::scoped_lock lock(m_mutex);
-        m_held = held;
-    }
-
-    Result<QByteArray> answer = bytesOf(redPicture());
-    std::function<void()> before; ///< on the worker, just before the answer
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::vector<DecoderRequest> m_asked;
-    bool m_held = false;
-};
 
 class SomeVolumes : public SystemVolumes {
 public:
