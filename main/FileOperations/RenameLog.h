@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+#include "Disk/FileActions.h"
+#include "Disk/FileAttributes.h"
+#include "System/FileLock.h"
+
+#include <QStringList>
+
+#include <string_view>
+#include <vector>
+
+namespace brellin {
+
+/// The beginning of the names under which entries wait between their old and their new name. Such an entry is the
+/// original: it is never removed.
+constexpr std::string_view renamePrefix = ".umbenennen-";
+
+/// One entry of a batch under its three names.
+struct LoggedRename {
+    Location from;
+    Location to;
+    Location temporary;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    bool operator==(const LoggedRename &) const = default;
+};
+
+/// What a batch is about to do, on the disk before it begins, and locked while it lives. Whoever finds it unlocked finds a
+/// batch that was cut short.
+class RenameLog {
+public:
+    /// Writes and flushes a new log; `folder` is created if missing.
+    static Result<RenameLog> create(const Location &folder, const std::vector<LoggedRename> &renames);
+    /// The batch is whole again: nothing waits under a temporary name.
+    void remove();
+
+private:
+    RenameLog(Location file, FileLock lock) : m_file(std::move(file)), m_lock(std::move(lock)) {}
+
+    Location m_file;
+    FileLock m_lock;
+};
+
+/// Entries that wait under a temporary name because their batch was cut short.
+struct CutShortRename {
+    Location log; ///< empty where no log tells of them
+    std::vector<LoggedRename> renames;
+
+    bool operator==(const CutShortRename &) const = default;
+    /// „Ein Umbenennen wurde unterbrochen. …“
+    QString question() const;
+};
+
+/// Looks in `folder` for entries that wait under temporary names and belong to no living batch. Blocking.
+std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder);
+
+/// Gives the entries of a batch that was cut short their old names back; where an old name is taken meanwhile, its new one
+/// or a free one. Removes nothing. The failures are lines, „a.txt: …“. Blocking.
+QStringList restoreCutShort(const CutShortRename &batch, FileActions &files);
+
+} // namespace brellin

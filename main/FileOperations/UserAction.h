@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Disk/FileAttributes.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace brellin {
+
+/// Something the user did with files, as far as it must be known to take it back.
+struct UserAction {
+    enum class Kind { Rename, BatchRename, Move, Copy, Trash, NewFolder, NewFile, Alias, Archive, Unpack };
+
+    /// One entry: where it was, where it is now, and which one it is there. What was made has no `from` that matters for
+    /// taking it back (of a copy: its source).
+    struct Entry {
+        Location from;
+        Location to;
+        FileIdentity identity; ///< of the entry at `to`
+
+        bool operator==(const Entry &) const = default;
+    };
+
+    Kind kind = Kind::Rename;
+    std::vector<Entry> entries;
+
+    bool operator==(const UserAction &) const = default;
+};
+
+/// „Umbenennen von „a.txt“ rückgängig“, „Verschieben von 3 Elementen rückgängig“.
+QString undoTitle(const UserAction &action);
+/// What taking it back will do, a line for each entry: „„b.txt“ heißt wieder „a.txt““.
+QStringList undoLines(const UserAction &action);
+
+/// An entry as it is now, for a record of what was done.
+UserAction::Entry recordOf(const Location &from, const Location &to);
+
+} // namespace brellin

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Base/Job.h"
+#include "Base/Published.h"
+#include "Disk/FileActions.h"
+#include "Disk/Trash.h"
+#include "Disk/Volumes.h"
+#include "FileOperations/UserAction.h"
+
+#include <QThreadPool>
+
+#include <optional>
+
+namespace brellin {
+
+/// What taking back works with; all of it outlives it.
+struct UndoServices {
+    FileActions &files;
+    Trash &trash;
+    const Volumes &volumes;
+    Location renameLogs;
+};
+
+/// What became of taking an action back.
+struct UndoneAction {
+    std::vector<UserAction::Entry> undone;
+    std::vector<UserAction::Entry> left; ///< not taken back, to be tried again
+    QStringList failures;                ///< „b.txt: …“
+    bool cancelled = false;
+};
+
+/// Takes an action back, entry by entry from the last. An entry that is no longer the one it was, or whose old place is
+/// taken, is left alone and named; nothing is ever replaced, and what had been made goes to the Trash. Blocking.
+UndoneAction undoAction(const UserAction &action, const UndoServices &services, JobControl &control);
+
+/// What the user did with files in this session, the last first, and the way back. Lives on the main thread.
+class UserUndo : public Model {
+public:
+    static constexpr std::size_t mostActions = 100;
+
+    explicit UserUndo(UndoServices services);
+    ~UserUndo() override;
+
+    Published<std::vector<UserAction>> actions; ///< newest first
+    Published<std::optional<QString>> title;    ///< of the command; nothing where there is nothing to take back
+    Published<bool> running{false};
+    Published<std::optional<double>> progress;
+    Published<QString> status;                      ///< „Rückgängig gemacht.“
+    Published<std::optional<QString>> errorMessage; ///< what could not be taken back, line by line
+    Published<std::vector<Location>> restored;      ///< where the entries of the last undo are now
+
+    /// Another action of the user's; one without entries is none.
+    void record(UserAction action);
+    /// Takes back the newest action. Does nothing while one is being taken back.
+    void undo();
+    void cancel() { m_job.cancel(); }
+    void dismissError();
+
+private:
+    void finished(UserAction action, const UndoneAction &outcome);
+    void publishActions(std::vector<UserAction> now);
+
+    const UndoServices m_services;
+    const std::shared_ptr<QThreadPool> m_pool;
+    Job<UndoneAction> m_job;
+};
+
+} // namespace brellin
