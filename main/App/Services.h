@@ -22,6 +22,11 @@ public:
     AgentServices forProposingAgent() { return agentServices(m_forgotten); }
 
     const KnownFolders &folders() const { return m_folders; }
+    const Volumes &volumes() const { return m_volumes; }
+    FileActions &files() { return m_files; }
+    Trash &trash() { return m_trash; }
+    Clock &clock() { return m_clock; }
+    ProcessRunner &processes() { return m_processes; }
 
 private:
     AgentServices agentServices(UserDefaults &defaults);
