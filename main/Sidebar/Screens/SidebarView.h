@@ -45,6 +45,9 @@ public:
     /// Puts the keys into the list.
     void focusList();
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
     /// Clicked, or Return.
     Q_SIGNAL void chosen(const brellin::SidebarChoice &choice);
     /// Middle click, Ctrl+Return, or "In neuem Tab öffnen".
@@ -53,6 +56,9 @@ public:
     Q_SIGNAL void propertiesWanted(const brellin::Location &folder);
     /// Something did not work; a German text for the window to show.
     Q_SIGNAL void failed(const QString &message);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     struct Private;

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Sidebar/Screens/SidebarDelegate.h"
+
+#include <QListView>
+
+namespace brellin {
+
+/// The list of the sidebar: turns clicks, keys and drags into wishes.
+class SidebarList : public QListView {
+    Q_OBJECT
+public:
+    SidebarList(SidebarRows &rows, SidebarDelegate &lines, QWidget *parent);
+
+    enum class Where { Here, NewTab };
+    void rename(const QModelIndex &index);
+
+    Q_SIGNAL void chosen(const QModelIndex &index, brellin::SidebarList::Where where);
+    /// A section, or a folder's chevron.
+    Q_SIGNAL void toggled(const QModelIndex &index);
+    Q_SIGNAL void ejectWanted(const QModelIndex &index);
+    Q_SIGNAL void removeWanted(const QModelIndex &index);
+    Q_SIGNAL void menuWanted(const QModelIndex &index, const QPoint &screenPlace);
+    /// An entry of the quick access was dragged in front of the one at this place in the list.
+    Q_SIGNAL void moveWanted(const QUuid &entry, int place);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void startDrag(Qt::DropActions actions) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void updateGeometries() override;
+
+private:
+    void useKeys(bool used);
+    bool foldKey(int key, const SidebarRow &row, const QModelIndex &index);
+    void released(const QModelIndex &index, QPoint place);
+    void showDropPlace(int place);
+    int dropPlaceAt(QPoint place) const;
+
+    SidebarRows &m_rows;
+    SidebarDelegate &m_lines;
+    QPersistentModelIndex m_pressed;
+    int m_dropPlace = -1; ///< in the quick access; none while nothing is dragged
+};
+
+} // namespace brellin

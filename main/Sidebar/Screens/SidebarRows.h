@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Sidebar/Screens/SidebarRow.h"
+#include "Sidebar/Screens/SidebarView.h"
+
+#include <QAbstractListModel>
+
+#include <set>
+#include <vector>
+
+namespace brellin {
+
+/// The lines of the sidebar, from top to bottom, as the models beneath have them. A change leads what stands on a line (the
+/// keys, an editor) to where that line is now.
+class SidebarRows : public QAbstractListModel {
+    Q_OBJECT
+public:
+    enum Role { Key = Qt::UserRole };
+
+    SidebarRows(SidebarSources sources, QObject *parent);
+
+    const SidebarRow &row(const QModelIndex &index) const { return m_rows[static_cast<std::size_t>(index.row())]; }
+    QModelIndex indexOf(const QString &key) const;
+
+    /// What the pane shows.
+    void setCurrent(const SidebarChoice &choice);
+    void setCurrentFolder(const Location &folder);
+    /// The line that was chosen last: of several that lead to one place it is the one to be highlighted.
+    void setChosen(const QString &key);
+    bool isCurrent(const QModelIndex &index) const;
+    QModelIndex current() const { return indexOf(m_currentKey); }
+
+    void setAgentBadge(int number);
+    void setFolded(const QString &section, bool folded);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    Q_SIGNAL void failed(const QString &message);
+
+private:
+    void rebuild();
+    void follow(std::vector<SidebarRow> next);
+    void findCurrent();
+    bool addHead(std::vector<SidebarRow> &rows, const QString &key, const QString &title) const;
+    void addQuick(std::vector<SidebarRow> &rows) const;
+    void addFolders(std::vector<SidebarRow> &rows) const;
+    void addDevices(std::vector<SidebarRow> &rows) const;
+    void addTags(std::vector<SidebarRow> &rows) const;
+    void takeRoots();
+
+    SidebarSources m_sources;
+    std::vector<SidebarRow> m_rows;
+    std::set<QString> m_folded;
+    std::optional<SidebarChoice> m_current;
+    bool m_currentIsFolder = false; ///< then only the location of `m_current` counts
+    QString m_chosenKey;
+    QString m_currentKey; ///< of the highlighted line; empty for none
+    int m_agentBadge = 0;
+};
+
+} // namespace brellin

@@ -1,0 +1,388 @@
+#include "Sidebar/Screens/SidebarView.h"
+
+#include "Features/FolderColors.h"
+#include "Look/Theme.h"
+#include "Places/KnownFolders.h"
+#include "Places/VolumeList.h"
+#include "Sidebar/FolderTree.h"
+#include "Sidebar/Pins.h"
+#include "Sidebar/Screens/SidebarRows.h"
+#include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
+#include "System/MemoryUserDefaults.h"
+#include "System/StoredList.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMimeData>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+
+using namespace brellin;
+using brellin::test::TempTree;
+using brellin::test::waitUntil;
+
+namespace {
+
+using Kind = SidebarChoice::Kind;
+
+struct TwoDisks : MountSource {
+    std::vector<Mount> table() const override
+    {
+        return {{"8:1", "/", "/", "ext4", "/dev/sda1", false},
+                {"8:17", "/", "/media/anna/usb", "ext4", "/dev/sdb1", false}};
+    }
+    std::unique_ptr<QObject> watch(std::function<void()>) override { return std::make_unique<QObject>(); }
+};
+
+struct Bus : DiskService {
+    Result<std::map<std::string, DiskFacts>> facts() override
+    {
+        return std::map<std::string, DiskFacts>{{"/dev/sda1", {QStringLiteral("Startvolume"), false, false}},
+                                                {"/dev/sdb1", {QStringLiteral("Sicherung"), true, true}}};
+    }
+    Result<void> eject(const std::string &device) override
+    {
+        ++ejected;
+        return device == "/dev/sdb1" ? failure(QStringLiteral("Ein Programm benutzt es noch.")) : Result<void>();
+    }
+    std::atomic<int> ejected = 0;
+};
+
+KnownFolders homeAt(const Location &home)
+{
+    ::setenv("HOME", home.c_str(), 1);
+    KnownFolders folders = KnownFolders::ofThisUser();
+    folders.applications.reset();
+    return folders;
+}
+
+class SidebarViewTest : public testing::Test {
+protected:
+    SidebarViewTest()
+    {
+        Theme::install(*qApp);
+        tree.lines({"Documents/Rechnungen/2026/", "Documents/Briefe/", "Desktop/", "Downloads/"});
+        volumes.start();
+    }
+
+    /// The window has the sidebar once the disks have told what they know.
+    SidebarView &open()
+    {
+        view = std::make_unique<SidebarView>(SidebarSources{pins, folderTree, volumes, colors, defaults, folders},
+                                             nullptr);
+        QObject::connect(view.get(), &SidebarView::chosen, [this](const SidebarChoice &one) { chosen.push_back(one); });
+        QObject::connect(view.get(), &SidebarView::chosenForNewTab,
+                         [this](const SidebarChoice &one) { newTabs.push_back(one); });
+        QObject::connect(view.get(), &SidebarView::failed, [this](const QString &text) { failures << text; });
+        view->resize(216, 1200);
+        view->show();
+        view->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(view.get()));
+        EXPECT_TRUE(waitUntil([this] { return titles().contains(QStringLiteral("Sicherung")); }));
+        return *view;
+    }
+
+    QListView *list() const { return view->findChild<QListView *>(QStringLiteral("sidebarList")); }
+    SidebarRows *rows() const { return static_cast<SidebarRows *>(list()->model()); }
+    QStringList titles() const
+    {
+        QStringList all;
+        for (int row = 0; row < rows()->rowCount(); ++row)
+            all << rows()->index(row).data().toString();
+        return all;
+    }
+    /// The last line with this title that is of this kind.
+    QModelIndex line(const QString &title, SidebarRow::Kind kind) const
+    {
+        for (int row = rows()->rowCount() - 1; row >= 0; --row)
+            if (rows()->index(row).data().toString() == title && rows()->row(rows()->index(row)).kind == kind)
+                return rows()->index(row);
+        ADD_FAILURE() << "no line " << title.toStdString();
+        return rows()->index(0);
+    }
+    QPoint middle(const QModelIndex &index) const { return list()->visualRect(index).center(); }
+    void click(const QModelIndex &index, Qt::MouseButton button = Qt::LeftButton) const
+    {
+        QTest::mouseClick(list()->viewport(), button, {}, middle(index));
+    }
+    QMenu *menuOf(const QModelIndex &index) const
+    {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, middle(index), list()->viewport()->mapToGlobal(QPoint()));
+        QCoreApplication::sendEvent(list()->viewport(), &event);
+        QMenu *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        EXPECT_TRUE(menu);
+        return menu;
+    }
+    void trigger(const QModelIndex &index, const QString &action) const
+    {
+        QMenu *const menu = menuOf(index);
+        QAction *const found = menu->findChild<QAction *>(action);
+        ASSERT_TRUE(found) << action.toStdString();
+        menu->close();
+        found->trigger();
+    }
+    static QStringList actionsIn(const QMenu &menu)
+    {
+        QStringList names;
+        for (const QAction *action : menu.actions())
+            if (!action->isSeparator())
+                names << action->text();
+        return names;
+    }
+    QStringList entries() const
+    {
+        QStringList names;
+        for (const QuickEntry &entry : pins.entries.get())
+            names << entry.name;
+        return names;
+    }
+
+    TempTree tree;
+    MemoryUserDefaults defaults;
+    KnownFolders folders = homeAt(tree.root());
+    TwoDisks mounts;
+    Bus bus;
+    VolumeList volumes{mounts, bus, [](const Location &) -> Result<VolumeSpace> {
+                           return VolumeSpace{500'000'000'000, 212'400'000'000};
+                       }};
+    Pins pins{defaults, folders};
+    FolderTree folderTree{defaults};
+    FolderColors colors{defaults};
+    std::unique_ptr<SidebarView> view;
+    std::vector<SidebarChoice> chosen;
+    std::vector<SidebarChoice> newTabs;
+    QStringList failures;
+};
+
+} // namespace
+
+TEST_F(SidebarViewTest, everyLineLeadsWhereItSays)
+{
+    open();
+    struct Row {
+        QString title;
+        SidebarRow::Kind kind;
+        SidebarChoice choice;
+    };
+    using RowKind = SidebarRow::Kind;
+    const std::vector<Row> expected = {
+        {QStringLiteral("Downloads"), RowKind::Quick, SidebarChoice::quick(tree.path("Downloads"))},
+        {QStringLiteral("Fotos-Mediathek"), RowKind::Quick, SidebarChoice::special(Kind::Photos)},
+        {QStringLiteral("Benutzerordner"), RowKind::Folder, SidebarChoice::tree(tree.root(), tree.root())},
+        {QStringLiteral("Sicherung"), RowKind::Volume, SidebarChoice::place("/media/anna/usb")},
+        {QStringLiteral("Netzwerk"), RowKind::Place, SidebarChoice::special(Kind::Network)},
+        {QStringLiteral("Grün"), RowKind::Place, SidebarChoice::tag(QStringLiteral("Grün"))},
+        {QStringLiteral("Papierkorb"), RowKind::Place, SidebarChoice::special(Kind::Trash)},
+        {QStringLiteral("Fotos"), RowKind::Place, SidebarChoice::special(Kind::Photos)},
+        {QStringLiteral("Aufräum-Agent"), RowKind::Place, SidebarChoice::special(Kind::Agent)},
+    };
+    for (const Row &row : expected) {
+        click(line(row.title, row.kind));
+        ASSERT_FALSE(chosen.empty());
+        EXPECT_EQ(chosen.back(), row.choice) << row.title.toStdString();
+        click(line(row.title, row.kind), Qt::MiddleButton);
+        ASSERT_FALSE(newTabs.empty());
+        EXPECT_EQ(newTabs.back(), row.choice) << row.title.toStdString();
+    }
+    EXPECT_EQ(chosen.size(), expected.size());
+}
+
+TEST_F(SidebarViewTest, keysChooseFoldAndRemove)
+{
+    open().focusList();
+    QTest::keyClick(list(), Qt::Key_Home);
+    EXPECT_EQ(list()->currentIndex().data().toString(), QStringLiteral("Schnellzugriff"));
+    QTest::keyClick(list(), Qt::Key_Down);
+    QTest::keyClick(list(), Qt::Key_Return);
+    QTest::keyClick(list(), Qt::Key_Return, Qt::ControlModifier);
+    const SidebarChoice documents = SidebarChoice::quick(tree.path("Documents"));
+    EXPECT_EQ(chosen, std::vector{documents});
+    EXPECT_EQ(newTabs, std::vector{documents});
+    QTest::keyClick(list(), Qt::Key_Delete);
+    EXPECT_FALSE(entries().contains(QStringLiteral("Eigene Dateien")));
+
+    QTest::keyClick(list(), Qt::Key_Home);
+    QTest::keyClick(list(), Qt::Key_Left);
+    EXPECT_FALSE(titles().contains(QStringLiteral("Fotos-Mediathek")));
+    EXPECT_EQ(list()->currentIndex().data().toString(), QStringLiteral("Schnellzugriff"));
+    view.reset();
+    open();
+    EXPECT_FALSE(titles().contains(QStringLiteral("Fotos-Mediathek"))) << "still folded at the next start";
+    click(line(QStringLiteral("Schnellzugriff"), SidebarRow::Kind::Section));
+    EXPECT_TRUE(titles().contains(QStringLiteral("Fotos-Mediathek")));
+    EXPECT_TRUE(chosen.size() == 1) << "a head leads nowhere";
+}
+
+TEST_F(SidebarViewTest, theTreeOpensAndFollowsThePane)
+{
+    open();
+    const QModelIndex home = line(QStringLiteral("Benutzerordner"), SidebarRow::Kind::Folder);
+    const QRect place = list()->visualRect(home);
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, QPoint(scaled(24), place.center().y()));
+    ASSERT_TRUE(waitUntil([this] { return titles().contains(QStringLiteral("Documents")); }));
+    EXPECT_TRUE(chosen.empty()) << "the chevron only opens";
+
+    view->setCurrent(tree.path("Documents/Rechnungen/2026"));
+    ASSERT_TRUE(waitUntil([this] { return rows()->current().isValid(); }));
+    EXPECT_EQ(rows()->current().data().toString(), QStringLiteral("2026"));
+
+    view->focusList();
+    list()->setCurrentIndex(rows()->current());
+    QTest::keyClick(list(), Qt::Key_Left);
+    EXPECT_EQ(list()->currentIndex().data().toString(), QStringLiteral("Rechnungen"));
+    trigger(line(QStringLiteral("Rechnungen"), SidebarRow::Kind::Folder), QStringLiteral("pin"));
+    EXPECT_TRUE(pins.holds(tree.path("Documents/Rechnungen")));
+    trigger(line(QStringLiteral("Rechnungen"), SidebarRow::Kind::Folder), QStringLiteral("colorGrün"));
+    EXPECT_EQ(colors.color(tree.path("Documents/Rechnungen")), QStringLiteral("Grün"));
+}
+
+TEST_F(SidebarViewTest, theLineThatWasChosenIsHighlighted)
+{
+    SidebarView &sidebar = open();
+    sidebar.setCurrent(tree.path("Downloads"));
+    EXPECT_EQ(rows()->row(rows()->current()).kind, SidebarRow::Kind::Quick);
+    EXPECT_FALSE(titles().contains(QStringLiteral("Documents"))) << "the tree stays as it is";
+
+    folderTree.expand(tree.root());
+    ASSERT_TRUE(waitUntil([this] { return titles().count(QStringLiteral("Downloads")) == 2; }));
+    click(line(QStringLiteral("Downloads"), SidebarRow::Kind::Folder));
+    sidebar.setCurrent(tree.path("Downloads"));
+    EXPECT_EQ(rows()->row(rows()->current()).kind, SidebarRow::Kind::Folder);
+
+    sidebar.setCurrent(SidebarChoice::tag(QStringLiteral("Blau")));
+    EXPECT_EQ(rows()->current().data().toString(), QStringLiteral("Blau"));
+    sidebar.setCurrent(SidebarChoice::special(Kind::Photos));
+    EXPECT_TRUE(rows()->current().isValid());
+    sidebar.setCurrent(Location("/nirgends/hier"));
+    EXPECT_FALSE(rows()->current().isValid());
+}
+
+TEST_F(SidebarViewTest, entriesAreEditedFromTheirMenu)
+{
+    open();
+    const auto entry = [this](const QString &name) { return line(name, SidebarRow::Kind::Quick); };
+    QMenu *const menu = menuOf(entry(QStringLiteral("Downloads")));
+    EXPECT_EQ(actionsIn(*menu), (QStringList{QStringLiteral("Öffnen"), QStringLiteral("In neuem Tab öffnen"),
+                                             QStringLiteral("Umbenennen"), QStringLiteral("Nach oben"),
+                                             QStringLiteral("Nach unten"), QStringLiteral("Symbol …"),
+                                             QStringLiteral("Farbe"), QStringLiteral("Aus Schnellzugriff entfernen")}));
+    menu->close();
+
+    trigger(entry(QStringLiteral("Downloads")), QStringLiteral("rename"));
+    auto *const editor = list()->findChild<QLineEdit *>(QStringLiteral("sidebarRename"));
+    ASSERT_TRUE(editor);
+    pins.reload();
+    colors.setColor(tree.path("Desktop"), QStringLiteral("Rot"));
+    editor->selectAll();
+    QTest::keyClicks(editor, QStringLiteral("Geladenes"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([this] { return entries().contains(QStringLiteral("Geladenes")); }));
+    EXPECT_TRUE(pins.holds(tree.path("Downloads"))) << "the folder keeps its name";
+    EXPECT_TRUE(tree.has("Downloads"));
+
+    trigger(entry(QStringLiteral("Geladenes")), QStringLiteral("moveUp"));
+    EXPECT_EQ(entries().indexOf(QStringLiteral("Geladenes")), 1);
+    trigger(entry(QStringLiteral("Geladenes")), QStringLiteral("colorLila"));
+    EXPECT_EQ(pins.entries.get()[1].color, QStringLiteral("Lila"));
+    trigger(entry(QStringLiteral("Geladenes")), QStringLiteral("colorNone"));
+    EXPECT_FALSE(pins.entries.get()[1].color);
+
+    trigger(entry(QStringLiteral("Geladenes")), QStringLiteral("chooseSymbol"));
+    auto *const symbols = view->findChild<QListWidget *>(QStringLiteral("symbols"));
+    ASSERT_TRUE(symbols);
+    QTest::keyClick(symbols, Qt::Key_Home);
+    QTest::keyClick(symbols, Qt::Key_Right);
+    QTest::keyClick(symbols, Qt::Key_Return);
+    EXPECT_EQ(pins.entries.get()[1].symbol, QStringLiteral("photo.on.rectangle.angled"));
+
+    trigger(entry(QStringLiteral("Geladenes")), QStringLiteral("unpin"));
+    EXPECT_FALSE(pins.holds(tree.path("Downloads")));
+}
+
+TEST_F(SidebarViewTest, draggingReordersEntries)
+{
+    open();
+    const QStringList before = entries();
+    const auto drop = [this](const QString &entry, const QString &onto, int offset) {
+        QMimeData data;
+        data.setData(QStringLiteral("application/x-brellin-quick-entry"),
+                     rows()->row(line(entry, SidebarRow::Kind::Quick)).entry.toByteArray());
+        const QModelIndex target = onto == u"Ordner" ? line(onto, SidebarRow::Kind::Section)
+                                   : onto == u"Rot"  ? line(onto, SidebarRow::Kind::Place)
+                                                     : line(onto, SidebarRow::Kind::Quick);
+        const QPoint place = middle(target) + QPoint(0, offset);
+        QDragEnterEvent enter(place, Qt::MoveAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(list()->viewport(), &enter);
+        QDropEvent event(place, Qt::MoveAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(list()->viewport(), &event);
+    };
+    drop(QStringLiteral("Downloads"), QStringLiteral("Eigene Dateien"), -5);
+    EXPECT_EQ(entries().indexOf(QStringLiteral("Downloads")), 0);
+    drop(QStringLiteral("Downloads"), QStringLiteral("Schreibtisch"), 8);
+    EXPECT_EQ(entries().indexOf(QStringLiteral("Downloads")), entries().indexOf(QStringLiteral("Schreibtisch")) + 1);
+    drop(QStringLiteral("Eigene Dateien"), QStringLiteral("Ordner"), 0);
+    EXPECT_EQ(entries().last(), QStringLiteral("Eigene Dateien"));
+    const QStringList ordered = entries();
+    drop(QStringLiteral("Eigene Dateien"), QStringLiteral("Rot"), 0);
+    EXPECT_EQ(entries(), ordered) << "entries stay in the quick access";
+    EXPECT_EQ(ordered.size(), before.size());
+}
+
+TEST_F(SidebarViewTest, aVolumeIsEjectedWithAClickAndAFailureIsSaid)
+{
+    open();
+    const auto usb = [this] { return line(QStringLiteral("Sicherung"), SidebarRow::Kind::Volume); };
+    ASSERT_TRUE(waitUntil([&] { return rows()->row(usb()).used && rows()->row(usb()).ejectable; }));
+    EXPECT_EQ(usb().data(Qt::AccessibleTextRole).toString(), QStringLiteral("Sicherung, 212 GB frei"));
+    EXPECT_FALSE(rows()->row(line(QStringLiteral("Startvolume"), SidebarRow::Kind::Volume)).ejectable);
+    const QRect place = list()->visualRect(usb());
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, QPoint(place.right() - scaled(22), place.top() + 14));
+    ASSERT_TRUE(waitUntil([this] { return !failures.isEmpty(); }));
+    EXPECT_EQ(failures,
+              QStringList{QStringLiteral("„Sicherung“ wurde nicht ausgeworfen: Ein Programm benutzt es noch.")});
+    EXPECT_TRUE(chosen.empty());
+    trigger(usb(), QStringLiteral("eject"));
+    EXPECT_TRUE(waitUntil([this] { return bus.ejected == 2 && failures.size() == 2; }));
+}
+
+TEST_F(SidebarViewTest, propertiesAreOfferedOnceSomebodyListens)
+{
+    open();
+    const QModelIndex downloads = line(QStringLiteral("Downloads"), SidebarRow::Kind::Quick);
+    std::vector<Location> wanted;
+    QObject::connect(view.get(), &SidebarView::propertiesWanted,
+                     [&](const Location &folder) { wanted.push_back(folder); });
+    trigger(downloads, QStringLiteral("properties"));
+    EXPECT_EQ(wanted, std::vector{tree.path("Downloads")});
+}
+
+TEST_F(SidebarViewTest, nothingIsCutInLargeType)
+{
+    Theme::shared().setFontFactor(1.25);
+    open();
+    view->resize(view->sizeHint().width(), 1400);
+    view->setAgentBadge(7);
+    for (int row = 0; row < rows()->rowCount(); ++row) {
+        const QModelIndex index = rows()->index(row);
+        const QString title = index.data().toString();
+        if (!title.isEmpty()) {
+            EXPECT_GE(list()->visualRect(index).height(), QFontMetrics(sizedFont(0.85)).height())
+                << title.toStdString();
+            EXPECT_LE(QFontMetrics(sizedFont(1, QFont::DemiBold)).horizontalAdvance(title), scaled(216 - 40 - 17))
+                << title.toStdString();
+        }
+    }
+    EXPECT_TRUE(line(QStringLiteral("Aufräum-Agent"), SidebarRow::Kind::Place)
+                    .data(Qt::AccessibleTextRole)
+                    .toString()
+                    .contains(QStringLiteral("7 Vorschläge")));
+    Theme::shared().setFontFactor(1);
+}
