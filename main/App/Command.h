@@ -42,5 +42,12 @@ ExitCode runReportCommand(CommandContext &context);
 ExitCode runModelCommand(CommandContext &context);
 ExitCode runHistoryCommand(CommandContext &context);
 ExitCode runUndoCommand(CommandContext &context);
+ExitCode runListFolderCommand(CommandContext &context);
+ExitCode runSearchFolderCommand(CommandContext &context);
+ExitCode runSizeCommand(CommandContext &context);
+ExitCode runTagCommand(CommandContext &context);
+ExitCode runTagsCommand(CommandContext &context);
+ExitCode runTaggedCommand(CommandContext &context);
+ExitCode runQuickAccessCommand(CommandContext &context);
 
 } // namespace brellin

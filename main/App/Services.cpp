@@ -12,15 +12,22 @@ Services::Services()
     , m_locations(m_folders.home)
     , m_model(m_defaults)
     , m_pdfReader(m_processes, programFolder() / "brellin-bild")
+    , m_tagSearch({m_folders.trash.parent_path()})
     , m_stateFolder(stateFolder(m_folders.home))
 {
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)
 {
-    return {defaults,     m_files, m_trash,
-            m_volumes,    m_clock, m_folders,
-            m_locations,  m_model, [this](const Location &pdf) { return m_pdfReader.firstPageText(pdf); },
+    return {defaults,
+            m_files,
+            m_trash,
+            m_volumes,
+            m_clock,
+            m_folders,
+            m_locations,
+            m_model,
+            [this](const Location &pdf, const JobControl *control) { return m_pdfReader.firstPageText(pdf, control); },
             m_stateFolder};
 }
 

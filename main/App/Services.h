@@ -2,6 +2,7 @@
 
 #include "Agent/AgentServices.h"
 #include "Disk/SystemTrash.h"
+#include "Features/TagSearch.h"
 #include "System/FileUserDefaults.h"
 #include "System/LocalModelServer.h"
 #include "System/MemoryUserDefaults.h"
@@ -27,6 +28,10 @@ public:
     Trash &trash() { return m_trash; }
     Clock &clock() { return m_clock; }
     ProcessRunner &processes() { return m_processes; }
+    UserDefaults &settings() { return m_defaults; }
+    /// The same for whoever only looks.
+    UserDefaults &forgottenSettings() { return m_forgotten; }
+    const TagSearch &tagSearch() const { return m_tagSearch; }
 
 private:
     AgentServices agentServices(UserDefaults &defaults);
@@ -42,6 +47,7 @@ private:
     LocalModelServer m_model;
     SystemProcessRunner m_processes;
     PdfReader m_pdfReader;
+    WalkTagSearch m_tagSearch;
     Location m_stateFolder;
 };
 

@@ -53,7 +53,7 @@ Result<FolderCount> countFolder(const Location &folder, const JobControl *contro
 {
     const FileAttributes top = TRY(readAttributes(folder));
     if (!top.isFolder())
-        return FolderCount{top.size, 1, 1, true};
+        return FolderCount{top.size, 1, 1, 0, true};
 
     std::vector<Tally> tallies(static_cast<std::size_t>(walkThreads()));
     SeenFiles seen;
@@ -79,7 +79,7 @@ Result<FolderCount> countFolder(const Location &folder, const JobControl *contro
     WalkOptions options;
     options.attributes = Attribute::Identity | Attribute::Size;
     options.otherVolumes = false;
-    TRY(walkParallel(folder, options, visit, control));
+    const WalkOutcome outcome = TRY(walkParallel(folder, options, visit, control));
 
     FolderCount count;
     for (const Tally &tally : tallies) {
@@ -87,6 +87,7 @@ Result<FolderCount> countFolder(const Location &folder, const JobControl *contro
         count.files += tally.files;
         count.entries += tally.entries;
     }
+    count.unreadable = outcome.unreadableFolders;
     count.complete = !capped;
     return count;
 }

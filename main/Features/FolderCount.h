@@ -13,10 +13,11 @@ namespace brellin {
 struct FolderCount {
     static constexpr std::int64_t noLimit = std::numeric_limits<std::int64_t>::max();
 
-    std::int64_t bytes = 0;   ///< the sizes of its files, a file with several hard links once
-    std::int64_t files = 0;   ///< everything that is no folder
-    std::int64_t entries = 0; ///< files and folders looked at
-    bool complete = true;     ///< false where the limit ended the count
+    std::int64_t bytes = 0;      ///< the sizes of its files, a file with several hard links once
+    std::int64_t files = 0;      ///< everything that is no folder
+    std::int64_t entries = 0;    ///< files and folders looked at
+    std::int64_t unreadable = 0; ///< folders that could not be looked into
+    bool complete = true;        ///< false where the limit ended the count
 
     bool operator==(const FolderCount &) const = default;
 };

@@ -127,6 +127,22 @@ Result<void> Pins::toggle(const Location &folder)
     });
 }
 
+Result<void> Pins::pin(const Location &folder)
+{
+    const Location path = standardised(folder);
+    return change([&](Entries &list) {
+        if (std::ranges::find(list, std::optional(path), &QuickEntry::path) == list.end())
+            list.push_back(entryFor(path));
+    });
+}
+
+Result<void> Pins::unpin(const Location &folder)
+{
+    const Location path = standardised(folder);
+    return change(
+        [&](Entries &list) { std::erase_if(list, [&](const QuickEntry &entry) { return entry.path == path; }); });
+}
+
 Result<void> Pins::remove(const QUuid &id)
 {
     return change([&](Entries &list) { std::erase_if(list, [&](const QuickEntry &entry) { return entry.id == id; }); });

@@ -34,6 +34,8 @@ public:
 
     /// Pins a folder at the end, or takes it away where it is pinned.
     Result<void> toggle(const Location &folder);
+    Result<void> pin(const Location &folder);
+    Result<void> unpin(const Location &folder);
     Result<void> remove(const QUuid &id);
     /// Changes the shown name only, never the folder. An empty name is ignored.
     Result<void> rename(const QUuid &id, const QString &name);

@@ -78,7 +78,7 @@ TEST(FolderCountTest, countsHardLinksOnceAndFollowsNoLink)
     std::filesystem::create_hard_link(tree.path("a/eins"), tree.path("a/tief/nochmal"));
     const auto count = countFolder(tree.path("a"));
     ASSERT_TRUE(count);
-    EXPECT_EQ(*count, (FolderCount{5 + 3 + 1 + 4, 4, 6, true}));
+    EXPECT_EQ(*count, (FolderCount{5 + 3 + 1 + 4, 4, 6, 0, true}));
     const auto link = countFolder(tree.path("a/verweis"));
     ASSERT_TRUE(link);
     EXPECT_EQ(link->bytes, 4) << "a link stands for itself";
