@@ -2,6 +2,7 @@
 
 #include "Base/German.h"
 #include "ContentView/BrowserModelParts.h"
+#include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderViews.h"
 
 #include <algorithm>
@@ -180,12 +181,7 @@ std::optional<std::int64_t> BrowserModel::knownSize(const FileItem &folder) cons
 
 void BrowserModel::updateTexts()
 {
-    const std::size_t count = items.get().size();
-    QString text = counted(static_cast<qint64>(count), QStringLiteral("Element"), QStringLiteral("Elemente"));
-    text += selectionText();
-    if (freeSpace.get())
-        text += QStringLiteral("   |   ") + sizeText(*freeSpace.get()) + QStringLiteral(" frei");
-    publish(statusText, text);
+    publish(statusText, statusLine(items.get().size(), selectionText(), freeSpace.get()));
     publish(emptyText, emptyTextNow());
 }
 
@@ -196,8 +192,7 @@ QString BrowserModel::selectionText() const
     std::int64_t bytes = 0;
     for (const FileItem &item : selectedItems())
         bytes += item.isFolder ? knownSize(item).value_or(0) : item.size;
-    QString text = QStringLiteral("   |   ") + german().toString(static_cast<qint64>(selection.get().size())) +
-                   QStringLiteral(" ausgewählt");
+    QString text = german().toString(static_cast<qint64>(selection.get().size())) + QStringLiteral(" ausgewählt");
     if (bytes >= 1)
         text += QStringLiteral("  ") + sizeText(bytes);
     return text;

@@ -118,8 +118,6 @@ void BrowserModel::applyOutcome(const Listing &listing)
 
 void BrowserModel::showNotAnswering()
 {
-    Reading none;
-    none.listing.error = Failure{};
     publish(loading, false);
     m_listing = {};
     m_listed = current.get();

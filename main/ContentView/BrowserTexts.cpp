@@ -1,6 +1,19 @@
 #include "ContentView/BrowserTexts.h"
 
+#include "Base/German.h"
+
 namespace brellin {
+
+QString statusLine(std::size_t count, const QString &selected, std::optional<std::int64_t> freeSpace)
+{
+    const QString separator = QStringLiteral("   |   ");
+    QString text = counted(static_cast<qint64>(count), QStringLiteral("Element"), QStringLiteral("Elemente"));
+    if (!selected.isEmpty())
+        text += separator + selected;
+    if (freeSpace)
+        text += separator + sizeText(*freeSpace) + QStringLiteral(" frei");
+    return text;
+}
 
 QString unreadableFolderText(const QString &error, BrowserTextSystem system)
 {
