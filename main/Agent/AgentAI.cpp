@@ -92,11 +92,11 @@ bool readsAsText(const FileType &type)
     return text && !type.conformsTo(TypeTrait::Image) && type.mimeName != QStringLiteral("application/rtf");
 }
 
-QString rawText(const Location &file, const AgentAI::PdfText &pdfText)
+QString rawText(const Location &file, const AgentAI::PdfText &pdfText, const JobControl *control)
 {
     const FileType &type = fileTypeOf(extensionOf(file.filename().native()));
     if (type.conformsTo(TypeTrait::Pdf))
-        return pdfText ? pdfText(file).value_or(QString()) : QString();
+        return pdfText ? pdfText(file, control).value_or(QString()) : QString();
     return readsAsText(type) ? beginningOfText(file) : QString();
 }
 
@@ -120,7 +120,7 @@ std::optional<QString> AgentAI::folderName(LanguageModel &model, const Location 
     const steady_clock::time_point deadline = steady_clock::now() + limit;
     if (!isAvailable(model))
         return std::nullopt;
-    const QString prompt = promptFor(file, existing, textSnippet(file, pdfText));
+    const QString prompt = promptFor(file, existing, textSnippet(file, pdfText, control));
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - steady_clock::now());
     if (left <= std::chrono::milliseconds::zero() || (control && control->cancelled()))
         return std::nullopt;
@@ -156,10 +156,10 @@ QStringList AgentAI::existingFolders(const Location &base, const JobControl *con
     return names;
 }
 
-QString AgentAI::textSnippet(const Location &file, const PdfText &pdfText)
+QString AgentAI::textSnippet(const Location &file, const PdfText &pdfText, const JobControl *control)
 {
     static const QRegularExpression whiteSpace(QStringLiteral("\\s+"), QRegularExpression::UseUnicodePropertiesOption);
-    const QString text = rawText(file, pdfText).replace(whiteSpace, QStringLiteral(" "));
+    const QString text = rawText(file, pdfText, control).replace(whiteSpace, QStringLiteral(" "));
     return text.left(endOfCharacters(text, mostSnippetCharacters));
 }
 

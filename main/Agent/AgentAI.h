@@ -19,8 +19,8 @@ struct AgentAI {
     /// What the settings say about the model.
     static QString statusText(LanguageModel &model);
 
-    /// Reads the text of a PDF's first page, in a process of its own.
-    using PdfText = std::function<Result<QString>(const Location &pdf)>;
+    /// Reads the text of a PDF's first page, in a process of its own that a cancel ends.
+    using PdfText = std::function<Result<QString>(const Location &pdf, const JobControl *control)>;
 
     /// The chosen folder's name: one of `existing` where it fits, else a new short one. Nothing without a model, after an
     /// error, or when the answer is of no use. The model is told of the first 60 of `existing`; `limit` is for everything
@@ -35,7 +35,7 @@ struct AgentAI {
 
     /// The beginning of a file's text for the model: of a PDF its first page, of text, source code and JSON the beginning;
     /// white space folded, at most 1,200 characters. Empty for all else.
-    static QString textSnippet(const Location &file, const PdfText &pdfText);
+    static QString textSnippet(const Location &file, const PdfText &pdfText, const JobControl *control = nullptr);
 
     /// A folder name made of the model's answer; nothing when it is of no use.
     static std::optional<QString> sanitize(const QString &answer, const QStringList &existing);

@@ -71,7 +71,9 @@ std::optional<QString> AiSorting::answerFor(const Candidate &candidate)
         m_available = AgentAI::isAvailable(m_services.model);
     if (!*m_available)
         return std::nullopt;
-    const auto existing = m_existing.try_emplace(*candidate.aiBase, AgentAI::existingFolders(*candidate.aiBase)).first;
+    auto existing = m_existing.find(*candidate.aiBase);
+    if (existing == m_existing.end())
+        existing = m_existing.emplace(*candidate.aiBase, AgentAI::existingFolders(*candidate.aiBase, &m_control)).first;
     const std::optional<QString> folder =
         AgentAI::folderName(m_services.model, candidate.source, existing->second, m_services.pdfText,
                             std::min(left, answerLimit), &m_control);

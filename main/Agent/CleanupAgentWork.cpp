@@ -205,7 +205,8 @@ AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
     // Shared by the copies of the function; starts with the first question.
     const auto end = std::make_shared<std::optional<std::chrono::steady_clock::time_point>>();
     const auto choose = [&model = m_services.model, pdfText = m_services.pdfText,
-                         end](const Location &file, const QStringList &names) -> std::optional<QString> {
+                         end](const Location &file, const QStringList &names,
+                              const JobControl &control) -> std::optional<QString> {
         const auto now = std::chrono::steady_clock::now();
         if (!*end)
             *end = now + AiSorting::budget;
@@ -213,7 +214,7 @@ AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
         if (left.count() <= 0)
             return std::nullopt;
         std::optional<QString> name =
-            AgentAI::folderName(model, file, names, pdfText, std::min(left, AiSorting::answerLimit), nullptr);
+            AgentAI::folderName(model, file, names, pdfText, std::min(left, AiSorting::answerLimit), &control);
         return name && names.contains(*name) ? name : std::nullopt;
     };
     return {folder, profiles.get(), rules.get(), history.get(), m_services.clock.now(), choose};

@@ -46,9 +46,10 @@ std::string cleanedName(const std::string &name)
 
 class Gathering {
 public:
-    Gathering(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose);
+    Gathering(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose,
+              JobControl &control);
 
-    LooseFiles run(JobControl &control);
+    LooseFiles run();
 
 private:
     struct Target {
@@ -68,16 +69,19 @@ private:
     const AnalysisScope &m_scope;
     const std::set<Location> &m_taken;
     const GroupChooser &m_choose;
+    JobControl &m_control;
     std::set<std::string> m_names;        ///< of all files and folders beside
     std::set<std::string> m_companions;   ///< names that a companion or a half-written download belongs to
     std::map<QString, Location> m_groups; ///< the usable ones and their folders
     std::set<QString> m_planned;          ///< folded paths
 };
 
-Gathering::Gathering(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose)
+Gathering::Gathering(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose,
+                     JobControl &control)
     : m_scope(scope)
     , m_taken(taken)
     , m_choose(choose)
+    , m_control(control)
 {
     readNeighbours();
     for (const QString &group : scope.protection().settings().groups) {
@@ -158,7 +162,7 @@ std::optional<QString> Gathering::asked(const Location &file) const
         if (m_groups.contains(group))
             names.append(group);
     }
-    const std::optional<QString> answer = m_choose(file, names);
+    const std::optional<QString> answer = m_choose(file, names, m_control);
     return answer ? usableGroup(*answer) : std::nullopt;
 }
 
@@ -200,13 +204,13 @@ LooseFile Gathering::placed(const SurveyedFile &file, const Target &target)
             sortingReason(file.location, target.group, target.choice, change)};
 }
 
-LooseFiles Gathering::run(JobControl &control)
+LooseFiles Gathering::run()
 {
     LooseFiles result;
     if (!m_scope.protection().mayTidy() || m_scope.protection().isCollected(m_scope.root()))
         return result;
     for (const SurveyedFile &file : m_scope.survey().topFiles()) {
-        if (control.cancelled())
+        if (m_control.cancelled())
             break;
         if (!isLoose(file))
             continue;
@@ -214,7 +218,7 @@ LooseFiles Gathering::run(JobControl &control)
             ++result.leftForScripts;
             continue;
         }
-        control.setDetail(shownName(file.location));
+        m_control.setDetail(shownName(file.location));
         if (const std::optional<Target> target = targetOf(file.location))
             result.files.push_back(placed(file, *target));
     }
@@ -233,7 +237,7 @@ QString groupForCategory(const QString &category)
 LooseFiles looseFiles(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose,
                       JobControl &control)
 {
-    return Gathering(scope, taken, choose).run(control);
+    return Gathering(scope, taken, choose, control).run();
 }
 
 } // namespace brellin

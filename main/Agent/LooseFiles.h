@@ -14,7 +14,8 @@
 namespace brellin {
 
 /// Chooses one of the groups for a file by its content; nothing where none fits, or nobody can be asked.
-using GroupChooser = std::function<std::optional<QString>(const Location &file, const QStringList &groups)>;
+using GroupChooser =
+    std::function<std::optional<QString>(const Location &file, const QStringList &groups, const JobControl &control)>;
 
 /// A file that lies about and the place in a collecting folder where it would go.
 struct LooseFile {

@@ -152,6 +152,9 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
             propose(std::move(proposal));
     }
     sorting.remember();
+    // Cancelled while the last one was asked about.
+    if (m_control.cancelled())
+        return failure(Failure::cancelled());
     return {};
 }
 

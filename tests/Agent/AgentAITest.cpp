@@ -34,7 +34,7 @@ public:
     QString prompt;
 };
 
-Result<QString> noPdf(const Location &)
+Result<QString> noPdf(const Location &, const JobControl *)
 {
     return failure(QStringLiteral("kein PDF"));
 }
@@ -143,7 +143,8 @@ TEST(AgentAITest, excerptsText)
     };
     for (const Row &row : rows)
         EXPECT_EQ(AgentAI::textSnippet(tree.file(row.name, row.content), noPdf), row.expected) << row.name;
-    EXPECT_EQ(AgentAI::textSnippet(tree.path("a.pdf"), [](const Location &) { return QStringLiteral("Seite\n1"); }),
+    EXPECT_EQ(AgentAI::textSnippet(tree.path("a.pdf"),
+                                   [](const Location &, const JobControl *) { return QStringLiteral("Seite\n1"); }),
               QStringLiteral("Seite 1"));
 }
 

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <thread>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -244,4 +245,29 @@ TEST_F(CleanupAgentTest, asksTheModelOnceAndSortsByItsAnswer)
         EXPECT_EQ(agent.proposals.get()[0].reason, QStringLiteral("txt (KI)"));
     }
     EXPECT_EQ(world.model.prompts.size(), 1);
+}
+
+TEST_F(CleanupAgentTest, cancelReachesTheReadingOfAFileForTheModel)
+{
+    CleanupRule sort = rule("pdf", false);
+    sort.action = RuleAction::AiSort;
+    store({sort});
+    world.model.answer = QStringLiteral("Rechnungen");
+    AgentServices services = world.services();
+    CleanupAgent *working = nullptr;
+    bool ended = false;
+    services.pdfText = [&](const Location &, const JobControl *control) -> Result<QString> {
+        QMetaObject::invokeMethod(working, [&] { working->cancel(); });
+        while (control != nullptr && !control->cancelled())
+            std::this_thread::yield();
+        ended = control != nullptr;
+        return failure(Failure::cancelled());
+    };
+    CleanupAgent agent(services);
+    working = &agent;
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_TRUE(ended);
+    EXPECT_TRUE(agent.proposals.get().empty());
+    EXPECT_TRUE(world.model.prompts.isEmpty());
+    EXPECT_FALSE(agent.lastRun.get());
 }

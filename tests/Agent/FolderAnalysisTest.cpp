@@ -161,7 +161,8 @@ TEST_F(FolderAnalysisTest, TheUsersGroupsDecide)
                                    .to = tree().path("home/X/da.pdf"),
                                    .trashedOriginal = {}}}}};
     QStringList offered;
-    request.chooseGroup = [&](const Location &file, const QStringList &groups) -> std::optional<QString> {
+    request.chooseGroup = [&](const Location &file, const QStringList &groups,
+                              const JobControl &) -> std::optional<QString> {
         offered = groups;
         return file.filename() == "b.pdf" ? u"belege"_qs : u"Erfunden"_qs;
     };
@@ -169,7 +170,7 @@ TEST_F(FolderAnalysisTest, TheUsersGroupsDecide)
     EXPECT_EQ(reason("b.pdf"), "Dokument zum Einsortieren · nach „Belege“ (KI)");
     EXPECT_EQ(offered, (QStringList{u"medien"_qs, u"Belege"_qs}));
     request.profiles[0].groups.push_back(u"Unter"_qs);
-    request.chooseGroup = [](const Location &, const QStringList &) { return u"Unter"_qs; };
+    request.chooseGroup = [](const Location &, const QStringList &, const JobControl &) { return u"Unter"_qs; };
     EXPECT_THAT(linesOf(), testing::Contains("? move frisch.pdf -> Unter/frisch.pdf"));
     EXPECT_EQ(reason("frisch.pdf"), "Dokument zum Einsortieren · nach „Unter“ (KI) · ⚠ Prüfung empfohlen");
     EXPECT_EQ(reason("da.pdf"), "no proposal");
