@@ -3,6 +3,7 @@
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
+#include "Disk/CopiedEntries.h"
 
 #include <QStringList>
 
@@ -24,6 +25,7 @@ struct CopyOptions {
     const JobControl *control = nullptr; ///< a cancel takes effect within 100 ms and leaves nothing behind
     std::function<void(const CopyProgress &)> progress;
     std::chrono::milliseconds interval{50}; ///< between two calls of `progress`
+    CopiedEntries *copied = nullptr;        ///< takes down what was copied, for `removeCopied`
 };
 
 /// What a complete copy could not keep, said once each ("Erweiterte Attribute …"); empty as a rule.

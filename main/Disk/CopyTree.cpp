@@ -32,12 +32,19 @@ CopyTree::CopyTree(Location source, const CopyOptions &options)
 Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
 {
     m_made = OwnEntries(knownBy(destination.folder));
+    if (m_options.copied) {
+        const bool stable = knownBy(source.folder) == OwnEntries::KnownBy::Inode;
+        m_options.copied->begin(OwnEntries::pathMark(0, destination.name),
+                                stable ? CopiedEntries::Inodes::Stable : CopiedEntries::Inodes::Changing);
+    }
     auto outcome = m_pulse.beat();
     if (outcome)
         outcome = copyEntry(source, DT_UNKNOWN, destination);
     if (outcome)
         outcome = copyContents();
     if (outcome) {
+        if (m_options.copied)
+            m_options.copied->sort();
         const CopyProgress done = m_pulse.finished();
         return CopyReport{m_metadata.notKept(), done.bytes, done.files};
     }
@@ -94,6 +101,7 @@ Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
         return failure(Failure::lastSystem());
     if (!S_ISREG(status.st_mode))
         return failure(notOrdinary());
+    takeDown(destination, status);
     const bool hasOtherNames = status.st_nlink > 1 && !atTop();
     if (hasOtherNames && TRY(linkToFirstCopy(status, destination))) {
         m_pulse.addFile();
@@ -125,6 +133,7 @@ Result<void> CopyTree::copyLink(NameIn source, const struct stat &status, NameIn
     }
     const struct stat made = TRY(statusOf(destination));
     madeEntry(destination, made);
+    takeDown(destination, status);
     TRY(m_metadata.applyToLink(status, destination, made));
     m_pulse.addFile();
     return {};
@@ -142,6 +151,7 @@ Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
     Descriptor copy = TRY(createFolder(destination, made));
     if (atTop())
         m_top = TRY(openFolderPlace(NameIn{copy.number(), "."}));
+    takeDown(destination, status);
     const std::uint64_t path = OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, destination.name);
     m_sources.enter(std::move(original), status);
     m_destinations.enter(std::move(copy), made);
@@ -196,6 +206,13 @@ Result<Descriptor> CopyTree::createFolder(NameIn destination, struct stat &made)
     if (atTop())
         m_metadata.dropInheritedAccess(folder->number());
     return folder;
+}
+
+/// `entry` is the copy, whose marks count.
+void CopyTree::takeDown(NameIn entry, const struct stat &source)
+{
+    if (m_options.copied)
+        m_options.copied->add(OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, entry.name), source);
 }
 
 void CopyTree::madeEntry(NameIn entry, const struct stat &made)

@@ -49,6 +49,7 @@ private:
     Result<Descriptor> createFile(NameIn destination, struct stat &made);
     Result<Descriptor> createFolder(NameIn destination, struct stat &made);
     void madeEntry(NameIn entry, const struct stat &made);
+    void takeDown(NameIn entry, const struct stat &source);
     Result<bool> linkToFirstCopy(const struct stat &source, NameIn destination);
     Result<Descriptor> openCopiedFolder(const std::string &relative) const;
 

@@ -1,5 +1,7 @@
 #include "Disk/FileActions.h"
 
+#include "Disk/CopyTreeRemoval.h"
+#include "Disk/Descriptor.h"
 #include "Disk/Rename.h"
 
 #include <cerrno>
@@ -28,6 +30,18 @@ Result<void> DiskFileActions::flush(const Location &location)
 Result<void> DiskFileActions::removeOwnCopy(const Location &location)
 {
     return brellin::removeOwnCopy(location);
+}
+
+Result<std::vector<Location>> DiskFileActions::removeCopied(const Location &source, const CopiedEntries &copied)
+{
+    return brellin::removeCopied(source, copied);
+}
+
+Result<void> DiskFileActions::removeForGood(const Location &entry)
+{
+    const EntryPlace place = TRY(openPlace(entry));
+    TRY(statusOf(place.at()));
+    return removeTree(place.at());
 }
 
 Result<void> DiskFileActions::createFolder(const Location &folder)

@@ -20,6 +20,11 @@ public:
     virtual Result<void> flush(const Location &location) = 0;
     /// As `removeOwnCopy`.
     virtual Result<void> removeOwnCopy(const Location &location) = 0;
+    /// As `removeCopied`.
+    virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied) = 0;
+    /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
+    /// user's own yes to exactly that; never for an assistant.
+    virtual Result<void> removeForGood(const Location &entry) = 0;
     /// Creates one folder; `errc::file_exists` where anything has the name.
     virtual Result<void> createFolder(const Location &folder) = 0;
     /// Removes one folder if it is empty (`errc::directory_not_empty` else), never more.
@@ -33,6 +38,8 @@ public:
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
     Result<void> removeOwnCopy(const Location &location) override;
+    Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied) override;
+    Result<void> removeForGood(const Location &entry) override;
     Result<void> createFolder(const Location &folder) override;
     Result<void> removeEmptyFolder(const Location &folder) override;
 };

@@ -40,6 +40,16 @@ Result<void> FaultyFileActions::removeOwnCopy(const Location &location)
     return m_plan.change<void>([&] { return m_real.removeOwnCopy(location); });
 }
 
+Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &source, const CopiedEntries &copied)
+{
+    return m_plan.change<std::vector<Location>>([&] { return m_real.removeCopied(source, copied); });
+}
+
+Result<void> FaultyFileActions::removeForGood(const Location &entry)
+{
+    return m_plan.change<void>([&] { return m_real.removeForGood(entry); });
+}
+
 Result<void> FaultyFileActions::createFolder(const Location &folder)
 {
     return m_plan.change<void>([&] { return m_real.createFolder(folder); });
