@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+#include "Disk/FileActions.h"
+#include "System/Clock.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace brellin {
+
+/// The `.brellin-kopie-…` entries in `folder` that no living transfer is working on, on this machine or, as far as one can
+/// see, elsewhere: incomplete copies that a crash left. Reads only; called on a worker when the folder is visited.
+std::vector<Location> transferLeftovers(const Location &folder, const Location &logs, const Clock &clock);
+
+/// Removes such entries for good, on the user's yes, each only if it is still one. Gives a line for each that stays.
+QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
+                                    FileActions &files);
+
+} // namespace brellin

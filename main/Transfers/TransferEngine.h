@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Transfers/TransferRecord.h"
+#include "Transfers/TransferServices.h"
+#include "Transfers/TransferState.h"
+#include "Transfers/TransferStep.h"
+
+#include <vector>
+
+namespace brellin {
+
+/// Carries out planned steps, on the calling thread (a worker) and without any state of its own.
+///
+/// A copy grows under a hidden name in its destination's folder, so that a name there always means the old entry or the
+/// complete new one. What it replaces goes into the Trash only once the new one is complete, and comes back if the last
+/// rename fails. A move across volumes is a copy that is flushed to the disk before what was copied, and nothing else, is
+/// removed from the source.
+class TransferEngine {
+public:
+    explicit TransferEngine(const TransferServices &services) : m_services(services) {}
+
+    /// An entry with everything in it; links are not followed. What cannot be read counts as nothing.
+    static TransferSize measure(const Location &entry, const JobControl *control = nullptr);
+
+    /// A failed step is reported by a line and the next one follows; a cancel ends the run. `sizes` are those of the steps
+    /// where they are known already.
+    TransferOutcome run(const std::vector<TransferStep> &steps, TransferKind kind, TransferState &state,
+                        const std::vector<TransferSize> &sizes = {}) const;
+
+    /// Copies one entry with all its metadata to a place that must not exist; on failure or cancel nothing of it stays.
+    /// `copied` takes down what was copied.
+    Result<CopyReport> copy(const Location &source, const Location &destination, TransferState &state,
+                            CopiedEntries *copied = nullptr) const;
+
+    /// Puts an entry that is being replaced into the Trash and gives its place there. Where that fails and `step` allows it,
+    /// removes it for good (nothing is given then), else fails with the entry untouched. Refuses to touch an entry that is,
+    /// or holds, the source or the destination folder.
+    Result<std::optional<Location>> discard(const TransferStep &step) const;
+
+private:
+    const TransferServices &m_services;
+};
+
+/// The first free name for `name` in `folder`: itself, "Name (2).pdf", "Name (3).pdf" …; none of `taken`.
+Location uniqueURL(const std::string &name, const Location &folder, const std::vector<Location> &taken = {});
+
+} // namespace brellin
