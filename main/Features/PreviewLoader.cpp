@@ -41,7 +41,7 @@ void PreviewLoader::show(const std::optional<Location> &entry)
         return;
     }
     const bool same = m_wish && m_wish->entry == *entry;
-    m_wish = PreviewWish{*entry, same ? m_wish->page : 0, m_side, true};
+    m_wish = PreviewWish{*entry, same ? m_wish->page : 0, m_side, true, m_clock.now()};
     load();
 }
 
@@ -82,7 +82,7 @@ void PreviewLoader::load()
     }
     m_job = std::make_unique<Job<PreviewContent>>();
     m_job->start(
-        pool(), [wish = *m_wish, now = m_clock.now()](JobControl &) { return beginPreview(wish, now); },
+        pool(), [wish = *m_wish](JobControl &) { return beginPreview(wish); },
         [this](const PreviewContent &basics) { begun(basics); });
 }
 

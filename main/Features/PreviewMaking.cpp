@@ -198,8 +198,9 @@ void Completing::addNewest()
     const Result<WalkOutcome> walked = walkParallel(m_wish.entry, options, look, &m_control);
     if (!walked || newest == std::numeric_limits<std::int64_t>::min())
         return;
-    const QString date = longDateTime(Instant(Instant::duration(newest)));
-    m_content.facts.insert(m_content.facts.begin() + 1, {QStringLiteral("Neuestes"), date, {}});
+    const Instant when{Instant::duration(newest)};
+    m_content.facts.insert(m_content.facts.begin() + 1,
+                           {QStringLiteral("Neuestes"), recentDate(when, m_wish.now), longDateTime(when)});
 }
 
 void Completing::addTarget()
@@ -212,11 +213,11 @@ void Completing::addTarget()
 
 } // namespace
 
-PreviewContent beginPreview(const PreviewWish &wish, Instant now)
+PreviewContent beginPreview(const PreviewWish &wish)
 {
     const Result<FileAttributes> attributes = readAttributes(wish.entry);
     if (attributes)
-        return previewBasics(wish.entry, *attributes, now);
+        return previewBasics(wish.entry, *attributes, wish.now);
     PreviewContent content;
     content.state = PreviewContent::State::Failed;
     content.entry = wish.entry;

@@ -13,12 +13,13 @@ struct PreviewWish {
     int page = 0;   ///< of a document, from 0
     int side = 512; ///< the longest side of a picture, in device pixels
     bool countsFolders = true;
+    Instant now; ///< for "heute"
 
     bool operator==(const PreviewWish &) const = default;
 };
 
 /// The first part: name and attributes. Blocking, as the second is: called on workers only.
-PreviewContent beginPreview(const PreviewWish &wish, Instant now);
+PreviewContent beginPreview(const PreviewWish &wish);
 
 /// The second part: puts what the entry holds to what `beginPreview` has found, which may take a while. What comes back after a
 /// cancel is of no use. Once `control` is cancelled, the decoder is not touched any more.

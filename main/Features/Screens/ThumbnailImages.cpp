@@ -1,5 +1,6 @@
 #include "Features/Screens/ThumbnailImages.h"
 
+#include "Features/Screens/ThumbnailPixels.h"
 #include "Features/Thumbnails.h"
 #include "System/FileLock.h"
 
@@ -47,13 +48,6 @@ struct Wanted {
     Instant modified;
     int side = 0;
 };
-
-QImage imageOf(const DecodedPicture &picture)
-{
-    const auto *bytes = reinterpret_cast<const uchar *>(picture.pixels.constData());
-    const QImage::Format format = picture.opaque ? QImage::Format_RGBX8888 : QImage::Format_RGBA8888;
-    return QImage(bytes, picture.width, picture.height, qsizetype(picture.width) * 4, format).copy();
-}
 
 /// On a worker: the picture of a thumbnail, no larger than `side`.
 QImage loaded(const Thumbnail &thumbnail, int side)

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Features/PreviewContent.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QGridLayout;
+
+namespace brellin {
+
+class TextLabel;
+
+/// Labels and values in two columns.
+class PreviewFactList : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PreviewFactList(QWidget *parent);
+
+    void setFacts(const std::vector<PreviewFact> &facts);
+
+private:
+    struct Row {
+        TextLabel *label;
+        TextLabel *value;
+    };
+    void addRow();
+
+    QGridLayout *m_grid;
+    std::vector<Row> m_rows; ///< made when they are needed first, hidden when not
+};
+
+} // namespace brellin

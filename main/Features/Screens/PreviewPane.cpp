@@ -1,0 +1,179 @@
+#include "Features/Screens/PreviewPane.h"
+
+#include "Features/PreviewLoader.h"
+#include "Features/Screens/PreviewCard.h"
+#include "Features/Screens/PreviewFactList.h"
+#include "Features/Screens/PreviewHint.h"
+#include "Features/Screens/PreviewTagRow.h"
+#include "Look/Buttons.h"
+#include "Look/Cards.h"
+#include "Look/Labels.h"
+#include "Look/Theme.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace brellin {
+
+namespace {
+
+constexpr double paneWidth = 262;
+constexpr double margin = 18;
+
+/// A name may be one long word: it may break behind what separates its parts, and anywhere if need be.
+QString breakable(const QString &name)
+{
+    constexpr qsizetype longestPart = 22;
+    QString result;
+    qsizetype part = 0;
+    for (const QChar letter : name) {
+        result += letter;
+        part = letter.isSpace() ? 0 : part + 1;
+        const bool separates = letter == u'_' || letter == u'-' || letter == u'.';
+        if ((separates && part > 3) || (part >= longestPart && !letter.isSurrogate())) {
+            result += QChar(0x200B);
+            part = 0;
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+PreviewPane::PreviewPane(PreviewLoader &loader, QWidget *parent)
+    : QScrollArea(parent)
+    , m_loader(loader)
+    , m_line(new Separator(Qt::Vertical, this))
+    , m_whole(new QWidget(this))
+    , m_empty(new EmptyState(QStringLiteral("eye"), QStringLiteral("Nichts ausgewählt"), {}, m_whole))
+    , m_card(new PreviewCard(m_whole))
+    , m_pages(new QWidget(m_whole))
+    , m_name(new TextLabel({}, Token::Text, 1.08, QFont::DemiBold, m_whole))
+    , m_summary(new TextLabel({}, Token::Secondary, 1, QFont::Normal, m_whole))
+    , m_facts(new PreviewFactList(m_whole))
+    , m_tags(new PreviewTagRow(m_whole))
+    , m_hint(new PreviewHint(QStringLiteral("wand.and.sparkles"), m_whole))
+{
+    setObjectName(QStringLiteral("vorschau"));
+    setAccessibleName(QStringLiteral("Vorschaufenster"));
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidgetResizable(true);
+    setViewportMargins(1, 0, 0, 0);
+    setMinimumWidth(scaled(200));
+    m_name->setObjectName(QStringLiteral("vorschau.name"));
+    m_summary->setObjectName(QStringLiteral("vorschau.art"));
+    m_hint->setObjectName(QStringLiteral("vorschau.hinweis"));
+    m_name->setWordWrap(true);
+    m_summary->setWordWrap(true);
+    m_hint->hide();
+
+    auto *const outer = new QVBoxLayout(m_whole);
+    const int beside = scaled(margin);
+    const int shadow = shadowReach();
+    outer->setContentsMargins(0, beside - shadow, 0, beside);
+    outer->setSpacing(0);
+    auto *const cardRow = new QVBoxLayout;
+    cardRow->setContentsMargins(beside - shadow, 0, beside - shadow, 0);
+    cardRow->addWidget(m_card);
+    outer->addLayout(cardRow);
+    auto *const column = new QVBoxLayout;
+    column->setContentsMargins(beside, 0, beside, 0);
+    column->setSpacing(0);
+    buildPages(*column);
+    column->addWidget(m_name);
+    column->addSpacing(scaled(3));
+    column->addWidget(m_summary);
+    column->addSpacing(scaled(16));
+    column->addWidget(m_facts);
+    column->addSpacing(scaled(14));
+    column->addWidget(m_tags);
+    column->addSpacing(scaled(12));
+    column->addWidget(m_hint);
+    outer->addLayout(column);
+    outer->addWidget(m_empty, 1);
+    outer->addStretch(1);
+    setWidget(m_whole);
+
+    connect(m_card, &PreviewCard::sideWanted, this, [this](int side) { m_loader.setSide(side); });
+    connect(m_tags, &PreviewTagRow::toggled, this, &PreviewPane::tagToggled);
+    m_loader.content.observe(this, [this](const PreviewContent &content) { showContent(content); });
+    showContent(m_loader.content.get());
+}
+
+void PreviewPane::buildPages(QVBoxLayout &column)
+{
+    auto *const row = new QHBoxLayout(m_pages);
+    row->setContentsMargins(0, 0, 0, scaled(8));
+    m_back = new SymbolButton(QStringLiteral("chevron-left"), QStringLiteral("Vorige Seite"),
+                              QStringLiteral("vorschau.vorigeSeite"), m_pages);
+    m_forward = new SymbolButton(QStringLiteral("chevron-right"), QStringLiteral("Nächste Seite"),
+                                 QStringLiteral("vorschau.naechsteSeite"), m_pages);
+    m_page = new TextLabel({}, Token::Secondary, 0.92, QFont::Normal, m_pages);
+    m_page->setObjectName(QStringLiteral("vorschau.seite"));
+    row->addStretch(1);
+    row->addWidget(m_back);
+    row->addWidget(m_page);
+    row->addWidget(m_forward);
+    row->addStretch(1);
+    column.addWidget(m_pages);
+    const auto turn = [this](int by) {
+        if (const auto *page = std::get_if<PreviewPage>(&m_loader.content.get().body))
+            m_loader.showPage(page->page + by);
+    };
+    connect(m_back, &QAbstractButton::clicked, this, [turn] { turn(-1); });
+    connect(m_forward, &QAbstractButton::clicked, this, [turn] { turn(1); });
+}
+
+void PreviewPane::showContent(const PreviewContent &content)
+{
+    const bool any = content.state != PreviewContent::State::Empty;
+    for (QWidget *part : std::initializer_list<QWidget *>{m_card, m_name, m_summary, m_facts, m_tags})
+        part->setVisible(any);
+    m_empty->setVisible(!any);
+    m_hint->setVisible(any && !m_hint->accessibleName().isEmpty());
+    showPages(content);
+    if (!any)
+        return;
+    m_card->setContent(content);
+    m_name->setText(breakable(content.name));
+    m_name->setAccessibleName(content.name);
+    m_name->setToolTip(shown(content.entry));
+    m_summary->setText(content.summary);
+    m_facts->setFacts(content.facts);
+}
+
+void PreviewPane::showPages(const PreviewContent &content)
+{
+    const auto *page = std::get_if<PreviewPage>(&content.body);
+    m_pages->setVisible(page && page->pages > 1);
+    if (!page)
+        return;
+    m_page->setText(QStringLiteral("Seite %1 von %2").arg(page->page + 1).arg(page->pages));
+    m_back->setEnabled(page->page > 0);
+    m_forward->setEnabled(page->page + 1 < page->pages);
+}
+
+void PreviewPane::setTags(const QStringList &tags)
+{
+    m_tags->setTags(tags);
+}
+
+void PreviewPane::setHint(const QString &hint)
+{
+    m_hint->setText(hint);
+    m_hint->setVisible(!hint.isEmpty() && m_loader.content.get().state != PreviewContent::State::Empty);
+}
+
+QSize PreviewPane::sizeHint() const
+{
+    return {scaled(paneWidth), scaled(560)};
+}
+
+void PreviewPane::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    m_line->setGeometry(0, 0, 1, height());
+}
+
+} // namespace brellin
