@@ -159,6 +159,37 @@ class NameSearch(Contest):
         return seconds_of(self.their_command)
 
 
+class PaneList(Contest):
+    """Everything that rows show is read, tags too, and sorted; the peer leaves the order as it is and writes its lines."""
+
+    title = "listing and sorting a folder of 100,000 files"
+    peer = "ls -lU"
+
+    def make(self):
+        make_flat(self.folder / "flat", self.count(100_000), 10)
+        self.our_command = [self.bin / "ListFolder", self.folder / "flat"]
+        self.their_command = ["ls", "-lU", self.folder / "flat"]
+        ours = int(output_of(self.our_command))
+        theirs = output_of(self.their_command).count(b"\n") - 1
+        require(ours == theirs, f"we listed {ours} entries of {theirs}")
+
+    def ours(self):
+        return seconds_of(self.our_command)
+
+    def theirs(self):
+        return seconds_of(self.their_command)
+
+
+class PaneSearch(NameSearch):
+    title = "search in a folder, 200,000 files in 2,000 folders"
+
+    def make(self):
+        super().make()
+        self.our_command = [self.bin / "SearchFolder", self.folder / "tree", "rechnung"]
+        found = [sorted(output_of(command).splitlines()) for command in (self.our_command, self.their_command)]
+        require(found[0] == found[1] and found[0], "different hits")
+
+
 class Rules(Contest):
     title = "ten rules over 100,000 files"
     peer = "find -printf '%s %T@ %p'"
@@ -335,6 +366,35 @@ class DuplicatesRdfind(Duplicates):
         return ["rdfind", "-checksum", "sha256", "-dryrun", "true", "-makeresultsfile", "false", self.tree]
 
 
+class FolderSize(Contest):
+    """We count bytes of content, the peer the room on the disk and with folders: what both do is to look at every entry."""
+
+    title = "size of a folder of 200,000 files"
+    peer = "du -s"
+    aim = 0.7
+
+    def make(self):
+        count = self.count(200_000)
+        folders = max(1, count // 200)
+        tree = self.folder / "tree"
+        for number in range(folders):
+            (tree / f"Ordner {number % 40}" / f"Ordner {number}").mkdir(parents=True)
+        for number in range(count):
+            place = tree / f"Ordner {number % folders % 40}" / f"Ordner {number % folders}"
+            (place / f"Datei {number}").write_bytes(b"z" * (number % 7))
+        self.our_command = [self.bin / "FolderSize", tree]
+        self.their_command = ["du", "-s", tree]
+        told = output_of(self.our_command).split()
+        require([int(one) for one in told] == [sum(number % 7 for number in range(count)), count],
+                f"we counted {told}")
+
+    def ours(self):
+        return seconds_of(self.our_command)
+
+    def theirs(self):
+        return seconds_of(self.their_command)
+
+
 class CopySmall(Copy):
     title = "copying 20,000 small files"
 
@@ -357,8 +417,9 @@ class CopyBig(Copy):
         require(target.stat().st_size == (self.folder / "source").stat().st_size, "the copy is not complete")
 
 
-CONTESTS = {"search": NameSearch, "rules": Rules, "digest": Digest, "moves": Moves, "copy": CopySmall, "big": CopyBig,
-            "jdupes": DuplicatesJdupes, "rmlint": DuplicatesRmlint, "rdfind": DuplicatesRdfind}
+CONTESTS = {"search": NameSearch, "liste": PaneList, "suchen": PaneSearch, "groesse": FolderSize, "rules": Rules, "digest": Digest, "moves": Moves,
+            "copy": CopySmall, "big": CopyBig, "jdupes": DuplicatesJdupes, "rmlint": DuplicatesRmlint,
+            "rdfind": DuplicatesRdfind}
 
 
 # -- printing ---------------------------------------------------------------------------------------------------------
