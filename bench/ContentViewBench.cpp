@@ -1,0 +1,109 @@
+#include "ContentView/ItemOrder.h"
+#include "ContentView/Listing.h"
+#include "ContentView/RowDifference.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include <malloc.h>
+
+using namespace brellin;
+
+namespace {
+
+/// A folder of empty files, removed at the end.
+class FlatFolder {
+public:
+    explicit FlatFolder(int files)
+        : m_root(std::filesystem::temp_directory_path() / ("brellin-bench-list-" + std::to_string(files)))
+    {
+        std::filesystem::create_directories(m_root);
+        for (int i = 0; i < files; ++i)
+            std::ofstream(m_root / ("Datei " + std::to_string(i) + ".txt"));
+    }
+    ~FlatFolder() { std::filesystem::remove_all(m_root); }
+    FlatFolder(const FlatFolder &) = delete;
+    FlatFolder &operator=(const FlatFolder &) = delete;
+
+    const Location &root() const { return m_root; }
+
+private:
+    Location m_root;
+};
+
+/// Entries with names, sizes and times as a busy folder has them.
+FileItems someItems(int count)
+{
+    std::mt19937 random(1);
+    const auto folder = std::make_shared<const std::string>("/ordner");
+    constexpr std::array kinds{"txt", "pdf", "jpg", "zip"};
+    std::vector<FileItem> items;
+    for (int i = 0; i < count; ++i) {
+        FileItem item;
+        item.folder = folder;
+        item.nameBytes = "Datei " + std::to_string(random() % 1'000'000) + "." + kinds[random() % kinds.size()];
+        item.size = static_cast<std::int64_t>(random() % 1'000'000);
+        item.modified = Instant(std::chrono::seconds(random()));
+        item.kind = kindOfFile(item.nameBytes);
+        items.push_back(std::move(item));
+    }
+    return FileItems(std::move(items));
+}
+
+void readAndSort(benchmark::State &state)
+{
+    const FlatFolder folder(static_cast<int>(state.range(0)));
+    const SystemVolumes volumes;
+    for (auto _ : state) {
+        const Listing listing = readListing(folder.root(), HiddenEntries::LeftOut, volumes);
+        benchmark::DoNotOptimize(displayed(listing.items, {}));
+    }
+}
+BENCHMARK(readAndSort)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void memoryOfAnEntry(benchmark::State &state)
+{
+    const FlatFolder folder(static_cast<int>(state.range(0)));
+    const SystemVolumes volumes;
+    double bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
+        const Listing listing = readListing(folder.root(), HiddenEntries::LeftOut, volumes);
+        const DisplayedItems rows = displayed(listing.items, {});
+        bytes = static_cast<double>(::mallinfo2().uordblks + ::mallinfo2().hblkhd - before);
+    }
+    state.counters["bytes"] = bytes / static_cast<double>(state.range(0));
+}
+BENCHMARK(memoryOfAnEntry)->Arg(100'000)->Iterations(1);
+
+/// What a click on a column's head costs.
+void sortAgain(benchmark::State &state, SortKey key)
+{
+    const FileItems items = someItems(static_cast<int>(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(displayed(items, {.order = {{key, SortDirection::Descending}}}));
+}
+BENCHMARK_CAPTURE(sortAgain, name, SortKey::Name)->Arg(20'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(sortAgain, size, SortKey::Size)->Arg(20'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(sortAgain, modified, SortKey::Modified)->Arg(20'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(sortAgain, kind, SortKey::Kind)->Arg(20'000)->Unit(benchmark::kMillisecond);
+
+/// A refresh that brings one new entry.
+void differenceOfOne(benchmark::State &state)
+{
+    const FileItems items = someItems(static_cast<int>(state.range(0)));
+    std::vector<FileItem> more(items.begin(), items.end());
+    more.push_back(items[0]);
+    more.back().nameBytes = "Neu";
+    const DisplayedItems before = displayed(items, {});
+    const DisplayedItems after = displayed(FileItems(std::move(more)), {});
+    for (auto _ : state)
+        benchmark::DoNotOptimize(difference(before, after));
+}
+BENCHMARK(differenceOfOne)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+} // namespace

@@ -1,0 +1,17 @@
+#include "ContentView/FolderSearch.h"
+
+#include <cstdio>
+
+using namespace brellin;
+
+/// Searches below a folder as a pane does and prints what it found: SearchFolder FOLDER TEXT
+int main(int count, char **words)
+{
+    if (count != 3)
+        return 2;
+    const FolderSearchResult result =
+        searchFolder(standardised(words[1]), QString::fromUtf8(words[2]), HiddenEntries::Shown);
+    for (const FileItem &item : result.items)
+        std::puts(item.path().c_str());
+    return result.error ? 1 : 0;
+}
