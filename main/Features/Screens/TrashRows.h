@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Features/TrashList.h"
+
+#include <QAbstractTableModel>
+#include <QSortFilterProxyModel>
+
+namespace brellin {
+
+/// What lies in the Trash, as a table. A new reading leads what is selected to where it is now.
+class TrashRows : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    enum Column { Name, Place, Deleted, Size, columns };
+    /// What a column is sorted by.
+    enum Role { SortKey = Qt::UserRole };
+
+    TrashRows(TrashList &trash, QObject *parent);
+
+    const TrashItem &item(const QModelIndex &index) const { return m_items[static_cast<std::size_t>(index.row())]; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    void follow(const std::vector<TrashItem> &next);
+    QString text(const TrashItem &item, int column) const;
+    QVariant sortKey(const TrashItem &item, int column) const;
+
+    std::vector<TrashItem> m_items;
+};
+
+/// Sorted as people sort, and reduced to the names and places that hold a text.
+class TrashOrder : public QSortFilterProxyModel {
+    Q_OBJECT
+public:
+    explicit TrashOrder(TrashRows &rows, QObject *parent);
+    void setWanted(const QString &text);
+
+protected:
+    bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
+    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
+
+private:
+    TrashRows &m_rows;
+    QString m_wanted; ///< folded
+};
+
+} // namespace brellin
