@@ -1,0 +1,100 @@
+#include "Places/DiskBus.h"
+#include "Places/UDisksService.h"
+
+#include "Support/WaitUntil.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVirtualObject>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+using Interfaces = QMap<QString, QVariantMap>;
+
+/// Stands on a bus of its own where UDisks2 would, with one stick.
+class FakeDisks : public QDBusVirtualObject {
+public:
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        if (message.member() == QStringLiteral("GetManagedObjects")) {
+            connection.send(message.createReply(QVariant::fromValue(objects())));
+        } else {
+            calls += message.path() + u' ' + message.interface() + u' ' + message.member() + u' ' + message.signature();
+            connection.send(message.createErrorReply(QStringLiteral("org.freedesktop.UDisks2.Error.DeviceBusy"),
+                                                     QStringLiteral("target is busy")));
+        }
+        return true;
+    }
+    QStringList calls;
+
+private:
+    static QMap<QDBusObjectPath, Interfaces> objects()
+    {
+        const QDBusObjectPath drive(QStringLiteral("/org/freedesktop/UDisks2/drives/stick"));
+        const QVariantMap block{{u"Device"_qs, QByteArray("/dev/sdb1\0", 10)},
+                                {u"IdLabel"_qs, u"Größe"_qs},
+                                {u"Drive"_qs, QVariant::fromValue(drive)},
+                                {u"CryptoBackingDevice"_qs, QVariant::fromValue(QDBusObjectPath(u"/"_qs))},
+                                {u"HintSystem"_qs, false}};
+        return {{drive, {{u"org.freedesktop.UDisks2.Drive"_qs, {{u"Removable"_qs, true}, {u"Ejectable"_qs, false}}}}},
+                {QDBusObjectPath(u"/org/freedesktop/UDisks2/block/sdb1"_qs),
+                 {{u"org.freedesktop.UDisks2.Block"_qs, block}}}};
+    }
+};
+
+/// The main thread answers for the service while a worker asks it.
+template <class Work>
+auto onWorker(Work work)
+{
+    auto result = std::async(std::launch::async, std::move(work));
+    EXPECT_TRUE(waitUntil([&] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    return result.get();
+}
+
+} // namespace
+
+TEST(DiskBusTest, readsAndCallsOverARealBus)
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+        GTEST_SKIP() << "no dbus-daemon here";
+    QProcess daemon;
+    daemon.start(QStringLiteral("dbus-daemon"), {u"--session"_qs, u"--nofork"_qs, u"--print-address"_qs});
+    ASSERT_TRUE(waitUntil([&] { return daemon.canReadLine(); }));
+    const QByteArray address = daemon.readLine().trimmed();
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.constData(), 1);
+
+    qDBusRegisterMetaType<Interfaces>();
+    qDBusRegisterMetaType<QMap<QDBusObjectPath, Interfaces>>();
+    FakeDisks disks;
+    {
+        QDBusConnection bus = QDBusConnection::connectToBus(QString::fromLatin1(address), QStringLiteral("disks"));
+        ASSERT_TRUE(bus.registerVirtualObject(QStringLiteral("/org"), &disks, QDBusConnection::SubPath));
+        ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.UDisks2")));
+    }
+    SystemDiskBus bus;
+    UDisksService service(bus);
+    const auto facts = onWorker([&] { return service.facts(); });
+    ASSERT_TRUE(facts) << qPrintable(facts.error().message);
+    EXPECT_EQ(*facts, (std::map<std::string, DiskFacts>{{"/dev/sdb1", {QStringLiteral("Größe"), true, false}}}));
+    const auto ejected = onWorker([&] { return service.eject("/dev/sdb1"); });
+    ASSERT_FALSE(ejected);
+    EXPECT_TRUE(ejected.error().is(std::errc::device_or_resource_busy));
+    EXPECT_EQ(disks.calls,
+              QStringList{u"/org/freedesktop/UDisks2/block/sdb1 org.freedesktop.UDisks2.Filesystem Unmount a{sv}"_qs});
+    QDBusConnection::disconnectFromBus(QStringLiteral("disks"));
+    daemon.terminate();
+    daemon.waitForFinished();
+}
