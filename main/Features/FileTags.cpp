@@ -1,9 +1,11 @@
 #include "Features/FileTags.h"
 
+#include "Disk/FileAttributes.h"
 #include "Features/TagStore.h"
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <string>
 
 namespace brellin::FileTags {
@@ -169,7 +171,13 @@ Result<void> toggle(const QString &tag, const std::vector<Location> &entries)
 
 Result<void> removeAll(const std::vector<Location> &entries)
 {
-    return changeAll(entries, [](RawTags &tags) { tags.clear(); });
+    // A link has none to be taken.
+    std::vector<Location> carriers;
+    std::ranges::copy_if(entries, std::back_inserter(carriers), [](const Location &entry) {
+        const Result<FileAttributes> attributes = readAttributes(entry);
+        return !attributes || !attributes->isLink();
+    });
+    return changeAll(carriers, [](RawTags &tags) { tags.clear(); });
 }
 
 } // namespace brellin::FileTags

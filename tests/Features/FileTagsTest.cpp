@@ -92,7 +92,7 @@ TEST_F(FileTagsTest, keepsForeignTagsByteForByteAndRemovesThemOnlyWhenAsked)
     store("a.txt", "caf\xE9,Projekt X,Rot,Red,Rot");
     ASSERT_TRUE(FileTags::toggle(rot, paths({"a.txt"})));
     EXPECT_EQ(raw("a.txt"), "caf\xE9,Projekt X");
-    ASSERT_TRUE(FileTags::removeAll(paths({"a.txt", "b.txt"})));
+    ASSERT_TRUE(FileTags::removeAll(paths({"a.txt", "b.txt", "verweis"})));
     EXPECT_LT(::getxattr(tree.path("a.txt").c_str(), FileTags::attribute, nullptr, 0), 0);
     EXPECT_FALSE(FileTags::add(QStringLiteral("eins,zwei"), paths({"a.txt"})));
     EXPECT_EQ(raw("a.txt"), "");
