@@ -110,6 +110,8 @@ public:
     void setItemFilter(ItemFilter filter);
     /// The rows that are on the screen: the sizes of their folders are counted first.
     void setVisibleRows(std::size_t first, std::size_t count);
+    /// Whether `errorMessage` says why the folder cannot be read: it then stands in place of the list.
+    bool readFailed() const { return m_readFailed; }
     /// Takes away a message about something that failed (not that the folder cannot be read).
     void dismissError();
 

@@ -111,8 +111,8 @@ void BrowserModel::applyOutcome(const Listing &listing)
         return;
     }
     const QString &error = listing.error->message;
-    publish(errorMessage, std::optional(isTrash ? unreadableTrashText(error) : unreadableFolderText(error)));
     m_readFailed = true;
+    publish(errorMessage, std::optional(isTrash ? unreadableTrashText(error) : unreadableFolderText(error)));
     m_watcher.reset(); // nothing is heard of a folder that is not there; a refresh watches again
 }
 
@@ -122,8 +122,8 @@ void BrowserModel::showNotAnswering()
     m_listing = {};
     m_listed = current.get();
     m_watcher.reset();
-    publish(errorMessage, std::optional(notAnsweringText(current.get())));
     m_readFailed = true;
+    publish(errorMessage, std::optional(notAnsweringText(current.get())));
     if (showsListing())
         showListing();
 }

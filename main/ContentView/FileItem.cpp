@@ -75,7 +75,7 @@ Result<FileItem> FileItem::at(const Location &location)
     ListedEntry entry{.name = name, .attributes = TRY(readAttributes(place)), .linkTarget = {}};
     entry.hidden = isDotName(name);
     if (entry.attributes.isLink())
-        entry.link = linkTarget(place, entry.linkTarget);
+        entry.link = LinkTargets().examine(place, entry.linkTarget);
     FileItem item = fileItem(std::make_shared<const std::string>(place.parent_path().native()), entry);
     if (entry.link == LinkState::None)
         item.tags = FileTags::tagsFromBytes(FileTags::rawTags(place));

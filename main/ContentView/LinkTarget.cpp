@@ -1,7 +1,5 @@
 #include "ContentView/LinkTarget.h"
 
-#include "Disk/MountTable.h"
-
 #include <system_error>
 
 namespace brellin {
@@ -9,13 +7,6 @@ namespace brellin {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool isOnNetwork(const Location &location)
-{
-    const std::vector<Mount> table = currentMountTable();
-    const Mount *const mount = mountHolding(table, location.native());
-    return mount != nullptr && isNetworkFileSystem(mount->fileSystem);
-}
 
 EntryKind kindOf(const fs::file_status &status)
 {
@@ -31,7 +22,15 @@ EntryKind kindOf(const fs::file_status &status)
 
 } // namespace
 
-LinkState linkTarget(const Location &link, FileAttributes &target)
+bool LinkTargets::isOnNetwork(const Location &location)
+{
+    if (!m_mounts)
+        m_mounts = currentMountTable();
+    const Mount *const mount = mountHolding(*m_mounts, location.native());
+    return mount != nullptr && isNetworkFileSystem(mount->fileSystem);
+}
+
+LinkState LinkTargets::examine(const Location &link, FileAttributes &target)
 {
     std::error_code error;
     const Location text = fs::read_symlink(link, error);

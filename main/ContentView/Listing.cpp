@@ -64,13 +64,14 @@ private:
     void readEntries(std::span<const std::string_view> names, std::span<FileItem> items) const
     {
         EntryAttribute tags(*m_path, FileTags::attribute);
+        LinkTargets links;
         for (std::size_t i = 0; i < names.size(); ++i) {
             ListedEntry entry{.name = names[i], .attributes = {}, .linkTarget = {}};
             if (!m_folder.readAttributes(names[i].data(), Attribute::Size | Attribute::Modified, entry.attributes))
                 continue;
             entry.hidden = isHidden(entry.name);
             if (entry.attributes.isLink())
-                entry.link = linkTarget(Location(*m_path) / entry.name, entry.linkTarget);
+                entry.link = links.examine(Location(*m_path) / entry.name, entry.linkTarget);
             items[i] = fileItem(m_path, entry);
             if (const std::string_view value = tags.read(entry.name); !value.empty() && !entry.attributes.isLink())
                 items[i].tags = FileTags::tagsFromBytes(value);
