@@ -49,6 +49,7 @@ QScrollArea *scrolling(QWidget *inner, QWidget *parent)
 {
     auto *const area = new QScrollArea(parent);
     area->setWidget(inner);
+    inner->setAutoFillBackground(false); // setWidget has switched it on
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFocusPolicy(Qt::NoFocus);
