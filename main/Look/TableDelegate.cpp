@@ -26,6 +26,24 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, const QM
                          color(active ? Token::Accent : Token::FieldBorder));
 }
 
+/// Where the keys are, unless the selection shows it already.
+void paintRing(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    const auto *const view = qobject_cast<const QTreeView *>(option.widget);
+    if (!view || !view->hasFocus() || view->currentIndex().siblingAtColumn(0) != index.siblingAtColumn(0) ||
+        option.state & QStyle::State_Selected)
+        return;
+    const QRect cell = option.rect;
+    const QColor ink = color(Token::Accent);
+    painter.fillRect(QRect(cell.left(), cell.top(), cell.width(), 2), ink);
+    painter.fillRect(QRect(cell.left(), cell.bottom() - 1, cell.width(), 2), ink);
+    const int place = view->header()->visualIndex(index.column());
+    if (place == 0)
+        painter.fillRect(QRect(cell.left(), cell.top(), 2, cell.height()), ink);
+    if (place == view->header()->count() - 1)
+        painter.fillRect(QRect(cell.right() - 1, cell.top(), 2, cell.height()), ink);
+}
+
 /// Gives what is left for the text.
 QRect paintDecoration(QPainter &painter, QRect cell, const QModelIndex &index)
 {
@@ -48,6 +66,7 @@ void TableDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 {
     painter->save();
     paintGround(*painter, option, index);
+    paintRing(*painter, option, index);
     const bool first = index.column() == 0;
     const QRect cell = option.rect.adjusted(first ? scaled(14) : scaled(6), 0, -scaled(6), 0);
     const QRect place = paintDecoration(*painter, cell, index);
@@ -69,7 +88,7 @@ void dressTable(QTreeView &view)
     view.setItemDelegate(new TableDelegate(&view));
     view.setRootIsDecorated(false);
     view.setUniformRowHeights(true);
-    view.setAllColumnsShowFocus(true);
+    view.setAllColumnsShowFocus(false);
     view.setSelectionMode(QAbstractItemView::ExtendedSelection);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     view.setContextMenuPolicy(Qt::CustomContextMenu);
@@ -79,6 +98,8 @@ void dressTable(QTreeView &view)
     view.header()->setHighlightSections(false);
     view.header()->setStretchLastSection(false);
     view.header()->setMinimumSectionSize(scaled(60));
+    // The first head stands above its texts.
+    view.header()->setStyleSheet(QStringLiteral("QHeaderView::section:first { padding-left: %1px; }").arg(scaled(14)));
 }
 
 } // namespace brellin
