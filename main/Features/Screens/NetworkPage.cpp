@@ -40,6 +40,15 @@ constexpr AddressKind kinds[] = {
     {u"ftp", u"ftp://server/ordner", u"Ältere Server, ohne Verschlüsselung"},
 };
 
+Card *roomyCard(QWidget *parent)
+{
+    auto *const card = new Card(parent);
+    const int margin = shadowReach() + scaled(18);
+    card->content()->setContentsMargins(margin, margin - scaled(4), margin, margin - scaled(4));
+    card->content()->setSpacing(scaled(10));
+    return card;
+}
+
 } // namespace
 
 struct NetworkPage::Private {
@@ -107,11 +116,16 @@ void NetworkPage::Private::build()
 {
     auto *const inner = new QWidget;
     auto *const column = new QVBoxLayout(inner);
-    column->setContentsMargins(scaled(24), scaled(18), scaled(24), scaled(18));
-    column->setSpacing(scaled(8));
-    column->addWidget(makeTitle(QStringLiteral("Netzwerk"), inner));
-    column->addWidget(makeSecondary(
+    const int margin = scaled(30) - shadowReach();
+    column->setContentsMargins(margin, scaled(22), margin, scaled(18));
+    column->setSpacing(0);
+    auto *const head = new QVBoxLayout;
+    head->setContentsMargins(shadowReach(), 0, shadowReach(), 0);
+    head->setSpacing(scaled(4));
+    head->addWidget(makeTitle(QStringLiteral("Netzwerk"), inner));
+    head->addWidget(makeSecondary(
         QStringLiteral("Verbinde dich mit einem Server; seine Ordner erscheinen dann wie die eigenen."), inner));
+    column->addLayout(head);
     column->addWidget(buildAddress());
     serversCard = buildServers();
     column->addWidget(serversCard);
@@ -123,7 +137,6 @@ void NetworkPage::Private::build()
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFocusPolicy(Qt::NoFocus);
     area->viewport()->setAutoFillBackground(false);
-    inner->setAutoFillBackground(false);
     area->setWidget(inner);
     auto *const whole = new QVBoxLayout(&q);
     whole->setContentsMargins(0, 0, 0, 0);
@@ -132,8 +145,7 @@ void NetworkPage::Private::build()
 
 QWidget *NetworkPage::Private::buildAddress()
 {
-    auto *const card = new Card(&q);
-    card->content()->setSpacing(scaled(10));
+    Card *const card = roomyCard(&q);
     card->content()->addWidget(makeHeading(QStringLiteral("Adresse des Servers"), card));
     auto *const line = new QHBoxLayout;
     line->setSpacing(scaled(8));
@@ -190,7 +202,7 @@ QLayout *NetworkPage::Private::buildKinds(QWidget *parent)
 
 QWidget *NetworkPage::Private::buildServers()
 {
-    auto *const card = new Card(&q);
+    Card *const card = roomyCard(&q);
     card->setObjectName(QStringLiteral("networkRemembered"));
     card->content()->addWidget(makeHeading(QStringLiteral("Gemerkte Server"), card));
     list = new QListView(card);
@@ -307,6 +319,7 @@ void NetworkPage::Private::ask(const std::optional<ServerQuestion> &question)
     connect(sheet, &NetworkQuestionSheet::answered, &q, [this](const ServerAnswer &answer) { servers.answer(answer); });
     connect(sheet, &NetworkQuestionSheet::refused, &q, [this] { servers.cancel(); });
     sheet->open();
+    sheet->focusFirstGap();
 }
 
 void NetworkPage::Private::say(const QString &text)

@@ -169,6 +169,16 @@ void NetworkQuestionSheet::refuse()
     Q_EMIT refused();
 }
 
+void NetworkQuestionSheet::focusFirstGap()
+{
+    for (QLineEdit *const field : {m_user, m_password, m_domain}) {
+        if (field && field->text().isEmpty()) {
+            field->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+}
+
 void NetworkQuestionSheet::withdraw()
 {
     if (m_password)

@@ -15,6 +15,8 @@ class NetworkQuestionSheet : public SheetFrame {
 public:
     NetworkQuestionSheet(const ServerQuestion &question, QWidget *window);
 
+    /// Puts the keys into the first field that is empty, the password before the domain: that is seldom needed.
+    void focusFirstGap();
     /// The question is no longer asked: goes without a word.
     void withdraw();
 

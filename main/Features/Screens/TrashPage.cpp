@@ -79,8 +79,9 @@ void TrashPage::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), color(Token::Window));
-    painter.fillRect(d->stack->geometry(), color(Token::Content));
-    painter.fillRect(QRect(0, d->stack->geometry().top() - 1, width(), 1), color(Token::Line));
+    const QRect list = d->stack->currentWidget()->geometry();
+    painter.fillRect(list, color(Token::Content));
+    painter.fillRect(QRect(0, list.top() - 1, width(), 1), color(Token::Line));
 }
 
 void TrashPage::Private::build()
@@ -113,7 +114,7 @@ void TrashPage::Private::build()
 QLayout *TrashPage::Private::buildHead()
 {
     auto *const head = new QHBoxLayout;
-    head->setContentsMargins(scaled(18), scaled(12), scaled(18), scaled(10));
+    head->setContentsMargins(scaled(14), scaled(12), scaled(14), scaled(10));
     head->setSpacing(scaled(8));
     auto *const titles = new QVBoxLayout;
     titles->setSpacing(scaled(2));
@@ -159,6 +160,8 @@ void TrashPage::Private::buildReport()
 {
     report = new Card(&q);
     report->setObjectName(QStringLiteral("trashReport"));
+    const int margin = shadowReach() + scaled(12);
+    report->content()->setContentsMargins(margin, margin, margin, margin);
     auto *const line = new QHBoxLayout;
     auto *const texts = new QVBoxLayout;
     texts->setSpacing(scaled(4));
