@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/TreeState.h"
 #include "Base/Location.h"
 #include "Disk/FileAttributes.h"
 
@@ -30,9 +31,9 @@ struct AgentProposal {
     /// What the scan saw at `keptCopy`. Nothing: that entry must not go in the source's place.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::optional<FileState> keptSeen = {};
-    /// Of a whole folder: the size of all files in it.
+    /// Of a whole folder: what the scan saw in it; the step fails if that is something else.
     // NOLINTNEXTLINE(readability-redundant-member-init)
-    std::optional<std::int64_t> folderBytes = {};
+    std::optional<TreeState> treeSeen = {};
 
     bool operator==(const AgentProposal &) const = default;
 };

@@ -132,15 +132,16 @@ void Analysis::proposeFolders(const std::vector<FolderFinding> &findings)
 {
     for (const FolderFinding &one : findings) {
         const SurveyedFolder &folder = m_scope.folder(one.folder);
-        propose({.kind = one.destination ? Kind::Move : Kind::Trash,
-                 .source = folder.location,
-                 .destination = one.destination,
-                 .reason = withDoubt(one.reason, folder.usage.scripts ? Doubt::HoldsScripts : Doubt::Doubtful),
-                 .isFolder = true,
-                 .needsReview = true,
-                 .seen = folder.state,
-                 .keptCopy = one.keptCopy,
-                 .folderBytes = folder.usage.bytes});
+        propose(
+            {.kind = one.destination ? Kind::Move : Kind::Trash,
+             .source = folder.location,
+             .destination = one.destination,
+             .reason = withDoubt(one.reason, folder.usage.scripts ? Doubt::HoldsScripts : Doubt::Doubtful),
+             .isFolder = true,
+             .needsReview = true,
+             .seen = folder.state,
+             .keptCopy = one.keptCopy,
+             .treeSeen = TreeState{folder.usage.files + folder.usage.links, folder.usage.bytes, folder.usage.newest}});
     }
 }
 

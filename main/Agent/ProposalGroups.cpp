@@ -43,7 +43,7 @@ std::optional<std::int64_t> bytesOf(const AgentProposal &proposal)
 {
     // The state of a folder says nothing of what is in it.
     if (proposal.isFolder)
-        return proposal.folderBytes;
+        return proposal.treeSeen ? std::optional(proposal.treeSeen->bytes) : std::nullopt;
     return proposal.seen ? std::optional(proposal.seen->size) : std::nullopt;
 }
 

@@ -88,10 +88,10 @@ public:
     /// The first script, other than the entry itself, that names it.
     QString naming(const Entry &entry) const
     {
-        if (!m_all.mention(entry.name))
+        if (!m_all.mentionWhole(entry.name))
             return {};
         for (const Location &script : m_scripts) {
-            if (script.filename() != entry.name && ScriptNames({script}).mention(entry.name))
+            if (script.filename() != entry.name && ScriptNames({script}).mentionWhole(entry.name))
                 return shownName(script);
         }
         return {};

@@ -1,5 +1,6 @@
 #include "Agent/ScriptNames.h"
 
+#include "Base/Location.h"
 #include "Disk/Descriptor.h"
 
 #include <QByteArray>
@@ -41,6 +42,24 @@ std::string composedText(std::string_view bytes)
 {
     const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
     return composed(view.isValidUtf8() ? QString::fromUtf8(view) : QString::fromLatin1(view));
+}
+
+/// Whether a byte goes on a name. Letters beyond ASCII are made of such bytes only.
+bool isOfName(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    const bool letter = (byte | 0x20U) >= 'a' && (byte | 0x20U) <= 'z';
+    return letter || (byte >= '0' && byte <= '9') || byte >= 0x80 || byte == '_' || byte == '-';
+}
+
+/// Whether what stands at a place of the text begins and ends there. A dot belongs to a name that goes on behind it, not to
+/// the end of a sentence.
+bool standsAlone(std::string_view text, std::size_t at, std::size_t length)
+{
+    if (at > 0 && (isOfName(text[at - 1]) || text[at - 1] == '.'))
+        return false;
+    const std::string_view rest = text.substr(at + length);
+    return rest.empty() || !(isOfName(rest[0]) || (rest[0] == '.' && rest.size() > 1 && isOfName(rest[1])));
 }
 
 std::string contentOf(const Location &script)
@@ -106,6 +125,24 @@ bool ScriptNames::contain(std::string_view name) const
 {
     return mayContain(name) &&
            std::ranges::any_of(m_texts, [&](const std::string &text) { return text.find(name) != std::string::npos; });
+}
+
+bool ScriptNames::mentionWhole(std::string_view name) const
+{
+    if (!mention(name))
+        return false;
+    return containWhole(name) || containWhole(composed(shown(name)));
+}
+
+bool ScriptNames::containWhole(std::string_view name) const
+{
+    return std::ranges::any_of(m_texts, [&](const std::string &text) {
+        for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
+            if (standsAlone(text, at, name.size()))
+                return true;
+        }
+        return false;
+    });
 }
 
 } // namespace brellin

@@ -22,10 +22,15 @@ public:
     /// Whether any of them contains this file name. Names of fewer than three characters are not looked for.
     bool mention(std::string_view name) const;
 
+    /// Whether any of them contains it as a whole name, not as a part of a longer one ("alt" in "alt/liste.txt" but not in
+    /// "gestaltung" or "alt.bak").
+    bool mentionWhole(std::string_view name) const;
+
 private:
     void add(std::string text);
     bool mayContain(std::string_view name) const;
     bool contain(std::string_view name) const;
+    bool containWhole(std::string_view name) const;
 
     std::vector<std::string> m_texts;
     /// Which runs of six bytes occur: of nearly every name that no script mentions, one run does not.

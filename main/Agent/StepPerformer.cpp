@@ -25,12 +25,21 @@ Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal) const
     return {};
 }
 
+Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) const
+{
+    if (!proposal.treeSeen)
+        return {};
+    const TreeState now = TRY(TreeState::of(proposal.source, m_control));
+    return now == *proposal.treeSeen ? Result<void>() : Result<void>(failure(AgentError::changedSinceScan()));
+}
+
 Result<JournalStep> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
 {
     if (proposal.kind != Kind::Trash && (!proposal.destination || proposal.destination->empty()))
         return failure(AgentError::noDestination());
     TRY(checkAllowed(proposal));
     TRY(checkUnchanged(proposal));
+    TRY(checkTreeUnchanged(proposal));
     // Of a group of duplicates one must remain, whatever happened to the others since the scan.
     if (proposal.keptCopy && !haveSameContent(proposal.source, *proposal.keptCopy, m_control))
         return failure(m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone());

@@ -21,6 +21,7 @@ public:
 
 private:
     Result<void> checkAllowed(const AgentProposal &proposal) const;
+    Result<void> checkTreeUnchanged(const AgentProposal &proposal) const;
     Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> trash(const AgentProposal &proposal);

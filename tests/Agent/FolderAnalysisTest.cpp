@@ -395,6 +395,7 @@ protected:
         for (const AgentProposal &one : findings.proposals) {
             EXPECT_TRUE(sources.insert(one.source).second) << one.source;
             EXPECT_TRUE(one.seen == FileState::of(readAttributes(one.source).value())) << one.source;
+            EXPECT_TRUE(!one.isFolder || one.treeSeen == TreeState::of(one.source, nullptr).value()) << one.source;
             EXPECT_FALSE(one.preselected && (one.isFolder || one.needsReview)) << one.source;
             EXPECT_FALSE(ProjectRoots(world.home("")).above(one.source)) << one.source;
             EXPECT_TRUE(!one.keptCopy || haveSameContent(one.source, *one.keptCopy)) << one.source;

@@ -263,6 +263,20 @@ TEST_F(RunTest, refusesWhatChangedWhatIsMissingAndWhatIsTheSystems)
     EXPECT_FALSE(world.hasJournals());
 }
 
+TEST_F(RunTest, refusesAFolderInWhichSomethingChangedFurtherDown)
+{
+    world.tree().file("home/Downloads/Alt/Jahr/a.txt", "alt");
+    AgentProposal folder = proposal(Kind::Trash, world.home("Downloads/Alt"));
+    folder.isFolder = true;
+    folder.treeSeen = TreeState::of(folder.source, nullptr).value();
+    world.tree().file("home/Downloads/Alt/Jahr/a.txt", "neu");
+    world.tree().age("home/Downloads/Alt/Jahr/a.txt", world.clock.now());
+    EXPECT_EQ(execute({folder})->failures.size(), 1u);
+    EXPECT_EQ(world.tree().content("home/Downloads/Alt/Jahr/a.txt"), "neu");
+    folder.treeSeen = TreeState::of(folder.source, nullptr).value();
+    EXPECT_EQ(execute({folder})->done.size(), 1u);
+}
+
 TEST_F(RunTest, refusesSpoiledCopiesAndKeepsTheOriginal)
 {
     world.files().afterCopy = [](const Location &, const Location &copy) {
