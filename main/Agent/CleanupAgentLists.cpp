@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
+#include "Agent/AgentError.h"
 #include "Agent/DuplicateSwap.h"
 
 #include <algorithm>
@@ -41,7 +42,7 @@ void CleanupAgent::setGroupChosen(AgentProposal::Kind kind, Tick tick)
 Result<void> CleanupAgent::keepInstead(const QUuid &proposal)
 {
     if (running.get())
-        return failure(status.get());
+        return failure(AgentError::alreadyWorking());
     std::vector<AgentProposal> list = TRY(keepingInstead(proposals.get(), proposal));
     // A rule's proposal may have fallen away.
     std::set<QUuid> ticked;

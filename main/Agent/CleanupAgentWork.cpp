@@ -276,6 +276,7 @@ void CleanupAgent::cancelPendingProfile()
     publish(pendingProfile, std::optional<FolderProfile>());
     m_analysedFolder.reset();
     showProposals({});
+    publish(leftNothing, false);
     publish(status, QStringLiteral("Abgebrochen – ohne Schutzprofil wird ein Software-Projekt nicht aufgeräumt."));
 }
 

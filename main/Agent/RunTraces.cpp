@@ -1,5 +1,7 @@
 #include "Agent/RunTraces.h"
 
+#include "Agent/SystemLocations.h"
+
 #include <set>
 
 namespace brellin {
@@ -21,7 +23,9 @@ std::vector<Location> volumesOf(const Volumes &volumes, const std::vector<Journa
     }
     std::set<Location> tops;
     for (const Location &folder : folders) {
-        if (Result<Location> top = volumes.top(folder))
+        // By the real path, so that it is a folder where a volume is mounted, and none that anybody may remove.
+        const std::optional<Location> resolved = resolvedLocation(folder);
+        if (Result<Location> top = volumes.top(resolved.value_or(folder)))
             tops.insert(*std::move(top));
     }
     return {tops.begin(), tops.end()};

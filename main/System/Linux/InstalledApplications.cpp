@@ -61,7 +61,8 @@ bool InstalledApplications::isUsable(const DesktopEntry &entry) const
 std::optional<DesktopEntry> InstalledApplications::find(const QString &identifier) const
 {
     QString path = withoutEnding(identifier);
-    if (path.isEmpty() || path.contains(u'/'))
+    // Nothing that leads out of the folders of applications.
+    if (path.isEmpty() || path.contains(u'/') || path.contains(QStringLiteral("..")))
         return std::nullopt;
     for (const Location &folder : m_environment.dataFolders) {
         for (QString name = path;;) {
