@@ -56,13 +56,14 @@ void PreviewLoader::showPage(int page)
 void PreviewLoader::setSide(int side)
 {
     side = std::clamp(side, 64, mostPictureSide);
-    if (side == m_side)
-        return;
     m_side = side;
-    if (!m_wish)
+    if (!m_wish || side <= m_wish->side)
         return;
     m_wish->side = side;
-    load();
+    const PreviewBody &body = content.get().body;
+    const bool hasPicture = std::holds_alternative<PreviewPicture>(body) || std::holds_alternative<PreviewPage>(body);
+    if (hasPicture || content.get().state == PreviewContent::State::Loading)
+        load();
 }
 
 QThreadPool &PreviewLoader::pool()

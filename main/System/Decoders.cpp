@@ -7,6 +7,11 @@ namespace {
 /// So many are kept while nobody asks.
 constexpr std::size_t mostIdle = 3;
 
+Failure noVideoProgram()
+{
+    return {QStringLiteral("Für Bilder von Videos ist kein Programm eingerichtet."), {}};
+}
+
 } // namespace
 
 Result<DecodedPicture> Decoder::askForPicture(const DecoderRequest &request, const JobControl *control)
@@ -34,6 +39,8 @@ Result<QByteArray> DecoderProcesses::ask(const DecoderRequest &request, const Jo
 
 Result<QByteArray> DecoderProcesses::askOnce(const DecoderRequest &request, const JobControl *control)
 {
+    if (!m_drawsVideos)
+        return failure(noVideoProgram());
     ProcessRequest running;
     running.program = m_program.native();
     running.arguments = request.arguments;
@@ -46,7 +53,8 @@ Result<QByteArray> DecoderProcesses::askOnce(const DecoderRequest &request, cons
     case DecoderExit::Failed:
         return failure(undecodable());
     case DecoderExit::NoVideoProgram:
-        return failure(QStringLiteral("Für Bilder von Videos ist kein Programm eingerichtet."));
+        m_drawsVideos = false;
+        return failure(noVideoProgram());
     default:
         return failure(unreadable());
     }

@@ -3,6 +3,7 @@
 #include "System/DecoderProcess.h"
 #include "System/ProcessRunner.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -45,6 +46,7 @@ private:
     ProcessRunner &m_processes;
     const Location m_program;
     const std::chrono::milliseconds m_patience;
+    std::atomic<bool> m_drawsVideos = true; ///< until it turns out that no program for it is installed
     std::mutex m_mutex;
     std::vector<std::unique_ptr<DecoderProcess>> m_idle;
 };

@@ -163,6 +163,23 @@ TEST_F(DecodersTest, endAProcessThatHangsDiesOrBabbles)
     }
 }
 
+TEST_F(DecodersTest, answerManyRequests)
+{
+    const Location good = tree.file("good.png", encoded(filled(20, 20, Qt::red), "PNG"));
+    int answered = 0;
+    for (int i = 0; i < 120; ++i)
+        answered += decoders.askForPicture(pictureOf(good, 128)) ? 1 : 0;
+    EXPECT_EQ(answered, 120);
+}
+
+TEST_F(DecodersTest, lookOnceForAProgramForVideos)
+{
+    DecoderProcesses scripted(processes, script("echo x >> \"$0.log\"; exit 3"), 20s);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_FALSE(isUndecodable(scripted.askForPicture({decoderWords::video, {"/a.mp4", "128"}}).error()));
+    EXPECT_EQ(tree.content("decoder.log"), "x\n");
+}
+
 TEST_F(DecodersTest, stopWhenCancelled)
 {
     DecoderProcesses scripted(processes, script(std::string(greeting) + "\nsleep 1000"), 1h);

@@ -4,8 +4,10 @@
 #include "Decoding/VideoPicture.h"
 
 #include <QBuffer>
+#include <QFontDatabase>
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -16,11 +18,16 @@ using namespace brellin;
 
 namespace {
 
-/// Computing for thumbnails gives way to everything a person waits for.
-constexpr int niceness = 10;
+/// Computing for thumbnails gives way to everything a person waits for; where it cannot, it goes on.
+void giveWay()
+{
+    constexpr int niceness = 10;
+    [[maybe_unused]] const int now = ::nice(niceness);
+}
 
 Result<QByteArray> videoPicture(const Location &program, const DecoderRequest &request)
 {
+    giveWay();
     const int side = std::clamp(std::atoi(request.arguments[1].c_str()), 1, mostPictureSide);
     const QByteArray drawn = TRY(drawVideo(program, request.arguments[0], side));
     TRY(confineThisProcess());
@@ -42,7 +49,10 @@ DecoderExit print(const Result<QByteArray> &answer)
 
 DecoderExit work()
 {
-    if (::nice(niceness) < 0 || !confineThisProcess(ConfinedWork::ManyFiles))
+    giveWay();
+    // Looking for fonts may take long the first time, which is not to be a picture's fault.
+    QFontDatabase::families();
+    if (!confineThisProcess(ConfinedWork::ManyFiles))
         return DecoderExit::Unreadable;
     answerAll(STDIN_FILENO, STDOUT_FILENO);
     return DecoderExit::Done;
@@ -86,6 +96,9 @@ std::unique_ptr<QCoreApplication> applicationFor(const DecoderRequest &request, 
     if (request.word != decoderWords::worker && request.word != decoderWords::picture)
         return std::make_unique<QCoreApplication>(argc, argv);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    // Nothing of the desktop is loaded that could talk to it.
+    ::unsetenv("QT_QPA_PLATFORMTHEME");
+    ::unsetenv("QT_IM_MODULE");
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 

@@ -57,6 +57,7 @@ PreviewPane::PreviewPane(PreviewLoader &loader, QWidget *parent)
     setObjectName(QStringLiteral("vorschau"));
     setAccessibleName(QStringLiteral("Vorschaufenster"));
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus); // what is in it has the focus
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setViewportMargins(1, 0, 0, 0);

@@ -47,6 +47,7 @@ struct Held {
 struct Wanted {
     Instant modified;
     int side = 0;
+    bool answered = false; ///< and its picture is on the way here
 };
 
 /// On a worker: the picture of a thumbnail, no larger than `side`.
@@ -77,6 +78,7 @@ struct ThumbnailImages::Private {
     void ask();
     std::vector<ThumbnailWish> wishes() const;
     void heard(const ThumbnailWish &wish, const Thumbnail &thumbnail);
+    void markAnswered(const ThumbnailWish &wish);
     void loadNext();
     void keep(const ThumbnailWish &wish, const QImage &image);
     void nothingFor(const ThumbnailWish &wish);
@@ -122,7 +124,7 @@ std::vector<ThumbnailWish> ThumbnailImages::Private::wishes() const
     std::unordered_set<std::string_view> listed;
     const auto add = [&](const std::string &path) {
         const auto found = wanted.find(path);
-        if (found != wanted.end() && listed.insert(path).second)
+        if (found != wanted.end() && !found->second.answered && listed.insert(path).second)
             list.push_back({path, found->second.modified, found->second.side});
     };
     for (const auto &[view, entries] : visible)
@@ -141,6 +143,7 @@ void ThumbnailImages::Private::heard(const ThumbnailWish &wish, const Thumbnail 
 {
     switch (thumbnail.outcome) {
     case Thumbnail::Outcome::Made:
+        markAnswered(wish);
         toLoad.push_back({wish, thumbnail});
         loadNext();
         break;
@@ -171,6 +174,13 @@ void ThumbnailImages::Private::nothingFor(const ThumbnailWish &wish)
     absent.insert_or_assign(path, wish.modified);
     if (held.remove(QByteArray::fromStdString(path)))
         Q_EMIT q.ready(wish.entry);
+}
+
+void ThumbnailImages::Private::markAnswered(const ThumbnailWish &wish)
+{
+    const auto found = wanted.find(wish.entry.native());
+    if (found != wanted.end() && found->second.modified == wish.modified && found->second.side == wish.side)
+        found->second.answered = true;
 }
 
 void ThumbnailImages::Private::loadNext()
@@ -235,7 +245,7 @@ QPixmap ThumbnailImages::pixmap(const Location &entry, Instant modified, int sid
     Held *held = d->held.object(QByteArray::fromStdString(path));
     const int kept = ThumbnailCache::keptSide(side);
     if (!held || held->modified != modified || held->side < kept)
-        d->want(path, {modified, kept});
+        d->want(path, {modified, kept, false});
     return held ? held->within(side) : QPixmap();
 }
 
