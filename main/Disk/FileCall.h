@@ -24,7 +24,7 @@ template <class T>
 class FileCall {
 public:
     enum class Patience {
-        Moment, ///< wait for a local volume, up to 150 ms
+        Moment, ///< wait for a local volume as long as the workers' patience lasts
         None
     };
     struct Request {
@@ -53,7 +53,7 @@ public:
         m_link = link;
         workers.run(request.where, request.turn, [link, work = std::move(work)] { link->run(work); });
         const bool local = workers.isLocal(request.where);
-        if (local && request.patience == Patience::Moment && link->wait()) {
+        if (local && request.patience == Patience::Moment && link->wait(workers.patience())) {
             m_link.reset();
             finished(std::move(*link->result));
             return;
@@ -99,10 +99,10 @@ private:
             return std::exchange(receiver, nullptr) != nullptr;
         }
         void post() { QMetaObject::invokeMethod(receiver, arrived, Qt::QueuedConnection); }
-        bool wait()
+        bool wait(std::chrono::milliseconds patience)
         {
             std::unique_lock lock(mutex);
-            return ready.wait_for(lock, std::chrono::milliseconds(150), [this] { return result.has_value(); });
+            return ready.wait_for(lock, patience, [this] { return result.has_value(); });
         }
     };
 

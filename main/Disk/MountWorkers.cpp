@@ -63,9 +63,11 @@ struct MountWorkers::Lane {
     }
 };
 
-MountWorkers::MountWorkers(const Volumes &volumes, std::chrono::milliseconds timeOut)
+MountWorkers::MountWorkers(const Volumes &volumes, std::chrono::milliseconds timeOut,
+                           std::chrono::milliseconds patience)
     : m_volumes(volumes)
     , m_timeOut(timeOut)
+    , m_patience(patience)
     , m_active(std::make_shared<Active>())
 {
 }

@@ -20,7 +20,11 @@ public:
     /// A mount counts as not answering when a call to it has taken so long.
     static constexpr std::chrono::milliseconds usualTimeOut{10'000};
 
-    explicit MountWorkers(const Volumes &volumes, std::chrono::milliseconds timeOut = usualTimeOut);
+    /// So long the main thread waits for a local volume, so that what is there at once shows at once.
+    static constexpr std::chrono::milliseconds usualPatience{150};
+
+    explicit MountWorkers(const Volumes &volumes, std::chrono::milliseconds timeOut = usualTimeOut,
+                          std::chrono::milliseconds patience = usualPatience);
     /// Waits for calls under way, but not for those that do not come back.
     ~MountWorkers();
     MountWorkers(const MountWorkers &) = delete;
@@ -40,6 +44,7 @@ public:
     /// False from then on until the call that holds up the mount comes back.
     bool answers(const Location &location) const;
     std::chrono::milliseconds timeOut() const { return m_timeOut; }
+    std::chrono::milliseconds patience() const { return m_patience; }
 
 private:
     struct Lane;
@@ -48,6 +53,7 @@ private:
 
     const Volumes &m_volumes;
     const std::chrono::milliseconds m_timeOut;
+    const std::chrono::milliseconds m_patience;
     const std::shared_ptr<Active> m_active;
     mutable std::mutex m_mutex;
     mutable std::map<std::string, std::shared_ptr<Lane>> m_lanes; ///< by mount point

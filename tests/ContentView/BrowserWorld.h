@@ -54,7 +54,8 @@ struct BrowserWorld {
     FaultPlan faults;
     FaultyFileActions files{faults, volumes};
     KnownFolders folders = knownFolders();
-    MountWorkers workers{volumes, std::chrono::milliseconds(300)};
+    /// However busy the machine is, a local folder is waited for.
+    MountWorkers workers{volumes, std::chrono::seconds(10), std::chrono::seconds(10)};
     FakeClock clock;
     FolderSizes sizes{defaults, volumes, clock};
     FolderColors colors{defaults};
