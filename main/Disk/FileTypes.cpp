@@ -199,9 +199,35 @@ const FileType &fileTypeOf(std::string_view extension)
     return *table().answer(LowerCase(extension).text()).type;
 }
 
+namespace {
+
+/// How people call what they meet every day, where the database is more exact than they are.
+constexpr std::array<std::pair<std::string_view, const char16_t *>, 14> everydayNames{{
+    {"csv", u"CSV-Tabelle"},
+    {"dmg", u"Festplatten-Image"},
+    {"doc", u"Word-Dokument"},
+    {"docx", u"Word-Dokument"},
+    {"heic", u"HEIC-Bild"},
+    {"md", u"Markdown-Dokument"},
+    {"mp4", u"MPEG-4-Film"},
+    {"odt", u"Textdokument (ODT)"},
+    {"ppt", u"PowerPoint-Präsentation"},
+    {"pptx", u"PowerPoint-Präsentation"},
+    {"txt", u"Textdokument"},
+    {"xls", u"Excel-Tabelle"},
+    {"xlsx", u"Excel-Tabelle"},
+    {"zip", u"ZIP-Archiv"},
+}};
+
+} // namespace
+
 QString typeDescription(std::string_view extension)
 {
-    return table().description(LowerCase(extension).text());
+    const LowerCase lower(extension);
+    for (const auto &[name, everyday] : everydayNames)
+        if (lower.text() == name)
+            return QString::fromUtf16(everyday);
+    return table().description(lower.text());
 }
 
 const QString &fileCategory(std::string_view extension)

@@ -111,6 +111,16 @@ bool isNetworkFileSystem(std::string_view type)
     return type.starts_with("fuse.") || std::ranges::find(network, type) != network.end();
 }
 
+namespace {
+
+/// The root has no name of its own.
+QString nameOf(const Location &point)
+{
+    return point == "/" ? QStringLiteral("Startvolume") : shownName(point);
+}
+
+} // namespace
+
 std::vector<Volume> volumesIn(const std::vector<Mount> &table)
 {
     std::vector<Volume> volumes;
@@ -122,7 +132,7 @@ std::vector<Volume> volumesIn(const std::vector<Mount> &table)
             continue;
         if (!shownDevices.insert(mount.device).second)
             continue;
-        volumes.push_back({mount.point, shownName(mount.point), shown(std::string_view(mount.fileSystem)),
+        volumes.push_back({mount.point, nameOf(mount.point), shown(std::string_view(mount.fileSystem)),
                            !isNetworkFileSystem(mount.fileSystem), mount.readOnly});
     }
     return volumes;

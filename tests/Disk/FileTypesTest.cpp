@@ -81,6 +81,7 @@ TEST(FileTypes, describesTypesInGerman)
     EXPECT_EQ(typeDescription("JPG"), QStringLiteral("JPEG-Bild"));
     EXPECT_EQ(typeDescription("ts"), QStringLiteral("TypeScript-Quelltext"));
     EXPECT_EQ(typeDescription("app"), QStringLiteral("Programm"));
+    EXPECT_EQ(typeDescription("DOCX"), QStringLiteral("Word-Dokument"));
     EXPECT_EQ(typeDescription("xyzzy"), QString());
     EXPECT_EQ(typeDescription(""), QString());
 }

@@ -9,7 +9,7 @@ std::vector<Crumb> crumbsOf(const Location &folder, const KnownFolders &folders)
     std::vector<Crumb> crumbs;
     for (Location step = folder; step != folders.home; step = step.parent_path()) {
         const bool root = step == step.parent_path();
-        crumbs.push_back({root ? QStringLiteral("Rechner") : folders.title(step), step});
+        crumbs.push_back({root ? QStringLiteral("Startvolume") : folders.title(step), step});
         if (root)
             break;
     }

@@ -17,7 +17,7 @@ struct Crumb {
     bool operator==(const Crumb &) const = default;
 };
 
-/// The way to `folder`: from "Benutzerordner" where it lies in the home folder, else from "Rechner" (the root).
+/// The way to `folder`: from "Benutzerordner" where it lies in the home folder, else from "Startvolume" (the root).
 std::vector<Crumb> crumbsOf(const Location &folder, const KnownFolders &folders);
 
 } // namespace brellin

@@ -76,8 +76,8 @@ void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
         painter->setBrush(selectionGround(m_active));
         painter->drawRoundedRect(tile, 8, 8);
     }
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
-        painter->setPen(QPen(color(m_active ? Token::Accent : Token::FieldBorder), selected ? 2 : 1));
+    if (option.state.testFlag(QStyle::State_HasFocus) && !selected) {
+        painter->setPen(QPen(color(Token::Accent), 2));
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(tile.adjusted(1, 1, -1, -1), 7, 7);
     }

@@ -186,7 +186,8 @@ bool ItemRows::setData(const QModelIndex &index, const QVariant &value, int role
     if (role != Qt::EditRole || !index.isValid())
         return false;
     m_pane.setRenameText(value.toString());
-    m_pane.commitRename();
+    // Not within this call: the new listing would take the row from under the editor that is about to be closed.
+    QMetaObject::invokeMethod(&m_pane, [pane = &m_pane] { pane->commitRename(); }, Qt::QueuedConnection);
     return true;
 }
 

@@ -54,6 +54,14 @@ PaneView::PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *par
     showMode(pane.viewMode.get());
 }
 
+/// An open editor goes with its view, and would tell of it when there is nobody any more.
+PaneView::~PaneView()
+{
+    for (const QAbstractItemView *const one :
+         {static_cast<QAbstractItemView *>(m_details), static_cast<QAbstractItemView *>(m_icons)})
+        one->itemDelegate()->disconnect(this);
+}
+
 void PaneView::buildBanner()
 {
     m_banner = new Banner(this);
@@ -213,7 +221,8 @@ bool PaneView::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn)
         Q_EMIT focused();
-    if (event->type() == QEvent::KeyPress && watched != m_message) {
+    // A key that an editor in the list did not use comes by here too.
+    if (event->type() == QEvent::KeyPress && watched != m_message && static_cast<QWidget *>(watched)->hasFocus()) {
         const auto *const key = static_cast<QKeyEvent *>(event);
         if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && key->modifiers() == Qt::NoModifier) {
             openSelection();

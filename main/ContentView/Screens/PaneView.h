@@ -23,6 +23,8 @@ class PaneView : public QWidget {
 public:
     PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *parent);
 
+    ~PaneView() override;
+
     BrowserModel &pane() { return m_pane; }
     /// The view that is shown.
     QAbstractItemView &view() const;

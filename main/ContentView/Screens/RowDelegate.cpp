@@ -94,8 +94,12 @@ void RowDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem &opt
         painter.fillRect(option.rect, color(Token::Zebra));
     }
     if (option.state.testFlag(QStyle::State_HasFocus) && !option.state.testFlag(QStyle::State_Selected)) {
-        painter.setPen(QPen(color(Token::Accent), 1, Qt::DotLine));
-        painter.drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(color(Token::Accent), 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(filledPart(option.rect, index)).adjusted(5, 2, -1, -2), 5, 5);
+        painter.restore();
     }
 }
 
