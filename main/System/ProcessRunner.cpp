@@ -1,5 +1,7 @@
 #include "System/ProcessRunner.h"
 
+#include "System/ProcessReading.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -78,6 +80,7 @@ private:
     bool hasAsked() const { return m_request.reply && m_outputText.size() > m_heard; }
     Result<void> answer();
     static void drain(Pipe &pipe, QByteArray &into);
+    void tellReading() const;
     Result<void> mayGoOn(const JobControl *control) const;
     bool hasEnded();
     void end();
@@ -182,6 +185,14 @@ Result<void> Child::answer()
     return {};
 }
 
+void Child::tellReading() const
+{
+    if (!m_request.hasRead || m_pid <= 0)
+        return;
+    if (const std::optional<std::int64_t> bytes = bytesReadBy(m_pid))
+        m_request.hasRead(*bytes);
+}
+
 Result<void> Child::mayGoOn(const JobControl *control) const
 {
     if (control && control->cancelled())
@@ -198,6 +209,7 @@ Result<void> Child::converse(const JobControl *control)
     bool ended = false;
     while (m_output.readEnd() >= 0 || m_errors.readEnd() >= 0) {
         TRY(mayGoOn(control));
+        tellReading();
         std::array<pollfd, 2> waiting{pollfd{m_output.readEnd(), POLLIN, 0}, pollfd{m_errors.readEnd(), POLLIN, 0}};
         if (::poll(waiting.data(), waiting.size(), ended ? 0 : pollMilliseconds) <= 0) {
             // What the program left running may hold its outputs open for as long as it likes. The last look comes after

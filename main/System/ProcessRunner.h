@@ -7,6 +7,7 @@
 #include <QByteArray>
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -26,6 +27,9 @@ struct ProcessRequest {
     /// May wait for a person; that time does not count. Takes the place of `input`.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<std::optional<QByteArray>(const QByteArray &output)> reply = {};
+    /// Called on the running thread now and then with how many bytes the program has read, where the system tells.
+    // NOLINTNEXTLINE(readability-redundant-member-init)
+    std::function<void(std::int64_t bytes)> hasRead = {};
 };
 
 struct ProcessOutput {
