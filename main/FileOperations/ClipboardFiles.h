@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <functional>
 #include <optional>

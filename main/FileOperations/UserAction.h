@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -19,7 +20,10 @@ struct UserAction {
     struct Entry {
         Location from;
         Location to;
-        FileIdentity identity; ///< of the entry at `to`
+        FileState state; ///< of the entry at `to`
+        /// Where the entry that it replaced lies in the Trash.
+        // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+        std::optional<Location> replaced = {};
 
         bool operator==(const Entry &) const = default;
     };

@@ -1,0 +1,73 @@
+#include "FileOperations/NewEntries.h"
+
+#include "Disk/Descriptor.h"
+#include "Disk/FreeName.h"
+
+#include <functional>
+#include <string_view>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+constexpr std::string_view documentName = "Neues Textdokument.txt";
+constexpr std::string_view aliasEnd = " – Verknüpfung";
+/// Somebody may take each free name just before us, but not for ever.
+constexpr int mostAttempts = 100;
+
+/// `create` answers as the system's calls do.
+Result<Location> createUnique(const Location &wanted, const std::function<int(const Location &)> &create)
+{
+    for (int attempt = 1;; ++attempt) {
+        const Location free = unique(wanted);
+        if (create(free) == 0)
+            return free;
+        if (errno != EEXIST || attempt == mostAttempts)
+            return failure(Failure::lastSystem());
+    }
+}
+
+int createEmpty(const Location &file)
+{
+    const int opened = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                              S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH);
+    return opened < 0 ? -1 : ::close(opened);
+}
+
+/// The end is what tells an alias: a name that is too long loses something before it.
+Location aliasOf(const Location &source, const Location &folder)
+{
+    constexpr std::size_t roomForNumber = 8;
+    const std::string name = fittingName(source.filename().native(), 255 - aliasEnd.size() - roomForNumber);
+    return folder / (name + std::string(aliasEnd));
+}
+
+} // namespace
+
+Result<Location> createTextDocument(const Location &folder)
+{
+    return createUnique(folder / documentName, createEmpty);
+}
+
+OperationOutcome makeAliases(const std::vector<Location> &sources, const Location &folder)
+{
+    OperationOutcome outcome{{UserAction::Kind::Alias, {}}, {}, false};
+    for (const Location &source : sources) {
+        // An alias of nothing would look like one whose target has been lost.
+        const Result<FileAttributes> there = readAttributes(source);
+        const Result<Location> made =
+            there ? createUnique(aliasOf(source, folder),
+                                 [&](const Location &free) { return ::symlink(source.c_str(), free.c_str()); })
+                  : failure(there.error());
+        if (made)
+            outcome.action.entries.push_back(recordOf(source, *made));
+        else
+            outcome.failures << failureLine(source, made.error());
+    }
+    return outcome;
+}
+
+} // namespace brellin

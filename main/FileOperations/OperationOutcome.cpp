@@ -1,0 +1,20 @@
+#include "FileOperations/OperationOutcome.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace brellin {
+
+std::vector<Location> OperationOutcome::places() const
+{
+    std::vector<Location> all;
+    std::ranges::transform(action.entries, std::back_inserter(all), &UserAction::Entry::to);
+    return all;
+}
+
+QString failureLine(const Location &entry, const Failure &why)
+{
+    return shownName(entry) + QStringLiteral(": ") + why.message;
+}
+
+} // namespace brellin
