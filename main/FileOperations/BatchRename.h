@@ -5,12 +5,12 @@
 #include "Disk/FileActions.h"
 #include "FileOperations/BatchRenamePlan.h"
 #include "FileOperations/BatchRenameRun.h"
+#include "FileOperations/RenameFacts.h"
 #include "FileOperations/UserUndo.h"
 #include "System/Decoders.h"
 
 #include <QThreadPool>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,7 +26,7 @@ struct BatchRenameServices {
 };
 
 /// The sheet that renames several entries: its fields, the preview that follows them, and the renaming itself with its way
-/// back. Lives on the main thread; whoever destroys it while it renames lets the batch be put back.
+/// back. Lives on the main thread; when it goes while it renames, the batch is put back.
 class BatchRename : public Model {
 public:
     BatchRename(BatchRenameServices services, std::vector<Location> urls);
@@ -34,7 +34,7 @@ public:
 
     Published<BatchRenameFields> fields;
     Published<BatchRenamePlan> preview;
-    Published<bool> reading{true}; ///< names and dates are being read
+    Published<bool> reading{false}; ///< names or dates are being read
     Published<bool> running{false};
     Published<std::optional<double>> progress;
     Published<std::vector<UserAction::Entry>> done; ///< what was renamed and can be taken back
@@ -44,30 +44,29 @@ public:
     const std::vector<Location> &urls() const { return m_urls; }
 
     void setFields(const BatchRenameFields &changed);
-    /// Whether `start` would do something: names are known, no check fails, and a name changes.
+    /// Whether `start` would do something: everything is read, no check fails, and a name changes.
     bool canStart() const;
-    /// Looks at the folders once more, checks, and renames.
     void start();
     /// Gives every entry its old name back.
     void undo();
-    void cancel();
+    /// The batch is put back.
+    void cancel() { m_renaming.cancel(); }
 
 private:
-    struct Facts;
-    struct Renamed;
+    enum class Direction { Forth, Back };
 
     void read();
     void plan();
-    std::vector<BatchRenameEntry> entries() const;
-    void run(std::function<Renamed(JobControl &)> work, const QString &textOfSuccess);
-    void finished(const Renamed &renamed, const QString &textOfSuccess);
+    void run(std::vector<RenamePair> pairs, Direction direction);
+    void finished(const BatchRenameOutcome &outcome, Direction direction);
 
     const BatchRenameServices m_services;
     const std::vector<Location> m_urls;
     const std::shared_ptr<QThreadPool> m_pool;
-    std::unique_ptr<Facts> m_facts;
-    std::unique_ptr<Job<std::shared_ptr<Facts>>> m_reading;
-    std::unique_ptr<Job<std::shared_ptr<Renamed>>> m_running;
+    RenameFacts m_facts;
+    bool m_factsKnown = false;
+    Job<RenameFacts> m_reading;
+    Job<BatchRenameOutcome> m_renaming;
 };
 
 } // namespace brellin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/FileActions.h"
@@ -22,10 +23,12 @@ struct LoggedRename {
     Location from;
     Location to;
     Location temporary;
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
+    std::int64_t device = 0; ///< the bits of the identity's number
+    std::int64_t inode = 0;
 
     bool operator==(const LoggedRename &) const = default;
+    /// Whether this very entry is at `location` now.
+    bool isAt(const Location &location) const;
 };
 
 /// What a batch is about to do, on the disk before it begins, and locked while it lives. Whoever finds it unlocked finds a
@@ -54,8 +57,13 @@ struct CutShortRename {
     QString question() const;
 };
 
-/// Looks in `folder` for entries that wait under temporary names and belong to no living batch. Blocking.
-std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder);
+/// Looks in `folder` for entries that wait under temporary names and belong to no living batch. Those that no log tells of
+/// (it may be with another user, or on another machine) count an hour after they got that name. Blocking.
+std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder, Instant now);
+
+/// A temporary name for `name` that fits its volume, and the old name that such a one tells (perhaps shortened).
+std::string temporaryName(std::string_view name, const Location &folder);
+std::string nameInTemporary(std::string_view temporary);
 
 /// Gives the entries of a batch that was cut short their old names back; where an old name is taken meanwhile, its new one
 /// or a free one. Removes nothing. The failures are lines, „a.txt: …“. Blocking.

@@ -2,36 +2,15 @@
 
 #include "Base/Job.h"
 #include "Base/Published.h"
-#include "Disk/FileActions.h"
-#include "Disk/Trash.h"
-#include "Disk/Volumes.h"
-#include "FileOperations/UserAction.h"
+#include "FileOperations/UndoAction.h"
 
 #include <QThreadPool>
 
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace brellin {
-
-/// What taking back works with; all of it outlives it.
-struct UndoServices {
-    FileActions &files;
-    Trash &trash;
-    const Volumes &volumes;
-    Location renameLogs;
-};
-
-/// What became of taking an action back.
-struct UndoneAction {
-    std::vector<UserAction::Entry> undone;
-    std::vector<UserAction::Entry> left; ///< not taken back, to be tried again
-    QStringList failures;                ///< „b.txt: …“
-    bool cancelled = false;
-};
-
-/// Takes an action back, entry by entry from the last. An entry that is no longer the one it was, or whose old place is
-/// taken, is left alone and named; nothing is ever replaced, and what had been made goes to the Trash. Blocking.
-UndoneAction undoAction(const UserAction &action, const UndoServices &services, JobControl &control);
 
 /// What the user did with files in this session, the last first, and the way back. Lives on the main thread.
 class UserUndo : public Model {
@@ -51,6 +30,8 @@ public:
 
     /// Another action of the user's; one without entries is none.
     void record(UserAction action);
+    /// An action that was taken back elsewhere.
+    void forget(const UserAction &action);
     /// Takes back the newest action. Does nothing while one is being taken back.
     void undo();
     void cancel() { m_job.cancel(); }

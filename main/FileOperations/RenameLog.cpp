@@ -1,0 +1,234 @@
+#include "FileOperations/RenameLog.h"
+
+#include "Base/German.h"
+#include "Base/Json.h"
+#include "Disk/Descriptor.h"
+#include "Disk/FreeName.h"
+#include "FileOperations/OperationOutcome.h"
+
+#include <QUuid>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <set>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+template <>
+struct JsonTable<LoggedRename> {
+    static constexpr std::tuple fields{field("from", &LoggedRename::from), field("to", &LoggedRename::to),
+                                       field("temporary", &LoggedRename::temporary),
+                                       field("device", &LoggedRename::device), field("inode", &LoggedRename::inode)};
+};
+
+namespace {
+
+constexpr std::string_view logEnd = ".json";
+/// "1a2b3c4d-"
+constexpr std::size_t tokenLength = 9;
+constexpr auto orphanAge = std::chrono::hours(1);
+
+Result<void> writeFlushed(const FileLock &lock, const Location &file, const QByteArray &text)
+{
+    for (qsizetype at = 0; at < text.size();) {
+        const ssize_t written =
+            ::write(lock.descriptor(), text.constData() + at, static_cast<std::size_t>(text.size() - at));
+        if (written < 0 && errno != EINTR)
+            return failure(Failure::lastSystem());
+        at += std::max<ssize_t>(written, 0);
+    }
+    // With the folder entry, else a power cut could leave temporary names that nobody knows.
+    return flushEntry(file);
+}
+
+std::vector<std::string> namesIn(const Location &folder)
+{
+    std::vector<std::string> names;
+    const Result<Descriptor> open = openFolderPlace(folder);
+    const Result<Descriptor> readable = open ? openFolder({open->number(), "."}) : failure(open.error());
+    const Result<std::vector<ListedName>> listed =
+        readable ? listFolder(readable->number()) : failure(readable.error());
+    if (listed)
+        std::ranges::transform(*listed, std::back_inserter(names), &ListedName::name);
+    return names;
+}
+
+/// One log as it is on the disk.
+struct FoundLog {
+    Location file;
+    FileLock lock; ///< not held where its batch lives
+    bool readable = false;
+    std::vector<LoggedRename> renames;
+};
+
+std::vector<FoundLog> foundLogs(const Location &folder)
+{
+    std::vector<FoundLog> found;
+    for (const std::string &name : namesIn(folder)) {
+        if (!name.ends_with(logEnd))
+            continue;
+        FoundLog log{folder / name, {}, false, {}};
+        if (Result<FileLock> lock = FileLock::tryNow(log.file))
+            log.lock = *std::move(lock);
+        if (const Result<QByteArray> text = readWhole(log.file)) {
+            if (JsonResult<std::vector<LoggedRename>> renames = fromJsonText<std::vector<LoggedRename>>(*text)) {
+                log.renames = *std::move(renames);
+                log.readable = true;
+            }
+        }
+        found.push_back(std::move(log));
+    }
+    return found;
+}
+
+/// Nothing waits any more: the batch ended before or after its moves. Where nothing of it is to be seen at all, its volume
+/// may only be away.
+bool isSettled(const FoundLog &log)
+{
+    // A torn log was never complete, and so no move has begun.
+    if (!log.readable)
+        return true;
+    const bool waits = std::ranges::any_of(log.renames, entryExists, &LoggedRename::temporary);
+    return !waits && std::ranges::any_of(log.renames, [](const LoggedRename &one) {
+        return entryExists(one.from) || entryExists(one.to);
+    });
+}
+
+bool concerns(const FoundLog &log, const Location &folder)
+{
+    return std::ranges::any_of(log.renames, [&](const LoggedRename &one) {
+        return one.temporary.parent_path() == folder && entryExists(one.temporary);
+    });
+}
+
+bool isOldOrphan(const Location &entry, Instant now)
+{
+    const Result<struct stat> status = statusOf({AT_FDCWD, entry.c_str()});
+    return status && now - instantFrom(status->st_ctim) > orphanAge;
+}
+
+/// What waits in `folder` without any log.
+CutShortRename orphansIn(const Location &folder, const std::set<std::string> &logged, Instant now)
+{
+    CutShortRename orphans;
+    for (const std::string &name : namesIn(folder)) {
+        const Location entry = folder / name;
+        if (!name.starts_with(renamePrefix) || logged.contains(entry.native()) || !isOldOrphan(entry, now))
+            continue;
+        const Location old = folder / nameInTemporary(name);
+        orphans.renames.push_back({old, old, entry});
+    }
+    return orphans;
+}
+
+/// To its old name; where that is taken, to its new one or a free one.
+Result<void> restoreOne(const LoggedRename &one, FileActions &files)
+{
+    Result<void> moved = files.rename(one.temporary, one.from);
+    if (!moved && moved.error().is(std::errc::file_exists) && one.to != one.from)
+        moved = files.rename(one.temporary, one.to);
+    constexpr int mostAttempts = 100;
+    for (int attempt = 0; attempt < mostAttempts && !moved && moved.error().is(std::errc::file_exists); ++attempt)
+        moved = files.rename(one.temporary, unique(one.from));
+    return moved;
+}
+
+} // namespace
+
+bool LoggedRename::isAt(const Location &location) const
+{
+    const Result<FileAttributes> attributes = readAttributes(location);
+    return attributes && static_cast<std::int64_t>(attributes->identity.inode) == inode &&
+           static_cast<std::int64_t>(attributes->identity.device) == device;
+}
+
+Result<RenameLog> RenameLog::create(const Location &folder, const std::vector<LoggedRename> &renames)
+{
+    TRY(createPrivateFolders(folder));
+    const Location file =
+        folder / (QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString() + std::string(logEnd));
+    FileLock lock = TRY(FileLock::tryNow(file));
+    if (const Result<void> written = writeFlushed(lock, file, jsonText(toJson(renames))); !written) {
+        ::unlink(file.c_str());
+        return failure(written.error());
+    }
+    return RenameLog(file, std::move(lock));
+}
+
+void RenameLog::remove()
+{
+    ::unlink(m_file.c_str());
+    m_lock.release();
+}
+
+QString CutShortRename::question() const
+{
+    return QStringLiteral("Ein Umbenennen wurde unterbrochen. %1 in diesem Ordner noch ohne richtigen Namen. "
+                          "Die alten Namen wiederherstellen?")
+        .arg(counted(static_cast<qint64>(renames.size()), QStringLiteral("Element ist"),
+                     QStringLiteral("Elemente sind")));
+}
+
+std::string temporaryName(std::string_view name, const Location &folder)
+{
+    const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces).left(tokenLength - 1);
+    const long limit = ::pathconf(folder.c_str(), _PC_NAME_MAX);
+    return fittingName(std::string(renamePrefix) + token.toStdString() + '-' + std::string(name),
+                       static_cast<std::size_t>(limit > 64 ? std::min(limit, 255L) : 255L));
+}
+
+std::string nameInTemporary(std::string_view temporary)
+{
+    std::string_view rest = temporary.substr(std::min(renamePrefix.size(), temporary.size()));
+    if (rest.size() > tokenLength && rest[tokenLength - 1] == '-')
+        rest.remove_prefix(tokenLength);
+    return std::string(rest.empty() ? temporary : rest);
+}
+
+std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder, Instant now)
+{
+    std::vector<CutShortRename> found;
+    std::set<std::string> logged;
+    for (const FoundLog &log : foundLogs(logs)) {
+        for (const LoggedRename &one : log.renames)
+            logged.insert(one.temporary.native());
+        if (!log.lock.held())
+            continue;
+        if (isSettled(log))
+            ::unlink(log.file.c_str());
+        else if (concerns(log, folder))
+            found.push_back({log.file, log.renames});
+    }
+    if (CutShortRename orphans = orphansIn(folder, logged, now); !orphans.renames.empty())
+        found.push_back(std::move(orphans));
+    return found;
+}
+
+QStringList restoreCutShort(const CutShortRename &batch, FileActions &files)
+{
+    Result<FileLock> lock = batch.log.empty() ? Result<FileLock>() : FileLock::tryNow(batch.log);
+    if (!lock)
+        return {lock.error().message};
+    // Those that have their new names already make room first, the last before the others.
+    for (auto one = batch.renames.rbegin(); one != batch.renames.rend(); ++one) {
+        if (one->to != one->from && !entryExists(one->temporary) && one->isAt(one->to) && !one->isAt(one->from))
+            static_cast<void>(files.rename(one->to, one->temporary));
+    }
+    QStringList failures;
+    for (const LoggedRename &one : batch.renames) {
+        if (!entryExists(one.temporary))
+            continue;
+        if (const Result<void> restored = restoreOne(one, files); !restored)
+            failures << failureLine(one.from, restored.error());
+    }
+    if (failures.isEmpty() && !batch.log.empty())
+        ::unlink(batch.log.c_str());
+    return failures;
+}
+
+} // namespace brellin

@@ -1,0 +1,181 @@
+#include "FileOperations/UndoAction.h"
+
+#include "Disk/FreeName.h"
+#include "FileOperations/BatchRenameRun.h"
+#include "FileOperations/OperationOutcome.h"
+
+#include <QUuid>
+
+#include <algorithm>
+#include <iterator>
+
+namespace brellin {
+
+namespace {
+
+using Entry = UserAction::Entry;
+using Kind = UserAction::Kind;
+
+/// What became of one entry.
+struct EntryOutcome {
+    enum class Fate { Undone, Stale, Failed };
+    Fate fate = Fate::Undone;
+    Location place;  ///< where it is now
+    QString message; ///< also where it was undone, but not quite
+};
+
+EntryOutcome failed(const Failure &why)
+{
+    return {EntryOutcome::Fate::Failed, {}, why.message};
+}
+
+Location hiddenBeside(const Location &location)
+{
+    const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces).left(8);
+    const std::string name = ".brellin-kopie-" + token.toStdString() + '-' + location.filename().native();
+    return location.parent_path() / fittingName(name);
+}
+
+class Undoing {
+public:
+    Undoing(Kind kind, const UndoServices &services, JobControl &control)
+        : m_kind(kind)
+        , m_services(services)
+        , m_control(control)
+    {
+    }
+
+    EntryOutcome undo(const Entry &entry)
+    {
+        const Result<FileAttributes> now = readAttributes(entry.to);
+        if (!now)
+            return {now.error().is(std::errc::no_such_file_or_directory) ? EntryOutcome::Fate::Stale
+                                                                         : EntryOutcome::Fate::Failed,
+                    {},
+                    now.error().message};
+        if (now->identity != entry.state.identity)
+            return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Dort liegt inzwischen etwas anderes.")};
+        switch (m_kind) {
+        case Kind::Rename:
+        case Kind::BatchRename:
+        case Kind::Move:
+            return withReplaced(moveBack(entry), entry);
+        case Kind::Trash:
+            return restore(entry);
+        default:
+            return withReplaced(takeAway(entry, *now), entry);
+        }
+    }
+
+private:
+    EntryOutcome moveBack(const Entry &entry)
+    {
+        const Result<void> renamed = m_services.files.rename(entry.to, entry.from);
+        if (renamed)
+            return {EntryOutcome::Fate::Undone, entry.from, {}};
+        return renamed.error().is(std::errc::cross_device_link) ? copyBack(entry) : failed(renamed.error());
+    }
+
+    /// Across volumes: what had been moved goes only once its copy is complete and on the disk, and then to the Trash.
+    EntryOutcome copyBack(const Entry &entry)
+    {
+        const Location temporary = hiddenBeside(entry.from);
+        if (const Result<void> copied = completeCopy(entry, temporary); !copied) {
+            const Result<void> removed = m_services.files.removeOwnCopy(temporary);
+            return removed ? failed(copied.error()) : failed(removed.error());
+        }
+        const Result<FileAttributes> now = readAttributes(entry.to);
+        const bool same = now && (now->isFolder() || FileState::of(*now) == entry.state);
+        const Result<Location> trashed =
+            same ? m_services.trash.put(entry.to) : failure(QStringLiteral("Das hat sich inzwischen geändert."));
+        if (!trashed)
+            return {EntryOutcome::Fate::Undone, entry.from,
+                    QStringLiteral("Zurückkopiert; „%1“ blieb auch dort liegen. %2")
+                        .arg(shownName(entry.to), trashed.error().message)};
+        return {EntryOutcome::Fate::Undone, entry.from, {}};
+    }
+
+    Result<void> completeCopy(const Entry &entry, const Location &temporary)
+    {
+        TRY(m_services.files.copy(entry.to, temporary, {&m_control, {}}));
+        TRY(m_services.files.flush(temporary));
+        return m_services.files.rename(temporary, entry.from);
+    }
+
+    EntryOutcome restore(const Entry &entry)
+    {
+        const Result<void> restored = m_services.trash.restore(entry.to, entry.from, entry.from);
+        return restored ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from, {}} : failed(restored.error());
+    }
+
+    /// What was made goes to the Trash, unless somebody has worked on it since.
+    EntryOutcome takeAway(const Entry &entry, const FileAttributes &now)
+    {
+        if (now.isFile() && FileState::of(now) != entry.state)
+            return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Das hat sich inzwischen geändert und bleibt.")};
+        if (m_kind == Kind::NewFolder && m_services.files.removeEmptyFolder(entry.to))
+            return {};
+        const Result<Location> trashed = m_services.trash.put(entry.to);
+        return trashed ? EntryOutcome() : failed(trashed.error());
+    }
+
+    /// What a transfer had replaced comes back out of the Trash.
+    EntryOutcome withReplaced(EntryOutcome outcome, const Entry &entry)
+    {
+        if (outcome.fate != EntryOutcome::Fate::Undone || !entry.replaced)
+            return outcome;
+        if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
+            outcome.message = QStringLiteral("Was ersetzt worden war, bleibt im Papierkorb. ") + back.error().message;
+        return outcome;
+    }
+
+    const Kind m_kind;
+    const UndoServices &m_services;
+    JobControl &m_control;
+};
+
+/// Names may have been swapped: a batch goes back as a whole or not at all.
+UndoneAction undoBatch(const UserAction &action, const UndoServices &services, JobControl &control)
+{
+    std::vector<RenamePair> pairs;
+    std::ranges::transform(action.entries, std::back_inserter(pairs),
+                           [](const Entry &entry) { return RenamePair{entry.to, entry.from, entry.state.identity}; });
+    const BatchRenameOutcome outcome = renameBatch(pairs, services.files, services.renameLogs, control);
+    UndoneAction undone{outcome.done, {}, {}, false};
+    if (outcome.failure) {
+        undone.left = action.entries;
+        undone.cancelled = outcome.failure->isCancelled();
+        undone.failures << outcome.failure->message;
+    }
+    return undone;
+}
+
+} // namespace
+
+UndoneAction undoAction(const UserAction &action, const UndoServices &services, JobControl &control)
+{
+    if (action.kind == Kind::BatchRename)
+        return undoBatch(action, services, control);
+    UndoneAction undone;
+    Undoing undoing(action.kind, services, control);
+    control.setTotal(static_cast<qint64>(action.entries.size()));
+    for (auto entry = action.entries.rbegin(); entry != action.entries.rend(); ++entry) {
+        if (control.cancelled()) {
+            undone.cancelled = true;
+            undone.left.push_back(*entry);
+            continue;
+        }
+        const EntryOutcome outcome = undoing.undo(*entry);
+        if (!outcome.message.isEmpty())
+            undone.failures << failureLine(entry->to, {outcome.message, {}});
+        if (outcome.fate == EntryOutcome::Fate::Undone)
+            undone.undone.push_back({entry->to, outcome.place, entry->state});
+        else if (outcome.fate == EntryOutcome::Fate::Failed)
+            undone.left.push_back(*entry);
+        control.advance();
+    }
+    std::ranges::reverse(undone.left);
+    return undone;
+}
+
+} // namespace brellin

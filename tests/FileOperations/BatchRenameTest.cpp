@@ -1,0 +1,242 @@
+#include "FileOperations/BatchRename.h"
+#include "Disk/SystemTrash.h"
+#include "FileOperations/RenameLog.h"
+#include "Support/FakeDecoder.h"
+#include "Support/Faults.h"
+#include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
+#include "System/Clock.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// A folder with a swap, a chain, a rename of letters only and a name that is no UTF-8.
+class BatchRenameTest : public testing::Test {
+protected:
+    BatchRenameTest()
+    {
+        tree.lines({"f/a.jpg=eins", "f/b.jpg=zwei", "f/c=drei", "f/d/inhalt=vier", "f/Gross.txt=fünf", "f/\xFFx=sechs",
+                    "f/anderes=sieben"});
+        before = snapshotOf(folder);
+        for (const auto &[from, to] : std::vector<std::pair<const char *, const char *>>{{"a.jpg", "b.jpg"},
+                                                                                         {"b.jpg", "a.jpg"},
+                                                                                         {"c", "d"},
+                                                                                         {"d", "e"},
+                                                                                         {"Gross.txt", "gross.txt"},
+                                                                                         {"\xFFx", "\xFFy"}})
+            pairs.push_back({folder / from, folder / to, readAttributes(folder / from)->identity});
+        JobControl control;
+        DiskFileActions real;
+        EXPECT_FALSE(renameBatch(pairs, real, logs, control).failure);
+        after = snapshotOf(folder);
+        const std::vector<RenamePair> forth = pairs;
+        for (RenamePair &pair : pairs)
+            std::swap(pair.from, pair.to);
+        EXPECT_FALSE(renameBatch(pairs, real, logs, control).failure);
+        pairs = forth;
+        EXPECT_EQ(snapshotOf(folder), before);
+    }
+
+    BatchRenameOutcome rename(JobControl &control)
+    {
+        FaultyFileActions files(faults, volumes);
+        return renameBatch(pairs, files, logs, control);
+    }
+    /// Renames in a process that is killed at point `n`; whether it came to its end before.
+    bool killAt(int n)
+    {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            faults.killAt = n;
+            JobControl control;
+            rename(control);
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return WIFEXITED(status);
+    }
+    std::vector<CutShortRename> cutShort(std::chrono::hours later = {}) const
+    {
+        return cutShortRenames(logs, folder, SystemClock().now() + later);
+    }
+    bool hasLogs() const { return std::filesystem::exists(logs) && !std::filesystem::is_empty(logs); }
+
+    TempTree tree;
+    const Location folder = tree.path("f");
+    const Location logs = tree.path("logs");
+    SystemVolumes volumes;
+    FaultPlan faults;
+    std::vector<RenamePair> pairs;
+    std::string before;
+    std::string after;
+};
+
+} // namespace
+
+TEST_F(BatchRenameTest, swapsAndChainsInOneGo)
+{
+    EXPECT_EQ(tree.content("f/a.jpg"), "eins");
+    JobControl control;
+    const BatchRenameOutcome outcome = rename(control);
+    ASSERT_FALSE(outcome.failure);
+    EXPECT_EQ(outcome.done.size(), 6U);
+    EXPECT_EQ(control.done(), control.total());
+    EXPECT_EQ(tree.content("f/b.jpg"), "eins");
+    EXPECT_EQ(tree.content("f/a.jpg"), "zwei");
+    EXPECT_EQ(tree.content("f/e/inhalt"), "vier");
+    EXPECT_FALSE(hasLogs());
+    EXPECT_TRUE(cutShort(std::chrono::hours(2)).empty());
+}
+
+TEST_F(BatchRenameTest, putsEverythingBackWhicheverMoveFails)
+{
+    int failures = 0;
+    for (int n = 0;; ++n) {
+        faults = FaultPlan();
+        faults.failAt = n;
+        JobControl control;
+        const BatchRenameOutcome outcome = rename(control);
+        if (!outcome.failure)
+            break;
+        ++failures;
+        EXPECT_TRUE(outcome.done.empty());
+        EXPECT_TRUE(outcome.notPutBack.empty());
+        EXPECT_EQ(snapshotOf(folder), before) << n;
+        EXPECT_FALSE(hasLogs());
+    }
+    EXPECT_EQ(failures, 12);
+    EXPECT_EQ(snapshotOf(folder), after);
+}
+
+TEST_F(BatchRenameTest, restoresAfterAKillAtEveryStep)
+{
+    int kills = 0;
+    for (int n = 0;; ++n) {
+        const bool survived = killAt(n);
+        const std::vector<CutShortRename> found = cutShort();
+        DiskFileActions files;
+        for (const CutShortRename &batch : found) {
+            EXPECT_FALSE(batch.log.empty());
+            EXPECT_EQ(restoreCutShort(batch, files), QStringList());
+        }
+        EXPECT_FALSE(hasLogs()) << n;
+        if (survived)
+            break;
+        ++kills;
+        // Only a kill after the last move finds nothing to restore and everything renamed.
+        EXPECT_EQ(snapshotOf(folder), n == 23 ? after : before) << n;
+        EXPECT_EQ(found.size(), n == 0 || n == 23 ? 0U : 1U) << n;
+    }
+    EXPECT_EQ(kills, 24);
+    EXPECT_EQ(snapshotOf(folder), after);
+}
+
+TEST_F(BatchRenameTest, restoresUnderAnotherNameWhatSomebodyElseHasTaken)
+{
+    killAt(3);
+    tree.file("f/a.jpg", "neu");
+    tree.file("f/b.jpg", "auch neu");
+    DiskFileActions files;
+    for (const CutShortRename &batch : cutShort())
+        EXPECT_EQ(restoreCutShort(batch, files), QStringList());
+    EXPECT_EQ(tree.content("f/a.jpg"), "neu");
+    EXPECT_EQ(tree.content("f/b.jpg"), "auch neu");
+    EXPECT_EQ(tree.content("f/a (2).jpg"), "eins");
+    EXPECT_EQ(tree.content("f/b (2).jpg"), "zwei");
+}
+
+TEST_F(BatchRenameTest, leavesLivingBatchesAndYoungOrphansAlone)
+{
+    const Location waiting = folder / temporaryName("c", folder);
+    std::filesystem::rename(folder / "c", waiting);
+    {
+        const Result<RenameLog> living = RenameLog::create(logs, {{folder / "c", folder / "x", waiting}});
+        ASSERT_TRUE(living);
+        EXPECT_TRUE(cutShort(std::chrono::hours(2)).empty());
+    }
+    EXPECT_EQ(cutShort().size(), 1U);
+    // Without any log: the name itself tells the old one, but somebody else may be at work.
+    std::filesystem::remove_all(logs);
+    EXPECT_TRUE(cutShort().empty());
+    const std::vector<CutShortRename> orphans = cutShort(std::chrono::hours(2));
+    ASSERT_EQ(orphans.size(), 1U);
+    DiskFileActions files;
+    EXPECT_EQ(restoreCutShort(orphans.front(), files), QStringList());
+    EXPECT_EQ(snapshotOf(folder), before);
+    // A log whose volume is away is kept for when it is back.
+    std::filesystem::create_directories(logs);
+    JobControl control;
+    {
+        const Result<RenameLog> away = RenameLog::create(logs, {{"/nicht da/c", "/nicht da/x", "/nicht da/t"}});
+    }
+    EXPECT_TRUE(cutShort().empty());
+    EXPECT_TRUE(hasLogs());
+}
+
+TEST_F(BatchRenameTest, changesNothingWhenAnEntryIsNoLongerTheOnePlanned)
+{
+    tree.file("f/neu", "x");
+    std::filesystem::rename(folder / "neu", folder / "c");
+    const std::string now = snapshotOf(folder);
+    JobControl control;
+    EXPECT_EQ(rename(control).failure->message, QStringLiteral("„c“ hat sich inzwischen geändert."));
+    JobControl cancelled;
+    pairs.erase(pairs.begin() + 2);
+    cancelled.cancel();
+    EXPECT_TRUE(rename(cancelled).failure->isCancelled());
+    EXPECT_EQ(snapshotOf(folder), now);
+    EXPECT_FALSE(hasLogs());
+}
+
+TEST_F(BatchRenameTest, theSheetPreviewsRenamesAndTakesBack)
+{
+    FakeDecoder decoder;
+    decoder.answers[decoderWords::facts] = QByteArray(R"({"taken":"2020-05-04T10:00:00"})");
+    FaultyFileActions files(faults, volumes);
+    SystemTrash trash(tree.path("trash"), volumes);
+    UserUndo undo({files, trash, logs});
+    BatchRename sheet({files, decoder, logs, undo}, {folder / "b.jpg", folder / "c"});
+    ASSERT_TRUE(waitUntil([&] { return !sheet.reading.get(); }));
+    EXPECT_TRUE(decoder.asked().empty()); // dates are read once they are wanted
+    EXPECT_EQ(sheet.preview.get().rows[0].name, "01.jpg");
+    EXPECT_TRUE(sheet.canStart());
+
+    BatchRenameFields fields;
+    fields.mode = BatchRenameFields::Mode::Date;
+    sheet.setFields(fields);
+    EXPECT_FALSE(sheet.canStart());
+    ASSERT_TRUE(waitUntil([&] { return !sheet.reading.get(); }));
+    EXPECT_EQ(sheet.preview.get().rows[0].name, "2020-05-04 b.jpg");
+    EXPECT_TRUE(sheet.preview.get().rows[1].name.ends_with(" c"));
+    EXPECT_EQ(sheet.preview.get().rows[1].name.size(), std::string("2020-05-04 c").size());
+
+    faults.failAt = 3;
+    sheet.start();
+    ASSERT_TRUE(waitUntil([&] { return !sheet.running.get(); }));
+    EXPECT_EQ(sheet.error.get(),
+              QStringLiteral("Umbenennen abgebrochen: Der Datenträger meldet einen Lese- oder Schreibfehler."));
+    EXPECT_EQ(snapshotOf(folder), before);
+
+    sheet.start();
+    ASSERT_TRUE(waitUntil([&] { return !sheet.running.get(); }));
+    EXPECT_EQ(sheet.status.get(), QStringLiteral("2 umbenannt."));
+    EXPECT_EQ(sheet.error.get(), std::nullopt);
+    EXPECT_EQ(tree.content("f/2020-05-04 b.jpg"), "zwei");
+    EXPECT_EQ(undo.title.get(), QStringLiteral("Umbenennen von 2 Elementen rückgängig"));
+    EXPECT_FALSE(sheet.canStart());
+
+    sheet.undo();
+    ASSERT_TRUE(waitUntil([&] { return !sheet.running.get(); }));
+    EXPECT_EQ(snapshotOf(folder), before);
+    EXPECT_TRUE(undo.actions.get().empty()); // it is not to be taken back a second time
+}

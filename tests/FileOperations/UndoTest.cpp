@@ -1,0 +1,165 @@
+#include "Disk/SystemTrash.h"
+#include "FileOperations/FileOperations.h"
+#include "FileOperations/NewEntries.h"
+#include "FileOperations/UserUndo.h"
+#include "Support/Faults.h"
+#include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+using Kind = UserAction::Kind;
+
+namespace {
+
+/// A home and a second disk in one tree.
+class UndoTest : public testing::Test {
+protected:
+    UndoTest() { tree.lines({"home/a.txt=eins", "home/b.txt=zwei", "home/ordner/tief=drei", "disk/alt=vier"}); }
+
+    Location home(const char *name) const { return tree.path("home") / name; }
+    Location disk(const char *name) const { return tree.path("disk") / name; }
+    std::string snapshot() const { return snapshotOf(tree.path("home")) + snapshotOf(tree.path("disk")); }
+
+    UndoneAction undo(Kind kind, const std::vector<UserAction::Entry> &entries)
+    {
+        JobControl control;
+        return undoAction({kind, entries}, services, control);
+    }
+
+    TempTree tree;
+    SplitVolumes volumes{tree.path("disk")};
+    FaultPlan faults;
+    FaultyFileActions files{faults, volumes};
+    SystemTrash realTrash{tree.path("trash"), volumes};
+    FaultyTrash trash{faults, realTrash};
+    UndoServices services{files, trash, tree.path("logs")};
+};
+
+} // namespace
+
+TEST_F(UndoTest, takesEveryKindBack)
+{
+    const std::string before = snapshot();
+    std::filesystem::rename(home("a.txt"), home("neu.txt"));
+    EXPECT_EQ(undo(Kind::Rename, {recordOf(home("a.txt"), home("neu.txt"))}).failures, QStringList());
+    EXPECT_EQ(snapshot(), before);
+
+    std::filesystem::rename(home("a.txt"), home("ordner/a.txt"));
+    std::filesystem::rename(home("b.txt"), home("ordner/b.txt"));
+    EXPECT_EQ(
+        undo(Kind::Move, {recordOf(home("a.txt"), home("ordner/a.txt")), recordOf(home("b.txt"), home("ordner/b.txt"))})
+            .undone.size(),
+        2U);
+    EXPECT_EQ(snapshot(), before);
+
+    const Result<Location> trashed = realTrash.put(home("ordner"));
+    EXPECT_EQ(undo(Kind::Trash, {recordOf(home("ordner"), *trashed)}).failures, QStringList());
+    EXPECT_EQ(snapshot(), before);
+
+    std::filesystem::copy(home("a.txt"), home("kopie.txt"));
+    tree.folder("home/leer");
+    const Result<Location> text = createTextDocument(tree.path("home"));
+    const OperationOutcome alias = makeAliases({home("a.txt")}, tree.path("home"));
+    undo(Kind::Copy, {recordOf(home("a.txt"), home("kopie.txt"))});
+    undo(Kind::NewFolder, {recordOf({}, home("leer"))});
+    undo(Kind::NewFile, {recordOf({}, *text)});
+    undo(Kind::Alias, alias.action.entries);
+    EXPECT_EQ(snapshot(), before);
+    EXPECT_TRUE(tree.has("trash/files/kopie.txt"));
+    EXPECT_FALSE(tree.has("trash/files/leer")); // an empty folder holds nothing that could be missed
+}
+
+TEST_F(UndoTest, bringsBackWhatCrossedVolumesAndWhatItReplaced)
+{
+    const Result<Location> replaced = realTrash.put(disk("alt"));
+    std::filesystem::rename(home("ordner"), disk("alt"));
+    UserAction::Entry moved = recordOf(home("ordner"), disk("alt"));
+    moved.replaced = *replaced;
+    for (int n = 0;; ++n) {
+        const std::string before = snapshot();
+        faults = FaultPlan();
+        faults.failAt = n;
+        const UndoneAction undone = undo(Kind::Move, {moved});
+        if (undone.left.empty() && undone.failures.isEmpty())
+            break;
+        if (!undone.left.empty()) {
+            EXPECT_EQ(snapshot(), before) << n;
+            continue;
+        }
+        // It is back; what could not go, or not come back, is still there and was named.
+        EXPECT_EQ(tree.content("home/ordner/tief"), "drei");
+        std::filesystem::remove_all(home("ordner"));
+        if (!tree.has("disk/alt"))
+            std::filesystem::rename(*realTrash.find(disk("alt"), moved.state.identity), disk("alt"));
+        ASSERT_LT(n, 12);
+    }
+    EXPECT_EQ(tree.content("home/ordner/tief"), "drei");
+    EXPECT_EQ(tree.content("disk/alt"), "vier");
+}
+
+TEST_F(UndoTest, leavesAloneWhatIsNoLongerTheSame)
+{
+    const UserAction::Entry renamed = recordOf(home("x.txt"), home("a.txt"));
+    const UserAction::Entry gone = recordOf(home("y.txt"), home("b.txt"));
+    std::filesystem::copy(home("ordner/tief"), home("kopie"));
+    const UserAction::Entry copied = recordOf(home("ordner/tief"), home("kopie"));
+    std::filesystem::remove(home("b.txt"));
+    tree.file("home/anders", "fremd");
+    std::filesystem::rename(home("anders"), home("a.txt"));
+    tree.file("home/kopie", "weitergeschrieben");
+    const std::string before = snapshot();
+    const UndoneAction undone = undo(Kind::Move, {renamed, gone});
+    EXPECT_EQ(undone.failures, (QStringList{QStringLiteral("b.txt: Die Datei oder der Ordner ist nicht mehr da."),
+                                            QStringLiteral("a.txt: Dort liegt inzwischen etwas anderes.")}));
+    EXPECT_TRUE(undone.left.empty()); // trying again would not help
+    EXPECT_EQ(undo(Kind::Copy, {copied}).failures.size(), 1);
+    EXPECT_EQ(snapshot(), before);
+}
+
+TEST_F(UndoTest, neverReplacesWhatHasTakenTheOldPlace)
+{
+    std::filesystem::rename(home("a.txt"), home("neu.txt"));
+    tree.file("home/a.txt", "anderes");
+    const UserAction::Entry entry = recordOf(home("a.txt"), home("neu.txt"));
+    const std::string before = snapshot();
+    EXPECT_EQ(undo(Kind::Rename, {entry}).left, std::vector{entry});
+    EXPECT_EQ(snapshot(), before);
+    const Result<Location> trashed = realTrash.put(home("b.txt"));
+    tree.file("home/b.txt", "anderes");
+    EXPECT_EQ(undo(Kind::Trash, {recordOf(home("b.txt"), *trashed)}).left.size(), 1U);
+    EXPECT_EQ(tree.content("home/b.txt"), "anderes");
+    EXPECT_TRUE(std::filesystem::exists(*trashed));
+}
+
+TEST_F(UndoTest, theModelKeepsTheNewestAndSaysWhatWillHappen)
+{
+    UserUndo model(services);
+    model.record({Kind::Rename, {}});
+    EXPECT_EQ(model.title.get(), std::nullopt);
+    for (int i = 0; i < 105; ++i)
+        model.record({Kind::Move, {recordOf(home("ordner"), disk("alt")), recordOf(home("b.txt"), disk("alt"))}});
+    EXPECT_EQ(model.actions.get().size(), 100U);
+    EXPECT_EQ(model.title.get(), QStringLiteral("Verschieben von 2 Elementen rückgängig"));
+    std::filesystem::rename(home("a.txt"), home("neu.txt"));
+    model.record({Kind::Rename, {recordOf(home("a.txt"), home("neu.txt"))}});
+    EXPECT_EQ(model.title.get(), QStringLiteral("Umbenennen von „a.txt“ rückgängig"));
+    EXPECT_EQ(undoLines(model.actions.get().front()), QStringList(QStringLiteral("„neu.txt“ heißt wieder „a.txt“")));
+
+    model.undo();
+    EXPECT_TRUE(model.running.get());
+    model.undo(); // one at a time
+    ASSERT_TRUE(waitUntil([&] { return !model.running.get(); }));
+    EXPECT_EQ(model.status.get(), QStringLiteral("Rückgängig gemacht."));
+    EXPECT_EQ(model.restored.get(), std::vector{home("a.txt")});
+    EXPECT_EQ(model.actions.get().size(), 99U);
+
+    tree.file("home/c.txt", "fünf");
+    model.record({Kind::Rename, {recordOf(home("b.txt"), home("c.txt"))}});
+    model.undo();
+    ASSERT_TRUE(waitUntil([&] { return !model.running.get(); }));
+    EXPECT_TRUE(model.errorMessage.get()->startsWith(u"c.txt: Es gibt schon etwas mit diesem Namen."));
+    EXPECT_EQ(model.title.get(), QStringLiteral("Umbenennen von „b.txt“ rückgängig")); // stays, to be tried again
+}
