@@ -97,12 +97,15 @@ private:
         std::function<void()> accepted;
     };
     using Work = std::function<OperationOutcome(JobControl &)>;
+    using Finished = std::function<void(const OperationOutcome &)>;
 
-    void start(const QString &title, Work work, std::function<void(const OperationOutcome &)> finished);
-    void startAndTell(const QString &title, Work work, const QString &success, Then then);
-    void ask(OperationQuestion question, std::function<void()> accepted);
-    void ended(const OperationOutcome &outcome, const QString &success, const Then &then);
-    void startUnpacking(const Location &archive, const Location &folder, const Then &then);
+    void start(const QString &title, Work work, Finished finished);
+    /// The usual end: records what was done, and says what came of it.
+    Finished telling(const QString &success, Then then);
+    void startDeleting(std::vector<DoomedEntry> entries, Then then);
+    void startUnpacking(const Location &archive, const Location &folder, Then then);
+    void ask(OperationQuestion asked, std::function<void()> accepted);
+    void ended(int id, const OperationOutcome &outcome, const Finished &finished);
     void publishOperations();
     void publishQuestion();
 

@@ -35,7 +35,7 @@ struct Doomed {
     std::vector<DoomedEntry> entries;
     QStringList refused;
 };
-Doomed deletableForGood(const std::vector<Location> &entries, const Trash &trash, const TrashGround &ground);
+Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground);
 
 /// Deletes entries for good, each only if it still is the one that was asked about. Never called but on the user's own word.
 /// Blocking.

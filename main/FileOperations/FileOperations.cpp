@@ -1,0 +1,310 @@
+#include "FileOperations/FileOperations.h"
+
+#include "Base/AbandonablePool.h"
+#include "FileOperations/NewEntries.h"
+#include "FileOperations/OperationTexts.h"
+#include "FileOperations/ProgressFraction.h"
+#include "FileOperations/Unpacking.h"
+#include "FileOperations/ZipArchive.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace brellin {
+
+using namespace operationTexts;
+
+namespace {
+
+/// What is under way when the window closes may end its step.
+constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
+
+OperationOutcome failedOutcome(const QString &line)
+{
+    return {{}, {line}, false};
+}
+
+/// What was made of one place, or why nothing was.
+OperationOutcome outcomeOf(UserAction::Kind kind, const Location &from, const Result<Location> &made)
+{
+    if (made)
+        return {{kind, {recordOf(from, *made)}}, {}, false};
+    if (made.error().isCancelled())
+        return {{kind, {}}, {}, true};
+    return failedOutcome(made.error().message);
+}
+
+OperationOutcome plainOutcome(const Location &entry, const Result<void> &done)
+{
+    return done ? OperationOutcome() : failedOutcome(failureLine(entry, done.error()));
+}
+
+} // namespace
+
+/// One operation on a thread of its own, so that one that waits for a dead volume holds up no other.
+struct FileOperations::Operation {
+    int id = 0;
+    QString title;
+    QString detail;
+    std::optional<double> progress;
+    std::shared_ptr<QThreadPool> pool = abandonablePool(patienceAtTheEnd);
+    Job<OperationOutcome> job;
+};
+
+FileOperations::FileOperations(FileOperationServices services) : m_services(std::move(services)) {}
+
+FileOperations::~FileOperations() = default;
+
+void FileOperations::start(const QString &title, Work work, Finished finished)
+{
+    auto made = std::make_unique<Operation>();
+    Operation *const operation = made.get();
+    operation->id = ++m_lastId;
+    operation->title = title;
+    m_operations.push_back(std::move(made));
+    operation->job.start(
+        *operation->pool, std::move(work),
+        [this, id = operation->id, finished = std::move(finished)](const OperationOutcome &outcome) {
+            ended(id, outcome, finished);
+        },
+        [this, operation](const JobControl &control) {
+            operation->progress = progressFraction(control);
+            operation->detail = control.detail();
+            publishOperations();
+        });
+    publishOperations();
+}
+
+void FileOperations::ended(int id, const OperationOutcome &outcome, const Finished &finished)
+{
+    // This is called by the operation's job, which must outlive the call; and what follows may start the next one.
+    const Finished tell = finished;
+    const auto found = std::ranges::find(m_operations, id, [](const auto &one) { return one->id; });
+    const std::shared_ptr<Operation> done(std::move(*found));
+    m_operations.erase(found);
+    publishOperations();
+    tell(outcome);
+}
+
+FileOperations::Finished FileOperations::telling(const QString &success, Then then)
+{
+    return [this, success, then = std::move(then)](const OperationOutcome &outcome) {
+        m_services.undo.record(outcome.action);
+        if (!outcome.failures.isEmpty())
+            publish(errorMessage, std::optional(outcome.failures.join(u'\n')));
+        const QString bad = outcome.cancelled ? QStringLiteral("Abgebrochen.") : QString();
+        publish(status, outcome.failures.isEmpty() && bad.isEmpty() ? success : bad);
+        if (then.receiver && then.call)
+            then.call(outcome);
+    };
+}
+
+void FileOperations::newTextDocument(const Location &folder, Then then)
+{
+    start(
+        QStringLiteral("Lege Textdokument an"),
+        [folder](JobControl &) { return outcomeOf(UserAction::Kind::NewFile, {}, createTextDocument(folder)); },
+        telling({}, std::move(then)));
+}
+
+void FileOperations::trash(std::vector<Location> entries, Then then)
+{
+    const QString what = named(entries);
+    start(
+        QStringLiteral("Lege %1 in den Papierkorb").arg(what),
+        [entries = std::move(entries), &trash = m_services.trash](JobControl &control) {
+            return putInTrash(entries, trash, control);
+        },
+        telling(QStringLiteral("%1 in den Papierkorb gelegt.").arg(what), std::move(then)));
+}
+
+void FileOperations::emptyTrash(Then then)
+{
+    ask(emptyTrashQuestion(), [this, then = std::move(then)] {
+        start(
+            QStringLiteral("Leere den Papierkorb"),
+            [home = m_services.homeTrash, &volumes = m_services.volumes](JobControl &control) {
+                OperationOutcome outcome = brellin::emptyTrash({home, volumes}, control);
+                if (!outcome.failures.isEmpty())
+                    outcome.failures = {QStringLiteral("Papierkorb konnte nicht geleert werden: ") +
+                                        outcome.failures.join(u'\n')};
+                return outcome;
+            },
+            telling(QStringLiteral("Papierkorb geleert."), then));
+    });
+}
+
+void FileOperations::deleteForGood(std::vector<Location> entries, Then then)
+{
+    const auto doomed = std::make_shared<Doomed>();
+    start(
+        QStringLiteral("Prüfe %1").arg(named(entries)),
+        [doomed, entries = std::move(entries), home = m_services.homeTrash,
+         &volumes = m_services.volumes](JobControl &control) {
+            *doomed = deletableForGood(entries, {home, volumes});
+            return OperationOutcome{{}, doomed->entries.empty() ? doomed->refused : QStringList(), control.cancelled()};
+        },
+        [this, doomed, then = std::move(then)](const OperationOutcome &outcome) {
+            if (doomed->entries.empty() || outcome.cancelled) {
+                telling({}, then)(outcome);
+                return;
+            }
+            ask(deleteQuestion(doomed->entries, doomed->refused),
+                [this, doomed, then] { startDeleting(doomed->entries, then); });
+        });
+}
+
+void FileOperations::startDeleting(std::vector<DoomedEntry> entries, Then then)
+{
+    start(
+        QStringLiteral("Lösche endgültig"),
+        [entries = std::move(entries), &trash = m_services.trash, home = m_services.homeTrash,
+         &volumes = m_services.volumes](JobControl &control) {
+            return brellin::deleteForGood(entries, trash, {home, volumes}, control);
+        },
+        telling(QStringLiteral("Endgültig gelöscht."), std::move(then)));
+}
+
+void FileOperations::compress(std::vector<Location> entries, const Location &into, Then then)
+{
+    start(
+        QStringLiteral("Komprimiere %1").arg(named(entries)),
+        [entries = std::move(entries), into, &files = m_services.files,
+         &processes = m_services.processes](JobControl &control) {
+            return outcomeOf(UserAction::Kind::Archive, {},
+                             brellin::compress(entries, into, files, processes, control));
+        },
+        telling(QStringLiteral("Archiv angelegt."), std::move(then)));
+}
+
+void FileOperations::unpack(const Location &archive, const Location &folder, Then then)
+{
+    struct Look {
+        ArchiveSummary summary;
+        std::int64_t available = std::numeric_limits<std::int64_t>::max();
+    };
+    const auto look = std::make_shared<Look>();
+    start(
+        QStringLiteral("Prüfe „%1“").arg(shownName(archive)),
+        [look, archive, folder, &volumes = m_services.volumes](JobControl &control) -> OperationOutcome {
+            const Result<ArchiveSummary> summary = summarise(archive, control);
+            if (!summary)
+                return {{},
+                        summary.error().isCancelled() ? QStringList() : QStringList(summary.error().message),
+                        control.cancelled()};
+            look->summary = *summary;
+            look->available = volumes.available(folder).value_or(look->available);
+            return {};
+        },
+        [this, look, archive, folder, then = std::move(then)](const OperationOutcome &outcome) {
+            if (!outcome.failures.isEmpty() || outcome.cancelled)
+                telling({}, then)(outcome);
+            else if (look->summary.bytes <= look->available)
+                startUnpacking(archive, folder, then);
+            else
+                ask(unpackQuestion(archive, look->summary, look->available),
+                    [this, archive, folder, then] { startUnpacking(archive, folder, then); });
+        });
+}
+
+void FileOperations::startUnpacking(const Location &archive, const Location &folder, Then then)
+{
+    start(
+        QStringLiteral("Entpacke „%1“").arg(shownName(archive)),
+        [archive, folder, &files = m_services.files, &volumes = m_services.volumes](JobControl &control) {
+            const Result<Unpacked> unpacked = brellin::unpack(archive, folder, files, volumes, control);
+            OperationOutcome outcome =
+                outcomeOf(UserAction::Kind::Unpack, archive,
+                          unpacked ? Result<Location>(unpacked->place) : failure(unpacked.error()));
+            if (unpacked && !unpacked->refused.isEmpty())
+                outcome.failures << QStringLiteral("Nicht entpackt:\n") + unpacked->refused.join(u'\n');
+            return outcome;
+        },
+        telling(QStringLiteral("„%1“ entpackt.").arg(shownName(archive)), std::move(then)));
+}
+
+void FileOperations::makeAlias(std::vector<Location> sources, const Location &folder, Then then)
+{
+    start(
+        QStringLiteral("Lege Verknüpfungen an"),
+        [sources = std::move(sources), folder](JobControl &) { return makeAliases(sources, folder); },
+        telling({}, std::move(then)));
+}
+
+void FileOperations::openTerminal(const Location &folder)
+{
+    start(
+        QStringLiteral("Öffne ein Terminal"),
+        [folder, &workspace = m_services.workspace](JobControl &) {
+            return plainOutcome(folder, workspace.openTerminal(folder));
+        },
+        telling({}, {}));
+}
+
+void FileOperations::openWith(std::vector<Location> entries, const QString &application)
+{
+    if (entries.empty())
+        return;
+    start(
+        QStringLiteral("Öffne %1").arg(named(entries)),
+        [entries = std::move(entries), application, &workspace = m_services.workspace](JobControl &) {
+            return plainOutcome(entries.front(), workspace.openWith(entries, application));
+        },
+        telling({}, {}));
+}
+
+void FileOperations::reveal(const Location &entry)
+{
+    start(
+        QStringLiteral("Zeige %1").arg(named({entry})),
+        [entry, &workspace = m_services.workspace](JobControl &) {
+            return plainOutcome(entry, workspace.reveal(entry));
+        },
+        telling({}, {}));
+}
+
+void FileOperations::ask(OperationQuestion asked, std::function<void()> accepted)
+{
+    m_waiting.push_back({std::move(asked), std::move(accepted)});
+    publishQuestion();
+}
+
+void FileOperations::answer(Answer given)
+{
+    if (m_waiting.empty())
+        return;
+    const Waiting answered = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    publishQuestion();
+    if (given == Answer::Accept)
+        answered.accepted();
+}
+
+void FileOperations::cancel(int operation)
+{
+    for (const std::unique_ptr<Operation> &one : m_operations) {
+        if (one->id == operation)
+            one->job.cancel();
+    }
+}
+
+void FileOperations::dismissError()
+{
+    publish(errorMessage, std::optional<QString>());
+}
+
+void FileOperations::publishOperations()
+{
+    std::vector<RunningOperation> now;
+    for (const std::unique_ptr<Operation> &one : m_operations)
+        now.push_back({one->id, one->title, one->detail, one->progress});
+    publish(operations, std::move(now));
+}
+
+void FileOperations::publishQuestion()
+{
+    publish(question, m_waiting.empty() ? std::nullopt : std::optional(m_waiting.front().question));
+}
+
+} // namespace brellin

@@ -1,0 +1,88 @@
+#include "FileOperations/PermanentRemoval.h"
+
+#include "Disk/CopyTreeRemoval.h"
+#include "Disk/Descriptor.h"
+#include "Disk/FileAttributes.h"
+#include "Disk/Linux/SystemTrashFolder.h"
+#include "Disk/MountTable.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace brellin {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Without links on the way to it; the entry itself may be one.
+Location resolved(const Location &entry)
+{
+    std::error_code error;
+    const Location plain = standardised(entry);
+    const Location folder = fs::weakly_canonical(plain.parent_path(), error);
+    return error ? plain : folder / plain.filename();
+}
+
+/// What a volume's Trash may be called, with the home Trash first.
+std::vector<TrashPlace> placesFor(const Location &entry, const Location &homeTrash, const Volumes &volumes)
+{
+    std::vector<TrashPlace> places;
+    const Location folder = resolved(entry).parent_path();
+    if (volumes.same(folder, homeTrash / "files" / "any"))
+        places.push_back(TrashPlace::home(homeTrash));
+    if (const Result<Location> top = volumes.top(folder))
+        places.insert(places.end(), {TrashPlace::shared(*top), TrashPlace::own(*top)});
+    return places;
+}
+
+} // namespace
+
+Result<void> deleteEntryForGood(const Location &entry)
+{
+    const EntryPlace place = TRY(openPlace(entry));
+    return removeTree(place.at());
+}
+
+Result<void> deleteFromTrash(const Location &trashed)
+{
+    // The record goes last: what could not be removed still knows where it came from.
+    TRY(deleteEntryForGood(trashed));
+    const Location record = trashed.parent_path().parent_path() / "info" / (trashed.filename().native() + ".trashinfo");
+    if (::unlink(record.c_str()) != 0 && errno != ENOENT)
+        return failure(Failure::lastSystem());
+    return {};
+}
+
+bool volumeHasTrash(const Location &entry, const Location &homeTrash, const Volumes &volumes)
+{
+    return std::ranges::any_of(placesFor(entry, homeTrash, volumes), TrashFolder::usable);
+}
+
+bool liesInTrash(const Location &entry, const Location &homeTrash, const Volumes &volumes)
+{
+    const Location place = resolved(entry);
+    std::vector<TrashPlace> places = placesFor(entry, homeTrash, volumes);
+    places.push_back(TrashPlace::home(homeTrash));
+    return std::ranges::any_of(places, [&](const TrashPlace &trash) {
+        std::error_code error;
+        const Location files = fs::weakly_canonical(trash.folder / "files", error);
+        return !error && isAtOrBelow(place, files) && place != files;
+    });
+}
+
+bool holdsMoreThanItself(const Location &entry, const Location &homeTrash)
+{
+    const Location place = resolved(entry);
+    std::error_code error;
+    const Location trash = fs::weakly_canonical(homeTrash, error);
+    if (!place.has_relative_path() || error || isAtOrBelow(trash, place))
+        return true;
+    const std::vector<Mount> table = currentMountTable();
+    return std::ranges::any_of(table, [&](const Mount &mount) { return isAtOrBelow(Location(mount.point), place); });
+}
+
+} // namespace brellin

@@ -1,0 +1,45 @@
+#include "FileOperations/OperationTexts.h"
+
+#include "Base/German.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace brellin::operationTexts {
+
+QString named(const std::vector<Location> &entries)
+{
+    if (entries.size() == 1)
+        return QStringLiteral("„%1“").arg(shownName(entries.front()));
+    return counted(static_cast<qint64>(entries.size()), QStringLiteral("Element"), QStringLiteral("Elemente"));
+}
+
+OperationQuestion emptyTrashQuestion()
+{
+    return {OperationQuestion::Kind::EmptyTrash, QStringLiteral("Papierkorb wirklich leeren?"),
+            QStringLiteral("Was darin liegt, auch auf anderen Datenträgern, ist danach endgültig gelöscht."),
+            QStringLiteral("Papierkorb leeren")};
+}
+
+OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const QStringList &refused)
+{
+    std::vector<Location> locations;
+    std::ranges::transform(entries, std::back_inserter(locations), &DoomedEntry::location);
+    QString information = QStringLiteral("Das lässt sich nicht rückgängig machen.");
+    if (!refused.isEmpty())
+        information += QStringLiteral("\n\nNicht gelöscht wird:\n") + refused.join(u'\n');
+    return {OperationQuestion::Kind::DeleteForGood, QStringLiteral("%1 endgültig löschen?").arg(named(locations)),
+            information, QStringLiteral("Endgültig löschen")};
+}
+
+OperationQuestion unpackQuestion(const Location &archive, const ArchiveSummary &summary, std::int64_t available)
+{
+    return {OperationQuestion::Kind::UnpackBeyondFreeSpace,
+            QStringLiteral("„%1“ braucht mehr Platz, als frei ist").arg(shownName(archive)),
+            QStringLiteral("Entpackt sind es %1, frei sind %2. Das Entpacken endet, bevor der Datenträger voll ist; "
+                           "dann bleibt nichts davon übrig.")
+                .arg(sizeText(summary.bytes), sizeText(available)),
+            QStringLiteral("Trotzdem entpacken")};
+}
+
+} // namespace brellin::operationTexts

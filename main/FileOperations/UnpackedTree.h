@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+#include "Disk/Descriptor.h"
+#include "FileOperations/ArchiveReader.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace brellin {
+
+/// The tree that an archive's entries become, below one folder of ours and never outside of it. No link exists in it before
+/// the last file is written, so that nothing is written through one.
+class UnpackedTree {
+public:
+    /// Called with the number of bytes before they are written; a failure ends it.
+    using MayWrite = std::function<Result<void>(std::int64_t bytes)>;
+
+    static Result<UnpackedTree> in(const Location &folder, MayWrite mayWrite);
+
+    /// Makes one entry, its content read from `reader`. What must not be made is named in `refused`, and no failure.
+    Result<void> add(const ArchivedEntry &entry, ArchiveReader &reader);
+    /// Makes the links, and gives the folders their times.
+    Result<void> finish();
+
+    const QStringList &refused() const { return m_refused; }
+
+private:
+    struct Place {
+        Descriptor folder;
+        std::string name;
+        NameIn at() const { return {folder.number(), name.c_str()}; }
+    };
+    struct Link {
+        std::vector<std::string> path;
+        std::string target;
+    };
+    using Path = std::vector<std::string>;
+
+    UnpackedTree(Location folder, Descriptor top, MayWrite mayWrite);
+    void refuse(const ArchivedEntry &entry, const QString &why);
+    Result<Descriptor> folderAt(const Path &path, std::uint32_t lastMode) const;
+    Result<Place> placeFor(const Path &path) const;
+    Result<void> addFile(const Path &path, const ArchivedEntry &entry, ArchiveReader &reader);
+    Result<void> addFolder(const Path &path, const ArchivedEntry &entry);
+    Result<void> addHardLink(const Path &path, const ArchivedEntry &entry);
+    void makeLink(const Link &link);
+    bool leadsOutside(const Link &link) const;
+    void removeLinksThatLeadOutside();
+
+    Location m_folder;
+    Descriptor m_top;
+    MayWrite m_mayWrite;
+    std::vector<Link> m_links;
+    std::vector<std::pair<Location, Instant>> m_folderTimes;
+    QStringList m_refused;
+};
+
+} // namespace brellin

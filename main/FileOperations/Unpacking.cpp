@@ -1,0 +1,139 @@
+#include "FileOperations/Unpacking.h"
+
+#include "FileOperations/ArchiveReader.h"
+#include "FileOperations/HiddenFolder.h"
+#include "FileOperations/UnpackedTree.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <string>
+#include <string_view>
+
+namespace brellin {
+
+namespace {
+
+/// So much stays free on the volume, whatever an archive turns out to hold.
+constexpr std::int64_t reserve = 64'000'000;
+/// Between two looks at the free space.
+constexpr std::int64_t lookEvery = 16'000'000;
+
+constexpr std::array<std::string_view, 15> endings = {".zip",  ".tar",     ".tar.gz",   ".tgz", ".tar.bz2",
+                                                      ".tbz2", ".tbz",     ".tar.xz",   ".txz", ".tar.zst",
+                                                      ".tzst", ".tar.lz4", ".tar.lzma", ".tlz", ".tar.z"};
+
+std::string_view endingOf(std::string_view name)
+{
+    std::string lower(name);
+    std::ranges::transform(lower, lower.begin(), [](unsigned char letter) { return std::tolower(letter); });
+    // The longest: ".tar.gz" and not ".gz".
+    std::string_view found;
+    for (const std::string_view ending : endings) {
+        if (lower.size() > ending.size() && lower.ends_with(ending) && ending.size() > found.size())
+            found = ending;
+    }
+    return found;
+}
+
+/// Looks at the cancel flag at every piece, and at the free space now and then.
+class SpaceWatch {
+public:
+    SpaceWatch(Location folder, const Volumes &volumes, const JobControl &control)
+        : m_folder(std::move(folder))
+        , m_volumes(volumes)
+        , m_control(control)
+    {
+    }
+
+    Result<void> mayWrite(std::int64_t bytes)
+    {
+        if (m_control.cancelled())
+            return failure(Failure::cancelled());
+        m_sinceLook += bytes;
+        if (m_sinceLook < lookEvery)
+            return {};
+        m_sinceLook = 0;
+        const Result<std::int64_t> free = m_volumes.available(m_folder);
+        return free && *free < reserve ? failure(Failure::system(ENOSPC)) : Result<void>();
+    }
+
+private:
+    const Location m_folder;
+    const Volumes &m_volumes;
+    const JobControl &m_control;
+    std::int64_t m_sinceLook = lookEvery; ///< the first look comes at once
+};
+
+Result<QStringList> unpackInto(const Location &folder, ArchiveReader &reader, SpaceWatch &space, JobControl &control)
+{
+    UnpackedTree tree = TRY(UnpackedTree::in(folder, [&space](std::int64_t bytes) { return space.mayWrite(bytes); }));
+    control.setTotal(reader.bytesInAll());
+    for (;;) {
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+        const std::optional<ArchivedEntry> entry = TRY(reader.next());
+        if (!entry)
+            break;
+        control.setDetail(shown(std::string_view(entry->path)));
+        TRY(tree.add(*entry, reader));
+        control.setDone(std::min(reader.bytesRead(), reader.bytesInAll()));
+    }
+    TRY(tree.finish());
+    return tree.refused();
+}
+
+std::vector<Location> entriesOf(const Location &folder)
+{
+    std::vector<Location> entries;
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator(folder, error))
+        entries.push_back(entry.path());
+    return entries;
+}
+
+} // namespace
+
+bool isUnpackable(std::string_view name)
+{
+    return !endingOf(name).empty();
+}
+
+Result<ArchiveSummary> summarise(const Location &archive, const JobControl &control)
+{
+    ArchiveReader reader = TRY(ArchiveReader::open(archive));
+    ArchiveSummary summary;
+    for (;;) {
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+        const std::optional<ArchivedEntry> entry = TRY(reader.next());
+        if (!entry)
+            return summary;
+        ++summary.entries;
+        const std::int64_t size = std::max<std::int64_t>(entry->size.value_or(0), 0);
+        const std::int64_t room = std::numeric_limits<std::int64_t>::max() - summary.bytes;
+        summary.bytes += std::min(size, room);
+    }
+}
+
+Result<Unpacked> unpack(const Location &archive, const Location &folder, FileActions &files, const Volumes &volumes,
+                        JobControl &control)
+{
+    ArchiveReader reader = TRY(ArchiveReader::open(archive));
+    const HiddenFolder hidden = TRY(HiddenFolder::create(folder, ".brellin-entpacken-", files));
+    SpaceWatch space(folder, volumes, control);
+    QStringList refused = TRY(unpackInto(hidden.location(), reader, space, control));
+    const std::vector<Location> tops = entriesOf(hidden.location());
+    if (tops.empty())
+        return failure(refused.isEmpty()
+                           ? QStringLiteral("Das Archiv ist leer.")
+                           : QStringLiteral("Aus dem Archiv lässt sich nichts entpacken. ") + refused.join(u'\n'));
+    const std::string name = archive.filename().native();
+    const Location own = folder / name.substr(0, name.size() - endingOf(name).size());
+    const Location place = TRY(tops.size() == 1 ? renameToFree(tops.front(), folder / tops.front().filename(), files)
+                                                : renameToFree(hidden.location(), own, files));
+    return Unpacked{place, std::move(refused)};
+}
+
+} // namespace brellin

@@ -1,0 +1,93 @@
+#include "FileOperations/ZipArchive.h"
+
+#include "Disk/Walk.h"
+#include "FileOperations/HiddenFolder.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// Packing a big folder takes as long as it takes.
+constexpr auto longestRun = std::chrono::hours(24 * 7);
+
+/// So zip ends where a file could not be read.
+constexpr int someUnreadable = 18;
+
+std::int64_t bytesIn(const Location &entry, const JobControl &control)
+{
+    const Result<FileAttributes> attributes = readAttributes(entry);
+    if (!attributes || !attributes->isFolder())
+        return attributes ? attributes->size : 0;
+    std::int64_t bytes = 0;
+    const Result<WalkOutcome> walked = walk(
+        entry, {.attributes = Attribute::Size},
+        [&](const WalkEntry &one) {
+            bytes += one.attributes.isFile() ? one.attributes.size : 0;
+            return WalkStep::Continue;
+        },
+        &control);
+    return walked ? bytes : 0;
+}
+
+/// To zip a single "-" means its input, and a single "@" that the names come from there.
+std::string asArgument(const std::string &name)
+{
+    return name == "-" || name == "@" ? "./" + name : name;
+}
+
+ProcessRequest requestFor(const Location &archive, const std::vector<Location> &entries, JobControl &control)
+{
+    ProcessRequest request;
+    request.program = "zip";
+    request.arguments = {"-r", "-y", "-q", archive.native(), "--"};
+    for (const Location &entry : entries)
+        request.arguments.push_back(asArgument(entry.filename().native()));
+    request.workingFolder = entries.front().parent_path();
+    request.timeout = longestRun;
+    request.hasRead = [&control](std::int64_t bytes) { control.setDone(std::min<qint64>(bytes, control.total())); };
+    return request;
+}
+
+Failure failureOf(const ProcessOutput &output)
+{
+    const QString words = QString::fromUtf8(output.errors + output.output).simplified().left(500);
+    if (output.exitCode == someUnreadable)
+        return {QStringLiteral("Nicht alles ließ sich lesen; es wurde kein Archiv angelegt. (%1)").arg(words), {}};
+    return {QStringLiteral("Das Archiv ließ sich nicht anlegen. (%1)").arg(words), {}};
+}
+
+} // namespace
+
+std::string zipName(const std::vector<Location> &entries)
+{
+    return entries.size() == 1 ? entries.front().filename().native() + ".zip" : "Archiv.zip";
+}
+
+Result<Location> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
+                          ProcessRunner &processes, JobControl &control)
+{
+    if (entries.empty())
+        return failure(QStringLiteral("Es ist nichts ausgewählt."));
+    const Location folder = entries.front().parent_path();
+    const bool together =
+        std::ranges::all_of(entries, [&](const Location &entry) { return entry.parent_path() == folder; });
+    if (!together)
+        return failure(QStringLiteral("Für ein Archiv müssen alle Elemente im selben Ordner liegen."));
+    qint64 total = 0;
+    for (const Location &entry : entries)
+        total += bytesIn(entry, control);
+    control.setTotal(total);
+
+    HiddenFolder hidden = TRY(HiddenFolder::create(into, ".brellin-zip-", files));
+    const Location growing = hidden.location() / "Archiv.zip";
+    const ProcessOutput output = TRY(processes.run(requestFor(growing, entries, control), &control));
+    if (output.exitCode != 0)
+        return failure(failureOf(output));
+    if (control.cancelled())
+        return failure(Failure::cancelled());
+    return renameToFree(growing, into / zipName(entries), files);
+}
+
+} // namespace brellin

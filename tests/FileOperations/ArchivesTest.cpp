@@ -1,0 +1,243 @@
+#include "Disk/Volumes.h"
+#include "FileOperations/Unpacking.h"
+#include "FileOperations/ZipArchive.h"
+#include "Support/TempTree.h"
+
+#include <gtest/gtest.h>
+
+#include <archive.h>
+#include <archive_entry.h>
+
+#include <algorithm>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// One entry of an archive that a test makes.
+struct Made {
+    std::string path;
+    std::string content = {};
+    unsigned type = AE_IFREG;
+    std::string target = {};
+    unsigned mode = 0644;
+};
+
+void makeTar(const Location &file, const std::vector<Made> &entries)
+{
+    archive *writer = ::archive_write_new();
+    ::archive_write_set_format_pax_restricted(writer);
+    ::archive_write_add_filter_gzip(writer);
+    ASSERT_EQ(::archive_write_open_filename(writer, file.c_str()), ARCHIVE_OK);
+    for (const Made &made : entries) {
+        archive_entry *entry = ::archive_entry_new();
+        ::archive_entry_set_pathname(entry, made.path.c_str());
+        ::archive_entry_set_perm(entry, made.mode);
+        if (made.type == 0)
+            ::archive_entry_set_hardlink(entry, made.target.c_str());
+        ::archive_entry_set_filetype(entry, made.type == 0 ? AE_IFREG : made.type);
+        if (made.type == AE_IFLNK)
+            ::archive_entry_set_symlink(entry, made.target.c_str());
+        ::archive_entry_set_size(entry, static_cast<la_int64_t>(made.content.size()));
+        ::archive_entry_set_mtime(entry, 1'000'000'000, 0);
+        ASSERT_LE(::archive_write_header(writer, entry), ARCHIVE_OK) << made.path;
+        ::archive_write_data(writer, made.content.data(), made.content.size());
+        ::archive_entry_free(entry);
+    }
+    ::archive_write_free(writer);
+}
+
+class ArchivesTest : public testing::Test {
+protected:
+    ArchivesTest() { tree.lines({"in/", "out/"}); }
+
+    Result<Location> zip(const std::vector<std::string> &names)
+    {
+        std::vector<Location> entries;
+        for (const std::string &name : names)
+            entries.push_back(tree.path("in") / name);
+        return compress(entries, tree.path("in"), files, processes, control);
+    }
+    Result<Unpacked> unpackTar(const std::vector<Made> &entries)
+    {
+        makeTar(tree.path("Reise.tar.gz"), entries);
+        return unpack(tree.path("Reise.tar.gz"), tree.path("out"), files, volumes, control);
+    }
+    std::vector<std::string> namesIn(std::string_view folder) const
+    {
+        std::vector<std::string> names;
+        for (const auto &entry : std::filesystem::directory_iterator(tree.path(folder)))
+            names.push_back(entry.path().filename());
+        std::ranges::sort(names);
+        return names;
+    }
+    using Names = std::vector<std::string>;
+
+    TempTree tree;
+    DiskFileActions files;
+    SystemProcessRunner processes;
+    SystemVolumes volumes;
+    JobControl control;
+};
+
+} // namespace
+
+TEST_F(ArchivesTest, packsAndUnpacksWhateverNamesAndLinks)
+{
+    tree.lines({"in/-r=eins", "in/-=zwei", "in/@=drei", "in/--=vier", "in/*.txt=fünf", "in/\xFF.x=sechs",
+                "in/ordner/.versteckt=sieben", "in/ordner/leer/", "in/ordner/zeiger->.versteckt"});
+    const Names all{"-r", "-", "@", "--", "*.txt", "\xFF.x", "ordner"};
+    const Result<Location> made = zip(all);
+    ASSERT_TRUE(made) << made.error().message.toStdString();
+    EXPECT_EQ(made->filename(), "Archiv.zip");
+    EXPECT_GT(control.total(), 0);
+    EXPECT_EQ(namesIn("in").size(), all.size() + 1); // nothing hidden is left
+
+    const Result<Unpacked> unpacked = unpack(*made, tree.path("out"), files, volumes, control);
+    ASSERT_TRUE(unpacked) << unpacked.error().message.toStdString();
+    EXPECT_EQ(unpacked->refused, QStringList());
+    EXPECT_EQ(namesIn("out"), (Names{"Archiv"}));
+    std::filesystem::remove(*made);
+    for (const std::string &name : all) {
+        EXPECT_EQ(tree.has("out/Archiv/" + name), true) << name;
+    }
+    EXPECT_EQ(tree.content("out/Archiv/-"), "zwei");
+    EXPECT_EQ(tree.content("out/Archiv/@"), "drei");
+    EXPECT_EQ(tree.content("out/Archiv/\xFF.x"), "sechs");
+    EXPECT_EQ(tree.content("out/Archiv/ordner/.versteckt"), "sieben");
+    EXPECT_TRUE(tree.has("out/Archiv/ordner/leer"));
+    EXPECT_EQ(std::filesystem::read_symlink(tree.path("out/Archiv/ordner/zeiger")), ".versteckt");
+}
+
+TEST_F(ArchivesTest, namesArchivesFreelyAndLeavesNothingOfAFailure)
+{
+    tree.lines({"in/Brief.pdf=eins", "in/Brief.pdf.zip=anderes", "fort/x=y"});
+    EXPECT_EQ(zip({"Brief.pdf"})->filename(), "Brief.pdf (2).zip");
+    EXPECT_EQ(tree.content("in/Brief.pdf.zip"), "anderes");
+    const Names before = namesIn("in");
+    EXPECT_FALSE(zip({"gibt es nicht"}));
+    EXPECT_FALSE(
+        compress({tree.path("in/Brief.pdf"), tree.path("fort/x")}, tree.path("in"), files, processes, control));
+    control.cancel();
+    EXPECT_TRUE(zip({"Brief.pdf"}).error().isCancelled());
+    EXPECT_EQ(namesIn("in"), before);
+}
+
+TEST_F(ArchivesTest, packsNothingRatherThanAPart)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root reads everything";
+    tree.lines({"in/a=eins", "in/b=zwei"});
+    ::chmod(tree.path("in/b").c_str(), 0);
+    const Result<Location> made = zip({"a", "b"});
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.startsWith(u"Nicht alles ließ sich lesen"));
+    EXPECT_EQ(namesIn("in"), (Names{"a", "b"}));
+}
+
+TEST_F(ArchivesTest, removesWhatAKilledProgramLeft)
+{
+    tree.lines({"in/a=eins", "in/.brellin-zip-tot/sperre=", "in/.brellin-zip-tot/inhalt/ziXYZ=halb",
+                "in/.brellin-zip-anders=Datei", "in/.brellin-zip-werdend/inhalt/"});
+    ASSERT_TRUE(zip({"a"}));
+    EXPECT_EQ(namesIn("in"), (Names{".brellin-zip-anders", ".brellin-zip-werdend", "a", "a.zip"}));
+}
+
+TEST_F(ArchivesTest, unpacksOneEntryByItselfAndSeveralInAFolder)
+{
+    tree.lines({"out/bilder=schon da", "out/Reise=schon da"});
+    const Result<Unpacked> one = unpackTar({{"bilder/a.jpg", "eins", AE_IFREG, {}, 04755},
+                                            {"bilder/a.jpg", "noch eins"},
+                                            {"bilder/b", {}, 0, "bilder/a.jpg"},
+                                            {"bilder/tief/", {}, AE_IFDIR, {}, 0}});
+    ASSERT_TRUE(one) << one.error().message.toStdString();
+    EXPECT_EQ(one->place, tree.path("out/bilder (2)"));
+    EXPECT_EQ(tree.content("out/bilder (2)/a.jpg"), "eins");
+    EXPECT_EQ(tree.content("out/bilder (2)/a (2).jpg"), "noch eins");
+    EXPECT_EQ(tree.content("out/bilder (2)/b"), "eins");
+    struct stat status{};
+    ASSERT_EQ(::stat(tree.path("out/bilder (2)/a.jpg").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0755U); // no set-user-id
+    EXPECT_EQ(status.st_mtime, 1'000'000'000);
+    EXPECT_TRUE(tree.has("out/bilder (2)/tief"));
+
+    const Result<Unpacked> several = unpackTar({{"a", "eins"}, {"./b", "zwei"}});
+    ASSERT_TRUE(several);
+    EXPECT_EQ(several->place, tree.path("out/Reise (2)"));
+    EXPECT_EQ(tree.content("out/Reise (2)/b"), "zwei");
+    EXPECT_EQ(tree.content("out/bilder"), "schon da");
+}
+
+TEST_F(ArchivesTest, letsNothingOutOfItsFolder)
+{
+    tree.lines({"opfer=unberührt", "out/opfer=unberührt"});
+    const std::string secret = tree.path("opfer").native();
+    const Result<Unpacked> unpacked = unpackTar({
+        {"../opfer", "böse"},
+        {"gut/../../opfer", "böse"},
+        {secret, "böse"},
+        {"pipe", {}, AE_IFIFO},
+        {"gerät", {}, AE_IFCHR},
+        {"raus", {}, AE_IFLNK, ".."},
+        {"raus/opfer", "böse"},
+        {"absolut", {}, AE_IFLNK, secret},
+        {"gut/hoch", {}, AE_IFLNK, "../.."},
+        // Each stays inside by its text; one through the other does not.
+        {"tief/a/oben", {}, AE_IFLNK, "../.."},
+        {"tief/b", {}, AE_IFLNK, "a/oben/../opfer"},
+        {"hart", {}, 0, "../opfer"},
+        {"gut/datei", "gut"},
+        {"gut/zeiger", {}, AE_IFLNK, "./datei"},
+    });
+    ASSERT_TRUE(unpacked) << unpacked.error().message.toStdString();
+    EXPECT_EQ(tree.content("opfer"), "unberührt");
+    EXPECT_EQ(tree.content("out/opfer"), "unberührt");
+    EXPECT_EQ(namesIn("out"), (Names{"Reise", "opfer"}));
+    EXPECT_EQ(namesIn("out/Reise"), (Names{"gut", "raus", "tief"}));
+    EXPECT_TRUE(std::filesystem::is_directory(tree.path("out/Reise/raus"))); // made by what should have gone through it
+    EXPECT_EQ(namesIn("out/Reise/gut"), (Names{"datei", "zeiger"}));
+    EXPECT_EQ(tree.content("out/Reise/gut/zeiger"), "gut");
+    EXPECT_FALSE(tree.has("out/Reise/tief/b"));
+    EXPECT_GE(unpacked->refused.size(), 9);
+    EXPECT_TRUE(unpacked->refused.contains(QStringLiteral("../opfer: führt aus dem Ordner hinaus oder ist zu lang")));
+}
+
+TEST_F(ArchivesTest, leavesNothingOfADamagedArchiveAnEmptyOneOrACancel)
+{
+    makeTar(tree.path("a.tgz"), {{"a", std::string(300'000, 'x')}, {"b", std::string(300'000, 'y')}});
+    std::filesystem::resize_file(tree.path("a.tgz"), std::filesystem::file_size(tree.path("a.tgz")) / 2);
+    EXPECT_FALSE(unpack(tree.path("a.tgz"), tree.path("out"), files, volumes, control));
+    tree.file("kein.zip", "kein Archiv");
+    EXPECT_FALSE(unpack(tree.path("kein.zip"), tree.path("out"), files, volumes, control));
+    EXPECT_FALSE(unpackTar({}));
+    EXPECT_FALSE(unpackTar({{"../x", "böse"}}));
+    control.cancel();
+    EXPECT_TRUE(unpackTar({{"a", "b"}}).error().isCancelled());
+    EXPECT_EQ(namesIn("out"), Names());
+}
+
+TEST_F(ArchivesTest, endsBeforeTheVolumeIsFull)
+{
+    class Full : public SystemVolumes {
+    public:
+        Result<std::int64_t> available(const Location &) const override { return 1'000'000; }
+    };
+    makeTar(tree.path("a.tgz"), {{"a", std::string(100, 'x')}});
+    EXPECT_EQ(summarise(tree.path("a.tgz"), control)->bytes, 100);
+    const Result<Unpacked> unpacked = unpack(tree.path("a.tgz"), tree.path("out"), files, Full(), control);
+    ASSERT_FALSE(unpacked);
+    EXPECT_TRUE(unpacked.error().is(std::errc::no_space_on_device));
+    EXPECT_EQ(namesIn("out"), Names());
+}
+
+TEST_F(ArchivesTest, knowsWhatItUnpacks)
+{
+    for (const char *name : {"a.zip", "A.ZIP", "a.tar.gz", "a.tgz", "a.tar", "a.tar.zst"})
+        EXPECT_TRUE(isUnpackable(name)) << name;
+    for (const char *name : {"a.gz", ".zip", "zip", "a.pdf", "a.rar"})
+        EXPECT_FALSE(isUnpackable(name)) << name;
+}
