@@ -42,14 +42,6 @@ std::string composed(std::string_view name, std::string_view insertion, std::siz
     return std::string(cut(stem, room)).append(insertion).append(tail);
 }
 
-/// The longest name that the volume of `folder` takes (an encrypted one may take only 143 bytes).
-std::size_t nameLimit(const Location &folder)
-{
-    constexpr long usual = 255;
-    const long limit = ::pathconf(folder.c_str(), _PC_NAME_MAX);
-    return static_cast<std::size_t>(limit > 16 ? std::min(limit, usual) : usual);
-}
-
 /// Whether an attempt to use this name may succeed. Where nobody can tell (no permission, a dead network volume) the
 /// attempt itself has to fail with the true reason: trying further names would never end.
 bool mayBeFree(const Location &location)
@@ -59,6 +51,13 @@ bool mayBeFree(const Location &location)
 }
 
 } // namespace
+
+std::size_t nameLimit(const Location &folder)
+{
+    constexpr long usual = 255;
+    const long limit = ::pathconf(folder.c_str(), _PC_NAME_MAX);
+    return static_cast<std::size_t>(limit > 16 ? std::min(limit, usual) : usual);
+}
 
 std::string numberedName(std::string_view name, int number, std::size_t limit)
 {

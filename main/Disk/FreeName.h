@@ -14,6 +14,9 @@ std::string numberedName(std::string_view name, int number, std::size_t limit = 
 /// `name` cut to `limit` bytes at a character boundary of its stem; the extension stays.
 std::string fittingName(std::string_view name, std::size_t limit = 255);
 
+/// The longest name in bytes that the volume of `folder` takes (an encrypted one may take only 143).
+std::size_t nameLimit(const Location &folder);
+
 /// A free location: `location` itself when nothing exists there (its name made to fit), else the first of "Name
 /// (2).pdf", "Name (3).pdf" … that is free. What is free now may be taken a moment later: only an exclusive rename or
 /// create decides.
