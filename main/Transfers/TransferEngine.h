@@ -5,6 +5,9 @@
 #include "Transfers/TransferState.h"
 #include "Transfers/TransferStep.h"
 
+#include <chrono>
+#include <optional>
+#include <set>
 #include <vector>
 
 namespace brellin {
@@ -19,8 +22,11 @@ class TransferEngine {
 public:
     explicit TransferEngine(const TransferServices &services) : m_services(services) {}
 
-    /// An entry with everything in it; links are not followed. What cannot be read counts as nothing.
-    static TransferSize measure(const Location &entry, const JobControl *control = nullptr);
+    using Deadline = std::chrono::steady_clock::time_point;
+    /// An entry with everything in it; links are not followed. What cannot be read, or is not reached until `deadline`, counts
+    /// as nothing.
+    static TransferSize measure(const Location &entry, const JobControl *control = nullptr,
+                                std::optional<Deadline> deadline = {});
 
     /// A failed step is reported by a line and the next one follows; a cancel ends the run. `sizes` are those of the steps
     /// where they are known already.
@@ -42,6 +48,6 @@ private:
 };
 
 /// The first free name for `name` in `folder`: itself, "Name (2).pdf", "Name (3).pdf" …; none of `taken`.
-Location uniqueURL(const std::string &name, const Location &folder, const std::vector<Location> &taken = {});
+Location uniqueURL(const std::string &name, const Location &folder, const std::set<Location> &taken = {});
 
 } // namespace brellin

@@ -31,8 +31,9 @@ public:
     const bool move;
     const Location destination;
     const QString destName;
-    const int count;
+    Published<int> count; ///< steps
     const std::shared_ptr<TransferState> state;
+    const std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
 
     Published<std::int64_t> totalBytes;
     Published<std::int64_t> totalFiles;
@@ -67,8 +68,10 @@ private:
         std::int64_t bytes;
     };
 
-    void measured(const TransferSize &total);
+    /// What there is to do is known, and begins.
+    void begin(std::size_t steps, const TransferSize &total);
     std::chrono::milliseconds active() const;
+    std::int64_t measureRate(std::int64_t now);
 
     std::chrono::milliseconds m_activeBefore{}; ///< working time up to the last pause
     std::optional<Clock::time_point> m_activeSince;

@@ -85,8 +85,12 @@ private:
         TransferRequest request;
     };
 
+    bool atWork(const QUuid &pane) const;
     void begin(const QUuid &id, TransferRequest request);
     void publishAll();
+    std::vector<WaitingTransfer> waitingNow() const;
+    std::vector<std::shared_ptr<TransferJob>> jobsNow() const;
+    std::vector<TransferQuestion> questionsNow() const;
     void ended(const QUuid &id, FinishedTransfer finished);
     void startNext(const QUuid &pane);
 

@@ -1,0 +1,137 @@
+#include "Transfers/Examination.h"
+
+#include "Base/German.h"
+#include "Disk/Walk.h"
+#include "Transfers/Ancestors.h"
+#include "Transfers/TransferQueue.h"
+
+#include <algorithm>
+#include <atomic>
+#include <set>
+
+#include <sys/stat.h>
+
+namespace brellin {
+
+namespace {
+
+using Deadline = std::chrono::steady_clock::time_point;
+
+/// For the lines that describe folders, all together.
+constexpr std::chrono::seconds describing{2};
+
+/// What a folder holds, counted until the deadline.
+struct FolderContent {
+    std::int64_t entries = 0; ///< directly in it
+    std::int64_t bytes = 0;
+    bool complete = true;
+};
+
+FolderContent contentOf(const Location &folder, Deadline deadline)
+{
+    FolderContent content;
+    WalkOptions options;
+    options.attributes = Attribute::Size;
+    const auto count = [&](const WalkEntry &entry) {
+        content.entries += entry.depth == 0 ? 1 : 0;
+        content.bytes += entry.attributes.isFile() ? entry.attributes.size : 0;
+        content.complete = std::chrono::steady_clock::now() < deadline;
+        return content.complete ? WalkStep::Continue : WalkStep::Stop;
+    };
+    if (!walk(folder, options, count))
+        content.complete = false;
+    return content;
+}
+
+/// By the folders themselves, whatever path leads to them.
+class SourceCheck {
+public:
+    static Result<SourceCheck> forDestination(const Location &folder)
+    {
+        SourceCheck check;
+        check.m_ancestors = TRY(selfAndAncestors(folder));
+        return check;
+    }
+
+    /// Whether the source is a folder that the destination lies in, or is.
+    bool holdsDestination(const Location &src) const
+    {
+        struct stat status{};
+        if (::lstat(src.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+            return false;
+        const FileIdentity identity{status.st_dev, status.st_ino};
+        return std::ranges::find(m_ancestors, identity) != m_ancestors.end();
+    }
+
+private:
+    std::vector<FileIdentity> m_ancestors;
+};
+
+TakenPlace takenPlace(const Location &src, const Location &dst, const TransferServices &services, Deadline deadline)
+{
+    const FileAttributes existing = readAttributes(dst).value_or(FileAttributes());
+    TakenPlace taken;
+    taken.existing = existing.identity;
+    taken.existingIsFolder = existing.isFolder();
+    taken.replaceable = !mustStay(dst, src, dst.parent_path());
+    taken.trashable = services.trash.possible(dst);
+    taken.existingLine = entryLine(dst, deadline);
+    taken.incomingLine = entryLine(src, deadline);
+    return taken;
+}
+
+Result<void> checkFolder(const Location &destination)
+{
+    struct stat status{};
+    if (::stat(destination.c_str(), &status) != 0)
+        return failure(Failure::lastSystem());
+    return S_ISDIR(status.st_mode) ? Result<void>() : Result<void>(failure(Failure::system(ENOTDIR)));
+}
+
+} // namespace
+
+QString entryLine(const Location &entry, Deadline deadline)
+{
+    const Result<FileAttributes> attributes = readAttributes(entry);
+    if (!attributes)
+        return attributes.error().message;
+    const QString date = longDateTime(attributes->modified);
+    if (attributes->isLink())
+        return QStringLiteral("Verknüpfung, ") + date;
+    if (!attributes->isFolder())
+        return sizeText(attributes->size) + QStringLiteral(", ") + date;
+    const FolderContent content = contentOf(entry, deadline);
+    const QString more = content.complete ? QString() : QStringLiteral("mehr als ");
+    return more + counted(content.entries, QStringLiteral("Eintrag"), QStringLiteral("Einträge")) +
+           QStringLiteral(", ") + more + sizeText(content.bytes) + QStringLiteral(", ") + date;
+}
+
+Result<Examination> examineTransfer(const TransferRequest &request, const TransferServices &services,
+                                    const JobControl &control)
+{
+    const Location folder = standardised(request.destination);
+    TRY(checkFolder(folder));
+    const SourceCheck check = TRY(SourceCheck::forDestination(folder));
+    const Deadline deadline = std::chrono::steady_clock::now() + describing;
+    Examination found;
+    std::set<Location> wanted;
+    for (const Location &given : request.sources) {
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+        const Location src = standardised(given);
+        if (src == folder || isAtOrBelow(folder, src) || check.holdsDestination(src)) {
+            found.refused << shownName(src) + QStringLiteral(": Ein Ordner kann nicht in sich selbst liegen.");
+            continue;
+        }
+        ExaminedSource source;
+        source.src = src;
+        source.dst = folder / src.filename();
+        source.beside = src.parent_path() == folder || !wanted.insert(source.dst).second;
+        if (!source.beside && entryExists(source.dst))
+            source.taken = takenPlace(src, source.dst, services, deadline);
+        found.sources.push_back(std::move(source));
+    }
+    return found;
+}
+
+} // namespace brellin

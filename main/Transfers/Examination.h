@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Result.h"
+#include "Disk/FileAttributes.h"
+#include "Transfers/TransferServices.h"
+#include "Transfers/TransferStep.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace brellin {
+
+struct TransferRequest;
+
+/// What stands at the place that a source wants.
+struct TakenPlace {
+    FileIdentity existing;
+    bool existingIsFolder = false;
+    bool replaceable = true; ///< false where it is the source, or holds it or the destination
+    bool trashable = true;   ///< there is a Trash for it
+    QString existingLine;    ///< "1,2 MB, 3. September 2026, 14:05"
+    QString incomingLine;
+
+    bool operator==(const TakenPlace &) const = default;
+};
+
+/// One source of a transfer and where it would go.
+struct ExaminedSource {
+    Location src;
+    Location dst;
+    /// To be put beside its namesake under a free name without asking: it is in the destination already, or another source
+    /// of this transfer has its name.
+    bool beside = false;
+    std::optional<TakenPlace> taken; ///< asked about
+
+    bool operator==(const ExaminedSource &) const = default;
+};
+
+struct Examination {
+    std::vector<ExaminedSource> sources;
+    QStringList refused; ///< a line for each source that cannot go there: a folder into itself
+};
+
+/// Looks where everything would go, and changes nothing. Fails where the destination is no folder. On a worker.
+Result<Examination> examineTransfer(const TransferRequest &request, const TransferServices &services,
+                                    const JobControl &control);
+
+/// "1,2 MB, 3. September 2026, 14:05", of a folder with the number of its entries; counting takes no longer than until
+/// `deadline`.
+QString entryLine(const Location &entry, std::chrono::steady_clock::time_point deadline);
+
+} // namespace brellin

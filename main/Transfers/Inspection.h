@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Result.h"
+#include "Transfers/TransferQuestion.h"
+#include "Transfers/TransferServices.h"
+#include "Transfers/TransferStep.h"
+
+#include <QString>
+
+#include <set>
+#include <vector>
+
+namespace brellin {
+
+/// What a look through all sources before the first byte has found.
+struct Inspection {
+    std::vector<TransferSize> sizes; ///< of the steps, in their order
+    QStringList obstacles;           ///< lines of what the destination cannot take
+    std::set<std::size_t> hindered;  ///< the steps with obstacles
+
+    TransferSize total() const;
+    std::optional<ObstacleQuestion> question() const;
+    /// The same without the steps that have obstacles, which are taken out of `steps`.
+    Inspection withoutHindered(std::vector<TransferStep> &steps) const;
+};
+
+/// Measures all steps and looks for what the destination cannot take: names, sizes, names that fall together, too little free
+/// space. A move within a volume is one rename: it is measured for a moment at most, and has no obstacles. On a worker. Fails only when cancelled.
+Result<Inspection> inspectSteps(const std::vector<TransferStep> &steps, TransferKind kind,
+                                const TransferServices &services, const JobControl &control);
+
+} // namespace brellin

@@ -1,0 +1,72 @@
+#include "Transfers/Leftovers.h"
+
+#include "Disk/Walk.h"
+#include "Transfers/TransferLog.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// Of an entry that no log here names another machine may be at work on, as on a server: it counts as left behind once it has
+/// been there, and unchanged, for so long.
+constexpr std::chrono::hours foreignPatience{24};
+
+bool isOld(const Location &entry, Instant now)
+{
+    const Result<FileAttributes> attributes = readAttributes(entry);
+    if (!attributes)
+        return false;
+    // A finished copy has its original's time: the birth says when it was begun.
+    const Instant latest = std::max(attributes->modified, attributes->created.value_or(now));
+    return now - latest > foreignPatience;
+}
+
+std::vector<Location> temporaryEntries(const Location &folder)
+{
+    std::vector<Location> found;
+    WalkOptions options;
+    options.subfolders = false;
+    const Result<WalkOutcome> walked = walk(folder, options, [&](const WalkEntry &entry) {
+        if (TransferLog::isTemporaryName(entry.name))
+            found.push_back(entry.location());
+        return WalkStep::Continue;
+    });
+    // A folder that cannot be read shows nothing to remove either.
+    return walked ? found : std::vector<Location>();
+}
+
+} // namespace
+
+std::vector<Location> transferLeftovers(const Location &folder, const Location &logs, const Clock &clock)
+{
+    std::vector<Location> entries = temporaryEntries(folder);
+    if (entries.empty())
+        return entries;
+    const LoggedNames logged = LoggedNames::read(logs);
+    const auto holds = [](const std::vector<std::string> &names, const Location &entry) {
+        return std::ranges::find(names, entry.filename().native()) != names.end();
+    };
+    std::erase_if(entries, [&](const Location &entry) {
+        return holds(logged.living, entry) || (!holds(logged.dead, entry) && !isOld(entry, clock.now()));
+    });
+    std::ranges::sort(entries);
+    return entries;
+}
+
+QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
+                                    FileActions &files)
+{
+    QStringList failures;
+    for (const Location &entry : leftovers) {
+        const std::vector<Location> still = transferLeftovers(entry.parent_path(), logs, clock);
+        if (std::ranges::find(still, entry) == still.end())
+            continue;
+        if (const Result<void> removed = files.removeOwnCopy(entry); !removed)
+            failures << shownName(entry) + QStringLiteral(": ") + removed.error().message;
+    }
+    return failures;
+}
+
+} // namespace brellin

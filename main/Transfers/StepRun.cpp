@@ -1,0 +1,147 @@
+#include "Transfers/StepRun.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+StepRun::StepRun(const TransferServices &services, TransferKind kind, TransferState &state)
+    : m_services(services)
+    , m_engine(services)
+    , m_kind(kind)
+    , m_state(state)
+    , m_log(services.logs)
+{
+}
+
+QString errorLine(const Location &entry, const Failure &why)
+{
+    return shownName(entry) + QStringLiteral(": ") + why.message;
+}
+
+Result<void> StepRun::checkAllowed(const TransferStep &step) const
+{
+    if (!m_services.mayChange)
+        return {};
+    if (!m_services.mayChange(step.dst) || (m_kind == TransferKind::Move && !m_services.mayChange(step.src)))
+        return failure(QStringLiteral("Orte des Systems werden nicht verändert."));
+    return {};
+}
+
+Result<TransferredEntry> StepRun::carryOut(const TransferStep &step)
+{
+    TRY(checkAllowed(step));
+    TRY(readAttributes(step.src));
+    if (m_kind == TransferKind::Move && m_services.volumes.same(step.src, step.dst.parent_path())) {
+        Result<TransferredEntry> moved = moveWithinVolume(step);
+        // Across a bind mount, or from the lower layer of an overlay, the volume looks the same and is not.
+        if (moved || !moved.error().is(std::errc::cross_device_link))
+            return moved;
+    }
+    return copyInto(step);
+}
+
+Result<TransferredEntry> StepRun::moveWithinVolume(const TransferStep &step)
+{
+    // Never over anything: where the name is taken, this finds out whether a rename could get there at all, before the
+    // existing entry leaves.
+    Result<void> renamed = m_services.files.rename(step.src, step.dst);
+    std::optional<Location> replaced;
+    if (!renamed && step.replace && renamed.error().is(std::errc::file_exists)) {
+        replaced = TRY(m_engine.discard(step));
+        renamed = m_services.files.rename(step.src, step.dst);
+    }
+    if (!renamed)
+        return failure(putBack(step, replaced, renamed.error()));
+    TransferredEntry entry = arrived(step, replaced);
+    entry.moved = true;
+    return entry;
+}
+
+Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
+{
+    const Location temporary = m_log.temporaryFor(step.dst);
+    CopiedEntries copied;
+    const CopyReport report =
+        TRY(m_engine.copy(step.src, temporary, m_state, m_kind == TransferKind::Move ? &copied : nullptr));
+    const Result<std::optional<Location>> replaced = place(step, temporary);
+    if (!replaced) {
+        if (m_services.files.removeOwnCopy(temporary))
+            return failure(replaced.error());
+        const QString rest = QStringLiteral(" Ein Rest der Kopie ließ sich nicht entfernen.");
+        return failure(Failure{replaced.error().message + rest, replaced.error().code});
+    }
+    for (const QString &note : report.notKept) {
+        if (!outcome.notes.contains(note))
+            outcome.notes << note;
+    }
+    TransferredEntry entry = arrived(step, *replaced);
+    entry.size = {report.bytes, report.files};
+    entry.moved = m_kind == TransferKind::Move && giveUpSource(step, copied);
+    return entry;
+}
+
+Result<std::optional<Location>> StepRun::place(const TransferStep &step, const Location &temporary)
+{
+    if (m_state.cancelled())
+        return failure(Failure::cancelled());
+    // Something is given up for this copy: it must be on the disk itself before.
+    if (m_kind == TransferKind::Move || step.removedForGood)
+        TRY(m_services.files.flush(temporary));
+    std::optional<Location> replaced;
+    if (step.replace)
+        replaced = TRY(m_engine.discard(step));
+    if (const Result<void> renamed = m_services.files.rename(temporary, step.dst); !renamed)
+        return failure(putBack(step, replaced, renamed.error()));
+    return replaced;
+}
+
+bool StepRun::giveUpSource(const TransferStep &step, const CopiedEntries &copied)
+{
+    // The copy's name, too, must be on the disk before the source goes.
+    if (const Result<void> flushed = m_services.files.flush(step.dst); !flushed) {
+        const QString stays = QStringLiteral("Kopiert; das Original bleibt vorsichtshalber stehen: ");
+        outcome.errors << errorLine(step.src, {stays + flushed.error().message, {}});
+        return false;
+    }
+    const Result<std::vector<Location>> kept = m_services.files.removeCopied(step.src, copied);
+    if (!kept) {
+        const QString stays = QStringLiteral("Kopiert, aber das Original ließ sich nicht ganz entfernen: ");
+        outcome.errors << errorLine(step.src, {stays + kept.error().message, {}});
+        return false;
+    }
+    nameKept(*kept);
+    return kept->empty();
+}
+
+void StepRun::nameKept(const std::vector<Location> &kept)
+{
+    constexpr std::size_t named = 10;
+    for (std::size_t i = 0; i < std::min(kept.size(), named); ++i) {
+        const QString why =
+            QStringLiteral("Kam während des Verschiebens dazu oder wurde geändert und bleibt am alten Ort.");
+        outcome.errors << errorLine(kept[i], {why, {}});
+    }
+    if (kept.size() > named)
+        outcome.errors << QStringLiteral("… und %1 weitere, die am alten Ort bleiben.").arg(kept.size() - named);
+}
+
+/// The way back when the last rename fails: the entry that was to be replaced returns to its name.
+Failure StepRun::putBack(const TransferStep &step, const std::optional<Location> &trashed, Failure why)
+{
+    if (!trashed || m_services.trash.restore(*trashed, step.dst, step.dst))
+        return why;
+    why.message += QStringLiteral(" Der Eintrag, der ersetzt werden sollte, liegt im Papierkorb.");
+    return why;
+}
+
+TransferredEntry StepRun::arrived(const TransferStep &step, std::optional<Location> replaced) const
+{
+    TransferredEntry entry;
+    entry.src = step.src;
+    entry.dst = step.dst;
+    entry.state = FileState::of(readAttributes(step.dst).value_or(FileAttributes()));
+    entry.replaced = std::move(replaced);
+    return entry;
+}
+
+} // namespace brellin

@@ -1,0 +1,168 @@
+#include "Transfers/Transfer.h"
+
+#include "Transfers/TransferEngine.h"
+
+#include <utility>
+
+namespace brellin {
+
+namespace {
+
+/// On a thread of its own, without anybody waiting for it.
+template <class T>
+typename FileCall<T>::Request longWork(const Location &where)
+{
+    return {where, FileCall<T>::Patience::None, MountWorkers::Turn::AtOnce};
+}
+
+} // namespace
+
+Transfer::Transfer(TransferQueue &queue, const QUuid &id, TransferRequest request)
+    : m_queue(queue)
+    , m_id(id)
+    , m_request(std::move(request))
+{
+}
+
+Transfer::~Transfer()
+{
+    if (m_job && m_running.running())
+        m_job->state->cancel();
+}
+
+void Transfer::start()
+{
+    const TransferServices services = m_queue.m_services;
+    m_examining.start(
+        services.workers, longWork<Result<Examination>>(m_request.destination),
+        [services, request = m_request](const JobControl &control) {
+            return examineTransfer(request, services, control);
+        },
+        [this](Result<Examination> found) { examined(std::move(found)); }, {});
+}
+
+void Transfer::examined(Result<Examination> found)
+{
+    if (!found) {
+        TransferOutcome outcome;
+        outcome.errors << shownName(m_request.destination) + QStringLiteral(": ") + found.error().message;
+        return end(std::move(outcome));
+    }
+    m_refused = found->refused;
+    m_conflicts.emplace(std::move(found->sources));
+    askAboutConflicts();
+}
+
+void Transfer::askAboutConflicts()
+{
+    if (m_conflicts->cancelled())
+        return endCancelled();
+    if (std::optional<ConflictRound::About> about = m_conflicts->question())
+        return ask(std::move(*about));
+    if (m_conflicts->decisions().empty())
+        return end({});
+    const TransferServices services = m_queue.m_services;
+    m_planning.start(
+        services.workers, longWork<std::vector<TransferStep>>(m_request.destination),
+        [decisions = m_conflicts->decisions()](const JobControl &) { return stepsFor(decisions); },
+        [this](std::vector<TransferStep> steps) { planned(std::move(steps)); }, {});
+}
+
+void Transfer::planned(std::vector<TransferStep> steps)
+{
+    m_steps = std::move(steps);
+    const Location destination = standardised(m_request.destination);
+    m_job = std::make_shared<TransferJob>(TransferJob::Start{m_id, m_request.pane, m_request.kind, destination,
+                                                             shownName(destination), static_cast<int>(m_steps.size())});
+    const TransferServices services = m_queue.m_services;
+    m_inspecting.start(
+        services.workers, longWork<Result<Inspection>>(destination),
+        [services, steps = m_steps, kind = m_request.kind](const JobControl &control) {
+            return inspectSteps(steps, kind, services, control);
+        },
+        [this](Result<Inspection> inspection) { inspected(std::move(inspection)); }, {});
+    m_queue.publishAll();
+}
+
+void Transfer::inspected(Result<Inspection> inspection)
+{
+    if (!inspection)
+        return endCancelled();
+    m_inspection = std::move(*inspection);
+    if (std::optional<ObstacleQuestion> question = m_inspection.question())
+        return ask(std::move(*question));
+    run();
+}
+
+void Transfer::answerObstacles(ObstacleChoice choice)
+{
+    if (choice == ObstacleChoice::Cancel)
+        return endCancelled();
+    if (choice == ObstacleChoice::LeaveOut)
+        m_inspection = m_inspection.withoutHindered(m_steps);
+    if (m_steps.empty())
+        return end({});
+    run();
+}
+
+void Transfer::run()
+{
+    m_job->begin(m_steps.size(), m_inspection.total());
+    const TransferServices services = m_queue.m_services;
+    m_running.start(
+        services.workers, longWork<TransferOutcome>(m_request.destination),
+        [services, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes](
+            const JobControl &) { return TransferEngine(services).run(steps, kind, *state, sizes); },
+        [this](TransferOutcome outcome) { end(std::move(outcome)); }, {});
+    m_queue.publishAll();
+}
+
+void Transfer::ask(ConflictRound::About about)
+{
+    m_question = TransferQuestion{QUuid::createUuid(), m_id, std::move(about)};
+    m_queue.publishAll();
+}
+
+void Transfer::answer(const TransferAnswer &answer)
+{
+    const bool aboutObstacles = std::holds_alternative<ObstacleQuestion>(m_question->about);
+    if (aboutObstacles != std::holds_alternative<ObstacleChoice>(answer))
+        return;
+    m_question.reset();
+    if (aboutObstacles)
+        return answerObstacles(std::get<ObstacleChoice>(answer));
+    m_conflicts->answer(answer);
+    askAboutConflicts();
+}
+
+void Transfer::cancel()
+{
+    // What it is at ends by itself and says how far it came.
+    if (m_running.running())
+        return m_job->cancel();
+    m_examining.drop();
+    m_planning.drop();
+    m_inspecting.drop();
+    endCancelled();
+}
+
+void Transfer::endCancelled()
+{
+    m_steps.clear();
+    TransferOutcome outcome;
+    outcome.cancelled = true;
+    end(std::move(outcome));
+}
+
+void Transfer::end(TransferOutcome outcome)
+{
+    outcome.errors = m_refused + outcome.errors;
+    FinishedTransfer finished;
+    finished.record = {m_id, m_request.kind, standardised(m_request.destination), m_queue.m_clock.now(), outcome.done};
+    finished.pane = m_request.pane;
+    finished.outcome = std::move(outcome);
+    finished.steps = m_steps;
+    m_queue.ended(m_id, std::move(finished));
+}
+
+} // namespace brellin

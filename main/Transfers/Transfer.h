@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Disk/FileCall.h"
+#include "Transfers/ConflictRound.h"
+#include "Transfers/Inspection.h"
+#include "Transfers/TransferQueue.h"
+
+namespace brellin {
+
+/// One transfer of a queue on its way: looked at, asked about, measured, carried out. Tells its queue what it asks, and that
+/// it has ended, which is the end of it.
+class Transfer {
+public:
+    Transfer(TransferQueue &queue, const QUuid &id, TransferRequest request);
+    ~Transfer();
+    Transfer(const Transfer &) = delete;
+    Transfer &operator=(const Transfer &) = delete;
+
+    const QUuid &id() const { return m_id; }
+    const QUuid &pane() const { return m_request.pane; }
+    const std::shared_ptr<TransferJob> &job() const { return m_job; }
+    const std::optional<TransferQuestion> &question() const { return m_question; }
+
+    // Each of these may be the end of this transfer: the last that its caller does with it.
+    void start();
+    void answer(const TransferAnswer &answer);
+    void cancel();
+
+private:
+    void examined(Result<Examination> found);
+    void askAboutConflicts();
+    void planned(std::vector<TransferStep> steps);
+    void inspected(Result<Inspection> inspection);
+    void answerObstacles(ObstacleChoice choice);
+    void run();
+    void ask(ConflictRound::About about);
+    void endCancelled();
+    void end(TransferOutcome outcome);
+
+    TransferQueue &m_queue;
+    const QUuid m_id;
+    const TransferRequest m_request;
+    std::shared_ptr<TransferJob> m_job; ///< from the moment at which the steps are known
+    std::optional<TransferQuestion> m_question;
+    std::optional<ConflictRound> m_conflicts;
+    QStringList m_refused;
+    std::vector<TransferStep> m_steps;
+    Inspection m_inspection;
+
+    FileCall<Result<Examination>> m_examining;
+    FileCall<std::vector<TransferStep>> m_planning;
+    FileCall<Result<Inspection>> m_inspecting;
+    FileCall<TransferOutcome> m_running;
+};
+
+} // namespace brellin

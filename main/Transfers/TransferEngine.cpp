@@ -1,0 +1,67 @@
+#include "Transfers/TransferEngine.h"
+
+#include "Transfers/Ancestors.h"
+#include "Transfers/StepRun.h"
+
+namespace brellin {
+
+TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, TransferKind kind, TransferState &state,
+                                    const std::vector<TransferSize> &sizes) const
+{
+    StepRun run(m_services, kind, state);
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        state.waitWhilePaused();
+        const TransferStep &step = steps[i];
+        const TransferSize size = i < sizes.size() ? sizes[i] : measure(step.src, &state.control());
+        if (state.cancelled())
+            break;
+        state.beginEntry(shownName(step.src));
+        Result<TransferredEntry> done = run.carryOut(step);
+        if (done) {
+            if (done->size == TransferSize())
+                done->size = size;
+            run.outcome.transferred += size;
+            run.outcome.done.push_back(std::move(*done));
+        } else if (!done.error().isCancelled()) {
+            run.outcome.errors << errorLine(step.src, done.error());
+        }
+        state.finishStep(size);
+    }
+    run.outcome.cancelled = state.cancelled() && run.outcome.done.size() < steps.size();
+    return std::move(run.outcome);
+}
+
+Result<CopyReport> TransferEngine::copy(const Location &source, const Location &destination, TransferState &state,
+                                        CopiedEntries *copied) const
+{
+    state.beginEntry(shownName(source));
+    CopyOptions options;
+    options.control = &state.control();
+    options.copied = copied;
+    options.progress = [&state](const CopyProgress &progress) {
+        state.advance(shownName(progress.current), progress.bytes, progress.files);
+    };
+    return m_services.files.copy(source, destination, options);
+}
+
+Result<std::optional<Location>> TransferEngine::discard(const TransferStep &step) const
+{
+    const Result<FileAttributes> existing = readAttributes(step.dst);
+    if (!existing && existing.error().is(std::errc::no_such_file_or_directory))
+        return std::optional<Location>();
+    if (!existing)
+        return failure(existing.error());
+    if (mustStay(step.dst, step.src, step.dst.parent_path()))
+        return failure(QStringLiteral("Was hier ersetzt werden soll, ist das Original selbst oder enthält es."));
+    const Result<Location> trashed = m_services.trash.put(step.dst);
+    if (trashed)
+        return std::optional(*trashed);
+    if (step.removedForGood != existing->identity)
+        return failure(
+            Failure{QStringLiteral("Der vorhandene Eintrag kam nicht in den Papierkorb: ") + trashed.error().message,
+                    trashed.error().code});
+    TRY(m_services.files.removeForGood(step.dst));
+    return std::optional<Location>();
+}
+
+} // namespace brellin

@@ -1,0 +1,69 @@
+#include "Transfers/TransferQuestion.h"
+
+#include <QLocale>
+
+namespace brellin {
+
+namespace {
+
+QuestionText::Button cancelButton(TransferAnswer answer)
+{
+    return {QStringLiteral("Abbrechen"), std::move(answer)};
+}
+
+QuestionText textOf(const ConflictQuestion &question)
+{
+    QuestionText text;
+    text.message = QStringLiteral("„%1“ ist im Ziel schon vorhanden").arg(question.name);
+    text.informative =
+        QStringLiteral("Im Ziel: ") + question.existingLine + QStringLiteral("\nNeu: ") + question.incomingLine;
+    if (question.replaceable) {
+        text.informative += QStringLiteral("\n\n„Ersetzen“ legt %1 in den Papierkorb.")
+                                .arg(question.existingIsFolder ? QStringLiteral("den vorhandenen Ordner")
+                                                               : QStringLiteral("die vorhandene Datei"));
+        text.buttons.push_back({QStringLiteral("Ersetzen"), ConflictAnswer{ConflictChoice::replace}});
+    }
+    text.buttons.push_back({QStringLiteral("Beide behalten"), ConflictAnswer{ConflictChoice::keepBoth}});
+    text.buttons.push_back({QStringLiteral("Überspringen"), ConflictAnswer{ConflictChoice::skip}});
+    text.buttons.push_back(cancelButton(ConflictAnswer{}));
+    if (question.remaining >= 2)
+        text.forAll = QStringLiteral("Für alle %1 Konflikte übernehmen").arg(question.remaining);
+    return text;
+}
+
+QuestionText textOf(const NoTrashQuestion &question)
+{
+    QuestionText text;
+    text.message = QStringLiteral("„%1“ endgültig ersetzen?").arg(question.name);
+    text.informative = QStringLiteral("Am Ziel gibt es keinen Papierkorb. %1 wird beim Ersetzen endgültig gelöscht und "
+                                      "lässt sich nicht zurückholen.")
+                           .arg(question.existingIsFolder ? QStringLiteral("Der vorhandene Ordner")
+                                                          : QStringLiteral("Die vorhandene Datei"));
+    text.buttons = {{QStringLiteral("Endgültig ersetzen"), Confirmation::Yes},
+                    {QStringLiteral("Überspringen"), Confirmation::No},
+                    cancelButton(Confirmation::Cancel)};
+    return text;
+}
+
+QuestionText textOf(const ObstacleQuestion &question)
+{
+    QuestionText text;
+    text.message = QStringLiteral("Nicht alles passt an dieses Ziel");
+    text.informative = question.lines.join(u'\n');
+    if (question.count > static_cast<std::size_t>(question.lines.size()))
+        text.informative +=
+            QStringLiteral("\n… und %1 weitere").arg(question.count - static_cast<std::size_t>(question.lines.size()));
+    text.buttons = {{QStringLiteral("Trotzdem versuchen"), ObstacleChoice::TryAnyway},
+                    {QStringLiteral("Diese auslassen"), ObstacleChoice::LeaveOut},
+                    cancelButton(ObstacleChoice::Cancel)};
+    return text;
+}
+
+} // namespace
+
+QuestionText textOf(const TransferQuestion &question)
+{
+    return std::visit([](const auto &about) { return textOf(about); }, question.about);
+}
+
+} // namespace brellin

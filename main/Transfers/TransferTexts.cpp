@@ -1,0 +1,64 @@
+#include "Transfers/TransferTexts.h"
+
+#include "Base/German.h"
+#include "Transfers/TransferRecord.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+QString elements(qsizetype count)
+{
+    return counted(count, QStringLiteral("Element"), QStringLiteral("Elemente"));
+}
+
+} // namespace
+
+QString transferTitle(TransferKind kind, int count, const QString &destName)
+{
+    const QString verb = kind == TransferKind::Move ? QStringLiteral("Verschiebe ") : QStringLiteral("Kopiere ");
+    return verb + elements(count) + QStringLiteral(" nach „%1“").arg(destName);
+}
+
+QString titleOf(const TransferRecord &record)
+{
+    const QString verb = record.kind == TransferKind::Move ? QStringLiteral("verschoben") : QStringLiteral("kopiert");
+    return QStringLiteral("%1 nach „%2“ %3")
+        .arg(elements(static_cast<qsizetype>(record.entries.size())), shownName(record.destination), verb);
+}
+
+std::optional<std::chrono::seconds> ProgressLine::remaining() const
+{
+    using namespace std::chrono_literals;
+    if (measuring || paused || active < 2s || bytes <= 0 || bytes < totalBytes / 100)
+        return std::nullopt;
+    const double left = static_cast<double>(std::max<std::int64_t>(0, totalBytes - bytes));
+    const double seconds = left / static_cast<double>(bytes) * std::chrono::duration<double>(active).count();
+    return std::chrono::seconds(static_cast<std::int64_t>(seconds + 0.5));
+}
+
+QString ProgressLine::text() const
+{
+    if (measuring)
+        return QStringLiteral("Ermittle Größe …");
+    QString text = QStringLiteral("%1 von %2 · %3 von %4 Dateien")
+                       .arg(sizeText(bytes), sizeText(totalBytes), german().toString(static_cast<qlonglong>(files)),
+                            german().toString(static_cast<qlonglong>(totalFiles)));
+    if (paused)
+        return text + QStringLiteral(" · angehalten");
+    if (const auto left = remaining())
+        text += QStringLiteral(" · noch ") + remainingText(*left);
+    return text;
+}
+
+QString remainingText(std::chrono::seconds remaining)
+{
+    const std::int64_t seconds = remaining.count();
+    if (seconds < 60)
+        return QStringLiteral("%1 Sek.").arg(seconds);
+    return QStringLiteral("%1 Min.").arg((seconds + 30) / 60);
+}
+
+} // namespace brellin

@@ -1,0 +1,18 @@
+#include "Disk/FreeName.h"
+#include "Transfers/TransferEngine.h"
+
+namespace brellin {
+
+Location uniqueURL(const std::string &name, const Location &folder, const std::set<Location> &taken)
+{
+    const Location free = unique(folder / name);
+    if (!taken.contains(free))
+        return free;
+    const std::size_t limit = nameLimit(folder);
+    Location candidate = free;
+    for (int number = 2; taken.contains(candidate) || entryExists(candidate); ++number)
+        candidate = folder / numberedName(name, number, limit);
+    return candidate;
+}
+
+} // namespace brellin

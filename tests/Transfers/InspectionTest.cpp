@@ -1,0 +1,113 @@
+#include "Transfers/Inspection.h"
+
+#include "TransferWorld.h"
+#include "Transfers/TargetLimits.h"
+#include "Transfers/TransferTexts.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// A machine whose disk is a memory stick with little room.
+class StickVolumes : public SystemVolumes {
+public:
+    explicit StickVolumes(Location stick) : m_stick(std::move(stick)) {}
+
+    bool same(const Location &a, const Location &b) const override
+    {
+        return isAtOrBelow(a, m_stick) == isAtOrBelow(b, m_stick);
+    }
+    std::vector<Volume> mounted() const override
+    {
+        return {{"/", QStringLiteral("System"), QStringLiteral("ext4"), true, false},
+                {m_stick, QStringLiteral("Stick"), QStringLiteral("vfat"), true, false}};
+    }
+    Result<std::int64_t> available(const Location &) const override { return free; }
+
+    std::int64_t free = 1'000'000;
+
+private:
+    Location m_stick;
+};
+
+class InspectionTest : public testing::Test {
+protected:
+    Result<Inspection> inspect(std::initializer_list<const char *> names, const Location &folder,
+                               TransferKind kind = TransferKind::Copy)
+    {
+        steps.clear();
+        for (const char *name : names)
+            steps.push_back({world.home(name), folder / Location(name).filename(), false, {}});
+        const TransferServices base = world.services();
+        const TransferServices services{base.files, base.trash, volumes, base.workers, base.logs, {}};
+        return inspectSteps(steps, kind, services, control);
+    }
+
+    TransferWorld world;
+    StickVolumes volumes{world.tree().path("disk")};
+    JobControl control;
+    std::vector<TransferStep> steps;
+};
+
+} // namespace
+
+TEST_F(InspectionTest, findsWhatAStickCannotHold)
+{
+    world.tree().lines({"home/gut/ok.txt=1", "home/Fotos/19:30 Uhr.jpg=2", "home/Fotos/ende.=3", "home/GUT=4",
+                        "home/tief/Ü=5", "home/tief/U\u0308=6"});
+    std::filesystem::create_directories(world.home("groß"));
+    std::ofstream(world.home("groß/film.mov"));
+    std::filesystem::resize_file(world.home("groß/film.mov"), 5'000'000'000);
+    volumes.free = 10'000'000'000;
+    const Result<Inspection> found = inspect({"gut", "Fotos", "GUT", "tief", "groß"}, world.tree().path("disk"));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->obstacles.size(), 5);
+    EXPECT_EQ(found->hindered, (std::set<std::size_t>{1, 2, 3, 4}));
+    EXPECT_TRUE(found->obstacles.join(u'\n').contains(QStringLiteral("Fotos/19:30 Uhr.jpg: ")));
+    EXPECT_EQ(found->question()->count, 5u);
+    const Inspection rest = found->withoutHindered(steps);
+    ASSERT_EQ(steps.size(), 1u);
+    EXPECT_EQ(steps[0].src, world.home("gut"));
+    EXPECT_EQ(rest.total(), (TransferSize{1, 1}));
+    EXPECT_FALSE(rest.question());
+    // The same on an ordinary volume.
+    EXPECT_FALSE(inspect({"gut", "Fotos", "GUT", "tief", "groß"}, world.tree().path("home"))->question());
+}
+
+TEST_F(InspectionTest, missesRoomForWhatComesLastAndCountsLinksOnce)
+{
+    world.tree().lines({"home/a/1.bin=", "home/b.bin="});
+    world.tree().file("home/a/1.bin", std::string(600'000, 'x'));
+    world.tree().file("home/b.bin", std::string(600'000, 'x'));
+    std::filesystem::create_hard_link(world.home("a/1.bin"), world.home("a/2.bin"));
+    EXPECT_FALSE(inspect({"a"}, world.tree().path("disk"))->question());
+    const Result<Inspection> found = inspect({"a", "b.bin"}, world.tree().path("disk"));
+    ASSERT_EQ(found->obstacles.size(), 1);
+    EXPECT_EQ(found->obstacles[0].toStdString(), "Es fehlt Platz: Gebraucht werden 1,2 MB, frei sind 1 MB.");
+    EXPECT_EQ(found->hindered, std::set<std::size_t>{1});
+    EXPECT_EQ(found->total(), (TransferSize{1'800'000, 3}));
+    // A rename takes no room.
+    volumes.free = 0;
+    EXPECT_FALSE(inspect({"a", "b.bin"}, world.home("b"), TransferKind::Move)->question());
+}
+
+TEST(ProgressLineTest, tellsTheRestOnlyWhenItCanBeTrusted)
+{
+    using namespace std::chrono_literals;
+    ProgressLine line{true, 0, 0, 0, 0, 0ms, false};
+    EXPECT_EQ(line.text(), QStringLiteral("Ermittle Größe …"));
+    line = {false, 1'100'000'000, 1'700'000'000, 212, 1340, 1999ms, false};
+    EXPECT_EQ(line.text(), QStringLiteral("1,1 GB von 1,7 GB · 212 von 1.340 Dateien"));
+    line.active = 16500ms;
+    EXPECT_EQ(line.text(), QStringLiteral("1,1 GB von 1,7 GB · 212 von 1.340 Dateien · noch 9 Sek."));
+    line.paused = true;
+    EXPECT_FALSE(line.remaining());
+    line = {false, 1'000, 1'700'000'000, 0, 1, 5s, false};
+    EXPECT_FALSE(line.remaining()); // the first bytes say nothing
+    EXPECT_EQ(remainingText(59s), QStringLiteral("59 Sek."));
+    EXPECT_EQ(remainingText(60s), QStringLiteral("1 Min."));
+    EXPECT_EQ(remainingText(100s), QStringLiteral("2 Min."));
+}

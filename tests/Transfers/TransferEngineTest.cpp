@@ -1,0 +1,311 @@
+#include "TransferWorld.h"
+#include "Transfers/Leftovers.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+enum class Across { OneVolume, Volumes };
+
+/// A file that replaces another, a folder that replaces another, a file without a namesake and one that is missing.
+class EngineWorld : public TransferWorld {
+public:
+    EngineWorld(TransferKind theKind, Across across)
+        : kind(theKind)
+        , target(across == Across::Volumes ? disk("Ziel") : home("Ziel"))
+    {
+        tree().lines({"home/von/a.txt=neue Datei", "home/von/Ordner/innen/b.txt=im neuen Ordner",
+                      "home/von/Ordner/leer/", "home/von/Ordner/verweis->innen/b.txt", "home/von/einzeln.pdf=allein"});
+        tree().file(relative("a.txt"), "alte Datei");
+        tree().file(relative("Ordner/alt.txt"), "im alten Ordner");
+        before = snapshot();
+        all = contents();
+    }
+
+    std::vector<TransferStep> steps() const
+    {
+        return {step("a.txt", true), step("Ordner", true), step("einzeln.pdf", false)};
+    }
+    TransferStep step(const char *name, bool replace) const { return {home("von") / name, target / name, replace, {}}; }
+    TransferOutcome run()
+    {
+        TransferState state;
+        return TransferEngine(services()).run(steps(), kind, state);
+    }
+    std::string relative(const std::string &below) const
+    {
+        return (target / below).lexically_relative(tree().root()).native();
+    }
+
+    void expectEveryByte() const
+    {
+        const std::set<std::string> now = contents();
+        for (const std::string &content : all)
+            EXPECT_TRUE(now.contains(content)) << content << " is lost";
+    }
+    /// Under each final name stands the whole old entry, the whole new one, or nothing (the old one is then in the Trash).
+    void expectNoHalves() const
+    {
+        const auto contentIn = [&](const Location &place) {
+            return entryExists(place) ? tree().content(place.lexically_relative(tree().root()).native()) : "";
+        };
+        EXPECT_TRUE((std::set<std::string>{"", "alte Datei", "neue Datei"}.contains(contentIn(target / "a.txt"))));
+        EXPECT_TRUE((std::set<std::string>{"", "allein"}.contains(contentIn(target / "einzeln.pdf"))));
+        if (!entryExists(target / "Ordner"))
+            return;
+        const bool old = entryExists(target / "Ordner/alt.txt");
+        EXPECT_EQ(contentIn(target / "Ordner/innen/b.txt"), old ? "" : "im neuen Ordner");
+        EXPECT_EQ(entryExists(target / "Ordner/leer"), !old);
+        EXPECT_EQ(entryExists(target / "Ordner/verweis"), !old);
+    }
+
+    const TransferKind kind;
+    const Location target;
+    std::string before;
+    std::set<std::string> all;
+};
+
+struct Way {
+    TransferKind kind;
+    Across across;
+};
+
+class TransferEngineTest : public testing::TestWithParam<Way> {
+protected:
+    std::unique_ptr<EngineWorld> fresh() const
+    {
+        return std::make_unique<EngineWorld>(GetParam().kind, GetParam().across);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Ways, TransferEngineTest,
+                         testing::Values(Way{TransferKind::Copy, Across::OneVolume},
+                                         Way{TransferKind::Copy, Across::Volumes},
+                                         Way{TransferKind::Move, Across::OneVolume},
+                                         Way{TransferKind::Move, Across::Volumes}));
+
+} // namespace
+
+TEST_P(TransferEngineTest, bringsEverythingAndTrashesWhatItReplaces)
+{
+    const auto world = fresh();
+    const TransferOutcome outcome = world->run();
+    EXPECT_EQ(outcome.errors, QStringList());
+    EXPECT_FALSE(outcome.cancelled);
+    ASSERT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(outcome.transferred, (TransferSize{31, 4}));
+    EXPECT_EQ(world->tree().content(world->relative("Ordner/innen/b.txt")), "im neuen Ordner");
+    EXPECT_FALSE(entryExists(world->target / "Ordner/alt.txt"));
+    EXPECT_EQ(entryExists(world->home("von/Ordner")), GetParam().kind == TransferKind::Copy);
+    EXPECT_TRUE(world->leftovers().empty());
+    world->expectEveryByte();
+    const TransferredEntry &first = outcome.done.front();
+    ASSERT_TRUE(first.replaced);
+    EXPECT_TRUE(world->trash.holds(*first.replaced));
+    EXPECT_EQ(first.moved, GetParam().kind == TransferKind::Move);
+    EXPECT_EQ(first.state, FileState::of(*readAttributes(world->target / "a.txt")));
+    EXPECT_FALSE(outcome.done.back().replaced);
+}
+
+TEST_P(TransferEngineTest, losesNothingWhenAnyOperationFails)
+{
+    for (const int error : {EIO, ENOSPC, EXDEV, EEXIST}) {
+        for (int n = 0;; ++n) {
+            SCOPED_TRACE(testing::Message() << "operation " << n << ", error " << error);
+            const auto world = fresh();
+            world->faults.failAt = n;
+            world->faults.error = error;
+            const TransferOutcome outcome = world->run();
+            world->expectEveryByte();
+            world->expectNoHalves();
+            EXPECT_TRUE(world->leftovers().empty());
+            if (world->faults.changes() <= n) {
+                EXPECT_EQ(outcome.errors, QStringList());
+                EXPECT_GT(n, 4); // the faults did hit
+                break;
+            }
+            // A step that failed is named, and what it was to replace is back where it was.
+            if (outcome.done.size() < 3) {
+                EXPECT_EQ(outcome.errors.size(), 1);
+                EXPECT_TRUE(entryExists(world->target / "a.txt"));
+                EXPECT_TRUE(entryExists(world->target / "Ordner"));
+            }
+        }
+    }
+}
+
+TEST_P(TransferEngineTest, losesNothingWhenKilledAtAnyMoment)
+{
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        const auto world = fresh();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            world->faults.killAt = n;
+            (void)world->run();
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        world->expectEveryByte();
+        world->expectNoHalves();
+        // What the dead one left is found at the next visit, and goes only then.
+        const TransferServices services = world->services();
+        const auto left = transferLeftovers(world->target, services.logs, world->clock);
+        EXPECT_EQ(removeTransferLeftovers(left, services.logs, world->clock, services.files), QStringList());
+        (void)transferLeftovers(world->target, services.logs, world->clock);
+        world->expectEveryByte();
+        EXPECT_LE(world->leftovers().size(), 1u); // the log of one that left nothing is read when something is found
+        for (const Location &one : world->leftovers())
+            EXPECT_EQ(one.extension(), ".log");
+        if (WIFEXITED(status)) {
+            EXPECT_GT(n, 9); // the kills did hit
+            break;
+        }
+    }
+}
+
+TEST_P(TransferEngineTest, stopsAtEveryStepWithoutATrace)
+{
+    /// Cancels when the n-th copy has just been made.
+    for (int n = 0; n < 3; ++n) {
+        SCOPED_TRACE(n);
+        const auto world = fresh();
+        TransferState state;
+        int copies = 0;
+        world->files.afterCopy = [&](const Location &, const Location &) {
+            if (copies++ == n)
+                state.cancel();
+        };
+        const TransferOutcome outcome = TransferEngine(world->services()).run(world->steps(), world->kind, state);
+        const bool copied = GetParam().kind == TransferKind::Copy || GetParam().across == Across::Volumes;
+        EXPECT_EQ(outcome.cancelled, copied);
+        EXPECT_EQ(outcome.done.size(), copied ? static_cast<std::size_t>(n) : 3u);
+        EXPECT_EQ(outcome.errors, QStringList()); // a cancel is no error
+        EXPECT_TRUE(world->leftovers().empty());
+        world->expectEveryByte();
+        world->expectNoHalves();
+    }
+}
+
+TEST(TransferEngineMoveTest, keepsWhatAppearedInTheSourceMeanwhile)
+{
+    EngineWorld world(TransferKind::Move, Across::Volumes);
+    world.files.afterCopy = [&](const Location &source, const Location &) {
+        if (source.filename() == "Ordner")
+            world.tree().file("home/von/Ordner/innen/neu.txt", "kam dazu");
+        if (source.filename() == "einzeln.pdf")
+            world.tree().file("home/von/einzeln.pdf", "geändert");
+    };
+    const TransferOutcome outcome = world.run();
+    EXPECT_EQ(world.tree().content("home/von/Ordner/innen/neu.txt"), "kam dazu");
+    EXPECT_EQ(world.tree().content("home/von/einzeln.pdf"), "geändert");
+    EXPECT_FALSE(world.tree().has("home/von/Ordner/innen/b.txt"));
+    ASSERT_EQ(outcome.errors.size(), 2);
+    EXPECT_TRUE(outcome.errors[0].startsWith(QStringLiteral("neu.txt: ")));
+    EXPECT_FALSE(outcome.done[1].moved); // undoing it must not expect an empty place
+    world.expectEveryByte();
+}
+
+TEST(TransferEngineReplaceTest, replacesNeitherTheSourceNorWhatHoldsIt)
+{
+    TransferWorld world;
+    world.tree().lines({"home/x/x/x.txt=innen", "home/y.txt=eins"});
+    std::filesystem::create_symlink(world.home("."), world.home("umweg"));
+    TransferState state;
+    // home/x holds what would replace it; home/umweg/y.txt is home/y.txt.
+    const std::vector<TransferStep> steps{{world.home("x/x"), world.home("x"), true, {}},
+                                          {world.home("umweg/y.txt"), world.home("y.txt"), true, {}}};
+    const std::string before = world.snapshot();
+    for (const TransferKind kind : {TransferKind::Copy, TransferKind::Move}) {
+        const TransferOutcome outcome = TransferEngine(world.services()).run(steps, kind, state);
+        EXPECT_EQ(outcome.errors.size(), 2);
+        EXPECT_EQ(world.snapshot(), before);
+        EXPECT_TRUE(world.leftovers().empty());
+    }
+}
+
+TEST(TransferEngineReplaceTest, removesForGoodOnlyWhatTheUserWasAskedAbout)
+{
+    TransferWorld world;
+    world.tree().lines({"home/neu.txt=neu", "disk/neu.txt=alt"});
+    TransferState state;
+    TransferStep step{world.home("neu.txt"), world.disk("neu.txt"), true, {}};
+    const auto run = [&] {
+        world.faults = FaultPlan{};
+        world.faults.failAt = 1; // the Trash refuses, after the copy
+        if (step.removedForGood)
+            world.faults.failAt = 2; // ... and the flush
+        return TransferEngine(world.services()).run({step}, TransferKind::Copy, state);
+    };
+    EXPECT_EQ(run().errors.size(), 1);
+    step.removedForGood = FileIdentity{1, 2};
+    EXPECT_EQ(run().errors.size(), 1);
+    EXPECT_EQ(world.tree().content("disk/neu.txt"), "alt");
+    step.removedForGood = readAttributes(world.disk("neu.txt"))->identity;
+    EXPECT_EQ(run().errors, QStringList());
+    EXPECT_EQ(world.tree().content("disk/neu.txt"), "neu");
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST(TransferEngineNamesTest, carriesNamesOfAnyLengthAndBytes)
+{
+    TransferWorld world;
+    const std::string longest(251, 'x');
+    const std::vector<std::string> names{longest + ".txt", "kein \xff UTF-8", "Zeile\nzwei"};
+    std::vector<TransferStep> steps;
+    for (const std::string &name : names) {
+        world.tree().file("home/" + name, name);
+        steps.push_back({world.home(name), world.disk(name), false, {}});
+    }
+    TransferState state;
+    EXPECT_EQ(TransferEngine(world.services()).run(steps, TransferKind::Move, state).errors, QStringList());
+    for (const std::string &name : names)
+        EXPECT_EQ(world.tree().content("disk/" + name), name);
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST(TransferEngineNamesTest, countsUpFreeNames)
+{
+    TransferWorld world;
+    world.tree().lines({"home/a.txt=", "home/b/", "home/a (2).txt="});
+    EXPECT_EQ(uniqueURL("neu.txt", world.home("")), world.home("neu.txt"));
+    EXPECT_EQ(uniqueURL("a.txt", world.home("")), world.home("a (3).txt"));
+    EXPECT_EQ(uniqueURL("b", world.home("")), world.home("b (2)"));
+    EXPECT_EQ(uniqueURL("a.txt", world.home(""), {world.home("a (3).txt")}), world.home("a (4).txt"));
+}
+
+TEST(LeftoversTest, spareTheLivingAndTheFresh)
+{
+    TransferWorld world;
+    world.tree().lines({"home/a.txt=eins", "disk/.brellin-kopie-0A1B2C3D-fremd.txt=halb",
+                        "disk/.brellin-kopie-0123456789abcdef=vom Agenten", "disk/.brellin-kopie-notiz=von Hand"});
+    const TransferServices services = world.services();
+    const auto found = [&] { return transferLeftovers(world.disk(""), services.logs, world.clock); };
+    world.clock.time = Instant(std::chrono::system_clock::now().time_since_epoch());
+    EXPECT_TRUE(found().empty());
+    // Its own copy, while it lives, is not even offered when it is old.
+    std::vector<Location> during;
+    world.files.afterCopy = [&](const Location &, const Location &) {
+        world.clock.time += std::chrono::hours(30);
+        during = found();
+    };
+    TransferState state;
+    (void)TransferEngine(services).run({{world.home("a.txt"), world.disk("a.txt"), false, {}}}, TransferKind::Copy,
+                                       state);
+    const std::vector<Location> old{world.disk(".brellin-kopie-0A1B2C3D-fremd.txt")};
+    EXPECT_EQ(during, old);
+    EXPECT_EQ(found(), old);
+    EXPECT_EQ(removeTransferLeftovers({old.front(), world.disk(".brellin-kopie-notiz"), world.disk("a.txt")},
+                                      services.logs, world.clock, services.files),
+              QStringList());
+    EXPECT_FALSE(entryExists(old.front()));
+    EXPECT_TRUE(entryExists(world.disk(".brellin-kopie-notiz")));
+    EXPECT_TRUE(entryExists(world.disk("a.txt")));
+}
