@@ -186,7 +186,14 @@ void SidebarRows::addDevices(Rows &rows) const
 {
     if (!addHead(rows, QStringLiteral("devices"), QStringLiteral("Geräte")))
         return;
-    std::ranges::transform(m_sources.volumes.volumes.get(), std::back_inserter(rows), volumeRow);
+    for (const VolumeEntry &volume : m_sources.volumes.volumes.get()) {
+        rows.push_back(volumeRow(volume));
+        if (m_ejecting.contains(volume.root)) {
+            rows.back().note = QStringLiteral("auswerfen …");
+            rows.back().toolTip = QStringLiteral("Wird ausgeworfen. Warte, bis der Datenträger hier nicht mehr steht.");
+            rows.back().ejectable = false;
+        }
+    }
     rows.push_back(place(QStringLiteral("Netzwerk"), QStringLiteral("network"),
                          SidebarChoice::special(SidebarChoice::Kind::Network),
                          QStringLiteral("Mit Servern verbinden")));
@@ -266,8 +273,10 @@ void SidebarRows::findCurrent()
             found = one.key;
         }
     }
-    if (std::exchange(m_currentKey, found) != found && !m_rows.empty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+    if (std::exchange(m_currentKey, found) == found || m_rows.empty())
+        return;
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+    Q_EMIT currentMoved();
 }
 
 bool SidebarRows::isCurrent(const QModelIndex &index) const
@@ -278,6 +287,15 @@ bool SidebarRows::isCurrent(const QModelIndex &index) const
 void SidebarRows::setAgentBadge(int number)
 {
     m_agentBadge = number;
+    rebuild();
+}
+
+void SidebarRows::setEjecting(const Location &volume, bool ejecting)
+{
+    if (ejecting)
+        m_ejecting.insert(volume);
+    else
+        m_ejecting.erase(volume);
     rebuild();
 }
 

@@ -31,6 +31,8 @@ public:
     QModelIndex current() const { return indexOf(m_currentKey); }
 
     void setAgentBadge(int number);
+    /// A volume is on its way out, or stays after all.
+    void setEjecting(const Location &volume, bool ejecting);
     void setFolded(const QString &section, bool folded);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -38,6 +40,8 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
+    /// Another line is highlighted.
+    Q_SIGNAL void currentMoved();
     Q_SIGNAL void failed(const QString &message);
 
 private:
@@ -54,6 +58,7 @@ private:
     SidebarSources m_sources;
     std::vector<SidebarRow> m_rows;
     std::set<QString> m_folded;
+    std::set<Location> m_ejecting;
     std::optional<SidebarChoice> m_current;
     bool m_currentIsFolder = false; ///< then only the location of `m_current` counts
     QString m_chosenKey;

@@ -133,6 +133,10 @@ void SidebarView::Private::connectAll()
         report(sources.pins.moveTo(entry, static_cast<std::size_t>(place)),
                QStringLiteral("Der Schnellzugriff wurde nicht geändert"));
     });
+    connect(rows, &SidebarRows::currentMoved, list, [this] {
+        if (rows->current().isValid())
+            list->scrollTo(rows->current());
+    });
     connect(rows, &SidebarRows::failed, &q, &SidebarView::failed);
     connect(images, &EntryImages::changed, list->viewport(), qOverload<>(&QWidget::update));
 }
@@ -165,7 +169,10 @@ void SidebarView::Private::eject(const SidebarRow &row)
 {
     if (!row.choice)
         return;
-    sources.volumes.eject(row.choice->location, &q, [this, title = row.title](const Result<void> &done) {
+    const Location volume = row.choice->location;
+    rows->setEjecting(volume, true);
+    sources.volumes.eject(volume, &q, [this, volume, title = row.title](const Result<void> &done) {
+        rows->setEjecting(volume, false);
         report(done, QStringLiteral("„%1“ wurde nicht ausgeworfen").arg(title));
     });
 }

@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-QString free(const VolumeEntry &volume)
+QString freeText(const VolumeEntry &volume)
 {
     return roundedSize(volume.space->free) + QStringLiteral(" frei");
 }
@@ -20,14 +20,14 @@ QString volumeNote(const VolumeEntry &volume)
 {
     if (!volume.answering)
         return QStringLiteral("antwortet nicht");
-    return volume.space ? free(volume) : QString();
+    return volume.space ? freeText(volume) : QString();
 }
 
 QString volumeToolTip(const VolumeEntry &volume)
 {
     QStringList lines{shown(volume.root)};
     if (volume.space)
-        lines << QStringLiteral("%1 von %2").arg(free(volume), roundedSize(volume.space->capacity));
+        lines << QStringLiteral("%1 von %2").arg(freeText(volume), roundedSize(volume.space->capacity));
     if (!volume.answering)
         lines << QStringLiteral("Der Server antwortet gerade nicht.");
     return lines.join(u'\n');

@@ -349,7 +349,9 @@ TEST_F(SidebarViewTest, aVolumeIsEjectedWithAClickAndAFailureIsSaid)
     EXPECT_EQ(failures,
               QStringList{QStringLiteral("„Sicherung“ wurde nicht ausgeworfen: Ein Programm benutzt es noch.")});
     EXPECT_TRUE(chosen.empty());
+    EXPECT_EQ(rows()->row(usb()).note, QStringLiteral("212 GB frei")) << "it stays";
     trigger(usb(), QStringLiteral("eject"));
+    EXPECT_EQ(rows()->row(usb()).note, QStringLiteral("auswerfen …"));
     EXPECT_TRUE(waitUntil([this] { return bus.ejected == 2 && failures.size() == 2; }));
 }
 
