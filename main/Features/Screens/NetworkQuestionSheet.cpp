@@ -138,11 +138,14 @@ void NetworkQuestionSheet::followGuest(bool guest)
             field->setEnabled(!guest);
 }
 
-/// Return in a field is the primary button.
+/// Return is the button that has the keys, and from a field the primary one.
 void NetworkQuestionSheet::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && m_question.choices.isEmpty())
+    auto *const button = qobject_cast<QPushButton *>(focusWidget());
+    if (enter && button)
+        button->click();
+    else if (enter && m_question.choices.isEmpty())
         answer(0);
     SheetFrame::keyPressEvent(event);
 }

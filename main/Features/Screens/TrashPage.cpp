@@ -47,6 +47,7 @@ struct TrashPage::Private {
     QLineEdit *filter = nullptr;
     QPushButton *place = nullptr;
     QPushButton *back = nullptr;
+    QPushButton *stop = nullptr;
     QProgressBar *progress = nullptr;
     QTreeView *table = nullptr;
     EmptyState *empty = nullptr;
@@ -67,6 +68,14 @@ TrashPage::TrashPage(TrashList &trash, QWidget *parent) : QWidget(parent), d(std
 }
 
 TrashPage::~TrashPage() = default;
+
+/// Another program may have used the Trash meanwhile.
+bool TrashPage::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate && isVisible())
+        d->trash.refresh();
+    return QWidget::event(event);
+}
 
 void TrashPage::showEvent(QShowEvent *event)
 {
@@ -136,8 +145,9 @@ QLayout *TrashPage::Private::buildHead()
     place = makeButton(QStringLiteral("Ort zeigen"), ButtonKind::Usual, QStringLiteral("trashShowPlace"), &q);
     back = makeButton(QStringLiteral("Zurücklegen"), ButtonKind::Primary, QStringLiteral("trashPutBack"), &q,
                       QStringLiteral("undo-2"));
-    head->addWidget(place);
-    head->addWidget(back);
+    stop = makeButton(QStringLiteral("Abbrechen"), ButtonKind::Usual, QStringLiteral("trashStop"), &q);
+    for (QPushButton *const button : {place, back, stop})
+        head->addWidget(button);
     return head;
 }
 
@@ -151,8 +161,8 @@ void TrashPage::Private::buildTable()
     table->sortByColumn(TrashRows::Deleted, Qt::DescendingOrder);
     QHeaderView &header = *table->header();
     header.setSectionResizeMode(TrashRows::Name, QHeaderView::Stretch);
-    header.resizeSection(TrashRows::Place, scaled(260));
-    header.resizeSection(TrashRows::Deleted, scaled(150));
+    header.setSectionResizeMode(TrashRows::Place, QHeaderView::Stretch);
+    header.resizeSection(TrashRows::Deleted, scaled(130));
     header.resizeSection(TrashRows::Size, scaled(90));
 }
 
@@ -188,6 +198,7 @@ void TrashPage::Private::connectAll()
         refreshAll();
     });
     connect(back, &QPushButton::clicked, &q, [this] { putBackSelected(); });
+    connect(stop, &QPushButton::clicked, &q, [this] { trash.cancel(); });
     connect(place, &QPushButton::clicked, &q, [this] { showPlace(); });
     connect(table, &QWidget::customContextMenuRequested, &q, [this](QPoint at) { showMenu(at); });
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, &q, [this] { refreshAll(); });
@@ -232,6 +243,8 @@ void TrashPage::Private::finished(const TrashReturn &outcome)
                                        QStringLiteral("Elemente blieben im Papierkorb:"));
         title = count > 0 ? title + u' ' + failed : failed;
     }
+    if (outcome.cancelled)
+        title += QStringLiteral(" Abgebrochen, der Rest blieb im Papierkorb.");
     constexpr qsizetype most = 6;
     QStringList lines = outcome.failures.mid(0, most);
     if (outcome.failures.size() > most)
@@ -273,6 +286,8 @@ void TrashPage::Private::refreshAll()
     const std::vector<TrashItem> items = selected();
     const bool known = std::ranges::none_of(items, [](const TrashItem &one) { return one.entry.original.empty(); });
     const bool returning = trash.returning.get();
+    back->setVisible(!returning);
+    stop->setVisible(returning);
     back->setEnabled(!items.empty() && known && !returning);
     back->setToolTip(items.empty() ? QStringLiteral("Wähle aus, was zurückgelegt werden soll.")
                      : !known      ? QStringLiteral("Woher dies kam, ist nicht bekannt.")

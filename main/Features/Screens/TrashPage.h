@@ -25,6 +25,7 @@ public:
     Q_SIGNAL void returned(const std::vector<brellin::Location> &places);
 
 protected:
+    bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
