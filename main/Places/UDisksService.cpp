@@ -25,7 +25,7 @@ bool flag(const QVariantMap &properties, const char *name)
 QVariantMap driveOf(const BusObjects &objects, const QVariantMap &block)
 {
     const QString locked = block.value(QStringLiteral("CryptoBackingDevice")).toString();
-    const QVariantMap &beneath = objects.contains(locked) ? objects[locked][blockInterface] : block;
+    const QVariantMap beneath = objects.contains(locked) ? objects.value(locked).value(blockInterface) : block;
     return objects.value(beneath.value(QStringLiteral("Drive")).toString()).value(driveInterface);
 }
 
@@ -78,7 +78,7 @@ Result<void> UDisksService::eject(const std::string &device)
             if (const auto done = m_bus.call(locked, encryptedInterface, QStringLiteral("Lock")); !done)
                 return failure(ejectFailure(done.error()));
         }
-        const QVariantMap beneath = objects.contains(locked) ? objects[locked][blockInterface] : block;
+        const QVariantMap beneath = objects.contains(locked) ? objects.value(locked).value(blockInterface) : block;
         // The files are safe by now: a drive that keeps its medium (a stick with a second partition in use) is no failure.
         if (const QString drive = beneath.value(QStringLiteral("Drive")).toString();
             flag(objects.value(drive).value(driveInterface), "Ejectable")) [[maybe_unused]]
