@@ -36,7 +36,7 @@ struct SidebarView::Private {
     void connectAll();
     void choose(const QModelIndex &index, SidebarList::Where where);
     void toggle(const QModelIndex &index);
-    void eject(const SidebarRow &row);
+    void eject(SidebarRow row);
     void report(const Result<void> &done, const QString &what);
     void showMenu(const QModelIndex &index, const QPoint &screenPlace);
     SidebarActions actionsFor(const QModelIndex &index);
@@ -165,13 +165,14 @@ void SidebarView::Private::toggle(const QModelIndex &index)
         sources.tree.expand(row.choice->location);
 }
 
-void SidebarView::Private::eject(const SidebarRow &row)
+/// Takes a copy: the lines change as soon as this one says what happens to it.
+void SidebarView::Private::eject(SidebarRow row)
 {
     if (!row.choice)
         return;
     const Location volume = row.choice->location;
     rows->setEjecting(volume, true);
-    sources.volumes.eject(volume, &q, [this, volume, title = row.title](const Result<void> &done) {
+    sources.volumes.eject(volume, &q, [this, volume, title = std::move(row.title)](const Result<void> &done) {
         rows->setEjecting(volume, false);
         report(done, QStringLiteral("„%1“ wurde nicht ausgeworfen").arg(title));
     });
