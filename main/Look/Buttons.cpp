@@ -59,7 +59,7 @@ QPushButton *makeButton(const QString &title, ButtonKind kind, const QString &ob
     button->setAccessibleName(title);
     if (!symbol.isEmpty()) {
         button->setIcon(Symbols::icon(symbol, inkOf(kind), inkOf(kind)));
-        button->setIconSize({scaled(16), scaled(16)});
+        button->setIconSize({scaled(20), scaled(16)});
     }
     return button;
 }

@@ -31,11 +31,11 @@ QPixmap shadowOf(double radius, double pixelsPerPoint)
     painter.scale(pixels / side, pixels / side);
     painter.setPen(Qt::NoPen);
     // Many faint layers, each a little larger: close to a blur, without one.
-    const float layer = (dark ? 0.34F : 0.12F) / reach;
+    const float layer = (dark ? 0.3F : 0.075F) / reach;
     for (int grown = reach; grown > 0; --grown) {
         const double share = 1 - static_cast<double>(grown) / reach;
         QColor ink(Qt::black);
-        ink.setAlphaF(layer * static_cast<float>(0.4 + 1.2 * share));
+        ink.setAlphaF(layer * static_cast<float>(3 * share * share));
         painter.setBrush(ink);
         const double offset = 0.25 * reach;
         painter.drawRoundedRect(QRectF(reach - grown, reach - grown + offset / 2, side - 2 * (reach - grown),

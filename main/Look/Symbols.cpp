@@ -107,8 +107,16 @@ public:
     }
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override
     {
-        // `size` is in device pixels here.
-        return Symbols::pixmap(m_name, std::min(size.width(), size.height()) / scale, colorFor(mode, state), scale);
+        // `size` is in device pixels here. In a wide one the symbol stands at the left: the rest keeps a text away from it.
+        const QPixmap drawn =
+            Symbols::pixmap(m_name, std::min(size.width(), size.height()) / scale, colorFor(mode, state), scale);
+        if (size.width() <= size.height())
+            return drawn;
+        QPixmap wide(size);
+        wide.setDevicePixelRatio(scale);
+        wide.fill(Qt::transparent);
+        QPainter(&wide).drawPixmap(0, 0, drawn);
+        return wide;
     }
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {

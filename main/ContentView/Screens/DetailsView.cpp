@@ -16,7 +16,7 @@ const QString widthsKey = QStringLiteral("detailsColumns");
 
 constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100};
 /// Below these widths of the view a column is left out, the least needed first.
-constexpr std::array<int, columnCount> neededWidths{0, 260, 400, 520, 640};
+constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720};
 
 SortKey keyOf(Column column)
 {
