@@ -78,7 +78,9 @@ Result<QByteArray> DecoderProcess::ask(const DecoderRequest &request, const JobC
     if (answer)
         return answerFrom(*answer);
     end();
-    return answer.error().isCancelled() ? answer : failure(undecodable());
+    // A time that ran out may also mean that the machine was busy.
+    const bool isBlameless = answer.error().isCancelled() || answer.error().is(std::errc::timed_out);
+    return isBlameless ? answer : failure(undecodable());
 }
 
 Result<QByteArray> DecoderProcess::converse(const DecoderRequest &request, const JobControl *control)

@@ -21,7 +21,7 @@ public:
     /// Starts "`program` arbeiter" and waits until it is ready.
     Result<void> start(const Location &program, const JobControl *control);
     /// The answer to a request. A process that ends, babbles or takes longer than its time is ended, as is one whose answer
-    /// nobody waits for any more; the file asked about then counts as undecodable, or the request as cancelled.
+    /// nobody waits for any more: the file asked about then counts as undecodable, or the request as timed out or cancelled.
     Result<QByteArray> ask(const DecoderRequest &request, const JobControl *control);
     /// Whether it can be asked again.
     bool isFit() const { return m_pid > 0 && m_asked < mostRequests; }
