@@ -38,7 +38,7 @@ public:
     QSize sizeHint() const override
     {
         const int symbol = m_symbol.isEmpty() ? 0 : scaled(16) + (text().isEmpty() ? 0 : scaled(5));
-        return {QFontMetrics(usedFont()).horizontalAdvance(text()) + symbol + scaled(6), scaled(26)};
+        return {QFontMetrics(usedFont()).horizontalAdvance(text()) + symbol + scaled(10), scaled(26)};
     }
     QSize minimumSizeHint() const override { return {std::min(sizeHint().width(), scaled(24)), scaled(26)}; }
 

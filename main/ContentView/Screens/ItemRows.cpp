@@ -238,7 +238,7 @@ void SelectionLink::fromPane()
     }
     m_linking = true;
     m_views.select(ranges, QItemSelectionModel::ClearAndSelect);
-    if (!ranges.isEmpty() && !m_views.currentIndex().isValid())
+    if (!ranges.isEmpty() && !ranges.contains(m_views.currentIndex()))
         m_views.setCurrentIndex(ranges.first().topLeft(), QItemSelectionModel::NoUpdate);
     m_linking = false;
 }

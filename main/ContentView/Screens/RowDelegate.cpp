@@ -141,7 +141,7 @@ void RowDelegate::paintText(QPainter &painter, const QRect &cell, const QModelIn
     painter.setPen(color(stale && !selected ? Token::Tertiary : Token::Secondary));
     if (stale)
         painter.setOpacity(painter.opacity() * 0.75);
-    paintDigits(painter, QRectF(cell).adjusted(scaled(10), 0, size ? 0 : -scaled(4), 0),
+    paintDigits(painter, QRectF(cell).adjusted(scaled(10), 0, size ? -scaled(6) : -scaled(4), 0),
                 index.data(Qt::DisplayRole).toString(), size ? Qt::AlignRight : Qt::AlignLeft);
 }
 
