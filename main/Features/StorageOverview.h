@@ -46,12 +46,11 @@ private:
         bool cancelled = false;
     };
     void show();
-    void publishStatus();
     void finished(const Counted &counted);
 
     std::shared_ptr<StorageTree> m_tree;
     std::shared_ptr<QThreadPool> m_pool;
-    Job<Counted> m_job;
+    std::unique_ptr<Job<Counted>> m_job;
 };
 
 } // namespace brellin
