@@ -3,12 +3,13 @@
 #include "Base/Location.h"
 #include "Base/Published.h"
 #include "Places/KnownFolders.h"
-#include "System/ProcessRunner.h"
 #include "System/UserDefaults.h"
 
 #include <QString>
 #include <QUuid>
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -58,10 +59,7 @@ private:
     const KnownFolders &m_folders;
 };
 
-/// The targets that an account begins with: Documents, Desktop alias, mail, ZIP.
+/// The targets that an account begins with: Desktop alias, Documents, mail, ZIP.
 std::vector<SendToTarget> usualSendToTargets(const KnownFolders &folders);
-
-/// Opens a new mail with these files attached, by the desktop's mail program. Blocking.
-Result<void> attachToMail(const std::vector<Location> &files, ProcessRunner &processes, const JobControl *control);
 
 } // namespace brellin
