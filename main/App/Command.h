@@ -45,6 +45,8 @@ ExitCode runUndoCommand(CommandContext &context);
 ExitCode runListFolderCommand(CommandContext &context);
 ExitCode runSearchFolderCommand(CommandContext &context);
 ExitCode runSizeCommand(CommandContext &context);
+ExitCode runCopyCommand(CommandContext &context);
+ExitCode runMoveCommand(CommandContext &context);
 ExitCode runTagCommand(CommandContext &context);
 ExitCode runTagsCommand(CommandContext &context);
 ExitCode runTaggedCommand(CommandContext &context);

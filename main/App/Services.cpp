@@ -4,17 +4,37 @@
 
 namespace brellin {
 
+namespace {
+
+/// What nobody changes by copying and moving. Unlike the assistants, a person may go into the own dot folders, and to the
+/// servers that a desktop connects below "/run".
+SystemLocations systemFolders(const Location &home)
+{
+    std::vector<Location> refused = SystemFolders::ofThisSystem().refused;
+    std::erase(refused, Location("/run"));
+    return SystemLocations(home, refused);
+}
+
+} // namespace
+
 Services::Services()
     : m_folders(KnownFolders::ofThisUser())
     , m_defaults(settingsFolder(m_folders.home))
     , m_forgotten(&m_defaults)
     , m_trash(m_folders.trash.parent_path(), m_volumes)
     , m_locations(m_folders.home)
+    , m_systemFolders(systemFolders(m_folders.home))
     , m_model(m_defaults)
     , m_pdfReader(m_processes, programFolder() / "brellin-bild")
     , m_tagSearch({m_folders.trash.parent_path()})
     , m_stateFolder(stateFolder(m_folders.home))
 {
+}
+
+TransferServices Services::forTransfers(MountWorkers &workers)
+{
+    return {m_files, m_trash, m_volumes, workers, m_stateFolder / "transfers",
+            [this](const Location &entry) { return m_systemFolders.isAllowedEntry(entry); }};
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)

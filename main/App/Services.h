@@ -8,6 +8,7 @@
 #include "System/MemoryUserDefaults.h"
 #include "System/PdfReader.h"
 #include "System/ProcessRunner.h"
+#include "Transfers/TransferServices.h"
 
 namespace brellin {
 
@@ -21,6 +22,8 @@ public:
     AgentServices forAgent() { return agentServices(m_defaults); }
     /// For an agent that only looks: what it would store is forgotten with these services.
     AgentServices forProposingAgent() { return agentServices(m_forgotten); }
+
+    TransferServices forTransfers(MountWorkers &workers);
 
     const KnownFolders &folders() const { return m_folders; }
     const Volumes &volumes() const { return m_volumes; }
@@ -44,6 +47,7 @@ private:
     DiskFileActions m_files;
     SystemClock m_clock;
     SystemLocations m_locations;
+    SystemLocations m_systemFolders; ///< closed to the user's own transfers
     LocalModelServer m_model;
     SystemProcessRunner m_processes;
     PdfReader m_pdfReader;

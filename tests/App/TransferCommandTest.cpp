@@ -1,0 +1,117 @@
+#include "App/TerminalAnswer.h"
+#include "Support/TempTree.h"
+#include "System/ProcessRunner.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// Runs the real program in an account of its own.
+class TransferCommandTest : public testing::Test {
+protected:
+    TransferCommandTest()
+    {
+        tree.lines({"von/a.txt=neu", "von/b/innen.txt=zwei", "nach/a.txt=alt"});
+        ::setenv("HOME", tree.root().c_str(), 1);
+        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+            ::unsetenv(variable);
+    }
+
+    ProcessOutput run(const std::string &command, std::vector<std::string> words)
+    {
+        for (std::string &word : words)
+            word = word.starts_with("--") ? word : tree.path(word).native();
+        words.insert(words.begin(), command);
+        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
+        EXPECT_TRUE(output) << output.error().message.toStdString();
+        return output.value_or(ProcessOutput{});
+    }
+    QJsonObject json(const std::string &command, std::vector<std::string> words, int exitCode = 0)
+    {
+        words.emplace_back("--json");
+        const ProcessOutput output = run(command, std::move(words));
+        EXPECT_EQ(output.exitCode, exitCode) << output.errors.toStdString();
+        return QJsonDocument::fromJson(output.output).object();
+    }
+
+    TempTree tree;
+    SystemProcessRunner runner;
+};
+
+} // namespace
+
+TEST_F(TransferCommandTest, settlesConflictsAsTold)
+{
+    const std::string before = snapshotOf(tree.path("nach"));
+    const QJsonObject nothing = json("kopieren", {"von/a.txt", "von/b", "nach"}, 130);
+    EXPECT_TRUE(nothing[QStringLiteral("cancelled")].toBool());
+    EXPECT_TRUE(nothing[QStringLiteral("steps")].toArray().isEmpty());
+    EXPECT_EQ(snapshotOf(tree.path("nach")), before);
+
+    const QJsonObject both = json("kopieren", {"--konflikt", "--konflikt=beide", "von/a.txt", "nach"}, 2);
+    EXPECT_TRUE(both.isEmpty()); // "--konflikt" is no choice
+    EXPECT_EQ(json("kopieren", {"--konflikt=beide", "von/a.txt", "von/b", "nach"})[QStringLiteral("files")], 2);
+    EXPECT_EQ(tree.content("nach/a (2).txt"), "neu");
+    EXPECT_EQ(tree.content("nach/b/innen.txt"), "zwei");
+
+    const QJsonObject replaced = json("verschieben", {"--konflikt=ersetzen", "von/a.txt", "nach"});
+    const QJsonObject step = replaced[QStringLiteral("steps")].toArray()[0].toObject();
+    EXPECT_EQ(step[QStringLiteral("src")].toString().toStdString(), tree.path("von/a.txt").native());
+    EXPECT_EQ(step[QStringLiteral("dst")].toString().toStdString(), tree.path("nach/a.txt").native());
+    EXPECT_TRUE(step[QStringLiteral("replace")].toBool());
+    EXPECT_EQ(replaced[QStringLiteral("bytes")], 3);
+    EXPECT_EQ(replaced[QStringLiteral("failures")], QJsonArray());
+    EXPECT_EQ(tree.content("nach/a.txt"), "neu");
+    EXPECT_EQ(tree.content(".local/share/Trash/files/a.txt"), "alt");
+    EXPECT_FALSE(tree.has("von/a.txt"));
+}
+
+TEST_F(TransferCommandTest, namesWhatItCannotDo)
+{
+    EXPECT_EQ(run("kopieren", {"von"}).exitCode, 2);
+    EXPECT_EQ(run("kopieren", {"von/b", "von/a.txt"}).exitCode, 2);
+    const ProcessOutput unknown = run("kopieren", {"von/b", "nach", "--konflikt=ersezten"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_EQ(unknown.errors.toStdString(), "Unbekannte Angabe „ersezten“. Meintest du „ersetzen“?\n");
+    EXPECT_FALSE(tree.has("nach/b"));
+    // The rest is done.
+    const QJsonObject partly = json("verschieben", {"fehlt", "von", "von/b", "von/b"}, 1);
+    EXPECT_EQ(partly[QStringLiteral("failures")].toArray().size(), 3);
+    const QJsonObject rest = json("kopieren", {"fehlt", "von/b", "nach"}, 1);
+    EXPECT_EQ(rest[QStringLiteral("failures")].toArray().size(), 1);
+    EXPECT_TRUE(tree.has("nach/b/innen.txt"));
+}
+
+TEST_F(TransferCommandTest, leavesTheSystemAlone)
+{
+    const Result<ProcessOutput> output =
+        runner.run({BRELLIN_PROGRAM, {"kopieren", tree.path("von/a.txt").native(), "/usr/share"}, {}, {}}, nullptr);
+    ASSERT_TRUE(output);
+    EXPECT_EQ(output->exitCode, 1);
+    EXPECT_FALSE(std::filesystem::exists("/usr/share/a.txt"));
+    EXPECT_TRUE(output->errors.contains("Orte des Systems werden nicht verändert."));
+}
+
+TEST(TerminalAnswerTest, understandsNumbersWithAndWithoutForAll)
+{
+    TransferQuestion question;
+    question.about = ConflictQuestion{QStringLiteral("a"), 2, false, true, {}, {}};
+    const QuestionText text = textOf(question);
+    const auto chosen = [&](const char *line) {
+        const auto answer = TerminalAnswer::chosen(text, line);
+        return answer ? std::optional(std::get<ConflictAnswer>(*answer)) : std::nullopt;
+    };
+    EXPECT_EQ(chosen("1\n")->choice, ConflictChoice::replace);
+    EXPECT_FALSE(chosen("1\n")->forAll);
+    EXPECT_TRUE(chosen(" 3a \n")->forAll);
+    EXPECT_EQ(chosen("4")->choice, std::nullopt);
+    for (const char *line : {"", "\n", "a", "0", "5", "ja", "1b"})
+        EXPECT_FALSE(chosen(line)) << line;
+}
