@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace brellin {
+
+/// A card of the start page: a symbol and a title, a number shown large with what it counts, and what it is about. A click
+/// opens its area; `settingsRequested` comes from a symbol of its own where it has settings.
+class AgentCard : public QAbstractButton {
+    Q_OBJECT
+public:
+    /// What a number counts: "Vorschlag" for one, "Vorschläge" else.
+    struct Noun {
+        QString one;
+        QString many;
+    };
+    AgentCard(const QString &symbol, const QString &title, const Noun &noun, const QString &hint,
+              const QString &objectName, QWidget *parent);
+
+    void addSettings(const QString &title, const QString &objectName);
+    void setValue(int value);
+    /// A third line, in small print; may be empty.
+    void setNote(const QString &note);
+
+    QSize sizeHint() const override;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+    Q_SIGNAL void settingsRequested();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    int hintHeight(int width) const;
+    void paintTexts(QPainter &painter, const QRect &inner) const;
+    void describe();
+
+    QString m_symbol;
+    Noun m_noun;
+    QString m_hint;
+    QString m_note;
+    int m_value = 0;
+    QWidget *m_settings = nullptr;
+};
+
+} // namespace brellin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "Look/Cards.h"
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+
+namespace brellin {
+
+class NoticeBar;
+class TextLabel;
+
+/// The agent's settings: when it checks by itself, where it looks for duplicates, the language model, and what it is not to
+/// propose again.
+class AgentSettingsSheet : public SheetFrame {
+    Q_OBJECT
+public:
+    AgentSettingsSheet(const AgentPorts &ports, QWidget *window);
+
+private:
+    void addHead(const QString &title);
+    void buildSchedule();
+    void buildDuplicates();
+    void buildModel();
+    void buildNever();
+    void buildUpdates();
+    void showSchedule();
+    void showDuplicateFolders();
+    void addDuplicateFolder(const Location &folder);
+    void setDuplicateFolders(const std::vector<Location> &folders);
+    void showModel();
+    void showNever();
+    QWidget *rowWith(const QString &text, const QString &toolTip, QPushButton *button);
+
+    AgentPorts m_ports;
+    NoticeBar *m_problem;
+    QComboBox *m_interval = nullptr;
+    TextLabel *m_lastRun = nullptr;
+    QVBoxLayout *m_folders = nullptr;
+    QCheckBox *m_autoDuplicates = nullptr;
+    TextLabel *m_modelStatus = nullptr;
+    TextLabel *m_modelHint = nullptr;
+    TextLabel *m_modelError = nullptr;
+    QPushButton *m_modelRefresh = nullptr;
+    QPushButton *m_modelForget = nullptr;
+    QLineEdit *m_modelAddress = nullptr;
+    QVBoxLayout *m_foundModels = nullptr;
+    QVBoxLayout *m_never = nullptr;
+};
+
+} // namespace brellin

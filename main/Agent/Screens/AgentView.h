@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Agent/Screens/AgentArea.h"
+#include "Agent/Screens/AgentPorts.h"
+
+#include <QWidget>
+
+class QStackedWidget;
+
+namespace brellin {
+
+class AgentPage;
+class SheetFrame;
+class StartPage;
+
+/// The agent's page in the window: a start page of cards, the areas behind it, its sheets and its guide. Shows and edits
+/// what the agent publishes, and calls its operations.
+class AgentView : public QWidget {
+    Q_OBJECT
+public:
+    AgentView(const AgentPorts &ports, QWidget *parent);
+
+    void showStart();
+    void open(AgentArea area);
+    void showGuide();
+    void openSheet(AgentSheet sheet);
+    /// Asks which folder to analyse, and shows what comes of it.
+    void askForAnalysis();
+    void analyze(const Location &folder);
+    /// The area in front; none: the start page or the guide.
+    std::optional<AgentArea> area() const { return m_area; }
+    /// "Aufräum-Agent › Aufräumen"
+    const QString &path() const { return m_path; }
+    /// Draws the entries again, where thumbnails have come.
+    void refreshThumbnails();
+
+    Q_SIGNAL void pathChanged(const QString &path);
+    /// The window is to show this entry in a pane.
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void buildStart();
+    void buildAreas();
+    void addArea(AgentArea area, AgentPage *page);
+    void show(QWidget *page, std::optional<AgentArea> area, const QString &title);
+    void present(SheetFrame *sheet);
+    void presentComing(AgentSheet sheet, const QString &symbol, const QString &text);
+    void scan();
+    void handOver();
+    void preview(const QUuid &proposal);
+    void editPendingProfile();
+    void tellAttention();
+
+    AgentPorts m_ports;
+    QStackedWidget *m_pages;
+    StartPage *m_start = nullptr;
+    std::vector<std::pair<AgentArea, AgentPage *>> m_areas;
+    AgentPage *m_guide = nullptr; ///< made when it is first asked for
+    std::optional<AgentArea> m_area;
+    QString m_path;
+    std::optional<Location> m_analysed;
+    int m_openSheets = 0;
+    bool m_editsPending = false;
+};
+
+} // namespace brellin

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Agent/Screens/AgentPage.h"
+#include "Agent/Screens/AgentPorts.h"
+
+class QLineEdit;
+class QPushButton;
+class QStackedWidget;
+
+namespace brellin {
+
+class EmptyState;
+class ProposalFooter;
+class ProposalList;
+
+/// The cleanup area: what the agent proposes, with reasons, and what to do with it.
+class CleanupPage : public AgentPage {
+    Q_OBJECT
+public:
+    CleanupPage(const AgentPorts &ports, QWidget *parent);
+
+    Q_SIGNAL void scanRequested();
+    Q_SIGNAL void analysisRequested();
+    Q_SIGNAL void rulesRequested();
+    Q_SIGNAL void handOverRequested();
+    Q_SIGNAL void previewRequested(const QUuid &proposal);
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void buildActions();
+    void buildBody();
+    void showContent();
+    void showRunning();
+
+    AgentPorts m_ports;
+    QLineEdit *m_filter = nullptr;
+    QPushButton *m_scan = nullptr;
+    QPushButton *m_analyze = nullptr;
+    QStackedWidget *m_content = nullptr;
+    ProposalList *m_list = nullptr;
+    ProposalFooter *m_footer = nullptr;
+    EmptyState *m_empty = nullptr;
+};
+
+} // namespace brellin

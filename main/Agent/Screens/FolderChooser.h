@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Base/Location.h"
+
+#include <QLineEdit>
+
+#include <functional>
+
+class QPushButton;
+
+namespace brellin {
+
+/// Asks for a folder without stopping anything; `chosen` is called unless the user cancels or `parent` goes.
+void chooseFolder(QWidget *parent, const QString &title, const Location &start,
+                  std::function<void(const Location &)> chosen);
+/// The same for a file.
+void chooseFile(QWidget *parent, const QString &title, const Location &start,
+                std::function<void(const Location &)> chosen);
+
+/// A field for a folder's path, with a button that asks for the folder. Below the home folder the path is shown as "~/…".
+class FolderField : public QWidget {
+    Q_OBJECT
+public:
+    FolderField(const QString &accessibleName, const QString &question, const Location &home, const QString &objectName,
+                QWidget *parent);
+
+    /// The path in full, as it is stored; as typed where it is none.
+    QString path() const;
+    void setPath(const QString &path);
+    void setPlaceholder(const QString &text);
+
+    Q_SIGNAL void changed();
+
+private:
+    void ask(const QString &question);
+
+    Location m_home;
+    QLineEdit *m_field;
+};
+
+} // namespace brellin

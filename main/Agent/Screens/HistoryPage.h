@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Agent/Screens/AgentPage.h"
+#include "Agent/Screens/AgentPorts.h"
+
+#include <set>
+
+class QStackedWidget;
+class QVBoxLayout;
+
+namespace brellin {
+
+class RunRow;
+
+/// The history area: every run with its steps, and the way back.
+class HistoryPage : public AgentPage {
+    Q_OBJECT
+public:
+    HistoryPage(const AgentPorts &ports, QWidget *parent);
+
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
+
+private:
+    void refresh();
+    RunRow *rowFor(const JournalRun &run);
+
+    AgentPorts m_ports;
+    QStackedWidget *m_content;
+    QVBoxLayout *m_rows;
+    std::map<QUuid, RunRow *> m_shown;
+};
+
+} // namespace brellin

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "Look/Cards.h"
+
+#include <functional>
+
+class QCheckBox;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+
+namespace brellin {
+
+class NoticeBar;
+
+/// Edits a copy of a project's protection. `done` gets the edited profile, or nothing where the user cancels; it may refuse,
+/// with the reason to show.
+class ProfileEditor : public SheetFrame {
+    Q_OBJECT
+public:
+    enum class Purpose { ConfirmDetected, AddNew, EditStored };
+    using Done = std::function<Result<void>(const std::optional<FolderProfile> &)>;
+
+    ProfileEditor(const AgentPorts &ports, const FolderProfile &profile, Purpose purpose, Done done, QWidget *window);
+
+    /// The copy as it is now.
+    FolderProfile edited() const;
+
+protected:
+    void escape() override;
+
+private:
+    struct EntryRow {
+        QUuid id;
+        QWidget *row = nullptr;
+        QLineEdit *path = nullptr;
+        QLineEdit *reason = nullptr;
+    };
+
+    void buildEntries();
+    void buildTidying();
+    void buildButtons(Purpose purpose);
+    void addEntry(const ProtectedEntry &entry);
+    void addChosen(const Location &entry);
+    void save();
+
+    AgentPorts m_ports;
+    FolderProfile m_profile;
+    Done m_done;
+    NoticeBar *m_problem;
+    QVBoxLayout *m_entryRows = nullptr;
+    std::vector<EntryRow> m_entries;
+    QLineEdit *m_name = nullptr;
+    QCheckBox *m_tidy = nullptr;
+    QLineEdit *m_groups = nullptr;
+    QSpinBox *m_archiveDays = nullptr;
+    QSpinBox *m_videoDays = nullptr;
+};
+
+} // namespace brellin

@@ -1,0 +1,240 @@
+#include "Agent/Screens/ProposalModel.h"
+
+#include "Agent/Screens/AgentTexts.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+using Row = ProposalModel::Row;
+
+QSet<QByteArray> identities(const std::vector<Row> &rows)
+{
+    QSet<QByteArray> all;
+    for (const Row &row : rows)
+        all.insert(row.identity);
+    return all;
+}
+
+/// The rows that also are among others, by identity and in their order.
+std::vector<QByteArray> kept(const std::vector<Row> &rows, const QSet<QByteArray> &others)
+{
+    std::vector<QByteArray> left;
+    for (const Row &row : rows)
+        if (others.contains(row.identity))
+            left.push_back(row.identity);
+    return left;
+}
+
+} // namespace
+
+ProposalModel::ProposalModel(CleanupAgent &agent, Location home, QObject *parent)
+    : QAbstractListModel(parent)
+    , m_agent(agent)
+    , m_home(std::move(home))
+    , m_rows(rowsNow())
+{
+    m_agent.proposals.observe(this, [this](const auto &) { refresh(); });
+    m_agent.chosen.observe(this, [this](const auto &) { refreshTicks(); });
+    m_agent.failures.observe(this, [this](const auto &) { changed(); });
+}
+
+QString ProposalModel::failureOf(const AgentProposal &proposal) const
+{
+    const auto found = m_agent.failures.get().find(proposal.id);
+    return found != m_agent.failures.get().end() ? found->second : QString();
+}
+
+void ProposalModel::setFilter(const QString &text)
+{
+    m_filter = folded(text.trimmed());
+    refresh();
+}
+
+bool ProposalModel::passes(const AgentProposal &proposal) const
+{
+    if (m_filter.isEmpty())
+        return true;
+    const ProposalRoad road = roadOf(proposal, m_home);
+    const QStringList texts{shownName(proposal.source), road.from.join(u'/'), road.to.join(u'/'), proposal.reason};
+    return std::ranges::any_of(texts, [this](const QString &text) { return folded(text).contains(m_filter); });
+}
+
+std::vector<Row> ProposalModel::rowsNow() const
+{
+    std::vector<AgentProposal> visible;
+    std::ranges::copy_if(m_agent.proposals.get(), std::back_inserter(visible),
+                         [this](const AgentProposal &one) { return passes(one); });
+    std::map<QUuid, const AgentProposal *> byId;
+    for (const AgentProposal &one : visible)
+        byId.emplace(one.id, &one);
+    std::vector<Row> rows;
+    for (const ProposalGroup &group : groupsOf(visible, m_agent.chosen.get())) {
+        rows.push_back({"group " + QByteArray::number(static_cast<int>(group.kind)), group, std::nullopt, false});
+        for (const QUuid &id : group.proposals)
+            rows.push_back({sameness(*byId.at(id)), std::nullopt, *byId.at(id), false});
+        rows.back().isLast = true;
+    }
+    return rows;
+}
+
+void ProposalModel::refresh()
+{
+    std::vector<Row> next = rowsNow();
+    if (!canBeMended(next)) {
+        beginResetModel();
+        m_rows = std::move(next);
+        endResetModel();
+        return;
+    }
+    removeMissing(next);
+    insertNew(next);
+    m_rows = std::move(next);
+    changed();
+}
+
+/// Whether removing and inserting rows leads to the new list: what both have is in the same order, and nothing is there twice.
+bool ProposalModel::canBeMended(const std::vector<Row> &next) const
+{
+    const QSet<QByteArray> before = identities(m_rows);
+    const QSet<QByteArray> after = identities(next);
+    return before.size() == static_cast<qsizetype>(m_rows.size()) &&
+           after.size() == static_cast<qsizetype>(next.size()) && kept(m_rows, after) == kept(next, before);
+}
+
+void ProposalModel::removeMissing(const std::vector<Row> &next)
+{
+    const QSet<QByteArray> after = identities(next);
+    const auto stays = [&](int row) { return after.contains(at(row).identity); };
+    for (int last = rowCount() - 1; last >= 0; --last) {
+        if (stays(last))
+            continue;
+        int first = last;
+        while (first > 0 && !stays(first - 1))
+            --first;
+        beginRemoveRows({}, first, last);
+        m_rows.erase(m_rows.begin() + first, m_rows.begin() + last + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+void ProposalModel::insertNew(const std::vector<Row> &next)
+{
+    const QSet<QByteArray> before = identities(m_rows);
+    const auto isNew = [&](std::size_t row) { return !before.contains(next[row].identity); };
+    for (std::size_t first = 0; first < next.size(); ++first) {
+        if (!isNew(first))
+            continue;
+        std::size_t end = first;
+        while (end < next.size() && isNew(end))
+            ++end;
+        beginInsertRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
+        m_rows.insert(m_rows.begin() + static_cast<std::ptrdiff_t>(first),
+                      next.begin() + static_cast<std::ptrdiff_t>(first),
+                      next.begin() + static_cast<std::ptrdiff_t>(end));
+        endInsertRows();
+        first = end;
+    }
+}
+
+void ProposalModel::refreshTicks()
+{
+    for (Row &row : m_rows) {
+        if (!row.group)
+            continue;
+        std::vector<AgentProposal> visible;
+        for (const auto *other = &row + 1; other != m_rows.data() + m_rows.size() && other->proposal; ++other)
+            visible.push_back(*other->proposal);
+        std::vector<ProposalGroup> counted = groupsOf(visible, m_agent.chosen.get());
+        if (!counted.empty())
+            row.group = std::move(counted.front());
+    }
+    changed();
+}
+
+void ProposalModel::changed()
+{
+    if (!m_rows.empty())
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+void ProposalModel::toggle(int row)
+{
+    if (m_agent.running.get())
+        return;
+    const Row &toggled = at(row);
+    if (toggled.proposal) {
+        m_agent.setChosen(toggled.proposal->id,
+                          isTicked(*toggled.proposal) ? CleanupAgent::Tick::Off : CleanupAgent::Tick::On);
+        return;
+    }
+    std::set<QUuid> ticked = m_agent.chosen.get();
+    const bool on = toggled.group->tick() != GroupTick::All;
+    for (const QUuid &id : toggled.group->proposals) {
+        if (on)
+            ticked.insert(id);
+        else
+            ticked.erase(id);
+    }
+    m_agent.choose(ticked);
+}
+
+std::set<QUuid> ProposalModel::visibleUnticked() const
+{
+    std::set<QUuid> ids;
+    for (const Row &row : m_rows)
+        if (row.proposal && !isTicked(*row.proposal))
+            ids.insert(row.proposal->id);
+    return ids;
+}
+
+int ProposalModel::hiddenTicked() const
+{
+    const auto visible =
+        std::ranges::count_if(m_rows, [this](const Row &row) { return row.proposal && isTicked(*row.proposal); });
+    return static_cast<int>(static_cast<std::ptrdiff_t>(m_agent.chosen.get().size()) - visible);
+}
+
+int ProposalModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant ProposalModel::data(const QModelIndex &index, int role) const
+{
+    const Row &row = at(index.row());
+    if (role == Qt::CheckStateRole) {
+        if (row.proposal)
+            return static_cast<int>(isTicked(*row.proposal) ? Qt::Checked : Qt::Unchecked);
+        const GroupTick tick = row.group->tick();
+        return static_cast<int>(tick == GroupTick::All    ? Qt::Checked
+                                : tick == GroupTick::Some ? Qt::PartiallyChecked
+                                                          : Qt::Unchecked);
+    }
+    if (role == Qt::DisplayRole)
+        return row.group ? row.group->title() : shownName(row.proposal->source);
+    if (role == Qt::AccessibleTextRole)
+        return row.group ? row.group->title() + QStringLiteral(", ") + row.group->countText()
+                         : spokenText(*row.proposal, failureOf(*row.proposal), m_home);
+    return {};
+}
+
+bool ProposalModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::CheckStateRole || value == data(index, role))
+        return false;
+    toggle(index.row());
+    return true;
+}
+
+Qt::ItemFlags ProposalModel::flags(const QModelIndex &index) const
+{
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable : Qt::NoItemFlags;
+}
+
+} // namespace brellin

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "Look/Cards.h"
+
+namespace brellin {
+
+/// More of one proposal: the file, where it goes and why. Of a duplicate both files side by side, and the choice to keep the
+/// other one.
+class ProposalPreview : public SheetFrame {
+    Q_OBJECT
+public:
+    ProposalPreview(const AgentPorts &ports, const QUuid &proposal, QWidget *window);
+
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
+
+private:
+    const AgentProposal *proposal() const;
+    void rebuild();
+    QWidget *fileCard(const QString &head, const Location &entry, const std::optional<FileState> &seen);
+    void buildButtons();
+
+    AgentPorts m_ports;
+    QUuid m_proposal;
+    QWidget *m_shown = nullptr;
+};
+
+} // namespace brellin

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "Agent/Screens/ProposalModel.h"
+
+#include <QStyledItemDelegate>
+
+namespace brellin {
+
+/// A part of a row that answers to the mouse.
+enum class ProposalPart { Row, Tick, Preview, Discard, None };
+
+/// Draws a row of the list of proposals, and says where its parts lie.
+class ProposalRow : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    ProposalRow(const AgentPorts &ports, ProposalModel &model, QObject *parent);
+
+    /// The part under the mouse; drawn as hovered.
+    void setHovered(const QModelIndex &index, ProposalPart part);
+    ProposalPart partAt(const QRect &row, int rowNumber, QPoint place) const;
+    /// What a part of a row tells in its tool tip; may be empty.
+    QString toolTip(int rowNumber, ProposalPart part) const;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    /// The empty space below the last row of a group.
+    static int gap();
+
+private:
+    struct Places;
+    static Places placesIn(const QRect &row, bool isLast);
+    void paintGroup(QPainter &painter, const QRect &row, const ProposalGroup &group) const;
+    void paintProposal(QPainter &painter, const AgentProposal &proposal, const Places &places) const;
+    void paintRoad(QPainter &painter, const QRect &place, const AgentProposal &proposal) const;
+    void paintName(QPainter &painter, const QRect &place, const AgentProposal &proposal) const;
+    void paintReason(QPainter &painter, const QRect &place, const AgentProposal &proposal) const;
+    void paintAction(QPainter &painter, const QRect &place, const QString &symbol, bool hovered) const;
+    void paintPicture(QPainter &painter, const QRect &place, const AgentProposal &proposal) const;
+
+    AgentPorts m_ports;
+    ProposalModel &m_model;
+    QPersistentModelIndex m_hovered;
+    ProposalPart m_hoveredPart = ProposalPart::None;
+};
+
+} // namespace brellin

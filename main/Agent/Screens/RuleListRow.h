@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Agent/Screens/RuleListModel.h"
+
+#include <QStyledItemDelegate>
+
+namespace brellin {
+
+/// Draws a rule: whether it is on, its name, and what it does.
+class RuleListRow : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    RuleListRow(const RuleListModel &model, QObject *parent) : QStyledItemDelegate(parent), m_model(model) {}
+
+    /// Whether a click there switches the rule on or off.
+    static bool isOnTick(const QRect &row, QPoint place);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    const RuleListModel &m_model;
+};
+
+} // namespace brellin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "Agent/Screens/RuleListModel.h"
+#include "Look/Cards.h"
+
+class QListView;
+class QPushButton;
+
+namespace brellin {
+
+class NoticeBar;
+
+/// The rules: what is tried in which order; switched, moved, copied, deleted and brought back here.
+class RuleListSheet : public SheetFrame {
+    Q_OBJECT
+public:
+    RuleListSheet(const AgentPorts &ports, QWidget *window);
+
+    Q_SIGNAL void editRequested(const brellin::CleanupRule &rule);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void buildList();
+    void buildActions();
+    void buildButtons();
+    QPushButton *action(const QString &title, const QString &symbol, const QString &objectName);
+    bool takesKey(QKeyEvent *event);
+    void refresh();
+    const CleanupRule *current() const;
+    void select(const QUuid &rule);
+    void edit();
+    void move(int by);
+    void duplicate();
+    void remove();
+    void restore();
+    void tell(const Failure &why);
+
+    AgentPorts m_ports;
+    RuleListModel m_model;
+    QListView *m_list = nullptr;
+    NoticeBar *m_notice = nullptr;
+    std::optional<RemovedRule> m_removed;
+    QUuid m_current; ///< stays current while the list is read anew
+    QPushButton *m_edit = nullptr;
+    QPushButton *m_duplicate = nullptr;
+    QPushButton *m_remove = nullptr;
+    QPushButton *m_up = nullptr;
+    QPushButton *m_down = nullptr;
+};
+
+} // namespace brellin

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Agent/RuleTrial.h"
+#include "Agent/Screens/AgentPorts.h"
+#include "Look/Tokens.h"
+
+#include <QWidget>
+
+class QPushButton;
+class QVBoxLayout;
+
+namespace brellin {
+
+class TextLabel;
+
+/// The live test beside the rule editor: what the edited rule would do now, and why it would not take one chosen file.
+class RuleTrialPane : public QWidget {
+    Q_OBJECT
+public:
+    RuleTrialPane(const AgentPorts &ports, QWidget *parent);
+
+    /// Tries this copy of a rule in place of the stored one.
+    void setRule(const CleanupRule &edited);
+    void explain(const Location &file);
+
+private:
+    void buildExplanation();
+    void showOutcome();
+    void showWarnings();
+    void showExplanation();
+    void clear(QVBoxLayout *column);
+    void addLine(QVBoxLayout *column, const QString &symbol, Token ink, const QString &text);
+    QWidget *fileRow(const TrialFile &file);
+
+    AgentPorts m_ports;
+    RuleTrial m_trial;
+    CleanupRule m_edited;
+    QVBoxLayout *m_warnings;
+    TextLabel *m_summary;
+    QVBoxLayout *m_files;
+    QPushButton *m_choose = nullptr;
+    QVBoxLayout *m_explanation = nullptr;
+};
+
+} // namespace brellin

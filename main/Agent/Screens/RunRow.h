@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "Look/Cards.h"
+
+class QListWidget;
+class QPushButton;
+
+namespace brellin {
+
+class SymbolButton;
+class TextLabel;
+
+/// One run of the history as a card: when it was, what it did and the button that takes it back; opened, its steps.
+class RunRow : public Card {
+    Q_OBJECT
+public:
+    RunRow(const AgentPorts &ports, const QUuid &run, QWidget *parent);
+
+    void refresh(const JournalRun &run);
+
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
+
+private:
+    void buildHead();
+    void toggle();
+    void fillSteps();
+    void showNotes();
+
+    AgentPorts m_ports;
+    QUuid m_id;
+    JournalRun m_run;
+    SymbolButton *m_disclosure = nullptr;
+    TextLabel *m_date = nullptr;
+    TextLabel *m_summary = nullptr;
+    TextLabel *m_undone = nullptr;
+    TextLabel *m_interrupted = nullptr;
+    TextLabel *m_missing = nullptr;
+    QPushButton *m_undo = nullptr;
+    QListWidget *m_steps = nullptr; ///< filled when first opened
+};
+
+} // namespace brellin
