@@ -1,7 +1,8 @@
 # The commands for people. The set-up is in tools/setup, the build in CMake; this file only puts names to them.
 
-# What `make run` gives to the program, for example: make run ARGS="verlauf --json"
-ARGS ?= pruefen
+# What `make run` gives to the program, for example: make run ARGS="verlauf --json". Without: the window, and where there
+# is no display a check by the rules.
+ARGS ?= $(if $(DISPLAY)$(WAYLAND_DISPLAY),,pruefen)
 
 .PHONY: build run test lint format bench clean help
 .DEFAULT_GOAL := build
@@ -35,7 +36,7 @@ clean:
 
 help:
 	@echo 'make build    install what is missing and build the program into build/release'
-	@echo 'make run      build, then run it; ARGS="..." are its arguments (without: pruefen)'
+	@echo 'make run      build, then run it; ARGS="..." are its arguments (without: the window)'
 	@echo 'make test     build, then run all tests'
 	@echo 'make lint     check layout and code with clang-format and clang-tidy'
 	@echo 'make format   lay the source out as clang-format wants it'

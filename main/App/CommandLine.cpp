@@ -1,6 +1,7 @@
 #include "App/CommandLine.h"
 
 #include "App/Command.h"
+#include "App/WindowStart.h"
 #include "Base/Edition.h"
 
 #include <algorithm>
@@ -100,8 +101,7 @@ ExitCode runCommandLine(const std::vector<std::string> &words)
     if (command != commands().end())
         return runCommand(*command, {words.begin() + 1, words.end()});
     if (words.empty() || isFolderArgument(words.front())) {
-        terminal.message(
-            QStringLiteral("Ein Fenster gibt es in dieser Version noch nicht. Die Befehle zeigt: brellin --hilfe"));
+        terminal.message(becomeWindow(words).message);
         return ExitCode::NotPossible;
     }
     QStringList names;

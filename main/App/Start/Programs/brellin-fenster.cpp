@@ -1,0 +1,70 @@
+#include "App/ProgramFolders.h"
+#include "App/Start/WindowComposition.h"
+#include "App/Window/SettingsSheet.h"
+#include "App/Window/SingleInstance.h"
+#include "App/Window/Windows.h"
+#include "Base/Edition.h"
+#include "Base/German.h"
+#include "Look/DesktopSettings.h"
+#include "Look/Theme.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+using namespace brellin;
+
+namespace {
+
+/// The words that are folders, made absolute; a program called from another folder must find them too.
+std::vector<Location> foldersOf(int argc, char **argv)
+{
+    std::vector<Location> folders;
+    for (int i = 1; i < argc; ++i) {
+        std::error_code error;
+        if (const Location folder = std::filesystem::absolute(argv[i], error); !error && argv[i][0] != '-')
+            folders.push_back(standardised(folder));
+    }
+    return folders;
+}
+
+/// Qt's own dialogs speak German.
+void loadGermanTexts(QApplication &application)
+{
+    auto *const texts = new QTranslator(&application);
+    if (texts->load(QLocale(QLocale::German), QStringLiteral("qtbase"), QStringLiteral("_"),
+                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(texts);
+}
+
+} // namespace
+
+/// The window. `brellin` becomes this program when it is called without a command.
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(Edition::name());
+    QApplication::setApplicationDisplayName(Edition::name());
+    QGuiApplication::setDesktopFileName(QStringLiteral("brellin"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QLocale::setDefault(german());
+    loadGermanTexts(application);
+
+    Services services;
+    const std::vector<Location> folders = foldersOf(argc, argv);
+    SingleInstance instance(stateFolder(services.folders().home));
+    if (instance.handOver(folders))
+        return 0;
+    instance.listen();
+
+    Theme &theme = Theme::install(application);
+    DesktopSettings desktop(theme, nullptr);
+    applyAppearance(services.settings(), desktop);
+    WindowComposition composition(services, desktop);
+    Windows windows(composition.forWindows());
+    QObject::connect(&instance, &SingleInstance::received, &windows, &Windows::take);
+    QObject::connect(&windows, &Windows::lastClosed, &application, &QCoreApplication::quit);
+    windows.start(folders);
+    composition.start();
+    return QApplication::exec();
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Agent/ModelSettings.h"
+#include "App/Services.h"
+#include "App/Window/DesktopPasteboard.h"
+#include "App/Window/WindowServices.h"
+#include "Features/FolderColors.h"
+#include "Features/FolderSizes.h"
+#include "Features/Screens/ThumbnailImages.h"
+#include "Features/Thumbnails.h"
+#include "Features/TrashList.h"
+#include "Places/NetworkServers.h"
+#include "Places/UDisksService.h"
+#include "Places/VolumeList.h"
+#include "Sidebar/Pins.h"
+#include "System/SystemWorkspace.h"
+
+namespace brellin {
+
+/// What the windows need beyond the services of every program, made here and nowhere else.
+class WindowComposition {
+public:
+    /// Both outlive it.
+    WindowComposition(Services &services, DesktopSettings &desktop);
+
+    WindowServices forWindows();
+    /// Follows the volumes and sets the agent going: takes over what a killed program left, arms its timer.
+    void start();
+
+    CleanupAgent &agent() { return m_agent; }
+
+private:
+    Services &m_services;
+    DesktopSettings &m_desktop;
+    MountWorkers m_workers;
+    FolderSizes m_sizes;
+    FolderColors m_colors;
+    Pins m_pins;
+    SystemMountSource m_mounts;
+    SystemDiskBus m_bus;
+    UDisksService m_disks;
+    VolumeList m_volumeList;
+    NetworkServers m_servers;
+    TrashList m_trash;
+    DecoderProcesses m_decoder;
+    Thumbnails m_thumbnails;
+    ThumbnailImages m_images;
+    SystemWorkspace m_workspace;
+    DesktopPasteboard m_pasteboard;
+    CleanupAgent m_agent;
+    ModelSettings m_model;
+};
+
+} // namespace brellin

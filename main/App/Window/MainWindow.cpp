@@ -1,0 +1,312 @@
+#include "App/Window/MainWindow.h"
+
+#include "App/Window/StatusBar.h"
+#include "App/Window/TabBar.h"
+#include "Look/Theme.h"
+#include "Sidebar/FolderTree.h"
+#include "Sidebar/Screens/SidebarView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace brellin {
+
+namespace {
+
+const QString previewKey = QStringLiteral("showPreview");
+
+SidebarItem itemOf(const SidebarChoice &choice, const KnownFolders &folders)
+{
+    switch (choice.kind) {
+    case SidebarChoice::Kind::Quick:
+        return SidebarItem::quick(choice.location);
+    case SidebarChoice::Kind::Tree:
+        return SidebarItem::tree(choice.root, choice.location);
+    case SidebarChoice::Kind::Place:
+        return SidebarItem::place(choice.location);
+    case SidebarChoice::Kind::Tag:
+        return SidebarItem::tag(choice.name);
+    case SidebarChoice::Kind::Trash:
+        return SidebarItem::place(folders.trash);
+    case SidebarChoice::Kind::Photos:
+        return SidebarItem::photos();
+    case SidebarChoice::Kind::Network:
+        return SidebarItem::network();
+    case SidebarChoice::Kind::Agent:
+        return SidebarItem::agent();
+    }
+    return SidebarItem::place(folders.home);
+}
+
+} // namespace
+
+MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
+    : m_services(services)
+    , m_previewWidth(from.previewWidth)
+{
+    setObjectName(QStringLiteral("mainWindow"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setMinimumSize(scaled(640), scaled(420));
+    buildActions();
+    m_address = new AddressBar(services.folders(), services.panes.workers, services.panes.volumes, this);
+    m_search = new SearchField(services.folders(), this);
+    m_toolbar = new Toolbar(m_actions, m_address, m_search, this);
+    connect(m_toolbar, &Toolbar::menuRequested, this, &MainWindow::showAllCommands);
+    connect(m_address, &AddressBar::pageStepClicked, this, [this](int step) { goToPageStep(step); });
+    connect(m_search, &SearchField::left, this, [this] { tab()->focusActive(); });
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_toolbar);
+    buildBody(from);
+    column->addWidget(m_body, 1);
+
+    for (const StoredTab &one : from.tabs)
+        m_tabPages->addWidget(makeTab({one.id, one.path}, one.second));
+    if (m_tabPages->count() == 0)
+        addTab(services.folders().home);
+    m_tabs->setCurrent(std::clamp(from.current, 0, m_tabPages->count() - 1));
+    m_tabPages->setCurrentIndex(m_tabs->current());
+
+    if (from.frame.size() == 4)
+        setGeometry(from.frame[0], from.frame[1], from.frame[2], from.frame[3]);
+    else
+        resize(scaled(1280), scaled(800));
+    if (from.maximised)
+        setWindowState(Qt::WindowMaximized);
+    qApp->installEventFilter(this);
+    connect(&Theme::shared(), &Theme::changed, this, QOverload<>::of(&QWidget::update));
+    services.agent.agent.newSinceViewed.observe(this, [this](int number) { showBadge(number); });
+    showBadge(services.agent.agent.newSinceViewed.get());
+    follow();
+    tab()->focusActive();
+}
+
+MainWindow::~MainWindow()
+{
+    // What the panes publish on their way out is nobody's any more.
+    m_following.reset();
+    qApp->removeEventFilter(this);
+}
+
+void MainWindow::buildBody(const StoredWindow &from)
+{
+    m_body = new QSplitter(Qt::Horizontal, this);
+    m_body->setObjectName(QStringLiteral("body"));
+    m_body->setHandleWidth(1);
+    m_body->setChildrenCollapsible(false);
+    m_tree = std::make_unique<FolderTree>(m_services.defaults());
+    m_sidebar = new SidebarView({m_services.pins, *m_tree, m_services.volumeList, m_services.panes.colors,
+                                 m_services.defaults(), m_services.folders(), &m_services.thumbnails},
+                                m_body);
+    m_sidebar->setVisible(from.sidebar);
+    connect(m_sidebar, &SidebarView::chosen, this, &MainWindow::choose);
+    connect(m_sidebar, &SidebarView::chosenForNewTab, this, [this](const SidebarChoice &choice) {
+        addTab(choice.isFolder() ? choice.location : pane()->current.get());
+        if (!choice.isFolder())
+            choose(choice);
+    });
+    connect(m_sidebar, &SidebarView::failed, this, &MainWindow::say);
+    m_places = new QStackedWidget(m_body);
+    m_places->addWidget(buildPanes());
+    m_body->addWidget(m_sidebar);
+    m_body->addWidget(m_places);
+    m_body->setStretchFactor(0, 0);
+    m_body->setStretchFactor(1, 1);
+    m_body->setSizes({scaled(from.sidebarWidth), scaled(1064)});
+    connect(m_body, &QSplitter::splitterMoved, this, &MainWindow::changed);
+}
+
+QWidget *MainWindow::buildPanes()
+{
+    auto *const whole = new QWidget;
+    auto *const column = new QVBoxLayout(whole);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    m_tabs = new TabBar(whole);
+    column->addWidget(m_tabs);
+    m_middle = new QSplitter(Qt::Horizontal, whole);
+    m_middle->setObjectName(QStringLiteral("middle"));
+    m_middle->setHandleWidth(1);
+    m_middle->setChildrenCollapsible(false);
+    m_tabPages = new QStackedWidget(m_middle);
+    m_middle->addWidget(m_tabPages);
+    m_middle->setStretchFactor(0, 1);
+    column->addWidget(m_middle, 1);
+    m_status = new StatusBar(whole);
+    column->addWidget(m_status);
+
+    connect(m_tabs, &TabBar::addRequested, this, [this] { run(CommandId::NewTab); });
+    connect(m_tabs, &TabBar::closeRequested, this, &MainWindow::closeTab);
+    connect(m_tabs, &TabBar::moved, this, [this](int from, int to) {
+        QWidget *const page = m_tabPages->widget(from);
+        m_tabPages->removeWidget(page);
+        m_tabPages->insertWidget(to, page);
+        m_tabPages->setCurrentIndex(m_tabs->current());
+        Q_EMIT changed();
+    });
+    connect(m_tabs, &TabBar::currentChanged, this, [this](int index) {
+        if (index < 0 || index >= m_tabPages->count())
+            return;
+        m_tabPages->setCurrentIndex(index);
+        follow();
+        tab()->focusActive();
+        Q_EMIT changed();
+    });
+    if (m_services.defaults().value(previewKey).value_or(true).toBool())
+        showPreview(true);
+    return whole;
+}
+
+TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Location> &second)
+{
+    auto *const page = new TabPage(m_services, target, second, m_tabPages);
+    m_tabs->add(m_services.folders().title(target.path));
+    connect(page, &TabPage::activeChanged, this, [this, page] {
+        if (page == tab())
+            follow();
+    });
+    connect(page, &TabPage::openRequested, this, &MainWindow::open);
+    connect(page, &TabPage::tabRequested, this, &MainWindow::addTab);
+    connect(page, &TabPage::menuRequested, this, &MainWindow::showMenu);
+    for (BrowserModel *const one : {&page->panes().first(), page->panes().second()})
+        if (one)
+            one->current.observe(page, [this](const Location &) { showTitles(); });
+    return page;
+}
+
+void MainWindow::addTab(const Location &folder)
+{
+    const int index = m_tabPages->addWidget(makeTab(TabTarget::fresh(folder), std::nullopt));
+    m_tabs->setCurrent(index);
+    m_tabPages->setCurrentIndex(index);
+    follow();
+    tab()->focusActive();
+    Q_EMIT changed();
+}
+
+void MainWindow::closeTab(int index)
+{
+    if (m_tabPages->count() <= 1) {
+        close();
+        return;
+    }
+    QWidget *const page = m_tabPages->widget(index);
+    m_following.reset();
+    m_tabPages->removeWidget(page);
+    m_tabs->remove(index);
+    m_tabPages->setCurrentIndex(m_tabs->current());
+    follow();
+    delete page;
+    tab()->focusActive();
+    Q_EMIT changed();
+}
+
+TabPage *MainWindow::tab() const
+{
+    return static_cast<TabPage *>(m_tabPages->currentWidget());
+}
+
+BrowserModel *MainWindow::pane() const
+{
+    return &tab()->active();
+}
+
+/// Everything around the panes shows the active one from now on.
+void MainWindow::follow()
+{
+    BrowserModel *const now = pane();
+    m_following = std::make_unique<QObject>();
+    QObject *const receiver = m_following.get();
+    m_address->setPane(now);
+    m_search->setPane(now);
+    m_status->setPane(now);
+    const auto moved = [this](const auto &) {
+        showTitles();
+        showPlace();
+        Q_EMIT changed();
+    };
+    const auto refresh = [this](const auto &) { refreshState(); };
+    now->current.observe(receiver, moved);
+    now->showAgent.observe(receiver, moved);
+    now->showPhotos.observe(receiver, moved);
+    now->showNetwork.observe(receiver, moved);
+    now->showDevice.observe(receiver, moved);
+    now->tagFilter.observe(receiver, moved);
+    now->canGoBack.observe(receiver, refresh);
+    now->canGoForward.observe(receiver, refresh);
+    now->viewMode.observe(receiver, refresh);
+    now->showHidden.observe(receiver, refresh);
+    now->selection.observe(receiver, [this](const Selection &) {
+        refreshState();
+        previewSelection();
+    });
+    now->displayedItems.observe(receiver, [this](const DisplayedItems &) { previewSelection(); });
+    tab()->panes().dualPane.observe(receiver, refresh);
+    showTitles();
+    showPlace();
+    previewSelection();
+}
+
+void MainWindow::showTitles()
+{
+    for (int index = 0; index < m_tabPages->count(); ++index) {
+        const auto *const page = static_cast<TabPage *>(m_tabPages->widget(index));
+        const Location folder = page->active().current.get();
+        m_tabs->setTitle(index, m_services.folders().title(folder), shown(folder));
+    }
+}
+
+void MainWindow::choose(const SidebarChoice &choice)
+{
+    if (choice.kind == SidebarChoice::Kind::Trash)
+        ensureTrash();
+    pane()->choose(itemOf(choice, m_services.folders()));
+    if (place() == Place::Folder && !m_sidebar->isAncestorOf(QApplication::focusWidget()))
+        tab()->focusActive();
+}
+
+StoredWindow MainWindow::stored() const
+{
+    StoredWindow window;
+    for (int index = 0; index < m_tabPages->count(); ++index) {
+        auto *const page = static_cast<TabPage *>(m_tabPages->widget(index));
+        StoredTab one{page->id(), page->panes().first().current.get(), std::nullopt};
+        if (page->panes().second())
+            one.second = page->panes().second()->current.get();
+        window.tabs.push_back(one);
+    }
+    window.current = m_tabs->current();
+    const QRect frame = normalGeometry().isValid() ? normalGeometry() : geometry();
+    window.frame = {frame.x(), frame.y(), frame.width(), frame.height()};
+    window.maximised = isMaximized();
+    window.sidebar = m_sidebar->isVisibleTo(this);
+    if (window.sidebar)
+        window.sidebarWidth = m_body->sizes().constFirst() * 100 / std::max(1, scaled(100));
+    window.previewWidth = m_previewWidth;
+    return window;
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    Q_EMIT closed();
+    QWidget::closeEvent(event);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    Q_EMIT changed();
+}
+
+void MainWindow::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), color(Token::Window));
+}
+
+} // namespace brellin

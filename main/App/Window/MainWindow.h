@@ -1,0 +1,115 @@
+#pragma once
+
+#include "App/Window/TabPage.h"
+#include "App/Window/Toolbar.h"
+#include "App/Window/WindowMemory.h"
+
+#include <QStackedWidget>
+
+#include <map>
+
+class QMenu;
+
+namespace brellin {
+
+class AgentView;
+class FolderTree;
+class NetworkPage;
+class PreviewSide;
+class SidebarView;
+struct SidebarChoice;
+class StatusBar;
+class TabBar;
+class TrashPage;
+
+/// A window of the file manager: toolbar, sidebar, tabs with their panes, preview and status line, and the pages that stand
+/// in their place. It assembles and passes on; what happens is decided by the models.
+class MainWindow : public QWidget {
+    Q_OBJECT
+public:
+    MainWindow(const WindowServices &services, const StoredWindow &from);
+    ~MainWindow() override;
+
+    StoredWindow stored() const;
+    void addTab(const Location &folder);
+    /// Shows an entry: its folder in a new tab, the entry selected.
+    void showEntry(const Location &entry);
+    void run(CommandId id);
+    CommandState state() const;
+
+    Q_SIGNAL void newWindowRequested(const brellin::Location &folder);
+    Q_SIGNAL void quitRequested();
+    /// Something that comes back at the next start has changed.
+    Q_SIGNAL void changed();
+    Q_SIGNAL void closed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    enum class Place { Folder, Agent, Photos, Network, Trash, Device };
+
+    void buildActions();
+    void buildBody(const StoredWindow &from);
+    QWidget *buildPanes();
+    TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
+    void closeTab(int tab);
+    void runPaneCommand(CommandId id);
+
+    TabPage *tab() const;
+    BrowserModel *pane() const;
+    void follow();
+    void showTitles();
+    void showBadge(int number);
+    void choose(const SidebarChoice &choice);
+    void ensureTrash();
+    void goToPageStep(int step);
+    void showPreview(bool shown);
+    void previewSelection();
+    void showPlace();
+    void refreshState();
+    Place place() const;
+    QWidget *pageFor(Place place);
+    QWidget *makePage(Place place);
+    QStringList pagePath(Place place) const;
+    void leavePage();
+
+    void open(const std::vector<FileItem> &items);
+    void askBeforeStarting(const FileItem &item);
+    void openNow(const Location &entry);
+    void say(const QString &message);
+    void showMenu(const QPoint &global);
+    void addPinEntry(QMenu &menu, const Location &folder);
+    void addTagMenu(QMenu &menu, const std::vector<FileItem> &items);
+    void addColorMenu(QMenu &menu, const std::vector<FileItem> &items);
+    void addSizeEntry(QMenu &menu, const std::vector<FileItem> &items);
+    void toggleTag(const QString &tag);
+    void removeTags();
+    void change(std::function<Result<void>(const std::vector<Location> &)> work);
+    void showAllCommands(QWidget *under);
+    void showSettings();
+
+    WindowServices m_services;
+    std::map<CommandId, QAction *> m_actions;
+    Toolbar *m_toolbar = nullptr;
+    AddressBar *m_address = nullptr;
+    SearchField *m_search = nullptr;
+    QSplitter *m_body = nullptr;
+    std::unique_ptr<FolderTree> m_tree;
+    SidebarView *m_sidebar = nullptr;
+    QStackedWidget *m_places = nullptr;
+    QSplitter *m_middle = nullptr;
+    TabBar *m_tabs = nullptr;
+    QStackedWidget *m_tabPages = nullptr; ///< in the order of the tabs
+    PreviewSide *m_preview = nullptr;
+    StatusBar *m_status = nullptr;
+    std::map<Place, QWidget *> m_pages;
+    AgentView *m_agent = nullptr;
+    std::unique_ptr<QObject> m_following; ///< of the active pane
+    int m_previewWidth;
+};
+
+} // namespace brellin

@@ -1,0 +1,212 @@
+#include "App/Window/EditableFocus.h"
+#include "App/Window/MainWindow.h"
+#include "App/Window/StatusBar.h"
+#include "App/Window/TabBar.h"
+#include "Sidebar/Pins.h"
+#include "Sidebar/Screens/SidebarView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace brellin {
+
+namespace {
+
+constexpr double iconStep = 16;
+const QString previewKey = QStringLiteral("showPreview");
+
+} // namespace
+
+void MainWindow::buildActions()
+{
+    for (const WindowCommand &one : commandTable()) {
+        auto *const action = new QAction(one.title, this);
+        action->setObjectName(QStringLiteral("command%1").arg(static_cast<int>(one.id)));
+        action->setShortcuts(QList<QKeySequence>(one.keys.begin(), one.keys.end()));
+        action->setShortcutContext(Qt::WindowShortcut);
+        connect(action, &QAction::triggered, this, [this, id = one.id] { run(id); });
+        addAction(action);
+        m_actions[one.id] = action;
+    }
+}
+
+CommandState MainWindow::state() const
+{
+    CommandState now;
+    now.pane = pane();
+    now.page = place() != Place::Folder;
+    now.agent = place() == Place::Agent;
+    now.manyTabs = m_tabPages->count() > 1;
+    now.dualPane = tab()->panes().dualPane.get();
+    now.preview = m_preview != nullptr && m_services.defaults().value(previewKey).value_or(true).toBool();
+    now.sidebar = m_sidebar->isVisibleTo(this);
+    return now;
+}
+
+void MainWindow::refreshState()
+{
+    const CommandState now = state();
+    for (const WindowCommand &one : commandTable())
+        m_actions.at(one.id)->setEnabled(one.enabled(now));
+    m_toolbar->showState(now);
+}
+
+void MainWindow::run(CommandId id)
+{
+    using enum CommandId;
+    switch (id) {
+    case NewTab:
+        addTab(pane()->current.get());
+        break;
+    case NewWindow:
+        Q_EMIT newWindowRequested(pane()->current.get());
+        break;
+    case CloseTab:
+        closeTab(m_tabs->current());
+        break;
+    case NextTab:
+        m_tabs->setCurrent((m_tabs->current() + 1) % m_tabs->count());
+        break;
+    case PreviousTab:
+        m_tabs->setCurrent((m_tabs->current() + m_tabs->count() - 1) % m_tabs->count());
+        break;
+    case Quit:
+        Q_EMIT quitRequested();
+        break;
+    case Settings:
+        showSettings();
+        break;
+    case EditPath:
+        m_address->editPath();
+        break;
+    case Search:
+        m_search->setFocus();
+        m_search->selectAll();
+        break;
+    case DualPane:
+        tab()->panes().setDualPane(!tab()->panes().dualPane.get());
+        tab()->focusActive();
+        Q_EMIT changed();
+        break;
+    case OtherPane:
+        tab()->switchPane();
+        break;
+    case Preview: {
+        const bool shown = !state().preview;
+        if (const Result<void> kept = m_services.defaults().setValue(previewKey, shown); !kept)
+            say(kept.error().message);
+        showPreview(shown);
+        previewSelection();
+        break;
+    }
+    case Sidebar:
+        m_sidebar->setVisible(!m_sidebar->isVisible());
+        Q_EMIT changed();
+        break;
+    case Pin:
+        if (const Result<void> pinned = m_services.pins.toggle(pane()->current.get()); !pinned)
+            say(pinned.error().message);
+        break;
+    default:
+        runPaneCommand(id);
+    }
+    refreshState();
+}
+
+/// What the active pane does.
+void MainWindow::runPaneCommand(CommandId id)
+{
+    using enum CommandId;
+    BrowserModel &now = *pane();
+    switch (id) {
+    case NewFolder:
+        now.newFolder();
+        break;
+    case Open:
+        tab()->activeView().openSelection();
+        break;
+    case OpenInNewTab:
+        for (const FileItem &item : now.selectedItems())
+            if (item.isFolder)
+                addTab(item.location());
+        break;
+    case Rename:
+        now.beginRenameSelection();
+        break;
+    case SelectAll:
+        now.selectAll();
+        break;
+    case Back:
+        if (place() == Place::Folder)
+            now.goBack();
+        else
+            leavePage();
+        break;
+    case Forward:
+        now.goForward();
+        break;
+    case Up:
+        now.goUp();
+        break;
+    case Reload:
+        now.reload();
+        break;
+    case Home:
+        now.navigate(m_services.folders().home);
+        break;
+    case Downloads:
+        now.navigate(m_services.folders().dir(StandardFolder::Downloads));
+        break;
+    case Photos:
+        now.choose(SidebarItem::photos());
+        break;
+    case CommandId::Trash:
+        ensureTrash();
+        now.choose(SidebarItem::place(m_services.folders().trash));
+        break;
+    case CommandId::Agent:
+        now.choose(SidebarItem::agent());
+        break;
+    case ShowHidden:
+        now.setShowHidden(!now.showHidden.get());
+        break;
+    case Details:
+        now.setViewMode(ViewMode::Details);
+        break;
+    case Icons:
+        now.setViewMode(ViewMode::Icons);
+        break;
+    case LargerIcons:
+        now.zoomIcons(iconStep);
+        break;
+    case SmallerIcons:
+        now.zoomIcons(-iconStep);
+        break;
+    default:
+        break;
+    }
+}
+
+/// A key that an editable field has the focus for is the field's, whatever command it stands for.
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride && watched == QApplication::focusWidget() && isActiveWindow() &&
+        isEditable(QApplication::focusWidget())) {
+        const QKeySequence typed(static_cast<QKeyEvent *>(event)->keyCombination());
+        for (const WindowCommand &one : commandTable()) {
+            if (one.editing == WhileEditing::LeavesKeys && std::ranges::find(one.keys, typed) != one.keys.end()) {
+                event->accept();
+                return true;
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MainWindow::say(const QString &message)
+{
+    m_status->say(message);
+}
+
+} // namespace brellin

@@ -1,0 +1,254 @@
+#include "App/Window/MainWindow.h"
+#include "App/Window/OpenQuestion.h"
+#include "App/Window/SettingsSheet.h"
+#include "Base/German.h"
+#include "Features/FileTags.h"
+#include "Look/Symbols.h"
+#include "Look/TagSymbols.h"
+#include "Look/Theme.h"
+#include "Sidebar/Pins.h"
+#include "System/ProgramFile.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPointer>
+
+namespace brellin {
+
+namespace {
+
+QMenu *makeMenu(QWidget *parent, const QString &name)
+{
+    auto *const menu = new QMenu(parent);
+    menu->setObjectName(name);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    return menu;
+}
+
+std::vector<Location> locationsOf(const std::vector<FileItem> &items)
+{
+    std::vector<Location> locations;
+    for (const FileItem &item : items)
+        locations.push_back(item.location());
+    return locations;
+}
+
+} // namespace
+
+void MainWindow::showMenu(const QPoint &global)
+{
+    refreshState();
+    QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
+    const std::vector<FileItem> selected = pane()->selectedItems();
+    const auto add = [this, menu](CommandId id, const QString &symbol) {
+        QAction *const entry =
+            menu->addAction(Symbols::icon(symbol), windowCommand(id).title, this, [this, id] { run(id); });
+        entry->setEnabled(m_actions.at(id)->isEnabled());
+        if (!windowCommand(id).keys.empty())
+            entry->setText(windowCommand(id).title + QLatin1Char('\t') + keyText(windowCommand(id).keys.front()));
+    };
+    if (selected.empty()) {
+        add(CommandId::NewFolder, QStringLiteral("folder-plus"));
+        add(CommandId::Reload, QStringLiteral("rotate-cw"));
+        menu->addSeparator();
+        addPinEntry(*menu, pane()->current.get());
+        add(CommandId::SelectAll, QStringLiteral("list-checks"));
+        add(CommandId::ShowHidden, QStringLiteral("eye"));
+    } else {
+        add(CommandId::Open, QStringLiteral("external-link"));
+        add(CommandId::OpenInNewTab, QStringLiteral("square-plus"));
+        menu->addSeparator();
+        add(CommandId::Rename, QStringLiteral("pencil"));
+        addTagMenu(*menu, selected);
+        addColorMenu(*menu, selected);
+        if (selected.size() == 1 && selected.front().isFolder)
+            addPinEntry(*menu, selected.front().location());
+        addSizeEntry(*menu, selected);
+    }
+    menu->popup(global);
+}
+
+void MainWindow::addPinEntry(QMenu &menu, const Location &folder)
+{
+    const bool pinned = m_services.pins.holds(folder);
+    menu.addAction(Symbols::icon(pinned ? QStringLiteral("pin-off") : QStringLiteral("pin")),
+                   pinned ? QStringLiteral("Aus Schnellzugriff entfernen")
+                          : QStringLiteral("An Schnellzugriff anheften"),
+                   this, [this, folder] {
+                       if (const Result<void> done = m_services.pins.toggle(folder); !done)
+                           say(done.error().message);
+                   });
+}
+
+void MainWindow::addTagMenu(QMenu &menu, const std::vector<FileItem> &items)
+{
+    QMenu *const tags = menu.addMenu(Symbols::icon(QStringLiteral("tag")), QStringLiteral("Markierung"));
+    tags->setObjectName(QStringLiteral("tagMenu"));
+    bool any = false;
+    for (const FileTags::PaletteTag &tag : FileTags::all) {
+        const QString name = tag.name.toString();
+        const bool carried =
+            std::ranges::any_of(items, [&name](const FileItem &item) { return item.tags.contains(name); });
+        const bool byAll =
+            std::ranges::all_of(items, [&name](const FileItem &item) { return item.tags.contains(name); });
+        QAction *const entry = tags->addAction(tagIcon(QColor::fromRgb(tag.color), byAll     ? TagMark::All
+                                                                                   : carried ? TagMark::Some
+                                                                                             : TagMark::None),
+                                               name, this, [this, name] { toggleTag(name); });
+        entry->setObjectName(QStringLiteral("tag") + name);
+    }
+    for (const FileItem &item : items)
+        any = any || !item.tags.isEmpty();
+    tags->addSeparator();
+    tags->addAction(QStringLiteral("Alle Markierungen entfernen"), this, [this] { removeTags(); })->setEnabled(any);
+}
+
+void MainWindow::toggleTag(const QString &tag)
+{
+    change([tag](const std::vector<Location> &entries) { return FileTags::toggle(tag, entries); });
+}
+
+void MainWindow::removeTags()
+{
+    change([](const std::vector<Location> &entries) { return FileTags::removeAll(entries); });
+}
+
+/// Changes the selected entries on a worker of their volume and reads the folder again.
+void MainWindow::change(std::function<Result<void>(const std::vector<Location> &)> work)
+{
+    const std::vector<Location> entries = locationsOf(pane()->selectedItems());
+    if (entries.empty())
+        return;
+    const QPointer<MainWindow> self = this;
+    const QPointer<BrowserModel> where = pane();
+    m_services.panes.workers.run(entries.front(), MountWorkers::Turn::OfMount, [=, work = std::move(work)] {
+        const Result<void> done = work(entries);
+        QMetaObject::invokeMethod(qApp, [=] {
+            if (self && !done)
+                self->say(done.error().message);
+            if (where)
+                where->load();
+        });
+    });
+}
+
+/// The colour of a folder's drawing, which is the program's own and not a tag.
+void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
+{
+    if (!std::ranges::all_of(items, &FileItem::isFolder))
+        return;
+    QMenu *const colors = menu.addMenu(Symbols::icon(QStringLiteral("palette")), QStringLiteral("Ordnerfarbe"));
+    const std::vector<Location> folders = locationsOf(items);
+    const auto set = [this, folders](std::optional<QString> name) {
+        for (const Location &folder : folders)
+            m_services.panes.colors.setColor(folder, name);
+        tab()->activeView().view().viewport()->update();
+    };
+    const std::optional<QString> now = m_services.panes.colors.color(folders.front());
+    for (const FileTags::PaletteTag &tag : FileTags::all) {
+        const QString name = tag.name.toString();
+        colors->addAction(tagIcon(QColor::fromRgb(tag.color), now == name ? TagMark::All : TagMark::None), name, this,
+                          [set, name] { set(name); });
+    }
+    colors->addSeparator();
+    colors->addAction(QStringLiteral("Keine Farbe"), this, [set] { set(std::nullopt); })->setEnabled(now.has_value());
+}
+
+/// Counting of big folders stops at a limit; here it goes on.
+void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
+{
+    std::vector<Location> folders;
+    for (const FileItem &item : items)
+        if (item.isFolder)
+            folders.push_back(item.location());
+    if (folders.empty())
+        return;
+    menu.addAction(Symbols::icon(QStringLiteral("chart-pie")), QStringLiteral("Größe berechnen"), this,
+                   [this, folders] {
+                       for (const Location &folder : folders)
+                           m_services.panes.sizes.calculate(folder);
+                   });
+}
+
+/// Every command, in its groups, with its keys.
+void MainWindow::showAllCommands(QWidget *under)
+{
+    refreshState();
+    QMenu *const menu = makeMenu(this, QStringLiteral("commandsMenu"));
+    const CommandState now = state();
+    const std::array<std::pair<CommandGroup, QString>, 4> groups{{{CommandGroup::File, QStringLiteral("Ablage")},
+                                                                  {CommandGroup::Edit, QStringLiteral("Bearbeiten")},
+                                                                  {CommandGroup::Go, QStringLiteral("Gehe zu")},
+                                                                  {CommandGroup::View, QStringLiteral("Darstellung")}}};
+    for (const auto &[group, title] : groups) {
+        QMenu *const part = menu->addMenu(title);
+        for (const WindowCommand &one : commandTable()) {
+            if (one.group != group)
+                continue;
+            const QString keys = one.keys.empty() ? QString() : QLatin1Char('\t') + keyText(one.keys.front());
+            QAction *const entry = part->addAction(one.title + keys, this, [this, id = one.id] { run(id); });
+            entry->setEnabled(one.enabled(now));
+            if (one.checked) {
+                entry->setCheckable(true);
+                entry->setChecked(one.checked(now));
+            }
+        }
+    }
+    menu->popup(under->mapToGlobal(QPoint(under->width() - menu->sizeHint().width(), under->height() + 4)));
+}
+
+void MainWindow::showSettings()
+{
+    auto *const sheet = new SettingsSheet(m_services, this);
+    connect(sheet, &SettingsSheet::failed, this, &MainWindow::say);
+    sheet->open();
+}
+
+void MainWindow::open(const std::vector<FileItem> &items)
+{
+    for (const FileItem &item : items) {
+        if (item.link == LinkState::Broken)
+            say(QStringLiteral("„%1“ verweist auf etwas, das es nicht mehr gibt.").arg(item.name()));
+        else
+            askBeforeStarting(item);
+    }
+}
+
+/// Whether a file is a program is read on a worker: its volume may not answer.
+void MainWindow::askBeforeStarting(const FileItem &item)
+{
+    const Location entry = item.location();
+    auto *const call = new QObject(this);
+    m_services.panes.workers.run(entry, MountWorkers::Turn::OfMount, [this, entry, guard = QPointer<QObject>(call)] {
+        const bool program = isProgram(entry);
+        QMetaObject::invokeMethod(qApp, [this, entry, program, guard] {
+            if (!guard)
+                return;
+            guard->deleteLater();
+            if (!program) {
+                openNow(entry);
+                return;
+            }
+            auto *const question = new OpenQuestion(entry, this);
+            connect(question, &OpenQuestion::confirmed, this, [this, entry] { openNow(entry); });
+            question->open();
+        });
+    });
+}
+
+void MainWindow::openNow(const Location &entry)
+{
+    say(QStringLiteral("Öffne „%1“ …").arg(shownName(entry)));
+    const QPointer<MainWindow> self = this;
+    m_services.panes.workers.run(entry, MountWorkers::Turn::AtOnce,
+                                 [self, entry, &workspace = m_services.agent.workspace] {
+                                     const Result<void> opened = workspace.open(entry);
+                                     QMetaObject::invokeMethod(qApp, [self, entry, opened] {
+                                         if (self && !opened)
+                                             self->say(QStringLiteral("„%1“ kann nicht geöffnet werden: %2")
+                                                           .arg(shownName(entry), opened.error().message));
+                                     });
+                                 });
+}
+
+} // namespace brellin

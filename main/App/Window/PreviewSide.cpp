@@ -1,0 +1,102 @@
+#include "App/Window/PreviewSide.h"
+
+#include "ContentView/Screens/Crumbs.h"
+#include "Features/Screens/PreviewPane.h"
+
+#include <QVBoxLayout>
+
+namespace brellin {
+
+namespace {
+
+/// "Dokumente › Rechnungen › 2026": the way from the home folder, without it.
+QString wayTo(const Location &folder, const KnownFolders &folders)
+{
+    std::vector<Crumb> crumbs = crumbsOf(folder, folders);
+    if (crumbs.size() > 1)
+        crumbs.erase(crumbs.begin());
+    QStringList words;
+    for (const Crumb &crumb : crumbs)
+        words.append(crumb.title);
+    return words.join(QStringLiteral(" › "));
+}
+
+QString deedOf(const RuleForecast &forecast, const KnownFolders &folders)
+{
+    const QString folder = forecast.destination ? wayTo(forecast.destination->parent_path(), folders) : QString();
+    switch (forecast.kind) {
+    case AgentProposal::Kind::Move:
+        if (forecast.chosenByModel && forecast.destination)
+            return QStringLiteral("in einen Ordner in %1 verschieben").arg(wayTo(*forecast.destination, folders));
+        return QStringLiteral("nach %1 verschieben").arg(folder);
+    case AgentProposal::Kind::Copy:
+        return QStringLiteral("nach %1 kopieren").arg(folder);
+    case AgentProposal::Kind::Rename:
+        return QStringLiteral("in „%1“ umbenennen")
+            .arg(forecast.destination ? shownName(*forecast.destination) : QString());
+    case AgentProposal::Kind::Trash:
+        return QStringLiteral("in den Papierkorb legen");
+    }
+    return {};
+}
+
+} // namespace
+
+QString hintText(const RuleForecast &forecast, const KnownFolders &folders)
+{
+    if (forecast.outcome == RuleForecast::Outcome::NoRule || !forecast.rule)
+        return {};
+    const QString would =
+        QStringLiteral("Regel „%1“ würde diese Datei %2").arg(forecast.rule->name, deedOf(forecast, folders));
+    switch (forecast.outcome) {
+    case RuleForecast::Outcome::Protected:
+        return would + QStringLiteral(" – aber sie ist geschützt.");
+    case RuleForecast::Outcome::NamedByScript:
+        return would + QStringLiteral(" – aber ein Skript benutzt sie.");
+    case RuleForecast::Outcome::Taken:
+    case RuleForecast::Outcome::NoRule:
+        break;
+    }
+    return would + QStringLiteral(".");
+}
+
+PreviewSide::PreviewSide(const WindowServices &services, QWidget *parent)
+    : QWidget(parent)
+    , m_agent(services.agent)
+    , m_folders(services.folders())
+    , m_loader(services.defaults(), services.panes.volumes, services.decoder, services.clock)
+    , m_forecaster(services.agent.services)
+    , m_pane(new PreviewPane(m_loader, this))
+{
+    setObjectName(QStringLiteral("previewSide"));
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_pane);
+    connect(m_pane, &PreviewPane::tagToggled, this, &PreviewSide::tagToggled);
+    m_forecaster.forecast.observe(this, [this](const std::optional<RuleForecast> &forecast) {
+        m_pane->setHint(forecast ? hintText(*forecast, m_folders) : QString());
+    });
+    m_agent.agent.rules.observe(this, [this](const auto &) { askForHint(); });
+    m_agent.agent.profiles.observe(this, [this](const auto &) { askForHint(); });
+}
+
+void PreviewSide::show(const std::vector<FileItem> &selected)
+{
+    m_entry.reset();
+    m_file = false;
+    if (selected.size() == 1) {
+        m_entry = selected.front().location();
+        m_file = !selected.front().isFolder && selected.front().link == LinkState::None;
+        m_pane->setTags(selected.front().tags);
+    }
+    m_loader.show(m_entry);
+    askForHint();
+}
+
+void PreviewSide::askForHint()
+{
+    m_pane->setHint({});
+    m_forecaster.show(m_file ? m_entry : std::nullopt, m_agent.agent.rules.get(), m_agent.agent.profiles.get());
+}
+
+} // namespace brellin

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Agent/RuleForecaster.h"
+#include "App/Window/WindowServices.h"
+#include "Features/PreviewLoader.h"
+
+#include <QWidget>
+
+namespace brellin {
+
+class PreviewPane;
+
+/// The preview of the window: what is in the entry chosen in the active pane, and what the rules would do with it.
+class PreviewSide : public QWidget {
+    Q_OBJECT
+public:
+    PreviewSide(const WindowServices &services, QWidget *parent);
+
+    /// Shows the only selected entry; several or none: nothing.
+    void show(const std::vector<FileItem> &selected);
+
+    Q_SIGNAL void tagToggled(const QString &tag);
+
+private:
+    void askForHint();
+
+    AgentPorts m_agent;
+    const KnownFolders &m_folders;
+    PreviewLoader m_loader;
+    RuleForecaster m_forecaster;
+    PreviewPane *m_pane;
+    std::optional<Location> m_entry;
+    bool m_file = false;
+};
+
+/// "Regel „Rechnungen (PDF) ablegen“ würde diese Datei nach Dokumente › Rechnungen › 2026 verschieben."; empty where no rule
+/// would take it.
+QString hintText(const RuleForecast &forecast, const KnownFolders &folders);
+
+} // namespace brellin

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "App/Window/WindowServices.h"
+#include "Look/Cards.h"
+
+class QCheckBox;
+
+namespace brellin {
+
+/// The settings of the browser.
+class SettingsSheet : public SheetFrame {
+    Q_OBJECT
+public:
+    SettingsSheet(const WindowServices &services, QWidget *window);
+    Q_SIGNAL void failed(const QString &message);
+
+private:
+    void addAppearance();
+    QCheckBox *addSwitch(const QString &key, bool usual, const QString &title, const QString &explanation);
+    void store(const QString &key, const QVariant &value);
+
+    WindowServices m_services;
+};
+
+/// "appearance": "hell" or "dunkel" where the user chose one, else the desktop's.
+void applyAppearance(const UserDefaults &defaults, DesktopSettings &desktop);
+
+} // namespace brellin

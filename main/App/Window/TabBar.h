@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTabBar>
+#include <QWidget>
+
+namespace brellin {
+
+/// The tabs of a window: drag reorders, the middle button closes, "+" adds.
+class TabBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit TabBar(QWidget *parent);
+
+    int add(const QString &title);
+    void remove(int tab);
+    void setTitle(int tab, const QString &title, const QString &toolTip);
+    int current() const { return m_bar->currentIndex(); }
+    void setCurrent(int tab) { m_bar->setCurrentIndex(tab); }
+    int count() const { return m_bar->count(); }
+
+    Q_SIGNAL void currentChanged(int tab);
+    Q_SIGNAL void closeRequested(int tab);
+    Q_SIGNAL void moved(int from, int to);
+    Q_SIGNAL void addRequested();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QTabBar *m_bar;
+};
+
+} // namespace brellin

@@ -1,0 +1,81 @@
+#include "App/Window/TabPage.h"
+
+#include <QVBoxLayout>
+
+namespace brellin {
+
+TabPage::TabPage(const WindowServices &services, const TabTarget &target, const std::optional<Location> &second,
+                 QWidget *parent)
+    : QWidget(parent)
+    , m_services(services)
+    , m_id(target.id)
+    , m_panes(second ? Panes(services.panes, target.path, *second) : Panes(services.panes, target.path))
+    , m_splitter(new QSplitter(Qt::Horizontal, this))
+{
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_splitter);
+    m_splitter->setObjectName(QStringLiteral("panes"));
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(1);
+    m_first = addView(m_panes.first());
+    showSecond(m_panes.dualPane.get());
+    m_panes.dualPane.observe(this, [this](bool on) { showSecond(on); });
+    m_panes.active.observe(this, [this](BrowserModel *) {
+        showActive();
+        Q_EMIT activeChanged();
+    });
+    showActive();
+}
+
+PaneView *TabPage::addView(BrowserModel &pane)
+{
+    auto *const view = new PaneView(
+        pane, {m_services.panes.defaults, m_services.panes.sizes, m_services.panes.colors, &m_services.thumbnails},
+        m_splitter);
+    connect(view, &PaneView::focused, this, [this, &pane] { m_panes.setActive(&pane); });
+    connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
+    connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
+    connect(view, &PaneView::menuRequested, this, &TabPage::menuRequested);
+    m_splitter->addWidget(view);
+    return view;
+}
+
+void TabPage::showSecond(bool shown)
+{
+    if (shown && !m_second && m_panes.second()) {
+        m_second = addView(*m_panes.second());
+        m_second->setObjectName(QStringLiteral("secondPane"));
+        m_splitter->setSizes({1000, 1000});
+        m_second->show();
+    } else if (!shown && m_second) {
+        // Its model goes with the call that told us.
+        delete std::exchange(m_second, nullptr);
+    }
+    showActive();
+}
+
+PaneView &TabPage::activeView() const
+{
+    return m_second && &m_second->pane() == m_panes.active.get() ? *m_second : *m_first;
+}
+
+void TabPage::showActive()
+{
+    m_first->setActive(&activeView() == m_first);
+    if (m_second)
+        m_second->setActive(&activeView() == m_second);
+}
+
+void TabPage::focusActive()
+{
+    activeView().view().setFocus();
+}
+
+void TabPage::switchPane()
+{
+    if (m_second)
+        (&activeView() == m_first ? m_second : m_first)->view().setFocus();
+}
+
+} // namespace brellin

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "App/Window/WindowServices.h"
+#include "ContentView/Panes.h"
+#include "ContentView/Screens/PaneView.h"
+#include "ContentView/TabTarget.h"
+
+#include <QSplitter>
+#include <QWidget>
+
+namespace brellin {
+
+/// One tab: its one or two panes side by side.
+class TabPage : public QWidget {
+    Q_OBJECT
+public:
+    TabPage(const WindowServices &services, const TabTarget &target, const std::optional<Location> &second,
+            QWidget *parent);
+
+    const QUuid &id() const { return m_id; }
+    Panes &panes() { return m_panes; }
+    BrowserModel &active() const { return *m_panes.active.get(); }
+    PaneView &activeView() const;
+    void focusActive();
+    /// Puts the keys into the pane that does not have them.
+    void switchPane();
+
+    Q_SIGNAL void activeChanged();
+    Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
+    Q_SIGNAL void tabRequested(const brellin::Location &folder);
+    Q_SIGNAL void menuRequested(const QPoint &global);
+
+private:
+    void showSecond(bool shown);
+    PaneView *addView(BrowserModel &pane);
+    void showActive();
+
+    WindowServices m_services;
+    QUuid m_id;
+    Panes m_panes;
+    QSplitter *m_splitter;
+    PaneView *m_first;
+    PaneView *m_second = nullptr;
+};
+
+} // namespace brellin

@@ -1,0 +1,79 @@
+#include "App/Window/Toolbar.h"
+
+#include "Look/Theme.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace brellin {
+
+Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *address, SearchField *search,
+                 QWidget *parent)
+    : QWidget(parent)
+    , m_actions(actions)
+    , m_address(address)
+    , m_search(search)
+{
+    setObjectName(QStringLiteral("toolbar"));
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins(scaled(12), scaled(8), scaled(12), scaled(9));
+    row->setSpacing(scaled(6));
+    using enum CommandId;
+    row->addWidget(
+        add(CommandId::Sidebar, QStringLiteral("panel-left"), QStringLiteral("Seitenleiste ein-/ausblenden")));
+    row->addWidget(add(Back, QStringLiteral("chevron-left"), QStringLiteral("Zurück")));
+    row->addWidget(add(Forward, QStringLiteral("chevron-right"), QStringLiteral("Vorwärts")));
+    row->addWidget(add(Up, QStringLiteral("arrow-up"), QStringLiteral("Übergeordneter Ordner")));
+    row->addWidget(add(Reload, QStringLiteral("rotate-cw"), QStringLiteral("Aktualisieren")));
+    row->addWidget(address, 1);
+    row->addWidget(add(Details, QStringLiteral("list"), QStringLiteral("Als Liste")));
+    row->addWidget(add(Icons, QStringLiteral("layout-grid"), QStringLiteral("Als Symbole")));
+    row->addWidget(add(DualPane, QStringLiteral("columns-2"),
+                       QStringLiteral("Zwei Ordner nebeneinander – Dateien von links nach rechts ziehen")));
+    row->addWidget(add(Preview, QStringLiteral("panel-right"), QStringLiteral("Vorschaufenster")));
+    row->addWidget(add(NewFolder, QStringLiteral("folder-plus"), QStringLiteral("Neuer Ordner")));
+    row->addWidget(search);
+    row->addWidget(add(CommandId::Agent, QStringLiteral("wand.and.sparkles"), QStringLiteral("Aufräum-Agent")));
+    auto *const more = new SymbolButton(QStringLiteral("ellipsis"), QStringLiteral("Alle Befehle"),
+                                        QStringLiteral("commandsButton"), this);
+    connect(more, &QAbstractButton::clicked, this, [this, more] { Q_EMIT menuRequested(more); });
+    row->addWidget(more);
+}
+
+SymbolButton *Toolbar::add(CommandId id, const QString &symbol, const QString &help)
+{
+    const WindowCommand &command = windowCommand(id);
+    const QString keys = command.keys.empty() ? QString() : QStringLiteral(" (%1)").arg(keyText(command.keys.front()));
+    auto *const button =
+        new SymbolButton(symbol, help + keys, QStringLiteral("tool%1").arg(static_cast<int>(id)), this);
+    button->setAccessibleName(command.title);
+    button->setCheckable(static_cast<bool>(command.checked) && id != CommandId::Sidebar);
+    connect(button, &QAbstractButton::clicked, m_actions.at(id), &QAction::trigger);
+    m_buttons[id] = button;
+    return button;
+}
+
+void Toolbar::setAgentBadge(int number)
+{
+    m_buttons.at(CommandId::Agent)->setBadge(number);
+}
+
+void Toolbar::showState(const CommandState &state)
+{
+    for (const auto &[id, button] : m_buttons) {
+        const WindowCommand &command = windowCommand(id);
+        button->setEnabled(command.enabled(state));
+        if (button->isCheckable())
+            button->setChecked(command.checked(state));
+    }
+    m_search->setEnabled(!state.page);
+}
+
+void Toolbar::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), color(Token::Window));
+    painter.fillRect(QRect(0, height() - 1, width(), 1), color(Token::Line));
+}
+
+} // namespace brellin

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QString>
+
+#include <array>
+#include <functional>
+#include <vector>
+
+namespace brellin {
+
+class BrowserModel;
+
+/// Everything that a menu, a tool button or a key can ask for.
+enum class CommandId {
+    NewTab,
+    NewWindow,
+    CloseTab,
+    NextTab,
+    PreviousTab,
+    NewFolder,
+    Open,
+    OpenInNewTab,
+    Rename,
+    SelectAll,
+    Back,
+    Forward,
+    Up,
+    Reload,
+    Home,
+    Downloads,
+    Photos,
+    Trash,
+    Agent,
+    EditPath,
+    Search,
+    ShowHidden,
+    Details,
+    Icons,
+    LargerIcons,
+    SmallerIcons,
+    DualPane,
+    OtherPane,
+    Preview,
+    Sidebar,
+    Pin,
+    Settings,
+    Quit
+};
+
+/// The menu that a command stands in.
+enum class CommandGroup { File, Edit, Go, View };
+
+/// What commands depend on, taken when a menu opens and whenever it changes.
+struct CommandState {
+    BrowserModel *pane = nullptr; ///< the active one
+    bool page = false;            ///< a page stands in place of the folder: the agent, photos, the network
+    bool agent = false;           ///< that page is the agent's
+    bool manyTabs = false;
+    bool dualPane = false;
+    bool preview = false;
+    bool sidebar = true;
+};
+
+/// Whether a command works while an editable field has the focus, or leaves its keys to the field.
+enum class WhileEditing { LeavesKeys, Works };
+
+/// One command: what it is called, how it is typed, when it applies and what shows it as switched on.
+struct WindowCommand {
+    CommandId id;
+    CommandGroup group;
+    QString title;
+    std::vector<QKeySequence> keys; ///< the first one is shown
+    WhileEditing editing = WhileEditing::LeavesKeys;
+    std::function<bool(const CommandState &)> enabled;
+    std::function<bool(const CommandState &)> checked; ///< empty: nothing to switch
+};
+
+/// The table that menus, the toolbar and keys are made from.
+const std::vector<WindowCommand> &commandTable();
+const WindowCommand &windowCommand(CommandId id);
+
+/// "Strg+T": as it stands on a German keyboard.
+QString keyText(const QKeySequence &key);
+
+} // namespace brellin

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+#include <vector>
+
+namespace brellin {
+
+class UserDefaults;
+
+/// A tab as it comes back.
+struct StoredTab {
+    QUuid id;
+    Location path;
+    std::optional<Location> second; ///< the folder of the other pane, where there were two
+
+    bool operator==(const StoredTab &) const = default;
+};
+
+/// A window as it comes back.
+struct StoredWindow {
+    std::vector<StoredTab> tabs;
+    int current = 0;        ///< the tab in front
+    std::vector<int> frame; ///< x, y, width, height
+    bool maximised = false;
+    bool sidebar = true;
+    int sidebarWidth = 216;
+    int previewWidth = 260;
+
+    bool operator==(const StoredWindow &) const = default;
+};
+
+/// The windows of the last session, the user default "windows". What does not decode counts as none.
+std::vector<StoredWindow> storedWindows(const UserDefaults &defaults);
+/// Says what could not be stored.
+Result<void> storeWindows(UserDefaults &defaults, const std::vector<StoredWindow> &windows);
+
+} // namespace brellin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Agent/Screens/AgentPorts.h"
+#include "ContentView/BrowserModel.h"
+
+namespace brellin {
+
+class Decoder;
+class DesktopSettings;
+class NetworkServers;
+class Pins;
+class ThumbnailImages;
+class TrashList;
+class VolumeList;
+
+/// What every window works with. Made where the programs are put together; all of it outlives the windows.
+struct WindowServices {
+    BrowserServices panes;
+    AgentPorts agent;
+    Pins &pins;
+    VolumeList &volumeList;
+    NetworkServers &servers;
+    TrashList &trash;
+    ThumbnailImages &thumbnails;
+    Decoder &decoder;
+    DesktopSettings &desktop;
+    Clock &clock;
+
+    UserDefaults &defaults() const { return panes.defaults; }
+    const KnownFolders &folders() const { return panes.folders; }
+};
+
+} // namespace brellin

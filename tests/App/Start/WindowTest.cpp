@@ -1,0 +1,305 @@
+#include "WindowWorld.h"
+
+#include "App/Window/EditableFocus.h"
+#include "App/Window/Windows.h"
+#include "Features/FileTags.h"
+
+#include <QAbstractButton>
+#include <QHeaderView>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTabBar>
+
+#include <set>
+
+using namespace brellin;
+using brellin::test::WindowWorld;
+
+namespace {
+
+QStringList names(std::initializer_list<const char *> list)
+{
+    QStringList made;
+    for (const char *const one : list)
+        made.append(QString::fromUtf8(one));
+    return made;
+}
+
+TEST_F(WindowWorld, goesIntoFoldersAndBack)
+{
+    file("Briefe/an Anna.txt");
+    file("b10.txt");
+    file("b9.txt");
+    open();
+    EXPECT_EQ(rows(), names({"Briefe", "b9.txt", "b10.txt"}));
+    doubleClick(QStringLiteral("Briefe"));
+    EXPECT_EQ(rows(), names({"an Anna.txt"}));
+    key(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(rows(), names({"Briefe", "b9.txt", "b10.txt"}));
+    key(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(pane().current.get(), folder / "Briefe");
+    key(Qt::Key_Backspace);
+    EXPECT_EQ(pane().current.get(), folder);
+    // By keys alone: type-ahead, Enter.
+    type(QStringLiteral("bri"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(pane().current.get(), folder / "Briefe");
+    // By the address bar.
+    QTest::mouseClick(find<QAbstractButton>(QStringLiteral("crumb0")), Qt::LeftButton);
+    EXPECT_EQ(pane().current.get(), services->folders().home);
+}
+
+TEST_F(WindowWorld, aTypedPathLeadsThereOrSaysThatItDoesNotExist)
+{
+    file("Briefe/an Anna.txt");
+    open();
+    key(Qt::Key_L, Qt::ControlModifier);
+    auto *const field = find<QLineEdit>(QStringLiteral("pathField"));
+    ASSERT_TRUE(field->hasFocus());
+    EXPECT_EQ(field->selectedText(), shown(folder));
+    field->setText(QStringLiteral("~/d/Briefe"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(pane().current.get(), folder / "Briefe");
+    key(Qt::Key_L, Qt::ControlModifier);
+    field->setText(QStringLiteral("~/d/nirgends"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(pane().current.get(), folder / "Briefe");
+    ASSERT_TRUE(pane().errorMessage.get());
+    EXPECT_TRUE(pane().errorMessage.get()->contains(QStringLiteral("wurde nicht gefunden.")));
+    EXPECT_NE(shownOne<QWidget>(QStringLiteral("paneBanner")), nullptr) << "above the list, which is still there";
+    EXPECT_EQ(rows(), names({"an Anna.txt"}));
+}
+
+TEST_F(WindowWorld, makesAndRenamesInPlace)
+{
+    file("Brief.alt.txt");
+    open();
+    key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return shownOne<QLineEdit>(QStringLiteral("nameEditor")) != nullptr; }));
+    auto *editor = shownOne<QLineEdit>(QStringLiteral("nameEditor"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return editor->selectedText() == QStringLiteral("Neuer Ordner"); }));
+    type(QStringLiteral("Ürlaub"));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(rowsBecome(names({"Ürlaub", "Brief.alt.txt"})));
+    EXPECT_TRUE(has("Ürlaub"));
+
+    click(QStringLiteral("Brief.alt.txt"));
+    key(Qt::Key_F2);
+    editor = shownOne<QLineEdit>(QStringLiteral("nameEditor"));
+    ASSERT_NE(editor, nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return editor->selectedText() == QStringLiteral("Brief.alt"); }))
+        << editor->selectedText().toStdString();
+    // A change from outside in the middle of it takes nothing away.
+    type(QStringLiteral("Zettel"));
+    file("anderes.txt");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return rows().contains(QStringLiteral("anderes.txt")); }));
+    ASSERT_EQ(shownOne<QLineEdit>(QStringLiteral("nameEditor")), editor);
+    EXPECT_EQ(editor->text(), QStringLiteral("Zettel.txt"));
+    key(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return has("Zettel.txt"); }));
+
+    click(QStringLiteral("anderes.txt"));
+    key(Qt::Key_F2);
+    type(QStringLiteral("weg"));
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !pane().renameTarget.get(); }));
+    EXPECT_TRUE(has("anderes.txt"));
+}
+
+TEST_F(WindowWorld, sortsSearchesAndSelects)
+{
+    file("a.txt", "123456789");
+    file("b.txt", "1");
+    file("unter/Rechnung.txt");
+    open();
+    auto *const header = find<QHeaderView>(QStringLiteral("detailsHeader"));
+    const auto clickHead = [header](int section) {
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          QPoint(header->sectionViewportPosition(section) + 20, header->height() / 2));
+    };
+    clickHead(0);
+    EXPECT_EQ(rows(), names({"unter", "b.txt", "a.txt"})) << "folders first in either direction";
+    clickHead(1);
+    EXPECT_EQ(rows(), names({"unter", "b.txt", "a.txt"}));
+    clickHead(1);
+    EXPECT_EQ(rows(), names({"unter", "a.txt", "b.txt"}));
+
+    click(QStringLiteral("a.txt"));
+    key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(pane().selection.get().size(), 3U);
+    click(QStringLiteral("b.txt"));
+    click(QStringLiteral("unter"), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(pane().selection.get().size(), 2U);
+
+    key(Qt::Key_F, Qt::ControlModifier);
+    type(QStringLiteral("RECHN"));
+    ASSERT_TRUE(rowsBecome(names({"Rechnung.txt"})));
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return rows().size() == 3; }));
+    EXPECT_TRUE(details()->hasFocus()) << "back to the list";
+}
+
+TEST_F(WindowWorld, aRubberBandBeginsBesideANameAndNotOnIt)
+{
+    for (const char *const name : {"a", "b", "c", "d"})
+        file(name);
+    open();
+    QWidget *const field = details()->viewport();
+    const QPoint from(field->width() - 20, placeOf(QStringLiteral("b")).y());
+    QTest::mousePress(field, Qt::LeftButton, {}, from);
+    for (int step = 1; step <= 5; ++step)
+        QTest::mouseMove(field, QPoint(from.x() - 20 * step, from.y() + 8 * step));
+    QMouseEvent move(QEvent::MouseMove, QPointF(from.x() - 100, placeOf(QStringLiteral("d")).y()),
+                     field->mapToGlobal(QPointF(from.x() - 100, placeOf(QStringLiteral("d")).y())), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QCoreApplication::sendEvent(field, &move);
+    QTest::mouseRelease(field, Qt::LeftButton, {}, QPoint(from.x() - 100, placeOf(QStringLiteral("d")).y()));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pane().selection.get().size(), 3U) << "b, c and d";
+    EXPECT_FALSE(pane().selection.get().contains(folder / "a"));
+}
+
+TEST_F(WindowWorld, tabsAndPanesKeepToThemselves)
+{
+    file("eins/x.txt");
+    file("zwei/y.txt");
+    open();
+    QTest::mouseClick(details()->viewport(), Qt::MiddleButton, {}, placeOf(QStringLiteral("eins")));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pane().current.get(), folder / "eins") << "in a tab of its own";
+    EXPECT_EQ(find<QTabBar>(QStringLiteral("tabs"))->count(), 2);
+    key(Qt::Key_F3);
+    ASSERT_TRUE(window->state().dualPane);
+    auto *const second = shownOne<QWidget>(QStringLiteral("secondPane"));
+    ASSERT_NE(second, nullptr);
+    key(Qt::Key_F6);
+    EXPECT_EQ(pane().current.get(), folder / "eins") << "the second pane starts where the first one is";
+    BrowserModel *const right = &pane();
+    pane().navigate(folder / "zwei");
+    EXPECT_EQ(right->partner->current.get(), folder / "eins");
+    const StoredWindow stored = window->stored();
+    ASSERT_EQ(stored.tabs.size(), 2U);
+    EXPECT_EQ(stored.tabs[1].path, folder / "eins");
+    EXPECT_EQ(stored.tabs[1].second, folder / "zwei");
+    key(Qt::Key_F3);
+    EXPECT_FALSE(window->state().dualPane);
+    EXPECT_EQ(pane().current.get(), folder / "eins");
+    key(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_EQ(find<QTabBar>(QStringLiteral("tabs"))->count(), 1);
+    EXPECT_EQ(pane().current.get(), folder);
+}
+
+TEST_F(WindowWorld, windowsComeBackAtTheNextStart)
+{
+    file("eins/x.txt");
+    {
+        Windows windows(composition->forWindows());
+        windows.start({folder / "eins"});
+        windows.take({folder});
+        auto *const first = qobject_cast<MainWindow *>(QApplication::topLevelWidgets().constFirst());
+        ASSERT_NE(first, nullptr);
+        first->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    const std::vector<StoredWindow> stored = storedWindows(services->settings());
+    ASSERT_EQ(stored.size(), 1U);
+    ASSERT_EQ(stored[0].tabs.size(), 2U);
+    EXPECT_EQ(stored[0].tabs[0].path, folder / "eins");
+    EXPECT_EQ(stored[0].tabs[1].path, folder);
+    // Garbage counts as nothing.
+    ASSERT_TRUE(services->settings().update(QStringLiteral("windows"),
+                                            [](const auto &) { return UserDefaults::Change{"[{\"tabs\":7}]"}; }));
+    EXPECT_TRUE(storedWindows(services->settings()).empty());
+}
+
+TEST_F(WindowWorld, followsWhatHappensOutsideAndSaysWhenTheFolderIsGone)
+{
+    file("a.txt");
+    file("b.txt");
+    open();
+    click(QStringLiteral("b.txt"));
+    file("aa.txt");
+    ASSERT_TRUE(rowsBecome(names({"a.txt", "aa.txt", "b.txt"})));
+    EXPECT_TRUE(pane().selection.get().contains(folder / "b.txt"));
+    EXPECT_EQ(details()->currentIndex().data().toString(), QStringLiteral("b.txt"));
+    std::filesystem::remove(folder / "b.txt");
+    ASSERT_TRUE(rowsBecome(names({"a.txt", "aa.txt"})));
+    EXPECT_TRUE(pane().selection.get().empty());
+    std::filesystem::remove_all(folder);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return pane().errorMessage.get().has_value(); }));
+    EXPECT_NE(shownOne<QWidget>(QStringLiteral("paneMessage")), nullptr);
+    // The window stays usable.
+    pane().navigate(services->folders().home);
+    EXPECT_FALSE(pane().errorMessage.get());
+}
+
+TEST_F(WindowWorld, tagsFromTheMenu)
+{
+    const Location tagged = file("a.txt");
+    open();
+    click(QStringLiteral("a.txt"));
+    const QPoint place = placeOf(QStringLiteral("a.txt"));
+    QContextMenuEvent wanted(QContextMenuEvent::Mouse, place, details()->viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(details()->viewport(), &wanted);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->findChild<QMenu *>(QStringLiteral("tagMenu")) != nullptr; }));
+    auto *const menu = window->findChild<QMenu *>(QStringLiteral("tagMenu"));
+    menu->findChild<QAction *>(QStringLiteral("tagRot"))->trigger();
+    if (!QTest::qWaitFor([&] { return FileTags::tags(tagged) == QStringList(QStringLiteral("Rot")); }))
+        GTEST_SKIP() << "this file system keeps no tags";
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        return details()->model()->index(0, static_cast<int>(Column::Tags)).data().toString() == QStringLiteral("Rot");
+    }));
+}
+
+TEST(WindowCommands, noKeyStandsForTwoAndEveryOneCanHappen)
+{
+    std::set<QString> keys;
+    for (const WindowCommand &one : commandTable()) {
+        EXPECT_FALSE(one.title.isEmpty());
+        EXPECT_TRUE(one.enabled) << one.title.toStdString();
+        for (const QKeySequence &key : one.keys)
+            EXPECT_TRUE(keys.insert(key.toString()).second)
+                << key.toString().toStdString() << " of " << one.title.toStdString();
+    }
+    EXPECT_EQ(keyText(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N)), QStringLiteral("Strg+Umschalt+N"));
+    EXPECT_EQ(keyText(QKeySequence(Qt::ALT | Qt::Key_Left)), QStringLiteral("Alt+←"));
+}
+
+TEST_F(WindowWorld, noCommandFiresWhileAFieldUsesItsKey)
+{
+    file("a.txt");
+    file("unter/b.txt");
+    open();
+    click(QStringLiteral("a.txt"));
+    QPlainTextEdit text;
+    auto *const search = find<QLineEdit>(QStringLiteral("searchField"));
+    key(Qt::Key_L, Qt::ControlModifier);
+    const std::vector<QWidget *> fields{search, find<QLineEdit>(QStringLiteral("pathField"))};
+    for (QWidget *const field : fields) {
+        for (const WindowCommand &one : commandTable()) {
+            if (one.editing == WhileEditing::Works)
+                continue;
+            for (const QKeySequence &keys : one.keys) {
+                if (field != search)
+                    find<AddressBar>(QStringLiteral("addressBar"))->editPath();
+                else
+                    field->setFocus();
+                ASSERT_TRUE(field->hasFocus());
+                QAction *const action = find<QAction>(QStringLiteral("command%1").arg(static_cast<int>(one.id)));
+                QSignalSpy fired(action, &QAction::triggered);
+                const QKeyCombination combined = keys[0];
+                QTest::keyClick(field, combined.key(), combined.keyboardModifiers());
+                QCoreApplication::processEvents();
+                EXPECT_EQ(fired.count(), 0) << one.title.toStdString() << " by " << keys.toString().toStdString();
+                pane().setSearchText({});
+            }
+        }
+    }
+    EXPECT_TRUE(has("a.txt"));
+    EXPECT_TRUE(isEditable(search));
+    EXPECT_FALSE(isEditable(details()));
+}
+
+} // namespace
