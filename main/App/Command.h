@@ -51,5 +51,9 @@ ExitCode runTagCommand(CommandContext &context);
 ExitCode runTagsCommand(CommandContext &context);
 ExitCode runTaggedCommand(CommandContext &context);
 ExitCode runQuickAccessCommand(CommandContext &context);
+ExitCode runRenameCommand(CommandContext &context);
+ExitCode runTrashCommand(CommandContext &context);
+ExitCode runZipCommand(CommandContext &context);
+ExitCode runAliasCommand(CommandContext &context);
 
 } // namespace brellin

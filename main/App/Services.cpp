@@ -25,6 +25,7 @@ Services::Services()
     , m_locations(m_folders.home)
     , m_systemFolders(systemFolders(m_folders.home))
     , m_model(m_defaults)
+    , m_decoder(m_processes, programFolder() / "brellin-bild")
     , m_pdfReader(m_processes, programFolder() / "brellin-bild")
     , m_tagSearch({m_folders.trash.parent_path()})
     , m_stateFolder(stateFolder(m_folders.home))
@@ -33,8 +34,17 @@ Services::Services()
 
 TransferServices Services::forTransfers(MountWorkers &workers)
 {
-    return {m_files, m_trash, m_volumes, workers, m_stateFolder / "transfers",
-            [this](const Location &entry) { return m_systemFolders.isAllowedEntry(entry); }};
+    return {m_files, m_trash, m_volumes, workers, m_stateFolder / "transfers", [this](const Location &entry) {
+                return m_systemFolders.isAllowedEntry(entry);
+            }};
+}
+
+bool Services::mayChange(const Location &entry) const
+{
+    std::error_code unresolved;
+    const Location folder = std::filesystem::weakly_canonical(entry.parent_path(), unresolved);
+    const Location home = std::filesystem::weakly_canonical(m_folders.home, unresolved);
+    return (!unresolved && isAtOrBelow(folder, home)) || m_locations.isAllowedEntry(entry);
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)

@@ -3,6 +3,7 @@
 #include "Agent/AgentServices.h"
 #include "Disk/SystemTrash.h"
 #include "Features/TagSearch.h"
+#include "System/Decoders.h"
 #include "System/FileUserDefaults.h"
 #include "System/LocalModelServer.h"
 #include "System/MemoryUserDefaults.h"
@@ -31,6 +32,12 @@ public:
     Trash &trash() { return m_trash; }
     Clock &clock() { return m_clock; }
     ProcessRunner &processes() { return m_processes; }
+    Decoder &decoder() { return m_decoder; }
+    /// Whether the user may change an entry, or make one of this name, by a command of his own: what lies in his home folder
+    /// is his, dot folders included; the system's places are not.
+    bool mayChange(const Location &entry) const;
+    /// Where a batch rename writes down what it is about to do.
+    Location renameLogs() const { return m_stateFolder / "umbenennen"; }
     UserDefaults &settings() { return m_defaults; }
     /// The same for whoever only looks.
     UserDefaults &forgottenSettings() { return m_forgotten; }
@@ -50,6 +57,7 @@ private:
     SystemLocations m_systemFolders; ///< closed to the user's own transfers
     LocalModelServer m_model;
     SystemProcessRunner m_processes;
+    DecoderProcesses m_decoder;
     PdfReader m_pdfReader;
     WalkTagSearch m_tagSearch;
     Location m_stateFolder;
