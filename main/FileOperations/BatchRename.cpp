@@ -2,6 +2,7 @@
 
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "FileOperations/OperationTexts.h"
 #include "FileOperations/ProgressFraction.h"
 
 #include <algorithm>
@@ -111,8 +112,11 @@ void BatchRename::run(std::vector<RenamePair> pairs, Direction direction)
     publish(error, std::optional<QString>());
     m_renaming.start(
         *m_pool,
-        [pairs = std::move(pairs), &files = m_services.files, logs = m_services.renameLogs](JobControl &control) {
-            return renameBatch(pairs, files, logs, control);
+        [pairs = std::move(pairs), &files = m_services.files, logs = m_services.renameLogs,
+         mayChange = m_services.mayChange](JobControl &control) -> BatchRenameOutcome {
+            const bool allowed = !mayChange || std::ranges::all_of(pairs, mayChange, &RenamePair::from);
+            return allowed ? renameBatch(pairs, files, logs, control)
+                           : BatchRenameOutcome{{}, Failure{operationTexts::systemRefusal(), {}}, {}};
         },
         [this, direction](const BatchRenameOutcome &outcome) { finished(outcome, direction); },
         [this](const JobControl &control) { publish(progress, progressFraction(control)); });

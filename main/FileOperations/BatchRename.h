@@ -11,6 +11,7 @@
 
 #include <QThreadPool>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -23,6 +24,9 @@ struct BatchRenameServices {
     Decoder &decoder;
     Location renameLogs;
     UserUndo &undo;
+    /// Whether an entry may be renamed; callable from every thread. Without it, every one may.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::function<bool(const Location &entry)> mayChange = {};
 };
 
 /// The sheet that renames several entries: its fields, the preview that follows them, and the renaming itself with its way

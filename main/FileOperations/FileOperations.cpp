@@ -76,6 +76,17 @@ void FileOperations::start(const QString &title, Work work, Finished finished)
     publishOperations();
 }
 
+FileOperations::Work FileOperations::guarded(std::vector<Location> places, Work work) const
+{
+    return [places = std::move(places), work = std::move(work), mayChange = m_services.mayChange](JobControl &control) {
+        for (const Location &place : places) {
+            if (mayChange && !mayChange(place))
+                return failedOutcome(failureLine(place, {operationTexts::systemRefusal(), {}}));
+        }
+        return work(control);
+    };
+}
+
 void FileOperations::ended(int id, const OperationOutcome &outcome, const Finished &finished)
 {
     // This is called by the operation's job, which must outlive the call; and what follows may start the next one.
@@ -102,21 +113,20 @@ FileOperations::Finished FileOperations::telling(const QString &success, Then th
 
 void FileOperations::newTextDocument(const Location &folder, Then then)
 {
-    start(
-        QStringLiteral("Lege Textdokument an"),
-        [folder](JobControl &) { return outcomeOf(UserAction::Kind::NewFile, {}, createTextDocument(folder)); },
-        telling({}, std::move(then)));
+    start(QStringLiteral("Lege Textdokument an"),
+          guarded(
+              {folder / "Neu"},
+              [folder](JobControl &) { return outcomeOf(UserAction::Kind::NewFile, {}, createTextDocument(folder)); }),
+          telling({}, std::move(then)));
 }
 
 void FileOperations::trash(std::vector<Location> entries, Then then)
 {
     const QString what = named(entries);
-    start(
-        QStringLiteral("Lege %1 in den Papierkorb").arg(what),
-        [entries = std::move(entries), &trash = m_services.trash](JobControl &control) {
-            return putInTrash(entries, trash, control);
-        },
-        telling(QStringLiteral("%1 in den Papierkorb gelegt.").arg(what), std::move(then)));
+    start(QStringLiteral("Lege %1 in den Papierkorb").arg(what),
+          guarded(entries, [entries, &trash = m_services.trash](
+                               JobControl &control) { return putInTrash(entries, trash, control); }),
+          telling(QStringLiteral("%1 in den Papierkorb gelegt.").arg(what), std::move(then)));
 }
 
 void FileOperations::emptyTrash(Then then)
@@ -138,21 +148,21 @@ void FileOperations::emptyTrash(Then then)
 void FileOperations::deleteForGood(std::vector<Location> entries, Then then)
 {
     const auto doomed = std::make_shared<Doomed>();
-    start(
-        QStringLiteral("Prüfe %1").arg(named(entries)),
-        [doomed, entries = std::move(entries), home = m_services.homeTrash,
-         &volumes = m_services.volumes](JobControl &control) {
-            *doomed = deletableForGood(entries, {home, volumes});
-            return OperationOutcome{{}, doomed->entries.empty() ? doomed->refused : QStringList(), control.cancelled()};
-        },
-        [this, doomed, then = std::move(then)](const OperationOutcome &outcome) {
-            if (doomed->entries.empty() || outcome.cancelled) {
-                telling({}, then)(outcome);
-                return;
-            }
-            ask(deleteQuestion(doomed->entries, doomed->refused),
-                [this, doomed, then] { startDeleting(doomed->entries, then); });
-        });
+    start(QStringLiteral("Prüfe %1").arg(named(entries)),
+          guarded(entries,
+                  [doomed, entries, home = m_services.homeTrash, &volumes = m_services.volumes](JobControl &control) {
+                      *doomed = deletableForGood(entries, {home, volumes});
+                      return OperationOutcome{
+                          {}, doomed->entries.empty() ? doomed->refused : QStringList(), control.cancelled()};
+                  }),
+          [this, doomed, then = std::move(then)](const OperationOutcome &outcome) {
+              if (doomed->entries.empty() || outcome.cancelled) {
+                  telling({}, then)(outcome);
+                  return;
+              }
+              ask(deleteQuestion(doomed->entries, doomed->refused),
+                  [this, doomed, then] { startDeleting(doomed->entries, then); });
+          });
 }
 
 void FileOperations::startDeleting(std::vector<DoomedEntry> entries, Then then)
@@ -168,14 +178,14 @@ void FileOperations::startDeleting(std::vector<DoomedEntry> entries, Then then)
 
 void FileOperations::compress(std::vector<Location> entries, const Location &into, Then then)
 {
-    start(
-        QStringLiteral("Komprimiere %1").arg(named(entries)),
-        [entries = std::move(entries), into, &files = m_services.files,
-         &processes = m_services.processes](JobControl &control) {
-            return outcomeOf(UserAction::Kind::Archive, {},
-                             brellin::compress(entries, into, files, processes, control));
-        },
-        telling(QStringLiteral("Archiv angelegt."), std::move(then)));
+    start(QStringLiteral("Komprimiere %1").arg(named(entries)),
+          guarded({into / "Neu"},
+                  [entries = std::move(entries), into, &files = m_services.files,
+                   &processes = m_services.processes](JobControl &control) {
+                      return outcomeOf(UserAction::Kind::Archive, {},
+                                       brellin::compress(entries, into, files, processes, control));
+                  }),
+          telling(QStringLiteral("Archiv angelegt."), std::move(then)));
 }
 
 void FileOperations::unpack(const Location &archive, const Location &folder, Then then)
@@ -210,26 +220,26 @@ void FileOperations::unpack(const Location &archive, const Location &folder, The
 
 void FileOperations::startUnpacking(const Location &archive, const Location &folder, Then then)
 {
-    start(
-        QStringLiteral("Entpacke „%1“").arg(shownName(archive)),
-        [archive, folder, &files = m_services.files, &volumes = m_services.volumes](JobControl &control) {
-            const Result<Unpacked> unpacked = brellin::unpack(archive, folder, files, volumes, control);
-            OperationOutcome outcome =
-                outcomeOf(UserAction::Kind::Unpack, archive,
-                          unpacked ? Result<Location>(unpacked->place) : failure(unpacked.error()));
-            if (unpacked && !unpacked->refused.isEmpty())
-                outcome.failures << QStringLiteral("Nicht entpackt:\n") + unpacked->refused.join(u'\n');
-            return outcome;
-        },
-        telling(QStringLiteral("„%1“ entpackt.").arg(shownName(archive)), std::move(then)));
+    start(QStringLiteral("Entpacke „%1“").arg(shownName(archive)),
+          guarded({folder / "Neu"},
+                  [archive, folder, &files = m_services.files, &volumes = m_services.volumes](JobControl &control) {
+                      const Result<Unpacked> unpacked = brellin::unpack(archive, folder, files, volumes, control);
+                      OperationOutcome outcome =
+                          outcomeOf(UserAction::Kind::Unpack, archive,
+                                    unpacked ? Result<Location>(unpacked->place) : failure(unpacked.error()));
+                      if (unpacked && !unpacked->refused.isEmpty())
+                          outcome.failures << QStringLiteral("Nicht entpackt:\n") + unpacked->refused.join(u'\n');
+                      return outcome;
+                  }),
+          telling(QStringLiteral("„%1“ entpackt.").arg(shownName(archive)), std::move(then)));
 }
 
 void FileOperations::makeAlias(std::vector<Location> sources, const Location &folder, Then then)
 {
-    start(
-        QStringLiteral("Lege Verknüpfungen an"),
-        [sources = std::move(sources), folder](JobControl &) { return makeAliases(sources, folder); },
-        telling({}, std::move(then)));
+    start(QStringLiteral("Lege Verknüpfungen an"),
+          guarded({folder / "Neu"},
+                  [sources = std::move(sources), folder](JobControl &) { return makeAliases(sources, folder); }),
+          telling({}, std::move(then)));
 }
 
 void FileOperations::openTerminal(const Location &folder)

@@ -29,6 +29,9 @@ struct FileOperationServices {
     Workspace &workspace;
     Location homeTrash; ///< the folder that holds "files" and "info"
     UserUndo &undo;
+    /// Whether an entry may be changed, or one of this name be made; callable from every thread. Without it, everything may.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::function<bool(const Location &entry)> mayChange = {};
 };
 
 /// An operation under way, for a line of the panel.
@@ -100,6 +103,8 @@ private:
     using Finished = std::function<void(const OperationOutcome &)>;
 
     void start(const QString &title, Work work, Finished finished);
+    /// The work, or the refusal where one of these places belongs to the system.
+    Work guarded(std::vector<Location> places, Work work) const;
     /// The usual end: records what was done, and says what came of it.
     Finished telling(const QString &success, Then then);
     void startDeleting(std::vector<DoomedEntry> entries, Then then);

@@ -14,6 +14,11 @@ QString named(const std::vector<Location> &entries)
     return counted(static_cast<qint64>(entries.size()), QStringLiteral("Element"), QStringLiteral("Elemente"));
 }
 
+QString systemRefusal()
+{
+    return QStringLiteral("Orte des Systems werden nicht verändert.");
+}
+
 OperationQuestion emptyTrashQuestion()
 {
     return {OperationQuestion::Kind::EmptyTrash, QStringLiteral("Papierkorb wirklich leeren?"),

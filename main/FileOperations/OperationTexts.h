@@ -9,6 +9,9 @@ namespace brellin::operationTexts {
 /// „„Brief.pdf““, „3 Elemente“
 QString named(const std::vector<Location> &entries);
 
+/// „Orte des Systems werden nicht verändert.“
+QString systemRefusal();
+
 OperationQuestion emptyTrashQuestion();
 OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const QStringList &refused);
 OperationQuestion unpackQuestion(const Location &archive, const ArchiveSummary &summary, std::int64_t available);

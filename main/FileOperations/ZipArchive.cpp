@@ -75,6 +75,8 @@ Result<Location> compress(const std::vector<Location> &entries, const Location &
         std::ranges::all_of(entries, [&](const Location &entry) { return entry.parent_path() == folder; });
     if (!together)
         return failure(QStringLiteral("Für ein Archiv müssen alle Elemente im selben Ordner liegen."));
+    if (std::ranges::any_of(entries, [&](const Location &entry) { return isAtOrBelow(into, entry); }))
+        return failure(QStringLiteral("Das Archiv würde in sich selbst liegen."));
     qint64 total = 0;
     for (const Location &entry : entries)
         total += bytesIn(entry, control);

@@ -122,6 +122,7 @@ TEST_F(ArchivesTest, namesArchivesFreelyAndLeavesNothingOfAFailure)
     EXPECT_FALSE(zip({"gibt es nicht"}));
     EXPECT_FALSE(
         compress({tree.path("in/Brief.pdf"), tree.path("fort/x")}, tree.path("in"), files, processes, control));
+    EXPECT_FALSE(compress({tree.path("in")}, tree.path("in"), files, processes, control));
     control.cancel();
     EXPECT_TRUE(zip({"Brief.pdf"}).error().isCancelled());
     EXPECT_EQ(namesIn("in"), before);

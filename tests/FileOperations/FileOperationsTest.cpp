@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace brellin;
@@ -54,7 +55,8 @@ protected:
     SystemProcessRunner processes;
     QuietWorkspace workspace;
     UserUndo undo{{files, trash, tree.path("logs")}};
-    FileOperations operations{{files, trash, volumes, processes, workspace, tree.path("trash"), undo}};
+    FileOperations operations{{files, trash, volumes, processes, workspace, tree.path("trash"), undo,
+                               [this](const Location &entry) { return !isAtOrBelow(entry, tree.path("system")); }}};
     QObject receiver;
 };
 
@@ -96,7 +98,9 @@ TEST_F(FileOperationsTest, trashesAndUndoes)
 TEST_F(FileOperationsTest, emptiesEveryTrashOnlyWhenTheAnswerIsYes)
 {
     ASSERT_TRUE(trash.put(home("a.txt")));
+    ::chmod(home("ordner/tief").c_str(), 0);
     ASSERT_TRUE(trash.put(home("ordner")));
+    ::chmod(tree.path("trash/files/ordner").c_str(), 0500); // nobody could remove anything from it
     const std::string user = std::to_string(::geteuid());
     tree.lines({"auswärts=bleibt"});
     tree.file(".Trash-" + user + "/files/alt", "vom Stick");
@@ -182,4 +186,26 @@ TEST_F(FileOperationsTest, packsUnpacksAndTakesBoth)
     operations.openTerminal(tree.path("home"));
     ASSERT_TRUE(settled());
     EXPECT_EQ(operations.errorMessage.get(), QStringLiteral("home: Es gibt kein Terminal."));
+}
+
+TEST_F(FileOperationsTest, changesNothingThatBelongsToTheSystem)
+{
+    tree.lines({"system/kern=wichtig"});
+    const std::string before = snapshotOf(tree.path("system"));
+    const Location folder = tree.path("system");
+    const std::vector<std::function<void()>> attempts{
+        [&] { operations.trash({home("a.txt"), folder / "kern"}); },
+        [&] { operations.newTextDocument(folder); },
+        [&] { operations.compress({home("a.txt")}, folder); },
+        [&] { operations.makeAlias({home("a.txt")}, folder); },
+        [&] { operations.deleteForGood({folder / "kern"}); },
+    };
+    for (const std::function<void()> &attempt : attempts) {
+        operations.dismissError();
+        attempt();
+        ASSERT_TRUE(settled());
+        EXPECT_TRUE(operations.errorMessage.get()->endsWith(u"Orte des Systems werden nicht verändert."));
+    }
+    EXPECT_EQ(snapshotOf(folder), before);
+    EXPECT_TRUE(tree.has("home/a.txt"));
 }

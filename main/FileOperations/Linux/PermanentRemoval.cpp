@@ -5,11 +5,14 @@
 #include "Disk/FileAttributes.h"
 #include "Disk/Linux/SystemTrashFolder.h"
 #include "Disk/MountTable.h"
+#include "Disk/Walk.h"
 
 #include <algorithm>
 #include <array>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brellin {
@@ -39,11 +42,37 @@ std::vector<TrashPlace> placesFor(const Location &entry, const Location &homeTra
     return places;
 }
 
+/// A folder that its owner may not write to could never be emptied.
+void openToOwner(const Location &folder)
+{
+    ::fchmodat(AT_FDCWD, folder.c_str(), S_IRWXU, AT_SYMLINK_NOFOLLOW);
+}
+
+void openFoldersToOwner(const Location &top)
+{
+    const Result<FileAttributes> attributes = readAttributes(top);
+    if (!attributes || !attributes->isFolder())
+        return;
+    openToOwner(top);
+    WalkOptions options;
+    options.otherVolumes = false;
+    // What stays closed is named when it cannot be removed.
+    static_cast<void>(walk(top, options, [](const WalkEntry &entry) {
+        if (entry.attributes.isFolder())
+            openToOwner(entry.location());
+        return WalkStep::Continue;
+    }));
+}
+
 } // namespace
 
 Result<void> deleteEntryForGood(const Location &entry)
 {
     const EntryPlace place = TRY(openPlace(entry));
+    const Result<void> removed = removeTree(place.at());
+    if (removed || !removed.error().is(std::errc::permission_denied))
+        return removed;
+    openFoldersToOwner(entry);
     return removeTree(place.at());
 }
 
