@@ -114,6 +114,8 @@ public:
     bool readFailed() const { return m_readFailed; }
     /// Takes away a message about something that failed (not that the folder cannot be read).
     void dismissError();
+    /// Says what an operation that somebody else carried out could not do.
+    void showError(const QString &message) { setOperationError(message); }
 
     void setViewMode(ViewMode mode);
     void setIconSize(double size);
