@@ -3,6 +3,7 @@
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
+#include "Disk/FileAttributes.h"
 
 #include <cstdint>
 #include <string>
@@ -72,6 +73,11 @@ std::uint64_t mountOf(int folder);
 
 /// What an entry is, without following a link.
 Result<struct stat> statusOf(NameIn entry);
+
+/// All attributes of what is open …
+Result<FileAttributes> attributesOf(const Descriptor &opened);
+/// … and of an entry in an open folder, without following a link.
+Result<FileAttributes> attributesOf(NameIn entry);
 
 /// A name in a folder with what the folder says of its kind (`DT_REG` …, `DT_UNKNOWN` where it does not).
 struct ListedName {

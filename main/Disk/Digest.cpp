@@ -26,35 +26,6 @@ const EVP_MD *algorithm()
     return sha256.get();
 }
 
-class Hash {
-public:
-    Hash()
-        : m_context(EVP_MD_CTX_new(), &EVP_MD_CTX_free)
-        , m_sound(m_context != nullptr && algorithm() != nullptr &&
-                  EVP_DigestInit_ex2(m_context.get(), algorithm(), nullptr) == 1)
-    {
-    }
-
-    void add(const char *bytes, std::size_t size)
-    {
-        m_sound = m_sound && EVP_DigestUpdate(m_context.get(), bytes, size) == 1;
-    }
-
-    /// Empty where the library failed: never mistaken for a digest.
-    QByteArray hex()
-    {
-        std::array<unsigned char, EVP_MAX_MD_SIZE> digest;
-        unsigned length = 0;
-        if (!m_sound || EVP_DigestFinal_ex(m_context.get(), digest.data(), &length) != 1)
-            return {};
-        return QByteArray(reinterpret_cast<const char *>(digest.data()), static_cast<qsizetype>(length)).toHex();
-    }
-
-private:
-    std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> m_context;
-    bool m_sound;
-};
-
 /// Opens a regular file and nothing else. It is looked at before it is opened, since merely opening a pipe or device may
 /// have an effect, and once more after that.
 Result<Descriptor> openRegularFile(NameIn entry, std::int64_t &size)
@@ -88,6 +59,32 @@ Result<std::size_t> readPiece(const Descriptor &file, char *piece, std::size_t c
 
 } // namespace
 
+void Sha256::Free::operator()(evp_md_ctx_st *context) const
+{
+    EVP_MD_CTX_free(context);
+}
+
+Sha256::Sha256()
+    : m_context(EVP_MD_CTX_new())
+    , m_sound(m_context != nullptr && algorithm() != nullptr &&
+              EVP_DigestInit_ex2(m_context.get(), algorithm(), nullptr) == 1)
+{
+}
+
+void Sha256::add(const char *bytes, std::size_t size)
+{
+    m_sound = m_sound && EVP_DigestUpdate(m_context.get(), bytes, size) == 1;
+}
+
+QByteArray Sha256::hex()
+{
+    std::array<unsigned char, EVP_MAX_MD_SIZE> digest;
+    unsigned length = 0;
+    if (!m_sound || EVP_DigestFinal_ex(m_context.get(), digest.data(), &length) != 1)
+        return {};
+    return QByteArray(reinterpret_cast<const char *>(digest.data()), static_cast<qsizetype>(length)).toHex();
+}
+
 Result<QByteArray> sha256(const Location &file, JobControl *control, DigestProgress progress)
 {
     std::int64_t size = 0;
@@ -95,7 +92,7 @@ Result<QByteArray> sha256(const Location &file, JobControl *control, DigestProgr
     // Most files are small and need no big piece.
     const auto capacity = static_cast<std::size_t>(std::clamp<std::int64_t>(size, 4096, pieceSize));
     const auto piece = std::make_unique_for_overwrite<char[]>(capacity);
-    Hash hash;
+    Sha256 hash;
     for (;;) {
         if (control != nullptr && control->cancelled())
             return failure(Failure::cancelled());
@@ -114,7 +111,7 @@ Result<QByteArray> sha256(const Location &file, JobControl *control, DigestProgr
 
 QByteArray sha256OfBytes(const QByteArray &bytes)
 {
-    Hash hash;
+    Sha256 hash;
     hash.add(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     return hash.hex();
 }

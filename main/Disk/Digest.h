@@ -6,6 +6,10 @@
 
 #include <QByteArray>
 
+#include <memory>
+
+struct evp_md_ctx_st;
+
 namespace brellin {
 
 /// The SHA-256 of a file's content as 64 lower-case hexadecimal digits, read in pieces of 1 MiB without touching the
@@ -17,5 +21,21 @@ Result<QByteArray> sha256(const Location &file, JobControl *control = nullptr,
 
 /// The SHA-256 of a few bytes, in the same form.
 QByteArray sha256OfBytes(const QByteArray &bytes);
+
+/// The same of bytes that come piece by piece.
+class Sha256 {
+public:
+    Sha256();
+    void add(const char *bytes, std::size_t size);
+    /// Ends the digest. Empty where the library failed: never mistaken for a digest.
+    QByteArray hex();
+
+private:
+    struct Free {
+        void operator()(evp_md_ctx_st *context) const;
+    };
+    std::unique_ptr<evp_md_ctx_st, Free> m_context;
+    bool m_sound;
+};
 
 } // namespace brellin

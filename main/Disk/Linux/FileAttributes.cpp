@@ -1,5 +1,6 @@
 #include "Disk/FileAttributes.h"
 
+#include "Disk/Descriptor.h"
 #include "Disk/Linux/Statx.h"
 
 #include <sys/sysmacros.h>
@@ -77,14 +78,33 @@ FileAttributes attributesFrom(const struct statx &status, Attribute wanted)
     return attributes;
 }
 
-Result<FileAttributes> readAttributes(const Location &location)
+namespace {
+
+Result<FileAttributes> allAttributes(int folder, const char *name, int flags)
 {
     constexpr Attribute all = Attribute::Identity | Attribute::Size | Attribute::Modified | Attribute::Created |
                               Attribute::Accessed | Attribute::Mode;
     struct statx status;
-    if (::statx(AT_FDCWD, location.c_str(), statxFlags, statxMask(all), &status) != 0)
+    if (::statx(folder, name, flags, statxMask(all), &status) != 0)
         return failure(Failure::lastSystem());
     return attributesFrom(status, all);
+}
+
+} // namespace
+
+Result<FileAttributes> readAttributes(const Location &location)
+{
+    return allAttributes(AT_FDCWD, location.c_str(), statxFlags);
+}
+
+Result<FileAttributes> attributesOf(const Descriptor &opened)
+{
+    return allAttributes(opened.number(), "", AT_EMPTY_PATH);
+}
+
+Result<FileAttributes> attributesOf(NameIn entry)
+{
+    return allAttributes(entry.folder, entry.name, statxFlags);
 }
 
 } // namespace brellin
