@@ -1,0 +1,79 @@
+#include "Agent/Screens/ProfileEditor.h"
+#include "Agent/Screens/ProjectsPage.h"
+#include "Agent/Screens/ScreenWorld.h"
+
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+class Projects : public ScreenWorld {
+protected:
+    void SetUp() override
+    {
+        tree().lines({"home/Website/.git/config=x", "home/Website/package.json={}", "home/Website/lose.txt=1"});
+        show({});
+    }
+};
+
+TEST_F(Projects, areNotTidiedBeforeTheirProfileIsConfirmed)
+{
+    view->analyze(home("Website"));
+    ASSERT_TRUE(settled());
+    auto *const editor = find<ProfileEditor>("profileEditor");
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->accessibleName(), QStringLiteral("Software-Projekt erkannt: „Website“"));
+    QTest::keyClick(editor, Qt::Key_Escape);
+    EXPECT_FALSE(agent->pendingProfile.get());
+    EXPECT_TRUE(agent->profiles.get().empty());
+    EXPECT_TRUE(agent->status.get().startsWith(QStringLiteral("Abgebrochen")));
+
+    view->analyze(home("Website"));
+    ASSERT_TRUE(settled());
+    find<QLineEdit>("profileGroups")->setText(QStringLiteral(" Papier, , Bilder"));
+    click("profileTidy");
+    click("profileSave");
+    ASSERT_TRUE(settled());
+    ASSERT_EQ(agent->profiles.get().size(), 1U);
+    const FolderProfile &stored = agent->profiles.get().front();
+    EXPECT_TRUE(stored.tidyAllowed);
+    EXPECT_EQ(stored.groups, (std::vector<QString>{QStringLiteral("Papier"), QStringLiteral("Bilder")}));
+    EXPECT_TRUE(stored.isProtected(home("Website/.git")));
+}
+
+TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
+{
+    view->open(AgentArea::Projects);
+    auto *const page = view->findChild<ProjectsPage *>();
+    page->protect(home("Website"));
+    ASSERT_TRUE(waitUntil([this] { return find("profileEditor") != nullptr; }));
+    click("profileSave");
+    ASSERT_EQ(agent->profiles.get().size(), 1U);
+    const FolderProfile first = agent->profiles.get().front();
+    EXPECT_FALSE(first.protectedEntries.empty());
+
+    click("profileEdit");
+    click("profileEntryRemove");
+    click("profileSave");
+    EXPECT_EQ(agent->profiles.get().front().protectedEntries.size(), first.protectedEntries.size() - 1);
+    const FolderProfile edited = agent->profiles.get().front();
+
+    ASSERT_TRUE(waitUntil([this] { return find("profileRemove") != nullptr; })) << "the new row";
+    click("profileRemove");
+    EXPECT_TRUE(agent->profiles.get().empty());
+    click("profileRemovedAction");
+    EXPECT_EQ(agent->profiles.get(), std::vector{edited});
+}
+
+TEST_F(Projects, areNotMadeOfTheSystem)
+{
+    view->open(AgentArea::Projects);
+    view->findChild<ProjectsPage *>()->protect("/usr/lib");
+    EXPECT_TRUE(find("profileRemoved")) << "says that the system is never touched";
+    EXPECT_FALSE(find("profileEditor"));
+}
+
+} // namespace

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "Agent/Screens/AgentView.h"
+#include "Look/Theme.h"
+#include "Support/AgentWait.h"
+#include "Support/AgentWorld.h"
+#include "Support/WaitUntil.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace brellin::test {
+
+/// The agent's view in a window over a small account; driven by clicks and keys through object names.
+class ScreenWorld : public ::testing::Test, protected AgentWorld {
+protected:
+    class Desktop : public Workspace, public Pasteboard {
+    public:
+        bool hasApplication(const QString &) const override { return false; }
+        Result<void> openApplication(const QString &) override { return {}; }
+        Result<void> reveal(const Location &entry) override
+        {
+            revealed = entry;
+            return {};
+        }
+        Result<void> open(const Location &) override { return {}; }
+        std::vector<Application> applicationsFor(const QString &) const override { return {}; }
+        Result<void> openWith(const std::vector<Location> &, const QString &) override { return {}; }
+        Result<void> openTerminal(const Location &) override { return {}; }
+        void setText(const QString &text) override { copied = text; }
+
+        Location revealed;
+        QString copied;
+    };
+
+    static void SetUpTestSuite() { Theme::install(*qApp); }
+
+    /// Makes the agent and its window; rules and files are there by now.
+    void show(const std::vector<CleanupRule> &rules)
+    {
+        agent = std::make_unique<CleanupAgent>(services());
+        ASSERT_TRUE(agent->updateRules([&](const auto &) { return rules; }));
+        ASSERT_TRUE(agent->setDuplicateFolders({home("Downloads")}));
+        model = std::make_unique<ModelSettings>(services(),
+                                                [](const JobControl &) { return std::vector<FoundModelServer>(); });
+        window = std::make_unique<QWidget>();
+        window->resize(1064, 748);
+        view = new AgentView({*agent, *model, services(), desktop, desktop}, window.get());
+        view->resize(window->size());
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    CleanupRule movingPdfs() const
+    {
+        CleanupRule rule;
+        rule.name = QStringLiteral("Rechnungen ablegen");
+        rule.sourcePath = textOf(home("Downloads"));
+        rule.conditions = {{.kind = ConditionKind::ExtensionIs, .value = QStringLiteral("pdf")}};
+        rule.targetPath = textOf(home("Dokumente/Rechnungen"));
+        return rule;
+    }
+
+    /// The one control of this name that is visible.
+    template <class T = QWidget>
+    T *find(const char *name) const
+    {
+        for (T *const one : window->findChildren<T *>(QString::fromUtf8(name)))
+            if (one->isVisible())
+                return one;
+        return nullptr;
+    }
+    void click(const char *name) const
+    {
+        auto *const button = find<QAbstractButton>(name);
+        ASSERT_TRUE(button) << name;
+        ASSERT_TRUE(button->isEnabled()) << name;
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+    bool settled() const
+    {
+        return waitUntil([this] { return !agent->running.get(); });
+    }
+    /// Rules and duplicates checked, the proposals in front.
+    void scan()
+    {
+        click("agentScan");
+        ASSERT_TRUE(settled());
+    }
+
+    Desktop desktop;
+    std::unique_ptr<CleanupAgent> agent;
+    std::unique_ptr<ModelSettings> model;
+    std::unique_ptr<QWidget> window;
+    AgentView *view = nullptr;
+};
+
+} // namespace brellin::test

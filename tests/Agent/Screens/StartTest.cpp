@@ -1,0 +1,137 @@
+#include "Agent/Screens/GuideTexts.h"
+#include "Agent/Screens/RunRow.h"
+#include "Agent/Screens/ScreenWorld.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+class AgentStart : public ScreenWorld {
+protected:
+    QString spoken(const char *name) const { return find(name)->accessibleName(); }
+};
+
+TEST_F(AgentStart, countsLiveAndLeadsToTheAreas)
+{
+    tree().lines({"home/Downloads/a.pdf=1"});
+    show({movingPdfs()});
+    EXPECT_EQ(spoken("cardCleanup"), QStringLiteral("Aufräumen: 0 Vorschläge"));
+    QSignalSpy paths(view, &AgentView::pathChanged);
+    scan();
+    EXPECT_EQ(view->path(), QStringLiteral("Aufräum-Agent › Aufräumen"));
+    EXPECT_EQ(paths.count(), 1);
+    click("agentBack");
+    EXPECT_EQ(view->path(), QStringLiteral("Aufräum-Agent"));
+    EXPECT_EQ(spoken("cardCleanup"), QStringLiteral("Aufräumen: 1 Vorschlag"));
+
+    const std::pair<const char *, QString> cards[] = {{"cardPhotos", QStringLiteral("Fotos & Videos")},
+                                                      {"cardReceipts", QStringLiteral("Belege aus Mail")},
+                                                      {"cardProjects", QStringLiteral("Projekte")},
+                                                      {"cardHistory", QStringLiteral("Verlauf")}};
+    for (const auto &[card, title] : cards) {
+        find(card)->setFocus();
+        QTest::keyClick(find(card), Qt::Key_Return);
+        EXPECT_EQ(view->path(), QStringLiteral("Aufräum-Agent › ") + title);
+        QTest::keyClick(view, Qt::Key_Escape);
+    }
+    click("cardRecipes");
+    click("sheetDone");
+    EXPECT_EQ(view->path(), QStringLiteral("Aufräum-Agent"));
+}
+
+TEST_F(AgentStart, takesTheRedNumberAwayWhenItIsSeen)
+{
+    tree().lines({"home/Downloads/a.pdf=1"});
+    show({movingPdfs()});
+    window->hide();
+    wait(*agent, [this] { agent->scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(agent->newSinceViewed.get(), 1);
+    window->show();
+    EXPECT_EQ(agent->newSinceViewed.get(), 0);
+}
+
+TEST_F(AgentStart, saysTidyOnlyAfterHavingLooked)
+{
+    show({movingPdfs()});
+    view->open(AgentArea::Cleanup);
+    const auto says = [this](const QString &text) {
+        for (const QLabel *const label : find("agentEmpty")->findChildren<QLabel *>())
+            if (label->isVisible() && label->text() == text)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(says(QStringLiteral("Keine Vorschläge.")));
+    scan();
+    EXPECT_TRUE(says(QStringLiteral("Alles aufgeräumt")));
+}
+
+TEST_F(AgentStart, asksForTheFolderToAnalyse)
+{
+    tree().lines({"home/Ordner/x.txt=same", "home/Ordner/y.txt=same"});
+    show({});
+    click("agentAnalyze");
+    auto *const dialog = window->findChild<QFileDialog *>(QStringLiteral("folderChooser"));
+    ASSERT_TRUE(dialog);
+    Q_EMIT dialog->fileSelected(shown(home("Ordner")));
+    dialog->close();
+    ASSERT_TRUE(settled());
+    EXPECT_FALSE(agent->proposals.get().empty());
+    EXPECT_EQ(view->area(), AgentArea::Cleanup);
+}
+
+TEST_F(AgentStart, namesWhatAnUndoCouldNotPutBack)
+{
+    tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/b.pdf=2"});
+    show({movingPdfs()});
+    scan();
+    click("agentExecute");
+    ASSERT_TRUE(settled());
+    std::filesystem::remove(home("Dokumente/Rechnungen/a.pdf"));
+    view->open(AgentArea::History);
+    click("runUndo");
+    ASSERT_TRUE(settled());
+    const auto *const missing = find<QLabel>("runNotRestored");
+    ASSERT_TRUE(missing);
+    EXPECT_TRUE(missing->text().contains(QStringLiteral("a.pdf (Downloads)"))) << missing->text().toStdString();
+    EXPECT_FALSE(missing->text().contains(QStringLiteral("b.pdf")));
+}
+
+TEST_F(AgentStart, settingsAreStoredAtOnce)
+{
+    show({});
+    click("agentSettings");
+    auto *const interval = find<QComboBox>("settingsInterval");
+    ASSERT_TRUE(interval);
+    EXPECT_EQ(interval->currentText(), QStringLiteral("Täglich"));
+    interval->setFocus();
+    QTest::keyClick(interval, Qt::Key_Home);
+    EXPECT_EQ(agent->intervalHours.get(), 0);
+    click("settingsAutoDuplicates");
+    EXPECT_TRUE(agent->autoDuplicates.get());
+    click("settingsRemoveFolder");
+    EXPECT_TRUE(agent->duplicateFolders.get().empty());
+    ASSERT_TRUE(waitUntil([this] { return !model->checking.get(); }));
+    // An address that leads to another machine is refused, and the sheet says why.
+    find<QLineEdit>("modelAddress")->setText(QStringLiteral("http://example.org:8080"));
+    click("modelUse");
+    EXPECT_TRUE(model->endpoint.get().isEmpty());
+    EXPECT_FALSE(model->error.get().isEmpty());
+}
+
+TEST(AgentGuide, namesNothingOfTheOtherSystem)
+{
+    for (const GuideSection &section : guideSections(TextSystem::Linux))
+        for (const char16_t *word : {u"Mac", u"Apple", u"⌘", u"Library", u"Finder"})
+            EXPECT_FALSE(section.text.contains(QString::fromUtf16(word))) << section.text.toStdString();
+    ASSERT_EQ(guideSections(TextSystem::Mac).size(), guideSections(TextSystem::Linux).size());
+    EXPECT_TRUE(guideSections(TextSystem::Mac).front().text.contains(QStringLiteral("Apple Intelligence")));
+}
+
+} // namespace
