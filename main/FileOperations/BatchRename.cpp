@@ -18,7 +18,9 @@ constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
 
 QString failureText(const BatchRenameOutcome &outcome)
 {
-    QString text = QStringLiteral("Umbenennen abgebrochen: ") + outcome.failure->message;
+    QString text = outcome.failure->isCancelled()
+                       ? QStringLiteral("Umbenennen abgebrochen.")
+                       : QStringLiteral("Umbenennen abgebrochen: ") + outcome.failure->message;
     for (const Location &place : outcome.notPutBack)
         text += QStringLiteral("\n„%1“ ließ sich nicht zurückbenennen.").arg(shownName(place));
     return text;
