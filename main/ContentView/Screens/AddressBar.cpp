@@ -193,6 +193,12 @@ void AddressBar::addStep(const QString &title, int step, bool last)
                                              : QStringLiteral("house"));
     connect(button, &QAbstractButton::clicked, this, [this, step] { goTo(step); });
     m_row->addWidget(button);
+    if (m_page.isEmpty()) {
+        auto *const drop = new FileDrop(button, [folder = m_crumbs[static_cast<std::size_t>(step)].folder](QPoint) {
+            return std::optional(folder);
+        });
+        connect(drop, &FileDrop::dropped, this, &AddressBar::dropped);
+    }
 }
 
 void AddressBar::goTo(int step)

@@ -2,6 +2,7 @@
 
 #include "ContentView/BrowserModel.h"
 #include "ContentView/Screens/Crumbs.h"
+#include "ContentView/Screens/FileDrop.h"
 
 #include <QCompleter>
 #include <QLineEdit>
@@ -33,6 +34,8 @@ public:
     /// A step of a page was clicked, counted from 0.
     Q_SIGNAL void pageStepClicked(int step);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
+    /// Files were dropped onto a step.
+    Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 
     QSize sizeHint() const override;
 

@@ -58,6 +58,7 @@ DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setContextMenuPolicy(Qt::CustomContextMenu);
+    setDragEnabled(true);
     setIndentation(0);
     buildHeader();
     pane.sortOrder.observe(this, [this](const SortOrder &order) { showSort(order); });

@@ -76,6 +76,11 @@ void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
         painter->setBrush(selectionGround(m_active));
         painter->drawRoundedRect(tile, 8, 8);
     }
+    if (index.row() == m_dropRow) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(faded(Token::Accent, 0.25));
+        painter->drawRoundedRect(tile, 8, 8);
+    }
     if (option.state.testFlag(QStyle::State_HasFocus) && !selected) {
         painter->setPen(QPen(color(Token::Accent), 2));
         painter->setBrush(Qt::NoBrush);
@@ -140,6 +145,7 @@ IconsView::IconsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pi
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setContextMenuPolicy(Qt::CustomContextMenu);
+    setDragEnabled(true);
     setViewportMargins(scaled(16), scaled(8), scaled(8), 0);
     setIconSide(pane.iconSize.get());
     pane.iconSize.observe(this, [this](double side) { setIconSide(side); });

@@ -15,6 +15,8 @@ public:
     TileDelegate(const ItemRows &rows, const EntryPictures &pictures, QObject *parent);
 
     void setActive(bool active) { m_active = active; }
+    /// The tile that a drag would drop onto; -1 for none.
+    void setDropRow(int row) { m_dropRow = row; }
     void setIconSide(int side) { m_side = side; }
     /// The whole tile for a picture of `side` points.
     static QSize tileSize(int side);
@@ -33,6 +35,7 @@ private:
     const EntryPictures &m_pictures;
     int m_side = 72;
     bool m_active = true;
+    int m_dropRow = -1;
 };
 
 /// The grid of tiles.

@@ -1,7 +1,9 @@
 #include "ContentView/Screens/ItemRows.h"
 
 #include "ContentView/RowDifference.h"
+#include "ContentView/Screens/FileDrop.h"
 #include "ContentView/Screens/ItemTexts.h"
+#include "FileOperations/ClipboardFiles.h"
 
 #include <QHash>
 
@@ -177,8 +179,23 @@ Qt::ItemFlags ItemRows::flags(const QModelIndex &index) const
 {
     if (!index.isValid())
         return Qt::NoItemFlags;
-    const Qt::ItemFlags usual = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags usual =
+        Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
     return index.column() == static_cast<int>(Column::Name) ? usual | Qt::ItemIsEditable : usual;
+}
+
+QStringList ItemRows::mimeTypes() const
+{
+    return {QString::fromLatin1(clipboardForms::uriList)};
+}
+
+QMimeData *ItemRows::mimeData(const QModelIndexList &indexes) const
+{
+    std::vector<Location> entries;
+    for (const QModelIndex &index : indexes)
+        if (index.column() == static_cast<int>(Column::Name))
+            entries.push_back(item(index.row()).location());
+    return dragData(entries);
 }
 
 bool ItemRows::setData(const QModelIndex &index, const QVariant &value, int role)

@@ -112,6 +112,7 @@ void PaneView::buildViews()
 void PaneView::link(QAbstractItemView *view)
 {
     view->installEventFilter(this);
+    takeDrops(view);
     connect(view, &QAbstractItemView::doubleClicked, this, &PaneView::open);
     connect(view, &QWidget::customContextMenuRequested, this, [this, view](const QPoint &at) {
         const QModelIndex index = view->indexAt(at);
@@ -124,6 +125,26 @@ void PaneView::link(QAbstractItemView *view)
         connect(rows, &RowDelegate::renameEnded, this, &PaneView::endRename);
     if (auto *const tiles = qobject_cast<TileDelegate *>(view->itemDelegate()))
         connect(tiles, &TileDelegate::renameEnded, this, &PaneView::endRename);
+}
+
+void PaneView::takeDrops(QAbstractItemView *view)
+{
+    auto *const drop = new FileDrop(view->viewport(), [this, view](QPoint at) -> std::optional<Location> {
+        const QModelIndex index = view->indexAt(at);
+        if (index.isValid() && m_rows->item(index.row()).isFolder)
+            return m_rows->item(index.row()).location();
+        return m_pane.current.get();
+    });
+    connect(drop, &FileDrop::dropped, this, &PaneView::dropped);
+    connect(drop, &FileDrop::over, this, &PaneView::showDrop);
+}
+
+void PaneView::showDrop(const std::optional<Location> &folder)
+{
+    const int row = folder && *folder != m_pane.current.get() ? m_rows->rowOf(*folder) : -1;
+    static_cast<RowDelegate *>(m_details->itemDelegate())->setDropRow(row);
+    static_cast<TileDelegate *>(m_icons->itemDelegate())->setDropRow(row);
+    view().viewport()->update();
 }
 
 QAbstractItemView &PaneView::view() const

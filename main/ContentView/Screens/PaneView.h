@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ContentView/Screens/DetailsView.h"
+#include "ContentView/Screens/FileDrop.h"
 #include "ContentView/Screens/IconsView.h"
 #include "Look/Labels.h"
 
@@ -36,6 +37,8 @@ public:
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
     /// A menu for the selection, or for the folder where nothing is selected.
     Q_SIGNAL void menuRequested(const QPoint &global);
+    /// Onto a folder of the list, or onto the pane's own.
+    Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 
     /// Opens the selected entries: one folder in this pane, more in tabs.
     void openSelection();
@@ -47,6 +50,8 @@ private:
     void buildViews();
     void buildBanner();
     void link(QAbstractItemView *view);
+    void takeDrops(QAbstractItemView *view);
+    void showDrop(const std::optional<Location> &folder);
     void showMode(ViewMode mode);
     void showMessage();
     void open(const QModelIndex &index);

@@ -93,6 +93,8 @@ void RowDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem &opt
     } else if (index.row() % 2 == 1) {
         painter.fillRect(option.rect, color(Token::Zebra));
     }
+    if (index.row() == m_dropRow)
+        painter.fillRect(option.rect, faded(Token::Accent, 0.25));
     if (option.state.testFlag(QStyle::State_HasFocus) && !option.state.testFlag(QStyle::State_Selected)) {
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);

@@ -19,6 +19,8 @@ public:
 
     /// Whether the pane of this view is the active one: the selection of the other is grey.
     void setActive(bool active) { m_active = active; }
+    /// The row that a drag would drop onto; -1 for none.
+    void setDropRow(int row) { m_dropRow = row; }
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -41,6 +43,7 @@ private:
     const ItemRows &m_rows;
     const EntryPictures &m_pictures;
     bool m_active = true;
+    int m_dropRow = -1;
 };
 
 /// The ground of what is selected, in the active pane or the other.
