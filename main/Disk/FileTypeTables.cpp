@@ -52,6 +52,7 @@ constexpr auto corrections = std::to_array<CorrectedType>({
     {"m4r", bits(Audio), "audio/x-m4r", u"MPEG-4-Klingelton"},
     {"mm", source, "text/x-objc++src", u"Objective-C++-Quelltext"},
     {"mpkg", bits(Application), "application/x-installer-package", u"Installationspaket"},
+    {"msi", bits(Application), "application/x-msi", u"Windows-Installationspaket"},
     {"msix", bits(Application), "application/msix", u"Windows-Programmpaket"},
     {"numbers", bits(Spreadsheet), "application/vnd.apple.numbers", u"Numbers-Tabelle"},
     {"obj", 0, "model/obj", u"3D-Modell"},
