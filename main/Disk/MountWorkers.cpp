@@ -4,7 +4,9 @@
 
 #include <condition_variable>
 #include <deque>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 namespace brellin {
 
@@ -17,23 +19,43 @@ constexpr std::chrono::seconds lastWait{2};
 
 /// The threads that are out. They hold it together with the workers: one that is abandoned may come back after them.
 struct MountWorkers::Active {
+    using Work = std::function<void()>;
     std::mutex mutex;
     std::condition_variable changed;
     int threads = 0;
+    std::deque<Work> waiting; ///< for a thread to come back; only while the system gives no more
 
-    static void launch(const std::shared_ptr<Active> &active, std::function<void()> work)
+    /// A system that gives no more threads makes work late, or done where it was asked for, but never lost.
+    static void launch(const std::shared_ptr<Active> &active, Work work)
     {
-        {
-            const std::scoped_lock lock(active->mutex);
+        std::unique_lock lock(active->mutex);
+        try {
+            std::thread([active, work]() mutable { active->serve(std::move(work)); }).detach();
             ++active->threads;
+        } catch (const std::system_error &) {
+            if (active->threads > 0) {
+                active->waiting.push_back(std::move(work));
+                return;
+            }
+            lock.unlock();
+            work();
         }
-        std::thread([active, work = std::move(work)]() mutable {
+    }
+
+    void serve(Work work)
+    {
+        while (work) {
             work();
             work = nullptr; // what it holds goes before the thread counts as gone
-            const std::scoped_lock lock(active->mutex);
-            --active->threads;
-            active->changed.notify_all();
-        }).detach();
+            const std::scoped_lock lock(mutex);
+            if (waiting.empty()) {
+                --threads;
+                changed.notify_all();
+                return;
+            }
+            work = std::move(waiting.front());
+            waiting.pop_front();
+        }
     }
 };
 
@@ -96,11 +118,12 @@ void MountWorkers::run(const Location &location, Turn turn, std::function<void()
         return;
     }
     const std::shared_ptr<Lane> lane = laneOf(location);
-    const std::scoped_lock lock(lane->mutex);
-    lane->waiting.push_back(std::move(work));
-    if (lane->running)
-        return;
-    lane->running = true;
+    {
+        const std::scoped_lock lock(lane->mutex);
+        lane->waiting.push_back(std::move(work));
+        if (std::exchange(lane->running, true))
+            return;
+    }
     Active::launch(m_active, [lane] { Lane::serve(lane); });
 }
 

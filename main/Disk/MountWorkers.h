@@ -34,7 +34,8 @@ public:
         OfMount, ///< after the calls to the same network mount that came before
         AtOnce   ///< on a thread of its own in any case: long work, such as a search
     };
-    /// Runs `work`, which must not throw, on the thread for `location`. Callable from every thread.
+    /// Runs `work`, which must not throw, on the thread for `location`; where the system gives no thread, as soon as one
+    /// comes back, or at once where none is out. Callable from every thread.
     void run(const Location &location, Turn turn, std::function<void()> work);
 
     /// By the mount table, without touching the volume.

@@ -1,5 +1,6 @@
 #include "Disk/FolderWatcher.h"
 
+#include "Support/NoThreads.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -120,4 +121,17 @@ TEST(FolderWatcherTest, looksWhereThereAreNoEvents)
     EXPECT_FALSE(watcher->take().gone);
     tree.file("noch eins");
     EXPECT_TRUE(ear.waitFor(2));
+}
+
+TEST(FolderWatcherTest, failsWhereTheSystemGivesNoThread)
+{
+    const TempTree tree;
+    Ear ear;
+    {
+        const NoThreads noThreads;
+        EXPECT_FALSE(FolderWatcher::watch(tree.root(), ear.heard()));
+    }
+    const auto watcher = watch(tree.root(), ear);
+    tree.file("neu");
+    EXPECT_TRUE(ear.waitFor(1));
 }

@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -85,15 +86,16 @@ struct FolderWatcher::State {
     {
         alignas(inotify_event) std::array<char, 16 * 1024> buffer;
         const std::scoped_lock lock(mutex);
-        ssize_t length = 0;
-        while (!closed && (length = ::read(source.number(), buffer.data(), buffer.size())) > 0) {
-            for (const char *at = buffer.data(); at < buffer.data() + length;) {
-                const auto *event = reinterpret_cast<const inotify_event *>(at);
-                take(*event);
-                at += sizeof(inotify_event) + event->len;
-            }
-            tell();
+        // What is left keeps the descriptor ready: whoever takes the changes need not wait for the end of a flood.
+        const ssize_t length = closed ? 0 : ::read(source.number(), buffer.data(), buffer.size());
+        if (length <= 0)
+            return;
+        for (const char *at = buffer.data(); at < buffer.data() + length;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(at);
+            take(*event);
+            at += sizeof(inotify_event) + event->len;
         }
+        tell();
     }
 
     void take(const inotify_event &event)
@@ -118,11 +120,7 @@ struct FolderWatcher::State {
 /// The thread that waits for the events of all watchers. Goes with the last of them.
 class FolderWatcher::Hub {
 public:
-    Hub() : m_poll(::epoll_create1(EPOLL_CLOEXEC)), m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
-    {
-        listen(m_wake.number(), wakeId);
-        m_thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
-    }
+    Hub() : m_poll(::epoll_create1(EPOLL_CLOEXEC)), m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
     ~Hub()
     {
         m_thread.request_stop();
@@ -131,16 +129,17 @@ public:
     Hub(const Hub &) = delete;
     Hub &operator=(const Hub &) = delete;
 
-    static std::shared_ptr<Hub> shared()
+    /// Fails where the system gives no descriptor or no thread.
+    static Result<std::shared_ptr<Hub>> shared()
     {
         static std::mutex mutex;
         static std::weak_ptr<Hub> only;
         const std::scoped_lock lock(mutex);
-        std::shared_ptr<Hub> hub = only.lock();
-        if (!hub) {
-            hub = std::make_shared<Hub>();
-            only = hub;
-        }
+        if (std::shared_ptr<Hub> hub = only.lock())
+            return hub;
+        auto hub = std::make_shared<Hub>();
+        TRY(hub->start());
+        only = hub;
         return hub;
     }
 
@@ -150,8 +149,8 @@ public:
             const std::scoped_lock lock(m_mutex);
             const std::uint64_t id = ++m_lastId;
             m_states.emplace(id, state);
-            if (state->source.isOpen())
-                listen(state->source.number(), id);
+            if (state->source.isOpen() && !listen(state->source.number(), id))
+                state->source.reset(); // looked at, then
         }
         wake(); // it may have to look from now on
     }
@@ -167,12 +166,24 @@ public:
 private:
     static constexpr std::uint64_t wakeId = 0;
 
-    void listen(int descriptor, std::uint64_t id) const
+    Result<void> start()
+    {
+        if (!m_poll.isOpen() || !m_wake.isOpen() || !listen(m_wake.number(), wakeId))
+            return failure(Failure::lastSystem());
+        try {
+            m_thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
+        } catch (const std::system_error &error) {
+            return failure(Failure::system(error.code().value()));
+        }
+        return {};
+    }
+
+    bool listen(int descriptor, std::uint64_t id) const
     {
         epoll_event event{};
         event.events = EPOLLIN;
         event.data.u64 = id;
-        ::epoll_ctl(m_poll.number(), EPOLL_CTL_ADD, descriptor, &event);
+        return ::epoll_ctl(m_poll.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
     }
 
     void wake() const
@@ -249,7 +260,7 @@ Result<std::shared_ptr<FolderWatcher>> FolderWatcher::watch(const Location &fold
         if (!state->times)
             return failure(Failure::lastSystem());
     }
-    std::shared_ptr<Hub> hub = Hub::shared();
+    std::shared_ptr<Hub> hub = TRY(Hub::shared());
     hub->add(state);
     return std::shared_ptr<FolderWatcher>(new FolderWatcher(std::move(hub), std::move(state)));
 }
