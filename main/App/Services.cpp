@@ -15,6 +15,13 @@ SystemLocations systemFolders(const Location &home)
     return SystemLocations(home, refused);
 }
 
+/// The system's folders hold two that everybody puts own files into.
+bool isEverybodys(const Location &entry)
+{
+    const std::optional<Location> folder = resolvedLocation(entry.parent_path());
+    return folder && (isAtOrBelow(*folder, Location("/dev/shm")) || isAtOrBelow(*folder, Location("/var/tmp")));
+}
+
 } // namespace
 
 Services::Services()
@@ -35,7 +42,7 @@ Services::Services()
 TransferServices Services::forTransfers(MountWorkers &workers)
 {
     return {m_files, m_trash, m_volumes, workers, m_stateFolder / "transfers", [this](const Location &entry) {
-                return m_systemFolders.isAllowedEntry(entry);
+                return isEverybodys(entry) || m_systemFolders.isAllowedEntry(entry);
             }};
 }
 

@@ -89,6 +89,24 @@ TEST_F(TransferCommandTest, namesWhatItCannotDo)
     EXPECT_TRUE(tree.has("nach/b/innen.txt"));
 }
 
+TEST_F(TransferCommandTest, movesToAnotherVolumeAndBack)
+{
+    const Location other = otherVolume();
+    if (other.empty())
+        GTEST_SKIP() << "there is one volume only";
+    const TempTree there(other);
+    const std::string before = snapshotOf(tree.path("von"));
+    for (const auto &[from, to] :
+         {std::pair(tree.path("von"), there.root()), std::pair(there.path("von"), tree.root())}) {
+        const Result<ProcessOutput> output =
+            runner.run({BRELLIN_PROGRAM, {"verschieben", from.native(), to.native()}, {}, {}}, nullptr);
+        ASSERT_TRUE(output);
+        EXPECT_EQ(output->exitCode, 0) << output->errors.toStdString();
+        EXPECT_FALSE(std::filesystem::exists(from));
+    }
+    EXPECT_EQ(snapshotOf(tree.path("von")), before);
+}
+
 TEST_F(TransferCommandTest, leavesTheSystemAlone)
 {
     const Result<ProcessOutput> output =
