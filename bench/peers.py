@@ -417,9 +417,71 @@ class CopyBig(Copy):
         require(target.stat().st_size == (self.folder / "source").stat().st_size, "the copy is not complete")
 
 
-CONTESTS = {"search": NameSearch, "liste": PaneList, "suchen": PaneSearch, "groesse": FolderSize, "rules": Rules, "digest": Digest, "moves": Moves,
-            "copy": CopySmall, "big": CopyBig, "jdupes": DuplicatesJdupes, "rmlint": DuplicatesRmlint,
-            "rdfind": DuplicatesRdfind}
+class Transfer(Copy):
+    """The same by the whole program: planned, measured and with progress."""
+
+    def copied(self, command):
+        """`command` copies self.folder/source into a folder."""
+        target = self.folder / "copy"
+        shutil.rmtree(target, ignore_errors=True)
+        target.mkdir()
+        os.sync()
+        taken = seconds_of([*command, self.folder / "source", target])
+        self.check(target / "source")
+        return taken
+
+    def ours(self):
+        return self.copied([self.bin / "brellin", "kopieren"])
+
+
+class TransferSmall(Transfer, CopySmall):
+    title = "a transfer of 50,000 small files"
+
+    def make(self):
+        for number in range(50):
+            make_flat(self.folder / "source" / f"Ordner {number}", self.count(50_000) // 50, 2000)
+
+    def check(self, target):
+        copied = sum(len(files) for _, _, files in os.walk(target))
+        require(copied == self.count(50_000) // 50 * 50, f"{copied} files were copied")
+
+
+class TransferBig(Transfer, CopyBig):
+    title = "a transfer of one file of 4 GB"
+
+    def make(self):
+        make_big_file(self.folder / "source", self.count(4 * 10 ** 9))
+
+
+class TransferMove(Contest):
+    """One rename, however much there is in the folder; what remains is starting the program and a look at it."""
+
+    title = "moving a folder of 100,000 files, and back"
+    peer = "mv twice"
+    aim = 100.0
+
+    def make(self):
+        for number in range(100):
+            make_flat(self.folder / "here" / "source" / f"Ordner {number}", self.count(100_000) // 100, 1)
+        (self.folder / "there").mkdir()
+
+    def there_and_back(self, command):
+        here, there = self.folder / "here", self.folder / "there"
+        taken = seconds_of([*command, here / "source", there]) + seconds_of([*command, there / "source", here])
+        require((here / "source").is_dir(), "the folder did not come back")
+        return taken
+
+    def ours(self):
+        return self.there_and_back([self.bin / "brellin", "verschieben"])
+
+    def theirs(self):
+        return self.there_and_back(["mv"])
+
+
+CONTESTS = {"transfer": TransferSmall, "transfer-big": TransferBig, "transfer-move": TransferMove,
+            "search": NameSearch, "liste": PaneList, "suchen": PaneSearch, "groesse": FolderSize, "rules": Rules,
+            "digest": Digest, "moves": Moves, "copy": CopySmall, "big": CopyBig, "jdupes": DuplicatesJdupes,
+            "rmlint": DuplicatesRmlint, "rdfind": DuplicatesRdfind}
 
 
 # -- printing ---------------------------------------------------------------------------------------------------------
