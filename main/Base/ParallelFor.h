@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstddef>
 #include <functional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -23,8 +24,12 @@ inline void parallelFor(std::size_t count, const std::function<void(std::size_t)
     };
     const std::size_t threads = std::min<std::size_t>(count, std::max(1u, std::thread::hardware_concurrency()));
     std::vector<std::jthread> others;
-    for (std::size_t i = 1; i < threads; ++i)
-        others.emplace_back(run);
+    try {
+        for (std::size_t i = 1; i < threads; ++i)
+            others.emplace_back(run);
+    } catch (const std::system_error &) {
+        // The system has no more threads: those that are there do the work.
+    }
     run();
 }
 

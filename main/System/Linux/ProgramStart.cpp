@@ -1,5 +1,6 @@
 #include "System/Linux/ProgramStart.h"
 
+#include <system_error>
 #include <thread>
 
 #include <csignal>
@@ -64,6 +65,16 @@ bool endsWithin(pid_t program, std::chrono::milliseconds patience)
     return hasEnded;
 }
 
+/// Without it a program that has ended stays in the system's table until we end.
+void takeNoteOfTheEnd(pid_t program)
+{
+    try {
+        std::thread([program] { ::waitpid(program, nullptr, 0); }).detach();
+    } catch (const std::system_error &) {
+        // Without a thread its entry stays: that harms nobody.
+    }
+}
+
 } // namespace
 
 Result<int> startProgram(const std::vector<std::string> &words, const Location &workingFolder,
@@ -81,8 +92,7 @@ Result<int> startProgram(const std::vector<std::string> &words, const Location &
                                         surroundings.attributes(), arguments.data(), environ))
         return failure(Failure::system(error));
     if (!endsWithin(program, patience)) {
-        // Somebody has to take note of its end.
-        std::thread([program] { ::waitpid(program, nullptr, 0); }).detach();
+        takeNoteOfTheEnd(program);
         return 0;
     }
     int status = 0;
