@@ -151,7 +151,7 @@ TEST_F(DecodersTest, endAProcessThatHangsDiesOrBabbles)
          {"exit 0", "kill -9 $$", R"(head -c 8 >/dev/null; printf '\377\377\377\377x'; sleep 1000)",
           R"(head -c 8 >/dev/null; printf '\005\000\000\000+')",
           R"(head -c 8 >/dev/null; printf '\002\000\000\000+x'; sleep 1000)"}) {
-        DecoderProcesses scripted(processes, script(greeting + std::string("\n") + misbehaviour), 300ms);
+        DecoderProcesses scripted(processes, script(greeting + std::string("\n") + misbehaviour), 20s);
         const Result<DecodedPicture> picture = scripted.askForPicture(pictureOf("/a.png", 128));
         ASSERT_FALSE(picture) << misbehaviour;
         EXPECT_TRUE(isUndecodable(picture.error())) << misbehaviour;
