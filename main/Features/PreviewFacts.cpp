@@ -1,6 +1,7 @@
 #include "Features/PreviewFacts.h"
 
 #include "Base/German.h"
+#include "Base/RecentDate.h"
 #include "Disk/FileTypes.h"
 
 #include <QDateTime>
@@ -10,11 +11,6 @@
 namespace brellin {
 
 namespace {
-
-QString timeOfDay(Instant instant)
-{
-    return longDateTime(instant).section(u", "_qs, 1);
-}
 
 QString kindOf(const Location &entry, const FileAttributes &attributes)
 {
@@ -34,16 +30,6 @@ QString placeName(const Location &folder)
 }
 
 } // namespace
-
-QString recentDate(Instant instant, Instant now)
-{
-    const qint64 days = localDay(instant).daysTo(localDay(now));
-    if (days == 0)
-        return QStringLiteral("heute, ") + timeOfDay(instant);
-    if (days == 1)
-        return QStringLiteral("gestern, ") + timeOfDay(instant);
-    return longDate(instant);
-}
 
 QString lengthText(double seconds)
 {

@@ -8,8 +8,6 @@
 
 namespace brellin {
 
-/// "heute, 08:40", "gestern, 17:03", "21. November 2026".
-QString recentDate(Instant instant, Instant now);
 /// "0:07", "12:30", "1:02:05"
 QString lengthText(double seconds);
 

@@ -1,6 +1,7 @@
 #include "Features/PreviewMaking.h"
 
 #include "Base/German.h"
+#include "Base/RecentDate.h"
 #include "Disk/Descriptor.h"
 #include "Disk/FileTypes.h"
 #include "Disk/Walk.h"

@@ -1,6 +1,7 @@
 #include "Base/CommaList.h"
 #include "Base/German.h"
 #include "Base/Location.h"
+#include "Base/RecentDate.h"
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,18 @@ TEST(German, DatesAreThoseOfTheUsersTimeZone)
     EXPECT_EQ(longDateTime(late), u"3. September 2026, 00:05"_qs);
     EXPECT_EQ(isoDay(late), u"2026-09-03"_qs);
     EXPECT_EQ(longDate(Instant(-1ns)), u"1. Januar 1970"_qs);
+}
+
+TEST(German, RecentDaysHaveNames)
+{
+    // An hour after midnight in Berlin, and still the day before in UTC.
+    const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 9 / 2} + 23h;
+    EXPECT_EQ(recentDate(now - 20min, now), u"heute, 00:40"_qs);
+    EXPECT_EQ(recentDate(now - 2h, now), u"gestern, 23:00"_qs);
+    EXPECT_EQ(recentDate(now - 24h, QDate(2026, 9, 3)), u"gestern, 01:00"_qs);
+    EXPECT_EQ(recentDate(now - 26h, now), u"1. September 2026"_qs);
+    EXPECT_EQ(recentDate(now + 24h, now, OlderDay::LongWithTime), u"4. September 2026, 01:00"_qs);
+    EXPECT_EQ(recentDate(now - 26h, now, OlderDay::Short), u"1. Sept. 2026"_qs);
 }
 
 TEST(Instant, SurvivesItsStoredForms)

@@ -94,11 +94,6 @@ TEST(PreviewTextTest, guessesTheEncoding)
 
 TEST(PreviewFactsTest, speakAsPeopleDo)
 {
-    const Instant now = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21) + 12h;
-    EXPECT_EQ(recentDate(now - 4h - 20min, now), u"heute, 08:40"_qs);
-    EXPECT_EQ(recentDate(now - 24h, now), u"gestern, 13:00"_qs);
-    EXPECT_EQ(recentDate(now - 48h, now), u"19. November 2026"_qs);
-    EXPECT_EQ(recentDate(now + 24h, now), u"22. November 2026"_qs);
     EXPECT_EQ(lengthText(0.4) + u' ' + lengthText(67.6) + u' ' + lengthText(3725) + u' ' + lengthText(1e300).left(6),
               u"0:00 1:08 1:02:05 277777"_qs);
 }

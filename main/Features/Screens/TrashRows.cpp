@@ -1,8 +1,8 @@
 #include "Features/Screens/TrashRows.h"
 
 #include "Base/German.h"
+#include "Base/RecentDate.h"
 #include "Disk/FileTypes.h"
-#include "Features/PreviewFacts.h"
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
 
