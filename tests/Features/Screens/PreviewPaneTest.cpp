@@ -5,6 +5,7 @@
 #include "Support/FakeClock.h"
 #include "Support/FakeDecoder.h"
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 #include "System/MemoryUserDefaults.h"
 
 #include <QAbstractButton>
@@ -33,7 +34,7 @@ protected:
     void choose(const Location &entry)
     {
         loader.show(entry);
-        EXPECT_TRUE(QTest::qWaitFor([&] {
+        EXPECT_TRUE(waitUntil([&] {
             const PreviewContent &content = loader.content.get();
             return content.entry == entry && content.state != PreviewContent::State::Loading;
         })) << entry;
@@ -98,7 +99,7 @@ TEST_F(PreviewPaneTest, turnsPages)
     auto &forward = child<QAbstractButton>(u"vorschau.naechsteSeite"_qs);
     EXPECT_FALSE(back.isEnabled());
     QTest::mouseClick(&forward, Qt::LeftButton);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return text(u"vorschau.seite"_qs) == u"Seite 2 von 2"_qs; }));
+    EXPECT_TRUE(waitUntil([&] { return text(u"vorschau.seite"_qs) == u"Seite 2 von 2"_qs; }));
     EXPECT_FALSE(forward.isEnabled());
     EXPECT_TRUE(back.isEnabled());
     choose(tree.file("b.txt", "x"));

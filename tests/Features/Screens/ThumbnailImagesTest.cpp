@@ -3,10 +3,10 @@
 #include "Disk/SystemTrash.h"
 #include "Features/Thumbnails.h"
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 #include "System/MemoryUserDefaults.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -60,7 +60,7 @@ protected:
     {
         QSignalSpy ready(&images, &ThumbnailImages::ready);
         images.pixmap(entry, modified, side);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !ready.isEmpty(); }));
+        EXPECT_TRUE(waitUntil([&] { return !ready.isEmpty(); }));
         return images.pixmap(entry, modified, side);
     }
     static QColor colourOf(const QPixmap &pixmap) { return pixmap.toImage().pixelColor(1, 1); }
@@ -93,7 +93,7 @@ TEST_F(ThumbnailImagesTest, areThoseOfOurOwnCache)
     ThumbnailImages others(thumbnails);
     QSignalSpy ready(&others, &ThumbnailImages::ready);
     others.pixmap(entry, moment, 72);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !ready.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !ready.isEmpty(); }));
     EXPECT_EQ(colourOf(others.pixmap(entry, moment, 72)), QColor(Qt::red));
     EXPECT_EQ(decoder.asked().size(), 1u);
 }
@@ -124,7 +124,7 @@ TEST_F(ThumbnailImagesTest, areMadeForWhatIsSeen)
     for (const Location &entry : entries)
         images.pixmap(entry, moment, 72);
     images.setVisible(view.get(), {entries[3], entries[2]});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return ready.size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return ready.size() == 2; }));
     EXPECT_TRUE(images.pixmap(entries[0], moment, 72).isNull());
     view.reset();
     QCoreApplication::processEvents();
