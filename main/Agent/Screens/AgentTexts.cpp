@@ -1,8 +1,7 @@
 #include "Agent/Screens/AgentTexts.h"
 
 #include "Base/German.h"
-
-#include <QDateTime>
+#include "Base/RecentDate.h"
 
 #include <algorithm>
 
@@ -14,12 +13,6 @@ namespace {
 
 const QString crumbMark = QStringLiteral(" › ");
 
-QString clockText(Instant instant)
-{
-    const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(instant.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(since.count()).toString(QStringLiteral("HH:mm"));
-}
-
 QString joined(const QStringList &parts)
 {
     return parts.isEmpty() ? QStringLiteral("Benutzerordner") : parts.join(crumbMark);
@@ -29,12 +22,7 @@ QString joined(const QStringList &parts)
 
 QString dayText(Instant instant, Instant now)
 {
-    const qint64 days = localDay(instant).daysTo(localDay(now));
-    if (days == 0)
-        return QStringLiteral("heute, ") + clockText(instant);
-    if (days == 1)
-        return QStringLiteral("gestern, ") + clockText(instant);
-    return longDateTime(instant);
+    return recentDate(instant, now, OlderDay::LongWithTime);
 }
 
 QString lastRunText(const std::optional<Instant> &lastRun, Instant now)

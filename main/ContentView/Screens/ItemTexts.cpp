@@ -1,8 +1,7 @@
 #include "ContentView/Screens/ItemTexts.h"
 
 #include "Base/German.h"
-
-#include <QDateTime>
+#include "Base/RecentDate.h"
 
 namespace brellin {
 
@@ -10,14 +9,7 @@ QString shortDateText(Instant instant, QDate today)
 {
     if (instant == Instant::min())
         return {};
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(
-        std::chrono::duration_cast<std::chrono::milliseconds>(instant.time_since_epoch()).count());
-    const qint64 days = local.date().daysTo(today);
-    if (days == 0)
-        return QStringLiteral("heute, ") + german().toString(local, QStringLiteral("HH:mm"));
-    if (days == 1)
-        return QStringLiteral("gestern, ") + german().toString(local, QStringLiteral("HH:mm"));
-    return german().toString(local, QStringLiteral("d. MMM yyyy"));
+    return recentDate(instant, today, OlderDay::Short);
 }
 
 QString folderSizeText(const std::optional<FolderSize> &size)
