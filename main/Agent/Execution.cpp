@@ -68,19 +68,19 @@ void Runner::performOne(const AgentProposal &proposal)
 {
     m_control.setDetail(shownName(proposal.source));
     StepLog log(m_journal, m_createdFolders, m_next);
-    const Result<JournalStep> step = m_performer.perform(proposal, log);
-    if (step) {
-        m_marks.push_back(marksOf(*step));
+    const Result<StepPerformer::Performed> performed = m_performer.perform(proposal, log);
+    if (performed) {
+        m_marks.push_back(performed->marks);
         // A line that cannot be written (a full disk) is found out from the disk, should we not get to the end.
-        (void)m_journal.done(m_next, *step, m_marks.back());
-        m_steps.push_back(*step);
+        (void)m_journal.done(m_next, performed->step, m_marks.back());
+        m_steps.push_back(performed->step);
         m_outcome.done.push_back(proposal.id);
-    } else if (step.error().isCancelled()) {
+    } else if (performed.error().isCancelled()) {
         (void)m_journal.failed(m_next);
         m_outcome.cancelled = true;
     } else {
         (void)m_journal.failed(m_next);
-        fail(proposal, step.error());
+        fail(proposal, performed.error());
     }
     ++m_next;
     m_control.advance();

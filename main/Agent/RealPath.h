@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace brellin {
@@ -8,5 +9,8 @@ namespace brellin {
 /// touches its access time. 0, or the system's error number: ELOOP also for a link that leads nowhere, which for the
 /// system is just something that does not exist.
 int realPath(const std::string &path, std::string &real);
+
+/// The same of a folder that is open. Nothing where the system does not tell, or where the folder is gone.
+std::optional<std::string> realPathOf(int openFolder);
 
 } // namespace brellin

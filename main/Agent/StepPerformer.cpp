@@ -1,6 +1,7 @@
 #include "Agent/StepPerformer.h"
 
 #include "Agent/AgentError.h"
+#include "Agent/RunTraces.h"
 #include "Agent/SameContent.h"
 
 namespace brellin {
@@ -33,7 +34,16 @@ Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) co
     return now == *proposal.treeSeen ? Result<void>() : Result<void>(failure(AgentError::changedSinceScan()));
 }
 
-Result<JournalStep> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
+Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
+{
+    if (const std::optional<EntryMark> moved = m_series.move(proposal))
+        return Performed{{proposal.kind, proposal.source, *proposal.destination, {}}, {*moved, {}}};
+    JournalStep step = TRY(performAlone(proposal, log));
+    const StepMarks marks = marksOf(step);
+    return Performed{std::move(step), marks};
+}
+
+Result<JournalStep> StepPerformer::performAlone(const AgentProposal &proposal, StepLog &log)
 {
     if (proposal.kind != Kind::Trash && (!proposal.destination || proposal.destination->empty()))
         return failure(AgentError::noDestination());

@@ -2,6 +2,7 @@
 
 #include "Agent/AgentProposal.h"
 #include "Agent/JournalRun.h"
+#include "Agent/MoveSeries.h"
 #include "Agent/Placement.h"
 
 namespace brellin {
@@ -13,13 +14,19 @@ public:
     StepPerformer(const AgentServices &services, JobControl *control)
         : m_services(services)
         , m_place(services, control)
+        , m_series(services)
         , m_control(control)
     {
     }
 
-    Result<JournalStep> perform(const AgentProposal &proposal, StepLog &log);
+    struct Performed {
+        JournalStep step;
+        StepMarks marks; ///< of what it left
+    };
+    Result<Performed> perform(const AgentProposal &proposal, StepLog &log);
 
 private:
+    Result<JournalStep> performAlone(const AgentProposal &proposal, StepLog &log);
     Result<void> checkAllowed(const AgentProposal &proposal) const;
     Result<void> checkTreeUnchanged(const AgentProposal &proposal) const;
     Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
@@ -28,6 +35,7 @@ private:
 
     const AgentServices &m_services;
     Placement m_place;
+    MoveSeries m_series;
     JobControl *m_control;
 };
 

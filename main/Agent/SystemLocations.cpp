@@ -216,13 +216,24 @@ bool SystemLocations::isAllowedEntry(const Location &location) const
         return false;
     if (!isStandardised(path))
         return isAllowed(location) && isAllowedEntry(standardised(location));
+    // What is refused by its text needs no look at the disk.
     if (!isAllowedText(std::string_view(path)) || holdsRefused(path))
         return false;
-    const std::size_t slash = path.rfind('/');
-    const std::optional<std::string> parent = resolvedPath(path.substr(0, std::max<std::size_t>(slash, 1)));
-    if (!parent)
-        return false;
-    const std::string real = joined(*parent, std::string_view(path).substr(slash + 1));
+    const std::optional<std::string> parent = resolvedPath(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1)));
+    return parent && isAllowedAsResolved(path, *parent);
+}
+
+bool SystemLocations::isAllowedEntryIn(const std::string &realFolder, const Location &standardised) const
+{
+    const std::string &path = standardised.native();
+    return isUsable(path) && isStandardised(path) && isAllowedText(std::string_view(path)) && !holdsRefused(path) &&
+           isAllowedAsResolved(path, realFolder);
+}
+
+/// The second half of the answer for an entry whose path as it stands is allowed.
+bool SystemLocations::isAllowedAsResolved(const std::string &path, const std::string &realFolder) const
+{
+    const std::string real = joined(realFolder, std::string_view(path).substr(path.rfind('/') + 1));
     return real == path || (isAllowedText(std::string_view(real)) && !holdsRefused(real));
 }
 

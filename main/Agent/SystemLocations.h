@@ -44,6 +44,8 @@ public:
     /// last component is not followed: it is the link itself that moves. A folder that holds a refused place (the home
     /// folder with its Library) is refused as well.
     bool isAllowedEntry(const Location &location) const;
+    /// The same for an entry at a standardised path whose folder is known to lie at `realFolder`. Looks at no disk.
+    bool isAllowedEntryIn(const std::string &realFolder, const Location &standardised) const;
 
     /// The first rule from the text of a standardised path alone, without looking at the disk.
     bool isAllowedText(std::string_view standardised) const;
@@ -70,6 +72,7 @@ private:
     void add(const Location &folder, Verdict verdict);
     void addRefusedAsResolved(const Location &folder);
     bool holdsRefused(std::string_view standardised) const;
+    bool isAllowedAsResolved(const std::string &path, const std::string &realFolder) const;
 
     Location m_home;
     std::vector<Place> m_homes; ///< as named and as resolved

@@ -11,7 +11,9 @@ namespace brellin {
 
 namespace {
 
-constexpr std::size_t batchSize = 256;
+/// Steps announced with one flush, at first and at most: the flush then waits for all that was renamed since the last one.
+constexpr std::size_t firstBatch = 256;
+constexpr std::size_t largestBatch = 8192;
 
 /// One undo at work. Step n of its journal is the n-th from the end of the run.
 class Undoer {
@@ -45,6 +47,7 @@ private:
     StepReversal m_reversal;
     std::vector<JournalledStep> m_known; ///< from an earlier try, then from this one's plans
     std::vector<Location> m_newFolders;  ///< above old places that had gone
+    std::size_t m_batch = firstBatch;
     UndoOutcome m_outcome;
 };
 
@@ -57,9 +60,10 @@ PlannedStep Undoer::planOf(std::size_t number) const
 Result<void> Undoer::planBatch(std::size_t first)
 {
     std::vector<PlannedStep> plans;
-    for (std::size_t n = first; n < std::min(first + batchSize, m_run.steps.size()); ++n)
+    for (std::size_t n = first; n < std::min(first + m_batch, m_run.steps.size()); ++n)
         plans.push_back(planOf(n));
     TRY(m_journal.plan(plans));
+    m_batch = std::min(4 * m_batch, largestBatch);
     for (const PlannedStep &plan : plans)
         m_known.push_back({.plan = plan, .temporary = {}, .copied = {}, .done = {}});
     return {};

@@ -16,6 +16,13 @@ Result<void> DiskFileActions::rename(const Location &from, const Location &to)
     return renameExclusively(from, to);
 }
 
+Result<void> DiskFileActions::renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
+                                         const std::string &newName)
+{
+    const int error = systemRename(from.entry(name), to.entry(newName));
+    return error == 0 ? Result<void>() : Result<void>(failure(Failure::system(error)));
+}
+
 Result<CopyReport> DiskFileActions::copy(const Location &source, const Location &destination,
                                          const CopyOptions &options)
 {

@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/CopyEntry.h"
+#include "Disk/HeldFolder.h"
 
 namespace brellin {
 
@@ -29,12 +30,21 @@ public:
     virtual Result<void> createFolder(const Location &folder) = 0;
     /// Removes one folder if it is empty (`errc::directory_not_empty` else), never more.
     virtual Result<void> removeEmptyFolder(const Location &folder) = 0;
+    /// As `rename` between two folders that are held open, and only where the system itself can do it exclusively: any
+    /// failure may be followed by `rename`.
+    virtual Result<void> renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
+                                    const std::string &newName)
+    {
+        return rename(from.path() / name, to.path() / newName);
+    }
 };
 
 /// The real ones.
 class DiskFileActions : public FileActions {
 public:
     Result<void> rename(const Location &from, const Location &to) override;
+    Result<void> renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
+                            const std::string &newName) override;
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
     Result<void> removeOwnCopy(const Location &location) override;

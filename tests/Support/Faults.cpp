@@ -19,6 +19,18 @@ Result<void> FaultyFileActions::rename(const Location &from, const Location &to)
     });
 }
 
+Result<void> FaultyFileActions::renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
+                                           const std::string &newName)
+{
+    return m_plan.change<void>([&]() -> Result<void> {
+        if (!m_volumes.same(from.path(), to.path()))
+            return failure(Failure::system(EXDEV));
+        if (beforeHeldRename)
+            beforeHeldRename(from.path() / name);
+        return m_real.renameHeld(from, name, to, newName);
+    });
+}
+
 Result<CopyReport> FaultyFileActions::copy(const Location &source, const Location &destination,
                                            const CopyOptions &options)
 {

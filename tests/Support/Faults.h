@@ -44,6 +44,8 @@ public:
     FaultyFileActions(FaultPlan &plan, const Volumes &volumes) : m_plan(plan), m_volumes(volumes) {}
 
     Result<void> rename(const Location &from, const Location &to) override;
+    Result<void> renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
+                            const std::string &newName) override;
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
     Result<void> removeOwnCopy(const Location &location) override;
@@ -54,6 +56,8 @@ public:
 
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
+    /// Called before each rename between held folders, so that a test can put others in their places.
+    std::function<void(const Location &from)> beforeHeldRename;
 
 private:
     FaultPlan &m_plan;

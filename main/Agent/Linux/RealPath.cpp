@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -42,6 +43,18 @@ int realPathStepByStep(const char *path, std::string &real)
     return 0;
 }
 
+/// What the system calls an open folder or file; nothing without /proc.
+std::optional<std::string> nameOfOpen(int number)
+{
+    std::array<char, 32> link{};
+    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", number);
+    std::array<char, PATH_MAX> buffer; // NOLINT(*-member-init): filled by the system
+    const ssize_t length = ::readlink(link.data(), buffer.data(), buffer.size());
+    if (length <= 0 || static_cast<std::size_t>(length) == buffer.size() || buffer.front() != '/')
+        return std::nullopt;
+    return std::string(buffer.data(), static_cast<std::size_t>(length));
+}
+
 int realPathThroughLinks(const char *path, std::string &real)
 {
     const Descriptor place(::open(path, O_PATH | O_CLOEXEC));
@@ -49,13 +62,10 @@ int realPathThroughLinks(const char *path, std::string &real)
         const int error = errno;
         return isLink(path) ? ELOOP : error;
     }
-    std::array<char, 32> link{};
-    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", place.number());
-    std::array<char, PATH_MAX> buffer; // NOLINT(*-member-init): filled by the system
-    const ssize_t length = ::readlink(link.data(), buffer.data(), buffer.size());
-    if (length <= 0 || static_cast<std::size_t>(length) == buffer.size() || buffer.front() != '/')
+    std::optional<std::string> name = nameOfOpen(place.number());
+    if (!name)
         return realPathStepByStep(path, real);
-    real.assign(buffer.data(), static_cast<std::size_t>(length));
+    real = *std::move(name);
     return 0;
 }
 
@@ -70,6 +80,14 @@ int realPath(const std::string &path, std::string &real)
         real = path;
     // ENOSYS, EPERM: an old system or a sandbox does not know the question.
     return error == ELOOP || error == ENOSYS || error == EPERM ? realPathThroughLinks(path.c_str(), real) : error;
+}
+
+std::optional<std::string> realPathOf(int openFolder)
+{
+    // The name of a folder that was removed says so behind its path; the path may be another's by now.
+    struct stat status{};
+    const bool isThere = ::fstat(openFolder, &status) == 0 && status.st_nlink > 0;
+    return isThere ? nameOfOpen(openFolder) : std::nullopt;
 }
 
 } // namespace brellin

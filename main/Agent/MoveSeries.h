@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Agent/AgentProposal.h"
+#include "Agent/AgentServices.h"
+#include "Agent/EntryMark.h"
+#include "Disk/HeldFolder.h"
+
+#include <optional>
+#include <string>
+
+namespace brellin {
+
+/// Moves one entry after the other between the same two folders. Both are held open, so that what was found out about them
+/// (where they really lie, that they are on one volume) holds for every entry.
+class MoveSeries {
+public:
+    explicit MoveSeries(const AgentServices &services) : m_services(services) {}
+
+    /// Moves the entry to the very place that is wanted and tells what lies there now. Nothing, and nothing changed, where
+    /// that is not a plain matter: the first of a series, a name that is taken, an entry that has changed, a folder that is
+    /// not there, not allowed, or another one by now. Then everything has to be looked at anew.
+    std::optional<EntryMark> move(const AgentProposal &proposal);
+
+private:
+    struct Folder {
+        HeldFolder held;
+        std::string real; ///< its path without links
+    };
+
+    bool begin(const Location &source, const Location &wanted);
+    bool isAllowed(const Location &source, const Location &wanted) const;
+    std::optional<EntryMark> moved(const AgentProposal &proposal, const std::string &name, const std::string &newName);
+    static std::optional<Folder> hold(const Location &folder);
+
+    const AgentServices &m_services;
+    std::string m_source, m_target; ///< the folders of the proposal before
+    std::optional<Folder> m_from, m_to;
+};
+
+} // namespace brellin
