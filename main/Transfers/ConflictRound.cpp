@@ -29,8 +29,13 @@ std::optional<ConflictRound::About> ConflictRound::question() const
     const QString name = shownName(m_open.front().dst);
     if (m_asksForGood)
         return NoTrashQuestion{name, taken.existingIsFolder};
-    return ConflictQuestion{
-        name, conflictsLeft(), taken.existingIsFolder, taken.replaceable, taken.existingLine, taken.incomingLine};
+    return ConflictQuestion{name,
+                            conflictsLeft(),
+                            taken.existingIsFolder,
+                            taken.replaceable,
+                            taken.existingLine,
+                            taken.incomingLine,
+                            taken.incomingIsFolder};
 }
 
 void ConflictRound::answer(const TransferAnswer &given)

@@ -77,6 +77,7 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const TransferSe
     taken.trashable = services.trash.possible(dst);
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
+    taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();
     return taken;
 }
 

@@ -23,6 +23,7 @@ struct TakenPlace {
     bool trashable = true;   ///< there is a Trash for it
     QString existingLine;    ///< "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
+    bool incomingIsFolder = false;
 
     bool operator==(const TakenPlace &) const = default;
 };

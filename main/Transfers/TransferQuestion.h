@@ -24,6 +24,7 @@ struct ConflictQuestion {
     bool replaceable = true;
     QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
+    bool incomingIsFolder = false;
 
     bool operator==(const ConflictQuestion &) const = default;
 };
