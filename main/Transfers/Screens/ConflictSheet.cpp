@@ -1,0 +1,66 @@
+#include "Transfers/Screens/ConflictSheet.h"
+
+#include "Look/Labels.h"
+#include "Look/Theme.h"
+#include "Transfers/Screens/EntryTile.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace brellin {
+
+namespace {
+
+constexpr int sheetWidth = 580;
+
+QSize sizeFor(const ConflictQuestion &conflict)
+{
+    return {sheetWidth, conflict.remaining >= 2 ? 330 : 296};
+}
+
+/// What "Ersetzen" does, or why it is not there.
+QString consequence(const ConflictQuestion &conflict, const QString &informative)
+{
+    if (conflict.replaceable)
+        return informative.section(QStringLiteral("\n\n"), 1);
+    return QStringLiteral(
+        "Ersetzen geht hier nicht: Damit ginge verloren, was übertragen werden soll, oder sein Ziel.");
+}
+
+} // namespace
+
+ConflictSheet::ConflictSheet(const TransferQuestion &question, QWidget *window)
+    : ConflictSheet(std::get<ConflictQuestion>(question.about), question, window)
+{
+}
+
+ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQuestion &question, QWidget *window)
+    // "Beide behalten", whether "Ersetzen" stands before it or not.
+    : QuestionSheet(textOf(fittingHead(question, sheetWidth)), Roles{conflict.replaceable ? 1 : 0}, sizeFor(conflict),
+                    window)
+{
+    setObjectName(QStringLiteral("conflictSheet"));
+    setAccessibleName(textOf(question).message);
+    setAccessibleDescription(text().informative);
+    auto *const pair = new QHBoxLayout;
+    pair->setSpacing(scaled(12));
+    auto *const existing = new EntryTile(
+        QStringLiteral("Im Ziel:"), conflict.existingLine,
+        {conflict.name, conflict.existingIsFolder ? EntryTile::Shape::Folder : EntryTile::Shape::File}, this);
+    existing->setObjectName(QStringLiteral("existingEntry"));
+    auto *const incoming = new EntryTile(
+        QStringLiteral("Neu:"), conflict.incomingLine,
+        {conflict.name, conflict.incomingIsFolder ? EntryTile::Shape::Folder : EntryTile::Shape::File}, this);
+    incoming->setObjectName(QStringLiteral("incomingEntry"));
+    pair->addWidget(existing, 1);
+    pair->addWidget(incoming, 1);
+    content()->addLayout(pair);
+    content()->addSpacing(scaled(4));
+    TextLabel *const what = makeBody(consequence(conflict, text().informative), this);
+    what->setObjectName(QStringLiteral("consequence"));
+    content()->addWidget(what);
+    content()->addStretch(1);
+    addForAll();
+}
+
+} // namespace brellin

@@ -1,0 +1,29 @@
+#include "Transfers/Screens/NoTrashSheet.h"
+
+#include "Look/Labels.h"
+
+#include <QVBoxLayout>
+
+namespace brellin {
+
+namespace {
+
+constexpr QSize wanted(500, 210);
+
+} // namespace
+
+NoTrashSheet::NoTrashSheet(const TransferQuestion &question, QWidget *window)
+    // "Überspringen" is what loses nothing.
+    : QuestionSheet(textOf(fittingHead(question, wanted.width())), {1, 0}, wanted, window)
+{
+    setObjectName(QStringLiteral("noTrashSheet"));
+    setAccessibleName(textOf(question).message);
+    setAccessibleDescription(text().informative);
+    setToolTip(std::get<NoTrashQuestion>(question.about).name);
+    TextLabel *const what = makeBody(text().informative, this);
+    what->setObjectName(QStringLiteral("consequence"));
+    content()->addWidget(what);
+    content()->addStretch(1);
+}
+
+} // namespace brellin

@@ -1,0 +1,37 @@
+#include "Transfers/Screens/ObstacleSheet.h"
+
+#include "Look/Labels.h"
+#include "Look/Theme.h"
+#include "Transfers/Screens/ReasonList.h"
+
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+QSize sizeFor(const ObstacleQuestion &question)
+{
+    const auto lines = std::min<qsizetype>(question.lines.size(), 5);
+    return {560, 206 + 42 * static_cast<int>(lines)};
+}
+
+} // namespace
+
+ObstacleSheet::ObstacleSheet(const TransferQuestion &question, QWidget *window)
+    : QuestionSheet(textOf(question), {1}, sizeFor(std::get<ObstacleQuestion>(question.about)), window)
+{
+    setObjectName(QStringLiteral("obstacleSheet"));
+    setAccessibleDescription(text().informative);
+    content()->addWidget(makeBody(
+        QStringLiteral("Noch ist nichts übertragen. „Diese auslassen“ überträgt nur, was an das Ziel passt."), this));
+    content()->addSpacing(scaled(4));
+    auto *const list = new ReasonList(text().informative.split(u'\n'), this);
+    list->setObjectName(QStringLiteral("obstacles"));
+    content()->addWidget(list);
+    content()->addStretch(1);
+}
+
+} // namespace brellin

@@ -1,0 +1,110 @@
+#include "Transfers/Screens/QuestionSheet.h"
+
+#include "Look/Buttons.h"
+#include "Look/Theme.h"
+#include "Transfers/Screens/ConflictSheet.h"
+#include "Transfers/Screens/NoTrashSheet.h"
+#include "Transfers/Screens/ObstacleSheet.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+
+#include <utility>
+
+namespace brellin {
+
+namespace {
+
+QString *nameIn(TransferQuestion &question)
+{
+    if (auto *const conflict = std::get_if<ConflictQuestion>(&question.about))
+        return &conflict->name;
+    if (auto *const noTrash = std::get_if<NoTrashQuestion>(&question.about))
+        return &noTrash->name;
+    return nullptr;
+}
+
+} // namespace
+
+QuestionSheet::QuestionSheet(QuestionText text, Roles roles, QSize wanted, QWidget *window)
+    : SheetFrame(text.message, {}, wanted, window)
+    , m_text(std::move(text))
+{
+    for (qsizetype index = 0; const QuestionText::Button &button : m_text.buttons) {
+        const ButtonKind kind = index == roles.usual    ? ButtonKind::Primary
+                                : index == roles.danger ? ButtonKind::Danger
+                                                        : ButtonKind::Usual;
+        QPushButton *const made = makeButton(button.title, kind, QStringLiteral("answer-") + button.title, this);
+        buttons()->addWidget(made);
+        connect(made, &QPushButton::clicked, this, [this, button] { answer(button); });
+        if (index++ == roles.usual)
+            m_usual = made;
+    }
+}
+
+void QuestionSheet::ask()
+{
+    open();
+    m_usual->setFocus(Qt::OtherFocusReason);
+}
+
+void QuestionSheet::addForAll()
+{
+    if (m_text.forAll.isEmpty())
+        return;
+    m_forAll = new QCheckBox(m_text.forAll, this);
+    m_forAll->setObjectName(QStringLiteral("forAll"));
+    content()->addWidget(m_forAll);
+}
+
+void QuestionSheet::escape()
+{
+    answer(m_text.buttons.back());
+}
+
+/// Return is the button that has the keys, or the usual one.
+void QuestionSheet::keyPressEvent(QKeyEvent *event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && !event->isAutoRepeat()) {
+        auto *const button = qobject_cast<QPushButton *>(focusWidget());
+        (button ? button : static_cast<QPushButton *>(m_usual))->click();
+    }
+    SheetFrame::keyPressEvent(event);
+}
+
+void QuestionSheet::answer(const QuestionText::Button &button)
+{
+    if (isHidden())
+        return;
+    TransferAnswer given = button.answer;
+    if (auto *const conflict = std::get_if<ConflictAnswer>(&given); conflict && m_forAll)
+        conflict->forAll = m_forAll->isChecked();
+    // Closed before it is told: the next question may open at once.
+    close();
+    Q_EMIT answered(given);
+}
+
+TransferQuestion fittingHead(TransferQuestion question, int sheetWidth)
+{
+    QString *const name = nameIn(question);
+    if (!name)
+        return question;
+    const QString whole = std::exchange(*name, QString());
+    const QFontMetrics metrics(sizedFont(1.3, QFont::Bold));
+    const int room = scaled(sheetWidth - 56) - metrics.horizontalAdvance(textOf(question).message);
+    *name = metrics.elidedText(whole, Qt::ElideMiddle, room);
+    return question;
+}
+
+QuestionSheet *makeQuestionSheet(const TransferQuestion &question, QWidget *window)
+{
+    if (std::holds_alternative<ConflictQuestion>(question.about))
+        return new ConflictSheet(question, window);
+    if (std::holds_alternative<NoTrashQuestion>(question.about))
+        return new NoTrashSheet(question, window);
+    return new ObstacleSheet(question, window);
+}
+
+} // namespace brellin

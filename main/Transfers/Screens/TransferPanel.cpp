@@ -1,0 +1,299 @@
+#include "Transfers/Screens/TransferPanel.h"
+
+#include "Base/German.h"
+#include "Look/Cards.h"
+#include "Look/Labels.h"
+#include "Look/Theme.h"
+#include "Transfers/Screens/TransferRows.h"
+#include "Transfers/TransferQueue.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollArea>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+constexpr int sliding = 160; ///< milliseconds
+constexpr int padding = 14;
+
+/// Takes the rows out whose IDs are no longer among `living`.
+template <class Row, class Remove>
+void removeGone(std::map<QUuid, Row *> &rows, const std::vector<QUuid> &living, const Remove &remove)
+{
+    std::erase_if(rows, [&](const auto &one) {
+        const bool gone = std::ranges::find(living, one.first) == living.end();
+        if (gone)
+            remove(one.second);
+        return gone;
+    });
+}
+
+} // namespace
+
+TransferPanel::TransferPanel(TransferQueue &queue, QWidget *window, std::chrono::milliseconds patience)
+    : QWidget(window)
+    , m_queue(queue)
+    , m_patience(new QTimer(this))
+{
+    setObjectName(QStringLiteral("transferPanel"));
+    setAccessibleName(QStringLiteral("Übertragungen"));
+    build();
+    hide();
+    m_patience->setSingleShot(true);
+    m_patience->setInterval(patience);
+    m_slide.setDuration(sliding);
+    m_slide.setEasingCurve(QEasingCurve::OutCubic);
+    follow();
+    refresh();
+}
+
+void TransferPanel::build()
+{
+    m_card = new Card(this);
+    const int margin = shadowReach() + scaled(padding);
+    m_card->content()->setContentsMargins(margin, margin, margin, margin);
+    auto *const inner = new QWidget;
+    auto *const column = new QVBoxLayout(inner);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(scaled(8));
+    m_jobColumn = new QVBoxLayout;
+    m_jobColumn->setSpacing(scaled(16));
+    column->addLayout(m_jobColumn);
+    m_line = new Separator(Qt::Horizontal, inner);
+    column->addWidget(m_line);
+    m_waitingHead = makeHeading({}, inner);
+    m_waitingHead->setObjectName(QStringLiteral("transferWaitingHead"));
+    column->addWidget(m_waitingHead);
+    m_waitingColumn = new QVBoxLayout;
+    m_waitingColumn->setSpacing(0);
+    column->addLayout(m_waitingColumn);
+    column->addStretch(1);
+    m_area = new QScrollArea(m_card);
+    m_area->setWidget(inner);
+    inner->setAutoFillBackground(false); // setWidget has switched it on
+    m_area->viewport()->setAutoFillBackground(false);
+    m_area->setWidgetResizable(true);
+    m_area->setFocusPolicy(Qt::NoFocus);
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    inner->installEventFilter(this);
+    m_card->content()->addWidget(m_area);
+}
+
+void TransferPanel::follow()
+{
+    m_queue.jobs.observe(this, [this](const auto &) { refresh(); });
+    m_queue.waiting.observe(this, [this](const auto &) { refresh(); });
+    m_queue.questions.observe(this, [this](const auto &) { showAsking(); });
+    connect(m_patience, &QTimer::timeout, this, &TransferPanel::appear);
+    connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
+        m_below = value.toDouble();
+        moveCard();
+    });
+    connect(&m_slide, &QVariantAnimation::finished, this, [this] {
+        if (!m_open)
+            left();
+    });
+    connect(&Theme::shared(), &Theme::changed, this, [this] {
+        if (isVisible())
+            Q_EMIT placeWanted();
+    });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *old, QWidget *now) {
+        if (now && isAncestorOf(now) && old && !isAncestorOf(old))
+            m_keysBefore = old;
+    });
+}
+
+void TransferPanel::refresh()
+{
+    if (m_queue.jobs.get().empty() && m_queue.waiting.get().empty()) {
+        m_patience->stop();
+        // The last rows stay until the panel is out of sight.
+        leave();
+        return;
+    }
+    showJobs();
+    showWaiting();
+    showAsking();
+    if (!m_open && isVisible())
+        appear(); // on its way out
+    else if (!m_open && !m_patience->isActive())
+        m_patience->start();
+}
+
+void TransferPanel::showJobs()
+{
+    std::vector<QUuid> living;
+    for (const std::shared_ptr<TransferJob> &job : m_queue.jobs.get())
+        living.push_back(job->id);
+    removeGone(m_jobs, living, [this](JobRow *row) { removeRow(row); });
+    for (const std::shared_ptr<TransferJob> &job : m_queue.jobs.get()) {
+        JobRow *&row = m_jobs[job->id];
+        if (row)
+            continue;
+        row = new JobRow(job, m_area->widget());
+        m_jobColumn->addWidget(row);
+        connect(row, &JobRow::pauseWanted, this, [job](bool paused) { job->setPaused(paused); });
+        connect(row, &JobRow::cancelWanted, this, [this, row, id = job->id] {
+            // What is cancelled has no buttons to press any more.
+            takeKeysFrom(row);
+            m_queue.cancel(id);
+        });
+    }
+}
+
+void TransferPanel::showWaiting()
+{
+    const std::vector<WaitingTransfer> &waiting = m_queue.waiting.get();
+    std::vector<QUuid> living;
+    for (const WaitingTransfer &one : waiting)
+        living.push_back(one.id);
+    removeGone(m_waiting, living, [this](WaitingRow *row) { removeRow(row); });
+    for (const WaitingTransfer &one : waiting) {
+        WaitingRow *&row = m_waiting[one.id];
+        if (row)
+            continue;
+        row = new WaitingRow(one, m_area->widget());
+        m_waitingColumn->addWidget(row);
+        connect(row, &WaitingRow::cancelWanted, this, [this, id = one.id] { m_queue.cancel(id); });
+    }
+    m_line->setVisible(!waiting.empty() && !m_jobs.empty());
+    m_waitingHead->setVisible(!waiting.empty());
+    m_waitingHead->setText(counted(static_cast<qint64>(waiting.size()), QStringLiteral("Übertragung wartet"),
+                                   QStringLiteral("Übertragungen warten")));
+}
+
+void TransferPanel::showAsking()
+{
+    for (const auto &[id, row] : m_jobs)
+        row->setAsking(std::ranges::find(m_queue.questions.get(), id, &TransferQuestion::transfer) !=
+                       m_queue.questions.get().end());
+}
+
+void TransferPanel::removeRow(QWidget *row)
+{
+    takeKeysFrom(row);
+    row->hide();
+    row->deleteLater();
+}
+
+void TransferPanel::takeKeysFrom(QWidget *part)
+{
+    if (QWidget *const focused = QApplication::focusWidget(); focused && part->isAncestorOf(focused))
+        giveKeysBack();
+}
+
+void TransferPanel::giveKeysBack()
+{
+    if (m_keysBefore && m_keysBefore->isVisible())
+        m_keysBefore->setFocus(Qt::OtherFocusReason);
+}
+
+void TransferPanel::appear()
+{
+    if (m_open)
+        return;
+    m_open = true;
+    const bool fresh = !isVisible();
+    Q_EMIT placeWanted();
+    if (fresh)
+        m_below = Theme::shared().motion() ? 1 : 0;
+    moveCard();
+    show();
+    raise();
+    slide(m_below, 0);
+    if (fresh)
+        Q_EMIT shownChanged(true);
+}
+
+void TransferPanel::leave()
+{
+    if (!m_open) {
+        if (!isVisible())
+            left();
+        return;
+    }
+    m_open = false;
+    takeKeysFrom(this);
+    slide(m_below, 1);
+}
+
+/// Out of sight.
+void TransferPanel::left()
+{
+    for (const auto &[id, row] : m_jobs)
+        removeRow(row);
+    for (const auto &[id, row] : m_waiting)
+        removeRow(row);
+    m_jobs.clear();
+    m_waiting.clear();
+    if (!isVisible())
+        return;
+    hide();
+    Q_EMIT shownChanged(false);
+}
+
+void TransferPanel::slide(double from, double to)
+{
+    m_slide.stop();
+    if (!Theme::shared().motion() || from == to) {
+        m_below = to;
+        moveCard();
+        if (!m_open)
+            left();
+        return;
+    }
+    m_slide.setStartValue(from);
+    m_slide.setEndValue(to);
+    m_slide.start();
+}
+
+void TransferPanel::moveCard()
+{
+    m_card->setGeometry(0, qRound(m_below * height()), width(), height());
+}
+
+QSize TransferPanel::sizeHint() const
+{
+    const int around = 2 * (shadowReach() + scaled(padding));
+    return {scaled(400) + 2 * shadowReach(), m_area->widget()->sizeHint().height() + around};
+}
+
+void TransferPanel::placeIn(const QRect &area)
+{
+    const QSize size = sizeHint().boundedTo({area.width(), area.height() * 2 / 3});
+    setGeometry(QRect(area.bottomRight() - QPoint(size.width() - 1, size.height() - 1), size));
+}
+
+bool TransferPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest && isVisible())
+        Q_EMIT placeWanted();
+    return QWidget::eventFilter(watched, event);
+}
+
+/// Return is the button that has the keys; Esc goes back to where they were.
+void TransferPanel::keyPressEvent(QKeyEvent *event)
+{
+    auto *const button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
+    if (event->key() == Qt::Key_Escape)
+        giveKeysBack();
+    else if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void TransferPanel::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    moveCard();
+}
+
+} // namespace brellin

@@ -1,0 +1,92 @@
+#include "Transfers/Screens/TransferScreens.h"
+
+#include "Transfers/Leftovers.h"
+#include "Transfers/Screens/LeftoverSheet.h"
+#include "Transfers/Screens/QuestionSheet.h"
+#include "Transfers/TransferQueue.h"
+
+#include <QApplication>
+#include <QWindow>
+
+#include <utility>
+
+namespace brellin {
+
+TransferScreens::TransferScreens(TransferQueue &queue, TransferServices services, const Clock &clock, QWidget *window)
+    : QObject(window)
+    , m_queue(queue)
+    , m_services(std::move(services))
+    , m_clock(clock)
+    , m_window(window)
+{
+    m_queue.questions.observe(this, [this](const auto &) { follow(); });
+    // Which window is active is settled only after this signal.
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &TransferScreens::follow, Qt::QueuedConnection);
+    follow();
+}
+
+bool TransferScreens::maySpeak() const
+{
+    const QWidget *const active = QApplication::activeWindow();
+    return !active || active == m_window;
+}
+
+void TransferScreens::follow()
+{
+    const std::vector<TransferQuestion> &open = m_queue.questions.get();
+    const bool asks = !open.empty() && maySpeak();
+    if (m_sheet && (!asks || open.front().id != m_asked))
+        std::exchange(m_sheet, nullptr)->withdraw();
+    if (asks && !m_sheet)
+        this->open(open.front());
+}
+
+void TransferScreens::open(const TransferQuestion &question)
+{
+    m_asked = question.id;
+    m_sheet = makeQuestionSheet(question, m_window);
+    connect(m_sheet, &QuestionSheet::answered, this, [this, id = question.id](const TransferAnswer &answer) {
+        m_sheet = nullptr;
+        m_queue.answer(id, answer);
+    });
+    m_sheet->ask();
+    if (!QApplication::activeWindow())
+        QApplication::alert(m_window);
+}
+
+void TransferScreens::visit(const Location &folder)
+{
+    const Location logs = m_services.logs;
+    m_looking.start(
+        m_services.workers, {folder, FileCall<std::vector<Location>>::Patience::None},
+        [folder, logs, &clock = m_clock](const JobControl &) { return transferLeftovers(folder, logs, clock); },
+        [this](std::vector<Location> leftovers) { offer(std::move(leftovers)); }, [] {});
+}
+
+void TransferScreens::offer(std::vector<Location> leftovers)
+{
+    std::erase_if(leftovers, [this](const Location &one) { return m_kept.contains(one); });
+    // With another question open there is time at the next visit.
+    if (leftovers.empty() || m_offer || m_sheet)
+        return;
+    m_kept.insert(leftovers.begin(), leftovers.end());
+    m_offer = new LeftoverSheet(leftovers, m_window);
+    connect(m_offer, &LeftoverSheet::removeWanted, this, [this, leftovers] { removeAll(leftovers); });
+    m_offer->ask();
+}
+
+void TransferScreens::removeAll(const std::vector<Location> &leftovers)
+{
+    m_removing.start(
+        m_services.workers, {leftovers.front(), FileCall<QStringList>::Patience::None, MountWorkers::Turn::AtOnce},
+        [leftovers, logs = m_services.logs, &clock = m_clock, &files = m_services.files](const JobControl &) {
+            return removeTransferLeftovers(leftovers, logs, clock, files);
+        },
+        [this](const QStringList &failures) {
+            if (!failures.isEmpty())
+                Q_EMIT failed(failures.join(u'\n'));
+        },
+        [] {});
+}
+
+} // namespace brellin
