@@ -98,10 +98,10 @@ void addDates(EntryFacts &facts, const std::vector<Entry> &entries)
     }
     const auto [oldest, newest] =
         std::ranges::minmax(entries, {}, [](const Entry &one) { return one.attributes.modified; });
-    facts.rows.push_back({QStringLiteral("Geändert"),
-                          QStringLiteral("%1 bis %2")
-                              .arg(longDateTime(oldest.attributes.modified), longDateTime(newest.attributes.modified)),
-                          {}});
+    const QString from = longDateTime(oldest.attributes.modified);
+    const QString until = longDateTime(newest.attributes.modified);
+    facts.rows.push_back(
+        {QStringLiteral("Geändert"), from == until ? from : QStringLiteral("%1 bis %2").arg(from, until), {}});
 }
 
 void addTags(EntryFacts &facts, const std::vector<Entry> &entries)

@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStackedLayout>
+#include <QTimer>
 #include <QTreeView>
 
 #include <algorithm>
@@ -24,6 +25,9 @@ namespace brellin {
 namespace {
 
 constexpr QSize wantedSize(820, 640);
+/// From so many entries on, the preview waits for a pause in typing: planning them takes longer than a key.
+constexpr std::size_t manyEntries = 1000;
+constexpr int typingPause = 120;
 
 QString entriesText(std::size_t count)
 {
@@ -46,11 +50,14 @@ struct BatchRenameSheet::Private {
     void refreshNote();
     void refreshProgress();
     QString whyNot() const;
+    void followForm();
+    void takeFields();
     void tellPlaces();
     void primary();
 
     BatchRenameSheet &q;
     const std::shared_ptr<BatchRename> batch;
+    QTimer pause;
     BatchRenameForm *form = nullptr;
     BatchRenameRows *rows = nullptr;
     QTreeView *table = nullptr;
@@ -188,9 +195,11 @@ void BatchRenameSheet::Private::buildButtons()
 
 void BatchRenameSheet::Private::connectAll()
 {
-    connect(form, &BatchRenameForm::changed, &q, [this] { batch->setFields(form->fields()); });
+    pause.setSingleShot(true);
+    connect(&pause, &QTimer::timeout, &q, [this] { takeFields(); });
+    connect(form, &BatchRenameForm::changed, &q, [this] { followForm(); });
     connect(cancel, &QPushButton::clicked, &q, [this] { q.escape(); });
-    connect(rename, &QPushButton::clicked, &q, [this] { batch->start(); });
+    connect(rename, &QPushButton::clicked, &q, [this] { primary(); });
     connect(undo, &QPushButton::clicked, &q, [this] { batch->undo(); });
     connect(finish, &QPushButton::clicked, &q, [this] { q.close(); });
     connect(showConflict, &QPushButton::clicked, &q, [this] {
@@ -272,6 +281,22 @@ void BatchRenameSheet::Private::refreshProgress()
     progress->setValue(share ? static_cast<int>(*share * 1000) : 0);
 }
 
+void BatchRenameSheet::Private::followForm()
+{
+    if (batch->urls().size() < manyEntries)
+        takeFields();
+    else
+        pause.start(typingPause);
+}
+
+/// What is started is what the fields say, also within the pause.
+void BatchRenameSheet::Private::takeFields()
+{
+    pause.stop();
+    if (form->fields() != batch->fields.get())
+        batch->setFields(form->fields());
+}
+
 void BatchRenameSheet::Private::tellPlaces()
 {
     std::vector<Location> places;
@@ -281,10 +306,12 @@ void BatchRenameSheet::Private::tellPlaces()
 
 void BatchRenameSheet::Private::primary()
 {
-    if (finish->isVisible())
+    if (finish->isVisible()) {
         finish->click();
-    else
-        rename->click();
+        return;
+    }
+    takeFields();
+    batch->start();
 }
 
 } // namespace brellin

@@ -74,6 +74,7 @@ struct PropertiesSheet::Private {
     QPushButton *stopDigest = nullptr;
     QPushButton *copy = nullptr;
     TextLabel *error = nullptr;
+    QPushButton *finish = nullptr;
 };
 
 PropertiesSheet::PropertiesSheet(std::unique_ptr<EntryProperties> properties, QWidget *window)
@@ -91,11 +92,17 @@ PropertiesSheet::PropertiesSheet(std::unique_ptr<EntryProperties> properties, QW
 
 PropertiesSheet::~PropertiesSheet() = default;
 
-/// Return is the button that has the keys, else the primary one.
+void PropertiesSheet::begin()
+{
+    open();
+    d->finish->setFocus(Qt::OtherFocusReason);
+}
+
+/// Return is the button that has the keys, else the primary one; a tag is toggled with the space bar alone.
 void PropertiesSheet::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (auto *const button = qobject_cast<QAbstractButton *>(focusWidget()))
+        if (auto *const button = qobject_cast<QPushButton *>(focusWidget()))
             button->click();
         else
             close();
@@ -119,8 +126,7 @@ void PropertiesSheet::Private::build()
     error->setToken(Token::Danger);
     column.addWidget(error);
     column.addStretch(1);
-    QPushButton *const finish =
-        makeButton(QStringLiteral("Fertig"), ButtonKind::Primary, QStringLiteral("propertiesFinish"), &q);
+    finish = makeButton(QStringLiteral("Fertig"), ButtonKind::Primary, QStringLiteral("propertiesFinish"), &q);
     q.buttons()->addWidget(finish);
     connect(finish, &QPushButton::clicked, &q, [this] { q.close(); });
 }

@@ -15,6 +15,9 @@ public:
     PropertiesSheet(std::unique_ptr<EntryProperties> properties, QWidget *window);
     ~PropertiesSheet() override;
 
+    /// Opens with the keys on "Fertig", so that Return changes nothing.
+    void begin();
+
     /// Tags of the entries were changed.
     Q_SIGNAL void tagsChanged(const std::vector<brellin::Location> &entries);
 

@@ -39,10 +39,10 @@ protected:
     }
     ~BatchRenameSheetTest() override { delete sheet; }
 
-    void open(std::initializer_list<const char *> names = {"f/a.jpg", "f/b.jpg", "f/c.jpg"})
+    void open(const std::vector<std::string> &names = {"f/a.jpg", "f/b.jpg", "f/c.jpg"})
     {
         std::vector<Location> urls;
-        for (const char *name : names)
+        for (const std::string &name : names)
             urls.push_back(tree.path(name));
         auto made = std::make_unique<BatchRename>(BatchRenameServices{files, decoder, tree.path("logs"), undo}, urls);
         batch = made.get();
@@ -199,4 +199,20 @@ TEST_F(BatchRenameSheetTest, aFailureIsSaidAndEverythingIsAsBefore)
     EXPECT_EQ(snapshotOf(tree.path("f")), before);
     QTest::keyClick(sheet, Qt::Key_Escape);
     EXPECT_FALSE(sheet && sheet->isVisible());
+}
+
+TEST_F(BatchRenameSheetTest, manyAreRenamedAsTypedAlsoWithinThePause)
+{
+    constexpr int many = 1200;
+    std::vector<std::string> made;
+    for (int i = 0; i < many; ++i)
+        made.push_back("viele/" + std::to_string(i) + ".txt");
+    for (const std::string &path : made)
+        tree.file(path);
+    open(made);
+    type("renameBase", "Tirol");
+    QTest::keyClick(find<QWidget>("renameBase"), Qt::Key_Return);
+    settled();
+    EXPECT_EQ(batch->status.get(), QStringLiteral("1.200 umbenannt."));
+    EXPECT_TRUE(tree.has("viele/Tirol – 1200.txt"));
 }
