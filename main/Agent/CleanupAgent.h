@@ -102,7 +102,8 @@ public:
 
     /// Writes the report of the proposals for `folder` (none: those of the rules).
     Result<ReviewReport> writeReport(const std::optional<Location> &folder) const;
-    /// Writes it and hands it over to the desktop's assistant; the status says how that went.
+    /// Writes it on a worker, puts the request on the clipboard and hands it over to the desktop's assistant; when that is
+    /// done the status says how it went. One at a time. Both ports outlive the agent.
     void handOverToClaude(const std::optional<Location> &folder, Workspace &workspace, Pasteboard &pasteboard);
 
     /// The agent's screen is open: what it shows is not new.
@@ -162,6 +163,8 @@ private:
     void removeFromList(const std::set<QUuid> &ids);
     void executed(Result<ExecutionOutcome> result);
     void undone(Result<UndoOutcome> result);
+    ReviewSubject reviewSubject(const std::optional<Location> &folder) const;
+    void openReport(const ReviewReport &report, Workspace &workspace);
     void setNewSinceViewed(int count);
 
     AgentServices m_services;
@@ -182,6 +185,8 @@ private:
     Job<Result<AnalysisFindings>> m_analyzing;
     Job<Result<ExecutionOutcome>> m_executing;
     Job<Result<UndoOutcome>> m_undoing;
+    Job<Result<ReviewReport>> m_reporting;
+    Job<QString> m_handingOver;
 };
 
 } // namespace brellin

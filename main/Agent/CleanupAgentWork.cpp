@@ -406,7 +406,7 @@ void CleanupAgent::undone(Result<UndoOutcome> result)
     end(m_undo->status());
 }
 
-Result<ReviewReport> CleanupAgent::writeReport(const std::optional<Location> &folder) const
+ReviewSubject CleanupAgent::reviewSubject(const std::optional<Location> &folder) const
 {
     ReviewSubject subject{folder, {}, proposals.get(), profiles.get()};
     for (const CleanupRule &rule : rules.get()) {
@@ -414,13 +414,37 @@ Result<ReviewReport> CleanupAgent::writeReport(const std::optional<Location> &fo
         if (rule.enabled && std::ranges::find(subject.sourceFolders, source) == subject.sourceFolders.end())
             subject.sourceFolders.push_back(source);
     }
-    return writeReviewReport(subject, m_services.folders.dir(StandardFolder::Documents), m_services.clock.now());
+    return subject;
+}
+
+Result<ReviewReport> CleanupAgent::writeReport(const std::optional<Location> &folder) const
+{
+    return writeReviewReport(reviewSubject(folder), m_services.folders.dir(StandardFolder::Documents),
+                             m_services.clock.now());
 }
 
 void CleanupAgent::handOverToClaude(const std::optional<Location> &folder, Workspace &workspace, Pasteboard &pasteboard)
 {
-    const Result<ReviewReport> report = writeReport(folder);
-    publish(status, report ? handOver(*report, workspace, pasteboard) : report.error().message);
+    if (m_reporting.running() || m_handingOver.running())
+        return;
+    m_reporting.start(
+        m_pool,
+        [subject = reviewSubject(folder), documents = m_services.folders.dir(StandardFolder::Documents),
+         now = m_services.clock.now()](JobControl &) { return writeReviewReport(subject, documents, now); },
+        [this, &workspace, &pasteboard](const Result<ReviewReport> &report) {
+            if (!report)
+                return publish(status, report.error().message);
+            pasteboard.setText(report->request);
+            openReport(*report, workspace);
+        });
+}
+
+/// The assistant may take seconds to start, and the desktop's file manager to answer.
+void CleanupAgent::openReport(const ReviewReport &report, Workspace &workspace)
+{
+    m_handingOver.start(
+        m_pool, [report, &workspace](JobControl &) { return handOver(report, workspace); },
+        [this](const QString &text) { publish(status, text); });
 }
 
 } // namespace brellin

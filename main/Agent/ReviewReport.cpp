@@ -137,9 +137,8 @@ Result<ReviewReport> writeReviewReport(const ReviewSubject &subject, const Locat
     return ReviewReport{file, requestText(subject, file)};
 }
 
-QString handOver(const ReviewReport &report, Workspace &workspace, Pasteboard &pasteboard)
+QString handOver(const ReviewReport &report, Workspace &workspace)
 {
-    pasteboard.setText(report.request);
     if (workspace.hasApplication(assistant) && workspace.openApplication(assistant))
         return handOverTexts::opened();
     // A file manager that does not answer changes nothing about the report being there.

@@ -32,8 +32,8 @@ QString reviewText(const ReviewSubject &subject);
 /// Writes the report into "Brellin-Prüfungen" in the user's documents.
 Result<ReviewReport> writeReviewReport(const ReviewSubject &subject, const Location &documents, Instant now);
 
-/// Puts the request on the clipboard and opens the assistant, or shows the report where there is none. Gives the status for
-/// the user.
-QString handOver(const ReviewReport &report, Workspace &workspace, Pasteboard &pasteboard);
+/// Opens the assistant, or shows the report where there is none, and gives the status for the user. The request is on the
+/// clipboard by then. May take seconds.
+QString handOver(const ReviewReport &report, Workspace &workspace);
 
 } // namespace brellin

@@ -9,7 +9,7 @@ using namespace brellin::test;
 
 namespace {
 
-class FakeDesktop : public Workspace, public Pasteboard {
+class FakeDesktop : public Workspace {
 public:
     bool hasApplication(const QString &) const override { return installed; }
     Result<void> openApplication(const QString &) override
@@ -26,12 +26,10 @@ public:
     std::vector<Application> applicationsFor(const QString &) const override { return {}; }
     Result<void> openWith(const std::vector<Location> &, const QString &) override { return {}; }
     Result<void> openTerminal(const Location &) override { return {}; }
-    void setText(const QString &value) override { text = value; }
 
     bool installed = false;
     bool opened = false;
     Location revealed;
-    QString text;
 };
 
 constexpr Instant now = std::chrono::sys_days(std::chrono::year(2026) / 9 / 3) + std::chrono::hours(12);
@@ -80,13 +78,12 @@ TEST(ReviewReportTest, isHandedOverOrShown)
     EXPECT_NE(writeReviewReport(subject, documents.root(), now)->file, report->file);
 
     FakeDesktop desktop;
-    EXPECT_EQ(handOver(*report, desktop, desktop),
+    EXPECT_EQ(handOver(*report, desktop),
               QStringLiteral("Prüfbericht gespeichert (Dokumente › Brellin-Prüfungen). Anfrage liegt in der "
                              "Zwischenablage."));
     EXPECT_EQ(desktop.revealed, report->file);
-    EXPECT_EQ(desktop.text, report->request);
     desktop.installed = true;
-    EXPECT_TRUE(handOver(*report, desktop, desktop).startsWith(QStringLiteral("Prüfbericht gespeichert. Claude ist")));
+    EXPECT_TRUE(handOver(*report, desktop).startsWith(QStringLiteral("Prüfbericht gespeichert. Claude ist")));
     EXPECT_TRUE(desktop.opened);
 
     documents.file("gesperrt/Brellin-Prüfungen", "im Weg");
