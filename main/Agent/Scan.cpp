@@ -158,6 +158,11 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
     return {};
 }
 
+QString cappedText(bool capped)
+{
+    return capped ? QStringLiteral(" · nur die ersten 20.000 Dateien verglichen") : QString();
+}
+
 } // namespace
 
 QString ScanFindings::summary(std::int64_t proposed, std::int64_t doneByItself) const
@@ -170,14 +175,14 @@ QString ScanFindings::summary(std::int64_t proposed, std::int64_t doneByItself) 
     if (doneByItself > 0)
         text += QStringLiteral(" · ") + german().toString(static_cast<qlonglong>(doneByItself)) +
                 QStringLiteral(" automatisch erledigt");
-    return text;
+    return text + cappedText(duplicatesCapped);
 }
 
 QString ScanFindings::duplicatesSummary() const
 {
     return counted(duplicateFiles, QStringLiteral("Datei"), QStringLiteral("Dateien")) +
            QStringLiteral(" verglichen · ") + german().toString(static_cast<qlonglong>(duplicates)) +
-           QStringLiteral(" doppelt");
+           QStringLiteral(" doppelt") + cappedText(duplicatesCapped);
 }
 
 Result<ScanFindings> scanFolders(const AgentServices &services, const ScanRequest &request, JobControl &control)

@@ -1,5 +1,6 @@
 #include "Agent/DuplicateFinder.h"
 
+#include "Agent/Scan.h"
 #include "Disk/Digest.h"
 #include "Support/TempTree.h"
 
@@ -95,10 +96,21 @@ TEST_F(DuplicateFinderTest, stopsAtTwentyThousandAndSaysSo)
     EXPECT_EQ(found.files, 20'000);
     EXPECT_TRUE(found.capped);
     EXPECT_GT(found.pairs.size(), 9'000u);
+    // The same ones each time, whichever thread is faster.
+    EXPECT_EQ(find({"viele"}).pairs, found.pairs);
 }
 
 TEST_F(DuplicateFinderTest, namesTheKeptFileInItsReason)
 {
     EXPECT_EQ(duplicateReason("/home/anna/Bilder/Urlaub.jpg"),
               QStringLiteral("Doppelt – gleicher Inhalt wie „Urlaub.jpg“ in Bilder"));
+}
+
+TEST(ScanFindingsTest, sayThatNotAllFilesWereCompared)
+{
+    ScanFindings findings;
+    EXPECT_FALSE(findings.summary(0, 0).contains(QStringLiteral("20.000")));
+    findings.duplicatesCapped = true;
+    EXPECT_TRUE(findings.summary(0, 0).endsWith(QStringLiteral(" · nur die ersten 20.000 Dateien verglichen")));
+    EXPECT_TRUE(findings.duplicatesSummary().endsWith(QStringLiteral(" · nur die ersten 20.000 Dateien verglichen")));
 }
