@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-constexpr int sheetWidth = 580;
+constexpr int sheetWidth = 660;
 
 QSize sizeFor(const ConflictQuestion &conflict)
 {
@@ -36,8 +36,8 @@ ConflictSheet::ConflictSheet(const TransferQuestion &question, QWidget *window)
 
 ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQuestion &question, QWidget *window)
     // "Beide behalten", whether "Ersetzen" stands before it or not.
-    : QuestionSheet(textOf(fittingHead(question, sheetWidth)), Roles{conflict.replaceable ? 1 : 0}, sizeFor(conflict),
-                    window)
+    : QuestionSheet(textOf(fittingHead(question, sheetWidth, window)), Roles{conflict.replaceable ? 1 : 0},
+                    sizeFor(conflict), window)
 {
     setObjectName(QStringLiteral("conflictSheet"));
     setAccessibleName(textOf(question).message);

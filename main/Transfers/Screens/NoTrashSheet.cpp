@@ -14,7 +14,7 @@ constexpr QSize wanted(500, 210);
 
 NoTrashSheet::NoTrashSheet(const TransferQuestion &question, QWidget *window)
     // "Überspringen" is what loses nothing.
-    : QuestionSheet(textOf(fittingHead(question, wanted.width())), {1, 0}, wanted, window)
+    : QuestionSheet(textOf(fittingHead(question, wanted.width(), window)), {1, 0}, wanted, window)
 {
     setObjectName(QStringLiteral("noTrashSheet"));
     setAccessibleName(textOf(question).message);

@@ -15,7 +15,7 @@ namespace {
 QSize sizeFor(const ObstacleQuestion &question)
 {
     const auto lines = std::min<qsizetype>(question.lines.size(), 5);
-    return {560, 206 + 42 * static_cast<int>(lines)};
+    return {580, 250 + 42 * static_cast<int>(lines)};
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace brellin {
@@ -86,14 +87,15 @@ void QuestionSheet::answer(const QuestionText::Button &button)
     Q_EMIT answered(given);
 }
 
-TransferQuestion fittingHead(TransferQuestion question, int sheetWidth)
+TransferQuestion fittingHead(TransferQuestion question, int sheetWidth, const QWidget *window)
 {
     QString *const name = nameIn(question);
     if (!name)
         return question;
     const QString whole = std::exchange(*name, QString());
     const QFontMetrics metrics(sizedFont(1.3, QFont::Bold));
-    const int room = scaled(sheetWidth - 56) - metrics.horizontalAdvance(textOf(question).message);
+    const int sheet = std::min(scaled(sheetWidth), window->window()->width() - scaled(48));
+    const int room = sheet - scaled(56) - metrics.horizontalAdvance(textOf(question).message);
     *name = metrics.elidedText(whole, Qt::ElideMiddle, room);
     return question;
 }

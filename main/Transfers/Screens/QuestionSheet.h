@@ -44,7 +44,8 @@ private:
 /// The sheet for a question, not yet open.
 QuestionSheet *makeQuestionSheet(const TransferQuestion &question, QWidget *window);
 
-/// The question with its name shortened in the middle so that its message fits into the head of a sheet.
-TransferQuestion fittingHead(TransferQuestion question, int sheetWidth);
+/// The question with its name shortened in the middle so that its message fits into the head of a sheet over `window` that is
+/// to be `sheetWidth` wide.
+TransferQuestion fittingHead(TransferQuestion question, int sheetWidth, const QWidget *window);
 
 } // namespace brellin
