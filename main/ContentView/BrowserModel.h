@@ -41,6 +41,9 @@ struct BrowserServices {
     FolderSizes &sizes;
     FolderColors &colors;
     const TagSearch &tagSearch;
+    /// Whether an entry may be made or renamed at this place: not in the system's own. Called on workers; empty: everywhere.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::function<bool(const Location &entry)> mayChange = {};
 };
 
 /// One pane of the browser: the folder it shows, its history, what is listed and selected, the search, and renaming in place.
@@ -151,6 +154,12 @@ public:
     void commitRename();
     void cancelRename();
     void closeBatchRename();
+    /// Calls `told` after each new folder (`from` is empty then) and each renaming of this pane's, for whoever takes such
+    /// things back.
+    void onOwnChange(std::function<void(const Location &from, const Location &to)> told)
+    {
+        m_ownChange = std::move(told);
+    }
 
 private:
     /// What starts a reading, which decides how it is awaited.
@@ -214,6 +223,7 @@ private:
     FileCall<FolderSearchResult> m_search;
     FileCall<bool> m_check; ///< whether there is a folder to go to
     FileCall<Change> m_change;
+    std::function<void(const Location &, const Location &)> m_ownChange;
     QTimer m_searchSoon;
     QTimer m_displaySoon;
     QTimer m_reloadSoon;

@@ -7,6 +7,7 @@ namespace brellin {
 namespace {
 
 const QString newFolderName = QStringLiteral("Neuer Ordner");
+const QString systemRefusal = QStringLiteral("Orte des Systems werden nicht verändert.");
 /// Somebody may take each free name just before us, but not for ever.
 constexpr int mostAttempts = 100;
 
@@ -20,8 +21,12 @@ bool isForbidden(const QString &name)
 void BrowserModel::newFolder()
 {
     const Location wanted = current.get() / newFolderName.toStdString();
-    change(current.get(), [wanted, &files = m_services.files](const JobControl &) {
+    change(current.get(), [wanted, &files = m_services.files, mayChange = m_services.mayChange](const JobControl &) {
         Change made{{}, unique(wanted), {}};
+        if (mayChange && !mayChange(wanted)) {
+            made.outcome = failure(systemRefusal);
+            return made;
+        }
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
             made.to = unique(wanted);
             made.outcome = files.createFolder(made.to);
@@ -84,7 +89,9 @@ void BrowserModel::commitRename()
     }
     const Location from = target->location();
     const Location to = from.parent_path() / name.toStdString();
-    change(from, [from, to, &files = m_services.files](const JobControl &) {
+    change(from, [from, to, &files = m_services.files, mayChange = m_services.mayChange](const JobControl &) {
+        if (mayChange && !(mayChange(from) && mayChange(to)))
+            return Change{from, to, failure(systemRefusal)};
         return Change{from, to, files.rename(from, to)};
     });
 }
@@ -112,6 +119,8 @@ void BrowserModel::changed(const Change &made)
     if (!made.from.empty())
         m_services.colors.moved(made.from, made.to);
     showChanged(made);
+    if (m_ownChange)
+        m_ownChange(made.from, made.to);
 }
 
 void BrowserModel::showChanged(const Change &made)

@@ -3,6 +3,7 @@
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -154,6 +155,9 @@ void SheetFrame::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)
         escape();
+    auto *const button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && button && isAncestorOf(button))
+        button->click();
     // Nothing gets through to the window beneath.
     event->accept();
 }

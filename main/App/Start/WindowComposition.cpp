@@ -1,9 +1,18 @@
 #include "App/Start/WindowComposition.h"
 
-#include "App/ProgramFolders.h"
+#include "Disk/FileAttributes.h"
 #include "Features/ThumbnailCache.h"
 
 namespace brellin {
+
+namespace {
+
+std::function<bool(const Location &)> mayChange(const Services &services)
+{
+    return [&services](const Location &entry) { return services.mayChange(entry); };
+}
+
+} // namespace
 
 WindowComposition::WindowComposition(Services &services, DesktopSettings &desktop)
     : m_services(services)
@@ -16,10 +25,14 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_volumeList(m_mounts, m_disks)
     , m_servers(services.settings(), services.processes())
     , m_trash(services.folders().trash.parent_path(), services.volumes(), services.trash(), services.files())
-    , m_decoder(services.processes(), programFolder() / "brellin-bild")
-    , m_thumbnails(services.settings(), services.volumes(), m_decoder, ThumbnailCache::usualFolder())
+    , m_thumbnails(services.settings(), services.volumes(), services.decoder(), ThumbnailCache::usualFolder())
     , m_images(m_thumbnails)
     , m_workspace(services.settings(), DesktopEnvironment::ofThisUser(services.folders().home))
+    , m_transfers(services.forTransfers(m_workers), services.clock())
+    , m_undo({services.files(), services.trash(), services.renameLogs()})
+    , m_operations({services.files(), services.trash(), services.volumes(), services.processes(), m_workspace,
+                    services.folders().trash.parent_path(), m_undo, mayChange(services)})
+    , m_sendTo(services.settings(), services.folders())
     , m_agent(services.forAgent())
     , m_model(services.forAgent())
 {
@@ -34,9 +47,37 @@ WindowServices WindowComposition::forWindows()
                                 m_workers,
                                 m_sizes,
                                 m_colors,
-                                m_services.tagSearch()};
-    const AgentPorts agent{m_agent, m_model, m_services.forAgent(), m_workspace, m_pasteboard, {}};
-    return {panes, agent, m_pins, m_volumeList, m_servers, m_trash, m_images, m_decoder, m_desktop, m_services.clock()};
+                                m_services.tagSearch(),
+                                mayChange(m_services)};
+    const AgentPorts agent{
+        m_agent,     m_model,      m_services.forAgent(),
+        m_workspace, m_pasteboard, [this](const Location &entry, int side) { return thumbnail(entry, side); }};
+    return {panes,
+            agent,
+            m_pins,
+            m_volumeList,
+            m_servers,
+            m_trash,
+            m_images,
+            m_services.decoder(),
+            m_desktop,
+            m_services.clock(),
+            m_transfers,
+            m_services.forTransfers(m_workers),
+            m_operations,
+            m_undo,
+            m_sendTo,
+            {m_services.files(), m_services.decoder(), m_services.renameLogs(), m_undo, mayChange(m_services)},
+            m_services.processes()};
+}
+
+/// For a list that knows no more than where an entry is. Volumes that may not answer are not asked.
+QPixmap WindowComposition::thumbnail(const Location &entry, int side)
+{
+    if (!m_services.volumes().isLocal(entry))
+        return {};
+    const Result<FileAttributes> attributes = readAttributes(entry);
+    return attributes && attributes->isFile() ? m_images.pixmap(entry, attributes->modified, side) : QPixmap();
 }
 
 void WindowComposition::start()

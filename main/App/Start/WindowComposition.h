@@ -30,6 +30,8 @@ public:
     CleanupAgent &agent() { return m_agent; }
 
 private:
+    QPixmap thumbnail(const Location &entry, int side);
+
     Services &m_services;
     DesktopSettings &m_desktop;
     MountWorkers m_workers;
@@ -42,10 +44,13 @@ private:
     VolumeList m_volumeList;
     NetworkServers m_servers;
     TrashList m_trash;
-    DecoderProcesses m_decoder;
     Thumbnails m_thumbnails;
     ThumbnailImages m_images;
     SystemWorkspace m_workspace;
+    TransferQueue m_transfers;
+    UserUndo m_undo;
+    FileOperations m_operations;
+    SendToTargets m_sendTo;
     DesktopPasteboard m_pasteboard;
     CleanupAgent m_agent;
     ModelSettings m_model;

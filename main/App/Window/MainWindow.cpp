@@ -1,10 +1,13 @@
 #include "App/Window/MainWindow.h"
 
+#include "App/Window/FileCommands.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
+#include "Features/StorageOverview.h"
 #include "Look/Theme.h"
 #include "Sidebar/FolderTree.h"
 #include "Sidebar/Screens/SidebarView.h"
+#include "Transfers/Screens/TransferPanel.h"
 
 #include <QAction>
 #include <QApplication>
@@ -58,6 +61,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     connect(m_address, &AddressBar::pageStepClicked, this, [this](int step) { goToPageStep(step); });
     connect(m_search, &SearchField::left, this, [this] { tab()->focusActive(); });
 
+    buildFileCommands();
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -82,7 +86,10 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     connect(&Theme::shared(), &Theme::changed, this, QOverload<>::of(&QWidget::update));
     services.agent.agent.newSinceViewed.observe(this, [this](int number) { showBadge(number); });
     showBadge(services.agent.agent.newSinceViewed.get());
+    m_transfers = new TransferPanel(services.transfers, this);
+    connect(m_transfers, &TransferPanel::placeWanted, this, &MainWindow::placePanel);
     follow();
+    m_files->visit(pane()->current.get());
     tab()->focusActive();
 }
 
@@ -111,6 +118,8 @@ void MainWindow::buildBody(const StoredWindow &from)
             choose(choice);
     });
     connect(m_sidebar, &SidebarView::failed, this, &MainWindow::say);
+    connect(m_sidebar, &SidebarView::propertiesWanted, this,
+            [this](const Location &folder) { m_files->showProperties({folder}); });
     m_places = new QStackedWidget(m_body);
     m_places->addWidget(buildPanes());
     m_body->addWidget(m_sidebar);
@@ -140,6 +149,7 @@ QWidget *MainWindow::buildPanes()
     m_status = new StatusBar(whole);
     column->addWidget(m_status);
 
+    takeDropsOnTabs();
     connect(m_tabs, &TabBar::addRequested, this, [this] { run(CommandId::NewTab); });
     connect(m_tabs, &TabBar::closeRequested, this, &MainWindow::closeTab);
     connect(m_tabs, &TabBar::moved, this, [this](int from, int to) {
@@ -173,6 +183,9 @@ TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Locati
     connect(page, &TabPage::openRequested, this, &MainWindow::open);
     connect(page, &TabPage::tabRequested, this, &MainWindow::addTab);
     connect(page, &TabPage::menuRequested, this, &MainWindow::showMenu);
+    connect(page, &TabPage::dropped, this, &MainWindow::drop);
+    connect(page, &TabPage::paneAdded, m_files, &FileCommands::add);
+    page->tellPanes();
     for (BrowserModel *const one : {&page->panes().first(), page->panes().second()})
         if (one)
             one->current.observe(page, [this](const Location &) { showTitles(); });
@@ -226,12 +239,14 @@ void MainWindow::follow()
     m_search->setPane(now);
     m_status->setPane(now);
     const auto moved = [this](const auto &) {
+        m_storageFolder.reset();
         showTitles();
         showPlace();
         Q_EMIT changed();
     };
     const auto refresh = [this](const auto &) { refreshState(); };
     now->current.observe(receiver, moved);
+    now->current.observe(receiver, [this](const Location &folder) { m_files->visit(folder); });
     now->showAgent.observe(receiver, moved);
     now->showPhotos.observe(receiver, moved);
     now->showNetwork.observe(receiver, moved);
@@ -293,6 +308,11 @@ StoredWindow MainWindow::stored() const
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (!m_mayClose && isLastWindow() && isBusy()) {
+        event->ignore();
+        askToClose();
+        return;
+    }
     Q_EMIT closed();
     QWidget::closeEvent(event);
 }
@@ -300,6 +320,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    placePanel();
     Q_EMIT changed();
 }
 

@@ -13,13 +13,16 @@ class QMenu;
 namespace brellin {
 
 class AgentView;
+class FileCommands;
 class FolderTree;
 class NetworkPage;
 class PreviewSide;
 class SidebarView;
+class StorageOverview;
 struct SidebarChoice;
 class StatusBar;
 class TabBar;
+class TransferPanel;
 class TrashPage;
 
 /// A window of the file manager: toolbar, sidebar, tabs with their panes, preview and status line, and the pages that stand
@@ -50,11 +53,21 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class Place { Folder, Agent, Photos, Network, Trash, Device };
+    enum class Place { Folder, Agent, Photos, Network, Trash, Device, Storage };
 
     void buildActions();
     void buildBody(const StoredWindow &from);
     QWidget *buildPanes();
+    void buildFileCommands();
+    void takeDropsOnTabs();
+    void drop(const DroppedFiles &files, BrowserModel *pane);
+    void showStorage(const Location &folder);
+    void openFromStorage(const Location &entry);
+    void placePanel();
+    bool isLastWindow() const;
+    /// Files are being transferred, or the agent is at work.
+    bool isBusy() const;
+    void askToClose();
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
     void closeTab(int tab);
     void runPaneCommand(CommandId id);
@@ -71,9 +84,12 @@ private:
     void previewSelection();
     void showPlace();
     void refreshState();
+    bool hasSheet() const;
     Place place() const;
     QWidget *pageFor(Place place);
     QWidget *makePage(Place place);
+    QWidget *makeStoragePage();
+    QStringList storagePath() const;
     QStringList pagePath(Place place) const;
     void leavePage();
 
@@ -82,6 +98,8 @@ private:
     void openNow(const Location &entry);
     void say(const QString &message);
     void showMenu(const QPoint &global);
+    void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
+    void addSendToMenu(QMenu &menu);
     void addPinEntry(QMenu &menu, const Location &folder);
     void addTagMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addColorMenu(QMenu &menu, const std::vector<FileItem> &items);
@@ -106,10 +124,15 @@ private:
     QStackedWidget *m_tabPages = nullptr; ///< in the order of the tabs
     PreviewSide *m_preview = nullptr;
     StatusBar *m_status = nullptr;
+    FileCommands *m_files = nullptr;
+    std::unique_ptr<StorageOverview> m_storage;
+    TransferPanel *m_transfers = nullptr;
     std::map<Place, QWidget *> m_pages;
     AgentView *m_agent = nullptr;
     std::unique_ptr<QObject> m_following; ///< of the active pane
+    bool m_mayClose = false;              ///< the user has said so
     int m_previewWidth;
+    std::optional<Location> m_storageFolder; ///< its space is shown in place of the folder
 };
 
 } // namespace brellin

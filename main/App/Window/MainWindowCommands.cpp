@@ -1,7 +1,10 @@
+#include "App/Window/DesktopPasteboard.h"
 #include "App/Window/EditableFocus.h"
+#include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
+#include "Look/Cards.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/Screens/SidebarView.h"
 
@@ -41,6 +44,8 @@ CommandState MainWindow::state() const
     now.dualPane = tab()->panes().dualPane.get();
     now.preview = m_preview != nullptr && m_services.defaults().value(previewKey).value_or(true).toBool();
     now.sidebar = m_sidebar->isVisibleTo(this);
+    now.clipboard = filesOnClipboard().has_value();
+    now.undo = m_services.undo.title.get();
     return now;
 }
 
@@ -49,11 +54,15 @@ void MainWindow::refreshState()
     const CommandState now = state();
     for (const WindowCommand &one : commandTable())
         m_actions.at(one.id)->setEnabled(one.enabled(now));
+    m_actions.at(CommandId::Undo)->setText(now.undo.value_or(windowCommand(CommandId::Undo).title));
     m_toolbar->showState(now);
 }
 
 void MainWindow::run(CommandId id)
 {
+    if (hasSheet())
+        return;
+    tab()->activeView().settle();
     using enum CommandId;
     switch (id) {
     case NewTab:
@@ -184,24 +193,32 @@ void MainWindow::runPaneCommand(CommandId id)
         now.zoomIcons(-iconStep);
         break;
     default:
-        break;
+        m_files->run(id, now);
     }
 }
 
-/// A key that an editable field has the focus for is the field's, whatever command it stands for.
+/// A sheet keeps every key, and a field those that it uses, whatever command they stand for.
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride && watched == QApplication::focusWidget() && isActiveWindow() &&
-        isEditable(QApplication::focusWidget())) {
-        const QKeySequence typed(static_cast<QKeyEvent *>(event)->keyCombination());
-        for (const WindowCommand &one : commandTable()) {
-            if (one.editing == WhileEditing::LeavesKeys && std::ranges::find(one.keys, typed) != one.keys.end()) {
-                event->accept();
-                return true;
-            }
-        }
-    }
-    return QWidget::eventFilter(watched, event);
+    if (event->type() != QEvent::ShortcutOverride || watched != QApplication::focusWidget() || !isActiveWindow())
+        return QWidget::eventFilter(watched, event);
+    const bool editable = isEditable(QApplication::focusWidget());
+    const QKeySequence typed(static_cast<QKeyEvent *>(event)->keyCombination());
+    const bool kept = hasSheet() || (editable && std::ranges::any_of(commandTable(), [&](const WindowCommand &one) {
+                                         return one.editing == WhileEditing::LeavesKeys &&
+                                                std::ranges::find(one.keys, typed) != one.keys.end();
+                                     }));
+    if (!kept)
+        return QWidget::eventFilter(watched, event);
+    event->accept();
+    return true;
+}
+
+/// A question or an editor stands over the window.
+bool MainWindow::hasSheet() const
+{
+    const QList<SheetFrame *> sheets = findChildren<SheetFrame *>(QString(), Qt::FindDirectChildrenOnly);
+    return std::ranges::any_of(sheets, &QWidget::isVisible);
 }
 
 void MainWindow::say(const QString &message)

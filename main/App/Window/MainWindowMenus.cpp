@@ -1,11 +1,13 @@
+#include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
-#include "App/Window/OpenQuestion.h"
 #include "App/Window/SettingsSheet.h"
-#include "Base/German.h"
+#include "App/Window/YesNoSheet.h"
+#include "Disk/FileTypes.h"
 #include "Features/FileTags.h"
 #include "Look/Symbols.h"
 #include "Look/TagSymbols.h"
 #include "Look/Theme.h"
+#include "SendTo/SendToTargets.h"
 #include "Sidebar/Pins.h"
 #include "System/ProgramFile.h"
 
@@ -47,24 +49,48 @@ void MainWindow::showMenu(const QPoint &global)
         if (!windowCommand(id).keys.empty())
             entry->setText(windowCommand(id).title + QLatin1Char('\t') + keyText(windowCommand(id).keys.front()));
     };
+    using enum CommandId;
     if (selected.empty()) {
-        add(CommandId::NewFolder, QStringLiteral("folder-plus"));
-        add(CommandId::Reload, QStringLiteral("rotate-cw"));
+        add(NewFolder, QStringLiteral("folder-plus"));
+        add(NewTextDocument, QStringLiteral("file-text"));
         menu->addSeparator();
+        add(Paste, QStringLiteral("clipboard-paste"));
+        add(Reload, QStringLiteral("rotate-cw"));
+        add(SelectAll, QStringLiteral("list-checks"));
+        add(ShowHidden, QStringLiteral("eye"));
+        menu->addSeparator();
+        add(OpenTerminal, QStringLiteral("terminal"));
+        add(StorageOverview, QStringLiteral("chart-pie"));
         addPinEntry(*menu, pane()->current.get());
-        add(CommandId::SelectAll, QStringLiteral("list-checks"));
-        add(CommandId::ShowHidden, QStringLiteral("eye"));
-    } else {
-        add(CommandId::Open, QStringLiteral("external-link"));
-        add(CommandId::OpenInNewTab, QStringLiteral("square-plus"));
-        menu->addSeparator();
-        add(CommandId::Rename, QStringLiteral("pencil"));
-        addTagMenu(*menu, selected);
-        addColorMenu(*menu, selected);
-        if (selected.size() == 1 && selected.front().isFolder)
-            addPinEntry(*menu, selected.front().location());
-        addSizeEntry(*menu, selected);
+        add(Properties, QStringLiteral("info"));
+        menu->popup(global);
+        return;
     }
+    add(Open, QStringLiteral("external-link"));
+    addOpenWithMenu(*menu, selected);
+    add(OpenInNewTab, QStringLiteral("square-plus"));
+    addSendToMenu(*menu);
+    menu->addSeparator();
+    add(Cut, QStringLiteral("scissors"));
+    add(Copy, QStringLiteral("copy"));
+    add(Paste, QStringLiteral("clipboard-paste"));
+    add(Duplicate, QStringLiteral("files"));
+    add(CopyPath, QStringLiteral("link"));
+    menu->addSeparator();
+    add(Rename, QStringLiteral("pencil"));
+    addTagMenu(*menu, selected);
+    addColorMenu(*menu, selected);
+    if (selected.size() == 1 && selected.front().isFolder)
+        addPinEntry(*menu, selected.front().location());
+    addSizeEntry(*menu, selected);
+    menu->addSeparator();
+    add(MakeAlias, QStringLiteral("folder-symlink"));
+    add(Compress, QStringLiteral("file-archive"));
+    if (m_actions.at(Unpack)->isEnabled())
+        add(Unpack, QStringLiteral("package"));
+    add(MoveToTrash, QStringLiteral("trash-2"));
+    menu->addSeparator();
+    add(Properties, QStringLiteral("info"));
     menu->popup(global);
 }
 
@@ -130,6 +156,36 @@ void MainWindow::change(std::function<Result<void>(const std::vector<Location> &
                 where->load();
         });
     });
+}
+
+/// The applications of the type are looked up when the menu opens, and not before.
+void MainWindow::addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items)
+{
+    if (items.size() != 1 || items.front().isFolder)
+        return;
+    QMenu *const applications = menu.addMenu(Symbols::icon(QStringLiteral("app-window")), QStringLiteral("Öffnen mit"));
+    applications->setObjectName(QStringLiteral("openWithMenu"));
+    const Location entry = items.front().location();
+    connect(applications, &QMenu::aboutToShow, applications, [this, applications, entry] {
+        applications->clear();
+        const QString type = fileTypeOf(extensionOf(entry.filename().native())).mimeName;
+        for (const Application &one : m_services.agent.workspace.applicationsFor(type))
+            applications->addAction(
+                one.name, this, [this, entry, id = one.identifier] { m_services.operations.openWith({entry}, id); });
+        if (applications->isEmpty())
+            applications->addAction(QStringLiteral("Kein Programm gefunden"))->setEnabled(false);
+    });
+}
+
+void MainWindow::addSendToMenu(QMenu &menu)
+{
+    QMenu *const targets = menu.addMenu(Symbols::icon(QStringLiteral("send")), QStringLiteral("Senden an"));
+    targets->setObjectName(QStringLiteral("sendToMenu"));
+    for (const SendToTarget &target : m_services.sendTo.targets.get())
+        targets->addAction(target.name, this, [this, target] { m_files->sendTo(target, *pane()); });
+    targets->addSeparator();
+    targets->addAction(QStringLiteral("Kopieren nach …"), this, [this] { run(CommandId::CopyTo); });
+    targets->addAction(QStringLiteral("Verschieben nach …"), this, [this] { run(CommandId::MoveTo); });
 }
 
 /// The colour of a folder's drawing, which is the program's own and not a tag.
@@ -229,8 +285,15 @@ void MainWindow::askBeforeStarting(const FileItem &item)
                 openNow(entry);
                 return;
             }
-            auto *const question = new OpenQuestion(entry, this);
-            connect(question, &OpenQuestion::confirmed, this, [this, entry] { openNow(entry); });
+            auto *const question = new YesNoSheet(
+                QStringLiteral("„%1“ ist ein Programm").arg(shownName(entry)),
+                QStringLiteral(
+                    "Beim Öffnen wird es gestartet und darf alles, was du darfst. Starte es nur, wenn du weißt, "
+                    "woher es kommt.\n\n%1")
+                    .arg(shown(entry)),
+                QStringLiteral("Starten"), ButtonKind::Danger, this);
+            question->setObjectName(QStringLiteral("openQuestion"));
+            connect(question, &YesNoSheet::accepted, this, [this, entry] { openNow(entry); });
             question->open();
         });
     });

@@ -5,7 +5,9 @@
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
 #include "Features/Screens/NetworkPage.h"
+#include "Features/Screens/ThumbnailImages.h"
 #include "Features/Screens/TrashPage.h"
+#include "Features/StorageOverview.h"
 #include "Look/Theme.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "System/FileLock.h"
@@ -21,6 +23,8 @@ const QString pathMark = QStringLiteral(" › ");
 MainWindow::Place MainWindow::place() const
 {
     const BrowserModel &now = *pane();
+    if (m_storageFolder)
+        return Place::Storage;
     if (now.showAgent.get())
         return Place::Agent;
     if (now.showPhotos.get())
@@ -47,6 +51,7 @@ QWidget *MainWindow::makePage(Place wanted)
     switch (wanted) {
     case Place::Agent:
         m_agent = new AgentView(m_services.agent, m_places);
+        connect(&m_services.thumbnails, &ThumbnailImages::ready, m_agent, &AgentView::refreshThumbnails);
         connect(m_agent, &AgentView::pathChanged, this, [this] { showPlace(); });
         connect(m_agent, &AgentView::showRequested, this, &MainWindow::showEntry);
         return m_agent;
@@ -74,6 +79,8 @@ QWidget *MainWindow::makePage(Place wanted)
                                    QStringLiteral("Hier werden Fotos von Kameras und Telefonen übernommen. "
                                                   "Diese Funktion kommt mit einer späteren Version."),
                                    m_places);
+    case Place::Storage:
+        return makeStoragePage();
     case Place::Folder:
         break;
     }
@@ -93,6 +100,8 @@ QStringList MainWindow::pagePath(Place now) const
         return {pane()->showDevice.get().value_or(QString())};
     case Place::Trash:
         return {QStringLiteral("Papierkorb")};
+    case Place::Storage:
+        return storagePath();
     case Place::Folder:
         break;
     }
@@ -126,6 +135,7 @@ void MainWindow::showPlace()
         break;
     case Place::Device:
         break;
+    case Place::Storage:
     case Place::Folder:
         if (tag)
             m_sidebar->setCurrent(SidebarChoice::tag(*tag));
@@ -141,6 +151,13 @@ void MainWindow::leavePage()
 {
     if (place() == Place::Agent && m_agent && m_agent->path().contains(pathMark)) {
         m_agent->showStart();
+        return;
+    }
+    if (m_storageFolder) {
+        m_storageFolder.reset();
+        m_storage->cancel();
+        showPlace();
+        tab()->focusActive();
         return;
     }
     if (place() == Place::Trash) {

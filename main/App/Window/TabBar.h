@@ -22,6 +22,8 @@ public:
     Q_SIGNAL void closeRequested(int tab);
     Q_SIGNAL void moved(int from, int to);
     Q_SIGNAL void addRequested();
+    /// For whoever lets files be dropped onto a tab.
+    QTabBar *bar() const { return m_bar; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

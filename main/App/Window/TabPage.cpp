@@ -37,8 +37,17 @@ PaneView *TabPage::addView(BrowserModel &pane)
     connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
     connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
     connect(view, &PaneView::menuRequested, this, &TabPage::menuRequested);
+    connect(view, &PaneView::dropped, this, [this, &pane](const DroppedFiles &files) { Q_EMIT dropped(files, &pane); });
     m_splitter->addWidget(view);
+    Q_EMIT paneAdded(&pane, QUuid::createUuid());
     return view;
+}
+
+void TabPage::tellPanes()
+{
+    Q_EMIT paneAdded(&m_panes.first(), QUuid::createUuid());
+    if (m_panes.second())
+        Q_EMIT paneAdded(m_panes.second(), QUuid::createUuid());
 }
 
 void TabPage::showSecond(bool shown)

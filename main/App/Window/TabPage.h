@@ -29,6 +29,11 @@ public:
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
     Q_SIGNAL void menuRequested(const QPoint &global);
+    Q_SIGNAL void dropped(const brellin::DroppedFiles &files, brellin::BrowserModel *pane);
+    /// A pane of this tab has come to be; its transfers go by this ID.
+    Q_SIGNAL void paneAdded(brellin::BrowserModel *pane, const QUuid &id);
+    /// The panes that are there already, for whoever came after them.
+    void tellPanes();
 
 private:
     void showSecond(bool shown);

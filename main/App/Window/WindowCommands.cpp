@@ -1,6 +1,7 @@
 #include "App/Window/WindowCommands.h"
 
 #include "ContentView/BrowserModel.h"
+#include "FileOperations/Unpacking.h"
 
 #include <algorithm>
 
@@ -9,7 +10,10 @@ namespace brellin {
 namespace {
 
 using State = CommandState;
-using Keys = std::vector<QKeySequence>;
+using Test = std::function<bool(const State &)>;
+using enum CommandId;
+constexpr auto works = WhileEditing::Works;
+constexpr auto leaves = WhileEditing::LeavesKeys;
 
 bool always(const State &)
 {
@@ -24,243 +28,169 @@ bool withSelection(const State &state)
 {
     return inFolder(state) && !state.pane->selection.get().empty();
 }
+bool withFolders(const State &state)
+{
+    return withSelection(state) && std::ranges::all_of(state.pane->selectedItems(), &FileItem::isFolder);
+}
+/// One archive that can be unpacked.
+bool withArchive(const State &state)
+{
+    if (!withSelection(state) || state.pane->selection.get().size() != 1)
+        return false;
+    const std::vector<FileItem> selected = state.pane->selectedItems();
+    return !selected.empty() && !selected.front().isFolder && isUnpackable(selected.front().nameBytes);
+}
 bool withManyTabs(const State &state)
 {
     return state.manyTabs;
 }
-
-QKeySequence key(int combined)
+bool withBack(const State &state)
 {
-    return QKeySequence(combined);
+    return state.page || (state.pane && state.pane->canGoBack.get());
+}
+bool withForward(const State &state)
+{
+    return inFolder(state) && state.pane->canGoForward.get();
+}
+bool withParent(const State &state)
+{
+    return inFolder(state) && state.pane->current.get() != state.pane->current.get().parent_path();
+}
+bool withUndo(const State &state)
+{
+    return state.undo.has_value();
+}
+bool withClipboard(const State &state)
+{
+    return inFolder(state) && state.clipboard;
+}
+bool withTwoPanes(const State &state)
+{
+    return inFolder(state) && state.dualPane;
+}
+bool asList(const State &state)
+{
+    return inFolder(state) && state.pane->viewMode.get() == ViewMode::Details;
+}
+bool asIcons(const State &state)
+{
+    return inFolder(state) && state.pane->viewMode.get() == ViewMode::Icons;
+}
+bool withHidden(const State &state)
+{
+    return inFolder(state) && state.pane->showHidden.get();
 }
 
 constexpr int control = Qt::CTRL;
 constexpr int shift = Qt::SHIFT;
 constexpr int alt = Qt::ALT;
 
-std::vector<WindowCommand> fileCommands()
+/// One menu, in the order in which it is read.
+class Menu {
+public:
+    explicit Menu(CommandGroup group) : m_group(group) {}
+
+    void add(CommandId id, const QString &title, std::initializer_list<int> keys, WhileEditing editing, Test enabled,
+             Test checked = {})
+    {
+        WindowCommand made{id, m_group, title, {}, editing, std::move(enabled), std::move(checked)};
+        for (const int key : keys)
+            made.keys.emplace_back(key);
+        commands.push_back(std::move(made));
+    }
+
+    std::vector<WindowCommand> commands;
+
+private:
+    CommandGroup m_group;
+};
+
+std::vector<WindowCommand> fileMenu()
 {
-    using enum CommandId;
-    constexpr CommandGroup group = CommandGroup::File;
-    return {
-        {NewTab, group, QStringLiteral("Neuer Tab"), {key(control | Qt::Key_T)}, WhileEditing::Works, always, {}},
-        {NewWindow,
-         group,
-         QStringLiteral("Neues Fenster"),
-         {key(control | Qt::Key_N)},
-         WhileEditing::Works,
-         always,
-         {}},
-        {CloseTab, group, QStringLiteral("Tab schließen"), {key(control | Qt::Key_W)}, WhileEditing::Works, always, {}},
-        {NewFolder,
-         group,
-         QStringLiteral("Neuer Ordner"),
-         {key(control | shift | Qt::Key_N)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         {}},
-        {Open,
-         group,
-         QStringLiteral("Öffnen"),
-         {key(control | Qt::Key_Down), key(Qt::Key_Return)},
-         WhileEditing::LeavesKeys,
-         withSelection,
-         {}},
-        {OpenInNewTab,
-         group,
-         QStringLiteral("In neuem Tab öffnen"),
-         {key(control | Qt::Key_Return)},
-         WhileEditing::LeavesKeys,
-         [](const State &state) {
-             return withSelection(state) && std::ranges::all_of(state.pane->selectedItems(), &FileItem::isFolder);
-         },
-         {}},
-        {Rename, group, QStringLiteral("Umbenennen"), {key(Qt::Key_F2)}, WhileEditing::LeavesKeys, withSelection, {}},
-        {Settings,
-         group,
-         QStringLiteral("Einstellungen …"),
-         {key(control | Qt::Key_Comma)},
-         WhileEditing::Works,
-         always,
-         {}},
-        {Quit, group, QStringLiteral("Beenden"), {key(control | Qt::Key_Q)}, WhileEditing::Works, always, {}},
-    };
+    Menu menu(CommandGroup::File);
+    menu.add(NewTab, QStringLiteral("Neuer Tab"), {control | Qt::Key_T}, works, always);
+    menu.add(NewWindow, QStringLiteral("Neues Fenster"), {control | Qt::Key_N}, works, always);
+    menu.add(CloseTab, QStringLiteral("Tab schließen"), {control | Qt::Key_W}, works, always);
+    menu.add(NewFolder, QStringLiteral("Neuer Ordner"), {control | shift | Qt::Key_N}, leaves, inFolder);
+    menu.add(NewTextDocument, QStringLiteral("Neues Textdokument"), {}, leaves, inFolder);
+    menu.add(Open, QStringLiteral("Öffnen"), {control | Qt::Key_Down}, leaves, withSelection);
+    menu.add(OpenInNewTab, QStringLiteral("In neuem Tab öffnen"), {control | Qt::Key_Return}, leaves, withFolders);
+    menu.add(Rename, QStringLiteral("Umbenennen"), {Qt::Key_F2}, leaves, withSelection);
+    menu.add(Compress, QStringLiteral("Als ZIP komprimieren"), {}, leaves, withSelection);
+    menu.add(Unpack, QStringLiteral("Entpacken"), {}, leaves, withArchive);
+    menu.add(MakeAlias, QStringLiteral("Verknüpfung erstellen"), {}, leaves, withSelection);
+    menu.add(MoveToTrash, QStringLiteral("In den Papierkorb legen"), {Qt::Key_Delete, control | Qt::Key_Backspace},
+             leaves, withSelection);
+    menu.add(DeleteForGood, QStringLiteral("Endgültig löschen …"), {shift | Qt::Key_Delete}, leaves, withSelection);
+    menu.add(EmptyTrash, QStringLiteral("Papierkorb leeren …"), {}, works, always);
+    menu.add(OpenTerminal, QStringLiteral("Terminal hier öffnen"), {Qt::Key_F4}, leaves, inFolder);
+    menu.add(StorageOverview, QStringLiteral("Speicherplatz …"), {}, leaves, inFolder);
+    menu.add(Properties, QStringLiteral("Eigenschaften"), {alt | Qt::Key_Return, control | Qt::Key_I}, leaves,
+             inFolder);
+    menu.add(Settings, QStringLiteral("Einstellungen …"), {control | Qt::Key_Comma}, works, always);
+    menu.add(Quit, QStringLiteral("Beenden"), {control | Qt::Key_Q}, works, always);
+    return menu.commands;
 }
 
-std::vector<WindowCommand> editCommands()
+std::vector<WindowCommand> editMenu()
 {
-    using enum CommandId;
-    constexpr CommandGroup group = CommandGroup::Edit;
-    return {
-        {SelectAll,
-         group,
-         QStringLiteral("Alles auswählen"),
-         {key(control | Qt::Key_A)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         {}},
-        {Search, group, QStringLiteral("Suchen"), {key(control | Qt::Key_F)}, WhileEditing::Works, inFolder, {}},
-        {EditPath,
-         group,
-         QStringLiteral("Pfad eingeben"),
-         {key(control | Qt::Key_L)},
-         WhileEditing::Works,
-         inFolder,
-         {}},
-        {Pin, group, QStringLiteral("Ordner an Schnellzugriff anheften"), {}, WhileEditing::LeavesKeys, inFolder, {}},
-    };
+    Menu menu(CommandGroup::Edit);
+    menu.add(Undo, QStringLiteral("Rückgängig"), {control | Qt::Key_Z}, leaves, withUndo);
+    menu.add(Cut, QStringLiteral("Ausschneiden"), {control | Qt::Key_X}, leaves, withSelection);
+    menu.add(Copy, QStringLiteral("Kopieren"), {control | Qt::Key_C}, leaves, withSelection);
+    menu.add(Paste, QStringLiteral("Einfügen"), {control | Qt::Key_V}, leaves, withClipboard);
+    menu.add(Duplicate, QStringLiteral("Duplizieren"), {control | Qt::Key_D}, leaves, withSelection);
+    menu.add(CopyTo, QStringLiteral("Kopieren nach …"), {}, leaves, withSelection);
+    menu.add(MoveTo, QStringLiteral("Verschieben nach …"), {}, leaves, withSelection);
+    menu.add(SelectAll, QStringLiteral("Alles auswählen"), {control | Qt::Key_A}, leaves, inFolder);
+    menu.add(CopyPath, QStringLiteral("Pfad kopieren"), {control | alt | Qt::Key_C}, leaves, withSelection);
+    menu.add(Search, QStringLiteral("Suchen"), {control | Qt::Key_F}, works, inFolder);
+    menu.add(EditPath, QStringLiteral("Pfad eingeben"), {control | Qt::Key_L}, works, inFolder);
+    menu.add(Pin, QStringLiteral("Ordner an Schnellzugriff anheften"), {}, leaves, inFolder);
+    return menu.commands;
 }
 
-std::vector<WindowCommand> goCommands()
+std::vector<WindowCommand> goMenu()
 {
-    using enum CommandId;
-    constexpr CommandGroup group = CommandGroup::Go;
-    return {
-        {Back,
-         group,
-         QStringLiteral("Zurück"),
-         {key(alt | Qt::Key_Left), key(control | Qt::Key_BracketLeft), key(Qt::Key_Back)},
-         WhileEditing::LeavesKeys,
-         [](const State &state) { return state.page || (state.pane && state.pane->canGoBack.get()); },
-         {}},
-        {Forward,
-         group,
-         QStringLiteral("Vorwärts"),
-         {key(alt | Qt::Key_Right), key(control | Qt::Key_BracketRight), key(Qt::Key_Forward)},
-         WhileEditing::LeavesKeys,
-         [](const State &state) { return inFolder(state) && state.pane->canGoForward.get(); },
-         {}},
-        {Up,
-         group,
-         QStringLiteral("Übergeordneter Ordner"),
-         {key(alt | Qt::Key_Up), key(control | Qt::Key_Up), key(Qt::Key_Backspace)},
-         WhileEditing::LeavesKeys,
-         [](const State &state) {
-             return inFolder(state) && state.pane->current.get() != state.pane->current.get().parent_path();
-         },
-         {}},
-        {Reload,
-         group,
-         QStringLiteral("Aktualisieren"),
-         {key(Qt::Key_F5), key(control | Qt::Key_R)},
-         WhileEditing::Works,
-         inFolder,
-         {}},
-        {Home,
-         group,
-         QStringLiteral("Benutzerordner"),
-         {key(control | shift | Qt::Key_H)},
-         WhileEditing::Works,
-         always,
-         {}},
-        {Downloads,
-         group,
-         QStringLiteral("Downloads"),
-         {key(control | alt | Qt::Key_L)},
-         WhileEditing::Works,
-         always,
-         {}},
-        {Photos,
-         group,
-         QStringLiteral("Fotos-Mediathek"),
-         {key(control | shift | Qt::Key_P)},
-         WhileEditing::Works,
-         always,
-         {}},
-        {Trash, group, QStringLiteral("Papierkorb"), {}, WhileEditing::Works, always, {}},
-        {Agent,
-         group,
-         QStringLiteral("Aufräum-Agent"),
-         {key(control | shift | Qt::Key_K)},
-         WhileEditing::Works,
-         always,
-         [](const State &state) { return state.agent; }},
-        {NextTab,
-         group,
-         QStringLiteral("Nächster Tab"),
-         {key(control | Qt::Key_PageDown), key(control | Qt::Key_Tab)},
-         WhileEditing::Works,
-         withManyTabs,
-         {}},
-        {PreviousTab,
-         group,
-         QStringLiteral("Vorheriger Tab"),
-         {key(control | Qt::Key_PageUp), key(control | shift | Qt::Key_Tab)},
-         WhileEditing::Works,
-         withManyTabs,
-         {}},
-    };
+    Menu menu(CommandGroup::Go);
+    menu.add(Back, QStringLiteral("Zurück"), {alt | Qt::Key_Left, control | Qt::Key_BracketLeft, Qt::Key_Back}, leaves,
+             withBack);
+    menu.add(Forward, QStringLiteral("Vorwärts"),
+             {alt | Qt::Key_Right, control | Qt::Key_BracketRight, Qt::Key_Forward}, leaves, withForward);
+    menu.add(Up, QStringLiteral("Übergeordneter Ordner"), {alt | Qt::Key_Up, control | Qt::Key_Up, Qt::Key_Backspace},
+             leaves, withParent);
+    menu.add(Reload, QStringLiteral("Aktualisieren"), {Qt::Key_F5, control | Qt::Key_R}, works, inFolder);
+    menu.add(Home, QStringLiteral("Benutzerordner"), {control | shift | Qt::Key_H}, works, always);
+    menu.add(Downloads, QStringLiteral("Downloads"), {control | alt | Qt::Key_L}, works, always);
+    menu.add(Photos, QStringLiteral("Fotos-Mediathek"), {control | shift | Qt::Key_P}, works, always);
+    menu.add(CommandId::Trash, QStringLiteral("Papierkorb"), {}, works, always);
+    menu.add(CommandId::Agent, QStringLiteral("Aufräum-Agent"), {control | shift | Qt::Key_K}, works, always,
+             [](const State &state) { return state.agent; });
+    menu.add(NextTab, QStringLiteral("Nächster Tab"), {control | Qt::Key_PageDown, control | Qt::Key_Tab}, works,
+             withManyTabs);
+    menu.add(PreviousTab, QStringLiteral("Vorheriger Tab"),
+             {control | Qt::Key_PageUp, control | shift | Qt::Key_Backtab}, works, withManyTabs);
+    return menu.commands;
 }
 
-std::vector<WindowCommand> viewCommands()
+std::vector<WindowCommand> viewMenu()
 {
-    using enum CommandId;
-    constexpr CommandGroup group = CommandGroup::View;
-    return {
-        {Details,
-         group,
-         QStringLiteral("Als Liste"),
-         {key(control | Qt::Key_1)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         [](const State &state) { return inFolder(state) && state.pane->viewMode.get() == ViewMode::Details; }},
-        {Icons,
-         group,
-         QStringLiteral("Als Symbole"),
-         {key(control | Qt::Key_2)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         [](const State &state) { return inFolder(state) && state.pane->viewMode.get() == ViewMode::Icons; }},
-        {LargerIcons,
-         group,
-         QStringLiteral("Symbole vergrößern"),
-         {key(control | Qt::Key_Plus), key(control | Qt::Key_Equal)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         {}},
-        {SmallerIcons,
-         group,
-         QStringLiteral("Symbole verkleinern"),
-         {key(control | Qt::Key_Minus)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         {}},
-        {ShowHidden,
-         group,
-         QStringLiteral("Versteckte Dateien ein/aus"),
-         {key(control | Qt::Key_H), key(control | shift | Qt::Key_Period)},
-         WhileEditing::LeavesKeys,
-         inFolder,
-         [](const State &state) { return inFolder(state) && state.pane->showHidden.get(); }},
-        {DualPane,
-         group,
-         QStringLiteral("Zwei Ordner nebeneinander"),
-         {key(Qt::Key_F3)},
-         WhileEditing::Works,
-         always,
-         [](const State &state) { return state.dualPane; }},
-        {OtherPane,
-         group,
-         QStringLiteral("Zum anderen Ordner wechseln"),
-         {key(Qt::Key_F6)},
-         WhileEditing::LeavesKeys,
-         [](const State &state) { return inFolder(state) && state.dualPane; },
-         {}},
-        {Preview,
-         group,
-         QStringLiteral("Vorschaufenster"),
-         {key(Qt::Key_F11), key(control | shift | Qt::Key_I)},
-         WhileEditing::Works,
-         inFolder,
-         [](const State &state) { return state.preview; }},
-        {Sidebar,
-         group,
-         QStringLiteral("Seitenleiste"),
-         {key(Qt::Key_F9)},
-         WhileEditing::Works,
-         always,
-         [](const State &state) { return state.sidebar; }},
-    };
+    Menu menu(CommandGroup::View);
+    menu.add(Details, QStringLiteral("Als Liste"), {control | Qt::Key_1}, leaves, inFolder, asList);
+    menu.add(Icons, QStringLiteral("Als Symbole"), {control | Qt::Key_2}, leaves, inFolder, asIcons);
+    menu.add(LargerIcons, QStringLiteral("Symbole vergrößern"), {control | Qt::Key_Plus, control | Qt::Key_Equal},
+             leaves, inFolder);
+    menu.add(SmallerIcons, QStringLiteral("Symbole verkleinern"), {control | Qt::Key_Minus}, leaves, inFolder);
+    menu.add(ShowHidden, QStringLiteral("Versteckte Dateien ein/aus"),
+             {control | Qt::Key_H, control | shift | Qt::Key_Period}, leaves, inFolder, withHidden);
+    menu.add(DualPane, QStringLiteral("Zwei Ordner nebeneinander"), {Qt::Key_F3}, works, always,
+             [](const State &state) { return state.dualPane; });
+    menu.add(OtherPane, QStringLiteral("Zum anderen Ordner wechseln"), {Qt::Key_F6}, leaves, withTwoPanes);
+    menu.add(Preview, QStringLiteral("Vorschaufenster"), {Qt::Key_F11, control | shift | Qt::Key_I}, works, inFolder,
+             [](const State &state) { return state.preview; });
+    menu.add(Sidebar, QStringLiteral("Seitenleiste"), {Qt::Key_F9}, works, always,
+             [](const State &state) { return state.sidebar; });
+    return menu.commands;
 }
 
 } // namespace
@@ -269,8 +199,8 @@ const std::vector<WindowCommand> &commandTable()
 {
     static const std::vector<WindowCommand> table = [] {
         std::vector<WindowCommand> all;
-        for (std::vector<WindowCommand> group : {fileCommands(), editCommands(), goCommands(), viewCommands()})
-            std::ranges::move(group, std::back_inserter(all));
+        for (std::vector<WindowCommand> menu : {fileMenu(), editMenu(), goMenu(), viewMenu()})
+            std::ranges::move(menu, std::back_inserter(all));
         return all;
     }();
     return table;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -19,9 +20,27 @@ enum class CommandId {
     NextTab,
     PreviousTab,
     NewFolder,
+    NewTextDocument,
     Open,
     OpenInNewTab,
     Rename,
+    MoveToTrash,
+    DeleteForGood,
+    Properties,
+    Undo,
+    Cut,
+    Copy,
+    Paste,
+    Duplicate,
+    CopyTo,
+    MoveTo,
+    CopyPath,
+    Compress,
+    Unpack,
+    MakeAlias,
+    OpenTerminal,
+    EmptyTrash,
+    StorageOverview,
     SelectAll,
     Back,
     Forward,
@@ -60,6 +79,9 @@ struct CommandState {
     bool dualPane = false;
     bool preview = false;
     bool sidebar = true;
+    bool trash = false;          ///< that page is the Trash
+    bool clipboard = false;      ///< files lie on the clipboard
+    std::optional<QString> undo; ///< what can be taken back, as the command says it
 };
 
 /// Whether a command works while an editable field has the focus, or leaves its keys to the field.

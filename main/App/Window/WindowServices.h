@@ -2,6 +2,10 @@
 
 #include "Agent/Screens/AgentPorts.h"
 #include "ContentView/BrowserModel.h"
+#include "FileOperations/BatchRename.h"
+#include "FileOperations/FileOperations.h"
+#include "SendTo/SendToTargets.h"
+#include "Transfers/TransferQueue.h"
 
 namespace brellin {
 
@@ -25,6 +29,13 @@ struct WindowServices {
     Decoder &decoder;
     DesktopSettings &desktop;
     Clock &clock;
+    TransferQueue &transfers;
+    TransferServices forTransfers;
+    FileOperations &operations;
+    UserUndo &undo;
+    SendToTargets &sendTo;
+    BatchRenameServices renaming;
+    ProcessRunner &processes;
 
     UserDefaults &defaults() const { return panes.defaults; }
     const KnownFolders &folders() const { return panes.folders; }

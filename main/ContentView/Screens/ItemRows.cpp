@@ -226,6 +226,14 @@ SelectionLink::SelectionLink(BrowserModel &pane, ItemRows &rows, QItemSelectionM
     pane.selection.observe(this, [this](const Selection &) { fromPane(); });
 }
 
+void SelectionLink::settle()
+{
+    if (!m_soon.isActive())
+        return;
+    m_soon.stop();
+    fromViews();
+}
+
 void SelectionLink::fromViews()
 {
     Selection selected;

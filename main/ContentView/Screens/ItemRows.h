@@ -60,6 +60,9 @@ private:
 class SelectionLink : public QObject {
 public:
     SelectionLink(BrowserModel &pane, ItemRows &rows, QItemSelectionModel &views);
+    /// Tells the pane at once what is selected. To be called before anything is done with it: keys that come quickly arrive
+    /// before the moment in which changes are passed on.
+    void settle();
 
 private:
     void fromViews();

@@ -96,7 +96,7 @@ void PaneView::buildViews()
     auto *const selection = new QItemSelectionModel(m_rows, this);
     m_details->setSelectionModel(selection);
     m_icons->setSelectionModel(selection);
-    new SelectionLink(m_pane, *m_rows, *selection);
+    m_link = new SelectionLink(m_pane, *m_rows, *selection);
     link(m_details);
     link(m_icons);
     connect(m_details, &DetailsView::middleClicked, this, [this](const QModelIndex &index) {
@@ -118,8 +118,8 @@ void PaneView::link(QAbstractItemView *view)
         const QModelIndex index = view->indexAt(at);
         if (!index.isValid())
             view->clearSelection();
-        // The pane must know what is selected before its menu is made.
-        QTimer::singleShot(0, this, [this, view, at] { Q_EMIT menuRequested(view->viewport()->mapToGlobal(at)); });
+        settle();
+        Q_EMIT menuRequested(view->viewport()->mapToGlobal(at));
     });
     if (auto *const rows = qobject_cast<RowDelegate *>(view->itemDelegate()))
         connect(rows, &RowDelegate::renameEnded, this, &PaneView::endRename);
@@ -202,6 +202,7 @@ void PaneView::open(const QModelIndex &index)
 
 void PaneView::openSelection()
 {
+    settle();
     const std::vector<FileItem> selected = m_pane.selectedItems();
     std::vector<FileItem> files;
     for (const FileItem &item : selected) {

@@ -40,6 +40,8 @@ public:
     /// Onto a folder of the list, or onto the pane's own.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 
+    /// The pane knows what is selected from now on; to be called before a command.
+    void settle() { m_link->settle(); }
     /// Opens the selected entries: one folder in this pane, more in tabs.
     void openSelection();
 
@@ -60,6 +62,7 @@ private:
 
     BrowserModel &m_pane;
     ItemRows *m_rows;
+    SelectionLink *m_link = nullptr;
     EntryPictures m_pictures;
     PaneScreenServices m_services;
     QStackedWidget *m_stack;

@@ -1,0 +1,369 @@
+#include "App/Window/FileCommands.h"
+
+#include "App/Window/DesktopPasteboard.h"
+#include "App/Window/YesNoSheet.h"
+#include "FileOperations/Screens/BatchRenameSheet.h"
+#include "FileOperations/Screens/PropertiesSheet.h"
+#include "SendTo/MailAttachment.h"
+
+#include <QApplication>
+#include <QFileDialog>
+
+namespace brellin {
+
+namespace {
+
+std::vector<Location> selectedIn(const BrowserModel &pane)
+{
+    std::vector<Location> entries;
+    for (const FileItem &item : pane.selectedItems())
+        entries.push_back(item.location());
+    return entries;
+}
+
+/// A record of the transfers as one that can be taken back.
+UserAction actionOf(const TransferRecord &record)
+{
+    UserAction action;
+    action.kind = record.kind == TransferKind::Move ? UserAction::Kind::Move : UserAction::Kind::Copy;
+    for (const TransferredEntry &entry : record.entries)
+        if (entry.moved == (record.kind == TransferKind::Move))
+            action.entries.push_back({entry.src, entry.dst, entry.state, entry.replaced});
+    return action;
+}
+
+} // namespace
+
+FileCommands::FileCommands(const WindowServices &services, QWidget *window)
+    : QObject(window)
+    , m_services(services)
+    , m_window(window)
+    , m_transferScreens(new TransferScreens(services.transfers, services.forTransfers, services.clock, window))
+{
+    connect(m_transferScreens, &TransferScreens::failed, this, &FileCommands::said);
+    services.transfers.lastFinished.observe(this, [this](const std::optional<FinishedTransfer> &last) {
+        if (last)
+            finished(*last);
+    });
+    services.operations.question.observe(this, [this](const std::optional<OperationQuestion> &question) {
+        if (question && m_window->isActiveWindow())
+            ask(*question);
+    });
+    const auto say = [this](const std::optional<QString> &message) {
+        if (message && m_window->isActiveWindow())
+            Q_EMIT said(*message);
+    };
+    services.operations.errorMessage.observe(this, say);
+    services.undo.errorMessage.observe(this, say);
+    services.operations.status.observe(this, [say](const QString &text) { say(text); });
+    services.undo.status.observe(this, [say](const QString &text) { say(text); });
+    services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
+    services.undo.restored.observe(this, [this](const std::vector<Location> &) {
+        for (const auto &[id, pane] : m_panes)
+            if (pane)
+                pane->load();
+    });
+}
+
+void FileCommands::add(BrowserModel *added, const QUuid &id)
+{
+    BrowserModel &pane = *added;
+    pane.onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
+    std::erase_if(m_panes, [](const auto &one) { return one.second.isNull(); });
+    m_panes.emplace_back(id, &pane);
+    pane.batchRename.observe(this, [this, &pane](const std::optional<std::vector<Location>> &entries) {
+        if (entries)
+            renameSeveral(pane, *entries);
+    });
+}
+
+/// Which entry it is now is asked on a worker: its volume may have stopped answering.
+void FileCommands::recordChange(const Location &from, const Location &to)
+{
+    const QPointer<FileCommands> self = this;
+    m_services.panes.workers.run(to, MountWorkers::Turn::OfMount, [self, from, to] {
+        UserAction action{from.empty() ? UserAction::Kind::NewFolder : UserAction::Kind::Rename, {recordOf(from, to)}};
+        QMetaObject::invokeMethod(qApp, [self, action = std::move(action)] {
+            if (self)
+                self->m_services.undo.record(action);
+        });
+    });
+}
+
+/// Batches that a crash cut short are put back only if the user wants that.
+void FileCommands::visit(const Location &folder)
+{
+    m_transferScreens->visit(folder);
+    m_looking.start(
+        m_services.panes.workers, {.where = folder, .patience = FileCall<std::vector<CutShortRename>>::Patience::None},
+        [folder, logs = m_services.renaming.renameLogs, now = m_services.clock.now()](const JobControl &) {
+            return cutShortRenames(logs, folder, now);
+        },
+        [this](const std::vector<CutShortRename> &found) {
+            if (!found.empty() && !m_question)
+                offerRestoring(found);
+        },
+        [] {});
+}
+
+BrowserModel *FileCommands::paneOf(const QUuid &id) const
+{
+    for (const auto &[known, pane] : m_panes)
+        if (known == id)
+            return pane;
+    return nullptr;
+}
+
+QUuid FileCommands::idOf(const BrowserModel &pane) const
+{
+    for (const auto &[id, known] : m_panes)
+        if (known == &pane)
+            return id;
+    return {};
+}
+
+/// Reads the pane again when an operation has ended, and selects what came of it.
+FileOperations::Then FileCommands::reloading(BrowserModel &pane)
+{
+    return {&pane, [&pane](const OperationOutcome &outcome) {
+                pane.load();
+                std::vector<Location> here;
+                for (const Location &place : outcome.places())
+                    if (place.parent_path() == pane.current.get())
+                        here.push_back(place);
+                if (!here.empty())
+                    pane.setSelection(Selection(here));
+            }};
+}
+
+bool FileCommands::run(CommandId id, BrowserModel &pane)
+{
+    using enum CommandId;
+    FileOperations &operations = m_services.operations;
+    const Location folder = pane.current.get();
+    const std::vector<Location> selected = selectedIn(pane);
+    switch (id) {
+    case NewTextDocument:
+        operations.newTextDocument(folder, {&pane, [&pane](const OperationOutcome &outcome) {
+                                                pane.load();
+                                                if (outcome.places().empty())
+                                                    return;
+                                                pane.setSelection(Selection(outcome.places()));
+                                                pane.beginRenameSelection();
+                                            }});
+        return true;
+    case MoveToTrash:
+        trash(selected, pane);
+        return true;
+    case DeleteForGood:
+        operations.deleteForGood(selected, reloading(pane));
+        return true;
+    case EmptyTrash:
+        operations.emptyTrash(reloading(pane));
+        return true;
+    case Compress:
+        operations.compress(selected, folder, reloading(pane));
+        return true;
+    case Unpack:
+        operations.unpack(selected.front(), folder, reloading(pane));
+        return true;
+    case MakeAlias:
+        operations.makeAlias(selected, folder, reloading(pane));
+        return true;
+    case OpenTerminal:
+        operations.openTerminal(folder);
+        return true;
+    case StorageOverview:
+        Q_EMIT storageOverviewRequested(folder);
+        return true;
+    case Properties:
+        showProperties(selected.empty() ? std::vector{folder} : selected);
+        return true;
+    case Undo:
+        m_services.undo.undo();
+        return true;
+    case Cut:
+        putOnClipboard({ClipboardFiles::Purpose::Cut, selected});
+        return true;
+    case Copy:
+        putOnClipboard({ClipboardFiles::Purpose::Copy, selected});
+        return true;
+    case Paste:
+        paste(pane);
+        return true;
+    case Duplicate:
+        transfer(selected, folder, TransferKind::Copy, pane);
+        return true;
+    case CopyTo:
+        askForFolder(TransferKind::Copy, pane);
+        return true;
+    case MoveTo:
+        askForFolder(TransferKind::Move, pane);
+        return true;
+    case CopyPath:
+        DesktopPasteboard().setText(pathText(selected));
+        return true;
+    default:
+        return false;
+    }
+}
+
+void FileCommands::transfer(std::vector<Location> sources, const Location &destination, TransferKind kind,
+                            BrowserModel &pane)
+{
+    if (!sources.empty())
+        m_services.transfers.transfer({std::move(sources), destination, kind, idOf(pane)});
+}
+
+void FileCommands::trash(std::vector<Location> entries, BrowserModel &pane)
+{
+    if (!entries.empty())
+        m_services.operations.trash(std::move(entries), reloading(pane));
+}
+
+void FileCommands::paste(BrowserModel &pane)
+{
+    const std::optional<ClipboardFiles> files = filesOnClipboard();
+    if (!files)
+        return;
+    const bool cut = files->purpose == ClipboardFiles::Purpose::Cut;
+    transfer(files->entries, pane.current.get(), cut ? TransferKind::Move : TransferKind::Copy, pane);
+    clearCutFiles();
+}
+
+void FileCommands::askForFolder(TransferKind kind, BrowserModel &pane)
+{
+    const bool move = kind == TransferKind::Move;
+    auto *const dialog =
+        new QFileDialog(m_window, move ? QStringLiteral("Verschieben nach …") : QStringLiteral("Kopieren nach …"),
+                        shown(pane.current.get()));
+    dialog->setObjectName(QStringLiteral("folderDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setLabelText(QFileDialog::Accept, move ? QStringLiteral("Verschieben") : QStringLiteral("Kopieren"));
+    const std::vector<Location> sources = selectedIn(pane);
+    connect(dialog, &QFileDialog::fileSelected, &pane, [this, sources, kind, &pane](const QString &folder) {
+        transfer(sources, Location(QFile::encodeName(folder).toStdString()), kind, pane);
+    });
+    dialog->open();
+}
+
+void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
+{
+    const std::vector<Location> selected = selectedIn(pane);
+    switch (target.kind) {
+    case SendToTarget::Kind::Folder:
+        transfer(selected, target.folder, TransferKind::Copy, pane);
+        break;
+    case SendToTarget::Kind::Zip:
+        m_services.operations.compress(selected, pane.current.get(), reloading(pane));
+        break;
+    case SendToTarget::Kind::DesktopAlias:
+        m_services.operations.makeAlias(selected, m_services.folders().dir(StandardFolder::Desktop));
+        break;
+    case SendToTarget::Kind::Mail:
+        attach(selected);
+        break;
+    }
+}
+
+/// The desktop's mail program may take its time.
+void FileCommands::attach(const std::vector<Location> &entries)
+{
+    const QPointer<FileCommands> self = this;
+    m_services.panes.workers.run(entries.front(), MountWorkers::Turn::AtOnce,
+                                 [self, entries, &processes = m_services.processes] {
+                                     const Result<void> done = attachToMail(entries, processes, nullptr);
+                                     QMetaObject::invokeMethod(qApp, [self, done] {
+                                         if (self && !done)
+                                             Q_EMIT self->said(done.error().message);
+                                     });
+                                 });
+}
+
+void FileCommands::showProperties(const std::vector<Location> &entries)
+{
+    auto *const sheet =
+        new PropertiesSheet(std::make_unique<EntryProperties>(entries, m_services.renaming.mayChange), m_window);
+    connect(sheet, &PropertiesSheet::tagsChanged, this, [this] {
+        for (const auto &[id, pane] : m_panes)
+            if (pane)
+                pane->load();
+    });
+    sheet->begin();
+}
+
+void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location> &entries)
+{
+    auto *const sheet = new BatchRenameSheet(std::make_unique<BatchRename>(m_services.renaming, entries), m_window);
+    connect(sheet, &SheetFrame::closed, &pane, [&pane] { pane.closeBatchRename(); });
+    connect(sheet, &BatchRenameSheet::renamed, &pane, [&pane](const std::vector<Location> &places) {
+        pane.load();
+        pane.setSelection(Selection(places));
+    });
+    sheet->begin();
+}
+
+/// Recorded for undo by whichever window hears of it first; shown by the one whose pane asked.
+void FileCommands::finished(const FinishedTransfer &transfer)
+{
+    BrowserModel *const pane = paneOf(transfer.pane);
+    if (!pane)
+        return;
+    m_services.undo.record(actionOf(transfer.record));
+    for (const TransferredEntry &entry : transfer.record.entries) {
+        m_services.panes.sizes.touched(entry.dst);
+        if (entry.moved)
+            m_services.panes.colors.moved(entry.src, entry.dst);
+    }
+    pane->reload();
+    if (const std::vector<Location> arrived = transfer.arrived();
+        !arrived.empty() && arrived.front().parent_path() == pane->current.get())
+        pane->setSelection(Selection(arrived));
+    if (const std::optional<QString> message = transfer.errorMessage())
+        pane->showError(*message);
+}
+
+void FileCommands::ask(const OperationQuestion &question)
+{
+    if (m_question)
+        return;
+    auto *const sheet =
+        new YesNoSheet(question.message, question.information, question.accept, ButtonKind::Danger, m_window);
+    sheet->setObjectName(QStringLiteral("operationQuestion"));
+    m_question = sheet;
+    const auto answer = [this](FileOperations::Answer given) {
+        m_question.clear();
+        m_services.operations.answer(given);
+    };
+    connect(sheet, &YesNoSheet::accepted, this, [answer] { answer(FileOperations::Answer::Accept); });
+    connect(sheet, &YesNoSheet::declined, this, [answer] { answer(FileOperations::Answer::Cancel); });
+    sheet->open();
+}
+
+void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)
+{
+    auto *const sheet = new YesNoSheet(QStringLiteral("Unterbrochenes Umbenennen"), found.front().question(),
+                                       QStringLiteral("Namen wiederherstellen"), ButtonKind::Primary, m_window);
+    sheet->setObjectName(QStringLiteral("restoreQuestion"));
+    m_question = sheet;
+    connect(sheet, &YesNoSheet::accepted, this, [this, found] {
+        const QPointer<FileCommands> self = this;
+        const Location where = found.front().renames.front().from;
+        m_services.panes.workers.run(where, MountWorkers::Turn::OfMount,
+                                     [self, found, &files = m_services.panes.files] {
+                                         QStringList failures;
+                                         for (const CutShortRename &batch : found)
+                                             failures += restoreCutShort(batch, files);
+                                         QMetaObject::invokeMethod(qApp, [self, failures] {
+                                             if (self && !failures.isEmpty())
+                                                 Q_EMIT self->said(failures.join(QStringLiteral(" · ")));
+                                         });
+                                     });
+    });
+    sheet->open();
+}
+
+} // namespace brellin

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "App/Window/WindowCommands.h"
+#include "App/Window/WindowServices.h"
+#include "FileOperations/RenameLog.h"
+#include "Transfers/Screens/TransferScreens.h"
+
+#include <QPointer>
+#include <QUuid>
+
+namespace brellin {
+
+class YesNoSheet;
+
+/// What a window's commands do with files: passes the active pane's selection on to the transfers and operations, and shows
+/// in the pane what came of them. Each pane has an ID under which its transfers wait for each other.
+class FileCommands : public QObject {
+    Q_OBJECT
+public:
+    FileCommands(const WindowServices &services, QWidget *window);
+
+    /// The panes that belong to this window, by their IDs.
+    void add(BrowserModel *pane, const QUuid &id);
+
+    /// Whether the command is one of files, which is then carried out.
+    bool run(CommandId id, BrowserModel &pane);
+
+    /// A folder is shown: offers to clear up what a crash left in it.
+    void visit(const Location &folder);
+
+    void transfer(std::vector<Location> sources, const Location &destination, TransferKind kind, BrowserModel &pane);
+    void trash(std::vector<Location> entries, BrowserModel &pane);
+    void sendTo(const SendToTarget &target, BrowserModel &pane);
+    void showProperties(const std::vector<Location> &entries);
+
+    Q_SIGNAL void said(const QString &message);
+    Q_SIGNAL void storageOverviewRequested(const brellin::Location &folder);
+    Q_SIGNAL void stateChanged();
+
+private:
+    void attach(const std::vector<Location> &entries);
+    void recordChange(const Location &from, const Location &to);
+    void offerRestoring(const std::vector<CutShortRename> &found);
+    void askForFolder(TransferKind kind, BrowserModel &pane);
+    void paste(BrowserModel &pane);
+    void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
+    void finished(const FinishedTransfer &transfer);
+    void ask(const OperationQuestion &question);
+    FileOperations::Then reloading(BrowserModel &pane);
+    BrowserModel *paneOf(const QUuid &id) const;
+    QUuid idOf(const BrowserModel &pane) const;
+
+    WindowServices m_services;
+    QWidget *m_window;
+    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes;
+    TransferScreens *m_transferScreens;
+    QPointer<YesNoSheet> m_question;
+    FileCall<std::vector<CutShortRename>> m_looking;
+};
+
+} // namespace brellin

@@ -1,0 +1,150 @@
+#include "App/Window/FileCommands.h"
+#include "App/Window/MainWindow.h"
+#include "App/Window/StatusBar.h"
+#include "App/Window/TabBar.h"
+#include "App/Window/YesNoSheet.h"
+#include "Base/Edition.h"
+#include "ContentView/Screens/Crumbs.h"
+#include "Disk/FileAttributes.h"
+#include "Features/Screens/StorageOverviewPage.h"
+#include "Features/StorageOverview.h"
+#include "Transfers/Screens/TransferPanel.h"
+
+#include <QApplication>
+#include <QPointer>
+
+namespace brellin {
+
+void MainWindow::buildFileCommands()
+{
+    m_storage = std::make_unique<StorageOverview>();
+    m_files = new FileCommands(m_services, this);
+    connect(m_files, &FileCommands::said, this, &MainWindow::say);
+    connect(m_files, &FileCommands::stateChanged, this, [this] {
+        if (m_tabPages && tab())
+            refreshState();
+    });
+    connect(m_files, &FileCommands::storageOverviewRequested, this, &MainWindow::showStorage);
+    connect(m_address, &AddressBar::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
+}
+
+/// Onto a tab: into the folder of its active pane.
+void MainWindow::takeDropsOnTabs()
+{
+    auto *const drops = new FileDrop(m_tabs->bar(), [this](QPoint at) -> std::optional<Location> {
+        const int index = m_tabs->bar()->tabAt(at);
+        if (index < 0 || index >= m_tabPages->count())
+            return std::nullopt;
+        return static_cast<TabPage *>(m_tabPages->widget(index))->active().current.get();
+    });
+    connect(drops, &FileDrop::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
+}
+
+void MainWindow::drop(const DroppedFiles &files, BrowserModel *onto)
+{
+    m_files->transfer(files.sources, files.destination,
+                      files.kind == DropKind::Move ? TransferKind::Move : TransferKind::Copy, *onto);
+}
+
+/// Above the status line, beside the sidebar.
+void MainWindow::placePanel()
+{
+    if (!m_transfers)
+        return;
+    const QRect area(m_places->mapTo(this, QPoint(0, 0)), m_places->size());
+    m_transfers->placeIn(area.adjusted(0, 0, 0, place() == Place::Folder ? -m_status->height() : 0));
+}
+
+void MainWindow::showStorage(const Location &folder)
+{
+    m_storageFolder = folder;
+    showPlace();
+    m_storage->count(folder);
+}
+
+QWidget *MainWindow::makeStoragePage()
+{
+    auto *const page = new StorageOverviewPage(*m_storage, m_places);
+    connect(page, &StorageOverviewPage::openWanted, this, &MainWindow::openFromStorage);
+    connect(page, &StorageOverviewPage::leaveWanted, this, &MainWindow::leavePage);
+    connect(page, &StorageOverviewPage::trashWanted, this, [this](const std::vector<Location> &entries) {
+        const QString what = entries.size() == 1
+                                 ? QStringLiteral("„%1“ in den Papierkorb legen?").arg(shownName(entries.front()))
+                                 : QStringLiteral("%1 Elemente in den Papierkorb legen?").arg(entries.size());
+        auto *const question =
+            new YesNoSheet(what, QStringLiteral("Platz wird erst frei, wenn der Papierkorb geleert wird."),
+                           QStringLiteral("In den Papierkorb legen"), ButtonKind::Danger, this);
+        connect(question, &YesNoSheet::accepted, this, [this, entries] {
+            m_services.operations.trash(entries, {this, [this](const OperationOutcome &outcome) {
+                                                      std::vector<Location> gone;
+                                                      for (const UserAction::Entry &entry : outcome.action.entries)
+                                                          gone.push_back(entry.from);
+                                                      m_storage->removed(gone);
+                                                  }});
+        });
+        question->open();
+    });
+    m_storage->shown.observe(page, [this](const Location &) {
+        if (m_storageFolder)
+            m_address->setPage(storagePath());
+    });
+    return page;
+}
+
+/// "Benutzerordner", "Downloads", "Speicherplatz"
+QStringList MainWindow::storagePath() const
+{
+    QStringList words;
+    for (const Crumb &crumb : crumbsOf(m_storage->shown.get(), m_services.folders()))
+        words.append(crumb.title);
+    return words << QStringLiteral("Speicherplatz");
+}
+
+/// A folder in this pane, a file selected in a tab of its own; which of them it is, is asked on a worker.
+void MainWindow::openFromStorage(const Location &entry)
+{
+    const QPointer<MainWindow> self = this;
+    m_services.panes.workers.run(entry, MountWorkers::Turn::OfMount, [self, entry] {
+        const Result<FileAttributes> attributes = readAttributes(entry);
+        QMetaObject::invokeMethod(qApp, [self, entry, folder = attributes && attributes->isFolder()] {
+            if (!self)
+                return;
+            self->leavePage();
+            if (folder)
+                self->pane()->navigate(entry);
+            else
+                self->showEntry(entry);
+        });
+    });
+}
+
+bool MainWindow::isLastWindow() const
+{
+    return std::ranges::none_of(QApplication::topLevelWidgets(), [this](const QWidget *one) {
+        return one != this && one->isVisible() && qobject_cast<const MainWindow *>(one);
+    });
+}
+
+bool MainWindow::isBusy() const
+{
+    return m_services.transfers.busy() || m_services.agent.agent.running.get();
+}
+
+void MainWindow::askToClose()
+{
+    if (hasSheet())
+        return;
+    auto *const question =
+        new YesNoSheet(QStringLiteral("%1 arbeitet noch").arg(Edition::name()),
+                       QStringLiteral("Beim Beenden wird abgebrochen, was gerade läuft. Was fertig ist, bleibt; halb "
+                                      "kopierte Dateien werden entfernt."),
+                       QStringLiteral("Abbrechen und beenden"), ButtonKind::Danger, this);
+    question->setObjectName(QStringLiteral("closeQuestion"));
+    connect(question, &YesNoSheet::accepted, this, [this] {
+        m_mayClose = true;
+        close();
+    });
+    question->open();
+}
+
+} // namespace brellin

@@ -1,0 +1,34 @@
+#include "App/Window/YesNoSheet.h"
+
+#include "Look/Labels.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace brellin {
+
+YesNoSheet::YesNoSheet(const QString &question, const QString &explanation, const QString &accept, ButtonKind kind,
+                       QWidget *window)
+    : SheetFrame(question, {}, {500, 260}, window)
+{
+    content()->addWidget(makeBody(explanation, this));
+    content()->addStretch(1);
+    // Made first, it has the keys first.
+    QPushButton *const no = makeButton(QStringLiteral("Abbrechen"), ButtonKind::Usual, QStringLiteral("cancel"), this);
+    QPushButton *const yes = makeButton(accept, kind, QStringLiteral("accept"), this);
+    buttons()->addWidget(yes);
+    buttons()->addWidget(no);
+    connect(no, &QAbstractButton::clicked, this, &YesNoSheet::escape);
+    connect(yes, &QAbstractButton::clicked, this, [this] {
+        Q_EMIT accepted();
+        close();
+    });
+}
+
+void YesNoSheet::escape()
+{
+    Q_EMIT declined();
+    close();
+}
+
+} // namespace brellin
