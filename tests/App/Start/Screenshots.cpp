@@ -4,8 +4,10 @@
 #include "App/Start/WindowComposition.h"
 #include "App/Window/MainWindow.h"
 #include "Base/German.h"
+#include "Look/Cards.h"
 #include "Look/DesktopSettings.h"
 #include "Look/Theme.h"
+#include "Transfers/Screens/TransferPanel.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -13,6 +15,7 @@
 #include <QTest>
 
 #include <cstdio>
+#include <fstream>
 
 using namespace brellin;
 
@@ -53,10 +56,76 @@ public:
         take(QStringLiteral("symbole-zwei-ordner"), Appearance::Light);
         m_window->run(CommandId::DualPane);
         pane().setViewMode(ViewMode::Details);
+        files();
         agent();
     }
 
 private:
+    /// What is done with files: the questions and pages of the file commands.
+    void files()
+    {
+        const Location documents = m_services.folders().dir(StandardFolder::Documents);
+        m_window->run(CommandId::StorageOverview);
+        both(QStringLiteral("speicherplatz"));
+        m_window->run(CommandId::Back);
+
+        pane().setSelection(Selection({m_downloads / "IMG_4417.png", m_downloads / "IMG_4418.png",
+                                       m_downloads / "Abendrot Kalterer See.png", m_downloads / "Wanderung.png"}));
+        m_window->run(CommandId::Rename);
+        withSheet(QStringLiteral("umbenennen"));
+
+        select("notizen.txt");
+        m_window->run(CommandId::Properties);
+        withSheet(QStringLiteral("eigenschaften"));
+
+        std::filesystem::copy_file(m_downloads / "notizen.txt", documents / "notizen.txt");
+        select("notizen.txt");
+        m_window->run(CommandId::Copy);
+        pane().navigate(documents);
+        m_window->run(CommandId::Paste);
+        withSheet(QStringLiteral("konflikt"));
+
+        panel(documents);
+        pane().navigate(m_downloads);
+    }
+
+    /// Many small files take long enough to be seen.
+    void panel(const Location &documents)
+    {
+        const Location many = m_downloads / "Vorlagen/Sammlung";
+        std::filesystem::create_directories(many);
+        for (int number = 0; number < 6000; ++number)
+            std::ofstream(many / (std::to_string(number) + ".txt")) << std::string(20'000, 'x');
+        pane().navigate(many.parent_path());
+        pane().setSelection(Selection({many}));
+        m_window->run(CommandId::Copy);
+        pane().navigate(documents);
+        m_window->run(CommandId::Paste);
+        auto *const shown = m_window->findChild<TransferPanel *>();
+        if (!QTest::qWaitFor([shown] { return shown->isVisible(); }, 5'000))
+            return;
+        QTest::qWait(400);
+        grab(QStringLiteral("uebertragung-hell"));
+        std::ignore = QTest::qWaitFor([shown] { return !shown->isVisible(); }, 60'000);
+        std::filesystem::remove_all(many);
+        std::filesystem::remove_all(documents / "Sammlung");
+    }
+
+    void withSheet(const QString &name)
+    {
+        const auto sheet = [this]() -> SheetFrame * {
+            for (SheetFrame *const one : m_window->findChildren<SheetFrame *>())
+                if (one->isVisible())
+                    return one;
+            return nullptr;
+        };
+        if (!QTest::qWaitFor([&] { return sheet() != nullptr; }, 5'000))
+            return;
+        both(name);
+        QTest::keyClick(sheet(), Qt::Key_Escape);
+        QTest::qWait(300);
+    }
+
     BrowserModel &pane() { return *m_window->state().pane; }
 
     void select(const char *name)
@@ -79,16 +148,25 @@ private:
         both(QStringLiteral("agent"));
         view->open(AgentArea::Cleanup);
         both(QStringLiteral("agent-vorschlaege"));
-        agent.executeChosen();
-        if (!QTest::qWaitFor(idle, 20'000))
-            return;
-        view->open(AgentArea::History);
-        both(QStringLiteral("agent-verlauf"));
         view->showGuide();
         both(QStringLiteral("agent-anleitung"));
         view->showStart();
         view->openSheet(AgentSheet::CleanupRules);
         both(QStringLiteral("agent-regeln"));
+        // The fifth rule, "Rechnungen (PDF) ablegen".
+        for (int step = 0; step < 4; ++step)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        both(QStringLiteral("agent-regel-bearbeiten"));
+        for (int sheet = 0; sheet < 2; ++sheet) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+            QTest::qWait(300);
+        }
+        agent.executeChosen();
+        if (!QTest::qWaitFor(idle, 20'000))
+            return;
+        view->open(AgentArea::History);
+        both(QStringLiteral("agent-verlauf"));
     }
 
     void both(const QString &name)
@@ -102,10 +180,15 @@ private:
         Theme::shared().setAppearance(appearance);
         QTest::qWait(settling);
         const QString tone = appearance == Appearance::Light ? QStringLiteral("hell") : QStringLiteral("dunkel");
-        const QString path = QStringLiteral("%1/%2-%3.png").arg(m_folder, name, tone);
+        grab(name + QLatin1Char('-') + tone);
+        Theme::shared().setAppearance(Appearance::Light);
+    }
+
+    void grab(const QString &name)
+    {
+        const QString path = QStringLiteral("%1/%2.png").arg(m_folder, name);
         if (!m_window->grab().save(path))
             std::fprintf(stderr, "%s could not be written\n", qPrintable(path));
-        Theme::shared().setAppearance(Appearance::Light);
     }
 
     QString m_folder;
