@@ -111,6 +111,7 @@ void MainWindow::buildBody(const StoredWindow &from)
                                  m_services.defaults(), m_services.folders(), &m_services.thumbnails},
                                 m_body);
     m_sidebar->setVisible(from.sidebar);
+    takeDropsOnSidebar();
     connect(m_sidebar, &SidebarView::chosen, this, &MainWindow::choose);
     connect(m_sidebar, &SidebarView::chosenForNewTab, this, [this](const SidebarChoice &choice) {
         addTab(choice.isFolder() ? choice.location : pane()->current.get());
@@ -255,6 +256,7 @@ void MainWindow::follow()
     now->canGoBack.observe(receiver, refresh);
     now->canGoForward.observe(receiver, refresh);
     now->viewMode.observe(receiver, refresh);
+    now->iconSize.observe(receiver, refresh);
     now->showHidden.observe(receiver, refresh);
     now->selection.observe(receiver, [this](const Selection &) {
         refreshState();

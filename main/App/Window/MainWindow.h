@@ -60,6 +60,7 @@ private:
     QWidget *buildPanes();
     void buildFileCommands();
     void takeDropsOnTabs();
+    void takeDropsOnSidebar();
     void drop(const DroppedFiles &files, BrowserModel *pane);
     void showStorage(const Location &folder);
     void openFromStorage(const Location &entry);
@@ -100,6 +101,8 @@ private:
     void showMenu(const QPoint &global);
     void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addSendToMenu(QMenu &menu);
+    void addSendToChanges(QMenu &menu);
+    void addUndoList(QMenu &menu);
     void addPinEntry(QMenu &menu, const Location &folder);
     void addTagMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addColorMenu(QMenu &menu, const std::vector<FileItem> &items);

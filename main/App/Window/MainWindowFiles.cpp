@@ -8,6 +8,7 @@
 #include "Disk/FileAttributes.h"
 #include "Features/Screens/StorageOverviewPage.h"
 #include "Features/StorageOverview.h"
+#include "Sidebar/Screens/SidebarView.h"
 #include "Transfers/Screens/TransferPanel.h"
 
 #include <QApplication>
@@ -37,6 +38,12 @@ void MainWindow::takeDropsOnTabs()
             return std::nullopt;
         return static_cast<TabPage *>(m_tabPages->widget(index))->active().current.get();
     });
+    connect(drops, &FileDrop::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
+}
+
+void MainWindow::takeDropsOnSidebar()
+{
+    auto *const drops = new FileDrop(m_sidebar->dropArea(), [this](QPoint at) { return m_sidebar->folderAt(at); });
     connect(drops, &FileDrop::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
 }
 

@@ -186,6 +186,29 @@ void MainWindow::addSendToMenu(QMenu &menu)
     targets->addSeparator();
     targets->addAction(QStringLiteral("Kopieren nach …"), this, [this] { run(CommandId::CopyTo); });
     targets->addAction(QStringLiteral("Verschieben nach …"), this, [this] { run(CommandId::MoveTo); });
+    targets->addSeparator();
+    addSendToChanges(*targets);
+}
+
+/// The user's own list: the selected folder joins it, any target moves up in it or leaves it.
+void MainWindow::addSendToChanges(QMenu &menu)
+{
+    SendToTargets &list = m_services.sendTo;
+    const std::vector<FileItem> selected = pane()->selectedItems();
+    if (selected.size() == 1 && selected.front().isFolder)
+        menu.addAction(QStringLiteral("„%1“ als Ziel hinzufügen").arg(selected.front().name()), this,
+                       [&list, folder = selected.front().location()] { list.addFolder(folder); });
+    QMenu *const up = menu.addMenu(QStringLiteral("Ziel nach oben"));
+    QMenu *const remove = menu.addMenu(QStringLiteral("Ziel entfernen"));
+    const std::vector<SendToTarget> &targets = list.targets.get();
+    for (std::size_t place = 0; place < targets.size(); ++place) {
+        const QUuid id = targets[place].id;
+        if (place > 0)
+            up->addAction(targets[place].name, this,
+                          [&list, id, to = static_cast<int>(place) - 1] { list.move(id, to); });
+        remove->addAction(targets[place].name, this, [&list, id] { list.remove(id); });
+    }
+    menu.addAction(QStringLiteral("Übliche Ziele wiederherstellen"), this, [&list] { list.restoreDefaults(); });
 }
 
 /// The colour of a folder's drawing, which is the program's own and not a tag.
@@ -250,7 +273,24 @@ void MainWindow::showAllCommands(QWidget *under)
             }
         }
     }
+    addUndoList(*menu);
     menu->popup(under->mapToGlobal(QPoint(under->width() - menu->sizeHint().width(), under->height() + 4)));
+}
+
+/// What was done, the last first; taken back in this order.
+void MainWindow::addUndoList(QMenu &menu)
+{
+    QMenu *const list = menu.addMenu(QStringLiteral("Rückgängig machen"));
+    list->setObjectName(QStringLiteral("undoList"));
+    list->setToolTipsVisible(true);
+    constexpr std::size_t most = 20;
+    const std::vector<UserAction> &actions = m_services.undo.actions.get();
+    list->setEnabled(!actions.empty());
+    for (std::size_t place = 0; place < std::min(actions.size(), most); ++place) {
+        QAction *const entry = list->addAction(undoTitle(actions[place]), this, [this] { run(CommandId::Undo); });
+        entry->setToolTip(undoLines(actions[place]).mid(0, 12).join(QLatin1Char('\n')));
+        entry->setEnabled(place == 0);
+    }
 }
 
 void MainWindow::showSettings()

@@ -4,6 +4,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QSignalBlocker>
 
 namespace brellin {
 
@@ -28,6 +29,8 @@ Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *addr
     row->addWidget(address, 1);
     row->addWidget(add(Details, QStringLiteral("list"), QStringLiteral("Als Liste")));
     row->addWidget(add(Icons, QStringLiteral("layout-grid"), QStringLiteral("Als Symbole")));
+    buildSize();
+    row->addWidget(m_size);
     row->addWidget(add(DualPane, QStringLiteral("columns-2"),
                        QStringLiteral("Zwei Ordner nebeneinander – Dateien von links nach rechts ziehen")));
     row->addWidget(add(Preview, QStringLiteral("panel-right"), QStringLiteral("Vorschaufenster")));
@@ -38,6 +41,23 @@ Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *addr
                                         QStringLiteral("commandsButton"), this);
     connect(more, &QAbstractButton::clicked, this, [this, more] { Q_EMIT menuRequested(more); });
     row->addWidget(more);
+}
+
+void Toolbar::buildSize()
+{
+    m_size = new QSlider(Qt::Horizontal, this);
+    m_size->setObjectName(QStringLiteral("iconSize"));
+    m_size->setRange(40, 256);
+    m_size->setSingleStep(16);
+    m_size->setPageStep(48);
+    m_size->setFixedWidth(scaled(90));
+    m_size->setAccessibleName(QStringLiteral("Symbolgröße"));
+    m_size->setToolTip(QStringLiteral("Symbolgröße (Strg++ / Strg+−)"));
+    m_size->hide();
+    connect(m_size, &QSlider::valueChanged, this, [this](int side) {
+        if (m_pane)
+            m_pane->setIconSize(side);
+    });
 }
 
 SymbolButton *Toolbar::add(CommandId id, const QString &symbol, const QString &help)
@@ -67,6 +87,13 @@ void Toolbar::showState(const CommandState &state)
             button->setChecked(command.checked(state));
     }
     m_search->setEnabled(!state.page);
+    m_pane = state.pane;
+    const bool icons = !state.page && state.pane && state.pane->viewMode.get() == ViewMode::Icons;
+    if (icons) {
+        const QSignalBlocker quiet(m_size);
+        m_size->setValue(qRound(state.pane->iconSize.get()));
+    }
+    m_size->setVisible(icons);
 }
 
 void Toolbar::paintEvent(QPaintEvent *)

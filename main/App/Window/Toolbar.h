@@ -6,6 +6,8 @@
 #include "Look/Buttons.h"
 
 #include <QAction>
+#include <QPointer>
+#include <QSlider>
 #include <QWidget>
 
 #include <map>
@@ -29,10 +31,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void buildSize();
     SymbolButton *add(CommandId id, const QString &symbol, const QString &help);
 
     const std::map<CommandId, QAction *> &m_actions;
     std::map<CommandId, SymbolButton *> m_buttons;
+    QSlider *m_size; ///< of the icons, while there are any
+    QPointer<BrowserModel> m_pane;
     AddressBar *m_address;
     SearchField *m_search;
 };

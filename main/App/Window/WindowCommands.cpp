@@ -157,9 +157,9 @@ std::vector<WindowCommand> goMenu()
              withBack);
     menu.add(Forward, QStringLiteral("Vorwärts"),
              {alt | Qt::Key_Right, control | Qt::Key_BracketRight, Qt::Key_Forward}, leaves, withForward);
-    menu.add(Up, QStringLiteral("Übergeordneter Ordner"), {alt | Qt::Key_Up, control | Qt::Key_Up, Qt::Key_Backspace},
+    menu.add(Up, QStringLiteral("Übergeordneter Ordner"), {control | Qt::Key_Up, alt | Qt::Key_Up, Qt::Key_Backspace},
              leaves, withParent);
-    menu.add(Reload, QStringLiteral("Aktualisieren"), {Qt::Key_F5, control | Qt::Key_R}, works, inFolder);
+    menu.add(Reload, QStringLiteral("Aktualisieren"), {control | Qt::Key_R, Qt::Key_F5}, works, inFolder);
     menu.add(Home, QStringLiteral("Benutzerordner"), {control | shift | Qt::Key_H}, works, always);
     menu.add(Downloads, QStringLiteral("Downloads"), {control | alt | Qt::Key_L}, works, always);
     menu.add(Photos, QStringLiteral("Fotos-Mediathek"), {control | shift | Qt::Key_P}, works, always);
@@ -178,16 +178,16 @@ std::vector<WindowCommand> viewMenu()
     Menu menu(CommandGroup::View);
     menu.add(Details, QStringLiteral("Als Liste"), {control | Qt::Key_1}, leaves, inFolder, asList);
     menu.add(Icons, QStringLiteral("Als Symbole"), {control | Qt::Key_2}, leaves, inFolder, asIcons);
-    menu.add(LargerIcons, QStringLiteral("Symbole vergrößern"), {control | Qt::Key_Plus, control | Qt::Key_Equal},
-             leaves, inFolder);
-    menu.add(SmallerIcons, QStringLiteral("Symbole verkleinern"), {control | Qt::Key_Minus}, leaves, inFolder);
+    menu.add(LargerIcons, QStringLiteral("Größere Symbole"), {control | Qt::Key_Plus, control | Qt::Key_Equal}, leaves,
+             inFolder);
+    menu.add(SmallerIcons, QStringLiteral("Kleinere Symbole"), {control | Qt::Key_Minus}, leaves, inFolder);
     menu.add(ShowHidden, QStringLiteral("Versteckte Dateien ein/aus"),
              {control | Qt::Key_H, control | shift | Qt::Key_Period}, leaves, inFolder, withHidden);
     menu.add(DualPane, QStringLiteral("Zwei Ordner nebeneinander"), {Qt::Key_F3}, works, always,
              [](const State &state) { return state.dualPane; });
     menu.add(OtherPane, QStringLiteral("Zum anderen Ordner wechseln"), {Qt::Key_F6}, leaves, withTwoPanes);
-    menu.add(Preview, QStringLiteral("Vorschaufenster"), {Qt::Key_F11, control | shift | Qt::Key_I}, works, inFolder,
-             [](const State &state) { return state.preview; });
+    menu.add(Preview, QStringLiteral("Vorschaufenster ein/aus"), {control | alt | Qt::Key_P, Qt::Key_F11}, works,
+             inFolder, [](const State &state) { return state.preview; });
     menu.add(Sidebar, QStringLiteral("Seitenleiste"), {Qt::Key_F9}, works, always,
              [](const State &state) { return state.sidebar; });
     return menu.commands;

@@ -76,15 +76,18 @@ void FileDrop::show(QDropEvent &event, const std::optional<DroppedFiles> &plan)
 
 bool FileDrop::eventFilter(QObject *watched, QEvent *event)
 {
+    const bool carries =
+        event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove || event->type() == QEvent::Drop;
+    // A drag without files is somebody else's: entries that change places, tabs.
+    if (carries &&
+        !static_cast<QDropEvent *>(event)->mimeData()->hasFormat(QString::fromLatin1(clipboardForms::uriList)))
+        return false;
     switch (event->type()) {
     case QEvent::DragEnter:
         m_mounts = currentMountTable();
-        if (static_cast<QDropEvent *>(event)->mimeData()->hasFormat(QString::fromLatin1(clipboardForms::uriList))) {
-            // Accepted as a whole: each point then says for itself what it takes.
-            static_cast<QDropEvent *>(event)->acceptProposedAction();
-            return true;
-        }
-        return false;
+        // Accepted as a whole: each point then says for itself what it takes.
+        static_cast<QDropEvent *>(event)->acceptProposedAction();
+        return true;
     case QEvent::DragMove: {
         auto *const drag = static_cast<QDropEvent *>(event);
         show(*drag, planned(*drag));
@@ -92,7 +95,7 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
     }
     case QEvent::DragLeave:
         Q_EMIT over(std::nullopt);
-        return true;
+        return false;
     case QEvent::Drop: {
         auto *const drop = static_cast<QDropEvent *>(event);
         const std::optional<DroppedFiles> plan = planned(*drop);

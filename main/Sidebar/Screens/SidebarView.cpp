@@ -106,6 +106,20 @@ void SidebarView::setAgentBadge(int number)
     d->rows->setAgentBadge(number);
 }
 
+QWidget *SidebarView::dropArea() const
+{
+    return d->list->viewport();
+}
+
+std::optional<Location> SidebarView::folderAt(QPoint place) const
+{
+    const QModelIndex index = d->list->indexAt(place);
+    if (!index.isValid())
+        return std::nullopt;
+    const std::optional<SidebarChoice> &choice = d->rows->row(index).choice;
+    return choice && choice->isFolder() ? std::optional(choice->location) : std::nullopt;
+}
+
 void SidebarView::focusList()
 {
     d->list->setFocus(Qt::ShortcutFocusReason);

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace brellin {
 
@@ -44,6 +45,9 @@ public:
     void setAgentBadge(int number);
     /// Puts the keys into the list.
     void focusList();
+    /// Where files can be dropped, and the folder that a point of it stands for; nothing beside the folders.
+    QWidget *dropArea() const;
+    std::optional<Location> folderAt(QPoint place) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
