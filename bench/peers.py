@@ -11,6 +11,7 @@ import json
 import os
 import platform
 import shutil
+import signal
 import statistics
 import subprocess
 import sys
@@ -478,8 +479,56 @@ class TransferMove(Contest):
         return self.there_and_back(["mv"])
 
 
+class WindowStart(Contest):
+    """From the start of the program to a window on a virtual display that shows something: its picture is of more than one
+    colour."""
+
+    title = "window of a folder with 1,000 files"
+    peer = "pcmanfm-qt"
+    display = ":87"
+
+    def make(self):
+        make_flat(self.folder / "flat", self.count(1_000), 10)
+        self.home = Home(self.folder / "home")
+        (self.folder / "run").mkdir(mode=0o700)
+        self.home.environment |= {"DISPLAY": self.display, "XDG_RUNTIME_DIR": str(self.folder / "run")}
+        self.screen = subprocess.Popen(["Xvfb", self.display, "-screen", "0", "1280x800x24"], stderr=subprocess.DEVNULL)
+        time.sleep(1)
+
+    def __del__(self):
+        if screen := getattr(self, "screen", None):
+            screen.kill()
+            screen.wait()
+
+    def painted(self):
+        picture = subprocess.run(["xwd", "-root", "-silent", "-display", self.display], capture_output=True, check=False)
+        pixels = picture.stdout[-1280 * 800 * 4:]
+        return len({pixels[at:at + 4] for at in range(0, len(pixels), 4 * 997)}) > 3
+
+    def start(self, command):
+        start = time.perf_counter()
+        program = subprocess.Popen([*command, self.folder / "flat"], env=self.home.environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        try:
+            while not self.painted():
+                require(program.poll() is None, f"{command[0]} ended with {program.returncode}")
+                require(time.perf_counter() - start < 60, f"{command[0]} shows nothing")
+            return time.perf_counter() - start
+        finally:
+            os.killpg(program.pid, signal.SIGKILL)
+            program.wait()
+            while self.painted():
+                time.sleep(0.01)
+
+    def ours(self):
+        return self.start([self.bin / "brellin-fenster"])
+
+    def theirs(self):
+        return self.start(["pcmanfm-qt"])
+
+
 CONTESTS = {"transfer": TransferSmall, "transfer-big": TransferBig, "transfer-move": TransferMove,
-            "search": NameSearch, "liste": PaneList, "suchen": PaneSearch, "groesse": FolderSize, "rules": Rules,
+            "search": NameSearch, "fenster": WindowStart, "liste": PaneList, "suchen": PaneSearch, "groesse": FolderSize, "rules": Rules,
             "digest": Digest, "moves": Moves, "copy": CopySmall, "big": CopyBig, "jdupes": DuplicatesJdupes,
             "rmlint": DuplicatesRmlint, "rdfind": DuplicatesRdfind}
 
