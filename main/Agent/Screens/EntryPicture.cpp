@@ -19,7 +19,8 @@ QPixmap entryPixmap(const AgentPorts &ports, const Location &entry, EntryShape s
             return picture;
         }
     }
-    const std::string_view extension = extensionOf(entry.filename().native());
+    const std::string name = entry.filename().native(); // what follows looks into it
+    const std::string_view extension = extensionOf(name);
     return EntryIcons::document(shown(extension), fileCategory(extension), side, pixelsPerPoint);
 }
 
