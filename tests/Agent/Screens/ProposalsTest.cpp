@@ -159,10 +159,15 @@ TEST_F(Proposals, areReportedForTheAnalysedFolderOnlyWhileTheyAreItsOwn)
     show({movingPdfs()});
     view->analyze(home("Ordner"));
     ASSERT_TRUE(settled());
+    // Written and handed over by workers.
+    const auto handedOver = [this] { return !desktop.copied.isEmpty(); };
     click("agentHandOver");
+    ASSERT_TRUE(QTest::qWaitFor(handedOver, 20'000));
     EXPECT_TRUE(desktop.copied.contains(shown(home("Ordner")))) << desktop.copied.toStdString();
     scan();
+    desktop.copied.clear();
     click("agentHandOver");
+    ASSERT_TRUE(QTest::qWaitFor(handedOver, 20'000));
     EXPECT_FALSE(desktop.copied.contains(shown(home("Ordner")))) << desktop.copied.toStdString();
 }
 
