@@ -515,8 +515,9 @@ class WindowStart(Contest):
                 require(time.perf_counter() - start < 60, f"{command[0]} shows nothing")
             return time.perf_counter() - start
         finally:
-            os.killpg(program.pid, signal.SIGKILL)
-            program.wait()
+            if program.poll() is None:
+                os.killpg(program.pid, signal.SIGKILL)
+                program.wait()
             while self.painted():
                 time.sleep(0.01)
 
