@@ -67,6 +67,8 @@ public:
 protected:
     /// What Esc does: closes, unless somebody overrides it.
     virtual void escape() { close(); }
+    /// What Return does where no push button has the keys; one that has them is clicked.
+    virtual void confirm() {}
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

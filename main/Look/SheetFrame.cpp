@@ -3,10 +3,10 @@
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -155,9 +155,12 @@ void SheetFrame::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)
         escape();
-    auto *const button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
-    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && button && isAncestorOf(button))
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *const button = qobject_cast<QPushButton *>(QApplication::focusWidget());
+    if (enter && !event->isAutoRepeat() && button && isAncestorOf(button))
         button->click();
+    else if (enter && !event->isAutoRepeat())
+        confirm();
     // Nothing gets through to the window beneath.
     event->accept();
 }

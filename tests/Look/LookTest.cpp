@@ -114,6 +114,10 @@ TEST(Look, aSheetKeepsTheFocusAndGivesItBack)
     auto *const second = new QLineEdit;
     sheet->content()->addWidget(first);
     sheet->content()->addWidget(second);
+    QPushButton *const button = makeButton(QStringLiteral("Fertig"), ButtonKind::Primary, QStringLiteral("b"), sheet);
+    sheet->buttons()->addWidget(button);
+    int clicked = 0;
+    QObject::connect(button, &QPushButton::clicked, [&clicked] { ++clicked; });
     int closed = 0;
     QObject::connect(sheet, &SheetFrame::closed, [&closed] { ++closed; });
     sheet->open();
@@ -121,7 +125,13 @@ TEST(Look, aSheetKeepsTheFocusAndGivesItBack)
     QTest::keyClick(first, Qt::Key_Tab);
     EXPECT_TRUE(second->hasFocus());
     QTest::keyClick(second, Qt::Key_Tab);
+    EXPECT_TRUE(button->hasFocus());
+    QTest::keyClick(button, Qt::Key_Return);
+    EXPECT_EQ(clicked, 1) << "once";
+    QTest::keyClick(button, Qt::Key_Tab);
     EXPECT_TRUE(first->hasFocus()) << "round within the sheet";
+    QTest::keyClick(first, Qt::Key_Return);
+    EXPECT_EQ(clicked, 1) << "a field's Return is no button's";
     QTest::keyClick(first, Qt::Key_Escape);
     EXPECT_EQ(closed, 1);
     EXPECT_TRUE(behind->hasFocus());

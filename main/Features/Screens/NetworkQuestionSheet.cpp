@@ -6,7 +6,6 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLineEdit>
 
 #include <algorithm>
@@ -139,17 +138,6 @@ void NetworkQuestionSheet::followGuest(bool guest)
 }
 
 /// Return is the button that has the keys, and from a field the primary one.
-void NetworkQuestionSheet::keyPressEvent(QKeyEvent *event)
-{
-    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    auto *const button = qobject_cast<QPushButton *>(focusWidget());
-    if (enter && button)
-        button->click();
-    else if (enter && m_question.choices.isEmpty())
-        answer(0);
-    SheetFrame::keyPressEvent(event);
-}
-
 void NetworkQuestionSheet::answer(qsizetype choice)
 {
     if (isHidden())
@@ -187,6 +175,12 @@ void NetworkQuestionSheet::withdraw()
     if (m_password)
         m_password->clear();
     close();
+}
+
+void NetworkQuestionSheet::confirm()
+{
+    if (m_question.choices.isEmpty())
+        answer(0);
 }
 
 } // namespace brellin

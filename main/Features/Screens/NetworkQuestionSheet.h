@@ -25,7 +25,7 @@ public:
 
 protected:
     void escape() override { refuse(); }
-    void keyPressEvent(QKeyEvent *event) override;
+    void confirm() override;
 
 private:
     void buildFields();

@@ -9,7 +9,6 @@
 #include "Look/Theme.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStackedLayout>
@@ -101,17 +100,6 @@ void BatchRenameSheet::escape()
 }
 
 /// Return is the button that has the keys, and from a field the primary one.
-void BatchRenameSheet::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (auto *const button = qobject_cast<QPushButton *>(focusWidget()))
-            button->click();
-        else
-            d->primary();
-    }
-    SheetFrame::keyPressEvent(event);
-}
-
 void BatchRenameSheet::Private::build()
 {
     pages = new QStackedLayout;
@@ -312,6 +300,11 @@ void BatchRenameSheet::Private::primary()
     }
     takeFields();
     batch->start();
+}
+
+void BatchRenameSheet::confirm()
+{
+    d->primary();
 }
 
 } // namespace brellin

@@ -23,7 +23,7 @@ public:
 
 protected:
     void escape() override;
-    void keyPressEvent(QKeyEvent *event) override;
+    void confirm() override;
 
 private:
     struct Private;

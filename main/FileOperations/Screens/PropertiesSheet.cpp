@@ -12,7 +12,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QProgressBar>
 
 namespace brellin {
@@ -99,17 +98,6 @@ void PropertiesSheet::begin()
 }
 
 /// Return is the button that has the keys, else the primary one; a tag is toggled with the space bar alone.
-void PropertiesSheet::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (auto *const button = qobject_cast<QPushButton *>(focusWidget()))
-            button->click();
-        else
-            close();
-    }
-    SheetFrame::keyPressEvent(event);
-}
-
 void PropertiesSheet::Private::build()
 {
     QVBoxLayout &column = *q.content();
@@ -298,6 +286,11 @@ void PropertiesSheet::Private::refreshError()
         lines = lines.first(most) << QStringLiteral("… und %1 weitere").arg(lines.size() - most);
     error->setText(lines.join(u'\n'));
     error->setVisible(!lines.isEmpty());
+}
+
+void PropertiesSheet::confirm()
+{
+    close();
 }
 
 } // namespace brellin

@@ -22,7 +22,7 @@ public:
     Q_SIGNAL void tagsChanged(const std::vector<brellin::Location> &entries);
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
+    void confirm() override;
 
 private:
     struct Private;

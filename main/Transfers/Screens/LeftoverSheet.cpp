@@ -7,7 +7,6 @@
 #include "Transfers/Screens/ReasonList.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 
 #include <algorithm>
 
@@ -80,12 +79,4 @@ void LeftoverSheet::ask()
 }
 
 /// Return is the button that has the keys.
-void LeftoverSheet::keyPressEvent(QKeyEvent *event)
-{
-    auto *const button = qobject_cast<QPushButton *>(focusWidget());
-    if (button && !event->isAutoRepeat() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
-        button->click();
-    SheetFrame::keyPressEvent(event);
-}
-
 } // namespace brellin

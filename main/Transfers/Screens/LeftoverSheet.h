@@ -19,9 +19,6 @@ public:
 
     Q_SIGNAL void removeWanted();
 
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
     QWidget *m_keep = nullptr;
 };

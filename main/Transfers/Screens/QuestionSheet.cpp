@@ -8,7 +8,6 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 
 #include <algorithm>
 #include <utility>
@@ -65,16 +64,6 @@ void QuestionSheet::escape()
 }
 
 /// Return is the button that has the keys, or the usual one.
-void QuestionSheet::keyPressEvent(QKeyEvent *event)
-{
-    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && !event->isAutoRepeat()) {
-        auto *const button = qobject_cast<QPushButton *>(focusWidget());
-        (button ? button : static_cast<QPushButton *>(m_usual))->click();
-    }
-    SheetFrame::keyPressEvent(event);
-}
-
 void QuestionSheet::answer(const QuestionText::Button &button)
 {
     if (isHidden())
@@ -107,6 +96,11 @@ QuestionSheet *makeQuestionSheet(const TransferQuestion &question, QWidget *wind
     if (std::holds_alternative<NoTrashQuestion>(question.about))
         return new NoTrashSheet(question, window);
     return new ObstacleSheet(question, window);
+}
+
+void QuestionSheet::confirm()
+{
+    static_cast<QPushButton *>(m_usual)->click();
 }
 
 } // namespace brellin

@@ -31,7 +31,7 @@ protected:
     void addForAll();
     const QuestionText &text() const { return m_text; }
     void escape() override;
-    void keyPressEvent(QKeyEvent *event) override;
+    void confirm() override;
 
 private:
     void answer(const QuestionText::Button &button);
