@@ -22,7 +22,8 @@ set(BRELLIN_PRECOMPILED_SCREENS
     <QLineEdit> <QPainter> <QPushButton> <QStyledItemDelegate> <QWidget>)
 
 function(brellin_precompiled NAME)
-    file(WRITE ${CMAKE_BINARY_DIR}/precompiled/${NAME}.cpp "// carries the precompiled headers\n")
+    # Unlike WRITE this leaves an equal file alone, so that configuring again compiles nothing.
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/precompiled/${NAME}.cpp CONTENT "// carries the precompiled headers\n")
     add_library(${NAME} OBJECT ${CMAKE_BINARY_DIR}/precompiled/${NAME}.cpp)
     target_include_directories(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/main)
     target_precompile_headers(${NAME} PRIVATE ${ARGN})
