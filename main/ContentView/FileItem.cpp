@@ -103,4 +103,13 @@ const QString &kindOfFile(std::string_view name)
     return lastKind;
 }
 
+std::vector<Location> locationsOf(const std::vector<FileItem> &items)
+{
+    std::vector<Location> locations;
+    locations.reserve(items.size());
+    for (const FileItem &item : items)
+        locations.push_back(item.location());
+    return locations;
+}
+
 } // namespace brellin

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brellin {
 
@@ -59,6 +60,8 @@ struct FileItem {
 
 /// Of all that makes two items equal.
 std::size_t qHash(const FileItem &item, std::size_t seed = 0) noexcept;
+
+std::vector<Location> locationsOf(const std::vector<FileItem> &items);
 
 /// What is known of an entry that a folder lists; `linkTarget` is what a link leads to.
 struct ListedEntry {

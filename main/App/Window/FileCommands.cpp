@@ -2,24 +2,16 @@
 
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/YesNoSheet.h"
+#include "Disk/OnWorker.h"
 #include "FileOperations/Screens/BatchRenameSheet.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
 #include "SendTo/MailAttachment.h"
 
-#include <QApplication>
 #include <QFileDialog>
 
 namespace brellin {
 
 namespace {
-
-std::vector<Location> selectedIn(const BrowserModel &pane)
-{
-    std::vector<Location> entries;
-    for (const FileItem &item : pane.selectedItems())
-        entries.push_back(item.location());
-    return entries;
-}
 
 /// A record of the transfers as one that can be taken back.
 UserAction actionOf(const TransferRecord &record)
@@ -65,29 +57,27 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     });
 }
 
-void FileCommands::add(BrowserModel *added, const QUuid &id)
+void FileCommands::add(BrowserModel *pane)
 {
-    BrowserModel &pane = *added;
-    pane.onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
     std::erase_if(m_panes, [](const auto &one) { return one.second.isNull(); });
-    m_panes.emplace_back(id, &pane);
-    pane.batchRename.observe(this, [this, &pane](const std::optional<std::vector<Location>> &entries) {
+    m_panes.emplace_back(QUuid::createUuid(), pane);
+    pane->onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
+    pane->batchRename.observe(this, [this, pane](const std::optional<std::vector<Location>> &entries) {
         if (entries)
-            renameSeveral(pane, *entries);
+            renameSeveral(*pane, *entries);
     });
 }
 
 /// Which entry it is now is asked on a worker: its volume may have stopped answering.
 void FileCommands::recordChange(const Location &from, const Location &to)
 {
-    const QPointer<FileCommands> self = this;
-    m_services.panes.workers.run(to, MountWorkers::Turn::OfMount, [self, from, to] {
-        UserAction action{from.empty() ? UserAction::Kind::NewFolder : UserAction::Kind::Rename, {recordOf(from, to)}};
-        QMetaObject::invokeMethod(qApp, [self, action = std::move(action)] {
-            if (self)
-                self->m_services.undo.record(action);
-        });
-    });
+    onWorker(
+        m_services.panes.workers, to, MountWorkers::Turn::OfMount, this,
+        [from, to] {
+            const auto kind = from.empty() ? UserAction::Kind::NewFolder : UserAction::Kind::Rename;
+            return UserAction{kind, {recordOf(from, to)}};
+        },
+        [this](const UserAction &action) { m_services.undo.record(action); });
 }
 
 /// Batches that a crash cut short are put back only if the user wants that.
@@ -141,7 +131,7 @@ bool FileCommands::run(CommandId id, BrowserModel &pane)
     using enum CommandId;
     FileOperations &operations = m_services.operations;
     const Location folder = pane.current.get();
-    const std::vector<Location> selected = selectedIn(pane);
+    const std::vector<Location> selected = locationsOf(pane.selectedItems());
     switch (id) {
     case NewTextDocument:
         operations.newTextDocument(folder, {&pane, [&pane](const OperationOutcome &outcome) {
@@ -243,7 +233,7 @@ void FileCommands::askForFolder(TransferKind kind, BrowserModel &pane)
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setLabelText(QFileDialog::Accept, move ? QStringLiteral("Verschieben") : QStringLiteral("Kopieren"));
-    const std::vector<Location> sources = selectedIn(pane);
+    const std::vector<Location> sources = locationsOf(pane.selectedItems());
     connect(dialog, &QFileDialog::fileSelected, &pane, [this, sources, kind, &pane](const QString &folder) {
         transfer(sources, Location(QFile::encodeName(folder).toStdString()), kind, pane);
     });
@@ -252,7 +242,7 @@ void FileCommands::askForFolder(TransferKind kind, BrowserModel &pane)
 
 void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
 {
-    const std::vector<Location> selected = selectedIn(pane);
+    const std::vector<Location> selected = locationsOf(pane.selectedItems());
     switch (target.kind) {
     case SendToTarget::Kind::Folder:
         transfer(selected, target.folder, TransferKind::Copy, pane);
@@ -272,15 +262,13 @@ void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
 /// The desktop's mail program may take its time.
 void FileCommands::attach(const std::vector<Location> &entries)
 {
-    const QPointer<FileCommands> self = this;
-    m_services.panes.workers.run(entries.front(), MountWorkers::Turn::AtOnce,
-                                 [self, entries, &processes = m_services.processes] {
-                                     const Result<void> done = attachToMail(entries, processes, nullptr);
-                                     QMetaObject::invokeMethod(qApp, [self, done] {
-                                         if (self && !done)
-                                             Q_EMIT self->said(done.error().message);
-                                     });
-                                 });
+    onWorker(
+        m_services.panes.workers, entries.front(), MountWorkers::Turn::AtOnce, this,
+        [entries, &processes = m_services.processes] { return attachToMail(entries, processes, nullptr); },
+        [this](const Result<void> &done) {
+            if (!done)
+                Q_EMIT said(done.error().message);
+        });
 }
 
 void FileCommands::showProperties(const std::vector<Location> &entries)
@@ -350,18 +338,18 @@ void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)
     sheet->setObjectName(QStringLiteral("restoreQuestion"));
     m_question = sheet;
     connect(sheet, &YesNoSheet::accepted, this, [this, found] {
-        const QPointer<FileCommands> self = this;
-        const Location where = found.front().renames.front().from;
-        m_services.panes.workers.run(where, MountWorkers::Turn::OfMount,
-                                     [self, found, &files = m_services.panes.files] {
-                                         QStringList failures;
-                                         for (const CutShortRename &batch : found)
-                                             failures += restoreCutShort(batch, files);
-                                         QMetaObject::invokeMethod(qApp, [self, failures] {
-                                             if (self && !failures.isEmpty())
-                                                 Q_EMIT self->said(failures.join(QStringLiteral(" · ")));
-                                         });
-                                     });
+        onWorker(
+            m_services.panes.workers, found.front().renames.front().from, MountWorkers::Turn::OfMount, this,
+            [found, &files = m_services.panes.files] {
+                QStringList failures;
+                for (const CutShortRename &batch : found)
+                    failures += restoreCutShort(batch, files);
+                return failures;
+            },
+            [this](const QStringList &failures) {
+                if (!failures.isEmpty())
+                    Q_EMIT said(failures.join(QStringLiteral(" · ")));
+            });
     });
     sheet->open();
 }

@@ -19,8 +19,8 @@ class FileCommands : public QObject {
 public:
     FileCommands(const WindowServices &services, QWidget *window);
 
-    /// The panes that belong to this window, by their IDs.
-    void add(BrowserModel *pane, const QUuid &id);
+    /// A pane of this window.
+    void add(BrowserModel *pane);
 
     /// Whether the command is one of files, which is then carried out.
     bool run(CommandId id, BrowserModel &pane);

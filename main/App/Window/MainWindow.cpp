@@ -185,11 +185,14 @@ TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Locati
     connect(page, &TabPage::tabRequested, this, &MainWindow::addTab);
     connect(page, &TabPage::menuRequested, this, &MainWindow::showMenu);
     connect(page, &TabPage::dropped, this, &MainWindow::drop);
-    connect(page, &TabPage::paneAdded, m_files, &FileCommands::add);
-    page->tellPanes();
-    for (BrowserModel *const one : {&page->panes().first(), page->panes().second()})
-        if (one)
-            one->current.observe(page, [this](const Location &) { showTitles(); });
+    const auto know = [this, page](BrowserModel *pane) {
+        m_files->add(pane);
+        pane->current.observe(page, [this](const Location &) { showTitles(); });
+    };
+    connect(page, &TabPage::paneAdded, this, know);
+    know(&page->panes().first());
+    if (BrowserModel *const beside = page->panes().second())
+        know(beside);
     return page;
 }
 

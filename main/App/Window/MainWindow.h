@@ -96,6 +96,7 @@ private:
 
     void open(const std::vector<FileItem> &items);
     void askBeforeStarting(const FileItem &item);
+    void askToStart(const Location &program);
     void openNow(const Location &entry);
     void say(const QString &message);
     void showMenu(const QPoint &global);

@@ -6,13 +6,13 @@
 #include "Base/Edition.h"
 #include "ContentView/Screens/Crumbs.h"
 #include "Disk/FileAttributes.h"
+#include "Disk/OnWorker.h"
 #include "Features/Screens/StorageOverviewPage.h"
 #include "Features/StorageOverview.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "Transfers/Screens/TransferPanel.h"
 
 #include <QApplication>
-#include <QPointer>
 
 namespace brellin {
 
@@ -110,19 +110,15 @@ QStringList MainWindow::storagePath() const
 /// A folder in this pane, a file selected in a tab of its own; which of them it is, is asked on a worker.
 void MainWindow::openFromStorage(const Location &entry)
 {
-    const QPointer<MainWindow> self = this;
-    m_services.panes.workers.run(entry, MountWorkers::Turn::OfMount, [self, entry] {
-        const Result<FileAttributes> attributes = readAttributes(entry);
-        QMetaObject::invokeMethod(qApp, [self, entry, folder = attributes && attributes->isFolder()] {
-            if (!self)
-                return;
-            self->leavePage();
-            if (folder)
-                self->pane()->navigate(entry);
+    onWorker(
+        m_services.panes.workers, entry, MountWorkers::Turn::OfMount, this, [entry] { return readAttributes(entry); },
+        [this, entry](const Result<FileAttributes> &attributes) {
+            leavePage();
+            if (attributes && attributes->isFolder())
+                pane()->navigate(entry);
             else
-                self->showEntry(entry);
+                showEntry(entry);
         });
-    });
 }
 
 bool MainWindow::isLastWindow() const

@@ -3,6 +3,7 @@
 #include "App/Window/SettingsSheet.h"
 #include "App/Window/YesNoSheet.h"
 #include "Disk/FileTypes.h"
+#include "Disk/OnWorker.h"
 #include "Features/FileTags.h"
 #include "Look/Symbols.h"
 #include "Look/TagSymbols.h"
@@ -11,7 +12,6 @@
 #include "Sidebar/Pins.h"
 #include "System/ProgramFile.h"
 
-#include <QApplication>
 #include <QMenu>
 #include <QPointer>
 
@@ -25,14 +25,6 @@ QMenu *makeMenu(QWidget *parent, const QString &name)
     menu->setObjectName(name);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     return menu;
-}
-
-std::vector<Location> locationsOf(const std::vector<FileItem> &items)
-{
-    std::vector<Location> locations;
-    for (const FileItem &item : items)
-        locations.push_back(item.location());
-    return locations;
 }
 
 } // namespace
@@ -145,17 +137,16 @@ void MainWindow::change(std::function<Result<void>(const std::vector<Location> &
     const std::vector<Location> entries = locationsOf(pane()->selectedItems());
     if (entries.empty())
         return;
-    const QPointer<MainWindow> self = this;
     const QPointer<BrowserModel> where = pane();
-    m_services.panes.workers.run(entries.front(), MountWorkers::Turn::OfMount, [=, work = std::move(work)] {
-        const Result<void> done = work(entries);
-        QMetaObject::invokeMethod(qApp, [=] {
-            if (self && !done)
-                self->say(done.error().message);
+    onWorker(
+        m_services.panes.workers, entries.front(), MountWorkers::Turn::OfMount, this,
+        [entries, work = std::move(work)] { return work(entries); },
+        [this, where](const Result<void> &done) {
+            if (!done)
+                say(done.error().message);
             if (where)
                 where->load();
         });
-    });
 }
 
 /// The applications of the type are looked up when the menu opens, and not before.
@@ -314,44 +305,40 @@ void MainWindow::open(const std::vector<FileItem> &items)
 void MainWindow::askBeforeStarting(const FileItem &item)
 {
     const Location entry = item.location();
-    auto *const call = new QObject(this);
-    m_services.panes.workers.run(entry, MountWorkers::Turn::OfMount, [this, entry, guard = QPointer<QObject>(call)] {
-        const bool program = isProgram(entry);
-        QMetaObject::invokeMethod(qApp, [this, entry, program, guard] {
-            if (!guard)
-                return;
-            guard->deleteLater();
-            if (!program) {
+    onWorker(
+        m_services.panes.workers, entry, MountWorkers::Turn::OfMount, this, [entry] { return isProgram(entry); },
+        [this, entry](bool program) {
+            if (program)
+                askToStart(entry);
+            else
                 openNow(entry);
-                return;
-            }
-            auto *const question = new YesNoSheet(
-                QStringLiteral("„%1“ ist ein Programm").arg(shownName(entry)),
-                QStringLiteral(
-                    "Beim Öffnen wird es gestartet und darf alles, was du darfst. Starte es nur, wenn du weißt, "
-                    "woher es kommt.\n\n%1")
-                    .arg(shown(entry)),
-                QStringLiteral("Starten"), ButtonKind::Danger, this);
-            question->setObjectName(QStringLiteral("openQuestion"));
-            connect(question, &YesNoSheet::accepted, this, [this, entry] { openNow(entry); });
-            question->open();
         });
-    });
+}
+
+void MainWindow::askToStart(const Location &program)
+{
+    auto *const question = new YesNoSheet(
+        QStringLiteral("„%1“ ist ein Programm").arg(shownName(program)),
+        QStringLiteral("Beim Öffnen wird es gestartet und darf alles, was du darfst. Starte es nur, wenn du weißt, "
+                       "woher es kommt.\n\n%1")
+            .arg(shown(program)),
+        QStringLiteral("Starten"), ButtonKind::Danger, this);
+    question->setObjectName(QStringLiteral("openQuestion"));
+    connect(question, &YesNoSheet::accepted, this, [this, program] { openNow(program); });
+    question->open();
 }
 
 void MainWindow::openNow(const Location &entry)
 {
     say(QStringLiteral("Öffne „%1“ …").arg(shownName(entry)));
-    const QPointer<MainWindow> self = this;
-    m_services.panes.workers.run(entry, MountWorkers::Turn::AtOnce,
-                                 [self, entry, &workspace = m_services.agent.workspace] {
-                                     const Result<void> opened = workspace.open(entry);
-                                     QMetaObject::invokeMethod(qApp, [self, entry, opened] {
-                                         if (self && !opened)
-                                             self->say(QStringLiteral("„%1“ kann nicht geöffnet werden: %2")
-                                                           .arg(shownName(entry), opened.error().message));
-                                     });
-                                 });
+    onWorker(
+        m_services.panes.workers, entry, MountWorkers::Turn::AtOnce, this,
+        [entry, &workspace = m_services.agent.workspace] { return workspace.open(entry); },
+        [this, entry](const Result<void> &opened) {
+            if (!opened)
+                say(QStringLiteral("„%1“ kann nicht geöffnet werden: %2")
+                        .arg(shownName(entry), opened.error().message));
+        });
 }
 
 } // namespace brellin

@@ -39,15 +39,7 @@ PaneView *TabPage::addView(BrowserModel &pane)
     connect(view, &PaneView::menuRequested, this, &TabPage::menuRequested);
     connect(view, &PaneView::dropped, this, [this, &pane](const DroppedFiles &files) { Q_EMIT dropped(files, &pane); });
     m_splitter->addWidget(view);
-    Q_EMIT paneAdded(&pane, QUuid::createUuid());
     return view;
-}
-
-void TabPage::tellPanes()
-{
-    Q_EMIT paneAdded(&m_panes.first(), QUuid::createUuid());
-    if (m_panes.second())
-        Q_EMIT paneAdded(m_panes.second(), QUuid::createUuid());
 }
 
 void TabPage::showSecond(bool shown)
@@ -57,6 +49,7 @@ void TabPage::showSecond(bool shown)
         m_second->setObjectName(QStringLiteral("secondPane"));
         m_splitter->setSizes({1000, 1000});
         m_second->show();
+        Q_EMIT paneAdded(m_panes.second());
     } else if (!shown && m_second) {
         // Its model goes with the call that told us.
         delete std::exchange(m_second, nullptr);

@@ -30,10 +30,8 @@ public:
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
     Q_SIGNAL void menuRequested(const QPoint &global);
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files, brellin::BrowserModel *pane);
-    /// A pane of this tab has come to be; its transfers go by this ID.
-    Q_SIGNAL void paneAdded(brellin::BrowserModel *pane, const QUuid &id);
-    /// The panes that are there already, for whoever came after them.
-    void tellPanes();
+    /// The second pane has come to be.
+    Q_SIGNAL void paneAdded(brellin::BrowserModel *pane);
 
 private:
     void showSecond(bool shown);
