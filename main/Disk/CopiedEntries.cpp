@@ -1,16 +1,9 @@
 #include "Disk/CopiedEntries.h"
 
-#include "Disk/CopyTreeFolders.h"
-#include "Disk/CopyTreeRemoval.h"
-#include "Disk/Descriptor.h"
+#include "Disk/RemovalWalk.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <optional>
 #include <utility>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace brellin {
 
@@ -50,108 +43,35 @@ bool CopiedEntries::holds(std::uint64_t path, const struct stat &now) const
 
 namespace {
 
-class SourceRemoval {
+class SourceRemoval : private RemovalWalk {
 public:
     SourceRemoval(Location source, const CopiedEntries &copied) : m_source(std::move(source)), m_copied(copied) {}
 
     Result<std::vector<Location>> run(NameIn top)
     {
-        m_mount = mountOf(top.folder);
-        remove(top, m_copied.top());
-        while (!m_levels.empty()) {
-            Level &level = m_levels.back();
-            if (level.next == level.entries.size()) {
-                TRY(leave(top));
-                continue;
-            }
-            const std::string name = std::move(level.entries[level.next++].name);
-            remove({m_folders.current(), name.c_str()}, OwnEntries::pathMark(level.path, name));
-        }
-        if (m_failure)
-            return failure(*m_failure);
+        TRY(RemovalWalk::run(top, m_copied.top()));
         return std::move(m_kept);
     }
 
 private:
-    struct Level {
-        std::string name;
-        std::uint64_t path;
-        std::vector<ListedName> entries;
-        std::size_t next = 0;
-    };
-
-    void remove(NameIn entry, std::uint64_t path)
+    bool mayGo(std::string_view name, std::uint64_t path, const struct stat &now) override
     {
-        const Result<struct stat> status = statusOf(entry);
-        if (!status)
-            return note(status.error(), entry.name);
-        if (!m_copied.holds(path, *status))
-            return m_kept.push_back(place(entry.name));
-        if (!S_ISDIR(status->st_mode)) {
-            if (::unlinkat(entry.folder, entry.name, 0) != 0)
-                note(Failure::lastSystem(), entry.name);
-            return;
-        }
-        if (const Result<void> entered = enter(entry, *status, path); !entered)
-            note(entered.error(), entry.name);
+        const bool copied = m_copied.holds(path, now);
+        if (!copied)
+            m_kept.push_back(placeOf(name, m_source));
+        return copied;
     }
 
-    Result<void> enter(NameIn entry, const struct stat &expected, std::uint64_t path)
+    /// What is in it has been named, or came this very moment.
+    void filled(std::string_view name) override
     {
-        Descriptor folder = TRY(openFolder(entry));
-        const struct stat status = TRY(statusOf({folder.number(), "."}));
-        if (!sameEntry(status, expected) || mountOf(folder.number()) != m_mount)
-            return failure(Failure::system(EBUSY));
-        std::vector<ListedName> entries = TRY(listFolder(folder.number()));
-        m_folders.enter(std::move(folder), status);
-        m_levels.push_back({entry.name, path, std::move(entries)});
-        return {};
-    }
-
-    Result<void> leave(NameIn top)
-    {
-        const Level left = std::move(m_levels.back());
-        m_levels.pop_back();
-        TRY(m_folders.leave());
-        const int above = m_levels.empty() ? top.folder : m_folders.current();
-        if (::unlinkat(above, left.name.c_str(), AT_REMOVEDIR) == 0)
-            return {};
-        // What is in it has been named, or came this very moment.
-        const bool filled = errno == ENOTEMPTY || errno == EEXIST;
-        const Failure why = Failure::lastSystem();
-        if (!filled)
-            note(why, left.name);
-        else if (m_kept.empty() && !m_failure)
-            m_kept.push_back(place(left.name));
-        return {};
-    }
-
-    /// Of a name in the folder at hand (the first level is the source itself, whatever its name).
-    Location place(std::string_view name) const
-    {
-        if (m_levels.empty())
-            return m_source;
-        Location whole = m_source;
-        for (std::size_t level = 1; level < m_levels.size(); ++level)
-            whole /= m_levels[level].name;
-        return whole / name;
-    }
-
-    void note(const Failure &why, std::string_view name)
-    {
-        if (m_failure || why.is(std::errc::no_such_file_or_directory))
-            return;
-        const bool top = m_levels.empty();
-        m_failure = top ? why : Failure{QStringLiteral("„%1“: %2").arg(shown(name), why.message), why.code};
+        if (m_kept.empty() && !failed())
+            m_kept.push_back(placeOf(name, m_source));
     }
 
     Location m_source;
     const CopiedEntries &m_copied;
-    std::uint64_t m_mount = 0;
-    CopyTreeFolders m_folders;
-    std::vector<Level> m_levels;
     std::vector<Location> m_kept;
-    std::optional<Failure> m_failure;
 };
 
 } // namespace

@@ -1,78 +1,31 @@
 #include "Disk/CopyTreeRemoval.h"
 
-#include "Disk/CopyTreeFolders.h"
+#include "Disk/RemovalWalk.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <functional>
-#include <optional>
-#include <utility>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace brellin {
 
 namespace {
 
-class TreeRemoval {
+class TreeRemoval : private RemovalWalk {
 public:
     explicit TreeRemoval(const OwnEntries *only) : m_only(only) {}
 
-    Result<void> run(NameIn top)
-    {
-        m_mount = mountOf(top.folder);
-        remove(top, 0);
-        while (!m_levels.empty()) {
-            Level &level = m_levels.back();
-            if (level.next == level.entries.size()) {
-                TRY(leave(top));
-                continue;
-            }
-            const std::string name = std::move(level.entries[level.next++].name);
-            remove({m_folders.current(), name.c_str()}, level.path);
-        }
-        if (m_failure)
-            return failure(*m_failure);
-        return {};
-    }
+    Result<void> run(NameIn top) { return RemovalWalk::run(top, OwnEntries::pathMark(0, top.name)); }
 
 private:
-    struct Level {
-        std::string name;
-        std::uint64_t path;
-        std::vector<ListedName> entries;
-        std::size_t next = 0;
-    };
-
-    void note(const Failure &why)
+    bool mayGo(std::string_view, std::uint64_t path, const struct stat &now) override
     {
-        if (!m_failure && !why.is(std::errc::no_such_file_or_directory))
-            m_failure = why;
-    }
-
-    void noteSystem(int outcome)
-    {
-        if (outcome != 0)
-            note(Failure::lastSystem());
-    }
-
-    void remove(NameIn entry, std::uint64_t folderPath)
-    {
-        const auto status = statusOf(entry);
-        const std::uint64_t path = OwnEntries::pathMark(folderPath, entry.name);
-        if (!status)
-            return note(status.error());
-        if (m_only && !m_only->contains(path, status->st_ino))
-            return;
-        if (!S_ISDIR(status->st_mode))
-            return noteSystem(::unlinkat(entry.folder, entry.name, 0));
-        if (const auto entered = enter(entry, *status, path); !entered)
-            note(entered.error());
+        return !m_only || m_only->contains(path, now.st_ino);
     }
 
     /// A copy may have got rights that keep its owner out.
-    static Result<Descriptor> openWithAllRights(NameIn entry)
+    Result<Descriptor> open(NameIn entry) override
     {
         auto folder = openFolder(entry);
         if (!folder && folder.error().is(std::errc::permission_denied) &&
@@ -81,38 +34,20 @@ private:
         return folder;
     }
 
-    Result<void> enter(NameIn entry, const struct stat &expected, std::uint64_t path)
+    void entered(std::string_view name, const Descriptor &folder, const struct stat &status) override
     {
-        Descriptor folder = TRY(openWithAllRights(entry));
-        const struct stat status = TRY(statusOf({folder.number(), "."}));
-        if (!sameEntry(status, expected) || mountOf(folder.number()) != m_mount)
-            return failure(Failure::system(EBUSY));
-        if ((status.st_mode & S_IRWXU) != S_IRWXU)
-            noteSystem(::fchmod(folder.number(), S_IRWXU));
-        std::vector<ListedName> entries = TRY(listFolder(folder.number()));
-        m_folders.enter(std::move(folder), status);
-        m_levels.push_back({entry.name, path, std::move(entries)});
-        return {};
+        if ((status.st_mode & S_IRWXU) != S_IRWXU && ::fchmod(folder.number(), S_IRWXU) != 0)
+            note(Failure::lastSystem(), name);
     }
 
-    Result<void> leave(NameIn top)
+    /// With what is not ours it stays, and that is right.
+    void filled(std::string_view name) override
     {
-        const Level left = std::move(m_levels.back());
-        m_levels.pop_back();
-        TRY(m_folders.leave());
-        const int above = m_levels.empty() ? top.folder : m_folders.current();
-        const bool emptied = ::unlinkat(above, left.name.c_str(), AT_REMOVEDIR) == 0;
-        const bool holdsForeign = m_only && !emptied && (errno == ENOTEMPTY || errno == EEXIST);
-        if (!emptied && !holdsForeign)
-            note(Failure::lastSystem());
-        return {};
+        if (!m_only)
+            note(Failure::system(ENOTEMPTY), name);
     }
 
     const OwnEntries *m_only;
-    std::uint64_t m_mount = 0;
-    CopyTreeFolders m_folders;
-    std::vector<Level> m_levels;
-    std::optional<Failure> m_failure;
 };
 
 } // namespace
