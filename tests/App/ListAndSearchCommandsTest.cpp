@@ -13,9 +13,9 @@ using namespace brellin::test;
 namespace {
 
 /// Runs the real program over a small tree.
-class BrowsingCommandTest : public testing::Test {
+class ListAndSearchCommandsTest : public testing::Test {
 protected:
-    BrowsingCommandTest()
+    ListAndSearchCommandsTest()
     {
         tree.lines({"Ordner/Rechnung 2.pdf=xx", "gross.txt=1234567", "klein.TXT=1", "Brief 10.pdf=x", "Brief 9.pdf=x",
                     ".versteckt/rechnung=x", "kaputt\xff=x"});
@@ -45,7 +45,7 @@ protected:
 
 } // namespace
 
-TEST_F(BrowsingCommandTest, listsAFolderAsAPaneShowsIt)
+TEST_F(ListAndSearchCommandsTest, listsAFolderAsAPaneShowsIt)
 {
     const std::string root = tree.root();
     const QJsonObject answer = json({"liste", root}).object();
@@ -66,7 +66,7 @@ TEST_F(BrowsingCommandTest, listsAFolderAsAPaneShowsIt)
     EXPECT_EQ(plain.exitCode, 0);
 }
 
-TEST_F(BrowsingCommandTest, searchesBelowAFolder)
+TEST_F(ListAndSearchCommandsTest, searchesBelowAFolder)
 {
     EXPECT_EQ(names(json({"suchen", tree.root(), "RECHNUNG"}).array()), u"Rechnung 2.pdf"_qs);
     EXPECT_EQ(names(json({"suchen", tree.root(), "RECHNUNG", "--alle"}).array()), u"rechnung|Rechnung 2.pdf"_qs);
@@ -75,7 +75,7 @@ TEST_F(BrowsingCommandTest, searchesBelowAFolder)
     EXPECT_EQ(json({"suchen", tree.root(), "nichts dergleichen"}).array().size(), 0);
 }
 
-TEST_F(BrowsingCommandTest, saysWhatIsWrong)
+TEST_F(ListAndSearchCommandsTest, saysWhatIsWrong)
 {
     const QJsonObject answer = json({"liste", tree.path("fehlt")}).object();
     EXPECT_EQ(answer[u"error"].toString(),

@@ -17,9 +17,9 @@ using namespace brellin::test;
 namespace {
 
 /// Runs the real program in an account of its own.
-class BrowsingCommandsTest : public testing::Test {
+class SizeTagAndPinCommandsTest : public testing::Test {
 protected:
-    BrowsingCommandsTest()
+    SizeTagAndPinCommandsTest()
     {
         tree.lines({"Bilder/a.jpg=12345", "Bilder/tief/b.jpg=123", "Texte/c.txt=1", "Bilder/verweis->a.jpg"});
         ::setenv("HOME", tree.root().c_str(), 1);
@@ -58,7 +58,7 @@ QStringList column(const QJsonArray &list, const char *key)
 
 } // namespace
 
-TEST_F(BrowsingCommandsTest, sizes)
+TEST_F(SizeTagAndPinCommandsTest, sizes)
 {
     const QJsonArray list = json({"groesse", at("Bilder"), at("Texte")});
     EXPECT_EQ(column(list, "path"), (QStringList{text("Bilder"), text("Texte")}));
@@ -70,7 +70,7 @@ TEST_F(BrowsingCommandsTest, sizes)
     EXPECT_EQ(run({"groesse", at("Texte")}).output, "1 Byte  1 Datei  ~/Texte\n");
 }
 
-TEST_F(BrowsingCommandsTest, tags)
+TEST_F(SizeTagAndPinCommandsTest, tags)
 {
     if (::setxattr(at("Texte/c.txt").c_str(), "user.xdg.tags", "Red,Eilt", 8, 0) != 0)
         GTEST_SKIP() << "this file system keeps no extended attributes";
@@ -86,7 +86,7 @@ TEST_F(BrowsingCommandsTest, tags)
     EXPECT_EQ(run({"markiert", "Blau", "--in", at("fehlt")}).exitCode, 2);
 }
 
-TEST_F(BrowsingCommandsTest, quickAccess)
+TEST_F(SizeTagAndPinCommandsTest, quickAccess)
 {
     const qsizetype usual = json({"schnellzugriff"}).size();
     EXPECT_FALSE(tree.has(".config")) << "looking stores nothing";
