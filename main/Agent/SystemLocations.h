@@ -33,6 +33,7 @@ public:
     explicit SystemLocations(const Location &home);
     /// With these folders in place of the system's.
     SystemLocations(const Location &home, const std::vector<Location> &refused);
+    SystemLocations(const Location &home, const SystemFolders &system);
 
     /// Whether the agent may work in a folder: one that rules look into, or one that entries are put into. Both its
     /// standardised path and the path with every link resolved (of what does not exist: of its deepest existing parent)
@@ -67,7 +68,6 @@ private:
     };
     class Tested;
 
-    SystemLocations(const Location &home, const SystemFolders &system);
     void addHome(const Location &home);
     void add(const Location &folder, Verdict verdict);
     void addRefusedAsResolved(const Location &folder);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/AgentServices.h"
+#include "App/UserLocations.h"
 #include "Disk/SystemTrash.h"
 #include "Features/TagSearch.h"
 #include "System/Decoders.h"
@@ -33,9 +34,8 @@ public:
     Clock &clock() { return m_clock; }
     ProcessRunner &processes() { return m_processes; }
     Decoder &decoder() { return m_decoder; }
-    /// Whether the user may change an entry, or make one of this name, by a command of his own: what lies in his home folder
-    /// is his, dot folders included; the system's places are not.
-    bool mayChange(const Location &entry) const;
+    /// Whether the user may change an entry, or make one of this name, by any command of his own.
+    bool mayChange(const Location &entry) const { return m_userLocations.mayChange(entry); }
     /// Where a batch rename writes down what it is about to do.
     Location renameLogs() const { return m_stateFolder / "umbenennen"; }
     UserDefaults &settings() { return m_defaults; }
@@ -54,7 +54,7 @@ private:
     DiskFileActions m_files;
     SystemClock m_clock;
     SystemLocations m_locations;
-    SystemLocations m_systemFolders; ///< closed to the user's own transfers
+    UserLocations m_userLocations;
     LocalModelServer m_model;
     SystemProcessRunner m_processes;
     DecoderProcesses m_decoder;
