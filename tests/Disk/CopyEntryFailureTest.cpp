@@ -2,6 +2,7 @@
 
 #include "Disk/CopyTreeRemoval.h"
 #include "Disk/FileAttributes.h"
+#include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@
 #include <functional>
 #include <memory>
 
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -19,6 +19,7 @@ namespace brellin {
 
 namespace {
 
+using test::PrivateMount;
 using test::snapshotOf;
 using test::TempTree;
 
@@ -26,29 +27,6 @@ std::string messageOf(const auto &result)
 {
     return result ? std::string() : result.error().message.toStdString();
 }
-
-/// A volume of its own that only this process sees, for tests that are run by root.
-class PrivateMount {
-public:
-    PrivateMount(const Location &folder, const char *type, const char *options) : m_folder(folder)
-    {
-        m_mounted = ::geteuid() == 0 && ::unshare(CLONE_NEWNS) == 0 &&
-                    ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                    ::mount("test", folder.c_str(), type, 0, options) == 0;
-    }
-    ~PrivateMount()
-    {
-        if (m_mounted)
-            ::umount2(m_folder.c_str(), MNT_DETACH);
-    }
-    PrivateMount(const PrivateMount &) = delete;
-    PrivateMount &operator=(const PrivateMount &) = delete;
-    explicit operator bool() const { return m_mounted; }
-
-private:
-    Location m_folder;
-    bool m_mounted;
-};
 
 /// Root may do everything; this is what an ordinary person may. Gives the tree to them first.
 class OrdinaryUser {

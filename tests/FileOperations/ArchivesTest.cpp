@@ -1,6 +1,7 @@
 #include "Disk/Volumes.h"
 #include "FileOperations/Unpacking.h"
 #include "FileOperations/ZipArchive.h"
+#include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -233,6 +234,46 @@ TEST_F(ArchivesTest, endsBeforeTheVolumeIsFull)
     ASSERT_FALSE(unpacked);
     EXPECT_TRUE(unpacked.error().is(std::errc::no_space_on_device));
     EXPECT_EQ(namesIn("out"), Names());
+}
+
+TEST_F(ArchivesTest, leavesNothingOnADiskThatRunsFull)
+{
+    /// Says that there is room, as a network volume may.
+    class Boasting : public SystemVolumes {
+    public:
+        Result<std::int64_t> available(const Location &) const override { return 1'000'000'000'000; }
+    };
+    const Location disk = tree.folder("platte");
+    for (int pages = 0;; ++pages) {
+        SCOPED_TRACE(pages);
+        const PrivateMount small(disk, "tmpfs", "size=512k");
+        if (!small)
+            GTEST_SKIP() << "cannot mount a small volume here";
+        // Of what cannot be made smaller.
+        std::string noise(5'000, 'x');
+        std::ranges::generate(noise,
+                              [n = 1U]() mutable { return static_cast<char>((n = n * 1664525U + 1013904223U) >> 24); });
+        tree.file("platte/Bilder/a", noise);
+        tree.file("platte/Bilder/b", noise + noise);
+        makeTar(tree.path("platte/a.tgz"), {{"a", noise}, {"c/b", noise + noise}});
+        small.leaveFree(pages * 4096, "voll");
+        const std::string before = snapshotOf(disk);
+        const Result<Location> packed = compress({disk / "Bilder"}, disk, files, processes, control);
+        if (packed) {
+            EXPECT_TRUE(std::filesystem::remove(*packed));
+        }
+        EXPECT_EQ(snapshotOf(disk), before);
+        const Result<Unpacked> unpacked = unpack(disk / "a.tgz", disk, files, Boasting(), control);
+        if (unpacked && packed) {
+            EXPECT_EQ(tree.content("platte/a/c/b"), noise + noise);
+            EXPECT_GT(pages, 3);
+            break;
+        }
+        if (unpacked)
+            std::filesystem::remove_all(unpacked->place);
+        EXPECT_EQ(snapshotOf(disk), before);
+        ASSERT_LT(pages, 40);
+    }
 }
 
 TEST_F(ArchivesTest, knowsWhatItUnpacks)

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Base/Location.h"
+
+#include <cstdint>
+
+namespace brellin::test {
+
+/// A volume of its own that only this process sees, for tests that root runs; elsewhere there is none.
+class PrivateMount {
+public:
+    PrivateMount(const Location &folder, const char *type, const char *options);
+    ~PrivateMount();
+    PrivateMount(const PrivateMount &) = delete;
+    PrivateMount &operator=(const PrivateMount &) = delete;
+    explicit operator bool() const { return m_mounted; }
+
+    /// Fills it up, with a file of this name, until `bytes` are free.
+    void leaveFree(std::int64_t bytes, const char *name) const;
+
+private:
+    Location m_folder;
+    bool m_mounted;
+};
+
+} // namespace brellin::test
