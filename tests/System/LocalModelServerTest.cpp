@@ -213,16 +213,17 @@ TEST_F(LocalModelServerTest, stopsWhenCancelled)
     const ScriptedHttpServer server([](const auto &request) { return playOpenAi(request, HttpReply::never()); });
     ASSERT_TRUE(LocalModelServer::setEndpoint(defaults, server.address()));
     JobControl control;
-    std::jthread canceller([&] {
-        while (server.requests().empty() || server.requests().back().method != "POST")
+    const std::jthread canceller([&](const std::stop_token &answered) {
+        while (server.requests().empty() || server.requests().back().method != "POST") {
+            if (answered.stop_requested())
+                return;
             std::this_thread::sleep_for(2ms);
+        }
         control.cancel();
     });
-    const auto begin = std::chrono::steady_clock::now();
     const Result<QString> answer = model.respond({}, {}, 60s, &control);
     ASSERT_FALSE(answer);
-    EXPECT_TRUE(answer.error().isCancelled());
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+    EXPECT_TRUE(answer.error().isCancelled()) << answer.error().message.toStdString();
 }
 
 TEST_F(LocalModelServerTest, tellsWhatTheServerIs)

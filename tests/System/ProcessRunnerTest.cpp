@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <thread>
 
 using namespace brellin;
@@ -68,7 +69,6 @@ TEST(ProcessRunner, FailsWhereThereIsNoAnswer)
 
 TEST(ProcessRunner, EndsWhatTakesTooLong)
 {
-    const auto start = std::chrono::steady_clock::now();
     const auto late = shell("trap '' TERM; sleep 60 & wait; sleep 60", {}, 200ms);
     ASSERT_FALSE(late);
     EXPECT_TRUE(late.error().is(std::errc::timed_out));
@@ -80,15 +80,15 @@ TEST(ProcessRunner, EndsWhatTakesTooLong)
     const auto cancelled = shell("exec sleep 60", {}, 60s, &control);
     ASSERT_FALSE(cancelled);
     EXPECT_TRUE(cancelled.error().isCancelled());
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 30s);
 }
 
 TEST(ProcessRunner, WaitsNotForWhatAProgramLeftRunning)
 {
     // The grandchild keeps the outputs open.
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(shell("echo da; sleep 9 &").value_or(ProcessOutput()).output, "da\n");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    const ProcessOutput said = shell("sleep 60 & echo $!").value_or(ProcessOutput());
+    const int grandchild = said.output.trimmed().toInt();
+    ASSERT_GT(grandchild, 1);
+    EXPECT_EQ(::kill(grandchild, SIGTERM), 0) << "it has ended before the answer came";
 }
 
 TEST(ProcessRunner, AnswersAProgramThatAsks)

@@ -162,12 +162,12 @@ TEST_F(Proposals, areReportedForTheAnalysedFolderOnlyWhileTheyAreItsOwn)
     // Written and handed over by workers.
     const auto handedOver = [this] { return !desktop.copied.isEmpty(); };
     click("agentHandOver");
-    ASSERT_TRUE(QTest::qWaitFor(handedOver, 20'000));
+    ASSERT_TRUE(waitUntil(handedOver));
     EXPECT_TRUE(desktop.copied.contains(shown(home("Ordner")))) << desktop.copied.toStdString();
     scan();
     desktop.copied.clear();
     click("agentHandOver");
-    ASSERT_TRUE(QTest::qWaitFor(handedOver, 20'000));
+    ASSERT_TRUE(waitUntil(handedOver));
     EXPECT_FALSE(desktop.copied.contains(shown(home("Ordner")))) << desktop.copied.toStdString();
 }
 

@@ -7,6 +7,7 @@
 #include <QAction>
 
 using namespace brellin;
+using brellin::test::waitUntil;
 using brellin::test::WindowWorld;
 
 namespace {
@@ -15,11 +16,11 @@ class FileCommandsTest : public WindowWorld {
 protected:
     bool comes(const std::string &name) const
     {
-        return QTest::qWaitFor([&] { return has(name); });
+        return waitUntil([&] { return has(name); });
     }
     bool goes(const std::string &name) const
     {
-        return QTest::qWaitFor([&] { return !has(name); });
+        return waitUntil([&] { return !has(name); });
     }
     std::string contentOf(const std::string &name) const
     {
@@ -29,7 +30,7 @@ protected:
     SheetFrame *openSheet() const
     {
         SheetFrame *found = nullptr;
-        (void)QTest::qWaitFor([&] { return (found = shownSheet()) != nullptr; });
+        (void)waitUntil([&] { return (found = shownSheet()) != nullptr; });
         return found;
     }
     SheetFrame *shownSheet() const
@@ -50,13 +51,13 @@ TEST_F(FileCommandsTest, copiesCutsAndTakesBack)
     key(Qt::Key_C, Qt::ControlModifier);
     key(Qt::Key_V, Qt::ControlModifier);
     ASSERT_TRUE(comes("a (2).txt")) << "beside itself";
-    ASSERT_TRUE(QTest::qWaitFor([this] { return pane().selection.get().contains(folder / "a (2).txt"); }))
+    ASSERT_TRUE(waitUntil([this] { return pane().selection.get().contains(folder / "a (2).txt"); }))
         << "what arrived is selected";
     key(Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(goes("a (2).txt"));
     EXPECT_EQ(contentOf("a.txt"), "eins");
 
-    ASSERT_TRUE(QTest::qWaitFor([this] { return rows().size() == 2; }));
+    ASSERT_TRUE(waitUntil([this] { return rows().size() == 2; }));
     click(QStringLiteral("a.txt"));
     key(Qt::Key_X, Qt::ControlModifier);
     pane().navigate(folder / "ziel");
@@ -65,7 +66,7 @@ TEST_F(FileCommandsTest, copiesCutsAndTakesBack)
     ASSERT_TRUE(comes("ziel/a.txt"));
     ASSERT_TRUE(goes("a.txt"));
     EXPECT_FALSE(filesOnClipboard()) << "what was cut is moved once";
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window->state().undo.has_value(); }));
+    ASSERT_TRUE(waitUntil([this] { return window->state().undo.has_value(); }));
     key(Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(comes("a.txt"));
     EXPECT_FALSE(has("ziel/a.txt"));
@@ -83,7 +84,7 @@ TEST_F(FileCommandsTest, trashesWhatIsSelectedNowAndPutsItBack)
     QTest::keyClick(details(), Qt::Key_Delete);
     ASSERT_TRUE(goes("b.txt"));
     EXPECT_TRUE(has("a.txt"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window->state().undo.has_value(); }));
+    ASSERT_TRUE(waitUntil([this] { return window->state().undo.has_value(); }));
     key(Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(comes("b.txt"));
     EXPECT_EQ(contentOf("b.txt"), "zwei");
@@ -102,7 +103,7 @@ TEST_F(FileCommandsTest, asksBeforeItReplacesAndDoesNothingOnEscape)
     SheetFrame *sheet = openSheet();
     ASSERT_NE(sheet, nullptr);
     QTest::keyClick(sheet, Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return shownSheet() == nullptr; }));
+    ASSERT_TRUE(waitUntil([this] { return shownSheet() == nullptr; }));
     EXPECT_EQ(contentOf("ziel/a.txt"), "alt");
     EXPECT_FALSE(has("ziel/a (2).txt"));
 
@@ -135,7 +136,7 @@ TEST_F(FileCommandsTest, opensNoProgramUnasked)
     key(Qt::Key_Delete);
     window->run(CommandId::MoveToTrash);
     key(Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return shownSheet() == nullptr; })) << "Return takes the safe answer";
+    ASSERT_TRUE(waitUntil([this] { return shownSheet() == nullptr; })) << "Return takes the safe answer";
     EXPECT_TRUE(has("start.sh")) << "a sheet keeps the keys";
     EXPECT_FALSE(has("gestartet"));
 }
@@ -155,7 +156,7 @@ TEST_F(FileCommandsTest, renamesSeveralFromOneSheet)
         if (button->text() == QStringLiteral("Umbenennen"))
             rename = button;
     ASSERT_NE(rename, nullptr);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return rename->isEnabled(); }));
+    ASSERT_TRUE(waitUntil([&] { return rename->isEnabled(); }));
     QTest::mouseClick(rename, Qt::LeftButton);
     ASSERT_TRUE(comes("Urlaub – 01.txt"));
     ASSERT_TRUE(comes("Urlaub – 02.txt"));
@@ -168,7 +169,7 @@ TEST_F(FileCommandsTest, systemPlacesStayAsTheyAre)
     pane().navigate("/usr/share");
     details()->setFocus();
     key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return pane().errorMessage.get().has_value(); }));
+    ASSERT_TRUE(waitUntil([this] { return pane().errorMessage.get().has_value(); }));
     EXPECT_FALSE(std::filesystem::exists("/usr/share/Neuer Ordner"));
 }
 

@@ -6,6 +6,7 @@
 #include "Look/DesktopSettings.h"
 #include "Look/Theme.h"
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -75,9 +76,12 @@ protected:
     }
     QAbstractItemView *details() const { return shownOne<QAbstractItemView>(QStringLiteral("detailsView")); }
 
+    /// None while the folder is still being read.
     QStringList rows() const
     {
         QStringList names;
+        if (!details())
+            return names;
         const QAbstractItemModel *const model = details()->model();
         for (int row = 0; row < model->rowCount(); ++row)
             names.append(model->index(row, 0).data().toString());
@@ -85,7 +89,11 @@ protected:
     }
     bool rowsBecome(const QStringList &wanted) const
     {
-        return QTest::qWaitFor([&] { return rows() == wanted; });
+        return waitUntil([&] { return rows() == wanted; });
+    }
+    bool folderBecomes(const Location &wanted) const
+    {
+        return waitUntil([&] { return pane().current.get() == wanted && details(); });
     }
     QPoint placeOf(const QString &name) const
     {
