@@ -29,6 +29,15 @@ Failure AgentError::changedSinceScan()
     return {QStringLiteral("Hat sich seit der Prüfung geändert und bleibt, wie es ist."), {}};
 }
 
+Failure AgentError::targetSwapped(const Location &now)
+{
+    return {
+        QStringLiteral("Der Zielordner wurde währenddessen gegen einen anderen getauscht. Der Eintrag liegt jetzt in "
+                       "„%1“ und lässt sich über den Verlauf zurückholen.")
+            .arg(shown(now.parent_path())),
+        {}};
+}
+
 Failure AgentError::keptCopyGone()
 {
     return {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Location.h"
 #include "Base/Result.h"
 
 namespace brellin {
@@ -16,6 +17,8 @@ struct AgentError {
     static Failure badCopyOfMoved();
     /// The source is no longer what the scan saw.
     static Failure changedSinceScan();
+    /// The target folder was swapped for another one while the source went there; it lies at `now`.
+    static Failure targetSwapped(const Location &now);
     /// The copy that was to remain of a duplicate is gone or differs by now.
     static Failure keptCopyGone();
     /// Somebody else executes or undoes (`errc::resource_unavailable_try_again`).

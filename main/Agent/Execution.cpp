@@ -74,7 +74,10 @@ void Runner::performOne(const AgentProposal &proposal)
         // A line that cannot be written (a full disk) is found out from the disk, should we not get to the end.
         (void)m_journal.done(m_next, performed->step, m_marks.back());
         m_steps.push_back(performed->step);
-        m_outcome.done.push_back(proposal.id);
+        if (performed->trouble)
+            fail(proposal, *performed->trouble);
+        else
+            m_outcome.done.push_back(proposal.id);
     } else if (performed.error().isCancelled()) {
         (void)m_journal.failed(m_next);
         m_outcome.cancelled = true;

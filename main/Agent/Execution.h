@@ -24,7 +24,7 @@ struct FailedProposal {
 /// What came of a run.
 struct ExecutionOutcome {
     std::optional<JournalRun> run; ///< as it stands in the history; nothing when no step was done
-    std::vector<QUuid> done;       ///< the proposals behind the run's steps
+    std::vector<QUuid> done;       ///< the proposals that were carried out as they were wanted
     std::vector<FailedProposal> failures;
     bool cancelled = false; ///< the proposals that are in neither list were not begun
     /// The run was done and could not be stored in the history; the next start tries again.

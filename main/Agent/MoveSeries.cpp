@@ -71,23 +71,22 @@ bool MoveSeries::isAllowed(const Location &source, const Location &wanted) const
            m_services.locations.isAllowedEntryIn(m_to->real, wanted);
 }
 
-std::optional<EntryMark> MoveSeries::move(const AgentProposal &proposal)
+std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
 {
     if (!isPlainMove(proposal) || !begin(proposal.source, *proposal.destination))
         return std::nullopt;
     const std::string newName = nameOf(*proposal.destination);
     const bool ready =
         newName.size() <= longestName && isAllowed(proposal.source, *proposal.destination) && checkUnchanged(proposal);
-    const std::optional<EntryMark> mark =
-        ready ? moved(proposal, nameOf(proposal.source), newName) : std::optional<EntryMark>();
+    std::optional<Moved> outcome = ready ? moved(proposal, nameOf(proposal.source), newName) : std::optional<Moved>();
     // Whatever is behind it, the folders are looked at again for the next one.
-    if (!mark)
+    if (!outcome || outcome->astray)
         m_from.reset();
-    return mark;
+    return outcome;
 }
 
-std::optional<EntryMark> MoveSeries::moved(const AgentProposal &proposal, const std::string &name,
-                                           const std::string &newName)
+std::optional<MoveSeries::Moved> MoveSeries::moved(const AgentProposal &proposal, const std::string &name,
+                                                   const std::string &newName)
 {
     // The path led to the entry that was seen; this folder must hold the same.
     const Result<FileAttributes> source = attributesOf(m_from->held.entry(name));
@@ -96,13 +95,23 @@ std::optional<EntryMark> MoveSeries::moved(const AgentProposal &proposal, const 
         return std::nullopt;
     const std::optional<EntryMark> mark = EntryMark::of(*proposal.destination);
     if (mark && mark->state.identity == proposal.seen->identity)
-        return mark;
+        return Moved{*proposal.destination, *mark};
     const Result<FileAttributes> target = attributesOf(m_to->held.entry(newName));
     if (!target || target->identity != proposal.seen->identity)
-        return EntryMark{*proposal.seen}; // somebody has already taken it away, or saved over it
-    // Another folder is in the place of the one that is held: back to where the entry was.
-    (void)m_services.files.renameHeld(m_to->held, newName, m_from->held, name);
-    return std::nullopt;
+        return Moved{*proposal.destination, EntryMark{*proposal.seen}}; // somebody has taken it, or saved over it
+    return takenBack(proposal, name, newName);
+}
+
+/// Another folder is in the place of the one that is held: the entry goes back to where it was. Where it cannot, its
+/// undoing must know where it is.
+std::optional<MoveSeries::Moved> MoveSeries::takenBack(const AgentProposal &proposal, const std::string &name,
+                                                       const std::string &newName)
+{
+    if (m_services.files.renameHeld(m_to->held, newName, m_from->held, name))
+        return std::nullopt;
+    const std::optional<std::string> folder = realPathOf(m_to->held.number());
+    const Location place = folder ? Location(*folder) / newName : *proposal.destination;
+    return Moved{place, EntryMark::of(place).value_or(EntryMark{*proposal.seen}), true};
 }
 
 } // namespace brellin

@@ -16,10 +16,19 @@ class MoveSeries {
 public:
     explicit MoveSeries(const AgentServices &services) : m_services(services) {}
 
+    /// What became of an entry.
+    struct Moved {
+        Location location; ///< where it lies now
+        EntryMark mark;
+        /// Its target folder was swapped for another as it went, and the way back was barred: it lies where that folder has
+        /// gone.
+        bool astray = false;
+    };
+
     /// Moves the entry to the very place that is wanted and tells what lies there now. Nothing, and nothing changed, where
     /// that is not a plain matter: the first of a series, a name that is taken, an entry that has changed, a folder that is
     /// not there, not allowed, or another one by now. Then everything has to be looked at anew.
-    std::optional<EntryMark> move(const AgentProposal &proposal);
+    std::optional<Moved> move(const AgentProposal &proposal);
 
 private:
     struct Folder {
@@ -29,7 +38,8 @@ private:
 
     bool begin(const Location &source, const Location &wanted);
     bool isAllowed(const Location &source, const Location &wanted) const;
-    std::optional<EntryMark> moved(const AgentProposal &proposal, const std::string &name, const std::string &newName);
+    std::optional<Moved> moved(const AgentProposal &proposal, const std::string &name, const std::string &newName);
+    std::optional<Moved> takenBack(const AgentProposal &proposal, const std::string &name, const std::string &newName);
     static std::optional<Folder> hold(const Location &folder);
 
     const AgentServices &m_services;

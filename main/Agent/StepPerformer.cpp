@@ -36,11 +36,14 @@ Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) co
 
 Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
 {
-    if (const std::optional<EntryMark> moved = m_series.move(proposal))
-        return Performed{{proposal.kind, proposal.source, *proposal.destination, {}}, {*moved, {}}};
+    if (const std::optional<MoveSeries::Moved> moved = m_series.move(proposal)) {
+        return Performed{{proposal.kind, proposal.source, moved->location, {}},
+                         {moved->mark, {}},
+                         moved->astray ? std::optional(AgentError::targetSwapped(moved->location)) : std::nullopt};
+    }
     JournalStep step = TRY(performAlone(proposal, log));
     const StepMarks marks = marksOf(step);
-    return Performed{std::move(step), marks};
+    return Performed{std::move(step), marks, {}};
 }
 
 Result<JournalStep> StepPerformer::performAlone(const AgentProposal &proposal, StepLog &log)

@@ -21,7 +21,8 @@ public:
 
     struct Performed {
         JournalStep step;
-        StepMarks marks; ///< of what it left
+        StepMarks marks;                ///< of what it left
+        std::optional<Failure> trouble; ///< it is done, and not as it was wanted
     };
     Result<Performed> perform(const AgentProposal &proposal, StepLog &log);
 

@@ -141,6 +141,30 @@ TEST_F(MoveSeriesTest, noticesThatTheTargetIsAnotherFolderByNow)
     EXPECT_FALSE(entryExists(world.home("Library/b.txt")));
 }
 
+TEST_F(MoveSeriesTest, knowsWhereAnEntryWentThatCannotGoBack)
+{
+    // The target is swapped as the entry goes there, and its old name is taken before it is back.
+    world.files().beforeHeldRename = [this](const Location &) {
+        if (held == 0) {
+            fs::rename(world.home("Ablage"), world.home("Weg"));
+            fs::create_directory(world.home("Ablage"));
+        } else if (held == 1) {
+            world.tree().file("home/Downloads/b.txt", "neu");
+        }
+        ++held;
+    };
+    const ExecutionOutcome outcome = execute(moves());
+    ASSERT_EQ(outcome.failures.size(), 1u);
+    EXPECT_EQ(outcome.failures[0].source, world.home("Downloads/b.txt"));
+    EXPECT_TRUE(outcome.failures[0].why.message.contains(shown(world.home("Weg"))));
+    EXPECT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(world.tree().content("home/Weg/b.txt"), "zwei");
+    undoAll();
+    EXPECT_EQ(world.tree().content("home/Downloads/b.txt"), "neu");
+    EXPECT_EQ(world.tree().content("home/Downloads/b (2).txt"), "zwei");
+    EXPECT_FALSE(entryExists(world.home("Weg/b.txt")));
+}
+
 TEST_F(MoveSeriesTest, noticesThatTheSourceIsAnotherFolderByNow)
 {
     whenUnderWay([this] {
