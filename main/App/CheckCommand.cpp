@@ -54,7 +54,7 @@ ExitCode runCheckCommand(CommandContext &context)
                            {QStringLiteral("leftForScripts"), static_cast<qint64>(found.leftForScripts)},
                            {QStringLiteral("duplicates"), static_cast<qint64>(found.duplicates)}};
     });
-    if (command.executes() && code != ExitCode::NotPossible)
+    if (command.executes() && (code == ExitCode::Done || code == ExitCode::Failed))
         agent.noteChecked();
     return code;
 }

@@ -4,6 +4,7 @@
 #include "Agent/StateFolder.h"
 #include "App/AgentOperation.h"
 #include "App/Command.h"
+#include "App/Interruption.h"
 #include "Base/German.h"
 
 #include <algorithm>
@@ -60,8 +61,13 @@ ExitCode runHistoryCommand(CommandContext &context)
 {
     if (!context.arguments.rest().empty())
         return context.refuse(QStringLiteral("„verlauf“ nimmt keine weiteren Angaben."));
-    // What a killed program left is taken over; nothing else is stored by looking.
-    recoverInterruptedRuns(context.services.forAgent());
+    {
+        // What a killed program left is taken over; nothing else is stored by looking.
+        const InterruptionNote interruption;
+        recoverInterruptedRuns(context.services.forAgent());
+        if (interruption.heard())
+            return exitCodeOf(Failure::cancelled(), context.terminal);
+    }
     const CleanupAgent agent(context.services.forProposingAgent());
     const std::vector<JournalRun> &history = agent.history.get();
     if (context.json()) {
@@ -80,8 +86,11 @@ ExitCode runUndoCommand(CommandContext &context)
 {
     if (context.arguments.rest().size() > 1)
         return context.refuse(QStringLiteral("„rueckgaengig“ nimmt höchstens eine ID."));
+    const InterruptionNote interruption;
     CleanupAgent agent(context.services.forAgent());
     agent.recover();
+    if (interruption.heard())
+        return exitCodeOf(Failure::cancelled(), context.terminal);
     const Result<std::optional<JournalRun>> meant = runMeant(agent.history.get(), context.arguments.rest());
     if (!meant)
         return context.refuse(meant.error().message);

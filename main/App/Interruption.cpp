@@ -10,43 +10,71 @@ namespace brellin {
 
 namespace {
 
-/// A signal handler may do little more than write a byte; the notifier reads it in the event loop.
+/// A signal handler may do little more than write a byte; the notifier reads it in the event loop. Never closed: a handler
+/// on another thread may still be about to write.
 std::array<int, 2> signalPipe{-1, -1};
+volatile std::sig_atomic_t signalCame = 0;
+int notes = 0;
 
-void onSignal(int number)
+void wake()
 {
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = ::write(signalPipe[1], &byte, 1);
+}
+
+void drain()
+{
+    char byte = 0;
+    while (::read(signalPipe[0], &byte, 1) > 0) {
+    }
+}
+
+void onSignal(int number)
+{
+    signalCame = 1;
+    wake();
     ::signal(number, SIG_DFL);
 }
 
 } // namespace
 
-Interruption::Interruption(std::function<void()> heard) : m_heard(std::move(heard))
+InterruptionNote::InterruptionNote()
 {
-    if (::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    if (notes++ > 0)
         return;
-    m_notifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
-    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
-        char byte = 0;
-        while (::read(signalPipe[0], &byte, 1) > 0) {
-        }
-        m_heard();
-    });
+    if (signalPipe[0] < 0 && ::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    drain();
+    signalCame = 0;
     ::signal(SIGINT, onSignal);
     ::signal(SIGTERM, onSignal);
 }
 
-Interruption::~Interruption()
+InterruptionNote::~InterruptionNote()
 {
+    if (--notes > 0)
+        return;
     ::signal(SIGINT, SIG_DFL);
     ::signal(SIGTERM, SIG_DFL);
-    m_notifier.reset();
-    for (int &end : signalPipe) {
-        if (end >= 0)
-            ::close(end);
-        end = -1;
-    }
+}
+
+bool InterruptionNote::heard() const
+{
+    return signalCame != 0;
+}
+
+Interruption::Interruption(std::function<void()> heard) : m_heard(std::move(heard))
+{
+    if (signalPipe[0] < 0)
+        return;
+    m_notifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
+        drain();
+        m_heard();
+    });
+    // Another may have read the byte of the one that came before.
+    if (m_note.heard())
+        wake();
 }
 
 } // namespace brellin

@@ -8,16 +8,28 @@
 
 namespace brellin {
 
-/// Hears Ctrl-C (and a polite request to end) while it lives, as a call on the main thread. A second one ends the program
-/// the hard way.
+/// Takes note of Ctrl-C (and of a polite request to end) while it lives, so that a command can ask between two pieces of its
+/// work and end in order. A second one ends the program the hard way. On the main thread; several may live at once.
+class InterruptionNote {
+public:
+    InterruptionNote();
+    ~InterruptionNote();
+    InterruptionNote(const InterruptionNote &) = delete;
+    InterruptionNote &operator=(const InterruptionNote &) = delete;
+
+    /// Since the first of those that live.
+    bool heard() const;
+};
+
+/// Hears it as a call on the main thread; what a note around it has taken down before is heard as soon as events are.
 class Interruption {
 public:
     explicit Interruption(std::function<void()> heard);
-    ~Interruption();
     Interruption(const Interruption &) = delete;
     Interruption &operator=(const Interruption &) = delete;
 
 private:
+    InterruptionNote m_note;
     std::function<void()> m_heard;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

@@ -69,7 +69,10 @@ bool ProposingCommand::executes() const
 
 std::optional<ExitCode> ProposingCommand::propose(const std::function<void()> &search)
 {
-    waitFor(m_agent, m_context.terminal, search);
+    if (!m_interruption->heard())
+        waitFor(m_agent, m_context.terminal, search);
+    if (m_interruption->heard())
+        return exitCodeOf(Failure::cancelled(), m_context.terminal);
     if (m_agent.lastFailure())
         return exitCodeOf(*m_agent.lastFailure(), m_context.terminal);
     applyOptions();
@@ -124,6 +127,8 @@ ExitCode ProposingCommand::execute()
 {
     if (m_agent.chosen.get().empty())
         return ExitCode::Done;
+    if (m_interruption->heard())
+        return exitCodeOf(Failure::cancelled(), m_context.terminal);
     waitFor(m_agent, m_context.terminal, [this] { m_agent.executeChosen(); });
     if (!m_agent.lastExecution())
         return exitCodeOf(m_agent.lastFailure().value_or(Failure()), m_context.terminal);
@@ -133,6 +138,9 @@ ExitCode ProposingCommand::execute()
 ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head)
 {
     const std::vector<AgentProposal> proposals = m_agent.proposals.get();
+    // A long list that is only looked at ends at once.
+    if (!executes())
+        m_interruption.reset();
     if (!m_context.json())
         printProposals(m_context.terminal, m_context.services.folders().home, m_agent, m_found);
     ExitCode code = ExitCode::Done;

@@ -2,10 +2,12 @@
 
 #include "Agent/CleanupAgent.h"
 #include "App/Command.h"
+#include "App/Interruption.h"
 
 #include <QJsonObject>
 
 #include <functional>
+#include <optional>
 
 namespace brellin {
 
@@ -21,7 +23,8 @@ public:
     CleanupAgent &agent() { return m_agent; }
     bool executes() const;
 
-    /// Has the agent search. Nothing where that worked, else how the command ends.
+    /// Has the agent search. Nothing where that worked, else how the command ends: Ctrl-C ends it also where the search did
+    /// not notice any more.
     std::optional<ExitCode> propose(const std::function<void()> &search);
     /// Adds to the line that sums up the search.
     void remark(const QString &text) { m_found += QStringLiteral(" · ") + text; }
@@ -34,6 +37,8 @@ private:
     ExitCode report(const ExecutionOutcome &outcome) const;
 
     CommandContext &m_context;
+    /// From before the agent takes over what a killed program left, until nothing is left that must end in order.
+    std::optional<InterruptionNote> m_interruption{std::in_place};
     CleanupAgent m_agent;
     QString m_found; ///< the summary of the search
 };
