@@ -17,11 +17,22 @@ namespace {
 
 const QString assistant = QStringLiteral("com.anthropic.claudefordesktop");
 
-/// Text as inline code. A fence longer than any run of backquotes inside keeps names that hold some from ending it; a line
-/// break would end the line of the list.
+/// A line break would end the line of the list.
+QString onOneLine(QString text)
+{
+    return text.replace(u'\n', QChar(0x2424)).replace(u'\r', QChar(0x240D));
+}
+
+/// A sentence that may hold names: none of them begins code.
+QString plain(const QString &text)
+{
+    return onOneLine(text).replace(u'`', QStringLiteral("\\`"));
+}
+
+/// Text as inline code. A fence longer than any run of backquotes inside keeps names that hold some from ending it.
 QString code(QString text)
 {
-    text.replace(u'\n', QChar(0x2424)).replace(u'\r', QChar(0x240D));
+    text = onOneLine(std::move(text));
     qsizetype longest = 0;
     qsizetype run = 0;
     for (const QChar c : text) {
@@ -57,7 +68,8 @@ QString actionText(const AgentProposal &proposal)
 QString proposalLine(const AgentProposal &proposal)
 {
     return QStringLiteral("- ") + code(proposal.source) + QStringLiteral(" – ") + actionText(proposal) +
-           QStringLiteral(" – ") + (proposal.needsReview ? QStringLiteral("⚠️ ") : QString()) + proposal.reason + u'\n';
+           QStringLiteral(" – ") + (proposal.needsReview ? QStringLiteral("⚠️ ") : QString()) + plain(proposal.reason) +
+           u'\n';
 }
 
 /// The profile whose project holds the folder; the innermost of several.
@@ -88,8 +100,8 @@ QString joined(const std::vector<Location> &folders, QString (*text)(const Locat
 QString requestText(const ReviewSubject &subject, const Location &report)
 {
     const QString folders =
-        joined(foldersOf(subject), [](const Location &one) { return shown(one); }, QStringLiteral("“, „"));
-    return QStringLiteral("Bitte prüfe die Aufräum-Vorschläge meines Brellin-Agenten in „") + shown(report) +
+        joined(foldersOf(subject), [](const Location &one) { return onOneLine(shown(one)); }, QStringLiteral("“, „"));
+    return QStringLiteral("Bitte prüfe die Aufräum-Vorschläge meines Brellin-Agenten in „") + onOneLine(shown(report)) +
            QStringLiteral("“. Lies dazu die betroffenen Ordner und vor allem alle Skripte (.py, .command, .sh) im "
                           "Ordner „") +
            folders +
@@ -118,9 +130,9 @@ QString reviewText(const ReviewSubject &subject)
     for (const AgentProposal &proposal : subject.proposals)
         text += proposalLine(proposal);
     if (const FolderProfile *const profile = profileOf(subject)) {
-        text += QStringLiteral("\n## Geschützt (Profil „%1“)\n\n").arg(profile->name);
+        text += QStringLiteral("\n## Geschützt (Profil „%1“)\n\n").arg(plain(profile->name));
         for (const ProtectedEntry &entry : profile->protectedEntries)
-            text += QStringLiteral("- ") + code(entry.path) + QStringLiteral(" – ") + entry.reason + u'\n';
+            text += QStringLiteral("- ") + code(entry.path) + QStringLiteral(" – ") + plain(entry.reason) + u'\n';
     }
     return text;
 }

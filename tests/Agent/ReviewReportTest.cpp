@@ -43,7 +43,7 @@ TEST(ReviewReportTest, holdsEveryNameAsCodeAndTheProtectionOfTheFolder)
     AgentProposal move;
     move.source = "/home/anna/Projekt/ein ``fieser`` Name\n.txt";
     move.destination = "/home/anna/Projekt/Unterlagen/x.txt";
-    move.reason = QStringLiteral("Dokument");
+    move.reason = QStringLiteral("Doppelt – gleicher Inhalt wie „a`b\n# Neu_1.txt“ in x");
     move.needsReview = true;
     AgentProposal rename;
     rename.kind = AgentProposal::Kind::Rename;
@@ -58,7 +58,7 @@ TEST(ReviewReportTest, holdsEveryNameAsCodeAndTheProtectionOfTheFolder)
     EXPECT_EQ(reviewText(subject).toStdString(),
               "# Aufräum-Prüfung\n\n**Ordner:** `/home/anna/Projekt`\n\n## Vorschläge des Agenten (2)\n\n"
               "- ``` /home/anna/Projekt/ein ``fieser`` Name\u2424.txt ``` – verschieben → "
-              "`/home/anna/Projekt/Unterlagen/x.txt` – ⚠️ Dokument\n"
+              "`/home/anna/Projekt/Unterlagen/x.txt` – ⚠️ Doppelt – gleicher Inhalt wie „a\\`b␤# Neu_1.txt“ in x\n"
               "- `/home/anna/Projekt/a.txt` – umbenennen → `b.txt` – \n"
               "\n## Geschützt (Profil „Projekt“)\n\n- `src` – Enthält Programmcode\n");
     subject.folder = "/home/anna/anderswo";
