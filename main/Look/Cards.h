@@ -49,7 +49,8 @@ private:
 class SheetFrame : public QWidget {
     Q_OBJECT
 public:
-    /// `wanted`: the size of the sheet where the window has room for it, in points at font factor 1.
+    /// `wanted`: the size of the sheet where the window has room for it, in points at font factor 1. A height of 0: as high
+    /// as its content.
     SheetFrame(const QString &title, const QString &subtitle, QSize wanted, QWidget *window);
 
     /// Where the content goes.
@@ -76,9 +77,11 @@ protected:
 
 private:
     void fit();
+    int heightOfContent(int width) const;
 
     QSize m_wanted;
     QWidget *m_panel;
+    QWidget *m_inner;
     QVBoxLayout *m_content;
     QHBoxLayout *m_middle;
     QHBoxLayout *m_buttons;

@@ -10,6 +10,8 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
@@ -80,13 +82,13 @@ SheetFrame::SheetFrame(const QString &title, const QString &subtitle, QSize want
     whole->addLayout(head);
     whole->addWidget(new Separator(Qt::Horizontal, m_panel));
 
-    auto *const inner = new QWidget;
-    m_content = new QVBoxLayout(inner);
+    m_inner = new QWidget;
+    m_content = new QVBoxLayout(m_inner);
     m_content->setContentsMargins(scaled(24), scaled(16), scaled(24), scaled(16));
     m_content->setSpacing(scaled(8));
     m_middle = new QHBoxLayout;
     m_middle->setSpacing(0);
-    m_middle->addWidget(scrolling(inner, m_panel), 1);
+    m_middle->addWidget(scrolling(m_inner, m_panel), 1);
     whole->addLayout(m_middle, 1);
 
     whole->addWidget(new Separator(Qt::Horizontal, m_panel));
@@ -97,6 +99,7 @@ SheetFrame::SheetFrame(const QString &title, const QString &subtitle, QSize want
     whole->addLayout(m_buttons);
 
     parentWidget()->installEventFilter(this);
+    m_inner->installEventFilter(this);
     hide();
 }
 
@@ -139,14 +142,30 @@ void SheetFrame::fit()
 {
     setGeometry(parentWidget()->rect());
     const int margin = scaled(24);
-    const QSize size = QSize(scaled(m_wanted.width()), scaled(m_wanted.height()))
-                           .boundedTo(QSize(width() - 2 * margin, height() - 2 * margin));
+    const int wide = std::min(scaled(m_wanted.width()), width() - 2 * margin);
+    const int high = m_wanted.height() > 0 ? scaled(m_wanted.height()) : heightOfContent(wide);
+    const QSize size(wide, std::min(high, height() - 2 * margin));
     m_panel->setGeometry(QRect(QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size));
+}
+
+/// With all that stands above and below it.
+int SheetFrame::heightOfContent(int width) const
+{
+    const auto heightOf = [width](const QLayoutItem &item) {
+        return item.hasHeightForWidth() ? item.heightForWidth(width) : item.sizeHint().height();
+    };
+    int height = heightOf(*m_content);
+    const QLayout *const whole = m_panel->layout();
+    for (int i = 0; i < whole->count(); ++i)
+        if (whole->itemAt(i) != m_middle)
+            height += heightOf(*whole->itemAt(i));
+    return height;
 }
 
 bool SheetFrame::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == parentWidget() && event->type() == QEvent::Resize)
+    if ((watched == parentWidget() && event->type() == QEvent::Resize) ||
+        (watched == m_inner && event->type() == QEvent::LayoutRequest && isVisible()))
         fit();
     return QWidget::eventFilter(watched, event);
 }

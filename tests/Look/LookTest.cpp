@@ -137,4 +137,25 @@ TEST(Look, aSheetKeepsTheFocusAndGivesItBack)
     EXPECT_TRUE(behind->hasFocus());
 }
 
+TEST(Look, aSheetWithoutAHeightIsAsHighAsItsContent)
+{
+    QWidget window;
+    window.resize(900, 700);
+    window.show();
+    SheetFrame sheet(QStringLiteral("Titel"), {}, {500, 0}, &window);
+    auto *const row = new QWidget;
+    row->setFixedHeight(100);
+    sheet.content()->addWidget(row);
+    sheet.open();
+    const auto panel = [&sheet] { return sheet.findChild<QWidget *>({}, Qt::FindDirectChildrenOnly)->height(); };
+    const int before = panel();
+    EXPECT_GT(before, 100);
+    row->setFixedHeight(240);
+    QApplication::processEvents();
+    EXPECT_EQ(panel(), before + 140) << "it grows with what it holds";
+    row->setFixedHeight(4000);
+    QApplication::processEvents();
+    EXPECT_LE(panel(), window.height()) << "what does not fit is scrolled";
+}
+
 } // namespace

@@ -9,7 +9,7 @@ namespace brellin {
 
 YesNoSheet::YesNoSheet(const QString &question, const QString &explanation, const QString &accept, ButtonKind kind,
                        QWidget *window)
-    : SheetFrame(question, {}, {500, 260}, window)
+    : SheetFrame(question, {}, {500, 0}, window)
 {
     content()->addWidget(makeBody(explanation, this));
     content()->addStretch(1);

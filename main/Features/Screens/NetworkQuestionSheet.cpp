@@ -28,13 +28,6 @@ QString subtitleFor(const ServerQuestion &question)
     return QStringLiteral("Das Passwort geht nur an den Server und wird nicht gespeichert.");
 }
 
-QSize sizeFor(const ServerQuestion &question)
-{
-    const int fields = int(question.user) + int(question.domain) + int(question.password);
-    const int lines = question.choices.isEmpty() ? 0 : 120;
-    return {460, 190 + fields * 62 + int(question.guestPossible) * 40 + int(question.again) * 34 + lines};
-}
-
 /// The system asks in English.
 QString germanChoice(const QString &choice)
 {
@@ -55,7 +48,7 @@ QString germanChoice(const QString &choice)
 } // namespace
 
 NetworkQuestionSheet::NetworkQuestionSheet(const ServerQuestion &question, QWidget *window)
-    : SheetFrame(titleFor(question), subtitleFor(question), sizeFor(question), window)
+    : SheetFrame(titleFor(question), subtitleFor(question), {460, 0}, window)
     , m_question(question)
 {
     setObjectName(QStringLiteral("networkQuestion"));

@@ -18,7 +18,7 @@ namespace brellin {
 
 namespace {
 
-constexpr QSize wantedSize(540, 660);
+constexpr QSize wantedSize(540, 0);
 constexpr double iconSide = 52;
 
 /// „1,2 MB (1.234.567 Byte) · 34 Dateien“

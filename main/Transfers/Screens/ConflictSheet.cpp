@@ -13,11 +13,6 @@ namespace {
 
 constexpr int sheetWidth = 660;
 
-QSize sizeFor(const ConflictQuestion &conflict)
-{
-    return {sheetWidth, conflict.remaining >= 2 ? 330 : 296};
-}
-
 /// What "Ersetzen" does, or why it is not there.
 QString consequence(const ConflictQuestion &conflict, const QString &informative)
 {
@@ -37,7 +32,7 @@ ConflictSheet::ConflictSheet(const TransferQuestion &question, QWidget *window)
 ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQuestion &question, QWidget *window)
     // "Beide behalten", whether "Ersetzen" stands before it or not.
     : QuestionSheet(textOf(fittingHead(question, sheetWidth, window)), Roles{conflict.replaceable ? 1 : 0},
-                    sizeFor(conflict), window)
+                    {sheetWidth, 0}, window)
 {
     setObjectName(QStringLiteral("conflictSheet"));
     setAccessibleName(textOf(question).message);

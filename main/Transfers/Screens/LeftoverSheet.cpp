@@ -22,11 +22,6 @@ QString titleFor(std::size_t count)
                    QStringLiteral("unfertige Kopien entfernen?"));
 }
 
-QSize sizeFor(std::size_t count)
-{
-    return {540, 246 + 26 * static_cast<int>(std::min<std::size_t>(count, 6))};
-}
-
 QStringList linesFor(const std::vector<Location> &leftovers)
 {
     QStringList lines;
@@ -41,7 +36,7 @@ QStringList linesFor(const std::vector<Location> &leftovers)
 } // namespace
 
 LeftoverSheet::LeftoverSheet(const std::vector<Location> &leftovers, QWidget *window)
-    : SheetFrame(titleFor(leftovers.size()), {}, sizeFor(leftovers.size()), window)
+    : SheetFrame(titleFor(leftovers.size()), {}, {540, 0}, window)
 {
     setObjectName(QStringLiteral("leftoverSheet"));
     const QString folder = shownName(leftovers.front().parent_path());

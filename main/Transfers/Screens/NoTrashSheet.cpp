@@ -8,7 +8,7 @@ namespace brellin {
 
 namespace {
 
-constexpr QSize wanted(500, 210);
+constexpr QSize wanted(500, 0);
 
 } // namespace
 
