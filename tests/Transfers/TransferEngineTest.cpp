@@ -21,7 +21,8 @@ public:
         , target(across == Across::Volumes ? disk("Ziel") : home("Ziel"))
     {
         tree().lines({"home/von/a.txt=neue Datei", "home/von/Ordner/innen/b.txt=im neuen Ordner",
-                      "home/von/Ordner/leer/", "home/von/Ordner/verweis->innen/b.txt", "home/von/einzeln.pdf=allein"});
+                      "home/von/Ordner/leer/", "home/von/Ordner/verweis->innen/b.txt",
+                      "home/von/Ordner/.versteckt/.c=verborgen", "home/von/einzeln.pdf=allein"});
         tree().file(relative("a.txt"), "alte Datei");
         tree().file(relative("Ordner/alt.txt"), "im alten Ordner");
         before = snapshot();
@@ -61,6 +62,7 @@ public:
             return;
         const bool old = entryExists(target / "Ordner/alt.txt");
         EXPECT_EQ(contentIn(target / "Ordner/innen/b.txt"), old ? "" : "im neuen Ordner");
+        EXPECT_EQ(contentIn(target / "Ordner/.versteckt/.c"), old ? "" : "verborgen");
         EXPECT_EQ(entryExists(target / "Ordner/leer"), !old);
         EXPECT_EQ(entryExists(target / "Ordner/verweis"), !old);
     }
@@ -99,7 +101,7 @@ TEST_P(TransferEngineTest, bringsEverythingAndTrashesWhatItReplaces)
     EXPECT_EQ(outcome.errors, QStringList());
     EXPECT_FALSE(outcome.cancelled);
     ASSERT_EQ(outcome.done.size(), 3u);
-    EXPECT_EQ(outcome.transferred, (TransferSize{31, 4}));
+    EXPECT_EQ(outcome.transferred, (TransferSize{40, 5}));
     EXPECT_EQ(world->tree().content(world->relative("Ordner/innen/b.txt")), "im neuen Ordner");
     EXPECT_FALSE(entryExists(world->target / "Ordner/alt.txt"));
     EXPECT_EQ(entryExists(world->home("von/Ordner")), GetParam().kind == TransferKind::Copy);
@@ -192,6 +194,43 @@ TEST_P(TransferEngineTest, stopsAtEveryStepWithoutATrace)
         world->expectEveryByte();
         world->expectNoHalves();
     }
+}
+
+TEST_P(TransferEngineTest, leavesWhatHasTakenThePlaceMeanwhile)
+{
+    const auto world = fresh();
+    const TransferStep step = world->step("einzeln.pdf", false);
+    const auto appear = [&] { world->tree().file(world->relative("einzeln.pdf"), "von anderen"); };
+    world->files.afterCopy = [&](const Location &, const Location &) { appear(); };
+    if (GetParam().kind == TransferKind::Move && GetParam().across == Across::OneVolume)
+        appear();
+    TransferState state;
+    const TransferOutcome outcome = TransferEngine(world->services()).run({step}, world->kind, state);
+    EXPECT_TRUE(outcome.done.empty());
+    EXPECT_EQ(outcome.errors, QStringList(QStringLiteral("einzeln.pdf: ") + Failure::system(EEXIST).message));
+    EXPECT_EQ(world->tree().content(world->relative("einzeln.pdf")), "von anderen");
+    EXPECT_TRUE(world->leftovers().empty());
+    world->expectEveryByte();
+}
+
+TEST_P(TransferEngineTest, takesLinksForThemselves)
+{
+    const auto world = fresh();
+    world->tree().lines({"home/fremd/bleibt.txt=bleibt", "home/von/zeiger->../fremd", "home/von/nirgendwohin->fehlt"});
+    std::filesystem::create_directory_symlink(world->home("fremd"), world->target / "zeiger");
+    const TransferStep steps[] = {world->step("zeiger", true), world->step("nirgendwohin", false)};
+    TransferState state;
+    const TransferOutcome outcome = TransferEngine(world->services()).run({steps[0], steps[1]}, world->kind, state);
+    EXPECT_EQ(outcome.errors, QStringList());
+    EXPECT_EQ(std::filesystem::read_symlink(world->target / "zeiger"), "../fremd");
+    EXPECT_EQ(std::filesystem::read_symlink(world->target / "nirgendwohin"), "fehlt");
+    for (const TransferStep &step : steps)
+        EXPECT_EQ(entryExists(step.src), world->kind == TransferKind::Copy);
+    // What the link led to that was replaced, and the one that went away.
+    EXPECT_EQ(world->tree().content("home/fremd/bleibt.txt"), "bleibt");
+    ASSERT_TRUE(outcome.done.front().replaced);
+    EXPECT_EQ(std::filesystem::read_symlink(*outcome.done.front().replaced), world->home("fremd"));
+    EXPECT_TRUE(world->leftovers().empty());
 }
 
 TEST(TransferEngineMoveTest, keepsWhatAppearedInTheSourceMeanwhile)
