@@ -35,6 +35,8 @@ void TerminalAnswer::show()
     m_terminal->message(printable(m_question.message) + QStringLiteral("."));
     for (const QString &line : m_question.informative.split(u'\n', Qt::SkipEmptyParts))
         m_terminal->message(QStringLiteral("  ") + printable(line));
+    if (!m_question.hint.isEmpty())
+        m_terminal->message(printable(m_question.hint));
     QString choices;
     for (std::size_t i = 0; i < m_question.buttons.size(); ++i)
         choices += QStringLiteral("  [%1] %2").arg(i + 1).arg(m_question.buttons[i].title);

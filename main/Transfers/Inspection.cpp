@@ -178,7 +178,7 @@ std::optional<ObstacleQuestion> Inspection::question() const
     if (obstacles.isEmpty())
         return std::nullopt;
     return ObstacleQuestion{obstacles.mid(0, static_cast<qsizetype>(ObstacleQuestion::shownAtMost)),
-                            static_cast<std::size_t>(obstacles.size())};
+                            static_cast<std::size_t>(obstacles.size()), hinderedNames, hindersFolders};
 }
 
 Inspection Inspection::withoutHindered(std::vector<TransferStep> &steps) const
@@ -212,7 +212,13 @@ Result<Inspection> inspectSteps(const std::vector<TransferStep> &steps, Transfer
             return failure(Failure::cancelled());
     }
     inspector.checkSpace(services.volumes.available(folder));
-    return inspector.result();
+    Inspection found = inspector.result();
+    for (const std::size_t step : found.hindered) {
+        const Location &source = steps[step].src;
+        found.hinderedNames << shownName(source);
+        found.hindersFolders = found.hindersFolders || readAttributes(source).value_or(FileAttributes()).isFolder();
+    }
+    return found;
 }
 
 } // namespace brellin

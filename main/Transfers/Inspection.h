@@ -17,7 +17,9 @@ namespace brellin {
 struct Inspection {
     std::vector<TransferSize> sizes; ///< of the steps, in their order
     QStringList obstacles;           ///< lines of what the destination cannot take
-    std::set<std::size_t> hindered;  ///< the steps with obstacles
+    std::set<std::size_t> hindered;  ///< the steps with obstacles …
+    QStringList hinderedNames;       ///< … their sources
+    bool hindersFolders = false;     ///< … and whether one of those is a folder
 
     TransferSize total() const;
     std::optional<ObstacleQuestion> question() const;

@@ -21,12 +21,15 @@ Transfer::Transfer(TransferQueue &queue, const QUuid &id, TransferRequest reques
     : m_queue(queue)
     , m_id(id)
     , m_request(std::move(request))
+    , m_job(std::make_shared<TransferJob>(TransferJob::Start{
+          m_id, m_request.pane, m_request.kind, standardised(m_request.destination),
+          shownName(standardised(m_request.destination)), static_cast<int>(m_request.sources.size())}))
 {
 }
 
 Transfer::~Transfer()
 {
-    if (m_job && m_running.running())
+    if (m_running.running())
         m_job->state->cancel();
 }
 
@@ -71,17 +74,14 @@ void Transfer::askAboutConflicts()
 void Transfer::planned(std::vector<TransferStep> steps)
 {
     m_steps = std::move(steps);
-    const Location destination = standardised(m_request.destination);
-    m_job = std::make_shared<TransferJob>(TransferJob::Start{m_id, m_request.pane, m_request.kind, destination,
-                                                             shownName(destination), static_cast<int>(m_steps.size())});
+    m_job->plan(m_steps.size());
     const TransferServices services = m_queue.m_services;
     m_inspecting.start(
-        services.workers, longWork<Result<Inspection>>(destination),
+        services.workers, longWork<Result<Inspection>>(m_request.destination),
         [services, steps = m_steps, kind = m_request.kind](const JobControl &control) {
             return inspectSteps(steps, kind, services, control);
         },
         [this](Result<Inspection> inspection) { inspected(std::move(inspection)); }, {});
-    m_queue.publishAll();
 }
 
 void Transfer::inspected(Result<Inspection> inspection)

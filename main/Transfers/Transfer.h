@@ -40,7 +40,7 @@ private:
     TransferQueue &m_queue;
     const QUuid m_id;
     const TransferRequest m_request;
-    std::shared_ptr<TransferJob> m_job; ///< from the moment at which the steps are known
+    const std::shared_ptr<TransferJob> m_job;
     std::optional<TransferQuestion> m_question;
     std::optional<ConflictRound> m_conflicts;
     QStringList m_refused;

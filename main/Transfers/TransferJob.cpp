@@ -29,9 +29,14 @@ TransferJob::TransferJob(Start start)
     publish(detailText, detail());
 }
 
-void TransferJob::begin(std::size_t steps, const TransferSize &total)
+void TransferJob::plan(std::size_t steps)
 {
     publish(count, static_cast<int>(steps));
+}
+
+void TransferJob::begin(std::size_t steps, const TransferSize &total)
+{
+    plan(steps);
     publish(totalBytes, total.bytes);
     publish(totalFiles, total.files);
     publish(measuring, false);

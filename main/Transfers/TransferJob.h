@@ -13,7 +13,7 @@
 
 namespace brellin {
 
-/// A transfer under way, as a panel shows it. Lives on the main thread; the worker sees its `state` alone.
+/// A transfer under way, as a panel shows it, from its planning on. Lives on the main thread; the worker sees its `state` alone.
 class TransferJob : public Model {
 public:
     struct Start {
@@ -22,7 +22,7 @@ public:
         TransferKind kind = TransferKind::Copy;
         Location destination;
         QString destName; ///< the destination folder's name for reading
-        int count = 0;    ///< steps
+        int count = 0;    ///< sources
     };
     explicit TransferJob(Start start);
 
@@ -31,7 +31,7 @@ public:
     const bool move;
     const Location destination;
     const QString destName;
-    Published<int> count; ///< steps
+    Published<int> count; ///< steps; until they are planned, sources
     const std::shared_ptr<TransferState> state;
     const std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
 
@@ -68,7 +68,9 @@ private:
         std::int64_t bytes;
     };
 
-    /// What there is to do is known, and begins.
+    /// It is known what there is to do, …
+    void plan(std::size_t steps);
+    /// … and it begins.
     void begin(std::size_t steps, const TransferSize &total);
     std::chrono::milliseconds active() const;
     std::int64_t measureRate(std::int64_t now);

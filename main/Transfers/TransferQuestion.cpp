@@ -45,6 +45,22 @@ QuestionText textOf(const NoTrashQuestion &question)
     return text;
 }
 
+/// „„Diese auslassen“ überträgt nicht: „Fotos“, „Film.mkv“. Ein Ordner bleibt mit allem darin zurück.“
+QString leftOutHint(const ObstacleQuestion &question)
+{
+    constexpr qsizetype named = 3;
+    QStringList names;
+    for (const QString &name : question.leftOut.mid(0, named))
+        names << QStringLiteral("„%1“").arg(name);
+    QString text = QStringLiteral("„Diese auslassen“ überträgt nicht: ") + names.join(QStringLiteral(", "));
+    if (question.leftOut.size() > named)
+        text += QStringLiteral(" und %1 weitere").arg(question.leftOut.size() - named);
+    text += u'.';
+    if (question.foldersLeftOut)
+        text += QStringLiteral(" Ein Ordner bleibt mit allem darin zurück.");
+    return text;
+}
+
 QuestionText textOf(const ObstacleQuestion &question)
 {
     QuestionText text;
@@ -53,6 +69,7 @@ QuestionText textOf(const ObstacleQuestion &question)
     if (question.count > static_cast<std::size_t>(question.lines.size()))
         text.informative +=
             QStringLiteral("\n… und %1 weitere").arg(question.count - static_cast<std::size_t>(question.lines.size()));
+    text.hint = leftOutHint(question);
     text.buttons = {{QStringLiteral("Trotzdem versuchen"), ObstacleChoice::TryAnyway},
                     {QStringLiteral("Diese auslassen"), ObstacleChoice::LeaveOut},
                     cancelButton(ObstacleChoice::Cancel)};

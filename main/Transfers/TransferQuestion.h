@@ -42,6 +42,9 @@ struct ObstacleQuestion {
     QStringList lines; ///< one for each obstacle, at most `shownAtMost`
     std::size_t count = 0;
     static constexpr std::size_t shownAtMost = 12;
+    /// The selected entries that "Diese auslassen" leaves out, each as a whole.
+    QStringList leftOut;
+    bool foldersLeftOut = false;
 
     bool operator==(const ObstacleQuestion &) const = default;
 };
@@ -72,6 +75,7 @@ struct QuestionText {
     };
     QString message;
     QString informative;
+    QString hint; ///< what one of the buttons does
     std::vector<Button> buttons;
     QString forAll; ///< the title of the check box; empty where there is none
 };

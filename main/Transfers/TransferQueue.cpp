@@ -32,12 +32,11 @@ TransferQueue::~TransferQueue() = default;
 QUuid TransferQueue::transfer(TransferRequest request)
 {
     const QUuid id = QUuid::createUuid();
-    if (atWork(request.pane)) {
+    if (atWork(request.pane))
         m_waiting.push_back({id, std::move(request)});
-        publishAll();
-    } else {
+    else
         begin(id, std::move(request));
-    }
+    publishAll();
     return id;
 }
 
@@ -114,10 +113,8 @@ std::vector<WaitingTransfer> TransferQueue::waitingNow() const
 std::vector<std::shared_ptr<TransferJob>> TransferQueue::jobsNow() const
 {
     std::vector<std::shared_ptr<TransferJob>> all;
-    for (const auto &one : m_transfers) {
-        if (one->job())
-            all.push_back(one->job());
-    }
+    for (const auto &one : m_transfers)
+        all.push_back(one->job());
     return all;
 }
 

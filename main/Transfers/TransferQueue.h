@@ -73,7 +73,7 @@ public:
     void cancel(const QUuid &transfer);
     void cancelAll();
 
-    /// The pane's transfer that is under way, if it has begun.
+    /// The pane's transfer that is under way, if there is one.
     std::shared_ptr<TransferJob> jobOf(const QUuid &pane) const;
     /// Whether anything is planned, asked, under way or waiting: to be asked before the program ends.
     bool busy() const;

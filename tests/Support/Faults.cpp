@@ -36,6 +36,8 @@ Result<CopyReport> FaultyFileActions::copy(const Location &source, const Locatio
 {
     return m_plan.change<CopyReport>([&] {
         Result<CopyReport> report = m_real.copy(source, destination, options);
+        if (report)
+            report->notKept += notKept;
         if (report && afterCopy)
             afterCopy(source, destination);
         return report;

@@ -56,6 +56,8 @@ public:
 
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
+    /// What each copy says that it could not keep.
+    QStringList notKept;
     /// Called before each rename between held folders, so that a test can put others in their places.
     std::function<void(const Location &from)> beforeHeldRename;
 

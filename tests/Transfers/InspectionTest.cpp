@@ -68,6 +68,10 @@ TEST_F(InspectionTest, findsWhatAStickCannotHold)
     EXPECT_EQ(found->hindered, (std::set<std::size_t>{1, 2, 3, 4}));
     EXPECT_TRUE(found->obstacles.join(u'\n').contains(QStringLiteral("Fotos/19:30 Uhr.jpg: ")));
     EXPECT_EQ(found->question()->count, 5u);
+    TransferQuestion question;
+    question.about = *found->question();
+    EXPECT_EQ(textOf(question).hint.toStdString(), "„Diese auslassen“ überträgt nicht: „Fotos“, „GUT“, „tief“ und 1 "
+                                                   "weitere. Ein Ordner bleibt mit allem darin zurück.");
     const Inspection rest = found->withoutHindered(steps);
     ASSERT_EQ(steps.size(), 1u);
     EXPECT_EQ(steps[0].src, world.home("gut"));

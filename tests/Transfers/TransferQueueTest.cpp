@@ -206,6 +206,28 @@ TEST_F(TransferQueueTest, takesTurnsWithinAPaneAndSurvivesItsPanes)
     EXPECT_TRUE(queue->jobs.get().empty());
 }
 
+TEST_F(TransferQueueTest, showsATransferFromItsPlanningOn)
+{
+    world.tree().lines({"home/a=1", "home/b=2", "disk/a=alt"});
+    const QUuid id = queue->transfer(request({"a", "b"}, world.disk("")));
+    const std::shared_ptr<TransferJob> job = queue->jobOf(pane);
+    ASSERT_TRUE(job);
+    EXPECT_EQ(queue->jobs.get().size(), 1u);
+    EXPECT_EQ(job->title(), QStringLiteral("Kopiere 2 Elemente nach „disk“"));
+    EXPECT_EQ(job->detail(), QStringLiteral("Ermittle Größe …"));
+    ASSERT_TRUE(waitUntil([&] { return !queue->questions.get().empty(); }));
+    queue->answer(queue->questions.get().front().id, ConflictAnswer{ConflictChoice::skip});
+    ASSERT_TRUE(waitUntil([&] { return !queue->busy(); }));
+    EXPECT_EQ(job->title(), QStringLiteral("Kopiere 1 Element nach „disk“"));
+
+    // Cancelled while it is still being looked at.
+    const QUuid second = queue->transfer(request({"a"}, world.disk("")));
+    queue->cancel(second);
+    EXPECT_TRUE(queue->jobs.get().empty());
+    EXPECT_TRUE(finished.back().outcome.cancelled);
+    EXPECT_NE(id, second);
+}
+
 TEST_F(TransferQueueTest, pausesAndCancelsInTheMiddleOfACopy)
 {
     world.tree().lines({"home/a=1", "home/b=2"});

@@ -15,7 +15,7 @@ namespace {
 QSize sizeFor(const ObstacleQuestion &question)
 {
     const auto lines = std::min<qsizetype>(question.lines.size(), 5);
-    return {580, 250 + 42 * static_cast<int>(lines)};
+    return {580, 272 + 42 * static_cast<int>(lines)};
 }
 
 } // namespace
@@ -24,9 +24,11 @@ ObstacleSheet::ObstacleSheet(const TransferQuestion &question, QWidget *window)
     : QuestionSheet(textOf(question), {1}, sizeFor(std::get<ObstacleQuestion>(question.about)), window)
 {
     setObjectName(QStringLiteral("obstacleSheet"));
-    setAccessibleDescription(text().informative);
-    content()->addWidget(makeBody(
-        QStringLiteral("Noch ist nichts übertragen. „Diese auslassen“ überträgt nur, was an das Ziel passt."), this));
+    setAccessibleDescription(text().informative + u'\n' + text().hint);
+    TextLabel *const hint = makeBody(QStringLiteral("Noch ist nichts übertragen. ") + text().hint, this);
+    hint->setObjectName(QStringLiteral("obstacleHint"));
+    hint->setMinimumWidth(1); // a name that cannot be broken may not widen the sheet
+    content()->addWidget(hint);
     content()->addSpacing(scaled(4));
     auto *const list = new ReasonList(text().informative.split(u'\n'), this);
     list->setObjectName(QStringLiteral("obstacles"));

@@ -6,6 +6,7 @@
 #include "Look/Theme.h"
 #include "Transfers/Screens/TransferRows.h"
 #include "Transfers/TransferQueue.h"
+#include "Transfers/TransferTexts.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -24,8 +25,8 @@ constexpr int sliding = 160; ///< milliseconds
 constexpr int padding = 14;
 
 /// Takes the rows out whose IDs are no longer among `living`.
-template <class Row, class Remove>
-void removeGone(std::map<QUuid, Row *> &rows, const std::vector<QUuid> &living, const Remove &remove)
+template <class Id, class Row, class Remove>
+void removeGone(std::map<Id, Row *> &rows, const std::vector<Id> &living, const Remove &remove)
 {
     std::erase_if(rows, [&](const auto &one) {
         const bool gone = std::ranges::find(living, one.first) == living.end();
@@ -35,11 +36,21 @@ void removeGone(std::map<QUuid, Row *> &rows, const std::vector<QUuid> &living, 
     });
 }
 
+QVBoxLayout *addColumn(QVBoxLayout &column, int spacing)
+{
+    auto *const part = new QVBoxLayout;
+    part->setSpacing(spacing);
+    column.addLayout(part);
+    return part;
+}
+
 } // namespace
 
-TransferPanel::TransferPanel(TransferQueue &queue, QWidget *window, std::chrono::milliseconds patience)
+TransferPanel::TransferPanel(TransferQueue &queue, QWidget *window, std::chrono::milliseconds patience,
+                             std::chrono::milliseconds reading)
     : QWidget(window)
     , m_queue(queue)
+    , m_reading(reading)
     , m_patience(new QTimer(this))
 {
     setObjectName(QStringLiteral("transferPanel"));
@@ -63,17 +74,15 @@ void TransferPanel::build()
     auto *const column = new QVBoxLayout(inner);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(scaled(8));
-    m_jobColumn = new QVBoxLayout;
-    m_jobColumn->setSpacing(scaled(16));
-    column->addLayout(m_jobColumn);
+    m_noteColumn = addColumn(*column, scaled(12));
+    m_jobColumn = addColumn(*column, scaled(16));
+    m_workColumn = addColumn(*column, scaled(16));
     m_line = new Separator(Qt::Horizontal, inner);
     column->addWidget(m_line);
     m_waitingHead = makeHeading({}, inner);
     m_waitingHead->setObjectName(QStringLiteral("transferWaitingHead"));
     column->addWidget(m_waitingHead);
-    m_waitingColumn = new QVBoxLayout;
-    m_waitingColumn->setSpacing(0);
-    column->addLayout(m_waitingColumn);
+    m_waitingColumn = addColumn(*column, 0);
     column->addStretch(1);
     m_area = new QScrollArea(m_card);
     m_area->setWidget(inner);
@@ -91,6 +100,7 @@ void TransferPanel::follow()
     m_queue.jobs.observe(this, [this](const auto &) { refresh(); });
     m_queue.waiting.observe(this, [this](const auto &) { refresh(); });
     m_queue.questions.observe(this, [this](const auto &) { showAsking(); });
+    m_queue.lastFinished.observe(this, [this](const std::optional<FinishedTransfer> &last) { note(*last); });
     connect(m_patience, &QTimer::timeout, this, &TransferPanel::appear);
     connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
         m_below = value.toDouble();
@@ -112,13 +122,15 @@ void TransferPanel::follow()
 
 void TransferPanel::refresh()
 {
-    if (m_queue.jobs.get().empty() && m_queue.waiting.get().empty()) {
+    if (m_queue.jobs.get().empty() && m_queue.waiting.get().empty() && m_work.empty() && m_notes.empty()) {
         m_patience->stop();
         // The last rows stay until the panel is out of sight.
         leave();
         return;
     }
+    showNotes();
     showJobs();
+    showWorkRows();
     showWaiting();
     showAsking();
     if (!m_open && isVisible())
@@ -148,6 +160,69 @@ void TransferPanel::showJobs()
     }
 }
 
+void TransferPanel::showWork(std::vector<PanelWork> work)
+{
+    if (work == m_work)
+        return;
+    m_work = std::move(work);
+    refresh();
+}
+
+void TransferPanel::showWorkRows()
+{
+    std::vector<int> living;
+    for (const PanelWork &one : m_work)
+        living.push_back(one.id);
+    removeGone(m_workRows, living, [this](WorkRow *row) { removeRow(row); });
+    for (const PanelWork &one : m_work) {
+        WorkRow *&row = m_workRows[one.id];
+        if (row) {
+            row->show(one);
+            continue;
+        }
+        row = new WorkRow(one, m_area->widget());
+        m_workColumn->addWidget(row);
+        connect(row, &WorkRow::cancelWanted, this, [this, row, id = one.id] {
+            takeKeysFrom(row);
+            Q_EMIT workCancelWanted(id);
+        });
+    }
+}
+
+/// What copies could not keep is said once at the end of each transfer.
+void TransferPanel::note(const FinishedTransfer &finished)
+{
+    const QStringList &lines = finished.outcome.notes;
+    if (lines.isEmpty())
+        return;
+    const QUuid id = finished.record.id;
+    m_notes.push_back({id, titleOf(finished.record), lines.join(u'\n')});
+    QTimer::singleShot(m_reading, this, [this, id] { forgetNote(id); });
+    refresh();
+}
+
+void TransferPanel::forgetNote(const QUuid &id)
+{
+    if (std::erase_if(m_notes, [&](const Note &one) { return one.id == id; }) > 0)
+        refresh();
+}
+
+void TransferPanel::showNotes()
+{
+    std::vector<QUuid> living;
+    for (const Note &one : m_notes)
+        living.push_back(one.id);
+    removeGone(m_noteRows, living, [this](NoteRow *row) { removeRow(row); });
+    for (const Note &one : m_notes) {
+        NoteRow *&row = m_noteRows[one.id];
+        if (row)
+            continue;
+        row = new NoteRow(one.title, one.text, m_area->widget());
+        m_noteColumn->addWidget(row);
+        connect(row, &NoteRow::closeWanted, this, [this, id = one.id] { forgetNote(id); });
+    }
+}
+
 void TransferPanel::showWaiting()
 {
     const std::vector<WaitingTransfer> &waiting = m_queue.waiting.get();
@@ -163,7 +238,7 @@ void TransferPanel::showWaiting()
         m_waitingColumn->addWidget(row);
         connect(row, &WaitingRow::cancelWanted, this, [this, id = one.id] { m_queue.cancel(id); });
     }
-    m_line->setVisible(!waiting.empty() && !m_jobs.empty());
+    m_line->setVisible(!waiting.empty() && !(m_jobs.empty() && m_workRows.empty() && m_noteRows.empty()));
     m_waitingHead->setVisible(!waiting.empty());
     m_waitingHead->setText(counted(static_cast<qint64>(waiting.size()), QStringLiteral("Übertragung wartet"),
                                    QStringLiteral("Übertragungen warten")));
@@ -227,12 +302,15 @@ void TransferPanel::leave()
 /// Out of sight.
 void TransferPanel::left()
 {
-    for (const auto &[id, row] : m_jobs)
-        removeRow(row);
-    for (const auto &[id, row] : m_waiting)
-        removeRow(row);
-    m_jobs.clear();
-    m_waiting.clear();
+    const auto removeAll = [this](auto &rows) {
+        for (const auto &[id, row] : rows)
+            removeRow(row);
+        rows.clear();
+    };
+    removeAll(m_jobs);
+    removeAll(m_workRows);
+    removeAll(m_noteRows);
+    removeAll(m_waiting);
     if (!isVisible())
         return;
     hide();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Transfers/Screens/WorkRows.h"
+
 #include <QPointer>
 #include <QUuid>
 #include <QVariantAnimation>
@@ -7,6 +9,7 @@
 
 #include <chrono>
 #include <map>
+#include <vector>
 
 class QScrollArea;
 class QTimer;
@@ -20,21 +23,29 @@ class Separator;
 class TextLabel;
 class TransferQueue;
 class WaitingRow;
+struct FinishedTransfer;
 
-/// A card at the lower right of a window that shows the transfers under way and those that wait. It comes by itself when there
-/// is something to show for a while, and goes with it; it never takes the keys by itself, and gives them back when it goes.
+/// A card at the lower right of a window that shows the transfers under way and those that wait, what else is done with files,
+/// and for a while what a finished transfer could not keep. It comes by itself when there is something to show for a while,
+/// and goes with it; it never takes the keys by itself, and gives them back when it goes.
 class TransferPanel : public QWidget {
     Q_OBJECT
 public:
-    /// What takes no longer than `patience` is not shown. The queue outlives the panel.
+    /// What takes no longer than `patience` is not shown; what is to be said of a finished transfer stands for `reading`. The
+    /// queue outlives the panel.
     TransferPanel(TransferQueue &queue, QWidget *window,
-                  std::chrono::milliseconds patience = std::chrono::milliseconds(300));
+                  std::chrono::milliseconds patience = std::chrono::milliseconds(300),
+                  std::chrono::milliseconds reading = std::chrono::seconds(15));
 
     QSize sizeHint() const override;
     /// Takes its place at the lower right of `area` (in the window), two thirds of its height at most. To be called when `placeWanted`
     /// says so, and when the area changes.
     void placeIn(const QRect &area);
 
+    /// What else is under way, in the place of what was said before.
+    void showWork(std::vector<PanelWork> work);
+
+    Q_SIGNAL void workCancelWanted(int id);
     /// It is about to appear, or wants another size.
     Q_SIGNAL void placeWanted();
     /// It has appeared, or gone.
@@ -46,12 +57,22 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    struct Note {
+        QUuid id;
+        QString title;
+        QString text;
+    };
+
     void build();
     void follow();
     void refresh();
     void showJobs();
+    void showWorkRows();
+    void showNotes();
     void showWaiting();
     void showAsking();
+    void note(const FinishedTransfer &finished);
+    void forgetNote(const QUuid &id);
     void removeRow(QWidget *row);
     void appear();
     void leave();
@@ -64,12 +85,19 @@ private:
     TransferQueue &m_queue;
     Card *m_card = nullptr;
     QScrollArea *m_area = nullptr;
+    QVBoxLayout *m_noteColumn = nullptr;
     QVBoxLayout *m_jobColumn = nullptr;
+    QVBoxLayout *m_workColumn = nullptr;
     QVBoxLayout *m_waitingColumn = nullptr;
     Separator *m_line = nullptr;
     TextLabel *m_waitingHead = nullptr;
     std::map<QUuid, JobRow *> m_jobs;
+    std::map<int, WorkRow *> m_workRows;
+    std::map<QUuid, NoteRow *> m_noteRows;
     std::map<QUuid, WaitingRow *> m_waiting;
+    std::vector<PanelWork> m_work;
+    std::vector<Note> m_notes;
+    const std::chrono::milliseconds m_reading;
     QTimer *m_patience = nullptr;
     QVariantAnimation m_slide; ///< how far the card is below its place, 0 … 1 of its height
     double m_below = 0;

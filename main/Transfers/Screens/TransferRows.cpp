@@ -2,61 +2,19 @@
 
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
-#include "Look/Symbols.h"
 #include "Look/Theme.h"
 #include "Transfers/Screens/ProgressText.h"
+#include "Transfers/Screens/RowParts.h"
 #include "Transfers/TransferQueue.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QProgressBar>
 
 #include <utility>
 
 namespace brellin {
 
-namespace {
-
-constexpr int wholeBar = 1000;
-
-/// A symbol before a line of text.
-class Mark : public QWidget {
-public:
-    Mark(QString symbol, Token token, QWidget *parent) : QWidget(parent), m_symbol(std::move(symbol)), m_token(token)
-    {
-        setFixedSize(scaled(18), scaled(18));
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        Symbols::paint(painter, rect(), m_symbol, color(m_token));
-    }
-
-private:
-    const QString m_symbol;
-    const Token m_token;
-};
-
-ElidedLabel *makeBoldLine(QWidget *parent)
-{
-    auto *const line = new ElidedLabel({}, Token::Text, 1, parent);
-    const auto embolden = [line] { line->setFont(sizedFont(1, QFont::Bold)); };
-    embolden();
-    QObject::connect(&Theme::shared(), &Theme::changed, line, embolden);
-    return line;
-}
-
-QHBoxLayout *addLine(QVBoxLayout &column)
-{
-    auto *const line = new QHBoxLayout;
-    line->setSpacing(scaled(8));
-    column.addLayout(line);
-    return line;
-}
-
-} // namespace
+using namespace rowParts;
 
 JobRow::JobRow(std::shared_ptr<TransferJob> job, QWidget *parent) : QWidget(parent), m_job(std::move(job))
 {
@@ -73,9 +31,8 @@ void JobRow::build()
     column->setSpacing(scaled(5));
     QHBoxLayout *const head = addLine(*column);
     head->addWidget(
-        new Mark(m_job->move ? QStringLiteral("folder-input") : QStringLiteral("copy"), Token::Accent, this));
-    m_title = makeBoldLine(this);
-    m_title->setObjectName(QStringLiteral("transferTitle"));
+        makeMark(m_job->move ? QStringLiteral("folder-input") : QStringLiteral("copy"), Token::Accent, this));
+    m_title = makeBoldLine(QStringLiteral("transferTitle"), this);
     head->addWidget(m_title, 1);
 
     QHBoxLayout *const middle = addLine(*column);
@@ -86,9 +43,7 @@ void JobRow::build()
     middle->addWidget(m_name, 1);
     middle->addWidget(m_rate);
 
-    m_bar = new QProgressBar(this);
-    m_bar->setObjectName(QStringLiteral("transferBar"));
-    m_bar->setTextVisible(false);
+    m_bar = makeBar(QStringLiteral("transferBar"), this);
     column->addWidget(m_bar);
 
     QHBoxLayout *const foot = addLine(*column);
@@ -171,7 +126,7 @@ WaitingRow::WaitingRow(const WaitingTransfer &waiting, QWidget *parent) : QWidge
     auto *const line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(scaled(8));
-    line->addWidget(new Mark(QStringLiteral("clock"), Token::Tertiary, this));
+    line->addWidget(makeMark(QStringLiteral("clock"), Token::Tertiary, this));
     auto *const title = new ElidedLabel(waiting.title, Token::Secondary, 0.92, this);
     title->setObjectName(QStringLiteral("waitingTitle"));
     line->addWidget(title, 1);

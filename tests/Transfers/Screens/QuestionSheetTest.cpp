@@ -90,7 +90,13 @@ TEST_F(QuestionSheetTest, obstaclesAreListedAndAnsweredOnce)
     for (int i = 0; i < 12; ++i)
         about.lines << QStringLiteral("Film %1.mkv: Mit 5 GB ist die Datei für das Ziel zu groß.").arg(i);
     about.count = 14;
+    about.leftOut = {QStringLiteral("Filme")};
+    about.foldersLeftOut = true;
     ask(about);
+    const auto *const hint = sheet->findChild<QLabel *>(QStringLiteral("obstacleHint"));
+    EXPECT_EQ(hint->text(),
+              QStringLiteral("Noch ist nichts übertragen. „Diese auslassen“ überträgt nicht: „Filme“. Ein "
+                             "Ordner bleibt mit allem darin zurück."));
     const QString all = sheet->findChild<QWidget *>(QStringLiteral("obstacles"))->accessibleName();
     EXPECT_TRUE(all.contains(QStringLiteral("Film 11.mkv: Mit 5 GB")));
     EXPECT_TRUE(all.endsWith(QStringLiteral("… und 2 weitere")));

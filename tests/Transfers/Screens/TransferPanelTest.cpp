@@ -150,3 +150,44 @@ TEST_F(TransferPanelTest, whatIsDoneAtOnceDoesNotFlash)
     ASSERT_TRUE(ended());
     EXPECT_FALSE(patient.isVisible());
 }
+
+TEST_F(TransferPanelTest, saysAtTheEndWhatCouldNotBeKept)
+{
+    world.files.notKept << QStringLiteral("Änderungszeiten kann das Ziel nicht speichern.");
+    transfer({"a", "b"}, world.disk(""));
+    ASSERT_TRUE(ended());
+    ASSERT_TRUE(appears(panel, "transferNote"));
+    EXPECT_EQ(text("noteTitle"), QStringLiteral("2 Elemente nach „disk“ kopiert"));
+    EXPECT_EQ(text("noteText"), QStringLiteral("Änderungszeiten kann das Ziel nicht speichern."));
+    EXPECT_TRUE(field->hasFocus());
+    press(panel, "noteClose");
+    EXPECT_FALSE(panel.isVisible());
+
+    TransferPanel brief(queue, &window, std::chrono::milliseconds(0), std::chrono::milliseconds(1));
+    transfer({"c"}, world.disk(""));
+    ASSERT_TRUE(appears(panel, "transferNote"));
+    EXPECT_TRUE(waitUntil([&] { return !shownIn(brief, "transferNote") && !brief.isVisible(); }));
+    EXPECT_TRUE(shownIn(panel, "transferNote"));
+}
+
+TEST_F(TransferPanelTest, otherWorkHasItsLinesToo)
+{
+    std::vector<int> cancelled;
+    QObject::connect(&panel, &TransferPanel::workCancelWanted, &panel, [&](int id) { cancelled.push_back(id); });
+    panel.showWork({{7, QStringLiteral("Komprimiere 3 Elemente"), QStringLiteral("a.txt"), 0.25}});
+    ASSERT_TRUE(appears(panel, "panelWork"));
+    panel.showWork({{7, QStringLiteral("Komprimiere 3 Elemente"), QStringLiteral("b.txt"), 0.5},
+                    {8, QStringLiteral("Leere den Papierkorb"), {}, {}}});
+    EXPECT_EQ(panel.findChildren<QWidget *>(QStringLiteral("panelWork")).size(), 2);
+    panel.showWork({{7, QStringLiteral("Komprimiere 3 Elemente"), QStringLiteral("b.txt"), 0.5}});
+    EXPECT_EQ(text("workTitle"), QStringLiteral("Komprimiere 3 Elemente"));
+    EXPECT_EQ(text("workDetail"), QStringLiteral("b.txt"));
+    EXPECT_EQ(qobject_cast<QProgressBar *>(shownIn(panel, "workBar"))->value(), 500);
+    press(panel, "workCancel");
+    EXPECT_EQ(cancelled, std::vector{7});
+    panel.showWork({{7, QStringLiteral("Komprimiere 3 Elemente"), QStringLiteral("c.txt"), 0.6}});
+    EXPECT_EQ(text("workDetail"), QStringLiteral("Wird abgebrochen …"));
+    panel.showWork({});
+    EXPECT_FALSE(panel.isVisible());
+    EXPECT_TRUE(field->hasFocus());
+}
