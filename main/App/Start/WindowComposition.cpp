@@ -12,6 +12,17 @@ std::function<bool(const Location &)> mayChange(const Services &services)
     return [&services](const Location &entry) { return services.mayChange(entry); };
 }
 
+/// A record of the transfers as one that can be taken back.
+UserAction actionOf(const TransferRecord &record)
+{
+    UserAction action;
+    action.kind = record.kind == TransferKind::Move ? UserAction::Kind::Move : UserAction::Kind::Copy;
+    for (const TransferredEntry &entry : record.entries)
+        if (entry.moved == (record.kind == TransferKind::Move))
+            action.entries.push_back({entry.src, entry.dst, entry.state, entry.replaced});
+    return action;
+}
+
 } // namespace
 
 WindowComposition::WindowComposition(Services &services, DesktopSettings &desktop)
@@ -36,6 +47,19 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_agent(services.forAgent())
     , m_model(services.forAgent())
 {
+    m_transfers.lastFinished.observe(&m_transfers,
+                                     [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
+}
+
+/// Whichever window or pane asked for it may be gone.
+void WindowComposition::takeNote(const TransferRecord &record)
+{
+    m_undo.record(actionOf(record));
+    for (const TransferredEntry &entry : record.entries) {
+        m_sizes.touched(entry.dst);
+        if (entry.moved)
+            m_colors.moved(entry.src, entry.dst);
+    }
 }
 
 WindowServices WindowComposition::forWindows()

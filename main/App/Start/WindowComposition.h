@@ -31,6 +31,7 @@ public:
 
 private:
     QPixmap thumbnail(const Location &entry, int side);
+    void takeNote(const TransferRecord &record);
 
     Services &m_services;
     DesktopSettings &m_desktop;

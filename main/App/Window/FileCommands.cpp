@@ -6,22 +6,27 @@
 #include "FileOperations/Screens/BatchRenameSheet.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
 #include "SendTo/MailAttachment.h"
+#include "Transfers/Screens/TransferPanel.h"
 
 #include <QFileDialog>
+
+#include <algorithm>
 
 namespace brellin {
 
 namespace {
 
-/// A record of the transfers as one that can be taken back.
-UserAction actionOf(const TransferRecord &record)
+/// The ID of the undo among the work that a panel shows; those of operations begin at 1.
+constexpr int undoWork = 0;
+
+std::vector<PanelWork> workOf(const FileOperations &operations, const UserUndo &undo)
 {
-    UserAction action;
-    action.kind = record.kind == TransferKind::Move ? UserAction::Kind::Move : UserAction::Kind::Copy;
-    for (const TransferredEntry &entry : record.entries)
-        if (entry.moved == (record.kind == TransferKind::Move))
-            action.entries.push_back({entry.src, entry.dst, entry.state, entry.replaced});
-    return action;
+    std::vector<PanelWork> work;
+    for (const RunningOperation &one : operations.operations.get())
+        work.push_back({one.id, one.title, one.detail, one.progress});
+    if (undo.running.get())
+        work.push_back({undoWork, QStringLiteral("Mache rückgängig"), {}, undo.progress.get()});
+    return work;
 }
 
 } // namespace
@@ -59,13 +64,27 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
 
 void FileCommands::add(BrowserModel *pane)
 {
-    std::erase_if(m_panes, [](const auto &one) { return one.second.isNull(); });
     m_panes.emplace_back(QUuid::createUuid(), pane);
     pane->onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
     pane->batchRename.observe(this, [this, pane](const std::optional<std::vector<Location>> &entries) {
         if (entries)
             renameSeveral(*pane, *entries);
     });
+}
+
+void FileCommands::showWorkIn(TransferPanel &panel)
+{
+    const auto show = [this, &panel] { panel.showWork(workOf(m_services.operations, m_services.undo)); };
+    m_services.operations.operations.observe(&panel, [show](const auto &) { show(); });
+    m_services.undo.running.observe(&panel, [show](bool) { show(); });
+    m_services.undo.progress.observe(&panel, [show](const auto &) { show(); });
+    connect(&panel, &TransferPanel::workCancelWanted, this, [this](int id) {
+        if (id == undoWork)
+            m_services.undo.cancel();
+        else
+            m_services.operations.cancel(id);
+    });
+    show();
 }
 
 /// Which entry it is now is asked on a worker: its volume may have stopped answering.
@@ -94,14 +113,6 @@ void FileCommands::visit(const Location &folder)
                 offerRestoring(found);
         },
         [] {});
-}
-
-BrowserModel *FileCommands::paneOf(const QUuid &id) const
-{
-    for (const auto &[known, pane] : m_panes)
-        if (known == id)
-            return pane;
-    return nullptr;
 }
 
 QUuid FileCommands::idOf(const BrowserModel &pane) const
@@ -294,24 +305,26 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
     sheet->begin();
 }
 
-/// Recorded for undo by whichever window hears of it first; shown by the one whose pane asked.
+/// A transfer outlives the pane that asked for it: then its window says what went wrong.
 void FileCommands::finished(const FinishedTransfer &transfer)
 {
-    BrowserModel *const pane = paneOf(transfer.pane);
-    if (!pane)
+    const auto asked = std::ranges::find(m_panes, transfer.pane, [](const auto &one) { return one.first; });
+    if (asked == m_panes.end())
         return;
-    m_services.undo.record(actionOf(transfer.record));
-    for (const TransferredEntry &entry : transfer.record.entries) {
-        m_services.panes.sizes.touched(entry.dst);
-        if (entry.moved)
-            m_services.panes.colors.moved(entry.src, entry.dst);
-    }
-    pane->reload();
+    if (asked->second)
+        showArrival(transfer, *asked->second);
+    else if (const std::optional<QString> message = transfer.errorMessage())
+        Q_EMIT said(*message);
+}
+
+void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane)
+{
+    pane.reload();
     if (const std::vector<Location> arrived = transfer.arrived();
-        !arrived.empty() && arrived.front().parent_path() == pane->current.get())
-        pane->setSelection(Selection(arrived));
+        !arrived.empty() && arrived.front().parent_path() == pane.current.get())
+        pane.setSelection(Selection(arrived));
     if (const std::optional<QString> message = transfer.errorMessage())
-        pane->showError(*message);
+        pane.showError(*message);
 }
 
 void FileCommands::ask(const OperationQuestion &question)

@@ -10,6 +10,7 @@
 
 namespace brellin {
 
+class TransferPanel;
 class YesNoSheet;
 
 /// What a window's commands do with files: passes the active pane's selection on to the transfers and operations, and shows
@@ -21,6 +22,8 @@ public:
 
     /// A pane of this window.
     void add(BrowserModel *pane);
+    /// Shows in the window's panel what is under way besides transfers.
+    void showWorkIn(TransferPanel &panel);
 
     /// Whether the command is one of files, which is then carried out.
     bool run(CommandId id, BrowserModel &pane);
@@ -45,14 +48,14 @@ private:
     void paste(BrowserModel &pane);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
+    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
     void ask(const OperationQuestion &question);
     FileOperations::Then reloading(BrowserModel &pane);
-    BrowserModel *paneOf(const QUuid &id) const;
     QUuid idOf(const BrowserModel &pane) const;
 
     WindowServices m_services;
     QWidget *m_window;
-    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes;
+    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes; ///< those that are closed as well
     TransferScreens *m_transferScreens;
     QPointer<YesNoSheet> m_question;
     FileCall<std::vector<CutShortRename>> m_looking;
