@@ -1,6 +1,6 @@
 #include "Agent/AiSorting.h"
 
-#include "Agent/StoredList.h"
+#include "System/StoredList.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "Agent/ExampleRules.h"
 #include "Agent/Recovery.h"
 #include "Agent/RunHistory.h"
-#include "Agent/StoredList.h"
+#include "System/StoredList.h"
 
 #include <QDateTime>
 

@@ -2,8 +2,8 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/PathTexts.h"
-#include "Agent/StoredList.h"
 #include "Disk/Digest.h"
+#include "System/StoredList.h"
 
 #include <algorithm>
 

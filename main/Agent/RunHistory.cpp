@@ -1,7 +1,7 @@
 #include "Agent/RunHistory.h"
 
 #include "Agent/AgentJson.h"
-#include "Agent/StoredList.h"
+#include "System/StoredList.h"
 
 #include <algorithm>
 

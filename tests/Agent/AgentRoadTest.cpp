@@ -1,8 +1,8 @@
 #include "Agent/AgentJson.h"
 #include "Agent/CleanupAgent.h"
-#include "Agent/StoredList.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
+#include "System/StoredList.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,8 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     AgentWorld world;
     const auto downloads = [&](const char *name) { return world.home("Downloads") / name; };
     world.tree().lines({"home/Downloads/Rechnung Mai.pdf=Rechnung", "home/Downloads/Vertrag Strom.txt=Vertrag",
-                        "home/Downloads/Film.mov=Film", "home/Downloads/Projekt/intern Rechnung.pdf=geheim"});
+                        "home/Downloads/Film.mov=Film", "home/Downloads/Projekt/intern Rechnung.pdf=geheim",
+                        "home/Downloads/Notiz_Idee (2).csv=Idee"});
     world.tree().file("home/Downloads/Foto.jpg", "Foto");
     ::usleep(12'000); // the copy is younger
     world.tree().file("home/Downloads/Foto Kopie.jpg", "Foto");
@@ -54,7 +55,10 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     CleanupRule toDisk = rule(QStringLiteral("Filme"), world.home("Downloads"), QStringLiteral("film"),
                               RuleAction::Move, world.disk("Filme"));
     toDisk.automatic = true;
-    const std::vector rules{toDisk,
+    CleanupRule rename =
+        rule(QStringLiteral("Notizen"), world.home("Downloads"), QStringLiteral("notiz"), RuleAction::Rename, {});
+    rename.renamePattern = QStringLiteral("{Jahr} {Name}");
+    const std::vector rules{toDisk, rename,
                             rule(QStringLiteral("Rechnungen"), world.home("Downloads"), QStringLiteral("rechnung"),
                                  RuleAction::Move, world.home("Rechnungen/{Jahr}")),
                             rule(QStringLiteral("Verträge"), world.home("Downloads"), QStringLiteral("vertrag"),
@@ -70,10 +74,15 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     world.model.answer = QStringLiteral("Verträge");
 
     CleanupAgent agent(world.services());
+    agent.noteChecked();
+    world.clock.time += std::chrono::hours(23);
+    wait(agent, [&] { agent.tick(); });
+    EXPECT_TRUE(agent.status.get().isEmpty()) << "not due yet";
+    world.clock.time += std::chrono::hours(1);
     wait(agent, [&] { agent.tick(); });
     EXPECT_EQ(agent.status.get(),
-              QStringLiteral("3 Regeln aktiv · 6 Dateien geprüft · 1 doppelt · 3 Vorschläge · 1 automatisch erledigt"));
-    EXPECT_EQ(agent.newSinceViewed.get(), 4);
+              QStringLiteral("4 Regeln aktiv · 7 Dateien geprüft · 1 doppelt · 4 Vorschläge · 1 automatisch erledigt"));
+    EXPECT_EQ(agent.newSinceViewed.get(), 5);
     EXPECT_EQ(agent.lastRun.get(), world.clock.now());
     ASSERT_EQ(agent.history.get().size(), 1u);
     ASSERT_EQ(agent.history.get()[0].steps.size(), 1u);
@@ -88,13 +97,16 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     const AgentProposal *const contract = proposalFor(agent, downloads("Vertrag Strom.txt"));
     ASSERT_NE(contract, nullptr);
     EXPECT_EQ(contract->destination, world.home("Ablage/Verträge/Vertrag Strom.txt"));
+    const AgentProposal *const note = proposalFor(agent, downloads("Notiz_Idee (2).csv"));
+    ASSERT_NE(note, nullptr);
+    EXPECT_TRUE(note->destination->native().ends_with(" Notiz Idee.csv")) << *note->destination;
 
     std::set<QUuid> ticked = agent.chosen.get();
-    EXPECT_EQ(ticked.size(), 3u);
+    EXPECT_EQ(ticked.size(), 4u);
     ticked.erase(contract->id);
     agent.choose(ticked);
     wait(agent, [&] { agent.executeChosen(); });
-    EXPECT_EQ(agent.status.get(), QStringLiteral("2 erledigt."));
+    EXPECT_EQ(agent.status.get(), QStringLiteral("3 erledigt."));
     EXPECT_EQ(agent.proposals.get().size(), 1u);
     EXPECT_FALSE(entryExists(downloads("Foto Kopie.jpg")));
 

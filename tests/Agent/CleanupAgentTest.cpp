@@ -3,9 +3,9 @@
 #include "Agent/AgentJson.h"
 #include "Agent/ExampleRules.h"
 #include "Agent/StateFolder.h"
-#include "Agent/StoredList.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
+#include "System/StoredList.h"
 
 #include <gtest/gtest.h>
 
