@@ -48,6 +48,7 @@ public:
     Published<QString> detail;                                     ///< the folder or file at hand
     Published<std::map<QUuid, QString>> failures;                  ///< proposals that could not be carried out, and why
     Published<std::map<QUuid, std::vector<Location>>> notRestored; ///< undone runs: what could not be put back
+    Published<std::map<QUuid, QString>> notUndone;                 ///< runs that could not be undone just now, and why
     Published<std::set<QUuid>> interruptedRuns;                    ///< runs that were cut short and taken over
     Published<std::vector<NeverProposed>> never;                   ///< findings not to be offered again
 
@@ -156,13 +157,16 @@ private:
     void startScan(const ScanRequest &request, ScanPurpose purpose);
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);
     void finishScan(Result<ExecutionOutcome> automatic);
+    void endCancelledScan(const ExecutionOutcome &automatic);
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
     void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
     void removeFromList(const std::set<QUuid> &ids);
     void executed(Result<ExecutionOutcome> result);
-    void undone(Result<UndoOutcome> result);
+    QString noteNotStored(const ExecutionOutcome &outcome);
+    void undone(const QUuid &run, Result<UndoOutcome> result);
+    void noteNotUndone(const QUuid &run, const QString &why);
     ReviewSubject reviewSubject(const std::optional<Location> &folder) const;
     void openReport(const ReviewReport &report, Workspace &workspace);
     void setNewSinceViewed(int count);
@@ -178,6 +182,7 @@ private:
     std::function<void()> m_receiptTick;
     bool m_viewVisible = false;
     bool m_attended = false;
+    bool m_cancelled = false;      ///< the operation at work, by the user
     bool m_duplicatesOnly = false; ///< the last scan looked for nothing else
     Schedule m_schedule;
     QThreadPool m_pool;

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-/// What the agent does: scans, analyses, runs, undos.
+/// What the agent does: analyses, runs, undos, and how each begins and ends.
 namespace brellin {
 
 namespace {
@@ -13,23 +13,6 @@ namespace {
 QString counting(std::size_t count)
 {
     return german().toString(static_cast<qulonglong>(count));
-}
-
-/// What the user ticked or unticked before holds for the same proposals of a later scan.
-std::set<QUuid> tickedOf(const std::vector<AgentProposal> &list, const std::vector<AgentProposal> &before,
-                         const std::set<QUuid> &chosenBefore)
-{
-    std::map<QByteArray, bool> earlier;
-    for (const AgentProposal &proposal : before)
-        earlier.emplace(sameness(proposal), chosenBefore.contains(proposal.id));
-    std::set<QUuid> ticked;
-    for (const AgentProposal &proposal : list) {
-        const auto known = earlier.find(sameness(proposal));
-        const bool on = known != earlier.end() && !proposal.needsReview ? known->second : proposal.preselected;
-        if (on)
-            ticked.insert(proposal.id);
-    }
-    return ticked;
 }
 
 } // namespace
@@ -61,6 +44,7 @@ bool CleanupAgent::begin(const QString &what)
     if (running.get())
         return false;
     m_failure.reset();
+    m_cancelled = false;
     publish(running, true);
     publish(progress, 0.0);
     publish(status, what);
@@ -93,111 +77,11 @@ void CleanupAgent::watch(const JobControl &control)
 
 void CleanupAgent::cancel()
 {
+    m_cancelled = true;
     m_scan.cancel();
     m_analyzing.cancel();
     m_executing.cancel();
     m_undoing.cancel();
-}
-
-void CleanupAgent::scan(Search search, ScanPurpose purpose)
-{
-    if (!begin(QStringLiteral("Prüfe Regeln …")))
-        return;
-    ScanRequest request{rules.get(), profiles.get(), never.get(), {}, autoDuplicates.get()};
-    if (search == Search::RulesAndDuplicates)
-        request.duplicateFolders = duplicateFolders.get();
-    startScan(request, purpose);
-}
-
-void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
-{
-    if (begin(QStringLiteral("Suche doppelte Dateien …")))
-        startScan({{}, profiles.get(), never.get(), folders, false}, ScanPurpose::DuplicatesOnly);
-}
-
-void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)
-{
-    m_analysis.reset();
-    m_duplicatesOnly = purpose == ScanPurpose::DuplicatesOnly;
-    m_scan.start(
-        m_pool,
-        [services = m_services, request](JobControl &control) { return scanFolders(services, request, control); },
-        [this, purpose](Result<ScanFindings> found) { scanned(purpose, std::move(found)); },
-        [this](const JobControl &control) { watch(control); });
-}
-
-void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
-{
-    // A scan that was cancelled leaves everything as it was.
-    if (!found)
-        return fail(found.error());
-    m_findings = *std::move(found);
-    if (purpose != ScanPurpose::ActAndPropose) {
-        showProposals(m_findings.proposals);
-        publish(leftNothing, proposals.get().empty());
-        return end(purpose == ScanPurpose::DuplicatesOnly
-                       ? m_findings.duplicatesSummary()
-                       : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
-    }
-    std::vector<AgentProposal> automatic;
-    std::ranges::copy_if(m_findings.proposals, std::back_inserter(automatic), &AgentProposal::automatic);
-    if (automatic.empty())
-        return finishScan(ExecutionOutcome());
-    m_executing.start(
-        m_pool,
-        [services = m_services, automatic](JobControl &control) {
-            return Execution(services).execute(automatic, control);
-        },
-        [this](Result<ExecutionOutcome> result) { finishScan(std::move(result)); },
-        [this](const JobControl &control) { watch(control); });
-}
-
-/// Lists what is left to be asked, once what is automatic has been done. What should have happened by itself and could not
-/// is listed too, so that nobody has to wonder.
-void CleanupAgent::finishScan(Result<ExecutionOutcome> automatic)
-{
-    std::set<QUuid> done;
-    if (automatic)
-        done.insert(automatic->done.begin(), automatic->done.end());
-    else
-        m_failure = automatic.error();
-    std::vector<AgentProposal> left;
-    for (AgentProposal &proposal : m_findings.proposals) {
-        proposal.preselected = proposal.preselected && !proposal.automatic;
-        if (!done.contains(proposal.id))
-            left.push_back(proposal);
-    }
-    const auto proposed = static_cast<std::int64_t>(left.size());
-    const auto byItself = static_cast<std::int64_t>(done.size());
-    const int added = ProposalMemory(m_services.defaults).countNew(left).value_or(0);
-    showProposals(std::move(left));
-    if (automatic) {
-        std::map<QUuid, QString> texts;
-        for (const FailedProposal &failed : automatic->failures)
-            texts.emplace(failed.proposal, failed.why.message);
-        publish(failures, std::move(texts));
-    }
-    reloadHistory();
-    setNewSinceViewed(newSinceViewed.get() + added + static_cast<int>(byItself));
-    noteChecked();
-    publish(leftNothing, proposals.get().empty());
-    end(m_findings.summary(proposed, byItself));
-}
-
-void CleanupAgent::showProposals(std::vector<AgentProposal> list)
-{
-    std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
-    publish(failures, std::map<QUuid, QString>());
-    publishList(std::move(list), std::move(ticked));
-}
-
-/// The list, what is ticked of it and its groups always go together.
-void CleanupAgent::publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked)
-{
-    std::vector<ProposalGroup> changed = groupsOf(list, ticked);
-    publish(proposals, std::move(list));
-    publish(chosen, std::move(ticked));
-    publish(groups, std::move(changed));
 }
 
 AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
@@ -237,8 +121,8 @@ void CleanupAgent::analyze(const Location &folder)
 
 void CleanupAgent::analyzed(Result<AnalysisFindings> found)
 {
-    if (!found)
-        return fail(found.error());
+    if (!found || m_cancelled)
+        return fail(found ? Failure::cancelled() : found.error());
     m_analysis = *std::move(found);
     std::vector<AgentProposal> list = m_analysis->proposals;
     std::erase_if(list, [this](const AgentProposal &one) {
@@ -317,11 +201,21 @@ void CleanupAgent::executed(Result<ExecutionOutcome> result)
     else
         text += QStringLiteral(" · %1 fehlgeschlagen: ").arg(counting(result->failures.size())) +
                 result->failureTexts().join(QStringLiteral("; "));
-    if (result->notStored)
-        m_failure = result->notStored;
+    text += noteNotStored(*result);
     m_execution = *std::move(result);
     publish(leftNothing, proposals.get().empty());
     end(text);
+}
+
+/// Adds what must be known of a run that could not be stored: its journal still tells of it.
+QString CleanupAgent::noteNotStored(const ExecutionOutcome &outcome)
+{
+    if (!outcome.notStored)
+        return {};
+    m_failure = outcome.notStored;
+    return QStringLiteral(
+               " · Der Verlauf konnte nicht gespeichert werden: %1 Er wird beim nächsten Start nachgetragen.")
+        .arg(outcome.notStored->message);
 }
 
 void CleanupAgent::removeFromList(const std::set<QUuid> &ids)
@@ -390,20 +284,36 @@ void CleanupAgent::undo(const QUuid &run)
         return;
     if (!begin(QStringLiteral("Mache rückgängig …")))
         return;
+    noteNotUndone(run, {});
     m_undoing.start(
         m_pool, [services = m_services, run](JobControl &control) { return UndoRun(services).undo(run, control); },
-        [this](Result<UndoOutcome> result) { undone(std::move(result)); },
+        [this, run](Result<UndoOutcome> result) { undone(run, std::move(result)); },
         [this](const JobControl &control) { watch(control); });
 }
 
-void CleanupAgent::undone(Result<UndoOutcome> result)
+void CleanupAgent::undone(const QUuid &run, Result<UndoOutcome> result)
 {
     m_undo.reset();
     reloadHistory();
-    if (!result || result->cancelled)
-        return fail(result ? Failure::cancelled() : result.error());
+    if (!result || result->cancelled) {
+        const Failure why = result ? Failure::cancelled() : result.error();
+        noteNotUndone(run,
+                      why.isCancelled()
+                          ? QStringLiteral("Abgebrochen. Ein Teil ist schon zurückgelegt, „Rückgängig“ macht weiter.")
+                          : why.message);
+        return fail(why);
+    }
     m_undo = *std::move(result);
     end(m_undo->status());
+}
+
+void CleanupAgent::noteNotUndone(const QUuid &run, const QString &why)
+{
+    std::map<QUuid, QString> all = notUndone.get();
+    all.erase(run);
+    if (!why.isEmpty())
+        all.emplace(run, why);
+    publish(notUndone, std::move(all));
 }
 
 ReviewSubject CleanupAgent::reviewSubject(const std::optional<Location> &folder) const

@@ -1,5 +1,6 @@
 #include "Agent/RuleWalk.h"
 
+#include "Agent/FolderUsage.h"
 #include "Agent/Placeholders.h"
 #include "Agent/ScriptNames.h"
 #include "Disk/Walk.h"
@@ -95,7 +96,7 @@ void Collector::addFile(const WalkEntry &entry)
         m_found.awaited.push_back(keptName(entry, stemOf(entry.name)));
     else if (isReadScriptExtension(extension) && !entry.package)
         m_found.scripts.push_back(keptName(entry, entry.name));
-    else if (!isScriptExtension(extension) && !entry.unreadable)
+    else if (!isScriptExtension(extension) && !entry.unreadable && !isPlaceHolder(attributes))
         addFitting(entry);
 }
 

@@ -3,6 +3,7 @@
 #include "Agent/AiSorting.h"
 #include "Agent/DuplicateFinder.h"
 #include "Agent/ProjectDetection.h"
+#include "Agent/ProtectedPlaces.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
 
@@ -22,6 +23,7 @@ public:
         : m_services(services)
         , m_request(request)
         , m_control(control)
+        , m_protected(request.profiles)
         , m_projects(services.folders.home)
     {
     }
@@ -32,7 +34,6 @@ private:
     void proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates);
     Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
     void propose(AgentProposal proposal);
-    bool isProtected(const Location &location) const;
     bool isOfUse(const AgentProposal &proposal) const;
 
     const AgentServices &m_services;
@@ -40,6 +41,7 @@ private:
     JobControl &m_control;
     ScanFindings m_findings;
     std::set<Location> m_sources; ///< of the proposals so far
+    ProtectedPlaces m_protected;
     ProjectRoots m_projects;
 };
 
@@ -64,15 +66,10 @@ Result<ScanFindings> Scanner::scan()
     return std::move(m_findings);
 }
 
-bool Scanner::isProtected(const Location &location) const
-{
-    return std::ranges::any_of(m_request.profiles,
-                               [&](const FolderProfile &profile) { return profile.isProtected(location); });
-}
-
 void Scanner::propose(AgentProposal proposal)
 {
-    if (isProtected(proposal.source) || m_sources.contains(proposal.source))
+    if (m_sources.contains(proposal.source) || m_protected.hold(proposal.source) ||
+        (proposal.isFolder && m_protected.lieIn(proposal.source)))
         return;
     const bool unwanted = std::ranges::find(m_request.never, NeverProposed::of(proposal)) != m_request.never.end();
     if (unwanted)
@@ -106,7 +103,7 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
         proposal.preselected = true;
         proposal.seen = pair.duplicateState;
         proposal.keptCopy = pair.kept;
-        if (!isProtected(pair.kept) && !m_projects.above(pair.kept))
+        if (!m_protected.hold(pair.kept) && !m_projects.above(pair.kept))
             proposal.keptSeen = pair.keptState;
         propose(std::move(proposal));
     }
@@ -144,7 +141,7 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
         proposal.preselected = true;
         proposal.isFolder = candidate.isPackage;
         proposal.seen = candidate.seen;
-        if (candidate.needsAI && !isProtected(candidate.source)) {
+        if (candidate.needsAI && !m_protected.hold(candidate.source)) {
             m_control.setDetail(shownName(candidate.source));
             proposal.destination = sorting.destinationOf(candidate);
         }
