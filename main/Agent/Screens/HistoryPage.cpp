@@ -35,6 +35,7 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
 
     m_ports.agent.history.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.notRestored.observe(this, [this](const auto &) { refresh(); });
+    m_ports.agent.notUndone.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.interruptedRuns.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.running.observe(this, [this](bool) { refresh(); });
     refresh();

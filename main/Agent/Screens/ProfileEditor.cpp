@@ -1,6 +1,7 @@
 #include "Agent/Screens/ProfileEditor.h"
 
 #include "Agent/PathTexts.h"
+#include "Agent/Screens/DiscardQuestion.h"
 #include "Agent/Screens/FolderChooser.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Base/CommaList.h"
@@ -73,6 +74,7 @@ ProfileEditor::ProfileEditor(const AgentPorts &ports, const FolderProfile &profi
     buildTidying();
     content()->addStretch(1);
     buildButtons(purpose);
+    m_opened = edited();
 }
 
 void ProfileEditor::buildEntries()
@@ -207,6 +209,16 @@ void ProfileEditor::save()
 }
 
 void ProfileEditor::escape()
+{
+    if (edited() == m_opened)
+        return discard();
+    auto *const question = new DiscardQuestion(
+        QStringLiteral("Was du am Schutz von „%1“ geändert hast, geht verloren.").arg(m_opened.name), this);
+    connect(question, &DiscardQuestion::accepted, this, &ProfileEditor::discard);
+    question->open();
+}
+
+void ProfileEditor::discard()
 {
     (void)m_done(std::nullopt);
     close();

@@ -15,7 +15,7 @@ namespace brellin {
 class NoticeBar;
 
 /// Edits a copy of a project's protection. `done` gets the edited profile, or nothing where the user cancels; it may refuse,
-/// with the reason to show.
+/// with the reason to show. Edits are not lost without a question.
 class ProfileEditor : public SheetFrame {
     Q_OBJECT
 public:
@@ -44,9 +44,11 @@ private:
     void addEntry(const ProtectedEntry &entry);
     void addChosen(const Location &entry);
     void save();
+    void discard();
 
     AgentPorts m_ports;
     FolderProfile m_profile;
+    FolderProfile m_opened; ///< as the fields give it when nothing is edited
     Done m_done;
     NoticeBar *m_problem;
     QVBoxLayout *m_entryRows = nullptr;

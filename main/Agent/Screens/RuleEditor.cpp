@@ -1,6 +1,7 @@
 #include "Agent/Screens/RuleEditor.h"
 
 #include "Agent/Screens/ConditionRow.h"
+#include "Agent/Screens/DiscardQuestion.h"
 #include "Agent/Screens/FolderChooser.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Agent/Screens/RuleTrialPane.h"
@@ -63,6 +64,7 @@ RuleEditor::RuleEditor(const AgentPorts &ports, const CleanupRule &rule, Done do
     side(316)->addWidget(m_trial);
     buildButtons();
     connect(m_name, &QLineEdit::textChanged, this, &RuleEditor::changed);
+    m_opened = edited();
     changed();
 }
 
@@ -160,7 +162,7 @@ void RuleEditor::buildButtons()
         makeButton(QStringLiteral("Sichern"), ButtonKind::Primary, QStringLiteral("ruleSave"), this);
     buttons()->addWidget(cancel);
     buttons()->addWidget(confirm);
-    connect(cancel, &QPushButton::clicked, this, [this] { close(); });
+    connect(cancel, &QPushButton::clicked, this, &RuleEditor::escape);
     connect(confirm, &QPushButton::clicked, this, &RuleEditor::save);
 }
 
@@ -193,6 +195,16 @@ void RuleEditor::changed()
 {
     showAction();
     m_trial->setRule(edited());
+}
+
+void RuleEditor::escape()
+{
+    if (edited() == m_opened)
+        return close();
+    auto *const question = new DiscardQuestion(
+        QStringLiteral("Was du an der Regel „%1“ geändert hast, geht verloren.").arg(m_opened.name), this);
+    connect(question, &DiscardQuestion::accepted, this, [this] { close(); });
+    question->open();
 }
 
 void RuleEditor::save()

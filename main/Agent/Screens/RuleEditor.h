@@ -18,7 +18,7 @@ class RuleTrialPane;
 class TextLabel;
 
 /// Edits a copy of a rule, with a live test of it beside the fields. `done` gets the copy when the user saves it; it may
-/// refuse, with the reason to show.
+/// refuse, with the reason to show. Edits are not lost without a question.
 class RuleEditor : public SheetFrame {
     Q_OBJECT
 public:
@@ -27,6 +27,9 @@ public:
 
     /// The copy as it is now.
     CleanupRule edited() const;
+
+protected:
+    void escape() override;
 
 private:
     void buildSource();
@@ -40,6 +43,7 @@ private:
 
     AgentPorts m_ports;
     CleanupRule m_rule;
+    CleanupRule m_opened; ///< as the fields give it when nothing is edited
     Done m_done;
     NoticeBar *m_problem;
     QLineEdit *m_name = nullptr;

@@ -35,7 +35,11 @@ RunRow::RunRow(const AgentPorts &ports, const QUuid &run, QWidget *parent) : Car
     m_missing->setToken(Token::Danger);
     m_missing->setObjectName(QStringLiteral("runNotRestored"));
     m_missing->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_notUndone = makeSecondary({}, this);
+    m_notUndone->setToken(Token::Danger);
+    m_notUndone->setObjectName(QStringLiteral("runNotUndone"));
     content()->addWidget(m_interrupted);
+    content()->addWidget(m_notUndone);
     content()->addWidget(m_missing);
     m_steps = new QListWidget(this);
     m_steps->setObjectName(QStringLiteral("runSteps"));
@@ -98,6 +102,10 @@ void RunRow::refresh(const JournalRun &run)
 void RunRow::showNotes()
 {
     m_interrupted->setVisible(m_ports.agent.interruptedRuns.get().contains(m_id));
+    const auto &reasons = m_ports.agent.notUndone.get();
+    const auto reason = reasons.find(m_id);
+    m_notUndone->setVisible(reason != reasons.end());
+    m_notUndone->setText(reason != reasons.end() ? reason->second : QString());
     const auto &all = m_ports.agent.notRestored.get();
     const auto missing = all.find(m_id);
     m_missing->setVisible(missing != all.end());

@@ -36,6 +36,7 @@ private:
     TextLabel *m_undone = nullptr;
     TextLabel *m_interrupted = nullptr;
     TextLabel *m_missing = nullptr;
+    TextLabel *m_notUndone = nullptr;
     QPushButton *m_undo = nullptr;
     QListWidget *m_steps = nullptr; ///< filled when first opened
 };

@@ -34,6 +34,9 @@ TEST_F(Projects, areNotTidiedBeforeTheirProfileIsConfirmed)
     view->analyze(home("Website"));
     ASSERT_TRUE(settled());
     find<QLineEdit>("profileGroups")->setText(QStringLiteral(" Papier, , Bilder"));
+    QTest::keyClick(find("profileEditor"), Qt::Key_Escape);
+    EXPECT_TRUE(agent->pendingProfile.get()) << "still asked for";
+    click("discardCancel");
     click("profileTidy");
     click("profileSave");
     ASSERT_TRUE(settled());
@@ -58,6 +61,16 @@ TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
     click("profileEdit");
     click("profileEntryRemove");
     click("profileSave");
+    EXPECT_EQ(agent->profiles.get().front().protectedEntries.size(), first.protectedEntries.size() - 1);
+    ASSERT_TRUE(waitUntil([this] { return find("profileEdit") != nullptr; })) << "the new row";
+    click("profileEdit");
+    click("profileEntryRemove");
+    QTest::keyClick(find("profileEditor"), Qt::Key_Escape);
+    click("discardCancel");
+    ASSERT_TRUE(find("profileEditor")) << "goes on where it was";
+    click("profileCancel");
+    click("discardAccept");
+    EXPECT_FALSE(find("profileEditor"));
     EXPECT_EQ(agent->profiles.get().front().protectedEntries.size(), first.protectedEntries.size() - 1);
     const FolderProfile edited = agent->profiles.get().front();
 

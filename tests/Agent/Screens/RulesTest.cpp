@@ -111,6 +111,12 @@ TEST_F(Rules, areLeftAsTheyWereByACancelledEdit)
     click("ruleNew");
     find<QLineEdit>("ruleName")->setText(QStringLiteral("anders"));
     QTest::keyClick(find("ruleEditor"), Qt::Key_Escape);
+    ASSERT_TRUE(find("discardQuestion")) << "edits are not lost without a question";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(find("discardQuestion"));
+    EXPECT_EQ(find<QLineEdit>("ruleName")->text(), QStringLiteral("anders")) << "Return goes on editing";
+    click("ruleCancel");
+    click("discardAccept");
     EXPECT_FALSE(find("ruleEditor"));
     EXPECT_TRUE(find("ruleListSheet")) << "only the editor closes";
     EXPECT_EQ(agent->rules.get(), before);
@@ -119,6 +125,13 @@ TEST_F(Rules, areLeftAsTheyWereByACancelledEdit)
     EXPECT_EQ(find<QLineEdit>("ruleSource")->text(), QStringLiteral("~/Downloads"));
     click("ruleSave");
     EXPECT_EQ(agent->rules.get(), before);
+    // What was changed and changed back is not edited.
+    click("ruleEdit");
+    click("ruleSubfolders");
+    click("ruleSubfolders");
+    QTest::keyClick(find("ruleEditor"), Qt::Key_Escape);
+    EXPECT_FALSE(find("discardQuestion"));
+    EXPECT_FALSE(find("ruleEditor"));
 }
 
 } // namespace

@@ -57,6 +57,26 @@ TEST_F(AgentStart, takesTheRedNumberAwayWhenItIsSeen)
     EXPECT_EQ(agent->newSinceViewed.get(), 0);
 }
 
+TEST_F(AgentStart, keepsTheTimerFromPullingAwayWhatIsLookedAt)
+{
+    tree().lines({"home/Downloads/a.pdf=1"});
+    show({movingPdfs()});
+    const auto tickScans = [this] {
+        clock.time += std::chrono::hours(100);
+        agent->tick();
+        const bool scans = agent->running.get();
+        return settled() && scans;
+    };
+    scan();
+    EXPECT_FALSE(tickScans()) << "proposals are in front";
+    click("agentBack");
+    EXPECT_TRUE(tickScans());
+    click("agentSettings");
+    EXPECT_FALSE(tickScans()) << "a sheet is open";
+    click("settingsDone");
+    EXPECT_TRUE(tickScans());
+}
+
 TEST_F(AgentStart, saysTidyOnlyAfterHavingLooked)
 {
     show({movingPdfs()});
@@ -101,6 +121,34 @@ TEST_F(AgentStart, namesWhatAnUndoCouldNotPutBack)
     ASSERT_TRUE(missing);
     EXPECT_TRUE(missing->text().contains(QStringLiteral("a.pdf (Downloads)"))) << missing->text().toStdString();
     EXPECT_FALSE(missing->text().contains(QStringLiteral("b.pdf")));
+}
+
+TEST_F(AgentStart, namesTheVolumeThatIsAwayInTheRunsRow)
+{
+    tree().lines({"home/Downloads/a.pdf=1"});
+    CleanupRule rule = movingPdfs();
+    rule.targetPath = textOf(disk("Papiere"));
+    show({rule});
+    scan();
+    click("agentExecute");
+    ASSERT_TRUE(settled());
+    const std::string after = snapshot();
+    std::filesystem::rename(tree().path("disk"), tree().path("anderswo"));
+    view->open(AgentArea::History);
+    click("runUndo");
+    ASSERT_TRUE(settled());
+    const auto *const told = find<QLabel>("runNotUndone");
+    ASSERT_TRUE(told);
+    EXPECT_EQ(told->text(), QStringLiteral("Das Laufwerk „disk“ ist nicht angeschlossen. Es wurde nichts geändert."));
+    EXPECT_FALSE(find("runUndone"));
+    std::filesystem::rename(tree().path("anderswo"), tree().path("disk"));
+    EXPECT_EQ(snapshot(), after);
+    // With the volume back it is an undo like any other.
+    click("runUndo");
+    ASSERT_TRUE(settled());
+    EXPECT_FALSE(find("runNotUndone"));
+    EXPECT_TRUE(find("runUndone"));
+    EXPECT_EQ(tree().content("home/Downloads/a.pdf"), "1");
 }
 
 TEST_F(AgentStart, settingsAreStoredAtOnce)
