@@ -49,16 +49,25 @@ std::optional<std::int64_t> bytesOf(const AgentProposal &proposal)
 
 std::vector<ProposalGroup> groupsOf(const std::vector<AgentProposal> &proposals, const std::set<QUuid> &chosen)
 {
+    std::vector<const AgentProposal *> all;
+    all.reserve(proposals.size());
+    for (const AgentProposal &proposal : proposals)
+        all.push_back(&proposal);
+    return groupsOf(all, chosen);
+}
+
+std::vector<ProposalGroup> groupsOf(const std::vector<const AgentProposal *> &proposals, const std::set<QUuid> &chosen)
+{
     std::vector<ProposalGroup> groups;
     for (const Kind kind : {Kind::Move, Kind::Rename, Kind::Trash, Kind::Copy})
         groups.push_back({.kind = kind, .proposals = {}});
-    for (const AgentProposal &proposal : proposals) {
-        ProposalGroup &group = *std::ranges::find(groups, proposal.kind, &ProposalGroup::kind);
-        const std::int64_t bytes = bytesOf(proposal).value_or(0);
-        group.proposals.push_back(proposal.id);
+    for (const AgentProposal *const proposal : proposals) {
+        ProposalGroup &group = *std::ranges::find(groups, proposal->kind, &ProposalGroup::kind);
+        const std::int64_t bytes = bytesOf(*proposal).value_or(0);
+        group.proposals.push_back(proposal->id);
         group.bytes += bytes;
-        group.holdsFolders = group.holdsFolders || proposal.isFolder;
-        if (chosen.contains(proposal.id)) {
+        group.holdsFolders = group.holdsFolders || proposal->isFolder;
+        if (chosen.contains(proposal->id)) {
             ++group.ticked;
             group.tickedBytes += bytes;
         }

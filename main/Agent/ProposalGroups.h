@@ -38,6 +38,8 @@ std::optional<std::int64_t> bytesOf(const AgentProposal &proposal);
 
 /// The groups of a list: Verschieben, Umbenennen, Papierkorb, Kopieren; without the empty ones.
 std::vector<ProposalGroup> groupsOf(const std::vector<AgentProposal> &proposals, const std::set<QUuid> &chosen);
+/// The same for some of a list.
+std::vector<ProposalGroup> groupsOf(const std::vector<const AgentProposal *> &proposals, const std::set<QUuid> &chosen);
 
 /// The line below the list: "5 von 12 ausgewählt · 3,4 MB", and, where some of them go to the Trash, that space is free only
 /// once it has been emptied.

@@ -12,6 +12,8 @@
 #include <QScrollBar>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
@@ -39,11 +41,40 @@ ProposalList::ProposalList(const AgentPorts &ports, QWidget *parent)
     viewport()->setAutoFillBackground(false);
     verticalScrollBar()->setSingleStep(scaled(24));
     connect(&Theme::shared(), &Theme::changed, this, [this] { scheduleDelayedItemsLayout(); });
+    connect(&m_model, &QAbstractItemModel::modelAboutToBeReset, this, &ProposalList::noteRows);
+    connect(&m_model, &QAbstractItemModel::modelReset, this, &ProposalList::findRows);
+}
+
+/// What is current and what stands at the top, before all rows become others.
+void ProposalList::noteRows()
+{
+    const auto identityAt = [this](const QModelIndex &index) {
+        return index.isValid() ? m_model.at(index.row()).identity : QByteArray();
+    };
+    m_current = identityAt(currentIndex());
+    const QModelIndex top = indexAt(QPoint(viewport()->width() / 2, 0));
+    m_top = identityAt(top);
+    m_aboveTop = top.isValid() ? visualRect(top).top() : 0;
+}
+
+void ProposalList::findRows()
+{
+    if (const int top = m_model.rowOf(m_top); top >= 0) {
+        scrollTo(m_model.index(top), PositionAtTop);
+        verticalScrollBar()->setValue(verticalScrollBar()->value() - m_aboveTop);
+    }
+    if (m_current.isEmpty() || m_model.rowCount() == 0)
+        return;
+    // Who has scrolled away from the current row stays where he is.
+    setAutoScroll(false);
+    setCurrentIndex(m_model.index(std::max(m_model.rowOf(m_current), 0)));
+    setAutoScroll(true);
 }
 
 std::optional<AgentProposal> ProposalList::current() const
 {
-    return currentIndex().isValid() ? m_model.at(currentIndex().row()).proposal : std::nullopt;
+    const auto &proposal = currentIndex().isValid() ? m_model.at(currentIndex().row()).proposal : nullptr;
+    return proposal ? std::optional(*proposal) : std::nullopt;
 }
 
 /// The list's own keys go before the window's commands.
@@ -114,7 +145,7 @@ void ProposalList::act(const QModelIndex &index, ProposalPart part)
 {
     if (!index.isValid())
         return;
-    const std::optional<AgentProposal> proposal = m_model.at(index.row()).proposal;
+    const std::shared_ptr<const AgentProposal> proposal = m_model.at(index.row()).proposal;
     if (part == ProposalPart::Tick)
         m_model.toggle(index.row());
     else if (part == ProposalPart::Preview && proposal)
@@ -190,7 +221,7 @@ void ProposalList::fillMenu(QMenu &menu, int row)
     const QPersistentModelIndex index = m_model.index(row);
     menu.addAction(ticked ? QStringLiteral("Abwählen") : QStringLiteral("Auswählen"), this,
                    [this, index] { act(index, ProposalPart::Tick); });
-    const std::optional<AgentProposal> proposal = m_model.at(row).proposal;
+    const std::shared_ptr<const AgentProposal> proposal = m_model.at(row).proposal;
     if (!proposal)
         return;
     const QUuid id = proposal->id;

@@ -36,6 +36,8 @@ protected:
     bool viewportEvent(QEvent *event) override;
 
 private:
+    void noteRows();
+    void findRows();
     void paintCards();
     void act(const QModelIndex &index, ProposalPart part);
     ProposalPart partAt(QPoint place) const;
@@ -46,6 +48,9 @@ private:
     AgentPorts m_ports;
     ProposalModel m_model;
     ProposalRow m_row;
+    /// Over a reset of the model: identities of rows, and how much of the top one was hidden.
+    QByteArray m_current, m_top;
+    int m_aboveTop = 0;
 };
 
 } // namespace brellin

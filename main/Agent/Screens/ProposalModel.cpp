@@ -2,6 +2,7 @@
 
 #include "Agent/Screens/AgentTexts.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -12,9 +13,13 @@ namespace {
 
 using Row = ProposalModel::Row;
 
+/// More separate pieces than this to take out or put in cost the views more than starting anew.
+constexpr int mostPieces = 40;
+
 QSet<QByteArray> identities(const std::vector<Row> &rows)
 {
     QSet<QByteArray> all;
+    all.reserve(static_cast<qsizetype>(rows.size()));
     for (const Row &row : rows)
         all.insert(row.identity);
     return all;
@@ -30,15 +35,32 @@ std::vector<QByteArray> kept(const std::vector<Row> &rows, const QSet<QByteArray
     return left;
 }
 
+/// In how many separate pieces the rows that are not among others stand.
+int piecesWithout(const std::vector<Row> &rows, const QSet<QByteArray> &others)
+{
+    int pieces = 0;
+    bool inside = false;
+    for (const Row &row : rows) {
+        const bool missing = !others.contains(row.identity);
+        pieces += missing && !inside ? 1 : 0;
+        inside = missing;
+    }
+    return pieces;
+}
+
 } // namespace
 
 ProposalModel::ProposalModel(CleanupAgent &agent, Location home, QObject *parent)
     : QAbstractListModel(parent)
     , m_agent(agent)
     , m_home(std::move(home))
-    , m_rows(rowsNow())
 {
-    m_agent.proposals.observe(this, [this](const auto &) { refresh(); });
+    takeList();
+    m_rows = rowsNow();
+    m_agent.proposals.observe(this, [this](const auto &) {
+        takeList();
+        refresh();
+    });
     m_agent.chosen.observe(this, [this](const auto &) { refreshTicks(); });
     m_agent.failures.observe(this, [this](const auto &) { changed(); });
 }
@@ -55,31 +77,54 @@ void ProposalModel::setFilter(const QString &text)
     refresh();
 }
 
-bool ProposalModel::passes(const AgentProposal &proposal) const
+void ProposalModel::takeList()
+{
+    m_listed.clear();
+    m_listed.reserve(m_agent.proposals.get().size());
+    for (const AgentProposal &one : m_agent.proposals.get())
+        m_listed.push_back({sameness(one), std::make_shared<const AgentProposal>(one), {}});
+}
+
+bool ProposalModel::passes(Listed &one) const
 {
     if (m_filter.isEmpty())
         return true;
-    const ProposalRoad road = roadOf(proposal, m_home);
-    const QStringList texts{shownName(proposal.source), road.from.join(u'/'), road.to.join(u'/'), proposal.reason};
-    return std::ranges::any_of(texts, [this](const QString &text) { return folded(text).contains(m_filter); });
+    if (one.searched.isNull()) {
+        const ProposalRoad road = roadOf(*one.proposal, m_home);
+        // Nobody types what stands between them.
+        const QStringList texts{shownName(one.proposal->source), road.from.join(u'/'), road.to.join(u'/'),
+                                one.proposal->reason};
+        one.searched = folded(texts.join(QChar::LineFeed));
+    }
+    return one.searched.contains(m_filter);
 }
 
-std::vector<Row> ProposalModel::rowsNow() const
+std::vector<Row> ProposalModel::rowsNow()
 {
-    std::vector<AgentProposal> visible;
-    std::ranges::copy_if(m_agent.proposals.get(), std::back_inserter(visible),
-                         [this](const AgentProposal &one) { return passes(one); });
-    std::map<QUuid, const AgentProposal *> byId;
-    for (const AgentProposal &one : visible)
-        byId.emplace(one.id, &one);
+    std::vector<const AgentProposal *> visible;
+    QHash<QUuid, const Listed *> byId;
+    for (Listed &one : m_listed) {
+        if (!passes(one))
+            continue;
+        visible.push_back(one.proposal.get());
+        byId.insert(one.proposal->id, &one);
+    }
     std::vector<Row> rows;
     for (const ProposalGroup &group : groupsOf(visible, m_agent.chosen.get())) {
-        rows.push_back({"group " + QByteArray::number(static_cast<int>(group.kind)), group, std::nullopt, false});
-        for (const QUuid &id : group.proposals)
-            rows.push_back({sameness(*byId.at(id)), std::nullopt, *byId.at(id), false});
+        rows.push_back({"group " + QByteArray::number(static_cast<int>(group.kind)), group, nullptr, false});
+        for (const QUuid &id : group.proposals) {
+            const Listed &one = *byId.value(id);
+            rows.push_back({one.identity, std::nullopt, one.proposal, false});
+        }
         rows.back().isLast = true;
     }
     return rows;
+}
+
+int ProposalModel::rowOf(const QByteArray &identity) const
+{
+    const auto found = std::ranges::find(m_rows, identity, &Row::identity);
+    return found != m_rows.end() ? static_cast<int>(found - m_rows.begin()) : -1;
 }
 
 void ProposalModel::refresh()
@@ -97,13 +142,16 @@ void ProposalModel::refresh()
     changed();
 }
 
-/// Whether removing and inserting rows leads to the new list: what both have is in the same order, and nothing is there twice.
+/// Whether removing and inserting few rows leads to the new list: what both have is in the same order, and nothing is there
+/// twice.
 bool ProposalModel::canBeMended(const std::vector<Row> &next) const
 {
     const QSet<QByteArray> before = identities(m_rows);
     const QSet<QByteArray> after = identities(next);
     return before.size() == static_cast<qsizetype>(m_rows.size()) &&
-           after.size() == static_cast<qsizetype>(next.size()) && kept(m_rows, after) == kept(next, before);
+           after.size() == static_cast<qsizetype>(next.size()) &&
+           piecesWithout(m_rows, after) + piecesWithout(next, before) <= mostPieces &&
+           kept(m_rows, after) == kept(next, before);
 }
 
 void ProposalModel::removeMissing(const std::vector<Row> &next)
@@ -144,15 +192,16 @@ void ProposalModel::insertNew(const std::vector<Row> &next)
 
 void ProposalModel::refreshTicks()
 {
+    ProposalGroup *group = nullptr;
     for (Row &row : m_rows) {
-        if (!row.group)
-            continue;
-        std::vector<AgentProposal> visible;
-        for (const auto *other = &row + 1; other != m_rows.data() + m_rows.size() && other->proposal; ++other)
-            visible.push_back(*other->proposal);
-        std::vector<ProposalGroup> counted = groupsOf(visible, m_agent.chosen.get());
-        if (!counted.empty())
-            row.group = std::move(counted.front());
+        if (row.group) {
+            group = &*row.group;
+            group->ticked = 0;
+            group->tickedBytes = 0;
+        } else if (isTicked(*row.proposal)) {
+            ++group->ticked;
+            group->tickedBytes += bytesOf(*row.proposal).value_or(0);
+        }
     }
     changed();
 }

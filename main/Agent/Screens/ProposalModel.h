@@ -5,10 +5,13 @@
 #include <QAbstractListModel>
 #include <QByteArray>
 
+#include <memory>
+
 namespace brellin {
 
 /// The proposals as one list: each group's head, then its proposals. Follows the agent; rows that stay keep their place, so
-/// that the current row and the scroll position survive a new scan. A filter hides rows and changes no tick.
+/// that the current row and the scroll position survive a new scan; where very much changes at once the model is reset
+/// instead, and whoever shows it finds its rows again by their identities. A filter hides rows and changes no tick.
 class ProposalModel : public QAbstractListModel {
     Q_OBJECT
 public:
@@ -16,11 +19,13 @@ public:
 
     struct Row {
         QByteArray identity;
-        std::optional<ProposalGroup> group;    ///< of a head: what is visible of the group
-        std::optional<AgentProposal> proposal; ///< of any other row
-        bool isLast = false;                   ///< of its group
+        std::optional<ProposalGroup> group;            ///< of a head: what is visible of the group
+        std::shared_ptr<const AgentProposal> proposal; ///< of any other row
+        bool isLast = false;                           ///< of its group
     };
     const Row &at(int row) const { return m_rows[static_cast<std::size_t>(row)]; }
+    /// -1: not visible.
+    int rowOf(const QByteArray &identity) const;
     bool isTicked(const AgentProposal &proposal) const { return m_agent.chosen.get().contains(proposal.id); }
     /// Why it could not be carried out; empty: nobody has tried, or it is done.
     QString failureOf(const AgentProposal &proposal) const;
@@ -41,8 +46,16 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    bool passes(const AgentProposal &proposal) const;
-    std::vector<Row> rowsNow() const;
+    /// A proposal of the whole list, visible or not.
+    struct Listed {
+        QByteArray identity;
+        std::shared_ptr<const AgentProposal> proposal;
+        QString searched; ///< what a filter looks at; made for the first one
+    };
+
+    void takeList();
+    bool passes(Listed &one) const;
+    std::vector<Row> rowsNow();
     void refresh();
     bool canBeMended(const std::vector<Row> &next) const;
     void removeMissing(const std::vector<Row> &next);
@@ -53,6 +66,7 @@ private:
     CleanupAgent &m_agent;
     Location m_home;
     QString m_filter; ///< in the form in which names are compared
+    std::vector<Listed> m_listed;
     std::vector<Row> m_rows;
 };
 

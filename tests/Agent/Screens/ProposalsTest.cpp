@@ -98,6 +98,18 @@ TEST_F(Proposals, keepTheCurrentRowWhenOthersComeAndGo)
     EXPECT_EQ(list().model()->rowCount(), 302);
     EXPECT_EQ(list().currentIndex().data().toString(), current);
     EXPECT_EQ(resets.count(), 0);
+
+    // Also where so much goes that the list is built anew, and what one looks at stays where it is.
+    const int row = list().currentIndex().row();
+    list().scrollTo(list().model()->index(row - 100, 0), QListView::PositionAtTop);
+    const QString top = textOfRow(row - 100);
+    std::set<QUuid> everySecond;
+    for (int other = (row + 1) % 2 == 0 ? 2 : 1; other < list().model()->rowCount(); other += 2)
+        everySecond.insert(list().proposals().at(other).proposal->id);
+    agent->discard(everySecond);
+    EXPECT_EQ(resets.count(), 1);
+    EXPECT_EQ(list().currentIndex().data().toString(), current);
+    EXPECT_EQ(list().indexAt(QPoint(list().viewport()->width() / 2, 2)).data().toString(), top);
 }
 
 TEST_F(Proposals, thatFailStayUntickedWithTheirReason)
