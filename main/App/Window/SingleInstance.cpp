@@ -1,17 +1,19 @@
 #include "App/Window/SingleInstance.h"
 
-#include "System/FileLock.h"
-
+#include <QDeadlineTimer>
 #include <QLocalSocket>
+#include <QThread>
 #include <QTimer>
 
 namespace brellin {
 
 namespace {
 
-constexpr int patience = 1000;     ///< milliseconds
-constexpr qint64 longest = 65'536; ///< bytes of one message
-const QByteArray greeting = "brellin 1";
+constexpr std::chrono::milliseconds pause{30}; ///< between two tries
+constexpr qint64 longest = 65'536;             ///< bytes of one message
+const QByteArray greeting = "brellin 2";
+const QByteArray ready = "ok\n";
+const QByteArray go = "los\n";
 
 /// Paths as text, which keeps bytes that are no UTF-8, one a line; names may hold line breaks, so they are percent-encoded.
 QByteArray messageOf(const std::vector<Location> &folders)
@@ -40,50 +42,83 @@ SingleInstance::SingleInstance(Location folder, QObject *parent) : QObject(paren
     connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::accept);
 }
 
-SingleInstance::~SingleInstance() = default;
-
-bool SingleInstance::handOver(const std::vector<Location> &folders)
+SingleInstance::Role SingleInstance::begin(const std::vector<Location> &folders, std::chrono::milliseconds patience)
 {
-    QLocalSocket socket;
-    socket.connectToServer(shown(m_folder / "fenster"));
-    if (!socket.waitForConnected(patience))
-        return false;
-    socket.write(messageOf(folders));
-    // An answer says that somebody is there, and not only a socket of one that hangs.
-    return socket.waitForBytesWritten(patience) && socket.waitForReadyRead(patience) && socket.readAll() == "ok\n";
+    const QByteArray message = messageOf(folders);
+    const QDeadlineTimer deadline(patience);
+    do {
+        const Result<void> first = becomeFirst();
+        if (first)
+            return Role::First;
+        if (!first.error().is(std::errc::resource_unavailable_try_again))
+            break;
+        if (handOver(message, deadline))
+            return Role::HandedOver;
+        QThread::msleep(pause.count());
+    } while (!deadline.hasExpired());
+    return Role::Alone;
 }
 
-bool SingleInstance::listen()
+/// Without a socket it is the first all the same, only that nobody can reach it.
+Result<void> SingleInstance::becomeFirst()
 {
-    if (!createPrivateFolders(m_folder))
-        return false;
+    TRY(createPrivateFolders(m_folder));
+    m_lock = TRY(FileLock::tryNow(m_folder / "fenster.lock"));
     const QString name = shown(m_folder / "fenster");
-    if (m_server.listen(name))
-        return true;
-    // Left behind by a program that was killed: nobody answered, or we would not be here.
-    QLocalServer::removeServer(name);
-    return m_server.listen(name);
+    QLocalServer::removeServer(name); // of a program that was killed
+    m_server.listen(name);
+    return {};
+}
+
+/// The folders count as taken only when both sides have said so: one that hangs and wakes up later must not open what has
+/// been opened elsewhere by then.
+bool SingleInstance::handOver(const QByteArray &message, const QDeadlineTimer &deadline)
+{
+    const auto left = [&deadline] { return static_cast<int>(std::max<qint64>(1, deadline.remainingTime())); };
+    QLocalSocket socket;
+    socket.connectToServer(shown(m_folder / "fenster"));
+    if (!socket.waitForConnected(left()))
+        return false;
+    socket.write(message);
+    if (!socket.waitForReadyRead(left()) || socket.readAll() != ready)
+        return false;
+    socket.write(go);
+    socket.flush();
+    return true;
 }
 
 void SingleInstance::accept()
 {
     while (QLocalSocket *const socket = m_server.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        QTimer::singleShot(5 * patience, socket, &QLocalSocket::abort);
-        connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-            if (socket->bytesAvailable() > longest) {
-                socket->abort();
-                return;
-            }
-            const QByteArray message = socket->peek(longest);
-            if (!message.startsWith(greeting) || !message.endsWith("\n\n"))
-                return;
-            socket->readAll();
-            socket->write("ok\n");
-            socket->disconnectFromServer();
-            Q_EMIT received(foldersOf(message));
-        });
+        QTimer::singleShot(2 * usualPatience, socket, &QLocalSocket::abort);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { take(socket); });
     }
+}
+
+/// A message ends with an empty line. It stays where it is until the other side has been told that somebody is there, and
+/// has said that it leaves the folders to us.
+void SingleInstance::take(QLocalSocket *socket)
+{
+    if (socket->bytesAvailable() > longest) {
+        socket->abort();
+        return;
+    }
+    QByteArray message = socket->peek(longest);
+    const qsizetype end = message.indexOf("\n\n");
+    if (!message.startsWith(greeting) || end < 0)
+        return;
+    const QByteArray answer = message.mid(end + 2);
+    if (answer.isEmpty()) {
+        socket->write(ready);
+        return;
+    }
+    if (answer != go)
+        return;
+    socket->readAll();
+    socket->disconnectFromServer();
+    message.truncate(end);
+    Q_EMIT received(foldersOf(message));
 }
 
 } // namespace brellin

@@ -53,9 +53,8 @@ int main(int argc, char **argv)
     Services services;
     const std::vector<Location> folders = foldersOf(argc, argv);
     SingleInstance instance(stateFolder(services.folders().home));
-    if (instance.handOver(folders))
+    if (instance.begin(folders) == SingleInstance::Role::HandedOver)
         return 0;
-    instance.listen();
 
     Theme &theme = Theme::install(application);
     DesktopSettings desktop(theme, nullptr);
