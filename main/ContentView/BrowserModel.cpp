@@ -6,14 +6,19 @@
 #include "ContentView/FolderViews.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace brellin {
 
 namespace {
 
 constexpr std::chrono::milliseconds searchDelay{200};
+/// The matches of a search under way appear so often.
+constexpr std::chrono::milliseconds sampleDelay{100};
 /// Rows sorted by a size that is still being counted settle at most so often.
 constexpr std::chrono::milliseconds displayDelay{1000};
+/// So many entries are put in order within a frame.
+constexpr std::size_t sortedAtOnce = 20'000;
 
 } // namespace
 
@@ -30,8 +35,13 @@ BrowserModel::BrowserModel(BrowserServices services, const Location &start)
         connect(&timer, &QTimer::timeout, this, act);
     };
     arm(m_searchSoon, searchDelay, &BrowserModel::runSearch);
+    arm(m_sampleMatches, sampleDelay, &BrowserModel::showMatches);
+    m_sampleMatches.setSingleShot(false);
     arm(m_displaySoon, displayDelay, &BrowserModel::display);
     arm(m_reloadSoon, {}, &BrowserModel::takeChanges);
+    // Before anybody else hears of them.
+    items.observe(this, [this](const FileItems &) { m_summary.reset(); });
+    selection.observe(this, [this](const Selection &) { m_summary.reset(); });
     m_services.sizes.observe(this, [this](const std::vector<Location> &) { heardSizes(); });
     restoreFolderView();
     load();
@@ -43,26 +53,66 @@ BrowserModel::~BrowserModel()
     m_relay->pane = nullptr;
 }
 
-void BrowserModel::setItems(const FileItems &shown)
+/// `rows` are those of `shown` where they are there already.
+void BrowserModel::setItems(const FileItems &shown, std::optional<DisplayedItems> rows)
 {
     if (shown == items.get()) {
         updateTexts();
         return;
     }
     publish(items, shown);
-    display();
+    if (rows)
+        show(*std::move(rows));
+    else
+        display();
     keepWhatIsThere();
-    requestSizes();
 }
 
+/// Few entries are put in order at once, many on a worker.
 void BrowserModel::display()
 {
     m_displaySoon.stop();
-    KnownFolderSize size;
-    if (sortsBySize())
-        size = [this](const FileItem &folder) { return knownSize(folder); };
-    publish(displayedItems, displayed(items.get(), {sortOrder.get(), m_itemFilter, size}));
+    m_display.drop();
+    const FileItems list = items.get();
+    const DisplayOptions options{sortOrder.get(), m_itemFilter, sizesOfFolders()};
+    if (list.size() <= sortedAtOnce) {
+        show(displayed(list, options));
+        return;
+    }
+    using Call = FileCall<DisplayedItems>;
+    m_display.start(
+        m_services.workers, {current.get(), Call::Patience::None, MountWorkers::Turn::AtOnce},
+        [list, options](const JobControl &) { return displayed(list, options); },
+        [this](DisplayedItems rows) {
+            show(std::move(rows));
+            if (!m_load.running())
+                renameCreated();
+        },
+        [] {});
+}
+
+void BrowserModel::show(DisplayedItems rows)
+{
+    m_display.drop();
+    publish(displayedItems, std::move(rows));
     updateTexts();
+    requestSizes();
+}
+
+/// What is known now, for a thread that may not ask.
+KnownFolderSize BrowserModel::sizesOfFolders() const
+{
+    if (!sortsBySize())
+        return {};
+    const auto sizes = std::make_shared<std::unordered_map<const FileItem *, std::int64_t>>();
+    for (const FileItem &item : items.get()) {
+        if (const auto known = item.isFolder ? knownSize(item) : std::nullopt)
+            sizes->emplace(&item, *known);
+    }
+    return [sizes](const FileItem &folder) {
+        const auto known = sizes->find(&folder);
+        return known == sizes->end() ? std::nullopt : std::optional(known->second);
+    };
 }
 
 /// What is selected or being renamed may have gone.
@@ -72,15 +122,16 @@ void BrowserModel::keepWhatIsThere()
     const std::optional<FileItem> renamed = renameTarget.get();
     if (before.empty() && !renamed)
         return;
-    Selection left;
-    bool renamedIsThere = false;
-    for (const FileItem &item : items.get()) {
-        if (before.contains(item))
-            left.insert(item);
-        renamedIsThere = renamedIsThere || (renamed && item.sameEntry(*renamed));
+    if (selectionSummary().count() < before.size()) {
+        Selection left;
+        for (const FileItem &item : items.get()) {
+            if (before.contains(item))
+                left.insert(item);
+        }
+        setSelection(left);
     }
-    setSelection(left);
-    if (!renamedIsThere)
+    const auto isRenamed = [&renamed](const FileItem &item) { return item.sameEntry(*renamed); };
+    if (renamed && std::ranges::none_of(items.get(), isRenamed))
         cancelRename();
 }
 
@@ -94,6 +145,7 @@ void BrowserModel::selectAll()
 {
     Selection all;
     const DisplayedItems &rows = displayedItems.get();
+    all.reserve(rows.size());
     for (std::size_t row = 0; row < rows.size(); ++row)
         all.insert(rows[row]);
     setSelection(std::move(all));
@@ -112,10 +164,26 @@ std::vector<FileItem> BrowserModel::selectedItems() const
     return selected;
 }
 
+const SelectionSummary &BrowserModel::selectionSummary() const
+{
+    if (!m_summary)
+        m_summary = summaryOf(items.get(), selection.get());
+    return *m_summary;
+}
+
+const FileItem *BrowserModel::onlySelected() const
+{
+    if (selection.get().size() != 1)
+        return nullptr;
+    const std::optional<std::uint32_t> place = selectionSummary().first;
+    return place ? &items.get()[*place] : nullptr;
+}
+
 void BrowserModel::setSortOrder(SortOrder order)
 {
     if (order == sortOrder.get())
         return;
+    ++m_displayWish;
     publish(sortOrder, std::move(order));
     display();
 }
@@ -135,6 +203,7 @@ void BrowserModel::setShowHidden(bool isShown)
 
 void BrowserModel::setItemFilter(ItemFilter filter)
 {
+    ++m_displayWish;
     m_itemFilter = std::move(filter);
     display();
 }
@@ -189,9 +258,10 @@ QString BrowserModel::selectionText() const
 {
     if (selection.get().empty())
         return {};
-    std::int64_t bytes = 0;
-    for (const FileItem &item : selectedItems())
-        bytes += item.isFolder ? knownSize(item).value_or(0) : item.size;
+    const SelectionSummary &summary = selectionSummary();
+    std::int64_t bytes = summary.fileBytes;
+    for (const std::uint32_t place : summary.folders)
+        bytes += knownSize(items.get()[place]).value_or(0);
     QString text = german().toString(static_cast<qint64>(selection.get().size())) + QStringLiteral(" ausgewählt");
     if (bytes >= 1)
         text += QStringLiteral("  ") + sizeText(bytes);
@@ -206,7 +276,7 @@ QString BrowserModel::emptyTextNow() const
         return QStringLiteral("Suche …");
     if (!showsListing())
         return QStringLiteral("Nichts gefunden.");
-    if (loading.get())
+    if (loading.get() || m_display.running())
         return m_services.workers.isLocal(current.get()) ? QStringLiteral("Lade …")
                                                          : QStringLiteral("Lade vom Netzlaufwerk …");
     return items.get().empty() ? QStringLiteral("Dieser Ordner ist leer.")

@@ -44,6 +44,10 @@ struct BrowserServices {
     /// Whether an entry may be made or renamed at this place: not in the system's own. Called on workers; empty: everywhere.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<bool(const Location &entry)> mayChange = {};
+    /// Searches below a folder. Called on workers.
+    std::function<FolderSearchResult(SearchMatches &, const Location &folder, const QString &query, HiddenEntries,
+                                     const JobControl *)>
+        search = searchInto;
 };
 
 /// One pane of the browser: the folder it shows, its history, what is listed and selected, the search, and renaming in place.
@@ -106,10 +110,14 @@ public:
     void setSelection(Selection selected);
     void selectAll();
     std::vector<FileItem> selectedItems() const;
+    /// What is selected, looked up once for each selection and listing.
+    const SelectionSummary &selectionSummary() const;
+    /// The selected entry where there is just one.
+    const FileItem *onlySelected() const;
     void setSortOrder(SortOrder order);
     bool sortsBySize() const;
     void setShowHidden(bool shown);
-    /// A filter that an embedding screen puts on the list (a folder picker).
+    /// A filter that an embedding screen puts on the list (a folder picker). Called on workers.
     void setItemFilter(ItemFilter filter);
     /// The rows that are on the screen: the sizes of their folders are counted first.
     void setVisibleRows(std::size_t first, std::size_t count);
@@ -174,8 +182,10 @@ private:
     void applyOutcome(const Listing &listing);
     void showNotAnswering();
     void showListing();
-    void setItems(const FileItems &shown);
+    void setItems(const FileItems &shown, std::optional<DisplayedItems> rows = std::nullopt);
     void display();
+    void show(DisplayedItems rows);
+    KnownFolderSize sizesOfFolders() const;
     void keepWhatIsThere();
     void requestSizes();
     void heardSizes();
@@ -198,6 +208,8 @@ private:
 
     bool showsListing() const;
     void leaveSearch();
+    void dropSearch();
+    void showMatches();
     void findTag();
     void search(const std::function<FolderSearchResult(const JobControl &)> &work);
     void found(const FolderSearchResult &result);
@@ -205,12 +217,14 @@ private:
     void change(const Location &where, std::function<Change(const JobControl &)> work);
     void changed(const Change &change);
     void showChanged(const Change &change);
-    void beginRenameOf(const Location &created);
+    void renameCreated();
 
     BrowserServices m_services;
     FileItems m_listing; ///< the last reading, kept while a search or a tag view replaces `items`
     Location m_listed;   ///< the folder that it is of
+    mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`, where somebody has asked
     ItemFilter m_itemFilter;
+    int m_displayWish = 0;     ///< counts the changes of order and filter
     bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read
     bool m_restoring = false;  ///< nothing of the view is saved
     std::size_t m_firstVisible = 0;
@@ -220,11 +234,16 @@ private:
     std::vector<Location> m_forwardStack; ///< newest last
 
     FileCall<Reading> m_load;
+    FileCall<DisplayedItems> m_display; ///< puts many entries in order
     FileCall<FolderSearchResult> m_search;
     FileCall<bool> m_check; ///< whether there is a folder to go to
     FileCall<Change> m_change;
     std::function<void(const Location &, const Location &)> m_ownChange;
+    QString m_searched;                             ///< what the search that is shown, or under way, is for
+    std::shared_ptr<SearchMatches> m_matches;       ///< of the search under way
+    std::optional<std::size_t> m_matchesShown = {}; ///< so many of them
     QTimer m_searchSoon;
+    QTimer m_sampleMatches;
     QTimer m_displaySoon;
     QTimer m_reloadSoon;
     std::shared_ptr<Relay> m_relay; ///< through which watchers reach this pane

@@ -43,7 +43,10 @@ std::function<BrowserModel::Reading(const JobControl &)> BrowserModel::reading(R
     const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
     const FileItems before = m_listed == folder ? m_listing : FileItems();
     const bool rearm = why == Refresh::ByUser || !m_watcher;
-    return [=, &volumes = m_services.volumes, relay = m_relay](const JobControl &control) {
+    // What the folders in it are counted at is only known once it is listed.
+    const bool sorts = showsListing() && !sortsBySize();
+    const DisplayOptions options{sortOrder.get(), m_itemFilter, {}};
+    return [=, &volumes = m_services.volumes, relay = m_relay, wish = m_displayWish](const JobControl &control) {
         Reading result;
         // Watched first: what changes during the reading is heard. A folder that cannot be watched is simply not.
         if (rearm) {
@@ -54,6 +57,9 @@ std::function<BrowserModel::Reading(const JobControl &)> BrowserModel::reading(R
         // Compared here, so that a refresh that brings nothing new costs the main thread nothing.
         if (result.listing.items.sameContent(before) && !before.empty())
             result.listing.items = before;
+        else if (sorts)
+            result.rows = displayed(result.listing.items, options);
+        result.wish = wish;
         return result;
     };
 }
@@ -94,12 +100,14 @@ void BrowserModel::apply(Reading reading, const Location &folder)
     m_listed = folder;
     publish(freeSpace, reading.listing.freeSpace ? std::optional<qint64>(*reading.listing.freeSpace) : std::nullopt);
     applyOutcome(reading.listing);
-    if (showsListing())
-        showListing();
-    else
+    if (!showsListing())
         updateTexts();
-    if (const std::optional<Location> created = std::exchange(m_renameAfterLoad, std::nullopt))
-        beginRenameOf(*created);
+    else if (reading.rows && reading.wish == m_displayWish)
+        setItems(m_listing, std::move(reading.rows));
+    else
+        showListing();
+    if (!m_display.running())
+        renameCreated();
 }
 
 void BrowserModel::applyOutcome(const Listing &listing)

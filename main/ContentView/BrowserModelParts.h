@@ -10,6 +10,8 @@ namespace brellin {
 /// What a reading of the folder brings back. Without a watcher the one that is there stays.
 struct BrowserModel::Reading {
     Listing listing;
+    std::optional<DisplayedItems> rows; ///< of the listing, where they could be made with it
+    int wish = 0;                       ///< in the order that was wanted then
     std::shared_ptr<FolderWatcher> watcher;
 };
 

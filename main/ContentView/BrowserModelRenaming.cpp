@@ -144,11 +144,15 @@ void BrowserModel::showChanged(const Change &made)
     setSelection(selected);
 }
 
-void BrowserModel::beginRenameOf(const Location &created)
+/// What was made just now has its row.
+void BrowserModel::renameCreated()
 {
+    const std::optional<Location> created = std::exchange(m_renameAfterLoad, std::nullopt);
+    if (!created)
+        return;
     for (const FileItem &item : items.get()) {
-        if (item.location() == created) {
-            setSelection(Selection({created}));
+        if (item.isAt(created->native())) {
+            setSelection(Selection({*created}));
             startRename(item);
             return;
         }

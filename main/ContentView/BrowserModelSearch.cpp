@@ -18,10 +18,12 @@ void BrowserModel::setSearchText(const QString &text)
 void BrowserModel::runSearch()
 {
     m_searchSoon.stop();
-    m_search.drop();
+    dropSearch();
     publish(searchRunning, false);
     publish(searchCapped, false);
     const QString query = searchText.get().trimmed();
+    const bool again = searching.get() && query == m_searched;
+    m_searched = query;
     if (query.isEmpty()) {
         publish(searching, false);
         if (!tagFilter.get())
@@ -31,9 +33,33 @@ void BrowserModel::runSearch()
     publish(tagFilter, std::optional<QString>());
     publish(searching, true);
     const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
-    search([folder = current.get(), query, hidden](const JobControl &control) {
-        return searchFolder(folder, query, hidden, &control);
+    const auto matches = std::make_shared<SearchMatches>();
+    search([folder = current.get(), query, hidden, matches, work = m_services.search](const JobControl &control) {
+        return work(*matches, folder, query, hidden, &control);
     });
+    // What is shown of the same search stays until its end.
+    if (again || !searchRunning.get())
+        return;
+    m_matches = matches;
+    m_sampleMatches.start();
+}
+
+/// What the search has found meanwhile; nothing, as long as that is all.
+void BrowserModel::showMatches()
+{
+    if (m_matchesShown == m_matches->size())
+        return;
+    const FileItems found = m_matches->items();
+    m_matchesShown = found.size();
+    setItems(found);
+}
+
+void BrowserModel::dropSearch()
+{
+    m_search.drop();
+    m_sampleMatches.stop();
+    m_matches.reset();
+    m_matchesShown.reset();
 }
 
 void BrowserModel::showTag(const QString &tag)
@@ -49,7 +75,7 @@ void BrowserModel::showTag(const QString &tag)
 
 void BrowserModel::findTag()
 {
-    m_search.drop();
+    dropSearch();
     const QString tag = *tagFilter.get();
     search([tag, home = m_services.folders.home, &port = m_services.tagSearch](const JobControl &control) {
         FolderSearchResult result;
@@ -74,6 +100,7 @@ void BrowserModel::search(const std::function<FolderSearchResult(const JobContro
 
 void BrowserModel::found(const FolderSearchResult &result)
 {
+    dropSearch();
     publish(searchRunning, false);
     publish(searchCapped, result.capped);
     setItems(result.items);
@@ -85,7 +112,7 @@ void BrowserModel::found(const FolderSearchResult &result)
 void BrowserModel::leaveSearch()
 {
     m_searchSoon.stop();
-    m_search.drop();
+    dropSearch();
     publish(searchText, QString());
     publish(searching, false);
     publish(searchRunning, false);

@@ -28,6 +28,13 @@ std::string FileItem::path() const
     return path;
 }
 
+bool FileItem::isAt(std::string_view path) const
+{
+    const std::string_view above = folderOf(*this);
+    return path.size() == above.size() + 1 + nameBytes.size() && path.ends_with(nameBytes) &&
+           path[above.size()] == '/' && path.starts_with(above);
+}
+
 QString FileItem::sizeText() const
 {
     return isFolder ? QString() : brellin::sizeText(size);

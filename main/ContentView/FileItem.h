@@ -53,6 +53,8 @@ struct FileItem {
     /// "1,2 MB"; empty for a folder.
     QString sizeText() const;
 
+    /// Whether `path` is this entry's.
+    bool isAt(std::string_view path) const;
     /// Whether both stand for the same entry, whatever became of it.
     bool sameEntry(const FileItem &other) const;
     bool operator==(const FileItem &other) const;

@@ -2,14 +2,33 @@
 
 #include "ContentView/NameOrder.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
 
 namespace brellin {
 
+namespace {
+
+/// So many entries take longer to free than a click may take.
+constexpr std::size_t manyItems = 20'000;
+
+} // namespace
+
 FileItems::FileItems(std::vector<FileItem> items)
 {
     std::vector<std::uint32_t> ranks = nameRanks(items);
-    m_shared = std::make_shared<const Shared>(Shared{std::move(items), std::move(ranks)});
+    m_shared = {new Shared{std::move(items), std::move(ranks)}, &FileItems::free};
+}
+
+/// Whoever lets go of a list last is mostly the main thread, which has better things to do.
+void FileItems::free(const Shared *list)
+{
+    QThreadPool *const pool = list->items.size() < manyItems ? nullptr : QThreadPool::globalInstance();
+    if (pool)
+        pool->start([list] { delete list; });
+    else
+        delete list;
 }
 
 bool FileItems::sameContent(const FileItems &other) const

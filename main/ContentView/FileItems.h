@@ -35,6 +35,7 @@ private:
         std::vector<std::uint32_t> nameRanks;
     };
     const std::vector<FileItem> &list() const;
+    static void free(const Shared *list);
 
     std::shared_ptr<const Shared> m_shared;
 };

@@ -118,6 +118,19 @@ std::vector<std::uint32_t> shownRows(const FileItems &items, const ItemFilter &f
 
 } // namespace
 
+bool DisplayedItems::hasSameRows(const DisplayedItems &other) const
+{
+    if (size() != other.size())
+        return false;
+    if (sharesItems(other))
+        return empty() || *m_rows == *other.m_rows;
+    for (std::size_t row = 0; row < size(); ++row) {
+        if (!(*this)[row].sameEntry(other[row]))
+            return false;
+    }
+    return true;
+}
+
 bool sortsBySize(const SortOrder &order)
 {
     return !order.empty() && order.front().key == SortKey::Size;

@@ -43,6 +43,11 @@ public:
     bool empty() const { return size() == 0; }
     const FileItem &operator[](std::size_t row) const { return m_items[(*m_rows)[row]]; }
 
+    /// Whether both are of one list, perhaps in another order.
+    bool sharesItems(const DisplayedItems &other) const { return m_items == other.m_items; }
+    /// Whether the same entries stand in the same rows, whatever became of them.
+    bool hasSameRows(const DisplayedItems &other) const;
+
     bool operator==(const DisplayedItems &) const = default;
 
 private:

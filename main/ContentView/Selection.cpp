@@ -19,7 +19,15 @@ Selection::Selection(const std::vector<Location> &locations)
 
 bool Selection::contains(const FileItem &item) const
 {
-    return !m_paths.isEmpty() && m_paths.contains(keyOf(item.path()));
+    if (m_paths.isEmpty())
+        return false;
+    // One entry is looked for in a long list with every step of an arrow key.
+    if (m_paths.size() == 1) {
+        const QByteArray &only = *m_paths.constBegin();
+        return item.isAt({only.constData(), static_cast<std::size_t>(only.size())});
+    }
+    const std::string path = item.path();
+    return m_paths.contains(QByteArray::fromRawData(path.data(), static_cast<qsizetype>(path.size())));
 }
 
 bool Selection::contains(const Location &location) const
@@ -40,6 +48,25 @@ void Selection::insert(const Location &location)
 void Selection::remove(const Location &location)
 {
     m_paths.remove(keyOf(location.native()));
+}
+
+SelectionSummary summaryOf(const FileItems &items, const Selection &selection)
+{
+    SelectionSummary summary;
+    for (std::uint32_t place = 0; place < items.size() && summary.count() < selection.size(); ++place) {
+        const FileItem &item = items[place];
+        if (!selection.contains(item))
+            continue;
+        if (!summary.first)
+            summary.first = place;
+        if (item.isFolder) {
+            summary.folders.push_back(place);
+        } else {
+            ++summary.files;
+            summary.fileBytes += item.size;
+        }
+    }
+    return summary;
 }
 
 } // namespace brellin

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "ContentView/FileItem.h"
+#include "ContentView/FileItems.h"
 
 #include <QByteArray>
 #include <QSet>
 
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -20,6 +21,8 @@ public:
     bool contains(const FileItem &item) const;
     bool contains(const Location &location) const;
 
+    /// Room for so many.
+    void reserve(std::size_t count) { m_paths.reserve(static_cast<qsizetype>(count)); }
     void insert(const FileItem &item);
     void insert(const Location &location);
     void remove(const Location &location);
@@ -29,5 +32,21 @@ public:
 private:
     QSet<QByteArray> m_paths;
 };
+
+/// What the commands, the preview and the status line ask of a selection: found in one pass, and without copying an entry.
+struct SelectionSummary {
+    std::size_t files = 0;
+    std::int64_t fileBytes = 0;
+    std::vector<std::uint32_t> folders; ///< their places in the list
+    std::optional<std::uint32_t> first; ///< the place of the first selected entry
+
+    std::size_t count() const { return files + folders.size(); }
+    bool onlyFolders() const { return files == 0 && !folders.empty(); }
+
+    bool operator==(const SelectionSummary &) const = default;
+};
+
+/// Of those entries of `items` that are selected.
+SelectionSummary summaryOf(const FileItems &items, const Selection &selection);
 
 } // namespace brellin

@@ -3,6 +3,10 @@
 #include "ContentView/BrowserWorld.h"
 #include "ContentView/Panes.h"
 
+#include "Disk/Walk.h"
+
+#include <QSemaphore>
+
 #include <gtest/gtest.h>
 
 using namespace brellin;
@@ -147,6 +151,90 @@ TEST_F(BrowserModelTest, searchesBelowTheFolderAndPutsTheListingBack)
     pane.navigate(world.home("A"));
     EXPECT_EQ(pane.searchText.get(), QString());
     EXPECT_EQ(rows(), "innen");
+}
+
+TEST_F(BrowserModelTest, showsTheMatchesOfASearchThatIsStillUnderWay)
+{
+    QSemaphore mayGoOn;
+    BrowserServices services = world.services();
+    services.search = [&](SearchMatches &matches, const Location &folder, const QString &query, HiddenEntries hidden,
+                          const JobControl *control) {
+        const std::string place = folder;
+        EXPECT_TRUE(matches.take(WalkEntry{.folder = place, .name = "brief.txt", .attributes = {}}));
+        mayGoOn.acquire();
+        return control->cancelled() ? FolderSearchResult() : searchInto(matches, folder, query, hidden, control);
+    };
+    BrowserModel other(services, world.tree.path("home"));
+    const auto found = [&other] { return rowNames(other.displayedItems.get()); };
+    other.setSearchText(u"n"_qs);
+    other.runSearch();
+    ASSERT_TRUE(waitFor([&] { return found() == "brief.txt"; }));
+    EXPECT_TRUE(other.searchRunning.get());
+    other.setSelection(Selection({world.home("brief.txt")}));
+    mayGoOn.release();
+    ASSERT_TRUE(waitFor([&] { return !other.searchRunning.get(); }));
+    EXPECT_EQ(found(), "brief.txt innen");
+    EXPECT_EQ(other.selection.get().size(), 1u);
+    // The same once more: what is there stays until it ends.
+    other.reload();
+    EXPECT_EQ(found(), "brief.txt innen");
+    mayGoOn.release();
+    ASSERT_TRUE(waitFor([&] { return !other.searchRunning.get(); }));
+    // What comes after the user has left is dropped.
+    other.setSearchText(u"anderes"_qs);
+    other.runSearch();
+    ASSERT_TRUE(waitFor([&] { return found() == "brief.txt"; }));
+    other.setSearchText({});
+    other.runSearch();
+    mayGoOn.release();
+    EXPECT_EQ(found(), "A B brief.txt");
+    EXPECT_FALSE(other.searching.get());
+}
+
+TEST_F(BrowserModelTest, knowsWhatTheSelectionIsLike)
+{
+    EXPECT_EQ(pane.onlySelected(), nullptr);
+    pane.setSelection(Selection({world.home("A")}));
+    EXPECT_TRUE(pane.selectionSummary().onlyFolders());
+    ASSERT_NE(pane.onlySelected(), nullptr);
+    EXPECT_EQ(pane.onlySelected()->nameBytes, "A");
+    pane.setSelection(Selection({world.home("A"), world.home("brief.txt"), world.home("A/innen")}));
+    EXPECT_EQ(pane.selectionSummary().count(), 2u) << "of those that are listed";
+    EXPECT_FALSE(pane.selectionSummary().onlyFolders());
+    EXPECT_TRUE(pane.statusText.get().contains(u"3 ausgewählt  5 Byte"_qs)) << pane.statusText.get().toStdString();
+    pane.selectAll();
+    world.tree.file("home/brief.txt", "1234567");
+    pane.load();
+    EXPECT_EQ(pane.selectionSummary().fileBytes, 7) << "of the entries as they are now";
+    // Names that only look alike.
+    EXPECT_FALSE(pane.items.get()[0].isAt("/brief.txt"));
+    EXPECT_FALSE(item("brief.txt").isAt(world.home("A-brief.txt").native()));
+}
+
+TEST_F(BrowserModelTest, putsManyEntriesInOrderBesideTheMainThread)
+{
+    constexpr int many = 20'100;
+    for (int number = 0; number < many; ++number)
+        world.tree.file("home/viele/" + std::to_string(number), number == 7 ? "x" : "");
+    pane.navigate(world.home("viele"));
+    ASSERT_TRUE(waitFor([&] { return pane.displayedItems.get().size() == many; }));
+    const auto first = [this] { return pane.displayedItems.get()[0].nameBytes; };
+    EXPECT_EQ(first(), "0");
+    pane.setSortOrder({{SortKey::Size, SortDirection::Descending}});
+    EXPECT_EQ(first(), "0") << "nobody waits for it";
+    ASSERT_TRUE(waitFor([&] { return first() == "7"; }));
+    // Of two wishes the second one holds.
+    std::vector<std::string> seen;
+    pane.displayedItems.observe(&pane, [&](const DisplayedItems &rows) { seen.push_back(rows[0].nameBytes); });
+    pane.setSortOrder({{SortKey::Name, SortDirection::Ascending}});
+    pane.setSortOrder({{SortKey::Name, SortDirection::Descending}});
+    ASSERT_TRUE(waitFor([&] { return !seen.empty(); }));
+    EXPECT_EQ(seen, std::vector<std::string>{std::to_string(many - 1)});
+    // What is made is found and renamed although its row comes later.
+    pane.setSortOrder({{SortKey::Size, SortDirection::Ascending}});
+    pane.newFolder();
+    ASSERT_TRUE(waitFor([&] { return pane.renameTarget.get().has_value(); }));
+    EXPECT_EQ(first(), "Neuer Ordner");
 }
 
 TEST_F(BrowserModelTest, followsWhatHappensInTheFolderAndKeepsSelectionAndRename)

@@ -1,12 +1,10 @@
 #include "ContentView/ItemOrder.h"
 
 #include "ContentView/BrowserWorld.h"
-#include "ContentView/RowDifference.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
-#include <random>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -33,59 +31,6 @@ FileItems itemsOf(const std::vector<std::string> &lines)
 SortOrder by(SortKey key, SortDirection direction = SortDirection::Ascending)
 {
     return {SortComparator{key, direction}};
-}
-
-DisplayedItems rowsOf(const std::vector<std::string> &lines)
-{
-    std::vector<std::uint32_t> rows(lines.size());
-    for (std::uint32_t i = 0; i < rows.size(); ++i)
-        rows[i] = i;
-    return {itemsOf(lines), std::move(rows)};
-}
-
-/// Does to a list of names what a view does with a difference.
-std::vector<std::string> applied(const DisplayedItems &before, const DisplayedItems &after, const RowDifference &change)
-{
-    std::vector<std::string> rows;
-    for (std::size_t row = 0; row < before.size(); ++row)
-        rows.push_back(before[row].nameBytes);
-    for (const RowRange &range : change.removed)
-        rows.erase(rows.begin() + range.first, rows.begin() + range.first + range.count);
-    if (change.reordered) {
-        std::vector<std::string> moved(rows.size());
-        for (std::size_t row = 0; row < rows.size(); ++row)
-            moved.at(static_cast<std::size_t>(change.places.at(row))) = rows[row];
-        rows = moved;
-    }
-    for (const RowRange &range : change.inserted) {
-        for (int row = range.first; row < range.first + range.count; ++row)
-            rows.insert(rows.begin() + row, after[static_cast<std::size_t>(row)].nameBytes);
-    }
-    return rows;
-}
-
-/// "-2*2 -0*1" for removed runs, then "+" for inserted and "~" for changed ones, and ">" for each new place.
-std::string described(const RowDifference &change)
-{
-    std::string text;
-    const auto add = [&text](char sign, const std::vector<RowRange> &ranges) {
-        for (const RowRange &range : ranges)
-            text += sign + std::to_string(range.first) + '*' + std::to_string(range.count) + ' ';
-    };
-    add('-', change.removed);
-    add('+', change.inserted);
-    add('~', change.changed);
-    for (const int place : change.places)
-        text += '>' + std::to_string(place) + ' ';
-    return text;
-}
-
-std::vector<std::string> namesOf(const DisplayedItems &rows)
-{
-    std::vector<std::string> names;
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        names.push_back(rows[row].nameBytes);
-    return names;
 }
 
 } // namespace
@@ -120,49 +65,4 @@ TEST(ItemOrderTest, letsTheNextComparatorDecideWhereOneSeesNoDifference)
               "c a b B");
     EXPECT_EQ(rowNames(displayed(items, {.order = by(SortKey::Size)})), "b a B c") << "stable";
     EXPECT_EQ(rowNames(displayed(items, {.order = {}})), "b a c B");
-}
-
-TEST(RowDifferenceTest, turnsOneListIntoTheOther)
-{
-    struct Case {
-        std::vector<std::string> before;
-        std::vector<std::string> after;
-        std::string expected;
-    };
-    const std::vector<Case> cases{
-        {{"a", "b"}, {"a", "b"}, ""},
-        {{}, {"a", "b"}, "+0*2 "},
-        {{"a", "b", "c", "d"}, {"b"}, "-2*2 -0*1 "},
-        {{"a", "c"}, {"a", "b", "c", "d"}, "+1*1 +3*1 "},
-        {{"a", "b=1", "c"}, {"a", "b=2", "c=1"}, "~1*2 "},
-        {{"a", "b", "c"}, {"c", "a", "b"}, ">1 >2 >0 "},
-        {{"alt", "b"}, {"b", "neu"}, "-0*1 +1*1 "},
-    };
-    for (const Case &one : cases) {
-        const DisplayedItems before = rowsOf(one.before);
-        const DisplayedItems after = rowsOf(one.after);
-        const RowDifference change = difference(before, after);
-        EXPECT_EQ(described(change), one.expected);
-        EXPECT_EQ(applied(before, after, change), namesOf(after));
-    }
-}
-
-TEST(RowDifferenceTest, holdsForArbitraryLists)
-{
-    std::mt19937 random(7);
-    const auto list = [&random] {
-        std::vector<std::string> names;
-        for (int i = 0; i < 12; ++i) {
-            if (random() % 2 == 0)
-                names.push_back(std::string(1, static_cast<char>('a' + i)) + "=" + std::to_string(random() % 2));
-        }
-        if (random() % 3 == 0)
-            std::ranges::shuffle(names, random);
-        return names;
-    };
-    for (int round = 0; round < 500; ++round) {
-        const DisplayedItems before = rowsOf(list());
-        const DisplayedItems after = rowsOf(list());
-        ASSERT_EQ(applied(before, after, difference(before, after)), namesOf(after));
-    }
 }

@@ -19,8 +19,6 @@ namespace brellin {
 
 namespace {
 
-const QString previewKey = QStringLiteral("showPreview");
-
 SidebarItem itemOf(const SidebarChoice &choice, const KnownFolders &folders)
 {
     switch (choice.kind) {
@@ -88,7 +86,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     showBadge(services.agent.agent.newSinceViewed.get());
     m_transfers = new TransferPanel(services.transfers, this);
     connect(m_transfers, &TransferPanel::placeWanted, this, &MainWindow::placePanel);
-    m_files->showWorkIn(*m_transfers);
+    followClipboard();
     follow();
     m_files->visit(pane()->current.get());
     tab()->focusActive();
@@ -169,7 +167,7 @@ QWidget *MainWindow::buildPanes()
         tab()->focusActive();
         Q_EMIT changed();
     });
-    if (m_services.defaults().value(previewKey).value_or(true).toBool())
+    if (m_services.defaults().value(showPreviewKey).value_or(true).toBool())
         showPreview(true);
     return whole;
 }

@@ -85,6 +85,7 @@ private:
     void previewSelection();
     void showPlace();
     void refreshState();
+    void followClipboard();
     bool hasSheet() const;
     Place place() const;
     QWidget *pageFor(Place place);
@@ -135,8 +136,12 @@ private:
     AgentView *m_agent = nullptr;
     std::unique_ptr<QObject> m_following; ///< of the active pane
     bool m_mayClose = false;              ///< the user has said so
+    bool m_clipboardHasFiles = false;
     int m_previewWidth;
     std::optional<Location> m_storageFolder; ///< its space is shown in place of the folder
 };
+
+/// The user default that says whether windows begin with the preview.
+inline const QString showPreviewKey = QStringLiteral("showPreview");
 
 } // namespace brellin

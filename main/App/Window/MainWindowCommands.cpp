@@ -2,22 +2,25 @@
 #include "App/Window/EditableFocus.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
+#include "App/Window/PreviewSide.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
+#include "FileOperations/Unpacking.h"
 #include "Look/Cards.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/Screens/SidebarView.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
+#include <QTimer>
 
 namespace brellin {
 
 namespace {
 
 constexpr double iconStep = 16;
-const QString previewKey = QStringLiteral("showPreview");
 
 } // namespace
 
@@ -42,11 +45,26 @@ CommandState MainWindow::state() const
     now.agent = place() == Place::Agent;
     now.manyTabs = m_tabPages->count() > 1;
     now.dualPane = tab()->panes().dualPane.get();
-    now.preview = m_preview != nullptr && m_services.defaults().value(previewKey).value_or(true).toBool();
+    now.preview = m_preview && !m_preview->isHidden();
     now.sidebar = m_sidebar->isVisibleTo(this);
-    now.clipboard = filesOnClipboard().has_value();
+    now.selected = !now.pane->selection.get().empty();
+    now.onlyFolders = now.selected && now.pane->selectionSummary().onlyFolders();
+    const FileItem *const only = now.pane->onlySelected();
+    now.archive = only && !only->isFolder && isUnpackable(only->nameBytes);
+    now.clipboard = m_clipboardHasFiles;
     now.undo = m_services.undo.title.get();
     return now;
+}
+
+/// What lies on the clipboard is asked of another program: once for each change, and not before the window is there.
+void MainWindow::followClipboard()
+{
+    const auto look = [this] {
+        m_clipboardHasFiles = filesOnClipboard().has_value();
+        refreshState();
+    };
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, look);
+    QTimer::singleShot(0, this, look);
 }
 
 void MainWindow::refreshState()
@@ -103,7 +121,7 @@ void MainWindow::run(CommandId id)
         break;
     case Preview: {
         const bool shown = !state().preview;
-        if (const Result<void> kept = m_services.defaults().setValue(previewKey, shown); !kept)
+        if (const Result<void> kept = m_services.defaults().setValue(showPreviewKey, shown); !kept)
             say(kept.error().message);
         showPreview(shown);
         previewSelection();

@@ -217,7 +217,7 @@ void MainWindow::showPreview(bool shown)
 void MainWindow::previewSelection()
 {
     if (m_preview && m_preview->isVisibleTo(this))
-        m_preview->show(pane()->selectedItems());
+        m_preview->show(pane()->onlySelected());
 }
 
 } // namespace brellin

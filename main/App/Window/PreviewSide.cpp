@@ -80,23 +80,23 @@ PreviewSide::PreviewSide(const WindowServices &services, QWidget *parent)
     m_agent.agent.profiles.observe(this, [this](const auto &) { askForHint(); });
 }
 
-void PreviewSide::show(const std::vector<FileItem> &selected)
+void PreviewSide::show(const FileItem *selected)
 {
-    m_entry.reset();
-    m_file = false;
-    if (selected.size() == 1) {
-        m_entry = selected.front().location();
-        m_file = !selected.front().isFolder && selected.front().link == LinkState::None;
-        m_pane->setTags(selected.front().tags);
-    }
-    m_loader.show(m_entry);
+    if (selected ? m_item == *selected : !m_item)
+        return;
+    m_item = selected ? std::optional(*selected) : std::nullopt;
+    if (m_item)
+        m_pane->setTags(m_item->tags);
+    m_loader.show(m_item ? std::optional(m_item->location()) : std::nullopt);
     askForHint();
 }
 
 void PreviewSide::askForHint()
 {
     m_pane->setHint({});
-    m_forecaster.show(m_file ? m_entry : std::nullopt, m_agent.agent.rules.get(), m_agent.agent.profiles.get());
+    const bool file = m_item && !m_item->isFolder && m_item->link == LinkState::None;
+    m_forecaster.show(file ? std::optional(m_item->location()) : std::nullopt, m_agent.agent.rules.get(),
+                      m_agent.agent.profiles.get());
 }
 
 } // namespace brellin

@@ -16,8 +16,8 @@ class PreviewSide : public QWidget {
 public:
     PreviewSide(const WindowServices &services, QWidget *parent);
 
-    /// Shows the only selected entry; several or none: nothing.
-    void show(const std::vector<FileItem> &selected);
+    /// Shows the selected entry; where several are, or none: nothing (null). What is shown already is not read again.
+    void show(const FileItem *selected);
 
     Q_SIGNAL void tagToggled(const QString &tag);
 
@@ -29,8 +29,7 @@ private:
     PreviewLoader m_loader;
     RuleForecaster m_forecaster;
     PreviewPane *m_pane;
-    std::optional<Location> m_entry;
-    bool m_file = false;
+    std::optional<FileItem> m_item; ///< the entry that is shown
 };
 
 /// "Regel „Rechnungen (PDF) ablegen“ würde diese Datei nach Dokumente › Rechnungen › 2026 verschieben."; empty where no rule

@@ -12,7 +12,6 @@ Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *addr
                  QWidget *parent)
     : QWidget(parent)
     , m_actions(actions)
-    , m_address(address)
     , m_search(search)
 {
     setObjectName(QStringLiteral("toolbar"));
@@ -81,10 +80,9 @@ void Toolbar::setAgentBadge(int number)
 void Toolbar::showState(const CommandState &state)
 {
     for (const auto &[id, button] : m_buttons) {
-        const WindowCommand &command = windowCommand(id);
-        button->setEnabled(command.enabled(state));
+        button->setEnabled(m_actions.at(id)->isEnabled());
         if (button->isCheckable())
-            button->setChecked(command.checked(state));
+            button->setChecked(windowCommand(id).checked(state));
     }
     m_search->setEnabled(!state.page);
     m_pane = state.pane;

@@ -22,7 +22,7 @@ public:
     Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *address, SearchField *search, QWidget *parent);
 
     void setAgentBadge(int number);
-    /// Shows what is switched on and what can be used.
+    /// Shows what is switched on, and what can be used as its actions say.
     void showState(const CommandState &state);
 
     Q_SIGNAL void menuRequested(QWidget *under);
@@ -38,7 +38,6 @@ private:
     std::map<CommandId, SymbolButton *> m_buttons;
     QSlider *m_size; ///< of the icons, while there are any
     QPointer<BrowserModel> m_pane;
-    AddressBar *m_address;
     SearchField *m_search;
 };
 

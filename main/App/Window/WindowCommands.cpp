@@ -1,7 +1,6 @@
 #include "App/Window/WindowCommands.h"
 
 #include "ContentView/BrowserModel.h"
-#include "FileOperations/Unpacking.h"
 
 #include <algorithm>
 
@@ -26,19 +25,15 @@ bool inFolder(const State &state)
 }
 bool withSelection(const State &state)
 {
-    return inFolder(state) && !state.pane->selection.get().empty();
+    return inFolder(state) && state.selected;
 }
 bool withFolders(const State &state)
 {
-    return withSelection(state) && std::ranges::all_of(state.pane->selectedItems(), &FileItem::isFolder);
+    return inFolder(state) && state.onlyFolders;
 }
-/// One archive that can be unpacked.
 bool withArchive(const State &state)
 {
-    if (!withSelection(state) || state.pane->selection.get().size() != 1)
-        return false;
-    const std::vector<FileItem> selected = state.pane->selectedItems();
-    return !selected.empty() && !selected.front().isFolder && isUnpackable(selected.front().nameBytes);
+    return inFolder(state) && state.archive;
 }
 bool withManyTabs(const State &state)
 {

@@ -79,7 +79,9 @@ struct CommandState {
     bool dualPane = false;
     bool preview = false;
     bool sidebar = true;
-    bool trash = false;          ///< that page is the Trash
+    bool selected = false;       ///< something is selected in the folder
+    bool onlyFolders = false;    ///< and that is folders
+    bool archive = false;        ///< and that is one archive that can be unpacked
     bool clipboard = false;      ///< files lie on the clipboard
     std::optional<QString> undo; ///< what can be taken back, as the command says it
 };

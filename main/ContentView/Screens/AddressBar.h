@@ -33,7 +33,6 @@ public:
 
     /// A step of a page was clicked, counted from 0.
     Q_SIGNAL void pageStepClicked(int step);
-    Q_SIGNAL void tabRequested(const brellin::Location &folder);
     /// Files were dropped onto a step.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 

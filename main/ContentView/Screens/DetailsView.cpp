@@ -64,8 +64,27 @@ DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures
     pane.sortOrder.observe(this, [this](const SortOrder &order) { showSort(order); });
     m_typedEnds.setSingleShot(true);
     connect(&m_typedEnds, &QTimer::timeout, this, [this] { m_typed.clear(); });
+    m_visibleSoon.setSingleShot(true);
+    m_visibleSoon.setInterval(30);
+    connect(&m_visibleSoon, &QTimer::timeout, this, &DetailsView::tellVisible);
+    const auto soon = QOverload<>::of(&QTimer::start);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, &m_visibleSoon, soon);
+    connect(&rows, &QAbstractItemModel::layoutChanged, &m_visibleSoon, soon);
     // Another folder begins at its top.
-    connect(&rows, &ItemRows::replaced, this, &QAbstractItemView::scrollToTop);
+    connect(&rows, &ItemRows::replaced, this, [this] {
+        scrollToTop();
+        m_visibleSoon.start();
+    });
+}
+
+/// The sizes of the folders that are seen are counted first.
+void DetailsView::tellVisible()
+{
+    const int height = rowHeight(m_rows.index(0, 0));
+    if (!isVisible() || height <= 0)
+        return;
+    const int first = verticalScrollBar()->value() / height;
+    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(viewport()->height() / height + 2));
 }
 
 void DetailsView::buildHeader()
@@ -150,6 +169,13 @@ void DetailsView::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
     chooseColumns();
+    m_visibleSoon.start();
+}
+
+void DetailsView::showEvent(QShowEvent *event)
+{
+    QTreeView::showEvent(event);
+    m_visibleSoon.start();
 }
 
 /// Typing goes to the next name that begins so; the same letter again goes on to the one after.

@@ -25,9 +25,11 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    void tellVisible();
     void buildHeader();
     void chooseColumns();
     void restoreWidths();
@@ -46,6 +48,7 @@ private:
     QItemSelection m_beforeBand;
     QString m_typed;
     QTimer m_typedEnds;
+    QTimer m_visibleSoon;
 };
 
 } // namespace brellin

@@ -180,18 +180,19 @@ void IconsView::setIconSide(double side)
 
 void IconsView::nameVisible()
 {
-    if (!m_thumbnails || !isVisible())
+    if (!isVisible())
         return;
     std::vector<Location> wanted;
-    const QModelIndex first = indexAt(QPoint(gridSize().width() / 2, gridSize().height() / 2));
+    const int first = std::max(0, indexAt(QPoint(gridSize().width() / 2, gridSize().height() / 2)).row());
     const QRect seen = viewport()->rect();
-    for (int row = std::max(0, first.row()); row < m_rows.rowCount(); ++row) {
-        if (visualRect(m_rows.index(row, 0)).top() > seen.bottom())
-            break;
+    int row = first;
+    for (; row < m_rows.rowCount() && visualRect(m_rows.index(row, 0)).top() <= seen.bottom(); ++row) {
         if (mayHaveThumbnail(m_rows.item(row)))
             wanted.push_back(m_rows.item(row).location());
     }
-    m_thumbnails->setVisible(this, wanted);
+    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(row - first));
+    if (m_thumbnails)
+        m_thumbnails->setVisible(this, wanted);
 }
 
 void IconsView::mouseReleaseEvent(QMouseEvent *event)

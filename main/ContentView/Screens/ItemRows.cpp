@@ -1,31 +1,55 @@
 #include "ContentView/Screens/ItemRows.h"
 
-#include "ContentView/RowDifference.h"
 #include "ContentView/Screens/FileDrop.h"
 #include "ContentView/Screens/ItemTexts.h"
 #include "FileOperations/ClipboardFiles.h"
 
-#include <QHash>
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace brellin {
 
 namespace {
 
-using RowsByPath = QHash<QByteArray, int>;
+/// Where entries of one list are in another, looked up in one pass over that.
+class RowLookup {
+public:
+    RowLookup(const DisplayedItems &before, const DisplayedItems &after) : m_before(before), m_after(after) {}
 
-RowsByPath rowsByPath(const DisplayedItems &items)
-{
-    RowsByPath rows;
-    rows.reserve(static_cast<qsizetype>(items.size()));
-    for (std::size_t row = 0; row < items.size(); ++row)
-        rows.insert(QByteArray::fromStdString(items[row].path()), static_cast<int>(row));
-    return rows;
-}
+    void want(int row)
+    {
+        if (!m_rows.try_emplace(row, -1).second)
+            return;
+        const FileItem &entry = m_before[static_cast<std::size_t>(row)];
+        if (static_cast<std::size_t>(row) < m_after.size() && m_after[static_cast<std::size_t>(row)].sameEntry(entry))
+            m_rows[row] = row;
+        else
+            m_moved.emplace(entry.nameBytes, row);
+    }
+    void find()
+    {
+        for (std::size_t row = 0; row < m_after.size() && !m_moved.empty(); ++row) {
+            const auto [first, last] = m_moved.equal_range(m_after[row].nameBytes);
+            const auto found = std::find_if(first, last, [&](const auto &one) {
+                return m_before[static_cast<std::size_t>(one.second)].sameEntry(m_after[row]);
+            });
+            if (found == last)
+                continue;
+            m_rows[found->second] = static_cast<int>(row);
+            m_moved.erase(found);
+        }
+    }
+    /// -1 where it is no more.
+    int rowOf(int row) const { return m_rows.at(row); }
 
-bool shareAnEntry(const DisplayedItems &a, const DisplayedItems &b)
-{
-    return !a.empty() && !b.empty() && *a[0].folder == *b[0].folder;
-}
+private:
+    const DisplayedItems &m_before;
+    const DisplayedItems &m_after;
+    std::unordered_map<int, int> m_rows; ///< old, new
+    std::unordered_multimap<std::string_view, int> m_moved;
+};
 
 } // namespace
 
@@ -34,30 +58,52 @@ ItemRows::ItemRows(BrowserModel &pane, FolderSizes &sizes, QObject *parent)
     , m_pane(pane)
     , m_sizes(sizes)
     , m_shown(pane.displayedItems.get())
+    , m_source(source())
     , m_today(QDate::currentDate())
 {
     pane.displayedItems.observe(this, [this](const DisplayedItems &next) { follow(next); });
     sizes.observe(this, [this](const std::vector<Location> &changed) { heardSizes(changed); });
 }
 
+ItemRows::Source ItemRows::source() const
+{
+    return {m_pane.current.get(), m_pane.searching.get() ? m_pane.searchText.get().trimmed() : QString(),
+            m_pane.tagFilter.get()};
+}
+
 void ItemRows::follow(const DisplayedItems &next)
 {
     m_today = QDate::currentDate();
-    if (!shareAnEntry(m_shown, next)) {
+    const Source now = source();
+    if (m_shown.empty() || next.empty() || now != m_source) {
         beginResetModel();
         m_shown = next;
+        m_source = now;
         endResetModel();
         Q_EMIT replaced();
-        return;
+    } else if (m_shown.hasSameRows(next)) {
+        refresh(next);
+    } else {
+        rearrange(next);
     }
-    const RowDifference difference = brellin::difference(m_shown, next);
-    if (difference.removed.empty() && difference.inserted.empty() && !difference.reordered) {
-        m_shown = next;
-        for (const RowRange &range : difference.changed)
-            Q_EMIT dataChanged(index(range.first, 0), index(range.first + range.count - 1, brellin::columnCount - 1));
+}
+
+/// The same entries in the same rows: some of them look different now.
+void ItemRows::refresh(const DisplayedItems &next)
+{
+    const DisplayedItems before = std::exchange(m_shown, next);
+    if (before.sharesItems(next))
         return;
+    int first = -1;
+    int last = -1;
+    for (int row = 0; row < rowCount(); ++row) {
+        if (before[static_cast<std::size_t>(row)] == item(row))
+            continue;
+        first = first < 0 ? row : first;
+        last = row;
     }
-    rearrange(next);
+    if (first >= 0)
+        Q_EMIT dataChanged(index(first, 0), index(last, brellin::columnCount - 1));
 }
 
 /// Persistent indexes (the selection, the current row, an editor) are led to the rows where their entries are now.
@@ -65,17 +111,14 @@ void ItemRows::rearrange(const DisplayedItems &next)
 {
     Q_EMIT layoutAboutToBeChanged();
     const QModelIndexList before = persistentIndexList();
+    RowLookup rows(m_shown, next);
+    for (const QModelIndex &index : before)
+        rows.want(index.row());
+    rows.find();
     QModelIndexList after;
     after.reserve(before.size());
-    std::optional<RowsByPath> rows;
     for (const QModelIndex &index : before) {
-        const FileItem &entry = item(index.row());
-        int row = index.row();
-        if (static_cast<std::size_t>(row) >= next.size() || !next[static_cast<std::size_t>(row)].sameEntry(entry)) {
-            if (!rows)
-                rows = rowsByPath(next);
-            row = rows->value(QByteArray::fromStdString(entry.path()), -1);
-        }
+        const int row = rows.rowOf(index.row());
         after.append(row < 0 ? QModelIndex() : createIndex(row, index.column()));
     }
     m_shown = next;
@@ -93,9 +136,8 @@ int ItemRows::rowOf(const FileItem &wanted) const
 
 int ItemRows::rowOf(const Location &entry) const
 {
-    const std::string name = entry.filename().native();
     for (std::size_t row = 0; row < m_shown.size(); ++row)
-        if (m_shown[row].nameBytes == name && m_shown[row].location() == entry)
+        if (m_shown[row].isAt(entry.native()))
             return static_cast<int>(row);
     return -1;
 }
@@ -237,7 +279,12 @@ void SelectionLink::settle()
 void SelectionLink::fromViews()
 {
     Selection selected;
-    for (const QItemSelectionRange &range : m_views.selection())
+    const QItemSelection ranges = m_views.selection();
+    std::size_t count = 0;
+    for (const QItemSelectionRange &range : ranges)
+        count += static_cast<std::size_t>(range.height());
+    selected.reserve(count);
+    for (const QItemSelectionRange &range : ranges)
         for (int row = range.top(); row <= range.bottom(); ++row)
             selected.insert(m_rows.item(row));
     m_linking = true;

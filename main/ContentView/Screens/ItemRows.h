@@ -12,8 +12,8 @@ namespace brellin {
 enum class Column { Name, Size, Modified, Kind, Tags };
 inline constexpr int columnCount = 5;
 
-/// The rows of a pane for Qt's views. Follows the pane's displayed items by their difference, so that the selection, the
-/// scroll position and an open editor stay where they were.
+/// The rows of a pane for Qt's views. Follows the pane's displayed items by the entries' identity, so that the selection,
+/// the scroll position and an open editor stay where they were.
 class ItemRows : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -46,13 +46,25 @@ public:
     Q_SIGNAL void replaced();
 
 private:
+    /// What the rows are of.
+    struct Source {
+        Location folder;
+        QString query;
+        std::optional<QString> tag;
+
+        bool operator==(const Source &) const = default;
+    };
+
+    Source source() const;
     void follow(const DisplayedItems &next);
+    void refresh(const DisplayedItems &next);
     void rearrange(const DisplayedItems &next);
     void heardSizes(const std::vector<Location> &changed);
 
     BrowserModel &m_pane;
     FolderSizes &m_sizes;
     DisplayedItems m_shown;
+    Source m_source;
     QDate m_today;
 };
 
