@@ -86,6 +86,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     showBadge(services.agent.agent.newSinceViewed.get());
     m_transfers = new TransferPanel(services.transfers, this);
     connect(m_transfers, &TransferPanel::placeWanted, this, &MainWindow::placePanel);
+    m_files->showWorkIn(*m_transfers);
     followClipboard();
     follow();
     m_files->visit(pane()->current.get());
