@@ -83,8 +83,8 @@ void paintMark(QPainter &painter, Mark mark)
         painter.drawLine(QPointF(29, 69), QPointF(15, 83));
         return;
     }
-    painter.drawPolyline(QPolygonF({{16, 84}, {28, 70}}));
-    painter.drawPolyline(QPolygonF({{17, 69}, {29, 69}, {29, 81}}));
+    painter.drawPolyline(QList<QPointF>{{16, 84}, {28, 70}});
+    painter.drawPolyline(QList<QPointF>{{17, 69}, {29, 69}, {29, 81}});
 }
 
 void paintFolder(QPainter &painter, const QColor &tint)
@@ -205,7 +205,7 @@ double paintTagDots(QPainter &painter, QPointF leftMiddle, double height, const 
         painter.setPen(Qt::NoPen);
         painter.setBrush(ground);
         painter.drawEllipse(dot.adjusted(-1, -1, 1, 1));
-        QColor ring = colors[i].darker(118);
+        const QColor ring = colors[i].darker(118);
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(ring, 1));
         painter.drawEllipse(dot.adjusted(0.5, 0.5, -0.5, -0.5));

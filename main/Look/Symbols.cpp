@@ -91,9 +91,9 @@ QString ownName(const QString &name)
 /// Stroked with 1.75 of 24 units.
 QByteArray document(const QString &name, const QColor &color)
 {
-    return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 24 24\" fill=\"none\" stroke=\"" +
-           color.name().toUtf8() + "\" stroke-opacity=\"" + QByteArray::number(color.alphaF()) +
-           "\" stroke-width=\"1.75\" stroke-linecap=\"round\" stroke-linejoin=\"round\">" +
+    return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 24 24" fill="none" stroke=")" +
+           color.name().toUtf8() + R"(" stroke-opacity=")" + QByteArray::number(color.alphaF()) +
+           R"(" stroke-width="1.75" stroke-linecap="round" stroke-linejoin="round">)" +
            drawings().value(ownName(name)) + "</svg>";
 }
 
@@ -108,7 +108,7 @@ public:
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override
     {
         // `size` is in device pixels here. In a wide one the symbol stands at the left: the rest keeps a text away from it.
-        const QPixmap drawn =
+        QPixmap drawn =
             Symbols::pixmap(m_name, std::min(size.width(), size.height()) / scale, colorFor(mode, state), scale);
         if (size.width() <= size.height())
             return drawn;

@@ -6,13 +6,11 @@
 #include <QPixmap>
 #include <QString>
 
-namespace brellin {
-
 /// The one set of outline symbols, drawn in the colour of what stands beside them and sharp on every screen.
 ///
 /// A symbol is named as the records name it ("wand.and.sparkles", "folder") or as the set itself does ("arrow-up"); a
 /// name nobody knows shows a plain folder.
-namespace Symbols {
+namespace brellin::Symbols {
 
 bool knows(const QString &name);
 /// The symbols that a user may choose for an entry of the quick access, in the order they are offered.
@@ -24,6 +22,4 @@ QPixmap pixmap(const QString &name, double side, const QColor &color, double pix
 QIcon icon(const QString &name, Token normal = Token::Text, Token on = Token::Accent);
 void paint(QPainter &painter, const QRectF &place, const QString &name, const QColor &color);
 
-} // namespace Symbols
-
-} // namespace brellin
+} // namespace brellin::Symbols
