@@ -130,8 +130,7 @@ TEST_F(PreviewTest, turnsThePagesOfADocument)
     EXPECT_TRUE(shown(pdf).summary.endsWith(u"5 Byte · 3 Seiten"));
     for (const auto &[asked, page] : {std::pair(2, 2), std::pair(7, 2), std::pair(0, 0)}) {
         loader.showPage(asked);
-        EXPECT_TRUE(
-            waitUntil([&, page = page] { return std::get<PreviewPage>(loader.content.get().body).page == page; }));
+        EXPECT_TRUE(waitUntil([&, page] { return std::get<PreviewPage>(loader.content.get().body).page == page; }));
     }
 }
 

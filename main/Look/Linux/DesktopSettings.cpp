@@ -55,7 +55,7 @@ void DesktopSettings::ask()
         read << space << key;
         auto *const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read), this);
         connect(answer, &QDBusPendingCallWatcher::finished, this,
-                [this, space = space, key = key](QDBusPendingCallWatcher *done) {
+                [this, space, key](QDBusPendingCallWatcher *done) {
                     done->deleteLater();
                     const QDBusPendingReply<QDBusVariant> reply = *done;
                     if (!reply.isError())
