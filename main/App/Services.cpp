@@ -14,11 +14,16 @@ Services::Services()
     , m_locations(m_folders.home)
     , m_userLocations(m_folders.home, ::geteuid())
     , m_model(m_defaults)
-    , m_decoder(m_processes, programFolder() / "brellin-bild")
-    , m_pdfReader(m_processes, programFolder() / "brellin-bild")
+    , m_decoder(m_processes, decoderProgram())
+    , m_pdfReader(m_processes, decoderProgram())
     , m_tagSearch({m_folders.trash.parent_path()})
     , m_stateFolder(stateFolder(m_folders.home))
 {
+}
+
+Location Services::decoderProgram()
+{
+    return programFolder() / "brellin-bild";
 }
 
 TransferServices Services::forTransfers(MountWorkers &workers)

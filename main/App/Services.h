@@ -34,6 +34,8 @@ public:
     Clock &clock() { return m_clock; }
     ProcessRunner &processes() { return m_processes; }
     Decoder &decoder() { return m_decoder; }
+    /// "brellin-bild", beside the running program.
+    static Location decoderProgram();
     /// Whether the user may change an entry, or make one of this name, by any command of his own.
     bool mayChange(const Location &entry) const { return m_userLocations.mayChange(entry); }
     /// Where a batch rename writes down what it is about to do.

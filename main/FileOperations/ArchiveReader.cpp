@@ -1,123 +1,97 @@
 #include "FileOperations/ArchiveReader.h"
 
-#include <archive.h>
-#include <archive_entry.h>
+#include "System/DecoderProtocol.h"
 
+#include <limits>
 #include <utility>
 
 #include <sys/stat.h>
 
 namespace brellin {
 
+using namespace archiveStream;
+
 namespace {
 
-constexpr std::size_t readingBlock = 128 * 1024;
-
-/// A name is bytes; where it can only be had as text, its UTF-8.
-std::string bytesOf(const char *bytes, const char *text)
+Failure nonsense()
 {
-    return bytes ? bytes : text ? text : "";
+    return {QStringLiteral("Das Archiv ließ sich nicht lesen: Das Programm, das es liest, ist daran gescheitert."), {}};
 }
 
-ArchivedEntry::Kind kindOf(archive_entry *entry)
+Failure failureFrom(const QByteArray &words)
 {
-    if (::archive_entry_hardlink(entry) || ::archive_entry_hardlink_utf8(entry))
-        return ArchivedEntry::Kind::HardLink;
-    switch (::archive_entry_filetype(entry)) {
-    case AE_IFREG:
-        return ArchivedEntry::Kind::File;
-    case AE_IFDIR:
-        return ArchivedEntry::Kind::Folder;
-    case AE_IFLNK:
-        return ArchivedEntry::Kind::Link;
-    default:
-        return ArchivedEntry::Kind::Special;
-    }
-}
-
-ArchivedEntry recordOf(archive_entry *entry)
-{
-    ArchivedEntry record;
-    record.kind = kindOf(entry);
-    record.path = bytesOf(::archive_entry_pathname(entry), ::archive_entry_pathname_utf8(entry));
-    if (record.kind == ArchivedEntry::Kind::HardLink)
-        record.target = bytesOf(::archive_entry_hardlink(entry), ::archive_entry_hardlink_utf8(entry));
-    else if (record.kind == ArchivedEntry::Kind::Link)
-        record.target = bytesOf(::archive_entry_symlink(entry), ::archive_entry_symlink_utf8(entry));
-    record.mode = ::archive_entry_perm(entry);
-    if (::archive_entry_size_is_set(entry) != 0)
-        record.size = ::archive_entry_size(entry);
-    if (::archive_entry_mtime_is_set(entry) != 0)
-        record.modified = instantFrom({::archive_entry_mtime(entry), ::archive_entry_mtime_nsec(entry)});
-    return record;
+    constexpr qsizetype longestReason = 500;
+    return {QString::fromUtf8(words).simplified().left(longestReason), {}};
 }
 
 } // namespace
 
-ArchiveReader::ArchiveReader(Descriptor file, std::int64_t size, Handle handle)
-    : m_file(std::move(file))
-    , m_size(size)
-    , m_handle(std::move(handle))
-{
-}
-
-Result<ArchiveReader> ArchiveReader::open(const Location &file)
+Result<ArchiveReader> ArchiveReader::open(const Location &program, const Location &file, Wanted wanted,
+                                          const JobControl &control)
 {
     const EntryPlace place = TRY(openPlace(file));
-    Descriptor opened = TRY(openForReading(place.at()));
+    const Descriptor opened = TRY(openForReading(place.at()));
     struct stat status{};
     if (::fstat(opened.number(), &status) != 0)
         return failure(Failure::lastSystem());
-    // All of them work in this process: none calls another program.
-    Handle handle(::archive_read_new(), ::archive_read_free);
-    for (const auto support :
-         {::archive_read_support_format_zip, ::archive_read_support_format_tar, ::archive_read_support_filter_gzip,
-          ::archive_read_support_filter_bzip2, ::archive_read_support_filter_xz, ::archive_read_support_filter_lzma,
-          ::archive_read_support_filter_zstd, ::archive_read_support_filter_lz4,
-          ::archive_read_support_filter_compress})
-        support(handle.get());
-    if (::archive_read_open_fd(handle.get(), opened.number(), readingBlock) != ARCHIVE_OK)
-        return failure(QStringLiteral("Das ist kein Archiv, das sich entpacken lässt."));
-    return ArchiveReader(std::move(opened), status.st_size, std::move(handle));
+    ArchiveProcess process = TRY(ArchiveProcess::start(
+        program, wanted == Wanted::Names ? decoderWords::archiveNames : decoderWords::archiveContents, opened,
+        control));
+    return ArchiveReader(std::move(process), status.st_size);
 }
 
-Failure ArchiveReader::failureNow() const
+Result<ArchiveReader::Heard> ArchiveReader::hear()
 {
-    if (::archive_read_has_encrypted_entries(m_handle.get()) > 0)
-        return {QStringLiteral("Das Archiv ist mit einem Passwort geschützt."), {}};
-    const char *why = ::archive_error_string(m_handle.get());
-    return {QStringLiteral("Das Archiv ist beschädigt. (%1)").arg(QString::fromLocal8Bit(why ? why : "")), {}};
+    if (m_ahead)
+        return *std::exchange(m_ahead, std::nullopt);
+    for (;;) {
+        const Result<QByteArray> begin = m_process.read(headSize);
+        if (!begin)
+            return failure(begin.error().isCancelled() ? begin.error() : nonsense());
+        const std::optional<Head> head = headFrom(begin->constData());
+        if (!head)
+            return failure(nonsense());
+        Result<QByteArray> content = m_process.read(head->size);
+        if (!content)
+            return failure(content.error().isCancelled() ? content.error() : nonsense());
+        if (head->kind == Message::Failure)
+            return failure(failureFrom(*content));
+        if (head->kind != Message::Position)
+            return Heard{head->kind, *std::move(content)};
+        m_read = numberFrom(*content).value_or(m_read);
+    }
 }
 
 Result<std::optional<ArchivedEntry>> ArchiveReader::next()
 {
-    const int state = ::archive_read_next_header(m_handle.get(), &m_entry);
-    if (state == ARCHIVE_EOF)
-        return std::nullopt;
-    if (state != ARCHIVE_OK && state != ARCHIVE_WARN)
-        return failure(failureNow());
-    return std::optional(recordOf(m_entry));
+    for (;;) {
+        const Heard heard = TRY(hear());
+        if (heard.kind == Message::End)
+            return std::nullopt;
+        if (heard.kind == Message::Data)
+            continue; // of an entry whose content nobody wanted
+        std::optional<ArchivedEntry> entry = entryFrom(heard.content);
+        if (!entry)
+            return failure(nonsense());
+        return entry;
+    }
 }
 
 Result<void>
 ArchiveReader::content(const std::function<Result<void>(const char *bytes, std::size_t size, std::int64_t at)> &take)
 {
     for (;;) {
-        const void *bytes = nullptr;
-        std::size_t size = 0;
-        std::int64_t at = 0;
-        const int state = ::archive_read_data_block(m_handle.get(), &bytes, &size, &at);
-        if (state == ARCHIVE_EOF)
+        Heard heard = TRY(hear());
+        if (heard.kind != Message::Data) {
+            m_ahead = std::move(heard);
             return {};
-        if (state != ARCHIVE_OK && state != ARCHIVE_WARN)
-            return failure(failureNow());
-        TRY(take(static_cast<const char *>(bytes), size, at));
+        }
+        const qsizetype size = heard.content.size() - numberSize;
+        const std::optional<std::int64_t> at = numberFrom(heard.content);
+        if (!at || *at > std::numeric_limits<std::int64_t>::max() - size)
+            return failure(nonsense());
+        TRY(take(heard.content.constData() + numberSize, static_cast<std::size_t>(size), *at));
     }
-}
-
-std::int64_t ArchiveReader::bytesRead() const
-{
-    return ::archive_filter_bytes(m_handle.get(), -1);
 }
 
 } // namespace brellin

@@ -1,36 +1,26 @@
 #pragma once
 
-#include "Base/Instant.h"
+#include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/Descriptor.h"
+#include "FileOperations/ArchiveProcess.h"
+#include "System/ArchiveStream.h"
 
-#include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
-#include <string>
-
-struct archive;
-struct archive_entry;
 
 namespace brellin {
 
-/// One entry of an archive as it says itself: nothing of it is to be trusted.
-struct ArchivedEntry {
-    enum class Kind { File, Folder, Link, HardLink, Special };
-    Kind kind = Kind::File;
-    std::string path;   ///< bytes
-    std::string target; ///< of a link; of a hard link the path of another entry
-    std::uint32_t mode = 0;
-    std::optional<std::int64_t> size;
-    std::optional<Instant> modified;
-};
-
-/// Reads a ZIP or tar archive entry by entry. For one thread.
+/// Reads a ZIP or tar archive entry by entry, in a process of its own that can do nothing but read: whatever an archive makes
+/// of that, only this reading fails. For one thread; a cancel ends the process and every call.
 class ArchiveReader {
 public:
-    static Result<ArchiveReader> open(const Location &file);
+    enum class Wanted { Names, Contents };
+
+    /// `program` is "…/brellin-bild". `control` outlives the reader.
+    static Result<ArchiveReader> open(const Location &program, const Location &file, Wanted wanted,
+                                      const JobControl &control);
 
     /// The next entry, nothing at the end.
     Result<std::optional<ArchivedEntry>> next();
@@ -38,18 +28,22 @@ public:
     Result<void> content(const std::function<Result<void>(const char *bytes, std::size_t size, std::int64_t at)> &take);
 
     /// How much of the archive has been read, and how long it is.
-    std::int64_t bytesRead() const;
+    std::int64_t bytesRead() const { return m_read; }
     std::int64_t bytesInAll() const { return m_size; }
 
 private:
-    using Handle = std::unique_ptr<archive, int (*)(archive *)>;
-    ArchiveReader(Descriptor file, std::int64_t size, Handle handle);
-    Failure failureNow() const;
+    struct Heard {
+        archiveStream::Message kind = archiveStream::Message::End;
+        QByteArray content;
+    };
+    ArchiveReader(ArchiveProcess process, std::int64_t size) : m_process(std::move(process)), m_size(size) {}
+    /// The next message but for those about the position.
+    Result<Heard> hear();
 
-    Descriptor m_file;
+    ArchiveProcess m_process;
     std::int64_t m_size;
-    Handle m_handle;
-    archive_entry *m_entry = nullptr;
+    std::int64_t m_read = 0;
+    std::optional<Heard> m_ahead; ///< what ended the content of the entry before
 };
 
 } // namespace brellin

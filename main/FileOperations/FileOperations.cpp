@@ -197,8 +197,9 @@ void FileOperations::unpack(const Location &archive, const Location &folder, The
     const auto look = std::make_shared<Look>();
     start(
         QStringLiteral("Prüfe „%1“").arg(shownName(archive)),
-        [look, archive, folder, &volumes = m_services.volumes](JobControl &control) -> OperationOutcome {
-            const Result<ArchiveSummary> summary = summarise(archive, control);
+        [look, archive, folder, &volumes = m_services.volumes,
+         reader = m_services.archiveReader](JobControl &control) -> OperationOutcome {
+            const Result<ArchiveSummary> summary = summarise(archive, reader, control);
             if (!summary)
                 return {{},
                         summary.error().isCancelled() ? QStringList() : QStringList(summary.error().message),
@@ -222,8 +223,10 @@ void FileOperations::startUnpacking(const Location &archive, const Location &fol
 {
     start(QStringLiteral("Entpacke „%1“").arg(shownName(archive)),
           guarded({folder / "Neu"},
-                  [archive, folder, &files = m_services.files, &volumes = m_services.volumes](JobControl &control) {
-                      const Result<Unpacked> unpacked = brellin::unpack(archive, folder, files, volumes, control);
+                  [archive, folder,
+                   services = UnpackingServices{m_services.files, m_services.volumes, m_services.archiveReader}](
+                      JobControl &control) {
+                      const Result<Unpacked> unpacked = brellin::unpack(archive, folder, services, control);
                       OperationOutcome outcome =
                           outcomeOf(UserAction::Kind::Unpack, archive,
                                     unpacked ? Result<Location>(unpacked->place) : failure(unpacked.error()));

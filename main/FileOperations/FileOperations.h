@@ -29,6 +29,7 @@ struct FileOperationServices {
     Workspace &workspace;
     Location homeTrash; ///< the folder that holds "files" and "info"
     UserUndo &undo;
+    Location archiveReader; ///< the program that reads archives, "…/brellin-bild"
     /// Whether an entry may be changed, or one of this name be made; callable from every thread. Without it, everything may.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<bool(const Location &entry)> mayChange = {};

@@ -100,14 +100,12 @@ bool isUnpackable(std::string_view name)
     return !endingOf(name).empty();
 }
 
-Result<ArchiveSummary> summarise(const Location &archive, const JobControl &control)
+Result<ArchiveSummary> summarise(const Location &archive, const Location &reader, const JobControl &control)
 {
-    ArchiveReader reader = TRY(ArchiveReader::open(archive));
+    ArchiveReader reading = TRY(ArchiveReader::open(reader, archive, ArchiveReader::Wanted::Names, control));
     ArchiveSummary summary;
     for (;;) {
-        if (control.cancelled())
-            return failure(Failure::cancelled());
-        const std::optional<ArchivedEntry> entry = TRY(reader.next());
+        const std::optional<ArchivedEntry> entry = TRY(reading.next());
         if (!entry)
             return summary;
         ++summary.entries;
@@ -117,12 +115,13 @@ Result<ArchiveSummary> summarise(const Location &archive, const JobControl &cont
     }
 }
 
-Result<Unpacked> unpack(const Location &archive, const Location &folder, FileActions &files, const Volumes &volumes,
+Result<Unpacked> unpack(const Location &archive, const Location &folder, const UnpackingServices &services,
                         JobControl &control)
 {
-    ArchiveReader reader = TRY(ArchiveReader::open(archive));
+    FileActions &files = services.files;
+    ArchiveReader reader = TRY(ArchiveReader::open(services.reader, archive, ArchiveReader::Wanted::Contents, control));
     const HiddenFolder hidden = TRY(HiddenFolder::create(folder, ".brellin-entpacken-", files));
-    SpaceWatch space(folder, volumes, control);
+    SpaceWatch space(folder, services.volumes, control);
     QStringList refused = TRY(unpackInto(hidden.location(), reader, space, control));
     const std::vector<Location> tops = entriesOf(hidden.location());
     if (tops.empty())

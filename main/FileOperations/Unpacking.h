@@ -20,8 +20,15 @@ struct ArchiveSummary {
 /// Whether a name is one of an archive that can be unpacked: ZIP, or tar with the usual compressions.
 bool isUnpackable(std::string_view name);
 
+/// What unpacking works with; all of it outlives it.
+struct UnpackingServices {
+    FileActions &files;
+    const Volumes &volumes;
+    Location reader; ///< the program that reads archives, "…/brellin-bild"
+};
+
 /// Reads through an archive without unpacking it. Blocking.
-Result<ArchiveSummary> summarise(const Location &archive, const JobControl &control);
+Result<ArchiveSummary> summarise(const Location &archive, const Location &reader, const JobControl &control);
 
 struct Unpacked {
     Location place;      ///< the entry that came out, or the folder with all of them
@@ -31,7 +38,7 @@ struct Unpacked {
 /// Unpacks an archive into `folder`: a single entry under its own name, several in a folder of their own, always under a free
 /// name. Entries that would lie outside, links that lead outside and devices are left out. It grows hidden; a failure or a
 /// cancel leaves nothing. Ends before the volume is full. Blocking.
-Result<Unpacked> unpack(const Location &archive, const Location &folder, FileActions &files, const Volumes &volumes,
+Result<Unpacked> unpack(const Location &archive, const Location &folder, const UnpackingServices &services,
                         JobControl &control);
 
 } // namespace brellin

@@ -26,6 +26,9 @@ constexpr const char *video = "video";    ///< FILE SIDE: a `DecodedPicture`; ne
 constexpr const char *facts = "angaben";  ///< FILE: a JSON object
 constexpr const char *archive = "archiv"; ///< FILE: a JSON object
 constexpr const char *pdfText = "pdf-text";
+/// What the archive that is its input holds, in the messages of ArchiveStream.h; never asked of a lasting process.
+constexpr const char *archiveNames = "inhalt";
+constexpr const char *archiveContents = "entpacken"; ///< the same with what is in the files
 constexpr const char *worker = "arbeiter"; ///< answers requests from its input until that ends
 } // namespace decoderWords
 

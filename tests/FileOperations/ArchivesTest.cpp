@@ -3,6 +3,7 @@
 #include "FileOperations/ZipArchive.h"
 #include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include <archive_entry.h>
 
 #include <algorithm>
+#include <thread>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -66,7 +68,7 @@ protected:
     Result<Unpacked> unpackTar(const std::vector<Made> &entries)
     {
         makeTar(tree.path("Reise.tar.gz"), entries);
-        return unpack(tree.path("Reise.tar.gz"), tree.path("out"), files, volumes, control);
+        return unpack(tree.path("Reise.tar.gz"), tree.path("out"), services, control);
     }
     std::vector<std::string> namesIn(std::string_view folder) const
     {
@@ -82,6 +84,7 @@ protected:
     DiskFileActions files;
     SystemProcessRunner processes;
     SystemVolumes volumes;
+    UnpackingServices services{files, volumes, BRELLIN_BILD};
     JobControl control;
 };
 
@@ -98,7 +101,7 @@ TEST_F(ArchivesTest, packsAndUnpacksWhateverNamesAndLinks)
     EXPECT_GT(control.total(), 0);
     EXPECT_EQ(namesIn("in").size(), all.size() + 1); // nothing hidden is left
 
-    const Result<Unpacked> unpacked = unpack(*made, tree.path("out"), files, volumes, control);
+    const Result<Unpacked> unpacked = unpack(*made, tree.path("out"), services, control);
     ASSERT_TRUE(unpacked) << unpacked.error().message.toStdString();
     EXPECT_EQ(unpacked->refused, QStringList());
     EXPECT_EQ(namesIn("out"), (Names{"Archiv"}));
@@ -212,13 +215,45 @@ TEST_F(ArchivesTest, leavesNothingOfADamagedArchiveAnEmptyOneOrACancel)
 {
     makeTar(tree.path("a.tgz"), {{"a", std::string(300'000, 'x')}, {"b", std::string(300'000, 'y')}});
     std::filesystem::resize_file(tree.path("a.tgz"), std::filesystem::file_size(tree.path("a.tgz")) / 2);
-    EXPECT_FALSE(unpack(tree.path("a.tgz"), tree.path("out"), files, volumes, control));
+    EXPECT_FALSE(unpack(tree.path("a.tgz"), tree.path("out"), services, control));
     tree.file("kein.zip", "kein Archiv");
-    EXPECT_FALSE(unpack(tree.path("kein.zip"), tree.path("out"), files, volumes, control));
+    EXPECT_FALSE(unpack(tree.path("kein.zip"), tree.path("out"), services, control));
     EXPECT_FALSE(unpackTar({}));
     EXPECT_FALSE(unpackTar({{"../x", "böse"}}));
     control.cancel();
     EXPECT_TRUE(unpackTar({{"a", "b"}}).error().isCancelled());
+    EXPECT_EQ(namesIn("out"), Names());
+}
+
+TEST_F(ArchivesTest, survivesWhateverBecomesOfTheReader)
+{
+    makeTar(tree.path("a.tgz"), {{"a", "eins"}});
+    const auto readBy = [&](const char *script) {
+        const Location reader = tree.file("leser", std::string("#!/bin/sh\n") + script);
+        std::filesystem::permissions(reader, std::filesystem::perms::owner_all);
+        return unpack(tree.path("a.tgz"), tree.path("out"), {files, volumes, reader}, control);
+    };
+    // It ends at once or in the middle, crashes, babbles, names a place that cannot be, is not there.
+    const std::string entry = R"(printf 'e\040\000\000\000\000\000\000\000\001a\000\000\000\000\000\000\001\244')"
+                              R"(; head -c 18 /dev/zero; )";
+    for (const std::string &script :
+         {std::string("exit 0"), std::string("printf 'e\\044'"), std::string("kill -SEGV $$"), std::string("yes"),
+          std::string("head -c 100 /dev/zero"), entry + "exit 0",
+          entry + R"(printf 'd\011\000\000\000\377\377\377\377\377\377\377\177x'; sleep 1000)"}) {
+        const Result<Unpacked> unpacked = readBy(script.c_str());
+        ASSERT_FALSE(unpacked) << script;
+        EXPECT_TRUE(unpacked.error().message.startsWith(QStringLiteral("Das Archiv ließ sich nicht lesen"))) << script;
+        EXPECT_EQ(namesIn("out"), Names()) << script;
+    }
+    const UnpackingServices missing{files, volumes, tree.path("fehlt")};
+    EXPECT_EQ(unpack(tree.path("a.tgz"), tree.path("out"), missing, control).error().message,
+              QStringLiteral("Das Programm „fehlt“ lässt sich nicht starten."));
+    // One that hangs goes with the cancel.
+    std::jthread canceller([&] {
+        (void)waitUntil([&] { return tree.has("hängt"); });
+        control.cancel();
+    });
+    EXPECT_TRUE(readBy("touch \"$(dirname \"$0\")/hängt\"; exec sleep 1000").error().isCancelled());
     EXPECT_EQ(namesIn("out"), Names());
 }
 
@@ -229,8 +264,10 @@ TEST_F(ArchivesTest, endsBeforeTheVolumeIsFull)
         Result<std::int64_t> available(const Location &) const override { return 1'000'000; }
     };
     makeTar(tree.path("a.tgz"), {{"a", std::string(100, 'x')}});
-    EXPECT_EQ(summarise(tree.path("a.tgz"), control)->bytes, 100);
-    const Result<Unpacked> unpacked = unpack(tree.path("a.tgz"), tree.path("out"), files, Full(), control);
+    EXPECT_EQ(summarise(tree.path("a.tgz"), BRELLIN_BILD, control)->bytes, 100);
+    const Full full;
+    const Result<Unpacked> unpacked =
+        unpack(tree.path("a.tgz"), tree.path("out"), {files, full, BRELLIN_BILD}, control);
     ASSERT_FALSE(unpacked);
     EXPECT_TRUE(unpacked.error().is(std::errc::no_space_on_device));
     EXPECT_EQ(namesIn("out"), Names());
@@ -243,6 +280,7 @@ TEST_F(ArchivesTest, leavesNothingOnADiskThatRunsFull)
     public:
         Result<std::int64_t> available(const Location &) const override { return 1'000'000'000'000; }
     };
+    const Boasting boasting;
     const Location disk = tree.folder("platte");
     for (int pages = 0;; ++pages) {
         SCOPED_TRACE(pages);
@@ -263,7 +301,7 @@ TEST_F(ArchivesTest, leavesNothingOnADiskThatRunsFull)
             EXPECT_TRUE(std::filesystem::remove(*packed));
         }
         EXPECT_EQ(snapshotOf(disk), before);
-        const Result<Unpacked> unpacked = unpack(disk / "a.tgz", disk, files, Boasting(), control);
+        const Result<Unpacked> unpacked = unpack(disk / "a.tgz", disk, {files, boasting, BRELLIN_BILD}, control);
         if (unpacked && packed) {
             EXPECT_EQ(tree.content("platte/a/c/b"), noise + noise);
             EXPECT_GT(pages, 3);

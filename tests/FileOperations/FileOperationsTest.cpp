@@ -55,7 +55,7 @@ protected:
     SystemProcessRunner processes;
     QuietWorkspace workspace;
     UserUndo undo{{files, trash, tree.path("logs")}};
-    FileOperations operations{{files, trash, volumes, processes, workspace, tree.path("trash"), undo,
+    FileOperations operations{{files, trash, volumes, processes, workspace, tree.path("trash"), undo, BRELLIN_BILD,
                                [this](const Location &entry) { return !isAtOrBelow(entry, tree.path("system")); }}};
     QObject receiver;
 };

@@ -16,6 +16,8 @@ namespace {
 constexpr rlim_t cpuSeconds = 8;
 /// A lasting process is replaced long before this; it holds for one whose owner has died.
 constexpr rlim_t lastingCpuSeconds = 600;
+/// As long as a big archive may take: the end of one whose reader has died, if it does not notice.
+constexpr rlim_t archiveCpuSeconds = 24 * 3600;
 constexpr rlim_t furtherMemory = rlim_t(1) << 30U;
 constexpr rlim_t openFiles = 64;
 
@@ -40,11 +42,25 @@ Result<void> limit(__rlimit_resource resource, rlim_t most)
     return {};
 }
 
+rlim_t cpuSecondsFor(ConfinedWork work)
+{
+    switch (work) {
+    case ConfinedWork::WholeArchive:
+        return archiveCpuSeconds;
+    case ConfinedWork::ManyFiles:
+        return lastingCpuSeconds;
+    case ConfinedWork::OneFile:
+    case ConfinedWork::OtherProgram:
+        break;
+    }
+    return cpuSeconds;
+}
+
 } // namespace
 
 Result<void> confineThisProcess(ConfinedWork work)
 {
-    TRY(limit(RLIMIT_CPU, work == ConfinedWork::ManyFiles ? lastingCpuSeconds : cpuSeconds));
+    TRY(limit(RLIMIT_CPU, cpuSecondsFor(work)));
     TRY(limit(RLIMIT_AS, mappedMemory() + furtherMemory));
     TRY(limit(RLIMIT_NOFILE, openFiles));
     TRY(limit(RLIMIT_FSIZE, 0));

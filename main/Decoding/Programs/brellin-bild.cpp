@@ -1,4 +1,5 @@
 #include "Decoding/Answers.h"
+#include "Decoding/ArchiveEntries.h"
 #include "Decoding/Confinement.h"
 #include "Decoding/Pictures.h"
 #include "Decoding/VideoPicture.h"
@@ -58,6 +59,13 @@ DecoderExit work()
     return DecoderExit::Done;
 }
 
+DecoderExit stream(ArchiveContents contents)
+{
+    if (!confineThisProcess(ConfinedWork::WholeArchive))
+        return DecoderExit::Unreadable;
+    return streamArchive(STDIN_FILENO, STDOUT_FILENO, contents) ? DecoderExit::Done : DecoderExit::Unreadable;
+}
+
 bool isKnown(const DecoderRequest &request)
 {
     const std::size_t count = request.arguments.size();
@@ -73,10 +81,15 @@ DecoderExit run(const DecoderRequest &request)
 {
     if (request.word == decoderWords::worker && request.arguments.empty())
         return work();
+    if (request.word == decoderWords::archiveNames && request.arguments.empty())
+        return stream(ArchiveContents::Skipped);
+    if (request.word == decoderWords::archiveContents && request.arguments.empty())
+        return stream(ArchiveContents::Included);
     if (!isKnown(request)) {
         std::fputs("Aufruf: brellin-bild pdf-text|angaben|archiv DATEI\n"
                    "        brellin-bild bild|video DATEI SEITENLÄNGE\n"
                    "        brellin-bild pdf DATEI SEITE SEITENLÄNGE\n"
+                   "        brellin-bild inhalt|entpacken <ARCHIV\n"
                    "        brellin-bild arbeiter\n",
                    stderr);
         return DecoderExit::WrongUse;
