@@ -3,7 +3,6 @@
 #include "Agent/AgentJson.h"
 #include "Agent/ExampleRules.h"
 #include "Agent/Recovery.h"
-#include "Agent/RunHistory.h"
 #include "System/StoredList.h"
 
 #include <QDateTime>
@@ -73,7 +72,7 @@ void CleanupAgent::load()
     publish(rules, storedList<CleanupRule>(defaults, rulesKey).value_or(exampleRules(m_services.folders)));
     const std::vector<QUuid> interrupted = storedList<QUuid>(defaults, interruptedKey).value_or(std::vector<QUuid>());
     publish(interruptedRuns, std::set<QUuid>(interrupted.begin(), interrupted.end()));
-    reloadHistory();
+    publishHistory(RunHistory(m_services.defaults).shown());
     publish(profiles, storedList<FolderProfile>(defaults, profilesKey).value_or(std::vector<FolderProfile>()));
     publish(duplicateFolders,
             storedList<Location>(defaults, duplicateFoldersKey).value_or(defaultDuplicateFolders(m_services.folders)));
@@ -115,22 +114,13 @@ void CleanupAgent::recover()
         (void)storeList(m_services.defaults, interruptedKey, std::vector(all.begin(), all.end()));
         publish(interruptedRuns, std::move(all));
     }
-    reloadHistory();
+    publishHistory(RunHistory(m_services.defaults).shown());
 }
 
-void CleanupAgent::reloadHistory()
+void CleanupAgent::publishHistory(RunHistory::Shown shown)
 {
-    const RunHistory stored(m_services.defaults);
-    std::vector<JournalRun> runs = stored.runs();
-    std::map<QUuid, std::vector<Location>> missing;
-    for (const JournalRun &run : runs) {
-        if (!run.undone)
-            continue;
-        if (std::vector<Location> places = stored.notRestored(run.id); !places.empty())
-            missing.emplace(run.id, std::move(places));
-    }
-    publish(history, std::move(runs));
-    publish(notRestored, std::move(missing));
+    publish(history, std::move(shown.runs));
+    publish(notRestored, std::move(shown.notRestored));
 }
 
 Result<void> CleanupAgent::updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change)

@@ -11,6 +11,7 @@
 #include "Agent/ProposalMemory.h"
 #include "Agent/ReviewReport.h"
 #include "Agent/RuleList.h"
+#include "Agent/RunHistory.h"
 #include "Agent/Scan.h"
 #include "Agent/Schedule.h"
 #include "Agent/UndoRun.h"
@@ -147,25 +148,40 @@ public:
     void noteChecked();
 
 private:
+    /// What a worker brings back: what it came to, and the history as it stands then (long ones take a while to read).
+    template <class Outcome>
+    struct Worked {
+        Result<Outcome> outcome;
+        RunHistory::Shown history;
+    };
+    /// … and from the end of a scan what is left to be asked, with the number of those that are new.
+    struct ScanEnd {
+        Result<ExecutionOutcome> automatic;
+        RunHistory::Shown history;
+        std::vector<AgentProposal> left;
+        int added = 0;
+    };
+
+    static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found, JobControl &control);
     void load();
     void upgradeRules();
-    void reloadHistory();
+    void publishHistory(RunHistory::Shown shown);
     bool begin(const QString &what);
     void end(const QString &what);
     void fail(const Failure &why);
     void watch(const JobControl &control);
     void startScan(const ScanRequest &request, ScanPurpose purpose);
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);
-    void finishScan(Result<ExecutionOutcome> automatic);
+    void finishScan(ScanEnd scan);
     void endCancelledScan(const ExecutionOutcome &automatic);
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
     void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
     void removeFromList(const std::set<QUuid> &ids);
-    void executed(Result<ExecutionOutcome> result);
+    void executed(Worked<ExecutionOutcome> worked);
     QString noteNotStored(const ExecutionOutcome &outcome);
-    void undone(const QUuid &run, Result<UndoOutcome> result);
+    void undone(const QUuid &run, Worked<UndoOutcome> worked);
     void noteNotUndone(const QUuid &run, const QString &why);
     ReviewSubject reviewSubject(const std::optional<Location> &folder) const;
     void openReport(const ReviewReport &report, Workspace &workspace);
@@ -188,8 +204,9 @@ private:
     QThreadPool m_pool;
     Job<Result<ScanFindings>> m_scan;
     Job<Result<AnalysisFindings>> m_analyzing;
-    Job<Result<ExecutionOutcome>> m_executing;
-    Job<Result<UndoOutcome>> m_undoing;
+    Job<ScanEnd> m_finishing;
+    Job<Worked<ExecutionOutcome>> m_executing;
+    Job<Worked<UndoOutcome>> m_undoing;
     Job<Result<ReviewReport>> m_reporting;
     Job<QString> m_handingOver;
 };

@@ -73,54 +73,64 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
                        ? m_findings.duplicatesSummary()
                        : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
     }
-    std::vector<AgentProposal> automatic;
-    std::ranges::copy_if(m_findings.proposals, std::back_inserter(automatic), &AgentProposal::automatic);
-    if (automatic.empty())
-        return finishScan(ExecutionOutcome());
-    m_executing.start(
+    m_finishing.start(
         m_pool,
-        [services = m_services, automatic](JobControl &control) {
-            return Execution(services).execute(automatic, control);
+        [services = m_services, found = m_findings.proposals](JobControl &control) {
+            return carryOut(services, found, control);
         },
-        [this](Result<ExecutionOutcome> result) { finishScan(std::move(result)); },
-        [this](const JobControl &control) { watch(control); });
+        [this](ScanEnd scan) { finishScan(std::move(scan)); }, [this](const JobControl &control) { watch(control); });
 }
 
-/// Lists what is left to be asked, once what is automatic has been done. What should have happened by itself and could not
-/// is listed too, so that nobody has to wonder.
-void CleanupAgent::finishScan(Result<ExecutionOutcome> automatic)
+/// On a worker: does what is automatic. What should have happened by itself and could not is left to be asked, so that nobody
+/// has to wonder.
+CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std::vector<AgentProposal> found,
+                                             JobControl &control)
 {
+    std::vector<AgentProposal> automatic;
+    std::ranges::copy_if(found, std::back_inserter(automatic), &AgentProposal::automatic);
+    ScanEnd scan{ExecutionOutcome(), {}, {}};
+    if (!automatic.empty())
+        scan.automatic = Execution(services).execute(automatic, control);
+    std::set<QUuid> done;
+    if (scan.automatic)
+        done.insert(scan.automatic->done.begin(), scan.automatic->done.end());
+    for (AgentProposal &proposal : found) {
+        proposal.preselected = proposal.preselected && !proposal.automatic;
+        if (!done.contains(proposal.id))
+            scan.left.push_back(std::move(proposal));
+    }
+    if (!scan.automatic || !scan.automatic->cancelled)
+        scan.added = ProposalMemory(services.defaults).countNew(scan.left).value_or(0);
+    scan.history = RunHistory(services.defaults).shown();
+    return scan;
+}
+
+/// Lists what is left to be asked, once what is automatic has been done.
+void CleanupAgent::finishScan(ScanEnd scan)
+{
+    const Result<ExecutionOutcome> &automatic = scan.automatic;
+    publishHistory(std::move(scan.history));
     if (automatic && automatic->cancelled)
         return endCancelledScan(*automatic);
-    std::set<QUuid> done;
-    if (automatic)
-        done.insert(automatic->done.begin(), automatic->done.end());
-    else
+    if (!automatic)
         m_failure = automatic.error();
-    std::vector<AgentProposal> left;
     std::map<QUuid, QString> texts;
-    for (AgentProposal &proposal : m_findings.proposals) {
-        proposal.preselected = proposal.preselected && !proposal.automatic;
-        if (done.contains(proposal.id))
-            continue;
+    for (const AgentProposal &proposal : scan.left) {
         if (proposal.automatic && !automatic)
             texts.emplace(proposal.id, automatic.error().message);
-        left.push_back(proposal);
     }
     if (automatic) {
         for (const FailedProposal &failed : automatic->failures)
             texts.emplace(failed.proposal, failed.why.message);
     }
-    const auto proposed = static_cast<std::int64_t>(left.size());
-    const auto byItself = static_cast<std::int64_t>(done.size());
-    const int added = ProposalMemory(m_services.defaults).countNew(left).value_or(0);
-    showProposals(std::move(left));
+    const std::size_t byItself = automatic ? automatic->done.size() : 0;
+    showProposals(std::move(scan.left));
     publish(failures, std::move(texts));
-    reloadHistory();
-    setNewSinceViewed(newSinceViewed.get() + added + static_cast<int>(byItself));
+    setNewSinceViewed(newSinceViewed.get() + scan.added + static_cast<int>(byItself));
     noteChecked();
     publish(leftNothing, proposals.get().empty());
-    end(m_findings.summary(proposed, byItself) + (automatic ? noteNotStored(*automatic) : QString()));
+    end(m_findings.summary(std::ssize(proposals.get()), static_cast<std::int64_t>(byItself)) +
+        (automatic ? noteNotStored(*automatic) : QString()));
 }
 
 /// The list, the badge and the time of the last check stay; what was done by then is in the history, and no longer proposed.
@@ -137,7 +147,6 @@ void CleanupAgent::endCancelledScan(const ExecutionOutcome &automatic)
             listed.insert(proposal.id);
     }
     removeFromList(listed);
-    reloadHistory();
     m_failure = Failure::cancelled();
     QString text = m_failure->message;
     if (!done.empty())

@@ -80,6 +80,7 @@ void CleanupAgent::cancel()
     m_cancelled = true;
     m_scan.cancel();
     m_analyzing.cancel();
+    m_finishing.cancel();
     m_executing.cancel();
     m_undoing.cancel();
 }
@@ -173,16 +174,19 @@ void CleanupAgent::executeChosen()
     }
     if (!begin(QStringLiteral("Führe Vorschläge aus …")))
         return;
+    const auto work = [services = m_services, ticked](JobControl &control) {
+        Result<ExecutionOutcome> outcome = Execution(services).execute(ticked, control);
+        return Worked<ExecutionOutcome>{std::move(outcome), RunHistory(services.defaults).shown()};
+    };
     m_executing.start(
-        m_pool,
-        [services = m_services, ticked](JobControl &control) { return Execution(services).execute(ticked, control); },
-        [this](Result<ExecutionOutcome> result) { executed(std::move(result)); },
+        m_pool, work, [this](Worked<ExecutionOutcome> worked) { executed(std::move(worked)); },
         [this](const JobControl &control) { watch(control); });
 }
 
-void CleanupAgent::executed(Result<ExecutionOutcome> result)
+void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
 {
     m_execution.reset();
+    Result<ExecutionOutcome> &result = worked.outcome;
     if (!result)
         return fail(result.error());
     std::set<QUuid> ticked = chosen.get();
@@ -194,7 +198,7 @@ void CleanupAgent::executed(Result<ExecutionOutcome> result)
     choose(ticked);
     publish(failures, std::move(texts));
     removeFromList(std::set<QUuid>(result->done.begin(), result->done.end()));
-    reloadHistory();
+    publishHistory(std::move(worked.history));
     QString text = counting(result->done.size()) + QStringLiteral(" erledigt");
     if (result->failures.empty())
         text += u'.';
@@ -285,16 +289,20 @@ void CleanupAgent::undo(const QUuid &run)
     if (!begin(QStringLiteral("Mache rückgängig …")))
         return;
     noteNotUndone(run, {});
+    const auto work = [services = m_services, run](JobControl &control) {
+        Result<UndoOutcome> outcome = UndoRun(services).undo(run, control);
+        return Worked<UndoOutcome>{std::move(outcome), RunHistory(services.defaults).shown()};
+    };
     m_undoing.start(
-        m_pool, [services = m_services, run](JobControl &control) { return UndoRun(services).undo(run, control); },
-        [this, run](Result<UndoOutcome> result) { undone(run, std::move(result)); },
+        m_pool, work, [this, run](Worked<UndoOutcome> worked) { undone(run, std::move(worked)); },
         [this](const JobControl &control) { watch(control); });
 }
 
-void CleanupAgent::undone(const QUuid &run, Result<UndoOutcome> result)
+void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
 {
     m_undo.reset();
-    reloadHistory();
+    publishHistory(std::move(worked.history));
+    Result<UndoOutcome> &result = worked.outcome;
     if (!result || result->cancelled) {
         const Failure why = result ? Failure::cancelled() : result.error();
         noteNotUndone(run,

@@ -34,12 +34,13 @@ QString NeverProposed::text(const Location &home) const
 
 QByteArray sameness(const AgentProposal &proposal)
 {
-    std::string text = toJson(proposal.kind).toString().toStdString();
+    const std::string &source = proposal.source.native();
+    QByteArray text = toJson(proposal.kind).toString().toLatin1();
     // Names cannot hold a null byte.
-    text.append(1, '\0').append(proposal.source.native()).append(1, '\0');
+    text.append('\0').append(source.data(), std::ssize(source)).append('\0');
     if (proposal.destination)
-        text.append(proposal.destination->native());
-    return sha256OfBytes(QByteArray::fromStdString(text));
+        text.append(proposal.destination->c_str());
+    return text;
 }
 
 Result<int> ProposalMemory::countNew(const std::vector<AgentProposal> &proposals)
@@ -50,7 +51,7 @@ Result<int> ProposalMemory::countNew(const std::vector<AgentProposal> &proposals
         const std::set<QString> before(old.begin(), old.end());
         std::vector<QString> now;
         for (const AgentProposal &proposal : proposals) {
-            now.push_back(QString::fromLatin1(sameness(proposal)));
+            now.push_back(QString::fromLatin1(sha256OfBytes(sameness(proposal))));
             added += before.contains(now.back()) ? 0 : 1;
         }
         return std::optional(std::move(now));

@@ -26,7 +26,7 @@ struct NeverProposed {
     QString text(const Location &home) const;
 };
 
-/// What makes two proposals of different scans the same one: kind, source and destination, as a digest.
+/// What makes two proposals of different scans the same one: kind, source and destination.
 QByteArray sameness(const AgentProposal &proposal);
 
 /// What is remembered of proposals from scan to scan, in the user's settings: which were there before (so that the badge
@@ -35,7 +35,7 @@ class ProposalMemory {
 public:
     explicit ProposalMemory(UserDefaults &defaults) : m_defaults(defaults) {}
 
-    /// How many of these were not in the list before; from now on exactly these were.
+    /// How many of these were not in the list before; from now on exactly these were. Their digests are stored.
     Result<int> countNew(const std::vector<AgentProposal> &proposals);
 
     std::vector<NeverProposed> never() const;

@@ -81,6 +81,18 @@ std::vector<JournalRun> RunHistory::runs() const
     return storedList<JournalRun>(m_defaults, historyKey).value_or(std::vector<JournalRun>());
 }
 
+RunHistory::Shown RunHistory::shown() const
+{
+    Shown all{runs(), {}};
+    for (const JournalRun &run : all.runs) {
+        if (!run.undone)
+            continue;
+        if (std::vector<Location> places = notRestored(run.id); !places.empty())
+            all.notRestored.emplace(run.id, std::move(places));
+    }
+    return all;
+}
+
 Result<std::vector<JournalRun>> RunHistory::readRuns() const
 {
     std::optional<QByteArray> text;

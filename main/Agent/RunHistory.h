@@ -5,6 +5,7 @@
 #include "Base/Result.h"
 #include "System/UserDefaults.h"
 
+#include <map>
 #include <vector>
 
 namespace brellin {
@@ -19,6 +20,12 @@ public:
     explicit RunHistory(UserDefaults &defaults) : m_defaults(defaults) {}
 
     std::vector<JournalRun> runs() const;
+    /// What is shown of it: the runs, and of those that are undone what could not be put back.
+    struct Shown {
+        std::vector<JournalRun> runs;
+        std::map<QUuid, std::vector<Location>> notRestored;
+    };
+    Shown shown() const;
     /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
     /// it does not say.
     Result<std::vector<JournalRun>> readRuns() const;
