@@ -1,112 +1,23 @@
-#include "Agent/FolderAnalysis.h"
+#include "Agent/AnalysisFixture.h"
 
 #include "Agent/AccessTimes.h"
-#include "Agent/ProjectDetection.h"
-#include "Agent/SameContent.h"
 #include "Base/German.h"
-#include "Disk/Walk.h"
-#include "Support/AgentWorld.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 using namespace brellin;
 using namespace std::chrono_literals;
-using brellin::test::AgentWorld;
-using brellin::test::TempTree;
+using brellin::test::FolderAnalysisTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 using End = AnalysisFindings::End;
 
 namespace {
-
-class FolderAnalysisTest : public ::testing::Test {
-protected:
-    /// The files are born when the test makes them: it is what the analysis takes for today that moves.
-    FolderAnalysisTest() { daysLater(20); }
-
-    void daysLater(int days) { request.now = SystemClock().now() + std::chrono::days(days); }
-    const TempTree &tree() const { return world.tree(); }
-
-    /// What is created next is younger than all that is there: file systems take the time from a slow clock.
-    void waitForNewBirths() const
-    {
-        const auto birth = [&](const char *file) { return readAttributes(tree().file(file)).value().created; };
-        const auto first = birth("uhr/0");
-        while (first && birth("uhr/1") == first)
-            std::filesystem::remove(tree().path("uhr/1"));
-    }
-
-    /// As if someone had looked at the file so many days before the analysis.
-    void opened(std::string_view file, int days) const
-    {
-        const Instant when = request.now - std::chrono::days(days);
-        const timespec times[2] = {{std::chrono::floor<std::chrono::seconds>(when).time_since_epoch().count(), 0},
-                                   {0, UTIME_OMIT}};
-        ASSERT_EQ(::utimensat(AT_FDCWD, tree().path(file).c_str(), times, 0), 0);
-    }
-
-    FolderProfile profile(std::string_view root, std::initializer_list<const char16_t *> guarded = {})
-    {
-        FolderProfile made;
-        made.rootPath = textOf(tree().path(root));
-        made.tidyAllowed = true;
-        for (const char16_t *const path : guarded)
-            made.protectedEntries.push_back({.path = QString::fromUtf16(path), .reason = {}});
-        return made;
-    }
-
-    const AnalysisFindings &analyse(std::string_view folder = "home/X")
-    {
-        request.folder = tree().path(folder);
-        JobControl control;
-        findings = analyze(world.services(), request, control).value();
-        return findings;
-    }
-
-    /// "+ move a -> b" for each proposal: "+" ticked, "-" not, "?" to be looked at, "!" both ticked and to be looked at; a
-    /// folder ends with "/", "=" names what is kept for it.
-    std::vector<std::string> lines() const
-    {
-        std::vector<std::string> all;
-        for (const AgentProposal &one : findings.proposals) {
-            std::string line = one.needsReview ? (one.preselected ? "!" : "?") : (one.preselected ? "+" : "-");
-            line += one.kind == AgentProposal::Kind::Move ? " move " : " trash ";
-            line += below(one.source) + (one.isFolder ? "/" : "");
-            if (one.destination)
-                line += " -> " + below(*one.destination);
-            if (one.keptCopy)
-                line += " = " + below(*one.keptCopy);
-            all.push_back(line);
-        }
-        return all;
-    }
-    std::vector<std::string> linesOf(std::string_view folder = "home/X")
-    {
-        analyse(folder);
-        return lines();
-    }
-
-    std::string reason(std::string_view source) const
-    {
-        for (const AgentProposal &one : findings.proposals) {
-            if (below(one.source) == source)
-                return one.reason.toStdString();
-        }
-        return "no proposal";
-    }
-
-    std::string below(const Location &location) const { return location.lexically_relative(request.folder).native(); }
-
-    AgentWorld world;
-    AnalysisRequest request;
-    AnalysisFindings findings;
-};
 
 TEST_F(FolderAnalysisTest, GathersLooseFiles)
 {
@@ -348,100 +259,6 @@ TEST_F(FolderAnalysisTest, RefusedAndUnreadableFoldersYieldNothing)
     EXPECT_THAT(linesOf(), ElementsAre("+ move c.pdf -> Unterlagen/c.pdf"));
     ::chmod(tree().path("home/X").c_str(), 0);
     EXPECT_EQ(analyse().summary(), u"0 Vorschläge · 0 doppelt"_qs);
-}
-
-/// Where the tool lies that makes a home folder as people have them; empty when the tests run far from the source.
-Location untidyHomeTool()
-{
-    const Location program = std::filesystem::read_symlink("/proc/self/exe");
-    for (Location folder = program.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
-        if (std::filesystem::exists(folder / "tools/make-untidy-home"))
-            return folder / "tools/make-untidy-home";
-    }
-    return {};
-}
-
-/// Every entry with all its times but those of the last change of its attributes.
-std::set<std::string> everything(const Location &folder)
-{
-    std::set<std::string> lines;
-    const auto add = [&](const WalkEntry &entry) {
-        const FileAttributes &one = entry.attributes;
-        lines.insert(entry.location().native() + " " + std::to_string(one.size) + " " +
-                     std::to_string(one.modified.time_since_epoch().count()) + " " +
-                     std::to_string(one.accessed.time_since_epoch().count()));
-        return WalkStep::Continue;
-    };
-    const WalkOptions options{.attributes = Attribute::Size | Attribute::Modified | Attribute::Accessed, .prune = {}};
-    EXPECT_TRUE(walk(folder, options, add).has_value());
-    return lines;
-}
-
-class UntidyHomeTest : public FolderAnalysisTest {
-protected:
-    void SetUp() override
-    {
-        const Location tool = untidyHomeTool();
-        const std::string command = tool.native() + " --files 400 " + world.home("").native() + " >/dev/null 2>&1";
-        if (tool.empty() || std::system(command.c_str()) != 0)
-            GTEST_SKIP() << "no tools/make-untidy-home, or no Python";
-        daysLater(20);
-    }
-
-    /// What must hold for any analysis of any folder.
-    void expectSound() const
-    {
-        std::set<Location> sources;
-        for (const AgentProposal &one : findings.proposals) {
-            EXPECT_TRUE(sources.insert(one.source).second) << one.source;
-            EXPECT_TRUE(one.seen == FileState::of(readAttributes(one.source).value())) << one.source;
-            EXPECT_TRUE(!one.isFolder || one.treeSeen == TreeState::of(one.source, nullptr).value()) << one.source;
-            EXPECT_FALSE(one.preselected && (one.isFolder || one.needsReview)) << one.source;
-            EXPECT_FALSE(ProjectRoots(world.home("")).above(one.source)) << one.source;
-            EXPECT_TRUE(!one.keptCopy || haveSameContent(one.source, *one.keptCopy)) << one.source;
-        }
-        for (const AgentProposal &one : findings.proposals) {
-            for (Location above = one.source.parent_path(); above.has_relative_path(); above = above.parent_path())
-                EXPECT_FALSE(sources.contains(above)) << one.source;
-            for (Location kept = one.keptCopy.value_or("/"); kept.has_relative_path(); kept = kept.parent_path()) {
-                const auto goes = std::ranges::find(findings.proposals, kept, &AgentProposal::source);
-                EXPECT_TRUE(goes == findings.proposals.end() || goes->kind == AgentProposal::Kind::Move) << kept;
-            }
-        }
-    }
-};
-
-TEST_F(UntidyHomeTest, EveryProposalIsRight)
-{
-    const std::set<std::string> before = everything(tree().path("home"));
-    for (const char *const folder : {"home", "home/Desktop", "home/Documents", "home/Downloads", "home/Pictures",
-                                     "home/Projekte", "home/Videos"}) {
-        analyse(folder);
-        SCOPED_TRACE(folder);
-        EXPECT_EQ(findings.end, End::Done);
-        expectSound();
-    }
-    EXPECT_THAT(linesOf("home/Documents"),
-                ElementsAre("? trash Verträge Kopie/ = Verträge", "? trash Verträge Kopie Kopie/ = Verträge",
-                            "? trash Backup 2023/", "? trash Sicherung leer alt/", "? trash _alt/",
-                            "+ move Handbuch.pdf -> Unterlagen/Handbuch.pdf",
-                            "+ move Lebenslauf.docx -> Unterlagen/Lebenslauf.docx",
-                            "+ move alter Mietvertrag.pdf -> Archiv/alter Mietvertrag.pdf",
-                            "+ move Übersicht_Konten.pdf -> Unterlagen/Übersicht Konten.pdf"));
-    EXPECT_THAT(linesOf("home/Pictures"), ElementsAre("? trash 2020 Kopie/", "? trash Handy Backup/"));
-    EXPECT_THAT(linesOf("home/Videos"),
-                ElementsAre("+ trash Urlaub Kopie.mp4 = Urlaub.mp4", "+ move Urlaub.mp4 -> Medien/Urlaub.mp4"));
-    EXPECT_THAT(linesOf("home/Projekte"), IsEmpty());
-    EXPECT_EQ(findings.summary(), u"0 Vorschläge · 0 doppelt · ohne Schutzprofil nicht angesehen: „App“, „rechner“, "
-                                  "„webseite“ und 1 weiteres"_qs);
-    ASSERT_EQ(analyse("home/Projekte/webseite").end, End::NeedsProfile);
-    request.profiles = {*findings.detected};
-    request.profiles[0].tidyAllowed = true;
-    EXPECT_THAT(
-        linesOf("home/Projekte/webseite"),
-        testing::IsSupersetOf({"? trash backup/", "+ move Angebot_Agentur.pdf -> Unterlagen/Angebot Agentur.pdf",
-                               "+ move Logo Entwurf.png -> Medien/Logo Entwurf.png"}));
-    EXPECT_EQ(everything(tree().path("home")), before);
 }
 
 TEST_F(FolderAnalysisTest, CanBeCancelled)
