@@ -134,6 +134,22 @@ private:
     JobControl &m_control;
 };
 
+bool onlyMoves(Kind kind)
+{
+    return kind == Kind::Rename || kind == Kind::BatchRename || kind == Kind::Move;
+}
+
+/// The same way once more, from the entries as they lie now.
+std::optional<UserAction> wayBack(Kind kind, const std::vector<Entry> &moved)
+{
+    if (!onlyMoves(kind) || moved.empty())
+        return std::nullopt;
+    UserAction again{kind, {}};
+    std::ranges::transform(moved, std::back_inserter(again.entries),
+                           [](const Entry &entry) { return recordOf(entry.from, entry.to); });
+    return again;
+}
+
 /// Names may have been swapped: a batch goes back as a whole or not at all.
 UndoneAction undoBatch(const UserAction &action, const UndoServices &services, JobControl &control)
 {
@@ -141,7 +157,7 @@ UndoneAction undoBatch(const UserAction &action, const UndoServices &services, J
     std::ranges::transform(action.entries, std::back_inserter(pairs),
                            [](const Entry &entry) { return RenamePair{entry.to, entry.from, entry.state.identity}; });
     const BatchRenameOutcome outcome = renameBatch(pairs, services.files, services.renameLogs, control);
-    UndoneAction undone{outcome.done, {}, {}, false};
+    UndoneAction undone{outcome.done, {}, {}, false, wayBack(action.kind, outcome.done)};
     if (outcome.failure) {
         undone.left = action.entries;
         undone.cancelled = outcome.failure->isCancelled();
@@ -157,6 +173,7 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
     if (action.kind == Kind::BatchRename)
         return undoBatch(action, services, control);
     UndoneAction undone;
+    std::vector<Entry> clean; ///< nothing stands in their way back
     Undoing undoing(action.kind, services, control);
     control.setTotal(static_cast<qint64>(action.entries.size()));
     for (auto entry = action.entries.rbegin(); entry != action.entries.rend(); ++entry) {
@@ -172,9 +189,12 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
             undone.undone.push_back({entry->to, outcome.place, entry->state});
         else if (outcome.fate == EntryOutcome::Fate::Failed)
             undone.left.push_back(*entry);
+        if (outcome.fate == EntryOutcome::Fate::Undone && outcome.message.isEmpty() && !entry->replaced)
+            clean.push_back(undone.undone.back());
         control.advance();
     }
     std::ranges::reverse(undone.left);
+    undone.again = wayBack(action.kind, clean);
     return undone;
 }
 

@@ -7,6 +7,7 @@
 
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -25,6 +26,8 @@ struct UndoneAction {
     std::vector<UserAction::Entry> left;
     QStringList failures; ///< „b.txt: …“
     bool cancelled = false;
+    /// What does it once more, by being taken back in its turn: where entries have moved, and nothing was replaced.
+    std::optional<UserAction> again = {};
 };
 
 /// Takes an action back, entry by entry from the last. An entry that is no longer the one it was, or whose old place is

@@ -23,28 +23,37 @@ QString pattern(Kind kind)
     switch (kind) {
     case Kind::Rename:
     case Kind::BatchRename:
-        return QStringLiteral("Umbenennen von %1 rückgängig");
+        return QStringLiteral("Umbenennen von %1");
     case Kind::Move:
-        return QStringLiteral("Verschieben von %1 rückgängig");
+        return QStringLiteral("Verschieben von %1");
     case Kind::Copy:
-        return QStringLiteral("Kopieren von %1 rückgängig");
+        return QStringLiteral("Kopieren von %1");
     case Kind::Trash:
-        return QStringLiteral("Legen von %1 in den Papierkorb rückgängig");
+        return QStringLiteral("Legen von %1 in den Papierkorb");
     case Kind::Archive:
-        return QStringLiteral("Komprimieren zu %1 rückgängig");
+        return QStringLiteral("Komprimieren zu %1");
     case Kind::Unpack:
-        return QStringLiteral("Entpacken von %1 rückgängig");
+        return QStringLiteral("Entpacken von %1");
     case Kind::NewFolder:
     case Kind::NewFile:
     case Kind::Alias:
         break;
     }
-    return QStringLiteral("Anlegen von %1 rückgängig");
+    return QStringLiteral("Anlegen von %1");
 }
 
 QString quoted(const Location &location)
 {
     return QStringLiteral("„%1“").arg(shownName(location));
+}
+
+/// „Umbenennen von „a.txt““, by one of the entry's names.
+QString nounOf(const UserAction &action, Location UserAction::Entry::*name)
+{
+    const auto count = static_cast<qint64>(action.entries.size());
+    return pattern(action.kind)
+        .arg(count == 1 ? quoted(action.entries.front().*name)
+                        : counted(count, QStringLiteral("Element"), QStringLiteral("Elementen")));
 }
 
 QString lineFor(Kind kind, const UserAction::Entry &entry)
@@ -67,11 +76,14 @@ QString lineFor(Kind kind, const UserAction::Entry &entry)
 
 QString undoTitle(const UserAction &action)
 {
-    const auto count = static_cast<qint64>(action.entries.size());
-    if (count != 1)
-        return pattern(action.kind).arg(counted(count, QStringLiteral("Element"), QStringLiteral("Elementen")));
-    const UserAction::Entry &entry = action.entries.front();
-    return pattern(action.kind).arg(quoted(isMade(action.kind) ? entry.to : entry.from));
+    return nounOf(action, isMade(action.kind) ? &UserAction::Entry::to : &UserAction::Entry::from) +
+           QStringLiteral(" rückgängig");
+}
+
+/// It lies where it came from: that is its name.
+QString redoTitle(const UserAction &again)
+{
+    return nounOf(again, &UserAction::Entry::to) + QStringLiteral(" wiederholen");
 }
 
 QStringList undoLines(const UserAction &action)

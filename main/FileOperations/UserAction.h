@@ -36,6 +36,8 @@ struct UserAction {
 
 /// „Umbenennen von „a.txt“ rückgängig“, „Verschieben von 3 Elementen rückgängig“.
 QString undoTitle(const UserAction &action);
+/// „Umbenennen von „a.txt“ wiederholen“, of what does an action once more.
+QString redoTitle(const UserAction &again);
 /// What taking it back will do, a line for each entry: „„b.txt“ heißt wieder „a.txt““.
 QStringList undoLines(const UserAction &action);
 

@@ -22,6 +22,15 @@ std::vector<Location> placesOf(const std::vector<UserAction::Entry> &undone)
     return places;
 }
 
+QString statusOf(const UndoneAction &outcome, const QString &whole, const QString &nothing, const QString &partly)
+{
+    if (outcome.cancelled)
+        return QStringLiteral("Abgebrochen.");
+    if (outcome.left.empty())
+        return whole;
+    return outcome.undone.empty() ? nothing : partly;
+}
+
 } // namespace
 
 UserUndo::UserUndo(UndoServices services) : m_services(std::move(services)), m_pool(abandonablePool(patienceAtTheEnd))
@@ -34,6 +43,7 @@ void UserUndo::record(UserAction action)
 {
     if (action.entries.empty())
         return;
+    m_again.clear();
     std::vector<UserAction> now = actions.get();
     now.insert(now.begin(), std::move(action));
     if (now.size() > mostActions)
@@ -51,41 +61,58 @@ void UserUndo::forget(const UserAction &action)
 void UserUndo::publishActions(std::vector<UserAction> now)
 {
     publish(title, now.empty() ? std::nullopt : std::optional(undoTitle(now.front())));
+    publish(redoTitle, m_again.empty() ? std::nullopt : std::optional(brellin::redoTitle(m_again.front())));
     publish(actions, std::move(now));
 }
 
 void UserUndo::undo()
 {
-    if (running.get() || actions.get().empty())
-        return;
-    const UserAction action = actions.get().front();
+    if (!running.get() && !actions.get().empty())
+        start(Way::Back, actions.get().front());
+}
+
+void UserUndo::redo()
+{
+    if (!running.get() && !m_again.empty())
+        start(Way::Forth, m_again.front());
+}
+
+void UserUndo::start(Way way, const UserAction &action)
+{
     publish(running, true);
     publish(errorMessage, std::optional<QString>());
     m_job.start(
         *m_pool, [action, services = m_services](JobControl &control) { return undoAction(action, services, control); },
-        [this, action](const UndoneAction &outcome) { finished(action, outcome); },
+        [this, way, action](const UndoneAction &outcome) { finished(way, action, outcome); },
         [this](const JobControl &control) { publish(progress, progressFraction(control)); });
 }
 
-void UserUndo::finished(UserAction action, const UndoneAction &outcome)
+void UserUndo::finished(Way way, UserAction action, const UndoneAction &outcome)
 {
-    // Meanwhile the user may have done something else, which stands before it.
     std::vector<UserAction> now = actions.get();
-    const auto place = std::ranges::find(now, action);
+    std::vector<UserAction> &source = way == Way::Back ? now : m_again;
+    std::vector<UserAction> &other = way == Way::Back ? m_again : now;
+    const auto place = std::ranges::find(source, action);
+    // Meanwhile the user may have done something else, which stands before it and bars the way forth.
+    const bool undisturbed = place == source.begin() && place != source.end();
     action.entries = outcome.left;
-    if (place != now.end() && outcome.left.empty())
-        now.erase(place);
-    else if (place != now.end())
+    if (place != source.end() && outcome.left.empty())
+        source.erase(place);
+    else if (place != source.end())
         *place = std::move(action);
+    if (outcome.again && (undisturbed || way == Way::Forth))
+        other.insert(other.begin(), *outcome.again);
     publishActions(std::move(now));
     publish(progress, std::optional<double>());
     publish(restored, placesOf(outcome.undone));
     if (!outcome.failures.isEmpty())
         publish(errorMessage, std::optional(outcome.failures.join(u'\n')));
-    publish(status, outcome.cancelled        ? QStringLiteral("Abgebrochen.")
-                    : outcome.left.empty()   ? QStringLiteral("Rückgängig gemacht.")
-                    : outcome.undone.empty() ? QStringLiteral("Das ließ sich nicht rückgängig machen.")
-                                             : QStringLiteral("Zum Teil rückgängig gemacht."));
+    publish(status, way == Way::Back ? statusOf(outcome, QStringLiteral("Rückgängig gemacht."),
+                                                QStringLiteral("Das ließ sich nicht rückgängig machen."),
+                                                QStringLiteral("Zum Teil rückgängig gemacht."))
+                                     : statusOf(outcome, QStringLiteral("Wiederholt."),
+                                                QStringLiteral("Das ließ sich nicht wiederholen."),
+                                                QStringLiteral("Zum Teil wiederholt.")));
     publish(running, false);
 }
 

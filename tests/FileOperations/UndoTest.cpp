@@ -163,3 +163,79 @@ TEST_F(UndoTest, theModelKeepsTheNewestAndSaysWhatWillHappen)
     EXPECT_TRUE(model.errorMessage.get()->startsWith(u"c.txt: Es gibt schon etwas mit diesem Namen."));
     EXPECT_EQ(model.title.get(), QStringLiteral("Umbenennen von „b.txt“ rückgängig")); // stays, to be tried again
 }
+
+TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
+{
+    UserUndo model(services);
+    const auto settled = [&] { return waitUntil([&] { return !model.running.get(); }); };
+    std::filesystem::rename(home("a.txt"), home("neu.txt"));
+    model.record({Kind::Rename, {recordOf(home("a.txt"), home("neu.txt"))}});
+    std::filesystem::rename(home("ordner"), disk("ordner"));
+    std::filesystem::rename(home("b.txt"), disk("b.txt"));
+    model.record({Kind::Move, {recordOf(home("ordner"), disk("ordner")), recordOf(home("b.txt"), disk("b.txt"))}});
+    model.redo(); // nothing to do again
+    EXPECT_FALSE(model.running.get());
+
+    model.undo();
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(model.redoTitle.get(), QStringLiteral("Verschieben von 2 Elementen wiederholen"));
+    model.undo();
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(model.redoTitle.get(), QStringLiteral("Umbenennen von „a.txt“ wiederholen"));
+    EXPECT_EQ(tree.content("home/a.txt"), "eins");
+    model.redo();
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(model.status.get(), QStringLiteral("Wiederholt."));
+    model.redo(); // across the volumes again, the copies that came back being other entries
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(model.errorMessage.get(), std::nullopt);
+    EXPECT_EQ(tree.content("home/neu.txt") + tree.content("disk/b.txt") + tree.content("disk/ordner/tief"),
+              "einszweidrei");
+    EXPECT_FALSE(tree.has("home/a.txt") || tree.has("home/b.txt") || tree.has("home/ordner"));
+    EXPECT_EQ(model.redoTitle.get(), std::nullopt);
+    EXPECT_EQ(model.title.get(), QStringLiteral("Verschieben von 2 Elementen rückgängig"));
+
+    // Another entry under the name is left alone.
+    model.undo();
+    ASSERT_TRUE(settled());
+    std::filesystem::rename(home("b.txt"), home("c.txt"));
+    tree.file("home/b.txt", "anderes");
+    model.redo();
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(model.errorMessage.get(), QStringLiteral("b.txt: Dort liegt inzwischen etwas anderes."));
+    EXPECT_EQ(tree.content("home/b.txt"), "anderes");
+    EXPECT_EQ(tree.content("disk/ordner/tief"), "drei");
+
+    model.undo();
+    ASSERT_TRUE(settled());
+    EXPECT_TRUE(model.redoTitle.get());
+    model.record({Kind::NewFile, {recordOf({}, home("c.txt"))}});
+    EXPECT_EQ(model.redoTitle.get(), std::nullopt);
+    const std::string before = snapshot();
+    model.redo();
+    EXPECT_FALSE(model.running.get());
+    // What is made or trashed has no way forth; taking it back again would need its place in the Trash.
+    model.undo();
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(model.redoTitle.get(), std::nullopt);
+    EXPECT_NE(snapshot(), before);
+}
+
+TEST_F(UndoTest, aSwapIsDoneAgainAsAWhole)
+{
+    UserUndo model(services);
+    const auto settled = [&] { return waitUntil([&] { return !model.running.get(); }); };
+    std::filesystem::rename(home("a.txt"), home("x"));
+    std::filesystem::rename(home("b.txt"), home("a.txt"));
+    std::filesystem::rename(home("x"), home("b.txt"));
+    model.record({Kind::BatchRename, {recordOf(home("a.txt"), home("b.txt")), recordOf(home("b.txt"), home("a.txt"))}});
+    const std::string done = snapshot();
+    for (int round = 0; round < 2; ++round) {
+        model.undo();
+        ASSERT_TRUE(settled());
+        EXPECT_EQ(tree.content("home/a.txt"), "eins");
+        model.redo();
+        ASSERT_TRUE(settled());
+        EXPECT_EQ(snapshot(), done);
+    }
+}
