@@ -79,6 +79,7 @@ void UserUndo::redo()
 
 void UserUndo::start(Way way, const UserAction &action)
 {
+    m_way = way;
     publish(running, true);
     publish(errorMessage, std::optional<QString>());
     m_job.start(

@@ -38,6 +38,8 @@ public:
     void undo();
     /// Does again what was taken back last. As above.
     void redo();
+    /// Whether what is running does something again.
+    bool redoing() const { return m_way == Way::Forth; }
     void cancel() { m_job.cancel(); }
     void dismissError();
 
@@ -50,6 +52,7 @@ private:
     const UndoServices m_services;
     std::vector<UserAction> m_again; ///< what was taken back, the last first
     const std::shared_ptr<QThreadPool> m_pool;
+    Way m_way = Way::Back; ///< of what is running
     Job<UndoneAction> m_job;
 };
 

@@ -25,7 +25,10 @@ std::vector<PanelWork> workOf(const FileOperations &operations, const UserUndo &
     for (const RunningOperation &one : operations.operations.get())
         work.push_back({one.id, one.title, one.detail, one.progress});
     if (undo.running.get())
-        work.push_back({undoWork, QStringLiteral("Mache rückgängig"), {}, undo.progress.get()});
+        work.push_back({undoWork,
+                        undo.redoing() ? QStringLiteral("Wiederhole") : QStringLiteral("Mache rückgängig"),
+                        {},
+                        undo.progress.get()});
     return work;
 }
 
@@ -55,6 +58,7 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     services.operations.status.observe(this, [say](const QString &text) { say(text); });
     services.undo.status.observe(this, [say](const QString &text) { say(text); });
     services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
+    services.undo.redoTitle.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.restored.observe(this, [this](const std::vector<Location> &) {
         for (const auto &[id, pane] : m_panes)
             if (pane)
@@ -182,6 +186,9 @@ bool FileCommands::run(CommandId id, BrowserModel &pane)
         return true;
     case Undo:
         m_services.undo.undo();
+        return true;
+    case Redo:
+        m_services.undo.redo();
         return true;
     case Cut:
         putOnClipboard({ClipboardFiles::Purpose::Cut, selected});

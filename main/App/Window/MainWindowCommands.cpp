@@ -53,6 +53,7 @@ CommandState MainWindow::state() const
     now.archive = only && !only->isFolder && isUnpackable(only->nameBytes);
     now.clipboard = m_clipboardHasFiles;
     now.undo = m_services.undo.title.get();
+    now.redo = m_services.undo.redoTitle.get();
     return now;
 }
 
@@ -73,6 +74,7 @@ void MainWindow::refreshState()
     for (const WindowCommand &one : commandTable())
         m_actions.at(one.id)->setEnabled(one.enabled(now));
     m_actions.at(CommandId::Undo)->setText(now.undo.value_or(windowCommand(CommandId::Undo).title));
+    m_actions.at(CommandId::Redo)->setText(now.redo.value_or(windowCommand(CommandId::Redo).title));
     m_toolbar->showState(now);
 }
 

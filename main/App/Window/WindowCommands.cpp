@@ -55,6 +55,10 @@ bool withUndo(const State &state)
 {
     return state.undo.has_value();
 }
+bool withRedo(const State &state)
+{
+    return state.redo.has_value();
+}
 bool withClipboard(const State &state)
 {
     return inFolder(state) && state.clipboard;
@@ -131,6 +135,7 @@ std::vector<WindowCommand> editMenu()
 {
     Menu menu(CommandGroup::Edit);
     menu.add(Undo, QStringLiteral("Rückgängig"), {control | Qt::Key_Z}, leaves, withUndo);
+    menu.add(Redo, QStringLiteral("Wiederholen"), {control | shift | Qt::Key_Z, control | Qt::Key_Y}, leaves, withRedo);
     menu.add(Cut, QStringLiteral("Ausschneiden"), {control | Qt::Key_X}, leaves, withSelection);
     menu.add(Copy, QStringLiteral("Kopieren"), {control | Qt::Key_C}, leaves, withSelection);
     menu.add(Paste, QStringLiteral("Einfügen"), {control | Qt::Key_V}, leaves, withClipboard);

@@ -28,6 +28,7 @@ enum class CommandId {
     DeleteForGood,
     Properties,
     Undo,
+    Redo,
     Cut,
     Copy,
     Paste,
@@ -84,6 +85,7 @@ struct CommandState {
     bool archive = false;        ///< and that is one archive that can be unpacked
     bool clipboard = false;      ///< files lie on the clipboard
     std::optional<QString> undo; ///< what can be taken back, as the command says it
+    std::optional<QString> redo; ///< and what of it be done again
 };
 
 /// Whether a command works while an editable field has the focus, or leaves its keys to the field.
