@@ -71,6 +71,28 @@ TEST_F(FileCommandsTest, copiesCutsAndTakesBack)
     ASSERT_TRUE(comes("a.txt"));
     EXPECT_FALSE(has("ziel/a.txt"));
     EXPECT_EQ(contentOf("a.txt"), "eins");
+    ASSERT_TRUE(waitUntil([this] { return window->state().redo.has_value(); }));
+    key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(comes("ziel/a.txt"));
+    EXPECT_FALSE(has("a.txt"));
+}
+
+TEST_F(FileCommandsTest, aTransferOutlivesItsTabAndCanBeTakenBack)
+{
+    file("a.txt", "eins");
+    file("ziel/b.txt");
+    open();
+    click(QStringLiteral("a.txt"));
+    key(Qt::Key_C, Qt::ControlModifier);
+    window->run(CommandId::NewTab);
+    pane().navigate(folder / "ziel");
+    ASSERT_TRUE(folderBecomes(folder / "ziel"));
+    window->run(CommandId::Paste);
+    window->run(CommandId::CloseTab);
+    ASSERT_TRUE(comes("ziel/a.txt"));
+    ASSERT_TRUE(waitUntil([this] { return window->state().undo.has_value(); }));
+    window->run(CommandId::Undo);
+    EXPECT_TRUE(goes("ziel/a.txt"));
 }
 
 TEST_F(FileCommandsTest, trashesWhatIsSelectedNowAndPutsItBack)
