@@ -2,7 +2,7 @@
 
 #include "Disk/FileTypes.h"
 #include "Features/FileTags.h"
-#include "Look/EntryIcons.h"
+#include "Features/Screens/DocumentPicture.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -64,10 +64,8 @@ bool mayHaveThumbnail(const FileItem &item)
 
 QPixmap EntryPictures::symbol(const FileItem &item, double side, double pixelsPerPoint) const
 {
-    if (!item.isFolder) {
-        const std::string_view extension = extensionOf(item.nameBytes);
-        return EntryIcons::document(shown(extension), fileCategory(extension), side, pixelsPerPoint, markOf(item));
-    }
+    if (!item.isFolder)
+        return documentPicture(item.nameBytes, side, pixelsPerPoint, markOf(item));
     std::optional<QColor> tint;
     if (const std::optional<QString> name = m_colors.color(item.location()))
         if (const std::optional<std::uint32_t> rgb = FileTags::color(*name))

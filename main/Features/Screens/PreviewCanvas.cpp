@@ -1,9 +1,8 @@
 #include "Features/Screens/PreviewCanvas.h"
 
-#include "Disk/FileTypes.h"
+#include "Features/Screens/DocumentPicture.h"
 #include "Features/Screens/ThumbnailPixels.h"
 #include "Look/Cards.h"
-#include "Look/EntryIcons.h"
 #include "Look/Theme.h"
 
 #include <QPainter>
@@ -41,9 +40,7 @@ void PreviewCanvas::setContent(const PreviewContent &content)
     m_isPaper = picture && picture->opaque;
     m_isFolder = content.isFolder;
     m_isLink = content.isLink;
-    const std::string extension = lowerExtensionOf(content.entry.filename().native());
-    m_extension = QString::fromStdString(extension);
-    m_category = fileCategory(extension);
+    m_fileName = content.entry.filename().native();
     setAccessibleName(QStringLiteral("Vorschau von „%1“").arg(content.name));
     update();
 }
@@ -106,7 +103,7 @@ QPixmap PreviewCanvas::drawing(double side) const
     const EntryIcons::Mark mark = m_isLink ? EntryIcons::Mark::Link : EntryIcons::Mark::None;
     if (m_isFolder)
         return EntryIcons::folder(side, devicePixelRatioF(), std::nullopt, mark);
-    return EntryIcons::document(m_extension, m_category, side, devicePixelRatioF(), mark);
+    return documentPicture(m_fileName, side, devicePixelRatioF(), mark);
 }
 
 } // namespace brellin

@@ -30,8 +30,7 @@ private:
     bool m_isPaper = false; ///< a page or a photo, which lies on the card with a shadow
     bool m_isFolder = false;
     bool m_isLink = false;
-    QString m_extension;
-    QString m_category;
+    std::string m_fileName;
     QString m_remark;
 };
 

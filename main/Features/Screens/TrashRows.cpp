@@ -2,8 +2,7 @@
 
 #include "Base/German.h"
 #include "Base/RecentDate.h"
-#include "Disk/FileTypes.h"
-#include "Look/EntryIcons.h"
+#include "Features/Screens/DocumentPicture.h"
 #include "Look/Theme.h"
 
 #include <QCollator>
@@ -26,8 +25,7 @@ QIcon iconFor(const TrashItem &item)
         return QIcon(EntryIcons::folder(side, 2));
     const std::string name =
         item.entry.original.empty() ? item.entry.place.filename().native() : item.entry.original.filename().native();
-    const std::string extension = lowerExtensionOf(name);
-    return QIcon(EntryIcons::document(shown(std::string_view(extension)), fileCategory(extension), side, 2));
+    return QIcon(documentPicture(name, side, 2));
 }
 
 QString placeOf(const TrashItem &item)

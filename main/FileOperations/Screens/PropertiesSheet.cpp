@@ -1,11 +1,10 @@
 #include "FileOperations/Screens/PropertiesSheet.h"
 
 #include "Base/German.h"
-#include "Disk/FileTypes.h"
+#include "Features/Screens/DocumentPicture.h"
 #include "Features/Screens/PreviewFactList.h"
 #include "Features/Screens/PreviewTagRow.h"
 #include "Look/Buttons.h"
-#include "Look/EntryIcons.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
@@ -244,8 +243,7 @@ void PropertiesSheet::Private::refreshIcon()
         icon->setPixmap(EntryIcons::folder(side, pixels));
         return;
     }
-    const std::string extension = lowerExtensionOf(properties->entries().front().filename().native());
-    icon->setPixmap(EntryIcons::document(shown(std::string_view(extension)), fileCategory(extension), side, pixels));
+    icon->setPixmap(documentPicture(properties->entries().front().filename().native(), side, pixels));
 }
 
 void PropertiesSheet::Private::refreshSize()

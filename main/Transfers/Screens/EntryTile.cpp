@@ -1,8 +1,6 @@
 #include "Transfers/Screens/EntryTile.h"
 
-#include "Base/Location.h"
-#include "Disk/FileTypes.h"
-#include "Look/EntryIcons.h"
+#include "Features/Screens/DocumentPicture.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
@@ -50,9 +48,7 @@ QPixmap EntryTile::symbol() const
 {
     if (m_entry.shape == Shape::Folder)
         return EntryIcons::folder(scaled(symbolSide), devicePixelRatioF());
-    const std::string bytes = m_entry.name.toStdString();
-    const std::string_view extension = extensionOf(bytes);
-    return EntryIcons::document(shown(extension), fileCategory(extension), scaled(symbolSide), devicePixelRatioF());
+    return documentPicture(m_entry.name.toStdString(), scaled(symbolSide), devicePixelRatioF());
 }
 
 void EntryTile::paintEvent(QPaintEvent *)
