@@ -21,7 +21,8 @@ Failure nonsense()
 Failure failureFrom(const QByteArray &words)
 {
     constexpr qsizetype longestReason = 500;
-    return {QString::fromUtf8(words).simplified().left(longestReason), {}};
+    const QString text = QString::fromUtf8(words).simplified().left(longestReason);
+    return text.isEmpty() ? nonsense() : Failure{text, {}};
 }
 
 } // namespace

@@ -238,7 +238,7 @@ TEST_F(ArchivesTest, survivesWhateverBecomesOfTheReader)
                               R"(; head -c 18 /dev/zero; )";
     for (const std::string &script :
          {std::string("exit 0"), std::string("printf 'e\\044'"), std::string("kill -SEGV $$"), std::string("yes"),
-          std::string("head -c 100 /dev/zero"), entry + "exit 0",
+          std::string("printf 'f\\000\\000\\000\\000'"), std::string("head -c 100 /dev/zero"), entry + "exit 0",
           entry + R"(printf 'd\011\000\000\000\377\377\377\377\377\377\377\177x'; sleep 1000)"}) {
         const Result<Unpacked> unpacked = readBy(script.c_str());
         ASSERT_FALSE(unpacked) << script;
