@@ -49,7 +49,8 @@ void DetailsHeader::paintSection(QPainter *painter, const QRect &rect, int logic
                                                                : QStringLiteral("chevron-down"),
                        color(Token::Secondary));
     }
-    painter->drawText(place, Qt::AlignVCenter | (size ? Qt::AlignRight : Qt::AlignLeft), title);
+    const Qt::Alignment alignment = Qt::AlignVCenter | (size ? Qt::AlignRight : Qt::AlignLeft);
+    painter->drawText(place, static_cast<int>(alignment), title);
     painter->restore();
 }
 
