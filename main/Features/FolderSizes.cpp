@@ -116,7 +116,23 @@ void FolderSizes::calculate(const Location &folder)
     m_failed.erase(path);
     if (std::ranges::find(m_calculate, path) == m_calculate.end())
         m_calculate.push_front(path);
+    announce(path);
     serve();
+}
+
+void FolderSizes::cancel(const Location &folder)
+{
+    const std::string &path = folder.native();
+    if (std::erase(m_calculate, path) == 0)
+        return;
+    if (m_full.job.running() && m_full.folder == path)
+        m_full.job.cancel();
+    announce(path);
+}
+
+bool FolderSizes::calculating(const Location &folder) const
+{
+    return std::ranges::find(m_calculate, folder.native()) != m_calculate.end();
 }
 
 bool FolderSizes::pending(const Location &folder) const
@@ -269,7 +285,8 @@ FolderSizes::Counted FolderSizes::count(const Location &folder, std::int64_t lim
 void FolderSizes::finished(Lane &lane, const Counted &counted)
 {
     const std::string folder = lane.folder;
-    if (&lane == &m_full)
+    // Cancelled, it may have been asked for once more since.
+    if (&lane == &m_full && counted.outcome != Counted::Outcome::Cancelled)
         std::erase(m_calculate, folder);
     switch (counted.outcome) {
     case Counted::Outcome::Counted:

@@ -58,6 +58,10 @@ public:
     void request(QObject *owner, std::vector<Location> folders);
     /// Counts a folder to the end, before all others ("Berechnen").
     void calculate(const Location &folder);
+    /// Gives up what `calculate` has begun; what was known before stays.
+    void cancel(const Location &folder);
+    /// Whether a folder is counted to the end, or waits for that.
+    bool calculating(const Location &folder) const;
     /// Whether a folder waits for its count or is being counted.
     bool pending(const Location &folder) const;
     /// Drops what is known of the folders below `parent`.

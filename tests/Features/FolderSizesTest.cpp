@@ -182,6 +182,20 @@ TEST_F(FolderSizesTest, stopsUnaskedCountingOfLargeFoldersAndGoesOnWhenAsked)
     sizes.calculate(tree.path("gross"));
     ASSERT_TRUE(waitUntil([&] { return stateOf("gross") == State::Current; }));
     EXPECT_EQ(sizes.size(tree.path("gross"))->files, 300);
+    // Given up, what was known before stays; the second one waits for the first and so has not begun.
+    for (int i = 0; i < 300; ++i)
+        tree.file("auch gross/" + std::to_string(i), "1234567");
+    requestAndWait({"auch gross"});
+    sizes.calculate(tree.path("gross"));
+    sizes.calculate(tree.path("auch gross"));
+    EXPECT_TRUE(sizes.calculating(tree.path("auch gross")));
+    sizes.cancel(tree.path("auch gross"));
+    EXPECT_FALSE(sizes.calculating(tree.path("auch gross")));
+    sizes.cancel(tree.path("gross"));
+    sizes.calculate(tree.path("gross")); // after all
+    ASSERT_TRUE(waitUntil([&] { return !sizes.calculating(tree.path("gross")); }));
+    EXPECT_EQ(stateOf("gross"), State::Current);
+    EXPECT_EQ(stateOf("auch gross"), State::Capped);
     // Stale, but an unasked count would only throw away what is known.
     clock.time += std::chrono::hours(1);
     request({"gross"});

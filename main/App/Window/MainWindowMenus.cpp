@@ -233,10 +233,20 @@ void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
             folders.push_back(item.location());
     if (folders.empty())
         return;
+    FolderSizes &sizes = m_services.panes.sizes;
+    if (std::ranges::any_of(folders, [&sizes](const Location &folder) { return sizes.calculating(folder); })) {
+        QAction *const stop = menu.addAction(Symbols::icon(QStringLiteral("x")),
+                                             QStringLiteral("Berechnung der Größe abbrechen"), this, [&sizes, folders] {
+                                                 for (const Location &folder : folders)
+                                                     sizes.cancel(folder);
+                                             });
+        stop->setObjectName(QStringLiteral("cancelSize"));
+        return;
+    }
     menu.addAction(Symbols::icon(QStringLiteral("chart-pie")), QStringLiteral("Größe berechnen"), this,
-                   [this, folders] {
+                   [&sizes, folders] {
                        for (const Location &folder : folders)
-                           m_services.panes.sizes.calculate(folder);
+                           sizes.calculate(folder);
                    });
 }
 
