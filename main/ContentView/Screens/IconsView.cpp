@@ -44,13 +44,6 @@ double paintLines(QPainter &painter, const QRectF &place, const QString &name)
 
 } // namespace
 
-TileDelegate::TileDelegate(const ItemRows &rows, const EntryPictures &pictures, QObject *parent)
-    : QStyledItemDelegate(parent)
-    , m_rows(rows)
-    , m_pictures(pictures)
-{
-}
-
 QSize TileDelegate::tileSize(int side)
 {
     const int lines = nameLines * QFontMetrics(sizedFont(0.95)).lineSpacing();
@@ -64,19 +57,19 @@ QSize TileDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) 
 
 void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    if (index.row() >= m_rows.rowCount())
+    if (index.row() >= rows().rowCount())
         return;
-    const FileItem &item = m_rows.item(index.row());
+    const FileItem &item = rows().item(index.row());
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     const QRectF tile = QRectF(option.rect).adjusted(3, 3, -3, -3);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     if (selected) {
         painter->setPen(Qt::NoPen);
-        painter->setBrush(selectionGround(m_active));
+        painter->setBrush(selectionGround(isActive()));
         painter->drawRoundedRect(tile, 8, 8);
     }
-    if (index.row() == m_dropRow) {
+    if (index.row() == dropRow()) {
         painter->setPen(Qt::NoPen);
         painter->setBrush(faded(Token::Accent, 0.25));
         painter->drawRoundedRect(tile, 8, 8);
@@ -89,7 +82,7 @@ void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
     if (item.isHidden)
         painter->setOpacity(0.6);
     const QRectF picture(tile.center().x() - m_side / 2.0, tile.top() + scaled(11), m_side, m_side);
-    m_pictures.paintLarge(*painter, picture, item);
+    pictures().paintLarge(*painter, picture, item);
     painter->setFont(sizedFont(0.95));
     painter->setPen(color(item.link == LinkState::Broken ? Token::Danger : Token::Text));
     const QRectF name(tile.left() + 4, picture.bottom() + scaled(8), tile.width() - 8,
@@ -100,21 +93,6 @@ void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
     paintTagDots(*painter, QPointF(picture.right() - dot, picture.top() + dot / 2), dot, tags,
                  color(selected ? Token::AccentSoft : Token::Content));
     painter->restore();
-}
-
-QWidget *TileDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
-{
-    QWidget *const editor = makeNameEditor(parent, m_rows.item(index.row()), QStringLiteral("nameEditor"));
-    connect(editor, &QObject::destroyed, this, &TileDelegate::renameEnded);
-    return editor;
-}
-
-void TileDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
-{
-    if (editor->property("filled").toBool())
-        return;
-    editor->setProperty("filled", true);
-    QStyledItemDelegate::setEditorData(editor, index);
 }
 
 void TileDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option, const QModelIndex &) const

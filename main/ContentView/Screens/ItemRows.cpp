@@ -144,19 +144,16 @@ int ItemRows::rowOf(const Location &entry) const
 
 QString ItemRows::sizeTextOf(const FileItem &item) const
 {
-    return item.isFolder ? folderSizeText(m_sizes.size(item.location())) : item.sizeText();
+    if (!item.isFolder)
+        return item.sizeText();
+    const Location folder = item.location();
+    return m_sizes.calculating(folder) ? QStringLiteral("Zähle …") : folderSizeText(m_sizes.size(folder));
 }
 
 bool ItemRows::sizeIsStale(const FileItem &item) const
 {
     const std::optional<FolderSize> size = item.isFolder ? m_sizes.size(item.location()) : std::nullopt;
     return size && size->state != FolderSize::State::Current;
-}
-
-bool ItemRows::sizeIsCapped(const FileItem &item) const
-{
-    const std::optional<FolderSize> size = item.isFolder ? m_sizes.size(item.location()) : std::nullopt;
-    return size && size->state == FolderSize::State::Capped;
 }
 
 void ItemRows::heardSizes(const std::vector<Location> &changed)

@@ -27,8 +27,6 @@ public:
     /// The text of the size column and whether it may be out of date.
     QString sizeTextOf(const FileItem &item) const;
     bool sizeIsStale(const FileItem &item) const;
-    /// Whether counting stopped at the limit, and "Berechnen" would go on.
-    bool sizeIsCapped(const FileItem &item) const;
     QDate today() const { return m_today; }
 
     int rowCount(const QModelIndex &parent = {}) const override;

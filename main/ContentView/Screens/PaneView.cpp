@@ -121,10 +121,7 @@ void PaneView::link(QAbstractItemView *view)
         settle();
         Q_EMIT menuRequested(view->viewport()->mapToGlobal(at));
     });
-    if (auto *const rows = qobject_cast<RowDelegate *>(view->itemDelegate()))
-        connect(rows, &RowDelegate::renameEnded, this, &PaneView::endRename);
-    if (auto *const tiles = qobject_cast<TileDelegate *>(view->itemDelegate()))
-        connect(tiles, &TileDelegate::renameEnded, this, &PaneView::endRename);
+    connect(static_cast<NameDelegate *>(view->itemDelegate()), &NameDelegate::renameEnded, this, &PaneView::endRename);
 }
 
 void PaneView::takeDrops(QAbstractItemView *view)
@@ -142,8 +139,7 @@ void PaneView::takeDrops(QAbstractItemView *view)
 void PaneView::showDrop(const std::optional<Location> &folder)
 {
     const int row = folder && *folder != m_pane.current.get() ? m_rows->rowOf(*folder) : -1;
-    static_cast<RowDelegate *>(m_details->itemDelegate())->setDropRow(row);
-    static_cast<TileDelegate *>(m_icons->itemDelegate())->setDropRow(row);
+    static_cast<NameDelegate *>(view().itemDelegate())->setDropRow(row);
     view().viewport()->update();
 }
 

@@ -5,8 +5,6 @@
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
 
-#include <QAbstractItemView>
-#include <QLineEdit>
 #include <QPainter>
 
 namespace brellin {
@@ -38,26 +36,6 @@ std::vector<QColor> tagColors(const FileItem &item)
     return colors;
 }
 
-QWidget *makeNameEditor(QWidget *parent, const FileItem &item, const QString &objectName)
-{
-    auto *const field = new QLineEdit(item.name(), parent);
-    field->setObjectName(objectName);
-    field->setProperty("kind", QStringLiteral("row"));
-    field->setAccessibleName(QStringLiteral("Neuer Name"));
-    // A folder has no extension, whatever its name looks like. The selection is made once the view has filled the field in.
-    const qsizetype stem = item.isFolder ? item.name().size() : shown(stemOf(item.nameBytes)).size();
-    QMetaObject::invokeMethod(
-        field, [field, stem] { field->setSelection(0, static_cast<int>(stem)); }, Qt::QueuedConnection);
-    return field;
-}
-
-RowDelegate::RowDelegate(const ItemRows &rows, const EntryPictures &pictures, QObject *parent)
-    : QStyledItemDelegate(parent)
-    , m_rows(rows)
-    , m_pictures(pictures)
-{
-}
-
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
     return {scaled(80), scaled(28)};
@@ -65,11 +43,11 @@ QSize RowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) c
 
 void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    if (index.row() >= m_rows.rowCount())
+    if (index.row() >= rows().rowCount())
         return;
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     paintGround(*painter, option, index);
-    const FileItem &item = m_rows.item(index.row());
+    const FileItem &item = rows().item(index.row());
     painter->save();
     painter->setFont(option.font);
     if (item.isHidden)
@@ -86,14 +64,14 @@ void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, c
 void RowDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     if (option.state.testFlag(QStyle::State_Selected)) {
-        painter.fillRect(option.rect, selectionGround(m_active));
+        painter.fillRect(option.rect, selectionGround(isActive()));
         if (columnOf(index) == Column::Name)
             painter.fillRect(QRect(option.rect.topLeft(), QSize(3, option.rect.height())),
-                             color(m_active ? Token::Accent : Token::FieldBorder));
+                             color(isActive() ? Token::Accent : Token::FieldBorder));
     } else if (index.row() % 2 == 1) {
         painter.fillRect(option.rect, color(Token::Zebra));
     }
-    if (index.row() == m_dropRow)
+    if (index.row() == dropRow())
         painter.fillRect(option.rect, faded(Token::Accent, 0.25));
     if (option.state.testFlag(QStyle::State_HasFocus) && !option.state.testFlag(QStyle::State_Selected)) {
         painter.save();
@@ -108,7 +86,7 @@ void RowDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem &opt
 void RowDelegate::paintName(QPainter &painter, const QRect &cell, const FileItem &item, bool) const
 {
     const QRectF symbol(cell.left() + scaled(leftMargin), cell.top(), scaled(symbolSide), cell.height());
-    m_pictures.paintSymbol(painter, symbol, item);
+    pictures().paintSymbol(painter, symbol, item);
     const QRectF text = QRectF(cell).adjusted(scaled(leftMargin + symbolSide + symbolGap), 0, -scaled(8), 0);
     painter.setPen(color(item.link == LinkState::Broken ? Token::Danger : Token::Text));
     // In the middle, so that the extension stays in sight.
@@ -121,8 +99,8 @@ void RowDelegate::paintTags(QPainter &painter, const QRect &cell, const FileItem
 {
     const std::vector<QColor> colors = tagColors(item);
     const QPointF start(cell.left() + scaled(10), cell.center().y() + 0.5);
-    const double used =
-        paintTagDots(painter, start, scaled(12), colors, selected ? selectionGround(m_active) : color(Token::Content));
+    const double used = paintTagDots(painter, start, scaled(12), colors,
+                                     selected ? selectionGround(isActive()) : color(Token::Content));
     QStringList others;
     for (const QString &tag : item.tags)
         if (!FileTags::color(tag))
@@ -139,7 +117,7 @@ void RowDelegate::paintTags(QPainter &painter, const QRect &cell, const FileItem
 void RowDelegate::paintText(QPainter &painter, const QRect &cell, const QModelIndex &index, bool selected) const
 {
     const bool size = columnOf(index) == Column::Size;
-    const bool stale = size && m_rows.sizeIsStale(m_rows.item(index.row()));
+    const bool stale = size && rows().sizeIsStale(rows().item(index.row()));
     painter.setPen(color(stale && !selected ? Token::Tertiary : Token::Secondary));
     if (stale)
         painter.setOpacity(painter.opacity() * 0.75);
@@ -153,22 +131,6 @@ QRect RowDelegate::filledPart(const QRect &cell, const QModelIndex &index) const
     const int text = metrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
     return {cell.left(), cell.top(), std::min(cell.width(), scaled(leftMargin + symbolSide + symbolGap + 6) + text),
             cell.height()};
-}
-
-QWidget *RowDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
-{
-    QWidget *const editor = makeNameEditor(parent, m_rows.item(index.row()), QStringLiteral("nameEditor"));
-    connect(editor, &QObject::destroyed, this, &RowDelegate::renameEnded);
-    return editor;
-}
-
-/// Only once: a refresh of the row must not take back what was typed.
-void RowDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
-{
-    if (editor->property("filled").toBool())
-        return;
-    editor->setProperty("filled", true);
-    QStyledItemDelegate::setEditorData(editor, index);
 }
 
 void RowDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option, const QModelIndex &) const
