@@ -2,6 +2,7 @@
 
 #include "Features/Screens/NetworkQuestionSheet.h"
 #include "Features/Screens/NetworkRows.h"
+#include "Look/BusyBar.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
 #include "Look/Labels.h"
@@ -16,7 +17,6 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPointer>
-#include <QProgressBar>
 #include <QScrollArea>
 #include <QShortcut>
 
@@ -160,11 +160,8 @@ QWidget *NetworkPage::Private::buildAddress()
     line->addWidget(connecting);
     line->addWidget(stop);
     card->content()->addLayout(line);
-    progress = new QProgressBar(card);
-    progress->setObjectName(QStringLiteral("networkProgress"));
-    progress->setAccessibleName(QStringLiteral("Verbindung wird hergestellt"));
-    progress->setRange(0, 0);
-    progress->setTextVisible(false);
+    progress = makeBusyBar(QStringLiteral("Verbindung wird hergestellt"), QStringLiteral("networkProgress"),
+                           WhenHidden::GivesRoom, card);
     card->content()->addWidget(progress);
     message = makeBody({}, card);
     message->setObjectName(QStringLiteral("networkError"));

@@ -5,6 +5,7 @@
 #include "Features/Screens/StorageRowDelegate.h"
 #include "Features/Screens/StorageRows.h"
 #include "Features/Screens/StorageTreemap.h"
+#include "Look/BusyBar.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
 #include "Look/Labels.h"
@@ -16,7 +17,6 @@
 #include <QListView>
 #include <QMenu>
 #include <QPainter>
-#include <QProgressBar>
 #include <QStackedLayout>
 
 namespace brellin {
@@ -138,15 +138,9 @@ void StorageOverviewPage::Private::build()
     column->setContentsMargins(scaled(30), scaled(18), scaled(16), scaled(12));
     column->setSpacing(scaled(6));
     column->addLayout(buildHead());
-    progress = new QProgressBar(&q);
-    progress->setObjectName(QStringLiteral("storageProgress"));
-    progress->setAccessibleName(QStringLiteral("Der Ordner wird gezählt"));
-    progress->setRange(0, 0);
-    progress->setTextVisible(false);
     // Its room stays, so that the tiles do not jump.
-    QSizePolicy policy = progress->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    progress->setSizePolicy(policy);
+    progress = makeBusyBar(QStringLiteral("Der Ordner wird gezählt"), QStringLiteral("storageProgress"),
+                           WhenHidden::KeepsRoom, &q);
     column->addWidget(progress);
     column->addLayout(buildMiddle(), 1);
 }

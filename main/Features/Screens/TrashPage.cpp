@@ -2,6 +2,7 @@
 
 #include "Base/German.h"
 #include "Features/Screens/TrashRows.h"
+#include "Look/BusyBar.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
 #include "Look/Labels.h"
@@ -14,7 +15,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
-#include <QProgressBar>
 #include <QShortcut>
 #include <QShowEvent>
 #include <QStackedLayout>
@@ -99,15 +99,9 @@ void TrashPage::Private::build()
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addLayout(buildHead());
-    progress = new QProgressBar(&q);
-    progress->setObjectName(QStringLiteral("trashProgress"));
-    progress->setAccessibleName(QStringLiteral("Der Papierkorb wird gelesen"));
-    progress->setRange(0, 0);
-    progress->setTextVisible(false);
     // Its room stays, so that the list does not jump.
-    QSizePolicy policy = progress->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    progress->setSizePolicy(policy);
+    progress = makeBusyBar(QStringLiteral("Der Papierkorb wird gelesen"), QStringLiteral("trashProgress"),
+                           WhenHidden::KeepsRoom, &q);
     column->addWidget(progress);
     buildTable();
     empty = new EmptyState(QStringLiteral("trash"), {}, {}, &q);
