@@ -1,12 +1,10 @@
 #include "Sidebar/Screens/SidebarMenus.h"
 
 #include "Features/FileTags.h"
-#include "Look/EntryIcons.h"
 #include "Look/Symbols.h"
-#include "Look/Theme.h"
+#include "Look/TagSymbols.h"
 
 #include <QMenu>
-#include <QPainter>
 
 #include <span>
 
@@ -59,18 +57,6 @@ void add(QMenu &menu, std::span<const Entry> entries, const SidebarActions &acti
     }
 }
 
-QIcon dot(const QColor &tint)
-{
-    const int side = scaled(16);
-    QPixmap drawn(QSize(side, side) * 2);
-    drawn.setDevicePixelRatio(2);
-    drawn.fill(Qt::transparent);
-    QPainter painter(&drawn);
-    painter.setRenderHint(QPainter::Antialiasing);
-    paintTagDots(painter, QPointF(scaled(2), side / 2.0), scaled(12), {tint}, color(Token::Card));
-    return QIcon(drawn);
-}
-
 void addColors(QMenu &menu, const SidebarRow &row, const SidebarActions &actions)
 {
     if (!actions.setColor)
@@ -79,9 +65,9 @@ void addColors(QMenu &menu, const SidebarRow &row, const SidebarActions &actions
     colors->setObjectName(QStringLiteral("colors"));
     for (const FileTags::PaletteTag &tag : FileTags::all) {
         const QString name = tag.name.toString();
-        const QString title = name == row.colorName ? name + QStringLiteral("  ✓") : name;
-        QAction *const action =
-            colors->addAction(dot(QColor::fromRgb(tag.color)), title, [set = actions.setColor, name] { set(name); });
+        const TagMark mark = name == row.colorName ? TagMark::All : TagMark::None;
+        QAction *const action = colors->addAction(tagIcon(QColor::fromRgb(tag.color), mark), name,
+                                                  [set = actions.setColor, name] { set(name); });
         action->setObjectName(QStringLiteral("color") + name);
     }
     colors->addSeparator();
