@@ -40,7 +40,7 @@ SettingsSheet::SettingsSheet(const WindowServices &services, QWidget *window)
     : SheetFrame(QStringLiteral("Einstellungen"),
                  QStringLiteral("Aussehen und Dateiliste. Der Aufräum-Agent hat seine "
                                 "eigenen Einstellungen auf seiner Seite."),
-                 {620, 560}, window)
+                 {620, 0}, window)
     , m_services(services)
 {
     setObjectName(QStringLiteral("settingsSheet"));
@@ -89,7 +89,8 @@ void SettingsSheet::addAppearance()
     for (const int percent : {90, 100, 110, 125, 150})
         size->addItem(QStringLiteral("Schrift %1 %").arg(percent), percent / 100.0);
     const double factor = m_services.defaults().value(scaleKey).value_or(1.0).toDouble();
-    size->setCurrentIndex(std::max(0, size->findText(QStringLiteral("Schrift %1 %").arg(qRound(factor * 100)))));
+    const int shownFactor = size->findText(QStringLiteral("Schrift %1 %").arg(qRound(factor * 100)));
+    size->setCurrentIndex(shownFactor >= 0 ? shownFactor : size->findText(QStringLiteral("Schrift 100 %")));
     connect(size, &QComboBox::activated, this, [this, size] { store(scaleKey, size->currentData()); });
     row->addWidget(tone);
     row->addWidget(size);

@@ -1,9 +1,7 @@
 #include "App/Window/WindowMemory.h"
 
 #include "Base/Json.h"
-#include "System/UserDefaults.h"
-
-#include <QJsonDocument>
+#include "System/StoredList.h"
 
 namespace brellin {
 
@@ -32,19 +30,14 @@ const QString key = QStringLiteral("windows");
 
 std::vector<StoredWindow> storedWindows(const UserDefaults &defaults)
 {
-    std::vector<StoredWindow> windows;
-    const std::optional<QByteArray> json = defaults.json(key);
-    if (json && !readJson(QJsonValue(QJsonDocument::fromJson(*json).array()), windows))
-        windows.clear();
+    std::vector<StoredWindow> windows = storedList<StoredWindow>(defaults, key).value_or(std::vector<StoredWindow>());
     std::erase_if(windows, [](const StoredWindow &window) { return window.tabs.empty(); });
     return windows;
 }
 
 Result<void> storeWindows(UserDefaults &defaults, const std::vector<StoredWindow> &windows)
 {
-    return defaults.update(key, [&windows](const std::optional<QByteArray> &) {
-        return UserDefaults::Change{QJsonDocument(toJson(windows).toArray()).toJson(QJsonDocument::Compact)};
-    });
+    return storeList(defaults, key, windows);
 }
 
 } // namespace brellin
