@@ -481,7 +481,7 @@ class TransferMove(Contest):
 
 class WindowStart(Contest):
     """From the start of the program to a window on a virtual display that shows something: its picture is of more than one
-    colour."""
+    colour. Both find a session bus of their own: without one the peer takes itself for a second start and ends."""
 
     title = "window of a folder with 1,000 files"
     peer = "pcmanfm-qt"
@@ -493,12 +493,16 @@ class WindowStart(Contest):
         (self.folder / "run").mkdir(mode=0o700)
         self.home.environment |= {"DISPLAY": self.display, "XDG_RUNTIME_DIR": str(self.folder / "run")}
         self.screen = subprocess.Popen(["Xvfb", self.display, "-screen", "0", "1280x800x24"], stderr=subprocess.DEVNULL)
+        self.bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"], text=True,
+                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, env=self.home.environment)
+        self.home.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.stdout.readline().strip()
         time.sleep(1)
 
     def __del__(self):
-        if screen := getattr(self, "screen", None):
-            screen.kill()
-            screen.wait()
+        for program in (getattr(self, "bus", None), getattr(self, "screen", None)):
+            if program:
+                program.kill()
+                program.wait()
 
     def painted(self):
         picture = subprocess.run(["xwd", "-root", "-silent", "-display", self.display], capture_output=True, check=False)
