@@ -164,6 +164,9 @@ void TransferPanel::showWork(std::vector<PanelWork> work)
 {
     if (work == m_work)
         return;
+    // Rows that are only on their way out with the panel are those of other work.
+    if (m_work.empty())
+        removeGone(m_workRows, {}, [this](WorkRow *row) { removeRow(row); });
     m_work = std::move(work);
     refresh();
 }

@@ -190,4 +190,14 @@ TEST_F(TransferPanelTest, otherWorkHasItsLinesToo)
     panel.showWork({});
     EXPECT_FALSE(panel.isVisible());
     EXPECT_TRUE(field->hasFocus());
+
+    // The next work under the same number is another, also while the panel is still leaving.
+    Theme::shared().setMotion(true);
+    panel.showWork({{7, QStringLiteral("Komprimiere 3 Elemente"), {}, 0.5}});
+    ASSERT_TRUE(appears(panel, "workCancel"));
+    press(panel, "workCancel");
+    panel.showWork({});
+    panel.showWork({{7, QStringLiteral("Entpacke „a.zip“"), QStringLiteral("a.txt"), 0.5}});
+    EXPECT_TRUE(waitUntil([&] { return text("workDetail") == QStringLiteral("a.txt"); }));
+    EXPECT_TRUE(shownIn(panel, "workCancel")->isEnabled());
 }
