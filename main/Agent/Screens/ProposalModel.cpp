@@ -77,12 +77,21 @@ void ProposalModel::setFilter(const QString &text)
     refresh();
 }
 
+/// What is the same as before is shared with the rows that show it.
 void ProposalModel::takeList()
 {
-    m_listed.clear();
-    m_listed.reserve(m_agent.proposals.get().size());
-    for (const AgentProposal &one : m_agent.proposals.get())
-        m_listed.push_back({sameness(one), std::make_shared<const AgentProposal>(one), {}});
+    QHash<QUuid, const Listed *> before;
+    for (const Listed &one : m_listed)
+        before.insert(one.proposal->id, &one);
+    std::vector<Listed> now;
+    now.reserve(m_agent.proposals.get().size());
+    for (const AgentProposal &one : m_agent.proposals.get()) {
+        const Listed *const known = before.value(one.id);
+        now.push_back(known && *known->proposal == one
+                          ? *known
+                          : Listed{sameness(one), std::make_shared<const AgentProposal>(one), {}});
+    }
+    m_listed = std::move(now);
 }
 
 bool ProposalModel::passes(Listed &one) const
