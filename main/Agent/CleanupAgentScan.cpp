@@ -136,9 +136,10 @@ void CleanupAgent::finishScan(ScanEnd scan)
 /// The list, the badge and the time of the last check stay; what was done by then is in the history, and no longer proposed.
 void CleanupAgent::endCancelledScan(const ExecutionOutcome &automatic)
 {
+    const std::set<QUuid> carriedOut(automatic.done.begin(), automatic.done.end());
     std::set<QByteArray> done;
     for (const AgentProposal &proposal : m_findings.proposals) {
-        if (std::ranges::find(automatic.done, proposal.id) != automatic.done.end())
+        if (carriedOut.contains(proposal.id))
             done.insert(sameness(proposal));
     }
     std::set<QUuid> listed;
