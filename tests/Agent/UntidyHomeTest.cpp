@@ -160,16 +160,6 @@ TEST_F(UntidyHomeTest, everyProposalIsRight)
 
 namespace {
 
-/// The standard folders of an account whose home lies here.
-KnownFolders foldersIn(const Location &home)
-{
-    const QByteArray before = qgetenv("HOME");
-    ::setenv("HOME", home.c_str(), 1);
-    KnownFolders folders = KnownFolders::ofThisUser();
-    ::setenv("HOME", before.constData(), 1);
-    return folders;
-}
-
 /// The whole agent at work in a home of thousands of files, months after they came.
 class WholeRunTest : public UntidyHomeTest {
 protected:
@@ -181,9 +171,6 @@ protected:
         daysLater(120);
         world.clock.time = request.now;
         opened("home/Projekte/webseite/Texte/Über uns.docx", 40);
-        const Location trash = world.folders.trash;
-        world.folders = foldersIn(tree().path("home"));
-        world.folders.trash = trash;
         world.model.answer = u"Papiere"_qs;
     }
 

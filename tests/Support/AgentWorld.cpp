@@ -10,6 +10,20 @@ namespace brellin::test {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// The standard folders of an account whose home lies here.
+KnownFolders foldersIn(const Location &home)
+{
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", QByteArray::fromStdString(home.native()));
+    KnownFolders folders = KnownFolders::ofThisUser();
+    qputenv("HOME", before);
+    return folders;
+}
+
+} // namespace
+
 AgentWorld::AgentWorld()
     : m_storedDefaults(m_tree.path("settings"))
     , m_defaults(faults, m_storedDefaults)
@@ -20,7 +34,7 @@ AgentWorld::AgentWorld()
     , m_locations(m_tree.path("home"))
 {
     m_tree.lines({"home/", "disk/"});
-    folders.home = m_tree.path("home");
+    folders = foldersIn(m_tree.path("home"));
     folders.trash = m_tree.path("trash/files");
 }
 
