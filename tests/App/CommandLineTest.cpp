@@ -204,3 +204,35 @@ TEST_F(CommandLineTest, asksForAProfileBeforeItTouchesAProject)
     EXPECT_EQ(profiles[0].toObject()[QStringLiteral("name")].toString(), QStringLiteral("Projekt"));
     EXPECT_TRUE(tree.has("Projekt/Notiz.docx")); // the rest is not tidied unless the user allows it
 }
+
+TEST_F(CommandLineTest, tidiesAFolderAsFarAsItIsToldAndTakesItBack)
+{
+    const char *const all[] = {"Ablage/brief_1.pdf", "Ablage/foto.jpg", "Ablage/foto kopie.jpg", "Ablage/alt/x.txt"};
+    tree.lines({"Ablage/brief_1.pdf=1", "Ablage/foto.jpg=2", "Ablage/foto kopie.jpg=2", "Ablage/alt/x.txt=3"});
+    for (const char *const file : all)
+        tree.age(file, longAgo);
+    const std::string folder = tree.path("Ablage").native();
+    const std::string before = snapshotOf(tree.path("Ablage"));
+    const std::string everythingBefore = tree.snapshot();
+    const QJsonArray proposed = json({"analysieren", folder}).object()[QStringLiteral("proposals")].toArray();
+    EXPECT_EQ(names(proposed, QStringLiteral("source")),
+              (QStringList{QStringLiteral("alt"), QStringLiteral("brief_1.pdf"), QStringLiteral("foto kopie.jpg"),
+                           QStringLiteral("foto.jpg")}));
+    EXPECT_EQ(tree.snapshot(), everythingBefore);
+
+    EXPECT_EQ(json({"analysieren", folder, "--ausfuehren", "--ohne", "foto.jpg"})
+                  .object()[QStringLiteral("run")]
+                  .toObject()[QStringLiteral("steps")]
+                  .toArray()
+                  .size(),
+              2);
+    EXPECT_TRUE(tree.has("Ablage/Unterlagen/brief 1.pdf"));
+    EXPECT_TRUE(tree.has("Ablage/foto.jpg"));
+    EXPECT_TRUE(tree.has("Ablage/alt/x.txt")) << "a whole folder is not ticked by itself";
+    json({"analysieren", folder, "--ausfuehren", "--alle"});
+    EXPECT_FALSE(tree.has("Ablage/alt"));
+    EXPECT_TRUE(tree.has("Ablage/Medien/foto.jpg"));
+    for (int run = 0; run < 2; ++run)
+        EXPECT_EQ(json({"rueckgaengig"}).object()[QStringLiteral("notRestored")].toInt(), 0);
+    EXPECT_EQ(snapshotOf(tree.path("Ablage")), before);
+}
