@@ -35,7 +35,7 @@ public:
     virtual Result<Location> top(const Location &location) const = 0;
     /// What a person sees as volumes: the root, removable and network mounts; no system or bind mounts.
     virtual std::vector<Volume> mounted() const = 0;
-    /// Bytes that this user may still write.
+    /// Bytes that this user may still write. A failure where the volume does not tell.
     virtual Result<std::int64_t> available(const Location &location) const = 0;
 };
 

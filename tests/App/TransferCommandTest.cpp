@@ -1,4 +1,5 @@
 #include "App/TerminalAnswer.h"
+#include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 #include "System/ProcessRunner.h"
 
@@ -7,6 +8,8 @@
 #include <QJsonObject>
 
 #include <gtest/gtest.h>
+
+#include <sys/xattr.h>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -105,6 +108,19 @@ TEST_F(TransferCommandTest, movesToAnotherVolumeAndBack)
         EXPECT_FALSE(std::filesystem::exists(from));
     }
     EXPECT_EQ(snapshotOf(tree.path("von")), before);
+}
+
+TEST_F(TransferCommandTest, saysOnceWhatTheTargetCannotKeep)
+{
+    const PrivateMount plain(tree.folder("karg"), "ramfs", "");
+    if (!plain)
+        GTEST_SKIP() << "cannot mount a volume without extended attributes here";
+    for (const char *name : {"von/a.txt", "von/b/innen.txt"})
+        ASSERT_EQ(::setxattr(tree.path(name).c_str(), "user.xdg.tags", "Rot", 3, 0), 0);
+    const ProcessOutput output = run("kopieren", {"von/a.txt", "von/b", "karg"});
+    EXPECT_EQ(output.exitCode, 0);
+    EXPECT_EQ(output.errors.toStdString(), "Erweiterte Attribute und Markierungen kann das Ziel nicht speichern.\n");
+    EXPECT_EQ(output.output.toStdString(), "2 Elemente nach „karg“ kopiert.\n");
 }
 
 TEST_F(TransferCommandTest, leavesTheSystemAlone)

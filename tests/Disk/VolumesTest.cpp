@@ -94,6 +94,7 @@ TEST(SystemVolumes, knowsThisMachine)
     EXPECT_FALSE(volumes.same(tree.root(), "/proc"));
     EXPECT_TRUE(volumes.isLocal(tree.root()));
     EXPECT_GT(*volumes.available(tree.path("noch/nicht/da")), 0);
+    EXPECT_FALSE(volumes.available("/proc")) << "what has no size is not full";
     EXPECT_EQ(*volumes.top("/proc/self"), "/proc");
     EXPECT_TRUE(volumes.same(*volumes.top(tree.path("a/b")), tree.path("a/b")));
     const auto mounted = volumes.mounted();

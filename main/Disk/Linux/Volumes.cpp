@@ -152,6 +152,9 @@ Result<std::int64_t> SystemVolumes::available(const Location &location) const
     struct statvfs status{};
     if (::statvfs(folder.c_str(), &status) != 0)
         return failure(Failure::lastSystem());
+    // Many network volumes do not know; that is not to be taken for a full one.
+    if (status.f_blocks == 0)
+        return failure(Failure::system(ENOTSUP));
     return static_cast<std::int64_t>(status.f_bavail) * static_cast<std::int64_t>(status.f_frsize);
 }
 
