@@ -9,6 +9,17 @@ QByteArray keyOf(const std::string &path)
     return {path.data(), static_cast<qsizetype>(path.size())};
 }
 
+/// The path of an item, in memory that is used again for the next one: it is asked of a hundred thousand in a row.
+QByteArrayView lookedUp(const FileItem &item)
+{
+    thread_local std::string path;
+    path.clear();
+    if (item.folder && *item.folder != "/")
+        path.append(*item.folder);
+    path.append(1, '/').append(item.nameBytes);
+    return {path.data(), static_cast<qsizetype>(path.size())};
+}
+
 } // namespace
 
 Selection::Selection(const std::vector<Location> &locations)
@@ -26,8 +37,8 @@ bool Selection::contains(const FileItem &item) const
         const QByteArray &only = *m_paths.constBegin();
         return item.isAt({only.constData(), static_cast<std::size_t>(only.size())});
     }
-    const std::string path = item.path();
-    return m_paths.contains(QByteArray::fromRawData(path.data(), static_cast<qsizetype>(path.size())));
+    const QByteArrayView path = lookedUp(item);
+    return m_paths.contains(QByteArray::fromRawData(path.data(), path.size()));
 }
 
 bool Selection::contains(const Location &location) const
@@ -37,7 +48,7 @@ bool Selection::contains(const Location &location) const
 
 void Selection::insert(const FileItem &item)
 {
-    m_paths.insert(keyOf(item.path()));
+    m_paths.insert(lookedUp(item).toByteArray());
 }
 
 void Selection::insert(const Location &location)
