@@ -54,13 +54,22 @@ void SearchField::setPane(BrowserModel *pane)
 void SearchField::showState()
 {
     const QString title = m_pane ? m_folders.title(m_pane->current.get()) : QString();
-    setPlaceholderText(m_pane ? QStringLiteral("In „%1“ suchen").arg(title) : QStringLiteral("Suchen"));
+    const bool searchable = m_pane && isEnabled();
+    setPlaceholderText(searchable ? QStringLiteral("In „%1“ suchen").arg(title) : QStringLiteral("Suchen"));
     setAccessibleName(placeholderText());
     const bool running = m_pane && m_pane->searchRunning.get();
     m_symbol->setIcon(Symbols::icon(running ? QStringLiteral("loader-circle") : QStringLiteral("search"),
                                     running ? Token::Accent : Token::Secondary));
     m_symbol->setToolTip(running ? QStringLiteral("Die Suche läuft …") : QString());
     m_clear->setVisible(!text().isEmpty());
+}
+
+/// A page stands in place of the folder: there is nothing to search.
+void SearchField::changeEvent(QEvent *event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
+        showState();
 }
 
 void SearchField::keyPressEvent(QKeyEvent *event)
