@@ -2,6 +2,7 @@
 
 #include "Disk/Descriptor.h"
 
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 
 #include <algorithm>
@@ -19,11 +20,14 @@ namespace {
 constexpr std::int64_t pieceSize = 1'048'576;
 
 /// The algorithm, looked up once: for a small file the look-up would take longer than the digest.
+/// The library is not cleaned up at the end of the program, nor is this: a worker may still be at a digest then.
 const EVP_MD *algorithm()
 {
-    static const std::unique_ptr<EVP_MD, decltype(&EVP_MD_free)> sha256(EVP_MD_fetch(nullptr, "SHA256", nullptr),
-                                                                        &EVP_MD_free);
-    return sha256.get();
+    static const EVP_MD *const sha256 = [] {
+        OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
+        return EVP_MD_fetch(nullptr, "SHA256", nullptr);
+    }();
+    return sha256;
 }
 
 /// Opens a regular file and nothing else. It is looked at before it is opened, since merely opening a pipe or device may
