@@ -62,7 +62,7 @@ Result<void> Undoer::planBatch(std::size_t first)
     std::vector<PlannedStep> plans;
     for (std::size_t n = first; n < std::min(first + m_batch, m_run.steps.size()); ++n)
         plans.push_back(planOf(n));
-    TRY(m_journal.plan(plans));
+    std::ignore = TRY(m_journal.plan(plans));
     m_batch = std::min(4 * m_batch, largestBatch);
     for (const PlannedStep &plan : plans)
         m_known.push_back({.plan = plan, .temporary = {}, .copied = {}, .done = {}});
