@@ -3,6 +3,7 @@
 #include "Agent/AgentJson.h"
 #include "App/AgentOperation.h"
 #include "App/ProposalListing.h"
+#include "Base/German.h"
 
 #include <QRegularExpression>
 
@@ -103,9 +104,9 @@ ExitCode ProposingCommand::report(const ExecutionOutcome &outcome) const
     if (!m_context.json()) {
         for (const FailedProposal &failed : outcome.failures)
             m_context.terminal.message(printable(failed.text()));
-        QString line = QStringLiteral("%1 erledigt").arg(outcome.done.size());
+        QString line = QStringLiteral("%1 erledigt").arg(german().toString(qulonglong(outcome.done.size())));
         if (!outcome.failures.empty())
-            line += QStringLiteral(" · %1 fehlgeschlagen").arg(outcome.failures.size());
+            line += QStringLiteral(" · %1 fehlgeschlagen").arg(german().toString(qulonglong(outcome.failures.size())));
         m_context.terminal.print(line + u'.');
         if (outcome.run)
             m_context.terminal.print(QStringLiteral("Zurücknehmen: brellin rueckgaengig"));
