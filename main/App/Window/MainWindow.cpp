@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace brellin {
@@ -74,10 +75,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     m_tabs->setCurrent(std::clamp(from.current, 0, m_tabPages->count() - 1));
     m_tabPages->setCurrentIndex(m_tabs->current());
 
-    if (from.frame.size() == 4)
-        setGeometry(from.frame[0], from.frame[1], from.frame[2], from.frame[3]);
-    else
-        resize(scaled(1280), scaled(800));
+    placeAt(from.frame);
     if (from.maximised)
         setWindowState(Qt::WindowMaximized);
     qApp->installEventFilter(this);
@@ -171,6 +169,19 @@ QWidget *MainWindow::buildPanes()
     if (m_services.defaults().value(showPreviewKey).value_or(true).toBool())
         showPreview(true);
     return whole;
+}
+
+/// The screens may be others than last time.
+void MainWindow::placeAt(const std::vector<int> &frame)
+{
+    if (frame.size() != 4) {
+        resize(QSize(scaled(1280), scaled(800))
+                   .boundedTo(fittingFrame(screen()->geometry(), screen()->availableGeometry()).size()));
+        return;
+    }
+    const QRect wanted(frame[0], frame[1], frame[2], frame[3]);
+    const QScreen *const there = QGuiApplication::screenAt(wanted.center());
+    setGeometry(fittingFrame(wanted, (there ? there : screen())->availableGeometry()));
 }
 
 TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Location> &second)

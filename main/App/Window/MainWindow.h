@@ -69,6 +69,7 @@ private:
     /// Files are being transferred, or the agent is at work.
     bool isBusy() const;
     void askToClose();
+    void placeAt(const std::vector<int> &frame);
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
     void closeTab(int tab);
     void runPaneCommand(CommandId id);

@@ -3,6 +3,8 @@
 #include "Base/Json.h"
 #include "System/StoredList.h"
 
+#include <algorithm>
+
 namespace brellin {
 
 template <>
@@ -27,6 +29,18 @@ namespace {
 const QString key = QStringLiteral("windows");
 
 } // namespace
+
+QRect fittingFrame(const QRect &wanted, const QRect &room)
+{
+    // What a window manager puts around a window is not known before it is shown.
+    constexpr int titleBar = 40;
+    constexpr int edge = 2;
+    const QRect inner = room.adjusted(edge, titleBar, -edge, -edge);
+    const QSize size = wanted.size().boundedTo(inner.size());
+    return {QPoint(std::clamp(wanted.x(), inner.left(), inner.right() + 1 - size.width()),
+                   std::clamp(wanted.y(), inner.top(), inner.bottom() + 1 - size.height())),
+            size};
+}
 
 std::vector<StoredWindow> storedWindows(const UserDefaults &defaults)
 {

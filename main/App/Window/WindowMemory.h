@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 
+#include <QRect>
 #include <QString>
 #include <QUuid>
 
@@ -34,6 +35,9 @@ struct StoredWindow {
 
     bool operator==(const StoredWindow &) const = default;
 };
+
+/// The frame of a window that is to open at `wanted`, on a screen with room at `room`: whole on it, its title bar too.
+QRect fittingFrame(const QRect &wanted, const QRect &room);
 
 /// The windows of the last session, the user default "windows". What does not decode counts as none.
 std::vector<StoredWindow> storedWindows(const UserDefaults &defaults);

@@ -215,6 +215,20 @@ TEST_F(WindowWorld, windowsComeBackAtTheNextStart)
     EXPECT_TRUE(storedWindows(services->settings()).empty());
 }
 
+TEST(WindowMemory, aFrameFitsTheScreenThatIsThere)
+{
+    const QRect room(0, 0, 1280, 800);
+    const QRect usual(100, 100, 900, 600);
+    EXPECT_EQ(fittingFrame(usual, room), usual);
+    for (const QRect &wanted : {QRect(0, 0, 1280, 800), QRect(-3000, 400, 900, 600), QRect(2600, 1500, 900, 600),
+                                QRect(0, 0, 5000, 4000), QRect(10, -20, 300, 200)}) {
+        const QRect frame = fittingFrame(wanted, room);
+        EXPECT_TRUE(room.contains(frame)) << wanted.x();
+        EXPECT_GT(frame.y(), 0) << "there is room for a title";
+        EXPECT_EQ(frame.size(), wanted.size().boundedTo(frame.size()));
+    }
+}
+
 TEST_F(WindowWorld, followsWhatHappensOutsideAndSaysWhenTheFolderIsGone)
 {
     file("a.txt");

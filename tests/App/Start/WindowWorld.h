@@ -37,8 +37,8 @@ protected:
     {
         StoredWindow from;
         from.tabs.push_back({QUuid::createUuid(), folder, std::nullopt});
-        from.frame = {0, 0, 1200, 700};
         window = new MainWindow(composition->forWindows(), from);
+        window->resize(1200, 700); // the screen that is none is smaller
         window->show();
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window));
