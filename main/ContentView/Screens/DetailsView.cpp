@@ -1,6 +1,7 @@
 #include "ContentView/Screens/DetailsView.h"
 
 #include "ContentView/Screens/DetailsHeader.h"
+#include "ContentView/Screens/FileDrop.h"
 #include "Look/Theme.h"
 
 #include <QApplication>
@@ -289,6 +290,13 @@ void DetailsView::paintEvent(QPaintEvent *event)
     painter.setPen(color(Token::Accent));
     painter.setBrush(faded(Token::Accent, 0.12));
     painter.drawRect(QRect(from, m_bandTo).normalized().adjusted(0, 0, -1, -1));
+}
+
+void DetailsView::startDrag(Qt::DropActions actions)
+{
+    const auto count = static_cast<qsizetype>(m_pane.selection.get().size());
+    if (currentIndex().isValid())
+        dragSelection(*this, actions, m_delegate->dragPicture(currentIndex().row(), count, devicePixelRatioF()));
 }
 
 } // namespace brellin

@@ -20,6 +20,7 @@ public:
     Q_SIGNAL void middleClicked(const QModelIndex &index);
 
 protected:
+    void startDrag(Qt::DropActions actions) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;

@@ -1,5 +1,6 @@
 #include "ContentView/Screens/IconsView.h"
 
+#include "ContentView/Screens/FileDrop.h"
 #include "ContentView/Screens/RowDelegate.h"
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
@@ -206,6 +207,13 @@ void IconsView::wheelEvent(QWheelEvent *event)
     }
     m_pane.zoomIcons(event->angleDelta().y() > 0 ? 16 : -16);
     event->accept();
+}
+
+void IconsView::startDrag(Qt::DropActions actions)
+{
+    const auto count = static_cast<qsizetype>(m_pane.selection.get().size());
+    if (currentIndex().isValid())
+        dragSelection(*this, actions, m_delegate->dragPicture(currentIndex().row(), count, devicePixelRatioF()));
 }
 
 } // namespace brellin

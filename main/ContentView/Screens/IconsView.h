@@ -37,6 +37,7 @@ public:
     Q_SIGNAL void middleClicked(const QModelIndex &index);
 
 protected:
+    void startDrag(Qt::DropActions actions) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent *event) override;

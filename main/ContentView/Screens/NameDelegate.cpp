@@ -1,6 +1,10 @@
 #include "ContentView/Screens/NameDelegate.h"
 
+#include "Base/German.h"
+#include "Look/Theme.h"
+
 #include <QLineEdit>
+#include <QPainter>
 
 namespace brellin {
 
@@ -33,6 +37,42 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
         return;
     editor->setProperty("filled", true);
     QStyledItemDelegate::setEditorData(editor, index);
+}
+
+QPixmap NameDelegate::dragPicture(int row, qsizetype count, double pixelsPerPoint) const
+{
+    const FileItem &item = m_rows.item(row);
+    const QFont font = sizedFont(1);
+    const QFontMetrics metrics(font);
+    const QString name = metrics.elidedText(item.name(), Qt::ElideMiddle, scaled(220));
+    const QString number = count > 1 ? german().toString(static_cast<qlonglong>(count)) : QString();
+    const int high = scaled(32);
+    const int gap = scaled(8);
+    const int icon = scaled(20);
+    const int badge = number.isEmpty() ? 0 : metrics.horizontalAdvance(number) + 2 * gap;
+    const int wide = gap + icon + gap + metrics.horizontalAdvance(name) + gap + (badge > 0 ? badge + gap / 2 : 0);
+
+    QPixmap picture(QSize(wide, high) * pixelsPerPoint);
+    picture.setDevicePixelRatio(pixelsPerPoint);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color(Token::Line));
+    painter.setBrush(color(Token::Card));
+    painter.drawRoundedRect(QRectF(0.5, 0.5, wide - 1, high - 1), 8, 8);
+    m_pictures.paintSymbol(painter, QRectF(gap, (high - icon) / 2.0, icon, icon), item);
+    painter.setFont(font);
+    painter.setPen(color(Token::Text));
+    painter.drawText(QRect(gap + icon + gap, 0, wide, high), Qt::AlignVCenter | Qt::AlignLeft, name);
+    if (badge > 0) {
+        const QRectF place(wide - badge - gap / 2.0, high / 2.0 - scaled(10), badge, scaled(20));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color(Token::Accent));
+        painter.drawRoundedRect(place, place.height() / 2, place.height() / 2);
+        painter.setPen(color(Token::OnAccent));
+        painter.drawText(place, Qt::AlignCenter, number);
+    }
+    return picture;
 }
 
 } // namespace brellin

@@ -23,6 +23,9 @@ public:
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
 
+    /// What the pointer carries in a drag that begins at this row: the entry and its name, of several their number too.
+    QPixmap dragPicture(int row, qsizetype count, double pixelsPerPoint) const;
+
     Q_SIGNAL void renameEnded() const;
 
 protected:
