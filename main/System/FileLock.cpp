@@ -3,6 +3,7 @@
 #include <QByteArray>
 
 #include <array>
+#include <thread>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -64,27 +65,29 @@ FileLock &FileLock::operator=(FileLock &&other) noexcept
     return *this;
 }
 
-Result<FileLock> FileLock::open(const Location &file, int operation)
+Result<FileLock> FileLock::tryNow(const Location &file)
 {
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor < 0)
         return failure(Failure::lastSystem());
     FileLock lock(descriptor);
-    while (::flock(descriptor, operation) != 0) {
+    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EINTR)
             return failure(Failure::lastSystem());
     }
     return lock;
 }
 
-Result<FileLock> FileLock::wait(const Location &file)
+Result<FileLock> FileLock::wait(const Location &file, std::chrono::milliseconds patience)
 {
-    return open(file, LOCK_EX);
-}
-
-Result<FileLock> FileLock::tryNow(const Location &file)
-{
-    return open(file, LOCK_EX | LOCK_NB);
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        Result<FileLock> lock = tryNow(file);
+        const bool taken = !lock && lock.error().is(std::errc::resource_unavailable_try_again);
+        if (!taken || std::chrono::steady_clock::now() >= end)
+            return lock;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 void FileLock::release()

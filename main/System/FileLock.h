@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 
+#include <chrono>
 #include <utility>
 
 namespace brellin {
@@ -18,8 +19,8 @@ public:
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    /// Waits until the lock can be had.
-    static Result<FileLock> wait(const Location &file);
+    /// Waits until the lock can be had, and no longer than that: whoever holds it may have been stopped.
+    static Result<FileLock> wait(const Location &file, std::chrono::milliseconds patience);
     /// At once: `errc::resource_unavailable_try_again` while somebody else holds it.
     static Result<FileLock> tryNow(const Location &file);
 
@@ -30,8 +31,6 @@ public:
 
 private:
     explicit FileLock(int descriptor) : m_descriptor(descriptor) {}
-    static Result<FileLock> open(const Location &file, int operation);
-
     int m_descriptor = -1;
 };
 

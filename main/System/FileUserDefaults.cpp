@@ -1,7 +1,5 @@
 #include "System/FileUserDefaults.h"
 
-#include "System/FileLock.h"
-
 #include <QDateTime>
 #include <QJsonDocument>
 
@@ -40,6 +38,18 @@ Location FileUserDefaults::valuesFile() const
     return m_folder / "settings.json";
 }
 
+/// Another program holds it for as long as it writes a file.
+Result<FileLock> FileUserDefaults::lockAgainstOthers() const
+{
+    constexpr std::chrono::seconds patience{5};
+    Result<FileLock> lock = FileLock::wait(m_folder / "settings.lock", patience);
+    if (!lock && lock.error().is(std::errc::resource_unavailable_try_again))
+        return failure(
+            Failure{QStringLiteral("Die Einstellungen sind gesperrt: Ein anderes Programmfenster antwortet nicht."),
+                    lock.error().code});
+    return lock;
+}
+
 Result<QJsonObject> FileUserDefaults::readValues() const
 {
     const Result<QByteArray> content = readWhole(valuesFile());
@@ -65,7 +75,7 @@ Result<void> FileUserDefaults::setValue(const QString &key, const QVariant &valu
 {
     const std::scoped_lock lock(m_mutex);
     TRY(createPrivateFolders(m_folder));
-    const FileLock other = TRY(FileLock::wait(m_folder / "settings.lock"));
+    const FileLock other = TRY(lockAgainstOthers());
     Result<QJsonObject> values = readValues();
     if (!values && values.error().code)
         return failure(values.error()); // there, and not readable: overwriting it would lose every setting
@@ -102,7 +112,7 @@ FileUserDefaults::update(const QString &key,
 {
     const std::scoped_lock lock(m_mutex);
     TRY(createPrivateFolders(m_folder));
-    const FileLock other = TRY(FileLock::wait(m_folder / "settings.lock"));
+    const FileLock other = TRY(lockAgainstOthers());
     const Location file = jsonFile(key);
     const Result<QByteArray> old = readWhole(file);
     // A file that is there and cannot be read is not an empty one: overwriting it could lose a history.

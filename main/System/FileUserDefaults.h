@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Location.h"
+#include "System/FileLock.h"
 #include "System/UserDefaults.h"
 
 #include <QJsonObject>
@@ -29,6 +30,7 @@ public:
 private:
     Location jsonFile(const QString &key) const;
     Location valuesFile() const;
+    Result<FileLock> lockAgainstOthers() const;
     Result<QJsonObject> readValues() const;
     Result<void> keepAside(const QString &key, const QByteArray &content) const;
 

@@ -176,9 +176,12 @@ TEST(FileLockTest, IsHeldByOneAndGivenBackByTheDead)
     EXPECT_TRUE(refused.error().is(std::errc::resource_unavailable_try_again));
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-    auto mine = FileLock::wait(file);
+    auto mine = FileLock::wait(file, std::chrono::seconds(20));
     ASSERT_TRUE(mine);
     EXPECT_FALSE(FileLock::tryNow(file)) << "one object at a time, in one program as well";
+    const auto late = FileLock::wait(file, std::chrono::milliseconds(20));
+    ASSERT_FALSE(late);
+    EXPECT_TRUE(late.error().is(std::errc::resource_unavailable_try_again));
     mine->release();
     EXPECT_TRUE(FileLock::tryNow(file));
     ::close(ready[0]);

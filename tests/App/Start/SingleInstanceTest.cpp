@@ -97,7 +97,8 @@ TEST_F(SingleInstanceTest, startsAloneBesideOneThatHangsAndLeavesTheRestToItLate
     ASSERT_TRUE(tabsBecome({"eins"}));
     {
         // Not in the middle of a change of the settings, which would hold up everybody.
-        const Result<FileLock> settings = FileLock::wait(tree.path("config/brellin/settings.lock"));
+        const Result<FileLock> settings =
+            FileLock::wait(tree.path("config/brellin/settings.lock"), std::chrono::seconds(20));
         ASSERT_TRUE(settings);
         ::kill(static_cast<pid_t>(first->processId()), SIGSTOP);
     }
