@@ -29,7 +29,7 @@ constexpr const char *pdfText = "pdf-text";
 /// What the archive that is its input holds, in the messages of ArchiveStream.h; never asked of a lasting process.
 constexpr const char *archiveNames = "inhalt";
 constexpr const char *archiveContents = "entpacken"; ///< the same with what is in the files
-constexpr const char *worker = "arbeiter"; ///< answers requests from its input until that ends
+constexpr const char *worker = "arbeiter";           ///< answers requests from its input until that ends
 } // namespace decoderWords
 
 /// How a decoder ends that was called for one answer.

@@ -54,13 +54,12 @@ void DesktopSettings::ask()
         QDBusMessage read = QDBusMessage::createMethodCall(service, object, settings, QStringLiteral("Read"));
         read << space << key;
         auto *const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this,
-                [this, space, key](QDBusPendingCallWatcher *done) {
-                    done->deleteLater();
-                    const QDBusPendingReply<QDBusVariant> reply = *done;
-                    if (!reply.isError())
-                        take(space, key, unwrapped(reply.value().variant()));
-                });
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, space, key](QDBusPendingCallWatcher *done) {
+            done->deleteLater();
+            const QDBusPendingReply<QDBusVariant> reply = *done;
+            if (!reply.isError())
+                take(space, key, unwrapped(reply.value().variant()));
+        });
     }
 }
 
