@@ -30,7 +30,7 @@ template <class T>
 T plain(const UserDefaults &defaults, const QString &key, T fallback)
 {
     const std::optional<QVariant> value = defaults.value(key);
-    return value && value->canConvert<T>() ? value->value<T>() : fallback;
+    return value && value->canConvert<T>() ? value->value<T>() : std::move(fallback);
 }
 
 std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders)
@@ -96,7 +96,7 @@ void CleanupAgent::upgradeRules()
                                      : exampleRules(m_services.folders));
         });
     publish(rules, storedList<CleanupRule>(m_services.defaults, rulesKey).value_or(rules.get()));
-    const auto folders = [this](std::optional<std::vector<Location>> old) {
+    const auto folders = [this](const std::optional<std::vector<Location>> &old) {
         return std::optional(old.value_or(defaultDuplicateFolders(m_services.folders)));
     };
     if (stored && updateList<Location>(m_services.defaults, duplicateFoldersKey, folders))

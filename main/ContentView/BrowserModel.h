@@ -42,7 +42,6 @@ struct BrowserServices {
     FolderColors &colors;
     const TagSearch &tagSearch;
     /// Whether an entry may be made or renamed at this place: not in the system's own. Called on workers; empty: everywhere.
-    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<bool(const Location &entry)> mayChange = {};
     /// Searches below a folder. Called on workers.
     std::function<FolderSearchResult(SearchMatches &, const Location &folder, const QString &query, HiddenEntries,
@@ -239,9 +238,9 @@ private:
     FileCall<bool> m_check; ///< whether there is a folder to go to
     FileCall<Change> m_change;
     std::function<void(const Location &, const Location &)> m_ownChange;
-    QString m_searched;                             ///< what the search that is shown, or under way, is for
-    std::shared_ptr<SearchMatches> m_matches;       ///< of the search under way
-    std::optional<std::size_t> m_matchesShown = {}; ///< so many of them
+    QString m_searched;                        ///< what the search that is shown, or under way, is for
+    std::shared_ptr<SearchMatches> m_matches;  ///< of the search under way
+    std::optional<std::size_t> m_matchesShown; ///< so many of them
     QTimer m_searchSoon;
     QTimer m_sampleMatches;
     QTimer m_displaySoon;

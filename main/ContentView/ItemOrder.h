@@ -58,9 +58,7 @@ private:
 /// What the display of a list depends on.
 struct DisplayOptions {
     SortOrder order{SortComparator{}};
-    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     ItemFilter filter = {};
-    // NOLINTNEXTLINE(readability-redundant-member-init)
     KnownFolderSize folderSize = {}; ///< counts where the order begins with the size
 };
 

@@ -19,9 +19,9 @@ namespace brellin::FileTags {
 
 /// One tag of the palette.
 struct PaletteTag {
-    QStringView name;    ///< "Rot"
-    QStringView english; ///< "Red"
-    std::uint32_t color; ///< 0xRRGGBB
+    QStringView name;        ///< "Rot"
+    QStringView english;     ///< "Red"
+    std::uint32_t color = 0; ///< 0xRRGGBB
 };
 
 inline constexpr std::array<PaletteTag, 7> all{{{u"Rot", u"Red", 0xF2554D},

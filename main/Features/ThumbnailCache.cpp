@@ -115,7 +115,7 @@ std::optional<ThumbnailCache::Found> ThumbnailCache::find(const Location &file, 
     for (const Kind &kind : kinds) {
         if (kind.side < keptSide(side))
             continue;
-        const Location png = place(kind.folder, file);
+        Location png = place(kind.folder, file);
         const PngTexts texts = pngTexts(png);
         if (isAbout(texts, file, modified))
             return Found{png, texts.value(softwareText) == Edition::name().toUtf8()};
@@ -134,7 +134,7 @@ std::optional<Location> ThumbnailCache::store(const Location &file, Instant modi
     for (const Kind &kind : kinds) {
         if (kind.side != keptSide(side))
             continue;
-        const Location png = place(kind.folder, file);
+        Location png = place(kind.folder, file);
         if (replace(png, pngOf(picture, textsFor(file, modified))))
             return png;
     }

@@ -25,7 +25,6 @@ struct BatchRenameServices {
     Location renameLogs;
     UserUndo &undo;
     /// Whether an entry may be renamed; callable from every thread. Without it, every one may.
-    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<bool(const Location &entry)> mayChange = {};
 };
 

@@ -108,6 +108,7 @@ void addTags(EntryFacts &facts, const std::vector<Entry> &entries)
 {
     facts.taggable = std::ranges::none_of(entries, [](const Entry &one) { return one.attributes.isLink(); });
     std::vector<QStringList> each;
+    each.reserve(entries.size());
     for (const Entry &entry : entries)
         each.push_back(entry.attributes.isLink() ? QStringList() : FileTags::tags(entry.location));
     QStringList seen;

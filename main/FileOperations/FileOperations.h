@@ -31,7 +31,6 @@ struct FileOperationServices {
     UserUndo &undo;
     Location archiveReader; ///< the program that reads archives, "…/brellin-bild"
     /// Whether an entry may be changed, or one of this name be made; callable from every thread. Without it, everything may.
-    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<bool(const Location &entry)> mayChange = {};
 };
 

@@ -22,7 +22,6 @@ struct UserAction {
         Location to;
         FileState state; ///< of the entry at `to`
         /// Where the entry that it replaced lies in the Trash.
-        // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
         std::optional<Location> replaced = {};
 
         bool operator==(const Entry &) const = default;

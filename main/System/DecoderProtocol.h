@@ -62,7 +62,7 @@ Result<QByteArray> answerFrom(const QByteArray &bytes);
 /// A message on the wire is its length in four bytes, the lowest first, and then the message.
 QByteArray lengthInFront(qsizetype length);
 qsizetype lengthFrom(const char *fourBytes);
-constexpr qsizetype longestRequest = 64 * 1024;
+constexpr qsizetype longestRequest = qsizetype(64) * 1024;
 constexpr qsizetype longestAnswer = qsizetype(mostPictureSide) * mostPictureSide * 4 + 1024;
 
 /// What a lasting decoder says as soon as it is ready.

@@ -25,10 +25,8 @@ struct ProcessRequest {
     /// For a program that asks: called on the running thread with all it has put out whenever there is more and it has fallen
     /// silent. Gives what it is to read (an empty text, if it asked nothing), or nothing to end it, which counts as a cancel.
     /// May wait for a person; that time does not count. Takes the place of `input`.
-    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::function<std::optional<QByteArray>(const QByteArray &output)> reply = {};
     /// Called on the running thread now and then with how many bytes the program has read, where the system tells.
-    // NOLINTNEXTLINE(readability-redundant-member-init)
     std::function<void(std::int64_t bytes)> hasRead = {};
 };
 

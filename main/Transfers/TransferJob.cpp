@@ -24,8 +24,8 @@ TransferJob::TransferJob(Start start)
     , count(start.count)
     , state(std::make_shared<TransferState>())
 {
-    QObject::connect(&timer, &QTimer::timeout, this, [this] { refresh(); });
-    timer.start(refreshing);
+    QObject::connect(&m_timer, &QTimer::timeout, this, [this] { refresh(); });
+    m_timer.start(refreshing);
     publish(detailText, detail());
 }
 

@@ -65,7 +65,7 @@ private:
     using Clock = std::chrono::steady_clock;
     struct Sample {
         Clock::time_point when;
-        std::int64_t bytes;
+        std::int64_t bytes = 0;
     };
 
     /// It is known what there is to do, …
@@ -78,7 +78,7 @@ private:
     std::chrono::milliseconds m_activeBefore{}; ///< working time up to the last pause
     std::optional<Clock::time_point> m_activeSince;
     std::deque<Sample> m_samples;
-    QTimer timer;
+    QTimer m_timer;
 };
 
 } // namespace brellin

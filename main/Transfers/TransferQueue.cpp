@@ -16,6 +16,7 @@ std::optional<QString> FinishedTransfer::errorMessage() const
 std::vector<Location> FinishedTransfer::arrived() const
 {
     std::vector<Location> places;
+    places.reserve(outcome.done.size());
     for (const TransferredEntry &entry : outcome.done)
         places.push_back(entry.dst);
     return places;
@@ -74,6 +75,7 @@ void TransferQueue::cancelAll()
 {
     m_waiting.clear();
     std::vector<QUuid> all;
+    all.reserve(m_transfers.size());
     for (const auto &one : m_transfers)
         all.push_back(one->id());
     for (const QUuid &id : all)
@@ -113,6 +115,7 @@ std::vector<WaitingTransfer> TransferQueue::waitingNow() const
 std::vector<std::shared_ptr<TransferJob>> TransferQueue::jobsNow() const
 {
     std::vector<std::shared_ptr<TransferJob>> all;
+    all.reserve(m_transfers.size());
     for (const auto &one : m_transfers)
         all.push_back(one->job());
     return all;

@@ -47,14 +47,14 @@ SidebarItem itemOf(const SidebarChoice &choice, const KnownFolders &folders)
 
 MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     : m_services(services)
+    , m_address(new AddressBar(services.folders(), services.panes.workers, services.panes.volumes, this))
+    , m_search(new SearchField(services.folders(), this))
     , m_previewWidth(from.previewWidth)
 {
     setObjectName(QStringLiteral("mainWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setMinimumSize(scaled(640), scaled(420));
+    setMinimumSize(scaled(880), scaled(520));
     buildActions();
-    m_address = new AddressBar(services.folders(), services.panes.workers, services.panes.volumes, this);
-    m_search = new SearchField(services.folders(), this);
     m_toolbar = new Toolbar(m_actions, m_address, m_search, this);
     connect(m_toolbar, &Toolbar::menuRequested, this, &MainWindow::showAllCommands);
     connect(m_address, &AddressBar::pageStepClicked, this, [this](int step) { goToPageStep(step); });

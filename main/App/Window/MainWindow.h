@@ -71,7 +71,7 @@ private:
     void askToClose();
     void placeAt(const std::vector<int> &frame);
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
-    void closeTab(int tab);
+    void closeTab(int index);
     void runPaneCommand(CommandId id);
 
     TabPage *tab() const;

@@ -22,7 +22,7 @@ public:
     const FileItem &item(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
     const DisplayedItems &shown() const { return m_shown; }
     /// The row of an entry, -1 where it is not shown.
-    int rowOf(const FileItem &item) const;
+    int rowOf(const FileItem &wanted) const;
     int rowOf(const Location &entry) const;
     /// The text of the size column and whether it may be out of date.
     QString sizeTextOf(const FileItem &item) const;

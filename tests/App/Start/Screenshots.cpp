@@ -37,8 +37,8 @@ public:
         from.tabs = {
             {QUuid::createUuid(), m_downloads, std::nullopt},
             {QUuid::createUuid(), services.folders().dir(StandardFolder::Documents) / "Rechnungen", std::nullopt}};
-        from.frame = {0, 0, 1280, 800};
         m_window = std::make_unique<MainWindow>(m_composition.forWindows(), from);
+        m_window->resize(1280, 800); // the screen that is none is smaller
         m_window->setAttribute(Qt::WA_DeleteOnClose, false);
         m_window->show();
         m_window->activateWindow();
