@@ -15,7 +15,7 @@ Result<FileLock> StateFolder::lockAgent() const
 
 Result<Location> StateFolder::journals() const
 {
-    const Location folder = m_folder / "journal";
+    Location folder = m_folder / "journal";
     TRY(createPrivateFolders(folder));
     return folder;
 }

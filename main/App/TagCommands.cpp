@@ -89,7 +89,7 @@ ExitCode runTaggedCommand(CommandContext &context)
     const Location scope = folders.empty() ? context.services.folders().home : standardised(folders.front());
     const QString tag = QString::fromStdString(words.front());
     using Found = Result<std::vector<Location>>;
-    const Found found = workWithProgress<Found>(
+    const auto found = workWithProgress<Found>(
         context.terminal, [&](JobControl &control) { return context.services.tagSearch().find(tag, scope, control); },
         [&](const JobControl &) { return QStringLiteral("Suche „%1“ …").arg(tag); });
     if (!found && found.error().isCancelled())

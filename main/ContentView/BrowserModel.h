@@ -214,8 +214,8 @@ private:
     void found(const FolderSearchResult &result);
 
     void change(const Location &where, std::function<Change(const JobControl &)> work);
-    void changed(const Change &change);
-    void showChanged(const Change &change);
+    void changed(const Change &made);
+    void showChanged(const Change &made);
     void renameCreated();
 
     BrowserServices m_services;

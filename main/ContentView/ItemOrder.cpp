@@ -5,6 +5,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <ranges>
 
 namespace brellin {
 
@@ -140,8 +141,8 @@ DisplayedItems displayed(const FileItems &items, const DisplayOptions &options)
 {
     std::vector<std::uint32_t> rows = shownRows(items, options.filter);
     // The last comparator first: each stable sort keeps what the ones before it decided.
-    for (auto comparator = options.order.rbegin(); comparator != options.order.rend(); ++comparator)
-        sortBy(rows, columnOf(items, comparator->key), comparator->direction);
+    for (const auto &comparator : std::views::reverse(options.order))
+        sortBy(rows, columnOf(items, comparator.key), comparator.direction);
     if (sortsBySize(options.order))
         sortBy(rows, knownSizes(items, options.folderSize), options.order.front().direction);
     std::ranges::stable_partition(rows, [&items](std::uint32_t row) { return items[row].isFolder; });

@@ -127,17 +127,18 @@ private:
     void giveUpAfter(MountWorkers &workers, const Location &where, std::function<void()> notAnswering)
     {
         const std::weak_ptr<Link> waiting = m_link;
-        QTimer::singleShot(workers.timeOut(), m_receiver.get(), [=, this, &workers] {
-            const std::shared_ptr<Link> link = waiting.lock();
-            if (!link || !link->leave())
-                return;
-            workers.giveUp(where);
-            link->control.cancel();
-            const std::function<void()> tell = notAnswering;
-            m_link.reset();
-            release();
-            tell();
-        });
+        QTimer::singleShot(workers.timeOut(), m_receiver.get(),
+                           [this, waiting, where, &workers, notAnswering = std::move(notAnswering)] {
+                               const std::shared_ptr<Link> link = waiting.lock();
+                               if (!link || !link->leave())
+                                   return;
+                               workers.giveUp(where);
+                               link->control.cancel();
+                               const std::function<void()> tell = notAnswering;
+                               m_link.reset();
+                               release();
+                               tell();
+                           });
     }
 
     /// It may be running the event that ends it. What is still on the way to it finds that it has left.

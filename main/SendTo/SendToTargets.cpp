@@ -132,9 +132,9 @@ void SendToTargets::move(const QUuid &id, int to)
         const auto target = std::ranges::find(list, id, &SendToTarget::id);
         if (target == list.end())
             return;
-        const SendToTarget moved = *target;
+        SendToTarget moved = std::move(*target);
         list.erase(target);
-        list.insert(list.begin() + std::clamp(to, 0, static_cast<int>(list.size())), moved);
+        list.insert(list.begin() + std::clamp(to, 0, static_cast<int>(list.size())), std::move(moved));
     });
 }
 

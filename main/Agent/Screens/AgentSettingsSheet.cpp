@@ -239,7 +239,7 @@ void AgentSettingsSheet::buildModel()
 
 void AgentSettingsSheet::showModel()
 {
-    ModelSettings &model = m_ports.languageModel;
+    const ModelSettings &model = m_ports.languageModel;
     const bool checking = model.checking.get();
     m_modelStatus->setText(checking && model.status.get().isEmpty() ? QStringLiteral("Wird geprüft …")
                                                                     : model.status.get());

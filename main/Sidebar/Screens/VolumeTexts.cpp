@@ -53,7 +53,7 @@ std::optional<double> usedShare(const VolumeEntry &volume)
 QString roundedSize(qint64 bytes)
 {
     struct Unit {
-        double size;
+        double size = 0;
         QStringView name;
     };
     constexpr Unit units[] = {{1e12, u"TB"}, {1e9, u"GB"}, {1e6, u"MB"}};
