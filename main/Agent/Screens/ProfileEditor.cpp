@@ -212,9 +212,9 @@ void ProfileEditor::escape()
 {
     if (edited() == m_opened)
         return discard();
-    auto *const question = new DiscardQuestion(
+    YesNoSheet *const question = makeDiscardQuestion(
         QStringLiteral("Was du am Schutz von „%1“ geändert hast, geht verloren.").arg(m_opened.name), this);
-    connect(question, &DiscardQuestion::accepted, this, &ProfileEditor::discard);
+    connect(question, &YesNoSheet::accepted, this, &ProfileEditor::discard);
     question->open();
 }
 

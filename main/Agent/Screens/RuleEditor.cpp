@@ -201,9 +201,9 @@ void RuleEditor::escape()
 {
     if (edited() == m_opened)
         return close();
-    auto *const question = new DiscardQuestion(
+    YesNoSheet *const question = makeDiscardQuestion(
         QStringLiteral("Was du an der Regel „%1“ geändert hast, geht verloren.").arg(m_opened.name), this);
-    connect(question, &DiscardQuestion::accepted, this, [this] { close(); });
+    connect(question, &YesNoSheet::accepted, this, [this] { close(); });
     question->open();
 }
 

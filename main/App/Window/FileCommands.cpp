@@ -1,10 +1,10 @@
 #include "App/Window/FileCommands.h"
 
 #include "App/Window/DesktopPasteboard.h"
-#include "App/Window/YesNoSheet.h"
 #include "Disk/OnWorker.h"
 #include "FileOperations/Screens/BatchRenameSheet.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
+#include "Look/YesNoSheet.h"
 #include "SendTo/MailAttachment.h"
 #include "Transfers/Screens/TransferPanel.h"
 
@@ -59,11 +59,7 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     services.undo.status.observe(this, [say](const QString &text) { say(text); });
     services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.redoTitle.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
-    services.undo.restored.observe(this, [this](const std::vector<Location> &) {
-        for (const auto &[id, pane] : m_panes)
-            if (pane)
-                pane->load();
-    });
+    services.undo.restored.observe(this, [this](const auto &) { loadPanes(); });
 }
 
 void FileCommands::add(BrowserModel *pane)
@@ -117,6 +113,13 @@ void FileCommands::visit(const Location &folder)
                 offerRestoring(found);
         },
         [] {});
+}
+
+void FileCommands::loadPanes()
+{
+    for (const auto &[id, pane] : m_panes)
+        if (pane)
+            pane->load();
 }
 
 QUuid FileCommands::idOf(const BrowserModel &pane) const
@@ -293,11 +296,7 @@ void FileCommands::showProperties(const std::vector<Location> &entries)
 {
     auto *const sheet =
         new PropertiesSheet(std::make_unique<EntryProperties>(entries, m_services.renaming.mayChange), m_window);
-    connect(sheet, &PropertiesSheet::tagsChanged, this, [this] {
-        for (const auto &[id, pane] : m_panes)
-            if (pane)
-                pane->load();
-    });
+    connect(sheet, &PropertiesSheet::tagsChanged, this, &FileCommands::loadPanes);
     sheet->begin();
 }
 

@@ -51,6 +51,7 @@ private:
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
     void ask(const OperationQuestion &question);
     FileOperations::Then reloading(BrowserModel &pane);
+    void loadPanes();
     QUuid idOf(const BrowserModel &pane) const;
 
     WindowServices m_services;

@@ -36,7 +36,7 @@ TEST_F(Projects, areNotTidiedBeforeTheirProfileIsConfirmed)
     find<QLineEdit>("profileGroups")->setText(QStringLiteral(" Papier, , Bilder"));
     QTest::keyClick(find("profileEditor"), Qt::Key_Escape);
     EXPECT_TRUE(agent->pendingProfile.get()) << "still asked for";
-    click("discardCancel");
+    click("cancel");
     click("profileTidy");
     click("profileSave");
     ASSERT_TRUE(settled());
@@ -66,10 +66,10 @@ TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
     click("profileEdit");
     click("profileEntryRemove");
     QTest::keyClick(find("profileEditor"), Qt::Key_Escape);
-    click("discardCancel");
+    click("cancel");
     ASSERT_TRUE(find("profileEditor")) << "goes on where it was";
     click("profileCancel");
-    click("discardAccept");
+    click("accept");
     EXPECT_FALSE(find("profileEditor"));
     EXPECT_EQ(agent->profiles.get().front().protectedEntries.size(), first.protectedEntries.size() - 1);
     const FolderProfile edited = agent->profiles.get().front();

@@ -116,7 +116,7 @@ TEST_F(Rules, areLeftAsTheyWereByACancelledEdit)
     EXPECT_FALSE(find("discardQuestion"));
     EXPECT_EQ(find<QLineEdit>("ruleName")->text(), QStringLiteral("anders")) << "Return goes on editing";
     click("ruleCancel");
-    click("discardAccept");
+    click("accept");
     EXPECT_FALSE(find("ruleEditor"));
     EXPECT_TRUE(find("ruleListSheet")) << "only the editor closes";
     EXPECT_EQ(agent->rules.get(), before);

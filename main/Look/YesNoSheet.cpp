@@ -1,4 +1,4 @@
-#include "App/Window/YesNoSheet.h"
+#include "Look/YesNoSheet.h"
 
 #include "Look/Labels.h"
 
@@ -8,13 +8,12 @@
 namespace brellin {
 
 YesNoSheet::YesNoSheet(const QString &question, const QString &explanation, const QString &accept, ButtonKind kind,
-                       QWidget *window)
+                       QWidget *window, const QString &decline)
     : SheetFrame(question, {}, {500, 0}, window)
 {
     content()->addWidget(makeBody(explanation, this));
-    content()->addStretch(1);
     // Made first, it has the keys first.
-    QPushButton *const no = makeButton(QStringLiteral("Abbrechen"), ButtonKind::Usual, QStringLiteral("cancel"), this);
+    QPushButton *const no = makeButton(decline, ButtonKind::Usual, QStringLiteral("cancel"), this);
     QPushButton *const yes = makeButton(accept, kind, QStringLiteral("accept"), this);
     buttons()->addWidget(yes);
     buttons()->addWidget(no);

@@ -5,12 +5,12 @@
 
 namespace brellin {
 
-/// A question with one thing to do and "Abbrechen", which is the default and what Esc answers.
+/// A question with one thing to do and a way out ("Abbrechen"), which has the keys and is what Esc answers.
 class YesNoSheet : public SheetFrame {
     Q_OBJECT
 public:
     YesNoSheet(const QString &question, const QString &explanation, const QString &accept, ButtonKind kind,
-               QWidget *window);
+               QWidget *window, const QString &decline = QStringLiteral("Abbrechen"));
 
     /// Exactly one of the two, before `closed`.
     Q_SIGNAL void accepted();
