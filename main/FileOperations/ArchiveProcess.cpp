@@ -1,19 +1,15 @@
 #include "FileOperations/ArchiveProcess.h"
 
+#include "System/DecoderProgram.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <csignal>
-#include <string>
 #include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-extern char **environ; // NOLINT(readability-redundant-declaration): not every system's headers declare it
 
 namespace brellin {
 
@@ -22,22 +18,6 @@ namespace {
 /// How often a waiting read looks at the cancel flag.
 constexpr int pollMilliseconds = 50;
 constexpr qsizetype readingBlock = 256 * 1024;
-
-int spawn(pid_t &pid, const std::string &program, const char *word, int input, int output)
-{
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    // What libraries say about broken files is of no use to anybody.
-    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    std::string name = program;
-    std::string argument = word;
-    const std::array<char *, 3> arguments{name.data(), argument.data(), nullptr};
-    const int error = ::posix_spawnp(&pid, program.c_str(), &actions, nullptr, arguments.data(), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    return error;
-}
 
 } // namespace
 
@@ -50,7 +30,7 @@ Result<ArchiveProcess> ArchiveProcess::start(const Location &program, const char
     Descriptor ours(ends[0]);
     const Descriptor theirs(ends[1]);
     pid_t pid = -1;
-    if (spawn(pid, program.native(), word, archive.number(), theirs.number()) != 0)
+    if (decoderProgram::start(pid, program, word, archive.number(), theirs.number()) != 0)
         return failure(QStringLiteral("Das Programm „%1“ lässt sich nicht starten.").arg(shownName(program)));
     return ArchiveProcess(pid, std::move(ours), control);
 }
@@ -73,12 +53,8 @@ ArchiveProcess::ArchiveProcess(ArchiveProcess &&other) noexcept
 
 ArchiveProcess::~ArchiveProcess()
 {
-    if (m_pid <= 0)
-        return;
-    // One that hangs in a dead network volume cannot even be killed, and is not waited for.
-    ::kill(m_pid, SIGKILL);
-    for (int waited = 0; waited < 1000 && ::waitpid(m_pid, nullptr, WNOHANG) == 0; waited += 5)
-        ::poll(nullptr, 0, 5);
+    if (m_pid > 0)
+        decoderProgram::end(m_pid);
 }
 
 Result<QByteArray> ArchiveProcess::read(qsizetype size)

@@ -1,17 +1,13 @@
 #include "System/DecoderProcess.h"
 
+#include "System/DecoderProgram.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <csignal>
-#include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-extern char **environ; // NOLINT(readability-redundant-declaration): not every system's headers declare it
 
 namespace brellin {
 
@@ -33,28 +29,12 @@ Result<std::array<int, 2>> connectedPair()
     return ends;
 }
 
-int spawn(pid_t &pid, const std::string &program, int socket)
-{
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, socket, STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, socket, STDOUT_FILENO);
-    // What libraries say about broken files is of no use to anybody.
-    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    std::string name = program;
-    std::string word = decoderWords::worker;
-    const std::array<char *, 3> arguments{name.data(), word.data(), nullptr};
-    const int error = ::posix_spawnp(&pid, program.c_str(), &actions, nullptr, arguments.data(), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    return error;
-}
-
 } // namespace
 
 Result<void> DecoderProcess::start(const Location &program, const JobControl *control)
 {
     const auto [ours, theirs] = TRY(connectedPair());
-    const int error = spawn(m_pid, program.native(), theirs);
+    const int error = decoderProgram::start(m_pid, program, decoderWords::worker, theirs, theirs);
     ::close(theirs);
     m_socket = ours;
     if (error != 0) {
@@ -146,13 +126,8 @@ void DecoderProcess::end()
     if (m_socket >= 0)
         ::close(m_socket);
     m_socket = -1;
-    if (m_pid > 0) {
-        // It writes nothing and holds nothing: there is nothing to end in order. One that hangs in a dead network volume
-        // cannot even be killed, and is not waited for.
-        ::kill(m_pid, SIGKILL);
-        for (int waited = 0; waited < 1000 && ::waitpid(m_pid, nullptr, WNOHANG) == 0; waited += 5)
-            ::poll(nullptr, 0, 5);
-    }
+    if (m_pid > 0)
+        decoderProgram::end(m_pid);
     m_pid = -1;
 }
 

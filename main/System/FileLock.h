@@ -31,6 +31,7 @@ public:
 
 private:
     explicit FileLock(int descriptor) : m_descriptor(descriptor) {}
+
     int m_descriptor = -1;
 };
 
