@@ -3,6 +3,7 @@
 #include "Agent/AgentServices.h"
 #include "Agent/StepLog.h"
 #include "Base/JobControl.h"
+#include "Disk/FreeName.h"
 
 namespace brellin {
 
@@ -13,7 +14,7 @@ public:
     Placement(const AgentServices &services, JobControl *control) : m_services(services), m_control(control) {}
 
     /// The beginning of the hidden name under which a copy grows in its destination's folder.
-    static constexpr std::string_view temporaryPrefix = ".brellin-kopie-";
+    static constexpr std::string_view temporaryPrefix = copyPrefix;
 
     /// Renames an entry to `unique(wanted)` and gives that place. `errc::cross_device_link` where only a copy can get it
     /// there.

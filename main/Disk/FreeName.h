@@ -14,6 +14,9 @@ std::string numberedName(std::string_view name, int number, std::size_t limit = 
 /// `name` cut to `limit` bytes at a character boundary of its stem; the extension stays.
 std::string fittingName(std::string_view name, std::size_t limit = 255);
 
+/// The beginning of the hidden name under which a copy grows in its destination's folder, whoever makes it.
+inline constexpr std::string_view copyPrefix = ".brellin-kopie-";
+
 /// The longest name in bytes that the volume of `folder` takes (an encrypted one may take only 143).
 std::size_t nameLimit(const Location &folder);
 

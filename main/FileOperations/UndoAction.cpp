@@ -32,7 +32,7 @@ EntryOutcome failed(const Failure &why)
 Location hiddenBeside(const Location &location)
 {
     const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces).left(8);
-    const std::string name = ".brellin-kopie-" + token.toStdString() + '-' + location.filename().native();
+    const std::string name = std::string(copyPrefix) + token.toStdString() + '-' + location.filename().native();
     return location.parent_path() / fittingName(name);
 }
 

@@ -16,7 +16,6 @@ namespace brellin {
 
 namespace {
 
-constexpr std::string_view prefix = ".brellin-kopie-";
 constexpr std::size_t idLength = 8;
 
 std::string freshId()
@@ -50,9 +49,9 @@ std::vector<Location> placesIn(const QByteArray &log)
 
 bool TransferLog::isTemporaryName(std::string_view name)
 {
-    if (!name.starts_with(prefix))
+    if (!name.starts_with(copyPrefix))
         return false;
-    name.remove_prefix(prefix.size());
+    name.remove_prefix(copyPrefix.size());
     return name.size() > idLength + 1 && name[idLength] == '-' &&
            std::ranges::all_of(name.substr(0, idLength), [](unsigned char c) { return std::isxdigit(c) != 0; });
 }
@@ -62,7 +61,7 @@ Location TransferLog::temporaryFor(const Location &dst)
     if (!m_lock.held())
         open();
     const Location folder = dst.parent_path();
-    const std::string head = std::string(prefix) + freshId() + "-";
+    const std::string head = std::string(copyPrefix) + freshId() + "-";
     const std::size_t room = nameLimit(folder) - std::min(nameLimit(folder) - 1, head.size());
     const Location place = folder / (head + fittingName(dst.filename().native(), room));
     m_noted.push_back(place);
