@@ -1,7 +1,6 @@
 #include "ContentView/Screens/DetailsView.h"
 
 #include "ContentView/Screens/DetailsHeader.h"
-#include "ContentView/Screens/FileDrop.h"
 #include "Look/Theme.h"
 
 #include <QApplication>
@@ -294,9 +293,7 @@ void DetailsView::paintEvent(QPaintEvent *event)
 
 void DetailsView::startDrag(Qt::DropActions actions)
 {
-    const auto count = static_cast<qsizetype>(m_pane.selection.get().size());
-    if (currentIndex().isValid())
-        dragSelection(*this, actions, m_delegate->dragPicture(currentIndex().row(), count, devicePixelRatioF()));
+    m_delegate->drag(*this, actions);
 }
 
 } // namespace brellin

@@ -2,8 +2,6 @@
 
 #include "FileOperations/ClipboardFiles.h"
 
-#include <QAbstractItemView>
-#include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QWidget>
@@ -36,19 +34,6 @@ std::vector<Location> draggedFiles(const QMimeData &data)
         return qstrcmp(form, clipboardForms::uriList) == 0 ? data.data(QString::fromLatin1(form)) : QByteArray();
     });
     return files ? files->entries : std::vector<Location>();
-}
-
-void dragSelection(QAbstractItemView &view, Qt::DropActions actions, const QPixmap &picture)
-{
-    QMimeData *const data = view.model()->mimeData(view.selectionModel()->selectedIndexes());
-    if (!data)
-        return;
-    auto *const drag = new QDrag(&view);
-    drag->setMimeData(data);
-    drag->setPixmap(picture);
-    // Beside the pointer, so that the folder beneath it can be read.
-    drag->setHotSpot({-12, -6});
-    drag->exec(actions, Qt::CopyAction);
 }
 
 FileDrop::FileDrop(QWidget *target, FolderAt folderAt) : QObject(target), m_folderAt(std::move(folderAt))

@@ -9,10 +9,8 @@
 #include <optional>
 #include <vector>
 
-class QAbstractItemView;
 class QDropEvent;
 class QMimeData;
-class QPixmap;
 class QWidget;
 
 namespace brellin {
@@ -32,9 +30,6 @@ DropKind dropKind(Qt::KeyboardModifiers keys, bool sameVolume);
 /// The files of a drag, in the forms of all file managers; and those that come with one, empty where it brings none.
 QMimeData *dragData(const std::vector<Location> &entries);
 std::vector<Location> draggedFiles(const QMimeData &data);
-
-/// Drags what is selected in a view, with a picture at the pointer, until it is dropped.
-void dragSelection(QAbstractItemView &view, Qt::DropActions actions, const QPixmap &picture);
 
 /// Lets files be dropped onto a widget. Where they would go is asked of `folderAt`; the pointer shows what would happen. A
 /// folder is not dropped onto itself, and nothing where it is already.

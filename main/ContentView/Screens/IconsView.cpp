@@ -1,6 +1,5 @@
 #include "ContentView/Screens/IconsView.h"
 
-#include "ContentView/Screens/FileDrop.h"
 #include "ContentView/Screens/RowDelegate.h"
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
@@ -211,9 +210,7 @@ void IconsView::wheelEvent(QWheelEvent *event)
 
 void IconsView::startDrag(Qt::DropActions actions)
 {
-    const auto count = static_cast<qsizetype>(m_pane.selection.get().size());
-    if (currentIndex().isValid())
-        dragSelection(*this, actions, m_delegate->dragPicture(currentIndex().row(), count, devicePixelRatioF()));
+    m_delegate->drag(*this, actions);
 }
 
 } // namespace brellin

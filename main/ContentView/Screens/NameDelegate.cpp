@@ -3,8 +3,13 @@
 #include "Base/German.h"
 #include "Look/Theme.h"
 
+#include <QAbstractItemView>
+#include <QDrag>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace brellin {
 
@@ -39,9 +44,24 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
     QStyledItemDelegate::setEditorData(editor, index);
 }
 
-QPixmap NameDelegate::dragPicture(int row, qsizetype count, double pixelsPerPoint) const
+void NameDelegate::drag(QAbstractItemView &view, Qt::DropActions actions) const
 {
-    const FileItem &item = m_rows.item(row);
+    const QModelIndexList selected = view.selectionModel()->selectedIndexes();
+    const QModelIndex current = view.currentIndex();
+    QMimeData *const data = current.isValid() ? view.model()->mimeData(selected) : nullptr;
+    if (!data)
+        return;
+    const auto count = std::ranges::count(selected, static_cast<int>(Column::Name), &QModelIndex::column);
+    auto *const drag = new QDrag(&view);
+    drag->setMimeData(data);
+    drag->setPixmap(dragPicture(m_rows.item(current.row()), count, view.devicePixelRatioF()));
+    // Beside the pointer, so that the folder beneath it can be read.
+    drag->setHotSpot({-12, -6});
+    drag->exec(actions, Qt::CopyAction);
+}
+
+QPixmap NameDelegate::dragPicture(const FileItem &item, qsizetype count, double pixelsPerPoint) const
+{
     const QFont font = sizedFont(1);
     const QFontMetrics metrics(font);
     const QString name = metrics.elidedText(item.name(), Qt::ElideMiddle, scaled(220));

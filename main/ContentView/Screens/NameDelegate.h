@@ -23,8 +23,9 @@ public:
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
 
-    /// What the pointer carries in a drag that begins at this row: the entry and its name, of several their number too.
-    QPixmap dragPicture(int row, qsizetype count, double pixelsPerPoint) const;
+    /// Drags what is selected in a view until it is dropped. The pointer carries the current entry and its name, of several
+    /// their number too.
+    void drag(QAbstractItemView &view, Qt::DropActions actions) const;
 
     Q_SIGNAL void renameEnded() const;
 
@@ -35,6 +36,8 @@ protected:
     int dropRow() const { return m_dropRow; }
 
 private:
+    QPixmap dragPicture(const FileItem &item, qsizetype count, double pixelsPerPoint) const;
+
     const ItemRows &m_rows;
     const EntryPictures &m_pictures;
     bool m_active = true;
