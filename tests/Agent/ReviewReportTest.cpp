@@ -1,5 +1,6 @@
 #include "Agent/ReviewReport.h"
 
+#include "Support/FakeWorkspace.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -8,29 +9,6 @@ using namespace brellin;
 using namespace brellin::test;
 
 namespace {
-
-class FakeDesktop : public Workspace {
-public:
-    bool hasApplication(const QString &) const override { return installed; }
-    Result<void> openApplication(const QString &) override
-    {
-        opened = true;
-        return {};
-    }
-    Result<void> reveal(const Location &entry) override
-    {
-        revealed = entry;
-        return {};
-    }
-    Result<void> open(const Location &) override { return {}; }
-    std::vector<Application> applicationsFor(const QString &) const override { return {}; }
-    Result<void> openWith(const std::vector<Location> &, const QString &) override { return {}; }
-    Result<void> openTerminal(const Location &) override { return {}; }
-
-    bool installed = false;
-    bool opened = false;
-    Location revealed;
-};
 
 constexpr Instant now = std::chrono::sys_days(std::chrono::year(2026) / 9 / 3) + std::chrono::hours(12);
 
@@ -77,7 +55,7 @@ TEST(ReviewReportTest, isHandedOverOrShown)
     // The next one of the same minute gets a name of its own.
     EXPECT_NE(writeReviewReport(subject, documents.root(), now)->file, report->file);
 
-    FakeDesktop desktop;
+    FakeWorkspace desktop;
     EXPECT_EQ(handOver(*report, desktop),
               QStringLiteral("Prüfbericht gespeichert (Dokumente › Brellin-Prüfungen). Anfrage liegt in der "
                              "Zwischenablage."));

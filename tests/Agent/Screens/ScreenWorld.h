@@ -4,6 +4,7 @@
 #include "Look/Theme.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
+#include "Support/FakeWorkspace.h"
 #include "Support/WaitUntil.h"
 
 #include <QAbstractButton>
@@ -17,22 +18,10 @@ namespace brellin::test {
 /// The agent's view in a window over a small account; driven by clicks and keys through object names.
 class ScreenWorld : public ::testing::Test, protected AgentWorld {
 protected:
-    class Desktop : public Workspace, public Pasteboard {
+    class Desktop : public FakeWorkspace, public Pasteboard {
     public:
-        bool hasApplication(const QString &) const override { return false; }
-        Result<void> openApplication(const QString &) override { return {}; }
-        Result<void> reveal(const Location &entry) override
-        {
-            revealed = entry;
-            return {};
-        }
-        Result<void> open(const Location &) override { return {}; }
-        std::vector<Application> applicationsFor(const QString &) const override { return {}; }
-        Result<void> openWith(const std::vector<Location> &, const QString &) override { return {}; }
-        Result<void> openTerminal(const Location &) override { return {}; }
         void setText(const QString &text) override { copied = text; }
 
-        Location revealed;
         QString copied;
     };
 
