@@ -55,6 +55,14 @@ int shadowReach()
     return reach;
 }
 
+void paintBox(QPainter &painter, const QRect &place, Token ground)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color(Token::Line));
+    painter.setBrush(color(ground));
+    painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+}
+
 void paintShadow(QPainter &painter, const QRectF &card, double radius)
 {
     const double pixels = painter.device()->devicePixelRatioF();

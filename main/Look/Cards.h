@@ -15,6 +15,9 @@ void paintShadow(QPainter &painter, const QRectF &card, double radius);
 /// How far the shadow reaches beyond the card.
 int shadowReach();
 
+/// A box with a thin line around it and round corners, as fields have them.
+void paintBox(QPainter &painter, const QRect &place, Token ground);
+
 /// A panel with round corners and a soft shadow. Its layout's margins leave room for the shadow; `content` is inside.
 class Card : public QWidget {
     Q_OBJECT

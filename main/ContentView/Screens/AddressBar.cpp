@@ -1,6 +1,7 @@
 #include "ContentView/Screens/AddressBar.h"
 
 #include "ContentView/Listing.h"
+#include "Look/Cards.h"
 #include "Look/EntryIcons.h"
 #include "Look/Symbols.h"
 #include "Look/Theme.h"
@@ -340,10 +341,7 @@ void AddressBar::resizeEvent(QResizeEvent *event)
 void AddressBar::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(color(Token::Line));
-    painter.setBrush(color(Token::Content));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    paintBox(painter, rect(), Token::Content);
 }
 
 } // namespace brellin

@@ -62,7 +62,6 @@ NetworkQuestionSheet::NetworkQuestionSheet(const ServerQuestion &question, QWidg
         buildFields();
     else
         buildChoices();
-    content()->addStretch(1);
 }
 
 void NetworkQuestionSheet::buildFields()
@@ -130,7 +129,6 @@ void NetworkQuestionSheet::followGuest(bool guest)
             field->setEnabled(!guest);
 }
 
-/// Return is the button that has the keys, and from a field the primary one.
 void NetworkQuestionSheet::answer(qsizetype choice)
 {
     if (isHidden())

@@ -99,7 +99,6 @@ void BatchRenameSheet::escape()
         close();
 }
 
-/// Return is the button that has the keys, and from a field the primary one.
 void BatchRenameSheet::Private::build()
 {
     pages = new QStackedLayout;

@@ -96,7 +96,6 @@ void PropertiesSheet::begin()
     d->finish->setFocus(Qt::OtherFocusReason);
 }
 
-/// Return is the button that has the keys, else the primary one; a tag is toggled with the space bar alone.
 void PropertiesSheet::Private::build()
 {
     QVBoxLayout &column = *q.content();
@@ -112,7 +111,6 @@ void PropertiesSheet::Private::build()
     error->setObjectName(QStringLiteral("propertiesError"));
     error->setToken(Token::Danger);
     column.addWidget(error);
-    column.addStretch(1);
     finish = makeButton(QStringLiteral("Fertig"), ButtonKind::Primary, QStringLiteral("propertiesFinish"), &q);
     q.buttons()->addWidget(finish);
     connect(finish, &QPushButton::clicked, &q, [this] { q.close(); });

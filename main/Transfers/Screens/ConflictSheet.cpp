@@ -54,7 +54,6 @@ ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQue
     TextLabel *const what = makeBody(consequence(conflict, text().informative), this);
     what->setObjectName(QStringLiteral("consequence"));
     content()->addWidget(what);
-    content()->addStretch(1);
     addForAll();
 }
 

@@ -1,6 +1,7 @@
 #include "Transfers/Screens/EntryTile.h"
 
 #include "Features/Screens/DocumentPicture.h"
+#include "Look/Cards.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
@@ -54,10 +55,7 @@ QPixmap EntryTile::symbol() const
 void EntryTile::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(color(Token::Line));
-    painter.setBrush(color(Token::Window));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    paintBox(painter, rect(), Token::Window);
     painter.drawPixmap(QPoint(scaled(margin), scaled(margin)), symbol());
 }
 

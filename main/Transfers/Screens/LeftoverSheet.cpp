@@ -50,7 +50,6 @@ LeftoverSheet::LeftoverSheet(const std::vector<Location> &leftovers, QWidget *wi
     list->setObjectName(QStringLiteral("leftovers"));
     content()->addWidget(list);
     content()->addWidget(makeSecondary(QStringLiteral("Sie kommen nicht in den Papierkorb."), this));
-    content()->addStretch(1);
     QPushButton *const remove =
         makeButton(QStringLiteral("Endgültig entfernen"), ButtonKind::Danger, QStringLiteral("removeLeftovers"), this);
     QPushButton *const keep =
@@ -73,5 +72,4 @@ void LeftoverSheet::ask()
     m_keep->setFocus(Qt::OtherFocusReason);
 }
 
-/// Return is the button that has the keys.
 } // namespace brellin

@@ -23,7 +23,6 @@ NoTrashSheet::NoTrashSheet(const TransferQuestion &question, QWidget *window)
     TextLabel *const what = makeBody(text().informative, this);
     what->setObjectName(QStringLiteral("consequence"));
     content()->addWidget(what);
-    content()->addStretch(1);
 }
 
 } // namespace brellin

@@ -6,22 +6,10 @@
 
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace brellin {
 
-namespace {
-
-QSize sizeFor(const ObstacleQuestion &question)
-{
-    const auto lines = std::min<qsizetype>(question.lines.size(), 5);
-    return {580, 272 + 42 * static_cast<int>(lines)};
-}
-
-} // namespace
-
 ObstacleSheet::ObstacleSheet(const TransferQuestion &question, QWidget *window)
-    : QuestionSheet(textOf(question), {1}, sizeFor(std::get<ObstacleQuestion>(question.about)), window)
+    : QuestionSheet(textOf(question), {1}, {580, 0}, window)
 {
     setObjectName(QStringLiteral("obstacleSheet"));
     setAccessibleDescription(text().informative + u'\n' + text().hint);
@@ -33,7 +21,6 @@ ObstacleSheet::ObstacleSheet(const TransferQuestion &question, QWidget *window)
     auto *const list = new ReasonList(text().informative.split(u'\n'), this);
     list->setObjectName(QStringLiteral("obstacles"));
     content()->addWidget(list);
-    content()->addStretch(1);
 }
 
 } // namespace brellin

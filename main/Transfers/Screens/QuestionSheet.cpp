@@ -63,7 +63,6 @@ void QuestionSheet::escape()
     answer(m_text.buttons.back());
 }
 
-/// Return is the button that has the keys, or the usual one.
 void QuestionSheet::answer(const QuestionText::Button &button)
 {
     if (isHidden())

@@ -1,5 +1,6 @@
 #include "Transfers/Screens/ReasonList.h"
 
+#include "Look/Cards.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
@@ -43,10 +44,7 @@ ReasonList::ReasonList(const QStringList &lines, QWidget *parent) : QWidget(pare
 void ReasonList::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(color(Token::Line));
-    painter.setBrush(color(Token::Window));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    paintBox(painter, rect(), Token::Window);
 }
 
 } // namespace brellin

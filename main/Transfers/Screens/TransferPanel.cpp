@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 
 namespace brellin {
 
@@ -23,18 +24,6 @@ namespace {
 
 constexpr int sliding = 160; ///< milliseconds
 constexpr int padding = 14;
-
-/// Takes the rows out whose IDs are no longer among `living`.
-template <class Id, class Row, class Remove>
-void removeGone(std::map<Id, Row *> &rows, const std::vector<Id> &living, const Remove &remove)
-{
-    std::erase_if(rows, [&](const auto &one) {
-        const bool gone = std::ranges::find(living, one.first) == living.end();
-        if (gone)
-            remove(one.second);
-        return gone;
-    });
-}
 
 QVBoxLayout *addColumn(QVBoxLayout &column, int spacing)
 {
@@ -139,25 +128,45 @@ void TransferPanel::refresh()
         m_patience->start();
 }
 
+template <class Id, class Row>
+void TransferPanel::removeAll(std::map<Id, Row *> &rows)
+{
+    for (const auto &[id, row] : rows)
+        removeRow(row);
+    rows.clear();
+}
+
+/// Brings rows into line with what there is: that of what has gone leaves, and what has none yet gets the one that `make`
+/// makes for it.
+template <class Id, class Row, class List, class IdOf, class Make>
+void TransferPanel::arrange(std::map<Id, Row *> &rows, QVBoxLayout *column, const List &list, IdOf idOf, Make make)
+{
+    std::erase_if(rows, [&](const auto &one) {
+        const bool gone = std::ranges::find(list, one.first, idOf) == std::ranges::end(list);
+        if (gone)
+            removeRow(one.second);
+        return gone;
+    });
+    for (const auto &one : list) {
+        Row *&row = rows[std::invoke(idOf, one)];
+        if (!row)
+            column->addWidget(row = make(one));
+    }
+}
+
 void TransferPanel::showJobs()
 {
-    std::vector<QUuid> living;
-    for (const std::shared_ptr<TransferJob> &job : m_queue.jobs.get())
-        living.push_back(job->id);
-    removeGone(m_jobs, living, [this](JobRow *row) { removeRow(row); });
-    for (const std::shared_ptr<TransferJob> &job : m_queue.jobs.get()) {
-        JobRow *&row = m_jobs[job->id];
-        if (row)
-            continue;
-        row = new JobRow(job, m_area->widget());
-        m_jobColumn->addWidget(row);
+    const auto idOf = [](const std::shared_ptr<TransferJob> &job) { return job->id; };
+    arrange(m_jobs, m_jobColumn, m_queue.jobs.get(), idOf, [this](const std::shared_ptr<TransferJob> &job) {
+        auto *const row = new JobRow(job, m_area->widget());
         connect(row, &JobRow::pauseWanted, this, [job](bool paused) { job->setPaused(paused); });
         connect(row, &JobRow::cancelWanted, this, [this, row, id = job->id] {
             // What is cancelled has no buttons to press any more.
             takeKeysFrom(row);
             m_queue.cancel(id);
         });
-    }
+        return row;
+    });
 }
 
 void TransferPanel::showWork(std::vector<PanelWork> work)
@@ -166,30 +175,23 @@ void TransferPanel::showWork(std::vector<PanelWork> work)
         return;
     // Rows that are only on their way out with the panel are those of other work.
     if (m_work.empty())
-        removeGone(m_workRows, {}, [this](WorkRow *row) { removeRow(row); });
+        removeAll(m_workRows);
     m_work = std::move(work);
     refresh();
 }
 
 void TransferPanel::showWorkRows()
 {
-    std::vector<int> living;
-    for (const PanelWork &one : m_work)
-        living.push_back(one.id);
-    removeGone(m_workRows, living, [this](WorkRow *row) { removeRow(row); });
-    for (const PanelWork &one : m_work) {
-        WorkRow *&row = m_workRows[one.id];
-        if (row) {
-            row->show(one);
-            continue;
-        }
-        row = new WorkRow(one, m_area->widget());
-        m_workColumn->addWidget(row);
+    arrange(m_workRows, m_workColumn, m_work, &PanelWork::id, [this](const PanelWork &one) {
+        auto *const row = new WorkRow(m_area->widget());
         connect(row, &WorkRow::cancelWanted, this, [this, row, id = one.id] {
             takeKeysFrom(row);
             Q_EMIT workCancelWanted(id);
         });
-    }
+        return row;
+    });
+    for (const PanelWork &one : m_work)
+        m_workRows.at(one.id)->show(one);
 }
 
 /// What copies could not keep is said once at the end of each transfer.
@@ -212,35 +214,21 @@ void TransferPanel::forgetNote(const QUuid &id)
 
 void TransferPanel::showNotes()
 {
-    std::vector<QUuid> living;
-    for (const Note &one : m_notes)
-        living.push_back(one.id);
-    removeGone(m_noteRows, living, [this](NoteRow *row) { removeRow(row); });
-    for (const Note &one : m_notes) {
-        NoteRow *&row = m_noteRows[one.id];
-        if (row)
-            continue;
-        row = new NoteRow(one.title, one.text, m_area->widget());
-        m_noteColumn->addWidget(row);
+    arrange(m_noteRows, m_noteColumn, m_notes, &Note::id, [this](const Note &one) {
+        auto *const row = new NoteRow(one.title, one.text, m_area->widget());
         connect(row, &NoteRow::closeWanted, this, [this, id = one.id] { forgetNote(id); });
-    }
+        return row;
+    });
 }
 
 void TransferPanel::showWaiting()
 {
     const std::vector<WaitingTransfer> &waiting = m_queue.waiting.get();
-    std::vector<QUuid> living;
-    for (const WaitingTransfer &one : waiting)
-        living.push_back(one.id);
-    removeGone(m_waiting, living, [this](WaitingRow *row) { removeRow(row); });
-    for (const WaitingTransfer &one : waiting) {
-        WaitingRow *&row = m_waiting[one.id];
-        if (row)
-            continue;
-        row = new WaitingRow(one, m_area->widget());
-        m_waitingColumn->addWidget(row);
+    arrange(m_waiting, m_waitingColumn, waiting, &WaitingTransfer::id, [this](const WaitingTransfer &one) {
+        auto *const row = new WaitingRow(one, m_area->widget());
         connect(row, &WaitingRow::cancelWanted, this, [this, id = one.id] { m_queue.cancel(id); });
-    }
+        return row;
+    });
     m_line->setVisible(!waiting.empty() && !(m_jobs.empty() && m_workRows.empty() && m_noteRows.empty()));
     m_waitingHead->setVisible(!waiting.empty());
     m_waitingHead->setText(counted(static_cast<qint64>(waiting.size()), QStringLiteral("Übertragung wartet"),
@@ -305,11 +293,6 @@ void TransferPanel::leave()
 /// Out of sight.
 void TransferPanel::left()
 {
-    const auto removeAll = [this](auto &rows) {
-        for (const auto &[id, row] : rows)
-            removeRow(row);
-        rows.clear();
-    };
     removeAll(m_jobs);
     removeAll(m_workRows);
     removeAll(m_noteRows);

@@ -73,6 +73,10 @@ private:
     void showAsking();
     void note(const FinishedTransfer &finished);
     void forgetNote(const QUuid &id);
+    template <class Id, class Row, class List, class IdOf, class Make>
+    void arrange(std::map<Id, Row *> &rows, QVBoxLayout *column, const List &list, IdOf idOf, Make make);
+    template <class Id, class Row>
+    void removeAll(std::map<Id, Row *> &rows);
     void removeRow(QWidget *row);
     void appear();
     void leave();

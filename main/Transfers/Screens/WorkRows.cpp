@@ -12,11 +12,10 @@ namespace brellin {
 
 using namespace rowParts;
 
-WorkRow::WorkRow(const PanelWork &work, QWidget *parent) : QWidget(parent)
+WorkRow::WorkRow(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("panelWork"));
     build();
-    show(work);
 }
 
 void WorkRow::build()

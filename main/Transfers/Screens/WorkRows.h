@@ -26,7 +26,7 @@ struct PanelWork {
 class WorkRow : public QWidget {
     Q_OBJECT
 public:
-    WorkRow(const PanelWork &work, QWidget *parent);
+    explicit WorkRow(QWidget *parent);
 
     void show(const PanelWork &work);
 
