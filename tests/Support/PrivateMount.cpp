@@ -26,6 +26,12 @@ PrivateMount::PrivateMount(const Location &folder, const char *type, const char 
 {
 }
 
+PrivateMount PrivateMount::bind(const Location &shown, const Location &folder)
+{
+    const bool mounted = seesOwnMounts && ::mount(shown.c_str(), folder.c_str(), nullptr, MS_BIND, nullptr) == 0;
+    return {folder, mounted};
+}
+
 PrivateMount::~PrivateMount()
 {
     if (m_mounted)

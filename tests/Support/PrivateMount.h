@@ -10,6 +10,8 @@ namespace brellin::test {
 class PrivateMount {
 public:
     PrivateMount(const Location &folder, const char *type, const char *options);
+    /// A folder that is there already, shown here as well.
+    static PrivateMount bind(const Location &shown, const Location &folder);
     ~PrivateMount();
     PrivateMount(const PrivateMount &) = delete;
     PrivateMount &operator=(const PrivateMount &) = delete;
@@ -19,6 +21,8 @@ public:
     void leaveFree(std::int64_t bytes, const char *name) const;
 
 private:
+    PrivateMount(const Location &folder, bool mounted) : m_folder(folder), m_mounted(mounted) {}
+
     Location m_folder;
     bool m_mounted;
 };
