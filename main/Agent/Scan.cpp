@@ -2,8 +2,7 @@
 
 #include "Agent/AiSorting.h"
 #include "Agent/DuplicateFinder.h"
-#include "Agent/ProjectDetection.h"
-#include "Agent/ProtectedPlaces.h"
+#include "Agent/Guard.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
 
@@ -23,8 +22,7 @@ public:
         : m_services(services)
         , m_request(request)
         , m_control(control)
-        , m_protected(request.profiles)
-        , m_projects(services.folders.home)
+        , m_guard(services.locations, request.profiles)
     {
     }
 
@@ -40,9 +38,8 @@ private:
     const ScanRequest &m_request;
     JobControl &m_control;
     ScanFindings m_findings;
-    std::set<Location> m_sources; ///< of the proposals so far
-    ProtectedPlaces m_protected;
-    ProjectRoots m_projects;
+    Guard m_guard;
+    std::set<FolderEntry> m_sources; ///< of the proposals so far
 };
 
 Result<ScanFindings> Scanner::scan()
@@ -68,32 +65,32 @@ Result<ScanFindings> Scanner::scan()
 
 void Scanner::propose(AgentProposal proposal)
 {
-    if (m_sources.contains(proposal.source) || m_protected.hold(proposal.source) ||
-        (proposal.isFolder && m_protected.lieIn(proposal.source)))
+    FolderEntry source = m_guard.entryOf(proposal.source);
+    if (m_sources.contains(source) || m_guard.isProtected(proposal.source))
         return;
     const bool unwanted = std::ranges::find(m_request.never, NeverProposed::of(proposal)) != m_request.never.end();
     if (unwanted)
         return;
     // What belongs to a project may be needed where it is, whatever a rule says of its name.
-    if (m_projects.above(proposal.source)) {
+    if (m_guard.isInProject(proposal.source)) {
         proposal.needsReview = true;
         proposal.automatic = false;
         proposal.preselected = false;
     }
-    m_sources.insert(proposal.source);
+    m_sources.insert(std::move(source));
     m_findings.proposals.push_back(std::move(proposal));
 }
 
 void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates)
 {
-    // Where a rule would trash the file that is to be kept, its copies must not go as well.
-    std::set<Location> trashed;
+    // Where a rule would trash the file that is to be kept, by whatever path, its copies must not go as well.
+    std::set<FileIdentity> trashed;
     for (const Candidate &candidate : candidates) {
         if (candidate.kind == Kind::Trash)
-            trashed.insert(candidate.source);
+            trashed.insert(candidate.seen.identity);
     }
     for (const DuplicatePair &pair : duplicates.pairs) {
-        if (trashed.contains(pair.kept))
+        if (trashed.contains(pair.keptState.identity))
             continue;
         AgentProposal proposal;
         proposal.kind = Kind::Trash;
@@ -103,7 +100,7 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
         proposal.preselected = true;
         proposal.seen = pair.duplicateState;
         proposal.keptCopy = pair.kept;
-        if (!m_protected.hold(pair.kept) && !m_projects.above(pair.kept))
+        if (!m_guard.isProtected(pair.kept) && !m_guard.isInProject(pair.kept))
             proposal.keptSeen = pair.keptState;
         propose(std::move(proposal));
     }
@@ -141,7 +138,7 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
         proposal.preselected = true;
         proposal.isFolder = candidate.isPackage;
         proposal.seen = candidate.seen;
-        if (candidate.needsAI && !m_protected.hold(candidate.source)) {
+        if (candidate.needsAI && !m_guard.isProtected(candidate.source)) {
             m_control.setDetail(shownName(candidate.source));
             proposal.destination = sorting.destinationOf(candidate);
         }

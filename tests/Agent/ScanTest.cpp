@@ -42,6 +42,17 @@ protected:
     {
         wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
     }
+    /// Two files of one content, the first the older one.
+    void pair(const std::string &kept, const std::string &copy) const
+    {
+        const auto birth = [&](const std::string &file) { return readAttributes(world.home(file))->created; };
+        world.tree().file("home/" + kept, "gleich");
+        world.tree().file("home/" + copy, "gleich");
+        while (birth(kept) && birth(copy) == birth(kept)) {
+            std::filesystem::remove(world.home(copy));
+            world.tree().file("home/" + copy, "gleich");
+        }
+    }
     static const AgentProposal *find(const CleanupAgent &agent, std::string_view name)
     {
         const std::vector<AgentProposal> &all = agent.proposals.get();
@@ -107,13 +118,7 @@ TEST_F(ScanTest, sparesWhatIsProtectedByWhateverPath)
 
 TEST_F(ScanTest, offersNoGroupWhoseKeptFileARuleTrashes)
 {
-    world.tree().file("home/Downloads/alt.pdf", "gleich");
-    const auto birth = [&](const char *file) { return readAttributes(world.home(file))->created; };
-    world.tree().file("home/Downloads/neu.pdf", "gleich");
-    while (birth("Downloads/alt.pdf") && birth("Downloads/neu.pdf") == birth("Downloads/alt.pdf")) {
-        std::filesystem::remove(world.home("Downloads/neu.pdf"));
-        world.tree().file("home/Downloads/neu.pdf", "gleich");
-    }
+    pair("Downloads/alt.pdf", "Downloads/neu.pdf");
     CleanupRule trash = moving(u"pdf"_qs, {});
     trash.action = RuleAction::Trash;
     trash.conditions = {{.kind = ConditionKind::NameContains, .value = u"alt"_qs}};
@@ -125,6 +130,51 @@ TEST_F(ScanTest, offersNoGroupWhoseKeptFileARuleTrashes)
     EXPECT_FALSE(agent.proposals.get()[0].keptCopy);
     wait(agent, [&] { agent.executeChosen(); });
     EXPECT_EQ(world.tree().content("home/Downloads/neu.pdf"), "gleich");
+}
+
+TEST_F(ScanTest, takesAFileOnceThoughTwoPathsLeadToIt)
+{
+    pair("Downloads/alt.pdf", "Downloads/neu.pdf");
+    world.tree().link("home/DL", "Downloads");
+    CleanupRule rule = automatic(moving(u"pdf"_qs, world.home("Papiere")));
+    rule.sourcePath = textOf(world.home("DL"));
+    rule.conditions = {{.kind = ConditionKind::NameContains, .value = u"alt"_qs}};
+    CleanupRule trash = rule;
+    trash.action = RuleAction::Trash;
+    CleanupAgent agent(world.services());
+    use(agent, {trash});
+    agent.setAutoDuplicates(true);
+    scan(agent);
+    EXPECT_EQ(world.tree().content("home/Downloads/neu.pdf"), "gleich");
+    EXPECT_FALSE(world.tree().has("home/Downloads/alt.pdf"));
+    // Moved by a rule, a duplicate is not listed for the Trash as well.
+    world.tree().file("home/Downloads/alt.pdf", "gleich");
+    agent.setAutoDuplicates(false);
+    rule.conditions = {{.kind = ConditionKind::ExtensionIs, .value = u"pdf"_qs}};
+    rule.automatic = false;
+    use(agent, {rule});
+    scan(agent);
+    std::set<std::string> names;
+    for (const AgentProposal &one : agent.proposals.get())
+        EXPECT_TRUE(names.insert(one.source.filename()).second) << one.source;
+    EXPECT_EQ(names.size(), 2u);
+}
+
+TEST_F(ScanTest, leavesAProjectBehindALinkToTheUser)
+{
+    world.tree().lines({"home/Werk/package.json={}", "home/Werk/tief/bild.png=1", "home/Downloads->Werk/tief"});
+    world.tree().file("home/Werk/tief/a.pdf", "gleich");
+    world.tree().file("home/Werk/tief/b.pdf", "gleich");
+    CleanupAgent agent(world.services());
+    use(agent, {automatic(moving(u"png"_qs, world.home("Bilder")))});
+    agent.setAutoDuplicates(true);
+    scan(agent);
+    ASSERT_EQ(agent.proposals.get().size(), 2u);
+    for (const AgentProposal &one : agent.proposals.get()) {
+        EXPECT_TRUE(one.needsReview && !one.automatic && !one.preselected) << one.source;
+        EXPECT_TRUE(!one.keptCopy || !one.keptSeen) << "turned round, the kept file would go";
+    }
+    EXPECT_TRUE(agent.chosen.get().empty());
 }
 
 TEST_F(ScanTest, waitsWhileAProfileIsAskedFor)

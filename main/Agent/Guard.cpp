@@ -1,0 +1,100 @@
+#include "Agent/Guard.h"
+
+namespace brellin {
+
+namespace {
+
+Failure systemLocation()
+{
+    return {SystemLocations::message(), std::make_error_code(std::errc::operation_not_permitted)};
+}
+
+Failure protectedBy(const Protection &why)
+{
+    const QString text =
+        why.entry.isEmpty()
+            ? QStringLiteral("Enthält das geschützte Projekt „%1“ und bleibt, wie es ist.").arg(why.profile)
+            : QStringLiteral("Im Projekt „%1“ geschützt („%2“) und bleibt, wie es ist.").arg(why.profile, why.entry);
+    return {text, std::make_error_code(std::errc::operation_not_permitted)};
+}
+
+Failure inProject(const Location &project)
+{
+    return {QStringLiteral("Gehört zum Software-Projekt „%1“ und bleibt, bis es geprüft ist.").arg(shownName(project)),
+            std::make_error_code(std::errc::operation_not_permitted)};
+}
+
+} // namespace
+
+Guard::Guard(const SystemLocations &locations, const std::vector<FolderProfile> &profiles)
+    : m_locations(locations)
+    , m_protected(profiles)
+    , m_projects(locations.home())
+{
+}
+
+const Guard::Folder &Guard::folderOf(const Location &entry) const
+{
+    const Location folder = entry.parent_path();
+    const auto [known, isNew] = m_folders.try_emplace(folder.native());
+    if (isNew) {
+        known->second.real = resolvedLocation(folder).value_or(folder);
+        known->second.identity = identityOf(known->second.real);
+    }
+    return known->second;
+}
+
+Location Guard::real(const Location &entry) const
+{
+    return folderOf(entry).real / entry.filename();
+}
+
+FolderEntry Guard::entryOf(const Location &entry) const
+{
+    const Location named = standardised(entry);
+    const std::optional<FileIdentity> &folder = folderOf(named).identity;
+    return folder ? FolderEntry{*folder, named.filename().native()} : FolderEntry{{}, real(named).native()};
+}
+
+bool Guard::isProtected(const Location &entry) const
+{
+    const Location named = standardised(entry);
+    return m_protected.of(named, real(named)).has_value();
+}
+
+bool Guard::isInProject(const Location &entry) const
+{
+    return m_projects.above(real(standardised(entry))).has_value();
+}
+
+std::optional<FolderProfile> Guard::profileOf(const Location &location) const
+{
+    const Location named = standardised(location);
+    return m_protected.profileOf(resolvedLocation(named).value_or(named));
+}
+
+Result<void> Guard::check(const Location &entry) const
+{
+    if (!m_locations.isAllowedEntry(entry))
+        return failure(systemLocation());
+    const std::optional<Protection> protection = m_protected.of(standardised(entry), realEntry(entry));
+    return protection ? Result<void>(failure(protectedBy(*protection))) : Result<void>();
+}
+
+Result<void> Guard::checkIn(const std::string &realFolder, const Location &entry) const
+{
+    if (!m_locations.isAllowedEntryIn(realFolder, entry))
+        return failure(systemLocation());
+    const std::optional<Protection> protection = m_protected.of(entry, Location(realFolder) / entry.filename());
+    return protection ? Result<void>(failure(protectedBy(*protection))) : Result<void>();
+}
+
+Result<void> Guard::checkNoProject(const Location &entry) const
+{
+    const Location real = realEntry(entry);
+    const std::optional<Location> project = m_projects.above(real);
+    const bool open = project && !m_protected.profileOf(real);
+    return open ? Result<void>(failure(inProject(*project))) : Result<void>();
+}
+
+} // namespace brellin
