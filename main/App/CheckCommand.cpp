@@ -1,5 +1,6 @@
 #include "Agent/AgentJson.h"
 #include "App/ProposingCommand.h"
+#include "App/TypedLocation.h"
 #include "Base/German.h"
 
 namespace brellin {
@@ -63,7 +64,7 @@ ExitCode runDuplicatesCommand(CommandContext &context)
 {
     std::vector<Location> folders;
     for (const std::string &word : context.arguments.rest()) {
-        folders.push_back(standardised(word));
+        folders.push_back(typedLocation(word));
         std::error_code error;
         if (!std::filesystem::is_directory(folders.back(), error))
             return context.refuse(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(Location(word)))));

@@ -1,5 +1,6 @@
 #include "App/Command.h"
 #include "App/TerminalWork.h"
+#include "App/TypedLocation.h"
 #include "Base/Json.h"
 #include "FileOperations/BatchRenameRun.h"
 #include "FileOperations/NewEntries.h"
@@ -19,8 +20,7 @@ namespace {
 std::vector<Location> entriesOf(const CommandContext &context)
 {
     std::vector<Location> entries;
-    std::ranges::transform(context.arguments.rest(), std::back_inserter(entries),
-                           [](const std::string &word) { return standardised(word); });
+    std::ranges::transform(context.arguments.rest(), std::back_inserter(entries), typedLocation);
     return entries;
 }
 
@@ -242,7 +242,7 @@ ExitCode runAliasCommand(CommandContext &context)
     const std::vector<std::string> folders = context.arguments.values(QStringLiteral("in"));
     if (entries.empty() || folders.size() > 1)
         return context.refuse(QStringLiteral("So nicht: brellin verknuepfung DATEI… [--in ORDNER]"));
-    const std::vector<Location> made = folders.empty() ? entries : std::vector{standardised(folders.front()) / "Neu"};
+    const std::vector<Location> made = folders.empty() ? entries : std::vector{typedLocation(folders.front()) / "Neu"};
     if (const std::optional<QString> why = systemRefusal(context, made))
         return context.refuse(printable(*why));
     return report(context, workWithProgress<OperationOutcome>(
@@ -251,7 +251,7 @@ ExitCode runAliasCommand(CommandContext &context)
                                    OperationOutcome all;
                                    for (const Location &entry : entries) {
                                        const OperationOutcome one = makeAliases(
-                                           {entry}, folders.empty() ? entry.parent_path() : standardised(folders[0]));
+                                           {entry}, folders.empty() ? entry.parent_path() : typedLocation(folders[0]));
                                        std::ranges::copy(one.action.entries, std::back_inserter(all.action.entries));
                                        all.failures << one.failures;
                                    }

@@ -1,5 +1,6 @@
 #include "App/Command.h"
 #include "App/ItemListing.h"
+#include "App/TypedLocation.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/Listing.h"
 
@@ -65,7 +66,7 @@ ExitCode runListFolderCommand(CommandContext &context)
     const Result<SortOrder> order = orderAsked(context.arguments);
     if (!order)
         return context.refuse(order.error().message);
-    const Location folder = standardised(context.arguments.rest().front());
+    const Location folder = typedLocation(context.arguments.rest().front());
     const bool all = context.arguments.has(QStringLiteral("alle"));
     const Listing listing = readListing(folder, all ? HiddenEntries::Shown : HiddenEntries::LeftOut, SystemVolumes());
     const DisplayedItems items = displayed(listing.items, {.order = *order});

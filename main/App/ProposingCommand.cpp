@@ -3,6 +3,7 @@
 #include "Agent/AgentJson.h"
 #include "App/AgentOperation.h"
 #include "App/ProposalListing.h"
+#include "App/TypedLocation.h"
 #include "Base/German.h"
 
 #include <QRegularExpression>
@@ -19,7 +20,9 @@ public:
     explicit Exclusion(const std::vector<std::string> &patterns)
     {
         for (const std::string &pattern : patterns) {
+            // Folders of rules keep the links in their names: either reading leaves out.
             m_places.push_back(standardised(pattern));
+            m_places.push_back(typedLocation(pattern));
             m_patterns.push_back(
                 QRegularExpression::fromWildcard(folded(QString::fromStdString(pattern)), Qt::CaseSensitive));
         }

@@ -1,4 +1,5 @@
 #include "App/Command.h"
+#include "App/TypedLocation.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/QuickEntryJson.h"
 
@@ -31,7 +32,7 @@ ExitCode runQuickAccessCommand(CommandContext &context)
     const bool pin = verb == QStringLiteral("anheften");
     if (words.size() != 2 || (!pin && verb != QStringLiteral("loesen")))
         return context.refuse(QStringLiteral("So nicht: brellin schnellzugriff [anheften ORDNER | loesen ORDNER]"));
-    const Location folder = standardised(words[1]);
+    const Location folder = typedLocation(words[1]);
     std::error_code error;
     if (pin && !std::filesystem::is_directory(folder, error))
         return context.refuse(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(Location(words[1])))));

@@ -1,6 +1,7 @@
 #include "App/Command.h"
 #include "App/Interruption.h"
 #include "App/ItemListing.h"
+#include "App/TypedLocation.h"
 #include "Base/Job.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderSearch.h"
@@ -37,7 +38,7 @@ ExitCode runSearchFolderCommand(CommandContext &context)
     const QString query = words.size() == 2 ? QString::fromStdString(words[1]).trimmed() : QString();
     if (query.isEmpty())
         return context.refuse(QStringLiteral("So nicht. Wie es geht, zeigt: brellin suchen --hilfe"));
-    const Location folder = standardised(words[0]);
+    const Location folder = typedLocation(words[0]);
     const bool all = context.arguments.has(QStringLiteral("alle"));
     const FolderSearchResult result = searched(folder, query, all ? HiddenEntries::Shown : HiddenEntries::LeftOut);
     if (result.error && result.error->isCancelled())

@@ -1,5 +1,6 @@
 #include "App/Command.h"
 #include "App/TerminalWork.h"
+#include "App/TypedLocation.h"
 #include "Base/German.h"
 #include "Base/Json.h"
 #include "Features/FolderCount.h"
@@ -44,7 +45,7 @@ ExitCode runSizeCommand(CommandContext &context)
     std::vector<CountedFolder> folders;
     bool complete = true;
     for (const std::string &word : context.arguments.rest()) {
-        const Location path = standardised(word);
+        const Location path = typedLocation(word);
         const Result<FolderCount> folder = count(context.terminal, path);
         if (!folder && folder.error().isCancelled()) {
             context.terminal.message(folder.error().message);

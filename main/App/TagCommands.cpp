@@ -1,6 +1,7 @@
 #include "App/AgentOperation.h"
 #include "App/Command.h"
 #include "App/TerminalWork.h"
+#include "App/TypedLocation.h"
 #include "Base/Json.h"
 #include "Disk/FileAttributes.h"
 #include "Features/FileTags.h"
@@ -31,7 +32,7 @@ std::vector<Location> existing(const CommandContext &context, const std::vector<
 {
     std::vector<Location> entries;
     for (std::size_t i = from; i < words.size(); ++i) {
-        const Location entry = standardised(words[i]);
+        const Location entry = typedLocation(words[i]);
         if (const Result<FileAttributes> there = readAttributes(entry))
             entries.push_back(entry);
         else
@@ -86,7 +87,7 @@ ExitCode runTaggedCommand(CommandContext &context)
     const std::vector<std::string> folders = context.arguments.values(QStringLiteral("in"));
     if (words.size() != 1 || folders.size() > 1)
         return context.refuse(QStringLiteral("So nicht: brellin markiert NAME [--in ORDNER]"));
-    const Location scope = folders.empty() ? context.services.folders().home : standardised(folders.front());
+    const Location scope = folders.empty() ? context.services.folders().home : typedLocation(folders.front());
     const QString tag = QString::fromStdString(words.front());
     using Found = Result<std::vector<Location>>;
     const auto found = workWithProgress<Found>(

@@ -1,13 +1,16 @@
 #include "App/Command.h"
 #include "App/Interruption.h"
 #include "App/TerminalAnswer.h"
+#include "App/TypedLocation.h"
 #include "Base/Json.h"
 #include "Transfers/TransferQueue.h"
 
 #include <QEventLoop>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace brellin {
 
@@ -179,7 +182,8 @@ ExitCode runTransfer(CommandContext &context, TransferKind kind)
     const Result<std::optional<ConflictWord>> word = conflictWord(context.arguments);
     if (!word)
         return context.refuse(word.error().message);
-    TransferRequest request{{words.begin(), words.end() - 1}, standardised(words.back()), kind, {}};
+    TransferRequest request{{}, typedLocation(words.back()), kind, {}};
+    std::transform(words.begin(), words.end() - 1, std::back_inserter(request.sources), typedLocation);
     std::error_code unknown;
     if (!std::filesystem::is_directory(request.destination, unknown))
         return context.refuse(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(Location(words.back())))));

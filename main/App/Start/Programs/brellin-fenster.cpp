@@ -1,5 +1,6 @@
 #include "App/ProgramFolders.h"
 #include "App/Start/WindowComposition.h"
+#include "App/TypedLocation.h"
 #include "App/Window/SettingsSheet.h"
 #include "App/Window/SingleInstance.h"
 #include "App/Window/Windows.h"
@@ -23,7 +24,7 @@ std::vector<Location> foldersOf(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         std::error_code error;
         if (const Location folder = std::filesystem::absolute(argv[i], error); !error && argv[i][0] != '-')
-            folders.push_back(standardised(folder));
+            folders.push_back(typedLocation(folder));
     }
     return folders;
 }
