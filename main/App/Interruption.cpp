@@ -36,6 +36,21 @@ void onSignal(int number)
     ::signal(number, SIG_DFL);
 }
 
+bool isIgnored(int number)
+{
+    struct sigaction now{};
+    return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
+}
+
+void handleSignals(void (*handler)(int))
+{
+    ::signal(SIGINT, handler);
+    ::signal(SIGTERM, handler);
+    // "nohup" says that work goes on when the terminal goes.
+    if (!isIgnored(SIGHUP))
+        ::signal(SIGHUP, handler);
+}
+
 } // namespace
 
 InterruptionNote::InterruptionNote()
@@ -46,16 +61,14 @@ InterruptionNote::InterruptionNote()
         return;
     drain();
     signalCame = 0;
-    ::signal(SIGINT, onSignal);
-    ::signal(SIGTERM, onSignal);
+    handleSignals(onSignal);
 }
 
 InterruptionNote::~InterruptionNote()
 {
     if (--notes > 0)
         return;
-    ::signal(SIGINT, SIG_DFL);
-    ::signal(SIGTERM, SIG_DFL);
+    handleSignals(SIG_DFL);
 }
 
 bool InterruptionNote::heard() const

@@ -1,6 +1,7 @@
 #include "App/TerminalAnswer.h"
 
 #include <array>
+#include <cerrno>
 #include <utility>
 
 #include <unistd.h>
@@ -66,10 +67,11 @@ void TerminalAnswer::read()
     // A terminal gives a line at a time.
     std::array<char, 256> piece{};
     const ssize_t length = ::read(STDIN_FILENO, piece.data(), piece.size());
-    if (length < 0)
+    if (length < 0 && (errno == EINTR || errno == EAGAIN))
         return;
+    // A terminal that has gone gives an error for ever.
     const std::optional<TransferAnswer> answer =
-        length == 0 ? m_question.buttons.back().answer : chosen(m_question, QByteArray(piece.data(), length));
+        length <= 0 ? m_question.buttons.back().answer : chosen(m_question, QByteArray(piece.data(), length));
     if (!answer)
         return show();
     const auto answered = m_answered;

@@ -49,6 +49,22 @@ TEST(InterruptionTest, ofOneCommandIsNothingToTheNext)
     EXPECT_EQ(calls, 1);
 }
 
+TEST(InterruptionTest, isATerminalThatGoesUnlessNobodyIsToMind)
+{
+    {
+        const InterruptionNote note;
+        ::raise(SIGHUP);
+        EXPECT_TRUE(note.heard());
+    }
+    ::signal(SIGHUP, SIG_IGN);
+    {
+        const InterruptionNote note;
+        ::raise(SIGHUP);
+        EXPECT_FALSE(note.heard());
+    }
+    EXPECT_EQ(::signal(SIGHUP, SIG_DFL), SIG_IGN);
+}
+
 namespace {
 
 /// A program of ours under way, whose output nobody reads at first.
