@@ -55,5 +55,6 @@ ExitCode runRenameCommand(CommandContext &context);
 ExitCode runTrashCommand(CommandContext &context);
 ExitCode runZipCommand(CommandContext &context);
 ExitCode runAliasCommand(CommandContext &context);
+ExitCode runRemnantsCommand(CommandContext &context);
 
 } // namespace brellin

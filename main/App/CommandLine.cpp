@@ -1,6 +1,7 @@
 #include "App/CommandLine.h"
 
 #include "App/Command.h"
+#include "App/Remnants.h"
 #include "App/WindowStart.h"
 #include "Base/Edition.h"
 
@@ -71,6 +72,8 @@ ExitCode runCommand(const Command &command, const std::vector<std::string> &word
     Services services;
     CommandContext context{services, terminal, *arguments};
     const ExitCode code = command.run(context);
+    if (command.name != QStringLiteral("reste"))
+        mentionRemnants(services, terminal);
     if (Terminal::allWritten())
         return code;
     terminal.message(QStringLiteral("Die Ausgabe konnte nicht geschrieben werden."));

@@ -28,9 +28,9 @@ Location Services::decoderProgram()
 
 TransferServices Services::forTransfers(MountWorkers &workers)
 {
-    return {m_files, m_trash, m_volumes, workers, m_stateFolder / "transfers", [this](const Location &entry) {
-                return mayChange(entry);
-            }};
+    return {m_files, m_trash,        m_volumes,
+            workers, transferLogs(), [this](const Location &entry) {
+                return mayChange(entry); }};
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)

@@ -38,6 +38,10 @@ public:
     static Location decoderProgram();
     /// Whether the user may change an entry, or make one of this name, by any command of his own.
     bool mayChange(const Location &entry) const { return m_userLocations.mayChange(entry); }
+    /// Where transfers write down what they are working on.
+    Location transferLogs() const { return m_stateFolder / "transfers"; }
+    /// Where the journals of the agent's runs and undos lie.
+    Location journals() const { return m_stateFolder / "journal"; }
     /// Where a batch rename writes down what it is about to do.
     Location renameLogs() const { return m_stateFolder / "umbenennen"; }
     UserDefaults &settings() { return m_defaults; }

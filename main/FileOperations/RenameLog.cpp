@@ -209,6 +209,17 @@ std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location
     return found;
 }
 
+std::vector<CutShortRename> loggedCutShortRenames(const Location &logs)
+{
+    std::vector<CutShortRename> found;
+    for (const FoundLog &log : foundLogs(logs)) {
+        const bool waits = std::ranges::any_of(log.renames, entryExists, &LoggedRename::temporary);
+        if (log.lock.held() && waits)
+            found.push_back({log.file, log.renames});
+    }
+    return found;
+}
+
 QStringList restoreCutShort(const CutShortRename &batch, FileActions &files)
 {
     Result<FileLock> lock = batch.log.empty() ? Result<FileLock>() : FileLock::tryNow(batch.log);

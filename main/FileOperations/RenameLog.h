@@ -61,6 +61,9 @@ struct CutShortRename {
 /// (it may be with another user, or on another machine) count an hour after they got that name. Blocking.
 std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder, Instant now);
 
+/// Those, in any folder, that a log tells of. Blocking.
+std::vector<CutShortRename> loggedCutShortRenames(const Location &logs);
+
 /// A temporary name for `name` that fits its volume, and the old name that such a one tells (perhaps shortened).
 std::string temporaryName(std::string_view name, const Location &folder);
 std::string nameInTemporary(std::string_view temporary);

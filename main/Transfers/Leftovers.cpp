@@ -55,6 +55,14 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
     return entries;
 }
 
+std::vector<Location> loggedLeftovers(const Location &logs)
+{
+    std::vector<Location> left = LoggedNames::read(logs).left;
+    std::erase_if(left, [](const Location &one) { return !TransferLog::isTemporaryName(one.filename().native()); });
+    std::ranges::sort(left);
+    return left;
+}
+
 QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
                                     FileActions &files)
 {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -107,7 +108,11 @@ LoggedNames LoggedNames::read(const Location &folder)
         std::vector<std::string> &known = lock ? names.dead : names.living;
         for (const Location &place : places)
             known.push_back(place.filename().native());
-        if (lock && std::ranges::none_of(places, entryExists))
+        if (!lock)
+            continue;
+        const std::size_t before = names.left.size();
+        std::ranges::copy_if(places, std::back_inserter(names.left), entryExists);
+        if (names.left.size() == before)
             ::unlink(entry.path().c_str());
     }
     return names;

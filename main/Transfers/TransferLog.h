@@ -38,6 +38,7 @@ private:
 struct LoggedNames {
     std::vector<std::string> living; ///< of transfers that live
     std::vector<std::string> dead;   ///< of transfers that died
+    std::vector<Location> left;      ///< what of theirs is still there
 
     /// Reads all logs, and removes those of the dead that left nothing.
     static LoggedNames read(const Location &folder);

@@ -1,0 +1,163 @@
+#include "App/Remnants.h"
+
+#include "Agent/Recovery.h"
+#include "Base/AbandonablePool.h"
+#include "Base/German.h"
+#include "FileOperations/RenameLog.h"
+#include "Transfers/Leftovers.h"
+
+#include <algorithm>
+#include <future>
+#include <iterator>
+
+namespace brellin {
+
+namespace {
+
+using Kind = Remnant::Kind;
+
+/// Where to look: values, so that a worker can go on with them when nobody waits any more.
+struct Search {
+    Location transferLogs;
+    Location renameLogs;
+    Location journals;
+    std::vector<Location> folders;
+    Instant now;
+};
+
+Search searchOf(Services &services, const std::vector<Location> &folders)
+{
+    return {services.transferLogs(), services.renameLogs(), services.journals(), folders, services.clock().now()};
+}
+
+std::vector<Location> unfinishedCopies(const Search &search)
+{
+    std::vector<Location> found = loggedLeftovers(search.transferLogs);
+    for (const Location &folder : search.folders)
+        std::ranges::copy(transferLeftovers(folder, search.transferLogs, SystemClock()), std::back_inserter(found));
+    std::ranges::sort(found);
+    const auto doubled = std::ranges::unique(found);
+    found.erase(doubled.begin(), doubled.end());
+    return found;
+}
+
+std::vector<CutShortRename> cutShort(const Search &search)
+{
+    std::vector<CutShortRename> found = loggedCutShortRenames(search.renameLogs);
+    for (const Location &folder : search.folders) {
+        for (CutShortRename &one : cutShortRenames(search.renameLogs, folder, search.now)) {
+            if (std::ranges::find(found, one) == found.end())
+                found.push_back(std::move(one));
+        }
+    }
+    return found;
+}
+
+std::optional<Kind> journalKind(const Location &file)
+{
+    const std::string name = file.filename().native();
+    if (name.ends_with(".ungeklärt"))
+        return Kind::Unresolved;
+    // Its owner lives.
+    if (!name.ends_with(".jsonl") || !FileLock::tryNow(file))
+        return std::nullopt;
+    return name.starts_with("undo-") ? Kind::Undo : Kind::Run;
+}
+
+std::vector<Remnant> journalsIn(const Location &folder)
+{
+    std::vector<Remnant> found;
+    std::error_code none;
+    for (const std::filesystem::directory_entry &entry : std::filesystem::directory_iterator(folder, none)) {
+        if (const std::optional<Kind> kind = journalKind(entry.path()))
+            found.push_back({*kind, entry.path()});
+    }
+    std::ranges::sort(found, {}, &Remnant::path);
+    return found;
+}
+
+std::vector<Remnant> find(const Search &search)
+{
+    std::vector<Remnant> found;
+    for (const Location &copy : unfinishedCopies(search))
+        found.push_back({Kind::Transfer, copy});
+    for (const CutShortRename &batch : cutShort(search)) {
+        for (const LoggedRename &one : batch.renames) {
+            if (entryExists(one.temporary))
+                found.push_back({Kind::Rename, one.temporary});
+        }
+    }
+    std::ranges::copy(journalsIn(search.journals), std::back_inserter(found));
+    return found;
+}
+
+} // namespace
+
+QString Remnant::word() const
+{
+    switch (kind) {
+    case Kind::Transfer:
+        return QStringLiteral("transfer");
+    case Kind::Rename:
+        return QStringLiteral("rename");
+    case Kind::Run:
+        return QStringLiteral("run");
+    case Kind::Undo:
+        return QStringLiteral("undo");
+    case Kind::Unresolved:
+        return QStringLiteral("unresolved");
+    }
+    return {};
+}
+
+QString Remnant::title() const
+{
+    switch (kind) {
+    case Kind::Transfer:
+        return QStringLiteral("unfertige Kopie");
+    case Kind::Rename:
+        return QStringLiteral("ohne richtigen Namen");
+    case Kind::Run:
+        return QStringLiteral("unterbrochene Aufräum-Aktion");
+    case Kind::Undo:
+        return QStringLiteral("unterbrochenes Zurücknehmen");
+    case Kind::Unresolved:
+        return QStringLiteral("ungeklärtes Tagebuch");
+    }
+    return {};
+}
+
+std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders)
+{
+    return find(searchOf(services, folders));
+}
+
+QStringList settleRemnants(Services &services, const std::vector<Location> &folders)
+{
+    const Search search = searchOf(services, folders);
+    QStringList failures =
+        removeTransferLeftovers(unfinishedCopies(search), search.transferLogs, services.clock(), services.files());
+    for (const CutShortRename &batch : cutShort(search))
+        failures << restoreCutShort(batch, services.files());
+    recoverInterruptedRuns(services.forAgent());
+    return failures;
+}
+
+void mentionRemnants(Services &services, Terminal &terminal)
+{
+    constexpr auto patience = std::chrono::seconds(2);
+    const auto pool = abandonablePool();
+    const auto promise = std::make_shared<std::promise<std::size_t>>();
+    std::future<std::size_t> count = promise->get_future();
+    pool->start([promise, search = searchOf(services, {})] { promise->set_value(find(search).size()); });
+    if (count.wait_for(patience) != std::future_status::ready) {
+        terminal.message(QStringLiteral("Nach Resten konnte nicht gesehen werden: Ein Laufwerk antwortet nicht."));
+        return;
+    }
+    if (const auto found = static_cast<qint64>(count.get()); found > 0)
+        terminal.message(QStringLiteral("Abgebrochene Vorgänge haben etwas hinterlassen (%1). Zeigen: brellin reste · "
+                                        "Aufräumen: brellin reste --aufraeumen")
+                             .arg(counted(found, QStringLiteral("Eintrag"), QStringLiteral("Einträge"))));
+}
+
+} // namespace brellin

@@ -1,0 +1,137 @@
+#include "Agent/RunJournal.h"
+#include "FileOperations/RenameLog.h"
+#include "Support/TempTree.h"
+#include "System/ProcessRunner.h"
+#include "Transfers/TransferLog.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// The real program in an account in which others were killed.
+class RemnantsTest : public testing::Test {
+protected:
+    RemnantsTest()
+    {
+        tree.lines({"ziel/", "f/", "Downloads/", "Documents/"});
+        ::setenv("HOME", tree.root().c_str(), 1);
+        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+            ::unsetenv(variable);
+    }
+    ProcessOutput run(std::vector<std::string> words)
+    {
+        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
+        EXPECT_TRUE(output) << output.error().message.toStdString();
+        return output.value_or(ProcessOutput{});
+    }
+    /// "kind name bytes", sorted.
+    QStringList listed(std::vector<std::string> words = {"reste"})
+    {
+        words.emplace_back("--json");
+        QStringList all;
+        for (const QJsonValue &one : QJsonDocument::fromJson(run(words).output).array()) {
+            const Location path = locationFromText(one[QStringLiteral("path")].toString());
+            all << one[QStringLiteral("kind")].toString() + u' ' + shownName(path) + u' ' +
+                       QString::number(one[QStringLiteral("bytes")].toInt());
+        }
+        all.sort();
+        return all;
+    }
+    bool mentions() { return run({"schnellzugriff"}).errors.contains("brellin reste --aufraeumen"); }
+
+    Location unfinishedCopy(TransferLog &log, std::string_view content)
+    {
+        const Location place = log.temporaryFor(tree.path("ziel/Film.mp4"));
+        tree.file(place.lexically_relative(tree.root()).native(), content);
+        return place;
+    }
+    Location waitingName(const std::string &name)
+    {
+        const Location temporary = tree.path("f") / temporaryName(name, tree.path("f"));
+        tree.file(temporary.lexically_relative(tree.root()).native(), "wartet");
+        EXPECT_TRUE(RenameLog::create(state / "umbenennen",
+                                      {{tree.path("f") / name, tree.path("f/neu.txt"), temporary, 0, 0}}));
+        return temporary;
+    }
+    /// A run that moved a file and was killed before it noted that.
+    QUuid killedRun()
+    {
+        tree.file("Downloads/Beleg.pdf", "beleg");
+        const Location from = tree.path("Downloads/Beleg.pdf");
+        const Location to = tree.path("Documents/Beleg.pdf");
+        const QUuid id = QUuid::createUuid();
+        EXPECT_TRUE(createPrivateFolders(state / "journal"));
+        Result<RunJournal> journal =
+            RunJournal::create(state / "journal", RunJournal::Purpose::Run, id, Instant(std::chrono::days(20000)));
+        const PlannedStep step{AgentProposal::Kind::Move, from, to, FileState::of(*readAttributes(from)), {}};
+        EXPECT_TRUE(journal && journal->plan({&step, 1}));
+        std::filesystem::rename(from, to);
+        return id;
+    }
+
+    TempTree tree;
+    Location state = tree.path(".local/state/brellin");
+    SystemProcessRunner runner;
+};
+
+} // namespace
+
+TEST_F(RemnantsTest, areListedSaidByEveryCommandAndSettled)
+{
+    {
+        TransferLog log(state / "transfers");
+        unfinishedCopy(log, "halb");
+    }
+    const Location waits = waitingName("a \"b\"\n\\c.txt");
+    const QUuid id = killedRun();
+    EXPECT_TRUE(mentions());
+    const QStringList all = listed();
+    ASSERT_EQ(all.size(), 3);
+    EXPECT_TRUE(all[0].startsWith(QStringLiteral("rename ") + shownName(waits)) && all[0].endsWith(u" 6"));
+    EXPECT_TRUE(all[1].startsWith(QStringLiteral("run run-")));
+    EXPECT_TRUE(all[2].startsWith(QStringLiteral("transfer .brellin-kopie-")) && all[2].endsWith(u" 4"));
+
+    EXPECT_EQ(run({"reste", "--aufräumen"}).exitCode, 0);
+    EXPECT_EQ(listed(), QStringList());
+    EXPECT_FALSE(mentions());
+    EXPECT_TRUE(std::filesystem::is_empty(tree.path("ziel")));
+    EXPECT_EQ(tree.content("f/a \"b\"\n\\c.txt"), "wartet");
+    EXPECT_TRUE(run({"verlauf"}).output.contains(id.toByteArray(QUuid::WithoutBraces).toUpper()));
+}
+
+TEST_F(RemnantsTest, leaveOutWhatLivesAndKeepWhatNobodyUnderstands)
+{
+    const std::string before = tree.snapshot();
+    EXPECT_EQ(listed(), QStringList());
+    EXPECT_EQ(tree.snapshot(), before);
+
+    TransferLog living(state / "transfers");
+    const Location copy = unfinishedCopy(living, "wächst");
+    EXPECT_EQ(listed(), QStringList());
+    tree.file(".local/state/brellin/journal/run-1.jsonl.ungeklärt", "{\"run\"");
+    EXPECT_TRUE(mentions());
+    EXPECT_EQ(run({"reste", "--aufraeumen"}).exitCode, 0);
+    EXPECT_EQ(listed(), QStringList(QStringLiteral("unresolved run-1.jsonl.ungeklärt 6")));
+    EXPECT_TRUE(entryExists(copy));
+    EXPECT_EQ(run({"papierkorb", (state / "journal/run-1.jsonl.ungeklärt").native()}).exitCode, 0);
+    EXPECT_EQ(listed(), QStringList());
+}
+
+TEST_F(RemnantsTest, thatCannotBeSettledNowAreNamed)
+{
+    killedRun();
+    const Result<FileLock> agent = FileLock::tryNow(state / "agent.lock");
+    ASSERT_TRUE(agent);
+    const ProcessOutput output = run({"reste", "--aufraeumen"});
+    EXPECT_EQ(output.exitCode, 1);
+    EXPECT_TRUE(output.errors.contains("Nicht aufgeräumt: ~/.local/state/brellin/journal/run-"))
+        << output.errors.data();
+    EXPECT_EQ(listed().size(), 1);
+}
