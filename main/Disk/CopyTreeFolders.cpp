@@ -1,5 +1,7 @@
 #include "Disk/CopyTreeFolders.h"
 
+#include <algorithm>
+#include <string>
 #include <utility>
 
 namespace brellin {
@@ -38,6 +40,18 @@ Result<Descriptor> CopyTreeFolders::leave()
     if (status.st_dev != above.device || status.st_ino != above.inode)
         return failure(QStringLiteral("Ein Ordner wurde währenddessen verschoben."));
     return left;
+}
+
+Result<Descriptor> openFolderBelow(int top, std::string_view relative)
+{
+    Descriptor folder = TRY(openFolderPlace(NameIn{top, "."}));
+    for (std::size_t at = 0; at < relative.size();) {
+        const std::size_t end = std::min(relative.find('/', at), relative.size());
+        const std::string part(relative.substr(at, end - at));
+        folder = TRY(openFolderPlace(NameIn{folder.number(), part.c_str()}));
+        at = end + 1;
+    }
+    return folder;
 }
 
 } // namespace brellin

@@ -4,6 +4,7 @@
 #include "Disk/Descriptor.h"
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 namespace brellin {
@@ -30,5 +31,9 @@ private:
     };
     std::vector<Level> m_levels;
 };
+
+/// A folder by its path below an open one ("" for that one), to work in it. Opened piece by piece: the path may be longer than
+/// the system takes at once, and no piece may be a link.
+Result<Descriptor> openFolderBelow(int top, std::string_view relative);
 
 } // namespace brellin

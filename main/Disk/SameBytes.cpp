@@ -1,0 +1,50 @@
+#include "Disk/SameBytes.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <vector>
+
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+constexpr std::size_t pieceSize = std::size_t(256) << 10;
+
+/// Reads until `wanted` bytes are there or the file ends.
+Result<std::size_t> readAt(int file, char *into, std::size_t wanted, off_t at)
+{
+    std::size_t got = 0;
+    while (got < wanted) {
+        const ssize_t length = ::pread(file, into + got, wanted - got, at + static_cast<off_t>(got));
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length < 0)
+            return failure(Failure::lastSystem());
+        if (length == 0)
+            break;
+        got += static_cast<std::size_t>(length);
+    }
+    return got;
+}
+
+} // namespace
+
+Result<bool> sameBytes(int a, int b, off_t size)
+{
+    std::vector<char> first(std::min(pieceSize, static_cast<std::size_t>(size)));
+    std::vector<char> second(first.size());
+    for (off_t at = 0; at < size;) {
+        const std::size_t wanted = std::min(first.size(), static_cast<std::size_t>(size - at));
+        if (TRY(readAt(a, first.data(), wanted, at)) != wanted || TRY(readAt(b, second.data(), wanted, at)) != wanted)
+            return false;
+        if (std::memcmp(first.data(), second.data(), wanted) != 0)
+            return false;
+        at += static_cast<off_t>(wanted);
+    }
+    return true;
+}
+
+} // namespace brellin
