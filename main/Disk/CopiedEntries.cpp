@@ -1,34 +1,33 @@
 #include "Disk/CopiedEntries.h"
 
-#include "Disk/RemovalWalk.h"
-
 #include <algorithm>
-#include <utility>
 
 namespace brellin {
 
-void CopiedEntries::begin(std::uint64_t top, Inodes inodes)
+namespace {
+
+std::int64_t nanoseconds(const timespec &time)
+{
+    constexpr std::int64_t second = 1'000'000'000;
+    return time.tv_sec * second + time.tv_nsec;
+}
+
+} // namespace
+
+void CopiedEntries::begin(std::uint64_t top, Proof proof)
 {
     m_entries.clear();
     m_top = top;
-    m_inodes = inodes;
+    m_proof = proof;
 }
 
-CopiedEntries::Entry CopiedEntries::entryOf(std::uint64_t path, const struct stat &status) const
+void CopiedEntries::add(std::uint64_t path, const SourceStatus &source, std::uint64_t mark)
 {
+    const struct stat &status = source.status;
     const bool folder = S_ISDIR(status.st_mode);
-    constexpr std::int64_t second = 1'000'000'000;
-    return {path,
-            m_inodes == Inodes::Stable ? status.st_ino : 0,
-            status.st_dev,
-            folder ? 0 : status.st_size,
-            folder ? 0 : status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec,
-            status.st_mode & S_IFMT};
-}
-
-void CopiedEntries::add(std::uint64_t path, const struct stat &source)
-{
-    m_entries.push_back(entryOf(path, source));
+    m_entries.push_back({path, status.st_ino, status.st_dev, folder ? 0 : status.st_size,
+                         folder ? 0 : nanoseconds(status.st_mtim), status.st_mode & S_IFMT, nanoseconds(status.st_ctim),
+                         source.settled, mark});
 }
 
 void CopiedEntries::sort()
@@ -36,50 +35,22 @@ void CopiedEntries::sort()
     std::ranges::sort(m_entries);
 }
 
-bool CopiedEntries::holds(std::uint64_t path, const struct stat &now) const
+const CopiedEntries::Entry *CopiedEntries::find(std::uint64_t path, const struct stat &now) const
 {
-    return std::ranges::binary_search(m_entries, entryOf(path, now));
+    const bool folder = S_ISDIR(now.st_mode);
+    const auto isThere = [&](const Entry &entry) {
+        return (entry.inode == now.st_ino || m_proof == Proof::None) && entry.device == now.st_dev &&
+               entry.type == (now.st_mode & S_IFMT) &&
+               (folder || (entry.size == now.st_size && entry.modified == nanoseconds(now.st_mtim)));
+    };
+    const auto same = std::ranges::equal_range(m_entries, path, {}, &Entry::path);
+    const auto found = std::ranges::find_if(same, isThere);
+    return found == same.end() ? nullptr : &*found;
 }
 
-namespace {
-
-class SourceRemoval : private RemovalWalk {
-public:
-    SourceRemoval(Location source, const CopiedEntries &copied) : m_source(std::move(source)), m_copied(copied) {}
-
-    Result<std::vector<Location>> run(NameIn top)
-    {
-        TRY(RemovalWalk::run(top, m_copied.top()));
-        return std::move(m_kept);
-    }
-
-private:
-    bool mayGo(std::string_view name, std::uint64_t path, const struct stat &now) override
-    {
-        const bool copied = m_copied.holds(path, now);
-        if (!copied)
-            m_kept.push_back(placeOf(name, m_source));
-        return copied;
-    }
-
-    /// What is in it has been named, or came this very moment.
-    void filled(std::string_view name) override
-    {
-        if (m_kept.empty() && !failed())
-            m_kept.push_back(placeOf(name, m_source));
-    }
-
-    Location m_source;
-    const CopiedEntries &m_copied;
-    std::vector<Location> m_kept;
-};
-
-} // namespace
-
-Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied)
+bool CopiedEntries::isProvenBy(const Entry &entry, const struct stat &now) const
 {
-    const EntryPlace place = TRY(openPlace(source));
-    return SourceRemoval(standardised(source), copied).run(place.at());
+    return m_proof == Proof::InodeAndTime && entry.settled && entry.changed == nanoseconds(now.st_ctim);
 }
 
 } // namespace brellin

@@ -19,11 +19,12 @@ bool cannotKeep(int error)
 
 } // namespace
 
-Result<void> CopyMetadata::apply(int source, const struct stat &from, int destination, const struct stat &made)
+Result<std::uint64_t> CopyMetadata::apply(int source, const struct stat &from, int destination, const struct stat &made)
 {
     // A change of owner clears capabilities and the bits that lend rights, so it comes first.
     const Kept kept = TRY(giveOwner(from, destination, made));
-    const AccessList list = TRY(copyAttributes(source, destination));
+    MetadataMark mark(from);
+    const AccessList list = TRY(copyAttributes(source, destination, mark));
     mode_t mode = from.st_mode & allBits;
     // Nobody else's program may come to run with this user's rights.
     if (!kept.user)
@@ -33,7 +34,8 @@ Result<void> CopyMetadata::apply(int source, const struct stat &from, int destin
     const bool changedOwner = from.st_uid != made.st_uid || from.st_gid != made.st_gid;
     if (mode != (made.st_mode & allBits) || changedOwner || list == AccessList::Set)
         TRY(giveMode(destination, mode));
-    return giveTimes(from, destination);
+    TRY(giveTimes(from, destination));
+    return mark.number();
 }
 
 Result<CopyMetadata::Kept> CopyMetadata::giveOwner(const struct stat &from, int destination, const struct stat &made)

@@ -2,6 +2,7 @@
 
 #include "Base/Result.h"
 #include "Disk/Descriptor.h"
+#include "Disk/MetadataMark.h"
 
 #include <QStringList>
 
@@ -14,8 +15,9 @@ namespace brellin {
 /// Gives copies the owner, rights, attributes and times of their originals, and remembers what a target could not keep.
 class CopyMetadata {
 public:
-    /// `from` is the status of the open `source`, `made` that of the open copy.
-    Result<void> apply(int source, const struct stat &from, int destination, const struct stat &made);
+    /// `from` is the status of the open `source`, `made` that of the open copy. Gives the `MetadataMark` of what was there to be
+    /// taken over.
+    Result<std::uint64_t> apply(int source, const struct stat &from, int destination, const struct stat &made);
     /// The same for a link, by name.
     Result<void> applyToLink(const struct stat &from, NameIn destination, const struct stat &made);
     /// Takes off what a new file or folder got from the folder that it was made in: an original has its own rights
@@ -41,7 +43,7 @@ private:
 
     static Result<Kept> giveOwner(const struct stat &from, int destination, const struct stat &made);
     /// Extended attributes and access lists (the platform's half).
-    Result<AccessList> copyAttributes(int source, int destination);
+    Result<AccessList> copyAttributes(int source, int destination, MetadataMark &mark);
     Result<void> giveMode(int destination, mode_t mode);
     Result<void> giveTimes(const struct stat &from, int destination);
 

@@ -35,7 +35,7 @@ Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
     if (m_options.copied) {
         const bool stable = knownBy(source.folder) == OwnEntries::KnownBy::Inode;
         m_options.copied->begin(OwnEntries::pathMark(0, destination.name),
-                                stable ? CopiedEntries::Inodes::Stable : CopiedEntries::Inodes::Changing);
+                                stable ? CopiedEntries::Proof::InodeAndTime : CopiedEntries::Proof::None);
     }
     auto outcome = m_pulse.beat();
     if (outcome)
@@ -89,36 +89,35 @@ Result<void> CopyTree::copyEntry(NameIn source, unsigned char type, NameIn desti
     if (S_ISDIR(status.st_mode))
         return enterFolder(source, destination);
     if (S_ISLNK(status.st_mode))
-        return copyLink(source, status, destination);
+        return copyLink(source, SourceStatus::of(status), destination);
     return failure(notOrdinary());
 }
 
 Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
 {
     const Descriptor original = TRY(openForReading(source));
-    struct stat status{};
-    if (::fstat(original.number(), &status) != 0)
-        return failure(Failure::lastSystem());
+    const SourceStatus seen = TRY(SourceStatus::ofOpen(original.number()));
+    const struct stat &status = seen.status;
     if (!S_ISREG(status.st_mode))
         return failure(notOrdinary());
-    takeDown(destination, status);
     const bool hasOtherNames = status.st_nlink > 1 && !atTop();
-    if (hasOtherNames && TRY(linkToFirstCopy(status, destination))) {
+    if (hasOtherNames && TRY(linkToFirstCopy(seen, destination))) {
         m_pulse.addFile();
         return {};
     }
     struct stat made{};
     Descriptor copy = TRY(createFile(destination, made));
     TRY(m_data.copy(original.number(), status, copy.number()));
-    TRY(m_metadata.apply(original.number(), status, copy.number(), made));
+    const std::uint64_t mark = TRY(m_metadata.apply(original.number(), status, copy.number(), made));
     TRY(copy.close());
+    takeDown(destination, seen, mark);
     if (hasOtherNames)
-        m_firstCopies[{status.st_dev, status.st_ino}] = {relativeFolder(), destination.name, made.st_ino};
+        m_firstCopies[{status.st_dev, status.st_ino}] = {relativeFolder(), destination.name, made.st_ino, mark};
     m_pulse.addFile();
     return {};
 }
 
-Result<void> CopyTree::copyLink(NameIn source, const struct stat &status, NameIn destination)
+Result<void> CopyTree::copyLink(NameIn source, const SourceStatus &original, NameIn destination)
 {
     std::array<char, PATH_MAX + 1> target{};
     const ssize_t length = ::readlinkat(source.folder, source.name, target.data(), target.size() - 1);
@@ -133,8 +132,8 @@ Result<void> CopyTree::copyLink(NameIn source, const struct stat &status, NameIn
     }
     const struct stat made = TRY(statusOf(destination));
     madeEntry(destination, made);
-    takeDown(destination, status);
-    TRY(m_metadata.applyToLink(status, destination, made));
+    takeDown(destination, original, MetadataMark(original.status).number());
+    TRY(m_metadata.applyToLink(original.status, destination, made));
     m_pulse.addFile();
     return {};
 }
@@ -142,7 +141,8 @@ Result<void> CopyTree::copyLink(NameIn source, const struct stat &status, NameIn
 Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
 {
     Descriptor original = TRY(openFolder(source));
-    const struct stat status = TRY(statusOf({original.number(), "."}));
+    const SourceStatus seen = TRY(SourceStatus::ofOpen(original.number()));
+    const struct stat &status = seen.status;
     // By way of a mount a folder may hold itself, or the place where its copy is being made.
     if (m_sources.contains(status) || m_destinations.contains(status))
         return failure(QStringLiteral("Der Ordner enthält sich selbst."));
@@ -151,11 +151,10 @@ Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
     Descriptor copy = TRY(createFolder(destination, made));
     if (atTop())
         m_top = TRY(openFolderPlace(NameIn{copy.number(), "."}));
-    takeDown(destination, status);
     const std::uint64_t path = OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, destination.name);
     m_sources.enter(std::move(original), status);
     m_destinations.enter(std::move(copy), made);
-    m_levels.push_back({source.name, path, status, std::move(entries)});
+    m_levels.push_back({source.name, path, seen, std::move(entries)});
     return {};
 }
 
@@ -167,8 +166,10 @@ Result<void> CopyTree::leaveFolder()
     const Descriptor original = TRY(m_sources.leave());
     Descriptor copy = TRY(m_destinations.leave());
     const struct stat made = TRY(statusOf({copy.number(), "."}));
-    const auto applied = m_metadata.apply(original.number(), left.source, copy.number(), made);
-    if (!applied)
+    const auto applied = m_metadata.apply(original.number(), left.source.status, copy.number(), made);
+    if (applied)
+        takeDownAt(left.path, left.source, *applied);
+    else
         return failure(atTop() ? applied.error() : named(applied.error(), left.name));
     return {};
 }
@@ -209,10 +210,15 @@ Result<Descriptor> CopyTree::createFolder(NameIn destination, struct stat &made)
 }
 
 /// `entry` is the copy, whose marks count.
-void CopyTree::takeDown(NameIn entry, const struct stat &source)
+void CopyTree::takeDown(NameIn entry, const SourceStatus &source, std::uint64_t mark)
+{
+    takeDownAt(OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, entry.name), source, mark);
+}
+
+void CopyTree::takeDownAt(std::uint64_t path, const SourceStatus &source, std::uint64_t mark)
 {
     if (m_options.copied)
-        m_options.copied->add(OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, entry.name), source);
+        m_options.copied->add(path, source, mark);
 }
 
 void CopyTree::madeEntry(NameIn entry, const struct stat &made)

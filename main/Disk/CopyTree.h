@@ -6,6 +6,7 @@
 #include "Disk/CopyEntryProgress.h"
 #include "Disk/CopyTreeFolders.h"
 #include "Disk/CopyTreeRemoval.h"
+#include "Disk/SourceStatus.h"
 
 #include <map>
 #include <string>
@@ -28,7 +29,7 @@ private:
     struct Level {
         std::string name;
         std::uint64_t path; ///< as `OwnEntries::pathMark` counts
-        struct stat source;
+        SourceStatus source;
         std::vector<ListedName> entries;
         std::size_t next = 0;
     };
@@ -37,21 +38,22 @@ private:
         std::string folder; ///< relative to the copied folder
         std::string name;
         ino_t inode;
+        std::uint64_t mark; ///< of the original's metadata
     };
 
     Result<void> copyContents();
     Result<void> copyEntry(NameIn source, unsigned char type, NameIn destination);
     Result<void> copyFile(NameIn source, NameIn destination);
-    Result<void> copyLink(NameIn source, const struct stat &status, NameIn destination);
+    Result<void> copyLink(NameIn source, const SourceStatus &original, NameIn destination);
     Result<void> enterFolder(NameIn source, NameIn destination);
     Result<void> leaveFolder();
 
     Result<Descriptor> createFile(NameIn destination, struct stat &made);
     Result<Descriptor> createFolder(NameIn destination, struct stat &made);
     void madeEntry(NameIn entry, const struct stat &made);
-    void takeDown(NameIn entry, const struct stat &source);
-    Result<bool> linkToFirstCopy(const struct stat &source, NameIn destination);
-    Result<Descriptor> openCopiedFolder(const std::string &relative) const;
+    void takeDown(NameIn entry, const SourceStatus &source, std::uint64_t mark);
+    void takeDownAt(std::uint64_t path, const SourceStatus &source, std::uint64_t mark);
+    Result<bool> linkToFirstCopy(const SourceStatus &source, NameIn destination);
 
     bool atTop() const { return m_levels.empty(); }
     std::string relativeFolder() const;

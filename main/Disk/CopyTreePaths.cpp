@@ -41,26 +41,13 @@ Failure CopyTree::named(Failure why, std::string_view name) const
     return why;
 }
 
-/// Opened piece by piece: the path may be longer than the system takes at once, and no piece may be a link.
-Result<Descriptor> CopyTree::openCopiedFolder(const std::string &relative) const
-{
-    Descriptor folder = TRY(openFolderPlace(NameIn{m_top.number(), "."}));
-    for (std::size_t at = 0; at < relative.size();) {
-        const std::size_t end = std::min(relative.find('/', at), relative.size());
-        const std::string part = relative.substr(at, end - at);
-        folder = TRY(openFolderPlace(NameIn{folder.number(), part.c_str()}));
-        at = end + 1;
-    }
-    return folder;
-}
-
 /// False where there is no copy yet, or where it cannot be linked to: then the file is copied for itself.
-Result<bool> CopyTree::linkToFirstCopy(const struct stat &source, NameIn destination)
+Result<bool> CopyTree::linkToFirstCopy(const SourceStatus &source, NameIn destination)
 {
-    const auto first = m_firstCopies.find({source.st_dev, source.st_ino});
+    const auto first = m_firstCopies.find({source.status.st_dev, source.status.st_ino});
     if (first == m_firstCopies.end())
         return false;
-    const auto folder = openCopiedFolder(first->second.folder);
+    const auto folder = openFolderBelow(m_top.number(), first->second.folder);
     if (!folder)
         return false;
     const NameIn copy{folder->number(), first->second.name.c_str()};
@@ -69,6 +56,7 @@ Result<bool> CopyTree::linkToFirstCopy(const struct stat &source, NameIn destina
         return false;
     if (::linkat(copy.folder, copy.name, destination.folder, destination.name, 0) == 0) {
         madeEntry(destination, *status);
+        takeDown(destination, source, first->second.mark);
         return true;
     }
     if (errno == EEXIST)

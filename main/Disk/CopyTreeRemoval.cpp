@@ -19,7 +19,7 @@ public:
     Result<void> run(NameIn top) { return RemovalWalk::run(top, OwnEntries::pathMark(0, top.name)); }
 
 private:
-    bool mayGo(std::string_view, std::uint64_t path, const struct stat &now) override
+    bool mayGo(NameIn, std::uint64_t path, const struct stat &now) override
     {
         return !m_only || m_only->contains(path, now.st_ino);
     }

@@ -39,9 +39,10 @@ Result<void> DiskFileActions::removeOwnCopy(const Location &location)
     return brellin::removeOwnCopy(location);
 }
 
-Result<std::vector<Location>> DiskFileActions::removeCopied(const Location &source, const CopiedEntries &copied)
+Result<std::vector<Location>> DiskFileActions::removeCopied(const Location &source, const CopiedEntries &copied,
+                                                            const Location &copy)
 {
-    return brellin::removeCopied(source, copied);
+    return brellin::removeCopied(source, copied, copy);
 }
 
 Result<void> DiskFileActions::removeForGood(const Location &entry)

@@ -22,7 +22,8 @@ public:
     /// As `removeOwnCopy`.
     virtual Result<void> removeOwnCopy(const Location &location) = 0;
     /// As `removeCopied`.
-    virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied) = 0;
+    virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
+                                                       const Location &copy) = 0;
     /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
     /// user's own yes to exactly that; never for an assistant.
     virtual Result<void> removeForGood(const Location &entry) = 0;
@@ -48,7 +49,8 @@ public:
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
     Result<void> removeOwnCopy(const Location &location) override;
-    Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied) override;
+    Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
+                                               const Location &copy) override;
     Result<void> removeForGood(const Location &entry) override;
     Result<void> createFolder(const Location &folder) override;
     Result<void> removeEmptyFolder(const Location &folder) override;

@@ -33,11 +33,11 @@ void RemovalWalk::remove(NameIn entry, std::uint64_t path)
     const Result<struct stat> status = statusOf(entry);
     if (!status)
         return note(status.error(), entry.name);
-    if (!mayGo(entry.name, path, *status))
+    if (!mayGo(entry, path, *status))
         return;
     if (!S_ISDIR(status->st_mode)) {
-        if (::unlinkat(entry.folder, entry.name, 0) != 0)
-            note(Failure::lastSystem(), entry.name);
+        if (const Result<void> done = removeFile(entry, *status); !done)
+            note(done.error(), entry.name);
     } else if (const Result<void> done = enter(entry, *status, path); !done) {
         note(done.error(), entry.name);
     }
@@ -62,12 +62,27 @@ Result<void> RemovalWalk::leave(NameIn top)
     m_levels.pop_back();
     TRY(m_folders.leave());
     const int above = m_levels.empty() ? top.folder : m_folders.current();
-    if (::unlinkat(above, left.name.c_str(), AT_REMOVEDIR) == 0)
+    const Result<void> removed = removeFolder({above, left.name.c_str()});
+    if (removed)
         return {};
-    if (errno == ENOTEMPTY || errno == EEXIST)
+    if (removed.error().is(std::errc::directory_not_empty) || removed.error().is(std::errc::file_exists))
         filled(left.name);
     else
-        note(Failure::lastSystem(), left.name);
+        note(removed.error(), left.name);
+    return {};
+}
+
+Result<void> RemovalWalk::removeFile(NameIn entry, const struct stat &)
+{
+    if (::unlinkat(entry.folder, entry.name, 0) != 0)
+        return failure(Failure::lastSystem());
+    return {};
+}
+
+Result<void> RemovalWalk::removeFolder(NameIn entry)
+{
+    if (::unlinkat(entry.folder, entry.name, AT_REMOVEDIR) != 0)
+        return failure(Failure::lastSystem());
     return {};
 }
 
@@ -84,10 +99,15 @@ Location RemovalWalk::placeOf(std::string_view name, const Location &top) const
 {
     if (m_levels.empty())
         return top;
-    Location whole = top;
+    return top / relativeFolder() / name;
+}
+
+std::string RemovalWalk::relativeFolder() const
+{
+    std::string path;
     for (std::size_t level = 1; level < m_levels.size(); ++level)
-        whole /= m_levels[level].name;
-    return whole / name;
+        path += (level > 1 ? "/" : "") + m_levels[level].name;
+    return path;
 }
 
 } // namespace brellin

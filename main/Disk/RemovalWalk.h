@@ -27,15 +27,21 @@ protected:
     Result<void> run(NameIn top, std::uint64_t path);
 
     /// Asked once for every entry there is, for a folder before what is in it; one that may not go is not entered either.
-    virtual bool mayGo(std::string_view name, std::uint64_t path, const struct stat &now) = 0;
+    virtual bool mayGo(NameIn entry, std::uint64_t path, const struct stat &now) = 0;
     virtual Result<Descriptor> open(NameIn folder) { return openFolder(folder); }
     /// A folder that may go has been opened and proved to be the one that was asked for.
     virtual void entered(std::string_view, const Descriptor &, const struct stat &) {}
+    /// What may go, does: anything but a folder, and a folder that everything in it was tried of.
+    virtual Result<void> removeFile(NameIn entry, const struct stat &now);
+    virtual Result<void> removeFolder(NameIn entry);
     /// A folder that may go still holds something in the end.
     virtual void filled(std::string_view name) = 0;
 
     bool failed() const { return m_failure.has_value(); }
     void note(const Failure &why, std::string_view name);
+    bool atTop() const { return m_levels.empty(); }
+    /// The folder at hand below the top, "" for that itself.
+    std::string relativeFolder() const;
     /// Of a name in the folder at hand, if the walk began at `top`.
     Location placeOf(std::string_view name, const Location &top) const;
 

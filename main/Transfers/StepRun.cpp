@@ -103,7 +103,7 @@ bool StepRun::giveUpSource(const TransferStep &step, const CopiedEntries &copied
         outcome.errors << errorLine(step.src, {stays + flushed.error().message, {}});
         return false;
     }
-    const Result<std::vector<Location>> kept = m_services.files.removeCopied(step.src, copied);
+    const Result<std::vector<Location>> kept = m_services.files.removeCopied(step.src, copied, step.dst);
     if (!kept) {
         const QString stays = QStringLiteral("Kopiert, aber das Original ließ sich nicht ganz entfernen: ");
         outcome.errors << errorLine(step.src, {stays + kept.error().message, {}});

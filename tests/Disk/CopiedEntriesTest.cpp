@@ -1,26 +1,42 @@
 #include "Disk/CopiedEntries.h"
 
 #include "Disk/CopyEntry.h"
+#include "Disk/CopyTreeRemoval.h"
+#include "Disk/Descriptor.h"
+#include "Disk/MetadataMark.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/xattr.h>
 
 using namespace brellin;
 using test::TempTree;
 
 namespace {
 
+namespace fs = std::filesystem;
+
+/// Whether the change times of what is copied lie so far back that they tell of a later change.
+enum class Times { Fresh, Settled };
+
 /// A folder that is copied, taken down and then given up.
-class CopiedEntriesTest : public testing::Test {
+class CopiedEntriesTest : public testing::TestWithParam<Times> {
 protected:
     CopiedEntriesTest()
     {
         tree.lines({"quelle/a.txt=eins", "quelle/tief/b.txt=zwei", "quelle/tief/leer/", "quelle/verweis->../draußen",
-                    "draußen/bleibt.txt=drei"});
-        std::filesystem::create_hard_link(tree.path("quelle/a.txt"), tree.path("quelle/tief/a noch einmal.txt"));
-        EXPECT_TRUE(copyEntry(tree.path("quelle"), tree.path("unter anderem Namen"), options()));
+                    "quelle/einzeln.txt=vier", "draußen/bleibt.txt=drei"});
+        fs::create_hard_link(tree.path("quelle/a.txt"), tree.path("quelle/tief/a noch einmal.txt"));
+        if (GetParam() == Times::Settled)
+            std::this_thread::sleep_for(std::chrono::milliseconds(40));
+        EXPECT_TRUE(copyEntry(tree.path("quelle"), copy, options()));
     }
 
     CopyOptions options()
@@ -31,7 +47,7 @@ protected:
     }
     std::vector<std::string> removeAndListKept()
     {
-        const Result<std::vector<Location>> kept = removeCopied(tree.path("quelle"), copied);
+        const Result<std::vector<Location>> kept = removeCopied(tree.path("quelle"), copied, copy);
         EXPECT_TRUE(kept);
         std::vector<std::string> names;
         for (const Location &one : kept.value_or(std::vector<Location>()))
@@ -40,13 +56,29 @@ protected:
         return names;
     }
 
+    /// Changes an entry and puts its time of modification back.
+    void changeInSecret(const char *name, const std::function<void(const Location &)> &change) const
+    {
+        const auto time = fs::last_write_time(tree.path(name));
+        change(tree.path(name));
+        fs::last_write_time(tree.path(name), time);
+    }
+    /// Moves the change time and nothing else.
+    void touchRights(const char *name) const
+    {
+        fs::permissions(tree.path(name), fs::status(tree.path(name)).permissions());
+    }
+
     TempTree tree;
+    const Location copy = tree.path("unter anderem Namen");
     CopiedEntries copied;
 };
 
+INSTANTIATE_TEST_SUITE_P(Times, CopiedEntriesTest, testing::Values(Times::Fresh, Times::Settled));
+
 } // namespace
 
-TEST_F(CopiedEntriesTest, removesTheWholeSourceWhenNobodyTouchedIt)
+TEST_P(CopiedEntriesTest, removesTheWholeSourceWhenNobodyTouchedIt)
 {
     EXPECT_EQ(removeAndListKept(), std::vector<std::string>());
     EXPECT_FALSE(tree.has("quelle"));
@@ -54,15 +86,15 @@ TEST_F(CopiedEntriesTest, removesTheWholeSourceWhenNobodyTouchedIt)
     EXPECT_EQ(tree.content("unter anderem Namen/tief/b.txt"), "zwei");
 }
 
-TEST_F(CopiedEntriesTest, leavesAndNamesWhatIsNewOrChanged)
+TEST_P(CopiedEntriesTest, leavesAndNamesWhatIsNewOrChanged)
 {
     tree.file("quelle/tief/leer/neu.txt", "kam dazu");
     tree.file("quelle/tief/b.txt", "länger als zuvor");
     // Another file under a copied name, of the same size and time.
-    const auto time = std::filesystem::last_write_time(tree.path("quelle/a.txt"));
+    const auto time = fs::last_write_time(tree.path("quelle/a.txt"));
     tree.file("fremd", "ACHT");
-    std::filesystem::last_write_time(tree.path("fremd"), time);
-    std::filesystem::rename(tree.path("fremd"), tree.path("quelle/a.txt"));
+    fs::last_write_time(tree.path("fremd"), time);
+    fs::rename(tree.path("fremd"), tree.path("quelle/a.txt"));
     EXPECT_EQ(removeAndListKept(),
               (std::vector<std::string>{"quelle/a.txt", "quelle/tief/b.txt", "quelle/tief/leer/neu.txt"}));
     EXPECT_EQ(tree.content("quelle/tief/leer/neu.txt"), "kam dazu");
@@ -72,11 +104,82 @@ TEST_F(CopiedEntriesTest, leavesAndNamesWhatIsNewOrChanged)
     EXPECT_FALSE(tree.has("quelle/tief/a noch einmal.txt"));
 }
 
-TEST_F(CopiedEntriesTest, leavesAFolderThatTookTheSourcesPlace)
+TEST_P(CopiedEntriesTest, leavesAFolderThatTookTheSourcesPlace)
 {
-    std::filesystem::rename(tree.path("quelle"), tree.path("woanders"));
+    fs::rename(tree.path("quelle"), tree.path("woanders"));
     tree.lines({"quelle/a.txt=eins"});
     EXPECT_EQ(removeAndListKept(), std::vector<std::string>{"quelle"});
     EXPECT_EQ(tree.content("quelle/a.txt"), "eins");
     EXPECT_EQ(tree.content("woanders/tief/b.txt"), "zwei");
+}
+
+TEST_P(CopiedEntriesTest, leavesWhatWasChangedWithItsTimePutBack)
+{
+    changeInSecret("quelle/a.txt", [](const Location &file) { std::ofstream(file, std::ios::in) << "EINS"; });
+    changeInSecret("quelle/tief", [](const Location &folder) { fs::permissions(folder, fs::perms::owner_all); });
+    EXPECT_EQ(removeAndListKept(), (std::vector<std::string>{"quelle/a.txt", "quelle/tief"}));
+    EXPECT_EQ(tree.content("quelle/a.txt"), "EINS");
+    EXPECT_EQ(tree.content("quelle/tief/b.txt"), "zwei") << "a folder that stays, stays whole";
+}
+
+TEST_P(CopiedEntriesTest, leavesWhatGotTagsOrRightsMeanwhile)
+{
+    fs::permissions(tree.path("quelle/einzeln.txt"), fs::perms::owner_all);
+    std::vector<std::string> kept{"quelle/einzeln.txt"};
+    if (::setxattr(tree.path("quelle/tief/b.txt").c_str(), "user.xdg.tags", "Rot", 3, 0) == 0 &&
+        ::setxattr(tree.path("quelle/tief/leer").c_str(), "user.xdg.tags", "Blau", 4, 0) == 0)
+        kept.insert(kept.end(), {"quelle/tief/b.txt", "quelle/tief/leer"});
+    EXPECT_EQ(removeAndListKept(), kept);
+}
+
+TEST_P(CopiedEntriesTest, isNotMisledByTimesThatMoveWithoutAChange)
+{
+    // The same rights once more, another name for a while, and a name outside the source.
+    touchRights("quelle/tief/b.txt");
+    fs::rename(tree.path("quelle/einzeln.txt"), tree.path("quelle/kurz"));
+    fs::rename(tree.path("quelle/kurz"), tree.path("quelle/einzeln.txt"));
+    fs::create_hard_link(tree.path("quelle/a.txt"), tree.path("draußen/a.txt"));
+    EXPECT_EQ(removeAndListKept(), std::vector<std::string>());
+    EXPECT_FALSE(tree.has("quelle"));
+    EXPECT_EQ(tree.content("draußen/a.txt"), "eins");
+}
+
+TEST_P(CopiedEntriesTest, leavesWhatIsInDoubtAndNotInTheCopy)
+{
+    for (const char *const name : {"quelle/einzeln.txt", "quelle/tief/b.txt"})
+        touchRights(name);
+    tree.file("unter anderem Namen/tief/b.txt", "zwEI");
+    fs::remove(copy / "einzeln.txt");
+    fs::create_symlink(tree.path("quelle/einzeln.txt"), copy / "einzeln.txt");
+    EXPECT_EQ(removeAndListKept(), (std::vector<std::string>{"quelle/einzeln.txt", "quelle/tief/b.txt"}));
+}
+
+TEST_P(CopiedEntriesTest, looksWithoutRemoving)
+{
+    tree.file("quelle/tief/neu.txt", "kam dazu");
+    const std::string before = tree.snapshot();
+    const auto changed = changedSinceCopy(tree.path("quelle"), copied, copy);
+    ASSERT_TRUE(changed);
+    EXPECT_EQ(*changed, std::vector<Location>{tree.path("quelle/tief/neu.txt")});
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+/// As on a volume that gives its entries other numbers and keeps no change times of their own.
+TEST_P(CopiedEntriesTest, comparesContentWhereTimesProveNothing)
+{
+    copied.begin(OwnEntries::pathMark(0, "a.txt"), CopiedEntries::Proof::None);
+    const SourceStatus seen = SourceStatus::of(*statusOf({AT_FDCWD, tree.path("quelle/a.txt").c_str()}));
+    const Descriptor file = *openForReading({AT_FDCWD, tree.path("quelle/a.txt").c_str()});
+    copied.add(copied.top(), seen, MetadataMark::of(file.number(), seen.status));
+    changeInSecret("quelle/a.txt", [](const Location &one) { std::ofstream(one, std::ios::in) << "EINS"; });
+    const auto remove = [&] { return removeCopied(tree.path("quelle/a.txt"), copied, copy / "a.txt"); };
+    EXPECT_EQ(remove().value_or(std::vector<Location>()), std::vector<Location>{tree.path("quelle/a.txt")});
+    changeInSecret("quelle/a.txt", [&](const Location &one) {
+        fs::remove(one);
+        tree.file("quelle/a.txt", "eins"); // another number
+        fs::permissions(one, static_cast<fs::perms>(seen.status.st_mode & 07777));
+        fs::last_write_time(one, fs::last_write_time(copy / "a.txt"));
+    });
+    EXPECT_EQ(remove().value_or(std::vector<Location>{"failed"}), std::vector<Location>());
+    EXPECT_FALSE(tree.has("quelle/a.txt"));
 }

@@ -54,9 +54,10 @@ Result<void> FaultyFileActions::removeOwnCopy(const Location &location)
     return m_plan.change<void>([&] { return m_real.removeOwnCopy(location); });
 }
 
-Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &source, const CopiedEntries &copied)
+Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &source, const CopiedEntries &copied,
+                                                              const Location &copy)
 {
-    return m_plan.change<std::vector<Location>>([&] { return m_real.removeCopied(source, copied); });
+    return m_plan.change<std::vector<Location>>([&] { return m_real.removeCopied(source, copied, copy); });
 }
 
 Result<void> FaultyFileActions::removeForGood(const Location &entry)

@@ -49,7 +49,8 @@ public:
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
     Result<void> removeOwnCopy(const Location &location) override;
-    Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied) override;
+    Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
+                                               const Location &copy) override;
     Result<void> removeForGood(const Location &entry) override;
     Result<void> createFolder(const Location &folder) override;
     Result<void> removeEmptyFolder(const Location &folder) override;

@@ -43,7 +43,12 @@ bool isBroken(int error)
 
 } // namespace
 
-Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int destination)
+bool isCopiedAttribute(std::string_view name)
+{
+    return kindOf(name) != Attribute::Foreign;
+}
+
+Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int destination, MetadataMark &mark)
 {
     m_names.resize(longestList);
     const ssize_t length = ::flistxattr(source, m_names.data(), m_names.size());
@@ -59,6 +64,7 @@ Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int de
             return failure(Failure::lastSystem());
         if (size < 0)
             continue;
+        mark.add(name, {m_value.data(), static_cast<std::size_t>(size)});
         const bool set = ::fsetxattr(destination, name, m_value.data(), static_cast<std::size_t>(size), 0) == 0;
         if (!set && (isBroken(errno) || isFull(destination, errno)))
             return failure(Failure::lastSystem());
