@@ -45,6 +45,12 @@ Failure AgentError::keptCopyGone()
         {}};
 }
 
+Failure AgentError::keptForOthers()
+{
+    return {QStringLiteral("Bleibt: Gleiche Inhalte sind gerade in den Papierkorb gekommen, weil es diesen noch gibt."),
+            {}};
+}
+
 Failure AgentError::alreadyWorking()
 {
     return {QStringLiteral("Der Aufräum-Agent arbeitet gerade."),

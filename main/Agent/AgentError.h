@@ -21,6 +21,8 @@ struct AgentError {
     static Failure targetSwapped(const Location &now);
     /// The copy that was to remain of a duplicate is gone or differs by now.
     static Failure keptCopyGone();
+    /// It has the content of entries that went in this run because it stays.
+    static Failure keptForOthers();
     /// Somebody else executes or undoes (`errc::resource_unavailable_try_again`).
     static Failure alreadyWorking();
 };

@@ -7,6 +7,7 @@
 #include "Agent/StateFolder.h"
 #include "Agent/StepLog.h"
 #include "Agent/StepPerformer.h"
+#include "Agent/StoredProfiles.h"
 
 #include <algorithm>
 
@@ -36,7 +37,6 @@ public:
         : m_services(services)
         , m_journal(std::move(journal))
         , m_control(control)
-        , m_performer(services, &control)
     {
     }
 
@@ -47,7 +47,7 @@ public:
     RunJournal &journal() { return m_journal; }
 
 private:
-    void performOne(const AgentProposal &proposal);
+    void performOne(StepPerformer &performer, const AgentProposal &proposal);
     void fail(const AgentProposal &proposal, const Failure &why)
     {
         m_outcome.failures.push_back({proposal.id, proposal.source, why});
@@ -56,7 +56,7 @@ private:
     const AgentServices &m_services;
     RunJournal m_journal;
     JobControl &m_control;
-    StepPerformer m_performer;
+    KeptEntries m_kept;
     ExecutionOutcome m_outcome;
     std::vector<JournalStep> m_steps;
     std::vector<StepMarks> m_marks; ///< of these steps
@@ -64,11 +64,11 @@ private:
     std::size_t m_next = 0; ///< the number of the step at hand
 };
 
-void Runner::performOne(const AgentProposal &proposal)
+void Runner::performOne(StepPerformer &performer, const AgentProposal &proposal)
 {
     m_control.setDetail(shownName(proposal.source));
     StepLog log(m_journal, m_createdFolders, m_next);
-    const Result<StepPerformer::Performed> performed = m_performer.perform(proposal, log);
+    const Result<StepPerformer::Performed> performed = performer.perform(proposal, log);
     if (performed) {
         m_marks.push_back(performed->marks);
         // A line that cannot be written (a full disk) is found out from the disk, should we not get to the end.
@@ -98,14 +98,18 @@ void Runner::perform(std::span<const AgentProposal> proposals)
         proposals = proposals.subspan(batch.size());
         std::vector<PlannedStep> plans;
         std::ranges::transform(batch, std::back_inserter(plans), planOf);
-        const Result<std::size_t> planned = m_journal.plan(plans);
+        // A profile that is saved while a run is at work counts from the next batch on.
+        const Result<std::vector<FolderProfile>> profiles = storedProfiles(m_services.defaults);
+        const Guard guard(m_services.locations, profiles.value_or(std::vector<FolderProfile>()));
+        StepPerformer performer(m_services, guard, m_kept, &m_control);
+        const Result<std::size_t> planned = profiles ? m_journal.plan(plans) : failure(profiles.error());
         m_next = planned.value_or(m_next);
         for (const AgentProposal &proposal : batch) {
             m_outcome.cancelled = m_outcome.cancelled || m_control.cancelled();
             if (m_outcome.cancelled)
                 break;
             if (planned)
-                performOne(proposal);
+                performOne(performer, proposal);
             else
                 fail(proposal, planned.error());
         }
@@ -132,6 +136,7 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
     const StateFolder state(m_services.stateFolder);
     const FileLock lock = TRY(state.lockAgent());
     const Location journals = TRY(state.journals());
+    std::ignore = TRY(storedProfiles(m_services.defaults));
     // Whole milliseconds: the stored number keeps no more.
     const Instant now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
     const QUuid id = QUuid::createUuid();

@@ -73,28 +73,28 @@ std::optional<FolderProfile> Guard::profileOf(const Location &location) const
     return m_protected.profileOf(resolvedLocation(named).value_or(named));
 }
 
-Result<void> Guard::check(const Location &entry) const
+Result<void> Guard::check(const Location &entry, Review review) const
 {
     if (!m_locations.isAllowedEntry(entry))
         return failure(systemLocation());
-    const std::optional<Protection> protection = m_protected.of(standardised(entry), realEntry(entry));
-    return protection ? Result<void>(failure(protectedBy(*protection))) : Result<void>();
+    return checkReal(standardised(entry), realEntry(entry), review);
 }
 
-Result<void> Guard::checkIn(const std::string &realFolder, const Location &entry) const
+Result<void> Guard::checkIn(const std::string &realFolder, const Location &entry, Review review) const
 {
     if (!m_locations.isAllowedEntryIn(realFolder, entry))
         return failure(systemLocation());
-    const std::optional<Protection> protection = m_protected.of(entry, Location(realFolder) / entry.filename());
-    return protection ? Result<void>(failure(protectedBy(*protection))) : Result<void>();
+    return checkReal(entry, Location(realFolder) / entry.filename(), review);
 }
 
-Result<void> Guard::checkNoProject(const Location &entry) const
+Result<void> Guard::checkReal(const Location &entry, const Location &real, Review review) const
 {
-    const Location real = realEntry(entry);
-    const std::optional<Location> project = m_projects.above(real);
-    const bool open = project && !m_protected.profileOf(real);
-    return open ? Result<void>(failure(inProject(*project))) : Result<void>();
+    if (const std::optional<Protection> protection = m_protected.of(entry, real))
+        return failure(protectedBy(*protection));
+    const std::optional<Location> project = review == Review::Missing ? m_projects.above(real) : std::nullopt;
+    if (project && !m_protected.profileOf(real))
+        return failure(inProject(*project));
+    return {};
 }
 
 } // namespace brellin

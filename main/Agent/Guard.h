@@ -31,12 +31,13 @@ public:
     /// The profile whose project a location is or lies in; of several the innermost.
     std::optional<FolderProfile> profileOf(const Location &location) const;
 
-    /// Refuses what is the system's or protected, with a German sentence that says why.
-    Result<void> check(const Location &entry) const;
+    /// Whether the user was told that an entry may be needed where it is.
+    enum class Review { Missing, Asked };
+    /// Refuses what is the system's, what is protected and, without review, what belongs to a software project that no
+    /// profile covers, with a German sentence that says why.
+    Result<void> check(const Location &entry, Review review) const;
     /// The same for an entry at a standardised path whose folder is known to lie at `realFolder`.
-    Result<void> checkIn(const std::string &realFolder, const Location &entry) const;
-    /// Refuses an entry of a software project that no profile covers.
-    Result<void> checkNoProject(const Location &entry) const;
+    Result<void> checkIn(const std::string &realFolder, const Location &entry, Review review) const;
 
 private:
     struct Folder {
@@ -45,6 +46,7 @@ private:
     };
     const Folder &folderOf(const Location &entry) const;
     Location real(const Location &entry) const;
+    Result<void> checkReal(const Location &entry, const Location &real, Review review) const;
 
     const SystemLocations &m_locations;
     ProtectedPlaces m_protected;

@@ -65,10 +65,10 @@ bool MoveSeries::begin(const Location &source, const Location &wanted)
     return held;
 }
 
-bool MoveSeries::isAllowed(const Location &source, const Location &wanted) const
+bool MoveSeries::isAllowed(const AgentProposal &proposal) const
 {
-    return m_services.locations.isAllowedEntryIn(m_from->real, source) &&
-           m_services.locations.isAllowedEntryIn(m_to->real, wanted);
+    return m_guard.checkIn(m_from->real, proposal.source, reviewOf(proposal)) &&
+           m_services.locations.isAllowedEntryIn(m_to->real, *proposal.destination);
 }
 
 std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
@@ -76,8 +76,7 @@ std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
     if (!isPlainMove(proposal) || !begin(proposal.source, *proposal.destination))
         return std::nullopt;
     const std::string newName = nameOf(*proposal.destination);
-    const bool ready =
-        newName.size() <= longestName && isAllowed(proposal.source, *proposal.destination) && checkUnchanged(proposal);
+    const bool ready = newName.size() <= longestName && isAllowed(proposal) && checkUnchanged(proposal);
     std::optional<Moved> outcome = ready ? moved(proposal, nameOf(proposal.source), newName) : std::optional<Moved>();
     // Whatever is behind it, the folders are looked at again for the next one.
     if (!outcome || outcome->astray)

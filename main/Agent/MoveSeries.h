@@ -3,6 +3,7 @@
 #include "Agent/AgentProposal.h"
 #include "Agent/AgentServices.h"
 #include "Agent/EntryMark.h"
+#include "Agent/Guard.h"
 #include "Disk/HeldFolder.h"
 
 #include <optional>
@@ -14,7 +15,8 @@ namespace brellin {
 /// (where they really lie, that they are on one volume) holds for every entry.
 class MoveSeries {
 public:
-    explicit MoveSeries(const AgentServices &services) : m_services(services) {}
+    /// Both outlive the series.
+    MoveSeries(const AgentServices &services, const Guard &guard) : m_services(services), m_guard(guard) {}
 
     /// What became of an entry.
     struct Moved {
@@ -37,12 +39,13 @@ private:
     };
 
     bool begin(const Location &source, const Location &wanted);
-    bool isAllowed(const Location &source, const Location &wanted) const;
+    bool isAllowed(const AgentProposal &proposal) const;
     std::optional<Moved> moved(const AgentProposal &proposal, const std::string &name, const std::string &newName);
     std::optional<Moved> takenBack(const AgentProposal &proposal, const std::string &name, const std::string &newName);
     static std::optional<Folder> hold(const Location &folder);
 
     const AgentServices &m_services;
+    const Guard &m_guard;
     std::string m_source, m_target; ///< the folders of the proposal before
     std::optional<Folder> m_from, m_to;
 };

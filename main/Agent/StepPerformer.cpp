@@ -18,12 +18,16 @@ Result<void> checkUnchanged(const AgentProposal &proposal)
     return {};
 }
 
+Guard::Review reviewOf(const AgentProposal &proposal)
+{
+    return proposal.needsReview ? Guard::Review::Asked : Guard::Review::Missing;
+}
+
 Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal) const
 {
-    if (!m_services.locations.isAllowedEntry(proposal.source) ||
-        (proposal.destination && !m_services.locations.isAllowedEntry(*proposal.destination)))
+    if (proposal.destination && !m_services.locations.isAllowedEntry(*proposal.destination))
         return failure(AgentError::systemLocation());
-    return {};
+    return m_guard.check(proposal.source, reviewOf(proposal));
 }
 
 Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) const
@@ -32,6 +36,16 @@ Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) co
         return {};
     const TreeState now = TRY(TreeState::of(proposal.source, m_control));
     return now == *proposal.treeSeen ? Result<void>() : Result<void>(failure(AgentError::changedSinceScan()));
+}
+
+/// Of a group of duplicates one must remain, whatever happened to the others since the scan.
+Result<void> StepPerformer::checkKept(const AgentProposal &proposal) const
+{
+    if (proposal.kind == Kind::Trash && m_kept.concern(proposal.source))
+        return failure(AgentError::keptForOthers());
+    if (proposal.keptCopy && !haveSameContent(proposal.source, *proposal.keptCopy, m_control))
+        return failure(m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone());
+    return {};
 }
 
 Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
@@ -53,9 +67,15 @@ Result<JournalStep> StepPerformer::performAlone(const AgentProposal &proposal, S
     TRY(checkAllowed(proposal));
     TRY(checkUnchanged(proposal));
     TRY(checkTreeUnchanged(proposal));
-    // Of a group of duplicates one must remain, whatever happened to the others since the scan.
-    if (proposal.keptCopy && !haveSameContent(proposal.source, *proposal.keptCopy, m_control))
-        return failure(m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone());
+    TRY(checkKept(proposal));
+    JournalStep step = TRY(act(proposal, log));
+    if (proposal.keptCopy)
+        m_kept.add(*proposal.keptCopy);
+    return step;
+}
+
+Result<JournalStep> StepPerformer::act(const AgentProposal &proposal, StepLog &log)
+{
     switch (proposal.kind) {
     case Kind::Trash:
         return trash(proposal);

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
+#include "Agent/Guard.h"
 #include "Agent/JournalRun.h"
+#include "Agent/KeptEntries.h"
 #include "Agent/MoveSeries.h"
 #include "Agent/Placement.h"
 
@@ -11,10 +13,13 @@ namespace brellin {
 /// a failure leaves the source as it was and no half copy.
 class StepPerformer {
 public:
-    StepPerformer(const AgentServices &services, JobControl *control)
+    /// All outlive the performer. `kept` is what stays in this run because others have gone for it.
+    StepPerformer(const AgentServices &services, const Guard &guard, KeptEntries &kept, JobControl *control)
         : m_services(services)
+        , m_guard(guard)
+        , m_kept(kept)
         , m_place(services, control)
-        , m_series(services)
+        , m_series(services, guard)
         , m_control(control)
     {
     }
@@ -30,11 +35,15 @@ private:
     Result<JournalStep> performAlone(const AgentProposal &proposal, StepLog &log);
     Result<void> checkAllowed(const AgentProposal &proposal) const;
     Result<void> checkTreeUnchanged(const AgentProposal &proposal) const;
+    Result<void> checkKept(const AgentProposal &proposal) const;
+    Result<JournalStep> act(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> trash(const AgentProposal &proposal);
 
     const AgentServices &m_services;
+    const Guard &m_guard;
+    KeptEntries &m_kept;
     Placement m_place;
     MoveSeries m_series;
     JobControl *m_control;
@@ -42,5 +51,8 @@ private:
 
 /// The check before every step: the source must still be what was seen (if anything was).
 Result<void> checkUnchanged(const AgentProposal &proposal);
+
+/// Whether the proposal told the user that its source may be needed where it is.
+Guard::Review reviewOf(const AgentProposal &proposal);
 
 } // namespace brellin

@@ -8,6 +8,8 @@
 using namespace brellin;
 using namespace brellin::test;
 
+using Review = Guard::Review;
+
 namespace {
 
 /// Entries that are reached by other paths than the ones they are known by.
@@ -27,9 +29,9 @@ protected:
     {
         const Location at = tree.path(entry);
         const std::string folder = resolvedLocation(at.parent_path()).value_or(at.parent_path()).native();
-        const bool refused = !guard.check(at).has_value();
+        const bool refused = !guard.check(at, Review::Asked).has_value();
         EXPECT_EQ(guard.isProtected(at), refused) << at;
-        EXPECT_EQ(!guard.checkIn(folder, at).has_value(), refused) << at;
+        EXPECT_EQ(!guard.checkIn(folder, at, Review::Asked).has_value(), refused) << at;
         return refused;
     }
 
@@ -59,9 +61,10 @@ TEST_F(GuardTest, findsWhatIsProtectedByWhateverPath)
              {"home/echt/Werk/frei/b", "home/kurz/Werk/frei", "home/kurz/Werk/fester", "home/ab"})
             EXPECT_FALSE(refused(asked, free)) << root << ' ' << free;
     }
-    const Failure why = guard({profile("home/echt/Werk", {u"fest"})}).check(tree.path("home/ab/tief/a")).error();
+    const Failure why =
+        guard({profile("home/echt/Werk", {u"fest"})}).check(tree.path("home/ab/tief/a"), Review::Asked).error();
     EXPECT_EQ(why.message, u"Im Projekt „Werk“ geschützt („fest“) und bleibt, wie es ist."_qs);
-    EXPECT_EQ(guard({}).check("/usr/bin/env").error().message, SystemLocations::message());
+    EXPECT_EQ(guard({}).check("/usr/bin/env", Review::Asked).error().message, SystemLocations::message());
 }
 
 TEST_F(GuardTest, readsEntriesAsOlderVersionsStoredThem)
@@ -109,8 +112,9 @@ TEST_F(GuardTest, seesAProjectThroughALink)
     EXPECT_TRUE(asked.isInProject(tree.path("home/ab/a")));
     EXPECT_FALSE(asked.isInProject(tree.path("home/ab"))); // the link lies in the home folder
     EXPECT_FALSE(asked.isInProject(tree.path("home/frei/b")));
-    EXPECT_FALSE(asked.checkNoProject(tree.path("home/ab/a")));
-    EXPECT_TRUE(guard({profile("home/Werk", {})}).checkNoProject(tree.path("home/ab/a")));
+    EXPECT_FALSE(asked.check(tree.path("home/ab/a"), Review::Missing));
+    EXPECT_TRUE(asked.check(tree.path("home/ab/a"), Review::Asked));
+    EXPECT_TRUE(guard({profile("home/Werk", {})}).check(tree.path("home/ab/a"), Review::Missing));
     EXPECT_EQ(guard({profile("home/Werk", {})}).profileOf(tree.path("home/ab")).value_or(FolderProfile()).name,
               u"Werk"_qs);
 }
