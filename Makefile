@@ -4,7 +4,7 @@
 # is no display a check by the rules.
 ARGS ?= $(if $(DISPLAY)$(WAYLAND_DISPLAY),,pruefen)
 
-.PHONY: build run test lint format bench clean help
+.PHONY: build run test lint format bench soak clean help
 .DEFAULT_GOAL := build
 
 build:
@@ -31,6 +31,13 @@ bench:
 	@build/bench/bin/brellin-bench
 	@bench/peers.py build/bench/bin
 
+# ARGS choose a part: make soak ARGS="--part kill --only exfat --minutes 5"
+soak: ARGS =
+soak:
+	@tools/setup build soak
+	@tools/build release --target brellin brellin-unpack
+	@nice soak/soak.py build/release/bin $(ARGS)
+
 clean:
 	@rm -rf build
 
@@ -41,4 +48,5 @@ help:
 	@echo 'make lint     check layout and code with clang-format and clang-tidy'
 	@echo 'make format   lay the source out as clang-format wants it'
 	@echo 'make bench    measure, also against programs of the same kind'
+	@echo 'make soak     kill and disturb the program on volumes of every kind (as root, an hour); ARGS="..." choose a part'
 	@echo 'make clean    remove everything that was built'
