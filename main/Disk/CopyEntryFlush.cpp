@@ -13,7 +13,8 @@ namespace brellin {
 namespace {
 
 /// Flushes file by file while there are few. Of many each would wait for the disk, so from then on the whole volume is
-/// flushed once (the system reports failed writes there as well), at the price of waiting for what others wrote.
+/// flushed once (the system reports failed writes there as well), at the price of waiting for what others wrote; not where
+/// that reaches no disk.
 class TreeFlush {
 public:
     Result<void> run(NameIn top)
@@ -69,7 +70,7 @@ private:
         constexpr int few = 64;
         if (m_volumeFlushed)
             return {};
-        if (++m_flushed > few)
+        if (++m_flushed > few && isFlushedAsAWhole(file))
             return flushVolumeOnce(file);
         if (flushFile(file) == 0)
             return {};

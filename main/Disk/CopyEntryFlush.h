@@ -8,6 +8,8 @@ namespace brellin {
 int flushFile(int file);
 /// Writes everything of the volume that `file` lies on.
 int flushVolume(int file);
+/// Whether `flushVolume` reaches the disk of what `file` lies on. A file system in user space hears of single files only.
+bool isFlushedAsAWhole(int file);
 /// Lets the system forget its pages of a file that has been written.
 int forgetPages(int file);
 

@@ -34,6 +34,11 @@ Result<void> DiskFileActions::flush(const Location &location)
     return flushEntry(location);
 }
 
+Result<void> DiskFileActions::flushVolume(const WrittenVolume &volume)
+{
+    return volume.flush();
+}
+
 Result<void> DiskFileActions::removeOwnCopy(const Location &location)
 {
     return brellin::removeOwnCopy(location);

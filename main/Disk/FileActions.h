@@ -4,6 +4,7 @@
 #include "Base/Result.h"
 #include "Disk/CopyEntry.h"
 #include "Disk/HeldFolder.h"
+#include "Disk/WrittenVolume.h"
 
 namespace brellin {
 
@@ -19,6 +20,8 @@ public:
                                     const CopyOptions &options) = 0;
     /// As `flushEntry`.
     virtual Result<void> flush(const Location &location) = 0;
+    /// As `WrittenVolume::flush`.
+    virtual Result<void> flushVolume(const WrittenVolume &volume) = 0;
     /// As `removeOwnCopy`.
     virtual Result<void> removeOwnCopy(const Location &location) = 0;
     /// As `removeCopied`.
@@ -48,6 +51,7 @@ public:
                             const std::string &newName) override;
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
+    Result<void> flushVolume(const WrittenVolume &volume) override;
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy) override;

@@ -49,6 +49,15 @@ Result<void> FaultyFileActions::flush(const Location &location)
     return m_plan.change<void>([&] { return m_real.flush(location); });
 }
 
+Result<void> FaultyFileActions::flushVolume(const WrittenVolume &volume)
+{
+    return m_plan.change<void>([&] {
+        if (beforeVolumeFlush)
+            beforeVolumeFlush();
+        return m_real.flushVolume(volume);
+    });
+}
+
 Result<void> FaultyFileActions::removeOwnCopy(const Location &location)
 {
     return m_plan.change<void>([&] { return m_real.removeOwnCopy(location); });

@@ -48,6 +48,7 @@ public:
                             const std::string &newName) override;
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
     Result<void> flush(const Location &location) override;
+    Result<void> flushVolume(const WrittenVolume &volume) override;
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy) override;
@@ -57,6 +58,8 @@ public:
 
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
+    /// Called before each flush of a volume.
+    std::function<void()> beforeVolumeFlush;
     /// What each copy says that it could not keep.
     QStringList notKept;
     /// Called before each rename between held folders, so that a test can put others in their places.
