@@ -89,7 +89,7 @@ QString TransferJob::title() const
 QString TransferJob::detail() const
 {
     return ProgressLine{measuring.get(),  bytes.get(), totalBytes.get(), files.get(),
-                        totalFiles.get(), active(),    paused.get()}
+                        totalFiles.get(), active(),    paused.get(),     state->progress().flushing}
         .text();
 }
 

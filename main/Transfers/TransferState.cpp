@@ -49,6 +49,12 @@ void TransferState::waitWhilePaused()
     m_changed.wait(lock, [this] { return !m_progress.paused || m_progress.cancelled; });
 }
 
+void TransferState::setFlushing(bool flushing)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_progress.flushing = flushing;
+}
+
 void TransferState::finishStep(const TransferSize &size)
 {
     const std::scoped_lock lock(m_mutex);

@@ -23,6 +23,7 @@ public:
         QString name;              ///< the entry being copied
         bool cancelled = false;
         bool paused = false;
+        bool flushing = false; ///< everything is copied, and the disk is writing it
 
         std::int64_t bytes() const { return itemBase + inItem + inFile; }
     };
@@ -41,6 +42,7 @@ public:
     void advance(const QString &name, std::int64_t bytes, std::int64_t files);
     /// Waits until the transfer is not paused, or cancelled.
     void waitWhilePaused();
+    void setFlushing(bool flushing);
     void finishStep(const TransferSize &size);
 
 private:

@@ -43,6 +43,8 @@ QString ProgressLine::text() const
 {
     if (measuring)
         return QStringLiteral("Ermittle Größe …");
+    if (flushing)
+        return QStringLiteral("Schreibe auf den Datenträger …");
     QString text = QStringLiteral("%1 von %2 · %3 von %4 Dateien")
                        .arg(sizeText(bytes), sizeText(totalBytes), german().toString(static_cast<qlonglong>(files)),
                             german().toString(static_cast<qlonglong>(totalFiles)));
