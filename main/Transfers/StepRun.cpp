@@ -61,6 +61,7 @@ Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
 {
     const Location temporary = m_log.temporaryFor(step.dst);
     CopiedEntries copied;
+    WrittenVolume *const written = TRY(volumeFor(step.dst.parent_path()));
     const CopyReport report =
         TRY(m_engine.copy(step.src, temporary, m_state, m_kind == TransferKind::Move ? &copied : nullptr));
     const Result<std::optional<Location>> replaced = place(step, temporary);
@@ -76,7 +77,9 @@ Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
     }
     TransferredEntry entry = arrived(step, *replaced);
     entry.size = {report.bytes, report.files};
-    entry.moved = m_kind == TransferKind::Move && giveUpSource(step, copied);
+    written->wrote(step.dst);
+    if (m_kind == TransferKind::Move)
+        m_moved.push_back({outcome.done.size(), step, std::move(copied)});
     return entry;
 }
 
@@ -85,7 +88,7 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
     if (m_state.cancelled())
         return failure(Failure::cancelled());
     // Something is given up for this copy: it must be on the disk itself before.
-    if (m_kind == TransferKind::Move || step.removedForGood)
+    if (step.removedForGood)
         TRY(m_services.files.flush(temporary));
     std::optional<Location> replaced;
     if (step.replace)
@@ -95,14 +98,69 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
     return replaced;
 }
 
+Result<WrittenVolume *> StepRun::volumeFor(const Location &folder)
+{
+    auto known = m_written.find(folder);
+    if (known == m_written.end())
+        known = m_written.emplace(folder, TRY(WrittenVolume::open(folder))).first;
+    return &known->second;
+}
+
+Result<void> StepRun::flush()
+{
+    m_state.setFlushing(true);
+    Result<void> flushed;
+    for (const auto &[folder, volume] : m_written) {
+        const Result<void> one = m_services.files.flushVolume(volume);
+        if (!one && m_moved.empty())
+            outcome.errors << errorLine(folder,
+                                        {QStringLiteral("Der Datenträger hat nicht alles geschrieben, was "
+                                                        "kopiert wurde; das sollte noch einmal kopiert werden: ") +
+                                             one.error().message,
+                                         {}});
+        if (!one)
+            flushed = one;
+    }
+    m_written.clear();
+    m_state.setFlushing(false);
+    return flushed;
+}
+
+void StepRun::settle()
+{
+    // The copies' names, too, are on the disk before the sources go.
+    const Result<void> flushed = flush();
+    for (const Moved &one : m_moved) {
+        const Result<void> safe = flushed ? checkCopyIsThere(outcome.done[one.number]) : flushed;
+        const QString stays = QStringLiteral("Kopiert; das Original bleibt vorsichtshalber stehen: ");
+        if (safe)
+            outcome.done[one.number].moved = giveUpSource(one.step, one.copied);
+        else
+            outcome.errors << errorLine(one.step.src, {stays + safe.error().message, {}});
+    }
+    m_moved.clear();
+}
+
+/// Other steps came between, and other programs.
+Result<void> StepRun::checkCopyIsThere(const TransferredEntry &copy)
+{
+    const FileState now = FileState::of(TRY(readAttributes(copy.dst)));
+    if (now.identity == copy.state.identity || (now.size == copy.state.size && now.modified == copy.state.modified))
+        return {};
+    return failure(QStringLiteral("Die Kopie liegt nicht mehr an ihrem Ort."));
+}
+
+void StepRun::settleBefore(const TransferStep &step)
+{
+    const auto concerned = [&](const Moved &one) {
+        return isAtOrBelow(step.src, one.step.src) || isAtOrBelow(one.step.src, step.src);
+    };
+    if (std::ranges::any_of(m_moved, concerned))
+        settle();
+}
+
 bool StepRun::giveUpSource(const TransferStep &step, const CopiedEntries &copied)
 {
-    // The copy's name, too, must be on the disk before the source goes.
-    if (const Result<void> flushed = m_services.files.flush(step.dst); !flushed) {
-        const QString stays = QStringLiteral("Kopiert; das Original bleibt vorsichtshalber stehen: ");
-        outcome.errors << errorLine(step.src, {stays + flushed.error().message, {}});
-        return false;
-    }
     const Result<std::vector<Location>> kept = m_services.files.removeCopied(step.src, copied, step.dst);
     if (!kept) {
         const QString stays = QStringLiteral("Kopiert, aber das Original ließ sich nicht ganz entfernen: ");

@@ -15,6 +15,7 @@ TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, Tran
         const TransferSize size = i < sizes.size() ? sizes[i] : measure(step.src, &state.control());
         if (state.cancelled())
             break;
+        run.settleBefore(step);
         state.beginEntry(shownName(step.src));
         Result<TransferredEntry> done = run.carryOut(step);
         if (done) {
@@ -27,6 +28,7 @@ TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, Tran
         }
         state.finishStep(size);
     }
+    run.settle();
     run.outcome.cancelled = state.cancelled() && run.outcome.done.size() < steps.size();
     return std::move(run.outcome);
 }

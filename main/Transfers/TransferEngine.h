@@ -16,8 +16,8 @@ namespace brellin {
 ///
 /// A copy grows under a hidden name in its destination's folder, so that a name there always means the old entry or the
 /// complete new one. What it replaces goes into the Trash only once the new one is complete, and comes back if the last
-/// rename fails. A move across volumes is a copy that is flushed to the disk before what was copied, and nothing else, is
-/// removed from the source.
+/// rename fails. When all are made, the volume that they were written to is flushed once. Only then is what a move across
+/// volumes has copied, and nothing else, removed from the sources.
 class TransferEngine {
 public:
     explicit TransferEngine(const TransferServices &services) : m_services(services) {}

@@ -1,7 +1,12 @@
+#include "Disk/Descriptor.h"
+#include "Support/FailingDisk.h"
 #include "Support/PrivateMount.h"
 #include "TransferWorld.h"
 
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -104,4 +109,31 @@ TEST_P(FullDiskTest, losesNothingHoweverLittleRoomThereIs)
         ASSERT_LT(pages, 40);
     }
     EXPECT_GT(partly, 0u);
+}
+
+/// More than the medium holds, by files of which the system has written many by itself before the end.
+TEST(FailingDiskTest, isNotedWhenTheSystemBringsTheBytesToIt)
+{
+    for (const TransferKind kind : {TransferKind::Copy, TransferKind::Move}) {
+        constexpr std::int64_t size = 16 << 20;
+        TransferWorld world;
+        const FailingDisk disk(world.tree().folder("medium"), world.disk(""), size);
+        if (!disk)
+            GTEST_SKIP() << "cannot make such a disk here";
+        for (int i = 0; i < 40; ++i)
+            world.tree().file("home/Ordner/" + std::to_string(i),
+                              std::string(size / 40, static_cast<char>('a' + i % 26)));
+        // Another program's flush hears of the errors first: whoever begins to listen after it hears nothing.
+        world.files.afterCopy = [&](const Location &, const Location &) {
+            const Descriptor folder = *openFolder({AT_FDCWD, world.disk("").c_str()});
+            ::syncfs(folder.number());
+        };
+        TransferState state;
+        const std::vector<TransferStep> steps{{world.home("Ordner"), world.disk("Ordner"), false, {}}};
+        const TransferOutcome outcome = TransferEngine(world.services()).run(steps, kind, state);
+        ASSERT_EQ(outcome.errors.size(), 1);
+        EXPECT_FALSE(outcome.done.front().moved);
+        for (int i = 0; i < 40; ++i)
+            EXPECT_EQ(world.tree().content("home/Ordner/" + std::to_string(i)).size(), size / 40u);
+    }
 }

@@ -252,6 +252,49 @@ TEST(TransferEngineMoveTest, keepsWhatAppearedInTheSourceMeanwhile)
     world.expectEveryByte();
 }
 
+TEST_P(TransferEngineTest, flushesOnceAtTheEnd)
+{
+    const auto world = fresh();
+    const bool renames = GetParam().kind == TransferKind::Move && GetParam().across == Across::OneVolume;
+    TransferState state;
+    int flushing = 0;
+    world->files.beforeVolumeFlush = [&] { flushing += state.progress().flushing ? 1 : 0; };
+    const TransferOutcome outcome = TransferEngine(world->services()).run(world->steps(), world->kind, state);
+    EXPECT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(flushing, renames ? 0 : 1);
+    EXPECT_FALSE(state.progress().flushing);
+}
+
+TEST(TransferEngineMoveTest, keepsTheSourceOfACopyThatHasGone)
+{
+    EngineWorld world(TransferKind::Move, Across::Volumes);
+    world.files.beforeVolumeFlush = [&] {
+        std::filesystem::remove(world.target / "einzeln.pdf");
+        std::filesystem::remove_all(world.target / "Ordner");
+        world.tree().file(world.relative("Ordner"), "von anderen");
+    };
+    const TransferOutcome outcome = world.run();
+    EXPECT_EQ(outcome.errors.size(), 2);
+    EXPECT_FALSE(outcome.done.back().moved);
+    EXPECT_TRUE(entryExists(world.home("von/einzeln.pdf")));
+    EXPECT_TRUE(entryExists(world.home("von/Ordner/innen/b.txt")));
+    EXPECT_FALSE(entryExists(world.home("von/a.txt")));
+}
+
+TEST(TransferEngineMoveTest, takesPartsOfOneSourceInTheirOrder)
+{
+    EngineWorld world(TransferKind::Move, Across::Volumes);
+    TransferState state;
+    const std::vector<TransferStep> steps{
+        {world.home("von/Ordner/innen/b.txt"), world.disk("b.txt"), false, {}},
+        {world.home("von/Ordner"), world.disk("Ordner"), false, {}},
+    };
+    EXPECT_EQ(TransferEngine(world.services()).run(steps, TransferKind::Move, state).errors, QStringList());
+    EXPECT_FALSE(entryExists(world.disk("Ordner/innen/b.txt")));
+    EXPECT_EQ(world.tree().content("disk/b.txt"), "im neuen Ordner");
+    EXPECT_FALSE(entryExists(world.home("von/Ordner")));
+}
+
 TEST(TransferEngineReplaceTest, replacesNeitherTheSourceNorWhatHoldsIt)
 {
     TransferWorld world;
