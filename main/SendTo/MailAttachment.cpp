@@ -25,6 +25,7 @@ Result<void> attachToMail(const std::vector<Location> &files, ProcessRunner &pro
 {
     ProcessRequest request;
     request.program = "xdg-email";
+    request.purpose = ProcessRequest::Purpose::OpensForUser;
     for (const Location &file : files) {
         TRY(mayBeAttached(file));
         request.arguments.insert(request.arguments.end(), {"--attach", file.native()});

@@ -1,6 +1,8 @@
 #include "System/ProcessRunner.h"
 
+#include "System/ChildStart.h"
 #include "System/ProcessReading.h"
+#include "System/ToolEnvironment.h"
 
 #include <QString>
 
@@ -13,12 +15,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-extern char **environ; // NOLINT(readability-redundant-declaration): not every system's headers declare it
 
 namespace brellin {
 
@@ -75,7 +74,8 @@ public:
     Result<ProcessOutput> finish();
 
 private:
-    Failure startFailure(int error) const;
+    Failure startFailure(const std::error_code &error) const;
+    ChildStart startOf(const ProcessRequest &request) const;
     Result<void> prepareInput();
     bool hasAsked() const { return m_request.reply && m_outputText.size() > m_heard; }
     Result<void> answer();
@@ -98,11 +98,26 @@ private:
     QByteArray m_errorText;
 };
 
-Failure Child::startFailure(int error) const
+Failure Child::startFailure(const std::error_code &error) const
 {
     return {
         QStringLiteral("Das Programm „%1“ lässt sich nicht starten.").arg(QString::fromStdString(m_request.program)),
-        std::error_code(error, std::generic_category())};
+        error};
+}
+
+ChildStart Child::startOf(const ProcessRequest &request) const
+{
+    const bool forUser = request.purpose == ProcessRequest::Purpose::OpensForUser;
+    ChildStart start;
+    start.environment = forUser ? userEnvironment() : toolEnvironment();
+    start.words = {programIn(start.environment, request.program)};
+    start.words.insert(start.words.end(), request.arguments.begin(), request.arguments.end());
+    start.workingFolder = request.workingFolder;
+    start.input = m_input ? ::fileno(m_input.get()) : m_talk.readEnd();
+    start.output = m_output.writeEnd();
+    start.errors = m_errors.writeEnd();
+    start.orphaned = forUser ? ChildStart::Orphaned::GoOn : ChildStart::Orphaned::EndWithUs;
+    return start;
 }
 
 /// The input waits in an unnamed file: unlike a pipe it takes all of it at once, and a program that does not read it
@@ -124,32 +139,10 @@ Result<void> Child::start()
     TRY(prepareInput());
     if (!m_output.open() || !m_errors.open())
         return failure(Failure::lastSystem());
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, m_input ? ::fileno(m_input.get()) : m_talk.readEnd(), STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, m_output.writeEnd(), STDOUT_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, m_errors.writeEnd(), STDERR_FILENO);
-    if (!m_request.workingFolder.empty())
-        ::posix_spawn_file_actions_addchdir_np(&actions, m_request.workingFolder.c_str());
-    std::vector<std::string> words{m_request.program};
-    words.insert(words.end(), m_request.arguments.begin(), m_request.arguments.end());
-    std::vector<char *> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string &word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    posix_spawnattr_t attributes;
-    ::posix_spawnattr_init(&attributes);
-    // A group of its own, so that ending the program ends what it started.
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    const int error =
-        ::posix_spawnp(&m_pid, m_request.program.c_str(), &actions, &attributes, arguments.data(), environ);
-    ::posix_spawnattr_destroy(&attributes);
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        m_pid = -1;
-        return failure(startFailure(error));
-    }
+    const Result<pid_t> started = startChild(startOf(m_request));
+    if (!started)
+        return failure(startFailure(started.error().code));
+    m_pid = *started;
     m_talk.closeRead();
     m_output.closeWrite();
     m_errors.closeWrite();

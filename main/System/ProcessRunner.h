@@ -22,6 +22,10 @@ struct ProcessRequest {
     QByteArray input;
     Location workingFolder; ///< empty: the caller's
     std::chrono::milliseconds timeout = std::chrono::minutes(2);
+    /// A tool gets an environment made for it and ends with this program, however that ends. What opens something for the
+    /// user keeps theirs, and goes on.
+    enum class Purpose { Tool, OpensForUser };
+    Purpose purpose = Purpose::Tool;
     /// For a program that asks: called on the running thread with all it has put out whenever there is more and it has fallen
     /// silent. Gives what it is to read (an empty text, if it asked nothing), or nothing to end it, which counts as a cancel.
     /// May wait for a person; that time does not count. Takes the place of `input`.

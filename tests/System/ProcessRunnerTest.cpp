@@ -1,15 +1,21 @@
 #include "System/ProcessRunner.h"
 
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
 #include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace brellin;
 using namespace std::chrono_literals;
 using brellin::test::TempTree;
+using brellin::test::waitUntil;
 
 namespace {
 
@@ -44,6 +50,68 @@ TEST(ProcessRunner, PassesArgumentsAsBytes)
     request.arguments.clear();
     EXPECT_EQ(SystemProcessRunner().run(request, nullptr).value().output.trimmed().toStdString(),
               tree.path("hier").native());
+}
+
+TEST(ProcessRunner, KeepsTheUsersSettingsFromTools)
+{
+    ::setenv("ZIPOPT", "-m", 1);
+    ::setenv("LC_MESSAGES", "de_DE.UTF-8", 1);
+    ProcessRequest request;
+    request.program = "env";
+    const QList<QByteArray> forTools = SystemProcessRunner().run(request, nullptr).value().output.split('\n');
+    EXPECT_FALSE(forTools.contains("ZIPOPT=-m"));
+    EXPECT_TRUE(forTools.contains("LC_MESSAGES=de_DE.UTF-8"));
+    EXPECT_TRUE(forTools.contains("HOME=" + qgetenv("HOME")));
+    EXPECT_TRUE(forTools.contains("PATH=" + qgetenv("PATH")));
+    request.purpose = ProcessRequest::Purpose::OpensForUser;
+    EXPECT_TRUE(SystemProcessRunner().run(request, nullptr).value().output.contains("\nZIPOPT=-m\n"));
+    ::unsetenv("ZIPOPT");
+    ::unsetenv("LC_MESSAGES");
+}
+
+TEST(ProcessRunner, FindsNoProgramInTheWorkingFolder)
+{
+    const TempTree tree;
+    const Location stranger = tree.file("hier/brellin-fremd", "#!/bin/sh\necho fremd\n");
+    std::filesystem::permissions(stranger, std::filesystem::perms::owner_all);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", ".:" + path + ":");
+    ProcessRequest request;
+    request.program = "brellin-fremd";
+    request.workingFolder = tree.path("hier");
+    EXPECT_FALSE(SystemProcessRunner().run(request, nullptr));
+    qputenv("PATH", path);
+}
+
+TEST(ProcessRunner, LeavesNothingRunningWhenItIsKilled)
+{
+    const TempTree tree;
+    const auto start = [&](ProcessRequest::Purpose purpose, const char *note) {
+        const pid_t owner = ::fork();
+        if (owner == 0) {
+            ProcessRequest request;
+            request.program = "sh";
+            request.arguments = {"-c", "echo $$ >$1.neu; mv $1.neu $1; while :; do sleep 0.1; done", "sh",
+                                 tree.path(note).native()};
+            request.purpose = purpose;
+            (void)SystemProcessRunner().run(request, nullptr);
+            ::_exit(0);
+        }
+        EXPECT_TRUE(waitUntil([&] { return tree.has(note); }));
+        ::kill(owner, SIGKILL);
+        ::waitpid(owner, nullptr, 0);
+        return std::stoi(tree.content(note));
+    };
+    const pid_t tool = start(ProcessRequest::Purpose::Tool, "werkzeug");
+    // Nobody collects it here: what is left of it in the system's table has no program any more.
+    const auto runs = [](pid_t child) {
+        std::ifstream file("/proc/" + std::to_string(child) + "/cmdline");
+        return file.peek() != std::ifstream::traits_type::eof();
+    };
+    EXPECT_TRUE(waitUntil([&] { return !runs(tool); }));
+    const pid_t opened = start(ProcessRequest::Purpose::OpensForUser, "geöffnet");
+    EXPECT_TRUE(runs(opened));
+    ::kill(-opened, SIGKILL);
 }
 
 TEST(ProcessRunner, MovesMoreThanAPipeHolds)
