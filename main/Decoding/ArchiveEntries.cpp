@@ -132,21 +132,33 @@ QString whyNot(archive *reader)
     return QStringLiteral("Das Archiv ist beschädigt. (%1)").arg(QString::fromLocal8Bit(why ? why : ""));
 }
 
-/// The state that it ended in.
+/// The state that it ended in. A warning about content means that its checksum or its length is wrong.
 int streamContent(archive *reader, ArchiveWriter &writer, bool &written)
 {
+    bool spoilt = false;
     for (;;) {
         const void *bytes = nullptr;
         std::size_t size = 0;
         std::int64_t at = 0;
         const int state = ::archive_read_data_block(reader, &bytes, &size, &at);
+        if (state == ARCHIVE_EOF && spoilt)
+            written = written && writer.say(Message::Spoilt, {});
         if (!isGood(state))
             return state;
+        spoilt = spoilt || state == ARCHIVE_WARN;
         written = written && writer.data(static_cast<const char *>(bytes), size, at) &&
                   writer.say(Message::Position, archiveStream::bytesOf(::archive_filter_bytes(reader, -1)));
         if (!written)
             return ARCHIVE_FATAL;
     }
+}
+
+/// A tar archive ends with empty blocks: one that just stops after an entry was cut there. What was read after the last
+/// entry is all that tells.
+bool endMarkMissing(archive *reader)
+{
+    return (::archive_format(reader) & ARCHIVE_FORMAT_BASE_MASK) == ARCHIVE_FORMAT_TAR &&
+           ::archive_filter_bytes(reader, 0) <= ::archive_read_header_position(reader);
 }
 
 /// The state that it ended in: the archive's end, or a fault.
@@ -180,7 +192,7 @@ bool streamArchive(int file, int out, ArchiveContents contents)
                writer.flush();
     bool written = true;
     if (streamEntries(reader.get(), writer, contents, written) == ARCHIVE_EOF)
-        return writer.say(Message::End, {}) && writer.flush();
+        return writer.say(Message::End, endMarkMissing(reader.get()) ? "-" : "") && writer.flush();
     return written && writer.say(Message::Failure, whyNot(reader.get()).toUtf8()) && writer.flush();
 }
 

@@ -67,9 +67,11 @@ Result<std::optional<ArchivedEntry>> ArchiveReader::next()
 {
     for (;;) {
         const Heard heard = TRY(hear());
-        if (heard.kind == Message::End)
+        if (heard.kind == Message::End) {
+            m_cut = !heard.content.isEmpty();
             return std::nullopt;
-        if (heard.kind == Message::Data)
+        }
+        if (heard.kind == Message::Data || heard.kind == Message::Spoilt)
             continue; // of an entry whose content nobody wanted
         std::optional<ArchivedEntry> entry = entryFrom(heard.content);
         if (!entry)
@@ -78,14 +80,16 @@ Result<std::optional<ArchivedEntry>> ArchiveReader::next()
     }
 }
 
-Result<void>
+Result<ArchiveReader::Content>
 ArchiveReader::content(const std::function<Result<void>(const char *bytes, std::size_t size, std::int64_t at)> &take)
 {
     for (;;) {
         Heard heard = TRY(hear());
+        if (heard.kind == Message::Spoilt)
+            return Content::Spoilt;
         if (heard.kind != Message::Data) {
             m_ahead = std::move(heard);
-            return {};
+            return Content::Whole;
         }
         const qsizetype size = heard.content.size() - numberSize;
         const std::optional<std::int64_t> at = numberFrom(heard.content);

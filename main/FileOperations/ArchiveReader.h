@@ -24,8 +24,14 @@ public:
 
     /// The next entry, nothing at the end.
     Result<std::optional<ArchivedEntry>> next();
-    /// The content of the entry at hand, piece by piece with its place; a place that no piece names is a hole.
-    Result<void> content(const std::function<Result<void>(const char *bytes, std::size_t size, std::int64_t at)> &take);
+    /// The content of the entry at hand, piece by piece with its place; a place that no piece names is a hole. `Spoilt` where
+    /// it turned out not to be what the archive says of it, by checksum or length.
+    enum class Content { Whole, Spoilt };
+    Result<Content>
+    content(const std::function<Result<void>(const char *bytes, std::size_t size, std::int64_t at)> &take);
+
+    /// Whether the archive, at its end, lacks the mark that it is complete.
+    bool isCut() const { return m_cut; }
 
     /// How much of the archive has been read, and how long it is.
     std::int64_t bytesRead() const { return m_read; }
@@ -43,6 +49,7 @@ private:
     ArchiveProcess m_process;
     std::int64_t m_size;
     std::int64_t m_read = 0;
+    bool m_cut = false;
     std::optional<Heard> m_ahead; ///< what ended the content of the entry before
 };
 

@@ -85,6 +85,12 @@ Result<Descriptor> createFile(NameIn entry, std::uint32_t mode)
     return file;
 }
 
+/// FAT and exFAT, through the system's drivers or through FUSE, each have an answer of their own.
+bool tellsOfAVolumeWithoutLinks(int error)
+{
+    return error == EPERM || error == EOPNOTSUPP || error == ENOSYS || error == EMLINK;
+}
+
 /// Whether the failure is about this one entry, so that the others can still be unpacked.
 bool concernsNameOnly(const Failure &why)
 {
@@ -174,9 +180,12 @@ Result<void> UnpackedTree::addFile(const Path &path, const ArchivedEntry &entry,
 {
     const Place place = TRY(placeFor(path));
     // An archive may hold a name twice: both stay.
+    std::string name = place.name;
     Result<Descriptor> file = createFile(place.at(), entry.mode);
-    for (int number = 2; !file && file.error().is(std::errc::file_exists) && number < 1000; ++number)
-        file = createFile({place.folder.number(), numberedName(place.name, number).c_str()}, entry.mode);
+    for (int number = 2; !file && file.error().is(std::errc::file_exists) && number < 1000; ++number) {
+        name = numberedName(place.name, number);
+        file = createFile({place.folder.number(), name.c_str()}, entry.mode);
+    }
     if (!file)
         return failure(file.error());
     std::int64_t length = 0;
@@ -185,7 +194,12 @@ Result<void> UnpackedTree::addFile(const Path &path, const ArchivedEntry &entry,
         length = std::max(length, at + static_cast<std::int64_t>(size));
         return writeAt(file->number(), bytes, size, at);
     };
-    TRY(reader.content(write));
+    if (TRY(reader.content(write)) == ArchiveReader::Content::Spoilt) {
+        if (::unlinkat(place.folder.number(), name.c_str(), 0) != 0)
+            return failure(Failure::lastSystem());
+        refuse(entry, QStringLiteral("ist im Archiv beschädigt (die Prüfsumme stimmt nicht)"));
+        return {};
+    }
     // A hole at the end has no bytes that would make the file as long as it is.
     if (entry.size && *entry.size > length && ::ftruncate(file->number(), *entry.size) != 0)
         return failure(Failure::lastSystem());
@@ -217,9 +231,39 @@ Result<void> UnpackedTree::addHardLink(const Path &path, const ArchivedEntry &en
     }
     const Place from = TRY(placeFor(*target));
     const Place to = TRY(placeFor(path));
-    if (::linkat(from.folder.number(), from.name.c_str(), to.folder.number(), to.name.c_str(), 0) != 0)
+    if (::linkat(from.folder.number(), from.name.c_str(), to.folder.number(), to.name.c_str(), 0) == 0)
+        return {};
+    if (!tellsOfAVolumeWithoutLinks(errno))
         return failure(Failure::lastSystem());
+    TRY(copyInto(to, from));
+    ++m_separated;
     return {};
+}
+
+/// The content of a file of this tree once more, with its rights and time.
+Result<void> UnpackedTree::copyInto(const Place &to, const Place &from)
+{
+    const Descriptor source = TRY(openForReading(from.at()));
+    struct stat status{};
+    if (::fstat(source.number(), &status) != 0)
+        return failure(Failure::lastSystem());
+    Descriptor copy = TRY(createFile(to.at(), status.st_mode));
+    std::vector<char> piece(static_cast<std::size_t>(256) * 1024);
+    for (std::int64_t at = 0;;) {
+        const ssize_t length = ::pread(source.number(), piece.data(), piece.size(), at);
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length < 0)
+            return failure(Failure::lastSystem());
+        if (length == 0)
+            break;
+        TRY(m_mayWrite(length));
+        TRY(writeAt(copy.number(), piece.data(), static_cast<std::size_t>(length), at));
+        at += length;
+    }
+    const std::array times{status.st_atim, status.st_mtim};
+    ::futimens(copy.number(), times.data());
+    return copy.close();
 }
 
 void UnpackedTree::makeLink(const Link &link)

@@ -28,6 +28,8 @@ public:
     Result<void> finish();
 
     const QStringList &refused() const { return m_refused; }
+    /// Entries that share their content in the archive and not here: the volume knows no such links.
+    int separated() const { return m_separated; }
 
 private:
     struct Place {
@@ -48,6 +50,7 @@ private:
     Result<void> addFile(const Path &path, const ArchivedEntry &entry, ArchiveReader &reader);
     Result<void> addFolder(const Path &path, const ArchivedEntry &entry);
     Result<void> addHardLink(const Path &path, const ArchivedEntry &entry);
+    Result<void> copyInto(const Place &to, const Place &from);
     void makeLink(const Link &link);
     bool leadsOutside(const Link &link) const;
     void removeLinksThatLeadOutside();
@@ -58,6 +61,7 @@ private:
     std::vector<Link> m_links;
     std::vector<std::pair<Location, Instant>> m_folderTimes;
     QStringList m_refused;
+    int m_separated = 0;
 };
 
 } // namespace brellin

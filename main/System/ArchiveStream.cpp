@@ -20,7 +20,8 @@ QByteArray bytesOf(const std::string &text)
 
 bool isKnown(char kind)
 {
-    constexpr std::array kinds{Message::Entry, Message::Data, Message::Position, Message::End, Message::Failure};
+    constexpr std::array kinds{Message::Entry,    Message::Data, Message::Spoilt,
+                               Message::Position, Message::End,  Message::Failure};
     return std::ranges::find(kinds, static_cast<Message>(kind)) != kinds.end();
 }
 

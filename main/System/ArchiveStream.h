@@ -30,8 +30,9 @@ namespace archiveStream {
 enum class Message : char {
     Entry = 'e',
     Data = 'd',     ///< of the entry before: its place there, then the bytes; what no message names is a hole
+    Spoilt = 'b',   ///< the entry before: its content is not what the archive says of it
     Position = 'p', ///< how much of the archive has been read
-    End = 'z',      ///< of the whole archive
+    End = 'z',      ///< of the whole archive; with one byte where its end mark is missing
     Failure = 'f'   ///< why it cannot be read further, in words
 };
 
