@@ -219,7 +219,7 @@ ExitCode runZipCommand(CommandContext &context)
         return context.refuse(printable(*why));
     if (const std::optional<QString> why = systemRefusal(context, {entries.front()}))
         return context.refuse(printable(*why));
-    const auto made = workWithProgress<Result<Location>>(
+    const auto made = workWithProgress<Result<Packed>>(
         context.terminal,
         [&](JobControl &control) {
             return compress(entries, entries.front().parent_path(), context.services.files(),
@@ -232,7 +232,8 @@ ExitCode runZipCommand(CommandContext &context)
     }
     OperationOutcome outcome;
     for (const Location &entry : entries)
-        outcome.action.entries.push_back({entry, *made, {}});
+        outcome.action.entries.push_back({entry, made->place, {}});
+    outcome.failures = made->notes;
     return report(context, outcome);
 }
 

@@ -1,13 +1,16 @@
-#include "FileOperations/HiddenFolder.h"
+#include "Disk/HiddenFolder.h"
 
 #include "Disk/FileAttributes.h"
 #include "Disk/FreeName.h"
 #include "Disk/Walk.h"
 
+#include <QSysInfo>
 #include <QUuid>
 
+#include <algorithm>
 #include <utility>
-#include <vector>
+
+#include <unistd.h>
 
 namespace brellin {
 
@@ -16,25 +19,60 @@ namespace {
 constexpr const char *lockName = "sperre";
 constexpr const char *contentName = "inhalt";
 
-/// One without a lock is still being made.
-bool isAbandoned(const Location &folder)
+/// Where nothing tells whose a folder is, it counts as left behind once it is so old.
+constexpr std::chrono::hours foreignPatience{24};
+
+void nameThisMachine(const FileLock &lock)
 {
-    return entryExists(folder / lockName) && FileLock::tryNow(folder / lockName).has_value();
+    const QByteArray machine = QSysInfo::machineUniqueId();
+    // Where it cannot be written, the lock itself has to do.
+    [[maybe_unused]] const ssize_t written =
+        ::write(lock.descriptor(), machine.constData(), static_cast<std::size_t>(machine.size()));
+}
+
+bool isOfThisMachine(const Location &lockFile)
+{
+    const Result<QByteArray> machine = readWhole(lockFile);
+    return machine && (machine->isEmpty() || *machine == QSysInfo::machineUniqueId());
+}
+
+enum class Owner { Dead, Living, Unknown };
+
+/// One without a lock may still be in the making.
+Owner ownerOf(const Location &folder)
+{
+    const Location lockFile = folder / lockName;
+    if (!entryExists(lockFile))
+        return Owner::Unknown;
+    const Result<FileLock> lock = FileLock::tryNow(lockFile);
+    if (!lock)
+        return lock.error().is(std::errc::resource_unavailable_try_again) ? Owner::Living : Owner::Unknown;
+    return isOfThisMachine(lockFile) ? Owner::Dead : Owner::Unknown;
+}
+
+bool isOld(const Location &folder, Instant now)
+{
+    const Result<FileAttributes> attributes = readAttributes(folder);
+    return attributes && now - std::max(attributes->modified, attributes->created.value_or(now)) > foreignPatience;
+}
+
+std::vector<Location> foldersNamed(const Location &parent, std::initializer_list<std::string_view> prefixes)
+{
+    std::vector<Location> found;
+    const Result<WalkOutcome> walked = walk(parent, {.subfolders = false}, [&](const WalkEntry &entry) {
+        if (entry.attributes.isFolder() &&
+            std::ranges::any_of(prefixes, [&](std::string_view prefix) { return entry.name.starts_with(prefix); }))
+            found.push_back(entry.location());
+        return WalkStep::Continue;
+    });
+    return walked ? found : std::vector<Location>();
 }
 
 void removeAbandoned(const Location &parent, std::string_view prefix, FileActions &files)
 {
-    std::vector<Location> found;
-    const Result<WalkOutcome> walked = walk(parent, {.subfolders = false}, [&](const WalkEntry &entry) {
-        if (entry.attributes.isFolder() && entry.name.starts_with(prefix))
-            found.push_back(entry.location());
-        return WalkStep::Continue;
-    });
-    if (!walked)
-        return;
-    for (const Location &folder : found) {
+    for (const Location &folder : foldersNamed(parent, {prefix})) {
         // What cannot go now goes another day.
-        if (isAbandoned(folder))
+        if (ownerOf(folder) == Owner::Dead)
             static_cast<void>(files.removeOwnCopy(folder));
     }
 }
@@ -58,7 +96,21 @@ HiddenFolder::HiddenFolder(HiddenFolder &&other) noexcept
 HiddenFolder::~HiddenFolder()
 {
     if (m_files)
-        static_cast<void>(m_files->removeOwnCopy(m_location));
+        static_cast<void>(remove());
+}
+
+std::optional<QString> HiddenFolder::remove()
+{
+    FileActions &files = *std::exchange(m_files, nullptr);
+    // Under the lock all that takes long. A file that is open leaves another one behind on a FUSE volume when it is removed,
+    // and so the lock's goes last, and closed.
+    static_cast<void>(files.removeOwnCopy(location()));
+    m_lock.release();
+    const Result<void> removed = files.removeOwnCopy(m_location);
+    if (removed)
+        return std::nullopt;
+    return QStringLiteral("Der versteckte Ordner „%1“ ließ sich nicht entfernen: %2")
+        .arg(shownName(m_location), removed.error().message);
 }
 
 Location HiddenFolder::location() const
@@ -74,9 +126,21 @@ Result<HiddenFolder> HiddenFolder::create(const Location &parent, std::string_vi
     TRY(files.createFolder(folder));
     // Volumes that know no locks do without: there nothing is taken for abandoned.
     Result<FileLock> lock = FileLock::tryNow(folder / lockName);
+    if (lock)
+        nameThisMachine(*lock);
     HiddenFolder made(folder, lock ? *std::move(lock) : FileLock(), files);
     TRY(files.createFolder(made.location()));
     return made;
+}
+
+std::vector<Location> abandonedHiddenFolders(const Location &folder, Instant now)
+{
+    std::vector<Location> folders = foldersNamed(folder, {packingPrefix, unpackingPrefix});
+    std::erase_if(folders, [&](const Location &one) {
+        const Owner owner = ownerOf(one);
+        return owner == Owner::Living || (owner == Owner::Unknown && !isOld(one, now));
+    });
+    return folders;
 }
 
 Result<Location> renameToFree(const Location &from, const Location &wanted, FileActions &files)

@@ -1,16 +1,22 @@
 #pragma once
 
+#include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/FileActions.h"
 #include "System/FileLock.h"
 
+#include <QString>
+
+#include <optional>
 #include <string_view>
+#include <vector>
 
 namespace brellin {
 
 /// A hidden folder in which something of ours grows until it is complete, and which goes with this object, with all that is
-/// left in it. While it lives it is locked, so that one that nobody works in any more can be told.
+/// left in it. While it lives it is locked, so that one that nobody works in any more can be told; the lock names the
+/// machine, because not every volume that machines share knows the locks of all of them.
 class HiddenFolder {
 public:
     /// In `parent`, the name beginning with `prefix` (which begins with a dot). Removes those that a killed program has left
@@ -25,6 +31,9 @@ public:
     /// A folder in it that holds only what the caller puts there.
     Location location() const;
 
+    /// Removes it. A folder that stays is named: „Der versteckte Ordner „…“ ließ sich nicht entfernen: …“.
+    std::optional<QString> remove();
+
 private:
     HiddenFolder(Location location, FileLock lock, FileActions &files);
 
@@ -32,6 +41,14 @@ private:
     FileLock m_lock;
     FileActions *m_files; ///< null once moved from
 };
+
+/// The hidden folders of archives in `folder` that a killed program has left, on this machine or, where that cannot be told,
+/// a day ago. Reads only.
+std::vector<Location> abandonedHiddenFolders(const Location &folder, Instant now);
+
+/// The beginnings of their names.
+inline constexpr std::string_view packingPrefix = ".brellin-zip-";
+inline constexpr std::string_view unpackingPrefix = ".brellin-entpacken-";
 
 /// Renames to `wanted`, or to the first free name after it, and gives that.
 Result<Location> renameToFree(const Location &from, const Location &wanted, FileActions &files);

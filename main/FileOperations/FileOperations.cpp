@@ -25,13 +25,14 @@ OperationOutcome failedOutcome(const QString &line)
     return {{}, {line}, false};
 }
 
-/// What was made of one place, or why nothing was.
+/// What was made of one place, or why nothing was. A cancel that left something says what.
 OperationOutcome outcomeOf(UserAction::Kind kind, const Location &from, const Result<Location> &made)
 {
     if (made)
         return {{kind, {recordOf(from, *made)}}, {}, false};
     if (made.error().isCancelled())
-        return {{kind, {}}, {}, true};
+        return {
+            {kind, {}}, made.error() == Failure::cancelled() ? QStringList() : QStringList(made.error().message), true};
     return failedOutcome(made.error().message);
 }
 
@@ -182,8 +183,12 @@ void FileOperations::compress(std::vector<Location> entries, const Location &int
           guarded({into / "Neu"},
                   [entries = std::move(entries), into, &files = m_services.files,
                    &processes = m_services.processes](JobControl &control) {
-                      return outcomeOf(UserAction::Kind::Archive, {},
-                                       brellin::compress(entries, into, files, processes, control));
+                      const Result<Packed> packed = brellin::compress(entries, into, files, processes, control);
+                      OperationOutcome outcome =
+                          outcomeOf(UserAction::Kind::Archive, {},
+                                    packed ? Result<Location>(packed->place) : failure(packed.error()));
+                      outcome.failures << (packed ? packed->notes : QStringList());
+                      return outcome;
                   }),
           telling(QStringLiteral("Archiv angelegt."), std::move(then)));
 }
@@ -232,6 +237,7 @@ void FileOperations::startUnpacking(const Location &archive, const Location &fol
                                     unpacked ? Result<Location>(unpacked->place) : failure(unpacked.error()));
                       if (unpacked && !unpacked->refused.isEmpty())
                           outcome.failures << QStringLiteral("Nicht entpackt:\n") + unpacked->refused.join(u'\n');
+                      outcome.failures << (unpacked ? unpacked->notes : QStringList());
                       return outcome;
                   }),
           telling(QStringLiteral("„%1“ entpackt.").arg(shownName(archive)), std::move(then)));

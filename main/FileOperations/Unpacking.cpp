@@ -1,7 +1,8 @@
 #include "FileOperations/Unpacking.h"
 
+#include "Base/German.h"
 #include "FileOperations/ArchiveReader.h"
-#include "FileOperations/HiddenFolder.h"
+#include "FileOperations/HiddenWork.h"
 #include "FileOperations/UnpackedTree.h"
 
 #include <algorithm>
@@ -66,7 +67,19 @@ private:
     std::int64_t m_sinceLook = lookEvery; ///< the first look comes at once
 };
 
-Result<QStringList> unpackInto(const Location &folder, ArchiveReader &reader, SpaceWatch &space, JobControl &control)
+QStringList remarksOn(const ArchiveReader &reader, const UnpackedTree &tree)
+{
+    QStringList remarks;
+    if (reader.isCut())
+        remarks << QStringLiteral("Das Archiv ist abgeschnitten: Sein Ende fehlt, und vielleicht mehr.");
+    if (tree.separated() > 0)
+        remarks << QStringLiteral("Dieser Datenträger kennt keine harten Links: %1 eine eigene Kopie.")
+                       .arg(counted(tree.separated(), QStringLiteral("Eintrag wurde"),
+                                    QStringLiteral("Einträge wurden je")));
+    return remarks;
+}
+
+Result<Unpacked> unpackInto(const Location &folder, ArchiveReader &reader, SpaceWatch &space, JobControl &control)
 {
     UnpackedTree tree = TRY(UnpackedTree::in(folder, [&space](std::int64_t bytes) { return space.mayWrite(bytes); }));
     control.setTotal(reader.bytesInAll());
@@ -81,7 +94,7 @@ Result<QStringList> unpackInto(const Location &folder, ArchiveReader &reader, Sp
         control.setDone(std::min(reader.bytesRead(), reader.bytesInAll()));
     }
     TRY(tree.finish());
-    return tree.refused();
+    return Unpacked{{}, tree.refused(), remarksOn(reader, tree)};
 }
 
 std::vector<Location> entriesOf(const Location &folder)
@@ -91,6 +104,13 @@ std::vector<Location> entriesOf(const Location &folder)
     for (const auto &entry : std::filesystem::directory_iterator(folder, error))
         entries.push_back(entry.path());
     return entries;
+}
+
+Failure nothingIn(const QStringList &refused)
+{
+    if (refused.isEmpty())
+        return {QStringLiteral("Das Archiv ist leer."), {}};
+    return {QStringLiteral("Aus dem Archiv lässt sich nichts entpacken. ") + refused.join(u'\n'), {}};
 }
 
 } // namespace
@@ -119,20 +139,23 @@ Result<Unpacked> unpack(const Location &archive, const Location &folder, const U
                         JobControl &control)
 {
     FileActions &files = services.files;
-    ArchiveReader reader = TRY(ArchiveReader::open(services.reader, archive, ArchiveReader::Wanted::Contents, control));
-    const HiddenFolder hidden = TRY(HiddenFolder::create(folder, ".brellin-entpacken-", files));
-    SpaceWatch space(folder, services.volumes, control);
-    QStringList refused = TRY(unpackInto(hidden.location(), reader, space, control));
-    const std::vector<Location> tops = entriesOf(hidden.location());
-    if (tops.empty())
-        return failure(refused.isEmpty()
-                           ? QStringLiteral("Das Archiv ist leer.")
-                           : QStringLiteral("Aus dem Archiv lässt sich nichts entpacken. ") + refused.join(u'\n'));
     const std::string name = archive.filename().native();
-    const Location own = folder / name.substr(0, name.size() - endingOf(name).size());
-    const Location place = TRY(tops.size() == 1 ? renameToFree(tops.front(), folder / tops.front().filename(), files)
-                                                : renameToFree(hidden.location(), own, files));
-    return Unpacked{place, std::move(refused)};
+    ArchiveReader reader = TRY(ArchiveReader::open(services.reader, archive, ArchiveReader::Wanted::Contents, control));
+    SpaceWatch space(folder, services.volumes, control);
+    Unpacked unpacked;
+    QStringList notes;
+    const auto unpackHidden = [&](const Location &hidden) -> Result<Location> {
+        unpacked = TRY(unpackInto(hidden, reader, space, control));
+        const std::vector<Location> tops = entriesOf(hidden);
+        if (tops.empty())
+            return failure(nothingIn(unpacked.refused));
+        const Location own = folder / name.substr(0, name.size() - endingOf(name).size());
+        return tops.size() == 1 ? renameToFree(tops.front(), folder / tops.front().filename(), files)
+                                : renameToFree(hidden, own, files);
+    };
+    unpacked.place = TRY(workHidden(folder, unpackingPrefix, files, unpackHidden, notes));
+    unpacked.notes << notes;
+    return unpacked;
 }
 
 } // namespace brellin

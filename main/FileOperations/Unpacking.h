@@ -33,6 +33,7 @@ Result<ArchiveSummary> summarise(const Location &archive, const Location &reader
 struct Unpacked {
     Location place;      ///< the entry that came out, or the folder with all of them
     QStringList refused; ///< entries that were left out, with the reason: „../x: führt aus dem Ordner hinaus“
+    QStringList notes;   ///< sentences about what is not as in the archive
 };
 
 /// Unpacks an archive into `folder`: a single entry under its own name, several in a folder of their own, always under a free

@@ -1,7 +1,7 @@
 #include "FileOperations/ZipArchive.h"
 
 #include "Disk/Walk.h"
-#include "FileOperations/HiddenFolder.h"
+#include "FileOperations/HiddenWork.h"
 
 #include <algorithm>
 
@@ -65,8 +65,8 @@ std::string zipName(const std::vector<Location> &entries)
     return entries.size() == 1 ? entries.front().filename().native() + ".zip" : "Archiv.zip";
 }
 
-Result<Location> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
-                          ProcessRunner &processes, JobControl &control)
+Result<Packed> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
+                        ProcessRunner &processes, JobControl &control)
 {
     if (entries.empty())
         return failure(QStringLiteral("Es ist nichts ausgewählt."));
@@ -82,14 +82,18 @@ Result<Location> compress(const std::vector<Location> &entries, const Location &
         total += bytesIn(entry, control);
     control.setTotal(total);
 
-    HiddenFolder hidden = TRY(HiddenFolder::create(into, ".brellin-zip-", files));
-    const Location growing = hidden.location() / "Archiv.zip";
-    const ProcessOutput output = TRY(processes.run(requestFor(growing, entries, control), &control));
-    if (output.exitCode != 0)
-        return failure(failureOf(output));
-    if (control.cancelled())
-        return failure(Failure::cancelled());
-    return renameToFree(growing, into / zipName(entries), files);
+    const auto pack = [&](const Location &hidden) -> Result<Location> {
+        const Location growing = hidden / "Archiv.zip";
+        const ProcessOutput output = TRY(processes.run(requestFor(growing, entries, control), &control));
+        if (output.exitCode != 0)
+            return failure(failureOf(output));
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+        return renameToFree(growing, into / zipName(entries), files);
+    };
+    Packed packed;
+    packed.place = TRY(workHidden(into, packingPrefix, files, pack, packed.notes));
+    return packed;
 }
 
 } // namespace brellin

@@ -5,6 +5,8 @@
 #include "Disk/FileActions.h"
 #include "System/ProcessRunner.h"
 
+#include <QStringList>
+
 #include <vector>
 
 namespace brellin {
@@ -12,9 +14,14 @@ namespace brellin {
 /// What the archive of these entries is called: "Brief.pdf.zip", "Archiv.zip" for several.
 std::string zipName(const std::vector<Location> &entries);
 
+struct Packed {
+    Location place;
+    QStringList notes; ///< what else is to be known: a hidden folder that stayed
+};
+
 /// Packs entries of one folder into a ZIP archive beside them (or in `into`), under a free name, and gives its place. It
 /// grows hidden and appears when it is complete; a failure or a cancel leaves nothing. Counts bytes as progress. Blocking.
-Result<Location> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
-                          ProcessRunner &processes, JobControl &control);
+Result<Packed> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
+                        ProcessRunner &processes, JobControl &control);
 
 } // namespace brellin

@@ -1,6 +1,8 @@
+#include "Disk/HiddenFolder.h"
 #include "Disk/Volumes.h"
 #include "FileOperations/Unpacking.h"
 #include "FileOperations/ZipArchive.h"
+#include "Support/FuseMount.h"
 #include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
@@ -30,11 +32,12 @@ struct Made {
     unsigned mode = 0644;
 };
 
-void makeTar(const Location &file, const std::vector<Made> &entries)
+void makeTar(const Location &file, const std::vector<Made> &entries, bool packed = true)
 {
     archive *writer = ::archive_write_new();
     ::archive_write_set_format_pax_restricted(writer);
-    ::archive_write_add_filter_gzip(writer);
+    if (packed)
+        ::archive_write_add_filter_gzip(writer);
     ASSERT_EQ(::archive_write_open_filename(writer, file.c_str()), ARCHIVE_OK);
     for (const Made &made : entries) {
         archive_entry *entry = ::archive_entry_new();
@@ -58,7 +61,7 @@ class ArchivesTest : public testing::Test {
 protected:
     ArchivesTest() { tree.lines({"in/", "out/"}); }
 
-    Result<Location> zip(const std::vector<std::string> &names)
+    Result<Packed> zip(const std::vector<std::string> &names)
     {
         std::vector<Location> entries;
         for (const std::string &name : names)
@@ -95,17 +98,17 @@ TEST_F(ArchivesTest, packsAndUnpacksWhateverNamesAndLinks)
     tree.lines({"in/-r=eins", "in/-=zwei", "in/@=drei", "in/--=vier", "in/*.txt=fünf", "in/\xFF.x=sechs",
                 "in/ordner/.versteckt=sieben", "in/ordner/leer/", "in/ordner/zeiger->.versteckt"});
     const Names all{"-r", "-", "@", "--", "*.txt", "\xFF.x", "ordner"};
-    const Result<Location> made = zip(all);
+    const Result<Packed> made = zip(all);
     ASSERT_TRUE(made) << made.error().message.toStdString();
-    EXPECT_EQ(made->filename(), "Archiv.zip");
+    EXPECT_EQ(made->place.filename(), "Archiv.zip");
     EXPECT_GT(control.total(), 0);
     EXPECT_EQ(namesIn("in").size(), all.size() + 1); // nothing hidden is left
 
-    const Result<Unpacked> unpacked = unpack(*made, tree.path("out"), services, control);
+    const Result<Unpacked> unpacked = unpack(made->place, tree.path("out"), services, control);
     ASSERT_TRUE(unpacked) << unpacked.error().message.toStdString();
     EXPECT_EQ(unpacked->refused, QStringList());
     EXPECT_EQ(namesIn("out"), (Names{"Archiv"}));
-    std::filesystem::remove(*made);
+    std::filesystem::remove(made->place);
     for (const std::string &name : all) {
         EXPECT_EQ(tree.has("out/Archiv/" + name), true) << name;
     }
@@ -120,7 +123,7 @@ TEST_F(ArchivesTest, packsAndUnpacksWhateverNamesAndLinks)
 TEST_F(ArchivesTest, namesArchivesFreelyAndLeavesNothingOfAFailure)
 {
     tree.lines({"in/Brief.pdf=eins", "in/Brief.pdf.zip=anderes", "fort/x=y"});
-    EXPECT_EQ(zip({"Brief.pdf"})->filename(), "Brief.pdf (2).zip");
+    EXPECT_EQ(zip({"Brief.pdf"})->place.filename(), "Brief.pdf (2).zip");
     EXPECT_EQ(tree.content("in/Brief.pdf.zip"), "anderes");
     const Names before = namesIn("in");
     EXPECT_FALSE(zip({"gibt es nicht"}));
@@ -138,7 +141,7 @@ TEST_F(ArchivesTest, packsNothingRatherThanAPart)
         GTEST_SKIP() << "root reads everything";
     tree.lines({"in/a=eins", "in/b=zwei"});
     ::chmod(tree.path("in/b").c_str(), 0);
-    const Result<Location> made = zip({"a", "b"});
+    const Result<Packed> made = zip({"a", "b"});
     ASSERT_FALSE(made);
     EXPECT_TRUE(made.error().message.startsWith(u"Nicht alles ließ sich lesen"));
     EXPECT_EQ(namesIn("in"), (Names{"a", "b"}));
@@ -225,6 +228,76 @@ TEST_F(ArchivesTest, leavesNothingOfADamagedArchiveAnEmptyOneOrACancel)
     EXPECT_EQ(namesIn("out"), Names());
 }
 
+TEST_F(ArchivesTest, leavesOutWhatIsSpoiltAndSaysThatAnArchiveIsCut)
+{
+    tree.lines({"in/gut=unversehrt", "in/schlecht=verfälscht", "in/auch gut=ebenso"});
+    const Location archive = zip({"gut", "schlecht", "auch gut"})->place;
+    std::string bytes = tree.content("in/Archiv.zip");
+    bytes[bytes.find("verfälscht")] = 'V';
+    tree.file("in/Archiv.zip", bytes);
+    const Result<Unpacked> rest = unpack(archive, tree.path("out"), services, control);
+    ASSERT_TRUE(rest) << rest.error().message.toStdString();
+    EXPECT_EQ(rest->refused,
+              QStringList(QStringLiteral("schlecht: ist im Archiv beschädigt (die Prüfsumme stimmt nicht)")));
+    EXPECT_EQ(namesIn("out/Archiv"), (Names{"auch gut", "gut"}));
+    EXPECT_EQ(tree.content("out/Archiv/auch gut"), "ebenso");
+
+    makeTar(tree.path("a.tar"), {{"a", "eins"}, {"b", "zwei"}}, false);
+    EXPECT_EQ(unpack(tree.path("a.tar"), tree.path("out"), services, control)->notes, QStringList());
+    constexpr int twoEntries = 4 * 512; // each a head and a block
+    std::filesystem::resize_file(tree.path("a.tar"), twoEntries);
+    const Result<Unpacked> cut = unpack(tree.path("a.tar"), tree.path("out"), services, control);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(tree.content("out/a (2)/b"), "zwei");
+    EXPECT_EQ(cut->notes,
+              QStringList(QStringLiteral("Das Archiv ist abgeschnitten: Sein Ende fehlt, und vielleicht mehr.")));
+}
+
+TEST_F(ArchivesTest, worksOnACardAndLeavesNothingHiddenThere)
+{
+    const Location card = tree.folder("karte");
+    const FuseMount mounted(card);
+    if (!mounted)
+        GTEST_SKIP() << "cannot mount a card here";
+    tree.lines({"karte/a=eins"});
+    ASSERT_TRUE(compress({card / "a"}, card, files, processes, control));
+    makeTar(tree.path("links.tgz"), {{"x/a", std::string(600'000, 'x')}, {"x/b", {}, 0, "x/a"}, {"x/c", {}, 0, "x/b"}});
+    const Result<Unpacked> unpacked = unpack(tree.path("links.tgz"), card, services, control);
+    ASSERT_TRUE(unpacked) << unpacked.error().message.toStdString();
+    EXPECT_EQ(tree.content("karte/x/c"), std::string(600'000, 'x'));
+    EXPECT_EQ(unpacked->notes,
+              QStringList(QStringLiteral(
+                  "Dieser Datenträger kennt keine harten Links: 2 Einträge wurden je eine eigene Kopie.")));
+    EXPECT_EQ(namesIn("karte"), (Names{"a", "a.zip", "x"}));
+}
+
+TEST_F(ArchivesTest, tellsWhoseAHiddenFolderIsAndNamesOneThatStays)
+{
+    const Instant now = std::chrono::system_clock::now();
+    tree.lines({"in/.brellin-zip-tot/sperre=", "in/.brellin-entpacken-tot/sperre=",
+                "in/.brellin-zip-fremd/sperre=eine andere Maschine", "in/.brellin-zip-werdend/inhalt/",
+                "in/.brellin-zip-datei=x"});
+    const HiddenFolder living = HiddenFolder::create(tree.path("in"), ".brellin-zip-lebt", files).value();
+    std::vector<Location> abandoned = abandonedHiddenFolders(tree.path("in"), now);
+    std::ranges::sort(abandoned);
+    EXPECT_EQ(abandoned, (std::vector{tree.path("in/.brellin-entpacken-tot"), tree.path("in/.brellin-zip-tot")}));
+    // Another machine's, and one that never got its lock, count after a day.
+    EXPECT_EQ(abandonedHiddenFolders(tree.path("in"), now + std::chrono::hours(25)).size(), 4U);
+
+    class Stubborn : public DiskFileActions {
+        Result<void> removeOwnCopy(const Location &) override { return failure(Failure::system(EACCES)); }
+    };
+    Stubborn stubborn;
+    tree.lines({"out/a=eins"});
+    const Result<Packed> packed = compress({tree.path("out/a")}, tree.path("out"), stubborn, processes, control);
+    ASSERT_TRUE(packed);
+    ASSERT_EQ(packed->notes.size(), 1);
+    EXPECT_TRUE(packed->notes[0].startsWith(QStringLiteral("Der versteckte Ordner „.brellin-zip-")));
+    const Result<Packed> failed = compress({tree.path("out/fehlt")}, tree.path("out"), stubborn, processes, control);
+    ASSERT_FALSE(failed);
+    EXPECT_TRUE(failed.error().message.contains(QStringLiteral("Der versteckte Ordner „.brellin-zip-")));
+}
+
 TEST_F(ArchivesTest, survivesWhateverBecomesOfTheReader)
 {
     makeTar(tree.path("a.tgz"), {{"a", "eins"}});
@@ -296,9 +369,9 @@ TEST_F(ArchivesTest, leavesNothingOnADiskThatRunsFull)
         makeTar(tree.path("platte/a.tgz"), {{"a", noise}, {"c/b", noise + noise}});
         small.leaveFree(pages * 4096, "voll");
         const std::string before = snapshotOf(disk);
-        const Result<Location> packed = compress({disk / "Bilder"}, disk, files, processes, control);
+        const Result<Packed> packed = compress({disk / "Bilder"}, disk, files, processes, control);
         if (packed) {
-            EXPECT_TRUE(std::filesystem::remove(*packed));
+            EXPECT_TRUE(std::filesystem::remove(packed->place));
         }
         EXPECT_EQ(snapshotOf(disk), before);
         const Result<Unpacked> unpacked = unpack(disk / "a.tgz", disk, {files, boasting, BRELLIN_BILD}, control);

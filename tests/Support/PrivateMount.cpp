@@ -32,6 +32,11 @@ PrivateMount PrivateMount::bind(const Location &shown, const Location &folder)
     return {folder, mounted};
 }
 
+bool PrivateMount::possible()
+{
+    return seesOwnMounts;
+}
+
 PrivateMount::~PrivateMount()
 {
     if (m_mounted)

@@ -16,6 +16,8 @@ public:
     PrivateMount(const PrivateMount &) = delete;
     PrivateMount &operator=(const PrivateMount &) = delete;
     explicit operator bool() const { return m_mounted; }
+    /// Whether this process sees mounts that no other does.
+    static bool possible();
 
     /// Fills it up, with a file of this name, until `bytes` are free.
     void leaveFree(std::int64_t bytes, const char *name) const;

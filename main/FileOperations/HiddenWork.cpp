@@ -1,0 +1,19 @@
+#include "FileOperations/HiddenWork.h"
+
+namespace brellin {
+
+Result<Location> workHidden(const Location &parent, std::string_view prefix, FileActions &files,
+                            const std::function<Result<Location>(const Location &hidden)> &work, QStringList &notes)
+{
+    HiddenFolder hidden = TRY(HiddenFolder::create(parent, prefix, files));
+    Result<Location> done = work(hidden.location());
+    const std::optional<QString> stays = hidden.remove();
+    if (!stays)
+        return done;
+    if (!done)
+        return failure(Failure{done.error().message + u' ' + *stays, done.error().code});
+    notes << *stays;
+    return done;
+}
+
+} // namespace brellin
