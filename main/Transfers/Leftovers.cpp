@@ -1,9 +1,11 @@
 #include "Transfers/Leftovers.h"
 
+#include "Disk/HiddenFolder.h"
 #include "Disk/Walk.h"
 #include "Transfers/TransferLog.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace brellin {
 
@@ -41,9 +43,10 @@ std::vector<Location> temporaryEntries(const Location &folder)
 
 std::vector<Location> transferLeftovers(const Location &folder, const Location &logs, const Clock &clock)
 {
+    std::vector<Location> archives = abandonedHiddenFolders(folder, clock.now());
     std::vector<Location> entries = temporaryEntries(folder);
     if (entries.empty())
-        return entries;
+        return archives;
     const LoggedNames logged = LoggedNames::read(logs);
     const auto holds = [](const std::vector<std::string> &names, const Location &entry) {
         return std::ranges::find(names, entry.filename().native()) != names.end();
@@ -51,6 +54,7 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
     std::erase_if(entries, [&](const Location &entry) {
         return holds(logged.living, entry) || (!holds(logged.dead, entry) && !isOld(entry, clock.now()));
     });
+    std::ranges::move(archives, std::back_inserter(entries));
     std::ranges::sort(entries);
     return entries;
 }

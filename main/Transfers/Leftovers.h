@@ -12,7 +12,7 @@
 namespace brellin {
 
 /// The `.brellin-kopie-…` entries in `folder` that no living transfer is working on, on this machine or, as far as one can
-/// see, elsewhere: incomplete copies that a crash left. Reads only; called on a worker when the folder is visited.
+/// see, elsewhere: incomplete copies that a crash left. And what is left of archives. Reads only; called on a worker when the folder is visited.
 std::vector<Location> transferLeftovers(const Location &folder, const Location &logs, const Clock &clock);
 
 /// Those, in any folder, that the logs name: of transfers that died on this machine. Blocking.

@@ -1,3 +1,4 @@
+#include "Disk/HiddenFolder.h"
 #include "TransferWorld.h"
 #include "Transfers/Leftovers.h"
 
@@ -390,4 +391,19 @@ TEST(LeftoversTest, spareTheLivingAndTheFresh)
     EXPECT_FALSE(entryExists(old.front()));
     EXPECT_TRUE(entryExists(world.disk(".brellin-kopie-notiz")));
     EXPECT_TRUE(entryExists(world.disk("a.txt")));
+}
+
+TEST(LeftoversTest, offerWhatAKilledPackingLeft)
+{
+    TransferWorld world;
+    world.tree().lines({"disk/.brellin-zip-tot/sperre=", "disk/.brellin-zip-tot/inhalt/Archiv.zip=halb"});
+    const TransferServices services = world.services();
+    HiddenFolder living = HiddenFolder::create(world.disk(""), unpackingPrefix, world.files).value();
+    const std::vector<Location> found = transferLeftovers(world.disk(""), services.logs, world.clock);
+    EXPECT_EQ(found, std::vector{world.disk(".brellin-zip-tot")});
+    EXPECT_EQ(removeTransferLeftovers({found.front(), living.location().parent_path()}, services.logs, world.clock,
+                                      services.files),
+              QStringList());
+    EXPECT_FALSE(entryExists(found.front()));
+    EXPECT_TRUE(entryExists(living.location()));
 }

@@ -18,8 +18,8 @@ constexpr std::size_t shownAtMost = 12;
 
 QString titleFor(std::size_t count)
 {
-    return counted(static_cast<qint64>(count), QStringLiteral("unfertige Kopie entfernen?"),
-                   QStringLiteral("unfertige Kopien entfernen?"));
+    return counted(static_cast<qint64>(count), QStringLiteral("unfertiges Element entfernen?"),
+                   QStringLiteral("unfertige Elemente entfernen?"));
 }
 
 QStringList linesFor(const std::vector<Location> &leftovers)
@@ -41,9 +41,9 @@ LeftoverSheet::LeftoverSheet(const std::vector<Location> &leftovers, QWidget *wi
     setObjectName(QStringLiteral("leftoverSheet"));
     const QString folder = shownName(leftovers.front().parent_path());
     content()->addWidget(
-        makeBody(QStringLiteral(
-                     "Im Ordner „%1“ blieb etwas von Übertragungen zurück, die nicht zu Ende kamen. Gebraucht wird es "
-                     "nicht mehr: Entfernt wird eine Vorlage erst, wenn ihre Kopie vollständig ist.")
+        makeBody(QStringLiteral("Im Ordner „%1“ blieb etwas von Übertragungen oder Archiven zurück, die nicht zu Ende "
+                                "kamen. Gebraucht wird es "
+                                "nicht mehr: Entfernt wird eine Vorlage erst, wenn ihre Kopie vollständig ist.")
                      .arg(folder),
                  this));
     auto *const list = new ReasonList(linesFor(leftovers), this);
