@@ -59,6 +59,12 @@ FolderEntry Guard::entryOf(const Location &entry) const
 bool Guard::isProtected(const Location &entry) const
 {
     const Location named = standardised(entry);
+    return m_protected.over(named, real(named)).has_value();
+}
+
+bool Guard::isProtectedAsWhole(const Location &entry) const
+{
+    const Location named = standardised(entry);
     return m_protected.of(named, real(named)).has_value();
 }
 
@@ -69,8 +75,7 @@ bool Guard::isInProject(const Location &entry) const
 
 std::optional<FolderProfile> Guard::profileOf(const Location &location) const
 {
-    const Location named = standardised(location);
-    return m_protected.profileOf(resolvedLocation(named).value_or(named));
+    return m_protected.profileOf(location);
 }
 
 Result<void> Guard::check(const Location &entry, Review review) const
@@ -92,7 +97,7 @@ Result<void> Guard::checkReal(const Location &entry, const Location &real, Revie
     if (const std::optional<Protection> protection = m_protected.of(entry, real))
         return failure(protectedBy(*protection));
     const std::optional<Location> project = review == Review::Missing ? m_projects.above(real) : std::nullopt;
-    if (project && !m_protected.profileOf(real))
+    if (project && !m_protected.profileOf(real.parent_path()))
         return failure(inProject(*project));
     return {};
 }

@@ -24,8 +24,10 @@ public:
     /// Which entry a path means: equal for two paths that lead to one entry.
     FolderEntry entryOf(const Location &entry) const;
 
-    /// Whether a profile protects an entry, something above it or something in it.
+    /// Whether a profile protects an entry or something above it …
     bool isProtected(const Location &entry) const;
+    /// … or something in it, so that it cannot go as a whole.
+    bool isProtectedAsWhole(const Location &entry) const;
     /// Whether an entry lies in a software project: it may be needed where it is, whatever its name says.
     bool isInProject(const Location &entry) const;
     /// The profile whose project a location is or lies in; of several the innermost.

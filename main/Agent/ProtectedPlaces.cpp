@@ -124,8 +124,10 @@ std::optional<Protection> ProtectedPlaces::of(const Location &entry, const Locat
     return holder != m_holders.end() ? named(holder->second) : std::nullopt;
 }
 
-std::optional<FolderProfile> ProtectedPlaces::profileOf(const Location &real) const
+std::optional<FolderProfile> ProtectedPlaces::profileOf(const Location &location) const
 {
+    const Location named = standardised(location);
+    const Location real = resolvedLocation(named).value_or(named);
     const std::pair<Location, FolderProfile> *innermost = nullptr;
     for (const auto &one : m_roots) {
         const bool deeper = innermost == nullptr || innermost->first.native().size() < one.first.native().size();

@@ -32,8 +32,8 @@ public:
     /// The first of the two only.
     std::optional<Protection> over(const Location &entry, const Location &real) const;
 
-    /// The profile whose project a resolved location is or lies in; of several the innermost.
-    std::optional<FolderProfile> profileOf(const Location &real) const;
+    /// The profile whose project a location is or lies in; of several the innermost.
+    std::optional<FolderProfile> profileOf(const Location &location) const;
 
 private:
     using Number = std::optional<std::size_t>; ///< in m_protections

@@ -131,6 +131,8 @@ QString RuleExplanation::text() const
         return QStringLiteral("Versteckte und unfertige Dateien, Skripte und Ordner lässt der Agent liegen.");
     case Verdict::NamedByScript:
         return QStringLiteral("Die Datei bleibt, weil ein Skript sie benutzt.");
+    case Verdict::Protected:
+        return QStringLiteral("Die Datei ist geschützt und bleibt, wie sie ist.");
     case Verdict::NothingToDo:
         return QStringLiteral("Für diese Datei bleibt nichts zu tun.");
     }

@@ -39,6 +39,7 @@ struct RuleExplanation {
         ConditionFails, ///< `conditions` says which
         NotLookedAt,    ///< hidden, a script, half-written, inside a package, or no file at all
         NamedByScript,
+        Protected,  ///< by a profile
         NothingToDo ///< it is in its place, has its name, or the rule's text leads nowhere
     };
     Verdict verdict = Verdict::NotLookedAt;

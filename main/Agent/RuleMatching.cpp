@@ -1,5 +1,6 @@
 #include "Agent/RuleMatching.h"
 
+#include "Agent/Guard.h"
 #include "Agent/RuleConditions.h"
 #include "Agent/RuleTargets.h"
 #include "Agent/RuleWalk.h"
@@ -318,8 +319,8 @@ std::optional<Location> RuleMatching::foundIn(const CleanupRule &rule, const Loc
     return direct || (rule.includeSubfolders && isAtOrBelow(*entry, *source)) ? entry : std::nullopt;
 }
 
-Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const Location &file,
-                                              const JobControl *control) const
+Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const std::vector<FolderProfile> &profiles,
+                                              const Location &file, const JobControl *control) const
 {
     using Verdict = RuleExplanation::Verdict;
     RuleExplanation result{
@@ -345,6 +346,8 @@ Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const Loc
         return result;
     if (!found.verdict->candidate)
         return because(Verdict::NamedByScript);
+    if (Guard(m_locations, profiles).isProtectedAsWhole(file))
+        return because(Verdict::Protected);
     result.candidate = std::move(found.verdict->candidate);
     return because(Verdict::Takes);
 }
@@ -365,13 +368,12 @@ Result<RuleForecast> RuleMatching::forecast(const std::vector<CleanupRule> &rule
     if (!found.verdict)
         return result;
     result.rule = asked[found.verdict->rule];
-    const bool isProtected = std::ranges::any_of(
-        profiles, [&](const FolderProfile &profile) { return profile.isProtected(standardised(file)); });
     if (!found.verdict->candidate) {
         result.outcome = RuleForecast::Outcome::NamedByScript;
         return result;
     }
     const Candidate &candidate = *found.verdict->candidate;
+    const bool isProtected = Guard(m_locations, profiles).isProtectedAsWhole(file);
     result.outcome = isProtected ? RuleForecast::Outcome::Protected : RuleForecast::Outcome::Taken;
     result.kind = candidate.kind;
     result.chosenByModel = candidate.needsAI;

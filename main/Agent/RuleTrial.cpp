@@ -1,5 +1,6 @@
 #include "Agent/RuleTrial.h"
 
+#include "Agent/Guard.h"
 #include "Agent/RuleList.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
@@ -47,11 +48,11 @@ Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupR
     const QUuid id = edited.id;
     const RuleMatching matching(services.locations, services.clock);
     const RuleEvaluation found = TRY(matching.evaluateCounting(withRule(std::move(rules), std::move(edited)), control));
+    const Guard guard(services.locations, profiles);
     TrialOutcome outcome;
     outcome.leftForScripts = found.leftForScripts;
     for (const Candidate &one : found.candidates) {
-        const auto protects = [&](const FolderProfile &profile) { return profile.isProtected(one.source); };
-        if (one.rule != id || std::ranges::any_of(profiles, protects))
+        if (one.rule != id || guard.isProtectedAsWhole(one.source))
             continue;
         ++outcome.count;
         outcome.bytes += one.isPackage ? 0 : one.seen.size;
@@ -121,7 +122,7 @@ void RuleTrial::begin()
             CleanupRule rule = edited;
             rule.enabled = true;
             const RuleMatching matching(services.locations, services.clock);
-            answer.explanation = TRY(matching.explain(rule, *file, &control));
+            answer.explanation = TRY(matching.explain(rule, profiles, *file, &control));
             return answer;
         },
         [this](Result<Answer> answer) { take(std::move(answer)); });

@@ -66,7 +66,7 @@ Result<ScanFindings> Scanner::scan()
 void Scanner::propose(AgentProposal proposal)
 {
     FolderEntry source = m_guard.entryOf(proposal.source);
-    if (m_sources.contains(source) || m_guard.isProtected(proposal.source))
+    if (m_sources.contains(source) || m_guard.isProtectedAsWhole(proposal.source))
         return;
     const bool unwanted = std::ranges::find(m_request.never, NeverProposed::of(proposal)) != m_request.never.end();
     if (unwanted)
@@ -100,7 +100,7 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
         proposal.preselected = true;
         proposal.seen = pair.duplicateState;
         proposal.keptCopy = pair.kept;
-        if (!m_guard.isProtected(pair.kept) && !m_guard.isInProject(pair.kept))
+        if (!m_guard.isProtectedAsWhole(pair.kept) && !m_guard.isInProject(pair.kept))
             proposal.keptSeen = pair.keptState;
         propose(std::move(proposal));
     }
@@ -138,7 +138,7 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
         proposal.preselected = true;
         proposal.isFolder = candidate.isPackage;
         proposal.seen = candidate.seen;
-        if (candidate.needsAI && !m_guard.isProtected(candidate.source)) {
+        if (candidate.needsAI && !m_guard.isProtectedAsWhole(candidate.source)) {
             m_control.setDetail(shownName(candidate.source));
             proposal.destination = sorting.destinationOf(candidate);
         }

@@ -201,6 +201,24 @@ TEST_F(AgentListsTest, triesTheEditedRuleAmongTheOthers)
     EXPECT_FALSE(trial.running.get());
 }
 
+TEST_F(AgentListsTest, triesARuleWithoutWhatIsProtectedByAnotherPath)
+{
+    world.tree().lines({"home/Downloads/fest/a.txt=a", "home/Downloads/Mappe.app/b.txt=b", "home/Downloads/c.txt=c",
+                        "home/DL->Downloads"});
+    FolderProfile profile;
+    profile.rootPath = textOf(world.home("Downloads"));
+    for (const QString &path : {u"fest"_qs, u"Mappe.app/b.txt"_qs})
+        profile.protectedEntries.push_back({.path = path, .reason = {}});
+    CleanupRule everything = rule(QStringLiteral("txt, app"));
+    everything.sourcePath = textOf(world.home("DL"));
+    everything.includeSubfolders = true;
+    JobControl control;
+    const Result<TrialOutcome> tried = tryRule(world.services(), {}, everything, {profile}, 50, &control);
+    ASSERT_TRUE(tried);
+    ASSERT_EQ(tried->count, 1);
+    EXPECT_EQ(tried->files[0].source, world.home("DL/c.txt"));
+}
+
 TEST_F(AgentListsTest, usesAModelServerOnlyOnceItIsConfirmed)
 {
     const FoundModelServer server{ModelEndpoint::parse(QStringLiteral("http://127.0.0.1:9")).value(),

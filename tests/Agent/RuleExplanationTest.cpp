@@ -32,9 +32,10 @@ protected:
         return made;
     }
     Location home(std::string_view relative) const { return tree.path("home") / relative; }
-    RuleExplanation explain(const CleanupRule &one, std::string_view file) const
+    RuleExplanation explain(const CleanupRule &one, std::string_view file,
+                            const std::vector<FolderProfile> &profiles = {}) const
     {
-        return matching.explain(one, home(file)).value();
+        return matching.explain(one, profiles, home(file)).value();
     }
     RuleForecast forecast(const std::vector<CleanupRule> &rules, std::string_view file,
                           const std::vector<FolderProfile> &profiles = {}) const
@@ -120,6 +121,12 @@ TEST_F(RuleExplanationTest, foretellsWhatAScanWouldDo)
     profile.rootPath = textOf(home("Downloads"));
     profile.protectedEntries = {{.path = u"a.txt"_qs, .reason = {}}};
     EXPECT_EQ(forecast(rules, "Downloads/a.txt", {profile}).outcome, RuleForecast::Outcome::Protected);
+    // Through a link the same file is protected all the same.
+    tree.lines({"home/DL->Downloads"});
+    rest.sourcePath = textOf(home("DL"));
+    EXPECT_EQ(forecast({rest}, "DL/a.txt", {profile}).outcome, RuleForecast::Outcome::Protected);
+    EXPECT_EQ(explain(rest, "DL/a.txt", {profile}).verdict, Verdict::Protected);
+    EXPECT_EQ(explain(rest, "DL/bild.png", {profile}).verdict, Verdict::Takes);
 }
 
 TEST_F(RuleExplanationTest, aFileInItsPlaceIsNotThrownAwayByALaterRule)
