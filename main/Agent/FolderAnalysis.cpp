@@ -260,7 +260,8 @@ Result<AnalysisFindings> analyze(const AgentServices &services, const AnalysisRe
         findings.end = AnalysisFindings::End::Refused;
         return findings;
     }
-    FolderProtection protection({request.profiles, request.rules, request.history, services.folders}, *folder);
+    FolderProtection protection(
+        {request.profiles, request.rules, request.history, services.folders, services.locations}, *folder);
     if (protection.isProtected(*folder)) {
         findings.end = AnalysisFindings::End::Protected;
         return findings;

@@ -21,18 +21,6 @@ Location resolved(const Location &location)
 
 } // namespace
 
-std::optional<FolderProfile> profileFor(const std::vector<FolderProfile> &profiles, const Location &location)
-{
-    const Location place = standardised(location);
-    const FolderProfile *innermost = nullptr;
-    for (const FolderProfile &one : profiles) {
-        const bool holds = !one.rootPath.isEmpty() && isAtOrBelow(place, one.root());
-        if (holds && (innermost == nullptr || innermost->root().native().size() < one.root().native().size()))
-            innermost = &one;
-    }
-    return innermost != nullptr ? std::optional(*innermost) : std::nullopt;
-}
-
 std::optional<Location> fixedTarget(const CleanupRule &rule, const Location &home)
 {
     if (rule.action == RuleAction::Trash || rule.action == RuleAction::Rename)
@@ -44,10 +32,11 @@ std::optional<Location> fixedTarget(const CleanupRule &rule, const Location &hom
 }
 
 FolderProtection::FolderProtection(const Sources &sources, const Location &analysed)
+    : m_guard(sources.locations, sources.profiles)
 {
     for (const FolderProfile &profile : sources.profiles)
         addProfile(profile);
-    if (std::optional<FolderProfile> innermost = profileFor(m_profiles, analysed)) {
+    if (std::optional<FolderProfile> innermost = m_guard.profileOf(analysed)) {
         m_settings = *std::move(innermost);
         m_hasProfile = true;
     }
@@ -62,17 +51,10 @@ void FolderProtection::addProfile(const FolderProfile &profile)
 {
     if (profile.rootPath.isEmpty())
         return;
-    FolderProfile copy = profile;
     const Location root = resolved(profile.root());
-    copy.rootPath = textOf(root);
     m_roots.insert(key(root));
     addStaying(root);
-    for (const ProtectedEntry &entry : copy.protectedEntries) {
-        if (!entry.path.isEmpty())
-            addStaying(standardised(root / locationFromText(entry.path)));
-    }
-    addGroups(root, copy.groups);
-    m_profiles.push_back(std::move(copy));
+    addGroups(root, profile.groups);
 }
 
 void FolderProtection::addGroups(const Location &root, const std::vector<QString> &groups)
@@ -138,11 +120,6 @@ void FolderProtection::addStaying(const Location &location)
     m_staying.insert(key(location));
 }
 
-bool FolderProtection::isProtected(const Location &location) const
-{
-    return std::ranges::any_of(m_profiles, [&](const FolderProfile &one) { return one.isProtected(location); });
-}
-
 bool FolderProtection::isProfileRoot(const Location &folder) const
 {
     return m_roots.contains(key(folder));
@@ -151,7 +128,7 @@ bool FolderProtection::isProfileRoot(const Location &folder) const
 bool FolderProtection::mustStay(const Location &folder) const
 {
     const std::string path = key(folder);
-    if (m_staying.contains(path) || isProtected(folder))
+    if (m_staying.contains(path) || m_guard.isProtectedAsWhole(folder))
         return true;
     const auto next = m_staying.lower_bound(path + "/");
     return next != m_staying.end() && next->starts_with(path + "/");

@@ -2,6 +2,7 @@
 
 #include "Agent/CleanupRule.h"
 #include "Agent/FolderProfile.h"
+#include "Agent/Guard.h"
 #include "Agent/JournalRun.h"
 #include "Places/KnownFolders.h"
 
@@ -12,9 +13,6 @@
 #include <vector>
 
 namespace brellin {
-
-/// The profile whose root is a location or holds it; of several the innermost.
-std::optional<FolderProfile> profileFor(const std::vector<FolderProfile> &profiles, const Location &location);
 
 /// The folder of a rule's target that is always the same: what stands before the first placeholder. Nothing where the rule
 /// puts nothing anywhere.
@@ -29,6 +27,7 @@ public:
         const std::vector<CleanupRule> &rules;
         const std::vector<JournalRun> &history;
         const KnownFolders &folders;
+        const SystemLocations &locations; ///< outlives the protection
     };
     FolderProtection(const Sources &sources, const Location &analysed);
 
@@ -39,7 +38,7 @@ public:
     bool mayTidy() const { return !m_hasProfile || m_settings.tidyAllowed; }
 
     /// Whether any profile protects a location.
-    bool isProtected(const Location &location) const;
+    bool isProtected(const Location &location) const { return m_guard.isProtected(location); }
     bool isProfileRoot(const Location &folder) const;
     /// Whether a folder must stay where it is because it is, or holds, something that a profile, a rule, the system or an
     /// earlier run counts on: protected entries, profiles' roots, collecting folders, folders that rules look into or put
@@ -59,7 +58,7 @@ private:
     void addStaying(const Location &location);
     Location resolvedInFolder(const Location &entry);
 
-    std::vector<FolderProfile> m_profiles; ///< with roots free of links
+    Guard m_guard;
     FolderProfile m_settings;
     bool m_hasProfile = false;
     /// Paths in the form in which names are compared.

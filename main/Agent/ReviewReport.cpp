@@ -1,6 +1,7 @@
 #include "Agent/ReviewReport.h"
 
 #include "Agent/HandOverTexts.h"
+#include "Agent/ProtectedPlaces.h"
 #include "Base/German.h"
 #include "Disk/FreeName.h"
 #include "System/FileLock.h"
@@ -72,19 +73,6 @@ QString proposalLine(const AgentProposal &proposal)
            u'\n';
 }
 
-/// The profile whose project holds the folder; the innermost of several.
-const FolderProfile *profileOf(const ReviewSubject &subject)
-{
-    const FolderProfile *found = nullptr;
-    for (const FolderProfile &profile : subject.profiles) {
-        const bool holds =
-            subject.folder && !profile.rootPath.isEmpty() && isAtOrBelow(standardised(*subject.folder), profile.root());
-        if (holds && (!found || profile.rootPath.size() > found->rootPath.size()))
-            found = &profile;
-    }
-    return found;
-}
-
 std::vector<Location> foldersOf(const ReviewSubject &subject)
 {
     return subject.folder ? std::vector{*subject.folder} : subject.sourceFolders;
@@ -129,7 +117,9 @@ QString reviewText(const ReviewSubject &subject)
                    QStringLiteral("\n\n## Vorschläge des Agenten (%1)\n\n").arg(subject.proposals.size());
     for (const AgentProposal &proposal : subject.proposals)
         text += proposalLine(proposal);
-    if (const FolderProfile *const profile = profileOf(subject)) {
+    const std::optional<FolderProfile> profile =
+        subject.folder ? ProtectedPlaces(subject.profiles).profileOf(*subject.folder) : std::nullopt;
+    if (profile) {
         text += QStringLiteral("\n## Geschützt (Profil „%1“)\n\n").arg(plain(profile->name));
         for (const ProtectedEntry &entry : profile->protectedEntries)
             text += QStringLiteral("- ") + code(entry.path) + QStringLiteral(" – ") + plain(entry.reason) + u'\n';

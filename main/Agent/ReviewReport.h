@@ -26,7 +26,7 @@ struct ReviewReport {
     QString request;
 };
 
-/// The report's text, Markdown.
+/// The report's text, Markdown. Looks where the folder and the profiles' projects really lie.
 QString reviewText(const ReviewSubject &subject);
 
 /// Writes the report into "Brellin-Prüfungen" in the user's documents.

@@ -45,7 +45,7 @@ ExitCode runAnalyzeCommand(CommandContext &context)
     const bool pending = agent.pendingProfile.get().has_value();
     std::optional<FolderProfile> profile = agent.pendingProfile.get();
     if (!profile)
-        profile = profileFor(agent.profiles.get(), *folder);
+        profile = ProtectedPlaces(agent.profiles.get()).profileOf(*folder);
     if (pending && !context.json()) {
         context.terminal.print(QStringLiteral("Geschützt würden:"));
         printProfile(context.terminal, *profile);

@@ -261,6 +261,16 @@ TEST_F(FolderAnalysisTest, RefusedAndUnreadableFoldersYieldNothing)
     EXPECT_EQ(analyse().summary(), u"0 Vorschläge · 0 doppelt"_qs);
 }
 
+TEST_F(FolderAnalysisTest, AProtectedLinkProtectsWhatItPointsTo)
+{
+    tree().lines({"home/X/frei.pdf", "home/X/Fremd alt/a.pdf", "home/Fremd/loser Brief.pdf",
+                  "home/Werk/verweis->../Fremd", "home/Werk/zweiter->../X/Fremd alt", "home/kurz->Fremd"});
+    request.profiles = {profile("home/Werk", {u"verweis", u"zweiter"})};
+    for (const char *const folder : {"home/Werk/verweis", "home/Fremd", "home/kurz"})
+        EXPECT_EQ(analyse(folder).end, End::Protected) << folder;
+    EXPECT_THAT(linesOf(), ElementsAre("+ move frei.pdf -> Unterlagen/frei.pdf"));
+}
+
 TEST_F(FolderAnalysisTest, CanBeCancelled)
 {
     tree().lines({"home/X/a.pdf"});

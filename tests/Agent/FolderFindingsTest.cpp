@@ -114,17 +114,17 @@ TEST(FolderUsageTest, ReasonsReadWell)
               u"Gleicher Inhalt wie „2023“ in Fotos · ⚠ enthält Skripte – bitte prüfen"_qs);
 }
 
-TEST(FolderProtectionTest, TheInnermostProfileCounts)
+TEST(ProtectedPlacesTest, theInnermostProfileCounts)
 {
     FolderProfile outer;
     outer.rootPath = u"/h/p"_qs;
     FolderProfile inner;
     inner.rootPath = u"/h/p/teil/"_qs;
-    const std::vector profiles{inner, outer, FolderProfile()};
-    EXPECT_EQ(profileFor(profiles, "/h/p/teil/x"), inner);
-    EXPECT_EQ(profileFor(profiles, "/h/p/teilen"), outer);
-    EXPECT_EQ(profileFor(profiles, "/h/p"), outer);
-    EXPECT_EQ(profileFor(profiles, "/h"), std::nullopt);
+    const ProtectedPlaces places({inner, outer, FolderProfile()});
+    EXPECT_EQ(places.profileOf("/h/p/teil/x"), inner);
+    EXPECT_EQ(places.profileOf("/h/p/teilen"), outer);
+    EXPECT_EQ(places.profileOf("/h/p"), outer);
+    EXPECT_EQ(places.profileOf("/h"), std::nullopt);
 }
 
 TEST(FolderProtectionTest, FixedTargets)

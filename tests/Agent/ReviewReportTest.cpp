@@ -43,6 +43,22 @@ TEST(ReviewReportTest, holdsEveryNameAsCodeAndTheProtectionOfTheFolder)
     EXPECT_FALSE(reviewText(subject).contains(QStringLiteral("Geschützt")));
 }
 
+TEST(ReviewReportTest, knowsTheProjectOfAFolderBehindALink)
+{
+    const TempTree tree;
+    tree.lines({"Werk/Teil/", "Teil->Werk/Teil", "Kurz->Werk"});
+    FolderProfile profile;
+    profile.name = QStringLiteral("Werk");
+    for (const char *const root : {"Werk", "Kurz"}) {
+        profile.rootPath = textOf(tree.path(root));
+        for (const char *const folder : {"Teil", "Kurz/Teil", "Werk"}) {
+            const ReviewSubject subject{tree.path(folder), {}, {}, {profile}};
+            EXPECT_TRUE(reviewText(subject).contains(QStringLiteral("## Geschützt (Profil „Werk“)")))
+                << root << ' ' << folder;
+        }
+    }
+}
+
 TEST(ReviewReportTest, isHandedOverOrShown)
 {
     const TempTree documents;
