@@ -57,6 +57,11 @@ Result<void> DiskFileActions::removeForGood(const Location &entry)
     return removeTree(place.at());
 }
 
+Result<std::vector<Location>> DiskFileActions::removeSeen(const Location &entry, const SeenTree &seen)
+{
+    return brellin::removeSeen(entry, seen);
+}
+
 Result<void> DiskFileActions::createFolder(const Location &folder)
 {
     if (::mkdir(folder.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) != 0)

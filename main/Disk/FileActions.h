@@ -4,6 +4,7 @@
 #include "Base/Result.h"
 #include "Disk/CopyEntry.h"
 #include "Disk/HeldFolder.h"
+#include "Disk/SeenTree.h"
 #include "Disk/WrittenVolume.h"
 
 namespace brellin {
@@ -30,6 +31,8 @@ public:
     /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
     /// user's own yes to exactly that; never for an assistant.
     virtual Result<void> removeForGood(const Location &entry) = 0;
+    /// As `removeSeen`, under the same conditions.
+    virtual Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) = 0;
     /// Creates one folder; `errc::file_exists` where anything has the name.
     virtual Result<void> createFolder(const Location &folder) = 0;
     /// Removes one folder if it is empty (`errc::directory_not_empty` else), never more.
@@ -56,6 +59,7 @@ public:
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy) override;
     Result<void> removeForGood(const Location &entry) override;
+    Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) override;
     Result<void> createFolder(const Location &folder) override;
     Result<void> removeEmptyFolder(const Location &folder) override;
 };

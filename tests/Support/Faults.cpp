@@ -2,6 +2,11 @@
 
 #include <csignal>
 
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace brellin::test {
 
 void FaultPlan::killPoint()
@@ -10,8 +15,31 @@ void FaultPlan::killPoint()
         ::raise(SIGKILL);
 }
 
+Result<void> FaultyFileActions::renameOverReserve(const Location &from, const Location &to)
+{
+    struct stat status{};
+    if (::lstat(from.c_str(), &status) != 0)
+        return failure(Failure::lastSystem());
+    const Result<void> reserved = m_plan.change<void>([&]() -> Result<void> {
+        if (S_ISDIR(status.st_mode))
+            return entryExists(to) ? Result<void>(failure(Failure::system(EEXIST))) : Result<void>();
+        const int file = ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        return file < 0 || ::close(file) != 0 ? Result<void>(failure(Failure::lastSystem())) : Result<void>();
+    });
+    if (!reserved)
+        return reserved;
+    const Result<void> renamed = m_plan.change<void>([&]() -> Result<void> {
+        return ::rename(from.c_str(), to.c_str()) == 0 ? Result<void>() : failure(Failure::lastSystem());
+    });
+    if (!renamed && !S_ISDIR(status.st_mode))
+        ::unlink(to.c_str());
+    return renamed;
+}
+
 Result<void> FaultyFileActions::rename(const Location &from, const Location &to)
 {
+    if (reservesNames && m_volumes.same(from, to.parent_path()))
+        return renameOverReserve(from, to);
     return m_plan.change<void>([&]() -> Result<void> {
         if (!m_volumes.same(from, to.parent_path()))
             return failure(Failure::system(EXDEV));
@@ -72,6 +100,13 @@ Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &so
 Result<void> FaultyFileActions::removeForGood(const Location &entry)
 {
     return m_plan.change<void>([&] { return m_real.removeForGood(entry); });
+}
+
+Result<std::vector<Location>> FaultyFileActions::removeSeen(const Location &entry, const SeenTree &seen)
+{
+    if (beforeRemoval)
+        beforeRemoval(entry);
+    return m_plan.change<std::vector<Location>>([&] { return m_real.removeSeen(entry, seen); });
 }
 
 Result<void> FaultyFileActions::createFolder(const Location &folder)

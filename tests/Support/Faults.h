@@ -53,19 +53,27 @@ public:
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy) override;
     Result<void> removeForGood(const Location &entry) override;
+    Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) override;
     Result<void> createFolder(const Location &folder) override;
     Result<void> removeEmptyFolder(const Location &folder) override;
 
+    /// Renames files as on volumes with neither exclusive rename nor hard links, in two changes: an empty file keeps the name
+    /// free, the entry goes over it.
+    bool reservesNames = false;
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
     /// Called before each flush of a volume.
     std::function<void()> beforeVolumeFlush;
+    /// Called right before something that was shown is removed for good, so that a test can add to it.
+    std::function<void(const Location &entry)> beforeRemoval;
     /// What each copy says that it could not keep.
     QStringList notKept;
     /// Called before each rename between held folders, so that a test can put others in their places.
     std::function<void(const Location &from)> beforeHeldRename;
 
 private:
+    Result<void> renameOverReserve(const Location &from, const Location &to);
+
     FaultPlan &m_plan;
     const Volumes &m_volumes;
     DiskFileActions m_real;

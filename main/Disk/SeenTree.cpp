@@ -1,0 +1,117 @@
+#include "Disk/SeenTree.h"
+
+#include "Disk/CopyTreeRemoval.h"
+#include "Disk/RemovalWalk.h"
+#include "Disk/Walk.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace brellin {
+
+namespace {
+
+EntryKind kindOf(const struct stat &status)
+{
+    if (S_ISREG(status.st_mode))
+        return EntryKind::File;
+    if (S_ISDIR(status.st_mode))
+        return EntryKind::Folder;
+    return S_ISLNK(status.st_mode) ? EntryKind::Link : EntryKind::Special;
+}
+
+std::uint64_t markBelow(std::uint64_t top, const Location &relative)
+{
+    std::uint64_t mark = top;
+    for (const Location &name : relative)
+        mark = OwnEntries::pathMark(mark, name.native());
+    return mark;
+}
+
+/// Removes what is still as it was seen and keeps the names of the rest.
+class SeenRemoval : private RemovalWalk {
+public:
+    SeenRemoval(Location entry, const SeenTree &seen) : m_entry(std::move(entry)), m_seen(seen) {}
+
+    Result<std::vector<Location>> run(NameIn top)
+    {
+        TRY(RemovalWalk::run(top, m_seen.top()));
+        return std::move(m_kept);
+    }
+
+private:
+    bool mayGo(NameIn entry, std::uint64_t path, const struct stat &now) override
+    {
+        const bool seen = m_seen.holds(path, now);
+        if (!seen)
+            m_kept.push_back(placeOf(entry.name, m_entry));
+        return seen;
+    }
+
+    /// What is in it has been named, or came this very moment.
+    void filled(std::string_view name) override
+    {
+        if (m_kept.empty() && !failed())
+            m_kept.push_back(placeOf(name, m_entry));
+    }
+
+    Location m_entry;
+    const SeenTree &m_seen;
+    std::vector<Location> m_kept;
+};
+
+} // namespace
+
+Result<SeenTree> SeenTree::of(const Location &entry, const JobControl *control)
+{
+    const Location place = standardised(entry);
+    const EntryPlace opened = TRY(openPlace(place));
+    SeenTree seen;
+    seen.m_top = OwnEntries::pathMark(0, opened.name);
+    seen.m_inodesLast = knownBy(opened.folder.number()) == OwnEntries::KnownBy::Inode;
+    const FileAttributes top = TRY(readAttributes(place));
+    seen.m_entries.push_back(seen.entryOf(seen.m_top, top));
+    if (!top.isFolder())
+        return seen;
+    bool complete = true;
+    WalkOptions options;
+    options.attributes = Attribute::Identity | Attribute::Size | Attribute::Modified;
+    const auto take = [&](const WalkEntry &one) {
+        const Location relative = one.location().native().substr(place.native().size() + 1);
+        seen.m_entries.push_back(seen.entryOf(markBelow(seen.m_top, relative), one.attributes));
+        complete = complete && !one.unreadable;
+        return complete ? WalkStep::Continue : WalkStep::Stop;
+    };
+    const WalkOutcome outcome = TRY(walk(place, options, take, control));
+    if (!complete || outcome.unreadableFolders > 0)
+        return failure(Failure::system(EACCES));
+    std::ranges::sort(seen.m_entries);
+    return seen;
+}
+
+SeenTree::Entry SeenTree::entryOf(std::uint64_t path, const FileAttributes &attributes) const
+{
+    const std::uint64_t inode = m_inodesLast ? attributes.identity.inode : 0;
+    if (attributes.isFolder())
+        return {path, inode, 0, {}, attributes.kind};
+    return {path, inode, attributes.size, attributes.modified, attributes.kind};
+}
+
+bool SeenTree::holds(std::uint64_t path, const struct stat &now) const
+{
+    FileAttributes attributes;
+    attributes.kind = kindOf(now);
+    attributes.identity = {now.st_dev, now.st_ino};
+    attributes.size = now.st_size;
+    attributes.modified = instantFrom(now.st_mtim);
+    return std::ranges::binary_search(m_entries, entryOf(path, attributes));
+}
+
+Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen)
+{
+    const EntryPlace place = TRY(openPlace(entry));
+    return SeenRemoval(standardised(entry), seen).run(place.at());
+}
+
+} // namespace brellin
