@@ -16,11 +16,6 @@ FileIdentity identityOf(const struct stat &status)
     return {status.st_dev, status.st_ino};
 }
 
-bool contains(const std::vector<FileIdentity> &all, const FileIdentity &one)
-{
-    return std::ranges::find(all, one) != all.end();
-}
-
 /// The entry itself and, for a link, what it leads to.
 Result<std::vector<FileIdentity>> identitiesOf(const Location &entry)
 {
@@ -48,17 +43,43 @@ Result<std::vector<FileIdentity>> selfAndAncestors(const Location &folder)
     }
 }
 
-bool mustStay(const Location &existing, const Location &src, const Location &folder)
+StayingEntries::StayingEntries(const std::vector<Location> &sources)
+{
+    for (const Location &source : sources)
+        add(source);
+}
+
+void StayingEntries::add(const Location &given)
+{
+    const Location source = standardised(given);
+    const auto identities = identitiesOf(source);
+    if (!identities) {
+        // One that is gone fails by itself.
+        m_complete = m_complete && identities.error().is(std::errc::no_such_file_or_directory);
+        return;
+    }
+    m_sources.insert(identities->front());
+    const Location parent = source.parent_path();
+    if (!m_parents.insert(parent).second)
+        return;
+    if (const auto above = selfAndAncestors(parent))
+        m_aboveSources.insert(above->begin(), above->end());
+    else
+        m_complete = false;
+}
+
+bool StayingEntries::hold(const Location &existing) const
 {
     const auto entry = identitiesOf(existing);
-    const auto source = identitiesOf(src);
-    const auto aboveSource = selfAndAncestors(src.parent_path());
-    const auto aboveTarget = selfAndAncestors(folder);
-    if (!entry || !source || !aboveSource || !aboveTarget)
+    const auto above = selfAndAncestors(existing.parent_path());
+    if (!m_complete || !entry || !above)
         return true;
-    return std::ranges::any_of(*entry, [&](const FileIdentity &one) {
-        return contains(*aboveSource, one) || contains(*aboveTarget, one) || one == source->front();
-    });
+    const auto staysItself = [&](const FileIdentity &one) {
+        return m_sources.contains(one) || m_aboveSources.contains(one) ||
+               std::ranges::find(*above, one) != above->end();
+    };
+    const auto isSource = [this](const FileIdentity &one) { return m_sources.contains(one); };
+    return std::ranges::any_of(*entry, staysItself) || std::ranges::any_of(*above, isSource);
 }
 
 } // namespace brellin

@@ -4,6 +4,7 @@
 #include "Base/Result.h"
 #include "Disk/FileAttributes.h"
 
+#include <set>
 #include <vector>
 
 namespace brellin {
@@ -12,8 +13,23 @@ namespace brellin {
 /// a second mount.
 Result<std::vector<FileIdentity>> selfAndAncestors(const Location &folder);
 
-/// Whether an existing entry must stay where it is while `src` goes into `folder`: it is the source, the folder, or holds one
-/// of them, itself or as the link that leads there. Doubt answers true.
-bool mustStay(const Location &existing, const Location &src, const Location &folder);
+/// What must not be replaced while a transfer is under way, known by identity: its sources, everything in them, and the
+/// folders that hold them or the destination.
+class StayingEntries {
+public:
+    StayingEntries() = default;
+    explicit StayingEntries(const std::vector<Location> &sources);
+
+    void add(const Location &source);
+    /// Whether an existing entry of the destination is one of these, itself or as the link that leads there. Doubt answers
+    /// true.
+    bool hold(const Location &existing) const;
+
+private:
+    std::set<FileIdentity> m_sources;
+    std::set<FileIdentity> m_aboveSources;
+    std::set<Location> m_parents; ///< whose ancestors are in `m_aboveSources`
+    bool m_complete = true;       ///< every source there is could be looked at
+};
 
 } // namespace brellin

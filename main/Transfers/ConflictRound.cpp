@@ -28,7 +28,7 @@ std::optional<ConflictRound::About> ConflictRound::question() const
     const TakenPlace &taken = *m_open.front().taken;
     const QString name = shownName(m_open.front().dst);
     if (m_asksForGood)
-        return NoTrashQuestion{name, taken.existingIsFolder};
+        return NoTrashQuestion{name, taken.existingIsFolder, taken.existingLine};
     return ConflictQuestion{name,
                             conflictsLeft(),
                             taken.existingIsFolder,
@@ -70,8 +70,7 @@ void ConflictRound::answer(const Confirmation &answer)
         m_cancelled = true;
         return;
     case Confirmation::Yes:
-        m_forGoodForAll = m_forAll == ConflictChoice::replace;
-        take(Placing::Replace, m_open.front().taken->existing);
+        take(Placing::Replace, m_open.front().taken->seen);
         break;
     case Confirmation::No:
         m_open.pop_front();
@@ -109,19 +108,19 @@ bool ConflictRound::decide(ConflictChoice choice)
     case ConflictChoice::replace:
         break;
     }
-    if (!taken.trashable && !m_forGoodForAll) {
+    if (!taken.trashable) {
         m_asksForGood = true;
         return false;
     }
-    take(Placing::Replace, taken.trashable ? std::nullopt : std::optional(taken.existing));
+    take(Placing::Replace);
     return true;
 }
 
-void ConflictRound::take(Placing placing, std::optional<FileIdentity> removedForGood)
+void ConflictRound::take(Placing placing, std::shared_ptr<const SeenTree> removedForGood)
 {
     const ExaminedSource source = std::move(m_open.front());
     m_open.pop_front();
-    m_decisions.push_back({source.src, source.dst, placing, removedForGood});
+    m_decisions.push_back({source.src, source.dst, placing, std::move(removedForGood)});
 }
 
 std::vector<TransferStep> stepsFor(const std::vector<TransferDecision> &decisions)

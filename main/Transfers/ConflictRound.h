@@ -14,7 +14,7 @@ struct TransferDecision {
     Location src;
     Location dst; ///< where it would go by its own name
     Placing placing = Placing::Exactly;
-    std::optional<FileIdentity> removedForGood; ///< as of a step
+    std::shared_ptr<const SeenTree> removedForGood; ///< as of a step
 
     bool operator==(const TransferDecision &) const = default;
 };
@@ -40,14 +40,13 @@ private:
     void answer(const ObstacleChoice &) {}
     void goOn();
     bool decide(ConflictChoice choice);
-    void take(TransferDecision::Placing placing, std::optional<FileIdentity> removedForGood = {});
+    void take(TransferDecision::Placing placing, std::shared_ptr<const SeenTree> removedForGood = {});
     std::size_t conflictsLeft() const;
 
     std::deque<ExaminedSource> m_open;
     std::vector<TransferDecision> m_decisions;
     std::optional<ConflictChoice> m_forAll;
     bool m_asksForGood = false; ///< whether the first open one, which is to be replaced, may be removed for good
-    bool m_forGoodForAll = false;
     bool m_cancelled = false;
 };
 

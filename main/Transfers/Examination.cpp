@@ -67,14 +67,24 @@ private:
     std::vector<FileIdentity> m_ancestors;
 };
 
-TakenPlace takenPlace(const Location &src, const Location &dst, const TransferServices &services, Deadline deadline)
+/// What cannot be looked at in whole can be shown to nobody.
+std::shared_ptr<const SeenTree> seenAt(const Location &entry, const JobControl &control)
 {
-    const FileAttributes existing = readAttributes(dst).value_or(FileAttributes());
+    Result<SeenTree> seen = SeenTree::of(entry, &control);
+    return seen ? std::make_shared<const SeenTree>(*std::move(seen)) : nullptr;
+}
+
+TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEntries &staying,
+                      const TransferServices &services, const JobControl &control, Deadline deadline)
+{
     TakenPlace taken;
-    taken.existing = existing.identity;
-    taken.existingIsFolder = existing.isFolder();
-    taken.replaceable = !mustStay(dst, src, dst.parent_path());
+    taken.existingIsFolder = readAttributes(dst).value_or(FileAttributes()).isFolder();
+    taken.replaceable = !staying.hold(dst);
     taken.trashable = services.trash.possible(dst);
+    // Before the lines, so that they tell of everything that may go.
+    if (taken.replaceable && !taken.trashable)
+        taken.seen = seenAt(dst, control);
+    taken.replaceable = taken.replaceable && (taken.trashable || taken.seen);
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
     taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();
@@ -114,6 +124,7 @@ Result<Examination> examineTransfer(const TransferRequest &request, const Transf
     TRY(checkFolder(folder));
     const SourceCheck check = TRY(SourceCheck::forDestination(folder));
     const Deadline deadline = std::chrono::steady_clock::now() + describing;
+    const StayingEntries staying(request.sources);
     Examination found;
     std::set<Location> wanted;
     for (const Location &given : request.sources) {
@@ -124,12 +135,27 @@ Result<Examination> examineTransfer(const TransferRequest &request, const Transf
             found.refused << shownName(src) + QStringLiteral(": Ein Ordner kann nicht in sich selbst liegen.");
             continue;
         }
-        ExaminedSource source;
-        source.src = src;
-        source.dst = folder / src.filename();
+        ExaminedSource source{src, folder / src.filename(), false, std::nullopt};
         source.beside = src.parent_path() == folder || !wanted.insert(source.dst).second;
         if (!source.beside && entryExists(source.dst))
-            source.taken = takenPlace(src, source.dst, services, deadline);
+            source.taken = takenPlace(src, source.dst, staying, services, control, deadline);
+        found.sources.push_back(std::move(source));
+    }
+    return found;
+}
+
+Result<Examination> examineAgain(const TransferRequest &request, const std::vector<TransferStep> &steps,
+                                 const TransferServices &services, const JobControl &control)
+{
+    const Deadline deadline = std::chrono::steady_clock::now() + describing;
+    const StayingEntries staying(request.sources);
+    Examination found;
+    for (const TransferStep &step : steps) {
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+        ExaminedSource source{step.src, step.dst, false, std::nullopt};
+        if (entryExists(source.dst))
+            source.taken = takenPlace(step.src, step.dst, staying, services, control, deadline);
         found.sources.push_back(std::move(source));
     }
     return found;

@@ -2,12 +2,13 @@
 
 #include "Base/JobControl.h"
 #include "Base/Result.h"
-#include "Disk/FileAttributes.h"
+#include "Disk/SeenTree.h"
 #include "Transfers/TransferServices.h"
 #include "Transfers/TransferStep.h"
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -17,11 +18,12 @@ struct TransferRequest;
 
 /// What stands at the place that a source wants.
 struct TakenPlace {
-    FileIdentity existing;
     bool existingIsFolder = false;
-    bool replaceable = true; ///< false where it is the source, or holds it or the destination
+    bool replaceable = true; ///< false where it is, holds or lies in a source of the transfer, or holds the destination
     bool trashable = true;   ///< there is a Trash for it
-    QString existingLine;    ///< "1,2 MB, 3. September 2026, 14:05"
+    /// What is shown of an entry that is not trashable.
+    std::shared_ptr<const SeenTree> seen;
+    QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
     bool incomingIsFolder = false;
 
@@ -48,6 +50,10 @@ struct Examination {
 /// Looks where everything would go, and changes nothing. Fails where the destination is no folder. On a worker.
 Result<Examination> examineTransfer(const TransferRequest &request, const TransferServices &services,
                                     const JobControl &control);
+
+/// The same for steps of that transfer whose place no longer holds what the user was asked about.
+Result<Examination> examineAgain(const TransferRequest &request, const std::vector<TransferStep> &steps,
+                                 const TransferServices &services, const JobControl &control);
 
 /// "1,2 MB, 3. September 2026, 14:05", of a folder with the number of its entries; counting takes no longer than until
 /// `deadline`.

@@ -4,13 +4,16 @@
 
 namespace brellin {
 
-StepRun::StepRun(const TransferServices &services, TransferKind kind, TransferState &state)
+StepRun::StepRun(const TransferServices &services, TransferKind kind, TransferState &state,
+                 const std::vector<TransferStep> &steps)
     : m_services(services)
     , m_engine(services)
     , m_kind(kind)
     , m_state(state)
     , m_log(services.logs)
 {
+    for (const TransferStep &step : steps)
+        m_staying.add(step.src);
 }
 
 QString errorLine(const Location &entry, const Failure &why)
@@ -31,6 +34,8 @@ Result<TransferredEntry> StepRun::carryOut(const TransferStep &step)
 {
     TRY(checkAllowed(step));
     TRY(readAttributes(step.src));
+    if (!m_services.trash.possible(step.dst))
+        TRY(checkStillAllowed(step));
     if (m_kind == TransferKind::Move && m_services.volumes.same(step.src, step.dst.parent_path())) {
         Result<TransferredEntry> moved = moveWithinVolume(step);
         // Across a bind mount, or from the lower layer of an overlay, the volume looks the same and is not.
@@ -47,7 +52,7 @@ Result<TransferredEntry> StepRun::moveWithinVolume(const TransferStep &step)
     Result<void> renamed = m_services.files.rename(step.src, step.dst);
     std::optional<Location> replaced;
     if (!renamed && step.replace && renamed.error().is(std::errc::file_exists)) {
-        replaced = TRY(m_engine.discard(step));
+        replaced = TRY(discard(step));
         renamed = m_services.files.rename(step.src, step.dst);
     }
     if (!renamed)
@@ -92,7 +97,7 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
         TRY(m_services.files.flush(temporary));
     std::optional<Location> replaced;
     if (step.replace)
-        replaced = TRY(m_engine.discard(step));
+        replaced = TRY(discard(step));
     if (const Result<void> renamed = m_services.files.rename(temporary, step.dst); !renamed)
         return failure(putBack(step, replaced, renamed.error()));
     return replaced;
@@ -157,6 +162,54 @@ void StepRun::settleBefore(const TransferStep &step)
     };
     if (std::ranges::any_of(m_moved, concerned))
         settle();
+}
+
+Result<std::optional<Location>> StepRun::discard(const TransferStep &step)
+{
+    const Result<FileAttributes> existing = readAttributes(step.dst);
+    if (!existing && existing.error().is(std::errc::no_such_file_or_directory))
+        return std::optional<Location>();
+    if (!existing)
+        return failure(existing.error());
+    m_staying.add(step.src);
+    if (m_staying.hold(step.dst))
+        return failure(
+            QStringLiteral("Was hier ersetzt werden soll, gehört zu dem, was übertragen wird, oder enthält es."));
+    const Result<Location> trashed = m_services.trash.put(step.dst);
+    if (trashed)
+        return std::optional(*trashed);
+    if (!step.removedForGood)
+        return failure(
+            Failure{QStringLiteral("Der vorhandene Eintrag kam nicht in den Papierkorb: ") + trashed.error().message,
+                    trashed.error().code});
+    TRY(removeForGood(step));
+    return std::optional<Location>();
+}
+
+Result<void> StepRun::removeForGood(const TransferStep &step)
+{
+    TRY(checkStillAllowed(step));
+    const std::vector<Location> kept = TRY(m_services.files.removeSeen(step.dst, *step.removedForGood));
+    return kept.empty() ? Result<void>() : Result<void>(failure(askAgain(step)));
+}
+
+Result<void> StepRun::checkStillAllowed(const TransferStep &step)
+{
+    if (!step.removedForGood || !entryExists(step.dst))
+        return {};
+    const SeenTree now = TRY(SeenTree::of(step.dst, &m_state.control()));
+    return now == *step.removedForGood ? Result<void>() : Result<void>(failure(askAgain(step)));
+}
+
+Failure StepRun::askAgain(const TransferStep &step)
+{
+    outcome.toAskAgain.push_back(step);
+    return {QStringLiteral("Der vorhandene Eintrag hat sich seit der Frage geändert."), {}};
+}
+
+bool StepRun::asksAgainAbout(const TransferStep &step) const
+{
+    return !outcome.toAskAgain.empty() && outcome.toAskAgain.back() == step;
 }
 
 bool StepRun::giveUpSource(const TransferStep &step, const CopiedEntries &copied)

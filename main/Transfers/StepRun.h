@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Transfers/Ancestors.h"
 #include "Transfers/TransferEngine.h"
 #include "Transfers/TransferLog.h"
 
@@ -12,7 +13,9 @@ namespace brellin {
 /// One run of steps: what the engine keeps while it works.
 class StepRun {
 public:
-    StepRun(const TransferServices &services, TransferKind kind, TransferState &state);
+    /// `steps`: all that are to be carried out.
+    StepRun(const TransferServices &services, TransferKind kind, TransferState &state,
+            const std::vector<TransferStep> &steps);
 
     /// A failure leaves the source as it was, what was there at the destination in its place, and nothing else.
     Result<TransferredEntry> carryOut(const TransferStep &step);
@@ -21,6 +24,8 @@ public:
     void settle();
     /// The same at once, where the step wants something of such a source.
     void settleBefore(const TransferStep &step);
+    /// Whether this step, the last one, failed because the user has to be asked again.
+    bool asksAgainAbout(const TransferStep &step) const;
 
     TransferOutcome outcome;
 
@@ -40,6 +45,13 @@ private:
     Result<WrittenVolume *> volumeFor(const Location &folder);
     Result<void> flush();
     static Result<void> checkCopyIsThere(const TransferredEntry &copy);
+    /// Puts the entry that is being replaced into the Trash and gives its place there. Where that fails and `step` allows it,
+    /// removes it for good (nothing is given then), else fails with the entry untouched.
+    Result<std::optional<Location>> discard(const TransferStep &step);
+    Result<void> removeForGood(const TransferStep &step);
+    /// Fails where what may be removed for good is not what the user allowed.
+    Result<void> checkStillAllowed(const TransferStep &step);
+    Failure askAgain(const TransferStep &step);
     /// Whether the whole source is gone.
     bool giveUpSource(const TransferStep &step, const CopiedEntries &copied);
     void nameKept(const std::vector<Location> &kept);
@@ -53,6 +65,7 @@ private:
     TransferLog m_log;
     std::map<Location, WrittenVolume> m_written; ///< by the folder that was written into
     std::vector<Moved> m_moved;
+    StayingEntries m_staying;
 };
 
 /// "Name: reason"

@@ -51,7 +51,7 @@ void Transfer::examined(Result<Examination> found)
         outcome.errors << shownName(m_request.destination) + QStringLiteral(": ") + found.error().message;
         return end(std::move(outcome));
     }
-    m_refused = found->refused;
+    m_refused += found->refused;
     m_conflicts.emplace(std::move(found->sources));
     askAboutConflicts();
 }
@@ -107,13 +107,32 @@ void Transfer::answerObstacles(ObstacleChoice choice)
 
 void Transfer::run()
 {
-    m_job->begin(m_steps.size(), m_inspection.total());
+    m_job->begin(m_steps.size(), m_total += m_inspection.total());
+    if (m_begun.empty())
+        m_begun = m_steps;
     const TransferServices services = m_queue.m_services;
     m_running.start(
         services.workers, longWork<TransferOutcome>(m_request.destination),
         [services, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes](
             const JobControl &) { return TransferEngine(services).run(steps, kind, *state, sizes); },
-        [this](TransferOutcome outcome) { end(std::move(outcome)); }, {});
+        [this](TransferOutcome outcome) { ran(std::move(outcome)); }, {});
+    m_queue.publishAll();
+}
+
+/// What is no longer what the user said yes to is asked about again.
+void Transfer::ran(TransferOutcome outcome)
+{
+    m_outcome.add(std::move(outcome));
+    const std::vector<TransferStep> again = std::exchange(m_outcome.toAskAgain, {});
+    if (again.empty() || m_outcome.cancelled)
+        return end({});
+    const TransferServices services = m_queue.m_services;
+    m_examining.start(
+        services.workers, longWork<Result<Examination>>(m_request.destination),
+        [services, again, request = m_request](const JobControl &control) {
+            return examineAgain(request, again, services, control);
+        },
+        [this](Result<Examination> found) { examined(std::move(found)); }, {});
     m_queue.publishAll();
 }
 
@@ -148,7 +167,6 @@ void Transfer::cancel()
 
 void Transfer::endCancelled()
 {
-    m_steps.clear();
     TransferOutcome outcome;
     outcome.cancelled = true;
     end(std::move(outcome));
@@ -156,12 +174,14 @@ void Transfer::endCancelled()
 
 void Transfer::end(TransferOutcome outcome)
 {
+    m_outcome.add(std::move(outcome));
+    outcome = std::move(m_outcome);
     outcome.errors = m_refused + outcome.errors;
     FinishedTransfer finished;
     finished.record = {m_id, m_request.kind, standardised(m_request.destination), m_queue.m_clock.now(), outcome.done};
     finished.pane = m_request.pane;
     finished.outcome = std::move(outcome);
-    finished.steps = m_steps;
+    finished.steps = m_begun;
     m_queue.ended(m_id, std::move(finished));
 }
 

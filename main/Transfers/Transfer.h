@@ -33,6 +33,7 @@ private:
     void inspected(Result<Inspection> inspection);
     void answerObstacles(ObstacleChoice choice);
     void run();
+    void ran(TransferOutcome outcome);
     void ask(ConflictRound::About about);
     void endCancelled();
     void end(TransferOutcome outcome);
@@ -45,6 +46,9 @@ private:
     std::optional<ConflictRound> m_conflicts;
     QStringList m_refused;
     std::vector<TransferStep> m_steps;
+    std::vector<TransferStep> m_begun; ///< every step that was to be carried out
+    TransferSize m_total;              ///< of all these
+    TransferOutcome m_outcome;         ///< of those that were
     Inspection m_inspection;
 
     FileCall<Result<Examination>> m_examining;

@@ -1,6 +1,5 @@
 #include "Transfers/TransferEngine.h"
 
-#include "Transfers/Ancestors.h"
 #include "Transfers/StepRun.h"
 
 namespace brellin {
@@ -8,7 +7,7 @@ namespace brellin {
 TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, TransferKind kind, TransferState &state,
                                     const std::vector<TransferSize> &sizes) const
 {
-    StepRun run(m_services, kind, state);
+    StepRun run(m_services, kind, state, steps);
     for (std::size_t i = 0; i < steps.size(); ++i) {
         state.waitWhilePaused();
         const TransferStep &step = steps[i];
@@ -23,7 +22,7 @@ TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, Tran
                 done->size = size;
             run.outcome.transferred += size;
             run.outcome.done.push_back(std::move(*done));
-        } else if (!done.error().isCancelled()) {
+        } else if (!done.error().isCancelled() && !run.asksAgainAbout(step)) {
             run.outcome.errors << errorLine(step.src, done.error());
         }
         state.finishStep(size);
@@ -44,26 +43,6 @@ Result<CopyReport> TransferEngine::copy(const Location &source, const Location &
         state.advance(shownName(progress.current), progress.bytes, progress.files);
     };
     return m_services.files.copy(source, destination, options);
-}
-
-Result<std::optional<Location>> TransferEngine::discard(const TransferStep &step) const
-{
-    const Result<FileAttributes> existing = readAttributes(step.dst);
-    if (!existing && existing.error().is(std::errc::no_such_file_or_directory))
-        return std::optional<Location>();
-    if (!existing)
-        return failure(existing.error());
-    if (mustStay(step.dst, step.src, step.dst.parent_path()))
-        return failure(QStringLiteral("Was hier ersetzt werden soll, ist das Original selbst oder enthält es."));
-    const Result<Location> trashed = m_services.trash.put(step.dst);
-    if (trashed)
-        return std::optional(*trashed);
-    if (step.removedForGood != existing->identity)
-        return failure(
-            Failure{QStringLiteral("Der vorhandene Eintrag kam nicht in den Papierkorb: ") + trashed.error().message,
-                    trashed.error().code});
-    TRY(m_services.files.removeForGood(step.dst));
-    return std::optional<Location>();
 }
 
 } // namespace brellin

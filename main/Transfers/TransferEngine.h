@@ -38,11 +38,6 @@ public:
     Result<CopyReport> copy(const Location &source, const Location &destination, TransferState &state,
                             CopiedEntries *copied = nullptr) const;
 
-    /// Puts an entry that is being replaced into the Trash and gives its place there. Where that fails and `step` allows it,
-    /// removes it for good (nothing is given then), else fails with the entry untouched. Refuses to touch an entry that is,
-    /// or holds, the source or the destination folder.
-    Result<std::optional<Location>> discard(const TransferStep &step) const;
-
 private:
     const TransferServices &m_services;
 };

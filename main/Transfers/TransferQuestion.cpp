@@ -35,10 +35,13 @@ QuestionText textOf(const NoTrashQuestion &question)
 {
     QuestionText text;
     text.message = QStringLiteral("„%1“ endgültig ersetzen?").arg(question.name);
-    text.informative = QStringLiteral("Am Ziel gibt es keinen Papierkorb. %1 wird beim Ersetzen endgültig gelöscht und "
-                                      "lässt sich nicht zurückholen.")
-                           .arg(question.existingIsFolder ? QStringLiteral("Der vorhandene Ordner")
-                                                          : QStringLiteral("Die vorhandene Datei"));
+    if (!question.existingLine.isEmpty())
+        text.informative = QStringLiteral("Im Ziel: ") + question.existingLine + QStringLiteral("\n\n");
+    text.informative +=
+        QStringLiteral("Am Ziel gibt es keinen Papierkorb. %1 wird beim Ersetzen endgültig gelöscht und "
+                       "lässt sich nicht zurückholen.")
+            .arg(question.existingIsFolder ? QStringLiteral("Der vorhandene Ordner")
+                                           : QStringLiteral("Die vorhandene Datei"));
     text.buttons = {{QStringLiteral("Endgültig ersetzen"), Confirmation::Yes},
                     {QStringLiteral("Überspringen"), Confirmation::No},
                     cancelButton(Confirmation::Cancel)};

@@ -20,7 +20,8 @@ struct ConflictQuestion {
     QString name;              ///< the entry's
     std::size_t remaining = 1; ///< conflicts still to decide, this one included
     bool existingIsFolder = false;
-    /// False where the existing entry is the source, or holds it or the destination: then "Ersetzen" is not offered.
+    /// False where the existing entry is, holds or lies in a source of the transfer, or holds the destination: then
+    /// "Ersetzen" is not offered.
     bool replaceable = true;
     QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
@@ -29,10 +30,12 @@ struct ConflictQuestion {
     bool operator==(const ConflictQuestion &) const = default;
 };
 
-/// The entry that is to be replaced has no Trash to go to. Answered by a `Confirmation`.
+/// The entry that is to be replaced has no Trash to go to. Answered by a `Confirmation`, which holds for this entry alone and
+/// as it is now.
 struct NoTrashQuestion {
     QString name;
     bool existingIsFolder = false;
+    QString existingLine = {}; ///< as of a `ConflictQuestion`
 
     bool operator==(const NoTrashQuestion &) const = default;
 };

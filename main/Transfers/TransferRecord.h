@@ -33,8 +33,12 @@ struct TransferOutcome {
     QStringList notes;  ///< what copies could not keep, each said once
     TransferSize transferred;
     bool cancelled = false;
+    /// Steps that did nothing because what they were to remove for good is no longer what the user said yes to.
+    std::vector<TransferStep> toAskAgain;
 
     bool operator==(const TransferOutcome &) const = default;
+    /// Takes in what came of further steps.
+    void add(TransferOutcome more);
 };
 
 /// One finished transfer of the user's, to be shown and taken back: a move by moving back, a copy by putting it into the

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Base/Location.h"
-#include "Disk/FileAttributes.h"
+#include "Disk/SeenTree.h"
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <vector>
 
 namespace brellin {
@@ -17,8 +17,9 @@ struct TransferStep {
     Location dst;         ///< its final place
     bool replace = false; ///< what exists at `dst` goes into the Trash first
 
-    /// Set where the user allowed that this entry, for which there is no Trash, is removed for good when it is replaced.
-    std::optional<FileIdentity> removedForGood;
+    /// Set where the user allowed that the entry at `dst`, for which there is no Trash, is removed for good when it is
+    /// replaced: as it was when they were asked.
+    std::shared_ptr<const SeenTree> removedForGood;
 
     bool operator==(const TransferStep &) const = default;
 };

@@ -328,13 +328,79 @@ TEST(TransferEngineReplaceTest, removesForGoodOnlyWhatTheUserWasAskedAbout)
         return TransferEngine(world.services()).run({step}, TransferKind::Copy, state);
     };
     EXPECT_EQ(run().errors.size(), 1);
-    step.removedForGood = FileIdentity{1, 2};
-    EXPECT_EQ(run().errors.size(), 1);
+    // The yes was to what stood here then: something else, even of the same name and size, is asked about again.
+    step.removedForGood = std::make_shared<const SeenTree>(*SeenTree::of(world.home("neu.txt")));
+    const TransferOutcome changed = run();
+    EXPECT_EQ(changed.errors, QStringList());
+    EXPECT_EQ(changed.toAskAgain, std::vector{step});
     EXPECT_EQ(world.tree().content("disk/neu.txt"), "alt");
-    step.removedForGood = readAttributes(world.disk("neu.txt"))->identity;
+    step.removedForGood = std::make_shared<const SeenTree>(*SeenTree::of(world.disk("neu.txt")));
     EXPECT_EQ(run().errors, QStringList());
     EXPECT_EQ(world.tree().content("disk/neu.txt"), "neu");
     EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST(TransferEngineReplaceTest, sparesWhatArrivesBetweenTheYesAndTheRemoval)
+{
+    const auto arrive = [](TransferWorld &world) { world.tree().file("disk/Ordner/tief/neu.txt", "kam dazu"); };
+    const auto rewrite = [](TransferWorld &world) { world.tree().file("disk/Ordner/alt.txt", "ganz anders"); };
+    const auto swapFor = [](TransferWorld &world) {
+        std::filesystem::remove_all(world.disk("Ordner/tief"));
+        std::filesystem::create_directory_symlink(world.home(""), world.disk("Ordner/tief"));
+    };
+    enum class Moment { AfterTheYes, AfterTheCopy, AtTheRemoval };
+    for (const Moment moment : {Moment::AfterTheYes, Moment::AfterTheCopy, Moment::AtTheRemoval}) {
+        for (const std::function<void(TransferWorld &)> &change :
+             std::initializer_list<std::function<void(TransferWorld &)>>{arrive, rewrite, swapFor}) {
+            TransferWorld world;
+            world.tree().lines({"home/Ordner/neu.txt=neu", "disk/Ordner/alt.txt=alt", "disk/Ordner/tief/x=x",
+                                "disk/.Trash-" + std::to_string(::geteuid()) + "="});
+            TransferStep step{world.home("Ordner"), world.disk("Ordner"), true, {}};
+            step.removedForGood = std::make_shared<const SeenTree>(*SeenTree::of(step.dst));
+            std::set<std::string> contents;
+            const auto act = [&] {
+                change(world);
+                contents = world.contents();
+                contents.erase("alt"); // the yes holds for it
+                contents.erase("x");
+            };
+            if (moment == Moment::AfterTheYes)
+                act();
+            else if (moment == Moment::AfterTheCopy)
+                world.files.afterCopy = [&](const Location &, const Location &) { act(); };
+            else
+                world.files.beforeRemoval = [&](const Location &) { act(); };
+            TransferState state;
+            const TransferOutcome outcome = TransferEngine(world.services()).run({step}, TransferKind::Move, state);
+            EXPECT_EQ(outcome.errors, QStringList());
+            EXPECT_EQ(outcome.toAskAgain, std::vector{step});
+            EXPECT_TRUE(std::ranges::includes(world.contents(), contents));
+            EXPECT_TRUE(world.tree().has("home/Ordner/neu.txt"));
+            EXPECT_TRUE(world.leftovers().empty());
+        }
+    }
+}
+
+TEST(TransferEngineReplaceTest, replacesNoOtherSourceOfTheTransfer)
+{
+    for (const TransferKind kind : {TransferKind::Copy, TransferKind::Move}) {
+        TransferWorld world;
+        world.tree().lines({"home/A/neu=neu", "disk/A/inner=innen", "home/b=neu", "disk/tief/b=alt", "disk/x/b/q=q"});
+        std::filesystem::create_directory_symlink(world.disk("x"), world.disk("b"));
+        TransferState state;
+        // Z/A holds a source; "b" leads into what holds one.
+        const std::vector<TransferStep> steps{{world.home("A"), world.disk("A"), true, {}},
+                                              {world.disk("A/inner"), world.disk("inner"), false, {}},
+                                              {world.home("b"), world.disk("b"), true, {}},
+                                              {world.disk("x/b"), world.disk("b (2)"), false, {}}};
+        const TransferOutcome outcome = TransferEngine(world.services()).run(steps, kind, state);
+        EXPECT_EQ(outcome.errors.size(), 2);
+        EXPECT_EQ(world.tree().content("disk/inner"), "innen");
+        EXPECT_EQ(world.tree().content("disk/b (2)/q"), "q");
+        EXPECT_TRUE(world.tree().has("home/A/neu"));
+        EXPECT_TRUE(world.tree().has("home/b"));
+        EXPECT_TRUE(world.leftovers().empty());
+    }
 }
 
 TEST(TransferEngineNamesTest, carriesNamesOfAnyLengthAndBytes)

@@ -184,6 +184,24 @@ TEST_F(TransferQueueTest, offersNoReplacementOfTheSourceOrWhatHoldsIt)
     EXPECT_FALSE(std::get<ConflictQuestion>(asked[1].about).replaceable);
 }
 
+TEST_F(TransferQueueTest, offersNoReplacementOfAnotherSource)
+{
+    world.tree().lines({"home/A/neu=1", "home/Z/A/tief/innen=2", "home/b=3", "home/Z/b=4", "home/Z/frei=5"});
+    reply = always(ConflictAnswer{ConflictChoice::keepBoth});
+    const std::string inner = "Z/A/tief/innen";
+    TransferRequest both = request({"A", inner.c_str(), "b"}, world.home("Z"), TransferKind::Move);
+    (void)run(both);
+    ASSERT_EQ(asked.size(), 2u);
+    EXPECT_FALSE(std::get<ConflictQuestion>(asked[0].about).replaceable); // holds one
+    EXPECT_TRUE(std::get<ConflictQuestion>(asked[1].about).replaceable);
+    EXPECT_EQ(world.tree().content("home/Z/innen"), "2");
+    // Everything in a source: the folder itself is refused, and its content is not given up for another.
+    (void)run(request({"b", "Z"}, world.home("Z")));
+    world.tree().file("home/b", "6");
+    (void)run(request({"b", "Z"}, world.home("Z")));
+    EXPECT_FALSE(std::get<ConflictQuestion>(asked.back().about).replaceable);
+}
+
 TEST_F(TransferQueueTest, takesTurnsWithinAPaneAndSurvivesItsPanes)
 {
     world.tree().lines({"home/a=1", "home/b=2", "home/c=3", "disk/a=alt", "home/woanders/"});
@@ -269,4 +287,31 @@ TEST_F(TransferQueueTest, asksBeforeItRemovesForGood)
     const FinishedTransfer done = replaceThen(Confirmation::Yes);
     EXPECT_EQ(done.outcome.errors, QStringList());
     EXPECT_EQ(world.tree().content("disk/a"), "neu");
+}
+
+TEST_F(TransferQueueTest, aYesToARemovalHoldsForWhatWasShown)
+{
+    world.tree().lines({"home/a/neu=neu", "home/b=auch neu", "disk/a/alt=alt", "disk/b=alter",
+                        "disk/.Trash-" + std::to_string(::geteuid()) + "="});
+    int questions = 0;
+    reply = [&](const TransferQuestion &question) -> TransferAnswer {
+        if (!std::holds_alternative<NoTrashQuestion>(question.about))
+            return ConflictAnswer{ConflictChoice::replace, true};
+        ++questions;
+        // Between the first yes and the removal something arrives.
+        if (questions == 1)
+            world.tree().file("disk/a/dazu", "kam dazu");
+        return questions < 3 ? Confirmation::Yes : Confirmation::No;
+    };
+    const FinishedTransfer done = run(request({"a", "b"}, world.disk("")));
+    // One yes is no yes for the next entry, and none for what came later.
+    EXPECT_EQ(questions, 3);
+    EXPECT_TRUE(textOf(asked.back()).informative.startsWith(QStringLiteral("Im Ziel: 2 Einträge, ")));
+    EXPECT_EQ(done.outcome.errors, QStringList());
+    EXPECT_EQ(done.arrived(), std::vector{world.disk("b")});
+    EXPECT_EQ(world.tree().content("disk/b"), "auch neu");
+    EXPECT_EQ(world.tree().content("disk/a/dazu"), "kam dazu");
+    EXPECT_EQ(world.tree().content("disk/a/alt"), "alt");
+    EXPECT_EQ(done.steps.size(), 2u);
+    EXPECT_TRUE(world.leftovers().empty());
 }
