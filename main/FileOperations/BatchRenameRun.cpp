@@ -1,5 +1,6 @@
 #include "FileOperations/BatchRenameRun.h"
 
+#include "Disk/CopyTreeRemoval.h"
 #include "FileOperations/RenameLog.h"
 
 #include <algorithm>
@@ -57,6 +58,25 @@ private:
     std::vector<Move> m_moves;
 };
 
+bool inodesLast(const Location &folder)
+{
+    const Result<Descriptor> opened = openFolderPlace(folder);
+    return opened && knownBy(opened->number()) == OwnEntries::KnownBy::Inode;
+}
+
+LoggedRename logged(const RenamePair &pair, const FileAttributes &now)
+{
+    const Location folder = pair.from.parent_path();
+    LoggedRename one{pair.from, pair.to, folder / temporaryName(pair.from.filename().native(), folder)};
+    one.device = static_cast<std::int64_t>(pair.identity.device);
+    one.inode = static_cast<std::int64_t>(pair.identity.inode);
+    one.lasting = inodesLast(folder);
+    one.folder = now.isFolder();
+    one.size = now.size;
+    one.modified = now.modified.time_since_epoch().count();
+    return one;
+}
+
 /// The batch with temporary names; entries that are no longer those of the plan are a failure.
 Result<std::vector<LoggedRename>> prepared(const std::vector<RenamePair> &pairs)
 {
@@ -70,10 +90,7 @@ Result<std::vector<LoggedRename>> prepared(const std::vector<RenamePair> &pairs)
                 Failure{QStringLiteral("„%1“: %2").arg(shownName(pair.from), now.error().message), now.error().code});
         if (now->identity != pair.identity)
             return failure(QStringLiteral("„%1“ hat sich inzwischen geändert.").arg(shownName(pair.from)));
-        const Location folder = pair.from.parent_path();
-        renames.push_back({pair.from, pair.to, folder / temporaryName(pair.from.filename().native(), folder),
-                           static_cast<std::int64_t>(pair.identity.device),
-                           static_cast<std::int64_t>(pair.identity.inode)});
+        renames.push_back(logged(pair, *now));
     }
     return renames;
 }

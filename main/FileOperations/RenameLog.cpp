@@ -5,6 +5,7 @@
 #include "Disk/Descriptor.h"
 #include "Disk/FreeName.h"
 #include "FileOperations/OperationOutcome.h"
+#include "FileOperations/RenameState.h"
 
 #include <QUuid>
 
@@ -21,9 +22,12 @@ namespace brellin {
 
 template <>
 struct JsonTable<LoggedRename> {
-    static constexpr std::tuple fields{field("from", &LoggedRename::from), field("to", &LoggedRename::to),
-                                       field("temporary", &LoggedRename::temporary),
-                                       field("device", &LoggedRename::device), field("inode", &LoggedRename::inode)};
+    static constexpr std::tuple fields{
+        field("from", &LoggedRename::from),           field("to", &LoggedRename::to),
+        field("temporary", &LoggedRename::temporary), field("device", &LoggedRename::device),
+        field("inode", &LoggedRename::inode),         field("lasting", &LoggedRename::lasting),
+        field("folder", &LoggedRename::folder),       field("size", &LoggedRename::size),
+        field("modified", &LoggedRename::modified)};
 };
 
 namespace {
@@ -126,25 +130,112 @@ CutShortRename orphansIn(const Location &folder, const std::set<std::string> &lo
     return orphans;
 }
 
-/// To its old name; where that is taken, to its new one or a free one.
-Result<void> restoreOne(const LoggedRename &one, FileActions &files)
+/// To its old name; where that is taken, to its new one or a free one. Gives the place.
+Result<Location> restoreOne(const LoggedRename &one, FileActions &files)
 {
-    Result<void> moved = files.rename(one.temporary, one.from);
-    if (!moved && moved.error().is(std::errc::file_exists) && one.to != one.from)
-        moved = files.rename(one.temporary, one.to);
     constexpr int mostAttempts = 100;
-    for (int attempt = 0; attempt < mostAttempts && !moved && moved.error().is(std::errc::file_exists); ++attempt)
-        moved = files.rename(one.temporary, unique(one.from));
-    return moved;
+    Location place = one.from;
+    Result<void> moved = files.rename(one.temporary, place);
+    const auto taken = [&] { return !moved && moved.error().is(std::errc::file_exists); };
+    if (taken() && one.to != one.from)
+        moved = files.rename(one.temporary, place = one.to);
+    for (int attempt = 0; attempt < mostAttempts && taken(); ++attempt)
+        moved = files.rename(one.temporary, place = unique(one.from));
+    return moved ? Result<Location>(place) : failure(moved.error());
+}
+
+/// One batch on its way back, from the last entry to the first: cut short again, it is where a batch can be.
+class Restoring {
+public:
+    Restoring(const CutShortRename &batch, FileActions &files)
+        : m_batch(batch)
+        , m_files(files)
+        , m_state(RenameState::of(batch))
+    {
+    }
+
+    QStringList run()
+    {
+        for (const Location &name : m_state.surplus) {
+            if (const Result<void> removed = m_files.removeOwnCopy(name); !removed)
+                m_lines << failureLine(name, removed.error());
+        }
+        const std::size_t count = m_batch.renames.size();
+        for (std::size_t i = count; i-- > 0;)
+            makeRoom(i);
+        for (std::size_t i = count; i-- > 0;) {
+            if (m_state.waits(i))
+                restore(m_batch.renames[i]);
+        }
+        return std::move(m_lines);
+    }
+    /// Every entry has its old name, or at least one that was told.
+    bool settled() const { return m_settled && m_state.certain(); }
+
+private:
+    /// What has its new name goes aside first.
+    void makeRoom(std::size_t i)
+    {
+        const LoggedRename &one = m_batch.renames[i];
+        RenameState::At &at = m_state.entries[i];
+        if (at == RenameState::At::Unknown)
+            m_lines << failureLine(
+                entryExists(one.to) ? one.to : one.from,
+                {QStringLiteral("Ob das „%1“ ist, ließ sich nicht sicher feststellen; der Name bleibt.")
+                     .arg(shownName(one.from)),
+                 {}});
+        if (at != RenameState::At::New || one.to == one.from)
+            return;
+        if (const Result<void> moved = m_files.rename(one.to, one.temporary)) {
+            at = RenameState::At::Temporary;
+        } else {
+            m_settled = false;
+            m_lines << failureLine(one.to, moved.error());
+        }
+    }
+
+    void restore(const LoggedRename &one)
+    {
+        const Result<Location> place = restoreOne(one, m_files);
+        if (!place) {
+            m_settled = false;
+            m_lines << failureLine(one.from, place.error());
+        } else if (*place != one.from) {
+            m_lines << failureLine(
+                one.from,
+                {QStringLiteral("Heißt jetzt „%1“, denn der alte Name ist vergeben.").arg(shownName(*place)), {}});
+        }
+    }
+
+    const CutShortRename &m_batch;
+    FileActions &m_files;
+    RenameState m_state;
+    QStringList m_lines;
+    bool m_settled = true;
+};
+
+/// A log of what nobody can tell is kept, where nobody takes it for a batch that still waits.
+void putAside(const CutShortRename &batch)
+{
+    if (std::ranges::none_of(batch.renames, entryExists, &LoggedRename::temporary))
+        ::rename(batch.log.c_str(), (batch.log.native() + ".ungeklärt").c_str());
 }
 
 } // namespace
 
 bool LoggedRename::isAt(const Location &location) const
 {
-    const Result<FileAttributes> attributes = readAttributes(location);
-    return attributes && static_cast<std::int64_t>(attributes->identity.inode) == inode &&
-           static_cast<std::int64_t>(attributes->identity.device) == device;
+    const Result<FileAttributes> found = readAttributes(location);
+    if (!found)
+        return false;
+    const auto apart = found->modified - Instant(std::chrono::nanoseconds(modified));
+    const bool alike =
+        found->isFolder() == folder && (folder || found->size == size) && std::chrono::abs(apart) <= coarseTime;
+    if (!lasting)
+        return alike;
+    // A volume may come back under another device number.
+    return static_cast<std::int64_t>(found->identity.inode) == inode &&
+           (alike || static_cast<std::int64_t>(found->identity.device) == device);
 }
 
 Result<RenameLog> RenameLog::create(const Location &folder, const std::vector<LoggedRename> &renames)
@@ -225,21 +316,15 @@ QStringList restoreCutShort(const CutShortRename &batch, FileActions &files)
     Result<FileLock> lock = batch.log.empty() ? Result<FileLock>() : FileLock::tryNow(batch.log);
     if (!lock)
         return {lock.error().message};
-    // Those that have their new names already make room first, the last before the others.
-    for (auto one = batch.renames.rbegin(); one != batch.renames.rend(); ++one) {
-        if (one->to != one->from && !entryExists(one->temporary) && one->isAt(one->to) && !one->isAt(one->from))
-            static_cast<void>(files.rename(one->to, one->temporary));
-    }
-    QStringList failures;
-    for (const LoggedRename &one : batch.renames) {
-        if (!entryExists(one.temporary))
-            continue;
-        if (const Result<void> restored = restoreOne(one, files); !restored)
-            failures << failureLine(one.from, restored.error());
-    }
-    if (failures.isEmpty() && !batch.log.empty())
+    Restoring restoring(batch, files);
+    QStringList lines = restoring.run();
+    if (batch.log.empty())
+        return lines;
+    if (restoring.settled())
         ::unlink(batch.log.c_str());
-    return failures;
+    else
+        putAside(batch);
+    return lines;
 }
 
 } // namespace brellin

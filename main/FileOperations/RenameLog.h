@@ -25,9 +25,16 @@ struct LoggedRename {
     Location temporary;
     std::int64_t device = 0; ///< the bits of the identity's number
     std::int64_t inode = 0;
+    bool lasting = true; ///< the volume keeps an entry's inode
+    bool folder = false;
+    std::int64_t size = 0;     ///< of a file
+    std::int64_t modified = 0; ///< nanoseconds since 1970
+
+    /// What times may differ by on volumes that keep whole or every second second.
+    static constexpr auto coarseTime = std::chrono::seconds(2);
 
     bool operator==(const LoggedRename &) const = default;
-    /// Whether this very entry is at `location` now.
+    /// Whether this very entry is at `location` now; where identities do not last, as far as kind, size and time tell.
     bool isAt(const Location &location) const;
 };
 
@@ -69,7 +76,9 @@ std::string temporaryName(std::string_view name, const Location &folder);
 std::string nameInTemporary(std::string_view temporary);
 
 /// Gives the entries of a batch that was cut short their old names back; where an old name is taken meanwhile, its new one
-/// or a free one. Removes nothing. The failures are lines, „a.txt: …“. Blocking.
+/// or a free one. Removes nothing but what the batch itself left under a second name. Gives a line, „a.txt: …“, for each
+/// failure, for each other name, and for each entry that nobody can tell for sure: that one stays as it is, and so does the
+/// log. Blocking.
 QStringList restoreCutShort(const CutShortRename &batch, FileActions &files);
 
 } // namespace brellin

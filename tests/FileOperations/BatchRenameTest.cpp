@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,7 @@ protected:
     BatchRenameOutcome rename(JobControl &control)
     {
         FaultyFileActions files(faults, volumes);
+        files.reservesNames = onStick;
         return renameBatch(pairs, files, logs, control);
     }
     /// Renames in a process that is killed at point `n`; whether it came to its end before.
@@ -56,6 +58,7 @@ protected:
     {
         const pid_t child = ::fork();
         if (child == 0) {
+            faults = FaultPlan();
             faults.killAt = n;
             JobControl control;
             rename(control);
@@ -64,6 +67,50 @@ protected:
         int status = 0;
         ::waitpid(child, &status, 0);
         return WIFEXITED(status);
+    }
+    /// Restores what is cut short, killed at point `n` (-1: never), and gives the lines.
+    QStringList restore(int n = -1)
+    {
+        if (n >= 0 && ::fork() == 0) {
+            faults = FaultPlan();
+            faults.killAt = n;
+            (void)restore();
+            ::_exit(0);
+        } else if (n >= 0) {
+            ::wait(nullptr);
+            return {};
+        }
+        FaultyFileActions files(faults, volumes);
+        files.reservesNames = onStick;
+        QStringList lines;
+        for (const CutShortRename &batch : cutShort())
+            lines += restoreCutShort(batch, files);
+        return lines;
+    }
+    /// Gives every entry another inode, and the log the word that they do not last, as on an exFAT stick.
+    void forgetInodes() const
+    {
+        std::vector<Location> entries;
+        for (const auto &entry : std::filesystem::directory_iterator(folder))
+            entries.push_back(entry.path());
+        for (const Location &entry : entries) {
+            const Location fresh = tree.path("frisch");
+            const auto time = std::filesystem::last_write_time(entry);
+            if (std::filesystem::is_directory(entry)) {
+                std::filesystem::create_directory(fresh);
+                std::filesystem::rename(entry / "inhalt", fresh / "inhalt");
+            } else {
+                std::filesystem::copy_file(entry, fresh);
+            }
+            std::filesystem::last_write_time(fresh, time);
+            std::filesystem::remove_all(entry);
+            std::filesystem::rename(fresh, entry);
+        }
+        for (const auto &log : std::filesystem::directory_iterator(logs)) {
+            QByteArray text = *readWhole(log.path());
+            text.replace(R"("lasting":true)", R"("lasting":false)");
+            std::ofstream(log.path()) << text.toStdString();
+        }
     }
     std::vector<CutShortRename> cutShort(std::chrono::hours later = {}) const
     {
@@ -76,6 +123,7 @@ protected:
     const Location logs = tree.path("logs");
     SystemVolumes volumes;
     FaultPlan faults;
+    bool onStick = false; ///< neither exclusive rename nor lasting identities
     std::vector<RenamePair> pairs;
     std::string before;
     std::string after;
@@ -147,12 +195,87 @@ TEST_F(BatchRenameTest, restoresUnderAnotherNameWhatSomebodyElseHasTaken)
     tree.file("f/a.jpg", "neu");
     tree.file("f/b.jpg", "auch neu");
     DiskFileActions files;
-    for (const CutShortRename &batch : cutShort())
-        EXPECT_EQ(restoreCutShort(batch, files), QStringList());
+    for (const CutShortRename &batch : cutShort()) {
+        EXPECT_EQ(restoreCutShort(batch, files),
+                  QStringList({QStringLiteral("b.jpg: Heißt jetzt „b (2).jpg“, denn der alte Name ist vergeben."),
+                               QStringLiteral("a.jpg: Heißt jetzt „a (2).jpg“, denn der alte Name ist vergeben.")}));
+    }
     EXPECT_EQ(tree.content("f/a.jpg"), "neu");
     EXPECT_EQ(tree.content("f/b.jpg"), "auch neu");
     EXPECT_EQ(tree.content("f/a (2).jpg"), "eins");
     EXPECT_EQ(tree.content("f/b (2).jpg"), "zwei");
+}
+
+TEST_F(BatchRenameTest, restoresOnVolumesThatReserveNamesAndForgetInodes)
+{
+    onStick = true;
+    tree.file("f/leer", "");
+    tree.age("f/leer", SystemClock().now() - std::chrono::hours(1));
+    pairs.insert(pairs.begin() + 2, {folder / "leer", folder / "c", readAttributes(folder / "leer")->identity});
+    pairs.push_back({folder / "anderes", folder / "leer", readAttributes(folder / "anderes")->identity});
+    before = snapshotOf(folder);
+    int kills = 0;
+    for (int n = 0; n < 100 && !killAt(n); ++n) {
+        ++kills;
+        forgetInodes();
+        EXPECT_EQ(restore(), QStringList()) << n;
+        EXPECT_FALSE(hasLogs()) << n;
+        if (snapshotOf(folder) != before) {
+            // Only a kill after the last move finds everything renamed.
+            EXPECT_EQ(tree.content("f/leer"), "sieben") << n;
+            EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 8) << n;
+            std::filesystem::rename(folder / "leer", folder / "anderes");
+            for (std::size_t i = pairs.size() - 1; i-- > 0;)
+                std::filesystem::rename(pairs[i].to, tree.path(std::to_string(i)));
+            for (std::size_t i = pairs.size() - 1; i-- > 0;)
+                std::filesystem::rename(tree.path(std::to_string(i)), pairs[i].from);
+        }
+        ASSERT_EQ(snapshotOf(folder), before) << n;
+        for (RenamePair &pair : pairs)
+            pair.identity = readAttributes(pair.from)->identity;
+    }
+    EXPECT_EQ(kills, 2 * 8 * 4);
+}
+
+TEST_F(BatchRenameTest, aRestoreMayBeCutShortItself)
+{
+    onStick = true;
+    for (const int at : {13, 45}) {
+        for (int n = 0;; n += 3) {
+            SCOPED_TRACE(testing::Message() << at << ", restored until " << n);
+            for (RenamePair &pair : pairs)
+                pair.identity = readAttributes(pair.from)->identity;
+            ASSERT_FALSE(killAt(at));
+            forgetInodes();
+            restore(n);
+            const bool whole = !hasLogs();
+            forgetInodes();
+            EXPECT_EQ(restore(), QStringList());
+            ASSERT_EQ(snapshotOf(folder), before);
+            EXPECT_FALSE(hasLogs());
+            if (whole)
+                break;
+        }
+    }
+}
+
+TEST_F(BatchRenameTest, leavesWhatNobodyCanTellAndKeepsItsLog)
+{
+    onStick = true;
+    ASSERT_FALSE(killAt(40)); // four of six have their new names
+    forgetInodes();
+    tree.file("f/a.jpg", "ein ganz anderer Inhalt"); // was "b.jpg"
+    EXPECT_EQ(restore(),
+              QStringList({QStringLiteral("a.jpg: Ob das „b.jpg“ ist, ließ sich nicht sicher feststellen; der Name "
+                                          "bleibt."),
+                           QStringLiteral("a.jpg: Heißt jetzt „b.jpg“, denn der alte Name ist vergeben.")}));
+    EXPECT_EQ(tree.content("f/a.jpg"), "ein ganz anderer Inhalt");
+    EXPECT_EQ(tree.content("f/b.jpg"), "eins");
+    EXPECT_EQ(tree.content("f/c"), "drei");
+    EXPECT_EQ(tree.content("f/d/inhalt"), "vier");
+    EXPECT_TRUE(hasLogs());
+    EXPECT_TRUE(cutShort(std::chrono::hours(2)).empty()); // nothing waits, and it is not asked again
+    EXPECT_TRUE(hasLogs());
 }
 
 TEST_F(BatchRenameTest, leavesLivingBatchesAndYoungOrphansAlone)
