@@ -57,6 +57,7 @@ CleanupAgent::CleanupAgent(const AgentServices &services) : m_services(services)
 {
     load();
     upgradeRules();
+    profiles.observe(this, [this](const auto &) { dropProtected(); });
 }
 
 CleanupAgent::~CleanupAgent()

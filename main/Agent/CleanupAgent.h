@@ -179,6 +179,7 @@ private:
     void showProposals(std::vector<AgentProposal> list);
     void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
     void removeFromList(const std::set<QUuid> &ids);
+    void dropProtected();
     void executed(Worked<ExecutionOutcome> worked);
     QString noteNotStored(const ExecutionOutcome &outcome);
     void undone(const QUuid &run, Worked<UndoOutcome> worked);
@@ -209,6 +210,7 @@ private:
     Job<Worked<UndoOutcome>> m_undoing;
     Job<Result<ReviewReport>> m_reporting;
     Job<QString> m_handingOver;
+    std::unique_ptr<Job<std::set<QUuid>>> m_dropping;
 };
 
 } // namespace brellin

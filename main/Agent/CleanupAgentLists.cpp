@@ -2,6 +2,7 @@
 
 #include "Agent/AgentError.h"
 #include "Agent/DuplicateSwap.h"
+#include "Agent/Guard.h"
 
 #include <algorithm>
 
@@ -20,7 +21,35 @@ void setTick(std::set<QUuid> &chosen, const QUuid &id, CleanupAgent::Tick tick)
         chosen.erase(id);
 }
 
+std::set<QUuid> protectedOf(const std::vector<AgentProposal> &proposals, const Guard &guard)
+{
+    std::set<QUuid> ids;
+    for (const AgentProposal &one : proposals) {
+        if (guard.isProtectedAsWhole(one.source))
+            ids.insert(one.id);
+    }
+    return ids;
+}
+
 } // namespace
+
+/// Takes proposals off the list that a profile has come to protect. Where they lie is looked up on a worker.
+void CleanupAgent::dropProtected()
+{
+    m_dropping.reset();
+    if (proposals.get().empty() || profiles.get().empty())
+        return;
+    m_dropping = std::make_unique<Job<std::set<QUuid>>>();
+    m_dropping->start(
+        m_pool,
+        [&locations = m_services.locations, all = profiles.get(), list = proposals.get()](JobControl &) {
+            return protectedOf(list, Guard(locations, all));
+        },
+        [this](const std::set<QUuid> &ids) {
+            if (!ids.empty())
+                removeFromList(ids);
+        });
+}
 
 void CleanupAgent::setChosen(const QUuid &proposal, Tick tick)
 {

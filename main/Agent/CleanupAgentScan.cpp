@@ -160,6 +160,8 @@ void CleanupAgent::showProposals(std::vector<AgentProposal> list)
     std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
     publish(failures, std::map<QUuid, QString>());
     publishList(std::move(list), std::move(ticked));
+    // They were planned with the profiles of when the search began.
+    dropProtected();
 }
 
 /// The list, what is ticked of it and its groups always go together.

@@ -3,6 +3,7 @@
 #include "Agent/StateFolder.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
+#include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
 
@@ -114,6 +115,31 @@ TEST_F(ScanTest, sparesWhatIsProtectedByWhateverPath)
     EXPECT_EQ(find(agent, "Mappe.app"), nullptr);
     EXPECT_NE(find(agent, "b.png"), nullptr);
     EXPECT_NE(find(agent, "Andere.app"), nullptr);
+}
+
+TEST_F(ScanTest, dropsWhatAProfileSavedSinceProtects)
+{
+    world.tree().lines({"home/Downloads/fest/a.png=1", "home/Downloads/b.png=2", "home/ab->Downloads/fest"});
+    CleanupAgent agent(world.services());
+    CleanupRule behindLink = moving(u"png"_qs, world.home("Ziel"));
+    behindLink.sourcePath = textOf(world.home("ab"));
+    use(agent, {behindLink, moving(u"png"_qs, world.home("Ziel"))});
+    FolderProfile profile;
+    profile.rootPath = textOf(world.home("Downloads"));
+    profile.protectedEntries = {{.path = u"fest"_qs, .reason = {}}};
+    const auto listed = [&] { return std::pair(agent.proposals.get().size(), agent.chosen.get().size()); };
+    scan(agent);
+    EXPECT_EQ(listed(), (std::pair<std::size_t, std::size_t>{2, 2}));
+    ASSERT_TRUE(agent.saveProfile(profile));
+    EXPECT_TRUE(waitUntil([&] { return listed() == std::pair<std::size_t, std::size_t>{1, 1}; }));
+    EXPECT_NE(find(agent, "b.png"), nullptr);
+    // The same while a scan is at work.
+    ASSERT_TRUE(agent.removeProfile(profile.id));
+    wait(agent, [&] {
+        agent.scan(CleanupAgent::Search::Rules);
+        EXPECT_TRUE(agent.saveProfile(profile));
+    });
+    EXPECT_TRUE(waitUntil([&] { return listed() == std::pair<std::size_t, std::size_t>{1, 1}; }));
 }
 
 TEST_F(ScanTest, offersNoGroupWhoseKeptFileARuleTrashes)
