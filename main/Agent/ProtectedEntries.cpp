@@ -88,13 +88,8 @@ public:
     /// The first script, other than the entry itself, that names it.
     QString naming(const Entry &entry) const
     {
-        if (!m_all.mentionWhole(entry.name))
-            return {};
-        for (const Location &script : m_scripts) {
-            if (script.filename() != entry.name && ScriptNames({script}).mentionWhole(entry.name))
-                return shownName(script);
-        }
-        return {};
+        const std::optional<std::size_t> script = m_all.firstOtherMentioningWhole(entry.name);
+        return script ? shownName(m_scripts[*script]) : QString();
     }
 
 private:

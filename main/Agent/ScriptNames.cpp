@@ -80,24 +80,26 @@ bool isReadScriptExtension(std::string_view extension)
 
 ScriptNames::ScriptNames(const std::vector<Location> &scripts) : m_runs(std::size_t(1) << runBits)
 {
-    for (const Location &script : scripts) {
+    for (std::size_t i = 0; i < scripts.size(); ++i) {
+        const Location &script = scripts[i];
+        m_names.push_back(script.filename().native());
         std::string text = contentOf(script);
         if (text.find('\\') != std::string::npos) {
             std::string unescaped = text;
             std::erase(unescaped, '\\');
-            add(std::move(unescaped));
+            add(i, std::move(unescaped));
         }
         if (!isAscii(text))
-            add(composedText(text));
-        add(std::move(text));
+            add(i, composedText(text));
+        add(i, std::move(text));
     }
 }
 
-void ScriptNames::add(std::string text)
+void ScriptNames::add(std::size_t script, std::string text)
 {
     for (std::size_t at = 0; at + runLength <= text.size(); ++at)
         m_runs[runNumber(text, at)] = true;
-    m_texts.push_back(std::move(text));
+    m_texts.push_back({script, std::move(text)});
 }
 
 bool ScriptNames::mention(std::string_view name) const
@@ -124,25 +126,35 @@ bool ScriptNames::mayContain(std::string_view name) const
 bool ScriptNames::contain(std::string_view name) const
 {
     return mayContain(name) &&
-           std::ranges::any_of(m_texts, [&](const std::string &text) { return text.find(name) != std::string::npos; });
+           std::ranges::any_of(m_texts, [&](const Text &one) { return one.text.find(name) != std::string::npos; });
 }
 
 bool ScriptNames::mentionWhole(std::string_view name) const
 {
-    if (!mention(name))
-        return false;
-    return containWhole(name) || containWhole(composed(shown(name)));
+    const std::string other = composed(shown(name));
+    return mention(name) && std::ranges::any_of(m_texts, [&](const Text &one) {
+               return containsWhole(one, name) || containsWhole(one, other);
+           });
 }
 
-bool ScriptNames::containWhole(std::string_view name) const
+std::optional<std::size_t> ScriptNames::firstOtherMentioningWhole(std::string_view name) const
 {
-    return std::ranges::any_of(m_texts, [&](const std::string &text) {
-        for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
-            if (standsAlone(text, at, name.size()))
-                return true;
-        }
-        return false;
+    if (!mention(name))
+        return std::nullopt;
+    const std::string other = composed(shown(name));
+    const auto found = std::ranges::find_if(m_texts, [&](const Text &one) {
+        return m_names[one.script] != name && (containsWhole(one, name) || containsWhole(one, other));
     });
+    return found != m_texts.end() ? std::optional(found->script) : std::nullopt;
+}
+
+bool ScriptNames::containsWhole(const Text &text, std::string_view name)
+{
+    for (std::size_t at = text.text.find(name); at != std::string::npos; at = text.text.find(name, at + 1)) {
+        if (standsAlone(text.text, at, name.size()))
+            return true;
+    }
+    return false;
 }
 
 } // namespace brellin

@@ -2,6 +2,7 @@
 
 #include "Base/Location.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,13 +27,22 @@ public:
     /// "gestaltung" or "alt.bak").
     bool mentionWhole(std::string_view name) const;
 
+    /// The first of the scripts, but for one of this very name, that contains it as a whole name; its place in the list.
+    std::optional<std::size_t> firstOtherMentioningWhole(std::string_view name) const;
+
 private:
-    void add(std::string text);
+    struct Text {
+        std::size_t script = 0; ///< its place in the list
+        std::string text;
+    };
+
+    void add(std::size_t script, std::string text);
     bool mayContain(std::string_view name) const;
     bool contain(std::string_view name) const;
-    bool containWhole(std::string_view name) const;
+    static bool containsWhole(const Text &text, std::string_view name);
 
-    std::vector<std::string> m_texts;
+    std::vector<std::string> m_names; ///< of the scripts
+    std::vector<Text> m_texts;
     /// Which runs of six bytes occur: of nearly every name that no script mentions, one run does not.
     std::vector<bool> m_runs;
 };

@@ -6,6 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+
+#include <sys/inotify.h>
+#include <unistd.h>
+
 using namespace brellin;
 using brellin::test::TempTree;
 using ::testing::ElementsAre;
@@ -112,6 +117,24 @@ TEST(ProjectDetectionTest, TheFirstReasonWins)
                             "packages: Programmbausteine", "quellen: Enthält Programmcode",
                             "skripte: Eigenes Software-Projekt", "stil.CSS: Enthält Programmcode",
                             "supabase: Server-Funktionen (Supabase)", "werkzeug: Eigenes Software-Projekt"));
+}
+
+TEST(ProjectDetectionTest, ReadsEachScriptOnce)
+{
+    const TempTree tree;
+    for (int i = 0; i < 4; ++i) {
+        tree.file("s" + std::to_string(i) + ".sh", "cp b0.jpg b1.jpg b2.jpg b3.jpg");
+        tree.file("b" + std::to_string(i) + ".jpg");
+    }
+    const int watcher = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(watcher, 0);
+    // With the closing in between, openings that follow each other are not reported as one.
+    ASSERT_GE(::inotify_add_watch(watcher, tree.path("s0.sh").c_str(), IN_OPEN | IN_CLOSE), 0);
+    EXPECT_THAT(reasons(tree.root()), testing::Contains("b3.jpg: Wird benutzt in s0.sh"));
+    std::array<char, 65536> events{};
+    const ssize_t read = ::read(watcher, events.data(), events.size());
+    ::close(watcher);
+    EXPECT_EQ(read, static_cast<ssize_t>(2 * sizeof(inotify_event))) << "one opening and one closing";
 }
 
 TEST(ProjectDetectionTest, ADetectedProfileProtectsWhatItNames)
