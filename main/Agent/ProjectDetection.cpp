@@ -70,8 +70,7 @@ bool anyEntry(const Location &folder, const std::function<bool(std::string_view)
 
 bool isProjectMarker(std::string_view name)
 {
-    return std::ranges::find(markers, name) != markers.end() ||
-           (name.size() > bundleMarker.size() && name.ends_with(bundleMarker));
+    return std::ranges::find(markers, name) != markers.end() || name.ends_with(bundleMarker);
 }
 
 bool isCodeName(std::string_view name)

@@ -39,7 +39,7 @@ TEST(ProjectDetectionTest, AMarkerOrAScriptMakesAProject)
              {".git", true, true}, // of a work tree: a file
              {"composer.json", true, true},
              {"App.xcodeproj/project.pbxproj", true, true},
-             {".xcodeproj", false, false},
+             {".xcodeproj", true, true},
              {"deploy.sh", false, true},
              {"Skript.PY", false, true},
              {"notes.txt", false, false},
