@@ -84,12 +84,14 @@ QString trimmedOfDecoration(const QString &name)
     return QString(name).remove(decoration);
 }
 
-/// Whether the beginning of such a file reads as text. A drawing or a formatted text is text only for programs.
-bool readsAsText(const FileType &type)
+/// Whether a file of this type is quoted: plain text, source code and JSON. A web page, a table or a card with addresses is
+/// text for programs only.
+bool isQuoted(const FileType &type)
 {
-    const bool text =
-        type.conformsTo(TypeTrait::Text) || type.conformsTo(TypeTrait::SourceCode) || type.conformsTo(TypeTrait::Json);
-    return text && !type.conformsTo(TypeTrait::Image) && type.mimeName != QStringLiteral("application/rtf");
+    static const QStringList plain{QStringLiteral("text/plain"), QStringLiteral("text/markdown"),
+                                   QStringLiteral("text/x-log"), QStringLiteral("text/x-readme"),
+                                   QStringLiteral("text/x-changelog")};
+    return plain.contains(type.mimeName) || type.conformsTo(TypeTrait::SourceCode) || type.conformsTo(TypeTrait::Json);
 }
 
 QString rawText(const Location &file, const AgentAI::PdfText &pdfText, const JobControl *control)
@@ -97,7 +99,7 @@ QString rawText(const Location &file, const AgentAI::PdfText &pdfText, const Job
     const FileType &type = fileTypeOf(extensionOf(file.filename().native()));
     if (type.conformsTo(TypeTrait::Pdf))
         return pdfText ? pdfText(file, control).value_or(QString()) : QString();
-    return readsAsText(type) ? beginningOfText(file) : QString();
+    return isQuoted(type) ? beginningOfText(file) : QString();
 }
 
 } // namespace
