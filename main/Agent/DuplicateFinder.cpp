@@ -1,6 +1,6 @@
 #include "Agent/DuplicateFinder.h"
 
-#include "Agent/FolderUsage.h"
+#include "Agent/CloudFiles.h"
 #include "Disk/ContentGroups.h"
 #include "Disk/UserDocument.h"
 #include "Disk/Walk.h"
@@ -137,7 +137,7 @@ void Collection::gather()
 bool Collection::isTaken(const WalkEntry &entry, Part &part)
 {
     const FileAttributes &file = entry.attributes;
-    if (!file.isFile() || entry.unreadable || file.size <= 0 || isPlaceHolder(file))
+    if (!file.isFile() || entry.unreadable || file.size <= 0 || isPlaceHolder(entry.location(), file))
         return false;
     const std::string_view extension = extensionOf(entry.name);
     if (extension != part.extension) {

@@ -1,6 +1,7 @@
 #include "Agent/FolderAnalysis.h"
 
 #include "Agent/AccessTimes.h"
+#include "Agent/CloudFiles.h"
 #include "Agent/DuplicateDocuments.h"
 #include "Agent/DuplicateFolders.h"
 #include "Agent/ProjectDetection.h"
@@ -151,12 +152,13 @@ void Analysis::proposeVideos()
     if (!m_scope.protection().hasProfile() || limit <= 0 || !keepsAccessTimes(m_scope.root()))
         return;
     for (const SurveyedFile &video : m_scope.survey().largeVideos()) {
-        const int days = daysBetween(settledSince(video.attributes), m_request.now);
-        if (video.hidden || isPlaceHolder(video.attributes) || !isNeverOpened(video.attributes) || days <= limit ||
-            isInWhole(video.folder) || m_kept.contains(video.location) || !m_scope.mayGo(video.location))
+        const Instant settled = settledSince(video.attributes);
+        if (video.hidden || isPlaceHolder(video.location, video.attributes) || !isNeverOpened(video.attributes) ||
+            !isLongerAgo(settled, limit, m_request.now) || isInWhole(video.folder) || m_kept.contains(video.location) ||
+            !m_scope.mayGo(video.location))
             continue;
         const bool doubtful = isRecent(video.attributes.modified) || m_scope.isNamedByScripts(video.location);
-        const QString reason = neverOpenedReason(video.attributes, days);
+        const QString reason = neverOpenedReason(video.attributes, daysBetween(settled, m_request.now));
         propose({.kind = Kind::Trash,
                  .source = video.location,
                  .destination = {},

@@ -31,10 +31,9 @@ std::optional<FolderFinding> neverOpened(const AnalysisScope &scope, std::size_t
     const FolderUsage &usage = scope.folder(number).usage;
     if (!usage.neverOpened() || !usage.settledSince)
         return std::nullopt;
-    const int days = daysBetween(*usage.settledSince, now);
-    if (days <= neverOpenedDays)
+    if (!isLongerAgo(*usage.settledSince, neverOpenedDays, now))
         return std::nullopt;
-    return FolderFinding{number, neverOpenedReason(usage, days), {}, {}};
+    return FolderFinding{number, neverOpenedReason(usage, daysBetween(*usage.settledSince, now)), {}, {}};
 }
 
 std::optional<FolderFinding> longUnused(const AnalysisScope &scope, std::size_t number, Instant now)
@@ -44,18 +43,19 @@ std::optional<FolderFinding> longUnused(const AnalysisScope &scope, std::size_t 
     const std::optional<QString> archive = archiveGroup(settings);
     if (!folder.usage.lastUse || !folder.usage.newest)
         return std::nullopt;
-    const int days = daysBetween(*folder.usage.lastUse, now);
     // Without a profile nobody has said after how many days: an album is not old because nobody looked at it for a month.
     // Links in the folder may lead to its neighbours, which stay.
     if (!scope.protection().hasProfile() || !scope.protection().mayTidy() || !archive ||
-        settings.archiveAfterDays <= 0 || days <= settings.archiveAfterDays || folder.usage.links > 0)
+        settings.archiveAfterDays <= 0 || !isLongerAgo(*folder.usage.lastUse, settings.archiveAfterDays, now) ||
+        folder.usage.links > 0)
         return std::nullopt;
     const Location name = folder.location.filename();
     const std::string year = QString::number(localDay(*folder.usage.newest).year()).toStdString();
-    return FolderFinding{number,
-                         unusedReason(folder.location, days, settings.archiveAfterDays),
-                         scope.root() / locationFromText(*archive) / year / name,
-                         {}};
+    return FolderFinding{
+        number,
+        unusedReason(folder.location, daysBetween(*folder.usage.lastUse, now), settings.archiveAfterDays),
+        scope.root() / locationFromText(*archive) / year / name,
+        {}};
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Agent/FolderSurvey.h"
 
+#include "Agent/CloudFiles.h"
 #include "Agent/ProjectDetection.h"
 #include "Agent/ScriptNames.h"
 #include "Disk/Descriptor.h"
@@ -85,7 +86,7 @@ void SurveyWalk::visit(const WalkEntry &entry)
 {
     const std::size_t number = folderOf(entry);
     SurveyedFolder &folder = m_survey.m_folders[number];
-    folder.complete = folder.complete && !entry.unreadable && !isPlaceHolder(entry.attributes);
+    folder.complete = folder.complete && !entry.unreadable && !isPlaceHolder(entry.location(), entry.attributes);
     folder.marked = folder.marked || isProjectMarker(entry.name);
     folder.usage.add(entry.name, entry.attributes);
     if (entry.attributes.isFolder())

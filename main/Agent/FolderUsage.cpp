@@ -11,9 +11,6 @@ namespace {
 
 constexpr std::chrono::hours firstDay{24};
 
-/// A file of more bytes than this that occupies nothing on the disk is a place holder (or one big hole).
-constexpr std::int64_t largestInline = 65'536;
-
 const std::array<QString, 7> &categoryNames()
 {
     static const std::array<QString, 7> names{
@@ -52,9 +49,9 @@ bool isNeverOpened(const FileAttributes &file)
     return file.accessed <= std::max(came, file.modified) + firstDay && file.modified <= came + firstDay;
 }
 
-bool isPlaceHolder(const FileAttributes &file)
+bool isLongerAgo(Instant earlier, int days, Instant now)
 {
-    return file.diskSize == 0 && file.size > largestInline;
+    return now - earlier > std::chrono::days(days);
 }
 
 void FolderUsage::add(std::string_view name, const FileAttributes &entry)

@@ -23,8 +23,8 @@ Instant settledSince(const FileAttributes &file);
 /// attributes say is only true where access times are kept.
 bool isNeverOpened(const FileAttributes &file);
 
-/// Whether a file is only a place holder whose content a cloud service would have to download first.
-bool isPlaceHolder(const FileAttributes &file);
+/// Whether more than so many days have passed, to the moment.
+bool isLongerAgo(Instant earlier, int days, Instant now);
 
 /// What is in a folder with everything below it. Folders themselves do not count: their times change by looking at them.
 struct FolderUsage {

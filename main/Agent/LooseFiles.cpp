@@ -1,6 +1,8 @@
 #include "Agent/LooseFiles.h"
 
+#include "Agent/CloudFiles.h"
 #include "Agent/FolderNames.h"
+#include "Agent/HalfWritten.h"
 #include "Agent/Placeholders.h"
 #include "Agent/ProjectDetection.h"
 #include "Disk/FileTypes.h"
@@ -72,6 +74,7 @@ private:
     JobControl &m_control;
     std::set<std::string> m_names;        ///< of all files and folders beside
     std::set<std::string> m_companions;   ///< names that a companion or a half-written download belongs to
+    std::set<std::string> m_reserved;     ///< names that a browser keeps empty until its download is complete
     std::map<QString, Location> m_groups; ///< the usable ones and their folders
     std::set<QString> m_planned;          ///< folded paths
 };
@@ -103,6 +106,8 @@ void Gathering::readNeighbours()
         m_names.insert(name);
         if (isHalfWrittenExtension(extension) || isCompanion(extension))
             m_companions.emplace(stemOf(name));
+        if (const std::string reserved = reservedNameOf(name); !reserved.empty())
+            m_reserved.insert(reserved);
     }
 }
 
@@ -137,8 +142,9 @@ bool Gathering::isLoose(const SurveyedFile &file) const
 {
     const std::string name = file.location.filename().native();
     const std::string extension = lowerExtensionOf(name);
-    if (file.hidden || isPlaceHolder(file.attributes) || isScriptExtension(extension) ||
-        isHalfWrittenExtension(extension) || m_taken.contains(file.location) || belongsToNeighbour(name))
+    if (file.hidden || isPlaceHolder(file.location, file.attributes) || isScriptExtension(extension) ||
+        isHalfWrittenExtension(extension) || m_taken.contains(file.location) || belongsToNeighbour(name) ||
+        (file.attributes.size == 0 && m_reserved.contains(name)))
         return false;
     // A project's own files stay, also those that are newer than its profile.
     const bool isPartOfProject = m_scope.protection().hasProfile() && isCodeName(name);

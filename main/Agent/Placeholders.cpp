@@ -70,11 +70,4 @@ bool isScriptExtension(std::string_view extension)
     return std::ranges::find(extensions, extension) != extensions.end();
 }
 
-bool isHalfWrittenExtension(std::string_view extension)
-{
-    constexpr auto extensions =
-        std::to_array<std::string_view>({"part", "crdownload", "download", "opdownload", "partial"});
-    return std::ranges::find(extensions, extension) != extensions.end();
-}
-
 } // namespace brellin

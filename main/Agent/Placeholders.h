@@ -19,7 +19,4 @@ QString cleanFileName(const QString &name);
 /// Whether a lower-case extension belongs to a script, which the agent never moves.
 bool isScriptExtension(std::string_view extension);
 
-/// Whether a lower-case extension marks a download that is still being written.
-bool isHalfWrittenExtension(std::string_view extension);
-
 } // namespace brellin

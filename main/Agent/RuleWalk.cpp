@@ -1,6 +1,7 @@
 #include "Agent/RuleWalk.h"
 
-#include "Agent/FolderUsage.h"
+#include "Agent/CloudFiles.h"
+#include "Agent/HalfWritten.h"
 #include "Agent/Placeholders.h"
 #include "Agent/ScriptNames.h"
 #include "Disk/Walk.h"
@@ -48,6 +49,7 @@ private:
     }
     bool mayEnter(const WalkEntry &entry) const;
     void addFile(const WalkEntry &entry);
+    void addAwaited(const WalkEntry &entry);
     void addFitting(const WalkEntry &entry);
     std::string_view keptFolder(std::string_view folder);
     WalkedName keptName(const WalkEntry &entry, std::string_view name);
@@ -93,11 +95,18 @@ void Collector::addFile(const WalkEntry &entry)
                entry.unreadable ? std::nullopt : std::optional(attributes.modified));
     const std::string &extension = m_file.lowerExtension();
     if (isHalfWrittenExtension(extension))
-        m_found.awaited.push_back(keptName(entry, stemOf(entry.name)));
+        addAwaited(entry);
     else if (isReadScriptExtension(extension) && !entry.package)
         m_found.scripts.push_back(keptName(entry, entry.name));
-    else if (!isScriptExtension(extension) && !entry.unreadable && !isPlaceHolder(attributes))
+    else if (!isScriptExtension(extension) && !entry.unreadable && !isPlaceHolder(entry.location(), attributes))
         addFitting(entry);
+}
+
+void Collector::addAwaited(const WalkEntry &entry)
+{
+    m_found.awaited.push_back(keptName(entry, stemOf(entry.name)));
+    if (const std::string reserved = reservedNameOf(entry.name); !reserved.empty())
+        m_found.reserved.push_back(keptName(entry, reserved));
 }
 
 void Collector::addFitting(const WalkEntry &entry)
@@ -132,6 +141,7 @@ RuleWalk joined(std::vector<Collector> &collectors)
         append(whole.files, part.files);
         append(whole.scripts, part.scripts);
         append(whole.awaited, part.awaited);
+        append(whole.reserved, part.reserved);
         append(whole.checked, part.checked);
         whole.checkedFiles += part.checkedFiles;
         whole.texts.take(std::move(part.texts));
@@ -142,6 +152,7 @@ RuleWalk joined(std::vector<Collector> &collectors)
     });
     std::ranges::sort(whole.scripts);
     std::ranges::sort(whole.awaited);
+    std::ranges::sort(whole.reserved);
     return whole;
 }
 
@@ -176,7 +187,9 @@ Location WalkedFile::location() const
 
 bool RuleWalk::isAwaited(const WalkedFile &file) const
 {
-    return !awaited.empty() && std::ranges::binary_search(awaited, WalkedName{file.folder, file.name, file.direct});
+    const WalkedName name{file.folder, file.name, file.direct};
+    return std::ranges::binary_search(awaited, name) ||
+           (file.state.size == 0 && std::ranges::binary_search(reserved, name));
 }
 
 Result<RuleWalk> walkSource(const RuleSource &source, const SystemLocations &locations, Instant now,

@@ -70,6 +70,7 @@ struct RuleWalk {
     std::vector<WalkedFile> files;    ///< without scripts and half-written downloads
     std::vector<WalkedName> scripts;  ///< those whose texts are to be searched for names
     std::vector<WalkedName> awaited;  ///< names of files that a half-written download beside them will replace
+    std::vector<WalkedName> reserved; ///< … and of those that a browser keeps empty until then
     std::int64_t checkedFiles = 0;    ///< all files and packages that were looked at
     std::vector<std::size_t> checked; ///< the hashes of their resolved paths, of an overlapping source only
     TextStore texts;                  ///< what the views above look at

@@ -113,14 +113,14 @@ TEST_F(FolderAnalysisTest, DuplicatesKeepTheOldest)
                                      "? trash genannt.jpg = urlaub.jpg", "+ move urlaub.jpg -> Medien/urlaub.jpg"));
 }
 
-TEST_F(FolderAnalysisTest, WhatIsNotDownloadedStays)
+TEST_F(FolderAnalysisTest, AHoleOnALocalDiskIsNoPlaceHolder)
 {
-    tree().lines({"home/X/wolke.pdf", "home/X/alt/wolke.pdf", "home/X/b alt/wenig.pdf"});
-    for (const char *const file : {"home/X/wolke.pdf", "home/X/alt/wolke.pdf"})
+    tree().lines({"home/X/loch.pdf", "home/X/alt/loch.pdf"});
+    for (const char *const file : {"home/X/loch.pdf", "home/X/alt/loch.pdf"})
         std::filesystem::resize_file(tree().path(file), 100'000);
-    if (readAttributes(tree().path("home/X/wolke.pdf")).value().diskSize > 0)
+    if (readAttributes(tree().path("home/X/loch.pdf")).value().diskSize > 0)
         GTEST_SKIP() << "no holes here";
-    EXPECT_THAT(linesOf(), ElementsAre("? trash b alt/"));
+    EXPECT_THAT(linesOf(), ElementsAre("? trash alt/", "+ move loch.pdf -> Unterlagen/loch.pdf"));
 }
 
 TEST_F(FolderAnalysisTest, DuplicateFoldersAreComparedByContent)
@@ -222,6 +222,7 @@ TEST_F(FolderAnalysisTest, NobodyOpenedIt)
     tree().file("home/X/film.mp4", large);
     tree().file("home/X/gesehen.mp4", large + "2");
     daysLater(100);
+    request.now = std::chrono::floor<std::chrono::seconds>(request.now);
     opened("home/X/Gelesen/b.txt", 40);
     opened("home/X/gesehen.mp4", 40);
     opened("home/X/Link/b.txt", 40);
@@ -236,10 +237,16 @@ TEST_F(FolderAnalysisTest, NobodyOpenedIt)
     request.profiles[0].archiveAfterDays = 40;
     EXPECT_THAT(linesOf(), ElementsAre("? trash Nie/", "- trash film.mp4", "+ move gesehen.mp4 -> Medien/gesehen.mp4"));
     EXPECT_EQ(reason("film.mp4"), "Nie geöffnet · 20 MB, unverändert seit 100 Tagen – kann weg?");
+    // Half a day more than the limit is more.
+    request.now += std::chrono::hours(12);
+    EXPECT_THAT(linesOf(), testing::Contains("? move Gelesen/ -> Archiv/" + year + "/Gelesen"));
     daysLater(90);
+    request.now -= std::chrono::hours(1);
     request.profiles[0].suggestDeleteUnusedVideosDays = 90;
     request.profiles[0].tidyAllowed = false;
     EXPECT_THAT(linesOf(), IsEmpty());
+    request.now += std::chrono::hours(2);
+    EXPECT_THAT(linesOf(), ElementsAre("? trash Nie/", "- trash film.mp4"));
 }
 
 TEST_F(FolderAnalysisTest, RefusedAndUnreadableFoldersYieldNothing)

@@ -277,6 +277,16 @@ TEST_F(RuleMatchingTest, HalfWrittenDownloadsWait)
 }
 
 TEST_F(RuleMatchingTest, TargetsFollowThePattern)
+TEST_F(RuleMatchingTest, AnEmptyFileBesideABrowsersDownloadWaits)
+{
+    tree.lines({"home/Downloads/Rechnung.Zy8dR0Ap.pdf.part=1", "home/Downloads/Rechnung.pdf",
+                "home/Downloads/LIESMICH.aB3dEf9h.part=1", "home/Downloads/LIESMICH",
+                "home/Downloads/voll.Zy8dR0Ap.pdf.part=1", "home/Downloads/voll.pdf=fertig",
+                "home/Downloads/brief.entwurf.pdf.part=1", "home/Downloads/brief.pdf"});
+    EXPECT_THAT(lines({rule(u"R"_qs)}),
+                ElementsAre("R: Downloads/brief.pdf -> Ziel/brief.pdf", "R: Downloads/voll.pdf -> Ziel/voll.pdf"));
+}
+
 {
     tree.lines({"home/Downloads/a b.PDF", "home/Downloads/kaputt\xFF.pdf"});
     const std::string thisYear = year("home/Downloads/a b.PDF").toStdString();
