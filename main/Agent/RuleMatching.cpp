@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <map>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -108,6 +109,7 @@ private:
     std::unordered_map<std::string, std::size_t> m_wanted;
     std::string m_only; ///< the one file that counts; empty: all do
     bool m_lookedAtOnly = false;
+    std::map<std::size_t, std::int64_t> m_keptNames; ///< by rule
     std::int64_t m_checked = 0;
     std::unordered_set<std::size_t> m_checkedInSeveral;
 };
@@ -217,6 +219,7 @@ std::optional<Verdict> Evaluation::verdict(const WalkedFile &file, const RuleSou
         if (!scripts.mention(file, filter.includeSubfolders)) {
             found.candidate = m_rules[found.rule].targets.candidate(file, source);
             if (!found.candidate) {
+                m_keptNames[found.rule] += m_rules[found.rule].targets.keepsItsName(file) ? 1 : 0;
                 wanted = wanted.value_or(found.rule);
                 continue;
             }
@@ -276,6 +279,8 @@ RuleEvaluation Evaluation::summary()
         else
             ++result.leftForScripts;
     }
+    for (const auto &[rule, files] : m_keptNames)
+        result.keptNames.emplace(m_rules[rule].rule.id, files);
     std::ranges::stable_sort(held, {}, [](const auto &one) { return one.first; });
     result.candidates.reserve(held.size());
     for (const auto &[rule, candidate] : held)

@@ -10,7 +10,9 @@
 #include "System/Clock.h"
 
 #include <QString>
+#include <QUuid>
 
+#include <map>
 #include <vector>
 
 namespace brellin {
@@ -18,8 +20,9 @@ namespace brellin {
 /// What walking the rules found.
 struct RuleEvaluation {
     std::vector<Candidate> candidates;
-    std::int64_t checkedFiles = 0;   ///< distinct files that an enabled rule looked at
-    std::int64_t leftForScripts = 0; ///< distinct files that stay because a script names them
+    std::int64_t checkedFiles = 0;           ///< distinct files that an enabled rule looked at
+    std::int64_t leftForScripts = 0;         ///< distinct files that stay because a script names them
+    std::map<QUuid, std::int64_t> keptNames; ///< files whose names already look like those of a renaming rule
 };
 
 /// Turns rules into candidates: walks the folders, tests each file against the conditions and computes where it would go.

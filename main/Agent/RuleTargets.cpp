@@ -71,6 +71,7 @@ RuleTargets::RuleTargets(const CleanupRule &rule, Location home, Instant now)
     , m_now(now)
     , m_pattern(QString(rule.targetPath).replace(nameMark, QLatin1StringView(" ")))
     , m_patternHasType(m_pattern.contains(u"{Kategorie}") || m_pattern.contains(u"{Endung}"))
+    , m_names(rule.renamePattern)
 {
 }
 
@@ -145,7 +146,8 @@ const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
 /// The expanded pattern with the file's own extension behind it; empty where that makes no name.
 std::string RuleTargets::newName(const WalkedFile &file) const
 {
-    QString name = asName(expand(m_rule.renamePattern, file.location(), dateOf(file)));
+    const std::optional<QString> remade = remadeName(file);
+    QString name = asName(remade ? *remade : expand(m_rule.renamePattern, file.location(), dateOf(file)));
     if (name.isEmpty())
         return {};
     const std::string_view extension = extensionOf(file.name);
@@ -155,27 +157,22 @@ std::string RuleTargets::newName(const WalkedFile &file) const
     return fittingName(name.toStdString());
 }
 
-/// Whether an earlier scan has given the file its name already. Without this a "{Datum} {Name}" would put another date in
-/// front with every scan, and a "{Datum}" count up the number that a second file of the day was given.
-bool RuleTargets::hasItsName(const WalkedFile &file) const
+/// Of a name that an earlier scan may have given: with its own dates, cleaned anew. Without this a "{Datum} {Name}" would put
+/// another date in front after every change of the file.
+std::optional<QString> RuleTargets::remadeName(const WalkedFile &file) const
 {
-    const QString stem = composed(shown(stemOf(file.name)));
-    if (m_rule.renamePattern.count(nameMark) != 1)
-        return false;
-    const qsizetype at = m_rule.renamePattern.indexOf(nameMark);
-    const auto around = [&](const QString &part) {
-        return composed(asComponent(expand(part, file.location(), dateOf(file))));
-    };
-    const QString front = around(m_rule.renamePattern.first(at));
-    const QString back = around(m_rule.renamePattern.sliced(at + nameMark.size()));
-    return !(front.trimmed() + back.trimmed()).isEmpty() && stem.size() > front.size() + back.size() &&
-           stem.startsWith(front) && stem.endsWith(back);
+    return isUtf8(file.name) ? m_names.remade(file.name) : std::nullopt;
+}
+
+bool RuleTargets::keepsItsName(const WalkedFile &file) const
+{
+    return m_rule.action == RuleAction::Rename && remadeName(file);
 }
 
 bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file) const
 {
     // Placeholders work on text; of a name that is none, bytes would be lost.
-    if (!isUtf8(file.name) || hasItsName(file))
+    if (!isUtf8(file.name))
         return false;
     const std::string made = newName(file);
     const std::string_view name = made;

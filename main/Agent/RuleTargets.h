@@ -2,6 +2,7 @@
 
 #include "Agent/Candidate.h"
 #include "Agent/CleanupRule.h"
+#include "Agent/NamePattern.h"
 #include "Agent/RuleWalk.h"
 
 #include <QDate>
@@ -38,6 +39,8 @@ public:
     /// What the rule would do with a file of this source; nothing where that is nothing: the file is in its place already,
     /// has its name, or the rule's text leads nowhere.
     std::optional<Candidate> candidate(const WalkedFile &file, const RuleSource &source);
+    /// Whether a renaming rule leaves a file its name because that already looks like one of the rule's.
+    bool keepsItsName(const WalkedFile &file) const;
 
 private:
     struct Target {
@@ -51,13 +54,14 @@ private:
     const Target &targetOf(const WalkedFile &file);
     Instant dateOf(const WalkedFile &file) const { return file.created.value_or(m_now); }
     std::string newName(const WalkedFile &file) const;
-    bool hasItsName(const WalkedFile &file) const;
+    std::optional<QString> remadeName(const WalkedFile &file) const;
 
     const CleanupRule &m_rule;
     const Location m_home;
     const Instant m_now;
     const QString m_pattern; ///< of the target, without names
     const bool m_patternHasType;
+    const NamePattern m_names;
     LocalDays m_days;
     std::map<std::pair<QDate, std::string>, Target> m_targets;
 };

@@ -35,10 +35,15 @@ QString verbOf(RuleAction action)
 
 QString TrialOutcome::text(RuleAction action) const
 {
-    if (count == 0)
-        return QStringLiteral("Diese Regel würde jetzt keine Datei finden.");
-    return QStringLiteral("Diese Regel würde jetzt %1 %2 (%3).")
-        .arg(counted(count, QStringLiteral("Datei"), QStringLiteral("Dateien")), verbOf(action), sizeText(bytes));
+    const QString some = counted(count, QStringLiteral("Datei"), QStringLiteral("Dateien"));
+    const QString taken =
+        count == 0 ? QStringLiteral("Diese Regel würde jetzt keine Datei finden.")
+                   : QStringLiteral("Diese Regel würde jetzt %1 %2 (%3).").arg(some, verbOf(action), sizeText(bytes));
+    if (keptNames == 0)
+        return taken;
+    return taken + QStringLiteral(" %1 schon so, wie das Muster Namen bildet, und %2.")
+                       .arg(counted(keptNames, QStringLiteral("Datei heißt"), QStringLiteral("Dateien heißen")),
+                            keptNames == 1 ? QStringLiteral("bleibt") : QStringLiteral("bleiben"));
 }
 
 Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
@@ -51,6 +56,8 @@ Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupR
     const Guard guard(services.locations, profiles);
     TrialOutcome outcome;
     outcome.leftForScripts = found.leftForScripts;
+    if (const auto kept = found.keptNames.find(id); kept != found.keptNames.end())
+        outcome.keptNames = kept->second;
     for (const Candidate &one : found.candidates) {
         if (one.rule != id || guard.isProtectedAsWhole(one.source))
             continue;

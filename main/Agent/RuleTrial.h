@@ -31,9 +31,10 @@ struct TrialOutcome {
     std::int64_t count = 0;          ///< all of them
     std::int64_t bytes = 0;          ///< of all of them
     std::int64_t leftForScripts = 0; ///< of all rules
+    std::int64_t keptNames = 0;      ///< files that the rule would rename, had they not such names already
 
     bool operator==(const TrialOutcome &) const = default;
-    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB)."
+    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", and how many names stay because they look like its own.
     QString text(RuleAction action) const;
 };
 
