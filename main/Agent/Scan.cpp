@@ -2,6 +2,7 @@
 
 #include "Agent/AiSorting.h"
 #include "Agent/DuplicateFinder.h"
+#include "Agent/EarlierCopies.h"
 #include "Agent/Guard.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
@@ -32,7 +33,9 @@ private:
     void proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates);
     Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
     void propose(AgentProposal proposal);
-    bool isOfUse(const AgentProposal &proposal) const;
+    bool isTargetAllowed(const Candidate &candidate) const;
+    void noteRefused(const Candidate &candidate);
+    static AgentProposal proposalOf(const Candidate &candidate);
 
     const AgentServices &m_services;
     const ScanRequest &m_request;
@@ -107,42 +110,59 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
     m_findings.duplicates = static_cast<std::int64_t>(m_findings.proposals.size());
 }
 
-/// Whether carrying a rule's proposal out would come to anything: not into a refused place, and not a copy that is there
-/// from the last time (a copy has its original's size and time).
-bool Scanner::isOfUse(const AgentProposal &proposal) const
+bool Scanner::isTargetAllowed(const Candidate &candidate) const
 {
-    if (!proposal.destination)
-        return true;
-    if (!m_services.locations.isAllowedEntry(*proposal.destination))
-        return false;
-    if (proposal.kind != Kind::Copy || !proposal.seen)
-        return true;
-    const Result<FileAttributes> there = readAttributes(*proposal.destination);
-    return !there || there->size != proposal.seen->size || there->modified != proposal.seen->modified;
+    if (candidate.needsAI)
+        return m_services.locations.isAllowed(*candidate.aiBase);
+    return !candidate.destination || m_services.locations.isAllowedEntry(*candidate.destination);
+}
+
+/// The rule keeps its files, a later one does not get them: nobody wrote it down for that.
+void Scanner::noteRefused(const Candidate &candidate)
+{
+    std::vector<RefusedTarget> &all = m_findings.refusedTargets;
+    auto found = std::ranges::find(all, candidate.rule, &RefusedTarget::rule);
+    if (found == all.end()) {
+        const auto rule = std::ranges::find(m_request.rules, candidate.rule, &CleanupRule::id);
+        found = all.insert(all.end(), {candidate.rule, rule->name, 0});
+    }
+    ++found->files;
+}
+
+AgentProposal Scanner::proposalOf(const Candidate &candidate)
+{
+    AgentProposal proposal;
+    proposal.kind = candidate.kind;
+    proposal.source = candidate.source;
+    proposal.destination = candidate.destination;
+    proposal.reason = candidate.reason;
+    proposal.automatic = candidate.automatic;
+    proposal.preselected = true;
+    proposal.isFolder = candidate.isPackage;
+    proposal.seen = candidate.seen;
+    return proposal;
 }
 
 Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
 {
     AiSorting sorting(m_services, m_control);
+    EarlierCopies copies(m_control);
     m_control.setTotal(static_cast<qint64>(candidates.size()));
     for (const Candidate &candidate : candidates) {
         if (m_control.cancelled())
             return failure(Failure::cancelled());
         m_control.advance();
-        AgentProposal proposal;
-        proposal.kind = candidate.kind;
-        proposal.source = candidate.source;
-        proposal.destination = candidate.destination;
-        proposal.reason = candidate.reason;
-        proposal.automatic = candidate.automatic;
-        proposal.preselected = true;
-        proposal.isFolder = candidate.isPackage;
-        proposal.seen = candidate.seen;
+        AgentProposal proposal = proposalOf(candidate);
+        if (!isTargetAllowed(candidate)) {
+            noteRefused(candidate);
+            continue;
+        }
         if (candidate.needsAI && !m_guard.isProtectedAsWhole(candidate.source)) {
             m_control.setDetail(shownName(candidate.source));
             proposal.destination = sorting.destinationOf(candidate);
         }
-        if ((!candidate.needsAI || proposal.destination) && isOfUse(proposal))
+        const bool leadsNowhere = candidate.needsAI && !proposal.destination;
+        if (!leadsNowhere && (candidate.kind != Kind::Copy || !copies.hold(candidate)))
             propose(std::move(proposal));
     }
     sorting.remember();
@@ -159,6 +179,12 @@ QString cappedText(bool capped)
 
 } // namespace
 
+QString RefusedTarget::text() const
+{
+    return QStringLiteral("Regel „%1“: %2, weil der Agent in ihr Ziel nie etwas legt")
+        .arg(name, counted(files, QStringLiteral("Datei bleibt"), QStringLiteral("Dateien bleiben")));
+}
+
 QString ScanFindings::summary(std::int64_t proposed, std::int64_t doneByItself) const
 {
     QString text =
@@ -169,6 +195,8 @@ QString ScanFindings::summary(std::int64_t proposed, std::int64_t doneByItself) 
     if (doneByItself > 0)
         text += QStringLiteral(" · ") + german().toString(static_cast<qlonglong>(doneByItself)) +
                 QStringLiteral(" automatisch erledigt");
+    for (const RefusedTarget &refused : refusedTargets)
+        text += QStringLiteral(" · ") + refused.text();
     return text + cappedText(duplicatesCapped);
 }
 

@@ -21,12 +21,23 @@ struct ScanRequest {
     bool autoDuplicates = false;
 };
 
+/// A rule whose target is one of the places where the agent never puts anything.
+struct RefusedTarget {
+    QUuid rule;
+    QString name;
+    std::int64_t files = 0; ///< that the rule took, and that stay
+
+    /// "Regel „Alte Fotos“: 3 Dateien bleiben, weil der Agent in ihr Ziel nie etwas legt"
+    QString text() const;
+};
+
 /// What a scan found, before anything is done about it.
 struct ScanFindings {
     std::vector<AgentProposal> proposals; ///< in the order in which they would be carried out; one per source at most
     std::int64_t activeRules = 0;
     std::int64_t checkedFiles = 0;
     std::int64_t leftForScripts = 0;
+    std::vector<RefusedTarget> refusedTargets;
     std::int64_t duplicates = 0;     ///< proposals made because of equal content
     std::int64_t duplicateFiles = 0; ///< files that the search for duplicates looked at
     bool duplicatesCapped = false;   ///< there were more files than the search takes

@@ -24,6 +24,16 @@ qint64 bytesOf(const std::vector<AgentProposal> &proposals)
     return bytes;
 }
 
+QJsonArray refusedOf(const std::vector<RefusedTarget> &refused)
+{
+    QJsonArray rules;
+    for (const RefusedTarget &one : refused)
+        rules.append(QJsonObject{{QStringLiteral("rule"), one.name},
+                                 {QStringLiteral("files"), static_cast<qint64>(one.files)},
+                                 {QStringLiteral("reason"), one.text()}});
+    return rules;
+}
+
 void sayIfCapped(const CommandContext &context, const ScanFindings &found)
 {
     if (found.duplicatesCapped)
@@ -49,11 +59,14 @@ ExitCode runCheckCommand(CommandContext &context)
     if (found.leftForScripts > 0)
         command.remark(counted(found.leftForScripts, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
                        QStringLiteral(" (von Skripten benutzt)"));
+    for (const RefusedTarget &refused : found.refusedTargets)
+        command.remark(refused.text());
     const ExitCode code = command.finish([&](const std::vector<AgentProposal> &proposals) {
         return QJsonObject{{QStringLiteral("proposals"), toJson(proposals, JsonDates::Iso)},
                            {QStringLiteral("checkedFiles"), static_cast<qint64>(found.checkedFiles)},
                            {QStringLiteral("leftForScripts"), static_cast<qint64>(found.leftForScripts)},
-                           {QStringLiteral("duplicates"), static_cast<qint64>(found.duplicates)}};
+                           {QStringLiteral("duplicates"), static_cast<qint64>(found.duplicates)},
+                           {QStringLiteral("refusedTargets"), refusedOf(found.refusedTargets)}};
     });
     if (command.executes() && (code == ExitCode::Done || code == ExitCode::Failed))
         agent.noteChecked();

@@ -1,0 +1,143 @@
+#include "Agent/CleanupAgent.h"
+
+#include "Support/AgentWait.h"
+#include "Support/AgentWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// What a rule does is done once: scanning again finds nothing more to do.
+class RepeatedScansTest : public testing::Test {
+protected:
+    CleanupRule rule(RuleAction action, const QString &target) const
+    {
+        CleanupRule one;
+        one.name = u"Regel"_qs;
+        one.sourcePath = textOf(world.home("Downloads"));
+        one.includeSubfolders = true;
+        one.action = action;
+        one.targetPath = target;
+        return one;
+    }
+    void use(CleanupAgent &agent, const std::vector<CleanupRule> &rules) const
+    {
+        ASSERT_TRUE(agent.updateRules([&](const auto &) { return rules; }));
+    }
+    /// The proposals of one scan, as "file -> destination" below the home folder.
+    std::vector<std::string> scan(CleanupAgent &agent) const
+    {
+        wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+        std::vector<std::string> lines;
+        for (const AgentProposal &one : agent.proposals.get())
+            lines.push_back(below(one.source) + " -> " + (one.destination ? below(*one.destination) : "Papierkorb"));
+        return lines;
+    }
+    /// Scans and carries out all of it, and gives how many steps that were.
+    std::size_t round(CleanupAgent &agent) const
+    {
+        const std::size_t found = scan(agent).size();
+        wait(agent, [&] { agent.executeChosen(); });
+        EXPECT_TRUE(agent.proposals.get().empty());
+        return found;
+    }
+    std::string below(const Location &location) const { return location.lexically_relative(world.home("")).native(); }
+    using Lines = std::vector<std::string>;
+
+    AgentWorld world;
+};
+
+TEST_F(RepeatedScansTest, ACopyIsMadeOnceUnderWhicheverName)
+{
+    const std::string longName(250, 'l');
+    world.tree().lines({"home/Downloads/a/x.txt=eins", "home/Downloads/b/x.txt=zwei", "home/Downloads/c (3).txt=drei",
+                        "home/Downloads/M.app/teil=vier", "home/Ziel/x.txt=war schon da", "home/Ziel/M.app/andere=x"});
+    world.tree().file("home/Downloads/" + longName, "lang");
+    world.tree().file("home/Ziel/" + longName, "auch da");
+    CleanupAgent agent(world.services());
+    use(agent, {rule(RuleAction::Copy, u"~/Ziel"_qs)});
+    EXPECT_EQ(round(agent), 5U);
+    EXPECT_EQ(scan(agent), Lines());
+    // A copy that somebody has worked on is none any more, and neither is that of a changed source.
+    world.tree().file("home/Ziel/c (3).txt", "weitergeschrieben");
+    world.tree().file("home/Downloads/a/x.txt", "neu");
+    EXPECT_EQ(scan(agent), (Lines{"Downloads/c (3).txt -> Ziel/c (3).txt", "Downloads/a/x.txt -> Ziel/x.txt"}));
+    EXPECT_EQ(round(agent), 2U);
+    EXPECT_EQ(scan(agent), Lines());
+}
+
+TEST_F(RepeatedScansTest, ACopyWhoseTimeTheVolumeChangedIsStillTheCopy)
+{
+    using namespace std::chrono_literals;
+    const Instant time = std::chrono::sys_days(std::chrono::year(2024) / 3 / 3) + 1500ms;
+    world.tree().lines({"home/Downloads/sekunden.txt=eins", "home/Downloads/sommer.txt=zwei",
+                        "home/Downloads/anders.txt=drei", "home/Ziel/sekunden.txt=EINS", "home/Ziel/sommer.txt=zwei",
+                        "home/Ziel/anders.txt=DREI"});
+    for (const char *const file : {"sekunden.txt", "sommer.txt", "anders.txt"})
+        world.tree().age(std::string("home/Downloads/") + file, time);
+    world.tree().age("home/Ziel/sekunden.txt", time - 1500ms);
+    world.tree().age("home/Ziel/sommer.txt", time + 1h);
+    world.tree().age("home/Ziel/anders.txt", time + 2001ms);
+    CleanupAgent agent(world.services());
+    use(agent, {rule(RuleAction::Copy, u"~/Ziel"_qs)});
+    EXPECT_EQ(scan(agent), Lines{"Downloads/anders.txt -> Ziel/anders.txt"})
+        << "two seconds are the volume's, content decides beyond";
+}
+
+TEST_F(RepeatedScansTest, ARefusedTargetIsSaidAndKeepsTheFilesFromLaterRules)
+{
+    world.tree().lines({"home/Downloads/a.txt=1", "home/Downloads/b.txt=2", "home/Downloads/c.pdf=3"});
+    CleanupRule refused = rule(RuleAction::Move, u"/usr/share/{Jahr}"_qs);
+    refused.conditions = {{.kind = ConditionKind::ExtensionIs, .value = u"txt"_qs}};
+    CleanupAgent agent(world.services());
+    use(agent, {refused, rule(RuleAction::Trash, {})});
+    EXPECT_EQ(scan(agent), Lines{"Downloads/c.pdf -> Papierkorb"});
+    EXPECT_TRUE(agent.status.get().endsWith(
+        u" · Regel „Regel“: 2 Dateien bleiben, weil der Agent in ihr Ziel nie etwas legt"_qs))
+        << agent.status.get().toStdString();
+    ASSERT_EQ(agent.findings().refusedTargets.size(), 1U);
+    EXPECT_EQ(agent.findings().refusedTargets[0].files, 2);
+}
+
+TEST_F(RepeatedScansTest, TheModelsAnswersBelongToTheirFolder)
+{
+    world.tree().lines({"home/Downloads/a.txt=1", "home/Downloads/b.txt=2", "home/Ablage/Alt/"});
+    CleanupRule sort = rule(RuleAction::AiSort, u"~/Ablage"_qs);
+    CleanupAgent agent(world.services());
+    use(agent, {sort});
+    world.model.answer = u"Rechnungen"_qs;
+    EXPECT_EQ(scan(agent).size(), 2U);
+    EXPECT_TRUE(world.model.prompts.last().contains(u"Rechnungen"_qs)) << "a folder chosen in this scan counts";
+    // Somebody makes that folder, in a spelling of their own, and something of the file's name is in it.
+    world.tree().file("home/Ablage/rechnungen/a.txt", "anderes");
+    EXPECT_EQ(scan(agent),
+              (Lines{"Downloads/a.txt -> Ablage/rechnungen/a (2).txt", "Downloads/b.txt -> Ablage/rechnungen/b.txt"}));
+    EXPECT_EQ(world.model.prompts.size(), 2) << "kept answers";
+    // In another folder they are nobody's answers; and a folder that was chosen and is gone is no answer either.
+    sort.targetPath = u"~/Anderswo"_qs;
+    use(agent, {sort});
+    world.model.answer = u"Steuer"_qs;
+    world.tree().folder("home/Anderswo/Steuer");
+    EXPECT_EQ(scan(agent),
+              (Lines{"Downloads/a.txt -> Anderswo/Steuer/a.txt", "Downloads/b.txt -> Anderswo/Steuer/b.txt"}));
+    std::filesystem::remove(world.home("Anderswo/Steuer"));
+    world.model.answer = u"Belege"_qs;
+    EXPECT_EQ(scan(agent),
+              (Lines{"Downloads/a.txt -> Anderswo/Belege/a.txt", "Downloads/b.txt -> Anderswo/Belege/b.txt"}));
+}
+
+TEST_F(RepeatedScansTest, TheModelsFolderByAnotherWayIsTheSameFolder)
+{
+    world.tree().lines({"home/Echt/Briefe/a.txt=1", "home/Downloads->Echt/Briefe", "home/Ablage->Echt"});
+    CleanupAgent agent(world.services());
+    use(agent, {rule(RuleAction::AiSort, u"~/Ablage"_qs)});
+    world.model.answer = u"Briefe"_qs;
+    EXPECT_EQ(scan(agent), Lines());
+}
+
+} // namespace
