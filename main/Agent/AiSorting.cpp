@@ -1,5 +1,6 @@
 #include "Agent/AiSorting.h"
 
+#include "Disk/FreeName.h"
 #include "System/StoredList.h"
 
 #include <algorithm>
@@ -20,7 +21,8 @@ struct JsonTable<FileState> {
 template <>
 struct JsonTable<AiAnswer> {
     static constexpr std::tuple fields{field("rule", &AiAnswer::rule), field("file", &AiAnswer::file),
-                                       field("folder", &AiAnswer::folder)};
+                                       field("base", &AiAnswer::base), field("folder", &AiAnswer::folder),
+                                       field("existed", &AiAnswer::existed)};
 };
 
 namespace {
@@ -52,18 +54,50 @@ std::optional<Location> AiSorting::destinationOf(const Candidate &candidate)
     if (!folder)
         return std::nullopt;
     const Location target = *candidate.aiBase / folder->toStdString();
-    if (target == candidate.source.parent_path())
+    if (resolvedLocation(target) == resolvedLocation(candidate.source.parent_path()))
         return std::nullopt;
-    return target / candidate.source.filename();
+    return unique(target / candidate.source.filename());
+}
+
+QStringList &AiSorting::existingIn(const Location &base)
+{
+    auto known = m_existing.find(base);
+    if (known == m_existing.end())
+        known = m_existing.emplace(base, AgentAI::existingFolders(base, &m_control)).first;
+    return known->second;
 }
 
 std::optional<QString> AiSorting::answerFor(const Candidate &candidate)
 {
     const FileState state = storable(candidate.seen);
-    const auto known = std::ranges::find_if(
-        m_answers, [&](const AiAnswer &answer) { return answer.rule == candidate.rule && answer.file == state; });
-    if (known != m_answers.end())
-        return known->folder;
+    std::optional<QString> folder = keptAnswer(candidate, state);
+    if (!folder)
+        folder = ask(candidate, state);
+    // Two files of one scan that need the same new folder get one.
+    if (folder && !existingIn(*candidate.aiBase).contains(*folder))
+        existingIn(*candidate.aiBase).append(*folder);
+    return folder;
+}
+
+/// In the spelling that the folder has by now.
+std::optional<QString> AiSorting::keptAnswer(const Candidate &candidate, const FileState &state)
+{
+    const auto known = std::ranges::find_if(m_answers, [&](const AiAnswer &answer) {
+        return answer.rule == candidate.rule && answer.file == state && answer.base == *candidate.aiBase;
+    });
+    if (known == m_answers.end())
+        return std::nullopt;
+    const QStringList &existing = existingIn(*candidate.aiBase);
+    std::optional<QString> folder = AgentAI::sanitize(known->folder, existing);
+    if (!folder || (known->existed && !existing.contains(*folder))) {
+        m_answers.erase(known);
+        return std::nullopt;
+    }
+    return folder;
+}
+
+std::optional<QString> AiSorting::ask(const Candidate &candidate, const FileState &state)
+{
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(m_end - std::chrono::steady_clock::now());
     if (left.count() <= 0 || m_control.cancelled())
         return std::nullopt;
@@ -71,14 +105,12 @@ std::optional<QString> AiSorting::answerFor(const Candidate &candidate)
         m_available = AgentAI::isAvailable(m_services.model);
     if (!*m_available)
         return std::nullopt;
-    auto existing = m_existing.find(*candidate.aiBase);
-    if (existing == m_existing.end())
-        existing = m_existing.emplace(*candidate.aiBase, AgentAI::existingFolders(*candidate.aiBase, &m_control)).first;
-    const std::optional<QString> folder =
-        AgentAI::folderName(m_services.model, candidate.source, existing->second, m_services.pdfText,
-                            std::min(left, answerLimit), &m_control);
+    const QStringList &existing = existingIn(*candidate.aiBase);
+    const std::optional<QString> folder = AgentAI::folderName(
+        m_services.model, candidate.source, existing, m_services.pdfText, std::min(left, answerLimit), &m_control);
     if (folder) {
-        m_answers.push_back({candidate.rule, state, *folder});
+        const bool existed = readAttributes(*candidate.aiBase / folder->toStdString()).has_value();
+        m_answers.push_back({candidate.rule, state, *candidate.aiBase, *folder, existed});
         m_changed = true;
     }
     return folder;

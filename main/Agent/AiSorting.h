@@ -12,11 +12,14 @@
 
 namespace brellin {
 
-/// An answer of the language model that holds as long as the file stays the same.
+/// An answer of the language model that holds as long as the file stays the same, and the folder that was chosen in has the
+/// sub-folder that was chosen.
 struct AiAnswer {
     QUuid rule;
     FileState file;
+    Location base; ///< the folder in which it was chosen
     QString folder;
+    bool existed = false; ///< it was one of the base's sub-folders
 
     bool operator==(const AiAnswer &) const = default;
 };
@@ -33,18 +36,22 @@ public:
     /// `control` outlives the sorting.
     AiSorting(const AgentServices &services, const JobControl &control);
 
-    /// Where a candidate goes: its name in the sub-folder that the model chose. Nothing when there is no answer.
+    /// Where a candidate goes: a free name in the sub-folder that the model chose. Nothing when there is no answer, or the
+    /// file is there.
     std::optional<Location> destinationOf(const Candidate &candidate);
     /// Stores the answers.
     void remember() const;
 
 private:
     std::optional<QString> answerFor(const Candidate &candidate);
+    std::optional<QString> keptAnswer(const Candidate &candidate, const FileState &state);
+    std::optional<QString> ask(const Candidate &candidate, const FileState &state);
+    QStringList &existingIn(const Location &base);
 
     const AgentServices &m_services;
     const JobControl &m_control;
-    std::vector<AiAnswer> m_answers; ///< newest last
-    std::map<Location, QStringList> m_existing;
+    std::vector<AiAnswer> m_answers;            ///< newest last
+    std::map<Location, QStringList> m_existing; ///< with those that this scan will make
     std::optional<bool> m_available;
     std::chrono::steady_clock::time_point m_end;
     bool m_changed = false;
