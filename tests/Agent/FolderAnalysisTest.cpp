@@ -222,7 +222,7 @@ TEST_F(FolderAnalysisTest, NobodyOpenedIt)
     tree().file("home/X/film.mp4", large);
     tree().file("home/X/gesehen.mp4", large + "2");
     daysLater(100);
-    request.now = std::chrono::floor<std::chrono::seconds>(request.now);
+    request.now = std::chrono::ceil<std::chrono::seconds>(request.now);
     opened("home/X/Gelesen/b.txt", 40);
     opened("home/X/gesehen.mp4", 40);
     opened("home/X/Link/b.txt", 40);

@@ -1,4 +1,5 @@
 #include "Agent/CleanupAgent.h"
+#include "Agent/RuleTrial.h"
 
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
@@ -102,6 +103,18 @@ TEST_F(RepeatedScansTest, ARefusedTargetIsSaidAndKeepsTheFilesFromLaterRules)
         << agent.status.get().toStdString();
     ASSERT_EQ(agent.findings().refusedTargets.size(), 1U);
     EXPECT_EQ(agent.findings().refusedTargets[0].files, 2);
+}
+
+TEST_F(RepeatedScansTest, TheTrialSaysThatNamesLikeItsOwnStay)
+{
+    world.tree().lines({"home/Downloads/2019-02-03 a.txt=1", "home/Downloads/2020-02-03 b.txt=1"});
+    CleanupRule dates = rule(RuleAction::Rename, {});
+    dates.renamePattern = u"{Datum} {Name}"_qs;
+    const auto text = [&] { return tryRule(world.services(), {}, dates, {}, 9, nullptr)->text(RuleAction::Rename); };
+    EXPECT_EQ(text(), u"Diese Regel würde jetzt keine Datei finden. 2 Dateien heißen schon so, wie das Muster Namen "
+                      u"bildet, und bleiben."_qs);
+    std::filesystem::remove(world.home("Downloads/2019-02-03 a.txt"));
+    EXPECT_TRUE(text().endsWith(u" 1 Datei heißt schon so, wie das Muster Namen bildet, und bleibt."_qs));
 }
 
 TEST_F(RepeatedScansTest, TheModelsAnswersBelongToTheirFolder)
