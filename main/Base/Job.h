@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Base/JobControl.h"
+#include "Base/Mailbox.h"
+#include "Base/PoolWork.h"
 
-#include <QObject>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <functional>
@@ -33,24 +32,29 @@ public:
             m_link->control.cancel();
     }
 
-    /// Must not be running.
-    void start(QThreadPool &pool, std::function<T(JobControl &)> work, std::function<void(T)> finished,
+    /// Refused while it is running: false, and `finished` is never called.
+    bool start(QThreadPool &pool, std::function<T(JobControl &)> work, std::function<void(T)> finished,
                std::function<void(const JobControl &)> sampled = {})
     {
+        if (running())
+            return false;
         m_link = std::make_shared<Link>();
         m_finished = std::move(finished);
-        m_receiver = std::make_unique<QObject>();
+        m_receiver = std::make_unique<Mailbox>();
         m_link->receiver = m_receiver.get();
         if (sampled)
             startSampling(std::move(sampled));
-        pool.start([this, link = m_link, work = std::move(work)] { run(this, link, work); });
+        PoolWork::start(
+            pool, [this, link = m_link, work = std::move(work)] { run(this, link, work); },
+            std::shared_ptr<JobControl>(m_link, &m_link->control));
+        return true;
     }
 
 private:
     struct Link {
         JobControl control;
         std::mutex mutex;
-        QObject *receiver = nullptr; ///< null once the owner has gone
+        Mailbox *receiver = nullptr; ///< null once the owner has gone
         std::optional<T> result;
     };
 
@@ -61,7 +65,7 @@ private:
         const std::scoped_lock lock(link->mutex);
         link->result.emplace(std::move(result));
         if (link->receiver)
-            QMetaObject::invokeMethod(link->receiver, [job] { job->finish(); }, Qt::QueuedConnection);
+            link->receiver->post([job] { job->finish(); });
     }
 
     void startSampling(std::function<void(const JobControl &)> sampled)
@@ -95,7 +99,7 @@ private:
 
     std::shared_ptr<Link> m_link;
     std::unique_ptr<QTimer> m_sampler;
-    std::unique_ptr<QObject> m_receiver; ///< lives on the main thread; its death drops what is on the way
+    std::unique_ptr<Mailbox> m_receiver; ///< lives on the main thread; its death drops what is on the way
     std::function<void(T)> m_finished;
 };
 

@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QSemaphore>
 
 #include <gtest/gtest.h>
 
@@ -119,4 +120,78 @@ TEST(JobTest, isCancelledByItsDeathAndThenTellsNobody)
     QCoreApplication::processEvents();
     EXPECT_TRUE(sawCancel);
     EXPECT_FALSE(told);
+}
+
+TEST(JobTest, refusesASecondStartWhileItIsRunning)
+{
+    QThreadPool pool;
+    QEventLoop loop;
+    Job<int> job;
+    QSemaphore release;
+    std::vector<int> results;
+    const auto finished = [&](int result) {
+        results.push_back(result);
+        loop.quit();
+    };
+    EXPECT_TRUE(job.start(
+        pool,
+        [&](JobControl &) {
+            release.acquire();
+            return 1;
+        },
+        finished));
+    EXPECT_FALSE(job.start(pool, [](JobControl &) { return 2; }, finished));
+    release.release();
+    loop.exec();
+    pool.waitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(results, std::vector{1});
+    EXPECT_TRUE(job.start(pool, [](JobControl &) { return 3; }, finished));
+    loop.exec();
+    EXPECT_EQ(results, (std::vector{1, 3}));
+}
+
+TEST(OpenWorkTest, waitsForAbandonedWorkUntilItHoldsNothingAndCancelsWhatBegins)
+{
+    struct Held {
+        explicit Held(std::atomic<bool> &flag) : gone(flag) {}
+        ~Held()
+        {
+            QThread::msleep(50); // whoever waits for less than all of it comes back too early
+            gone = true;
+        }
+        std::atomic<bool> &gone;
+    };
+    std::atomic<bool> gone = false;
+    QSemaphore release;
+    QThreadPool pool;
+    {
+        Job<int> job;
+        job.start(
+            pool,
+            [&release, held = std::make_shared<Held>(gone)](JobControl &) {
+                release.acquire();
+                return 0;
+            },
+            [](int) {});
+    }
+    EXPECT_FALSE(OpenWork::cancelAndWait(std::chrono::milliseconds(30))) << "it does not answer";
+    release.release();
+    EXPECT_TRUE(OpenWork::wait(std::chrono::seconds(20)));
+    EXPECT_TRUE(gone);
+
+    // The second begins only once the first has been cancelled.
+    QThreadPool narrow;
+    narrow.setMaxThreadCount(1);
+    Job<int> first;
+    Job<int> second;
+    const auto untilCancelled = [](JobControl &control) {
+        while (!control.cancelled())
+            QThread::msleep(1);
+        return 0;
+    };
+    first.start(narrow, untilCancelled, [](int) {});
+    second.start(narrow, untilCancelled, [](int) {});
+    EXPECT_TRUE(OpenWork::cancelAndWait(std::chrono::seconds(20)));
+    EXPECT_TRUE(first.running()) << "nobody has taken its answer";
 }

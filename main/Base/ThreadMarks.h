@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string_view>
+
+/// Marks for the thread sanitizer where an object changes threads through a queue of Qt: Qt itself is not instrumented, so
+/// its locks are unseen. Nothing without the sanitizer.
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the sanitizer's own
+extern "C" {
+void __tsan_acquire(void *address);
+void __tsan_release(void *address);
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+#define BRELLIN_QUOTED(text) #text
+#define BRELLIN_VALUE_OF(macro) BRELLIN_QUOTED(macro)
+
+namespace brellin {
+
+/// The compiler defines the macro as 1 where it instruments.
+inline constexpr bool threadSanitized = std::string_view(BRELLIN_VALUE_OF(__SANITIZE_THREAD__)) == "1";
+
+/// What this thread did so far is seen by whoever takes the object over.
+inline void markHandedOver([[maybe_unused]] void *object)
+{
+    if constexpr (threadSanitized)
+        __tsan_release(object);
+}
+
+/// The first thing that is done with a handed-over object.
+inline void markTakenOver([[maybe_unused]] void *object)
+{
+    if constexpr (threadSanitized)
+        __tsan_acquire(object);
+}
+
+} // namespace brellin
