@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Base/JobControl.h"
+#include "Base/Mailbox.h"
+#include "Base/OpenWork.h"
 #include "Disk/MountWorkers.h"
 
-#include <QObject>
 #include <QTimer>
 
 #include <condition_variable>
@@ -51,7 +51,9 @@ public:
         }
         const auto link = std::make_shared<Link>();
         m_link = link;
-        workers.run(request.where, request.turn, [link, work = std::move(work)] { link->run(work); });
+        workers.run(
+            request.where, request.turn,
+            [open = OpenWork::begin({link, &link->control}), link, work = std::move(work)] { link->run(work); });
         const bool local = workers.isLocal(request.where);
         if (local && request.patience == Patience::Moment && link->wait(workers.patience())) {
             m_link.reset();
@@ -80,7 +82,7 @@ private:
         std::mutex mutex;
         std::condition_variable ready;
         std::optional<T> result;
-        QObject *receiver = nullptr; ///< null while nobody waits for an event
+        Mailbox *receiver = nullptr; ///< null while nobody waits for an event
         std::function<void()> arrived;
 
         void run(const std::function<T(const JobControl &)> &work)
@@ -98,7 +100,7 @@ private:
             const std::scoped_lock lock(mutex);
             return std::exchange(receiver, nullptr) != nullptr;
         }
-        void post() { QMetaObject::invokeMethod(receiver, arrived, Qt::QueuedConnection); }
+        void post() { receiver->post(arrived); }
         bool wait(std::chrono::milliseconds patience)
         {
             std::unique_lock lock(mutex);
@@ -108,7 +110,7 @@ private:
 
     void expect(const std::shared_ptr<Link> &link, std::function<void(T)> finished)
     {
-        m_receiver = std::make_unique<QObject>();
+        m_receiver = std::make_unique<Mailbox>();
         const std::scoped_lock lock(link->mutex);
         link->receiver = m_receiver.get();
         link->arrived = [this, waiting = std::weak_ptr<Link>(link), finished = std::move(finished)] {
@@ -149,7 +151,7 @@ private:
     }
 
     std::shared_ptr<Link> m_link;
-    std::unique_ptr<QObject> m_receiver; ///< lives on the main thread; its death drops what is on the way
+    std::unique_ptr<Mailbox> m_receiver; ///< lives on the main thread; its death drops what is on the way
 };
 
 } // namespace brellin

@@ -1,5 +1,6 @@
 #include "Disk/MountWorkers.h"
 
+#include "Base/OpenWork.h"
 #include "Disk/MountTable.h"
 
 #include <condition_variable>
@@ -111,8 +112,9 @@ std::shared_ptr<MountWorkers::Lane> MountWorkers::laneOf(const Location &locatio
     return lane;
 }
 
-void MountWorkers::run(const Location &location, Turn turn, std::function<void()> work)
+void MountWorkers::run(const Location &location, Turn turn, std::function<void()> wanted)
 {
+    std::function<void()> work = [open = OpenWork::begin(), wanted = std::move(wanted)] { wanted(); };
     if (turn == Turn::AtOnce || isLocal(location)) {
         Active::launch(m_active, std::move(work));
         return;

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "Base/Mailbox.h"
 #include "Disk/MountWorkers.h"
 
-#include <QCoreApplication>
-#include <QObject>
 #include <QPointer>
 
 #include <utility>
@@ -16,9 +15,10 @@ template <class Work, class Then>
 void onWorker(MountWorkers &workers, const Location &where, MountWorkers::Turn turn, QObject *receiver, Work work,
               Then then)
 {
-    workers.run(where, turn, [guard = QPointer(receiver), work = std::move(work), then = std::move(then)] {
+    Mailbox &home = Mailbox::ofMainThread();
+    workers.run(where, turn, [&home, guard = QPointer(receiver), work = std::move(work), then = std::move(then)] {
         auto answer = work();
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, then, answer = std::move(answer)] {
+        home.post([guard, then, answer = std::move(answer)] {
             if (guard)
                 then(answer);
         });
