@@ -1,5 +1,6 @@
 #include "Transfers/Screens/TransferScreens.h"
 
+#include "Look/Attention.h"
 #include "Transfers/Leftovers.h"
 #include "Transfers/Screens/LeftoverSheet.h"
 #include "Transfers/Screens/QuestionSheet.h"
@@ -27,8 +28,7 @@ TransferScreens::TransferScreens(TransferQueue &queue, TransferServices services
 
 bool TransferScreens::maySpeak() const
 {
-    const QWidget *const active = QApplication::activeWindow();
-    return !active || active == m_window;
+    return attentionTo(*m_window) != Attention::Elsewhere;
 }
 
 void TransferScreens::follow()
