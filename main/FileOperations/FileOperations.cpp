@@ -285,6 +285,7 @@ void FileOperations::reveal(const Location &entry)
 
 void FileOperations::ask(OperationQuestion asked, std::function<void()> accepted)
 {
+    asked.id = ++m_lastQuestion;
     m_waiting.push_back({std::move(asked), std::move(accepted)});
     publishQuestion();
 }

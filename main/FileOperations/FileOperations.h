@@ -51,6 +51,7 @@ struct OperationQuestion {
     QString message;
     QString information;
     QString accept; ///< the title of the button that does it; the other is "Abbrechen"
+    int id = 0;     ///< two questions of one wording are two questions
 
     bool operator==(const OperationQuestion &) const = default;
 };
@@ -118,6 +119,7 @@ private:
     std::list<std::unique_ptr<Operation>> m_operations;
     std::deque<Waiting> m_waiting;
     int m_lastId = 0;
+    int m_lastQuestion = 0;
 };
 
 } // namespace brellin

@@ -150,11 +150,18 @@ void VolumeList::eject(const Location &root, QObject *receiver, std::function<vo
                              : QStringLiteral("Es wird gerade schon ein Datenträger ausgeworfen.")));
         return;
     }
+    publish(ejecting, true);
     m_ejecting.start(
         *m_diskPool, [disks = &m_disks, device = mounted->device](JobControl &) { return disks->eject(device); },
-        [receiver = QPointer(receiver), finished = std::move(finished)](const Result<void> &done) {
+        [this, name = mounted->volume.name, receiver = QPointer(receiver),
+         finished = std::move(finished)](const Result<void> &done) {
+            publish(ejecting, false);
             if (receiver)
                 finished(done);
+            else if (!done)
+                publish(
+                    errorMessage,
+                    std::optional(QStringLiteral("„%1“ wurde nicht ausgeworfen: %2").arg(name, done.error().message)));
         });
 }
 

@@ -54,6 +54,8 @@ public:
     ~VolumeList() override;
 
     Published<std::vector<VolumeEntry>> volumes;
+    Published<bool> ejecting{false};
+    Published<std::optional<QString>> errorMessage; ///< why something was not ejected whose receiver has gone
 
     /// Shows what is mounted and follows changes.
     void start();
@@ -61,6 +63,7 @@ public:
     void refresh();
     /// Unmounts a volume and ejects its medium. `finished` is called once, unless `receiver` or this object has gone.
     void eject(const Location &root, QObject *receiver, std::function<void(const Result<void> &)> finished);
+    void dismissError() { publish(errorMessage, std::optional<QString>()); }
 
 private:
     using Facts = std::map<std::string, DiskFacts>;

@@ -49,6 +49,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
 {
     m_transfers.lastFinished.observe(&m_transfers,
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
+    m_notices.hear(m_operations, m_undo, m_transfers, m_volumeList);
 }
 
 /// Whichever window or pane asked for it may be gone.
@@ -92,7 +93,8 @@ WindowServices WindowComposition::forWindows()
             m_undo,
             m_sendTo,
             {m_services.files(), m_services.decoder(), m_services.renameLogs(), m_undo, mayChange(m_services)},
-            m_services.processes()};
+            m_services.processes(),
+            m_notices};
 }
 
 /// For a list that knows no more than where an entry is. Volumes that may not answer are not asked.

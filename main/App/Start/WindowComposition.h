@@ -3,6 +3,7 @@
 #include "Agent/ModelSettings.h"
 #include "App/Services.h"
 #include "App/Window/DesktopPasteboard.h"
+#include "App/Window/Notices.h"
 #include "App/Window/WindowServices.h"
 #include "Features/FolderColors.h"
 #include "Features/FolderSizes.h"
@@ -55,6 +56,7 @@ private:
     DesktopPasteboard m_pasteboard;
     CleanupAgent m_agent;
     ModelSettings m_model;
+    Notices m_notices;
 };
 
 } // namespace brellin

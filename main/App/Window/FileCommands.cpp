@@ -1,14 +1,19 @@
 #include "App/Window/FileCommands.h"
 
 #include "App/Window/DesktopPasteboard.h"
+#include "App/Window/Notices.h"
 #include "Disk/OnWorker.h"
 #include "FileOperations/Screens/BatchRenameSheet.h"
+#include "FileOperations/Screens/OperationQuestions.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
+#include "Look/Attention.h"
 #include "Look/YesNoSheet.h"
 #include "SendTo/MailAttachment.h"
 #include "Transfers/Screens/TransferPanel.h"
 
+#include <QApplication>
 #include <QFileDialog>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -45,18 +50,16 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
         if (last)
             finished(*last);
     });
-    services.operations.question.observe(this, [this](const std::optional<OperationQuestion> &question) {
-        if (question && m_window->isActiveWindow())
-            ask(*question);
-    });
-    const auto say = [this](const std::optional<QString> &message) {
-        if (message && m_window->isActiveWindow())
-            Q_EMIT said(*message);
+    new OperationQuestions(services.operations, window);
+    services.notices.unread.observe(this, [this](const auto &) { tellNotices(); });
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &FileCommands::tellNotices, Qt::QueuedConnection);
+    // An empty one would take away the error that came before it.
+    const auto say = [this](const QString &text) {
+        if (!text.isEmpty() && attentionTo(*m_window) != Attention::Elsewhere)
+            Q_EMIT said(text);
     };
-    services.operations.errorMessage.observe(this, say);
-    services.undo.errorMessage.observe(this, say);
-    services.operations.status.observe(this, [say](const QString &text) { say(text); });
-    services.undo.status.observe(this, [say](const QString &text) { say(text); });
+    services.operations.status.observe(this, say);
+    services.undo.status.observe(this, say);
     services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.redoTitle.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.restored.observe(this, [this](const auto &) { loadPanes(); });
@@ -64,7 +67,10 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
 
 void FileCommands::add(BrowserModel *pane)
 {
-    m_panes.emplace_back(QUuid::createUuid(), pane);
+    const QUuid id = QUuid::createUuid();
+    m_panes.emplace_back(id, pane);
+    connect(pane, &QObject::destroyed, &m_services.notices,
+            [&notices = m_services.notices, id] { notices.paneGone(id); });
     pane->onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
     pane->batchRename.observe(this, [this, pane](const std::optional<std::vector<Location>> &entries) {
         if (entries)
@@ -109,7 +115,7 @@ void FileCommands::visit(const Location &folder)
             return cutShortRenames(logs, folder, now);
         },
         [this](const std::vector<CutShortRename> &found) {
-            if (!found.empty() && !m_question)
+            if (!found.empty() && !m_restoring)
                 offerRestoring(found);
         },
         [] {});
@@ -284,11 +290,11 @@ void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
 void FileCommands::attach(const std::vector<Location> &entries)
 {
     onWorker(
-        m_services.panes.workers, entries.front(), MountWorkers::Turn::AtOnce, this,
+        m_services.panes.workers, entries.front(), MountWorkers::Turn::AtOnce, &m_services.notices,
         [entries, &processes = m_services.processes] { return attachToMail(entries, processes, nullptr); },
-        [this](const Result<void> &done) {
+        [&notices = m_services.notices](const Result<void> &done) {
             if (!done)
-                Q_EMIT said(done.error().message);
+                notices.add(done.error().message);
         });
 }
 
@@ -311,16 +317,12 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
     sheet->begin();
 }
 
-/// A transfer outlives the pane that asked for it: then its window says what went wrong.
+/// A transfer outlives the pane that asked for it.
 void FileCommands::finished(const FinishedTransfer &transfer)
 {
     const auto asked = std::ranges::find(m_panes, transfer.pane, [](const auto &one) { return one.first; });
-    if (asked == m_panes.end())
-        return;
-    if (asked->second)
+    if (asked != m_panes.end() && asked->second)
         showArrival(transfer, *asked->second);
-    else if (const std::optional<QString> message = transfer.errorMessage())
-        Q_EMIT said(*message);
 }
 
 void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane)
@@ -333,21 +335,15 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         pane.showError(*message);
 }
 
-void FileCommands::ask(const OperationQuestion &question)
+/// To the user, once and in the window they are in; while they are in none, in every one until they come back.
+void FileCommands::tellNotices()
 {
-    if (m_question)
+    const Attention attention = attentionTo(*m_window);
+    if (m_services.notices.unread.get().isEmpty() || attention == Attention::Elsewhere)
         return;
-    auto *const sheet =
-        new YesNoSheet(question.message, question.information, question.accept, ButtonKind::Danger, m_window);
-    sheet->setObjectName(QStringLiteral("operationQuestion"));
-    m_question = sheet;
-    const auto answer = [this](FileOperations::Answer given) {
-        m_question.clear();
-        m_services.operations.answer(given);
-    };
-    connect(sheet, &YesNoSheet::accepted, this, [answer] { answer(FileOperations::Answer::Accept); });
-    connect(sheet, &YesNoSheet::declined, this, [answer] { answer(FileOperations::Answer::Cancel); });
-    sheet->open();
+    const QStringList messages =
+        attention == Attention::Here ? m_services.notices.take() : m_services.notices.unread.get();
+    Q_EMIT said(messages.join(QStringLiteral(" · ")));
 }
 
 void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)
@@ -355,19 +351,20 @@ void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)
     auto *const sheet = new YesNoSheet(QStringLiteral("Unterbrochenes Umbenennen"), found.front().question(),
                                        QStringLiteral("Namen wiederherstellen"), ButtonKind::Primary, m_window);
     sheet->setObjectName(QStringLiteral("restoreQuestion"));
-    m_question = sheet;
+    m_restoring = sheet;
     connect(sheet, &YesNoSheet::accepted, this, [this, found] {
         onWorker(
-            m_services.panes.workers, found.front().renames.front().from, MountWorkers::Turn::OfMount, this,
+            m_services.panes.workers, found.front().renames.front().from, MountWorkers::Turn::OfMount,
+            &m_services.notices,
             [found, &files = m_services.panes.files] {
                 QStringList failures;
                 for (const CutShortRename &batch : found)
                     failures += restoreCutShort(batch, files);
                 return failures;
             },
-            [this](const QStringList &failures) {
-                if (!failures.isEmpty())
-                    Q_EMIT said(failures.join(QStringLiteral(" · ")));
+            [&notices = m_services.notices](const QStringList &failures) {
+                for (const QString &line : failures)
+                    notices.add(line);
             });
     });
     sheet->open();

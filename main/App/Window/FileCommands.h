@@ -49,7 +49,7 @@ private:
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
-    void ask(const OperationQuestion &question);
+    void tellNotices();
     FileOperations::Then reloading(BrowserModel &pane);
     void loadPanes();
     QUuid idOf(const BrowserModel &pane) const;
@@ -58,7 +58,7 @@ private:
     QWidget *m_window;
     std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes; ///< those that are closed as well
     TransferScreens *m_transferScreens;
-    QPointer<YesNoSheet> m_question;
+    QPointer<YesNoSheet> m_restoring;
     FileCall<std::vector<CutShortRename>> m_looking;
 };
 

@@ -12,6 +12,7 @@ namespace brellin {
 class Decoder;
 class DesktopSettings;
 class NetworkServers;
+class Notices;
 class Pins;
 class ThumbnailImages;
 class TrashList;
@@ -36,7 +37,10 @@ struct WindowServices {
     SendToTargets &sendTo;
     BatchRenameServices renaming;
     ProcessRunner &processes;
+    Notices &notices;
 
+    /// Work with files that would be cut short at the end of the program.
+    bool busy() const;
     UserDefaults &defaults() const { return panes.defaults; }
     const KnownFolders &folders() const { return panes.folders; }
 };

@@ -1,0 +1,143 @@
+#include "WindowWorld.h"
+
+#include "App/Window/FileCommands.h"
+#include "App/Window/Notices.h"
+#include "App/Window/Windows.h"
+#include "Look/YesNoSheet.h"
+
+#include <QSignalSpy>
+
+using namespace brellin;
+using brellin::test::waitUntil;
+using brellin::test::WindowWorld;
+
+namespace {
+
+/// Two windows, and a third that is none of them, for what has to find the user.
+class QuestionsTest : public WindowWorld {
+protected:
+    void SetUp() override
+    {
+        elsewhere.setWindowTitle(QStringLiteral("elsewhere"));
+        elsewhere.show();
+    }
+    void TearDown() override
+    {
+        delete second;
+        WindowWorld::TearDown();
+    }
+    void openSecond()
+    {
+        StoredWindow from;
+        from.tabs.push_back({QUuid::createUuid(), folder, std::nullopt});
+        second = new MainWindow(composition->forWindows(), from);
+        second->show();
+        ASSERT_TRUE(goTo(*second));
+    }
+    static bool goTo(QWidget &there)
+    {
+        there.activateWindow();
+        return QTest::qWaitForWindowActive(&there);
+    }
+    static YesNoSheet *sheetOver(const MainWindow *one, const char *name = "operationQuestion")
+    {
+        for (YesNoSheet *const sheet : one->findChildren<YesNoSheet *>(QLatin1String(name)))
+            if (sheet->isVisible())
+                return sheet;
+        return nullptr;
+    }
+    static bool asks(const MainWindow *one)
+    {
+        return waitUntil([one] { return sheetOver(one) != nullptr; });
+    }
+    static bool isSilent(const MainWindow *one)
+    {
+        return waitUntil([one] { return sheetOver(one) == nullptr; });
+    }
+    static void click(const YesNoSheet *sheet, const char *button)
+    {
+        QTest::mouseClick(sheet->findChild<QPushButton *>(QLatin1String(button)), Qt::LeftButton);
+    }
+    FileOperations &operations() const { return composition->forWindows().operations; }
+
+    QWidget elsewhere;
+    QPointer<MainWindow> second;
+};
+
+TEST_F(QuestionsTest, aQuestionFindsTheUserAndStaysUntilItIsAnswered)
+{
+    operations().emptyTrash();
+    operations().emptyTrash();
+    open();
+    EXPECT_TRUE(asks(window)) << "published while there was no window";
+    openSecond();
+    EXPECT_TRUE(asks(second));
+    EXPECT_TRUE(isSilent(window));
+    ASSERT_TRUE(goTo(elsewhere));
+    EXPECT_TRUE(isSilent(second));
+    ASSERT_TRUE(goTo(*second));
+    ASSERT_TRUE(asks(second));
+    second->close();
+    ASSERT_TRUE(waitUntil([this] { return second.isNull(); }));
+    ASSERT_TRUE(goTo(*window));
+    ASSERT_TRUE(asks(window)) << "its window was closed";
+    click(sheetOver(window), "cancel");
+    EXPECT_TRUE(asks(window)) << "the next one, of the same wording";
+    click(sheetOver(window), "cancel");
+    EXPECT_TRUE(isSilent(window));
+    EXPECT_FALSE(operations().question.get());
+}
+
+TEST_F(QuestionsTest, aQuestionComesAboveAnotherSheet)
+{
+    open();
+    auto *const other = new SheetFrame(QStringLiteral("Anderes"), {}, {300, 200}, window);
+    other->open();
+    operations().emptyTrash();
+    ASSERT_TRUE(asks(window));
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("cancel"));
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(operations().question.get());
+    EXPECT_TRUE(other->isVisible());
+}
+
+TEST_F(QuestionsTest, whatWentWrongIsToldWhereTheUserIsEveryTime)
+{
+    open();
+    openSecond();
+    QSignalSpy inFirst(window->findChild<FileCommands *>(), &FileCommands::said);
+    QSignalSpy inSecond(second->findChild<FileCommands *>(), &FileCommands::said);
+    const auto fail = [this] {
+        operations().newTextDocument(folder / "fehlt");
+        return waitUntil([this] { return operations().operations.get().empty(); });
+    };
+    ASSERT_TRUE(goTo(elsewhere));
+    ASSERT_TRUE(fail());
+    EXPECT_EQ(inFirst.size() + inSecond.size(), 0);
+    ASSERT_TRUE(goTo(*second));
+    ASSERT_TRUE(waitUntil([&] { return inSecond.size() == 1; }));
+    const QString text = inSecond.front().front().toString();
+    EXPECT_TRUE(text.contains(QStringLiteral("nicht mehr da"))) << text.toStdString();
+    EXPECT_TRUE(composition->forWindows().notices.unread.get().isEmpty());
+
+    file("a.txt");
+    operations().trash({folder / "a.txt"});
+    ASSERT_TRUE(waitUntil([&] { return inSecond.size() == 2; })) << "that it went well";
+    ASSERT_TRUE(fail());
+    EXPECT_EQ(inSecond.size(), 3) << "the same once more";
+    EXPECT_EQ(inSecond.back().front().toString(), text) << "nothing takes it away again";
+    EXPECT_EQ(inFirst.size(), 0);
+}
+
+TEST_F(QuestionsTest, aTransferWhoseWindowHasClosedTellsAnother)
+{
+    open();
+    openSecond();
+    QSignalSpy said(second->findChild<FileCommands *>(), &FileCommands::said);
+    window->findChild<FileCommands *>()->transfer({folder / "fehlt"}, folder, TransferKind::Copy, pane());
+    delete std::exchange(window, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return said.size() == 1; }));
+    EXPECT_TRUE(said.front().front().toString().contains(QStringLiteral("fehlt")));
+}
+
+} // namespace
