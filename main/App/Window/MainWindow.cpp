@@ -324,9 +324,9 @@ StoredWindow MainWindow::stored() const
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (!m_mayClose && isLastWindow() && isBusy()) {
+    if (!m_mayClose && wouldCutShort()) {
         event->ignore();
-        askToClose();
+        askToClose([this] { closeUnasked(); });
         return;
     }
     Q_EMIT closed();

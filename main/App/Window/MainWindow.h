@@ -4,8 +4,10 @@
 #include "App/Window/Toolbar.h"
 #include "App/Window/WindowMemory.h"
 
+#include <QPointer>
 #include <QStackedWidget>
 
+#include <functional>
 #include <map>
 
 class QMenu;
@@ -24,6 +26,7 @@ class StatusBar;
 class TabBar;
 class TransferPanel;
 class TrashPage;
+class YesNoSheet;
 
 /// A window of the file manager: toolbar, sidebar, tabs with their panes, preview and status line, and the pages that stand
 /// in their place. It assembles and passes on; what happens is decided by the models.
@@ -39,6 +42,10 @@ public:
     void showEntry(const Location &entry);
     void run(CommandId id);
     CommandState state() const;
+    /// Whether the program may end now. Where it is still at work, asks, and wants to quit once more after a yes.
+    bool mayQuit();
+    /// Closes without a question, which has been asked elsewhere.
+    void closeUnasked();
 
     Q_SIGNAL void newWindowRequested(const brellin::Location &folder);
     Q_SIGNAL void quitRequested();
@@ -66,9 +73,8 @@ private:
     void openFromStorage(const Location &entry);
     void placePanel();
     bool isLastWindow() const;
-    /// Files are being transferred, or the agent is at work.
-    bool isBusy() const;
-    void askToClose();
+    bool wouldCutShort() const;
+    void askToClose(const std::function<void()> &agreed);
     void placeAt(const std::vector<int> &frame);
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
     void closeTab(int index);
@@ -137,6 +143,7 @@ private:
     AgentView *m_agent = nullptr;
     std::unique_ptr<QObject> m_following; ///< of the active pane
     bool m_mayClose = false;              ///< the user has said so
+    QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
     int m_previewWidth;
     std::optional<Location> m_storageFolder; ///< its space is shown in place of the folder

@@ -8,6 +8,7 @@
 #include "Disk/OnWorker.h"
 #include "Features/Screens/StorageOverviewPage.h"
 #include "Features/StorageOverview.h"
+#include "FileOperations/Screens/BatchRenameSheet.h"
 #include "Look/YesNoSheet.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "Transfers/Screens/TransferPanel.h"
@@ -128,26 +129,43 @@ bool MainWindow::isLastWindow() const
     });
 }
 
-bool MainWindow::isBusy() const
+/// A batch rename goes with its window, everything else only with the last one.
+bool MainWindow::wouldCutShort() const
 {
-    return m_services.transfers.busy() || m_services.agent.agent.running.get();
+    const QList<BatchRenameSheet *> renames = findChildren<BatchRenameSheet *>();
+    return std::ranges::any_of(renames, &BatchRenameSheet::isRenaming) || (isLastWindow() && m_services.busy());
 }
 
-void MainWindow::askToClose()
+bool MainWindow::mayQuit()
 {
-    if (hasSheet())
+    if (!wouldCutShort() && !m_services.busy())
+        return true;
+    askToClose([this] {
+        m_mayClose = true;
+        Q_EMIT quitRequested();
+    });
+    return m_mayClose;
+}
+
+void MainWindow::closeUnasked()
+{
+    m_mayClose = true;
+    close();
+}
+
+/// Above any other sheet: what that one wants to know is part of what would be cancelled.
+void MainWindow::askToClose(const std::function<void()> &agreed)
+{
+    if (m_mayClose || (m_closeQuestion && m_closeQuestion->isVisible()))
         return;
-    auto *const question =
+    m_closeQuestion =
         new YesNoSheet(QStringLiteral("%1 arbeitet noch").arg(Edition::name()),
                        QStringLiteral("Beim Beenden wird abgebrochen, was gerade läuft. Was fertig ist, bleibt; halb "
                                       "kopierte Dateien werden entfernt."),
                        QStringLiteral("Abbrechen und beenden"), ButtonKind::Danger, this);
-    question->setObjectName(QStringLiteral("closeQuestion"));
-    connect(question, &YesNoSheet::accepted, this, [this] {
-        m_mayClose = true;
-        close();
-    });
-    question->open();
+    m_closeQuestion->setObjectName(QStringLiteral("closeQuestion"));
+    connect(m_closeQuestion, &YesNoSheet::accepted, this, agreed);
+    m_closeQuestion->open();
 }
 
 } // namespace brellin

@@ -108,12 +108,15 @@ void Windows::closed(MainWindow *window)
 
 void Windows::quit()
 {
+    // Asked before the first window goes: after a no all are still there.
+    if (MainWindow *const asking = front(); asking && !asking->mayQuit())
+        return;
     store();
     m_quitting = true;
     const std::vector<QPointer<MainWindow>> all = m_windows;
     for (const QPointer<MainWindow> &window : all)
         if (window)
-            window->close();
+            window->closeUnasked();
 }
 
 } // namespace brellin

@@ -91,6 +91,11 @@ void BatchRenameSheet::begin()
 }
 
 /// What is under way is put back before the sheet goes.
+bool BatchRenameSheet::isRenaming() const
+{
+    return d->batch->running.get();
+}
+
 void BatchRenameSheet::escape()
 {
     if (d->batch->running.get())

@@ -17,6 +17,7 @@ public:
 
     /// Opens with the keys in the first field.
     void begin();
+    bool isRenaming() const;
 
     /// The entries have new names, or their old ones again: where they are now.
     Q_SIGNAL void renamed(const std::vector<brellin::Location> &places);

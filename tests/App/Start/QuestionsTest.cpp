@@ -140,4 +140,53 @@ TEST_F(QuestionsTest, aTransferWhoseWindowHasClosedTellsAnother)
     EXPECT_TRUE(said.front().front().toString().contains(QStringLiteral("fehlt")));
 }
 
+TEST_F(QuestionsTest, theLastWindowAsksBeforeItEndsAnOperationAndQuittingAsksBeforeTheFirstGoes)
+{
+    // It occupies no disk, and the packing program for minutes.
+    std::filesystem::resize_file(file("lang"), 64LL << 30);
+    open();
+    openSecond();
+    operations().compress({folder / "lang"}, folder);
+    second->close();
+    ASSERT_TRUE(waitUntil([this] { return second.isNull(); })) << "it was not the last";
+    ASSERT_TRUE(goTo(*window));
+    auto *const sheet = new SheetFrame(QStringLiteral("Anderes"), {}, {300, 200}, window);
+    sheet->open();
+    window->close();
+    ASSERT_TRUE(sheetOver(window, "closeQuestion"));
+    click(sheetOver(window, "closeQuestion"), "cancel");
+    ASSERT_EQ(operations().operations.get().size(), 1u) << "the test needs one under way";
+    EXPECT_TRUE(window->isVisible());
+    sheet->close();
+
+    delete std::exchange(window, nullptr);
+    Windows windows(composition->forWindows());
+    windows.start({folder});
+    const auto all = [] {
+        QList<MainWindow *> open;
+        for (QWidget *const one : QApplication::topLevelWidgets())
+            if (auto *const found = qobject_cast<MainWindow *>(one); found && found->isVisible())
+                open.append(found);
+        return open;
+    };
+    ASSERT_EQ(all().size(), 1);
+    ASSERT_TRUE(goTo(*all().front()));
+    Q_EMIT all().front()->newWindowRequested(folder);
+    ASSERT_EQ(all().size(), 2);
+    ASSERT_EQ(operations().operations.get().size(), 1u) << "the test needs one under way";
+    all().front()->run(CommandId::Quit);
+    MainWindow *asking = nullptr;
+    for (MainWindow *const one : all())
+        asking = sheetOver(one, "closeQuestion") ? one : asking;
+    ASSERT_TRUE(asking);
+    EXPECT_EQ(all().size(), 2);
+    QSignalSpy ended(&windows, &Windows::lastClosed);
+    click(sheetOver(asking, "closeQuestion"), "accept");
+    EXPECT_EQ(all().size(), 0);
+    EXPECT_EQ(ended.size(), 1);
+    operations().cancel(operations().operations.get().front().id);
+    EXPECT_TRUE(waitUntil([this] { return operations().operations.get().empty(); }));
+    EXPECT_TRUE(storeWindows(services->settings(), {})) << "the next test begins with none";
+}
+
 } // namespace
