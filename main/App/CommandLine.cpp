@@ -2,6 +2,7 @@
 
 #include "App/Command.h"
 #include "App/Remnants.h"
+#include "App/Shutdown.h"
 #include "App/WindowStart.h"
 #include "Base/Edition.h"
 
@@ -71,13 +72,15 @@ ExitCode runCommand(const Command &command, const std::vector<std::string> &word
     }
     Services services;
     CommandContext context{services, terminal, *arguments};
-    const ExitCode code = command.run(context);
+    ExitCode code = command.run(context);
     if (command.name != QStringLiteral("reste"))
         mentionRemnants(services, terminal);
-    if (Terminal::allWritten())
-        return code;
-    terminal.message(QStringLiteral("Die Ausgabe konnte nicht geschrieben werden."));
-    return code == ExitCode::Done ? ExitCode::Failed : code;
+    if (!Terminal::allWritten()) {
+        terminal.message(QStringLiteral("Die Ausgabe konnte nicht geschrieben werden."));
+        code = code == ExitCode::Done ? ExitCode::Failed : code;
+    }
+    // Before the services go, which work that did not end in time still uses.
+    return static_cast<ExitCode>(Shutdown::end(static_cast<int>(code)));
 }
 
 bool isFolderArgument(const std::string &word)

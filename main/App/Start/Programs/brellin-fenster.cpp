@@ -1,4 +1,5 @@
 #include "App/ProgramFolders.h"
+#include "App/Shutdown.h"
 #include "App/Start/WindowComposition.h"
 #include "App/TypedLocation.h"
 #include "App/Window/SettingsSheet.h"
@@ -66,5 +67,5 @@ int main(int argc, char **argv)
     QObject::connect(&windows, &Windows::lastClosed, &application, &QCoreApplication::quit);
     windows.start(folders);
     composition.start();
-    return QApplication::exec();
+    return Shutdown::end(QApplication::exec());
 }
