@@ -1,6 +1,8 @@
 #include "Agent/RulesFile.h"
 
 #include "Agent/AgentJson.h"
+#include "Agent/ProtectedPath.h"
+#include "Disk/FileAttributes.h"
 
 #include <QJsonDocument>
 #include <QSet>
@@ -54,6 +56,11 @@ QByteArray writeRecords(const std::vector<Record> &records)
     return QJsonDocument(toJson(records).toArray()).toJson(QJsonDocument::Indented);
 }
 
+EdgeBlanks blanksOf(const FolderProfile &profile, const ProtectedEntry &entry)
+{
+    return entryExists(profile.root() / locationFromText(entry.path)) ? EdgeBlanks::OfTheName : EdgeBlanks::Typed;
+}
+
 } // namespace
 
 Result<std::vector<CleanupRule>> readRules(const QByteArray &json)
@@ -75,12 +82,19 @@ QByteArray writeRules(const std::vector<CleanupRule> &rules)
 Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json)
 {
     std::vector<FolderProfile> profiles = TRY(readRecords<FolderProfile>(json, u"Profile"_qs, u"Profil"_qs));
-    for (qsizetype i = 0; const FolderProfile &profile : profiles) {
+    for (qsizetype i = 0; FolderProfile & profile : profiles) {
         ++i;
         // A profile that protects nothing would look as if it did.
         if (!locationFromText(profile.rootPath).is_absolute())
             return failure(
                 u"Profil %1 („%2“): Feld „rootPath“: hier gehört ein ganzer Pfad hin."_qs.arg(i).arg(profile.name));
+        for (ProtectedEntry &entry : profile.protectedEntries) {
+            Result<QString> path = protectedPath(profile, entry.path, blanksOf(profile, entry));
+            if (!path)
+                return failure(
+                    u"Profil %1 („%2“): Feld „protected“: %3"_qs.arg(i).arg(profile.name, path.error().message));
+            entry.path = *std::move(path);
+        }
     }
     return profiles;
 }

@@ -17,7 +17,8 @@ Result<std::vector<CleanupRule>> readRules(const QByteArray &json);
 /// The rules as a file for people: indented JSON.
 QByteArray writeRules(const std::vector<CleanupRule> &rules);
 
-/// The same for protection profiles; one without an absolute path is refused.
+/// The same for protection profiles; one without an absolute path is refused, as is one with an entry
+/// that would protect nothing. Looks on the disk whether a blank at the edge of an entry is part of a name.
 Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json);
 QByteArray writeProfiles(const std::vector<FolderProfile> &profiles);
 

@@ -1,8 +1,11 @@
 #include "Agent/RulesFile.h"
 
+#include "Support/TempTree.h"
+
 #include <gtest/gtest.h>
 
 using namespace brellin;
+using brellin::test::TempTree;
 
 namespace {
 
@@ -25,6 +28,37 @@ TEST(RulesFile, RefusesWithOneSentence)
     EXPECT_EQ(refusal(R"({"rules": []})"), u"Die Regeln sind nicht lesbar: hier gehört eine Liste hin."_qs);
     for (const char *const broken : {"", "[{", "null", "[]x", "[{\"name\": \"\xFF\"}]"})
         EXPECT_TRUE(refusal(broken).startsWith(u"Die Regeln sind nicht lesbar: das ist kein gültiges JSON")) << broken;
+}
+
+TEST(RulesFile, RefusesProfilesWhoseEntriesProtectNothing)
+{
+    const TempTree tree;
+    tree.lines({"Werk/ rand /x=1"});
+    const auto read = [&](const QString &path) {
+        FolderProfile profile;
+        profile.name = u"Werk"_qs;
+        profile.rootPath = textOf(tree.path("Werk"));
+        profile.protectedEntries = {{.path = path, .reason = {}}};
+        const auto profiles = readProfiles(writeProfiles({profile}));
+        return profiles ? profiles->front().protectedEntries.front().path : profiles.error().message;
+    };
+    const std::vector<std::pair<QString, QString>> rows = {
+        {u"fest"_qs, u"fest"_qs},
+        {u"tief//fest/"_qs, u"tief/fest"_qs},
+        {u"tief/../fest"_qs, u"fest"_qs},
+        {textOf(tree.path("Werk/fest")), u"fest"_qs},
+        {u" rand "_qs, u" rand "_qs}, // a name with blanks
+        {u"rand "_qs, u"„rand “ beginnt oder endet mit einem Leerzeichen und schützt so nichts."_qs},
+        {u"/fest"_qs, u"„/fest“ liegt nicht in diesem Projekt."_qs},
+        {u"../fest"_qs, u"„../fest“ liegt nicht in diesem Projekt."_qs},
+        {u"fest/.."_qs, u"„fest/..“ ist kein Eintrag in diesem Projekt."_qs},
+        {u""_qs, u"„“ ist kein Eintrag in diesem Projekt."_qs},
+    };
+    for (const auto &[written, outcome] : rows) {
+        const QString found = read(written);
+        EXPECT_TRUE(found == outcome || found == u"Profil 1 („Werk“): Feld „protected“: "_qs + outcome)
+            << found.toStdString();
+    }
 }
 
 TEST(RulesFile, ReadsWhatItWroteAndWhatIsMissing)
