@@ -1,9 +1,12 @@
 #include "Agent/Screens/ProfileEditor.h"
 
 #include "Agent/PathTexts.h"
+#include "Agent/ProtectedEntries.h"
+#include "Agent/ProtectedPath.h"
 #include "Agent/Screens/DiscardQuestion.h"
 #include "Agent/Screens/FolderChooser.h"
 #include "Agent/Screens/NoticeBar.h"
+#include "Base/AbandonablePool.h"
 #include "Base/CommaList.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
@@ -44,7 +47,9 @@ QSpinBox *addDays(QVBoxLayout *column, const QString &before, const QString &beh
     auto *const days = new QSpinBox(parent);
     days->setObjectName(objectName);
     days->setAccessibleName(before + QStringLiteral(" … ") + behind);
-    days->setRange(1, 3650);
+    // Also what is stored beyond the usual is shown as it is.
+    days->setRange(std::min(value, 0), std::max(value, 3650));
+    days->setSpecialValueText(value < 0 ? QString() : QStringLiteral("nie"));
     days->setValue(value);
     days->setFixedWidth(scaled(70));
     row->addWidget(new TextLabel(before, Token::Text, 1, QFont::Normal, parent));
@@ -64,6 +69,7 @@ ProfileEditor::ProfileEditor(const AgentPorts &ports, const FolderProfile &profi
     , m_profile(profile)
     , m_done(std::move(done))
     , m_problem(new NoticeBar({}, QStringLiteral("profileProblem"), this))
+    , m_pool(abandonablePool())
 {
     setObjectName(QStringLiteral("profileEditor"));
     content()->addWidget(m_problem);
@@ -86,8 +92,10 @@ void ProfileEditor::buildEntries()
     m_entryRows = new QVBoxLayout;
     m_entryRows->setSpacing(scaled(6));
     content()->addLayout(m_entryRows);
+    buildNoEntries();
     for (const ProtectedEntry &entry : m_profile.protectedEntries)
         addEntry(entry);
+    tellWhatIsProtected();
     auto *const row = new QHBoxLayout;
     QPushButton *const folder = makeButton(QStringLiteral("Ordner hinzufügen …"), ButtonKind::Link,
                                            QStringLiteral("profileAddFolder"), this, QStringLiteral("plus"));
@@ -103,6 +111,39 @@ void ProfileEditor::buildEntries()
             [this, question, chosen] { chooseFolder(this, question, m_profile.root(), chosen); });
     connect(file, &QPushButton::clicked, this,
             [this, question, chosen] { chooseFile(this, question, m_profile.root(), chosen); });
+}
+
+/// Without entries a profile looks as if it protected the folder.
+void ProfileEditor::buildNoEntries()
+{
+    m_noEntries =
+        new NoticeBar(QStringLiteral("Einträge des Ordners vorschlagen"), QStringLiteral("profileNoEntries"), this);
+    content()->addWidget(m_noEntries);
+    connect(m_noEntries, &NoticeBar::clicked, this, &ProfileEditor::detectEntries);
+}
+
+void ProfileEditor::tellWhatIsProtected()
+{
+    m_noEntries->tell(m_entries.empty() ? QStringLiteral("Ohne Einträge schützt dieses Profil nichts.") : QString());
+}
+
+void ProfileEditor::detectEntries()
+{
+    if (m_detection)
+        return;
+    m_detection = std::make_unique<Job<std::vector<ProtectedEntry>>>();
+    m_detection->start(
+        *m_pool, [root = m_profile.root()](JobControl &control) { return detectProtected(root, &control); },
+        [this](const std::vector<ProtectedEntry> &found) {
+            m_detection.reset();
+            for (const ProtectedEntry &entry : found) {
+                // Meanwhile the user may have added some.
+                if (std::ranges::find(m_entries, entry.path, &EntryRow::given) == m_entries.end())
+                    addEntry(entry);
+            }
+            if (found.empty())
+                m_noEntries->tell(QStringLiteral("In diesem Ordner fällt nichts auf, was geschützt werden müsste."));
+        });
 }
 
 void ProfileEditor::addEntry(const ProtectedEntry &entry)
@@ -122,11 +163,13 @@ void ProfileEditor::addEntry(const ProtectedEntry &entry)
     row->addWidget(reason, 1);
     row->addWidget(removal);
     m_entryRows->addWidget(held);
-    m_entries.push_back({entry.id, held, path, reason});
+    m_entries.push_back({entry.id, entry.path, held, path, reason});
+    tellWhatIsProtected();
     connect(removal, &QToolButton::clicked, this, [this, held] {
         std::erase_if(m_entries, [held](const EntryRow &one) { return one.row == held; });
         held->hide();
         held->deleteLater();
+        tellWhatIsProtected();
     });
 }
 
@@ -190,7 +233,7 @@ FolderProfile ProfileEditor::edited() const
         copy.name = name;
     copy.protectedEntries.clear();
     for (const EntryRow &row : m_entries) {
-        if (const QString path = row.path->text().trimmed(); !path.isEmpty())
+        if (const QString path = row.path->text(); !path.trimmed().isEmpty())
             copy.protectedEntries.push_back({row.id, path, row.reason->text().trimmed()});
     }
     const QStringList groups = commaList(m_groups->text());
@@ -201,9 +244,24 @@ FolderProfile ProfileEditor::edited() const
     return copy;
 }
 
+/// The copy with every entry's path in the form in which it protects.
+Result<FolderProfile> ProfileEditor::checked() const
+{
+    FolderProfile copy = edited();
+    for (ProtectedEntry &entry : copy.protectedEntries) {
+        const auto row = std::ranges::find(m_entries, entry.id, &EntryRow::id);
+        const bool given = row != m_entries.end() && row->given == entry.path;
+        entry.path = TRY(protectedPath(copy, entry.path, given ? EdgeBlanks::OfTheName : EdgeBlanks::Typed));
+    }
+    return copy;
+}
+
 void ProfileEditor::save()
 {
-    if (const Result<void> taken = m_done(edited()); !taken)
+    const Result<FolderProfile> profile = checked();
+    if (!profile)
+        return m_problem->tell(profile.error().message, Token::Danger, Token::DangerSoft);
+    if (const Result<void> taken = m_done(*profile); !taken)
         return m_problem->tell(taken.error().message, Token::Danger, Token::DangerSoft);
     close();
 }

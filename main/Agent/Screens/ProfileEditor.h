@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/Screens/AgentPorts.h"
+#include "Base/Job.h"
 #include "Look/Cards.h"
 
 #include <functional>
@@ -24,7 +25,7 @@ public:
 
     ProfileEditor(const AgentPorts &ports, const FolderProfile &profile, Purpose purpose, Done done, QWidget *window);
 
-    /// The copy as it is now.
+    /// The copy as it is now, with paths as they are typed.
     FolderProfile edited() const;
 
 protected:
@@ -33,16 +34,21 @@ protected:
 private:
     struct EntryRow {
         QUuid id;
+        QString given; ///< the path as it was stored, detected or picked
         QWidget *row = nullptr;
         QLineEdit *path = nullptr;
         QLineEdit *reason = nullptr;
     };
 
     void buildEntries();
+    void buildNoEntries();
     void buildTidying();
     void buildButtons(Purpose purpose);
     void addEntry(const ProtectedEntry &entry);
     void addChosen(const Location &entry);
+    void detectEntries();
+    void tellWhatIsProtected();
+    Result<FolderProfile> checked() const;
     void save();
     void discard();
 
@@ -51,6 +57,7 @@ private:
     FolderProfile m_opened; ///< as the fields give it when nothing is edited
     Done m_done;
     NoticeBar *m_problem;
+    NoticeBar *m_noEntries = nullptr;
     QVBoxLayout *m_entryRows = nullptr;
     std::vector<EntryRow> m_entries;
     QLineEdit *m_name = nullptr;
@@ -58,6 +65,8 @@ private:
     QLineEdit *m_groups = nullptr;
     QSpinBox *m_archiveDays = nullptr;
     QSpinBox *m_videoDays = nullptr;
+    std::shared_ptr<QThreadPool> m_pool;
+    std::unique_ptr<Job<std::vector<ProtectedEntry>>> m_detection; ///< of the folder's entries; one at a time
 };
 
 } // namespace brellin

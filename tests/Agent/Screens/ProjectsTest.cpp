@@ -81,6 +81,50 @@ TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
     EXPECT_EQ(agent->profiles.get(), std::vector{edited});
 }
 
+TEST_F(Projects, areStoredAsTheyWereUnlessSomethingIsTyped)
+{
+    FolderProfile stored;
+    stored.rootPath = textOf(home("Website"));
+    stored.name = QStringLiteral("Website");
+    stored.protectedEntries = {{.path = QStringLiteral(" rand "), .reason = {}}};
+    stored.archiveAfterDays = 0;
+    stored.suggestDeleteUnusedVideosDays = 5000;
+    ASSERT_TRUE(agent->saveProfile(stored));
+    view->open(AgentArea::Projects);
+    const auto typeAndSave = [this](const QString &path) {
+        if (!find("profileEditor"))
+            click("profileEdit");
+        if (!path.isNull())
+            find<QLineEdit>("profileEntryPath")->setText(path);
+        click("profileSave");
+    };
+    typeAndSave({});
+    EXPECT_EQ(agent->profiles.get(), std::vector{stored});
+    for (const QString &refused : {u"rand "_qs, u"/etc"_qs, u"../anderes"_qs, u"."_qs}) {
+        typeAndSave(refused);
+        EXPECT_TRUE(find("profileProblem")) << refused.toStdString();
+        EXPECT_EQ(agent->profiles.get(), std::vector{stored});
+    }
+    typeAndSave(textOf(home("Website/.git")));
+    EXPECT_FALSE(find("profileEditor"));
+    EXPECT_EQ(agent->profiles.get().front().protectedEntries.front().path, u".git"_qs);
+}
+
+TEST_F(Projects, offerTheFoldersEntriesWhereNoneAreProtected)
+{
+    FolderProfile stored;
+    stored.rootPath = textOf(home("Website"));
+    ASSERT_TRUE(agent->saveProfile(stored));
+    view->open(AgentArea::Projects);
+    click("profileEdit");
+    ASSERT_TRUE(find("profileNoEntries")) << "says that nothing is protected";
+    click("profileNoEntriesAction");
+    ASSERT_TRUE(waitUntil([this] { return find("profileEntryPath") != nullptr; }));
+    EXPECT_FALSE(find("profileNoEntries"));
+    click("profileSave");
+    EXPECT_TRUE(agent->profiles.get().front().isProtected(home("Website/.git")));
+}
+
 TEST_F(Projects, areNotMadeOfTheSystem)
 {
     view->open(AgentArea::Projects);
