@@ -72,6 +72,28 @@ TEST_F(GuardedRunTest, leavesWhatWasProtectedSinceItWasPlanned)
     EXPECT_EQ(world.tree().content("home/Werk/frei"), "6");
 }
 
+TEST_F(GuardedRunTest, heedsAProfileThatIsSavedWhileItWorks)
+{
+    world.tree().folder("home/Ziel");
+    std::vector<AgentProposal> all;
+    for (int n = 0; n < 300; ++n) {
+        const std::string name = "f" + std::to_string(n);
+        world.tree().file("home/Werk/fest/" + name, name);
+        all.push_back(proposal(Kind::Move, "Werk/fest/" + name, "Ziel/" + name));
+    }
+    bool saved = false;
+    world.files().beforeHeldRename = [&](const Location &) {
+        if (!std::exchange(saved, true))
+            protect("Werk", u"fest"_qs);
+    };
+    const Result<ExecutionOutcome> outcome = execute(all);
+    ASSERT_TRUE(outcome && saved);
+    EXPECT_FALSE(outcome->done.empty());
+    ASSERT_FALSE(outcome->failures.empty());
+    EXPECT_EQ(outcome->failures.back().proposal, all.back().id);
+    EXPECT_TRUE(world.tree().has("home/Werk/fest/f299"));
+}
+
 TEST_F(GuardedRunTest, leavesWhatHasBecomeAProjectUnlessItWasReviewed)
 {
     world.tree().lines({"home/Downloads/a=1", "home/Downloads/b=2", "home/Downloads/c=3", "home/Ziel/"});
