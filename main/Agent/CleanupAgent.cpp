@@ -121,7 +121,7 @@ void CleanupAgent::recover()
 void CleanupAgent::publishHistory(RunHistory::Shown shown)
 {
     publish(history, std::move(shown.runs));
-    publish(notRestored, std::move(shown.notRestored));
+    publish(aftermath, std::move(shown.aftermath));
 }
 
 Result<void> CleanupAgent::updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change)

@@ -45,13 +45,13 @@ public:
     Published<QString> status; ///< what is being done, or what came of the last thing
     Published<int> newSinceViewed;
     Published<std::optional<Instant>> lastRun;
-    Published<double> progress;                                    ///< 0 … 1 while running
-    Published<QString> detail;                                     ///< the folder or file at hand
-    Published<std::map<QUuid, QString>> failures;                  ///< proposals that could not be carried out, and why
-    Published<std::map<QUuid, std::vector<Location>>> notRestored; ///< undone runs: what could not be put back
-    Published<std::map<QUuid, QString>> notUndone;                 ///< runs that could not be undone just now, and why
-    Published<std::set<QUuid>> interruptedRuns;                    ///< runs that were cut short and taken over
-    Published<std::vector<NeverProposed>> never;                   ///< findings not to be offered again
+    Published<double> progress;                                  ///< 0 … 1 while running
+    Published<QString> detail;                                   ///< the folder or file at hand
+    Published<std::map<QUuid, QString>> failures;                ///< proposals that could not be carried out, and why
+    Published<std::map<QUuid, RunHistory::Aftermath>> aftermath; ///< undone runs: what there is to be known of it
+    Published<std::map<QUuid, QString>> notUndone;               ///< runs that could not be undone just now, and why
+    Published<std::set<QUuid>> interruptedRuns;                  ///< runs that were cut short and taken over
+    Published<std::vector<NeverProposed>> never;                 ///< findings not to be offered again
 
     /// Loads what is stored and brings it up to date. The services outlive the agent and its work.
     explicit CleanupAgent(const AgentServices &services);
@@ -97,7 +97,7 @@ public:
     /// Removes proposals and does not make them again, until the user takes that back.
     void neverPropose(const std::set<QUuid> &ids);
     void proposeAgain(const NeverProposed &one);
-    /// Undoes a run of the history that is not undone yet.
+    /// Undoes a run of the history or, where it is undone, tries again what was not restored.
     void undo(const QUuid &run);
     /// Ends the operation at work as soon as it can stop; it still finishes.
     void cancel();

@@ -284,7 +284,9 @@ void CleanupAgent::proposeAgain(const NeverProposed &one)
 void CleanupAgent::undo(const QUuid &run)
 {
     const auto found = std::ranges::find(history.get(), run, &JournalRun::id);
-    if (found == history.get().end() || found->undone)
+    const auto known = aftermath.get().find(run);
+    const bool hasRest = known != aftermath.get().end() && !known->second.left.empty();
+    if (found == history.get().end() || (found->undone && !hasRest))
         return;
     if (!begin(QStringLiteral("Mache rückgängig …")))
         return;
@@ -305,10 +307,10 @@ void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
     Result<UndoOutcome> &result = worked.outcome;
     if (!result || result->cancelled) {
         const Failure why = result ? Failure::cancelled() : result.error();
-        noteNotUndone(run,
-                      why.isCancelled()
-                          ? QStringLiteral("Abgebrochen. Ein Teil ist schon zurückgelegt, „Rückgängig“ macht weiter.")
-                          : why.message);
+        noteNotUndone(
+            run, why.isCancelled()
+                     ? QStringLiteral("Abgebrochen. Ein Teil ist schon zurückgelegt, ein neuer Versuch macht weiter.")
+                     : why.message);
         return fail(why);
     }
     m_undo = *std::move(result);

@@ -7,9 +7,6 @@
 
 namespace brellin {
 
-namespace {
-
-/// Whether a name is the wanted one, or the wanted one with a number.
 bool isNumberedForm(std::string_view name, std::string_view wanted)
 {
     if (name == wanted)
@@ -18,22 +15,6 @@ bool isNumberedForm(std::string_view name, std::string_view wanted)
     const std::string_view middle = stemOf(name);
     return extensionOf(name) == extensionOf(wanted) && middle.starts_with(stem) && middle.ends_with(')') &&
            middle.substr(stem.size()).starts_with(" (");
-}
-
-} // namespace
-
-bool isSameEntry(const FileAttributes &now, const FileState &seen)
-{
-    if (now.identity == seen.identity)
-        return true;
-    return now.identity.inode == seen.identity.inode && now.identity.device != seen.identity.device &&
-           now.size == seen.size && now.modified == seen.modified;
-}
-
-bool isEntry(const Location &location, const FileState &seen)
-{
-    const Result<FileAttributes> attributes = readAttributes(location);
-    return attributes && isSameEntry(*attributes, seen);
 }
 
 const std::vector<EntrySearch::Entry> &EntrySearch::entriesOf(const Location &folder)
@@ -48,19 +29,21 @@ const std::vector<EntrySearch::Entry> &EntrySearch::entriesOf(const Location &fo
         return WalkStep::Continue;
     };
     // A folder that cannot be read holds nothing that can be found.
-    (void)walk(folder, {.attributes = Attribute::Identity | Attribute::Size | Attribute::Modified, .subfolders = false},
+    (void)walk(folder,
+               {.attributes = Attribute::Identity | Attribute::Size | Attribute::Modified | Attribute::Created,
+                .subfolders = false},
                collect);
     return m_folders.emplace(folder, std::move(entries)).first->second;
 }
 
-std::optional<Location> EntrySearch::find(const Location &wanted, const FileState &seen)
+std::optional<Location> EntrySearch::find(const Location &wanted, const EntryMark &seen)
 {
     const std::string name = wanted.filename().native();
     for (const Entry &entry : entriesOf(wanted.parent_path())) {
         const std::string entryName = entry.location.filename().native();
         const bool named =
             entry.attributes.links <= 1 || entry.attributes.isFolder() || isNumberedForm(entryName, name);
-        if (named && isSameEntry(entry.attributes, seen) && m_found.insert(entry.location).second)
+        if (named && seen.isSame(entry.attributes) && m_found.insert(entry.location).second)
             return entry.location;
     }
     return std::nullopt;

@@ -1,21 +1,18 @@
 #pragma once
 
 #include "Base/Location.h"
-#include "Disk/FileAttributes.h"
+#include "Disk/EntryMark.h"
 
 #include <map>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <vector>
 
 namespace brellin {
 
-/// Whether an entry is the one that was seen: the same device and inode or, where the volume got another device number
-/// since (a new start, a stick in another port), the same inode, size and modification time.
-bool isSameEntry(const FileAttributes &now, const FileState &seen);
-
-/// The same for what lies at a location now.
-bool isEntry(const Location &location, const FileState &seen);
+/// Whether a name is the wanted one, or the wanted one with a number.
+bool isNumberedForm(std::string_view name, std::string_view wanted);
 
 /// Finds entries again after a crash, whatever number their name got. Each folder is read once, so it must not change
 /// while the search is used; each place is found once, so that two links to one file are not taken for one another.
@@ -23,7 +20,7 @@ class EntrySearch {
 public:
     /// The entry in the folder of `wanted` that was seen as this, under that name or a numbered one; of a file without
     /// further links under any name. A copy under its hidden temporary name is not meant.
-    std::optional<Location> find(const Location &wanted, const FileState &seen);
+    std::optional<Location> find(const Location &wanted, const EntryMark &seen);
 
 private:
     struct Entry {

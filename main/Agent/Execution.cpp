@@ -22,12 +22,11 @@ constexpr std::size_t largestBatch = 8192;
 
 PlannedStep planOf(const AgentProposal &proposal)
 {
-    FileState state = proposal.seen.value_or(FileState());
-    if (!proposal.seen) {
-        if (const Result<FileAttributes> now = readAttributes(proposal.source))
-            state = FileState::of(*now);
-    }
-    return {proposal.kind, proposal.source, proposal.destination, state, {}};
+    EntryMark entry = EntryMark::of(proposal.source).value_or(EntryMark());
+    // What is something else by now fails at its turn, and is not looked for after a crash either.
+    if (proposal.seen && entry.state != *proposal.seen)
+        entry = {*proposal.seen, {}};
+    return {proposal.kind, proposal.source, proposal.destination, entry, {}};
 }
 
 /// One run at work.

@@ -37,9 +37,9 @@ void append(QByteArray &line, const char *key, std::size_t number)
     line.append(line.isEmpty() ? "{\"" : ",\"").append(key).append("\":").append(QByteArray::number(number));
 }
 
-void append(QByteArray &line, const char *key, const FileState &state)
+void append(QByteArray &line, const char *key, const EntryMark &mark)
 {
-    append(line, key, EntryMark{state}.text());
+    append(line, key, mark.text());
 }
 
 QByteArray closed(QByteArray line)
@@ -47,10 +47,9 @@ QByteArray closed(QByteArray line)
     return line += "}\n";
 }
 
-std::optional<FileState> stateFrom(const QJsonValue &value)
+std::optional<EntryMark> markFrom(const QJsonValue &value)
 {
-    const std::optional<EntryMark> mark = EntryMark::parse(value.toString());
-    return mark ? std::optional(mark->state) : std::nullopt;
+    return EntryMark::parse(value.toString());
 }
 
 std::optional<Location> locationFrom(const QJsonObject &line, QLatin1StringView key)
@@ -65,15 +64,15 @@ bool readPlan(const QJsonObject &line, const char *key, JournalContent &content)
     constexpr qint64 mostSteps = 100'000'000;
     const qint64 number = line.value(QLatin1StringView(key)).toInteger(-1);
     PlannedStep plan;
-    const std::optional<FileState> state = stateFrom(line.value(QLatin1StringView("state")));
+    const std::optional<EntryMark> entry = markFrom(line.value(QLatin1StringView("state")));
     const std::optional<Location> from = locationFrom(line, QLatin1StringView("from"));
-    if (number < 0 || number > mostSteps || !state || !from ||
+    if (number < 0 || number > mostSteps || !entry || !from ||
         !readJson(line.value(QLatin1StringView("kind")), plan.kind))
         return false;
     plan.from = *from;
     plan.to = locationFrom(line, QLatin1StringView("to"));
-    plan.state = *state;
-    plan.original = stateFrom(line.value(QLatin1StringView("original")));
+    plan.entry = *entry;
+    plan.original = markFrom(line.value(QLatin1StringView("original")));
     // Steps whose own lines were passed over have nothing to settle.
     while (static_cast<qint64>(content.steps.size()) <= number)
         content.steps.push_back({.plan = {}, .temporary = {}, .copied = {}, .done = {}, .failed = true});
@@ -96,7 +95,7 @@ bool readMark(const QJsonObject &line, JournalContent &content)
         return true;
     }
     if (JournalledStep *const copied = stepOf(line, "copied", content)) {
-        copied->copied = stateFrom(line.value(QLatin1StringView("state")));
+        copied->copied = markFrom(line.value(QLatin1StringView("state")));
         return copied->copied.has_value();
     }
     if (JournalledStep *const done = stepOf(line, "done", content)) {
@@ -150,7 +149,7 @@ QByteArray planLine(const char *key, std::size_t step, const PlannedStep &planne
     append(line, "from", planned.from);
     if (planned.to)
         append(line, "to", *planned.to);
-    append(line, "state", planned.state);
+    append(line, "state", planned.entry);
     if (planned.original)
         append(line, "original", *planned.original);
     return closed(line);
@@ -183,7 +182,7 @@ QByteArray copying(std::size_t step, const Location &temporary)
     return closed(line);
 }
 
-QByteArray copied(std::size_t step, const FileState &copy)
+QByteArray copied(std::size_t step, const EntryMark &copy)
 {
     QByteArray line;
     append(line, "copied", step);

@@ -2,8 +2,8 @@
 
 #include "Agent/AgentProposal.h"
 #include "Agent/AgentServices.h"
-#include "Agent/EntryMark.h"
 #include "Agent/Guard.h"
+#include "Disk/EntryMark.h"
 #include "Disk/HeldFolder.h"
 
 #include <optional>

@@ -90,27 +90,27 @@ Result<Location> Placement::takeFromTrash(const Location &trashed, const Locatio
 }
 
 /// Removes a copy that this program made, if it still is that copy.
-void Placement::removeOwnCopy(const Location &copy, const FileState &state)
+void Placement::removeOwnCopy(const Location &copy, const EntryMark &mark)
 {
     const Result<FileAttributes> now = readAttributes(copy);
-    if (now && now->identity == state.identity)
+    if (now && now->identity == mark.state.identity)
         (void)m_services.files.removeOwnCopy(copy);
 }
 
-Result<FileState> Placement::grow(const Location &entry, const Location &temporary, Safety safety,
+Result<EntryMark> Placement::grow(const Location &entry, const Location &temporary, Safety safety,
                                   const Failure &differs)
 {
     const FileState before = FileState::of(TRY(readAttributes(entry)));
     TRY(m_services.files.copy(entry, temporary, {.control = m_control, .progress = {}}));
     const Result<FileAttributes> copy = readAttributes(temporary);
     const Result<void> flushed = safety == Safety::Flushed ? m_services.files.flush(temporary) : Result<void>();
-    Result<FileState> result(failure(differs));
+    Result<EntryMark> result(failure(differs));
     if (!copy)
         result = failure(copy.error());
     else if (!flushed)
         result = failure(flushed.error());
     else if (verifyCopy(entry, temporary, m_control))
-        result = FileState::of(*copy);
+        result = EntryMark::of(*copy);
     else if (m_control && m_control->cancelled())
         result = failure(Failure::cancelled());
     // Whoever still writes into the original has not lost what came after the copy.
@@ -125,7 +125,7 @@ Result<FileState> Placement::grow(const Location &entry, const Location &tempora
 Result<Placement::Placed> Placement::copyTo(const Location &entry, const Location &wanted, Safety safety,
                                             const Failure &differs, StepLog &log)
 {
-    std::optional<FileState> grown;
+    std::optional<EntryMark> grown;
     const Location temporary = temporaryBeside(wanted);
     const auto place = [&](const Location &free) -> Result<void> {
         if (!grown) {
@@ -161,7 +161,7 @@ Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, con
     // Meanwhile the name was there for everybody: only what the original still has may go.
     if (!haveSameContent(entry, copy.location, nullptr))
         return Moved{copy.location, std::nullopt};
-    removeOwnCopy(copy.location, copy.state);
+    removeOwnCopy(copy.location, copy.mark);
     return failure(trashed.error());
 }
 

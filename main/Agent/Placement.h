@@ -30,7 +30,7 @@ public:
     enum class Safety { Written, Flushed };
     struct Placed {
         Location location;
-        FileState state;
+        EntryMark mark;
     };
     Result<Placed> copyTo(const Location &entry, const Location &wanted, Safety safety, const Failure &differs,
                           StepLog &log);
@@ -52,8 +52,8 @@ private:
     /// fails.
     Result<Location> atFreeName(const Location &wanted, StepLog &log,
                                 const std::function<Result<void>(const Location &)> &place);
-    Result<FileState> grow(const Location &entry, const Location &temporary, Safety safety, const Failure &differs);
-    void removeOwnCopy(const Location &copy, const FileState &state);
+    Result<EntryMark> grow(const Location &entry, const Location &temporary, Safety safety, const Failure &differs);
+    void removeOwnCopy(const Location &copy, const EntryMark &mark);
 
     const AgentServices &m_services;
     JobControl *m_control;

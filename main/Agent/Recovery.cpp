@@ -29,9 +29,9 @@ private:
     std::optional<JournalStep> settleTrashed(const PlannedStep &plan);
     std::optional<JournalStep> settleCopied(const JournalledStep &step);
     std::optional<JournalStep> settleMoved(const PlannedStep &plan);
-    std::optional<Location> inTarget(const PlannedStep &plan, const FileState &state)
+    std::optional<Location> inTarget(const PlannedStep &plan, const EntryMark &entry)
     {
-        return plan.to ? m_search.find(*plan.to, state) : std::nullopt;
+        return plan.to ? m_search.find(*plan.to, entry) : std::nullopt;
     }
     std::optional<Location> placeLeftCopy(const JournalledStep &step);
 
@@ -42,17 +42,17 @@ private:
 
 std::optional<JournalStep> Settlement::settleTrashed(const PlannedStep &plan)
 {
-    if (isEntry(plan.from, plan.state))
+    if (plan.entry.isAt(plan.from))
         return std::nullopt;
-    const std::optional<Location> place = m_services.trash.find(plan.from, plan.state.identity);
-    m_lostTrack = m_lostTrack || (!place && plan.state.identity != FileIdentity());
+    const std::optional<Location> place = m_services.trash.find(plan.from, plan.entry.state.identity);
+    m_lostTrack = m_lostTrack || (!place && plan.entry.state.identity != FileIdentity());
     return place ? std::optional(JournalStep{Kind::Trash, plan.from, place, {}}) : std::nullopt;
 }
 
 std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
 {
     const PlannedStep &plan = step.plan;
-    const bool originalThere = isEntry(plan.from, plan.state);
+    const bool originalThere = plan.entry.isAt(plan.from);
     std::optional<Location> copy = step.copied ? inTarget(plan, *step.copied) : std::nullopt;
     if (!copy && !originalThere)
         copy = placeLeftCopy(step);
@@ -65,14 +65,14 @@ std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
     // The original of a move that did not get that far still stands: what was done is a copy.
     if (originalThere || plan.kind == Kind::Copy)
         return JournalStep{Kind::Copy, plan.from, copy, {}};
-    return JournalStep{plan.kind, plan.from, copy, m_services.trash.find(plan.from, plan.state.identity)};
+    return JournalStep{plan.kind, plan.from, copy, m_services.trash.find(plan.from, plan.entry.state.identity)};
 }
 
 /// A complete copy that still has its hidden name, while its original is gone from its place: it gets the name that it was
 /// to have.
 std::optional<Location> Settlement::placeLeftCopy(const JournalledStep &step)
 {
-    if (!step.copied || !step.plan.to || !isEntry(*step.temporary, *step.copied))
+    if (!step.copied || !step.plan.to || !step.copied->isAt(*step.temporary))
         return std::nullopt;
     const Location free = unique(*step.plan.to);
     if (!m_services.files.rename(*step.temporary, free))
@@ -82,10 +82,10 @@ std::optional<Location> Settlement::placeLeftCopy(const JournalledStep &step)
 
 std::optional<JournalStep> Settlement::settleMoved(const PlannedStep &plan)
 {
-    if (isEntry(plan.from, plan.state))
+    if (plan.entry.isAt(plan.from))
         return std::nullopt;
-    const std::optional<Location> place = inTarget(plan, plan.state);
-    m_lostTrack = m_lostTrack || (!place && plan.state.identity != FileIdentity());
+    const std::optional<Location> place = inTarget(plan, plan.entry);
+    m_lostTrack = m_lostTrack || (!place && plan.entry.state.identity != FileIdentity());
     return place ? std::optional(JournalStep{plan.kind, plan.from, place, {}}) : std::nullopt;
 }
 
@@ -157,7 +157,8 @@ void dropFinishedUndo(const AgentServices &services, const Location &file)
     if (!known)
         return;
     const auto run = std::ranges::find(*known, journal->content().run, &JournalRun::id);
-    if (run == known->end() || run->undone)
+    // What was not put back may be tried again, and then goes on with what the diary knows.
+    if (run == known->end() || (run->undone && RunHistory(services.defaults).aftermath(run->id).left.empty()))
         (void)journal->discard();
 }
 

@@ -19,6 +19,14 @@ struct MarksOfRun {
     std::vector<QString> values;
 };
 
+/// What the undo of one run has left, in one record: a crash must not tear it.
+struct AftermathOfRun {
+    QUuid run;
+    std::vector<Location> values; ///< what was not restored
+    std::vector<std::int64_t> steps;
+    std::vector<QString> remarks;
+};
+
 template <>
 struct JsonTable<PlacesOfRun> {
     static constexpr std::tuple fields{field("run", &PlacesOfRun::run), field("paths", &PlacesOfRun::values)};
@@ -29,35 +37,62 @@ struct JsonTable<MarksOfRun> {
     static constexpr std::tuple fields{field("run", &MarksOfRun::run), field("marks", &MarksOfRun::values)};
 };
 
+template <>
+struct JsonTable<AftermathOfRun> {
+    static constexpr std::tuple fields{field("run", &AftermathOfRun::run), field("paths", &AftermathOfRun::values),
+                                       field("steps", &AftermathOfRun::steps),
+                                       field("remarks", &AftermathOfRun::remarks)};
+};
+
 namespace {
 
 const QString historyKey = QStringLiteral("agentHistory");
 const QString createdKey = QStringLiteral("agentCreatedFolders");
 const QString notRestoredKey = QStringLiteral("agentNotRestored");
+const QString aftermathKey = QStringLiteral("agentUndoAftermath");
 const QString marksKey = QStringLiteral("agentStepMarks");
 const QString volumesKey = QStringLiteral("agentRunVolumes");
 
-/// Remembers something beside a run, newest first; as many runs as the history keeps.
+template <class OfRun>
+bool saysNothing(const OfRun &one)
+{
+    return one.values.empty();
+}
+
+bool saysNothing(const AftermathOfRun &one)
+{
+    return one.values.empty() && one.remarks.empty();
+}
+
+/// Remembers something beside a run in the place of what was, newest first; as many runs as the history keeps.
 template <class OfRun>
 Result<void> remember(UserDefaults &defaults, const QString &key, OfRun added)
 {
-    if (added.values.empty())
-        return {};
     return updateList<OfRun>(defaults, key, [&](std::optional<std::vector<OfRun>> stored) {
         std::vector<OfRun> all = std::move(stored).value_or(std::vector<OfRun>());
-        std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
-        all.insert(all.begin(), std::move(added));
+        const auto gone = std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
+        if (saysNothing(added) && gone == 0)
+            return std::optional<std::vector<OfRun>>();
+        if (!saysNothing(added))
+            all.insert(all.begin(), std::move(added));
         all.resize(std::min(all.size(), RunHistory::longest));
         return std::optional(std::move(all));
     });
 }
 
 template <class OfRun>
+std::optional<OfRun> recorded(const UserDefaults &defaults, const QString &key, const QUuid &run)
+{
+    std::vector<OfRun> all = storedList<OfRun>(defaults, key).value_or(std::vector<OfRun>());
+    const auto found = std::ranges::find(all, run, &OfRun::run);
+    return found == all.end() ? std::nullopt : std::optional(std::move(*found));
+}
+
+template <class OfRun>
 auto remembered(const UserDefaults &defaults, const QString &key, const QUuid &run)
 {
-    const std::vector<OfRun> all = storedList<OfRun>(defaults, key).value_or(std::vector<OfRun>());
-    const auto found = std::ranges::find(all, run, &OfRun::run);
-    return found == all.end() ? decltype(OfRun::values)() : found->values;
+    std::optional<OfRun> found = recorded<OfRun>(defaults, key, run);
+    return found ? std::move(found->values) : decltype(OfRun::values)();
 }
 
 QString textOfMarks(const StepMarks &marks)
@@ -87,8 +122,8 @@ RunHistory::Shown RunHistory::shown() const
     for (const JournalRun &run : all.runs) {
         if (!run.undone)
             continue;
-        if (std::vector<Location> places = notRestored(run.id); !places.empty())
-            all.notRestored.emplace(run.id, std::move(places));
+        if (Aftermath left = aftermath(run.id); !left.notRestored.empty() || !left.remarks.isEmpty())
+            all.aftermath.emplace(run.id, std::move(left));
     }
     return all;
 }
@@ -126,9 +161,13 @@ Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
     });
 }
 
-Result<void> RunHistory::markUndone(const QUuid &run, const std::vector<Location> &notRestored)
+Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath)
 {
-    TRY(remember(m_defaults, notRestoredKey, PlacesOfRun{run, notRestored}));
+    TRY(remember(m_defaults, aftermathKey,
+                 AftermathOfRun{run,
+                                aftermath.notRestored,
+                                {aftermath.left.begin(), aftermath.left.end()},
+                                {aftermath.remarks.begin(), aftermath.remarks.end()}}));
     return updateList<JournalRun>(m_defaults, historyKey, [&](std::optional<std::vector<JournalRun>> stored) {
         if (!stored)
             return std::optional<std::vector<JournalRun>>();
@@ -148,9 +187,14 @@ RunHistory::Traces RunHistory::traces(const QUuid &run) const
     return traces;
 }
 
-std::vector<Location> RunHistory::notRestored(const QUuid &run) const
+RunHistory::Aftermath RunHistory::aftermath(const QUuid &run) const
 {
-    return remembered<PlacesOfRun>(m_defaults, notRestoredKey, run);
+    const auto left = recorded<AftermathOfRun>(m_defaults, aftermathKey, run);
+    if (!left)
+        return {remembered<PlacesOfRun>(m_defaults, notRestoredKey, run), {}, {}};
+    return {left->values,
+            {left->steps.begin(), left->steps.end()},
+            QStringList(left->remarks.begin(), left->remarks.end())};
 }
 
 } // namespace brellin

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "Agent/EntryMark.h"
 #include "Agent/JournalRun.h"
+#include "Agent/StepMarks.h"
 #include "Base/Result.h"
 #include "System/UserDefaults.h"
+
+#include <QStringList>
 
 #include <map>
 #include <vector>
@@ -20,10 +22,18 @@ public:
     explicit RunHistory(UserDefaults &defaults) : m_defaults(defaults) {}
 
     std::vector<JournalRun> runs() const;
-    /// What is shown of it: the runs, and of those that are undone what could not be put back.
+    /// What the undo of a run has left to be known.
+    struct Aftermath {
+        std::vector<Location> notRestored; ///< old paths
+        std::vector<std::size_t> left;     ///< the numbers of these steps in the run: they may be tried again
+        QStringList remarks;               ///< of what came back other than it went
+
+        bool operator==(const Aftermath &) const = default;
+    };
+    /// What is shown of it: the runs, and of those that are undone what there is to be known.
     struct Shown {
         std::vector<JournalRun> runs;
-        std::map<QUuid, std::vector<Location>> notRestored;
+        std::map<QUuid, Aftermath> aftermath;
     };
     Shown shown() const;
     /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
@@ -37,11 +47,11 @@ public:
     };
     /// Puts a run on top, unless the history knows it already. The oldest fall away.
     Result<void> add(const JournalRun &run, const Traces &traces);
-    Result<void> markUndone(const QUuid &run, const std::vector<Location> &notRestored);
+    Result<void> markUndone(const QUuid &run, const Aftermath &aftermath);
     /// Of a run of an earlier version only what that knew.
     Traces traces(const QUuid &run) const;
-    /// What the undo of a run could not put back: old paths.
-    std::vector<Location> notRestored(const QUuid &run) const;
+    /// Of an undo of an earlier version the paths only.
+    Aftermath aftermath(const QUuid &run) const;
 
 private:
     UserDefaults &m_defaults;

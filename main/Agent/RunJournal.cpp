@@ -141,7 +141,7 @@ Result<void> RunJournal::copying(std::size_t step, const Location &temporary)
     return append(journalLines::copying(step, temporary));
 }
 
-Result<void> RunJournal::copied(std::size_t step, const FileState &copy)
+Result<void> RunJournal::copied(std::size_t step, const EntryMark &copy)
 {
     TRY(append(journalLines::copied(step, copy)));
     return flush();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/EntryMark.h"
 #include "Agent/JournalRun.h"
+#include "Agent/StepMarks.h"
 #include "Base/Result.h"
 #include "System/FileLock.h"
 
@@ -20,9 +20,9 @@ struct PlannedStep {
     AgentProposal::Kind kind = AgentProposal::Kind::Move;
     Location from;              ///< where the entry is now
     std::optional<Location> to; ///< where it is wanted; its final name may get a number
-    FileState state;            ///< of the entry before the step
+    EntryMark entry;            ///< as it is before the step
     /// Undo of a move across volumes: the original waiting in the Trash.
-    std::optional<FileState> original;
+    std::optional<EntryMark> original;
 
     bool operator==(const PlannedStep &) const = default;
 };
@@ -31,7 +31,7 @@ struct PlannedStep {
 struct JournalledStep {
     PlannedStep plan;
     std::optional<Location> temporary; ///< a copy under way had this name
-    std::optional<FileState> copied;   ///< that copy was complete and verified
+    std::optional<EntryMark> copied;   ///< that copy was complete and verified
     std::optional<JournalStep> done;   ///< the step is finished
     StepMarks marks = {};              ///< of what it left
     bool failed = false;               ///< the step is finished, and came to nothing
@@ -79,7 +79,7 @@ public:
     Result<void> folder(const Location &folder);
     Result<void> copying(std::size_t step, const Location &temporary);
     /// Flushed: the original may be given up after this.
-    Result<void> copied(std::size_t step, const FileState &copy);
+    Result<void> copied(std::size_t step, const EntryMark &copy);
     Result<void> done(std::size_t step, const JournalStep &result, const StepMarks &marks = {});
     Result<void> failed(std::size_t step);
     Result<void> flush();

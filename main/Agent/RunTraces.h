@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/EntryMark.h"
 #include "Agent/JournalRun.h"
+#include "Agent/StepMarks.h"
 #include "Base/Result.h"
 #include "Disk/Volumes.h"
 

@@ -27,7 +27,7 @@ public:
     /// The folder came into being without us, or went again.
     void folderNotOurs(const Location &folder) { std::erase(m_created, folder); }
     Result<void> copying(const Location &temporary) { return m_journal.copying(m_step, temporary); }
-    Result<void> copied(const FileState &copy) { return m_journal.copied(m_step, copy); }
+    Result<void> copied(const EntryMark &copy) { return m_journal.copied(m_step, copy); }
 
 private:
     RunJournal &m_journal;

@@ -2,6 +2,7 @@
 
 #include "Agent/AgentError.h"
 #include "Agent/SameContent.h"
+#include "Disk/TreeMark.h"
 
 namespace brellin {
 
@@ -10,35 +11,83 @@ using Kind = AgentProposal::Kind;
 namespace {
 
 /// What lies at a location now, unless that is known to be something else.
-std::optional<FileState> stateOf(const std::optional<Location> &location, const std::optional<EntryMark> &mark)
+std::optional<EntryMark> markAt(const std::optional<Location> &location, const std::optional<EntryMark> &left)
 {
-    const Result<FileAttributes> attributes =
+    const Result<FileAttributes> now =
         location ? readAttributes(*location) : Result<FileAttributes>(failure(Failure::system(ENOENT)));
-    const bool isIt = attributes && (!mark || mark->isOf(*attributes));
-    return isIt ? std::optional(FileState::of(*attributes)) : std::nullopt;
+    const bool isIt = now && (!left || left->isOf(*now));
+    return isIt ? std::optional(EntryMark::of(*now)) : std::nullopt;
+}
+
+/// Where an entry is back already, by an earlier try or by the user's hand. Of what was only renamed another name in the same
+/// folder is not the way back: editors keep the file as it was before saving under one.
+std::optional<Location> foundBack(EntrySearch &search, const JournalStep &step, const EntryMark &entry)
+{
+    std::optional<Location> place = search.find(step.from, entry);
+    const bool sameFolder = step.to && step.to->parent_path() == step.from.parent_path();
+    if (place && sameFolder && !isNumberedForm(place->filename().native(), step.from.filename().native()))
+        return std::nullopt;
+    return place;
+}
+
+/// Of a step whose entry no longer stands at its place: what else stands there, where that goes back in its stead, or the
+/// entry itself, to be looked for.
+EntryMark markInStead(const JournalStep &step, const EntryMark &left, bool movesBack)
+{
+    EntrySearch search;
+    const std::optional<EntryMark> other = EntryMark::of(*step.to);
+    if (other && movesBack && !foundBack(search, step, left))
+        return *other;
+    // Another file may have the number of the one that has gone.
+    return left.isAt(*step.to) ? EntryMark() : left;
+}
+
+/// Whether a file is no longer as the step had left it. A folder lives on.
+bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, const Location &place)
+{
+    const bool asLeft = !left || (entry.state.size == left->state.size && entry.state.modified == left->state.modified);
+    const Result<FileAttributes> now = readAttributes(place);
+    return !asLeft && now && !now->isFolder();
+}
+
+/// Whether the copy of a folder holds something that its original does not, by names and sizes.
+bool holdsMore(const Location &copy, const Location &original, const JobControl *control)
+{
+    const Result<FileAttributes> attributes = readAttributes(copy);
+    if (!attributes || !attributes->isFolder())
+        return false;
+    const Result<TreeMark> known = TreeMark::of(original, control, TreeMark::Times::Ignored);
+    const Result<std::vector<Location>> more = known ? known->newIn(copy, 1, control) : failure(known.error());
+    return more && !more->empty();
 }
 
 } // namespace
 
-PlannedStep StepReversal::planOf(const JournalStep &step, const StepMarks &marks)
+PlannedStep StepReversal::planOf(const Done &done)
 {
-    FileState state = marks.to ? marks.to->state : FileState();
-    if (const std::optional<FileState> now = stateOf(step.to, marks.to))
-        state = *now;
-    else if (step.to && isEntry(*step.to, state))
-        state = FileState(); // another file with the number of the one that has gone
-    return {step.kind, step.to.value_or(Location()), step.from, state,
-            stateOf(step.trashedOriginal, marks.trashedOriginal)};
+    const JournalStep &step = done.step;
+    const std::optional<EntryMark> &left = done.marks.to;
+    PlannedStep plan{step.kind,
+                     step.to.value_or(Location()),
+                     step.from,
+                     {},
+                     markAt(step.trashedOriginal, done.marks.trashedOriginal)};
+    const bool movesBack = (step.kind == Kind::Move || step.kind == Kind::Rename) && !plan.original;
+    if (const std::optional<EntryMark> now = markAt(step.to, left))
+        plan.entry = *now;
+    else if (step.to && left)
+        plan.entry = markInStead(step, *left, movesBack);
+    return plan;
 }
 
 bool StepReversal::isCurrent(const JournalStep &step, const JournalledStep &known) const
 {
-    if (!step.to || !entryExists(*step.to) || isEntry(*step.to, known.plan.state))
+    if (!step.to || !entryExists(*step.to) || known.plan.entry.isAt(*step.to))
         return true;
     EntrySearch search;
-    return search.find(step.from, known.plan.state) || (known.copied && search.find(step.from, *known.copied)) ||
+    return foundBack(search, step, known.plan.entry) || (known.copied && search.find(step.from, *known.copied)) ||
            (known.plan.original && search.find(step.from, *known.plan.original)) ||
-           m_services.trash.find(*step.to, known.plan.state.identity);
+           isInTrash(*step.to, known.plan.entry);
 }
 
 Result<void> StepReversal::checkAllowed(const JournalStep &step) const
@@ -49,68 +98,84 @@ Result<void> StepReversal::checkAllowed(const JournalStep &step) const
     return target && source ? Result<void>() : Result<void>(failure(AgentError::systemLocation()));
 }
 
-Result<void> StepReversal::reverse(const JournalStep &step, const JournalledStep &known, StepLog &log)
+Result<UndoRemark> StepReversal::reverse(const Done &done, const JournalledStep &known, StepLog &log)
 {
+    const JournalStep &step = done.step;
     if (!step.to)
         return failure(Failure::system(ENOENT));
     TRY(checkAllowed(step));
     // A Trash that cannot be reached (its volume is not mounted) still holds the original.
-    if (step.trashedOriginal && !entryExists(step.trashedOriginal->parent_path()))
+    if (step.trashedOriginal && !done.volumesThere && !entryExists(step.trashedOriginal->parent_path()))
         return failure(QStringLiteral("Der Papierkorb mit dem Original ist nicht erreichbar."));
-    if (step.kind == Kind::Copy)
-        return trashCopy(*step.to, known.plan.state);
-    return known.plan.original ? restoreOriginal(step, known, log) : moveBack(step, known, log);
+    if (step.kind == Kind::Copy) {
+        TRY(trashCopy(*step.to, known.plan.entry));
+        return UndoRemark::None;
+    }
+    if (known.plan.original)
+        return restoreOriginal(done, known, log);
+    const bool changed = isChanged(known.plan.entry, done.marks.to, *step.to);
+    TRY(moveBack(step, known, log));
+    return changed ? UndoRemark::Changed : UndoRemark::None;
 }
 
-Result<void> StepReversal::trashCopy(const Location &copy, const FileState &state)
+bool StepReversal::isInTrash(const Location &original, const EntryMark &entry) const
 {
-    if (!isEntry(copy, state)) {
-        const bool already = m_services.trash.find(copy, state.identity).has_value();
-        return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
-    }
+    const std::optional<Location> place = m_services.trash.find(original, entry.state.identity);
+    return place && entry.isAt(*place);
+}
+
+Result<void> StepReversal::trashCopy(const Location &copy, const EntryMark &entry)
+{
+    if (!entry.isAt(copy))
+        return isInTrash(copy, entry) ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
     TRY(m_services.trash.put(copy));
     return {};
 }
 
-Result<void> StepReversal::restoreOriginal(const JournalStep &step, const JournalledStep &known, StepLog &log)
+Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const JournalledStep &known, StepLog &log)
 {
-    const FileState original = *known.plan.original;
+    const JournalStep &step = done.step;
+    const EntryMark original = *known.plan.original;
     std::optional<Location> restored;
-    if (isEntry(*step.trashedOriginal, original))
+    if (original.isAt(*step.trashedOriginal))
         restored = TRY(m_place.takeFromTrash(*step.trashedOriginal, step.from, step.from, log));
     else
         restored = EntrySearch().find(step.from, original);
     if (!restored)
         return failure(Failure::system(ENOENT));
-    if (!isEntry(*step.to, known.plan.state))
-        return {}; // the copy went in an earlier try, or the user took it away
+    const bool changed =
+        isChanged(known.plan.entry, done.marks.to, *step.to) || holdsMore(*step.to, *restored, m_control);
+    // Where nothing is, the copy went in an earlier try, or the user took it away.
+    if (!known.plan.entry.isAt(*step.to))
+        return entryExists(*step.to) ? UndoRemark::NewerAtTarget : UndoRemark::None;
     const Result<Location> trashed = m_services.trash.put(*step.to);
     if (trashed)
-        return {};
+        return changed ? UndoRemark::NewerInTrash : UndoRemark::None;
     // Without a Trash for it the copy may go only if it holds nothing that the original does not.
-    if (!haveSameContent(*restored, *step.to, m_control) || !isEntry(*restored, original))
+    if (!haveSameContent(*restored, *step.to, m_control) || !original.isAt(*restored))
         return failure(trashed.error());
-    return m_services.files.removeOwnCopy(*step.to);
+    TRY(m_services.files.removeOwnCopy(*step.to));
+    return UndoRemark::None;
 }
 
 /// Removes what a copy that was cut short has left, if what it was made of is still there.
 void StepReversal::removeLeftover(const JournalledStep &known)
 {
     if (known.temporary && known.temporary->filename().native().starts_with(Placement::temporaryPrefix) &&
-        isEntry(known.plan.from, known.plan.state))
+        known.plan.entry.isAt(known.plan.from))
         (void)m_services.files.removeOwnCopy(*known.temporary);
 }
 
 Result<void> StepReversal::moveBack(const JournalStep &step, const JournalledStep &known, StepLog &log)
 {
-    const bool there = isEntry(*step.to, known.plan.state);
+    const bool there = known.plan.entry.isAt(*step.to);
     const bool inTrash = m_services.trash.holds(*step.to);
     EntrySearch search;
     if (known.copied && search.find(step.from, *known.copied))
-        return there && !inTrash ? trashCopy(*step.to, known.plan.state) : Result<void>();
+        return there && !inTrash ? trashCopy(*step.to, known.plan.entry) : Result<void>();
     removeLeftover(known);
     if (!there) {
-        const bool already = search.find(step.from, known.plan.state).has_value();
+        const bool already = foundBack(search, step, known.plan.entry).has_value();
         return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
     }
     if (inTrash || m_place.onOneVolume(*step.to, step.from)) {

@@ -5,6 +5,14 @@
 
 namespace brellin {
 
+/// What there is to say of an entry that was taken back.
+enum class UndoRemark {
+    None,
+    Changed,       ///< it came back other than the step had left it
+    NewerAtTarget, ///< the original came back; what stands at the target is newer and stays there
+    NewerInTrash   ///< the original came back; its copy, worked on since, is in the Trash
+};
+
 /// Takes single steps back. Each part of a step looks at the disk first, so that a step that was cut short anywhere can be
 /// taken back again.
 class StepReversal {
@@ -16,21 +24,31 @@ public:
     {
     }
 
-    /// What the journal has to know before: the entry as it is now, and where it goes. Where something else has taken its
-    /// place, as it was when the step left it: then it is not found, and the other stays.
-    static PlannedStep planOf(const JournalStep &step, const StepMarks &marks);
+    /// A step with what is known of it beside the history.
+    struct Done {
+        const JournalStep &step;
+        StepMarks marks;
+        /// The volumes of the run are known, and all of them are there: a Trash that is missing is no more.
+        bool volumesThere = false;
+    };
+
+    /// What the journal has to know before: the entry as it is now, and where it goes. What was moved is whatever stands in
+    /// its place now (saving may have made another file of it), unless it is back already. Of a copy or in the Trash another
+    /// entry in its place stays.
+    static PlannedStep planOf(const Done &done);
 
     /// Whether the plan still speaks of what is there: the entry, or what became of it in an earlier try. An entry that was
     /// saved anew, or that came to its place only after planning, has to be planned again.
     bool isCurrent(const JournalStep &step, const JournalledStep &known) const;
 
-    /// Takes `step` back; `known` is what the journal knows of an earlier try (just the plan at the first).
-    Result<void> reverse(const JournalStep &step, const JournalledStep &known, StepLog &log);
+    /// Takes a step back; `known` is what the journal knows of an earlier try (just the plan at the first).
+    Result<UndoRemark> reverse(const Done &done, const JournalledStep &known, StepLog &log);
 
 private:
     Result<void> checkAllowed(const JournalStep &step) const;
-    Result<void> trashCopy(const Location &copy, const FileState &state);
-    Result<void> restoreOriginal(const JournalStep &step, const JournalledStep &known, StepLog &log);
+    bool isInTrash(const Location &original, const EntryMark &entry) const;
+    Result<void> trashCopy(const Location &copy, const EntryMark &entry);
+    Result<UndoRemark> restoreOriginal(const Done &done, const JournalledStep &known, StepLog &log);
     Result<void> moveBack(const JournalStep &step, const JournalledStep &known, StepLog &log);
     void removeLeftover(const JournalledStep &known);
 

@@ -15,14 +15,33 @@ namespace {
 constexpr std::size_t firstBatch = 256;
 constexpr std::size_t largestBatch = 8192;
 
+/// What there is to say of a step that was taken back.
+QString textOf(UndoRemark remark, const JournalStep &step)
+{
+    switch (remark) {
+    case UndoRemark::None:
+        break;
+    case UndoRemark::Changed:
+        return QStringLiteral("%1: Inzwischen geändert, so kam es zurück.").arg(shownName(step.from));
+    case UndoRemark::NewerAtTarget:
+        return QStringLiteral("%1: Das Original kam zurück; was inzwischen als „%2“ gespeichert wurde, blieb dort.")
+            .arg(shownName(step.from), shown(*step.to));
+    case UndoRemark::NewerInTrash:
+        return QStringLiteral("%1: Das Original kam zurück; die inzwischen geänderte Kopie liegt im Papierkorb.")
+            .arg(shownName(step.from));
+    }
+    return {};
+}
+
 /// One undo at work. Step n of its journal is the n-th from the end of the run.
 class Undoer {
 public:
-    Undoer(const AgentServices &services, const JournalRun &run, const std::vector<StepMarks> &marks,
-           RunJournal journal, JobControl &control)
+    Undoer(const AgentServices &services, const JournalRun &run, const RunHistory::Traces &traces,
+           std::vector<std::size_t> wanted, RunJournal journal, JobControl &control)
         : m_services(services)
         , m_run(run)
-        , m_marks(marks)
+        , m_traces(traces)
+        , m_wanted(std::move(wanted))
         , m_journal(std::move(journal))
         , m_control(control)
         , m_reversal(services, &control)
@@ -34,14 +53,18 @@ public:
     RunJournal &journal() { return m_journal; }
 
 private:
-    const JournalStep &step(std::size_t number) const { return m_run.steps[m_run.steps.size() - 1 - number]; }
+    std::size_t indexOf(std::size_t number) const { return m_run.steps.size() - 1 - number; }
+    StepReversal::Done done(std::size_t number) const;
+    /// Whether the step is to be taken back: all of them or, where a rest is tried again, those of it.
+    bool isWanted(std::size_t number) const;
     PlannedStep planOf(std::size_t number) const;
     Result<void> planBatch(std::size_t first);
     void undoOne(std::size_t number);
 
     const AgentServices &m_services;
     const JournalRun &m_run;
-    const std::vector<StepMarks> &m_marks; ///< of its steps; those of an earlier version have none
+    const RunHistory::Traces &m_traces;
+    const std::vector<std::size_t> m_wanted; ///< indices of its steps; empty: all
     RunJournal m_journal;
     JobControl &m_control;
     StepReversal m_reversal;
@@ -51,10 +74,22 @@ private:
     UndoOutcome m_outcome;
 };
 
+/// A run of an earlier version has left no marks.
+StepReversal::Done Undoer::done(std::size_t number) const
+{
+    const bool marked = m_traces.marks.size() == m_run.steps.size();
+    return {m_run.steps[indexOf(number)], marked ? m_traces.marks[indexOf(number)] : StepMarks(),
+            !m_traces.volumes.empty()};
+}
+
+bool Undoer::isWanted(std::size_t number) const
+{
+    return m_wanted.empty() || std::ranges::find(m_wanted, indexOf(number)) != m_wanted.end();
+}
+
 PlannedStep Undoer::planOf(std::size_t number) const
 {
-    const bool marked = m_marks.size() == m_run.steps.size();
-    return StepReversal::planOf(step(number), marked ? m_marks[m_marks.size() - 1 - number] : StepMarks());
+    return isWanted(number) ? StepReversal::planOf(done(number)) : PlannedStep();
 }
 
 Result<void> Undoer::planBatch(std::size_t first)
@@ -71,21 +106,25 @@ Result<void> Undoer::planBatch(std::size_t first)
 
 void Undoer::undoOne(std::size_t number)
 {
-    const JournalStep &one = step(number);
+    const StepReversal::Done undone = done(number);
+    const JournalStep &one = undone.step;
     m_control.setDetail(shownName(one.from));
     if (!m_reversal.isCurrent(one, m_known[number])) {
         m_known[number] = {.plan = planOf(number), .temporary = {}, .copied = {}, .done = {}};
         (void)m_journal.planAgain(number, m_known[number].plan);
     }
     StepLog log(m_journal, m_newFolders, number);
-    const Result<void> reversed = m_reversal.reverse(one, m_known[number], log);
+    const Result<UndoRemark> reversed = m_reversal.reverse(undone, m_known[number], log);
     if (reversed) {
         (void)m_journal.done(number, one);
+        if (const QString remark = textOf(*reversed, one); !remark.isEmpty())
+            m_outcome.remarks << remark;
     } else if (reversed.error().isCancelled()) {
         m_outcome.cancelled = true;
     } else {
         (void)m_journal.failed(number);
         m_outcome.notRestored.push_back(one.from);
+        m_outcome.left.push_back(indexOf(number));
     }
 }
 
@@ -100,6 +139,8 @@ Result<UndoOutcome> Undoer::undo()
             break;
         if (n == m_known.size())
             TRY(planBatch(n));
+        if (!isWanted(n))
+            continue;
         // What failed the first time gets another try.
         if (!m_known[n].done)
             undoOne(n);
@@ -134,19 +175,21 @@ Result<UndoOutcome> UndoRun::undo(const QUuid &id, JobControl &control)
     // Read under the lock: another program may have undone it since it was shown.
     const std::vector<JournalRun> runs = TRY(history.readRuns());
     const auto found = std::ranges::find(runs, id, &JournalRun::id);
-    if (found == runs.end() || found->undone)
+    const RunHistory::Aftermath before = history.aftermath(id);
+    if (found == runs.end() || (found->undone && before.left.empty()))
         return failure(QStringLiteral("Diese Aufräum-Aktion ist schon rückgängig gemacht."));
     const JournalRun &run = *found;
+    const std::vector<std::size_t> wanted = run.undone ? before.left : std::vector<std::size_t>();
     const RunHistory::Traces traces = history.traces(run.id);
     TRY(checkVolumes(m_services.volumes, traces.volumes));
-    control.setTotal(static_cast<qint64>(run.steps.size()));
-    Undoer undoer(m_services, run, traces.marks,
+    control.setTotal(static_cast<qint64>(wanted.empty() ? run.steps.size() : wanted.size()));
+    Undoer undoer(m_services, run, traces, wanted,
                   TRY(RunJournal::createOrContinue(journals, run.id, m_services.clock.now())), control);
     UndoOutcome outcome = TRY(undoer.undo());
     if (outcome.cancelled)
         return outcome;
     undoer.removeFolders(traces.createdFolders);
-    TRY(history.markUndone(run.id, outcome.notRestored));
+    TRY(history.markUndone(run.id, {outcome.notRestored, outcome.left, before.remarks + outcome.remarks}));
     (void)undoer.journal().discard();
     return outcome;
 }

@@ -6,6 +6,8 @@
 #include "Agent/RunJournal.h"
 #include "Base/JobControl.h"
 
+#include <QStringList>
+
 #include <vector>
 
 namespace brellin {
@@ -13,7 +15,9 @@ namespace brellin {
 /// What came of an undo.
 struct UndoOutcome {
     std::vector<Location> notRestored; ///< old paths, in the order in which undoing met them
-    bool cancelled = false;            ///< the run is not undone; undoing it again takes the remaining steps
+    std::vector<std::size_t> left;     ///< the numbers of these steps in the run
+    QStringList remarks;               ///< „a.pdf: …“, of what came back other than it went
+    bool cancelled = false;            ///< undoing it again takes the remaining steps
 
     /// "Rückgängig gemacht." or how many could not be put back.
     QString status() const;
@@ -24,7 +28,7 @@ class UndoRun {
 public:
     explicit UndoRun(const AgentServices &services) : m_services(services) {}
 
-    /// Undoes a run of the history and marks it undone. Fails with nothing changed when somebody else is working, or when
+    /// Undoes a run of the history and marks it undone; of one that is undone, tries what was not restored again. Fails with nothing changed when somebody else is working, or when
     /// the history by now says that there is nothing to undo.
     Result<UndoOutcome> undo(const QUuid &id, JobControl &control);
 

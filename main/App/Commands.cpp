@@ -39,7 +39,8 @@ const std::vector<Command> &commands()
         {QStringLiteral("verlauf"), {}, QStringLiteral("zeigen, was wann aufgeräumt wurde"), {}, runHistoryCommand},
         {QStringLiteral("rueckgaengig"),
          QStringLiteral("[ID]"),
-         QStringLiteral("eine Aufräum-Aktion zurücknehmen (ohne ID die neueste)"),
+         QStringLiteral(
+             "eine Aufräum-Aktion zurücknehmen (ohne ID die neueste), oder noch einmal, was davon übrig blieb"),
          {},
          runUndoCommand},
         {QStringLiteral("bericht"),

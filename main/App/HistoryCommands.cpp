@@ -7,6 +7,8 @@
 #include "App/Interruption.h"
 #include "Base/German.h"
 
+#include <QJsonArray>
+
 #include <algorithm>
 
 namespace brellin {
@@ -26,9 +28,9 @@ QStringList rowOf(const JournalRun &run)
 }
 
 /// The run that the user means: by the beginning of its ID, or the newest that is not undone.
-Result<std::optional<JournalRun>> runMeant(const std::vector<JournalRun> &history,
-                                           const std::vector<std::string> &words)
+Result<std::optional<JournalRun>> runMeant(const CleanupAgent &agent, const std::vector<std::string> &words)
 {
+    const std::vector<JournalRun> &history = agent.history.get();
     if (words.empty()) {
         const auto newest = std::ranges::find(history, false, &JournalRun::undone);
         return newest == history.end() ? std::nullopt : std::optional(*newest);
@@ -41,17 +43,20 @@ Result<std::optional<JournalRun>> runMeant(const std::vector<JournalRun> &histor
         return failure(QStringLiteral("Eine Aufräum-Aktion „%1“ gibt es im Verlauf nicht.").arg(printable(wanted)));
     if (found.size() > 1)
         return failure(QStringLiteral("Mit „%1“ beginnen mehrere Aufräum-Aktionen.").arg(wanted));
-    if (found.front().undone)
+    // What was not restored can be tried again.
+    const auto aftermath = agent.aftermath.get().find(found.front().id);
+    const bool hasRest = aftermath != agent.aftermath.get().end() && !aftermath->second.left.empty();
+    if (found.front().undone && !hasRest)
         return failure(QStringLiteral("Diese Aufräum-Aktion ist schon rückgängig gemacht."));
     return std::optional(found.front());
 }
 
-QJsonObject undoAnswer(const std::optional<JournalRun> &run, const std::vector<Location> &notRestored,
-                       const QString &status)
+QJsonObject undoAnswer(const std::optional<JournalRun> &run, const UndoOutcome &outcome, const QString &status)
 {
     return {{QStringLiteral("run"), toJson(run, JsonDates::Iso)},
-            {QStringLiteral("notRestored"), static_cast<qint64>(notRestored.size())},
-            {QStringLiteral("notRestoredPaths"), toJson(notRestored)},
+            {QStringLiteral("notRestored"), static_cast<qint64>(outcome.notRestored.size())},
+            {QStringLiteral("notRestoredPaths"), toJson(outcome.notRestored)},
+            {QStringLiteral("remarks"), QJsonArray::fromStringList(outcome.remarks)},
             {QStringLiteral("status"), status}};
 }
 
@@ -91,7 +96,7 @@ ExitCode runUndoCommand(CommandContext &context)
     agent.recover();
     if (interruption.heard())
         return exitCodeOf(Failure::cancelled(), context.terminal);
-    const Result<std::optional<JournalRun>> meant = runMeant(agent.history.get(), context.arguments.rest());
+    const Result<std::optional<JournalRun>> meant = runMeant(agent, context.arguments.rest());
     if (!meant)
         return context.refuse(meant.error().message);
     if (!*meant) {
@@ -115,17 +120,19 @@ ExitCode runUndoCommand(CommandContext &context)
             context.terminal.message(QStringLiteral("Ein Teil ist schon zurückgelegt. Weiter: brellin rueckgaengig"));
         return code;
     }
-    const std::vector<Location> &notRestored = agent.lastUndo()->notRestored;
+    const UndoOutcome &outcome = *agent.lastUndo();
     const auto run = std::ranges::find(agent.history.get(), id, &JournalRun::id);
     const std::optional<JournalRun> now = run == agent.history.get().end() ? std::nullopt : std::optional(*run);
     if (context.json())
-        context.terminal.printJson(undoAnswer(now, notRestored, agent.status.get()));
+        context.terminal.printJson(undoAnswer(now, outcome, agent.status.get()));
     else
         context.terminal.print(agent.status.get());
-    for (const Location &place : notRestored)
+    for (const QString &remark : outcome.remarks)
+        context.terminal.message(printable(remark));
+    for (const Location &place : outcome.notRestored)
         context.terminal.message(QStringLiteral("Nicht zurückgelegt: ") +
                                  printable(place, context.services.folders().home));
-    return notRestored.empty() ? ExitCode::Done : ExitCode::Failed;
+    return outcome.notRestored.empty() ? ExitCode::Done : ExitCode::Failed;
 }
 
 } // namespace brellin

@@ -1,4 +1,5 @@
 #include "Agent/AgentError.h"
+#include "Agent/EntrySearch.h"
 #include "Agent/Execution.h"
 #include "Agent/Recovery.h"
 #include "Agent/RunHistory.h"
@@ -187,7 +188,7 @@ TEST(UndoFaultTest, losesNothingAndNamesWhatItCouldNotPutBack)
         if (!undone)
             one.undoAll();
         else
-            EXPECT_EQ(RunHistory(one.world.defaults()).notRestored(outcome->run->id), undone->notRestored);
+            EXPECT_EQ(RunHistory(one.world.defaults()).aftermath(outcome->run->id).notRestored, undone->notRestored);
         // An empty folder that could not be removed is all that may remain then.
         if (!undone || undone->notRestored.empty()) {
             EXPECT_TRUE(one.world.snapshot() == one.before || (hit && undone));
@@ -402,14 +403,145 @@ TEST_F(RunTest, undoLeavesStrangersThatTookTheStepsPlaces)
     }
     const Result<UndoOutcome> undone = undo(*outcome->run);
     ASSERT_TRUE(undone);
-    EXPECT_EQ(undone->notRestored, (std::vector{world.home("Downloads/kopie.txt"), world.home("Downloads/alt.zip"),
-                                                world.home("Downloads/a.pdf")}));
-    for (const Location &place : places)
+    EXPECT_EQ(undone->notRestored, (std::vector{world.home("Downloads/kopie.txt"), world.home("Downloads/alt.zip")}));
+    for (const Location &place : {places[1], places[2], places[3]})
         EXPECT_EQ(std::filesystem::file_size(place), 5u) << place;
+    // Saving makes another file, too: what stands where a file was moved to goes back in its stead, and is named.
+    EXPECT_EQ(world.tree().content("home/Downloads/a.pdf"), "fremd");
+    EXPECT_EQ(undone->remarks, QStringList(QStringLiteral("a.pdf: Inzwischen geändert, so kam es zurück.")));
     EXPECT_FALSE(entryExists(world.home("Downloads/alt.zip")));
     // The copy on the other volume is still the file that was moved.
     EXPECT_EQ(world.tree().content("home/Downloads/groß.mov"), "sechs");
     EXPECT_EQ(world.tree().content("home/Downloads/tief/a.pdf"), "zwei");
+}
+
+TEST_F(RunTest, undoBringsBackWhatWasSavedAnewAndNamesIt)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    const auto saveAnew = [&](std::string_view place, const char *keepAs = nullptr) {
+        const Location fresh = world.tree().file(std::string(place) + ".neu", "anders und länger");
+        if (keepAs)
+            std::filesystem::rename(world.tree().path(place), world.tree().path(keepAs));
+        std::filesystem::rename(fresh, world.tree().path(place));
+    };
+    saveAnew("home/Archiv/a (2).pdf");
+    saveAnew("home/Downloads/2026-09-03 name.txt", "home/Downloads/2026-09-03 name.txt~");
+    saveAnew("disk/Ablage/groß (2).mov");
+    world.tree().file("home/Archiv/a (3).pdf", "in derselben Datei geändert");
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->notRestored, std::vector<Location>());
+    EXPECT_EQ(undone->status(), QStringLiteral("Rückgängig gemacht."));
+    EXPECT_EQ(world.tree().content("home/Downloads/a.pdf"), "anders und länger");
+    EXPECT_EQ(world.tree().content("home/Downloads/name.txt"), "anders und länger");
+    EXPECT_EQ(world.tree().content("home/Downloads/tief/a.pdf"), "in derselben Datei geändert");
+    EXPECT_EQ(world.tree().content("home/Downloads/groß.mov"), "sechs");
+    EXPECT_EQ(world.tree().content("disk/Ablage/groß (2).mov"), "anders und länger");
+    const QString changed = QStringLiteral(": Inzwischen geändert, so kam es zurück.");
+    EXPECT_EQ(
+        undone->remarks,
+        (QStringList{QStringLiteral("groß.mov: Das Original kam zurück; was inzwischen als „%1“ gespeichert wurde, "
+                                    "blieb dort.")
+                         .arg(shown(world.disk("Ablage/groß (2).mov"))),
+                     QStringLiteral("name.txt") + changed, QStringLiteral("a.pdf") + changed,
+                     QStringLiteral("a.pdf") + changed}));
+    EXPECT_EQ(RunHistory(world.defaults()).aftermath(outcome->run->id).remarks, undone->remarks);
+}
+
+TEST_F(RunTest, undoNamesWhatItTrashesOfTheUsersAndGoesByTheCopyWhereTheTrashIsGone)
+{
+    const Result<ExecutionOutcome> outcome = execute(everything());
+    ASSERT_TRUE(outcome && outcome->run);
+    world.tree().file("disk/Ablage/groß (2).mov", "weitergeschrieben");
+    world.tree().file("disk/Programme/Paket.app/innen/dazu", "elf");
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_TRUE(undone);
+    const QString trashed =
+        QStringLiteral(": Das Original kam zurück; die inzwischen geänderte Kopie liegt im Papierkorb.");
+    EXPECT_EQ(undone->remarks,
+              (QStringList{QStringLiteral("Paket.app") + trashed, QStringLiteral("groß.mov") + trashed}));
+    EXPECT_TRUE(world.contents().contains("weitergeschrieben"));
+
+    const Result<ExecutionOutcome> again = execute(everything());
+    ASSERT_TRUE(again && again->run);
+    std::filesystem::remove_all(again->run->steps[5].trashedOriginal->parent_path().parent_path());
+    const Result<UndoOutcome> fromCopies = undo(*again->run);
+    ASSERT_TRUE(fromCopies);
+    EXPECT_EQ(fromCopies->notRestored, std::vector{world.home("Downloads/alt.zip")});
+    EXPECT_EQ(world.tree().content("home/Downloads/groß.mov"), "sechs");
+    EXPECT_EQ(world.tree().content("home/Downloads/Paket.app/innen/daten"), "sieben");
+}
+
+TEST_F(RunTest, triesTheRestOfAnUndoAgainAndNothingElse)
+{
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        const Result<ExecutionOutcome> outcome = execute(everything());
+        ASSERT_TRUE(outcome && outcome->run);
+        // Two of them are out of reach.
+        const std::vector<JournalStep> &steps = outcome->run->steps;
+        const Location away = world.tree().folder("anderswo");
+        std::filesystem::rename(*steps[0].to, away / "a");
+        std::filesystem::rename(*steps[5].to, away / "groß");
+        std::filesystem::remove(*steps[5].trashedOriginal);
+        ASSERT_TRUE(undo(*outcome->run));
+        RunHistory history(world.defaults());
+        EXPECT_EQ(history.aftermath(outcome->run->id).left, (std::vector<std::size_t>{5, 0}));
+        std::filesystem::rename(away / "a", *steps[0].to);
+        std::filesystem::rename(away / "groß", *steps[5].to);
+        // What was taken back is the user's business again.
+        world.tree().file("home/Neu/Ordner/kopie.txt", "selbst angelegt");
+        const bool finished = survives(n, [&] { (void)undo(*outcome->run); });
+        recoverInterruptedRuns(world.services());
+        expectEveryByte();
+        if (const auto left = history.aftermath(outcome->run->id).left; !left.empty()) {
+            const Result<UndoOutcome> rest = undo(*outcome->run);
+            ASSERT_TRUE(rest);
+            EXPECT_EQ(rest->notRestored, std::vector<Location>());
+        }
+        EXPECT_FALSE(undo(*outcome->run)) << "there is no rest any more";
+        EXPECT_TRUE(history.runs().front().undone);
+        EXPECT_EQ(history.shown().aftermath.count(outcome->run->id), 0U);
+        EXPECT_EQ(world.tree().content("home/Neu/Ordner/kopie.txt"), "selbst angelegt");
+        std::filesystem::remove_all(world.home("Neu"));
+        EXPECT_EQ(world.leftovers(), 0);
+        ASSERT_EQ(world.snapshot(), before);
+        if (finished) {
+            EXPECT_GT(n, 4);
+            break;
+        }
+    }
+}
+
+TEST(EntryMarkTest, tellsAnEntryFromAnotherWithItsNumber)
+{
+    const TempTree tree;
+    const FileAttributes now = readAttributes(tree.file("a", "eins")).value();
+    const EntryMark mark = EntryMark::of(now);
+    const auto with = [&](auto change) {
+        FileAttributes other = now;
+        change(other);
+        return other;
+    };
+    const Instant later = now.modified + std::chrono::seconds(5);
+    const auto grown = with([](FileAttributes &one) { one.size = 9; });
+    const auto strange = with([&](FileAttributes &one) { one.size = 9, one.created = later; });
+    const auto moved = with([](FileAttributes &one) { one.identity.device += 1; });
+    const auto other = with([](FileAttributes &one) { one.identity.inode += 1; });
+    const auto copied = with([&](FileAttributes &one) { one.created = later; });
+    EXPECT_TRUE(mark.isSame(now) && mark.isSame(moved) && mark.isSame(copied));
+    EXPECT_TRUE(!now.created || mark.isSame(grown));
+    EXPECT_FALSE(mark.isSame(strange) || mark.isSame(other));
+    // A volume that keeps no births: size and time decide.
+    const EntryMark bare{mark.state, {}};
+    EXPECT_TRUE(bare.isSame(now));
+    EXPECT_FALSE(bare.isSame(grown));
+    EXPECT_EQ(EntryMark::parse(mark.text()), mark);
+
+    // A new file that got the number of the one that is looked for is not that one, wherever it lies.
+    EXPECT_FALSE(EntrySearch().find(tree.path("a"), EntryMark{{now.identity, 9, later}, later}));
+    EXPECT_TRUE(EntrySearch().find(tree.path("a"), mark));
 }
 
 TEST_F(RunTest, undoOfARunOfAnEarlierVersionGoesByThePlaces)

@@ -1,3 +1,4 @@
+#include "Disk/FileAttributes.h"
 #include "Support/TempTree.h"
 #include "System/ProcessRunner.h"
 
@@ -105,6 +106,23 @@ TEST_F(CommandLineTest, executesShowsAndTakesBack)
     EXPECT_EQ(files(), before);
     EXPECT_EQ(run({"rueckgaengig", id}).exitCode, 2);
     EXPECT_TRUE(json({"rueckgaengig"}).object()[QStringLiteral("run")].isNull());
+}
+
+TEST_F(CommandLineTest, triesTheRestOfAnUndoAgainByItsId)
+{
+    const QJsonObject done = json({"pruefen", "--ausfuehren"}).object()[QStringLiteral("run")].toObject();
+    const QJsonObject step = done[QStringLiteral("steps")].toArray()[0].toObject();
+    const Location place = step[QStringLiteral("to")].toString().toStdString();
+    const Location old = step[QStringLiteral("from")].toString().toStdString();
+    std::filesystem::rename(place, tree.path("anderswo"));
+    EXPECT_EQ(json({"rueckgaengig"}, 1).object()[QStringLiteral("notRestored")].toInt(), 1);
+    EXPECT_TRUE(json({"rueckgaengig"}).object()[QStringLiteral("run")].isNull()) << "the run stays undone";
+    std::filesystem::rename(tree.path("anderswo"), place);
+    const std::string id = done[QStringLiteral("id")].toString().toStdString();
+    EXPECT_EQ(json({"rueckgaengig", id}).object()[QStringLiteral("status")].toString(),
+              QStringLiteral("Rückgängig gemacht."));
+    EXPECT_TRUE(entryExists(old));
+    EXPECT_EQ(run({"rueckgaengig", id}).exitCode, 2);
 }
 
 TEST_F(CommandLineTest, refusesBadRulesAndChangesNothing)

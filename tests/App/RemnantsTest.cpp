@@ -70,7 +70,7 @@ protected:
         EXPECT_TRUE(createPrivateFolders(state / "journal"));
         Result<RunJournal> journal =
             RunJournal::create(state / "journal", RunJournal::Purpose::Run, id, Instant(std::chrono::days(20000)));
-        const PlannedStep step{AgentProposal::Kind::Move, from, to, FileState::of(*readAttributes(from)), {}};
+        const PlannedStep step{AgentProposal::Kind::Move, from, to, EntryMark::of(*readAttributes(from)), {}};
         EXPECT_TRUE(journal && journal->plan({&step, 1}));
         std::filesystem::rename(from, to);
         return id;

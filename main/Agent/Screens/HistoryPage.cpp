@@ -34,7 +34,7 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
     body()->addWidget(m_content, 1);
 
     m_ports.agent.history.observe(this, [this](const auto &) { refresh(); });
-    m_ports.agent.notRestored.observe(this, [this](const auto &) { refresh(); });
+    m_ports.agent.aftermath.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.notUndone.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.interruptedRuns.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.running.observe(this, [this](bool) { refresh(); });

@@ -35,12 +35,16 @@ RunRow::RunRow(const AgentPorts &ports, const QUuid &run, QWidget *parent) : Car
     m_missing->setToken(Token::Danger);
     m_missing->setObjectName(QStringLiteral("runNotRestored"));
     m_missing->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_remarks = makeSecondary({}, this);
+    m_remarks->setObjectName(QStringLiteral("runRemarks"));
+    m_remarks->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_notUndone = makeSecondary({}, this);
     m_notUndone->setToken(Token::Danger);
     m_notUndone->setObjectName(QStringLiteral("runNotUndone"));
     content()->addWidget(m_interrupted);
     content()->addWidget(m_notUndone);
     content()->addWidget(m_missing);
+    content()->addWidget(m_remarks);
     m_steps = new QListWidget(this);
     m_steps->setObjectName(QStringLiteral("runSteps"));
     m_steps->setAccessibleName(QStringLiteral("Schritte"));
@@ -67,6 +71,8 @@ void RunRow::buildHead()
     m_undone->setObjectName(QStringLiteral("runUndone"));
     m_undo = makeButton(QStringLiteral("Rückgängig"), ButtonKind::Usual, QStringLiteral("runUndo"), this,
                         QStringLiteral("undo-2"));
+    m_retry = makeButton(QStringLiteral("Rest noch einmal versuchen"), ButtonKind::Usual, QStringLiteral("runRetry"),
+                         this, QStringLiteral("undo-2"));
     auto *const texts = new QVBoxLayout;
     texts->setSpacing(scaled(2));
     texts->addWidget(m_date);
@@ -77,9 +83,11 @@ void RunRow::buildHead()
     row->addLayout(texts, 1);
     row->addWidget(m_undone);
     row->addWidget(m_undo);
+    row->addWidget(m_retry);
     content()->addLayout(row);
     connect(m_disclosure, &QToolButton::toggled, this, &RunRow::toggle);
-    connect(m_undo, &QPushButton::clicked, this, [this] { m_ports.agent.undo(m_id); });
+    for (const QPushButton *const button : {m_undo, m_retry})
+        connect(button, &QPushButton::clicked, this, [this] { m_ports.agent.undo(m_id); });
 }
 
 void RunRow::refresh(const JournalRun &run)
@@ -106,13 +114,21 @@ void RunRow::showNotes()
     const auto reason = reasons.find(m_id);
     m_notUndone->setVisible(reason != reasons.end());
     m_notUndone->setText(reason != reasons.end() ? reason->second : QString());
-    const auto &all = m_ports.agent.notRestored.get();
-    const auto missing = all.find(m_id);
-    m_missing->setVisible(missing != all.end());
-    if (missing == all.end())
-        return;
+    const auto &all = m_ports.agent.aftermath.get();
+    const auto left = all.find(m_id);
+    showAftermath(left == all.end() ? RunHistory::Aftermath() : left->second);
+}
+
+void RunRow::showAftermath(const RunHistory::Aftermath &aftermath)
+{
+    m_missing->setVisible(!aftermath.notRestored.empty());
+    m_remarks->setVisible(!aftermath.remarks.isEmpty());
+    m_remarks->setText(QStringLiteral("• ") + aftermath.remarks.join(QStringLiteral("\n• ")));
+    m_retry->setVisible(m_run.undone && !aftermath.left.empty());
+    m_retry->setEnabled(!m_ports.agent.running.get());
+    m_retry->setAccessibleName(QStringLiteral("Rest des Laufs vom %1 noch einmal zurücklegen").arg(m_date->text()));
     QStringList names;
-    for (const Location &one : missing->second)
+    for (const Location &one : aftermath.notRestored)
         names << QStringLiteral("• %1 (%2)")
                      .arg(shownName(one), crumbText(one.parent_path(), m_ports.services.folders.home));
     m_missing->setText(QStringLiteral("Nicht zurückgelegt:\n") + names.join(u'\n'));

@@ -26,6 +26,7 @@ private:
     void toggle();
     void fillSteps();
     void showNotes();
+    void showAftermath(const RunHistory::Aftermath &aftermath);
 
     AgentPorts m_ports;
     QUuid m_id;
@@ -36,8 +37,10 @@ private:
     TextLabel *m_undone = nullptr;
     TextLabel *m_interrupted = nullptr;
     TextLabel *m_missing = nullptr;
+    TextLabel *m_remarks = nullptr;
     TextLabel *m_notUndone = nullptr;
     QPushButton *m_undo = nullptr;
+    QPushButton *m_retry = nullptr; ///< what was not put back
     QListWidget *m_steps = nullptr; ///< filled when first opened
 };
 

@@ -121,6 +121,15 @@ TEST_F(AgentStart, namesWhatAnUndoCouldNotPutBack)
     ASSERT_TRUE(missing);
     EXPECT_TRUE(missing->text().contains(QStringLiteral("a.pdf (Downloads)"))) << missing->text().toStdString();
     EXPECT_FALSE(missing->text().contains(QStringLiteral("b.pdf")));
+    // It turns up again: the rest can be tried by itself.
+    tree().file("home/Dokumente/Rechnungen/a.pdf", "neuer");
+    click("runRetry");
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(tree().content("home/Downloads/a.pdf"), "neuer");
+    EXPECT_FALSE(find("runNotRestored") || find("runRetry"));
+    const auto *const remarks = find<QLabel>("runRemarks");
+    ASSERT_TRUE(remarks);
+    EXPECT_EQ(remarks->text(), QStringLiteral("• a.pdf: Inzwischen geändert, so kam es zurück."));
 }
 
 TEST_F(AgentStart, namesTheVolumeThatIsAwayInTheRunsRow)

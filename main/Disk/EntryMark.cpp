@@ -1,4 +1,4 @@
-#include "Agent/EntryMark.h"
+#include "Disk/EntryMark.h"
 
 #include <charconv>
 #include <string>
@@ -33,7 +33,7 @@ bool takeInstant(std::string_view &text, Instant &instant)
 std::optional<EntryMark> EntryMark::of(const Location &location)
 {
     const Result<FileAttributes> now = readAttributes(location);
-    return now ? std::optional(EntryMark{FileState::of(*now), now->created}) : std::nullopt;
+    return now ? std::optional(of(*now)) : std::nullopt;
 }
 
 bool EntryMark::isOf(const FileAttributes &now) const
@@ -44,6 +44,19 @@ bool EntryMark::isOf(const FileAttributes &now) const
     // The number of a device is another after a new start.
     return now.identity == state.identity || asItWas ||
            (created && now.created && now.identity.inode == state.identity.inode);
+}
+
+bool EntryMark::isSame(const FileAttributes &now) const
+{
+    const bool born = created && now.created && *created == *now.created;
+    const bool asItWas = now.size == state.size && now.modified == state.modified;
+    return now.identity.inode == state.identity.inode && (born || asItWas);
+}
+
+bool EntryMark::isAt(const Location &location) const
+{
+    const Result<FileAttributes> now = readAttributes(location);
+    return now && isSame(*now);
 }
 
 QString EntryMark::text() const

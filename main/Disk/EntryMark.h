@@ -18,23 +18,22 @@ struct EntryMark {
 
     /// Of what lies there now; nothing where that cannot be examined.
     static std::optional<EntryMark> of(const Location &location);
+    static EntryMark of(const FileAttributes &now) { return {FileState::of(now), now.created}; }
 
     /// Whether this is the entry: the same file, changed since or not, or one that is as it was where the volume gives new
     /// numbers each time (a stick put in again).
     bool isOf(const FileAttributes &now) const;
 
+    /// The same of an entry that may be anywhere by now, so that nothing but itself tells: its number, and that this was not
+    /// given to another since, by the birth or by size and time. The number of a device is another after a new start.
+    bool isSame(const FileAttributes &now) const;
+    /// Whether what lies there is the same.
+    bool isAt(const Location &location) const;
+
     /// "device:inode:size:nanoseconds", and ":nanoseconds" of the birth: an inode may need all 64 bits, which a JSON number
     /// does not have.
     QString text() const;
     static std::optional<EntryMark> parse(const QString &text);
-};
-
-/// What a step has left, to be known again by its undo.
-struct StepMarks {
-    std::optional<EntryMark> to;
-    std::optional<EntryMark> trashedOriginal;
-
-    bool operator==(const StepMarks &) const = default;
 };
 
 } // namespace brellin

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Location.h"
+#include "Base/Result.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace brellin {
+
+/// What was in a folder at one time, to tell later what has come or was changed since. Eight bytes for each entry: it cannot
+/// say what has gone.
+class TreeMark {
+public:
+    /// Whether an entry with another modification time counts as changed: volumes keep times more or less exactly.
+    enum class Times { Counted, Ignored };
+
+    /// Fails where something in it could not be looked at. Blocking, as long as a walk takes.
+    static Result<TreeMark> of(const Location &folder, const JobControl *control = nullptr,
+                               Times times = Times::Counted);
+
+    /// Entries in `folder` that were not in it then, or had another size or time; at most `most` of them. A
+    /// folder counts by its name. Fails as above.
+    Result<std::vector<Location>> newIn(const Location &folder, std::size_t most,
+                                        const JobControl *control = nullptr) const;
+
+    /// Of what was just made, for a record of it; nothing of what is no folder, or could not be seen.
+    static std::shared_ptr<const TreeMark> shared(const Location &entry);
+
+    bool operator==(const TreeMark &) const = default;
+
+private:
+    std::vector<std::uint64_t> m_entries; ///< sorted
+    Times m_times = Times::Counted;
+};
+
+} // namespace brellin
