@@ -29,7 +29,7 @@ OperationOutcome failedOutcome(const QString &line)
 OperationOutcome outcomeOf(UserAction::Kind kind, const Location &from, const Result<Location> &made)
 {
     if (made)
-        return {{kind, {recordOf(from, *made)}}, {}, false};
+        return {{kind, {recordOfMade(from, *made)}}, {}, false};
     if (made.error().isCancelled())
         return {
             {kind, {}}, made.error() == Failure::cancelled() ? QStringList() : QStringList(made.error().message), true};

@@ -53,7 +53,8 @@ public:
                                                                          : EntryOutcome::Fate::Failed,
                     {},
                     now.error().message};
-        if (now->identity != entry.state.identity)
+        const bool reborn = entry.created && now->created && *entry.created != *now->created;
+        if (now->identity != entry.state.identity || reborn)
             return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Dort liegt inzwischen etwas anderes.")};
         switch (m_kind) {
         case Kind::Rename:
@@ -115,8 +116,29 @@ private:
             return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Das hat sich inzwischen geändert und bleibt.")};
         if (m_kind == Kind::NewFolder && m_services.files.removeEmptyFolder(entry.to))
             return {};
+        if (const QString why = now.isFolder() ? whyItStays(entry) : QString(); !why.isEmpty())
+            return {EntryOutcome::Fate::Stale, {}, why};
         const Result<Location> trashed = m_services.trash.put(entry.to);
         return trashed ? EntryOutcome() : failed(trashed.error());
+    }
+
+    /// What somebody put into a folder that was made, or changed there, is not ours to take away.
+    QString whyItStays(const Entry &entry)
+    {
+        constexpr std::size_t mostNamed = 3;
+        const Result<std::vector<Location>> added = entry.content
+                                                        ? entry.content->newIn(entry.to, mostNamed + 1, &m_control)
+                                                        : failure(Failure::system(EACCES));
+        if (!added)
+            return QStringLiteral(
+                "Ob darin inzwischen etwas dazukam, lässt sich nicht feststellen. Der Ordner bleibt.");
+        if (added->empty())
+            return {};
+        QStringList names;
+        for (const Location &one : *added)
+            names << (names.size() == mostNamed ? QStringLiteral("…") : QStringLiteral("„%1“").arg(shownName(one)));
+        return QStringLiteral("Darin kam inzwischen etwas dazu oder wurde geändert (%1). Der Ordner bleibt.")
+            .arg(names.join(QStringLiteral(", ")));
     }
 
     /// What a transfer had replaced comes back out of the Trash.
@@ -124,7 +146,10 @@ private:
     {
         if (outcome.fate != EntryOutcome::Fate::Undone || !entry.replaced)
             return outcome;
-        if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
+        // The Trash may have been emptied, and another have come to the same place from here.
+        if (entry.replacedMark && !entry.replacedMark->isAt(*entry.replaced))
+            outcome.message = QStringLiteral("Was ersetzt worden war, liegt nicht mehr im Papierkorb.");
+        else if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
             outcome.message = QStringLiteral("Was ersetzt worden war, bleibt im Papierkorb. ") + back.error().message;
         return outcome;
     }

@@ -96,7 +96,17 @@ QStringList undoLines(const UserAction &action)
 
 UserAction::Entry recordOf(const Location &from, const Location &to)
 {
-    return {from, to, FileState::of(readAttributes(to).value_or(FileAttributes()))};
+    const FileAttributes now = readAttributes(to).value_or(FileAttributes());
+    UserAction::Entry entry{from, to, FileState::of(now)};
+    entry.created = now.created;
+    return entry;
+}
+
+UserAction::Entry recordOfMade(const Location &from, const Location &to)
+{
+    UserAction::Entry entry = recordOf(from, to);
+    entry.content = TreeMark::shared(to);
+    return entry;
 }
 
 } // namespace brellin

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "Base/Location.h"
-#include "Disk/FileAttributes.h"
+#include "Disk/EntryMark.h"
+#include "Disk/TreeMark.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -23,6 +25,10 @@ struct UserAction {
         FileState state; ///< of the entry at `to`
         /// Where the entry that it replaced lies in the Trash.
         std::optional<Location> replaced = {};
+        std::optional<EntryMark> replacedMark = {}; ///< by which it is known there
+        std::optional<Instant> created = {};        ///< birth of the entry at `to`
+        /// Of a folder that was made: what was in it then. Nothing where that could not be seen.
+        std::shared_ptr<const TreeMark> content = {};
 
         bool operator==(const Entry &) const = default;
     };
@@ -42,5 +48,7 @@ QStringList undoLines(const UserAction &action);
 
 /// An entry as it is now, for a record of what was done.
 UserAction::Entry recordOf(const Location &from, const Location &to);
+/// The same of what was made, with all that is in it.
+UserAction::Entry recordOfMade(const Location &from, const Location &to);
 
 } // namespace brellin

@@ -250,8 +250,13 @@ TransferredEntry StepRun::arrived(const TransferStep &step, std::optional<Locati
     TransferredEntry entry;
     entry.src = step.src;
     entry.dst = step.dst;
-    entry.state = FileState::of(readAttributes(step.dst).value_or(FileAttributes()));
+    const FileAttributes now = readAttributes(step.dst).value_or(FileAttributes());
+    entry.state = FileState::of(now);
+    entry.created = now.created;
+    entry.replacedMark = replaced ? EntryMark::of(*replaced) : std::nullopt;
     entry.replaced = std::move(replaced);
+    if (m_kind == TransferKind::Copy)
+        entry.content = TreeMark::shared(step.dst);
     return entry;
 }
 

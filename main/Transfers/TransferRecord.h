@@ -1,12 +1,14 @@
 #pragma once
 
 #include "Base/Instant.h"
-#include "Disk/FileAttributes.h"
+#include "Disk/EntryMark.h"
+#include "Disk/TreeMark.h"
 #include "Transfers/TransferStep.h"
 
 #include <QStringList>
 #include <QUuid>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -22,6 +24,10 @@ struct TransferredEntry {
     bool moved = false;
     /// Where the entry that it replaced lies in the Trash.
     std::optional<Location> replaced;
+    std::optional<EntryMark> replacedMark; ///< by which it is known there
+    std::optional<Instant> created;        ///< birth of `dst`
+    /// Of a copied folder: what was in it on arrival. Nothing where that could not be seen.
+    std::shared_ptr<const TreeMark> content;
 
     bool operator==(const TransferredEntry &) const = default;
 };

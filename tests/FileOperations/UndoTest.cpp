@@ -119,6 +119,59 @@ TEST_F(UndoTest, leavesAloneWhatIsNoLongerTheSame)
     EXPECT_EQ(snapshot(), before);
 }
 
+TEST_F(UndoTest, sparesWhatWasAddedToAFolderThatWasMade)
+{
+    tree.lines({"home/kopie/tief=drei", "home/kopie/innen/tiefer=vier", "home/neu/"});
+    const UserAction::Entry copied = recordOfMade(home("ordner"), home("kopie"));
+    const UserAction::Entry made = recordOfMade({}, home("neu"));
+    tree.lines({"home/kopie/innen/Abgabe.txt=seit gestern", "home/neu/Notiz.txt=meins"});
+    const std::string before = snapshot();
+    EXPECT_EQ(undo(Kind::Copy, {copied}).failures,
+              QStringList(QStringLiteral("kopie: Darin kam inzwischen etwas dazu oder wurde geändert („Abgabe.txt“). "
+                                         "Der Ordner bleibt.")));
+    EXPECT_EQ(undo(Kind::NewFolder, {made}).failures.size(), 1);
+    std::filesystem::remove(home("kopie/innen/Abgabe.txt"));
+    tree.file("home/kopie/tief", "geändert");
+    EXPECT_EQ(undo(Kind::Unpack, {copied}).failures.size(), 1);
+    EXPECT_EQ(tree.content("home/kopie/tief"), "geändert");
+    EXPECT_EQ(tree.content("home/neu/Notiz.txt"), "meins");
+
+    // What went from it is no reason to keep the rest.
+    std::filesystem::remove(home("kopie/tief"));
+    EXPECT_EQ(undo(Kind::Copy, {copied}).failures, QStringList());
+    EXPECT_TRUE(tree.has("trash/files/kopie/innen/tiefer"));
+    // One that could not be looked into is not known.
+    tree.lines({"home/kopie/tief=drei"});
+    EXPECT_EQ(undo(Kind::Copy, {recordOf(home("ordner"), home("kopie"))}).failures.size(), 1);
+    EXPECT_TRUE(tree.has("home/kopie/tief"));
+}
+
+TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
+{
+    const Result<Location> replaced = realTrash.put(home("a.txt"));
+    std::filesystem::copy(home("b.txt"), home("a.txt"));
+    UserAction::Entry copied = recordOfMade(home("b.txt"), home("a.txt"));
+    copied.replaced = *replaced;
+    copied.replacedMark = EntryMark::of(*replaced);
+    // The Trash is emptied, and another file from the same place takes the name there.
+    std::filesystem::remove(*replaced);
+    std::filesystem::remove(tree.path("trash/info/a.txt.trashinfo"));
+    std::filesystem::rename(home("a.txt"), home("beiseite"));
+    tree.file("home/a.txt", "ein anderes");
+    ASSERT_EQ(realTrash.put(home("a.txt")).value(), *replaced);
+    std::filesystem::rename(home("beiseite"), home("a.txt"));
+    EXPECT_EQ(undo(Kind::Copy, {copied}).failures,
+              QStringList(QStringLiteral("a.txt: Was ersetzt worden war, liegt nicht mehr im Papierkorb.")));
+    EXPECT_FALSE(tree.has("home/a.txt"));
+    EXPECT_EQ(tree.content("trash/files/a.txt"), "ein anderes");
+
+    // A number that was given to another file since does not make it the one that was moved.
+    UserAction::Entry renamed = recordOf(home("x.txt"), home("b.txt"));
+    renamed.created = *renamed.created - std::chrono::seconds(5);
+    EXPECT_EQ(undo(Kind::Rename, {renamed}).failures,
+              QStringList(QStringLiteral("b.txt: Dort liegt inzwischen etwas anderes.")));
+}
+
 TEST_F(UndoTest, neverReplacesWhatHasTakenTheOldPlace)
 {
     std::filesystem::rename(home("a.txt"), home("neu.txt"));

@@ -19,7 +19,8 @@ UserAction actionOf(const TransferRecord &record)
     action.kind = record.kind == TransferKind::Move ? UserAction::Kind::Move : UserAction::Kind::Copy;
     for (const TransferredEntry &entry : record.entries)
         if (entry.moved == (record.kind == TransferKind::Move))
-            action.entries.push_back({entry.src, entry.dst, entry.state, entry.replaced});
+            action.entries.push_back(
+                {entry.src, entry.dst, entry.state, entry.replaced, entry.replacedMark, entry.created, entry.content});
     return action;
 }
 

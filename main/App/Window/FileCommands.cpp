@@ -99,8 +99,9 @@ void FileCommands::recordChange(const Location &from, const Location &to)
     onWorker(
         m_services.panes.workers, to, MountWorkers::Turn::OfMount, this,
         [from, to] {
-            const auto kind = from.empty() ? UserAction::Kind::NewFolder : UserAction::Kind::Rename;
-            return UserAction{kind, {recordOf(from, to)}};
+            if (from.empty())
+                return UserAction{UserAction::Kind::NewFolder, {recordOfMade(from, to)}};
+            return UserAction{UserAction::Kind::Rename, {recordOf(from, to)}};
         },
         [this](const UserAction &action) { m_services.undo.record(action); });
 }
