@@ -223,7 +223,7 @@ ExitCode runZipCommand(CommandContext &context)
         context.terminal,
         [&](JobControl &control) {
             return compress(entries, entries.front().parent_path(), context.services.files(),
-                            context.services.processes(), control);
+                            context.services.processes(), control, context.services.archiveLogs());
         },
         [](const JobControl &control) { return progressText(QStringLiteral("Komprimiere"), control); });
     if (!made) {

@@ -3,6 +3,7 @@
 #include "Agent/Recovery.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "Disk/HiddenNote.h"
 #include "FileOperations/RenameLog.h"
 #include "Transfers/Leftovers.h"
 
@@ -20,6 +21,7 @@ using Kind = Remnant::Kind;
 struct Search {
     Location transferLogs;
     Location renameLogs;
+    Location archiveLogs;
     Location journals;
     std::vector<Location> folders;
     Instant now;
@@ -27,12 +29,14 @@ struct Search {
 
 Search searchOf(Services &services, const std::vector<Location> &folders)
 {
-    return {services.transferLogs(), services.renameLogs(), services.journals(), folders, services.clock().now()};
+    return {services.transferLogs(), services.renameLogs(), services.archiveLogs(), services.journals(), folders,
+            services.clock().now()};
 }
 
 std::vector<Location> unfinishedCopies(const Search &search)
 {
     std::vector<Location> found = loggedLeftovers(search.transferLogs);
+    std::ranges::copy(notedHiddenPlaces(search.archiveLogs), std::back_inserter(found));
     for (const Location &folder : search.folders)
         std::ranges::copy(transferLeftovers(folder, search.transferLogs, SystemClock()), std::back_inserter(found));
     std::ranges::sort(found);

@@ -43,6 +43,7 @@ public:
     /// Where the journals of the agent's runs and undos lie.
     Location journals() const { return m_stateFolder / "journal"; }
     /// Where a batch rename writes down what it is about to do.
+    Location archiveLogs() const { return m_stateFolder / "archive"; }
     Location renameLogs() const { return m_stateFolder / "umbenennen"; }
     UserDefaults &settings() { return m_defaults; }
     /// The same for whoever only looks.

@@ -79,9 +79,10 @@ void removeAbandoned(const Location &parent, std::string_view prefix, FileAction
 
 } // namespace
 
-HiddenFolder::HiddenFolder(Location location, FileLock lock, FileActions &files)
+HiddenFolder::HiddenFolder(Location location, FileLock lock, HiddenNote note, FileActions &files)
     : m_location(std::move(location))
     , m_lock(std::move(lock))
+    , m_note(std::move(note))
     , m_files(&files)
 {
 }
@@ -89,6 +90,7 @@ HiddenFolder::HiddenFolder(Location location, FileLock lock, FileActions &files)
 HiddenFolder::HiddenFolder(HiddenFolder &&other) noexcept
     : m_location(std::move(other.m_location))
     , m_lock(std::move(other.m_lock))
+    , m_note(std::move(other.m_note))
     , m_files(std::exchange(other.m_files, nullptr))
 {
 }
@@ -107,8 +109,10 @@ std::optional<QString> HiddenFolder::remove()
     static_cast<void>(files.removeOwnCopy(location()));
     m_lock.release();
     const Result<void> removed = files.removeOwnCopy(m_location);
-    if (removed)
+    if (removed) {
+        m_note.discard();
         return std::nullopt;
+    }
     return QStringLiteral("Der versteckte Ordner „%1“ ließ sich nicht entfernen: %2")
         .arg(shownName(m_location), removed.error().message);
 }
@@ -118,17 +122,22 @@ Location HiddenFolder::location() const
     return m_location / contentName;
 }
 
-Result<HiddenFolder> HiddenFolder::create(const Location &parent, std::string_view prefix, FileActions &files)
+Result<HiddenFolder> HiddenFolder::create(const Location &parent, std::string_view prefix, FileActions &files,
+                                          const Location &notes)
 {
     removeAbandoned(parent, prefix, files);
     const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces).left(8);
     const Location folder = parent / (std::string(prefix) + token.toStdString());
-    TRY(files.createFolder(folder));
+    HiddenNote note(folder, notes);
+    if (const Result<void> created = files.createFolder(folder); !created) {
+        note.discard();
+        return failure(created.error());
+    }
     // Volumes that know no locks do without: there nothing is taken for abandoned.
     Result<FileLock> lock = FileLock::tryNow(folder / lockName);
     if (lock)
         nameThisMachine(*lock);
-    HiddenFolder made(folder, lock ? *std::move(lock) : FileLock(), files);
+    HiddenFolder made(folder, lock ? *std::move(lock) : FileLock(), std::move(note), files);
     TRY(files.createFolder(made.location()));
     return made;
 }

@@ -4,6 +4,7 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/FileActions.h"
+#include "Disk/HiddenNote.h"
 #include "System/FileLock.h"
 
 #include <QString>
@@ -20,8 +21,9 @@ namespace brellin {
 class HiddenFolder {
 public:
     /// In `parent`, the name beginning with `prefix` (which begins with a dot). Removes those that a killed program has left
-    /// there. `files` outlives it.
-    static Result<HiddenFolder> create(const Location &parent, std::string_view prefix, FileActions &files);
+    /// there. `notes` is where it is noted while it is there. `files` outlives it.
+    static Result<HiddenFolder> create(const Location &parent, std::string_view prefix, FileActions &files,
+                                       const Location &notes = {});
     ~HiddenFolder();
     HiddenFolder(HiddenFolder &&other) noexcept;
     HiddenFolder(const HiddenFolder &) = delete;
@@ -35,10 +37,11 @@ public:
     std::optional<QString> remove();
 
 private:
-    HiddenFolder(Location location, FileLock lock, FileActions &files);
+    HiddenFolder(Location location, FileLock lock, HiddenNote note, FileActions &files);
 
     Location m_location;
     FileLock m_lock;
+    HiddenNote m_note;
     FileActions *m_files; ///< null once moved from
 };
 

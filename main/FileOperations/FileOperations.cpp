@@ -181,9 +181,9 @@ void FileOperations::compress(std::vector<Location> entries, const Location &int
 {
     start(QStringLiteral("Komprimiere %1").arg(named(entries)),
           guarded({into / "Neu"},
-                  [entries = std::move(entries), into, &files = m_services.files,
-                   &processes = m_services.processes](JobControl &control) {
-                      const Result<Packed> packed = brellin::compress(entries, into, files, processes, control);
+                  [entries = std::move(entries), into, &files = m_services.files, &processes = m_services.processes,
+                   logs = m_services.archiveLogs](JobControl &control) {
+                      const Result<Packed> packed = brellin::compress(entries, into, files, processes, control, logs);
                       OperationOutcome outcome =
                           outcomeOf(UserAction::Kind::Archive, {},
                                     packed ? Result<Location>(packed->place) : failure(packed.error()));
@@ -229,8 +229,8 @@ void FileOperations::startUnpacking(const Location &archive, const Location &fol
     start(QStringLiteral("Entpacke „%1“").arg(shownName(archive)),
           guarded({folder / "Neu"},
                   [archive, folder,
-                   services = UnpackingServices{m_services.files, m_services.volumes, m_services.archiveReader}](
-                      JobControl &control) {
+                   services = UnpackingServices{m_services.files, m_services.volumes, m_services.archiveReader,
+                                                m_services.archiveLogs}](JobControl &control) {
                       const Result<Unpacked> unpacked = brellin::unpack(archive, folder, services, control);
                       OperationOutcome outcome =
                           outcomeOf(UserAction::Kind::Unpack, archive,

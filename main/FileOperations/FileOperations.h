@@ -32,6 +32,7 @@ struct FileOperationServices {
     Location archiveReader; ///< the program that reads archives, "…/brellin-bild"
     /// Whether an entry may be changed, or one of this name be made; callable from every thread. Without it, everything may.
     std::function<bool(const Location &entry)> mayChange = {};
+    Location archiveLogs = {}; ///< where is noted what archives leave when the program dies
 };
 
 /// An operation under way, for a line of the panel.

@@ -2,10 +2,10 @@
 
 namespace brellin {
 
-Result<Location> workHidden(const Location &parent, std::string_view prefix, FileActions &files,
+Result<Location> workHidden(const Location &parent, std::string_view prefix, FileActions &files, const Location &logs,
                             const std::function<Result<Location>(const Location &hidden)> &work, QStringList &notes)
 {
-    HiddenFolder hidden = TRY(HiddenFolder::create(parent, prefix, files));
+    HiddenFolder hidden = TRY(HiddenFolder::create(parent, prefix, files, logs));
     Result<Location> done = work(hidden.location());
     const std::optional<QString> stays = hidden.remove();
     if (!stays)

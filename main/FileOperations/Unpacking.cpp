@@ -153,7 +153,7 @@ Result<Unpacked> unpack(const Location &archive, const Location &folder, const U
         return tops.size() == 1 ? renameToFree(tops.front(), folder / tops.front().filename(), files)
                                 : renameToFree(hidden, own, files);
     };
-    unpacked.place = TRY(workHidden(folder, unpackingPrefix, files, unpackHidden, notes));
+    unpacked.place = TRY(workHidden(folder, unpackingPrefix, files, services.logs, unpackHidden, notes));
     unpacked.notes << notes;
     return unpacked;
 }

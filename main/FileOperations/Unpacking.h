@@ -24,7 +24,8 @@ bool isUnpackable(std::string_view name);
 struct UnpackingServices {
     FileActions &files;
     const Volumes &volumes;
-    Location reader; ///< the program that reads archives, "…/brellin-bild"
+    Location reader;    ///< the program that reads archives, "…/brellin-bild"
+    Location logs = {}; ///< where is noted what a crash has left
 };
 
 /// Reads through an archive without unpacking it. Blocking.

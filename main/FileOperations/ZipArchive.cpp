@@ -66,7 +66,7 @@ std::string zipName(const std::vector<Location> &entries)
 }
 
 Result<Packed> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
-                        ProcessRunner &processes, JobControl &control)
+                        ProcessRunner &processes, JobControl &control, const Location &logs)
 {
     if (entries.empty())
         return failure(QStringLiteral("Es ist nichts ausgewählt."));
@@ -92,7 +92,7 @@ Result<Packed> compress(const std::vector<Location> &entries, const Location &in
         return renameToFree(growing, into / zipName(entries), files);
     };
     Packed packed;
-    packed.place = TRY(workHidden(into, packingPrefix, files, pack, packed.notes));
+    packed.place = TRY(workHidden(into, packingPrefix, files, logs, pack, packed.notes));
     return packed;
 }
 

@@ -20,8 +20,9 @@ struct Packed {
 };
 
 /// Packs entries of one folder into a ZIP archive beside them (or in `into`), under a free name, and gives its place. It
-/// grows hidden and appears when it is complete; a failure or a cancel leaves nothing. Counts bytes as progress. Blocking.
+/// grows hidden and appears when it is complete; a failure or a cancel leaves nothing, and `logs` tells
+/// what a crash has left. Counts bytes as progress. Blocking.
 Result<Packed> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
-                        ProcessRunner &processes, JobControl &control);
+                        ProcessRunner &processes, JobControl &control, const Location &logs = {});
 
 } // namespace brellin

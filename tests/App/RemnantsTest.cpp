@@ -1,6 +1,7 @@
 #include "Agent/RunJournal.h"
 #include "FileOperations/RenameLog.h"
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 #include "System/ProcessRunner.h"
 #include "Transfers/TransferLog.h"
 
@@ -9,6 +10,12 @@
 #include <QJsonObject>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -104,6 +111,34 @@ TEST_F(RemnantsTest, areListedSaidByEveryCommandAndSettled)
     EXPECT_TRUE(std::filesystem::is_empty(tree.path("ziel")));
     EXPECT_EQ(tree.content("f/a \"b\"\n\\c.txt"), "wartet");
     EXPECT_TRUE(run({"verlauf"}).output.contains(id.toByteArray(QUuid::WithoutBraces).toUpper()));
+}
+
+TEST_F(RemnantsTest, ofAKilledPackingAreFoundWhereverTheyLie)
+{
+    std::filesystem::resize_file(tree.file("f/lang", "x"), 8'000'000'000); // packing it takes a while
+    const std::string archived = tree.path("f/lang").native();
+    const pid_t packer = ::fork();
+    if (packer == 0) {
+        ::execl(BRELLIN_PROGRAM, "brellin", "zip", archived.c_str(), nullptr);
+        ::_exit(127);
+    }
+    const auto packs = [&] {
+        return std::ranges::any_of(std::filesystem::directory_iterator(tree.path("f")), [](const auto &entry) {
+            const Location content = entry.path() / "inhalt";
+            return std::filesystem::exists(content) && !std::filesystem::is_empty(content);
+        });
+    };
+    EXPECT_TRUE(waitUntil(packs));
+    EXPECT_EQ(listed(), QStringList()) << "it lives";
+    ::kill(packer, SIGKILL);
+    ::waitpid(packer, nullptr, 0);
+    const QStringList left = listed();
+    ASSERT_EQ(left.size(), 1);
+    EXPECT_TRUE(left[0].startsWith(QStringLiteral("transfer .brellin-zip-"))) << left[0].toStdString();
+    EXPECT_TRUE(mentions());
+    EXPECT_EQ(run({"reste", "--aufraeumen"}).exitCode, 0);
+    EXPECT_EQ(listed(), QStringList());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.path("f")), {}), 1);
 }
 
 TEST_F(RemnantsTest, leaveOutWhatLivesAndKeepWhatNobodyUnderstands)

@@ -43,7 +43,8 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_transfers(services.forTransfers(m_workers), services.clock())
     , m_undo({services.files(), services.trash(), services.renameLogs()})
     , m_operations({services.files(), services.trash(), services.volumes(), services.processes(), m_workspace,
-                    services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services)})
+                    services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services),
+                    services.archiveLogs()})
     , m_sendTo(services.settings(), services.folders())
     , m_agent(services.forAgent())
     , m_model(services.forAgent())
