@@ -10,6 +10,8 @@ namespace brellin {
 
 namespace {
 
+/// Extensions that are remembered: "Bericht.1037" has one of its own.
+constexpr std::size_t mostForms = 500;
 const QString nameGroup = QStringLiteral("name");
 
 QString composed(const QString &text)
@@ -93,11 +95,12 @@ NamePattern::Pieces NamePattern::withoutEnding(Pieces pieces, const QString &ext
     return pieces;
 }
 
-QRegularExpression NamePattern::expression(const Pieces &pieces, std::string_view fileName)
+NamePattern::Form NamePattern::formOf(Pieces pieces, std::string_view extension)
 {
+    Form form{std::move(pieces), {}, fileCategory(extension), composed(shown(extension))};
     QString text;
     bool named = false;
-    for (const Piece &piece : pieces) {
+    for (const Piece &piece : form.pieces) {
         switch (piece.kind) {
         case Piece::Kind::Text:
             text += QRegularExpression::escape(piece.text);
@@ -106,28 +109,29 @@ QRegularExpression NamePattern::expression(const Pieces &pieces, std::string_vie
             text += u'(' + dateExpression(piece.text) + u')';
             break;
         case Piece::Kind::Category:
-            text += QRegularExpression::escape(fileCategory(extensionOf(fileName)));
+            text += QRegularExpression::escape(form.category);
             break;
         case Piece::Kind::Name:
             text += named ? QStringLiteral("\\k<name>") : QStringLiteral("(?<name>.+)");
             named = true;
             break;
         case Piece::Kind::Ending:
-            text += QRegularExpression::escape(composed(shown(extensionOf(fileName))));
+            text += QRegularExpression::escape(form.extension);
             break;
         }
     }
-    return QRegularExpression(QRegularExpression::anchoredPattern(text),
-                              QRegularExpression::DotMatchesEverythingOption);
+    form.expression =
+        QRegularExpression(QRegularExpression::anchoredPattern(text), QRegularExpression::DotMatchesEverythingOption);
+    return form;
 }
 
-std::optional<QString> NamePattern::match(const Pieces &pieces, const QString &stem, std::string_view fileName)
+std::optional<QString> NamePattern::Form::remade(const QString &stem) const
 {
-    const QRegularExpressionMatch found = expression(pieces, fileName).match(stem);
-    if (pieces.empty() || !found.hasMatch())
+    const QRegularExpressionMatch found = expression.match(stem);
+    if (!found.hasMatch())
         return std::nullopt;
     QString made;
-    int date = 0;
+    int group = 0;
     bool named = false;
     for (const Piece &piece : pieces) {
         switch (piece.kind) {
@@ -135,42 +139,64 @@ std::optional<QString> NamePattern::match(const Pieces &pieces, const QString &s
             made += piece.text;
             break;
         case Piece::Kind::Date:
-            // Groups are numbered as they open, the name's among them.
-            ++date;
-            made += found.captured(date + (named ? 1 : 0));
+            made += found.captured(++group);
             break;
         case Piece::Kind::Category:
-            made += fileCategory(extensionOf(fileName));
+            made += category;
             break;
         case Piece::Kind::Name:
             made += cleanFileName(found.captured(nameGroup));
+            // Its group counts among the dates', where it is opened.
+            group += named ? 0 : 1;
             named = true;
             break;
         case Piece::Kind::Ending:
-            made += composed(shown(extensionOf(fileName)));
+            made += extension;
             break;
         }
     }
     return made;
 }
 
-std::optional<QString> NamePattern::remade(std::string_view fileName) const
+const std::vector<NamePattern::Form> &NamePattern::formsFor(std::string_view extension)
 {
-    const QString extension = composed(shown(extensionOf(fileName)));
-    const QString stem = composed(shown(stemOf(fileName)));
-    const QString ending = extension.isEmpty() ? QString() : u'.' + extension;
-    const Pieces pieces = withoutEnding(m_pieces, extension);
+    const auto known = m_forms.find(extension);
+    if (known != m_forms.end())
+        return known->second;
+    if (m_forms.size() >= mostForms)
+        m_forms.clear();
+    std::vector<Form> forms;
+    const QString ending = composed(shown(extension));
     // Of a name that was all cleaned away nothing is left but what stood around it.
     Pieces nameless = m_pieces;
     std::erase_if(nameless, [](const Piece &piece) { return piece.kind == Piece::Kind::Name; });
-    nameless = withoutEnding(std::move(nameless), extension);
+    const bool hasName = nameless.size() < m_pieces.size();
+    for (Pieces pieces : {withoutEnding(m_pieces, ending), hasName ? withoutEnding(nameless, ending) : Pieces()}) {
+        if (!pieces.empty())
+            forms.push_back(formOf(std::move(pieces), extension));
+    }
+    return m_forms.emplace(extension, std::move(forms)).first->second;
+}
+
+std::optional<QString> NamePattern::remade(std::string_view fileName)
+{
+    const std::vector<Form> &forms = formsFor(extensionOf(fileName));
+    const QString name = composed(shown(fileName));
+    const QString stem = composed(shown(stemOf(fileName)));
+    const QString ending = name.sliced(stem.size());
+    const QString uncounted = withoutCounter(stem);
+    QStringList candidates{stem};
     // A date at a name's end may look like its ending ("Liste 01.02.2020"), and a number tells of a name that was taken.
-    for (const QString &whole : {stem, withoutCounter(stem)}) {
-        for (const QString &candidate : {whole, whole + ending}) {
-            for (const Pieces *const made : {&pieces, static_cast<const Pieces *>(&nameless)}) {
-                if (std::optional<QString> again = match(*made, candidate, fileName))
-                    return again;
-            }
+    if (!ending.isEmpty())
+        candidates << name;
+    if (uncounted != stem)
+        candidates << uncounted;
+    if (uncounted != stem && !ending.isEmpty())
+        candidates << uncounted + ending;
+    for (const QString &candidate : std::as_const(candidates)) {
+        for (const Form &form : forms) {
+            if (std::optional<QString> again = form.remade(candidate))
+                return again;
         }
     }
     return std::nullopt;

@@ -3,7 +3,10 @@
 #include <QRegularExpression>
 #include <QString>
 
+#include <functional>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,7 +21,7 @@ public:
 
     /// For a file name that the pattern could have made: the pattern with the name's own dates and its {Name} part cleaned,
     /// still to be made a name. Nothing for other names.
-    std::optional<QString> remade(std::string_view fileName) const;
+    std::optional<QString> remade(std::string_view fileName);
 
 private:
     struct Piece {
@@ -28,11 +31,22 @@ private:
     };
     using Pieces = std::vector<Piece>;
 
+    /// What names with one extension look like.
+    struct Form {
+        Pieces pieces;
+        QRegularExpression expression;
+        QString category;
+        QString extension;
+
+        std::optional<QString> remade(const QString &stem) const;
+    };
+
     static Pieces withoutEnding(Pieces pieces, const QString &extension);
-    static QRegularExpression expression(const Pieces &pieces, std::string_view fileName);
-    static std::optional<QString> match(const Pieces &pieces, const QString &stem, std::string_view fileName);
+    static Form formOf(Pieces pieces, std::string_view extension);
+    const std::vector<Form> &formsFor(std::string_view extension);
 
     Pieces m_pieces;
+    std::map<std::string, std::vector<Form>, std::less<>> m_forms; ///< by extension
 };
 
 } // namespace brellin

@@ -144,7 +144,7 @@ const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
 }
 
 /// The expanded pattern with the file's own extension behind it; empty where that makes no name.
-std::string RuleTargets::newName(const WalkedFile &file) const
+std::string RuleTargets::newName(const WalkedFile &file)
 {
     const std::optional<QString> remade = remadeName(file);
     QString name = asName(remade ? *remade : expand(m_rule.renamePattern, file.location(), dateOf(file)));
@@ -159,17 +159,17 @@ std::string RuleTargets::newName(const WalkedFile &file) const
 
 /// Of a name that an earlier scan may have given: with its own dates, cleaned anew. Without this a "{Datum} {Name}" would put
 /// another date in front after every change of the file.
-std::optional<QString> RuleTargets::remadeName(const WalkedFile &file) const
+std::optional<QString> RuleTargets::remadeName(const WalkedFile &file)
 {
     return isUtf8(file.name) ? m_names.remade(file.name) : std::nullopt;
 }
 
-bool RuleTargets::keepsItsName(const WalkedFile &file) const
+bool RuleTargets::keepsItsName(const WalkedFile &file)
 {
     return m_rule.action == RuleAction::Rename && remadeName(file);
 }
 
-bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file) const
+bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file)
 {
     // Placeholders work on text; of a name that is none, bytes would be lost.
     if (!isUtf8(file.name))

@@ -40,7 +40,7 @@ public:
     /// has its name, or the rule's text leads nowhere.
     std::optional<Candidate> candidate(const WalkedFile &file, const RuleSource &source);
     /// Whether a renaming rule leaves a file its name because that already looks like one of the rule's.
-    bool keepsItsName(const WalkedFile &file) const;
+    bool keepsItsName(const WalkedFile &file);
 
 private:
     struct Target {
@@ -49,19 +49,19 @@ private:
     };
 
     bool setFolderTarget(Candidate &candidate, const WalkedFile &file, const RuleSource &source);
-    bool setNewName(Candidate &candidate, const WalkedFile &file) const;
+    bool setNewName(Candidate &candidate, const WalkedFile &file);
     bool setChosenByModel(Candidate &candidate) const;
     const Target &targetOf(const WalkedFile &file);
     Instant dateOf(const WalkedFile &file) const { return file.created.value_or(m_now); }
-    std::string newName(const WalkedFile &file) const;
-    std::optional<QString> remadeName(const WalkedFile &file) const;
+    std::string newName(const WalkedFile &file);
+    std::optional<QString> remadeName(const WalkedFile &file);
 
     const CleanupRule &m_rule;
     const Location m_home;
     const Instant m_now;
     const QString m_pattern; ///< of the target, without names
     const bool m_patternHasType;
-    const NamePattern m_names;
+    NamePattern m_names;
     LocalDays m_days;
     std::map<std::pair<QDate, std::string>, Target> m_targets;
 };
