@@ -65,6 +65,12 @@ private:
     std::optional<QString> asked(const Location &file) const;
     std::optional<QString> usableGroup(const QString &name) const;
     Location groupFolder(const QString &group) const;
+    struct Loose {
+        const SurveyedFile *file;
+        Target target;
+    };
+    std::vector<Loose> gathered(LooseFiles &result);
+    void noteOwnName(const Loose &one);
     LooseFile placed(const SurveyedFile &file, const Target &target);
     bool isFree(const Location &destination) const;
 
@@ -77,6 +83,7 @@ private:
     std::set<std::string> m_reserved;     ///< names that a browser keeps empty until its download is complete
     std::map<QString, Location> m_groups; ///< the usable ones and their folders
     std::set<QString> m_planned;          ///< folded paths
+    std::set<QString> m_own;              ///< … that the loose files would have under the names they have
 };
 
 Gathering::Gathering(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose,
@@ -200,8 +207,9 @@ LooseFile Gathering::placed(const SurveyedFile &file, const Target &target)
     const Location folder = m_groups.at(target.group);
     const std::string name = file.location.filename().native();
     std::string newName = fittingName(cleanedName(name));
-    // A number that a taken name forces on the file would make "bereinigt" a lie.
-    if (newName != name && !isFree(folder / newName))
+    // A number that a taken name forces on the file would make "bereinigt" a lie, and a name that another loose file has is
+    // that file's.
+    if (newName != name && (!isFree(folder / newName) || m_own.contains(folded(shown(folder / newName)))))
         newName = name;
     const NameChange change = newName != name ? NameChange::Cleaned : NameChange::None;
     const Location destination = folder / newName;
@@ -210,11 +218,14 @@ LooseFile Gathering::placed(const SurveyedFile &file, const Target &target)
             sortingReason(file.location, target.group, target.choice, change)};
 }
 
-LooseFiles Gathering::run()
+void Gathering::noteOwnName(const Loose &one)
 {
-    LooseFiles result;
-    if (!m_scope.protection().mayTidy() || m_scope.protection().isCollected(m_scope.root()))
-        return result;
+    m_own.insert(folded(shown(m_groups.at(one.target.group) / one.file->location.filename())));
+}
+
+std::vector<Gathering::Loose> Gathering::gathered(LooseFiles &result)
+{
+    std::vector<Loose> all;
     for (const SurveyedFile &file : m_scope.survey().topFiles()) {
         if (m_control.cancelled())
             break;
@@ -226,8 +237,21 @@ LooseFiles Gathering::run()
         }
         m_control.setDetail(shownName(file.location));
         if (const std::optional<Target> target = targetOf(file.location))
-            result.files.push_back(placed(file, *target));
+            all.push_back({&file, *target});
     }
+    return all;
+}
+
+LooseFiles Gathering::run()
+{
+    LooseFiles result;
+    if (!m_scope.protection().mayTidy() || m_scope.protection().isCollected(m_scope.root()))
+        return result;
+    const std::vector<Loose> all = gathered(result);
+    for (const Loose &one : all)
+        noteOwnName(one);
+    for (const Loose &one : all)
+        result.files.push_back(placed(*one.file, one.target));
     return result;
 }
 

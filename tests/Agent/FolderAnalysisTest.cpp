@@ -92,6 +92,17 @@ TEST_F(FolderAnalysisTest, TheUsersGroupsDecide)
     EXPECT_THAT(linesOf("home/X/medien"), IsEmpty()) << "sorted already";
 }
 
+TEST_F(FolderAnalysisTest, CleanedNamesTakeNobodysName)
+{
+    tree().lines({"home/X/a (2).pdf=zwei", "home/X/a.pdf=eins", "home/X/b (2).pdf=drei", "home/X/b (3).pdf=vier",
+                  "home/X/c (2).pdf=fünf", "home/X/C.pdf=sechs", "home/X/d (2).pdf=sieben", "home/X/d.jpg=acht"});
+    EXPECT_THAT(linesOf(), UnorderedElementsAre(
+                               "+ move C.pdf -> Unterlagen/C.pdf", "+ move a (2).pdf -> Unterlagen/a (2).pdf",
+                               "+ move a.pdf -> Unterlagen/a.pdf", "+ move b (2).pdf -> Unterlagen/b.pdf",
+                               "+ move b (3).pdf -> Unterlagen/b (3).pdf", "+ move c (2).pdf -> Unterlagen/c (2).pdf",
+                               "+ move d (2).pdf -> Unterlagen/d.pdf", "+ move d.jpg -> Medien/d.jpg"));
+}
+
 TEST_F(FolderAnalysisTest, DuplicatesKeepTheOldest)
 {
     tree().lines({"home/X/a/urlaub.jpg=bild"});
