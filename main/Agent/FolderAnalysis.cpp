@@ -43,6 +43,7 @@ private:
     void propose(AgentProposal proposal);
     bool isRecent(Instant modified) const { return modified > m_request.now - recentDays; }
     bool isInWhole(std::size_t folder) const;
+    bool isKept(const Location &entry) const;
 
     const AgentServices &m_services;
     const AnalysisRequest &m_request;
@@ -68,14 +69,22 @@ bool Analysis::isInWhole(std::size_t folder) const
                                [&](const FolderFinding &one) { return m_scope.survey().isAtOrIn(folder, one.folder); });
 }
 
-/// Takes over what is not in a folder that is found already, nor holds one that is kept for another.
+/// What is kept for others, and all that is in a folder that is: its copy goes because all of it is there.
+bool Analysis::isKept(const Location &entry) const
+{
+    return m_kept.contains(entry) || std::ranges::any_of(m_equal, [&](const FolderFinding &equal) {
+               return isAtOrBelow(entry, *equal.keptCopy);
+           });
+}
+
+/// Takes over what is not in a folder that is found already, and neither holds nor lies in one that is kept for another.
 void Analysis::add(std::vector<FolderFinding> &list, std::vector<FolderFinding> found)
 {
     for (FolderFinding &one : found) {
         const Location &folder = m_scope.folder(one.folder).location;
         const bool holdsKept = std::ranges::any_of(
             m_equal, [&](const FolderFinding &equal) { return isAtOrBelow(*equal.keptCopy, folder); });
-        if (isInWhole(one.folder) || holdsKept)
+        if (isInWhole(one.folder) || holdsKept || isKept(folder))
             continue;
         // An outer folder takes the inner ones with it.
         for (std::vector<FolderFinding> *const earlier : {&m_equal, &m_removable, &m_whole})
@@ -103,7 +112,7 @@ Result<void> Analysis::findFolders()
 /// What one source gets at most once, with the marks that follow from its doubts.
 void Analysis::propose(AgentProposal proposal)
 {
-    if (!m_taken.insert(proposal.source).second)
+    if (isKept(proposal.source) || !m_taken.insert(proposal.source).second)
         return;
     if (proposal.needsReview)
         proposal.preselected = false;
@@ -114,6 +123,8 @@ void Analysis::propose(AgentProposal proposal)
 void Analysis::proposeDocuments(const std::vector<DuplicatePair> &pairs)
 {
     for (const DuplicatePair &pair : pairs) {
+        if (isKept(pair.duplicate))
+            continue;
         const bool doubtful = isRecent(pair.duplicateState.modified) || m_scope.isNamedByScripts(pair.duplicate);
         const QString reason = duplicateReason(pair.kept);
         propose({.kind = Kind::Trash,
@@ -154,8 +165,7 @@ void Analysis::proposeVideos()
     for (const SurveyedFile &video : m_scope.survey().largeVideos()) {
         const Instant settled = settledSince(video.attributes);
         if (video.hidden || isPlaceHolder(video.location, video.attributes) || !isNeverOpened(video.attributes) ||
-            !isLongerAgo(settled, limit, m_request.now) || isInWhole(video.folder) || m_kept.contains(video.location) ||
-            !m_scope.mayGo(video.location))
+            !isLongerAgo(settled, limit, m_request.now) || isInWhole(video.folder) || !m_scope.mayGo(video.location))
             continue;
         const bool doubtful = isRecent(video.attributes.modified) || m_scope.isNamedByScripts(video.location);
         const QString reason = neverOpenedReason(video.attributes, daysBetween(settled, m_request.now));
@@ -172,7 +182,9 @@ void Analysis::proposeVideos()
 Result<void> Analysis::proposeLooseFiles()
 {
     m_control.setStage(QStringLiteral("Prüfe Ordner …"));
-    const LooseFiles loose = looseFiles(m_scope, m_taken, m_request.chooseGroup, m_control);
+    std::set<Location> staying = m_taken;
+    staying.insert(m_kept.begin(), m_kept.end());
+    const LooseFiles loose = looseFiles(m_scope, staying, m_request.chooseGroup, m_control);
     if (m_control.cancelled())
         return failure(Failure::cancelled());
     m_result.leftForScripts = loose.leftForScripts;

@@ -119,9 +119,27 @@ TEST_F(FolderAnalysisTest, DuplicatesKeepTheOldest)
     EXPECT_EQ(findings.proposals[0].seen, FileState::of(readAttributes(findings.proposals[0].source).value()));
     // In a folder that may go as a whole no copy is kept.
     std::filesystem::rename(tree().path("home/X/a"), tree().path("home/X/a alt"));
-    EXPECT_THAT(linesOf(),
-                UnorderedElementsAre("? trash a alt/", "? trash frisch x.jpg = urlaub.jpg",
-                                     "? trash genannt.jpg = urlaub.jpg", "+ move urlaub.jpg -> Medien/urlaub.jpg"));
+    EXPECT_THAT(linesOf(), UnorderedElementsAre("? trash a alt/", "? trash frisch x.jpg = urlaub.jpg",
+                                                "? trash genannt.jpg = urlaub.jpg"))
+        << "what is kept for others stays where it is";
+}
+
+TEST_F(FolderAnalysisTest, NothingInAKeptFolderGoes)
+{
+    tree().lines({"home/X/D/a.pdf=1", "home/X/D/alt/b.pdf=2", "home/X/D/alt/c.pdf=3"});
+    waitForNewBirths();
+    tree().lines({"home/X/K/a.pdf=1", "home/X/K/alt/b.pdf=2", "home/X/K/alt/c.pdf=3", "home/X/b neu.pdf=2"});
+    EXPECT_THAT(linesOf(), UnorderedElementsAre("? trash K/ = D", "+ trash b neu.pdf = D/alt/b.pdf"));
+    tree().lines({"home/Y/b neu.pdf=2"});
+    std::filesystem::remove_all(tree().path("uhr"));
+    waitForNewBirths();
+    tree().lines({"home/Y/K/a.pdf=1", "home/Y/K/alt/b.pdf=2", "home/Y/K/alt/c.pdf=3"});
+    std::filesystem::remove_all(tree().path("uhr"));
+    waitForNewBirths();
+    tree().lines({"home/Y/D/a.pdf=1", "home/Y/D/alt/b.pdf=2", "home/Y/D/alt/c.pdf=3"});
+    EXPECT_THAT(linesOf("home/Y"), testing::Contains("? trash D/ = K"));
+    EXPECT_THAT(lines(), testing::Not(testing::Contains(testing::HasSubstr("K/"))))
+        << "not even as a copy of an older file";
 }
 
 TEST_F(FolderAnalysisTest, AHoleOnALocalDiskIsNoPlaceHolder)
