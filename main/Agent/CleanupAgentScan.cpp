@@ -46,7 +46,7 @@ void CleanupAgent::scan(Search search, ScanPurpose purpose)
 void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
 {
     if (begin(QStringLiteral("Suche doppelte Dateien …")))
-        startScan({{}, profiles.get(), never.get(), folders, false}, ScanPurpose::DuplicatesOnly);
+        startScan({{}, profiles.get(), never.get(), folders, false, rules.get()}, ScanPurpose::DuplicatesOnly);
 }
 
 void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)

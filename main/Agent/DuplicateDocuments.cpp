@@ -20,10 +20,10 @@ bool takesPart(const Location &file, const AnalysisScope &scope, const std::vect
 }
 
 void addPairs(std::vector<DuplicatePair> &chosen, const std::vector<Copy> &copies, const QByteArray &digest,
-              const AnalysisScope &scope)
+              const AnalysisScope &scope, const LaterTrash &later)
 {
     for (std::size_t i = 1; i < copies.size(); ++i) {
-        if (scope.mayGo(copies[i].location))
+        if (scope.mayGo(copies[i].location) && !later.endangers(copies.front().state, copies[i].state))
             chosen.push_back({.duplicate = copies[i].location,
                               .kept = copies.front().location,
                               .duplicateState = copies[i].state,
@@ -35,7 +35,7 @@ void addPairs(std::vector<DuplicatePair> &chosen, const std::vector<Copy> &copie
 } // namespace
 
 std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs, const AnalysisScope &scope,
-                                         const std::vector<FolderFinding> &whole)
+                                         const std::vector<FolderFinding> &whole, const LaterTrash &later)
 {
     std::vector<DuplicatePair> chosen;
     // The pairs of one kept file stand together.
@@ -45,7 +45,7 @@ std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs
         for (auto pair = first; pair != end; ++pair)
             copies.push_back({pair->duplicate, pair->duplicateState});
         std::erase_if(copies, [&](const Copy &copy) { return !takesPart(copy.location, scope, whole); });
-        addPairs(chosen, copies, first->digest, scope);
+        addPairs(chosen, copies, first->digest, scope, later);
         first = end;
     }
     std::ranges::stable_sort(chosen, {}, &DuplicatePair::kept);

@@ -209,7 +209,10 @@ Result<AnalysisFindings> Analysis::run()
     const Duplicates documents = TRY(findDocuments());
     m_result.duplicatesCapped = documents.capped;
     TRY(findFolders());
-    proposeDocuments(proposedPairs(documents.pairs, m_scope, m_whole));
+    const RuleMatching matching(m_services.locations, m_services.clock);
+    const LaterTrash later =
+        documents.pairs.empty() ? LaterTrash() : TRY(LaterTrash::of(matching, m_request.rules, &m_control));
+    proposeDocuments(proposedPairs(documents.pairs, m_scope, m_whole, later));
     proposeFolders(m_equal);
     proposeFolders(m_removable);
     proposeFolders(m_unused);

@@ -4,6 +4,7 @@
 #include "Agent/DuplicateFinder.h"
 #include "Agent/EarlierCopies.h"
 #include "Agent/Guard.h"
+#include "Agent/LaterTrash.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
 
@@ -30,7 +31,8 @@ public:
     Result<ScanFindings> scan();
 
 private:
-    void proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates);
+    Result<void> proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates);
+    Result<LaterTrash> laterTrash(const Duplicates &duplicates) const;
     Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
     void propose(AgentProposal proposal);
     bool isTargetAllowed(const Candidate &candidate) const;
@@ -61,7 +63,7 @@ Result<ScanFindings> Scanner::scan()
     m_control.setStage(QStringLiteral("Prüfe Ordner …"));
     m_findings.duplicatesCapped = duplicates.capped;
     m_findings.duplicateFiles = duplicates.files;
-    proposeDuplicates(duplicates, evaluation.candidates);
+    TRY(proposeDuplicates(duplicates, evaluation.candidates));
     TRY(proposeCandidates(evaluation.candidates));
     return std::move(m_findings);
 }
@@ -84,8 +86,17 @@ void Scanner::propose(AgentProposal proposal)
     m_findings.proposals.push_back(std::move(proposal));
 }
 
-void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates)
+Result<LaterTrash> Scanner::laterTrash(const Duplicates &duplicates) const
 {
+    if (duplicates.pairs.empty())
+        return LaterTrash();
+    const RuleMatching matching(m_services.locations, m_services.clock);
+    return LaterTrash::of(matching, m_request.rules.empty() ? m_request.rulesOfKept : m_request.rules, &m_control);
+}
+
+Result<void> Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates)
+{
+    const LaterTrash later = TRY(laterTrash(duplicates));
     // Where a rule would trash the file that is to be kept, by whatever path, its copies must not go as well.
     std::set<FileIdentity> trashed;
     for (const Candidate &candidate : candidates) {
@@ -93,7 +104,7 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
             trashed.insert(candidate.seen.identity);
     }
     for (const DuplicatePair &pair : duplicates.pairs) {
-        if (trashed.contains(pair.keptState.identity))
+        if (trashed.contains(pair.keptState.identity) || later.endangers(pair.keptState, pair.duplicateState))
             continue;
         AgentProposal proposal;
         proposal.kind = Kind::Trash;
@@ -108,6 +119,7 @@ void Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<
         propose(std::move(proposal));
     }
     m_findings.duplicates = static_cast<std::int64_t>(m_findings.proposals.size());
+    return {};
 }
 
 bool Scanner::isTargetAllowed(const Candidate &candidate) const

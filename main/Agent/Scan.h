@@ -19,6 +19,8 @@ struct ScanRequest {
     /// Where duplicates are searched; nothing: not at all.
     std::optional<std::vector<Location>> duplicateFolders;
     bool autoDuplicates = false;
+    /// Without rules of its own: those that must not trash later what is kept now.
+    std::vector<CleanupRule> rulesOfKept = {};
 };
 
 /// A rule whose target is one of the places where the agent never puts anything.

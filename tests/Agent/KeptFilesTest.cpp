@@ -1,0 +1,82 @@
+#include "Agent/CleanupAgent.h"
+
+#include "Support/AgentWait.h"
+#include "Support/AgentWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// What becomes of the files that are kept for duplicates: of "alt.pdf" and "neu.pdf" the first.
+class KeptFilesTest : public testing::Test {
+protected:
+    KeptFilesTest()
+    {
+        world.tree().file("home/Downloads/alt.pdf", "gleich");
+        const auto birth = [&](const char *file) { return readAttributes(world.home(file))->created; };
+        world.tree().file("home/Downloads/neu.pdf", "gleich");
+        while (birth("Downloads/alt.pdf") && birth("Downloads/neu.pdf") == birth("Downloads/alt.pdf")) {
+            std::filesystem::remove(world.home("Downloads/neu.pdf"));
+            world.tree().file("home/Downloads/neu.pdf", "gleich");
+        }
+    }
+    CleanupRule rule(RuleAction action, const QString &name, const QString &days = {}) const
+    {
+        CleanupRule one;
+        one.name = u"Regel"_qs;
+        one.sourcePath = u"~/Downloads"_qs;
+        one.action = action;
+        one.conditions = {{.kind = ConditionKind::NameContains, .value = name}};
+        if (!days.isEmpty())
+            one.conditions.push_back({.kind = ConditionKind::OlderThanDays, .value = days});
+        return one;
+    }
+    void use(CleanupAgent &agent, const std::vector<CleanupRule> &rules) const
+    {
+        ASSERT_TRUE(agent.updateRules([&](const auto &) { return rules; }));
+        ASSERT_TRUE(agent.setDuplicateFolders({world.home("Downloads")}));
+    }
+    /// The files proposed because of another's content, by name.
+    std::vector<std::string> scan(CleanupAgent &agent) const
+    {
+        wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
+        std::vector<std::string> duplicates;
+        for (const AgentProposal &one : agent.proposals.get()) {
+            if (one.keptCopy)
+                duplicates.push_back(one.source.filename());
+        }
+        return duplicates;
+    }
+    using Names = std::vector<std::string>;
+
+    AgentWorld world;
+};
+
+TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
+{
+    CleanupAgent agent(world.services());
+    use(agent, {rule(RuleAction::Trash, u"alt"_qs, u"14"_qs)});
+    EXPECT_EQ(scan(agent), Names()) << "the last copy would go on day 14";
+    use(agent, {rule(RuleAction::Trash, u"alt, neu"_qs, u"14"_qs)});
+    EXPECT_EQ(scan(agent), Names{"neu.pdf"}) << "both are meant to go";
+    use(agent, {rule(RuleAction::Trash, u"alt"_qs, u"14"_qs), rule(RuleAction::Trash, u"neu"_qs, u"14"_qs)});
+    EXPECT_EQ(scan(agent), Names());
+    CleanupRule off = rule(RuleAction::Trash, u"alt"_qs, u"14"_qs);
+    off.enabled = false;
+    use(agent, {off});
+    EXPECT_EQ(scan(agent), Names{"neu.pdf"});
+    // What is searched by hand is judged by the same rules.
+    use(agent, {rule(RuleAction::Trash, u"alt"_qs, u"14"_qs)});
+    wait(agent, [&] { agent.searchDuplicates({world.home("Downloads")}); });
+    EXPECT_TRUE(agent.proposals.get().empty());
+    wait(agent, [&] { agent.analyze(world.home("Downloads")); });
+    for (const AgentProposal &one : agent.proposals.get())
+        EXPECT_FALSE(one.keptCopy) << one.source;
+}
+
+} // namespace
