@@ -6,6 +6,7 @@
 #include "Agent/Execution.h"
 #include "Agent/FolderAnalysis.h"
 #include "Agent/FolderProfile.h"
+#include "Agent/FollowedKept.h"
 #include "Agent/JournalRun.h"
 #include "Agent/ProposalGroups.h"
 #include "Agent/ProposalMemory.h"
@@ -153,6 +154,7 @@ private:
     struct Worked {
         Result<Outcome> outcome;
         RunHistory::Shown history;
+        ChangedProposals followed = {}; ///< of the list
     };
     /// … and from the end of a scan what is left to be asked, with the number of those that are new.
     struct ScanEnd {
@@ -160,9 +162,11 @@ private:
         RunHistory::Shown history;
         std::vector<AgentProposal> left;
         int added = 0;
+        ChangedProposals followed = {}; ///< of the list from before, which stays when the scan is cancelled
     };
 
-    static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found, JobControl &control);
+    static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found,
+                            const std::vector<AgentProposal> &listed, JobControl &control);
     void load();
     void upgradeRules();
     void publishHistory(RunHistory::Shown shown);
@@ -173,7 +177,8 @@ private:
     void startScan(const ScanRequest &request, ScanPurpose purpose);
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);
     void finishScan(ScanEnd scan);
-    void endCancelledScan(const ExecutionOutcome &automatic);
+    void endCancelledScan(const ScanEnd &scan);
+    void follow(const ChangedProposals &followed);
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);

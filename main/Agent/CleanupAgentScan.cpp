@@ -75,8 +75,8 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
     }
     m_finishing.start(
         m_pool,
-        [services = m_services, found = m_findings.proposals](JobControl &control) {
-            return carryOut(services, found, control);
+        [services = m_services, found = m_findings.proposals, listed = proposals.get()](JobControl &control) {
+            return carryOut(services, found, listed, control);
         },
         [this](ScanEnd scan) { finishScan(std::move(scan)); }, [this](const JobControl &control) { watch(control); });
 }
@@ -84,7 +84,7 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
 /// On a worker: does what is automatic. What should have happened by itself and could not is left to be asked, so that nobody
 /// has to wonder.
 CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std::vector<AgentProposal> found,
-                                             JobControl &control)
+                                             const std::vector<AgentProposal> &listed, JobControl &control)
 {
     std::vector<AgentProposal> automatic;
     std::ranges::copy_if(found, std::back_inserter(automatic), &AgentProposal::automatic);
@@ -99,6 +99,11 @@ CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std:
         if (!done.contains(proposal.id))
             scan.left.push_back(std::move(proposal));
     }
+    if (scan.automatic && scan.automatic->run) {
+        const ChangedProposals followed = followedKept(scan.left, *scan.automatic->run);
+        scan.left = withChanges(std::move(scan.left), followed);
+        scan.followed = followedKept(listed, *scan.automatic->run);
+    }
     if (!scan.automatic || !scan.automatic->cancelled)
         scan.added = ProposalMemory(services.defaults).countNew(scan.left).value_or(0);
     scan.history = RunHistory(services.defaults).shown();
@@ -111,7 +116,7 @@ void CleanupAgent::finishScan(ScanEnd scan)
     const Result<ExecutionOutcome> &automatic = scan.automatic;
     publishHistory(std::move(scan.history));
     if (automatic && automatic->cancelled)
-        return endCancelledScan(*automatic);
+        return endCancelledScan(scan);
     if (!automatic)
         m_failure = automatic.error();
     std::map<QUuid, QString> texts;
@@ -134,8 +139,9 @@ void CleanupAgent::finishScan(ScanEnd scan)
 }
 
 /// The list, the badge and the time of the last check stay; what was done by then is in the history, and no longer proposed.
-void CleanupAgent::endCancelledScan(const ExecutionOutcome &automatic)
+void CleanupAgent::endCancelledScan(const ScanEnd &scan)
 {
+    const ExecutionOutcome &automatic = *scan.automatic;
     const std::set<QUuid> carriedOut(automatic.done.begin(), automatic.done.end());
     std::set<QByteArray> done;
     for (const AgentProposal &proposal : m_findings.proposals) {
@@ -148,11 +154,26 @@ void CleanupAgent::endCancelledScan(const ExecutionOutcome &automatic)
             listed.insert(proposal.id);
     }
     removeFromList(listed);
+    follow(scan.followed);
     m_failure = Failure::cancelled();
     QString text = m_failure->message;
     if (!done.empty())
         text = QStringLiteral("Abgebrochen · %1 automatisch erledigt").arg(german().toString(qulonglong(done.size())));
     end(text + noteNotStored(automatic));
+}
+
+/// What stayed listed names the kept files where they are by now.
+void CleanupAgent::follow(const ChangedProposals &followed)
+{
+    if (followed.empty())
+        return;
+    std::vector<AgentProposal> left = withChanges(proposals.get(), followed);
+    std::set<QUuid> ticked;
+    for (const AgentProposal &one : left) {
+        if (chosen.get().contains(one.id))
+            ticked.insert(one.id);
+    }
+    publishList(std::move(left), std::move(ticked));
 }
 
 void CleanupAgent::showProposals(std::vector<AgentProposal> list)

@@ -174,9 +174,12 @@ void CleanupAgent::executeChosen()
     }
     if (!begin(QStringLiteral("Führe Vorschläge aus …")))
         return;
-    const auto work = [services = m_services, ticked](JobControl &control) {
+    const auto work = [services = m_services, ticked, listed = proposals.get()](JobControl &control) {
         Result<ExecutionOutcome> outcome = Execution(services).execute(ticked, control);
-        return Worked<ExecutionOutcome>{std::move(outcome), RunHistory(services.defaults).shown()};
+        ChangedProposals followed;
+        if (outcome && outcome->run)
+            followed = followedKept(listed, *outcome->run);
+        return Worked<ExecutionOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed)};
     };
     m_executing.start(
         m_pool, work, [this](Worked<ExecutionOutcome> worked) { executed(std::move(worked)); },
@@ -198,6 +201,7 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
     choose(ticked);
     publish(failures, std::move(texts));
     removeFromList(std::set<QUuid>(result->done.begin(), result->done.end()));
+    follow(worked.followed);
     publishHistory(std::move(worked.history));
     QString text = counting(result->done.size()) + QStringLiteral(" erledigt");
     if (result->failures.empty())

@@ -36,6 +36,12 @@ protected:
             one.conditions.push_back({.kind = ConditionKind::OlderThanDays, .value = days});
         return one;
     }
+    CleanupRule moving(const Location &target) const
+    {
+        CleanupRule one = rule(RuleAction::Move, u"alt"_qs);
+        one.targetPath = textOf(target);
+        return one;
+    }
     void use(CleanupAgent &agent, const std::vector<CleanupRule> &rules) const
     {
         ASSERT_TRUE(agent.updateRules([&](const auto &) { return rules; }));
@@ -56,6 +62,38 @@ protected:
 
     AgentWorld world;
 };
+
+TEST_F(KeptFilesTest, AreFollowedWhereARuleMovesThemByItself)
+{
+    for (const Location &target : {world.home("Papiere"), world.disk("Papiere")}) {
+        CleanupAgent agent(world.services());
+        CleanupRule automatic = moving(target);
+        automatic.automatic = true;
+        use(agent, {automatic});
+        EXPECT_EQ(scan(agent), Names{"neu.pdf"});
+        const AgentProposal left = agent.proposals.get().at(0);
+        EXPECT_EQ(left.keptCopy, target / "alt.pdf");
+        EXPECT_EQ(left.keptSeen, FileState::of(readAttributes(target / "alt.pdf").value()));
+        EXPECT_EQ(left.reason, u"Doppelt – gleicher Inhalt wie „alt.pdf“ in Papiere"_qs);
+        wait(agent, [&] { agent.executeChosen(); });
+        EXPECT_EQ(agent.status.get(), u"1 erledigt."_qs);
+        EXPECT_FALSE(world.tree().has("home/Downloads/neu.pdf"));
+        while (!agent.history.get().empty() && !agent.history.get().back().undone)
+            wait(agent, [&] { agent.undo(std::ranges::find(agent.history.get(), false, &JournalRun::undone)->id); });
+    }
+}
+
+TEST_F(KeptFilesTest, AreFollowedWhereTheUserMovesThemFirst)
+{
+    CleanupAgent agent(world.services());
+    use(agent, {moving(world.home("Papiere"))});
+    EXPECT_EQ(scan(agent), Names{"neu.pdf"});
+    const auto move = std::ranges::find(agent.proposals.get(), AgentProposal::Kind::Move, &AgentProposal::kind);
+    agent.choose({move->id});
+    wait(agent, [&] { agent.executeChosen(); });
+    ASSERT_EQ(agent.proposals.get().size(), 1U);
+    EXPECT_EQ(agent.proposals.get()[0].keptCopy, world.home("Papiere/alt.pdf"));
+}
 
 TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
 {

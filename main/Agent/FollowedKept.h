@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Agent/AgentProposal.h"
+#include "Agent/JournalRun.h"
+
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace brellin {
+
+/// Proposals by what has become of them; nothing: they fall away.
+using ChangedProposals = std::map<QUuid, std::optional<AgentProposal>>;
+
+/// The proposals whose kept entry a run has taken elsewhere: they name its new place, and fall away where that is the Trash.
+/// Reads the attributes of what was moved.
+ChangedProposals followedKept(const std::vector<AgentProposal> &proposals, const JournalRun &run);
+
+/// A list with such changes.
+std::vector<AgentProposal> withChanges(std::vector<AgentProposal> proposals, const ChangedProposals &changes);
+
+} // namespace brellin
