@@ -119,6 +119,8 @@ public:
     /// Leaves sources out of the proposals just found, and of what they are summed up as.
     void leaveOut(const std::set<QUuid> &ids);
     const std::optional<AnalysisFindings> &analysis() const { return m_analysis; }
+    /// The folder whose analysis has found what is listed; none: the rules and the search for duplicates have.
+    const std::optional<Location> &listedFolder() const { return m_listedFolder; }
     const std::optional<ExecutionOutcome> &lastExecution() const { return m_execution; }
     const std::optional<UndoOutcome> &lastUndo() const { return m_undo; }
     /// Why the last operation was not begun at all, or could not be finished.
@@ -178,6 +180,7 @@ private:
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);
     void finishScan(ScanEnd scan);
     void endCancelledScan(const ScanEnd &scan);
+    void noteListed(ScanPurpose purpose);
     void follow(const ChangedProposals &followed);
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
@@ -201,6 +204,7 @@ private:
     std::optional<Failure> m_failure;
     std::optional<Location> m_analysedFolder; ///< waits for its profile
     std::function<void()> m_finished;
+    std::optional<Location> m_listedFolder;
     std::function<void()> m_receiptTick;
     bool m_viewVisible = false;
     bool m_attended = false;

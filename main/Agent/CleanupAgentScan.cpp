@@ -51,8 +51,6 @@ void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
 
 void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)
 {
-    m_analysis.reset();
-    m_duplicatesOnly = purpose == ScanPurpose::DuplicatesOnly;
     m_scan.start(
         m_pool,
         [services = m_services, request](JobControl &control) { return scanFolders(services, request, control); },
@@ -67,6 +65,7 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
         return fail(found ? Failure::cancelled() : found.error());
     m_findings = *std::move(found);
     if (purpose != ScanPurpose::ActAndPropose) {
+        noteListed(purpose);
         showProposals(m_findings.proposals);
         publish(leftNothing, proposals.get().empty());
         return end(purpose == ScanPurpose::DuplicatesOnly
@@ -129,6 +128,7 @@ void CleanupAgent::finishScan(ScanEnd scan)
             texts.emplace(failed.proposal, failed.why.message);
     }
     const std::size_t byItself = automatic ? automatic->done.size() : 0;
+    noteListed(ScanPurpose::ActAndPropose);
     showProposals(std::move(scan.left));
     publish(failures, std::move(texts));
     setNewSinceViewed(newSinceViewed.get() + scan.added + static_cast<int>(byItself));
@@ -160,6 +160,14 @@ void CleanupAgent::endCancelledScan(const ScanEnd &scan)
     if (!done.empty())
         text = QStringLiteral("Abgebrochen · %1 automatisch erledigt").arg(german().toString(qulonglong(done.size())));
     end(text + noteNotStored(automatic));
+}
+
+/// From now on the list is a scan's.
+void CleanupAgent::noteListed(ScanPurpose purpose)
+{
+    m_analysis.reset();
+    m_listedFolder.reset();
+    m_duplicatesOnly = purpose == ScanPurpose::DuplicatesOnly;
 }
 
 /// What stayed listed names the kept files where they are by now.

@@ -110,7 +110,6 @@ void CleanupAgent::analyze(const Location &folder)
     if (!begin(QStringLiteral("Prüfe Ordner …")))
         return;
     publish(pendingProfile, std::optional<FolderProfile>());
-    m_analysis.reset();
     m_analysedFolder = folder;
     const AnalysisRequest request = analysisRequest(folder);
     m_analyzing.start(
@@ -125,6 +124,7 @@ void CleanupAgent::analyzed(Result<AnalysisFindings> found)
     if (!found || m_cancelled)
         return fail(found ? Failure::cancelled() : found.error());
     m_analysis = *std::move(found);
+    m_listedFolder = m_analysedFolder;
     std::vector<AgentProposal> list = m_analysis->proposals;
     std::erase_if(list, [this](const AgentProposal &one) {
         return std::ranges::find(never.get(), NeverProposed::of(one)) != never.get().end();
@@ -160,6 +160,7 @@ void CleanupAgent::cancelPendingProfile()
         return;
     publish(pendingProfile, std::optional<FolderProfile>());
     m_analysedFolder.reset();
+    m_listedFolder.reset();
     showProposals({});
     publish(leftNothing, false);
     publish(status, QStringLiteral("Abgebrochen – ohne Schutzprofil wird ein Software-Projekt nicht aufgeräumt."));

@@ -193,7 +193,6 @@ void AgentView::analyze(const Location &folder)
 {
     if (m_ports.agent.running.get())
         return;
-    m_analysed = folder;
     open(AgentArea::Cleanup);
     m_ports.agent.analyze(folder);
 }
@@ -201,8 +200,7 @@ void AgentView::analyze(const Location &folder)
 /// The report is about the analysed folder only while its analysis is what is listed.
 void AgentView::handOver()
 {
-    m_ports.agent.handOverToClaude(m_ports.agent.analysis() ? m_analysed : std::nullopt, m_ports.workspace,
-                                   m_ports.pasteboard);
+    m_ports.agent.handOverToClaude(m_ports.agent.listedFolder(), m_ports.workspace, m_ports.pasteboard);
 }
 
 void AgentView::preview(const QUuid &proposal)

@@ -63,7 +63,6 @@ private:
     AgentPage *m_guide = nullptr; ///< made when it is first asked for
     std::optional<AgentArea> m_area;
     QString m_path;
-    std::optional<Location> m_analysed;
     int m_openSheets = 0;
     bool m_editsPending = false;
 };
