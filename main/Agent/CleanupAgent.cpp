@@ -165,15 +165,39 @@ void CleanupAgent::setAutoDuplicates(bool on)
 
 void CleanupAgent::setNewSinceViewed(int count)
 {
-    publish(newSinceViewed, m_viewVisible ? 0 : count);
+    publish(newSinceViewed, m_visibleViews.empty() ? count : 0);
     (void)m_services.defaults.setValue(newSinceViewedKey, newSinceViewed.get());
 }
 
-void CleanupAgent::setViewVisible(bool visible)
+void CleanupAgent::knowView(const QObject &view)
 {
-    m_viewVisible = visible;
-    if (visible)
-        setNewSinceViewed(0);
+    if (!m_views.insert(&view).second)
+        return;
+    connect(&view, &QObject::destroyed, this, [this, gone = &view] {
+        m_views.erase(gone);
+        m_visibleViews.erase(gone);
+        m_attendedViews.erase(gone);
+    });
+}
+
+void CleanupAgent::setViewVisible(const QObject &view, bool visible)
+{
+    knowView(view);
+    if (!visible) {
+        m_visibleViews.erase(&view);
+        return;
+    }
+    m_visibleViews.insert(&view);
+    setNewSinceViewed(0);
+}
+
+void CleanupAgent::setAttended(const QObject &view, bool attended)
+{
+    knowView(view);
+    if (attended)
+        m_attendedViews.insert(&view);
+    else
+        m_attendedViews.erase(&view);
 }
 
 void CleanupAgent::noteChecked()

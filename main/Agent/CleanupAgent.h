@@ -109,10 +109,10 @@ public:
     /// done the status says how it went. One at a time. Both ports outlive the agent.
     void handOverToClaude(const std::optional<Location> &folder, Workspace &workspace, Pasteboard &pasteboard);
 
-    /// The agent's screen is open: what it shows is not new.
-    void setViewVisible(bool visible);
-    /// A list or a sheet is being looked at: the timer does not pull it away.
-    void setAttended(bool attended) { m_attended = attended; }
+    /// Some view of the agent is open: what it shows is not new. Ends with the view.
+    void setViewVisible(const QObject &view, bool visible);
+    /// A list or a sheet is being looked at in some view: the timer does not pull it away. Ends with the view.
+    void setAttended(const QObject &view, bool attended);
 
     /// What the operations leave for whoever started them.
     const ScanFindings &findings() const { return m_findings; }
@@ -195,6 +195,7 @@ private:
     ReviewSubject reviewSubject(const std::optional<Location> &folder) const;
     void openReport(const ReviewReport &report, Workspace &workspace);
     void setNewSinceViewed(int count);
+    void knowView(const QObject &view);
 
     AgentServices m_services;
     ScanFindings m_findings;
@@ -203,11 +204,12 @@ private:
     std::optional<UndoOutcome> m_undo;
     std::optional<Failure> m_failure;
     std::optional<Location> m_analysedFolder; ///< waits for its profile
-    std::function<void()> m_finished;
     std::optional<Location> m_listedFolder;
+    std::function<void()> m_finished;
     std::function<void()> m_receiptTick;
-    bool m_viewVisible = false;
-    bool m_attended = false;
+    std::set<const QObject *> m_views; ///< that have said something of themselves
+    std::set<const QObject *> m_visibleViews;
+    std::set<const QObject *> m_attendedViews;
     bool m_cancelled = false;      ///< the operation at work, by the user
     bool m_duplicatesOnly = false; ///< the last scan looked for nothing else
     Schedule m_schedule;

@@ -32,7 +32,7 @@ void CleanupAgent::schedule()
 
 void CleanupAgent::tick()
 {
-    const bool free = !running.get() && !pendingProfile.get() && !m_attended;
+    const bool free = !running.get() && !pendingProfile.get() && m_attendedViews.empty();
     if (free && isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
         scan(Search::RulesAndDuplicates);
     if (m_receiptTick)

@@ -156,7 +156,8 @@ TEST_F(CleanupAgentTest, keepsTicksAndDoesNotCountTheSameFindTwice)
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     EXPECT_EQ(agent.newSinceViewed.get(), 3);
     EXPECT_EQ(agent.chosen.get().size(), 1u); // the new one; the others stay unticked
-    agent.setViewVisible(true);
+    const QObject view;
+    agent.setViewVisible(view, true);
     EXPECT_EQ(agent.newSinceViewed.get(), 0);
 
     // What is not wanted stays away, also from the next program, until that is taken back.
@@ -187,9 +188,10 @@ TEST_F(CleanupAgentTest, looksByItselfWhenDueAndNobodyIsAtWork)
     world.clock.time += std::chrono::hours(23);
     EXPECT_FALSE(scansAtTick());
     world.clock.time += std::chrono::hours(100); // slept through four intervals
-    agent.setAttended(true);
+    const QObject view;
+    agent.setAttended(view, true);
     EXPECT_FALSE(scansAtTick());
-    agent.setAttended(false);
+    agent.setAttended(view, false);
     EXPECT_TRUE(scansAtTick());
     EXPECT_FALSE(scansAtTick());
     world.clock.time -= std::chrono::hours(48); // the clock was wrong: the last run lies ahead

@@ -197,7 +197,6 @@ void AgentView::analyze(const Location &folder)
     m_ports.agent.analyze(folder);
 }
 
-/// The report is about the analysed folder only while its analysis is what is listed.
 void AgentView::handOver()
 {
     m_ports.agent.handOverToClaude(m_ports.agent.listedFolder(), m_ports.workspace, m_ports.pasteboard);
@@ -236,7 +235,7 @@ void AgentView::editPendingProfile()
 void AgentView::tellAttention()
 {
     const bool looksAtList = m_area == AgentArea::Cleanup && !m_ports.agent.proposals.get().empty();
-    m_ports.agent.setAttended(isVisible() && (looksAtList || m_openSheets > 0));
+    m_ports.agent.setAttended(*this, isVisible() && (looksAtList || m_openSheets > 0));
 }
 
 void AgentView::refreshThumbnails()
@@ -249,7 +248,7 @@ void AgentView::refreshThumbnails()
 void AgentView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    m_ports.agent.setViewVisible(true);
+    m_ports.agent.setViewVisible(*this, true);
     tellAttention();
     editPendingProfile();
 }
@@ -257,7 +256,7 @@ void AgentView::showEvent(QShowEvent *event)
 void AgentView::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
-    m_ports.agent.setViewVisible(false);
+    m_ports.agent.setViewVisible(*this, false);
     tellAttention();
 }
 

@@ -77,6 +77,60 @@ TEST_F(AgentStart, keepsTheTimerFromPullingAwayWhatIsLookedAt)
     EXPECT_TRUE(tickScans());
 }
 
+TEST_F(AgentStart, countsWhatAnyOfTwoWindowsShows)
+{
+    tree().lines({"home/Downloads/a.pdf=1"});
+    show({movingPdfs()});
+    QWidget other;
+    other.resize(1064, 748);
+    auto second = std::make_unique<AgentView>(AgentPorts{*agent, *model, services(), desktop, desktop}, &other);
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+    click("agentSettings");
+    other.hide();
+    clock.time += std::chrono::hours(100);
+    agent->tick();
+    EXPECT_FALSE(agent->running.get()) << "the first window has a sheet open";
+    click("settingsDone");
+    wait(*agent, [this] { agent->scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(agent->newSinceViewed.get(), 0) << "the first window shows them";
+    // A window that goes takes its looking with it.
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+    second->openSheet(AgentSheet::Settings);
+    window->hide();
+    second.reset();
+    clock.time += std::chrono::hours(100);
+    tree().file("home/Downloads/b.pdf", "2");
+    wait(*agent, [this] { agent->tick(); });
+    EXPECT_EQ(agent->newSinceViewed.get(), 1);
+}
+
+TEST_F(AgentStart, reportsOnTheFolderWhoseProposalsAreListed)
+{
+    tree().lines({"home/Downloads/a.pdf=1", "home/Ablage/b.pdf=2", "home/Anderes/c.pdf=3"});
+    show({movingPdfs()});
+    const auto reported = [this] {
+        desktop.copied.clear();
+        view->open(AgentArea::Cleanup);
+        click("agentHandOver");
+        EXPECT_TRUE(waitUntil([this] { return !desktop.copied.isEmpty(); }));
+        return desktop.copied;
+    };
+    view->analyze(home("Ablage"));
+    ASSERT_TRUE(settled());
+    agent->scan(CleanupAgent::Search::Rules);
+    agent->cancel();
+    ASSERT_TRUE(settled());
+    EXPECT_TRUE(reported().contains(u"/Ablage"_qs)) << desktop.copied.toStdString();
+    view->analyze(home("Anderes"));
+    agent->cancel();
+    ASSERT_TRUE(settled());
+    EXPECT_TRUE(reported().contains(u"/Ablage"_qs)) << desktop.copied.toStdString();
+    wait(*agent, [this] { agent->scan(CleanupAgent::Search::Rules); });
+    EXPECT_FALSE(reported().contains(u"/Ablage"_qs)) << desktop.copied.toStdString();
+}
+
 TEST_F(AgentStart, saysTidyOnlyAfterHavingLooked)
 {
     show({movingPdfs()});
