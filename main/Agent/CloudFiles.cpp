@@ -19,4 +19,9 @@ bool isPlaceHolder(const Location &file, const FileAttributes &attributes)
     return occupiesNothing(attributes) && !liesOnLocalDisk(file.parent_path());
 }
 
+bool isPlaceHolder(const WalkEntry &entry)
+{
+    return occupiesNothing(entry.attributes) && isPlaceHolder(entry.location(), entry.attributes);
+}
+
 } // namespace brellin

@@ -137,7 +137,7 @@ void Collection::gather()
 bool Collection::isTaken(const WalkEntry &entry, Part &part)
 {
     const FileAttributes &file = entry.attributes;
-    if (!file.isFile() || entry.unreadable || file.size <= 0 || isPlaceHolder(entry.location(), file))
+    if (!file.isFile() || entry.unreadable || file.size <= 0 || isPlaceHolder(entry))
         return false;
     const std::string_view extension = extensionOf(entry.name);
     if (extension != part.extension) {

@@ -86,7 +86,7 @@ void SurveyWalk::visit(const WalkEntry &entry)
 {
     const std::size_t number = folderOf(entry);
     SurveyedFolder &folder = m_survey.m_folders[number];
-    folder.complete = folder.complete && !entry.unreadable && !isPlaceHolder(entry.location(), entry.attributes);
+    folder.complete = folder.complete && !entry.unreadable && !isPlaceHolder(entry);
     folder.marked = folder.marked || isProjectMarker(entry.name);
     folder.usage.add(entry.name, entry.attributes);
     if (entry.attributes.isFolder())

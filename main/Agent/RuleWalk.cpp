@@ -98,7 +98,7 @@ void Collector::addFile(const WalkEntry &entry)
         addAwaited(entry);
     else if (isReadScriptExtension(extension) && !entry.package)
         m_found.scripts.push_back(keptName(entry, entry.name));
-    else if (!isScriptExtension(extension) && !entry.unreadable && !isPlaceHolder(entry.location(), attributes))
+    else if (!isScriptExtension(extension) && !entry.unreadable && !isPlaceHolder(entry))
         addFitting(entry);
 }
 
