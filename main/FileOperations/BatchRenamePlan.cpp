@@ -129,16 +129,42 @@ QString errorText(const BatchRenameRow &row)
         return QStringLiteral("Mehrere Dateien würden gleich heißen.");
     case Conflict::Taken:
         return QStringLiteral("„%1“ gibt es in diesem Ordner schon.").arg(shown(std::string_view(row.name)));
+    case Conflict::Twice:
+        return QStringLiteral("„%1“ ist zweimal ausgewählt.").arg(shownName(row.from));
+    case Conflict::Inside:
+        return QStringLiteral("„%1“ liegt in einem Ordner, der auch umbenannt werden soll.").arg(shownName(row.from));
     case Conflict::None:
         break;
     }
     return {};
 }
 
+/// What no names can mend.
+void markSelection(std::vector<BatchRenameRow> &rows)
+{
+    std::set<Location> all;
+    for (const BatchRenameRow &row : rows)
+        all.insert(standardised(row.from));
+    const auto holds = [&all](const Location &entry) {
+        Location folder = entry.parent_path();
+        while (folder.has_relative_path() && !all.contains(folder))
+            folder = folder.parent_path();
+        return folder.has_relative_path();
+    };
+    std::set<Location> seen;
+    for (BatchRenameRow &row : rows) {
+        if (!seen.insert(standardised(row.from)).second)
+            row.conflict = Conflict::Twice;
+        else if (holds(standardised(row.from)))
+            row.conflict = Conflict::Inside;
+    }
+}
+
 /// The checks in their order, each over all rows.
 std::optional<QString> firstError(const std::vector<BatchRenameRow> &rows)
 {
-    for (const Conflict conflict : {Conflict::InvalidName, Conflict::TooLong, Conflict::Equal, Conflict::Taken}) {
+    for (const Conflict conflict : {Conflict::Twice, Conflict::Inside, Conflict::InvalidName, Conflict::TooLong,
+                                    Conflict::Equal, Conflict::Taken}) {
         const auto row = std::ranges::find(rows, conflict, &BatchRenameRow::conflict);
         if (row != rows.end())
             return errorText(*row);
@@ -196,6 +222,7 @@ BatchRenamePlan planBatchRename(const std::vector<BatchRenameEntry> &entries, co
     const std::map<Location, FolderKeys> keys = folderKeys(plan.rows, folders);
     for (BatchRenameRow &row : plan.rows)
         row.conflict = conflictOf(row, keys.at(row.from.parent_path()));
+    markSelection(plan.rows);
     plan.error = firstError(plan.rows);
     return plan;
 }

@@ -62,7 +62,9 @@ struct BatchRenameRow {
         InvalidName, ///< empty, or with "/" or ":"
         TooLong,     ///< longer than a volume holds
         Equal,       ///< another entry of the batch would be called the same
-        Taken        ///< an entry outside of the batch is called so
+        Taken,       ///< an entry outside of the batch is called so
+        Twice,       ///< the same entry is in the batch before
+        Inside       ///< lies in a folder that is renamed in the same batch
     };
     Location from;
     Location to;

@@ -131,3 +131,18 @@ TEST(BatchRenamePlanTest, tellsFoldersApartAndRefusesWhatNoDiskHolds)
     fields.replaceWith = QString(200, u'ü');
     EXPECT_EQ(planBatchRename({{"/f/a", {}}}, fields, {}).rows.front().conflict, Conflict::TooLong);
 }
+
+TEST(BatchRenamePlanTest, refusesAFolderWithItsContentAndAnEntryTwice)
+{
+    BatchRenameFields fields = fieldsOf(Mode::Add);
+    fields.prefix = QStringLiteral("x ");
+    const BatchRenamePlan nested = planBatchRename(entriesOf({"a", "b/c/d", "b", "bc"}), fields, {});
+    EXPECT_EQ(nested.error, QStringLiteral("„d“ liegt in einem Ordner, der auch umbenannt werden soll."));
+    EXPECT_EQ(nested.rows[1].conflict, Conflict::Inside);
+    EXPECT_EQ(nested.rows[2].conflict, Conflict::None);
+    EXPECT_EQ(nested.rows[3].conflict, Conflict::None);
+    // Different names for one entry would go one over the other.
+    const BatchRenamePlan twice = planBatchRename(entriesOf({"a", "b", "a"}), fieldsOf(Mode::Number), {});
+    EXPECT_EQ(twice.error, QStringLiteral("„a“ ist zweimal ausgewählt."));
+    EXPECT_EQ(twice.rows[2].conflict, Conflict::Twice);
+}

@@ -20,6 +20,10 @@ QString noteFor(BatchRenameRow::Conflict conflict)
         return QStringLiteral("mehrfach");
     case BatchRenameRow::Conflict::Taken:
         return QStringLiteral("gibt es schon");
+    case BatchRenameRow::Conflict::Twice:
+        return QStringLiteral("zweimal ausgewählt");
+    case BatchRenameRow::Conflict::Inside:
+        return QStringLiteral("in einem der Ordner");
     }
     return {};
 }
