@@ -35,6 +35,9 @@ public:
     virtual Result<Location> top(const Location &location) const = 0;
     /// What a person sees as volumes: the root, removable and network mounts; no system or bind mounts.
     virtual std::vector<Volume> mounted() const = 0;
+    /// The type of the file system that holds `location` ("vfat"), whether a person sees it as a volume or not; empty where
+    /// nobody can tell.
+    virtual QString fileSystem(const Location &location) const = 0;
     /// Bytes that this user may still write. A failure where the volume does not tell.
     virtual Result<std::int64_t> available(const Location &location) const = 0;
 };
@@ -46,6 +49,7 @@ public:
     bool isLocal(const Location &location) const override;
     Result<Location> top(const Location &location) const override;
     std::vector<Volume> mounted() const override;
+    QString fileSystem(const Location &location) const override;
     Result<std::int64_t> available(const Location &location) const override;
 };
 

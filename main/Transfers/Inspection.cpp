@@ -18,17 +18,7 @@ constexpr std::chrono::milliseconds brief{300};
 
 TargetLimits limitsOf(const Location &folder, const Volumes &volumes)
 {
-    std::error_code error;
-    const Location real = std::filesystem::canonical(folder, error);
-    QString fileSystem;
-    std::size_t depth = 0;
-    for (const Volume &volume : volumes.mounted()) {
-        if (isAtOrBelow(error ? folder : real, volume.root) && volume.root.native().size() >= depth) {
-            depth = volume.root.native().size();
-            fileSystem = volume.fileSystem;
-        }
-    }
-    TargetLimits limits = TargetLimits::of(fileSystem);
+    TargetLimits limits = TargetLimits::of(volumes.fileSystem(folder));
     limits.nameBytes = nameLimit(folder);
     return limits;
 }

@@ -20,10 +20,9 @@ public:
     {
         return isAtOrBelow(a, m_stick) == isAtOrBelow(b, m_stick);
     }
-    std::vector<Volume> mounted() const override
+    QString fileSystem(const Location &location) const override
     {
-        return {{"/", QStringLiteral("System"), QStringLiteral("ext4"), true, false},
-                {m_stick, QStringLiteral("Stick"), QStringLiteral("vfat"), true, false}};
+        return isAtOrBelow(location, m_stick) ? QStringLiteral("vfat") : QStringLiteral("ext4");
     }
     Result<std::int64_t> available(const Location &) const override { return free; }
 

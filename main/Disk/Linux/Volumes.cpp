@@ -134,6 +134,15 @@ Result<Location> SystemVolumes::top(const Location &location) const
     return place;
 }
 
+QString SystemVolumes::fileSystem(const Location &location) const
+{
+    std::error_code error;
+    const Location real = std::filesystem::canonical(location, error);
+    const std::vector<Mount> table = currentMountTable();
+    const Mount *mount = mountHolding(table, error ? location.native() : real.native());
+    return mount ? shown(std::string_view(mount->fileSystem)) : QString();
+}
+
 std::vector<Volume> SystemVolumes::mounted() const
 {
     const std::vector<Mount> table = currentMountTable();
