@@ -59,7 +59,8 @@ struct TransferRecord {
     bool operator==(const TransferRecord &) const = default;
 };
 
-/// „3 Elemente nach „Dokumente“ kopiert“, for a list of what can be taken back.
+/// „3 Elemente nach „Dokumente“ kopiert“, for a list of what can be taken back. Of a move, an entry whose original had to stay
+/// counts as copied.
 QString titleOf(const TransferRecord &record);
 
 } // namespace brellin

@@ -24,9 +24,13 @@ QString transferTitle(TransferKind kind, int count, const QString &destName)
 
 QString titleOf(const TransferRecord &record)
 {
-    const QString verb = record.kind == TransferKind::Move ? QStringLiteral("verschoben") : QStringLiteral("kopiert");
-    return QStringLiteral("%1 nach „%2“ %3")
-        .arg(elements(static_cast<qsizetype>(record.entries.size())), shownName(record.destination), verb);
+    const auto all = static_cast<qsizetype>(record.entries.size());
+    const qsizetype moved = std::ranges::count_if(record.entries, &TransferredEntry::moved);
+    const QString where = shownName(record.destination);
+    if (record.kind == TransferKind::Copy || moved == 0)
+        return QStringLiteral("%1 nach „%2“ kopiert").arg(elements(all), where);
+    const QString text = QStringLiteral("%1 nach „%2“ verschoben").arg(elements(moved), where);
+    return moved == all ? text : text + QStringLiteral(", %1 nur kopiert").arg(elements(all - moved));
 }
 
 std::optional<std::chrono::seconds> ProgressLine::remaining() const
