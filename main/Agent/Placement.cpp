@@ -4,6 +4,7 @@
 #include "Agent/SameContent.h"
 #include "Agent/VerifiedCopy.h"
 #include "Disk/FreeName.h"
+#include "Disk/MayRemove.h"
 
 #include <QUuid>
 
@@ -150,6 +151,7 @@ Result<Placement::Placed> Placement::copyTo(const Location &entry, const Locatio
 Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, const Location &wanted, StepLog &log)
 {
     // Better to know before the bytes have travelled.
+    TRY(checkMayRemove(entry));
     if (!m_services.trash.possible(entry))
         return failure(QStringLiteral("Auf diesem Datenträger gibt es keinen Papierkorb für das Original."));
     const Placed copy = TRY(copyTo(entry, wanted, Safety::Flushed, AgentError::badCopyOfMoved(), log));

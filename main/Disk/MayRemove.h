@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Base/Location.h"
+#include "Base/Result.h"
+
+namespace brellin {
+
+/// Whether an entry can be taken away from where it is, as far as the rights of its folder, its own where it is a folder, and
+/// the volume tell: to be known before a copy is made for that.
+Result<void> checkMayRemove(const Location &entry);
+
+} // namespace brellin
