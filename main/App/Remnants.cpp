@@ -6,6 +6,7 @@
 #include "Disk/HiddenNote.h"
 #include "FileOperations/RenameLog.h"
 #include "Transfers/Leftovers.h"
+#include "Transfers/UnfinishedMove.h"
 
 #include <algorithm>
 #include <future>
@@ -85,6 +86,8 @@ std::vector<Remnant> find(const Search &search)
     std::vector<Remnant> found;
     for (const Location &copy : unfinishedCopies(search))
         found.push_back({Kind::Transfer, copy});
+    for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
+        found.push_back({Kind::Move, move.source});
     for (const CutShortRename &batch : cutShort(search)) {
         for (const LoggedRename &one : batch.renames) {
             if (entryExists(one.temporary))
@@ -102,6 +105,8 @@ QString Remnant::word() const
     switch (kind) {
     case Kind::Transfer:
         return QStringLiteral("transfer");
+    case Kind::Move:
+        return QStringLiteral("move");
     case Kind::Rename:
         return QStringLiteral("rename");
     case Kind::Run:
@@ -119,6 +124,8 @@ QString Remnant::title() const
     switch (kind) {
     case Kind::Transfer:
         return QStringLiteral("unfertige Kopie");
+    case Kind::Move:
+        return QStringLiteral("Original einer vollständigen Kopie");
     case Kind::Rename:
         return QStringLiteral("ohne richtigen Namen");
     case Kind::Run:
@@ -141,6 +148,8 @@ QStringList settleRemnants(Services &services, const std::vector<Location> &fold
     const Search search = searchOf(services, folders);
     QStringList failures =
         removeTransferLeftovers(unfinishedCopies(search), search.transferLogs, services.clock(), services.files());
+    for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
+        failures << finishMove(move, services.files());
     for (const CutShortRename &batch : cutShort(search))
         failures << restoreCutShort(batch, services.files());
     recoverInterruptedRuns(services.forAgent());

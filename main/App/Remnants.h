@@ -13,6 +13,7 @@ namespace brellin {
 struct Remnant {
     enum class Kind {
         Transfer,  ///< a hidden copy that was never finished
+        Move,      ///< the rest of a source whose copy is complete
         Rename,    ///< an entry that waits under a temporary name
         Run,       ///< the journal of a run that is not in the history yet
         Undo,      ///< the journal of an undo that is to be repeated

@@ -68,6 +68,12 @@ bool OwnEntries::contains(std::uint64_t path, ino_t inode) const
     return std::ranges::binary_search(m_marks, m_knownBy == KnownBy::Inode ? inode : path);
 }
 
+bool keepsInodes(const Location &folder)
+{
+    const Result<Descriptor> opened = openFolderPlace(folder);
+    return opened && knownBy(opened->number()) == OwnEntries::KnownBy::Inode;
+}
+
 Result<void> removeTree(NameIn top, const OwnEntries *only)
 {
     return TreeRemoval(only).run(top);

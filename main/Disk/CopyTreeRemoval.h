@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/Descriptor.h"
 
@@ -32,6 +33,8 @@ private:
 
 /// How the entries of an open folder's volume are known again.
 OwnEntries::KnownBy knownBy(int folder);
+/// Whether that volume keeps an entry's inode, of the one that holds `folder`.
+bool keepsInodes(const Location &folder);
 
 /// Removes an entry and everything in it for good, never through a link and never into another mount; with `only`, no
 /// entry that is not among these (nor a folder that holds one). Goes on after a failure and gives the first.

@@ -23,6 +23,17 @@ Result<void> DiskFileActions::renameHeld(const HeldFolder &from, const std::stri
     return error == 0 ? Result<void>() : Result<void>(failure(Failure::system(error)));
 }
 
+bool DiskFileActions::reservesNames(const Location &folder) const
+{
+    return !keepsInodes(folder);
+}
+
+Result<std::vector<Location>> DiskFileActions::removeHeldByCopy(const Location &source, const Location &copy,
+                                                                Instant since)
+{
+    return brellin::removeHeldByCopy(source, copy, since);
+}
+
 Result<CopyReport> DiskFileActions::copy(const Location &source, const Location &destination,
                                          const CopyOptions &options)
 {

@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/CopyEntry.h"
+#include "Disk/CopyRest.h"
 #include "Disk/HeldFolder.h"
 #include "Disk/SeenTree.h"
 #include "Disk/WrittenVolume.h"
@@ -16,6 +17,8 @@ public:
 
     /// As `renameExclusively`.
     virtual Result<void> rename(const Location &from, const Location &to) = 0;
+    /// Whether that may keep a name in this folder free with an empty file for a moment.
+    virtual bool reservesNames(const Location &folder) const = 0;
     /// As `copyEntry`.
     virtual Result<CopyReport> copy(const Location &source, const Location &destination,
                                     const CopyOptions &options) = 0;
@@ -28,6 +31,9 @@ public:
     /// As `removeCopied`.
     virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                        const Location &copy) = 0;
+    /// As `removeHeldByCopy`.
+    virtual Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
+                                                           Instant since) = 0;
     /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
     /// user's own yes to exactly that; never for an assistant.
     virtual Result<void> removeForGood(const Location &entry) = 0;
@@ -50,6 +56,7 @@ public:
 class DiskFileActions : public FileActions {
 public:
     Result<void> rename(const Location &from, const Location &to) override;
+    bool reservesNames(const Location &folder) const override;
     Result<void> renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
                             const std::string &newName) override;
     Result<CopyReport> copy(const Location &source, const Location &destination, const CopyOptions &options) override;
@@ -58,6 +65,8 @@ public:
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy) override;
+    Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
+                                                   Instant since) override;
     Result<void> removeForGood(const Location &entry) override;
     Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) override;
     Result<void> createFolder(const Location &folder) override;

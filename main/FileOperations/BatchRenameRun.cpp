@@ -58,19 +58,13 @@ private:
     std::vector<Move> m_moves;
 };
 
-bool inodesLast(const Location &folder)
-{
-    const Result<Descriptor> opened = openFolderPlace(folder);
-    return opened && knownBy(opened->number()) == OwnEntries::KnownBy::Inode;
-}
-
 LoggedRename logged(const RenamePair &pair, const FileAttributes &now)
 {
     const Location folder = pair.from.parent_path();
     LoggedRename one{pair.from, pair.to, folder / temporaryName(pair.from.filename().native(), folder)};
     one.device = static_cast<std::int64_t>(pair.identity.device);
     one.inode = static_cast<std::int64_t>(pair.identity.inode);
-    one.lasting = inodesLast(folder);
+    one.lasting = keepsInodes(folder);
     one.folder = now.isFolder();
     one.size = now.size;
     one.modified = now.modified.time_since_epoch().count();

@@ -4,6 +4,7 @@
 #include "Disk/Walk.h"
 #include "Transfers/Ancestors.h"
 #include "Transfers/TransferQueue.h"
+#include "Transfers/UnfinishedMove.h"
 
 #include <algorithm>
 #include <atomic>
@@ -85,6 +86,9 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEnt
     if (taken.replaceable && !taken.trashable)
         taken.seen = seenAt(dst, control);
     taken.replaceable = taken.replaceable && (taken.trashable || taken.seen);
+    // The only complete copy of what was cut short goes for no half of it.
+    if (taken.replaceable && !taken.trashable)
+        taken.replaceable = !isCopyOfUnfinishedMove(src, dst, services.logs);
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
     taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();

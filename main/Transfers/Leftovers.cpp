@@ -45,8 +45,6 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
 {
     std::vector<Location> archives = abandonedHiddenFolders(folder, clock.now());
     std::vector<Location> entries = temporaryEntries(folder);
-    if (entries.empty())
-        return archives;
     const LoggedNames logged = LoggedNames::read(logs);
     const auto holds = [](const std::vector<std::string> &names, const Location &entry) {
         return std::ranges::find(names, entry.filename().native()) != names.end();
@@ -56,22 +54,32 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
     });
     std::ranges::move(archives, std::back_inserter(entries));
     std::ranges::sort(entries);
+    // These are known by what they stand for, and go before it.
+    std::vector<Location> reserves = logged.reserves;
+    std::erase_if(reserves, [&](const Location &one) { return one.parent_path() != standardised(folder); });
+    entries.insert(entries.begin(), reserves.begin(), reserves.end());
     return entries;
 }
 
 std::vector<Location> loggedLeftovers(const Location &logs)
 {
-    std::vector<Location> left = LoggedNames::read(logs).left;
-    std::erase_if(left, [](const Location &one) { return !TransferLog::isTemporaryName(one.filename().native()); });
-    std::ranges::sort(left);
-    return left;
+    LoggedNames logged = LoggedNames::read(logs);
+    std::erase_if(logged.left,
+                  [](const Location &one) { return !TransferLog::isTemporaryName(one.filename().native()); });
+    std::ranges::sort(logged.left);
+    logged.left.insert(logged.left.begin(), logged.reserves.begin(), logged.reserves.end());
+    return logged.left;
 }
 
 QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
                                     FileActions &files)
 {
+    // An empty file that kept a name free is known by the copy that it stands for, and goes first.
+    std::vector<Location> entries = leftovers;
+    std::ranges::stable_partition(
+        entries, [](const Location &one) { return !TransferLog::isTemporaryName(one.filename().native()); });
     QStringList failures;
-    for (const Location &entry : leftovers) {
+    for (const Location &entry : entries) {
         const std::vector<Location> still = transferLeftovers(entry.parent_path(), logs, clock);
         if (std::ranges::find(still, entry) == still.end())
             continue;

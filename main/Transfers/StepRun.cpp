@@ -1,5 +1,7 @@
 #include "Transfers/StepRun.h"
 
+#include "Disk/MayRemove.h"
+
 #include <algorithm>
 
 namespace brellin {
@@ -47,6 +49,8 @@ Result<TransferredEntry> StepRun::carryOut(const TransferStep &step)
 
 Result<TransferredEntry> StepRun::moveWithinVolume(const TransferStep &step)
 {
+    if (m_services.files.reservesNames(step.dst.parent_path()))
+        m_log.noteRename(step.src, step.dst);
     // Never over anything: where the name is taken, this finds out whether a rename could get there at all, before the
     // existing entry leaves.
     Result<void> renamed = m_services.files.rename(step.src, step.dst);
@@ -64,7 +68,11 @@ Result<TransferredEntry> StepRun::moveWithinVolume(const TransferStep &step)
 
 Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
 {
-    const Location temporary = m_log.temporaryFor(step.dst);
+    if (m_kind == TransferKind::Move)
+        TRY(checkMayRemove(step.src));
+    const bool reserves = m_services.files.reservesNames(step.dst.parent_path());
+    const Location temporary =
+        m_log.temporaryFor(step.dst, reserves ? TransferLog::Renames::Reserving : TransferLog::Renames::AtOnce);
     CopiedEntries copied;
     WrittenVolume *const written = TRY(volumeFor(step.dst.parent_path()));
     const CopyReport report =
@@ -135,6 +143,12 @@ void StepRun::settle()
 {
     // The copies' names, too, are on the disk before the sources go.
     const Result<void> flushed = flush();
+    std::vector<TransferLog::Removal> removals;
+    for (const Moved &one : m_moved) {
+        if (flushed)
+            removals.push_back({one.step.src, one.step.dst});
+    }
+    m_log.noteRemovals(removals);
     for (const Moved &one : m_moved) {
         const Result<void> safe = flushed ? checkCopyIsThere(outcome.done[one.number]) : flushed;
         const QString stays = QStringLiteral("Kopiert; das Original bleibt vorsichtshalber stehen: ");

@@ -3,12 +3,10 @@
 #include "Disk/FileAttributes.h"
 #include "Disk/FreeName.h"
 
-#include <QByteArrayList>
 #include <QUuid>
 
 #include <algorithm>
 #include <cctype>
-#include <iterator>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,6 +14,8 @@
 namespace brellin {
 
 namespace {
+
+using Kind = LoggedWork::Kind;
 
 constexpr std::size_t idLength = 8;
 
@@ -30,22 +30,6 @@ bool isLinked(int descriptor)
     return ::fstat(descriptor, &status) == 0 && status.st_nlink > 0;
 }
 
-/// One line for each place; a name may hold a line break, so its bytes are percent-encoded.
-QByteArray lineOf(const Location &place)
-{
-    return QByteArray::fromStdString(place.native()).toPercentEncoding("/") + '\n';
-}
-
-std::vector<Location> placesIn(const QByteArray &log)
-{
-    std::vector<Location> places;
-    for (const QByteArray &line : log.split('\n')) {
-        if (!line.isEmpty())
-            places.emplace_back(QByteArray::fromPercentEncoding(line).toStdString());
-    }
-    return places;
-}
-
 } // namespace
 
 bool TransferLog::isTemporaryName(std::string_view name)
@@ -57,22 +41,43 @@ bool TransferLog::isTemporaryName(std::string_view name)
            std::ranges::all_of(name.substr(0, idLength), [](unsigned char c) { return std::isxdigit(c) != 0; });
 }
 
-Location TransferLog::temporaryFor(const Location &dst)
+Location TransferLog::temporaryFor(const Location &dst, Renames renames)
 {
-    if (!m_lock.held())
-        open();
     const Location folder = dst.parent_path();
     const std::string head = std::string(copyPrefix) + freshId() + "-";
     const std::size_t room = nameLimit(folder) - std::min(nameLimit(folder) - 1, head.size());
     const Location place = folder / (head + fittingName(dst.filename().native(), room));
-    m_noted.push_back(place);
+    note({Kind::Copy, place, dst, {}, {}, renames == Renames::Reserving});
+    return place;
+}
+
+void TransferLog::noteRename(const Location &src, const Location &dst)
+{
+    note({Kind::Rename, src, dst, {}, {}, true});
+}
+
+void TransferLog::noteRemovals(const std::vector<Removal> &removals)
+{
+    for (const Removal &one : removals)
+        note({Kind::Removal, one.source, one.copy, {}, {}, false});
+    if (m_lock.held())
+        (void)::fdatasync(m_lock.descriptor()); // what a power cut takes is an offer, no file
+}
+
+void TransferLog::note(LoggedWork work)
+{
+    if (!m_lock.held())
+        open();
+    work.volume = volumeOf(work.from);
+    work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
     if (m_lock.held()) {
-        const QByteArray line = lineOf(place);
+        const QByteArray line = work.line();
         // What could not be written is missing for others only, and only until the entry is a day old.
         [[maybe_unused]] const ssize_t written =
             ::write(m_lock.descriptor(), line.constData(), static_cast<std::size_t>(line.size()));
     }
-    return place;
+    if (work.kind == Kind::Copy)
+        m_noted.push_back(std::move(work));
 }
 
 void TransferLog::open()
@@ -90,30 +95,28 @@ void TransferLog::open()
     }
 }
 
+/// What was removed, or stayed in its place, has been told when a transfer ends by itself.
 TransferLog::~TransferLog()
 {
-    if (m_lock.held() && std::ranges::none_of(m_noted, entryExists))
+    if (m_lock.held() && std::ranges::all_of(m_noted, &LoggedWork::isOver))
         ::unlink(m_file.c_str());
 }
 
 LoggedNames LoggedNames::read(const Location &folder)
 {
     LoggedNames names;
-    std::error_code none;
-    for (const std::filesystem::directory_entry &entry : std::filesystem::directory_iterator(folder, none)) {
-        if (entry.path().extension() != ".log")
-            continue;
-        const Result<FileLock> lock = FileLock::tryNow(entry.path());
-        const std::vector<Location> places = placesIn(readWhole(entry.path()).value_or(QByteArray()));
-        std::vector<std::string> &known = lock ? names.dead : names.living;
-        for (const Location &place : places)
-            known.push_back(place.filename().native());
-        if (!lock)
-            continue;
-        const std::size_t before = names.left.size();
-        std::ranges::copy_if(places, std::back_inserter(names.left), entryExists);
-        if (names.left.size() == before)
-            ::unlink(entry.path().c_str());
+    for (const TransferLogFile &log : TransferLogFile::all(folder)) {
+        std::vector<std::string> &known = log.dead() ? names.dead : names.living;
+        for (const LoggedWork &work : log.works) {
+            if (work.kind == Kind::Copy)
+                known.push_back(work.from.filename().native());
+            if (log.dead() && work.leftReserve())
+                names.reserves.push_back(work.to);
+            if (log.dead() && work.kind == Kind::Copy && entryExists(work.from))
+                names.left.push_back(work.from);
+        }
+        if (log.dead() && log.isOver())
+            ::unlink(log.file.c_str());
     }
     return names;
 }

@@ -2,16 +2,18 @@
 
 #include "Base/Location.h"
 #include "System/FileLock.h"
+#include "Transfers/TransferLogLines.h"
 
 #include <string_view>
 #include <vector>
 
 namespace brellin {
 
-/// The log of a living transfer: which hidden entries it is working on. Locked while the transfer lives, so that anybody can
-/// see whose a hidden entry is; gone with it, unless it had to leave something behind. Made with the first entry.
+/// The log of a living transfer: what it is about to do with which entries. Locked while the transfer lives, so that anybody
+/// can see whose a hidden entry is; gone with it, unless it had to leave something behind. Made with the first entry.
 class TransferLog {
 public:
+    enum class Renames { AtOnce, Reserving };
     /// `folder` holds the logs of all transfers.
     explicit TransferLog(Location folder) : m_folder(std::move(folder)) {}
     ~TransferLog();
@@ -20,18 +22,27 @@ public:
 
     /// A new hidden place beside `dst`, whatever the length of its name, noted before it is used. Where there can be no log the
     /// place is as good; what a crash leaves there is then found a day later.
-    Location temporaryFor(const Location &dst);
+    Location temporaryFor(const Location &dst, Renames renames = Renames::AtOnce);
+    /// An entry is about to be renamed to where an empty file may keep the name free.
+    void noteRename(const Location &src, const Location &dst);
+    /// Sources are about to be removed, whose copies are complete: the notes are on the disk when this returns.
+    struct Removal {
+        Location source;
+        Location copy;
+    };
+    void noteRemovals(const std::vector<Removal> &removals);
 
     /// Whether this is a name that `temporaryFor` gives.
     static bool isTemporaryName(std::string_view name);
 
 private:
     void open();
+    void note(LoggedWork work);
 
     Location m_folder;
     Location m_file;
     FileLock m_lock;
-    std::vector<Location> m_noted;
+    std::vector<LoggedWork> m_noted; ///< what may have to be found later
 };
 
 /// What the logs say of hidden entries, by their names.
@@ -39,6 +50,7 @@ struct LoggedNames {
     std::vector<std::string> living; ///< of transfers that live
     std::vector<std::string> dead;   ///< of transfers that died
     std::vector<Location> left;      ///< what of theirs is still there
+    std::vector<Location> reserves;  ///< empty files that kept names free for these
 
     /// Reads all logs, and removes those of the dead that left nothing.
     static LoggedNames read(const Location &folder);

@@ -141,6 +141,27 @@ TEST_F(RemnantsTest, ofAKilledPackingAreFoundWhereverTheyLie)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.path("f")), {}), 1);
 }
 
+TEST_F(RemnantsTest, endAMoveThatWasKilledAtItsSource)
+{
+    tree.lines({"f/Fotos/a=eins", "f/Fotos/b=zwei", "ziel/Fotos/a=eins", "ziel/Fotos/b=ZWEI"});
+    for (const char *copy : {"ziel/Fotos/a", "ziel/Fotos/b"})
+        std::filesystem::last_write_time(
+            tree.path(copy),
+            std::filesystem::last_write_time(tree.path("f") / Location(copy).lexically_relative("ziel")));
+    if (::fork() == 0) {
+        TransferLog log(state / "transfers");
+        log.noteRemovals({{tree.path("f/Fotos"), tree.path("ziel/Fotos")}});
+        ::_exit(0);
+    }
+    ::wait(nullptr);
+    EXPECT_EQ(listed(), QStringList(QStringLiteral("move Fotos 8")));
+    const ProcessOutput output = run({"reste", "--aufraeumen"});
+    EXPECT_TRUE(output.errors.contains("b: Weicht von der Kopie ab und bleibt am alten Ort.")) << output.errors.data();
+    EXPECT_FALSE(tree.has("f/Fotos/a"));
+    EXPECT_EQ(tree.content("f/Fotos/b"), "zwei");
+    EXPECT_EQ(listed(), QStringList());
+}
+
 TEST_F(RemnantsTest, leaveOutWhatLivesAndKeepWhatNobodyUnderstands)
 {
     const std::string before = tree.snapshot();

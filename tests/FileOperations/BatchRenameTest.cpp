@@ -50,7 +50,7 @@ protected:
     BatchRenameOutcome rename(JobControl &control)
     {
         FaultyFileActions files(faults, volumes);
-        files.reservesNames = onStick;
+        files.reserving = onStick;
         return renameBatch(pairs, files, logs, control);
     }
     /// Renames in a process that is killed at point `n`; whether it came to its end before.
@@ -81,7 +81,7 @@ protected:
             return {};
         }
         FaultyFileActions files(faults, volumes);
-        files.reservesNames = onStick;
+        files.reserving = onStick;
         QStringList lines;
         for (const CutShortRename &batch : cutShort())
             lines += restoreCutShort(batch, files);

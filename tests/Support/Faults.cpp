@@ -38,7 +38,7 @@ Result<void> FaultyFileActions::renameOverReserve(const Location &from, const Lo
 
 Result<void> FaultyFileActions::rename(const Location &from, const Location &to)
 {
-    if (reservesNames && m_volumes.same(from, to.parent_path()))
+    if (reserving && m_volumes.same(from, to.parent_path()))
         return renameOverReserve(from, to);
     return m_plan.change<void>([&]() -> Result<void> {
         if (!m_volumes.same(from, to.parent_path()))
@@ -95,6 +95,12 @@ Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &so
                                                               const Location &copy)
 {
     return m_plan.change<std::vector<Location>>([&] { return m_real.removeCopied(source, copied, copy); });
+}
+
+Result<std::vector<Location>> FaultyFileActions::removeHeldByCopy(const Location &source, const Location &copy,
+                                                                  Instant since)
+{
+    return m_plan.change<std::vector<Location>>([&] { return m_real.removeHeldByCopy(source, copy, since); });
 }
 
 Result<void> FaultyFileActions::removeForGood(const Location &entry)

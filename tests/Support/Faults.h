@@ -52,6 +52,9 @@ public:
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy) override;
+    bool reservesNames(const Location &) const override { return reserving; }
+    Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
+                                                   Instant since) override;
     Result<void> removeForGood(const Location &entry) override;
     Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) override;
     Result<void> createFolder(const Location &folder) override;
@@ -59,7 +62,7 @@ public:
 
     /// Renames files as on volumes with neither exclusive rename nor hard links, in two changes: an empty file keeps the name
     /// free, the entry goes over it.
-    bool reservesNames = false;
+    bool reserving = false;
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
     /// Called before each flush of a volume.

@@ -43,6 +43,11 @@ PrivateMount::~PrivateMount()
         ::umount2(m_folder.c_str(), MNT_DETACH);
 }
 
+bool PrivateMount::makeReadOnly() const
+{
+    return ::mount("none", m_folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
+}
+
 void PrivateMount::leaveFree(std::int64_t bytes, const char *name) const
 {
     struct statvfs status{};

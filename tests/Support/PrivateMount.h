@@ -19,6 +19,8 @@ public:
     /// Whether this process sees mounts that no other does.
     static bool possible();
 
+    /// From now on nothing in it can be changed.
+    bool makeReadOnly() const;
     /// Fills it up, with a file of this name, until `bytes` are free.
     void leaveFree(std::int64_t bytes, const char *name) const;
 

@@ -1,6 +1,7 @@
 #include "Transfers/Screens/TransferScreens.h"
 
 #include "Look/Attention.h"
+#include "Look/YesNoSheet.h"
 #include "Transfers/Leftovers.h"
 #include "Transfers/Screens/LeftoverSheet.h"
 #include "Transfers/Screens/QuestionSheet.h"
@@ -61,6 +62,7 @@ void TransferScreens::visit(const Location &folder)
         m_services.workers, {folder, FileCall<std::vector<Location>>::Patience::None},
         [folder, logs, &clock = m_clock](const JobControl &) { return transferLeftovers(folder, logs, clock); },
         [this](std::vector<Location> leftovers) { offer(std::move(leftovers)); }, [] {});
+    lookForUnfinishedMoves(folder);
 }
 
 void TransferScreens::offer(std::vector<Location> leftovers)
@@ -70,9 +72,10 @@ void TransferScreens::offer(std::vector<Location> leftovers)
     if (leftovers.empty() || m_offer || m_sheet)
         return;
     m_kept.insert(leftovers.begin(), leftovers.end());
-    m_offer = new LeftoverSheet(leftovers, m_window);
-    connect(m_offer, &LeftoverSheet::removeWanted, this, [this, leftovers] { removeAll(leftovers); });
-    m_offer->ask();
+    auto *const sheet = new LeftoverSheet(leftovers, m_window);
+    m_offer = sheet;
+    connect(sheet, &LeftoverSheet::removeWanted, this, [this, leftovers] { removeAll(leftovers); });
+    sheet->ask();
 }
 
 void TransferScreens::removeAll(const std::vector<Location> &leftovers)
@@ -82,11 +85,46 @@ void TransferScreens::removeAll(const std::vector<Location> &leftovers)
         [leftovers, logs = m_services.logs, &clock = m_clock, &files = m_services.files](const JobControl &) {
             return removeTransferLeftovers(leftovers, logs, clock, files);
         },
-        [this](const QStringList &failures) {
-            if (!failures.isEmpty())
-                Q_EMIT failed(failures.join(u'\n'));
-        },
-        [] {});
+        [this](const QStringList &failures) { say(failures); }, [] {});
+}
+
+void TransferScreens::lookForUnfinishedMoves(const Location &folder)
+{
+    m_comparing.start(
+        m_services.workers, {folder, FileCall<std::vector<UnfinishedMove>>::Patience::None},
+        [logs = m_services.logs](const JobControl &control) { return unfinishedMoves(logs, &control); },
+        [this](std::vector<UnfinishedMove> moves) { offer(std::move(moves)); }, [] {});
+}
+
+/// One at a time: the next one with the next visit.
+void TransferScreens::offer(std::vector<UnfinishedMove> moves)
+{
+    std::erase_if(moves, [this](const UnfinishedMove &one) { return m_kept.contains(one.source); });
+    if (moves.empty() || m_offer || m_sheet || !maySpeak())
+        return;
+    const UnfinishedMove move = moves.front();
+    m_kept.insert(move.source);
+    auto *const sheet = new YesNoSheet(QStringLiteral("Unterbrochenes Verschieben"), move.question(),
+                                       QStringLiteral("Verschieben abschließen"), ButtonKind::Danger, m_window,
+                                       QStringLiteral("Später"));
+    sheet->setObjectName(QStringLiteral("unfinishedMove"));
+    m_offer = sheet;
+    connect(sheet, &YesNoSheet::accepted, this, [this, move] { finish(move); });
+    sheet->open();
+}
+
+void TransferScreens::finish(const UnfinishedMove &move)
+{
+    m_finishing.start(
+        m_services.workers, {move.source, FileCall<QStringList>::Patience::None, MountWorkers::Turn::AtOnce},
+        [move, &files = m_services.files](const JobControl &) { return finishMove(move, files); },
+        [this](const QStringList &failures) { say(failures); }, [] {});
+}
+
+void TransferScreens::say(const QStringList &failures)
+{
+    if (!failures.isEmpty())
+        Q_EMIT failed(failures.join(u'\n'));
 }
 
 } // namespace brellin

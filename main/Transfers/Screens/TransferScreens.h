@@ -4,6 +4,7 @@
 #include "System/Clock.h"
 #include "Transfers/TransferQuestion.h"
 #include "Transfers/TransferServices.h"
+#include "Transfers/UnfinishedMove.h"
 
 #include <QPointer>
 
@@ -11,8 +12,8 @@
 
 namespace brellin {
 
-class LeftoverSheet;
 class QuestionSheet;
+class SheetFrame;
 class TransferQueue;
 
 /// Asks over one window what transfers want to know, and whether to remove what a crash left in a folder that is visited.
@@ -25,7 +26,8 @@ public:
     /// Queue, services and clock outlive it; it goes with the window.
     TransferScreens(TransferQueue &queue, TransferServices services, const Clock &clock, QWidget *window);
 
-    /// Looks, on a worker, for what a crash left in this folder. Declined once, it is not asked about again.
+    /// Looks, on a worker, for what a crash left in this folder, and for moves that it left half done anywhere. Declined once,
+    /// it is not asked about again.
     void visit(const Location &folder);
 
     /// Something went wrong, for the window to say.
@@ -37,6 +39,10 @@ private:
     void open(const TransferQuestion &question);
     void offer(std::vector<Location> leftovers);
     void removeAll(const std::vector<Location> &leftovers);
+    void lookForUnfinishedMoves(const Location &folder);
+    void offer(std::vector<UnfinishedMove> moves);
+    void finish(const UnfinishedMove &move);
+    void say(const QStringList &failures);
 
     TransferQueue &m_queue;
     const TransferServices m_services;
@@ -44,10 +50,12 @@ private:
     QWidget *const m_window;
     QPointer<QuestionSheet> m_sheet;
     QUuid m_asked; ///< what the sheet asks
-    QPointer<LeftoverSheet> m_offer;
+    QPointer<SheetFrame> m_offer;
     std::set<Location> m_kept; ///< leftovers that the user wants to keep
     FileCall<std::vector<Location>> m_looking;
     FileCall<QStringList> m_removing;
+    FileCall<std::vector<UnfinishedMove>> m_comparing;
+    FileCall<QStringList> m_finishing;
 };
 
 } // namespace brellin

@@ -8,6 +8,9 @@
 #include <QCheckBox>
 #include <QPushButton>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace brellin;
 using namespace brellin::test;
 
@@ -147,4 +150,36 @@ TEST_F(TransferScreensTest, leftoversAreRemovedOnlyOnAYes)
     press(other, "removeLeftovers");
     EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(half); }));
     EXPECT_EQ(world.snapshot(), before);
+}
+
+TEST_F(TransferScreensTest, aMoveKilledAtItsSourceIsFinishedOnAYes)
+{
+    world.tree().lines({"home/Fotos/x=x", "disk/Fotos/x=x"});
+    if (::fork() == 0) {
+        TransferLog log(world.services().logs);
+        log.noteRemovals({{world.home("Fotos"), world.disk("Fotos")}});
+        ::_exit(0);
+    }
+    ::wait(nullptr);
+    screens.visit(world.home(""));
+    ASSERT_TRUE(asks("unfinishedMove"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(world.tree().has("home/Fotos/x"));
+
+    // The next start asks again.
+    QWidget other;
+    other.resize(800, 600);
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    TransferScreens otherScreens(queue, world.services(), world.clock, &other);
+    otherScreens.visit(world.disk(""));
+    ASSERT_TRUE(appears(other, "unfinishedMove"));
+    EXPECT_TRUE(buttonTitles(*shownIn(other, "unfinishedMove")).contains(QStringLiteral("Verschieben abschließen")));
+    for (QPushButton *const button : shownIn(other, "unfinishedMove")->findChildren<QPushButton *>()) {
+        if (button->text() == QStringLiteral("Verschieben abschließen"))
+            button->click();
+    }
+    EXPECT_TRUE(waitUntil([&] { return !world.tree().has("home/Fotos"); }));
+    EXPECT_EQ(world.tree().content("disk/Fotos/x"), "x");
 }

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Base/Instant.h"
+#include "Base/Location.h"
+#include "Base/Result.h"
+
+#include <vector>
+
+namespace brellin {
+
+/// Ends a removal that was cut short: removes of `source`, for good, what stands the same at `copy` (kind, name and content,
+/// and rights and attributes where something was changed after `since`), never through a link and never into another mount.
+/// Gives the entries that stay because they differ; fails with the first reason why anything else stays, after having removed
+/// the rest.
+Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since);
+
+} // namespace brellin

@@ -1,0 +1,126 @@
+#include "Transfers/TransferLogLines.h"
+
+#include "Disk/FileAttributes.h"
+#include "Disk/Volumes.h"
+
+#include <QByteArrayList>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <optional>
+
+namespace brellin {
+
+namespace {
+
+using Kind = LoggedWork::Kind;
+
+constexpr std::array words{std::pair{Kind::Copy, "copy"}, std::pair{Kind::Rename, "rename"},
+                           std::pair{Kind::Removal, "removal"}, std::pair{Kind::Settled, "settled"}};
+
+/// A name may hold a line break or a tab, so its bytes are percent-encoded.
+QByteArray fieldOf(const Location &place)
+{
+    return QByteArray::fromStdString(place.native()).toPercentEncoding("/");
+}
+
+Location placeOf(const QByteArray &field)
+{
+    return QByteArray::fromPercentEncoding(field).toStdString();
+}
+
+std::optional<LoggedWork> workIn(const QByteArray &line)
+{
+    const QByteArrayList fields = line.split('\t');
+    const auto word = std::ranges::find_if(words, [&](const auto &one) { return fields.front() == one.second; });
+    // The last line may have been cut.
+    if (word == words.end() || fields.size() != 6)
+        return std::nullopt;
+    return LoggedWork{word->first,
+                      placeOf(fields[1]),
+                      placeOf(fields[2]),
+                      placeOf(fields[3]),
+                      Instant(std::chrono::nanoseconds(fields[4].toLongLong())),
+                      fields[5] == "1"};
+}
+
+bool isPresent(const Location &volume)
+{
+    const Result<Location> top = SystemVolumes().top(volume);
+    return entryExists(volume) && top && *top == volume;
+}
+
+} // namespace
+
+QByteArray LoggedWork::line() const
+{
+    const auto *const word = std::ranges::find(words, kind, [](const auto &one) { return one.first; });
+    const QByteArrayList fields{word->second,
+                                fieldOf(from),
+                                fieldOf(to),
+                                fieldOf(volume),
+                                QByteArray::number(static_cast<qlonglong>(when.time_since_epoch().count())),
+                                reserves ? "1" : "0"};
+    return fields.join('\t') + '\n';
+}
+
+bool LoggedWork::isOver() const
+{
+    return !entryExists(from) && isPresent(volume);
+}
+
+bool LoggedWork::leftReserve() const
+{
+    constexpr auto coarseTime = std::chrono::seconds(2);
+    if (!reserves || !entryExists(from))
+        return false;
+    const Result<FileAttributes> found = readAttributes(to);
+    return found && found->isFile() && found->size == 0 && found->modified >= when - coarseTime;
+}
+
+std::vector<LoggedWork> TransferLogFile::removals() const
+{
+    std::vector<LoggedWork> open;
+    for (const LoggedWork &work : works) {
+        if (work.kind == Kind::Settled)
+            std::erase_if(open, [&](const LoggedWork &one) { return one.from == work.from && one.to == work.to; });
+        else if (work.kind == Kind::Removal)
+            open.push_back(work);
+    }
+    return open;
+}
+
+bool TransferLogFile::isOver() const
+{
+    const auto isCopyLeft = [](const LoggedWork &work) { return work.kind == Kind::Copy && !work.isOver(); };
+    const auto isReserveLeft = [](const LoggedWork &work) { return work.kind == Kind::Rename && work.leftReserve(); };
+    return std::ranges::none_of(works, isCopyLeft) && std::ranges::none_of(works, isReserveLeft) &&
+           std::ranges::all_of(removals(), &LoggedWork::isOver);
+}
+
+std::vector<TransferLogFile> TransferLogFile::all(const Location &folder)
+{
+    std::vector<TransferLogFile> found;
+    std::error_code none;
+    for (const std::filesystem::directory_entry &entry : std::filesystem::directory_iterator(folder, none)) {
+        if (entry.path().extension() != ".log")
+            continue;
+        TransferLogFile log{entry.path(), {}, {}};
+        if (Result<FileLock> lock = FileLock::tryNow(log.file))
+            log.lock = *std::move(lock);
+        for (const QByteArray &line : readWhole(log.file).value_or(QByteArray()).split('\n')) {
+            if (std::optional<LoggedWork> work = workIn(line))
+                log.works.push_back(*std::move(work));
+        }
+        found.push_back(std::move(log));
+    }
+    return found;
+}
+
+Location volumeOf(const Location &entry)
+{
+    return SystemVolumes().top(entry.parent_path()).value_or("/");
+}
+
+} // namespace brellin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Base/Instant.h"
+#include "Base/Location.h"
+#include "System/FileLock.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace brellin {
+
+/// One thing that a transfer is about to do, noted before it does it.
+struct LoggedWork {
+    enum class Kind {
+        Copy,    ///< `from`, a hidden entry, grows and gets the name `to`
+        Rename,  ///< `from` gets the name `to`
+        Removal, ///< `from` is removed, because its complete copy stands at `to`
+        Settled  ///< of a removal: nobody has to be told of it any more
+    };
+    Kind kind = Kind::Copy;
+    Location from;
+    Location to;
+    Location volume; ///< the top of what `from` lies on
+    Instant when;
+    bool reserves = false; ///< an empty file may keep `to` free for a moment
+
+    bool operator==(const LoggedWork &) const = default;
+    QByteArray line() const;
+    /// Its volume is there, and `from` is not: there is nothing left to see of it.
+    bool isOver() const;
+    /// An empty file at `to` that kept the name free when the program died.
+    bool leftReserve() const;
+};
+
+/// The log of one transfer as it is on the disk.
+struct TransferLogFile {
+    Location file;
+    FileLock lock; ///< not held where its transfer lives
+    std::vector<LoggedWork> works;
+
+    bool dead() const { return lock.held(); }
+    /// Removals that are not settled, whether over or not.
+    std::vector<LoggedWork> removals() const;
+    /// Nothing is left of anything in it.
+    bool isOver() const;
+
+    static std::vector<TransferLogFile> all(const Location &folder);
+};
+
+/// The top of the volume on which an entry lies, "/" where nobody can tell.
+Location volumeOf(const Location &entry);
+
+} // namespace brellin

@@ -1,0 +1,141 @@
+#include "Transfers/UnfinishedMove.h"
+
+#include "Base/German.h"
+#include "Disk/Walk.h"
+#include "Transfers/TransferLogLines.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+/// Counts what of a source stands in its copy.
+class Comparison {
+public:
+    explicit Comparison(UnfinishedMove move) : m_move(std::move(move)) {}
+
+    UnfinishedMove run(const JobControl *control)
+    {
+        const Result<FileAttributes> top = readAttributes(m_move.source);
+        if (!top || !top->isFolder()) {
+            count(m_move.copy, top.value_or(FileAttributes()));
+            return std::move(m_move);
+        }
+        WalkOptions options;
+        options.attributes = Attribute::Size | Attribute::Modified;
+        const auto compare = [this](const WalkEntry &entry) {
+            if (!entry.attributes.isFolder())
+                count(m_move.copy / entry.location().lexically_relative(m_move.source), entry.attributes);
+            return WalkStep::Continue;
+        };
+        // What cannot be read stays in any case.
+        (void)walk(m_move.source, options, compare, control);
+        return std::move(m_move);
+    }
+
+private:
+    void count(const Location &copy, const FileAttributes &original)
+    {
+        constexpr auto coarseTime = std::chrono::seconds(2);
+        const Result<FileAttributes> there = readAttributes(copy);
+        if (!there || there->kind != original.kind || there->size != original.size ||
+            std::chrono::abs(there->modified - original.modified) > coarseTime) {
+            ++m_move.differing;
+            return;
+        }
+        ++m_move.entries;
+        m_move.bytes += original.isFile() ? original.size : 0;
+    }
+
+    UnfinishedMove m_move;
+};
+
+/// A source of which only empty folders are left is finished, too.
+bool canBeFinished(const UnfinishedMove &move)
+{
+    return entryExists(move.copy) && (move.entries > 0 || move.differing == 0);
+}
+
+/// Under the log's lock.
+void settle(const Location &log, LoggedWork removal)
+{
+    removal.kind = LoggedWork::Kind::Settled;
+    const QByteArray line = removal.line();
+    const int file = ::open(log.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW);
+    if (file < 0)
+        return;
+    [[maybe_unused]] const ssize_t written = ::write(file, line.constData(), static_cast<std::size_t>(line.size()));
+    ::close(file);
+}
+
+bool isAway(const LoggedWork &removal)
+{
+    return !entryExists(removal.from) || volumeOf(removal.from) != removal.volume;
+}
+
+} // namespace
+
+QString UnfinishedMove::question() const
+{
+    QString text =
+        QStringLiteral("Das Verschieben von „%1“ nach „%2“ wurde unterbrochen, als das Original entfernt wurde. "
+                       "Die Kopie war vollständig. Am alten Ort, in „%3“, %4 noch da.")
+            .arg(shownName(source), shownName(copy.parent_path()), shownName(source.parent_path()),
+                 counted(entries, QStringLiteral("Datei ist"), QStringLiteral("Dateien sind")));
+    if (differing > 0)
+        text += QStringLiteral(" %1 von der Kopie ab und %2.")
+                    .arg(counted(differing, QStringLiteral("weitere weicht"), QStringLiteral("weitere weichen")),
+                         differing == 1 ? QStringLiteral("bleibt") : QStringLiteral("bleiben"));
+    return text +
+           QStringLiteral("\n\nBeim Abschließen wird am alten Ort endgültig entfernt, was in der Kopie mit gleichem "
+                          "Inhalt steht.");
+}
+
+std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control)
+{
+    std::vector<UnfinishedMove> found;
+    for (const TransferLogFile &log : TransferLogFile::all(logs)) {
+        for (const LoggedWork &removal : log.dead() ? log.removals() : std::vector<LoggedWork>()) {
+            if (isAway(removal))
+                continue;
+            UnfinishedMove move = Comparison({log.file, removal.from, removal.to, removal.when, 0, 0, 0}).run(control);
+            if (control && control->cancelled())
+                return {};
+            if (canBeFinished(move))
+                found.push_back(std::move(move));
+        }
+    }
+    return found;
+}
+
+bool isCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs)
+{
+    return std::ranges::any_of(TransferLogFile::all(logs), [&](const TransferLogFile &log) {
+        const std::vector<LoggedWork> removals = log.dead() ? log.removals() : std::vector<LoggedWork>();
+        return std::ranges::any_of(
+            removals, [&](const LoggedWork &one) { return one.from == source && one.to == copy && !isAway(one); });
+    });
+}
+
+QStringList finishMove(const UnfinishedMove &move, FileActions &files)
+{
+    const Result<FileLock> lock = FileLock::tryNow(move.log);
+    if (!lock)
+        return {shownName(move.source) + QStringLiteral(": ") + lock.error().message};
+    const Result<std::vector<Location>> kept = files.removeHeldByCopy(move.source, move.copy, move.since);
+    if (!kept)
+        return {shownName(move.source) + QStringLiteral(": Das Original ließ sich nicht ganz entfernen: ") +
+                kept.error().message};
+    settle(move.log, {LoggedWork::Kind::Settled, move.source, move.copy, volumeOf(move.source), move.since, false});
+    QStringList lines;
+    for (const Location &one : *kept)
+        lines << shownName(one) + QStringLiteral(": Weicht von der Kopie ab und bleibt am alten Ort.");
+    return lines;
+}
+
+} // namespace brellin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Base/JobControl.h"
+#include "Base/Location.h"
+#include "Disk/FileActions.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <vector>
+
+namespace brellin {
+
+/// A move to another volume that was killed while it removed its source: the copy is complete, and of the source there is
+/// something left.
+struct UnfinishedMove {
+    Location log;
+    Location source;
+    Location copy;
+    Instant since; ///< when its removal began
+    /// Files and links of the source that stand the same in the copy, by name, size and time …
+    std::int64_t entries = 0;
+    std::int64_t bytes = 0;
+    /// … and those that do not: they stay in any case.
+    std::int64_t differing = 0;
+
+    bool operator==(const UnfinishedMove &) const = default;
+    /// „„Fotos“ steht vollständig in „Stick“. …“
+    QString question() const;
+};
+
+/// Compares what is left of every source that the logs of dead transfers name with its copy. Those of which nothing can be
+/// finished now, as while a volume is away, are left for later. Blocking.
+std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control = nullptr);
+
+/// Whether `copy` is the complete copy of a source that was being removed when the program died.
+bool isCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs);
+
+/// Removes what is left of the source, for good and on the user's yes, as far as the copy holds it with the same content.
+/// Gives a line for each entry that stays. Blocking.
+QStringList finishMove(const UnfinishedMove &move, FileActions &files);
+
+} // namespace brellin
