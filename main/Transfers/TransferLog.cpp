@@ -68,7 +68,11 @@ void TransferLog::note(LoggedWork work)
 {
     if (!m_lock.held())
         open();
-    work.volume = volumeOf(work.from);
+    if (const Location folder = work.from.parent_path(); folder != m_folderAtWork) {
+        m_folderAtWork = folder;
+        m_volumeAtWork = volumeOf(work.from);
+    }
+    work.volume = m_volumeAtWork;
     work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
     if (m_lock.held()) {
         const QByteArray line = work.line();
@@ -98,7 +102,7 @@ void TransferLog::open()
 /// What was removed, or stayed in its place, has been told when a transfer ends by itself.
 TransferLog::~TransferLog()
 {
-    if (m_lock.held() && std::ranges::all_of(m_noted, &LoggedWork::isOver))
+    if (m_lock.held() && areOver(m_noted))
         ::unlink(m_file.c_str());
 }
 

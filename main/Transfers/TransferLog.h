@@ -42,7 +42,8 @@ private:
     Location m_folder;
     Location m_file;
     FileLock m_lock;
-    std::vector<LoggedWork> m_noted; ///< what may have to be found later
+    std::vector<LoggedWork> m_noted;         ///< what may have to be found later
+    Location m_folderAtWork, m_volumeAtWork; ///< of the last note
 };
 
 /// What the logs say of hidden entries, by their names.

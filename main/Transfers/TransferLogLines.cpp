@@ -9,6 +9,7 @@
 #include <array>
 #include <iterator>
 #include <optional>
+#include <set>
 
 namespace brellin {
 
@@ -65,9 +66,13 @@ QByteArray LoggedWork::line() const
     return fields.join('\t') + '\n';
 }
 
-bool LoggedWork::isOver() const
+bool areOver(const std::vector<LoggedWork> &works)
 {
-    return !entryExists(from) && isPresent(volume);
+    // Of thousands most lie on one volume, which may be slow to ask.
+    std::set<Location> volumes;
+    for (const LoggedWork &work : works)
+        volumes.insert(work.volume);
+    return std::ranges::none_of(works, entryExists, &LoggedWork::from) && std::ranges::all_of(volumes, isPresent);
 }
 
 bool LoggedWork::leftReserve() const
@@ -93,10 +98,11 @@ std::vector<LoggedWork> TransferLogFile::removals() const
 
 bool TransferLogFile::isOver() const
 {
-    const auto isCopyLeft = [](const LoggedWork &work) { return work.kind == Kind::Copy && !work.isOver(); };
+    std::vector<LoggedWork> open = removals();
+    std::ranges::copy_if(
+        works, std::back_inserter(open), [](Kind kind) { return kind == Kind::Copy; }, &LoggedWork::kind);
     const auto isReserveLeft = [](const LoggedWork &work) { return work.kind == Kind::Rename && work.leftReserve(); };
-    return std::ranges::none_of(works, isCopyLeft) && std::ranges::none_of(works, isReserveLeft) &&
-           std::ranges::all_of(removals(), &LoggedWork::isOver);
+    return std::ranges::none_of(works, isReserveLeft) && areOver(open);
 }
 
 std::vector<TransferLogFile> TransferLogFile::all(const Location &folder)

@@ -27,8 +27,6 @@ struct LoggedWork {
 
     bool operator==(const LoggedWork &) const = default;
     QByteArray line() const;
-    /// Its volume is there, and `from` is not: there is nothing left to see of it.
-    bool isOver() const;
     /// An empty file at `to` that kept the name free when the program died.
     bool leftReserve() const;
 };
@@ -47,6 +45,9 @@ struct TransferLogFile {
 
     static std::vector<TransferLogFile> all(const Location &folder);
 };
+
+/// Whether nothing is left to see of any of these: their volumes are there, and no `from` is.
+bool areOver(const std::vector<LoggedWork> &works);
 
 /// The top of the volume on which an entry lies, "/" where nobody can tell.
 Location volumeOf(const Location &entry);

@@ -78,6 +78,19 @@ bool isAway(const LoggedWork &removal)
     return !entryExists(removal.from) || volumeOf(removal.from) != removal.volume;
 }
 
+/// Not compared yet. The logs are locked only while they are read: who finds them locked takes their transfers for living.
+std::vector<UnfinishedMove> notedMoves(const Location &logs)
+{
+    std::vector<UnfinishedMove> noted;
+    for (const TransferLogFile &log : TransferLogFile::all(logs)) {
+        for (const LoggedWork &removal : log.dead() ? log.removals() : std::vector<LoggedWork>()) {
+            if (!isAway(removal))
+                noted.push_back({log.file, removal.from, removal.to, removal.when, 0, 0, 0});
+        }
+    }
+    return noted;
+}
+
 } // namespace
 
 QString UnfinishedMove::question() const
@@ -99,16 +112,12 @@ QString UnfinishedMove::question() const
 std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control)
 {
     std::vector<UnfinishedMove> found;
-    for (const TransferLogFile &log : TransferLogFile::all(logs)) {
-        for (const LoggedWork &removal : log.dead() ? log.removals() : std::vector<LoggedWork>()) {
-            if (isAway(removal))
-                continue;
-            UnfinishedMove move = Comparison({log.file, removal.from, removal.to, removal.when, 0, 0, 0}).run(control);
-            if (control && control->cancelled())
-                return {};
-            if (canBeFinished(move))
-                found.push_back(std::move(move));
-        }
+    for (const UnfinishedMove &noted : notedMoves(logs)) {
+        UnfinishedMove move = Comparison(noted).run(control);
+        if (control && control->cancelled())
+            return {};
+        if (canBeFinished(move))
+            found.push_back(std::move(move));
     }
     return found;
 }

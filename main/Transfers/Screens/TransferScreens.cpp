@@ -61,8 +61,11 @@ void TransferScreens::visit(const Location &folder)
     m_looking.start(
         m_services.workers, {folder, FileCall<std::vector<Location>>::Patience::None},
         [folder, logs, &clock = m_clock](const JobControl &) { return transferLeftovers(folder, logs, clock); },
-        [this](std::vector<Location> leftovers) { offer(std::move(leftovers)); }, [] {});
-    lookForUnfinishedMoves(folder);
+        [this, folder](std::vector<Location> leftovers) {
+            offer(std::move(leftovers));
+            lookForUnfinishedMoves(folder);
+        },
+        [] {});
 }
 
 void TransferScreens::offer(std::vector<Location> leftovers)
