@@ -1,6 +1,7 @@
 #include "Agent/ModelSettings.h"
 
 #include "Agent/ModelTexts.h"
+#include "Base/AbandonablePool.h"
 
 namespace brellin {
 
@@ -17,8 +18,8 @@ QString addressIn(const UserDefaults &defaults)
 ModelSettings::ModelSettings(const AgentServices &services, Probe probe)
     : m_services(services)
     , m_probe(std::move(probe))
+    , m_pool(abandonablePool())
 {
-    m_pool.setMaxThreadCount(1);
     publish(endpoint, addressIn(m_services.defaults));
 }
 
@@ -35,9 +36,10 @@ void ModelSettings::refresh()
     if (checking.get())
         return;
     publish(checking, true);
+    passAbandonedWork(*m_pool);
     m_job = std::make_unique<Job<Answer>>();
     m_job->start(
-        m_pool,
+        *m_pool,
         [&model = m_services.model, probe = m_probe](JobControl &control) {
             return Answer{model.status(), probe(control)};
         },

@@ -46,7 +46,7 @@ private:
 
     AgentServices m_services;
     Probe m_probe;
-    QThreadPool m_pool;
+    const std::shared_ptr<QThreadPool> m_pool;
     std::unique_ptr<Job<Answer>> m_job;
 };
 

@@ -1,11 +1,10 @@
 #include "Agent/RuleForecaster.h"
 
+#include "Base/AbandonablePool.h"
+
 namespace brellin {
 
-RuleForecaster::RuleForecaster(const AgentServices &services) : m_services(services)
-{
-    m_pool.setMaxThreadCount(1);
-}
+RuleForecaster::RuleForecaster(const AgentServices &services) : m_services(services), m_pool(abandonablePool()) {}
 
 void RuleForecaster::show(const std::optional<Location> &entry, const std::vector<CleanupRule> &rules,
                           const std::vector<FolderProfile> &profiles)
@@ -14,9 +13,10 @@ void RuleForecaster::show(const std::optional<Location> &entry, const std::vecto
     publish(forecast, std::optional<RuleForecast>());
     if (!entry)
         return;
+    passAbandonedWork(*m_pool);
     m_job = std::make_unique<Job<Result<RuleForecast>>>();
     m_job->start(
-        m_pool,
+        *m_pool,
         [services = m_services, rules, profiles, file = *entry](JobControl &control) {
             return RuleMatching(services.locations, services.clock).forecast(rules, profiles, file, &control);
         },

@@ -26,8 +26,8 @@ public:
 
 private:
     AgentServices m_services;
-    QThreadPool m_pool;
-    std::unique_ptr<Job<Result<RuleForecast>>> m_job; ///< ends before the pool waits for it
+    const std::shared_ptr<QThreadPool> m_pool; ///< an entry that does not answer keeps its thread
+    std::unique_ptr<Job<Result<RuleForecast>>> m_job;
 };
 
 } // namespace brellin

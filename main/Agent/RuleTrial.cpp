@@ -3,6 +3,7 @@
 #include "Agent/Guard.h"
 #include "Agent/RuleList.h"
 #include "Agent/RuleMatching.h"
+#include "Base/AbandonablePool.h"
 #include "Base/German.h"
 
 #include <algorithm>
@@ -69,9 +70,10 @@ Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupR
     return outcome;
 }
 
-RuleTrial::RuleTrial(const AgentServices &services, std::chrono::milliseconds delay) : m_services(services)
+RuleTrial::RuleTrial(const AgentServices &services, std::chrono::milliseconds delay)
+    : m_services(services)
+    , m_pool(abandonablePool())
 {
-    m_pool.setMaxThreadCount(1);
     m_delay.setSingleShot(true);
     m_delay.setInterval(delay);
     connect(&m_delay, &QTimer::timeout, this, [this] { begin(); });
@@ -85,7 +87,6 @@ void RuleTrial::setRule(const CleanupRule &edited, const std::vector<CleanupRule
     m_edited = edited;
     m_rules = rules;
     m_profiles = profiles;
-    publish(warnings, warningsFor(edited, m_services.locations));
     restart();
 }
 
@@ -102,24 +103,43 @@ void RuleTrial::explain(const std::optional<Location> &file)
 
 void RuleTrial::restart()
 {
-    // What is at work answers for the rule as it was.
-    m_job.reset();
+    giveUp();
     publish(running, true);
     m_delay.start();
+}
+
+/// What is at work answers for the rule as it was.
+void RuleTrial::giveUp()
+{
+    m_looking.reset();
+    m_job.reset();
 }
 
 void RuleTrial::cancel()
 {
     m_delay.stop();
-    m_job.reset();
+    giveUp();
     publish(running, false);
+}
+
+/// Links and missing folders are seen on the disk only.
+void RuleTrial::lookForWarnings()
+{
+    passAbandonedWork(*m_pool);
+    m_looking = std::make_unique<Job<std::vector<RuleWarning>>>();
+    m_looking->start(
+        *m_pool,
+        [edited = m_edited, &locations = m_services.locations](JobControl &) { return warningsFor(edited, locations); },
+        [this](std::vector<RuleWarning> found) { publish(warnings, std::move(found)); });
 }
 
 void RuleTrial::begin()
 {
+    lookForWarnings();
+    passAbandonedWork(*m_pool);
     m_job = std::make_unique<Job<Result<Answer>>>();
     m_job->start(
-        m_pool,
+        *m_pool,
         [services = m_services, edited = m_edited, rules = m_rules, profiles = m_profiles,
          file = explained.get()](JobControl &control) -> Result<Answer> {
             Answer answer;

@@ -48,7 +48,7 @@ class RuleTrial : public Model {
 public:
     Published<std::optional<TrialOutcome>> outcome; ///< of the rule last tried; stays until the next is there
     Published<bool> running; ///< waiting or at work: `outcome` is not that of the rule as it is now
-    Published<std::vector<RuleWarning>> warnings; ///< of the rule as it is now
+    Published<std::vector<RuleWarning>> warnings; ///< of the rule last looked at; stay until the next are there
     Published<std::optional<Location>> explained; ///< the file that `explanation` is about
     Published<std::optional<RuleExplanation>> explanation;
 
@@ -70,7 +70,9 @@ private:
     };
 
     void restart();
+    void giveUp();
     void begin();
+    void lookForWarnings();
     void take(Result<Answer> answer);
 
     AgentServices m_services;
@@ -78,8 +80,9 @@ private:
     std::vector<CleanupRule> m_rules;
     std::vector<FolderProfile> m_profiles;
     QTimer m_delay;
-    QThreadPool m_pool;
-    std::unique_ptr<Job<Result<Answer>>> m_job; ///< ends before the pool waits for it
+    const std::shared_ptr<QThreadPool> m_pool; ///< a folder that does not answer keeps its thread
+    std::unique_ptr<Job<std::vector<RuleWarning>>> m_looking;
+    std::unique_ptr<Job<Result<Answer>>> m_job;
 };
 
 } // namespace brellin

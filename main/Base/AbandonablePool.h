@@ -2,6 +2,7 @@
 
 #include <QThreadPool>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 
@@ -17,6 +18,14 @@ inline std::shared_ptr<QThreadPool> abandonablePool(std::chrono::milliseconds pa
     });
     pool->setMaxThreadCount(1);
     return pool;
+}
+
+/// Before new work takes the place of what was given up: that may never come back, and must not hold up what follows. Beyond
+/// a few such threads the new work waits.
+inline void passAbandonedWork(QThreadPool &pool)
+{
+    constexpr int most = 8;
+    pool.setMaxThreadCount(std::min(pool.activeThreadCount() + 1, most));
 }
 
 } // namespace brellin

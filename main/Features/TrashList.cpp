@@ -43,8 +43,8 @@ TrashList::TrashList(Location homeTrash, const Volumes &volumes, Trash &trash, F
     , m_volumes(volumes)
     , m_trash(trash)
     , m_files(files)
+    , m_returnPool(abandonablePool(std::chrono::seconds(5)))
 {
-    m_returnPool.setMaxThreadCount(1);
 }
 
 TrashList::~TrashList() = default;
@@ -144,7 +144,7 @@ void TrashList::putBack(const std::vector<Location> &places, QObject *receiver,
     }
     publish(returning, true);
     m_returning.start(
-        m_returnPool,
+        *m_returnPool,
         [entries, trash = &m_trash, files = &m_files](JobControl &control) {
             return brellin::putBack(entries, *trash, *files, control);
         },

@@ -73,7 +73,7 @@ private:
     Trash &m_trash;
     FileActions &m_files;
     std::map<std::string, std::unique_ptr<Source>> m_sources; ///< by the volume's top; the home Trash under ""
-    QThreadPool m_returnPool;
+    const std::shared_ptr<QThreadPool> m_returnPool;
     Job<TrashReturn> m_returning;
 };
 

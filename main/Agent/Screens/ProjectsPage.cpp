@@ -5,6 +5,7 @@
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/FolderChooser.h"
 #include "Agent/Screens/NoticeBar.h"
+#include "Base/AbandonablePool.h"
 #include "Base/German.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
@@ -27,6 +28,7 @@ ProjectsPage::ProjectsPage(const AgentPorts &ports, QWidget *parent)
                            this, QStringLiteral("shield-check")))
     , m_content(new QStackedWidget(this))
     , m_notice(new NoticeBar(QStringLiteral("Rückgängig"), QStringLiteral("profileRemoved"), this))
+    , m_pool(abandonablePool())
 {
     actions()->addWidget(m_protect);
     connect(m_protect, &QPushButton::clicked, this, [this] {
@@ -54,11 +56,7 @@ ProjectsPage::ProjectsPage(const AgentPorts &ports, QWidget *parent)
     refresh();
 }
 
-ProjectsPage::~ProjectsPage()
-{
-    m_detection.reset();
-    m_pool.waitForDone();
-}
+ProjectsPage::~ProjectsPage() = default;
 
 void ProjectsPage::protect(const Location &folder)
 {
@@ -75,7 +73,7 @@ void ProjectsPage::protect(const Location &folder)
     m_protect->setEnabled(false);
     m_detection = std::make_unique<Job<FolderProfile>>();
     m_detection->start(
-        m_pool, [folder](JobControl &control) { return detectedProfile(folder, &control); },
+        *m_pool, [folder](JobControl &control) { return detectedProfile(folder, &control); },
         [this](const FolderProfile &found) {
             m_detection.reset();
             m_protect->setEnabled(true);

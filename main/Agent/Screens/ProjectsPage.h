@@ -41,8 +41,8 @@ private:
     std::vector<QWidget *> m_shown;
     NoticeBar *m_notice; ///< a removed profile, with the way back
     std::optional<FolderProfile> m_removed;
-    QThreadPool m_pool;
-    std::unique_ptr<Job<FolderProfile>> m_detection; ///< ends before the pool waits for it
+    const std::shared_ptr<QThreadPool> m_pool;
+    std::unique_ptr<Job<FolderProfile>> m_detection;
 };
 
 } // namespace brellin
