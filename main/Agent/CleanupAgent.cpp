@@ -3,6 +3,7 @@
 #include "Agent/AgentJson.h"
 #include "Agent/ExampleRules.h"
 #include "Agent/Recovery.h"
+#include "Base/AbandonablePool.h"
 #include "System/StoredList.h"
 
 #include <QDateTime>
@@ -22,6 +23,11 @@ const QString autoDuplicatesKey = QStringLiteral("agentAutoDuplicates");
 const QString newSinceViewedKey = QStringLiteral("agentNewSinceViewed");
 const QString lastRunKey = QStringLiteral("agentLastRun");
 const QString rulesVersionKey = QStringLiteral("agentRulesVersion");
+
+/// The step at hand ends by itself; what does not in time is the journal's to finish.
+constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
+/// Handing a report over goes on beside an operation.
+constexpr int mostThreads = 3;
 
 constexpr int rulesVersion = 3;
 constexpr int defaultIntervalHours = 24;
@@ -53,8 +59,12 @@ Result<std::vector<T>> updated(UserDefaults &defaults, const QString &key, const
 
 } // namespace
 
-CleanupAgent::CleanupAgent(const AgentServices &services) : m_services(services), m_schedule([this] { tick(); })
+CleanupAgent::CleanupAgent(const AgentServices &services)
+    : m_services(services)
+    , m_schedule([this] { tick(); })
+    , m_threads(abandonablePool(patienceAtTheEnd))
 {
+    m_pool.setMaxThreadCount(mostThreads);
     load();
     upgradeRules();
     profiles.observe(this, [this](const auto &) { dropProtected(); });
@@ -63,8 +73,6 @@ CleanupAgent::CleanupAgent(const AgentServices &services) : m_services(services)
 CleanupAgent::~CleanupAgent()
 {
     cancel();
-    // The step at hand ends by itself; what does not in time is the journal's to finish.
-    m_pool.waitForDone(5000);
 }
 
 void CleanupAgent::load()
@@ -106,16 +114,25 @@ void CleanupAgent::upgradeRules()
 
 void CleanupAgent::recover()
 {
-    if (running.get())
-        return;
-    const std::vector<QUuid> found = recoverInterruptedRuns(m_services);
-    if (!found.empty()) {
+    if (!running.get())
+        recovered(takeOver(m_services));
+}
+
+CleanupAgent::Recovered CleanupAgent::takeOver(const AgentServices &services)
+{
+    std::vector<QUuid> runs = recoverInterruptedRuns(services);
+    return {std::move(runs), RunHistory(services.defaults).shown()};
+}
+
+void CleanupAgent::recovered(Recovered found)
+{
+    if (!found.runs.empty()) {
         std::set<QUuid> all = interruptedRuns.get();
-        all.insert(found.begin(), found.end());
+        all.insert(found.runs.begin(), found.runs.end());
         (void)storeList(m_services.defaults, interruptedKey, std::vector(all.begin(), all.end()));
         publish(interruptedRuns, std::move(all));
     }
-    publishHistory(RunHistory(m_services.defaults).shown());
+    publishHistory(std::move(found.history));
 }
 
 void CleanupAgent::publishHistory(RunHistory::Shown shown)

@@ -58,8 +58,9 @@ public:
     explicit CleanupAgent(const AgentServices &services);
     ~CleanupAgent() override;
 
-    /// Takes over what a killed program left behind, arms the timer and starts a scan that is due.
+    /// Takes over what a killed program left behind, on a worker; then arms the timer and starts a scan that is due.
     void start();
+    /// The same taking over, at once: for a program without a window.
     void recover();
     /// Arms the timer anew, after a change of the interval, and starts a scan that is due.
     void schedule();
@@ -167,10 +168,18 @@ private:
         ChangedProposals followed = {}; ///< of the list from before, which stays when the scan is cancelled
     };
 
+    /// … and from the look for runs that were cut short.
+    struct Recovered {
+        std::vector<QUuid> runs;
+        RunHistory::Shown history;
+    };
+
     static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found,
                             const std::vector<AgentProposal> &listed, JobControl &control);
     void load();
     void upgradeRules();
+    static Recovered takeOver(const AgentServices &services);
+    void recovered(Recovered found);
     void publishHistory(RunHistory::Shown shown);
     bool begin(const QString &what);
     void end(const QString &what);
@@ -213,7 +222,9 @@ private:
     bool m_cancelled = false;      ///< the operation at work, by the user
     bool m_duplicatesOnly = false; ///< the last scan looked for nothing else
     Schedule m_schedule;
-    QThreadPool m_pool;
+    const std::shared_ptr<QThreadPool> m_threads;
+    QThreadPool &m_pool = *m_threads;
+    Job<Recovered> m_recovering;
     Job<Result<ScanFindings>> m_scan;
     Job<Result<AnalysisFindings>> m_analyzing;
     Job<ScanEnd> m_finishing;

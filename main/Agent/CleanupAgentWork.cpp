@@ -17,10 +17,21 @@ QString counting(std::size_t count)
 
 } // namespace
 
+/// Where a run touched a server that does not answer, looking after it takes as long as that server likes.
 void CleanupAgent::start()
 {
-    recover();
-    schedule();
+    if (!begin(QStringLiteral("Prüfe unterbrochene Läufe …")))
+        return;
+    m_recovering.start(
+        m_pool, [services = m_services](JobControl &) { return takeOver(services); },
+        [this](Recovered found) {
+            recovered(std::move(found));
+            publish(running, false);
+            publish(status, QString());
+            schedule();
+            if (!running.get() && m_finished)
+                m_finished();
+        });
 }
 
 void CleanupAgent::schedule()

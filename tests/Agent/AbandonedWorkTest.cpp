@@ -1,3 +1,4 @@
+#include "Agent/CleanupAgent.h"
 #include "Agent/RuleForecaster.h"
 #include "Agent/RuleTrial.h"
 #include "Base/OpenWork.h"
@@ -57,6 +58,24 @@ struct StuckClock : FakeClock {
     Gate &gate;
 };
 
+struct StuckDefaults : UserDefaults {
+    StuckDefaults(Gate &one, UserDefaults &stored) : gate(one), real(stored) {}
+    std::optional<QVariant> value(const QString &key) const override { return real.value(key); }
+    Result<void> setValue(const QString &key, const QVariant &value) override { return real.setValue(key, value); }
+    std::optional<QByteArray> json(const QString &key) const override
+    {
+        gate.pass();
+        return real.json(key);
+    }
+    Result<void> update(const QString &key,
+                        const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override
+    {
+        return real.update(key, change);
+    }
+    Gate &gate;
+    UserDefaults &real;
+};
+
 class AbandonedWorkTest : public ::testing::Test {
 protected:
     AbandonedWorkTest()
@@ -113,6 +132,22 @@ TEST_F(AbandonedWorkTest, aForecastThatDoesNotComeBackHoldsUpNeitherTheNextNorTh
         EXPECT_TRUE(waitUntil([&] { return forecaster.forecast.get().has_value(); }));
         EXPECT_TRUE(gate.holds());
     }
+    EXPECT_FALSE(gate.openedByItself());
+}
+
+TEST_F(AbandonedWorkTest, theAgentLooksForCutShortRunsBesideTheMainThread)
+{
+    StuckDefaults defaults(gate, world.defaults());
+    CleanupAgent agent(services(defaults));
+    agent.setIntervalHours(0);
+    gate.arm();
+    agent.start();
+    EXPECT_TRUE(agent.running.get());
+    agent.scan(CleanupAgent::Search::Rules);
+    ASSERT_TRUE(waitUntil([&] { return gate.holds(); }));
+    EXPECT_FALSE(agent.lastRun.get()) << "nothing else is begun before";
+    gate.open();
+    EXPECT_TRUE(waitUntil([&] { return !agent.running.get(); }));
     EXPECT_FALSE(gate.openedByItself());
 }
 
