@@ -12,12 +12,16 @@
 #include "Agent/Screens/RuleEditor.h"
 #include "Agent/Screens/RuleListSheet.h"
 #include "Agent/Screens/StartPage.h"
+#include "Look/Attention.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QStackedWidget>
+#include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -35,6 +39,18 @@ const QString receiptsText = QStringLiteral(
 const QString recipesText =
     QStringLiteral("Rezepte aus Fotos und Screenshots zu sammeln, lernt der Agent zusammen mit den Fotos.");
 
+/// Marks the editor of the agent's pending profile.
+constexpr auto pendingMark = "editsPendingProfile";
+
+bool anyWindowEditsPending()
+{
+    return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget *window) {
+        return std::ranges::any_of(window->findChildren<ProfileEditor *>(), [](const ProfileEditor *one) {
+            return one->isVisible() && one->property(pendingMark).toBool();
+        });
+    });
+}
+
 } // namespace
 
 AgentView::AgentView(const AgentPorts &ports, QWidget *parent)
@@ -49,7 +65,13 @@ AgentView::AgentView(const AgentPorts &ports, QWidget *parent)
     buildStart();
     buildAreas();
     showStart();
-    m_ports.agent.pendingProfile.observe(this, [this](const auto &) { editPendingProfile(); });
+    m_ports.agent.pendingProfile.observe(this, [this](const auto &pending) {
+        if (pending)
+            followPendingProfile();
+        else // later: whoever answers is still closing its own editor
+            QTimer::singleShot(0, this, &AgentView::followPendingProfile);
+    });
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &AgentView::followPendingProfile, Qt::QueuedConnection);
     m_ports.agent.proposals.observe(this, [this](const auto &) { tellAttention(); });
 }
 
@@ -209,13 +231,19 @@ void AgentView::preview(const QUuid &proposal)
     present(sheet);
 }
 
-/// A project was found that has no profile yet: nothing goes on before the user has looked at what is to be protected.
-void AgentView::editPendingProfile()
+/// A project was found that has no profile yet: nothing goes on before the user has looked at what is to be protected. One
+/// window asks, the one they are in, and keeps what they typed; when it goes, another does.
+void AgentView::followPendingProfile()
 {
     const std::optional<FolderProfile> &pending = m_ports.agent.pendingProfile.get();
-    if (!pending || m_editsPending || !isVisible())
-        return;
-    m_editsPending = true;
+    if (!pending && m_pendingEditor)
+        m_pendingEditor->close();
+    if (pending && isVisible() && attentionTo(*window()) != Attention::Elsewhere && !anyWindowEditsPending())
+        editPendingProfile(*pending);
+}
+
+void AgentView::editPendingProfile(const FolderProfile &pending)
+{
     const auto answer = [this](const std::optional<FolderProfile> &edited) -> Result<void> {
         CleanupAgent &agent = m_ports.agent;
         if (!edited)
@@ -226,9 +254,9 @@ void AgentView::editPendingProfile()
             return {};
         return failure(agent.lastFailure().value_or(AgentError::alreadyWorking()));
     };
-    auto *const editor = new ProfileEditor(m_ports, *pending, ProfileEditor::Purpose::ConfirmDetected, answer, this);
-    connect(editor, &SheetFrame::closed, this, [this] { m_editsPending = false; });
-    present(editor);
+    m_pendingEditor = new ProfileEditor(m_ports, pending, ProfileEditor::Purpose::ConfirmDetected, answer, this);
+    m_pendingEditor->setProperty(pendingMark, true);
+    present(m_pendingEditor);
 }
 
 /// While the user looks at proposals or has a sheet open, the timer does not pull them away.
@@ -250,7 +278,7 @@ void AgentView::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     m_ports.agent.setViewVisible(*this, true);
     tellAttention();
-    editPendingProfile();
+    followPendingProfile();
 }
 
 void AgentView::hideEvent(QHideEvent *event)

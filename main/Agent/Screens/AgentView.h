@@ -3,6 +3,7 @@
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentPorts.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class QStackedWidget;
@@ -10,6 +11,7 @@ class QStackedWidget;
 namespace brellin {
 
 class AgentPage;
+class ProfileEditor;
 class SheetFrame;
 class StartPage;
 
@@ -53,7 +55,8 @@ private:
     void scan();
     void handOver();
     void preview(const QUuid &proposal);
-    void editPendingProfile();
+    void followPendingProfile();
+    void editPendingProfile(const FolderProfile &pending);
     void tellAttention();
 
     AgentPorts m_ports;
@@ -64,7 +67,7 @@ private:
     std::optional<AgentArea> m_area;
     QString m_path;
     int m_openSheets = 0;
-    bool m_editsPending = false;
+    QPointer<ProfileEditor> m_pendingEditor;
 };
 
 } // namespace brellin

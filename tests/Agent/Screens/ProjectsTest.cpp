@@ -47,6 +47,31 @@ TEST_F(Projects, areNotTidiedBeforeTheirProfileIsConfirmed)
     EXPECT_TRUE(stored.isProtected(home("Website/.git")));
 }
 
+TEST_F(Projects, areAskedAboutInOneWindowAndWhenItGoesInAnother)
+{
+    QWidget otherWindow;
+    auto *const other = new AgentView({*agent, *model, services(), desktop, desktop}, &otherWindow);
+    otherWindow.resize(window->size());
+    other->resize(otherWindow.size());
+    otherWindow.show();
+    const auto asks = [](const QWidget &one) {
+        const auto *const editor = one.findChild<ProfileEditor *>();
+        return editor && editor->isVisible();
+    };
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    view->analyze(home("Website"));
+    ASSERT_TRUE(settled());
+    ASSERT_TRUE(find<ProfileEditor>("profileEditor"));
+    otherWindow.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&otherWindow));
+    EXPECT_FALSE(asks(otherWindow)) << "what was typed in the first stays there";
+    window.reset();
+    EXPECT_TRUE(waitUntil([&] { return asks(otherWindow); }));
+    agent->cancelPendingProfile();
+    EXPECT_TRUE(waitUntil([&] { return !asks(otherWindow); })) << "answered elsewhere";
+}
+
 TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
 {
     view->open(AgentArea::Projects);
