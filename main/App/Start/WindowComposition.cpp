@@ -1,6 +1,5 @@
 #include "App/Start/WindowComposition.h"
 
-#include "Disk/FileAttributes.h"
 #include "Features/ThumbnailCache.h"
 
 namespace brellin {
@@ -39,6 +38,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_trash(services.folders().trash.parent_path(), services.volumes(), services.trash(), services.files())
     , m_thumbnails(services.settings(), services.volumes(), services.decoder(), ThumbnailCache::usualFolder())
     , m_images(m_thumbnails)
+    , m_placed(m_images, services.volumes())
     , m_workspace(services.settings(), DesktopEnvironment::ofThisUser(services.folders().home))
     , m_transfers(services.forTransfers(m_workers), services.clock())
     , m_undo({services.files(), services.trash(), services.renameLogs()})
@@ -78,7 +78,7 @@ WindowServices WindowComposition::forWindows()
                                 mayChange(m_services)};
     const AgentPorts agent{
         m_agent,     m_model,      m_services.forAgent(),
-        m_workspace, m_pasteboard, [this](const Location &entry, int side) { return thumbnail(entry, side); }};
+        m_workspace, m_pasteboard, [this](const Location &entry, int side) { return m_placed.pixmap(entry, side); }};
     return {panes,
             agent,
             m_pins,
@@ -97,15 +97,6 @@ WindowServices WindowComposition::forWindows()
             {m_services.files(), m_services.decoder(), m_services.renameLogs(), m_undo, mayChange(m_services)},
             m_services.processes(),
             m_notices};
-}
-
-/// For a list that knows no more than where an entry is. Volumes that may not answer are not asked.
-QPixmap WindowComposition::thumbnail(const Location &entry, int side)
-{
-    if (!m_services.volumes().isLocal(entry))
-        return {};
-    const Result<FileAttributes> attributes = readAttributes(entry);
-    return attributes && attributes->isFile() ? m_images.pixmap(entry, attributes->modified, side) : QPixmap();
 }
 
 void WindowComposition::start()

@@ -7,6 +7,7 @@
 #include "App/Window/WindowServices.h"
 #include "Features/FolderColors.h"
 #include "Features/FolderSizes.h"
+#include "Features/Screens/PlacedThumbnails.h"
 #include "Features/Screens/ThumbnailImages.h"
 #include "Features/Thumbnails.h"
 #include "Features/TrashList.h"
@@ -31,7 +32,6 @@ public:
     CleanupAgent &agent() { return m_agent; }
 
 private:
-    QPixmap thumbnail(const Location &entry, int side);
     void takeNote(const TransferRecord &record);
 
     Services &m_services;
@@ -48,6 +48,7 @@ private:
     TrashList m_trash;
     Thumbnails m_thumbnails;
     ThumbnailImages m_images;
+    PlacedThumbnails m_placed;
     SystemWorkspace m_workspace;
     TransferQueue m_transfers;
     UserUndo m_undo;

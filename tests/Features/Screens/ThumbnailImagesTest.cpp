@@ -1,6 +1,7 @@
 #include "Features/Screens/ThumbnailImages.h"
 
 #include "Disk/SystemTrash.h"
+#include "Features/Screens/PlacedThumbnails.h"
 #include "Features/Thumbnails.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
@@ -84,6 +85,29 @@ TEST_F(ThumbnailImagesTest, comeInTheSizeAskedForAndStay)
     EXPECT_EQ(images.pixmap(entry, moment, 300).size(), QSize(128, 128)) << "until there is a larger one";
     EXPECT_EQ(arrived(entry, moment, 300).size(), QSize(300, 300));
     EXPECT_EQ(decoder.asked().size(), 2u);
+}
+
+TEST_F(ThumbnailImagesTest, ofPlacesAloneLeaveTheDiskToAWorker)
+{
+    struct NotingVolumes : SystemVolumes {
+        bool isLocal(const Location &location) const override
+        {
+            ++(QThread::currentThread() == qApp->thread() ? onMainThread : onWorker);
+            return SystemVolumes::isLocal(location);
+        }
+        mutable std::atomic<int> onMainThread = 0;
+        mutable std::atomic<int> onWorker = 0;
+    };
+    const NotingVolumes noting;
+    PlacedThumbnails placed(images, noting);
+    const Location entry = file("a.png");
+    EXPECT_TRUE(placed.pixmap(entry, 72).isNull());
+    ASSERT_TRUE(waitUntil([&] { return !placed.pixmap(entry, 72).isNull(); }));
+    decoder.colour = QByteArray("\0\0\xFF\xFF", 4);
+    file("a.png", moment + std::chrono::hours(1));
+    EXPECT_TRUE(waitUntil([&] { return colourOf(placed.pixmap(entry, 72)) == QColor(Qt::blue); }));
+    EXPECT_EQ(noting.onMainThread, 0);
+    EXPECT_LE(noting.onWorker, 20) << "once in a while, and not for each painting";
 }
 
 TEST_F(ThumbnailImagesTest, areThoseOfOurOwnCache)
