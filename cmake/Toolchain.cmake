@@ -46,8 +46,12 @@ add_compile_definitions(
 # The standard library checks its callers wherever we look for faults.
 add_compile_definitions($<$<OR:$<CONFIG:Debug>,$<BOOL:${BRELLIN_SANITIZE}>>:_GLIBCXX_ASSERTIONS>)
 if(BRELLIN_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    add_link_options(-fsanitize=address,undefined)
+    set(BRELLIN_SANITIZERS address,undefined)
+    if(BRELLIN_SANITIZE STREQUAL "thread")
+        set(BRELLIN_SANITIZERS thread) # the two shadow the memory each in its own way
+    endif()
+    add_compile_options(-fsanitize=${BRELLIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${BRELLIN_SANITIZERS})
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         # With the sanitizers' code in between, GCC 12 no longer sees that an empty std::optional holds nothing.
         add_compile_options(-Wno-maybe-uninitialized)
