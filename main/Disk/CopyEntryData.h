@@ -22,6 +22,8 @@ public:
 
 private:
     bool cloned(int source, int destination);
+    /// With holes where the target can have them, else with zeros in their places.
+    Result<void> copyWithHoles(int source, off_t size, int destination);
     Result<void> copyExtents(int source, off_t size, int destination);
     Result<void> copyRange(int source, int destination, off_t from, off_t end);
     /// Where the kernel's copy ended: before `end` where it cannot go on.

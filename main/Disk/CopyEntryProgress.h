@@ -14,6 +14,9 @@ public:
     CopyPulse(const CopyOptions &options, std::function<Location()> current);
 
     void addBytes(std::int64_t bytes) { m_progress.bytes += bytes; }
+    std::int64_t bytes() const { return m_progress.bytes; }
+    /// What was copied beyond `bytes` does not count: it is copied again.
+    void takeBackTo(std::int64_t bytes) { m_progress.bytes = bytes; }
     void addFile() { ++m_progress.files; }
     /// To be called at least every 50 ms. Fails when the copy was cancelled.
     Result<void> beat();

@@ -1,17 +1,21 @@
 #include "Disk/CopyEntry.h"
 
 #include "Disk/CopyTreeRemoval.h"
+#include "Disk/Digest.h"
 #include "Disk/FileAttributes.h"
+#include "Support/FailingCalls.h"
 #include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <functional>
 #include <memory>
 
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -142,6 +146,53 @@ TEST(CopyEntryFailure, aFileThatGetsShorterIsNoCopy)
         tree.file("a", std::string(8 << 20, 'x'));
         EXPECT_FALSE(copyEntry(tree.path("a"), target.path("c"), later));
         EXPECT_FALSE(target.has("c"));
+    }
+}
+
+/// What the copy and the digest make of errors of single calls, whichever they hit.
+TEST(CopyEntryFailure, aReadErrorIsNoEndOfAFile)
+{
+    const TempTree tree;
+    tree.file("a", std::string(300'000, 'x'));
+    tree.file("leer", "");
+    for (const int call : {SYS_pread64, SYS_read}) {
+        for (int n = 0; n < 4; ++n) {
+            bool failed = false;
+            const auto count = [&](int number) {
+                failed = failed || number == n;
+                return number == n ? EIO : 0;
+            };
+            bool copied = false;
+            Result<QByteArray> digest;
+            const auto act = [&] {
+                copied = copyEntry(tree.path("a"), tree.path("b" + std::to_string(n))).has_value();
+                digest = sha256(tree.path("a"));
+            };
+            if (!test::runWithFailingCalls(call, count, act))
+                GTEST_SKIP() << "the system cannot make calls fail here";
+            EXPECT_EQ(copied && digest.has_value(), !failed) << call << ", number " << n;
+            EXPECT_EQ(tree.has("b" + std::to_string(n)), copied);
+            (void)removeOwnCopy(tree.path("b" + std::to_string(n)));
+        }
+    }
+}
+
+TEST(CopyEntryFailure, fillsHolesWhereTheTargetHasNone)
+{
+    const TempTree tree;
+    tree.file("a", "Anfang");
+    std::filesystem::resize_file(tree.path("a"), 3 << 20);
+    std::ofstream(tree.path("a"), std::ios::app) << "Ende";
+    std::filesystem::resize_file(tree.path("a"), 5 << 20);
+    for (const int error : {EPERM, EINVAL, EOPNOTSUPP}) {
+        Result<CopyReport> report;
+        const auto act = [&] { report = copyEntry(tree.path("a"), tree.path("b")); };
+        if (!test::runWithFailingCalls(SYS_ftruncate, [&](int) { return error; }, act))
+            GTEST_SKIP() << "the system cannot make calls fail here";
+        ASSERT_TRUE(report) << messageOf(report);
+        EXPECT_EQ(tree.content("b"), tree.content("a"));
+        EXPECT_EQ(report->bytes, 5 << 20);
+        (void)removeOwnCopy(tree.path("b"));
     }
 }
 

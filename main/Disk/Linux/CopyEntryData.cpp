@@ -23,6 +23,14 @@ bool isNeverOffered(int error)
     return error == EXDEV || error == EOPNOTSUPP || error == ENOTTY || error == ENOSYS;
 }
 
+/// Some volumes make a file longer only by writing to its end.
+bool cannotGrow(const Failure &why)
+{
+    return why.is(std::errc::operation_not_permitted) || why.is(std::errc::invalid_argument) ||
+           why.is(std::errc::not_supported) || why.is(std::errc::operation_not_supported) ||
+           why.is(std::errc::function_not_supported);
+}
+
 Failure becameShorter()
 {
     return {QStringLiteral("Die Datei wurde während des Kopierens kürzer."), {}};
@@ -60,11 +68,21 @@ Result<void> CopyData::copy(int source, const struct stat &status, int destinati
     }
     constexpr blkcnt_t blockSize = 512;
     if (status.st_blocks * blockSize < status.st_size)
-        return copyExtents(source, status.st_size, destination);
+        return copyWithHoles(source, status.st_size, destination);
     if (status.st_size <= smallFile)
         return readAndWrite(source, destination, 0, status.st_size);
     ::posix_fadvise(source, 0, 0, POSIX_FADV_SEQUENTIAL);
     return copyRange(source, destination, 0, status.st_size);
+}
+
+Result<void> CopyData::copyWithHoles(int source, off_t size, int destination)
+{
+    const std::int64_t before = m_pulse.bytes();
+    Result<void> copied = copyExtents(source, size, destination);
+    if (copied || !cannotGrow(copied.error()))
+        return copied;
+    m_pulse.takeBackTo(before);
+    return readAndWrite(source, destination, 0, size);
 }
 
 bool CopyData::cloned(int source, int destination)
