@@ -41,7 +41,8 @@ struct CopyReport {
 /// link; hard links inside the copied tree stay linked. Links are never followed; trees may be of any depth, and go on
 /// into mounts.
 ///
-/// A file is copied as long as it was when the copy reached it; one that gets shorter meanwhile is a failure. A socket,
+/// A file is copied as long as it was when the copy reached it. One that somebody writes into meanwhile is copied again, twice
+/// (once above 1 GB), and then is a failure; what was only appended is left out. A socket,
 /// pipe or device is a failure (`errc::not_supported`), never a hang. A folder is not copied into itself, by whatever
 /// path (`errc::invalid_argument`). The message of a failure inside a folder begins with the entry's path there:
 /// „„Bilder/a.jpg“: …“. On failure or cancel nothing that the copy made stays; what somebody else put into its folders

@@ -1,5 +1,7 @@
 #include "Disk/CopyTree.h"
 
+#include "Disk/SameBytes.h"
+
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -96,7 +98,7 @@ Result<void> CopyTree::copyEntry(NameIn source, unsigned char type, NameIn desti
 Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
 {
     const Descriptor original = TRY(openForReading(source));
-    const SourceStatus seen = TRY(SourceStatus::ofOpen(original.number()));
+    SourceStatus seen = TRY(SourceStatus::ofOpen(original.number()));
     const struct stat &status = seen.status;
     if (!S_ISREG(status.st_mode))
         return failure(notOrdinary());
@@ -107,7 +109,7 @@ Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
     }
     struct stat made{};
     Descriptor copy = TRY(createFile(destination, made));
-    TRY(m_data.copy(original.number(), status, copy.number()));
+    seen = TRY(copyContent(original.number(), seen, copy.number()));
     const std::uint64_t mark = TRY(m_metadata.apply(original.number(), status, copy.number(), made));
     TRY(copy.close());
     takeDown(destination, seen, mark);
@@ -115,6 +117,38 @@ Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
         m_firstCopies[{status.st_dev, status.st_ino}] = {relativeFolder(), destination.name, made.st_ino, mark};
     m_pulse.addFile();
     return {};
+}
+
+Result<SourceStatus> CopyTree::copyContent(int source, SourceStatus seen, int destination)
+{
+    constexpr off_t large = 1'000'000'000;
+    const std::int64_t before = m_pulse.bytes();
+    for (int repeats = seen.status.st_size > large ? 1 : 2;; --repeats) {
+        const Result<void> copied = m_data.copy(source, seen.status, destination);
+        const SourceStatus now = TRY(SourceStatus::ofOpen(source));
+        const bool shortened = now.status.st_size < seen.status.st_size;
+        if (!copied && !shortened)
+            return failure(copied.error());
+        if (copied && TRY(isWholeCopy(source, seen, now.status, destination)))
+            return seen;
+        if (repeats == 0)
+            return failure(QStringLiteral("Die Datei wird gerade geändert; beim Kopieren blieb sie nie gleich."));
+        if (::ftruncate(destination, 0) != 0)
+            return failure(Failure::lastSystem());
+        m_pulse.takeBackTo(before);
+        seen = now;
+    }
+}
+
+Result<bool> CopyTree::isWholeCopy(int source, const SourceStatus &seen, const struct stat &now, int copy)
+{
+    if (seen.settled && sameTimesAndSize(seen.status, now))
+        return true;
+    const bool rewritten = now.st_size == seen.status.st_size && !sameModified(seen.status, now);
+    if (rewritten || now.st_size < seen.status.st_size)
+        return false;
+    // It grew, as logs do, or something else of it was changed, or its times are too young to tell.
+    return sameBytes(source, copy, seen.status.st_size, [this] { return m_pulse.beat(); });
 }
 
 Result<void> CopyTree::copyLink(NameIn source, const SourceStatus &original, NameIn destination)
@@ -177,7 +211,7 @@ Result<void> CopyTree::leaveFolder()
 Result<Descriptor> CopyTree::createFile(NameIn destination, struct stat &made)
 {
     const int number = ::openat(destination.folder, destination.name,
-                                O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+                                O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (number < 0)
         return failure(Failure::lastSystem());
     Descriptor file(number);

@@ -44,6 +44,10 @@ private:
     Result<void> copyContents();
     Result<void> copyEntry(NameIn source, unsigned char type, NameIn destination);
     Result<void> copyFile(NameIn source, NameIn destination);
+    /// Copies until nobody has written into the source meanwhile, a few times at most. Gives what the source was then.
+    Result<SourceStatus> copyContent(int source, SourceStatus seen, int destination);
+    /// Whether a copy holds what the source was when it was `seen`, though it may be something else `now`.
+    Result<bool> isWholeCopy(int source, const SourceStatus &seen, const struct stat &now, int copy);
     Result<void> copyLink(NameIn source, const SourceStatus &original, NameIn destination);
     Result<void> enterFolder(NameIn source, NameIn destination);
     Result<void> leaveFolder();

@@ -32,7 +32,7 @@ Result<std::size_t> readAt(int file, char *into, std::size_t wanted, off_t at)
 
 } // namespace
 
-Result<bool> sameBytes(int a, int b, off_t size)
+Result<bool> sameBytes(int a, int b, off_t size, const std::function<Result<void>()> &beat)
 {
     std::vector<char> first(std::min(pieceSize, static_cast<std::size_t>(size)));
     std::vector<char> second(first.size());
@@ -43,6 +43,8 @@ Result<bool> sameBytes(int a, int b, off_t size)
         if (std::memcmp(first.data(), second.data(), wanted) != 0)
             return false;
         at += static_cast<off_t>(wanted);
+        if (beat)
+            TRY(beat());
     }
     return true;
 }

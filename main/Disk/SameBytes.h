@@ -2,12 +2,14 @@
 
 #include "Base/Result.h"
 
+#include <functional>
+
 #include <sys/types.h>
 
 namespace brellin {
 
 /// Whether two open files hold the same first `size` bytes. False where one of them ends before that; a failure where one
-/// cannot be read.
-Result<bool> sameBytes(int a, int b, off_t size);
+/// cannot be read. `beat` is called after every piece and may end the comparison with its failure.
+Result<bool> sameBytes(int a, int b, off_t size, const std::function<Result<void>()> &beat = {});
 
 } // namespace brellin

@@ -32,9 +32,14 @@ bool sameTime(const timespec &a, const timespec &b)
 
 } // namespace
 
+bool sameModified(const struct stat &a, const struct stat &b)
+{
+    return sameTime(a.st_mtim, b.st_mtim);
+}
+
 bool sameTimesAndSize(const struct stat &a, const struct stat &b)
 {
-    return a.st_size == b.st_size && sameTime(a.st_mtim, b.st_mtim) && sameTime(a.st_ctim, b.st_ctim);
+    return a.st_size == b.st_size && sameModified(a, b) && sameTime(a.st_ctim, b.st_ctim);
 }
 
 } // namespace brellin

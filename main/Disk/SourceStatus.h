@@ -19,6 +19,9 @@ struct SourceStatus {
     static Result<SourceStatus> ofOpen(int file);
 };
 
+/// Whether the time of modification is the same.
+bool sameModified(const struct stat &a, const struct stat &b);
+
 /// Whether neither content nor anything else of an entry was changed between two looks, as far as its times tell.
 bool sameTimesAndSize(const struct stat &a, const struct stat &b);
 

@@ -12,6 +12,8 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <set>
+#include <thread>
 
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -132,21 +134,83 @@ TEST(CopyEntryFailure, whatOthersPutIntoAHalfCopyStays)
     }
 }
 
-TEST(CopyEntryFailure, aFileThatGetsShorterIsNoCopy)
-{
-    for (const Location &parent : {std::filesystem::temp_directory_path(), test::otherVolume()}) {
-        if (parent.empty())
-            continue;
-        const TempTree tree;
-        const TempTree target(parent);
-        tree.file("a", std::string(8 << 20, 'x'));
-        const CopyOptions options = actingAt(0, [&] { std::filesystem::resize_file(tree.path("a"), 1000); });
-        const CopyOptions later = actingAt(1, [&] { std::filesystem::resize_file(tree.path("a"), 1000); });
-        EXPECT_TRUE(copyEntry(tree.path("a"), target.path("b"), options)) << "before the copy reached it";
-        tree.file("a", std::string(8 << 20, 'x'));
-        EXPECT_FALSE(copyEntry(tree.path("a"), target.path("c"), later));
-        EXPECT_FALSE(target.has("c"));
+/// A large file that somebody works on while it is copied, to a place on its own volume and on another one.
+class ChangingSource : public testing::TestWithParam<bool> {
+protected:
+    ChangingSource() : target(GetParam() ? test::otherVolume() : std::filesystem::temp_directory_path())
+    {
+        tree.file("a", std::string(size, 'x'));
+        std::this_thread::sleep_for(std::chrono::milliseconds(40)); // its times tell of later changes
     }
+
+    /// What a copy gave, with `change` at its n-th report for each n of `at`; "" where it failed.
+    std::string copiedWhile(std::set<int> at, const std::function<void()> &change)
+    {
+        int reports = 0;
+        CopyOptions options = actingAt(-1, {});
+        options.progress = [&](const CopyProgress &) {
+            if (at.contains(reports++))
+                change();
+        };
+        const auto copied = copyEntry(tree.path("a"), target.path("b"), options);
+        failed = messageOf(copied);
+        std::string content = copied ? target.content("b") : std::string();
+        EXPECT_EQ(target.has("b"), copied.has_value());
+        (void)removeOwnCopy(target.path("b"));
+        return content;
+    }
+    /// Other bytes from the beginning on.
+    void rewrite() const { std::fstream(tree.path("a"), std::ios::in | std::ios::out) << std::string(size, ++letter); }
+
+    static constexpr std::size_t size = 5 << 20;
+    TempTree tree;
+    TempTree target;
+    std::string failed;
+    mutable char letter = 'A';
+};
+
+INSTANTIATE_TEST_SUITE_P(Volumes, ChangingSource, testing::Bool());
+
+TEST_P(ChangingSource, givesACopyOfOneMomentOrNone)
+{
+    EXPECT_EQ(copiedWhile({1}, [&] { rewrite(); }), std::string(size, 'B'));
+    EXPECT_EQ(copiedWhile({1}, [&] { std::filesystem::resize_file(tree.path("a"), 1000); }), std::string(1000, 'B'));
+    tree.file("a", std::string(size, 'x'));
+    EXPECT_EQ(copiedWhile({1},
+                          [&] {
+                              const auto time = std::filesystem::last_write_time(tree.path("a"));
+                              rewrite();
+                              std::filesystem::last_write_time(tree.path("a"), time);
+                          }),
+              std::string(size, 'C'));
+    std::set<int> always;
+    for (int n = 1; n < 1000; ++n)
+        always.insert(n);
+    EXPECT_EQ(copiedWhile(always, [&] { rewrite(); }), "");
+    EXPECT_EQ(failed, "Die Datei wird gerade geändert; beim Kopieren blieb sie nie gleich.");
+}
+
+TEST_P(ChangingSource, takesAFileThatOnlyGrewAsItWas)
+{
+    std::set<int> always;
+    for (int n = 1; n < 1000; ++n)
+        always.insert(n);
+    const auto grow = [&] { std::ofstream(tree.path("a"), std::ios::app) << "noch eine Zeile\n"; };
+    EXPECT_EQ(copiedWhile(always, grow), std::string(size, 'x'));
+    // With other bytes at its beginning it is another one.
+    const std::string now = tree.content("a");
+    EXPECT_EQ(copiedWhile({1},
+                          [&] {
+                              grow();
+                              rewrite();
+                          })
+                  .substr(0, size),
+              std::string(size, 'B'));
+}
+
+TEST_P(ChangingSource, isNotDisturbedByNewRights)
+{
+    EXPECT_EQ(copiedWhile({1}, [&] { ::chmod(tree.path("a").c_str(), 0600); }), std::string(size, 'x'));
 }
 
 /// What the copy and the digest make of errors of single calls, whichever they hit.
