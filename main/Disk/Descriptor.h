@@ -68,8 +68,8 @@ Result<Descriptor> openForReading(NameIn entry);
 std::string readBeginning(const Descriptor &file, std::size_t most);
 
 /// A number for the mount that an open folder lies on, different for two mounts of one device where the system can
-/// tell.
-std::uint64_t mountOf(int folder);
+/// tell; 0 where it cannot.
+Result<std::uint64_t> mountOf(int folder);
 
 /// What an entry is, without following a link.
 Result<struct stat> statusOf(NameIn entry);

@@ -26,7 +26,10 @@ struct Mount {
 /// Lines that cannot be read are passed over.
 std::vector<Mount> parseMountTable(std::string_view text);
 
-/// The table of this process as it is now, empty where the system does not tell.
+/// The table of this process as it is now.
+Result<std::vector<Mount>> readMountTable();
+
+/// The same for what only shows or hurries: empty where it cannot be read.
 std::vector<Mount> currentMountTable();
 
 /// The mount that a path leads to, by its text; nullptr where none does.

@@ -12,7 +12,7 @@ namespace brellin {
 
 Result<void> RemovalWalk::run(NameIn top, std::uint64_t path)
 {
-    m_mount = mountOf(top.folder);
+    m_mount = TRY(mountOf(top.folder));
     remove(top, path);
     while (!m_levels.empty()) {
         Level &level = m_levels.back();
@@ -47,7 +47,7 @@ Result<void> RemovalWalk::enter(NameIn entry, const struct stat &expected, std::
 {
     Descriptor folder = TRY(open(entry));
     const struct stat status = TRY(statusOf({folder.number(), "."}));
-    if (!sameEntry(status, expected) || mountOf(folder.number()) != m_mount)
+    if (!sameEntry(status, expected) || TRY(mountOf(folder.number())) != m_mount)
         return failure(Failure::system(EBUSY));
     entered(entry.name, folder, status);
     std::vector<ListedName> entries = TRY(listFolder(folder.number()));

@@ -1,11 +1,14 @@
 #include "Disk/Volumes.h"
 
 #include "Disk/MountTable.h"
+#include "Support/FailingCalls.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+
+#include <sys/syscall.h>
 
 namespace brellin {
 
@@ -99,6 +102,38 @@ TEST(SystemVolumes, knowsThisMachine)
     EXPECT_TRUE(volumes.same(*volumes.top(tree.path("a/b")), tree.path("a/b")));
     const auto mounted = volumes.mounted();
     EXPECT_TRUE(std::ranges::any_of(mounted, [](const Volume &volume) { return volume.root == "/"; }));
+}
+
+TEST(SystemVolumes, takesAFailureForNoBorder)
+{
+    const TempTree tree;
+    tree.lines({"a/b/c=x"});
+    const SystemVolumes volumes;
+    const Location right = *volumes.top(tree.path("a/b/c"));
+    for (int n = 0; n < 6; ++n) {
+        Result<Location> top;
+        const auto act = [&] { top = volumes.top(tree.path("a/b/c")); };
+        if (!test::runWithFailingCalls(SYS_statx, [n](int number) { return number == n ? EIO : 0; }, act))
+            GTEST_SKIP() << "the system cannot make calls fail here";
+        EXPECT_EQ(top.value_or(right), right) << n;
+        EXPECT_TRUE(n > 0 || !top);
+    }
+}
+
+TEST(MountTable, isNotEmptyWhereItCannotBeRead)
+{
+    for (const auto &[call, error] : {std::pair(SYS_openat, EMFILE), std::pair(SYS_read, EIO)}) {
+        Result<std::vector<Mount>> read;
+        bool local = true;
+        const auto act = [&] {
+            read = readMountTable();
+            local = SystemVolumes().isLocal("/");
+        };
+        if (!test::runWithFailingCalls(static_cast<int>(call), [&](int) { return error; }, act))
+            GTEST_SKIP() << "the system cannot make calls fail here";
+        EXPECT_FALSE(read);
+        EXPECT_FALSE(local);
+    }
 }
 
 TEST(SystemVolumes, followsLinksOnTheWayOnly)

@@ -48,12 +48,12 @@ Result<Descriptor> openForReading(NameIn entry)
     return openQuietly(entry, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
 }
 
-std::uint64_t mountOf(int folder)
+Result<std::uint64_t> mountOf(int folder)
 {
     struct statx status{};
-    if (::statx(folder, "", AT_EMPTY_PATH, STATX_MNT_ID, &status) != 0 || (status.stx_mask & STATX_MNT_ID) == 0)
-        return 0;
-    return status.stx_mnt_id;
+    if (::statx(folder, "", AT_EMPTY_PATH, STATX_MNT_ID, &status) != 0)
+        return failure(Failure::lastSystem());
+    return (status.stx_mask & STATX_MNT_ID) != 0 ? status.stx_mnt_id : 0;
 }
 
 } // namespace brellin

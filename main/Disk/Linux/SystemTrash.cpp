@@ -50,9 +50,9 @@ bool isInVolumeTrash(const Location &entry, const Location &top)
     return first == ".Trash" || first.starts_with(".Trash-");
 }
 
-bool holdsMount(const Location &folder)
+Result<bool> holdsMount(const Location &folder)
 {
-    const std::vector<Mount> table = currentMountTable();
+    const std::vector<Mount> table = TRY(readMountTable());
     return std::ranges::any_of(table, [&](const Mount &mount) { return isAtOrBelow(Location(mount.point), folder); });
 }
 
@@ -71,7 +71,7 @@ Result<Candidate> examined(const Location &entry, const Location &homeTrash, con
         return failure(Failure::system(EBUSY));
     candidate.resolved = resolved(candidate.path);
     candidate.top = TRY(volumes.top(candidate.resolved.parent_path()));
-    if (attributes.isFolder() && holdsMount(candidate.resolved))
+    if (attributes.isFolder() && TRY(holdsMount(candidate.resolved)))
         return failure(QStringLiteral("Darin ist ein anderer Datenträger eingebunden."));
 
     std::error_code error;

@@ -1,10 +1,9 @@
 #include "Disk/Volumes.h"
 
 #include "Disk/MountTable.h"
+#include "System/FileLock.h"
 
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
 #include <fcntl.h>
@@ -65,6 +64,8 @@ Result<Location> existingFolder(const Location &location)
 {
     Location place = standardised(location);
     const auto ground = groundOf(place, Links::Keep);
+    if (!ground && !isMissing(errno))
+        return failure(Failure::lastSystem());
     if (!ground || !ground->folder)
         place = place.parent_path();
     std::error_code error;
@@ -98,11 +99,15 @@ QString labelOf(const std::string &device)
 
 } // namespace
 
+Result<std::vector<Mount>> readMountTable()
+{
+    const QByteArray text = TRY(readWhole("/proc/self/mountinfo"));
+    return parseMountTable({text.constData(), static_cast<std::size_t>(text.size())});
+}
+
 std::vector<Mount> currentMountTable()
 {
-    std::ifstream stream("/proc/self/mountinfo", std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    return parseMountTable(text);
+    return readMountTable().value_or(std::vector<Mount>());
 }
 
 bool SystemVolumes::same(const Location &a, const Location &b) const
@@ -127,7 +132,9 @@ Result<Location> SystemVolumes::top(const Location &location) const
         return failure(Failure::lastSystem());
     while (place.has_relative_path()) {
         const auto above = groundOf(place.parent_path(), Links::Keep);
-        if (!above || !above->sameVolume(*ground))
+        if (!above)
+            return failure(Failure::lastSystem());
+        if (!above->sameVolume(*ground))
             break;
         place = place.parent_path();
     }

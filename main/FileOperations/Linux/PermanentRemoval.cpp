@@ -110,8 +110,9 @@ bool holdsMoreThanItself(const Location &entry, const Location &homeTrash)
     const Location trash = fs::weakly_canonical(homeTrash, error);
     if (!place.has_relative_path() || error || isAtOrBelow(trash, place))
         return true;
-    const std::vector<Mount> table = currentMountTable();
-    return std::ranges::any_of(table, [&](const Mount &mount) { return isAtOrBelow(Location(mount.point), place); });
+    const Result<std::vector<Mount>> table = readMountTable();
+    return !table ||
+           std::ranges::any_of(*table, [&](const Mount &mount) { return isAtOrBelow(Location(mount.point), place); });
 }
 
 } // namespace brellin
