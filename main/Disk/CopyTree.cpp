@@ -51,6 +51,10 @@ Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
         return CopyReport{m_metadata.notKept(), done.bytes, done.files};
     }
     if (!m_made.empty()) {
+        // Their descriptors are needed for the way back where these have run out.
+        m_sources = CopyTreeFolders();
+        m_destinations = CopyTreeFolders();
+        m_top.reset();
         m_made.sort();
         if (const auto removed = removeTree(destination, &m_made); !removed) {
             const QString rest = QStringLiteral(" Ein Rest der Kopie ließ sich nicht entfernen.");

@@ -6,12 +6,6 @@
 
 namespace brellin {
 
-namespace {
-
-constexpr std::size_t keptOpen = 32;
-
-} // namespace
-
 bool CopyTreeFolders::contains(const struct stat &folder) const
 {
     for (const Level &level : m_levels) {
@@ -24,8 +18,8 @@ bool CopyTreeFolders::contains(const struct stat &folder) const
 void CopyTreeFolders::enter(Descriptor folder, const struct stat &status)
 {
     m_levels.push_back({std::move(folder), status.st_dev, status.st_ino});
-    if (m_levels.size() > keptOpen)
-        m_levels[m_levels.size() - keptOpen - 1].folder.reset();
+    if (m_levels.size() > m_keptOpen)
+        m_levels[m_levels.size() - m_keptOpen - 1].folder.reset();
 }
 
 Result<Descriptor> CopyTreeFolders::leave()

@@ -13,6 +13,9 @@ namespace brellin {
 /// be of any depth; the others are opened again through "..", and must be the same folders then.
 class CopyTreeFolders {
 public:
+    /// How many folders stay open at once, at least one.
+    explicit CopyTreeFolders(std::size_t keptOpen = 32) : m_keptOpen(keptOpen) {}
+
     std::size_t depth() const { return m_levels.size(); }
     /// The deepest folder.
     int current() const { return m_levels.back().folder.number(); }
@@ -29,6 +32,7 @@ private:
         dev_t device;
         ino_t inode;
     };
+    std::size_t m_keptOpen;
     std::vector<Level> m_levels;
 };
 

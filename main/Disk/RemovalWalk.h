@@ -58,7 +58,7 @@ private:
     Result<void> leave(NameIn top);
 
     std::uint64_t m_mount = 0;
-    CopyTreeFolders m_folders;
+    CopyTreeFolders m_folders{4}; ///< few: a removal is also what follows when descriptors have run out
     std::vector<Level> m_levels;
     std::optional<Failure> m_failure;
 };

@@ -1,0 +1,15 @@
+#include "Disk/SpareDescriptors.h"
+
+namespace brellin {
+
+Result<SpareDescriptors> SpareDescriptors::take()
+{
+    // A removal holds its place, four folders, the one that it enters and the stream that lists it.
+    constexpr int enough = 8;
+    SpareDescriptors spare;
+    for (int i = 0; i < enough; ++i)
+        spare.m_kept.push_back(TRY(openFolderPlace(Location("/"))));
+    return spare;
+}
+
+} // namespace brellin
