@@ -1,6 +1,7 @@
 #include "Transfers/StepRun.h"
 
 #include "Disk/MayRemove.h"
+#include "Disk/SpareDescriptors.h"
 
 #include <algorithm>
 
@@ -32,10 +33,23 @@ Result<void> StepRun::checkAllowed(const TransferStep &step) const
     return {};
 }
 
+/// Where its folder is gone as well, it was not just this entry that somebody took away.
+Result<void> StepRun::checkSourceIsThere(const TransferStep &step)
+{
+    const Result<FileAttributes> source = readAttributes(step.src);
+    if (source)
+        return {};
+    if (readAttributes(step.src.parent_path()))
+        return failure(source.error());
+    const QString gone =
+        QStringLiteral("Der Ort des Originals ist nicht mehr da; vielleicht wurde sein Datenträger entfernt.");
+    return failure(Failure{gone, source.error().code});
+}
+
 Result<TransferredEntry> StepRun::carryOut(const TransferStep &step)
 {
     TRY(checkAllowed(step));
-    TRY(readAttributes(step.src));
+    TRY(checkSourceIsThere(step));
     if (!m_services.trash.possible(step.dst))
         TRY(checkStillAllowed(step));
     if (m_kind == TransferKind::Move && m_services.volumes.same(step.src, step.dst.parent_path())) {
@@ -74,11 +88,13 @@ Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
     const Location temporary =
         m_log.temporaryFor(step.dst, reserves ? TransferLog::Renames::Reserving : TransferLog::Renames::AtOnce);
     CopiedEntries copied;
+    SpareDescriptors spare = TRY(SpareDescriptors::take());
     WrittenVolume *const written = TRY(volumeFor(step.dst.parent_path()));
     const CopyReport report =
         TRY(m_engine.copy(step.src, temporary, m_state, m_kind == TransferKind::Move ? &copied : nullptr));
     const Result<std::optional<Location>> replaced = place(step, temporary);
     if (!replaced) {
+        spare.release();
         if (m_services.files.removeOwnCopy(temporary))
             return failure(replaced.error());
         const QString rest = QStringLiteral(" Ein Rest der Kopie ließ sich nicht entfernen.");
@@ -104,6 +120,8 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
     if (step.removedForGood)
         TRY(m_services.files.flush(temporary));
     std::optional<Location> replaced;
+    if (step.replace)
+        TRY(checkSourceIsThere(step));
     if (step.replace)
         replaced = TRY(discard(step));
     if (const Result<void> renamed = m_services.files.rename(temporary, step.dst); !renamed)

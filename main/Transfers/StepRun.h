@@ -38,6 +38,7 @@ private:
     };
 
     Result<void> checkAllowed(const TransferStep &step) const;
+    static Result<void> checkSourceIsThere(const TransferStep &step);
     Result<TransferredEntry> moveWithinVolume(const TransferStep &step);
     Result<TransferredEntry> copyInto(const TransferStep &step);
     /// Gives a complete copy its name. Gives where the entry that it replaced lies.

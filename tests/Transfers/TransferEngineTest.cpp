@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -314,6 +315,20 @@ TEST(TransferEngineReplaceTest, replacesNeitherTheSourceNorWhatHoldsIt)
     }
 }
 
+TEST(TransferEngineReplaceTest, saysWhereTheSourcesVolumeWentAway)
+{
+    EngineWorld world(TransferKind::Copy, Across::Volumes);
+    world.files.afterCopy = [&](const Location &, const Location &) {
+        std::filesystem::rename(world.home("von"), world.home("abgezogen"));
+    };
+    const TransferOutcome outcome = world.run();
+    ASSERT_EQ(outcome.errors.size(), 3);
+    for (const QString &line : outcome.errors)
+        EXPECT_TRUE(line.contains(QStringLiteral("nicht mehr da"))) << line.toStdString();
+    EXPECT_EQ(world.tree().content("disk/Ziel/a.txt"), "alte Datei");
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
 TEST(TransferEngineReplaceTest, removesForGoodOnlyWhatTheUserWasAskedAbout)
 {
     TransferWorld world;
@@ -400,6 +415,27 @@ TEST(TransferEngineReplaceTest, replacesNoOtherSourceOfTheTransfer)
         EXPECT_TRUE(world.tree().has("home/A/neu"));
         EXPECT_TRUE(world.tree().has("home/b"));
         EXPECT_TRUE(world.leftovers().empty());
+    }
+}
+
+/// However few descriptors the process may have, down to one less than it needs.
+TEST_P(TransferEngineTest, leavesNothingWhenDescriptorsRunOut)
+{
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+    for (rlim_t most = 0;; ++most) {
+        const auto world = fresh();
+        world->tree().lines({"home/von/Ordner/a/b/c/d/e/f/g/h/i/j=tief"});
+        const rlimit few{most, usual.rlim_max};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+        const TransferOutcome outcome = world->run();
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &usual), 0);
+        EXPECT_TRUE(world->leftovers().empty()) << most;
+        world->expectEveryByte();
+        world->expectNoHalves();
+        if (outcome.done.size() == 3 && outcome.errors.isEmpty())
+            break;
+        ASSERT_LT(most, 200U);
     }
 }
 
