@@ -5,6 +5,7 @@
 #include "Agent/VerifiedCopy.h"
 #include "Disk/FreeName.h"
 #include "Disk/MayRemove.h"
+#include "Disk/SpareDescriptors.h"
 
 #include <QUuid>
 
@@ -102,7 +103,8 @@ Result<EntryMark> Placement::grow(const Location &entry, const Location &tempora
                                   const Failure &differs)
 {
     const FileState before = FileState::of(TRY(readAttributes(entry)));
-    TRY(m_services.files.copy(entry, temporary, {.control = m_control, .progress = {}}));
+    SpareDescriptors spare = TRY(SpareDescriptors::take());
+    TRY(m_services.files.copy(entry, temporary, {.control = m_control, .progress = {}, .copied = &m_copied}));
     const Result<FileAttributes> copy = readAttributes(temporary);
     const Result<void> flushed = safety == Safety::Flushed ? m_services.files.flush(temporary) : Result<void>();
     Result<EntryMark> result(failure(differs));
@@ -118,8 +120,10 @@ Result<EntryMark> Placement::grow(const Location &entry, const Location &tempora
     const Result<FileAttributes> after = readAttributes(entry);
     if (result && (!after || FileState::of(*after) != before))
         result = failure(AgentError::changedSinceScan());
-    if (!result)
+    if (!result) {
+        spare.release();
         (void)m_services.files.removeOwnCopy(temporary);
+    }
     return result;
 }
 
@@ -148,6 +152,13 @@ Result<Placement::Placed> Placement::copyTo(const Location &entry, const Locatio
     return Placed{*placed, *grown};
 }
 
+/// The copy was compared a while ago, and sizes and times of modification can be put back.
+Result<void> Placement::checkAsCopied(const Location &entry, const Location &copy) const
+{
+    const std::vector<Location> changed = TRY(changedSinceCopy(entry, m_copied, copy));
+    return changed.empty() ? Result<void>() : Result<void>(failure(AgentError::changedSinceScan()));
+}
+
 Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, const Location &wanted, StepLog &log)
 {
     // Better to know before the bytes have travelled.
@@ -157,7 +168,9 @@ Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, con
     const Placed copy = TRY(copyTo(entry, wanted, Safety::Flushed, AgentError::badCopyOfMoved(), log));
     // The copy's final name, too, must be on the disk before the original goes.
     const Result<void> flushed = m_services.files.flush(copy.location);
-    const Result<Location> trashed = flushed ? m_services.trash.put(entry) : Result<Location>(failure(flushed.error()));
+    const Result<void> unchanged = flushed ? checkAsCopied(entry, copy.location) : flushed;
+    const Result<Location> trashed =
+        unchanged ? m_services.trash.put(entry) : Result<Location>(failure(unchanged.error()));
     if (trashed)
         return Moved{copy.location, *trashed};
     // Meanwhile the name was there for everybody: only what the original still has may go.

@@ -3,6 +3,7 @@
 #include "Agent/AgentServices.h"
 #include "Agent/StepLog.h"
 #include "Base/JobControl.h"
+#include "Disk/CopiedEntries.h"
 #include "Disk/FreeName.h"
 
 namespace brellin {
@@ -53,10 +54,12 @@ private:
     Result<Location> atFreeName(const Location &wanted, StepLog &log,
                                 const std::function<Result<void>(const Location &)> &place);
     Result<EntryMark> grow(const Location &entry, const Location &temporary, Safety safety, const Failure &differs);
+    Result<void> checkAsCopied(const Location &entry, const Location &copy) const;
     void removeOwnCopy(const Location &copy, const EntryMark &mark);
 
     const AgentServices &m_services;
     JobControl *m_control;
+    CopiedEntries m_copied;              ///< what the last copy was made of
     std::vector<Location> m_newFolders;  ///< made for the entry at hand
     Location m_lastSource, m_lastTarget; ///< the folders last asked for, and the answer
     bool m_lastSame = false;

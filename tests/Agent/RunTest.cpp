@@ -335,6 +335,31 @@ TEST_F(RunTest, keepsThirtyRunsAndRefusesASecondAtTheSameTime)
     EXPECT_EQ(world.snapshot(), before);
 }
 
+TEST_F(RunTest, keepsAnOriginalThatWasEditedAfterTheComparison)
+{
+    std::vector<AgentProposal> proposals = everything();
+    std::erase_if(proposals, [](const AgentProposal &one) { return one.source.filename() != "Paket.app"; });
+    ASSERT_EQ(proposals.size(), 1u);
+    const Location inside = proposals.front().source / "innen/daten";
+    const auto contentOf = [&](const Location &file) {
+        return world.tree().content(file.lexically_relative(world.tree().root()).native());
+    };
+    const std::string old = contentOf(inside);
+    world.files().beforeFlush = [&](const Location &entry) {
+        if (entry.filename().native().starts_with("."))
+            return; // not yet under its name
+        const auto time = std::filesystem::last_write_time(inside);
+        std::fstream(inside, std::ios::in | std::ios::out) << "N";
+        std::filesystem::last_write_time(inside, time);
+    };
+    const Result<ExecutionOutcome> outcome = execute(proposals);
+    ASSERT_TRUE(outcome && outcome->run);
+    ASSERT_EQ(outcome->run->steps.size(), 1u);
+    EXPECT_EQ(outcome->run->steps.front().kind, AgentProposal::Kind::Copy);
+    EXPECT_EQ(contentOf(inside), "N" + old.substr(1));
+    EXPECT_EQ(contentOf(*outcome->run->steps.front().to / "innen/daten"), old);
+}
+
 TEST_F(RunTest, cancelStopsBetweenStepsAndKeepsWhatWasDone)
 {
     JobControl control;

@@ -74,7 +74,11 @@ Result<CopyReport> FaultyFileActions::copy(const Location &source, const Locatio
 
 Result<void> FaultyFileActions::flush(const Location &location)
 {
-    return m_plan.change<void>([&] { return m_real.flush(location); });
+    return m_plan.change<void>([&] {
+        if (beforeFlush)
+            beforeFlush(location);
+        return m_real.flush(location);
+    });
 }
 
 Result<void> FaultyFileActions::flushVolume(const WrittenVolume &volume)

@@ -65,6 +65,8 @@ public:
     bool reserving = false;
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
+    /// Called before each flush of an entry.
+    std::function<void(const Location &entry)> beforeFlush;
     /// Called before each flush of a volume.
     std::function<void()> beforeVolumeFlush;
     /// Called right before something that was shown is removed for good, so that a test can add to it.
