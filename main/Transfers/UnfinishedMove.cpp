@@ -97,9 +97,10 @@ QString UnfinishedMove::question() const
 {
     QString text =
         QStringLiteral("Das Verschieben von „%1“ nach „%2“ wurde unterbrochen, als das Original entfernt wurde. "
-                       "Die Kopie war vollständig. Am alten Ort, in „%3“, %4 noch da.")
+                       "Die Kopie war vollständig. Am alten Ort, in „%3“, %4 da.")
             .arg(shownName(source), shownName(copy.parent_path()), shownName(source.parent_path()),
-                 counted(entries, QStringLiteral("Datei ist"), QStringLiteral("Dateien sind")));
+                 (entries == 1 ? QStringLiteral("ist noch ") : QStringLiteral("sind noch ")) +
+                     counted(entries, QStringLiteral("Datei"), QStringLiteral("Dateien")));
     if (differing > 0)
         text += QStringLiteral(" %1 von der Kopie ab und %2.")
                     .arg(counted(differing, QStringLiteral("weitere weicht"), QStringLiteral("weitere weichen")),

@@ -124,7 +124,7 @@ TEST_F(UnfinishedMoveTest, removesOnlyWhatTheCopyHolds)
     dieWhileRemoving();
     ASSERT_EQ(unfinished().size(), 2u);
     EXPECT_EQ(unfinished()[0].entries, 3);
-    EXPECT_TRUE(unfinished()[0].question().contains(QStringLiteral("3 Dateien sind noch da")));
+    EXPECT_TRUE(unfinished()[0].question().contains(QStringLiteral("sind noch 3 Dateien da.")));
     // Same size and time, other content; a new one; and the copy of one is gone.
     const auto time = std::filesystem::last_write_time(world.home("Fotos/tief/c.jpg"));
     world.tree().file("home/Fotos/tief/c.jpg", "DREI");
