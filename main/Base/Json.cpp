@@ -121,6 +121,22 @@ JsonError jsonWordError(const QJsonValue &json)
     return {{}, QStringLiteral("„%1“ gibt es hier nicht").arg(json.toString())};
 }
 
+QJsonObject withJsonId(QJsonObject record, const QUuid &fresh)
+{
+    const QString key = QStringLiteral("id");
+    const QJsonValue id = record.value(key);
+    const bool missing = id.isUndefined() || id.isNull() || id.toString() == toJson(QUuid()).toString();
+    if (missing)
+        record.insert(key, toJson(fresh));
+    return record;
+}
+
+QUuid jsonIdOf(const QJsonObject &record, qsizetype place)
+{
+    static const QUuid space(u"3f0c5a52-6d0e-4c0b-9b8e-6a1f3a7c2d41"_qs);
+    return QUuid::createUuidV5(space, jsonText(record) + QByteArray::number(place));
+}
+
 QByteArray jsonText(const QJsonValue &value)
 {
     const QJsonDocument document = value.isArray() ? QJsonDocument(value.toArray()) : QJsonDocument(value.toObject());

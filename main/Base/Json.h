@@ -29,8 +29,8 @@
 ///         static constexpr std::array words{std::pair{RuleAction::Move, u"move"}, …};
 ///     };
 ///
-/// Reading is tolerant of what is missing (the member keeps the value of a new record) and of what it does not know, and
-/// strict about what is there: a value of the wrong type is an error that names the field. Heavy to compile: included by
+/// Reading is tolerant of what is missing (the member keeps the value of a new record, an "id" is made anew) and of what it
+/// does not know, and strict about what is there: a value of the wrong type is an error that names the field. Heavy to compile: included by
 /// the few sources that read or write records, not by the headers that declare them.
 namespace brellin {
 
@@ -70,6 +70,11 @@ struct JsonWords;
 
 template <class T>
 concept JsonRecord = requires { JsonTable<T>::fields; };
+/// A record with an identity of its own.
+template <class T>
+concept JsonIdentified = JsonRecord<T> && requires(T record) {
+    { record.id } -> std::same_as<QUuid &>;
+};
 template <class T>
 concept JsonEnum = requires { JsonWords<T>::words; };
 
@@ -86,6 +91,10 @@ JsonResult<void> readJson(const QJsonValue &json, Instant &value);
 /// A whole number between the two bounds, both included.
 JsonResult<qint64> readJsonInteger(const QJsonValue &json, qint64 least, qint64 most);
 JsonError jsonWordError(const QJsonValue &json);
+/// A record's object with `fresh` for its "id" where that is missing, or the null UUID that earlier versions stored for it.
+QJsonObject withJsonId(QJsonObject record, const QUuid &fresh);
+/// An id made from what a record holds and where it stands: the same at each reading until the record is stored with it.
+QUuid jsonIdOf(const QJsonObject &record, qsizetype place);
 
 template <class Number>
     requires(std::integral<Number> && !std::same_as<Number, bool>)
@@ -172,6 +181,20 @@ QJsonValue toJson(const std::vector<T> &list, JsonDates dates)
     return array;
 }
 
+/// One element of a list.
+template <class T>
+JsonResult<void> readJsonElement(const QJsonArray &list, qsizetype place, T &value)
+{
+    QJsonValue json = list.at(place);
+    if constexpr (JsonIdentified<T>) {
+        if (json.isObject())
+            json = withJsonId(json.toObject(), jsonIdOf(json.toObject(), place));
+    }
+    if (const JsonResult<void> read = readJson(json, value); !read)
+        return std::unexpected(read.error().within(QStringLiteral("[%1]").arg(place)));
+    return {};
+}
+
 template <class T>
 JsonResult<void> readJson(const QJsonValue &json, std::vector<T> &list)
 {
@@ -181,8 +204,8 @@ JsonResult<void> readJson(const QJsonValue &json, std::vector<T> &list)
     const QJsonArray array = json.toArray();
     list.reserve(static_cast<std::size_t>(array.size()));
     for (qsizetype i = 0; i < array.size(); ++i) {
-        if (const JsonResult<void> read = readJson(array.at(i), list.emplace_back()); !read)
-            return std::unexpected(read.error().within(QStringLiteral("[%1]").arg(i)));
+        if (JsonResult<void> read = readJsonElement(array, i, list.emplace_back()); !read)
+            return read;
     }
     return {};
 }
@@ -205,7 +228,9 @@ JsonResult<void> readJson(const QJsonValue &json, Record &record)
 {
     if (!json.isObject())
         return std::unexpected(JsonError{{}, QStringLiteral("hier gehört ein Objekt hin")});
-    const QJsonObject object = json.toObject();
+    QJsonObject object = json.toObject();
+    if constexpr (JsonIdentified<Record>)
+        object = withJsonId(std::move(object), QUuid::createUuid());
     JsonResult<void> result;
     const auto read = [&](const auto &entry) {
         const QJsonValue value = object.value(QLatin1StringView(entry.key));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 using namespace brellin;
 
 namespace {
@@ -69,8 +71,25 @@ TEST(Json, ComesBackAsItWent)
 
 TEST(Json, WhatIsMissingOrNullKeepsTheDefault)
 {
-    EXPECT_EQ(fromJsonText<Tree>(R"({"big":null,"fremd":[1],"leaves":[{}]})"),
-              (Tree{.id = {}, .place = {}, .leaves = {Leaf()}, .planted = {}}));
+    const QUuid id = QUuid::createUuid();
+    const QByteArray text = R"({"id":"%1","big":null,"fremd":[1],"leaves":[{}]})";
+    EXPECT_EQ(fromJsonText<Tree>(QByteArray(text).replace("%1", id.toByteArray(QUuid::WithoutBraces))),
+              (Tree{.id = id, .place = {}, .leaves = {Leaf()}, .planted = {}}));
+}
+
+TEST(Json, AMissingIdIsANewOneInEveryRecord)
+{
+    // The null UUID is what an earlier version made of a missing one.
+    const QByteArray text = R"([{},{},{"id":"00000000-0000-0000-0000-000000000000"},{"id":null}])";
+    const auto trees = fromJsonText<std::vector<Tree>>(text).value();
+    ASSERT_EQ(trees.size(), 4U);
+    std::set<QUuid> ids;
+    for (const Tree &tree : trees)
+        ids.insert(tree.id);
+    EXPECT_EQ(ids.size(), 4U) << "one each";
+    EXPECT_FALSE(ids.contains(QUuid()));
+    EXPECT_EQ(fromJsonText<std::vector<Tree>>(text), trees) << "the same at the next reading";
+    EXPECT_NE(fromJsonText<Tree>("{}")->id, fromJsonText<Tree>("{}")->id);
 }
 
 TEST(Json, NamesWhatItCannotRead)
