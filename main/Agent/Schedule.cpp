@@ -6,7 +6,7 @@ bool isScanDue(int intervalHours, const std::optional<Instant> &lastRun, Instant
 {
     if (intervalHours <= 0)
         return false;
-    return !lastRun || *lastRun > now || now - *lastRun >= std::chrono::hours(intervalHours);
+    return !lastRun || *lastRun > now || *lastRun <= now - std::chrono::hours(intervalHours);
 }
 
 Schedule::Schedule(std::function<void()> tick)

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QTimeZone>
 
+#include <algorithm>
 #include <cmath>
 
 namespace brellin {
@@ -13,11 +14,30 @@ namespace {
 
 constexpr sys_days storedEpoch = 2001y / January / 1;
 
+/// Nanoseconds reach from 1677 to 2262. What lies beyond, in a file's time or a text, is the end on its side, and no moment
+/// of another century.
+Instant clamped(seconds whole, nanoseconds part)
+{
+    constexpr auto first = ceil<seconds>(Instant::min().time_since_epoch());
+    constexpr auto last = floor<seconds>(Instant::max().time_since_epoch()) - seconds(1);
+    if (whole < first)
+        return Instant::min();
+    if (whole > last)
+        return Instant::max();
+    return Instant(whole + std::clamp<nanoseconds>(part, nanoseconds(0), seconds(1)));
+}
+
 } // namespace
 
 Instant instantFrom(const timespec &time)
 {
-    return Instant(seconds(time.tv_sec) + nanoseconds(time.tv_nsec));
+    return clamped(seconds(time.tv_sec), nanoseconds(time.tv_nsec));
+}
+
+Instant instantFromMilliseconds(qint64 value)
+{
+    const milliseconds since(value);
+    return clamped(floor<seconds>(since), since - floor<seconds>(since));
 }
 
 double storedSeconds(Instant instant)
@@ -43,7 +63,7 @@ std::optional<Instant> instantFromIso(const QString &text)
     const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
     if (!time.isValid())
         return std::nullopt;
-    return Instant(milliseconds(time.toMSecsSinceEpoch()));
+    return instantFromMilliseconds(time.toMSecsSinceEpoch());
 }
 
 } // namespace brellin

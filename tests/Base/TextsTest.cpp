@@ -142,6 +142,11 @@ TEST(Instant, SurvivesItsStoredForms)
     EXPECT_EQ(instantFromIso(u"2026-09-03T14:05:09.250Z"_qs), instant + 250ms);
     EXPECT_EQ(instantFromIso(u"2026-09-03T16:05:09+02:00"_qs), instant);
     EXPECT_FALSE(instantFromIso(u"gestern"_qs));
+    EXPECT_EQ(instantFromIso(u"9999-12-31T00:00:00Z"_qs), Instant::max());
+    EXPECT_EQ(instantFromIso(u"0001-01-01T00:00:00Z"_qs), Instant::min());
+    EXPECT_EQ(instantFrom({std::numeric_limits<time_t>::max(), 999'999'999}), Instant::max());
+    EXPECT_EQ(instantFrom({std::numeric_limits<time_t>::min(), 0}), Instant::min());
+    EXPECT_EQ(instantFrom({-2, 500'000'000}), Instant(-1500ms));
     EXPECT_EQ(storedSeconds(std::chrono::sys_days{std::chrono::year{2001} / 1 / 2}), 86400.0);
     EXPECT_EQ(instantFromStoredSeconds(storedSeconds(instant + 123456us)), instant + 123456us);
     EXPECT_EQ(instantFromStoredSeconds(-86400.5),
