@@ -134,8 +134,9 @@ void Completing::listArchive()
     PreviewArchive archive;
     for (const QJsonValue &value : listing.value(u"entries").toArray()) {
         PreviewArchiveEntry entry{value[u"name"].toString(), {}, value[u"folder"].toBool()};
-        if (value[u"size"].isDouble())
-            entry.size = static_cast<std::int64_t>(value[u"size"].toDouble());
+        // What a decoder read from an archive is a stranger's word: 1e300 is no size.
+        if (const qint64 size = value[u"size"].toInteger(-1); size >= 0)
+            entry.size = size;
         archive.entries.push_back(std::move(entry));
     }
     if (listing.value(u"more").toBool())

@@ -115,12 +115,15 @@ TEST_F(PreviewTest, tellsWhatFilesSayOfThemselves)
 
     decoder.answers.insert_or_assign(
         decoderWords::archive,
-        QByteArray(R"({"entries":[{"name":"a/","folder":true},{"name":"a/b","size":7}],"more":false,"damaged":true})"));
+        QByteArray(
+            R"({"entries":[{"name":"a/","folder":true},{"name":"a/b","size":7},{"name":"c","size":1e300}],"more":false,"damaged":true})"));
     const PreviewContent archive = shown(tree.file("x.zip", "12345"));
     const PreviewArchive &listed = std::get<PreviewArchive>(archive.body);
-    EXPECT_EQ(listed.entries, (std::vector<PreviewArchiveEntry>{{u"a/"_qs, {}, true}, {u"a/b"_qs, 7, false}}));
+    EXPECT_EQ(listed.entries,
+              (std::vector<PreviewArchiveEntry>{{u"a/"_qs, {}, true}, {u"a/b"_qs, 7, false}, {u"c"_qs, {}, false}}))
+        << "what no file can be long has no size";
     EXPECT_FALSE(listed.remark.isEmpty());
-    EXPECT_TRUE(archive.summary.endsWith(u"2 Einträge"));
+    EXPECT_TRUE(archive.summary.endsWith(u"3 Einträge"));
 }
 
 TEST_F(PreviewTest, turnsThePagesOfADocument)
