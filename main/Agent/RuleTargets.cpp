@@ -33,9 +33,9 @@ QString asComponent(QString text)
 QString asName(const QString &expanded)
 {
     QString text = asComponent(expanded).trimmed();
-    while (text.startsWith(u'.'))
+    while (text.startsWith(u'.') || (!text.isEmpty() && text.front().isSpace()))
         text.remove(0, 1);
-    return text.trimmed();
+    return text;
 }
 
 } // namespace

@@ -339,6 +339,9 @@ TEST_F(RuleMatchingTest, RenamingMakesAUsableName)
              {"brief", u"{Jahr} {Name}"_qs, (y + u" brief"_qs).toStdString()},
              {"U\u0308.pdf", u"Ü"_qs, ""},
              {"kaputt\xFF.pdf", u"neu"_qs, ""},
+             {"brief", u". .."_qs, ""},
+             {"brief", u". ..x"_qs, "x"},
+             {"brief", u" . \u00A0.versteckt"_qs, "versteckt"},
              {"brief.pdf", QString(250, u'ä'),
               [] {
                   std::string cut;
