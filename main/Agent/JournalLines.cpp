@@ -58,16 +58,15 @@ std::optional<Location> locationFrom(const QJsonObject &line, QLatin1StringView 
     return value.isString() ? std::optional(locationFromText(value.toString())) : std::nullopt;
 }
 
-/// A plan under one of the two keys: a new step, or a known one planned again.
-bool readPlan(const QJsonObject &line, const char *key, JournalContent &content)
+/// A plan under one of the two keys: a new step, or a known one planned again. A journal of `lines` lines plans no more steps
+/// than that, whatever a number in it says.
+bool readPlan(const QJsonObject &line, const char *key, qint64 lines, JournalContent &content)
 {
-    constexpr qint64 mostSteps = 100'000'000;
     const qint64 number = line.value(QLatin1StringView(key)).toInteger(-1);
     PlannedStep plan;
     const std::optional<EntryMark> entry = markFrom(line.value(QLatin1StringView("state")));
     const std::optional<Location> from = locationFrom(line, QLatin1StringView("from"));
-    if (number < 0 || number > mostSteps || !entry || !from ||
-        !readJson(line.value(QLatin1StringView("kind")), plan.kind))
+    if (number < 0 || number >= lines || !entry || !from || !readJson(line.value(QLatin1StringView("kind")), plan.kind))
         return false;
     plan.from = *from;
     plan.to = locationFrom(line, QLatin1StringView("to"));
@@ -112,7 +111,7 @@ bool readMark(const QJsonObject &line, JournalContent &content)
     return false;
 }
 
-bool readLine(const QJsonObject &line, JournalContent &content)
+bool readLine(const QJsonObject &line, qint64 lines, JournalContent &content)
 {
     if (line.contains(QLatin1StringView("run"))) {
         return readJson(line.value(QLatin1StringView("run")), content.run) &&
@@ -124,7 +123,7 @@ bool readLine(const QJsonObject &line, JournalContent &content)
     }
     for (const char *const key : {"plan", "planAgain"}) {
         if (line.contains(QLatin1StringView(key)))
-            return readPlan(line, key, content);
+            return readPlan(line, key, lines, content);
     }
     return readMark(line, content);
 }
@@ -218,12 +217,13 @@ QByteArray failed(std::size_t step)
 JournalContent read(const QByteArray &text)
 {
     JournalContent content;
+    const qint64 lines = text.count('\n');
     for (qsizetype at = 0; at < text.size();) {
         const qsizetype end = text.indexOf('\n', at);
         if (end < 0)
             break;
         const JsonResult<QJsonValue> line = parseJson(text.mid(at, end - at));
-        if (!line || !readLine(line->toObject(), content))
+        if (!line || !readLine(line->toObject(), lines, content))
             content.damaged = true;
         at = end + 1;
     }

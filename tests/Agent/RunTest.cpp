@@ -1,6 +1,7 @@
 #include "Agent/AgentError.h"
 #include "Agent/EntrySearch.h"
 #include "Agent/Execution.h"
+#include "Agent/JournalLines.h"
 #include "Agent/Recovery.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
@@ -644,4 +645,16 @@ TEST_F(RunTest, keepsADamagedJournalAsideAndRecoversTheRest)
     EXPECT_EQ(world.snapshot(), before);
     EXPECT_EQ(RunJournal::find(folder, RunJournal::Purpose::Run).size(), 0u);
     EXPECT_TRUE(world.hasJournals()); // for a person to look into
+}
+
+TEST(JournalLines, planNoMoreStepsThanThereAreLines)
+{
+    const PlannedStep step{AgentProposal::Kind::Trash, "/a", {}, {}, {}};
+    const QByteArray head = journalLines::head(QUuid::createUuid(), Instant());
+    // A line that was passed over leaves its step empty.
+    const JournalContent torn = journalLines::read(head + "{kaputt}\n" + journalLines::plan(1, step));
+    EXPECT_EQ(torn.steps.size(), 2U);
+    const JournalContent grown = journalLines::read(head + journalLines::plan(1'000'000, step));
+    EXPECT_TRUE(grown.damaged);
+    EXPECT_EQ(grown.steps.size(), 0U);
 }
