@@ -3,7 +3,9 @@
 #include "Agent/CleanupRule.h"
 #include "Agent/FolderProfile.h"
 #include "Agent/JournalRun.h"
+#include "Agent/ProposalMemory.h"
 #include "Base/Json.h"
+#include "System/StoredList.h"
 
 /// The stored form of the agent's records: their keys are a promise to every earlier and later version.
 namespace brellin {
@@ -51,6 +53,9 @@ struct JsonTable<CleanupRule> {
 };
 
 template <>
+inline constexpr bool recordsStandAlone<CleanupRule> = false;
+
+template <>
 struct JsonTable<ProtectedEntry> {
     static constexpr std::tuple fields{field("id", &ProtectedEntry::id), field("path", &ProtectedEntry::path),
                                        field("reason", &ProtectedEntry::reason)};
@@ -70,6 +75,9 @@ struct JsonTable<FolderProfile> {
 };
 
 template <>
+inline constexpr bool recordsStandAlone<FolderProfile> = false;
+
+template <>
 struct JsonTable<AgentProposal> {
     static constexpr std::tuple fields{field("id", &AgentProposal::id),
                                        field("kind", &AgentProposal::kind),
@@ -81,6 +89,14 @@ struct JsonTable<AgentProposal> {
                                        field("isFolder", &AgentProposal::isFolder),
                                        field("needsReview", &AgentProposal::needsReview)};
 };
+
+template <>
+struct JsonTable<NeverProposed> {
+    static constexpr std::tuple fields{field("kind", &NeverProposed::kind), field("source", &NeverProposed::source),
+                                       field("destination", &NeverProposed::destination)};
+};
+template <>
+inline constexpr bool recordsStandAlone<NeverProposed> = false;
 
 template <>
 struct JsonTable<JournalStep> {

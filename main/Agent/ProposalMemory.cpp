@@ -1,6 +1,7 @@
 #include "Agent/ProposalMemory.h"
 
 #include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
 #include "Agent/PathTexts.h"
 #include "Disk/Digest.h"
 #include "System/StoredList.h"
@@ -8,19 +9,6 @@
 #include <algorithm>
 
 namespace brellin {
-
-template <>
-struct JsonTable<NeverProposed> {
-    static constexpr std::tuple fields{field("kind", &NeverProposed::kind), field("source", &NeverProposed::source),
-                                       field("destination", &NeverProposed::destination)};
-};
-
-namespace {
-
-const QString seenKey = QStringLiteral("agentSeenProposals");
-const QString neverKey = QStringLiteral("agentNeverProposed");
-
-} // namespace
 
 QString NeverProposed::text(const Location &home) const
 {
@@ -46,7 +34,7 @@ QByteArray sameness(const AgentProposal &proposal)
 Result<int> ProposalMemory::countNew(const std::vector<AgentProposal> &proposals)
 {
     int added = 0;
-    TRY(updateList<QString>(m_defaults, seenKey, [&](const std::optional<std::vector<QString>> &stored) {
+    TRY(updateList<QString>(m_defaults, AgentKeys::seen, [&](const std::optional<std::vector<QString>> &stored) {
         const std::vector<QString> old = stored.value_or(std::vector<QString>());
         const std::set<QString> before(old.begin(), old.end());
         std::vector<QString> now;
@@ -61,28 +49,30 @@ Result<int> ProposalMemory::countNew(const std::vector<AgentProposal> &proposals
 
 std::vector<NeverProposed> ProposalMemory::never() const
 {
-    return storedList<NeverProposed>(m_defaults, neverKey).value_or(std::vector<NeverProposed>());
+    return storedList<NeverProposed>(m_defaults, AgentKeys::never).value_or(std::vector<NeverProposed>());
 }
 
 Result<void> ProposalMemory::addNever(const std::vector<AgentProposal> &proposals)
 {
-    return updateList<NeverProposed>(m_defaults, neverKey, [&](std::optional<std::vector<NeverProposed>> stored) {
-        std::vector<NeverProposed> all = std::move(stored).value_or(std::vector<NeverProposed>());
-        for (const AgentProposal &proposal : proposals) {
-            if (std::ranges::find(all, NeverProposed::of(proposal)) == all.end())
-                all.push_back(NeverProposed::of(proposal));
-        }
-        return std::optional(std::move(all));
-    });
+    return updateList<NeverProposed>(
+        m_defaults, AgentKeys::never, [&](std::optional<std::vector<NeverProposed>> stored) {
+            std::vector<NeverProposed> all = std::move(stored).value_or(std::vector<NeverProposed>());
+            for (const AgentProposal &proposal : proposals) {
+                if (std::ranges::find(all, NeverProposed::of(proposal)) == all.end())
+                    all.push_back(NeverProposed::of(proposal));
+            }
+            return std::optional(std::move(all));
+        });
 }
 
 Result<void> ProposalMemory::removeNever(const NeverProposed &one)
 {
-    return updateList<NeverProposed>(m_defaults, neverKey, [&](std::optional<std::vector<NeverProposed>> stored) {
-        if (stored)
-            std::erase(*stored, one);
-        return stored;
-    });
+    return updateList<NeverProposed>(m_defaults, AgentKeys::never,
+                                     [&](std::optional<std::vector<NeverProposed>> stored) {
+                                         if (stored)
+                                             std::erase(*stored, one);
+                                         return stored;
+                                     });
 }
 
 } // namespace brellin

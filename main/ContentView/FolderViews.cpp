@@ -78,9 +78,10 @@ FolderView rememberedView(const UserDefaults &defaults, const Location &folder, 
 Result<void> rememberView(UserDefaults &defaults, const Location &folder, const FolderView &view)
 {
     const QString key = textOf(folder);
+    const auto lastGood = [&] { return defaults.readLastGood(viewsKey).value_or(std::nullopt); };
     const auto change = [&](const std::optional<QByteArray> &json) -> std::optional<UserDefaults::Change> {
         const std::optional<QJsonObject> stored = viewsIn(json);
-        QJsonObject views = stored.value_or(QJsonObject());
+        QJsonObject views = stored ? *stored : viewsIn(lastGood()).value_or(QJsonObject());
         views.insert(key, wordOf(view.mode) + u':' + QString::number(static_cast<int>(view.iconSize)));
         while (views.size() > mostFolders)
             dropOne(views, key);

@@ -96,6 +96,8 @@ void FolderColors::change(const std::function<void(Colors &)> &edit)
         m_defaults.update(key, [&](const std::optional<QByteArray> &json) -> std::optional<UserDefaults::Change> {
             bool damaged = false;
             colors = read(json, damaged);
+            if (bool stillDamaged = damaged)
+                colors = read(m_defaults.readLastGood(key).value_or(std::nullopt), stillDamaged);
             const Colors before = colors;
             edit(colors);
             if (colors == before)

@@ -70,8 +70,7 @@ SendToTargets::SendToTargets(UserDefaults &defaults, const KnownFolders &folders
 void SendToTargets::reload()
 {
     // An empty list is the user's wish as well.
-    if (std::optional<Targets> stored = storedList<SendToTarget>(m_defaults, key))
-        publish(targets, *std::move(stored));
+    publish(targets, storedList<SendToTarget>(m_defaults, key).value_or(targets.get()));
 }
 
 void SendToTargets::change(const std::function<void(Targets &)> &edit)

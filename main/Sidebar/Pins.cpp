@@ -21,9 +21,9 @@ std::vector<QuickEntry>::iterator find(std::vector<QuickEntry> &entries, const Q
 QStringList olderPaths(const UserDefaults &defaults)
 {
     const QString key = QStringLiteral("pinnedFolders");
-    if (const std::optional<std::vector<QString>> list = storedList<QString>(defaults, key))
-        return {list->begin(), list->end()};
-    return defaults.value(key).value_or(QVariant()).toStringList();
+    const std::vector<QString> list = storedList<QString>(defaults, key).value_or({});
+    return list.empty() ? defaults.value(key).value_or(QVariant()).toStringList()
+                        : QStringList(list.begin(), list.end());
 }
 
 } // namespace
@@ -32,14 +32,14 @@ const QString Pins::key = QStringLiteral("quickAccess");
 
 Pins::Pins(UserDefaults &defaults, const KnownFolders &folders) : m_defaults(defaults), m_folders(folders)
 {
-    if (const std::optional<Entries> stored = storedList<QuickEntry>(m_defaults, key)) {
-        publish(entries, *stored);
-    } else if (const std::optional<Entries> older = olderEntries()) {
+    const StoredList<QuickEntry> stored = storedList<QuickEntry>(m_defaults, key);
+    const std::optional<Entries> older = stored.isKnown() ? std::nullopt : olderEntries();
+    if (!older) {
+        publish(entries, stored.value_or(usualEntries()));
+    } else {
         publish(entries, *older);
         // From now on only the new list is read. Where it cannot be stored, the next start converts again.
         [[maybe_unused]] const Result<void> taken = change([](Entries &) {});
-    } else {
-        publish(entries, usualEntries());
     }
 }
 
@@ -203,8 +203,7 @@ Result<void> Pins::setColor(const QUuid &id, const std::optional<QString> &color
 
 void Pins::reload()
 {
-    if (std::optional<Entries> stored = storedList<QuickEntry>(m_defaults, key))
-        publish(entries, *std::move(stored));
+    publish(entries, storedList<QuickEntry>(m_defaults, key).value_or(entries.get()));
 }
 
 } // namespace brellin

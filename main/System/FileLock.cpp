@@ -108,7 +108,11 @@ Result<void> createPrivateFolders(const Location &folder)
     return {};
 }
 
-Result<void> writeAtomically(const Location &file, const QByteArray &content)
+namespace {
+
+enum class Flush { No, Yes };
+
+Result<void> replaceContent(const Location &file, const QByteArray &content, Flush flush)
 {
     // Somebody may keep his settings elsewhere and link to them.
     std::error_code unresolved;
@@ -120,7 +124,7 @@ Result<void> writeAtomically(const Location &file, const QByteArray &content)
     if (open < 0)
         return failure(Failure::lastSystem());
     Result<void> written = writeAll(open, content);
-    if (written && ::fsync(open) != 0)
+    if (written && flush == Flush::Yes && ::fsync(open) != 0)
         written = failure(Failure::lastSystem());
     if (written && ::rename(pattern.c_str(), target.c_str()) != 0)
         written = failure(Failure::lastSystem());
@@ -128,10 +132,24 @@ Result<void> writeAtomically(const Location &file, const QByteArray &content)
         ::unlink(pattern.c_str());
         return written;
     }
+    if (flush == Flush::No)
+        return {};
     return flushFolder(target.has_parent_path() ? target.parent_path() : Location("."));
 }
 
-Result<QByteArray> readWhole(const Location &file)
+} // namespace
+
+Result<void> writeAtomically(const Location &file, const QByteArray &content)
+{
+    return replaceContent(file, content, Flush::Yes);
+}
+
+Result<void> writeUnflushed(const Location &file, const QByteArray &content)
+{
+    return replaceContent(file, content, Flush::No);
+}
+
+Result<QByteArray> readWhole(const Location &file, qint64 most)
 {
     const OpenFile open(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (open < 0)
@@ -146,6 +164,8 @@ Result<QByteArray> readWhole(const Location &file)
             return failure(Failure::lastSystem());
         if (length == 0)
             return content;
+        if (content.size() + length > most)
+            return failure(Failure::system(EFBIG));
         content.append(piece.data(), length);
     }
 }

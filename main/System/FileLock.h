@@ -4,6 +4,7 @@
 #include "Base/Result.h"
 
 #include <chrono>
+#include <limits>
 #include <utility>
 
 namespace brellin {
@@ -41,8 +42,10 @@ Result<void> createPrivateFolders(const Location &folder);
 /// Replaces a file's content so that a reader, or a crash, finds the old content or the new one: written beside it (mode
 /// 0600), flushed, renamed over, and the rename flushed. A link is replaced at its target.
 Result<void> writeAtomically(const Location &file, const QByteArray &content);
+/// The same without flushing: for what a flushed file beside it makes up for.
+Result<void> writeUnflushed(const Location &file, const QByteArray &content);
 
-/// The whole content of a file.
-Result<QByteArray> readWhole(const Location &file);
+/// The whole content of a file; `errc::file_too_large` where it is longer than `most` bytes.
+Result<QByteArray> readWhole(const Location &file, qint64 most = std::numeric_limits<qint64>::max());
 
 } // namespace brellin

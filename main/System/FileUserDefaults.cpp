@@ -1,7 +1,12 @@
 #include "System/FileUserDefaults.h"
 
+#include "Base/German.h"
+
 #include <QDateTime>
 #include <QJsonDocument>
+
+#include <cerrno>
+#include <unistd.h>
 
 namespace brellin {
 
@@ -9,6 +14,8 @@ namespace {
 
 /// A date within the values: JSON has no form of its own for it.
 const QString dateKey = QStringLiteral("datum");
+/// The plain values are one object, kept like a list.
+const QString valuesKey = QStringLiteral("settings");
 
 QJsonValue jsonOf(const QVariant &value)
 {
@@ -24,18 +31,59 @@ QVariant variantOf(const QJsonValue &json)
     return json.toVariant();
 }
 
+std::optional<QJsonObject> valuesIn(const std::optional<QByteArray> &json)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(json.value_or(QByteArray()));
+    return document.isObject() ? std::optional(document.object()) : std::nullopt;
+}
+
+Failure tooLarge(qint64 most)
+{
+    return {QStringLiteral("Die Datei ist größer als die erlaubten %1.").arg(sizeText(most)),
+            std::make_error_code(std::errc::file_too_large)};
+}
+
+Failure unreadable(const Location &file, const Failure &why)
+{
+    return {QStringLiteral("„%1“ ist nicht lesbar: %2").arg(shownName(file), why.message), why.code};
+}
+
+/// Keeps what lies at `file` under another name as well. Where that takes a link which the volume does not have, or what lies
+/// there is no file, it goes to the other name.
+Result<void> keepAs(const Location &file, const Location &other)
+{
+    std::error_code unresolved;
+    const Location target = std::filesystem::canonical(file, unresolved); // somebody may link to his settings
+    if (!unresolved && ::link(target.c_str(), other.c_str()) == 0)
+        return {};
+    if (!unresolved && errno == EEXIST)
+        return failure(Failure::lastSystem());
+    if (::rename(file.c_str(), other.c_str()) == 0 || errno == ENOENT)
+        return {};
+    return failure(Failure::lastSystem());
+}
+
 } // namespace
 
-FileUserDefaults::FileUserDefaults(Location folder) : m_folder(std::move(folder)) {}
+FileUserDefaults::FileUserDefaults(Location folder, StoredLimits limits)
+    : m_folder(std::move(folder))
+    , m_limits(std::move(limits))
+{
+}
 
-Location FileUserDefaults::jsonFile(const QString &key) const
+Location FileUserDefaults::fileOf(const QString &key) const
 {
     return m_folder / (key.toStdString() + ".json");
 }
 
-Location FileUserDefaults::valuesFile() const
+Location FileUserDefaults::lastGoodFile(const QString &key) const
 {
-    return m_folder / "settings.json";
+    return m_folder / (key.toStdString() + ".zuletzt-gut.json");
+}
+
+qint64 FileUserDefaults::limitOf(const QString &key) const
+{
+    return m_limits.longLists.contains(key) ? m_limits.longList : m_limits.usual;
 }
 
 /// Another program holds it for as long as it writes a file.
@@ -50,22 +98,31 @@ Result<FileLock> FileUserDefaults::lockAgainstOthers() const
     return lock;
 }
 
-Result<QJsonObject> FileUserDefaults::readValues() const
+Result<std::optional<QByteArray>> FileUserDefaults::readFile(const Location &file, qint64 most) const
 {
-    const Result<QByteArray> content = readWhole(valuesFile());
-    if (!content && content.error().is(std::errc::no_such_file_or_directory))
-        return QJsonObject();
-    if (!content)
-        return failure(content.error());
-    const QJsonDocument document = QJsonDocument::fromJson(*content);
-    if (!document.isObject())
-        return failure(QStringLiteral("Die Einstellungsdatei ist beschädigt."));
-    return document.object();
+    Result<QByteArray> content = readWhole(file, most);
+    if (content)
+        return std::optional(*std::move(content));
+    if (content.error().is(std::errc::no_such_file_or_directory))
+        return std::optional<QByteArray>();
+    if (content.error().is(std::errc::file_too_large))
+        return failure(tooLarge(most));
+    return failure(content.error());
+}
+
+Result<std::optional<QByteArray>> FileUserDefaults::read(const QString &key) const
+{
+    return readFile(fileOf(key), limitOf(key));
+}
+
+Result<std::optional<QByteArray>> FileUserDefaults::readLastGood(const QString &key) const
+{
+    return readFile(lastGoodFile(key), limitOf(key));
 }
 
 std::optional<QVariant> FileUserDefaults::value(const QString &key) const
 {
-    const Result<QJsonObject> values = readValues();
+    const std::optional<QJsonObject> values = valuesIn(read(valuesKey).value_or(std::nullopt));
     if (!values || !values->contains(key))
         return std::nullopt;
     return variantOf(values->value(key));
@@ -73,37 +130,19 @@ std::optional<QVariant> FileUserDefaults::value(const QString &key) const
 
 Result<void> FileUserDefaults::setValue(const QString &key, const QVariant &value)
 {
-    const std::scoped_lock lock(m_mutex);
-    TRY(createPrivateFolders(m_folder));
-    const FileLock other = TRY(lockAgainstOthers());
-    Result<QJsonObject> values = readValues();
-    if (!values && values.error().code)
-        return failure(values.error()); // there, and not readable: overwriting it would lose every setting
-    if (!values) {
-        const QByteArray damaged = TRY(readWhole(valuesFile()));
-        TRY(keepAside(QStringLiteral("settings"), damaged));
-        values = QJsonObject();
-    }
-    const QJsonValue json = jsonOf(value);
-    if (values->contains(key) && values->value(key) == json)
-        return {};
-    values->insert(key, json);
-    return writeAtomically(valuesFile(), QJsonDocument(*values).toJson());
-}
-
-Result<void> FileUserDefaults::keepAside(const QString &key, const QByteArray &content) const
-{
-    const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
-    const QString name = key + QStringLiteral(".beschädigt-") + time + QStringLiteral(".json");
-    return writeAtomically(m_folder / name.toStdString(), content);
-}
-
-std::optional<QByteArray> FileUserDefaults::json(const QString &key) const
-{
-    Result<QByteArray> content = readWhole(jsonFile(key));
-    if (!content)
-        return std::nullopt;
-    return *std::move(content);
+    return update(valuesKey, [&](const std::optional<QByteArray> &old) -> std::optional<Change> {
+        const std::optional<QJsonObject> stored = valuesIn(old);
+        const bool damaged = old && !stored;
+        // One damaged file does not undo every choice the user ever made.
+        const std::optional<QJsonObject> earlier =
+            damaged ? valuesIn(readLastGood(valuesKey).value_or(std::nullopt)) : stored;
+        QJsonObject values = earlier.value_or(QJsonObject());
+        const QJsonValue json = jsonOf(value);
+        if (!damaged && values.contains(key) && values.value(key) == json)
+            return std::nullopt;
+        values.insert(key, json);
+        return Change{QJsonDocument(values).toJson(), damaged};
+    });
 }
 
 Result<void>
@@ -113,17 +152,52 @@ FileUserDefaults::update(const QString &key,
     const std::scoped_lock lock(m_mutex);
     TRY(createPrivateFolders(m_folder));
     const FileLock other = TRY(lockAgainstOthers());
-    const Location file = jsonFile(key);
-    const Result<QByteArray> old = readWhole(file);
+    const Result<std::optional<QByteArray>> old = read(key);
     // A file that is there and cannot be read is not an empty one: overwriting it could lose a history.
-    if (!old && !old.error().is(std::errc::no_such_file_or_directory))
-        return failure(old.error());
-    const std::optional<Change> changed = change(old ? std::optional(*old) : std::nullopt);
-    if (!changed || (old && *old == changed->json))
+    if (!old)
+        return failure(unreadable(fileOf(key), old.error()));
+    const std::optional<Change> changed = change(*old);
+    if (!changed || *old == changed->json)
         return {};
-    if (old && changed->keepOldAside)
-        TRY(keepAside(key, *old));
-    return writeAtomically(file, changed->json);
+    if (*old && changed->keepOldAside)
+        TRY(putAside(key));
+    return write(key, changed->json);
+}
+
+Result<void> FileUserDefaults::replace(const QString &key, const std::optional<QByteArray> &json)
+{
+    const std::scoped_lock lock(m_mutex);
+    TRY(createPrivateFolders(m_folder));
+    const FileLock other = TRY(lockAgainstOthers());
+    TRY(putAside(key));
+    if (json)
+        return write(key, *json);
+    for (const Location &file : {lastGoodFile(key), fileOf(key)}) {
+        if (::unlink(file.c_str()) != 0 && errno != ENOENT)
+            return failure(Failure::lastSystem());
+    }
+    return {};
+}
+
+/// The last good version first: it is never older than what is stored, and a full disk changes neither. It is not flushed:
+/// a power cut in this moment finds the stored file whole, and the next change writes it again.
+Result<void> FileUserDefaults::write(const QString &key, const QByteArray &json)
+{
+    if (json.size() > limitOf(key))
+        return failure(tooLarge(limitOf(key)));
+    TRY(writeUnflushed(lastGoodFile(key), json));
+    return writeAtomically(fileOf(key), json);
+}
+
+/// Gives the stored file and its last good version a second name each; they stay in their places until they are replaced.
+Result<void> FileUserDefaults::putAside(const QString &key) const
+{
+    const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    const auto name = [&](const QString &what) {
+        return m_folder / (key + u'.' + what + u'-' + time + QStringLiteral(".json")).toStdString();
+    };
+    TRY(keepAs(fileOf(key), name(QStringLiteral("beschädigt"))));
+    return keepAs(lastGoodFile(key), name(QStringLiteral("zuletzt-gut")));
 }
 
 } // namespace brellin

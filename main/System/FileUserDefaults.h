@@ -5,36 +5,52 @@
 #include "System/UserDefaults.h"
 
 #include <QJsonObject>
+#include <QStringList>
 
 #include <mutex>
 
 namespace brellin {
 
+/// How large a stored file may be that is read and written: those of `longLists` hold a line for each file that the user had
+/// moved, the others what a person set up.
+struct StoredLimits {
+    qint64 usual = qint64(16) << 20U;
+    qint64 longList = qint64(256) << 20U;
+    QStringList longLists = {};
+};
+
 /// Settings in a folder: "settings.json" for the plain values and a file "<key>.json" beside it for each list (a history of
 /// thirty long runs is not rewritten with every switch). Every write is atomic and flushed; "settings.lock" keeps two
-/// programs apart. A text in which an older list did not decode stays as "<key>.beschädigt-<time>.json".
+/// programs apart. What was stored last stands a second time in "<key>.zuletzt-gut.json", for when somebody else damages
+/// the file. A text that did not decode stays as "<key>.beschädigt-<time>.json".
 ///
 /// Nothing is held in memory between two calls: a copy that another program has overtaken would take its change back
 /// (the file's time cannot tell two writes of one clock tick apart).
 class FileUserDefaults : public UserDefaults {
 public:
     /// The folder is created at the first write.
-    explicit FileUserDefaults(Location folder);
+    explicit FileUserDefaults(Location folder, StoredLimits limits = {});
 
     std::optional<QVariant> value(const QString &key) const override;
     Result<void> setValue(const QString &key, const QVariant &value) override;
-    std::optional<QByteArray> json(const QString &key) const override;
+    Result<std::optional<QByteArray>> read(const QString &key) const override;
+    Result<std::optional<QByteArray>> readLastGood(const QString &key) const override;
+    Location fileOf(const QString &key) const override;
     Result<void> update(const QString &key,
                         const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override;
+    Result<void> replace(const QString &key, const std::optional<QByteArray> &json) override;
 
 private:
-    Location jsonFile(const QString &key) const;
-    Location valuesFile() const;
+    Location lastGoodFile(const QString &key) const;
+    qint64 limitOf(const QString &key) const;
+    Result<std::optional<QByteArray>> readFile(const Location &file, qint64 most) const;
+    Result<void> write(const QString &key, const QByteArray &json);
     Result<FileLock> lockAgainstOthers() const;
     Result<QJsonObject> readValues() const;
-    Result<void> keepAside(const QString &key, const QByteArray &content) const;
+    Result<void> putAside(const QString &key) const;
 
     Location m_folder;
+    StoredLimits m_limits;
     mutable std::mutex m_mutex;
 };
 

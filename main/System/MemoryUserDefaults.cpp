@@ -17,22 +17,44 @@ Result<void> MemoryUserDefaults::setValue(const QString &key, const QVariant &va
     return {};
 }
 
-std::optional<QByteArray> MemoryUserDefaults::json(const QString &key) const
+Result<std::optional<QByteArray>> MemoryUserDefaults::read(const QString &key) const
 {
     const std::scoped_lock lock(m_mutex);
     if (const auto own = m_json.constFind(key); own != m_json.constEnd())
         return *own;
-    return m_beneath ? m_beneath->json(key) : std::nullopt;
+    return m_beneath ? m_beneath->read(key) : std::nullopt;
+}
+
+/// What is held in memory is not damaged by anybody: it is its own last good version.
+Result<std::optional<QByteArray>> MemoryUserDefaults::readLastGood(const QString &key) const
+{
+    const std::scoped_lock lock(m_mutex);
+    if (const auto own = m_json.constFind(key); own != m_json.constEnd())
+        return *own;
+    return m_beneath ? m_beneath->readLastGood(key) : std::nullopt;
+}
+
+Location MemoryUserDefaults::fileOf(const QString &key) const
+{
+    return m_beneath ? m_beneath->fileOf(key) : Location(key.toStdString() + ".json");
 }
 
 Result<void>
 MemoryUserDefaults::update(const QString &key,
                            const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change)
 {
-    if (const std::optional<Change> changed = change(json(key))) {
+    const std::optional<QByteArray> old = TRY(read(key));
+    if (const std::optional<Change> changed = change(old)) {
         const std::scoped_lock lock(m_mutex);
         m_json.insert(key, changed->json);
     }
+    return {};
+}
+
+Result<void> MemoryUserDefaults::replace(const QString &key, const std::optional<QByteArray> &json)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_json.insert(key, json);
     return {};
 }
 

@@ -16,15 +16,18 @@ public:
 
     std::optional<QVariant> value(const QString &key) const override;
     Result<void> setValue(const QString &key, const QVariant &value) override;
-    std::optional<QByteArray> json(const QString &key) const override;
+    Result<std::optional<QByteArray>> read(const QString &key) const override;
+    Result<std::optional<QByteArray>> readLastGood(const QString &key) const override;
+    Location fileOf(const QString &key) const override;
     Result<void> update(const QString &key,
                         const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override;
+    Result<void> replace(const QString &key, const std::optional<QByteArray> &json) override;
 
 private:
     const UserDefaults *m_beneath;
     mutable std::mutex m_mutex;
     QHash<QString, QVariant> m_values;
-    QHash<QString, QByteArray> m_json;
+    QHash<QString, std::optional<QByteArray>> m_json; ///< nothing: the list was given up
 };
 
 } // namespace brellin

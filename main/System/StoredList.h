@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Json.h"
+#include "System/StoredCondition.h"
 #include "System/UserDefaults.h"
 
 #include <functional>
@@ -8,36 +9,105 @@
 
 namespace brellin {
 
-/// The list stored under a key; nothing where it is absent or does not decode.
+/// Whether a list without one of its records still says what the others mean. Where it does not (a lost rule's files would
+/// fall to the next one, a lost protection would bare a folder), one bad record makes the whole list damaged, and it is not
+/// changed until the user has decided what to do about it. Specialised beside the record's JSON table.
 template <class Record>
-std::optional<std::vector<Record>> storedList(const UserDefaults &defaults, const QString &key)
+inline constexpr bool recordsStandAlone = true;
+
+/// What a key's list came to, read just now.
+template <class Record>
+struct StoredList {
+    StoredState state = StoredState::Absent;
+    std::vector<Record> records;
+    QStringList lost; ///< what could not be read and why: "Feld „[3].path“: …"
+
+    /// Nothing that was stored is missing here.
+    bool isWhole() const { return state == StoredState::Absent || state == StoredState::Whole; }
+    /// There is a list that decodes, if with losses.
+    bool isKnown() const { return state == StoredState::Whole || state == StoredState::Partly; }
+    /// What there is to show: the records, or `usual` where there is no list or it does not decode.
+    std::vector<Record> value_or(std::vector<Record> usual) const { return isKnown() ? records : std::move(usual); }
+};
+
+/// Decodes a list's text; bad records are left out where the others stand without them.
+template <class Record>
+StoredList<Record> decodedList(const QByteArray &text)
 {
-    const std::optional<QByteArray> text = defaults.json(key);
-    if (!text)
-        return std::nullopt;
-    JsonResult<std::vector<Record>> list = fromJsonText<std::vector<Record>>(*text);
-    return list ? std::optional(*std::move(list)) : std::nullopt;
+    StoredList<Record> list{StoredState::Whole, {}, {}};
+    const auto damaged = [](const JsonError &why) {
+        return StoredList<Record>{StoredState::Damaged, {}, {why.sentence()}};
+    };
+    const JsonResult<QJsonValue> json = parseJson(text);
+    if (!json)
+        return damaged(json.error());
+    JsonResult<void> whole = readJson(*json, list.records);
+    if (whole)
+        return list;
+    if (!recordsStandAlone<Record> || !json->isArray())
+        return damaged(whole.error());
+    list = {StoredState::Partly, {}, {}};
+    const QJsonArray array = json->toArray();
+    for (qsizetype i = 0; i < array.size(); ++i) {
+        Record one{};
+        if (const JsonResult<void> read = readJsonElement(array, i, one); read)
+            list.records.push_back(std::move(one));
+        else
+            list.lost << read.error().sentence();
+    }
+    return list;
 }
 
-/// Changes the list stored under a key, read freshly (nothing: absent or undecodable); text that did not decode is kept
-/// aside. `change` answers with the new list, or with nothing to leave it as it is.
+/// The list stored under a key.
+template <class Record>
+StoredList<Record> storedList(const UserDefaults &defaults, const QString &key)
+{
+    const Result<std::optional<QByteArray>> text = defaults.read(key);
+    if (!text)
+        return {StoredState::Unreadable, {}, {text.error().message}};
+    return *text ? decodedList<Record>(**text) : StoredList<Record>();
+}
+
+/// The list, or why the assistant must not act on it.
+template <class Record>
+Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QString &key, std::vector<Record> usual)
+{
+    StoredList<Record> list = storedList<Record>(defaults, key);
+    if (!list.isWhole())
+        return failure(StoredCondition{key, defaults.fileOf(key), list.state, list.lost, false}.failure());
+    return list.value_or(std::move(usual));
+}
+
+/// Changes the list stored under a key, read freshly (nothing: absent). Where the stored text does not decode, the change
+/// begins with the last good version (nothing: there is none that does) and the text is kept aside; a list whose records do
+/// not stand alone is left as it is, and that is the failure. `change` answers with the new list, or with nothing to leave
+/// it as it is.
 template <class Record>
 Result<void>
 updateList(UserDefaults &defaults, const QString &key,
            const std::function<std::optional<std::vector<Record>>(std::optional<std::vector<Record>>)> &change)
 {
-    return defaults.update(key, [&](const std::optional<QByteArray> &old) -> std::optional<UserDefaults::Change> {
-        std::optional<std::vector<Record>> list;
-        if (old) {
-            if (JsonResult<std::vector<Record>> read = fromJsonText<std::vector<Record>>(*old))
-                list = *std::move(read);
+    std::optional<Failure> refused;
+    TRY(defaults.update(key, [&](const std::optional<QByteArray> &old) -> std::optional<UserDefaults::Change> {
+        StoredList<Record> list = old ? decodedList<Record>(*old) : StoredList<Record>();
+        const bool damaged = !list.isWhole();
+        if (damaged && !recordsStandAlone<Record>) {
+            refused = StoredCondition{key, defaults.fileOf(key), list.state, list.lost, false}.failure();
+            return std::nullopt;
         }
-        const bool damaged = old && !list;
-        const std::optional<std::vector<Record>> changed = change(std::move(list));
+        if (list.state == StoredState::Damaged) {
+            const std::optional<QByteArray> good = defaults.readLastGood(key).value_or(std::nullopt);
+            list = good ? decodedList<Record>(*good) : StoredList<Record>();
+        }
+        const std::optional<std::vector<Record>> changed =
+            change(list.isKnown() ? std::optional(std::move(list.records)) : std::nullopt);
         if (!changed)
             return std::nullopt;
         return UserDefaults::Change{jsonText(toJson(*changed)), damaged};
-    });
+    }));
+    if (refused)
+        return failure(*std::move(refused));
+    return {};
 }
 
 /// Stores a whole list in place of the old one.

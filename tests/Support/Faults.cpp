@@ -146,6 +146,11 @@ FaultyUserDefaults::update(const QString &key,
     return m_plan.change<void>([&] { return m_real.update(key, change); });
 }
 
+Result<void> FaultyUserDefaults::replace(const QString &key, const std::optional<QByteArray> &json)
+{
+    return m_plan.change<void>([&] { return m_real.replace(key, json); });
+}
+
 bool SplitVolumes::same(const Location &a, const Location &b) const
 {
     return onOther(a) == onOther(b) && SystemVolumes::same(a, b);

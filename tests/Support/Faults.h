@@ -110,9 +110,15 @@ public:
 
     std::optional<QVariant> value(const QString &key) const override { return m_real.value(key); }
     Result<void> setValue(const QString &key, const QVariant &value) override { return m_real.setValue(key, value); }
-    std::optional<QByteArray> json(const QString &key) const override { return m_real.json(key); }
+    Result<std::optional<QByteArray>> read(const QString &key) const override { return m_real.read(key); }
+    Result<std::optional<QByteArray>> readLastGood(const QString &key) const override
+    {
+        return m_real.readLastGood(key);
+    }
+    Location fileOf(const QString &key) const override { return m_real.fileOf(key); }
     Result<void> update(const QString &key,
                         const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override;
+    Result<void> replace(const QString &key, const std::optional<QByteArray> &json) override;
 
 private:
     FaultPlan &m_plan;

@@ -113,7 +113,7 @@ TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
     tree.file("s/einstellungen/l.json", "[{kaputt");
     EXPECT_TRUE(defaults.update(u"l"_qs, [](const Old &) { return Change{"[]", true}; }));
     const std::vector<std::string> names = files();
-    ASSERT_EQ(names.size(), 3U) << "list, lock and what was kept aside";
+    ASSERT_EQ(names.size(), 4U) << "list, its last good version, lock and what was kept aside";
     const auto aside = std::ranges::find_if(
         names, [](const std::string &name) { return name.starts_with("l.beschädigt-") && name.ends_with(".json"); });
     ASSERT_NE(aside, names.end());
@@ -123,7 +123,7 @@ TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
     tree.file("s/einstellungen/settings.json", "{kaputt");
     EXPECT_FALSE(defaults.value(u"zahl"_qs));
     EXPECT_TRUE(defaults.setValue(u"zahl"_qs, 1));
-    EXPECT_EQ(files().size(), 5U) << "the values, and what was kept of them";
+    EXPECT_EQ(files().size(), 7U) << "the values twice, and what was kept of them";
 }
 
 TEST_F(FileUserDefaultsTest, AnUnreadableListIsNotAnEmptyOne)

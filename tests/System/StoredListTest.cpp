@@ -1,0 +1,184 @@
+#include "System/StoredList.h"
+
+#include "Support/TempTree.h"
+#include "System/FileUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using brellin::test::TempTree;
+
+namespace {
+
+struct Pin {
+    QString name;
+
+    bool operator==(const Pin &) const = default;
+};
+
+/// A record of a list that means nothing without it.
+struct Guard {
+    QString name;
+
+    bool operator==(const Guard &) const = default;
+};
+
+} // namespace
+
+namespace brellin {
+
+template <>
+struct JsonTable<Pin> {
+    static constexpr std::tuple fields{field("name", &Pin::name)};
+};
+
+template <>
+struct JsonTable<Guard> {
+    static constexpr std::tuple fields{field("name", &Guard::name)};
+};
+
+template <>
+inline constexpr bool recordsStandAlone<Guard> = false;
+
+} // namespace brellin
+
+namespace {
+
+class StoredListTest : public ::testing::Test {
+protected:
+    static constexpr qint64 limit = 200;
+
+    template <class Record>
+    Result<void> append(const QString &name)
+    {
+        return updateList<Record>(defaults, key, [&](std::optional<std::vector<Record>> list) {
+            std::vector<Record> all = std::move(list).value_or(std::vector<Record>());
+            all.push_back({name});
+            return std::optional(all);
+        });
+    }
+    template <class Record>
+    QString names() const
+    {
+        QString text;
+        for (const Record &one : storedList<Record>(defaults, key).value_or({}))
+            text += one.name;
+        return text;
+    }
+    template <class Record>
+    StoredState state() const
+    {
+        return storedList<Record>(defaults, key).state;
+    }
+    /// Cuts the stored file as a failing disk or another program does: in place.
+    void cut(std::uintmax_t bytes) const
+    {
+        std::filesystem::resize_file(file, std::filesystem::file_size(file) - bytes);
+    }
+    /// How many files' names begin like this.
+    std::ptrdiff_t count(std::string_view start) const
+    {
+        return std::ranges::count_if(std::filesystem::directory_iterator(tree.path("s")), [&](const auto &entry) {
+            return entry.path().filename().native().starts_with(start);
+        });
+    }
+
+    const QString key = QStringLiteral("l");
+    TempTree tree;
+    const Location file = tree.path("s/l.json");
+    FileUserDefaults defaults{tree.path("s"), {.usual = limit, .longList = 2 * limit, .longLists = {u"lang"_qs}}};
+};
+
+TEST_F(StoredListTest, TellsAbsentDamagedAndUnreadableApart)
+{
+    EXPECT_EQ(state<Pin>(), StoredState::Absent);
+    EXPECT_TRUE(wholeList<Guard>(defaults, key, {}));
+    tree.file("s/l.json", R"([{"name":"a"},{"name":7},{"name":"c"}])");
+    const StoredList<Pin> pins = storedList<Pin>(defaults, key);
+    EXPECT_EQ(pins.state, StoredState::Partly);
+    EXPECT_EQ(pins.value_or({}), (std::vector<Pin>{{u"a"_qs}, {u"c"_qs}}));
+    EXPECT_EQ(pins.lost, QStringList{u"Feld „[1].name“: hier gehört ein Text hin."_qs});
+    EXPECT_EQ(state<Guard>(), StoredState::Damaged) << "one record that is missing bares what it guarded";
+    EXPECT_EQ(wholeList<Guard>(defaults, key, {}).error().message,
+              u"„l.json“ ist beschädigt: Feld „[1].name“: hier gehört ein Text hin."_qs);
+    for (const char *const text : {"", "[{\"name\":\"a\"}", "{}", "null"}) {
+        tree.file("s/l.json", text);
+        EXPECT_EQ(state<Pin>(), StoredState::Damaged) << text;
+    }
+    tree.file("s/l.json", "[" + std::string(limit, ' ') + "]");
+    EXPECT_EQ(state<Pin>(), StoredState::Unreadable);
+    EXPECT_TRUE(defaults.read(key).error().is(std::errc::file_too_large));
+    std::filesystem::remove(file);
+    tree.folder("s/l.json");
+    EXPECT_EQ(state<Pin>(), StoredState::Unreadable);
+    EXPECT_FALSE(append<Pin>(u"x"_qs));
+}
+
+TEST_F(StoredListTest, AChangeOfADamagedListBeginsWithTheLastGoodVersion)
+{
+    ASSERT_TRUE(append<Pin>(u"a"_qs));
+    ASSERT_TRUE(append<Pin>(u"b"_qs));
+    cut(3);
+    EXPECT_EQ(names<Pin>(), u""_qs);
+    ASSERT_TRUE(append<Pin>(u"c"_qs));
+    EXPECT_EQ(names<Pin>(), u"abc"_qs);
+    EXPECT_EQ(count("l.beschädigt-"), 1);
+
+    // A record that is lost stays in what is kept aside: the text it was in, and the last good version.
+    tree.file("s/l.json", R"([{"name":"a"},{"name":7}])");
+    ASSERT_TRUE(append<Pin>(u"d"_qs));
+    EXPECT_EQ(names<Pin>(), u"ad"_qs);
+    EXPECT_EQ(count("l.beschädigt-"), 2);
+    EXPECT_EQ(count("l.zuletzt-gut-"), 2);
+}
+
+TEST_F(StoredListTest, AGuardingListIsNotChangedWhileItIsDamaged)
+{
+    ASSERT_TRUE(append<Guard>(u"a"_qs));
+    cut(1);
+    const std::string before = tree.snapshot();
+    EXPECT_FALSE(append<Guard>(u"b"_qs));
+    EXPECT_EQ(tree.snapshot(), before);
+
+    ASSERT_TRUE(defaults.replace(key, *defaults.readLastGood(key)));
+    EXPECT_EQ(names<Guard>(), u"a"_qs);
+    ASSERT_TRUE(append<Guard>(u"b"_qs));
+    EXPECT_EQ(names<Guard>(), u"ab"_qs);
+    EXPECT_EQ(count("l.beschädigt-"), 1);
+}
+
+TEST_F(StoredListTest, ReplacesWhatCannotEvenBeReadAndKeepsItAside)
+{
+    ASSERT_TRUE(append<Pin>(u"a"_qs));
+    std::filesystem::remove(file);
+    tree.file("s/l.json/innen", "bleibt");
+    ASSERT_TRUE(defaults.replace(key, std::nullopt));
+    EXPECT_EQ(state<Pin>(), StoredState::Absent);
+    EXPECT_EQ(defaults.readLastGood(key).value(), std::nullopt);
+    EXPECT_NE(tree.snapshot().find("innen"), std::string::npos);
+    EXPECT_EQ(count("l.zuletzt-gut-"), 1);
+}
+
+TEST_F(StoredListTest, WritesNothingThatItWouldNotRead)
+{
+    ASSERT_TRUE(append<Pin>(u"a"_qs));
+    const Result<void> stored = append<Pin>(QString(limit, u'x'));
+    ASSERT_FALSE(stored);
+    EXPECT_TRUE(stored.error().is(std::errc::file_too_large));
+    EXPECT_EQ(names<Pin>(), u"a"_qs);
+    const QByteArray text(limit + 1, ' ');
+    EXPECT_TRUE(defaults.update(u"lang"_qs, [&](const auto &) { return UserDefaults::Change{text}; }));
+    EXPECT_EQ(defaults.json(u"lang"_qs), text);
+}
+
+TEST_F(StoredListTest, DamagedSettingsComeBackWithTheNextOne)
+{
+    ASSERT_TRUE(defaults.setValue(u"zahl"_qs, 7));
+    tree.file("s/settings.json", "{\"zahl\":");
+    EXPECT_FALSE(defaults.value(u"zahl"_qs));
+    ASSERT_TRUE(defaults.setValue(u"text"_qs, u"neu"_qs));
+    EXPECT_EQ(defaults.value(u"zahl"_qs)->toInt(), 7);
+    EXPECT_EQ(defaults.value(u"text"_qs)->toString(), u"neu"_qs);
+}
+
+} // namespace
