@@ -15,6 +15,7 @@ struct AgentKeys {
     static inline const QString history = QStringLiteral("agentHistory");
     static inline const QString createdFolders = QStringLiteral("agentCreatedFolders");
     static inline const QString notRestored = QStringLiteral("agentNotRestored");
+    static inline const QString aftermath = QStringLiteral("agentUndoAftermath");
     static inline const QString marks = QStringLiteral("agentStepMarks");
     static inline const QString volumes = QStringLiteral("agentRunVolumes");
     static inline const QString answers = QStringLiteral("agentAIAnswers");

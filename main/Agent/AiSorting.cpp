@@ -1,7 +1,8 @@
 #include "Agent/AiSorting.h"
 
+#include "Agent/AgentKeys.h"
 #include "Disk/FreeName.h"
-#include "System/StoredList.h"
+#include "System/StoredKind.h"
 
 #include <algorithm>
 
@@ -27,7 +28,6 @@ struct JsonTable<AiAnswer> {
 
 namespace {
 
-const QString answersKey = QStringLiteral("agentAIAnswers");
 /// Answers kept, so that the list does not grow for ever.
 constexpr std::size_t mostAnswers = 5'000;
 
@@ -43,9 +43,14 @@ FileState storable(FileState state)
 AiSorting::AiSorting(const AgentServices &services, const JobControl &control)
     : m_services(services)
     , m_control(control)
-    , m_answers(storedList<AiAnswer>(services.defaults, answersKey).value_or(std::vector<AiAnswer>()))
+    , m_answers(storedList<AiAnswer>(services.defaults, AgentKeys::answers).value_or(std::vector<AiAnswer>()))
     , m_end(std::chrono::steady_clock::now() + budget)
 {
+}
+
+StoredKind AiSorting::answersKind()
+{
+    return storedKind<AiAnswer>(AgentKeys::answers);
 }
 
 std::optional<Location> AiSorting::destinationOf(const Candidate &candidate)
@@ -122,7 +127,7 @@ void AiSorting::remember() const
         return;
     const std::size_t old = m_answers.size() > mostAnswers ? m_answers.size() - mostAnswers : 0;
     // Losing answers costs time at the next scan, nothing else.
-    (void)storeList(m_services.defaults, answersKey,
+    (void)storeList(m_services.defaults, AgentKeys::answers,
                     std::vector(m_answers.begin() + static_cast<std::ptrdiff_t>(old), m_answers.end()));
 }
 

@@ -12,6 +12,8 @@
 
 namespace brellin {
 
+struct StoredKind;
+
 /// An answer of the language model that holds as long as the file stays the same, and the folder that was chosen in has the
 /// sub-folder that was chosen.
 struct AiAnswer {
@@ -41,6 +43,8 @@ public:
     std::optional<Location> destinationOf(const Candidate &candidate);
     /// Stores the answers.
     void remember() const;
+    /// The list of answers.
+    static StoredKind answersKind();
 
 private:
     std::optional<QString> answerFor(const Candidate &candidate);

@@ -1,10 +1,12 @@
 #include "Agent/CleanupAgent.h"
 
 #include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
 #include "Agent/ExampleRules.h"
 #include "Agent/Recovery.h"
 #include "Base/AbandonablePool.h"
-#include "System/StoredList.h"
+#include "System/PlainSetting.h"
+#include "System/StoredKind.h"
 
 #include <QDateTime>
 
@@ -14,10 +16,6 @@ namespace brellin {
 
 namespace {
 
-const QString rulesKey = QStringLiteral("agentRules");
-const QString profilesKey = QStringLiteral("agentProfiles");
-const QString duplicateFoldersKey = QStringLiteral("agentDuplicateFolders");
-const QString interruptedKey = QStringLiteral("agentInterruptedRuns");
 const QString intervalKey = QStringLiteral("agentInterval");
 const QString autoDuplicatesKey = QStringLiteral("agentAutoDuplicates");
 const QString newSinceViewedKey = QStringLiteral("agentNewSinceViewed");
@@ -31,20 +29,9 @@ constexpr int mostThreads = 3;
 
 constexpr int rulesVersion = 3;
 constexpr int defaultIntervalHours = 24;
+constexpr int longestIntervalHours = 24 * 366;
 
-template <class T>
-T plain(const UserDefaults &defaults, const QString &key, T fallback)
-{
-    const std::optional<QVariant> value = defaults.value(key);
-    return value && value->canConvert<T>() ? value->value<T>() : std::move(fallback);
-}
-
-std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders)
-{
-    return {folders.dir(StandardFolder::Downloads), folders.dir(StandardFolder::Desktop)};
-}
-
-/// Changes a stored list that is also published; what is absent starts as `fallback`.
+/// Changes a stored list that is also published; what is absent starts as `fallback`, what is damaged stays as it is.
 template <class T>
 Result<std::vector<T>> updated(UserDefaults &defaults, const QString &key, const std::vector<T> &fallback,
                                const std::function<std::vector<T>(std::vector<T>)> &change)
@@ -78,37 +65,47 @@ CleanupAgent::~CleanupAgent()
 void CleanupAgent::load()
 {
     const UserDefaults &defaults = m_services.defaults;
-    publish(rules, storedList<CleanupRule>(defaults, rulesKey).value_or(exampleRules(m_services.folders)));
-    const std::vector<QUuid> interrupted = storedList<QUuid>(defaults, interruptedKey).value_or(std::vector<QUuid>());
+    const std::vector<QUuid> interrupted = storedList<QUuid>(defaults, AgentKeys::interrupted).value_or({});
     publish(interruptedRuns, std::set<QUuid>(interrupted.begin(), interrupted.end()));
+    takeLists(AgentLists::read(defaults, m_services.folders));
     publishHistory(RunHistory(m_services.defaults).shown());
-    publish(profiles, storedList<FolderProfile>(defaults, profilesKey).value_or(std::vector<FolderProfile>()));
-    publish(duplicateFolders,
-            storedList<Location>(defaults, duplicateFoldersKey).value_or(defaultDuplicateFolders(m_services.folders)));
-    publish(never, ProposalMemory(m_services.defaults).never());
-    publish(intervalHours, plain(defaults, intervalKey, defaultIntervalHours));
-    publish(autoDuplicates, plain(defaults, autoDuplicatesKey, false));
-    publish(newSinceViewed, plain(defaults, newSinceViewedKey, 0));
-    if (const QDateTime time = plain(defaults, lastRunKey, QDateTime()); time.isValid())
-        publish(lastRun, std::optional(Instant(std::chrono::milliseconds(time.toMSecsSinceEpoch()))));
+    loadPlain();
+    publish(newSinceViewed, plainSetting(defaults, newSinceViewedKey, 0, 0, std::numeric_limits<int>::max()));
+}
+
+/// The settings that decide about a scan.
+void CleanupAgent::loadPlain()
+{
+    const UserDefaults &defaults = m_services.defaults;
+    publish(intervalHours, plainSetting(defaults, intervalKey, defaultIntervalHours, 0, longestIntervalHours));
+    publish(autoDuplicates, plainSetting(defaults, autoDuplicatesKey, false));
+    std::optional<Instant> last = m_checked;
+    if (const std::optional<QDateTime> time = plainDate(defaults, lastRunKey)) {
+        const Instant stored = instantFromMilliseconds(time->toMSecsSinceEpoch());
+        last = last ? std::max(*last, stored) : stored;
+    }
+    publish(lastRun, last);
 }
 
 /// Brings stored rules and folders of an earlier version up to date, once.
 void CleanupAgent::upgradeRules()
 {
-    if (plain(m_services.defaults, rulesVersionKey, 0) >= rulesVersion)
+    if (plainSetting(m_services.defaults, rulesVersionKey, 0, 0, std::numeric_limits<int>::max()) >= rulesVersion)
+        return;
+    // Damaged settings do not say that they are old.
+    if (!conditionOf(m_services.defaults, storedObjectKind(QStringLiteral("settings"))).isWhole())
         return;
     // Who has no rules yet starts with the examples as they are.
-    const Result<void> stored =
-        updateList<CleanupRule>(m_services.defaults, rulesKey, [this](std::optional<std::vector<CleanupRule>> old) {
+    const Result<void> stored = updateList<CleanupRule>(
+        m_services.defaults, AgentKeys::rules, [this](std::optional<std::vector<CleanupRule>> old) {
             return std::optional(old ? upgradedRules(*std::move(old), m_services.folders)
                                      : exampleRules(m_services.folders));
         });
-    publish(rules, storedList<CleanupRule>(m_services.defaults, rulesKey).value_or(rules.get()));
+    takeLists(AgentLists::read(m_services.defaults, m_services.folders));
     const auto folders = [this](const std::optional<std::vector<Location>> &old) {
         return std::optional(old.value_or(defaultDuplicateFolders(m_services.folders)));
     };
-    if (stored && updateList<Location>(m_services.defaults, duplicateFoldersKey, folders))
+    if (stored && updateList<Location>(m_services.defaults, AgentKeys::duplicateFolders, folders))
         (void)m_services.defaults.setValue(rulesVersionKey, rulesVersion);
 }
 
@@ -129,7 +126,7 @@ void CleanupAgent::recovered(Recovered found)
     if (!found.runs.empty()) {
         std::set<QUuid> all = interruptedRuns.get();
         all.insert(found.runs.begin(), found.runs.end());
-        (void)storeList(m_services.defaults, interruptedKey, std::vector(all.begin(), all.end()));
+        (void)storeList(m_services.defaults, AgentKeys::interrupted, std::vector(all.begin(), all.end()));
         publish(interruptedRuns, std::move(all));
     }
     publishHistory(std::move(found.history));
@@ -139,18 +136,23 @@ void CleanupAgent::publishHistory(RunHistory::Shown shown)
 {
     publish(history, std::move(shown.runs));
     publish(aftermath, std::move(shown.aftermath));
+    std::vector<StoredCondition> all = damaged.get();
+    std::erase_if(all, [](const StoredCondition &one) { return one.list == AgentKeys::history; });
+    if (shown.damage)
+        all.push_back(*std::move(shown.damage));
+    publish(damaged, std::move(all));
 }
 
 Result<void> CleanupAgent::updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change)
 {
-    publish(rules, TRY(updated(m_services.defaults, rulesKey, exampleRules(m_services.folders), change)));
+    publish(rules, TRY(updated(m_services.defaults, AgentKeys::rules, exampleRules(m_services.folders), change)));
     return {};
 }
 
 Result<void>
 CleanupAgent::updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change)
 {
-    publish(profiles, TRY(updated(m_services.defaults, profilesKey, std::vector<FolderProfile>(), change)));
+    publish(profiles, TRY(updated(m_services.defaults, AgentKeys::profiles, std::vector<FolderProfile>(), change)));
     return {};
 }
 
@@ -162,22 +164,32 @@ Result<void> CleanupAgent::addExampleRules()
 
 Result<void> CleanupAgent::setDuplicateFolders(const std::vector<Location> &folders)
 {
-    TRY(storeList(m_services.defaults, duplicateFoldersKey, folders));
+    TRY(storeList(m_services.defaults, AgentKeys::duplicateFolders, folders));
     publish(duplicateFolders, folders);
     return {};
 }
 
-void CleanupAgent::setIntervalHours(int hours)
+Result<void> CleanupAgent::setPlain(const QString &key, const QVariant &value)
 {
-    publish(intervalHours, hours);
-    (void)m_services.defaults.setValue(intervalKey, hours);
-    schedule();
+    Result<void> stored = m_services.defaults.setValue(key, value);
+    if (!stored)
+        publish(status, QStringLiteral("Die Einstellung ließ sich nicht speichern: ") + stored.error().message);
+    return stored;
 }
 
-void CleanupAgent::setAutoDuplicates(bool on)
+Result<void> CleanupAgent::setIntervalHours(int hours)
 {
+    TRY(setPlain(intervalKey, hours));
+    publish(intervalHours, hours);
+    schedule();
+    return {};
+}
+
+Result<void> CleanupAgent::setAutoDuplicates(bool on)
+{
+    TRY(setPlain(autoDuplicatesKey, on));
     publish(autoDuplicates, on);
-    (void)m_services.defaults.setValue(autoDuplicatesKey, on);
+    return {};
 }
 
 void CleanupAgent::setNewSinceViewed(int count)
@@ -221,8 +233,8 @@ void CleanupAgent::noteChecked()
 {
     const auto now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
     publish(lastRun, std::optional(Instant(now)));
-    (void)m_services.defaults.setValue(lastRunKey,
-                                       QDateTime::fromMSecsSinceEpoch(now.time_since_epoch().count(), Qt::UTC));
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(now.time_since_epoch().count(), Qt::UTC);
+    m_checked = setPlain(lastRunKey, time) ? std::nullopt : lastRun.get();
 }
 
 } // namespace brellin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/AgentLists.h"
 #include "Agent/AgentProposal.h"
 #include "Agent/AgentServices.h"
 #include "Agent/CleanupRule.h"
@@ -24,6 +25,8 @@
 #include <vector>
 
 namespace brellin {
+
+struct StoredKind;
 
 /// The cleanup agent: keeps the user's rules, looks what they would do, does what was ticked, and takes it back.
 ///
@@ -53,6 +56,7 @@ public:
     Published<std::map<QUuid, QString>> notUndone;               ///< runs that could not be undone just now, and why
     Published<std::set<QUuid>> interruptedRuns;                  ///< runs that were cut short and taken over
     Published<std::vector<NeverProposed>> never;                 ///< findings not to be offered again
+    Published<std::vector<StoredCondition>> damaged;             ///< stored lists that cannot be read whole
 
     /// Loads what is stored and brings it up to date. The services outlive the agent and its work.
     explicit CleanupAgent(const AgentServices &services);
@@ -129,6 +133,13 @@ public:
     /// Called once when an operation has ended and everything is published.
     void whenFinished(std::function<void()> finished) { m_finished = std::move(finished); }
 
+    /// Reads what is stored again, off the main thread: another program has changed it. After the operation at work.
+    void reload();
+    /// Puts the last good version of a damaged list in its place …
+    Result<void> restoreList(const QString &list);
+    /// … or begins it anew. Either way the damaged one is kept aside.
+    Result<void> beginListAnew(const QString &list);
+
     /// Replaces the stored rules (profiles) by what `change` makes of them.
     Result<void> updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change);
     Result<void> updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change);
@@ -146,8 +157,9 @@ public:
     Result<void> saveProfile(const FolderProfile &profile);
     Result<void> removeProfile(const QUuid &profile);
     Result<void> setDuplicateFolders(const std::vector<Location> &folders);
-    void setIntervalHours(int hours);
-    void setAutoDuplicates(bool on);
+    /// What cannot be stored does not happen; the status says so as well.
+    Result<void> setIntervalHours(int hours);
+    Result<void> setAutoDuplicates(bool on);
     /// Notes that the user's folders have just been checked.
     void noteChecked();
 
@@ -177,6 +189,10 @@ private:
     static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found,
                             const std::vector<AgentProposal> &listed, JobControl &control);
     void load();
+    void loadPlain();
+    void takeLists(AgentLists lists);
+    void readAfresh(std::function<void()> then);
+    Result<void> settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how);
     void upgradeRules();
     static Recovered takeOver(const AgentServices &services);
     void recovered(Recovered found);
@@ -185,18 +201,25 @@ private:
     void end(const QString &what);
     void fail(const Failure &why);
     void watch(const JobControl &control);
+    /// Who wants a scan.
+    enum class Cause { User, Schedule };
+    void beginScan(Search search, ScanPurpose purpose, Cause cause);
+    void scanIfDue();
+    Result<void> setPlain(const QString &key, const QVariant &value);
     void startScan(const ScanRequest &request, ScanPurpose purpose);
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);
     void finishScan(ScanEnd scan);
     void endCancelledScan(const ScanEnd &scan);
     void noteListed(ScanPurpose purpose);
     void follow(const ChangedProposals &followed);
+    void startAnalysis();
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
     void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
     void removeFromList(const std::set<QUuid> &ids);
     void dropProtected();
+    void startExecution(const std::set<QUuid> &ticked);
     void executed(Worked<ExecutionOutcome> worked);
     QString noteNotStored(const ExecutionOutcome &outcome);
     void undone(const QUuid &run, Worked<UndoOutcome> worked);
@@ -219,12 +242,16 @@ private:
     std::set<const QObject *> m_views; ///< that have said something of themselves
     std::set<const QObject *> m_visibleViews;
     std::set<const QObject *> m_attendedViews;
-    bool m_cancelled = false;      ///< the operation at work, by the user
-    bool m_duplicatesOnly = false; ///< the last scan looked for nothing else
+    bool m_cancelled = false;         ///< the operation at work, by the user
+    bool m_duplicatesOnly = false;    ///< the last scan looked for nothing else
+    std::optional<Instant> m_checked; ///< the last check, where that could not be stored
+    bool m_reloadLater = false;       ///< asked for while an operation was at work
     Schedule m_schedule;
     const std::shared_ptr<QThreadPool> m_threads;
     QThreadPool &m_pool = *m_threads;
     Job<Recovered> m_recovering;
+    Job<AgentLists> m_reading;
+    Job<std::pair<AgentLists, RunHistory::Shown>> m_reloading;
     Job<Result<ScanFindings>> m_scan;
     Job<Result<AnalysisFindings>> m_analyzing;
     Job<ScanEnd> m_finishing;

@@ -35,18 +35,39 @@ std::set<QUuid> tickedOf(const std::vector<AgentProposal> &list, const std::vect
 
 void CleanupAgent::scan(Search search, ScanPurpose purpose)
 {
+    beginScan(search, purpose, Cause::User);
+}
+
+void CleanupAgent::beginScan(Search search, ScanPurpose purpose, Cause cause)
+{
     if (!begin(QStringLiteral("Prüfe Regeln …")))
         return;
-    ScanRequest request{rules.get(), profiles.get(), never.get(), {}, autoDuplicates.get()};
-    if (search == Search::RulesAndDuplicates)
-        request.duplicateFolders = duplicateFolders.get();
-    startScan(request, purpose);
+    readAfresh([this, search, purpose, cause] {
+        const Result<void> setUp = agentMayBegin(damaged.get());
+        if (!setUp && cause == Cause::Schedule)
+            return fail(setUp.error());
+        ScanRequest request{rules.get(), profiles.get(), never.get(), {}, autoDuplicates.get() && setUp};
+        if (search == Search::RulesAndDuplicates)
+            request.duplicateFolders = duplicateFolders.get();
+        startScan(request, purpose);
+    });
+}
+
+/// What another program has done or set in the meantime counts.
+void CleanupAgent::scanIfDue()
+{
+    loadPlain();
+    if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
+        beginScan(Search::RulesAndDuplicates, ScanPurpose::ActAndPropose, Cause::Schedule);
 }
 
 void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
 {
-    if (begin(QStringLiteral("Suche doppelte Dateien …")))
+    if (!begin(QStringLiteral("Suche doppelte Dateien …")))
+        return;
+    readAfresh([this, folders] {
         startScan({{}, profiles.get(), never.get(), folders, false, rules.get()}, ScanPurpose::DuplicatesOnly);
+    });
 }
 
 void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)

@@ -37,15 +37,14 @@ void CleanupAgent::start()
 void CleanupAgent::schedule()
 {
     m_schedule.arm(intervalHours.get());
-    if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
-        scan(Search::RulesAndDuplicates);
+    scanIfDue();
 }
 
 void CleanupAgent::tick()
 {
     const bool free = !running.get() && !pendingProfile.get() && m_attendedViews.empty();
-    if (free && isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
-        scan(Search::RulesAndDuplicates);
+    if (free)
+        scanIfDue();
     if (m_receiptTick)
         m_receiptTick();
 }
@@ -67,6 +66,8 @@ void CleanupAgent::end(const QString &what)
     publish(detail, QString());
     publish(running, false);
     publish(status, what);
+    if (m_reloadLater)
+        reload();
     if (m_finished)
         m_finished();
 }
@@ -89,6 +90,7 @@ void CleanupAgent::watch(const JobControl &control)
 void CleanupAgent::cancel()
 {
     m_cancelled = true;
+    m_reading.cancel();
     m_scan.cancel();
     m_analyzing.cancel();
     m_finishing.cancel();
@@ -122,7 +124,12 @@ void CleanupAgent::analyze(const Location &folder)
         return;
     publish(pendingProfile, std::optional<FolderProfile>());
     m_analysedFolder = folder;
-    const AnalysisRequest request = analysisRequest(folder);
+    readAfresh([this] { startAnalysis(); });
+}
+
+void CleanupAgent::startAnalysis()
+{
+    const AnalysisRequest request = analysisRequest(*m_analysedFolder);
     m_analyzing.start(
         m_pool,
         [services = m_services, request](JobControl &control) { return brellin::analyze(services, request, control); },
@@ -179,15 +186,25 @@ void CleanupAgent::cancelPendingProfile()
 
 void CleanupAgent::executeChosen()
 {
-    std::vector<AgentProposal> ticked;
+    const std::set<QUuid> ticked = chosen.get();
+    if (begin(QStringLiteral("Führe Vorschläge aus …")))
+        readAfresh([this, ticked] { startExecution(ticked); });
+}
+
+/// What the user has meanwhile put on the list of what is never to be proposed, in another window, is not carried out.
+void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
+{
+    std::vector<AgentProposal> wanted;
+    std::set<QUuid> unwanted;
     for (const AgentProposal &proposal : proposals.get()) {
-        if (chosen.get().contains(proposal.id))
-            ticked.push_back(proposal);
+        if (std::ranges::find(never.get(), NeverProposed::of(proposal)) != never.get().end())
+            unwanted.insert(proposal.id);
+        else if (ticked.contains(proposal.id))
+            wanted.push_back(proposal);
     }
-    if (!begin(QStringLiteral("Führe Vorschläge aus …")))
-        return;
-    const auto work = [services = m_services, ticked, listed = proposals.get()](JobControl &control) {
-        Result<ExecutionOutcome> outcome = Execution(services).execute(ticked, control);
+    removeFromList(unwanted);
+    const auto work = [services = m_services, wanted, listed = proposals.get()](JobControl &control) {
+        Result<ExecutionOutcome> outcome = Execution(services).execute(wanted, control);
         ChangedProposals followed;
         if (outcome && outcome->run)
             followed = followedKept(listed, *outcome->run);

@@ -1,6 +1,7 @@
 #include "Agent/Execution.h"
 
 #include "Agent/AgentError.h"
+#include "Agent/AgentLists.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
 #include "Agent/RunTraces.h"
@@ -134,8 +135,8 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
 {
     const StateFolder state(m_services.stateFolder);
     const FileLock lock = TRY(state.lockAgent());
+    TRY(agentMayAct(m_services.defaults));
     const Location journals = TRY(state.journals());
-    std::ignore = TRY(storedProfiles(m_services.defaults));
     // Whole milliseconds: the stored number keeps no more.
     const Instant now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
     const QUuid id = QUuid::createUuid();

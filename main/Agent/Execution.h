@@ -39,7 +39,8 @@ public:
     explicit Execution(const AgentServices &services) : m_services(services) {}
 
     /// In the given order. `control` counts steps, names the file at hand and cancels between (and within) steps. Fails
-    /// with nothing done when somebody else is working or the journal cannot be written.
+    /// with nothing done when somebody else is working, what the user has laid down cannot be read whole or the journal
+    /// cannot be written.
     Result<ExecutionOutcome> execute(const std::vector<AgentProposal> &proposals, JobControl &control);
 
 private:

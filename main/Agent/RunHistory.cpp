@@ -1,7 +1,8 @@
 #include "Agent/RunHistory.h"
 
 #include "Agent/AgentJson.h"
-#include "System/StoredList.h"
+#include "Agent/AgentKeys.h"
+#include "System/StoredKind.h"
 
 #include <algorithm>
 
@@ -46,12 +47,16 @@ struct JsonTable<AftermathOfRun> {
 
 namespace {
 
-const QString historyKey = QStringLiteral("agentHistory");
-const QString createdKey = QStringLiteral("agentCreatedFolders");
-const QString notRestoredKey = QStringLiteral("agentNotRestored");
-const QString aftermathKey = QStringLiteral("agentUndoAftermath");
-const QString marksKey = QStringLiteral("agentStepMarks");
-const QString volumesKey = QStringLiteral("agentRunVolumes");
+/// Stores as many runs as the history keeps, or fewer where their file would become too large.
+Result<void> asManyAsFit(const std::function<Result<void>(std::size_t most)> &store)
+{
+    for (std::size_t most = RunHistory::longest; most > 1; most /= 2) {
+        const Result<void> stored = store(most);
+        if (stored || !stored.error().is(std::errc::file_too_large))
+            return stored;
+    }
+    return store(1);
+}
 
 template <class OfRun>
 bool saysNothing(const OfRun &one)
@@ -68,15 +73,17 @@ bool saysNothing(const AftermathOfRun &one)
 template <class OfRun>
 Result<void> remember(UserDefaults &defaults, const QString &key, OfRun added)
 {
-    return updateList<OfRun>(defaults, key, [&](std::optional<std::vector<OfRun>> stored) {
-        std::vector<OfRun> all = std::move(stored).value_or(std::vector<OfRun>());
-        const auto gone = std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
-        if (saysNothing(added) && gone == 0)
-            return std::optional<std::vector<OfRun>>();
-        if (!saysNothing(added))
-            all.insert(all.begin(), std::move(added));
-        all.resize(std::min(all.size(), RunHistory::longest));
-        return std::optional(std::move(all));
+    return asManyAsFit([&](std::size_t most) {
+        return updateList<OfRun>(defaults, key, [&](std::optional<std::vector<OfRun>> stored) {
+            std::vector<OfRun> all = std::move(stored).value_or(std::vector<OfRun>());
+            const auto gone = std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
+            if (saysNothing(added) && gone == 0)
+                return std::optional<std::vector<OfRun>>();
+            if (!saysNothing(added))
+                all.insert(all.begin(), added);
+            all.resize(std::min(all.size(), most));
+            return std::optional(std::move(all));
+        });
     });
 }
 
@@ -111,14 +118,32 @@ StepMarks marksFrom(const QString &text)
 
 } // namespace
 
+StoredKind RunHistory::placesKind(const QString &key)
+{
+    return storedKind<PlacesOfRun>(key);
+}
+
+StoredKind RunHistory::aftermathKind()
+{
+    return storedKind<AftermathOfRun>(AgentKeys::aftermath);
+}
+
+StoredKind RunHistory::marksKind()
+{
+    return storedKind<MarksOfRun>(AgentKeys::marks);
+}
+
 std::vector<JournalRun> RunHistory::runs() const
 {
-    return storedList<JournalRun>(m_defaults, historyKey).value_or(std::vector<JournalRun>());
+    return storedList<JournalRun>(m_defaults, AgentKeys::history).value_or({});
 }
 
 RunHistory::Shown RunHistory::shown() const
 {
-    Shown all{runs(), {}};
+    const StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, AgentKeys::history);
+    Shown all{stored.value_or({}), {}, {}};
+    if (!stored.isWhole())
+        all.damage = conditionOf(m_defaults, storedKind<JournalRun>(AgentKeys::history), stored);
     for (const JournalRun &run : all.runs) {
         if (!run.undone)
             continue;
@@ -130,17 +155,13 @@ RunHistory::Shown RunHistory::shown() const
 
 Result<std::vector<JournalRun>> RunHistory::readRuns() const
 {
-    std::optional<QByteArray> text;
-    TRY(m_defaults.update(historyKey, [&](const std::optional<QByteArray> &stored) {
-        text = stored;
-        return std::optional<UserDefaults::Change>();
-    }));
-    if (!text)
-        return std::vector<JournalRun>();
-    JsonResult<std::vector<JournalRun>> read = fromJsonText<std::vector<JournalRun>>(*text);
-    if (!read)
-        return failure(QStringLiteral("Der Verlauf ist nicht lesbar: ") + read.error().sentence());
-    return *std::move(read);
+    return wholeList<JournalRun>(m_defaults, AgentKeys::history, {});
+}
+
+Result<std::vector<JournalRun>> RunHistory::readableRuns() const
+{
+    StoredList<JournalRun> list = storedList<JournalRun>(m_defaults, AgentKeys::history);
+    return list.state == StoredState::Partly ? Result<std::vector<JournalRun>>(std::move(list.records)) : readRuns();
 }
 
 Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
@@ -148,27 +169,30 @@ Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
     // First what the undo needs besides the run: a crash in between leaves a note without a run, not the reverse.
     MarksOfRun marks{run.id, {}};
     std::ranges::transform(traces.marks, std::back_inserter(marks.values), textOfMarks);
-    TRY(remember(m_defaults, marksKey, std::move(marks)));
-    TRY(remember(m_defaults, volumesKey, PlacesOfRun{run.id, traces.volumes}));
-    TRY(remember(m_defaults, createdKey, PlacesOfRun{run.id, traces.createdFolders}));
-    return updateList<JournalRun>(m_defaults, historyKey, [&](std::optional<std::vector<JournalRun>> stored) {
-        std::vector<JournalRun> runs = std::move(stored).value_or(std::vector<JournalRun>());
-        if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
-            return std::optional<std::vector<JournalRun>>();
-        runs.insert(runs.begin(), run);
-        runs.resize(std::min(runs.size(), longest));
-        return std::optional(std::move(runs));
+    TRY(remember(m_defaults, AgentKeys::marks, std::move(marks)));
+    TRY(remember(m_defaults, AgentKeys::volumes, PlacesOfRun{run.id, traces.volumes}));
+    TRY(remember(m_defaults, AgentKeys::createdFolders, PlacesOfRun{run.id, traces.createdFolders}));
+    return asManyAsFit([&](std::size_t most) {
+        return updateList<JournalRun>(
+            m_defaults, AgentKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
+                std::vector<JournalRun> runs = std::move(stored).value_or(std::vector<JournalRun>());
+                if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
+                    return std::optional<std::vector<JournalRun>>();
+                runs.insert(runs.begin(), run);
+                runs.resize(std::min(runs.size(), most));
+                return std::optional(std::move(runs));
+            });
     });
 }
 
 Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath)
 {
-    TRY(remember(m_defaults, aftermathKey,
+    TRY(remember(m_defaults, AgentKeys::aftermath,
                  AftermathOfRun{run,
                                 aftermath.notRestored,
                                 {aftermath.left.begin(), aftermath.left.end()},
                                 {aftermath.remarks.begin(), aftermath.remarks.end()}}));
-    return updateList<JournalRun>(m_defaults, historyKey, [&](std::optional<std::vector<JournalRun>> stored) {
+    return updateList<JournalRun>(m_defaults, AgentKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
         if (!stored)
             return std::optional<std::vector<JournalRun>>();
         for (JournalRun &one : *stored)
@@ -180,18 +204,18 @@ Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath
 RunHistory::Traces RunHistory::traces(const QUuid &run) const
 {
     Traces traces;
-    traces.createdFolders = remembered<PlacesOfRun>(m_defaults, createdKey, run);
-    traces.volumes = remembered<PlacesOfRun>(m_defaults, volumesKey, run);
-    std::ranges::transform(remembered<MarksOfRun>(m_defaults, marksKey, run), std::back_inserter(traces.marks),
+    traces.createdFolders = remembered<PlacesOfRun>(m_defaults, AgentKeys::createdFolders, run);
+    traces.volumes = remembered<PlacesOfRun>(m_defaults, AgentKeys::volumes, run);
+    std::ranges::transform(remembered<MarksOfRun>(m_defaults, AgentKeys::marks, run), std::back_inserter(traces.marks),
                            marksFrom);
     return traces;
 }
 
 RunHistory::Aftermath RunHistory::aftermath(const QUuid &run) const
 {
-    const auto left = recorded<AftermathOfRun>(m_defaults, aftermathKey, run);
+    const auto left = recorded<AftermathOfRun>(m_defaults, AgentKeys::aftermath, run);
     if (!left)
-        return {remembered<PlacesOfRun>(m_defaults, notRestoredKey, run), {}, {}};
+        return {remembered<PlacesOfRun>(m_defaults, AgentKeys::notRestored, run), {}, {}};
     return {left->values,
             {left->steps.begin(), left->steps.end()},
             QStringList(left->remarks.begin(), left->remarks.end())};

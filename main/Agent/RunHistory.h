@@ -3,14 +3,18 @@
 #include "Agent/JournalRun.h"
 #include "Agent/StepMarks.h"
 #include "Base/Result.h"
+#include "System/StoredCondition.h"
 #include "System/UserDefaults.h"
 
 #include <QStringList>
 
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace brellin {
+
+struct StoredKind;
 
 /// The stored history of runs, newest first, at most thirty, and what is remembered beside each run under keys of its own:
 /// the folders that it created and what its undo could not put back. Every change reads what is stored, so that two
@@ -34,11 +38,14 @@ public:
     struct Shown {
         std::vector<JournalRun> runs;
         std::map<QUuid, Aftermath> aftermath;
+        std::optional<StoredCondition> damage; ///< the history is not all there
     };
     Shown shown() const;
     /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
     /// it does not say.
     Result<std::vector<JournalRun>> readRuns() const;
+    /// The same with the runs that can be read where others cannot.
+    Result<std::vector<JournalRun>> readableRuns() const;
     /// What an undo needs besides the steps.
     struct Traces {
         std::vector<Location> createdFolders; ///< in the order of their creation
@@ -52,6 +59,11 @@ public:
     Traces traces(const QUuid &run) const;
     /// Of an undo of an earlier version the paths only.
     Aftermath aftermath(const QUuid &run) const;
+
+    /// The lists beside the history: places under a key, and the marks.
+    static StoredKind placesKind(const QString &key);
+    static StoredKind marksKind();
+    static StoredKind aftermathKind();
 
 private:
     UserDefaults &m_defaults;

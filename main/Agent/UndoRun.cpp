@@ -173,7 +173,7 @@ Result<UndoOutcome> UndoRun::undo(const QUuid &id, JobControl &control)
     const Location journals = TRY(state.journals());
     RunHistory history(m_services.defaults);
     // Read under the lock: another program may have undone it since it was shown.
-    const std::vector<JournalRun> runs = TRY(history.readRuns());
+    const std::vector<JournalRun> runs = TRY(history.readableRuns());
     const auto found = std::ranges::find(runs, id, &JournalRun::id);
     const RunHistory::Aftermath before = history.aftermath(id);
     if (found == runs.end() || (found->undone && before.left.empty()))

@@ -73,7 +73,7 @@ TEST_F(AgentListsTest, groupsProposalsByWhatHappensAndTicksThem)
     setRules(agent, {trash, rule(QStringLiteral("txt"))});
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     const auto &groups = agent.groups.get();
-    ASSERT_EQ(groups.size(), 2u);
+    ASSERT_EQ(groups.size(), 2u) << agent.status.get().toStdString();
     EXPECT_EQ(groups[0].title() + QStringLiteral(": ") + groups[0].countText(),
               QStringLiteral("Verschieben: 2 Dateien · 1,5 MB"));
     EXPECT_EQ(groups[1].countText(), QStringLiteral("1 Datei · 2 MB"));

@@ -73,7 +73,7 @@ TEST_F(ScanTest, leavesAProjectToTheUserEvenWhereEverythingIsAutomatic)
     world.tree().file("home/Downloads/werk/tief/nochmal.pdf", "doppelt");
     CleanupAgent agent(world.services());
     use(agent, {automatic(moving(u"png"_qs, world.home("Bilder")))});
-    agent.setAutoDuplicates(true);
+    ASSERT_TRUE(agent.setAutoDuplicates(true));
     scan(agent);
     EXPECT_TRUE(world.tree().has("home/Bilder/frei.png"));
     ASSERT_EQ(agent.proposals.get().size(), 2u);
@@ -169,13 +169,13 @@ TEST_F(ScanTest, takesAFileOnceThoughTwoPathsLeadToIt)
     trash.action = RuleAction::Trash;
     CleanupAgent agent(world.services());
     use(agent, {trash});
-    agent.setAutoDuplicates(true);
+    ASSERT_TRUE(agent.setAutoDuplicates(true));
     scan(agent);
     EXPECT_EQ(world.tree().content("home/Downloads/neu.pdf"), "gleich");
     EXPECT_FALSE(world.tree().has("home/Downloads/alt.pdf"));
     // Moved by a rule, a duplicate is not listed for the Trash as well.
     world.tree().file("home/Downloads/alt.pdf", "gleich");
-    agent.setAutoDuplicates(false);
+    ASSERT_TRUE(agent.setAutoDuplicates(false));
     rule.conditions = {{.kind = ConditionKind::ExtensionIs, .value = u"pdf"_qs}};
     rule.automatic = false;
     use(agent, {rule});
@@ -193,7 +193,7 @@ TEST_F(ScanTest, leavesAProjectBehindALinkToTheUser)
     world.tree().file("home/Werk/tief/b.pdf", "gleich");
     CleanupAgent agent(world.services());
     use(agent, {automatic(moving(u"png"_qs, world.home("Bilder")))});
-    agent.setAutoDuplicates(true);
+    ASSERT_TRUE(agent.setAutoDuplicates(true));
     scan(agent);
     ASSERT_EQ(agent.proposals.get().size(), 2u);
     for (const AgentProposal &one : agent.proposals.get()) {

@@ -244,7 +244,7 @@ TEST_F(WholeRunTest, everythingDoneAndTakenBackLeavesTheHomeAsItWas)
     CleanupAgent agent(world.services());
     ASSERT_TRUE(setRules(agent));
     ASSERT_TRUE(agent.setDuplicateFolders({tree().path("home")}));
-    agent.setAutoDuplicates(true);
+    ASSERT_TRUE(agent.setAutoDuplicates(true));
     wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
     ASSERT_EQ(agent.history.get().size(), 1u) << agent.status.get().toStdString();
     EXPECT_TRUE(agent.failures.get().empty());

@@ -103,7 +103,7 @@ void AgentSettingsSheet::buildSchedule()
         this));
     showSchedule();
     connect(m_interval, &QComboBox::activated, this,
-            [this] { m_ports.agent.setIntervalHours(m_interval->currentData().toInt()); });
+            [this] { tell(m_ports.agent.setIntervalHours(m_interval->currentData().toInt())); });
     m_ports.agent.intervalHours.observe(this, [this](int) { showSchedule(); });
     m_ports.agent.lastRun.observe(this, [this](const auto &) { showSchedule(); });
 }
@@ -150,7 +150,8 @@ void AgentSettingsSheet::buildDuplicates()
         chooseFolder(this, QStringLiteral("Ordner nach Doppelten durchsuchen"), m_ports.services.folders.home,
                      [this](const Location &folder) { addDuplicateFolder(folder); });
     });
-    connect(m_autoDuplicates, &QCheckBox::clicked, this, [this](bool on) { m_ports.agent.setAutoDuplicates(on); });
+    connect(m_autoDuplicates, &QCheckBox::clicked, this,
+            [this](bool on) { tell(m_ports.agent.setAutoDuplicates(on)); });
     m_ports.agent.autoDuplicates.observe(this, [this](bool on) { m_autoDuplicates->setChecked(on); });
     m_ports.agent.duplicateFolders.observe(this, [this](const auto &) { showDuplicateFolders(); });
     showDuplicateFolders();
@@ -187,8 +188,15 @@ void AgentSettingsSheet::addDuplicateFolder(const Location &folder)
 
 void AgentSettingsSheet::setDuplicateFolders(const std::vector<Location> &folders)
 {
-    const Result<void> stored = m_ports.agent.setDuplicateFolders(folders);
+    tell(m_ports.agent.setDuplicateFolders(folders));
+}
+
+/// Says what could not be stored; the controls show again what is.
+void AgentSettingsSheet::tell(const Result<void> &stored)
+{
     m_problem->tell(stored ? QString() : stored.error().message, Token::Danger, Token::DangerSoft);
+    showSchedule();
+    m_autoDuplicates->setChecked(m_ports.agent.autoDuplicates.get());
 }
 
 void AgentSettingsSheet::buildModel()

@@ -31,6 +31,7 @@ private:
     void showDuplicateFolders();
     void addDuplicateFolder(const Location &folder);
     void setDuplicateFolders(const std::vector<Location> &folders);
+    void tell(const Result<void> &stored);
     void showModel();
     void showNever();
     QWidget *rowWith(const QString &text, const QString &toolTip, QPushButton *button);

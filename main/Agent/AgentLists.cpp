@@ -1,0 +1,78 @@
+#include "Agent/AgentLists.h"
+
+#include "Agent/AgentError.h"
+#include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
+#include "Agent/ExampleRules.h"
+#include "System/StoredKind.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// What the agent must know whole before it does anything.
+bool isDecisive(const StoredCondition &one)
+{
+    return one.list == AgentKeys::rules || one.list == AgentKeys::profiles || one.list == AgentKeys::never;
+}
+
+template <class Record>
+std::vector<Record> taken(AgentLists &lists, const UserDefaults &defaults, const QString &key,
+                          std::vector<Record> usual = {})
+{
+    const StoredList<Record> list = storedList<Record>(defaults, key);
+    if (!list.isWhole())
+        lists.damaged.push_back(conditionOf(defaults, storedKind<Record>(key), list));
+    return list.value_or(std::move(usual));
+}
+
+} // namespace
+
+AgentLists AgentLists::read(const UserDefaults &defaults, const KnownFolders &folders)
+{
+    AgentLists lists;
+    lists.rules = taken<CleanupRule>(lists, defaults, AgentKeys::rules, exampleRules(folders));
+    lists.profiles = taken<FolderProfile>(lists, defaults, AgentKeys::profiles);
+    lists.never = taken<NeverProposed>(lists, defaults, AgentKeys::never);
+    lists.duplicateFolders =
+        taken<Location>(lists, defaults, AgentKeys::duplicateFolders, defaultDuplicateFolders(folders));
+    StoredCondition settings = conditionOf(defaults, storedObjectKind(QStringLiteral("settings")));
+    if (!settings.isWhole())
+        lists.damaged.push_back(std::move(settings));
+    return lists;
+}
+
+Result<void> agentMayAct(const std::vector<StoredCondition> &damaged)
+{
+    const auto decisive = std::ranges::find_if(damaged, isDecisive);
+    if (decisive != damaged.end())
+        return failure(AgentError::listDamaged(*decisive));
+    return {};
+}
+
+Result<void> agentMayAct(const UserDefaults &defaults)
+{
+    AgentLists lists;
+    taken<CleanupRule>(lists, defaults, AgentKeys::rules);
+    taken<FolderProfile>(lists, defaults, AgentKeys::profiles);
+    taken<NeverProposed>(lists, defaults, AgentKeys::never);
+    return agentMayAct(lists.damaged);
+}
+
+Result<void> agentMayBegin(const std::vector<StoredCondition> &damaged)
+{
+    const auto lost = std::ranges::find_if(
+        damaged, [](const StoredCondition &one) { return isDecisive(one) || one.state != StoredState::Partly; });
+    if (lost != damaged.end())
+        return failure(AgentError::listDamaged(*lost));
+    return {};
+}
+
+std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders)
+{
+    return {folders.dir(StandardFolder::Downloads), folders.dir(StandardFolder::Desktop)};
+}
+
+} // namespace brellin

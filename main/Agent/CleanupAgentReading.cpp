@@ -1,0 +1,88 @@
+#include "Agent/CleanupAgent.h"
+
+#include "Agent/AgentError.h"
+#include "Agent/AgentKeys.h"
+#include "Agent/AgentKinds.h"
+
+#include <algorithm>
+
+/// How the agent comes to know what is stored, at the beginning of each operation and when others change it.
+namespace brellin {
+
+void CleanupAgent::takeLists(AgentLists lists)
+{
+    publish(rules, std::move(lists.rules));
+    publish(profiles, std::move(lists.profiles));
+    publish(duplicateFolders, std::move(lists.duplicateFolders));
+    publish(never, std::move(lists.never));
+    // What is known of the history stays: it is not read with the lists.
+    std::ranges::copy_if(damaged.get(), std::back_inserter(lists.damaged),
+                         [](const StoredCondition &one) { return one.list == AgentKeys::history; });
+    publish(damaged, std::move(lists.damaged));
+}
+
+/// Goes on once the lists are read, inside an operation that has begun; ends it where they cannot be read whole.
+void CleanupAgent::readAfresh(std::function<void()> then)
+{
+    m_reading.start(
+        m_pool, [services = m_services](JobControl &) { return AgentLists::read(services.defaults, services.folders); },
+        [this, next = std::move(then)](AgentLists lists) {
+            takeLists(std::move(lists));
+            loadPlain();
+            if (m_cancelled)
+                return fail(Failure::cancelled());
+            if (const Result<void> may = agentMayAct(damaged.get()); !may)
+                return fail(may.error());
+            next();
+        },
+        {});
+}
+
+void CleanupAgent::reload()
+{
+    m_reloadLater = running.get() || m_reloading.running();
+    if (m_reloadLater)
+        return;
+    const auto work = [services = m_services](JobControl &) {
+        return std::pair(AgentLists::read(services.defaults, services.folders), RunHistory(services.defaults).shown());
+    };
+    m_reloading.start(m_pool, work,
+                      [this](std::pair<AgentLists, RunHistory::Shown> read) {
+                          // An operation that has begun since has read for itself.
+                          if (!running.get()) {
+                              takeLists(std::move(read.first));
+                              publishHistory(std::move(read.second));
+                              const int before = intervalHours.get();
+                              loadPlain();
+                              if (intervalHours.get() != before)
+                                  m_schedule.arm(intervalHours.get());
+                          }
+                          if (m_reloadLater)
+                              reload();
+                      },
+                      {});
+}
+
+Result<void> CleanupAgent::settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how)
+{
+    if (running.get())
+        return failure(AgentError::alreadyWorking());
+    const StoredKind *const kind = agentKind(list);
+    if (!kind)
+        return failure(QStringLiteral("Eine Liste „%1“ hat der Aufräum-Agent nicht.").arg(list));
+    TRY(how(*kind));
+    reload();
+    return {};
+}
+
+Result<void> CleanupAgent::restoreList(const QString &list)
+{
+    return settle(list, [this](const StoredKind &kind) { return restoreLastGood(m_services.defaults, kind); });
+}
+
+Result<void> CleanupAgent::beginListAnew(const QString &list)
+{
+    return settle(list, [this](const StoredKind &kind) { return beginAnew(m_services.defaults, kind); });
+}
+
+} // namespace brellin

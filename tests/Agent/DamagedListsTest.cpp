@@ -1,0 +1,219 @@
+#include "Agent/CleanupAgent.h"
+
+#include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
+#include "Support/AgentWait.h"
+#include "Support/AgentWorld.h"
+#include "Support/WaitUntil.h"
+#include "System/StoredList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+namespace {
+
+/// What the agent does when somebody else damages or changes what it has stored.
+class DamagedListsTest : public testing::Test {
+protected:
+    DamagedListsTest()
+    {
+        world.tree().lines({"home/Downloads/Rechnung.pdf=eins", "home/Downloads/Projekt/geschützt.pdf=zwei"});
+        FolderProfile profile;
+        profile.rootPath = textOf(world.home("Downloads"));
+        profile.protectedEntries = {{.path = QStringLiteral("Projekt"), .reason = {}}};
+        EXPECT_TRUE(agent.saveProfile(profile));
+        EXPECT_TRUE(agent.updateRules([&](const auto &) { return std::vector{rule()}; }));
+        EXPECT_TRUE(agent.setDuplicateFolders({world.home("Downloads")}));
+    }
+
+    CleanupRule rule()
+    {
+        CleanupRule one;
+        one.name = QStringLiteral("PDFs");
+        one.sourcePath = textOf(world.home("Downloads"));
+        one.includeSubfolders = true;
+        one.conditions = {{.kind = ConditionKind::ExtensionIs, .value = QStringLiteral("pdf")}};
+        one.targetPath = textOf(world.home("Ziel"));
+        one.automatic = true;
+        return one;
+    }
+    Location fileOf(const QString &list) const
+    {
+        return world.tree().path("settings") / (list.toStdString() + ".json");
+    }
+    /// Shortens a list as a failing disk or a broken tool does.
+    void cut(const QString &list) const
+    {
+        std::filesystem::resize_file(fileOf(list), std::filesystem::file_size(fileOf(list)) - 3);
+    }
+    static std::vector<QString> lists(const CleanupAgent &one)
+    {
+        std::vector<QString> names;
+        for (const StoredCondition &condition : one.damaged.get())
+            names.push_back(condition.list);
+        return names;
+    }
+    void due() { world.clock.time += std::chrono::hours(1000); }
+    std::string home() const { return snapshotOf(world.tree().path("home")); }
+
+    AgentWorld world;
+    CleanupAgent agent{world.services()};
+};
+
+} // namespace
+
+TEST_F(DamagedListsTest, nothingIsScannedOrCarriedOutWhileADecisiveListIsDamaged)
+{
+    world.tree().lines({"home/Downloads/neu.pdf=drei"});
+    CleanupRule asking = rule();
+    asking.automatic = false;
+    ASSERT_TRUE(agent.updateRules([&](const auto &) { return std::vector{asking}; }));
+    ASSERT_TRUE(storeList(world.defaults(), AgentKeys::never,
+                          std::vector<NeverProposed>{{AgentProposal::Kind::Trash, "/x", {}}}));
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    ASSERT_THAT(agent.proposals.get(), SizeIs(2));
+    agent.choose({agent.proposals.get().front().id});
+    wait(agent, [&] { agent.executeChosen(); });
+    ASSERT_THAT(agent.history.get(), SizeIs(1));
+    const std::string before = home();
+
+    for (const QString &list : {AgentKeys::profiles, AgentKeys::rules, AgentKeys::never}) {
+        SCOPED_TRACE(list.toStdString());
+        cut(list);
+        agent.choose({agent.proposals.get().front().id});
+        const std::function<void()> operations[] = {
+            [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); }, [&] { agent.executeChosen(); },
+            [&] { agent.searchDuplicates({world.home("Downloads")}); }, [&] { agent.analyze(world.home("Downloads")); },
+            [&] {
+                due();
+                agent.tick();
+            }};
+        for (const auto &operation : operations) {
+            wait(agent, operation);
+            EXPECT_EQ(home(), before);
+            EXPECT_TRUE(agent.status.get().contains(shownName(fileOf(list)))) << agent.status.get().toStdString();
+        }
+        EXPECT_THAT(lists(agent), ElementsAre(list));
+        CleanupAgent next(world.services());
+        wait(next, [&] { next.start(); });
+        EXPECT_EQ(home(), before);
+        // Whoever has a list of proposals from before, another program for one, is refused as well.
+        JobControl control;
+        EXPECT_FALSE(Execution(world.services()).execute(agent.proposals.get(), control));
+        ASSERT_TRUE(agent.restoreList(list));
+        EXPECT_TRUE(waitUntil([&] { return agent.damaged.get().empty(); }));
+    }
+    cut(AgentKeys::rules);
+    wait(agent, [&] { agent.undo(agent.history.get().front().id); });
+    EXPECT_TRUE(agent.history.get().front().undone) << "an undo needs no rules";
+}
+
+TEST_F(DamagedListsTest, theExamplesOfDamagedRulesAreShownAndNotCarriedOut)
+{
+    cut(AgentKeys::rules);
+    CleanupAgent next(world.services());
+    EXPECT_THAT(next.rules.get(), SizeIs(10));
+    EXPECT_THAT(lists(next), ElementsAre(AgentKeys::rules));
+    EXPECT_TRUE(next.damaged.get().front().hasLastGood);
+    EXPECT_FALSE(next.saveRule(rule())) << "or the examples would become the user's own";
+    ASSERT_TRUE(next.beginListAnew(AgentKeys::rules));
+    EXPECT_TRUE(waitUntil([&] { return next.damaged.get().empty(); }));
+    EXPECT_THAT(next.rules.get(), SizeIs(10));
+    ASSERT_TRUE(next.saveRule(rule()));
+    EXPECT_NE(snapshotOf(world.tree().path("settings")).find("agentRules.beschädigt-"), std::string::npos);
+}
+
+TEST_F(DamagedListsTest, whatCannotBeReadIsNotAbsent)
+{
+    const std::string before = home();
+    std::filesystem::remove(fileOf(AgentKeys::profiles));
+    std::filesystem::create_directory(fileOf(AgentKeys::profiles)); // not even root reads a folder
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(home(), before);
+    ASSERT_THAT(lists(agent), ElementsAre(AgentKeys::profiles));
+    EXPECT_EQ(agent.damaged.get().front().state, StoredState::Unreadable);
+    ASSERT_TRUE(agent.restoreList(AgentKeys::profiles));
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_TRUE(world.tree().has("home/Downloads/Projekt/geschützt.pdf"));
+    EXPECT_TRUE(world.tree().has("home/Ziel/Rechnung.pdf"));
+}
+
+TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
+{
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    ASSERT_THAT(agent.history.get(), SizeIs(1));
+    QByteArray text = *world.defaults().json(AgentKeys::history);
+    text.replace(0, 1, R"([{"id":"kaputt"},)");
+    world.tree().file("settings/agentHistory.json", text.toStdString());
+    CleanupAgent next(world.services());
+    ASSERT_THAT(next.history.get(), SizeIs(1));
+    ASSERT_THAT(lists(next), ElementsAre(AgentKeys::history));
+    EXPECT_TRUE(next.damaged.get().front().text().contains(QStringLiteral("„[0].id“")));
+    wait(next, [&] { next.undo(next.history.get().front().id); });
+    EXPECT_TRUE(world.tree().has("home/Downloads/Rechnung.pdf"));
+    EXPECT_NE(snapshotOf(world.tree().path("settings")).find("agentHistory.beschädigt-"), std::string::npos)
+        << "kept aside";
+}
+
+TEST_F(DamagedListsTest, settingsOfAWrongTypeTakeTheirDefaultAndNothingBeginsWhereThereAreNone)
+{
+    world.tree().lines({"home/Downloads/kopie.txt=gleich", "home/Downloads/zweite.txt=gleich"});
+    world.tree().file("settings/settings.json", R"({"agentRulesVersion":3,"agentAutoDuplicates":"nein",
+        "agentInterval":"täglich","agentLastRun":true,"agentNewSinceViewed":1e300})");
+    CleanupAgent next(world.services());
+    EXPECT_FALSE(next.autoDuplicates.get());
+    EXPECT_EQ(next.intervalHours.get(), 24);
+    EXPECT_EQ(next.lastRun.get(), std::nullopt);
+    EXPECT_EQ(next.newSinceViewed.get(), 0);
+
+    // Whoever chose "by hand only" is not overruled by a damaged file.
+    const std::string before = home();
+    ASSERT_TRUE(agent.setIntervalHours(0));
+    cut(QStringLiteral("settings"));
+    CleanupAgent third(world.services());
+    wait(third, [&] { third.start(); });
+    EXPECT_EQ(home(), before);
+    EXPECT_TRUE(third.status.get().contains(u"settings.json"));
+    // The next setting that is stored brings the others back.
+    ASSERT_TRUE(third.setAutoDuplicates(false));
+    third.tick();
+    EXPECT_FALSE(third.running.get());
+    EXPECT_EQ(third.intervalHours.get(), 0);
+}
+
+TEST_F(DamagedListsTest, followsWhatAnotherProgramStores)
+{
+    CleanupAgent other(world.services());
+    ASSERT_TRUE(other.removeRule(other.rules.get().front().id));
+    ASSERT_TRUE(other.setIntervalHours(0));
+    const std::string before = home();
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(home(), before) << "by the rules of now";
+    EXPECT_THAT(agent.rules.get(), IsEmpty());
+    EXPECT_EQ(agent.intervalHours.get(), 0);
+    due();
+    agent.tick();
+    EXPECT_FALSE(agent.running.get());
+
+    ASSERT_TRUE(other.saveRule(rule()));
+    ASSERT_TRUE(other.removeProfile(other.profiles.get().front().id));
+    agent.reload();
+    EXPECT_TRUE(waitUntil([&] { return agent.rules.get().size() == 1 && agent.profiles.get().empty(); }));
+}
+
+TEST_F(DamagedListsTest, aSettingThatCannotBeStoredIsNotPretended)
+{
+    std::filesystem::remove(world.tree().path("settings/settings.json"));
+    world.tree().folder("settings/settings.json");
+    EXPECT_FALSE(agent.setAutoDuplicates(true));
+    EXPECT_FALSE(agent.autoDuplicates.get());
+    EXPECT_TRUE(agent.status.get().contains(u"settings.json")) << agent.status.get().toStdString();
+    EXPECT_FALSE(agent.setIntervalHours(1));
+    EXPECT_EQ(agent.intervalHours.get(), 24);
+}
