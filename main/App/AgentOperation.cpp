@@ -41,7 +41,10 @@ void waitFor(CleanupAgent &agent, Terminal &terminal, const std::function<void()
 
 ExitCode exitCodeOf(const Failure &failure, Terminal &terminal)
 {
-    terminal.message(failure.message);
+    // Only the user can decide what becomes of damaged data.
+    const QString how =
+        failure.is(std::errc::illegal_byte_sequence) ? QStringLiteral(" Wie es weitergeht: brellin daten") : QString();
+    terminal.message(failure.message + how);
     return failure.isCancelled() ? ExitCode::Cancelled : ExitCode::NotPossible;
 }
 

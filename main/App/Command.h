@@ -50,6 +50,7 @@ ExitCode runMoveCommand(CommandContext &context);
 ExitCode runTagCommand(CommandContext &context);
 ExitCode runTagsCommand(CommandContext &context);
 ExitCode runTaggedCommand(CommandContext &context);
+ExitCode runDataCommand(CommandContext &context);
 ExitCode runQuickAccessCommand(CommandContext &context);
 ExitCode runRenameCommand(CommandContext &context);
 ExitCode runTrashCommand(CommandContext &context);

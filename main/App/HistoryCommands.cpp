@@ -1,10 +1,12 @@
 #include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
 #include "Agent/CleanupAgent.h"
 #include "Agent/Recovery.h"
 #include "Agent/StateFolder.h"
 #include "App/AgentOperation.h"
 #include "App/Command.h"
 #include "App/Interruption.h"
+#include "App/StoredData.h"
 #include "Base/German.h"
 
 #include <QJsonArray>
@@ -66,6 +68,8 @@ ExitCode runHistoryCommand(CommandContext &context)
 {
     if (!context.arguments.rest().empty())
         return context.refuse(QStringLiteral("„verlauf“ nimmt keine weiteren Angaben."));
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::history))
+        return *damaged;
     {
         // What a killed program left is taken over; nothing else is stored by looking.
         const InterruptionNote interruption;
@@ -91,6 +95,8 @@ ExitCode runUndoCommand(CommandContext &context)
 {
     if (context.arguments.rest().size() > 1)
         return context.refuse(QStringLiteral("„rueckgaengig“ nimmt höchstens eine ID."));
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::history))
+        return *damaged;
     const InterruptionNote interruption;
     CleanupAgent agent(context.services.forAgent());
     agent.recover();

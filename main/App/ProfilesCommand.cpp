@@ -1,7 +1,9 @@
 #include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
 #include "Agent/CleanupAgent.h"
 #include "Agent/RulesFile.h"
 #include "App/ListCommand.h"
+#include "App/StoredData.h"
 #include "Base/German.h"
 
 namespace brellin {
@@ -47,6 +49,8 @@ ExitCode runProfilesCommand(CommandContext &context)
         listVerb(context, QStringLiteral("profile"), {QStringLiteral("export"), QStringLiteral("import")});
     if (!verb)
         return context.refuse(printable(verb.error().message));
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::profiles))
+        return *damaged;
     CleanupAgent agent(*verb == ListVerb::Import ? context.services.forAgent() : context.services.forProposingAgent());
     switch (*verb) {
     case ListVerb::Export:

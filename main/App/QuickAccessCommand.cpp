@@ -1,4 +1,4 @@
-#include "App/Command.h"
+#include "App/StoredData.h"
 #include "App/TypedLocation.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/QuickEntryJson.h"
@@ -26,6 +26,8 @@ ExitCode show(CommandContext &context, const Pins &pins)
 ExitCode runQuickAccessCommand(CommandContext &context)
 {
     const std::vector<std::string> &words = context.arguments.rest();
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, Pins::key))
+        return *damaged;
     if (words.empty())
         return show(context, Pins(context.services.forgottenSettings(), context.services.folders()));
     const QString verb = asciiWord(words.front());

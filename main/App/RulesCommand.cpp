@@ -1,7 +1,9 @@
 #include "Agent/AgentJson.h"
+#include "Agent/AgentKeys.h"
 #include "Agent/CleanupAgent.h"
 #include "Agent/RulesFile.h"
 #include "App/ListCommand.h"
+#include "App/StoredData.h"
 
 namespace brellin {
 
@@ -74,6 +76,8 @@ ExitCode runRulesCommand(CommandContext &context)
                  {QStringLiteral("export"), QStringLiteral("import"), QStringLiteral("beispiele")});
     if (!verb)
         return context.refuse(printable(verb.error().message));
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::rules))
+        return *damaged;
     const bool changes = *verb == ListVerb::Import || *verb == ListVerb::Examples;
     CleanupAgent agent(changes ? context.services.forAgent() : context.services.forProposingAgent());
     switch (*verb) {

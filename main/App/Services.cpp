@@ -1,5 +1,6 @@
 #include "App/Services.h"
 
+#include "Agent/AgentKinds.h"
 #include "App/ProgramFolders.h"
 
 #include <unistd.h>
@@ -8,7 +9,7 @@ namespace brellin {
 
 Services::Services()
     : m_folders(KnownFolders::ofThisUser())
-    , m_defaults(settingsFolder(m_folders.home))
+    , m_defaults(settingsFolder(m_folders.home), {.longLists = longAgentLists()})
     , m_forgotten(&m_defaults)
     , m_trash(m_folders.trash.parent_path(), m_volumes)
     , m_locations(m_folders.home)
