@@ -1,6 +1,7 @@
 #include "ContentView/FolderViews.h"
 
 #include "Base/Json.h"
+#include "System/PlainSetting.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,9 +47,9 @@ FolderView viewOf(const QString &entry, double iconSize)
 
 FolderView lastView(const UserDefaults &defaults)
 {
-    const QString mode = defaults.value(modeKey).value_or(QVariant()).toString();
-    const double size = defaults.value(sizeKey).value_or(QVariant()).toDouble();
-    return {modeOf(mode), std::isfinite(size) && size > 0 ? validIconSize(size) : usualIconSize};
+    const QString mode = plainSetting(defaults, modeKey, QString());
+    const double size = plainSetting(defaults, sizeKey, 0.0);
+    return {modeOf(mode), size > 0 ? validIconSize(size) : usualIconSize};
 }
 
 /// Which one goes hardly matters, as long as it is not the newest.

@@ -1,5 +1,7 @@
 #include "ContentView/Panes.h"
 
+#include "System/PlainSetting.h"
+
 namespace brellin {
 
 namespace {
@@ -13,7 +15,7 @@ Panes::Panes(BrowserServices services, const Location &start)
     , m_first(std::make_unique<BrowserModel>(services, start))
 {
     publish(active, m_first.get());
-    if (m_services.defaults.value(dualPaneKey).value_or(false).toBool())
+    if (plainSetting(m_services.defaults, dualPaneKey, false))
         openSecond(start);
 }
 

@@ -1,6 +1,7 @@
 #include "Features/FolderSizes.h"
 
 #include "Base/AbandonablePool.h"
+#include "System/PlainSetting.h"
 
 #include <algorithm>
 #include <utility>
@@ -65,7 +66,7 @@ bool FolderSizes::isDue(const std::string &folder) const
 
 bool FolderSizes::countsNetworks() const
 {
-    return m_defaults.value(QStringLiteral("folderSizesNetwork")).value_or(false).toBool();
+    return plainSetting(m_defaults, QStringLiteral("folderSizesNetwork"), false);
 }
 
 void FolderSizes::request(QObject *owner, std::vector<Location> folders)

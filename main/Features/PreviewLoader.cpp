@@ -1,6 +1,7 @@
 #include "Features/PreviewLoader.h"
 
 #include "Base/AbandonablePool.h"
+#include "System/PlainSetting.h"
 
 #include <algorithm>
 
@@ -102,8 +103,8 @@ void PreviewLoader::complete()
 {
     if (!m_wish || m_wish->entry != m_basics.entry)
         return;
-    m_wish->countsFolders = m_volumes.isLocal(m_wish->entry) ||
-                            m_defaults.value(QStringLiteral("folderSizesNetwork")).value_or(false).toBool();
+    m_wish->countsFolders =
+        m_volumes.isLocal(m_wish->entry) || plainSetting(m_defaults, QStringLiteral("folderSizesNetwork"), false);
     m_job = std::make_unique<Job<PreviewContent>>();
     m_job->start(
         pool(),

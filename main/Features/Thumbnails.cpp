@@ -1,6 +1,7 @@
 #include "Features/Thumbnails.h"
 
 #include "Base/AbandonablePool.h"
+#include "System/PlainSetting.h"
 
 #include <QPointer>
 
@@ -146,7 +147,7 @@ std::optional<ThumbnailWish> Thumbnails::nextLocal(Order &order)
 
 bool Thumbnails::admits(const Location &entry) const
 {
-    return m_volumes.isLocal(entry) || m_defaults.value(QStringLiteral("thumbnailsNetwork")).value_or(false).toBool();
+    return m_volumes.isLocal(entry) || plainSetting(m_defaults, QStringLiteral("thumbnailsNetwork"), false);
 }
 
 void Thumbnails::start(Lane &lane, const ThumbnailWish &wish)

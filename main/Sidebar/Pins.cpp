@@ -1,6 +1,7 @@
 #include "Sidebar/Pins.h"
 
 #include "Sidebar/QuickEntryJson.h"
+#include "System/PlainSetting.h"
 #include "System/StoredList.h"
 
 #include <QStringList>
@@ -22,8 +23,7 @@ QStringList olderPaths(const UserDefaults &defaults)
 {
     const QString key = QStringLiteral("pinnedFolders");
     const std::vector<QString> list = storedList<QString>(defaults, key).value_or({});
-    return list.empty() ? defaults.value(key).value_or(QVariant()).toStringList()
-                        : QStringList(list.begin(), list.end());
+    return list.empty() ? plainSetting(defaults, key, QStringList()) : QStringList(list.begin(), list.end());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "System/LocalModelServer.h"
 
 #include "System/LoopbackHttp.h"
+#include "System/PlainSetting.h"
 
 #include <algorithm>
 
@@ -40,8 +41,7 @@ Failure unavailable(ModelStatus status)
 
 std::optional<ModelEndpoint> LocalModelServer::endpointIn(const UserDefaults &defaults)
 {
-    const std::optional<QVariant> stored = defaults.value(endpointKey());
-    const Result<ModelEndpoint> endpoint = ModelEndpoint::parse(stored ? stored->toString() : QString());
+    const Result<ModelEndpoint> endpoint = ModelEndpoint::parse(plainSetting(defaults, endpointKey(), QString()));
     return endpoint ? std::optional(*endpoint) : std::nullopt;
 }
 

@@ -7,6 +7,7 @@
 #include "Look/Theme.h"
 #include "Sidebar/FolderTree.h"
 #include "Sidebar/Screens/SidebarView.h"
+#include "System/PlainSetting.h"
 #include "Transfers/Screens/TransferPanel.h"
 
 #include <QAction>
@@ -166,7 +167,7 @@ QWidget *MainWindow::buildPanes()
         tab()->focusActive();
         Q_EMIT changed();
     });
-    if (m_services.defaults().value(showPreviewKey).value_or(true).toBool())
+    if (plainSetting(m_services.defaults(), showPreviewKey, true))
         showPreview(true);
     return whole;
 }

@@ -4,6 +4,7 @@
 #include "Look/DesktopSettings.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
+#include "System/PlainSetting.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,9 +26,9 @@ const QString dark = QStringLiteral("dunkel");
 void applyAppearance(const UserDefaults &defaults, DesktopSettings &desktop)
 {
     Theme &theme = Theme::shared();
-    const double factor = defaults.value(scaleKey).value_or(1.0).toDouble();
+    const double factor = plainSetting(defaults, scaleKey, 1.0);
     theme.setFontFactor(factor >= 0.8 && factor <= 2 ? factor : 1.0);
-    const QString chosen = defaults.value(appearanceKey).value_or(QString()).toString();
+    const QString chosen = plainSetting(defaults, appearanceKey, QString());
     if (chosen != light && chosen != dark) {
         desktop.setFollowsAppearance(true);
         return;
@@ -56,7 +57,7 @@ SettingsSheet::SettingsSheet(const WindowServices &services, QWidget *window)
     content()->addSpacing(scaled(10));
     content()->addWidget(makeHeading(QStringLiteral("Terminal"), this));
     auto *const terminal =
-        new QLineEdit(services.defaults().value(QStringLiteral("terminal")).value_or(QString()).toString(), this);
+        new QLineEdit(plainSetting(services.defaults(), QStringLiteral("terminal"), QString()), this);
     terminal->setObjectName(QStringLiteral("terminalField"));
     terminal->setAccessibleName(QStringLiteral("Terminal"));
     terminal->setPlaceholderText(QStringLiteral("Befehl, z. B. konsole – leer: das Terminal des Systems"));
@@ -80,15 +81,14 @@ void SettingsSheet::addAppearance()
     tone->addItem(QStringLiteral("Wie das System"), QString());
     tone->addItem(QStringLiteral("Hell"), light);
     tone->addItem(QStringLiteral("Dunkel"), dark);
-    tone->setCurrentIndex(
-        std::max(0, tone->findData(m_services.defaults().value(appearanceKey).value_or(QString()).toString())));
+    tone->setCurrentIndex(std::max(0, tone->findData(plainSetting(m_services.defaults(), appearanceKey, QString()))));
     connect(tone, &QComboBox::activated, this, [this, tone] { store(appearanceKey, tone->currentData()); });
     auto *const size = new QComboBox(this);
     size->setObjectName(QStringLiteral("fontFactor"));
     size->setAccessibleName(QStringLiteral("Schriftgröße"));
     for (const int percent : {90, 100, 110, 125, 150})
         size->addItem(QStringLiteral("Schrift %1 %").arg(percent), percent / 100.0);
-    const double factor = m_services.defaults().value(scaleKey).value_or(1.0).toDouble();
+    const double factor = plainSetting(m_services.defaults(), scaleKey, 1.0);
     const int shownFactor = size->findText(QStringLiteral("Schrift %1 %").arg(qRound(factor * 100)));
     size->setCurrentIndex(shownFactor >= 0 ? shownFactor : size->findText(QStringLiteral("Schrift 100 %")));
     connect(size, &QComboBox::activated, this, [this, size] { store(scaleKey, size->currentData()); });
@@ -102,7 +102,7 @@ QCheckBox *SettingsSheet::addSwitch(const QString &key, bool usual, const QStrin
 {
     auto *const box = new QCheckBox(title, this);
     box->setObjectName(key);
-    box->setChecked(m_services.defaults().value(key).value_or(usual).toBool());
+    box->setChecked(plainSetting(m_services.defaults(), key, usual));
     connect(box, &QCheckBox::toggled, this, [this, key](bool on) { store(key, on); });
     content()->addWidget(box);
     TextLabel *const text = makeSecondary(explanation, this);

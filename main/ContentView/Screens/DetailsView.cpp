@@ -2,6 +2,7 @@
 
 #include "ContentView/Screens/DetailsHeader.h"
 #include "Look/Theme.h"
+#include "System/PlainSetting.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -127,7 +128,7 @@ void DetailsView::restoreWidths()
 {
     for (int section = 0; section < columnCount; ++section)
         header()->resizeSection(section, scaled(usualWidths.at(static_cast<std::size_t>(section))));
-    const QString stored = m_defaults.value(widthsKey).value_or(QString()).toString();
+    const QString stored = plainSetting(m_defaults, widthsKey, QString());
     int place = 0;
     for (const QString &one : stored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const int section = one.section(QLatin1Char(':'), 0, 0).toInt();

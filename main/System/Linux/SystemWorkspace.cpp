@@ -2,6 +2,7 @@
 
 #include "System/Linux/InstalledApplications.h"
 #include "System/Linux/ProgramStart.h"
+#include "System/PlainSetting.h"
 
 #include <QProcess>
 #include <QUrl>
@@ -170,8 +171,7 @@ std::vector<Application> SystemWorkspace::applicationsFor(const QString &mimeTyp
 /// The command of the user's terminal, its program's path first.
 std::optional<std::vector<std::string>> SystemWorkspace::terminalCommand() const
 {
-    const std::optional<QVariant> set = m_defaults.value(QStringLiteral("terminal"));
-    const QString own = set ? set->toString() : QString();
+    const QString own = plainSetting(m_defaults, QStringLiteral("terminal"), QString());
     for (const QString &command : {own, QString::fromStdString(m_environment.terminal),
                                    QStringLiteral("xdg-terminal-exec"), QStringLiteral("x-terminal-emulator")}) {
         const QStringList words = QProcess::splitCommand(command);
