@@ -2,6 +2,7 @@
 
 #include "Agent/Screens/AgentCard.h"
 #include "Agent/Screens/AgentTexts.h"
+#include "Agent/Screens/DamageNotice.h"
 #include "Agent/Screens/RunLine.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
@@ -45,6 +46,10 @@ StartPage::StartPage(const AgentPorts &ports, QWidget *parent)
     column->setContentsMargins(scaled(22), scaled(30), scaled(22), scaled(20));
     column->setSpacing(scaled(6));
     buildHead();
+    auto *const damage = new QHBoxLayout;
+    damage->setContentsMargins(shadowReach(), 0, shadowReach(), 0);
+    damage->addWidget(new DamageNotice(m_ports.agent, m_inner));
+    column->addLayout(damage);
     buildCards();
     auto *const line = new QHBoxLayout;
     line->setContentsMargins(shadowReach(), 0, shadowReach(), 0);

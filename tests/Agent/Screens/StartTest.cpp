@@ -2,6 +2,7 @@
 #include "Agent/Screens/RunRow.h"
 #include "Agent/Screens/ScreenWorld.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
@@ -212,6 +213,51 @@ TEST_F(AgentStart, namesTheVolumeThatIsAwayInTheRunsRow)
     EXPECT_FALSE(find("runNotUndone"));
     EXPECT_TRUE(find("runUndone"));
     EXPECT_EQ(tree().content("home/Downloads/a.pdf"), "1");
+}
+
+TEST_F(AgentStart, namesADamagedListAndOffersAWayOut)
+{
+    tree().lines({"home/Downloads/a.pdf=1"});
+    show({movingPdfs()});
+    EXPECT_FALSE(find("damageNotice"));
+    const Location file = tree().path("settings/agentRules.json");
+    const auto cut = [&] { std::filesystem::resize_file(file, std::filesystem::file_size(file) - 3); };
+    cut();
+    scan();
+    EXPECT_TRUE(agent->proposals.get().empty());
+    click("agentBack");
+    const auto *const text = find<QLabel>("damageText");
+    ASSERT_TRUE(text);
+    EXPECT_TRUE(text->text().contains(QStringLiteral("„agentRules.json“"))) << text->text().toStdString();
+    click("damageRestore");
+    ASSERT_TRUE(waitUntil([this] { return !find("damageNotice"); }));
+    EXPECT_EQ(agent->rules.get().front().name, movingPdfs().name);
+
+    cut();
+    agent->reload();
+    ASSERT_TRUE(waitUntil([this] { return find("damageBeginAnew") != nullptr; }));
+    click("damageBeginAnew");
+    click("cancel");
+    EXPECT_TRUE(find("damageNotice")) << "asked first";
+    click("damageBeginAnew");
+    click("accept");
+    ASSERT_TRUE(waitUntil([this] { return !find("damageNotice"); }));
+    EXPECT_EQ(agent->rules.get().size(), 10U);
+}
+
+TEST_F(AgentStart, saysWhichSettingCouldNotBeStored)
+{
+    show({});
+    std::filesystem::remove(tree().path("settings/settings.json"));
+    tree().folder("settings/settings.json");
+    click("agentSettings");
+    click("settingsAutoDuplicates");
+    EXPECT_FALSE(find<QCheckBox>("settingsAutoDuplicates")->isChecked());
+    EXPECT_TRUE(find("settingsProblem"));
+    auto *const interval = find<QComboBox>("settingsInterval");
+    interval->setFocus();
+    QTest::keyClick(interval, Qt::Key_Home);
+    EXPECT_EQ(interval->currentText(), QStringLiteral("Täglich"));
 }
 
 TEST_F(AgentStart, settingsAreStoredAtOnce)

@@ -1,0 +1,117 @@
+#include "Agent/Screens/DamageNotice.h"
+
+#include "Look/Buttons.h"
+#include "Look/Labels.h"
+#include "Look/Theme.h"
+#include "Look/YesNoSheet.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace brellin {
+
+namespace {
+
+/// What the agent does in the meantime.
+QString consequence(const std::vector<StoredCondition> &damaged)
+{
+    if (!agentMayAct(damaged))
+        return QStringLiteral(
+            "Bis das entschieden ist, prüft und räumt der Aufräum-Agent nichts. Rückgängig machen geht.");
+    if (!agentMayBegin(damaged))
+        return QStringLiteral("Bis das entschieden ist, beginnt der Aufräum-Agent nichts von selbst.");
+    return QStringLiteral("Was lesbar ist, wird benutzt.");
+}
+
+} // namespace
+
+DamageNotice::DamageNotice(CleanupAgent &agent, QWidget *parent)
+    : QWidget(parent)
+    , m_agent(agent)
+    , m_column(new QVBoxLayout(this))
+    , m_problem(makeBody({}, this))
+{
+    setObjectName(QStringLiteral("damageNotice"));
+    m_column->setContentsMargins(scaled(14), scaled(10), scaled(14), scaled(10));
+    m_column->setSpacing(scaled(8));
+    m_problem->setToken(Token::Danger);
+    m_problem->setObjectName(QStringLiteral("damageProblem"));
+    m_problem->hide();
+    m_column->addWidget(m_problem);
+    m_agent.damaged.observe(this, [this](const auto &) { showDamage(); });
+    showDamage();
+}
+
+void DamageNotice::showDamage()
+{
+    const std::vector<StoredCondition> &damaged = m_agent.damaged.get();
+    if (m_rows) {
+        m_rows->hide(); // one of its buttons may have been clicked just now
+        m_rows->deleteLater();
+    }
+    m_rows = new QWidget(this);
+    auto *const column = new QVBoxLayout(m_rows);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(scaled(8));
+    for (const StoredCondition &list : damaged)
+        column->addWidget(rowOf(list));
+    column->addWidget(makeSecondary(consequence(damaged), m_rows));
+    m_column->insertWidget(0, m_rows);
+    m_problem->hide();
+    setVisible(!damaged.empty());
+}
+
+QWidget *DamageNotice::rowOf(const StoredCondition &list)
+{
+    auto *const held = new QWidget(m_rows);
+    auto *const row = new QHBoxLayout(held);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(scaled(8));
+    TextLabel *const text = makeBody(list.text(), held);
+    text->setObjectName(QStringLiteral("damageText"));
+    text->setToolTip(shown(list.file));
+    row->addWidget(text, 1);
+    if (list.hasLastGood) {
+        QPushButton *const restore =
+            makeButton(QStringLiteral("Letzte gute Fassung"), ButtonKind::Usual, QStringLiteral("damageRestore"), held);
+        restore->setToolTip(QStringLiteral("Nimmt den Stand, der zuletzt gespeichert wurde. Die beschädigte Datei wird "
+                                           "aufgehoben."));
+        connect(restore, &QPushButton::clicked, this, [this, list] { tell(m_agent.restoreList(list.list)); });
+        row->addWidget(restore, 0, Qt::AlignTop);
+    }
+    QPushButton *const fresh =
+        makeButton(QStringLiteral("Neu beginnen …"), ButtonKind::Usual, QStringLiteral("damageBeginAnew"), held);
+    connect(fresh, &QPushButton::clicked, this, [this, list] { askToBeginAnew(list); });
+    row->addWidget(fresh, 0, Qt::AlignTop);
+    return held;
+}
+
+void DamageNotice::askToBeginAnew(const StoredCondition &list)
+{
+    auto *const question = new YesNoSheet(
+        QStringLiteral("Mit „%1“ neu beginnen?").arg(shownName(list.file)),
+        QStringLiteral(
+            "Was darin stand, gilt dann nicht mehr, auch kein Schutz, den du eingerichtet hattest. Die Datei "
+            "selbst wird daneben aufgehoben."),
+        QStringLiteral("Neu beginnen"), ButtonKind::Danger, window());
+    question->setObjectName(QStringLiteral("damageQuestion"));
+    connect(question, &YesNoSheet::accepted, this, [this, key = list.list] { tell(m_agent.beginListAnew(key)); });
+    question->open();
+}
+
+void DamageNotice::tell(const Result<void> &done)
+{
+    m_problem->setText(done ? QString() : done.error().message);
+    m_problem->setVisible(!done);
+}
+
+void DamageNotice::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color(Token::WarningSoft));
+    painter.drawRoundedRect(rect(), 8, 8);
+}
+
+} // namespace brellin
