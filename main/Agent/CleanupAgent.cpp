@@ -46,31 +46,24 @@ Result<std::vector<T>> updated(UserDefaults &defaults, const QString &key, const
 
 } // namespace
 
-CleanupAgent::CleanupAgent(const AgentServices &services)
+CleanupAgent::CleanupAgent(const AgentServices &services, Loading loading)
     : m_services(services)
     , m_schedule([this] { tick(); })
     , m_threads(abandonablePool(patienceAtTheEnd))
 {
     m_pool.setMaxThreadCount(mostThreads);
-    load();
-    upgradeRules();
     profiles.observe(this, [this](const auto &) { dropProtected(); });
+    loadPlain();
+    publish(newSinceViewed, plainSetting(services.defaults, newSinceViewedKey, 0, 0, std::numeric_limits<int>::max()));
+    if (loading == Loading::WithStart)
+        return;
+    upgradeStored(m_services);
+    takeStored(readStored(m_services));
 }
 
 CleanupAgent::~CleanupAgent()
 {
     cancel();
-}
-
-void CleanupAgent::load()
-{
-    const UserDefaults &defaults = m_services.defaults;
-    const std::vector<QUuid> interrupted = storedList<QUuid>(defaults, AgentKeys::interrupted).value_or({});
-    publish(interruptedRuns, std::set<QUuid>(interrupted.begin(), interrupted.end()));
-    takeLists(AgentLists::read(defaults, m_services.folders));
-    publishHistory(RunHistory(m_services.defaults).shown());
-    loadPlain();
-    publish(newSinceViewed, plainSetting(defaults, newSinceViewedKey, 0, 0, std::numeric_limits<int>::max()));
 }
 
 /// The settings that decide about a scan.
@@ -88,48 +81,57 @@ void CleanupAgent::loadPlain()
 }
 
 /// Brings stored rules and folders of an earlier version up to date, once.
-void CleanupAgent::upgradeRules()
+void CleanupAgent::upgradeStored(const AgentServices &services)
 {
-    if (plainSetting(m_services.defaults, rulesVersionKey, 0, 0, std::numeric_limits<int>::max()) >= rulesVersion)
+    UserDefaults &defaults = services.defaults;
+    if (plainSetting(defaults, rulesVersionKey, 0, 0, std::numeric_limits<int>::max()) >= rulesVersion)
         return;
     // Damaged settings do not say that they are old.
-    if (!conditionOf(m_services.defaults, storedObjectKind(QStringLiteral("settings"))).isWhole())
+    if (!conditionOf(defaults, storedObjectKind(QStringLiteral("settings"))).isWhole())
         return;
     // Who has no rules yet starts with the examples as they are.
-    const Result<void> stored = updateList<CleanupRule>(
-        m_services.defaults, AgentKeys::rules, [this](std::optional<std::vector<CleanupRule>> old) {
-            return std::optional(old ? upgradedRules(*std::move(old), m_services.folders)
-                                     : exampleRules(m_services.folders));
+    const Result<void> stored =
+        updateList<CleanupRule>(defaults, AgentKeys::rules, [&](std::optional<std::vector<CleanupRule>> old) {
+            return std::optional(old ? upgradedRules(*std::move(old), services.folders)
+                                     : exampleRules(services.folders));
         });
-    takeLists(AgentLists::read(m_services.defaults, m_services.folders));
-    const auto folders = [this](const std::optional<std::vector<Location>> &old) {
-        return std::optional(old.value_or(defaultDuplicateFolders(m_services.folders)));
+    const auto folders = [&](const std::optional<std::vector<Location>> &old) {
+        return std::optional(old.value_or(defaultDuplicateFolders(services.folders)));
     };
-    if (stored && updateList<Location>(m_services.defaults, AgentKeys::duplicateFolders, folders))
-        (void)m_services.defaults.setValue(rulesVersionKey, rulesVersion);
+    if (stored && updateList<Location>(defaults, AgentKeys::duplicateFolders, folders))
+        (void)defaults.setValue(rulesVersionKey, rulesVersion);
 }
 
 void CleanupAgent::recover()
 {
     if (!running.get())
-        recovered(takeOver(m_services));
+        takeStored(takeOver(m_services));
 }
 
-CleanupAgent::Recovered CleanupAgent::takeOver(const AgentServices &services)
+/// Brings what is stored up to date, takes over the runs that were cut short, and reads all of it.
+CleanupAgent::Stored CleanupAgent::takeOver(const AgentServices &services)
 {
-    std::vector<QUuid> runs = recoverInterruptedRuns(services);
-    return {std::move(runs), RunHistory(services.defaults).shown()};
+    upgradeStored(services);
+    const std::vector<QUuid> recovered = recoverStored(services);
+    Stored stored = readStored(services);
+    // Noted also where that could not be stored.
+    stored.interrupted.insert(stored.interrupted.end(), recovered.begin(), recovered.end());
+    return stored;
 }
 
-void CleanupAgent::recovered(Recovered found)
+/// Takes over the runs that were cut short, and notes which they are.
+std::vector<QUuid> CleanupAgent::recoverStored(const AgentServices &services)
 {
-    if (!found.runs.empty()) {
-        std::set<QUuid> all = interruptedRuns.get();
-        all.insert(found.runs.begin(), found.runs.end());
-        (void)storeList(m_services.defaults, AgentKeys::interrupted, std::vector(all.begin(), all.end()));
-        publish(interruptedRuns, std::move(all));
-    }
-    publishHistory(std::move(found.history));
+    std::vector<QUuid> found = recoverInterruptedRuns(services);
+    if (found.empty())
+        return found;
+    (void)updateList<QUuid>(services.defaults, AgentKeys::interrupted, [&](std::optional<std::vector<QUuid>> known) {
+        std::vector<QUuid> all = std::move(known).value_or(std::vector<QUuid>());
+        std::ranges::copy_if(found, std::back_inserter(all),
+                             [&](const QUuid &run) { return std::ranges::find(all, run) == all.end(); });
+        return std::optional(std::move(all));
+    });
+    return found;
 }
 
 void CleanupAgent::publishHistory(RunHistory::Shown shown)
@@ -145,6 +147,7 @@ void CleanupAgent::publishHistory(RunHistory::Shown shown)
 
 Result<void> CleanupAgent::updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change)
 {
+    ++m_changes;
     publish(rules, TRY(updated(m_services.defaults, AgentKeys::rules, exampleRules(m_services.folders), change)));
     return {};
 }
@@ -152,6 +155,7 @@ Result<void> CleanupAgent::updateRules(const std::function<std::vector<CleanupRu
 Result<void>
 CleanupAgent::updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change)
 {
+    ++m_changes;
     publish(profiles, TRY(updated(m_services.defaults, AgentKeys::profiles, std::vector<FolderProfile>(), change)));
     return {};
 }
@@ -164,6 +168,7 @@ Result<void> CleanupAgent::addExampleRules()
 
 Result<void> CleanupAgent::setDuplicateFolders(const std::vector<Location> &folders)
 {
+    ++m_changes;
     TRY(storeList(m_services.defaults, AgentKeys::duplicateFolders, folders));
     publish(duplicateFolders, folders);
     return {};
@@ -171,6 +176,7 @@ Result<void> CleanupAgent::setDuplicateFolders(const std::vector<Location> &fold
 
 Result<void> CleanupAgent::setPlain(const QString &key, const QVariant &value)
 {
+    ++m_changes;
     Result<void> stored = m_services.defaults.setValue(key, value);
     if (!stored)
         publish(status, QStringLiteral("Die Einstellung ließ sich nicht speichern: ") + stored.error().message);

@@ -58,8 +58,10 @@ public:
     Published<std::vector<NeverProposed>> never;                 ///< findings not to be offered again
     Published<std::vector<StoredCondition>> damaged;             ///< stored lists that cannot be read whole
 
+    /// When the stored lists are read: at once, or by `start` on a worker (long ones take a while, and a window is to open).
+    enum class Loading { AtOnce, WithStart };
     /// Loads what is stored and brings it up to date. The services outlive the agent and its work.
-    explicit CleanupAgent(const AgentServices &services);
+    explicit CleanupAgent(const AgentServices &services, Loading loading = Loading::AtOnce);
     ~CleanupAgent() override;
 
     /// Takes over what a killed program left behind, on a worker; then arms the timer and starts a scan that is due.
@@ -98,7 +100,8 @@ public:
     void setChosen(const QUuid &proposal, Tick tick);
     /// … or all that are done the same way.
     void setGroupChosen(AgentProposal::Kind kind, Tick tick);
-    /// Turns a pair of duplicates round: the file that was to go is kept, the kept one goes instead.
+    /// Turns a pair of duplicates round: the file that was to go is kept, the kept one goes instead. Where that cannot be, the
+    /// status says why as well.
     Result<void> keepInstead(const QUuid &proposal);
     /// Removes proposals and does not make them again, until the user takes that back.
     void neverPropose(const std::set<QUuid> &ids);
@@ -180,22 +183,24 @@ private:
         ChangedProposals followed = {}; ///< of the list from before, which stays when the scan is cancelled
     };
 
-    /// … and from the look for runs that were cut short.
-    struct Recovered {
-        std::vector<QUuid> runs;
-        RunHistory::Shown history;
-    };
-
     static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found,
                             const std::vector<AgentProposal> &listed, JobControl &control);
-    void load();
+    /// What is stored, read together.
+    struct Stored {
+        AgentLists lists;
+        RunHistory::Shown history;
+        std::vector<QUuid> interrupted;
+    };
+    static Stored readStored(const AgentServices &services);
+    static void upgradeStored(const AgentServices &services);
+    static std::vector<QUuid> recoverStored(const AgentServices &services);
+    void takeStored(Stored stored);
+    void takeIfNew(Stored stored, int changes);
     void loadPlain();
     void takeLists(AgentLists lists);
     void readAfresh(std::function<void()> then);
     Result<void> settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how);
-    void upgradeRules();
-    static Recovered takeOver(const AgentServices &services);
-    void recovered(Recovered found);
+    static Stored takeOver(const AgentServices &services);
     void publishHistory(RunHistory::Shown shown);
     bool begin(const QString &what);
     void end(const QString &what);
@@ -217,6 +222,7 @@ private:
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
     void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
+    Result<void> turnRound(const QUuid &proposal);
     void removeFromList(const std::set<QUuid> &ids);
     void dropProtected();
     void startExecution(const std::set<QUuid> &ticked);
@@ -245,13 +251,14 @@ private:
     bool m_cancelled = false;         ///< the operation at work, by the user
     bool m_duplicatesOnly = false;    ///< the last scan looked for nothing else
     std::optional<Instant> m_checked; ///< the last check, where that could not be stored
-    bool m_reloadLater = false;       ///< asked for while an operation was at work
+    int m_changes = 0;          ///< of what is stored, made here
+    bool m_reloadLater = false; ///< asked for while an operation was at work
     Schedule m_schedule;
     const std::shared_ptr<QThreadPool> m_threads;
     QThreadPool &m_pool = *m_threads;
-    Job<Recovered> m_recovering;
+    Job<Stored> m_recovering;
     Job<AgentLists> m_reading;
-    Job<std::pair<AgentLists, RunHistory::Shown>> m_reloading;
+    Job<Stored> m_reloading;
     Job<Result<ScanFindings>> m_scan;
     Job<Result<AnalysisFindings>> m_analyzing;
     Job<ScanEnd> m_finishing;

@@ -72,6 +72,14 @@ Result<void> CleanupAgent::keepInstead(const QUuid &proposal)
 {
     if (running.get())
         return failure(AgentError::alreadyWorking());
+    const Result<void> turned = turnRound(proposal);
+    if (!turned)
+        publish(status, turned.error().message);
+    return turned;
+}
+
+Result<void> CleanupAgent::turnRound(const QUuid &proposal)
+{
     std::vector<AgentProposal> list = TRY(keepingInstead(proposals.get(), proposal));
     // A rule's proposal may have fallen away.
     std::set<QUuid> ticked;

@@ -26,7 +26,9 @@ void CleanupAgent::readAfresh(std::function<void()> then)
 {
     m_reading.start(
         m_pool, [services = m_services](JobControl &) { return AgentLists::read(services.defaults, services.folders); },
-        [this, next = std::move(then)](AgentLists lists) {
+        [this, next = std::move(then), changes = m_changes](AgentLists lists) {
+            if (changes != m_changes) // what was read is older than what the user has just stored
+                return readAfresh(next);
             takeLists(std::move(lists));
             loadPlain();
             if (m_cancelled)
@@ -38,29 +40,41 @@ void CleanupAgent::readAfresh(std::function<void()> then)
         {});
 }
 
+CleanupAgent::Stored CleanupAgent::readStored(const AgentServices &services)
+{
+    return {AgentLists::read(services.defaults, services.folders), RunHistory(services.defaults).shown(),
+            storedList<QUuid>(services.defaults, AgentKeys::interrupted).value_or({})};
+}
+
+void CleanupAgent::takeStored(Stored stored)
+{
+    takeLists(std::move(stored.lists));
+    publishHistory(std::move(stored.history));
+    publish(interruptedRuns, std::set<QUuid>(stored.interrupted.begin(), stored.interrupted.end()));
+}
+
+/// Takes what was read since `changes`, unless it is old already: an operation that has begun since has read for itself, and
+/// what was changed here since is newer.
+void CleanupAgent::takeIfNew(Stored stored, int changes)
+{
+    m_reloadLater = m_reloadLater || running.get() || changes != m_changes;
+    if (m_reloadLater)
+        return reload();
+    takeStored(std::move(stored));
+    const int before = intervalHours.get();
+    loadPlain();
+    if (intervalHours.get() != before)
+        m_schedule.arm(intervalHours.get());
+}
+
 void CleanupAgent::reload()
 {
     m_reloadLater = running.get() || m_reloading.running();
     if (m_reloadLater)
         return;
-    const auto work = [services = m_services](JobControl &) {
-        return std::pair(AgentLists::read(services.defaults, services.folders), RunHistory(services.defaults).shown());
-    };
-    m_reloading.start(m_pool, work,
-                      [this](std::pair<AgentLists, RunHistory::Shown> read) {
-                          // An operation that has begun since has read for itself.
-                          if (!running.get()) {
-                              takeLists(std::move(read.first));
-                              publishHistory(std::move(read.second));
-                              const int before = intervalHours.get();
-                              loadPlain();
-                              if (intervalHours.get() != before)
-                                  m_schedule.arm(intervalHours.get());
-                          }
-                          if (m_reloadLater)
-                              reload();
-                      },
-                      {});
+    m_reloading.start(
+        m_pool, [services = m_services](JobControl &) { return readStored(services); },
+        [this, changes = m_changes](Stored stored) { takeIfNew(std::move(stored), changes); }, {});
 }
 
 Result<void> CleanupAgent::settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how)

@@ -24,10 +24,10 @@ void CleanupAgent::start()
         return;
     m_recovering.start(
         m_pool, [services = m_services](JobControl &) { return takeOver(services); },
-        [this](Recovered found) {
-            recovered(std::move(found));
+        [this, changes = m_changes](Stored found) {
             publish(running, false);
             publish(status, QString());
+            takeIfNew(std::move(found), changes);
             schedule();
             if (!running.get() && m_finished)
                 m_finished();
@@ -299,6 +299,7 @@ void CleanupAgent::neverPropose(const std::set<QUuid> &ids)
     std::vector<AgentProposal> unwanted;
     std::ranges::copy_if(proposals.get(), std::back_inserter(unwanted),
                          [&](const AgentProposal &one) { return ids.contains(one.id); });
+    ++m_changes;
     ProposalMemory memory(m_services.defaults);
     if (const Result<void> stored = memory.addNever(unwanted); !stored)
         return publish(status, stored.error().message);
@@ -308,6 +309,7 @@ void CleanupAgent::neverPropose(const std::set<QUuid> &ids)
 
 void CleanupAgent::proposeAgain(const NeverProposed &one)
 {
+    ++m_changes;
     ProposalMemory memory(m_services.defaults);
     if (const Result<void> stored = memory.removeNever(one); !stored)
         return publish(status, stored.error().message);

@@ -3,6 +3,7 @@
 #include "Agent/DuplicateSwap.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/EntryPicture.h"
+#include "Agent/Screens/NoticeBar.h"
 #include "Base/German.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
@@ -39,10 +40,12 @@ ProposalPreview::ProposalPreview(const AgentPorts &ports, const QUuid &proposal,
     : SheetFrame(QStringLiteral("Vorschlag"), {}, {680, 520}, window)
     , m_ports(ports)
     , m_proposal(proposal)
+    , m_problem(new NoticeBar({}, QStringLiteral("previewProblem"), this))
 {
     setObjectName(QStringLiteral("agentPreview"));
     buildButtons();
     rebuild();
+    content()->addWidget(m_problem);
     content()->addStretch(1);
     m_ports.agent.proposals.observe(this, [this](const auto &) { rebuild(); });
 }
@@ -79,7 +82,10 @@ void ProposalPreview::rebuild()
                        QStringLiteral("previewKeepInstead"), m_shown, QStringLiteral("arrow-right-left"));
         keep->setToolTip(QStringLiteral("Behält die linke Datei; die rechte kommt in den Papierkorb."));
         keep->setEnabled(!m_ports.agent.running.get());
-        connect(keep, &QPushButton::clicked, this, [this] { (void)m_ports.agent.keepInstead(m_proposal); });
+        connect(keep, &QPushButton::clicked, this, [this] {
+            const Result<void> kept = m_ports.agent.keepInstead(m_proposal);
+            m_problem->tell(kept ? QString() : kept.error().message, Token::Danger, Token::DangerSoft);
+        });
         column->addWidget(keep, 0, Qt::AlignLeft);
     }
     if (one->destination) {

@@ -5,6 +5,8 @@
 
 namespace brellin {
 
+class NoticeBar;
+
 /// More of one proposal: the file, where it goes and why. Of a duplicate both files side by side, and the choice to keep the
 /// other one.
 class ProposalPreview : public SheetFrame {
@@ -22,6 +24,7 @@ private:
 
     AgentPorts m_ports;
     QUuid m_proposal;
+    NoticeBar *m_problem;
     QWidget *m_shown = nullptr;
 };
 
