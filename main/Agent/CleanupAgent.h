@@ -251,8 +251,8 @@ private:
     bool m_cancelled = false;         ///< the operation at work, by the user
     bool m_duplicatesOnly = false;    ///< the last scan looked for nothing else
     std::optional<Instant> m_checked; ///< the last check, where that could not be stored
-    int m_changes = 0;          ///< of what is stored, made here
-    bool m_reloadLater = false; ///< asked for while an operation was at work
+    int m_changes = 0;                ///< of what is stored, made here
+    bool m_reloadLater = false;       ///< asked for while an operation was at work
     Schedule m_schedule;
     const std::shared_ptr<QThreadPool> m_threads;
     QThreadPool &m_pool = *m_threads;

@@ -2,6 +2,8 @@
 
 #include "Features/ThumbnailCache.h"
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
@@ -46,7 +48,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
                     services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services),
                     services.archiveLogs()})
     , m_sendTo(services.settings(), services.folders())
-    , m_agent(services.forAgent())
+    , m_agent(services.forAgent(), CleanupAgent::Loading::WithStart)
     , m_model(services.forAgent())
 {
     m_transfers.lastFinished.observe(&m_transfers,
@@ -99,10 +101,26 @@ WindowServices WindowComposition::forWindows()
             m_notices};
 }
 
+/// The terminal, or another program, has changed what is stored.
+void WindowComposition::reload(const std::set<std::string> &lists)
+{
+    if (lists.contains(Pins::key.toStdString()))
+        m_pins.reload();
+    if (lists.contains("folderColors"))
+        m_colors.reload();
+    if (lists.contains("sendToTargets"))
+        m_sendTo.reload();
+    const bool ofAgent = std::ranges::any_of(lists, [](const std::string &list) { return list.starts_with("agent"); });
+    if (ofAgent || lists.contains("settings"))
+        m_agent.reload();
+}
+
 void WindowComposition::start()
 {
     m_volumeList.start();
     m_agent.start();
+    m_watch = std::make_unique<SettingsWatch>(m_services.settings().fileOf(Pins::key).parent_path(),
+                                              [this](const std::set<std::string> &lists) { reload(lists); });
 }
 
 } // namespace brellin

@@ -2,6 +2,7 @@
 
 #include "Agent/ModelSettings.h"
 #include "App/Services.h"
+#include "App/Start/SettingsWatch.h"
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/Notices.h"
 #include "App/Window/WindowServices.h"
@@ -33,6 +34,7 @@ public:
 
 private:
     void takeNote(const TransferRecord &record);
+    void reload(const std::set<std::string> &lists);
 
     Services &m_services;
     DesktopSettings &m_desktop;
@@ -58,6 +60,7 @@ private:
     CleanupAgent m_agent;
     ModelSettings m_model;
     Notices m_notices;
+    std::unique_ptr<SettingsWatch> m_watch;
 };
 
 } // namespace brellin
