@@ -61,6 +61,10 @@ void CleanupAgent::takeIfNew(Stored stored, int changes)
     if (m_reloadLater)
         return reload();
     takeStored(std::move(stored));
+    if (m_failure && m_failure->is(std::errc::illegal_byte_sequence) && damaged.get().empty()) {
+        m_failure.reset(); // has been settled
+        publish(status, QString());
+    }
     const int before = intervalHours.get();
     loadPlain();
     if (intervalHours.get() != before)
