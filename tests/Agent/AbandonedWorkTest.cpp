@@ -139,7 +139,7 @@ TEST_F(AbandonedWorkTest, theAgentLooksForCutShortRunsBesideTheMainThread)
 {
     StuckDefaults defaults(gate, world.defaults());
     CleanupAgent agent(services(defaults));
-    agent.setIntervalHours(0);
+    ASSERT_TRUE(agent.setIntervalHours(0));
     gate.arm();
     agent.start();
     EXPECT_TRUE(agent.running.get());
