@@ -62,10 +62,16 @@ struct StuckDefaults : UserDefaults {
     StuckDefaults(Gate &one, UserDefaults &stored) : gate(one), real(stored) {}
     std::optional<QVariant> value(const QString &key) const override { return real.value(key); }
     Result<void> setValue(const QString &key, const QVariant &value) override { return real.setValue(key, value); }
-    std::optional<QByteArray> json(const QString &key) const override
+    Result<std::optional<QByteArray>> read(const QString &key) const override
     {
         gate.pass();
-        return real.json(key);
+        return real.read(key);
+    }
+    Result<std::optional<QByteArray>> readLastGood(const QString &key) const override { return real.readLastGood(key); }
+    Location fileOf(const QString &key) const override { return real.fileOf(key); }
+    Result<void> replace(const QString &key, const std::optional<QByteArray> &json) override
+    {
+        return real.replace(key, json);
     }
     Result<void> update(const QString &key,
                         const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) override
