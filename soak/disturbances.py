@@ -77,8 +77,14 @@ def children(process):
 
 
 def is_stopped(process):
-    return any(line.startswith("State:") and "T" in line.split()[1]
-               for line in Path(f"/proc/{process}/status").read_text().splitlines())
+    """A traced program stands for a moment at every call; one that was stopped, for good and with all its threads."""
+    def stands(task):
+        return task.joinpath("stat").read_text().rpartition(")")[2].split()[0] in "Tt"
+    for _ in range(8):
+        if not all(map(stands, Path(f"/proc/{process}/task").iterdir())):
+            return False
+        time.sleep(0.005)
+    return True
 
 
 def stopped_child(tracer, seconds):
@@ -91,7 +97,7 @@ def stopped_child(tracer, seconds):
                     return process
         except (FileNotFoundError, ProcessLookupError):
             pass
-        time.sleep(0.01)
+        time.sleep(0.005)
     return None
 
 
@@ -148,9 +154,11 @@ class ChangedMeanwhile:
                     case.originals.places[digest(wanted[0] if wanted else victim.with_name("umbenannt").read_bytes())] = victim
             os.kill(stopped, signal.SIGCONT)
         try:
-            tracer.wait(PATIENCE)
+            tracer.wait(PATIENCE if stopped else 20)
         except subprocess.TimeoutExpired:
-            tracer.kill()
+            for process in children(tracer.pid):
+                os.kill(process, signal.SIGKILL)
+            tracer.wait()
             return ["hangs"]
         here = Inventory(self.world.everything())
         findings = [f"newer content lost: {change.__name__}" for data in wanted if digest(data) not in here.places]
