@@ -6,10 +6,33 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 using namespace brellin;
 using namespace brellin::test;
 
 namespace {
+
+/// Acts between the end of a worker's work and the moment at which its answer is heard.
+class BeforeNextAnswer : public QObject {
+public:
+    explicit BeforeNextAnswer(std::function<void()> act) : m_act(std::move(act))
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::MetaCall || event->type() >= QEvent::User) {
+            if (const std::function<void()> act = std::exchange(m_act, {}))
+                act();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> m_act;
+};
 
 class FolderTreeTest : public testing::Test {
 protected:
@@ -92,9 +115,11 @@ TEST_F(FolderTreeTest, hearsOfNewAndVanishedFolders)
     std::filesystem::remove_all(files.path("home/B9"));
     tree.refresh(files.path("home"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n+Platte")));
-    // A second request while the first is under way sees what came in between.
-    tree.refresh(files.path("home"));
-    files.folder("home/z");
+    // A second request while the first is under way sees what came after the first had looked.
+    const BeforeNextAnswer between([&] {
+        files.folder("home/z");
+        tree.refresh(files.path("home"));
+    });
     tree.refresh(files.path("home"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n +z\n+Platte")));
 }
