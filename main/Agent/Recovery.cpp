@@ -1,6 +1,7 @@
 #include "Agent/Recovery.h"
 
 #include "Agent/EntrySearch.h"
+#include "Agent/LeftCopy.h"
 #include "Agent/Placement.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
@@ -57,9 +58,10 @@ std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
     if (!copy && !originalThere)
         copy = placeLeftCopy(step);
     if (!copy) {
-        const bool ours = step.temporary->filename().native().starts_with(Placement::temporaryPrefix);
-        if (originalThere && ours)
+        if (isSuperfluous(*step.temporary, plan.from, plan.entry))
             (void)m_services.files.removeOwnCopy(*step.temporary);
+        else
+            m_lostTrack = m_lostTrack || entryExists(*step.temporary);
         return std::nullopt;
     }
     // The original of a move that did not get that far still stands: what was done is a copy.

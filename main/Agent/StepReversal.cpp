@@ -1,6 +1,7 @@
 #include "Agent/StepReversal.h"
 
 #include "Agent/AgentError.h"
+#include "Agent/LeftCopy.h"
 #include "Agent/SameContent.h"
 #include "Disk/TreeMark.h"
 
@@ -161,8 +162,7 @@ Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const Journal
 /// Removes what a copy that was cut short has left, if what it was made of is still there.
 void StepReversal::removeLeftover(const JournalledStep &known)
 {
-    if (known.temporary && known.temporary->filename().native().starts_with(Placement::temporaryPrefix) &&
-        known.plan.entry.isAt(known.plan.from))
+    if (known.temporary && isSuperfluous(*known.temporary, known.plan.from, known.plan.entry))
         (void)m_services.files.removeOwnCopy(*known.temporary);
 }
 
