@@ -187,6 +187,19 @@ TEST_F(RuleMatchingTest, TheFirstRuleTakesAFile)
               FileState::of(readAttributes(tree.path("home/Downloads/c.txt")).value()));
 }
 
+TEST_F(RuleMatchingTest, KeepsTheOrderOfManyFilesWithinARule)
+{
+    for (int i = 0; i < 60; ++i)
+        tree.file("home/Downloads/" + std::to_string(i * 23 % 60) + (i % 2 == 0 ? ".pdf" : ".txt"));
+    const CleanupRule texts = rule(u"Texte"_qs, {condition(ExtensionIs, u"txt"_qs)}, u"~/T"_qs);
+    const CleanupRule rest = rule(u"Rest"_qs, {}, u"~/R"_qs);
+    std::vector<std::string> alone = lines({texts});
+    EXPECT_EQ(alone.size(), 30u);
+    std::vector<std::string> both = lines({texts, rest});
+    both.resize(alone.size());
+    EXPECT_EQ(both, alone);
+}
+
 TEST_F(RuleMatchingTest, OverlappingSourcesGiveOneCandidateAFile)
 {
     tree.lines({"home/Downloads/a.txt", "home/Downloads/sub/b.txt", "home/weg->Downloads"});

@@ -66,3 +66,18 @@ TEST(ItemOrderTest, letsTheNextComparatorDecideWhereOneSeesNoDifference)
     EXPECT_EQ(rowNames(displayed(items, {.order = by(SortKey::Size)})), "b a B c") << "stable";
     EXPECT_EQ(rowNames(displayed(items, {.order = {}})), "b a c B");
 }
+
+/// Below sixteen rows any sort happens to be stable.
+TEST(ItemOrderTest, leavesEqualRowsOfALongListAsTheyStand)
+{
+    std::vector<std::string> lines;
+    std::string expected;
+    for (int i = 0; i < 200; ++i) {
+        const std::string name = std::to_string(i * 37 % 200);
+        lines.push_back(name + "=1");
+        expected += (i > 0 ? " " : "") + name;
+    }
+    const FileItems items = itemsOf(lines);
+    EXPECT_EQ(rowNames(displayed(items, {.order = by(SortKey::Size)})), expected);
+    EXPECT_EQ(rowNames(displayed(items, {.order = by(SortKey::Size, SortDirection::Descending)})), expected);
+}

@@ -110,6 +110,20 @@ TEST_F(TrashListTest, putsBackWithMissingFoldersAndNeverReplaces)
     EXPECT_NE(tree.snapshot(), before);
 }
 
+TEST_F(TrashListTest, putsManyBackInTheOrderInWhichTheyWereChosen)
+{
+    std::vector<Location> places;
+    std::vector<Location> origins;
+    for (int i = 0; i < 40; ++i) {
+        const std::string name = "brief " + std::to_string(i * 17 % 40);
+        tree.file(name, "x");
+        origins.push_back(tree.path(name));
+        places.push_back(put(name.c_str()));
+    }
+    refresh();
+    EXPECT_EQ(putBack(places).returned, origins);
+}
+
 TEST_F(TrashListTest, makesFoldersOnlyForWhatComesBack)
 {
     tree.lines({"weg/tief/x=eins", "weg/tief/y=zwei"});
