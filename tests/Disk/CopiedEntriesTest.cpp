@@ -122,6 +122,13 @@ TEST_P(CopiedEntriesTest, leavesWhatWasChangedWithItsTimePutBack)
     EXPECT_EQ(tree.content("quelle/tief/b.txt"), "zwei") << "a folder that stays, stays whole";
 }
 
+TEST_P(CopiedEntriesTest, leavesWhatGotAnotherTimeThoughItsContentIsTheSame)
+{
+    fs::last_write_time(tree.path("quelle/einzeln.txt"), fs::file_time_type::clock::now() - std::chrono::hours(5));
+    EXPECT_EQ(removeAndListKept(), std::vector<std::string>{"quelle/einzeln.txt"});
+    EXPECT_EQ(tree.content("quelle/einzeln.txt"), "vier");
+}
+
 TEST_P(CopiedEntriesTest, leavesWhatGotTagsOrRightsMeanwhile)
 {
     fs::permissions(tree.path("quelle/einzeln.txt"), fs::perms::owner_all);
