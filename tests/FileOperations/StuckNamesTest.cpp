@@ -1,0 +1,73 @@
+#include "FileOperations/BatchRenameRun.h"
+#include "FileOperations/RenameLog.h"
+#include "Support/TempTree.h"
+#include "System/Clock.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+/// A disk on which no rename succeeds any more after some.
+class FailingRenames : public DiskFileActions {
+public:
+    explicit FailingRenames(int good) : m_good(good) {}
+    Result<void> rename(const Location &from, const Location &to) override
+    {
+        return m_good-- > 0 ? DiskFileActions::rename(from, to) : Result<void>(failure(Failure::system(EIO)));
+    }
+
+private:
+    int m_good;
+};
+
+/// Names that a log could spoil, and that change places in a ring.
+class StuckNamesTest : public testing::Test {
+protected:
+    StuckNamesTest()
+    {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            tree.file("f/" + names[i], "Inhalt " + std::to_string(i));
+            const Location from = tree.path("f") / names[i];
+            pairs.push_back({from, tree.path("f") / names[(i + 1) % names.size()], readAttributes(from)->identity});
+        }
+        before = snapshotOf(tree.path("f"));
+    }
+    std::vector<CutShortRename> cutShort() const { return cutShortRenames(logs, tree.path("f"), SystemClock().now()); }
+
+    const std::vector<std::string> names{"q\"u.txt",        "back\\slash", "zwei\nZeilen",
+                                         "kein \xff UTF-8", "\u00e4",      "a\u0308"};
+    TempTree tree;
+    const Location logs = tree.path("logs");
+    std::vector<RenamePair> pairs;
+    std::string before;
+};
+
+} // namespace
+
+TEST_F(StuckNamesTest, keepTheirLogUntilTheyAreBack)
+{
+    for (int good = 1; good < 12; ++good) {
+        SCOPED_TRACE(good);
+        FailingRenames failing(good);
+        JobControl control;
+        const BatchRenameOutcome outcome = renameBatch(pairs, failing, logs, control);
+        ASSERT_TRUE(outcome.failure);
+        EXPECT_FALSE(outcome.notPutBack.empty());
+        ASSERT_EQ(cutShort().size(), 1u);
+        // The disk gets better only after a few tries.
+        for (int later = 0; later < 3; ++later) {
+            FailingRenames again(later);
+            if (!restoreCutShort(cutShort().front(), again).isEmpty()) {
+                ASSERT_EQ(cutShort().size(), 1u);
+            }
+        }
+        DiskFileActions real;
+        EXPECT_EQ(restoreCutShort(cutShort().front(), real), QStringList());
+        EXPECT_TRUE(cutShort().empty());
+        EXPECT_TRUE(std::filesystem::is_empty(logs));
+        ASSERT_EQ(snapshotOf(tree.path("f")), before);
+    }
+}
