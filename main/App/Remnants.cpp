@@ -3,6 +3,7 @@
 #include "Agent/Recovery.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "Disk/HiddenFolder.h"
 #include "Disk/HiddenNote.h"
 #include "FileOperations/RenameLog.h"
 #include "Transfers/Leftovers.h"
@@ -46,6 +47,12 @@ std::vector<Location> unfinishedCopies(const Search &search)
     return found;
 }
 
+bool isOfAnArchive(const Location &entry)
+{
+    const std::string name = entry.filename().native();
+    return name.starts_with(packingPrefix) || name.starts_with(unpackingPrefix);
+}
+
 std::vector<CutShortRename> cutShort(const Search &search)
 {
     std::vector<CutShortRename> found = loggedCutShortRenames(search.renameLogs);
@@ -85,7 +92,7 @@ std::vector<Remnant> find(const Search &search)
 {
     std::vector<Remnant> found;
     for (const Location &copy : unfinishedCopies(search))
-        found.push_back({Kind::Transfer, copy});
+        found.push_back({isOfAnArchive(copy) ? Kind::Archive : Kind::Transfer, copy});
     for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
         found.push_back({Kind::Move, move.source});
     for (const CutShortRename &batch : cutShort(search)) {
@@ -107,6 +114,8 @@ QString Remnant::word() const
         return QStringLiteral("transfer");
     case Kind::Move:
         return QStringLiteral("move");
+    case Kind::Archive:
+        return QStringLiteral("archive");
     case Kind::Rename:
         return QStringLiteral("rename");
     case Kind::Run:
@@ -126,6 +135,8 @@ QString Remnant::title() const
         return QStringLiteral("unfertige Kopie");
     case Kind::Move:
         return QStringLiteral("Original einer vollständigen Kopie");
+    case Kind::Archive:
+        return QStringLiteral("unfertiges Archiv");
     case Kind::Rename:
         return QStringLiteral("ohne richtigen Namen");
     case Kind::Run:
@@ -136,6 +147,18 @@ QString Remnant::title() const
         return QStringLiteral("ungeklärtes Tagebuch");
     }
     return {};
+}
+
+std::vector<Location> foldersToSearch(const Services &services, const std::vector<Location> &named)
+{
+    if (!named.empty())
+        return named;
+    using enum StandardFolder;
+    const KnownFolders &known = services.folders();
+    std::vector<Location> folders{known.home, standardised(".")};
+    for (const StandardFolder which : {Desktop, Documents, Downloads, Movies, Music, Pictures})
+        folders.push_back(known.dir(which));
+    return folders;
 }
 
 std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders)
@@ -162,7 +185,9 @@ void mentionRemnants(Services &services, Terminal &terminal)
     const auto pool = abandonablePool();
     const auto promise = std::make_shared<std::promise<std::size_t>>();
     std::future<std::size_t> count = promise->get_future();
-    pool->start([promise, search = searchOf(services, {})] { promise->set_value(find(search).size()); });
+    pool->start([promise, search = searchOf(services, foldersToSearch(services, {}))] {
+        promise->set_value(find(search).size());
+    });
     if (count.wait_for(patience) != std::future_status::ready) {
         terminal.message(QStringLiteral("Nach Resten konnte nicht gesehen werden: Ein Laufwerk antwortet nicht."));
         return;

@@ -14,6 +14,7 @@ struct Remnant {
     enum class Kind {
         Transfer,  ///< a hidden copy that was never finished
         Move,      ///< the rest of a source whose copy is complete
+        Archive,   ///< a hidden folder in which an archive was packed or unpacked
         Rename,    ///< an entry that waits under a temporary name
         Run,       ///< the journal of a run that is not in the history yet
         Undo,      ///< the journal of an undo that is to be repeated
@@ -31,13 +32,16 @@ struct Remnant {
     bool canBeSettled() const { return kind != Kind::Undo && kind != Kind::Unresolved; }
 };
 
+/// Where remnants are looked for that no log names: in these, or the user's own folders and the working folder.
+std::vector<Location> foldersToSearch(const Services &services, const std::vector<Location> &named);
+
 /// What logs and journals tell of, without what living programs are at work on, and what lies in `folders` without a log.
 /// Blocking.
-std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders = {});
+std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders);
 
 /// Ends what can be ended, as a visit of the window does: unfinished copies go, entries get their old names back, runs come
 /// into the history. Gives a line for each failure. Blocking.
-QStringList settleRemnants(Services &services, const std::vector<Location> &folders = {});
+QStringList settleRemnants(Services &services, const std::vector<Location> &folders);
 
 /// Says so where there are remnants. Waits a moment only: a share that does not answer must hold up no command.
 void mentionRemnants(Services &services, Terminal &terminal);

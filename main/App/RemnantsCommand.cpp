@@ -95,6 +95,7 @@ ExitCode runRemnantsCommand(CommandContext &context)
         if (!std::filesystem::is_directory(folder, unknown))
             return context.refuse(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(folder))));
     }
+    folders = foldersToSearch(context.services, folders);
     std::vector<Remnant> found;
     const auto measuredOnes = workWithProgress<std::vector<MeasuredRemnant>>(
         context.terminal,

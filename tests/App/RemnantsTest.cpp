@@ -96,14 +96,16 @@ TEST_F(RemnantsTest, areListedSaidByEveryCommandAndSettled)
         TransferLog log(state / "transfers");
         unfinishedCopy(log, "halb");
     }
+    tree.lines({"Downloads/.brellin-zip-tot/sperre=", "Downloads/.brellin-zip-tot/inhalt/Archiv.zip=halb"});
     const Location waits = waitingName("a \"b\"\n\\c.txt");
     const QUuid id = killedRun();
     EXPECT_TRUE(mentions());
     const QStringList all = listed();
-    ASSERT_EQ(all.size(), 3);
-    EXPECT_TRUE(all[0].startsWith(QStringLiteral("rename ") + shownName(waits)) && all[0].endsWith(u" 6"));
-    EXPECT_TRUE(all[1].startsWith(QStringLiteral("run run-")));
-    EXPECT_TRUE(all[2].startsWith(QStringLiteral("transfer .brellin-kopie-")) && all[2].endsWith(u" 4"));
+    ASSERT_EQ(all.size(), 4);
+    EXPECT_EQ(all[0], QStringLiteral("archive .brellin-zip-tot 4"));
+    EXPECT_TRUE(all[1].startsWith(QStringLiteral("rename ") + shownName(waits)) && all[1].endsWith(u" 6"));
+    EXPECT_TRUE(all[2].startsWith(QStringLiteral("run run-")));
+    EXPECT_TRUE(all[3].startsWith(QStringLiteral("transfer .brellin-kopie-")) && all[3].endsWith(u" 4"));
 
     EXPECT_EQ(run({"reste", "--aufräumen"}).exitCode, 0);
     EXPECT_EQ(listed(), QStringList());
@@ -134,7 +136,7 @@ TEST_F(RemnantsTest, ofAKilledPackingAreFoundWhereverTheyLie)
     ::waitpid(packer, nullptr, 0);
     const QStringList left = listed();
     ASSERT_EQ(left.size(), 1);
-    EXPECT_TRUE(left[0].startsWith(QStringLiteral("transfer .brellin-zip-"))) << left[0].toStdString();
+    EXPECT_TRUE(left[0].startsWith(QStringLiteral("archive .brellin-zip-"))) << left[0].toStdString();
     EXPECT_TRUE(mentions());
     EXPECT_EQ(run({"reste", "--aufraeumen"}).exitCode, 0);
     EXPECT_EQ(listed(), QStringList());
