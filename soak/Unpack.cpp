@@ -15,7 +15,7 @@ int main(int argc, char **argv)
         return 2;
     brellin::Services services;
     const brellin::UnpackingServices unpacking{services.files(), services.volumes(),
-                                               brellin::Services::decoderProgram()};
+                                               brellin::Services::decoderProgram(), services.archiveLogs()};
     brellin::JobControl control;
     const auto unpacked = brellin::unpack(argv[1], argv[2], unpacking, control);
     if (!unpacked)
