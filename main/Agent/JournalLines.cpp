@@ -87,8 +87,22 @@ JournalledStep *stepOf(const QJsonObject &line, const char *key, JournalContent 
     return known ? &content.steps[static_cast<std::size_t>(number)] : nullptr;
 }
 
+bool readReserve(const QJsonObject &line, JournalledStep &step)
+{
+    const std::optional<Location> name = locationFrom(line, QLatin1StringView("name"));
+    const std::optional<Location> entry = locationFrom(line, QLatin1StringView("entry"));
+    const std::optional<EntryMark> mark = markFrom(line.value(QLatin1StringView("state")));
+    Instant noted;
+    if (!name || !entry || !mark || !readJson(line.value(QLatin1StringView("noted")), noted))
+        return false;
+    step.reserve = NameReserve{*name, *entry, *mark, noted};
+    return true;
+}
+
 bool readMark(const QJsonObject &line, JournalContent &content)
 {
+    if (JournalledStep *const reserving = stepOf(line, "reserving", content))
+        return readReserve(line, *reserving);
     if (JournalledStep *const copying = stepOf(line, "copying", content)) {
         copying->temporary = locationFrom(line, QLatin1StringView("temporary"));
         return true;
@@ -178,6 +192,17 @@ QByteArray copying(std::size_t step, const Location &temporary)
     QByteArray line;
     append(line, "copying", step);
     append(line, "temporary", temporary);
+    return closed(line);
+}
+
+QByteArray reserving(std::size_t step, const NameReserve &reserve)
+{
+    QByteArray line;
+    append(line, "reserving", step);
+    append(line, "name", reserve.name);
+    append(line, "entry", reserve.entry);
+    append(line, "state", reserve.mark);
+    append(line, "noted", isoText(reserve.noted));
     return closed(line);
 }
 

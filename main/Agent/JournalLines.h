@@ -12,6 +12,7 @@ QByteArray plan(std::size_t step, const PlannedStep &planned);
 QByteArray planAgain(std::size_t step, const PlannedStep &planned);
 QByteArray folder(const Location &folder);
 QByteArray copying(std::size_t step, const Location &temporary);
+QByteArray reserving(std::size_t step, const NameReserve &reserve);
 QByteArray copied(std::size_t step, const EntryMark &copy);
 QByteArray done(std::size_t step, const JournalStep &result, const StepMarks &marks);
 QByteArray failed(std::size_t step);

@@ -79,16 +79,32 @@ Result<Location> Placement::atFreeName(const Location &wanted, StepLog &log,
     return failure(placed.error());
 }
 
+Result<void> Placement::noteReserve(const Location &entry, const Location &free, StepLog &log) const
+{
+    if (!m_services.files.reservesNames(free.parent_path()))
+        return {};
+    const Result<FileAttributes> now = readAttributes(entry);
+    // Folders keep no name free; why an entry cannot be read is told by its rename.
+    if (!now || now->isFolder())
+        return {};
+    return log.reserving({free, entry, EntryMark::of(*now), m_services.clock.now()});
+}
+
 Result<Location> Placement::moveWithinVolume(const Location &entry, const Location &wanted, StepLog &log)
 {
-    return atFreeName(wanted, log, [&](const Location &free) { return m_services.files.rename(entry, free); });
+    return atFreeName(wanted, log, [&](const Location &free) -> Result<void> {
+        TRY(noteReserve(entry, free, log));
+        return m_services.files.rename(entry, free);
+    });
 }
 
 Result<Location> Placement::takeFromTrash(const Location &trashed, const Location &original, const Location &wanted,
                                           StepLog &log)
 {
-    return atFreeName(wanted, log,
-                      [&](const Location &free) { return m_services.trash.restore(trashed, original, free); });
+    return atFreeName(wanted, log, [&](const Location &free) -> Result<void> {
+        TRY(noteReserve(trashed, free, log));
+        return m_services.trash.restore(trashed, original, free);
+    });
 }
 
 /// Removes a copy that this program made, if it still is that copy.
@@ -141,6 +157,7 @@ Result<Placement::Placed> Placement::copyTo(const Location &entry, const Locatio
                 return noted;
             }
         }
+        TRY(noteReserve(temporary, free, log));
         return m_services.files.rename(temporary, free);
     };
     const Result<Location> placed = atFreeName(wanted, log, place);

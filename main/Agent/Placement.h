@@ -53,6 +53,8 @@ private:
     /// fails.
     Result<Location> atFreeName(const Location &wanted, StepLog &log,
                                 const std::function<Result<void>(const Location &)> &place);
+    /// Notes before a rename what it may leave under its target's name.
+    Result<void> noteReserve(const Location &entry, const Location &free, StepLog &log) const;
     Result<EntryMark> grow(const Location &entry, const Location &temporary, Safety safety, const Failure &differs);
     Result<void> checkAsCopied(const Location &entry, const Location &copy) const;
     void removeOwnCopy(const Location &copy, const EntryMark &mark);

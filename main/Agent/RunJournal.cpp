@@ -141,6 +141,11 @@ Result<void> RunJournal::copying(std::size_t step, const Location &temporary)
     return append(journalLines::copying(step, temporary));
 }
 
+Result<void> RunJournal::reserving(std::size_t step, const NameReserve &reserve)
+{
+    return append(journalLines::reserving(step, reserve));
+}
+
 Result<void> RunJournal::copied(std::size_t step, const EntryMark &copy)
 {
     TRY(append(journalLines::copied(step, copy)));

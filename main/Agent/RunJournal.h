@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/JournalRun.h"
+#include "Agent/NameReserve.h"
 #include "Agent/StepMarks.h"
 #include "Base/Result.h"
 #include "System/FileLock.h"
@@ -35,6 +36,9 @@ struct JournalledStep {
     std::optional<JournalStep> done;   ///< the step is finished
     StepMarks marks = {};              ///< of what it left
     bool failed = false;               ///< the step is finished, and came to nothing
+    /// The last name that was to be kept free for it.
+    std::optional<NameReserve> reserve =
+        {}; // NOLINT(readability-redundant-member-init): else initialisers must name it
 
     bool settled() const { return done.has_value() || failed; }
 };
@@ -78,6 +82,7 @@ public:
     /// A folder that the run is about to create.
     Result<void> folder(const Location &folder);
     Result<void> copying(std::size_t step, const Location &temporary);
+    Result<void> reserving(std::size_t step, const NameReserve &reserve);
     /// Flushed: the original may be given up after this.
     Result<void> copied(std::size_t step, const EntryMark &copy);
     Result<void> done(std::size_t step, const JournalStep &result, const StepMarks &marks = {});

@@ -27,6 +27,8 @@ public:
     /// The folder came into being without us, or went again.
     void folderNotOurs(const Location &folder) { std::erase(m_created, folder); }
     Result<void> copying(const Location &temporary) { return m_journal.copying(m_step, temporary); }
+    /// Before a rename that keeps its target's name free with an empty file.
+    Result<void> reserving(const NameReserve &reserve) { return m_journal.reserving(m_step, reserve); }
     Result<void> copied(const EntryMark &copy) { return m_journal.copied(m_step, copy); }
 
 private:
