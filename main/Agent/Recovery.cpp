@@ -3,6 +3,7 @@
 #include "Agent/EntrySearch.h"
 #include "Agent/LeftCopy.h"
 #include "Agent/Placement.h"
+#include "Agent/ReservedName.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
 #include "Agent/RunTraces.h"
@@ -23,7 +24,7 @@ public:
     explicit Settlement(const AgentServices &services) : m_services(services) {}
 
     std::optional<JournalStep> settle(const JournalledStep &step);
-    /// Something was there when the step was planned, and is now nowhere to be found.
+    /// Something was there when the step was planned, and is now nowhere to be found, or an empty file may be ours.
     bool lostTrack() const { return m_lostTrack; }
 
 private:
@@ -95,6 +96,10 @@ std::optional<JournalStep> Settlement::settle(const JournalledStep &step)
 {
     if (step.settled())
         return step.done;
+    const ReservedName reserved = clearReservedName(m_services, step);
+    m_lostTrack = m_lostTrack || reserved == ReservedName::Unclear;
+    if (reserved == ReservedName::Cleared && !step.temporary)
+        return std::nullopt;
     if (step.temporary)
         return settleCopied(step);
     switch (step.plan.kind) {

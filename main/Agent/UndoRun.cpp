@@ -1,5 +1,6 @@
 #include "Agent/UndoRun.h"
 
+#include "Agent/ReservedName.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunTraces.h"
 #include "Agent/StateFolder.h"
@@ -60,6 +61,7 @@ private:
     PlannedStep planOf(std::size_t number) const;
     Result<void> planBatch(std::size_t first);
     void undoOne(std::size_t number);
+    void clearReservedNames();
 
     const AgentServices &m_services;
     const JournalRun &m_run;
@@ -128,10 +130,22 @@ void Undoer::undoOne(std::size_t number)
     }
 }
 
+/// What an earlier try left under the old names would take them.
+void Undoer::clearReservedNames()
+{
+    for (const JournalledStep &step : m_known) {
+        if (clearReservedName(m_services, step) == ReservedName::Unclear)
+            m_outcome.remarks << QStringLiteral("%1: Ob die leere Datei von einem unterbrochenen Rückgängigmachen "
+                                                "stammt, ließ sich nicht sicher feststellen; sie bleibt.")
+                                     .arg(shownName(step.reserve->name));
+    }
+}
+
 Result<UndoOutcome> Undoer::undo()
 {
     m_known = m_journal.content().steps;
     m_known.resize(std::min(m_known.size(), m_run.steps.size()));
+    clearReservedNames();
     for (std::size_t n = 0; n < m_run.steps.size(); ++n) {
         if (m_control.cancelled())
             m_outcome.cancelled = true;

@@ -50,6 +50,8 @@ Result<void> FaultyFileActions::rename(const Location &from, const Location &to)
 Result<void> FaultyFileActions::renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
                                            const std::string &newName)
 {
+    if (reserving)
+        return failure(Failure::system(EINVAL));
     return m_plan.change<void>([&]() -> Result<void> {
         if (!m_volumes.same(from.path(), to.path()))
             return failure(Failure::system(EXDEV));
