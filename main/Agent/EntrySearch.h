@@ -21,6 +21,9 @@ public:
     /// The entry in the folder of `wanted` that was seen as this, under that name or a numbered one; of a file without
     /// further links under any name. A copy under its hidden temporary name is not meant.
     std::optional<Location> find(const Location &wanted, const EntryMark &seen);
+    /// A place that is known to be another entry's, and so is none that is looked for; until that one has left it.
+    void take(const Location &place) { m_found.insert(place); }
+    void leave(const Location &place) { m_found.erase(place); }
 
 private:
     struct Entry {

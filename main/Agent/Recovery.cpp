@@ -23,6 +23,8 @@ class Settlement {
 public:
     explicit Settlement(const AgentServices &services) : m_services(services) {}
 
+    /// What these did is known: their places are not what others are looked for at.
+    void heedDone(const std::vector<JournalledStep> &steps);
     std::optional<JournalStep> settle(const JournalledStep &step);
     /// Something was there when the step was planned, and is now nowhere to be found, or an empty file may be ours.
     bool lostTrack() const { return m_lostTrack; }
@@ -92,6 +94,16 @@ std::optional<JournalStep> Settlement::settleMoved(const PlannedStep &plan)
     return place ? std::optional(JournalStep{plan.kind, plan.from, place, {}}) : std::nullopt;
 }
 
+void Settlement::heedDone(const std::vector<JournalledStep> &steps)
+{
+    for (const JournalledStep &step : steps) {
+        if (step.done && step.done->kind != Kind::Copy)
+            m_search.leave(step.done->from);
+        if (step.done && step.done->to)
+            m_search.take(*step.done->to);
+    }
+}
+
 std::optional<JournalStep> Settlement::settle(const JournalledStep &step)
 {
     if (step.settled())
@@ -135,6 +147,7 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
     bool lostTrack = false;
     if (std::ranges::find(known, content.run, &JournalRun::id) == known.end()) {
         Settlement settlement(services);
+        settlement.heedDone(content.steps);
         for (const JournalledStep &step : content.steps) {
             if (std::optional<JournalStep> done = settlement.settle(step)) {
                 marks.push_back(step.done ? step.marks : marksOf(*done));

@@ -516,6 +516,32 @@ TEST_F(RunTest, recoversLinkedFilesEachUnderItsOwnName)
     }
 }
 
+TEST_F(RunTest, recoversLinkedFilesOfOneNameEachAtItsOwnPlace)
+{
+    const Location first = world.home("Downloads/name.txt");
+    const Location second = world.tree().folder("home/Downloads/zwilling") / "name.txt";
+    const Location third = world.tree().folder("home/Downloads/drilling") / "name.txt";
+    std::filesystem::create_hard_link(first, second);
+    std::filesystem::create_hard_link(first, third);
+    const std::string linked = world.snapshot();
+    const auto moves = [&] {
+        const Location wanted = world.home("Ziel/name.txt");
+        AgentProposal further = proposal(Kind::Move, first, world.home("Weiter/name.txt"));
+        further.source = wanted; // the place that the first leaves again is the second's; the third gets a number
+        return std::vector{proposal(Kind::Move, first, wanted), further, proposal(Kind::Move, second, wanted),
+                           proposal(Kind::Move, third, wanted)};
+    };
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        const bool finished = survives(n, [&] { (void)execute(moves()); });
+        recoverInterruptedRuns(world.services());
+        undoAll();
+        ASSERT_EQ(world.snapshot(), linked);
+        if (finished)
+            break;
+    }
+}
+
 TEST_F(RunTest, undoesARunOnceWhateverAnotherProgramThinks)
 {
     const Result<ExecutionOutcome> first = execute(everything());
