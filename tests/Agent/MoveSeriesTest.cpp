@@ -189,3 +189,38 @@ TEST_F(MoveSeriesTest, refusesWhatChangedMeanwhile)
     EXPECT_EQ(outcome.failures[0].why.message, AgentError::changedSinceScan().message);
     EXPECT_EQ(world.tree().content("home/Downloads/d.txt"), "weiter geschrieben");
 }
+
+TEST_F(MoveSeriesTest, leavesAStrangerInTheHeldFolderThatHasTheName)
+{
+    // The folder that is held goes elsewhere and gets another file of that name; the one that was seen is where it was.
+    whenUnderWay([this] {
+        fs::rename(world.home("Downloads"), world.home("Weg"));
+        fs::create_directory(world.home("Downloads"));
+        fs::rename(world.home("Weg/d.txt"), world.home("Downloads/d.txt"));
+        world.tree().file("home/Weg/d.txt", "fremd");
+    });
+    std::vector<AgentProposal> all = moves();
+    all.erase(all.begin() + 2); // the taken name, at which the folders are looked at again
+    const ExecutionOutcome outcome = execute(all);
+    EXPECT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(world.tree().content("home/Weg/d.txt"), "fremd");
+    EXPECT_EQ(world.tree().content("home/Ablage/d.txt"), "vier");
+}
+
+TEST_F(MoveSeriesTest, goesNowhereIntoSystemLocations)
+{
+    world.tree().lines({"home/Library/tief/x=System", "home/Verweis->Library/tief"});
+    for (const char *const folder : {"Library", "Library/tief", "Verweis"}) {
+        std::vector<AgentProposal> all = moves();
+        for (AgentProposal &one : all)
+            one.destination = world.home(folder) / one.source.filename();
+        const std::string untouched = world.snapshot();
+        const ExecutionOutcome outcome = execute(all);
+        EXPECT_TRUE(outcome.done.empty());
+        ASSERT_EQ(outcome.failures.size(), all.size());
+        for (const FailedProposal &failed : outcome.failures)
+            EXPECT_EQ(failed.why.message, SystemLocations::message());
+        EXPECT_EQ(world.snapshot(), untouched) << folder;
+    }
+    EXPECT_EQ(held, 0);
+}
