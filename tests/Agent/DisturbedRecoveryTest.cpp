@@ -174,3 +174,29 @@ TEST_F(DisturbedRecoveryTest, keepsACopyWhoseOriginalHasGone)
     EXPECT_TRUE(world.hasJournals());
     EXPECT_TRUE(RunJournal::find(*state.journals(), RunJournal::Purpose::Run).empty());
 }
+
+TEST_F(DisturbedRecoveryTest, leavesARunAloneThatIsInTheHistory)
+{
+    // Killed between the history and the end of the journal; the user has gone on since.
+    const Location journals = world.tree().path("state/journal");
+    const Location kept = world.tree().path("journal-davor");
+    world.files().beforeFlush = [&](const Location &) {
+        std::filesystem::remove_all(kept);
+        std::filesystem::copy(journals, kept, std::filesystem::copy_options::recursive);
+    };
+    const Result<ExecutionOutcome> outcome = execute();
+    ASSERT_TRUE(outcome && outcome->run && std::filesystem::exists(kept));
+    const auto backAsAfterAKill = [&] {
+        std::filesystem::copy(kept, journals, std::filesystem::copy_options::recursive);
+        EXPECT_TRUE(recoverInterruptedRuns(world.services()).empty());
+        EXPECT_FALSE(world.hasJournals());
+        EXPECT_EQ(RunHistory(world.defaults()).runs().size(), 1u);
+    };
+    const RunHistory::Traces traces = RunHistory(world.defaults()).traces(outcome->run->id);
+    backAsAfterAKill();
+    EXPECT_EQ(RunHistory(world.defaults()).traces(outcome->run->id).marks, traces.marks);
+    undoAll();
+    const std::string after = world.snapshot();
+    backAsAfterAKill();
+    EXPECT_EQ(world.snapshot(), after);
+}
