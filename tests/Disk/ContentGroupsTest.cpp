@@ -1,6 +1,7 @@
 #include "Disk/ContentGroups.h"
 
 #include "Disk/Digest.h"
+#include "Disk/OpenContent.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -86,4 +87,18 @@ TEST_F(ContentGroupsTest, leavesOutWhatIsGoneOrNoLongerAsItWasSeen)
     std::filesystem::remove(files[2].path);
     ASSERT_EQ(::mkfifo(files[2].path.c_str(), 0600), 0);
     EXPECT_EQ(groups().size(), 1u);
+}
+
+TEST(OpenContentTest, hasNoDigestWhereTheFileEndsEarly)
+{
+    const TempTree tree;
+    const Location file = tree.file("a", std::string(300'000, 'x'));
+    const auto open = OpenContent::open(file.native(), FileState::of(readAttributes(file).value()));
+    ASSERT_TRUE(open);
+    EXPECT_TRUE(open->digest(nullptr));
+    EXPECT_FALSE(OpenContent::commonDigest({&*open, &*open}, nullptr).isEmpty());
+    std::filesystem::resize_file(file, 200'000);
+    EXPECT_FALSE(open->digest(nullptr));
+    EXPECT_FALSE(open->endsHash());
+    EXPECT_TRUE(OpenContent::commonDigest({&*open, &*open}, nullptr).isEmpty());
 }

@@ -1,5 +1,6 @@
 #include "Disk/CopyEntry.h"
 
+#include "Disk/CopyEntryData.h"
 #include "Disk/CopyTreeRemoval.h"
 #include "Disk/Digest.h"
 #include "Disk/FileAttributes.h"
@@ -16,6 +17,7 @@
 #include <set>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -220,8 +222,10 @@ TEST(CopyEntryFailure, aReadErrorIsNoEndOfAFile)
     const TempTree tree;
     tree.file("a", std::string(300'000, 'x'));
     for (const int call : {SYS_pread64, SYS_read}) {
-        for (int n = 0; n < 4; ++n) {
-            bool failed = false;
+        bool failed = true;
+        for (int n = 0; failed; ++n) {
+            ASSERT_LT(n, 100);
+            failed = false;
             const auto count = [&](int number) {
                 failed = failed || number == n;
                 return number == n ? EIO : 0;
@@ -261,6 +265,29 @@ TEST(CopyEntryFailure, fillsHolesWhereTheTargetHasNone)
         EXPECT_EQ(tree.content("b"), tree.content("a"));
         EXPECT_EQ(report->bytes, 5 << 20);
         (void)removeOwnCopy(tree.path("b"));
+    }
+}
+
+/// On another volume, so that nothing is cloned.
+TEST(CopyEntryFailure, whatGotShorterIsNoCopyOfWhatItWas)
+{
+    const Location other = test::otherVolume();
+    if (other.empty())
+        GTEST_SKIP() << "no second volume on this machine";
+    const TempTree tree;
+    const TempTree target(other);
+    tree.file("mit Löchern", "Anfang");
+    std::filesystem::resize_file(tree.path("mit Löchern"), 1 << 20);
+    tree.file("klein", std::string(50'000, 'x'));
+    tree.file("gross", std::string(3 << 20, 'x'));
+    for (const std::string name : {"mit Löchern", "klein", "gross"}) {
+        const Descriptor source = *openForReading({AT_FDCWD, tree.path(name).c_str()});
+        const struct stat before = *statusOf({AT_FDCWD, tree.path(name).c_str()});
+        std::filesystem::resize_file(tree.path(name), before.st_size / 3);
+        const Descriptor copy(::open(target.path(name).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+        const CopyOptions options;
+        CopyPulse pulse(options, [] { return Location(); });
+        EXPECT_FALSE(CopyData(pulse).copy(source.number(), before, copy.number())) << name;
     }
 }
 
@@ -322,8 +349,9 @@ TEST(CopyEntryFailure, aFullDiskLeavesNothing)
     if (!small)
         GTEST_SKIP() << "cannot mount a small volume here";
     tree.file("klein/vorher", "bleibt");
+    tree.file("ein Stück", std::string(1 << 20, 'x')); // written at once, and only a part of it finds room
     const std::string before = tree.snapshot();
-    for (const std::string source : {"a", "a/gross"}) {
+    for (const std::string source : {"a", "a/gross", "ein Stück"}) {
         const auto report = copyEntry(tree.path(source), tree.path("klein/b"));
         ASSERT_FALSE(report);
         EXPECT_TRUE(report.error().is(std::errc::no_space_on_device)) << messageOf(report);
