@@ -1,5 +1,6 @@
 #include "System/FileUserDefaults.h"
 
+#include "Support/FailingCalls.h"
 #include "Support/TempTree.h"
 #include "System/FileLock.h"
 #include "System/MemoryUserDefaults.h"
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -198,6 +200,41 @@ TEST(AtomicWrite, ReplacesWholeFilesThroughLinks)
     EXPECT_FALSE(writeAtomically(tree.path("fehlt/datei"), "x"));
     EXPECT_FALSE(writeAtomically(tree.path("echt"), "x")) << "a folder";
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 2) << "nothing left beside it";
+}
+
+TEST(AtomicWrite, IsOnTheDiskWithItsName)
+{
+    const TempTree tree;
+    const Location file = tree.file("datei", "alt");
+    int flushes = 0;
+    bool written = false;
+    const auto writeWithErrorAt = [&](int failing) {
+        flushes = 0;
+        const auto errorOf = [&](int number) { return ++flushes, number == failing ? EIO : 0; };
+        return brellin::test::runWithFailingCalls(SYS_fsync, errorOf,
+                                                  [&] { written = writeAtomically(file, "neu").has_value(); });
+    };
+    if (!writeWithErrorAt(0))
+        GTEST_SKIP() << "the system cannot make calls fail here";
+    EXPECT_FALSE(written);
+    EXPECT_EQ(tree.content("datei"), "alt") << "bytes that are not on the disk replace nothing";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 1) << "nothing left beside it";
+    (void)writeWithErrorAt(1);
+    EXPECT_FALSE(written) << "its name may be lost";
+    (void)writeWithErrorAt(-1);
+    EXPECT_TRUE(written);
+    EXPECT_EQ(flushes, 2);
+}
+
+TEST(PrivateFolders, AreTheUsersAloneOnEveryLevel)
+{
+    const TempTree tree;
+    const mode_t before = ::umask(0);
+    EXPECT_TRUE(createPrivateFolders(tree.path("a/b/c")));
+    EXPECT_TRUE(createPrivateFolders(tree.path("a/b/d")));
+    ::umask(before);
+    for (const char *const name : {"a", "a/b", "a/b/c", "a/b/d"})
+        EXPECT_EQ(std::filesystem::status(tree.path(name)).permissions(), std::filesystem::perms::owner_all) << name;
 }
 
 } // namespace
