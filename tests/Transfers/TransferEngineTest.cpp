@@ -324,9 +324,40 @@ TEST(TransferEngineReplaceTest, saysWhereTheSourcesVolumeWentAway)
     const TransferOutcome outcome = world.run();
     ASSERT_EQ(outcome.errors.size(), 3);
     for (const QString &line : outcome.errors)
-        EXPECT_TRUE(line.contains(QStringLiteral("nicht mehr da"))) << line.toStdString();
+        EXPECT_TRUE(line.contains(QStringLiteral("Der Ort des Originals"))) << line.toStdString();
     EXPECT_EQ(world.tree().content("disk/Ziel/a.txt"), "alte Datei");
     EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST_P(TransferEngineTest, saysBeforeItBeginsWhatHasGone)
+{
+    for (const bool wholeVolume : {true, false}) {
+        const auto world = fresh();
+        const Location gone = world->home(wholeVolume ? "von" : "von/a.txt");
+        std::filesystem::rename(gone, world->home("abgezogen"));
+        const TransferOutcome outcome = world->run();
+        ASSERT_EQ(outcome.errors.size(), wholeVolume ? 3 : 1);
+        EXPECT_EQ(outcome.errors.front().contains(QStringLiteral("Der Ort des Originals")), wholeVolume);
+        EXPECT_EQ(world->tree().content(world->relative("a.txt")), "alte Datei");
+        EXPECT_TRUE(world->leftovers().empty());
+        world->expectEveryByte();
+    }
+}
+
+TEST_P(TransferEngineTest, leavesAloneWhatBelongsToTheSystem)
+{
+    for (const bool sources : {true, false}) {
+        const auto world = fresh();
+        TransferServices services = world->services();
+        const Location systems = sources ? world->home("von") : world->target;
+        services.mayChange = [&](const Location &entry) { return !isAtOrBelow(entry, systems); };
+        TransferState state;
+        const TransferOutcome outcome = TransferEngine(services).run(world->steps(), world->kind, state);
+        const bool mayBeRead = sources && world->kind == TransferKind::Copy;
+        EXPECT_EQ(outcome.errors.size(), mayBeRead ? 0 : 3);
+        EXPECT_EQ(outcome.done.size(), mayBeRead ? 3u : 0u);
+        EXPECT_EQ(world->snapshot() == world->before, !mayBeRead);
+    }
 }
 
 TEST(TransferEngineReplaceTest, removesForGoodOnlyWhatTheUserWasAskedAbout)
