@@ -15,6 +15,19 @@ QString counting(std::size_t count)
     return german().toString(static_cast<qulonglong>(count));
 }
 
+/// What is not known to have been put somewhere would be proposed to be moved again: no analysis without the whole history.
+Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisRequest request, JobControl &control)
+{
+    RunHistory::Shown history = RunHistory(services.defaults).shown();
+    if (history.damage) {
+        Failure why = history.damage->failure();
+        why.message += QStringLiteral(" Bis das entschieden ist, prüft der Aufräum-Agent keinen Ordner.");
+        return failure(std::move(why));
+    }
+    request.history = std::move(history.runs);
+    return brellin::analyze(services, request, control);
+}
+
 } // namespace
 
 /// Where a run touched a server that does not answer, looking after it takes as long as that server likes.
@@ -115,7 +128,7 @@ AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
             AgentAI::folderName(model, file, names, pdfText, std::min(left, AiSorting::answerLimit), &control);
         return name && names.contains(*name) ? name : std::nullopt;
     };
-    return {folder, profiles.get(), rules.get(), history.get(), m_services.clock.now(), choose};
+    return {folder, profiles.get(), rules.get(), {}, m_services.clock.now(), choose};
 }
 
 void CleanupAgent::analyze(const Location &folder)
@@ -132,15 +145,17 @@ void CleanupAgent::startAnalysis()
     const AnalysisRequest request = analysisRequest(*m_analysedFolder);
     m_analyzing.start(
         m_pool,
-        [services = m_services, request](JobControl &control) { return brellin::analyze(services, request, control); },
+        [services = m_services, request](JobControl &control) { return analyzeKnowing(services, request, control); },
         [this](Result<AnalysisFindings> found) { analyzed(std::move(found)); },
         [this](const JobControl &control) { watch(control); });
 }
 
 void CleanupAgent::analyzed(Result<AnalysisFindings> found)
 {
-    if (!found || m_cancelled)
+    if (!found || m_cancelled) {
+        m_reloadLater = m_reloadLater || (!found && found.error().is(std::errc::illegal_byte_sequence));
         return fail(found ? Failure::cancelled() : found.error());
+    }
     m_analysis = *std::move(found);
     m_listedFolder = m_analysedFolder;
     std::vector<AgentProposal> list = m_analysis->proposals;

@@ -161,6 +161,32 @@ TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
         << "kept aside";
 }
 
+TEST_F(DamagedListsTest, noFolderIsAnalysedWithoutAllOfTheHistory)
+{
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    ASSERT_TRUE(world.tree().has("home/Ziel/Rechnung.pdf"));
+    world.tree().file("home/Ziel/lose.pdf", "drei");
+    const auto sources = [&](CleanupAgent &one) {
+        wait(one, [&] { one.analyze(world.home("Ziel")); });
+        std::vector<std::string> names;
+        for (const AgentProposal &proposal : one.proposals.get())
+            names.push_back(proposal.source.filename());
+        return names;
+    };
+    EXPECT_THAT(sources(agent), ElementsAre("lose.pdf")) << "the other one was put here";
+    agent.discard({agent.proposals.get().front().id});
+    cut(AgentKeys::history);
+    CleanupAgent next(world.services());
+    for (CleanupAgent *const one : {&agent, &next}) {
+        EXPECT_THAT(sources(*one), IsEmpty());
+        EXPECT_TRUE(one->status.get().contains(u"agentHistory.json")) << one->status.get().toStdString();
+        EXPECT_TRUE(waitUntil([&] { return lists(*one) == std::vector{AgentKeys::history}; }));
+    }
+    ASSERT_TRUE(next.restoreList(AgentKeys::history));
+    EXPECT_TRUE(waitUntil([&] { return next.damaged.get().empty(); }));
+    EXPECT_THAT(sources(next), ElementsAre("lose.pdf"));
+}
+
 TEST_F(DamagedListsTest, settingsOfAWrongTypeTakeTheirDefaultAndNothingBeginsWhereThereAreNone)
 {
     world.tree().lines({"home/Downloads/kopie.txt=gleich", "home/Downloads/zweite.txt=gleich"});
