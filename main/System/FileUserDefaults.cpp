@@ -48,9 +48,11 @@ Failure unreadable(const Location &file, const Failure &why)
     return {QStringLiteral("„%1“ ist nicht lesbar: %2").arg(shownName(file), why.message), why.code};
 }
 
-/// Keeps what lies at `file` under another name as well. Where that takes a link which the volume does not have, or what lies
-/// there is no file, it goes to the other name.
-Result<void> keepAs(const Location &file, const Location &other)
+using PutAside = std::vector<std::pair<Location, Location>>;
+
+/// Keeps what lies at `file` under another name as well: a link, or a copy where the volume has none. What cannot even be
+/// read goes to the other name, and is noted.
+Result<void> keepAs(const Location &file, const Location &other, qint64 most, PutAside &gone)
 {
     std::error_code unresolved;
     const Location target = std::filesystem::canonical(file, unresolved); // somebody may link to his settings
@@ -58,9 +60,22 @@ Result<void> keepAs(const Location &file, const Location &other)
         return {};
     if (!unresolved && errno == EEXIST)
         return failure(Failure::lastSystem());
-    if (::rename(file.c_str(), other.c_str()) == 0 || errno == ENOENT)
+    if (const Result<QByteArray> content = readWhole(file, most))
+        return writeAtomically(other, *content);
+    if (::rename(file.c_str(), other.c_str()) == 0) {
+        gone.emplace_back(file, other);
         return {};
-    return failure(Failure::lastSystem());
+    }
+    return errno == ENOENT ? Result<void>() : failure(Failure::lastSystem());
+}
+
+/// Gives them their places again, where nothing has taken those.
+void putBack(const PutAside &gone)
+{
+    for (const auto &[file, other] : gone) {
+        if (::access(file.c_str(), F_OK) != 0)
+            (void)::rename(other.c_str(), file.c_str());
+    }
 }
 
 } // namespace
@@ -110,9 +125,16 @@ Result<std::optional<QByteArray>> FileUserDefaults::readFile(const Location &fil
     return failure(content.error());
 }
 
+/// A file that is gone while its last good version lies there was not given up by the user: it reads as one that was emptied,
+/// which no list is.
 Result<std::optional<QByteArray>> FileUserDefaults::read(const QString &key) const
 {
-    return readFile(fileOf(key), limitOf(key));
+    std::optional<QByteArray> text = TRY(readFile(fileOf(key), limitOf(key)));
+    if (text || ::access(lastGoodFile(key).c_str(), F_OK) != 0)
+        return text;
+    // Another program may have stored both just now.
+    text = TRY(readFile(fileOf(key), limitOf(key)));
+    return text ? text : std::optional(QByteArray(""));
 }
 
 Result<std::optional<QByteArray>> FileUserDefaults::readLastGood(const QString &key) const
@@ -160,7 +182,7 @@ FileUserDefaults::update(const QString &key,
     if (!changed || *old == changed->json)
         return {};
     if (*old && changed->keepOldAside)
-        TRY(putAside(key));
+        return inPlaceOfOld(key, [&] { return write(key, changed->json); });
     return write(key, changed->json);
 }
 
@@ -169,9 +191,11 @@ Result<void> FileUserDefaults::replace(const QString &key, const std::optional<Q
     const std::scoped_lock lock(m_mutex);
     TRY(createPrivateFolders(m_folder));
     const FileLock other = TRY(lockAgainstOthers());
-    TRY(putAside(key));
-    if (json)
-        return write(key, *json);
+    return inPlaceOfOld(key, [&] { return json ? write(key, *json) : removeBoth(key); });
+}
+
+Result<void> FileUserDefaults::removeBoth(const QString &key)
+{
     for (const Location &file : {lastGoodFile(key), fileOf(key)}) {
         if (::unlink(file.c_str()) != 0 && errno != ENOENT)
             return failure(Failure::lastSystem());
@@ -180,24 +204,38 @@ Result<void> FileUserDefaults::replace(const QString &key, const std::optional<Q
 }
 
 /// The last good version first: it is never older than what is stored, and a full disk changes neither. It is not flushed:
-/// a power cut in this moment finds the stored file whole, and the next change writes it again.
+/// a power cut in this moment finds the stored file whole, and the next change writes it again. Where nothing is stored yet
+/// it comes last: alone it means that the file was lost.
 Result<void> FileUserDefaults::write(const QString &key, const QByteArray &json)
 {
     if (json.size() > limitOf(key))
         return failure(tooLarge(limitOf(key)));
-    TRY(writeUnflushed(lastGoodFile(key), json));
-    return writeAtomically(fileOf(key), json);
+    const bool first = ::access(fileOf(key).c_str(), F_OK) != 0;
+    if (!first)
+        TRY(writeUnflushed(lastGoodFile(key), json));
+    TRY(writeAtomically(fileOf(key), json));
+    if (first)
+        (void)writeUnflushed(lastGoodFile(key), json); // what was to be stored is stored
+    return {};
 }
 
-/// Gives the stored file and its last good version a second name each; they stay in their places until they are replaced.
-Result<void> FileUserDefaults::putAside(const QString &key) const
+/// Gives the stored file and its last good version a second name each, then lets `act` replace them. They stay in their
+/// places until then, and get them back where it fails.
+Result<void> FileUserDefaults::inPlaceOfOld(const QString &key, const std::function<Result<void>()> &act) const
 {
     const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
     const auto name = [&](const QString &what) {
         return m_folder / (key + u'.' + what + u'-' + time + QStringLiteral(".json")).toStdString();
     };
-    TRY(keepAs(fileOf(key), name(QStringLiteral("beschädigt"))));
-    return keepAs(lastGoodFile(key), name(QStringLiteral("zuletzt-gut")));
+    PutAside gone;
+    Result<void> done = keepAs(fileOf(key), name(QStringLiteral("beschädigt")), limitOf(key), gone);
+    if (done)
+        done = keepAs(lastGoodFile(key), name(QStringLiteral("zuletzt-gut")), limitOf(key), gone);
+    if (done)
+        done = act();
+    if (!done)
+        putBack(gone);
+    return done;
 }
 
 } // namespace brellin

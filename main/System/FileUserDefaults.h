@@ -22,7 +22,7 @@ struct StoredLimits {
 /// Settings in a folder: "settings.json" for the plain values and a file "<key>.json" beside it for each list (a history of
 /// thirty long runs is not rewritten with every switch). Every write is atomic and flushed; "settings.lock" keeps two
 /// programs apart. What was stored last stands a second time in "<key>.zuletzt-gut.json", for when somebody else damages
-/// the file. A text that did not decode stays as "<key>.beschädigt-<time>.json".
+/// the file or takes it away. A text that did not decode stays as "<key>.beschädigt-<time>.json".
 ///
 /// Nothing is held in memory between two calls: a copy that another program has overtaken would take its change back
 /// (the file's time cannot tell two writes of one clock tick apart).
@@ -47,7 +47,8 @@ private:
     Result<void> write(const QString &key, const QByteArray &json);
     Result<FileLock> lockAgainstOthers() const;
     Result<QJsonObject> readValues() const;
-    Result<void> putAside(const QString &key) const;
+    Result<void> removeBoth(const QString &key);
+    Result<void> inPlaceOfOld(const QString &key, const std::function<Result<void>()> &act) const;
 
     Location m_folder;
     StoredLimits m_limits;

@@ -1,11 +1,18 @@
 #include "System/StoredList.h"
 
+#include "Support/FailingCalls.h"
+#include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 #include "System/FileUserDefaults.h"
+#include "System/StoredKind.h"
 
 #include <gtest/gtest.h>
 
+#include <sys/syscall.h>
+
 using namespace brellin;
+using brellin::test::PrivateMount;
+using brellin::test::runWithFailingCalls;
 using brellin::test::TempTree;
 
 namespace {
@@ -179,6 +186,71 @@ TEST_F(StoredListTest, DamagedSettingsComeBackWithTheNextOne)
     ASSERT_TRUE(defaults.setValue(u"text"_qs, u"neu"_qs));
     EXPECT_EQ(defaults.value(u"zahl"_qs)->toInt(), 7);
     EXPECT_EQ(defaults.value(u"text"_qs)->toString(), u"neu"_qs);
+}
+
+TEST_F(StoredListTest, AFullDiskWithoutLinksLosesNeitherTheListNorItsLastGoodVersion)
+{
+    tree.folder("s");
+    const PrivateMount disk(tree.path("s"), "tmpfs", "size=256k");
+    if (!disk)
+        GTEST_SKIP() << "needs root";
+    ASSERT_TRUE(append<Guard>(u"a"_qs));
+    cut(1);
+    disk.leaveFree(0, "voll");
+    const auto restore = [&] { EXPECT_FALSE(restoreLastGood(defaults, storedKind<Guard>(key))); };
+    const auto noLinks = [](int) { return EPERM; };
+    std::string before = tree.snapshot();
+    if (!runWithFailingCalls(SYS_link, noLinks, restore))
+        GTEST_SKIP() << "no calls can be made to fail";
+    EXPECT_EQ(tree.snapshot(), before);
+    EXPECT_EQ(state<Guard>(), StoredState::Damaged);
+
+    // What cannot be copied goes aside by its name, and comes back.
+    std::filesystem::remove(file);
+    tree.file("s/l.json/innen", "");
+    disk.leaveFree(0, "noch voller");
+    before = tree.snapshot();
+    ASSERT_TRUE(runWithFailingCalls(SYS_link, noLinks, restore));
+    EXPECT_EQ(tree.snapshot(), before);
+
+    std::filesystem::remove_all(file);
+    std::filesystem::remove(tree.path("s/voll"));
+    tree.file("s/l.json", "[{");
+    ASSERT_TRUE(runWithFailingCalls(SYS_link, noLinks,
+                                    [&] { EXPECT_TRUE(restoreLastGood(defaults, storedKind<Guard>(key))); }));
+    EXPECT_EQ(names<Guard>(), u"a"_qs);
+    EXPECT_EQ(count("l.beschädigt-"), 1);
+}
+
+TEST_F(StoredListTest, AListThatIsMissingBesideItsLastGoodVersionIsNotAbsent)
+{
+    ASSERT_TRUE(append<Guard>(u"a"_qs));
+    std::filesystem::remove(file);
+    EXPECT_EQ(state<Guard>(), StoredState::Damaged);
+    EXPECT_FALSE(append<Guard>(u"b"_qs));
+    ASSERT_TRUE(restoreLastGood(defaults, storedKind<Guard>(key)));
+    EXPECT_EQ(names<Guard>(), u"a"_qs);
+
+    std::filesystem::remove(file);
+    ASSERT_TRUE(append<Pin>(u"b"_qs)) << "where each record stands alone, it goes on with them";
+    EXPECT_EQ(names<Pin>(), u"ab"_qs);
+
+    std::filesystem::remove(file);
+    ASSERT_TRUE(beginAnew(defaults, storedKind<Guard>(key)));
+    EXPECT_EQ(state<Guard>(), StoredState::Absent);
+    EXPECT_EQ(count("l.zuletzt-gut-"), 3);
+}
+
+TEST_F(StoredListTest, AFirstWriteThatFailsLeavesTheListAbsent)
+{
+    tree.folder("s");
+    const PrivateMount disk(tree.path("s"), "tmpfs", "size=256k");
+    if (!disk)
+        GTEST_SKIP() << "needs root";
+    disk.leaveFree(4096, "voll"); // room for one of the two
+    const bool stored = append<Guard>(u"a"_qs).has_value();
+    EXPECT_EQ(state<Guard>(), stored ? StoredState::Whole : StoredState::Absent);
+    EXPECT_EQ(names<Guard>(), stored ? u"a"_qs : u""_qs);
 }
 
 } // namespace
