@@ -1,6 +1,7 @@
 #include "FileOperations/BatchRename.h"
 #include "Disk/SystemTrash.h"
 #include "FileOperations/RenameLog.h"
+#include "FileOperations/SingleRename.h"
 #include "Support/FakeDecoder.h"
 #include "Support/Faults.h"
 #include "Support/TempTree.h"
@@ -235,6 +236,49 @@ TEST_F(BatchRenameTest, restoresOnVolumesThatReserveNamesAndForgetInodes)
             pair.identity = readAttributes(pair.from)->identity;
     }
     EXPECT_EQ(kills, 2 * 8 * 4);
+}
+
+TEST_F(BatchRenameTest, aSingleRenameIsLoggedWhereItsNameIsKeptFree)
+{
+    const Location from = folder / "c";
+    const Location to = folder / "neu";
+    const auto renamed = [&](int n) {
+        faults = FaultPlan();
+        faults.killAt = n;
+        FaultyFileActions files(faults, volumes);
+        files.reserving = onStick;
+        return renameSingle(from, to, files, logs);
+    };
+    onStick = true;
+    for (int n = 0;; ++n) {
+        SCOPED_TRACE(n);
+        ASSERT_LT(n, 20);
+        const pid_t child = ::fork();
+        if (child == 0)
+            ::_exit(renamed(n) ? 0 : 1);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        if (WIFEXITED(status))
+            break;
+        forgetInodes();
+        EXPECT_EQ(restore(), QStringList());
+        EXPECT_FALSE(hasLogs());
+        if (!entryExists(from)) // killed after the last move
+            std::filesystem::rename(to, from);
+        ASSERT_EQ(snapshotOf(folder), before);
+    }
+    EXPECT_EQ(tree.content("f/neu"), "drei");
+    std::filesystem::rename(to, from);
+    tree.file("f/neu", "ein anderes");
+    const Result<void> onto = renamed(-1);
+    EXPECT_TRUE(!onto && onto.error().is(std::errc::file_exists));
+    EXPECT_EQ(tree.content("f/c"), "drei");
+    // Elsewhere it costs no log.
+    std::filesystem::remove_all(to);
+    std::filesystem::remove_all(logs);
+    onStick = false;
+    EXPECT_TRUE(renamed(-1));
+    EXPECT_FALSE(std::filesystem::exists(logs));
 }
 
 TEST_F(BatchRenameTest, aRestoreMayBeCutShortItself)
