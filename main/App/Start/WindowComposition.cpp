@@ -43,6 +43,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_placed(m_images, services.volumes())
     , m_workspace(services.settings(), DesktopEnvironment::ofThisUser(services.folders().home))
     , m_transfers(services.forTransfers(m_workers), services.clock())
+    , m_paneFiles(services.renameLogs())
     , m_undo({services.files(), services.trash(), services.renameLogs()})
     , m_operations({services.files(), services.trash(), services.volumes(), services.processes(), m_workspace,
                     services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services),
@@ -69,15 +70,9 @@ void WindowComposition::takeNote(const TransferRecord &record)
 
 WindowServices WindowComposition::forWindows()
 {
-    const BrowserServices panes{m_services.settings(),
-                                m_services.volumes(),
-                                m_services.files(),
-                                m_services.folders(),
-                                m_workers,
-                                m_sizes,
-                                m_colors,
-                                m_services.tagSearch(),
-                                mayChange(m_services)};
+    const BrowserServices panes{
+        m_services.settings(),  m_services.volumes(), m_paneFiles, m_services.folders(), m_workers, m_sizes, m_colors,
+        m_services.tagSearch(), mayChange(m_services)};
     const AgentPorts agent{
         m_agent,     m_model,      m_services.forAgent(),
         m_workspace, m_pasteboard, [this](const Location &entry, int side) { return m_placed.pixmap(entry, side); }};

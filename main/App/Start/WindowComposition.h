@@ -12,6 +12,7 @@
 #include "Features/Screens/ThumbnailImages.h"
 #include "Features/Thumbnails.h"
 #include "Features/TrashList.h"
+#include "FileOperations/SingleRename.h"
 #include "Places/NetworkServers.h"
 #include "Places/UDisksService.h"
 #include "Places/VolumeList.h"
@@ -53,6 +54,7 @@ private:
     PlacedThumbnails m_placed;
     SystemWorkspace m_workspace;
     TransferQueue m_transfers;
+    LoggedFileActions m_paneFiles;
     UserUndo m_undo;
     FileOperations m_operations;
     SendToTargets m_sendTo;

@@ -357,7 +357,7 @@ void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)
         onWorker(
             m_services.panes.workers, found.front().renames.front().from, MountWorkers::Turn::OfMount,
             &m_services.notices,
-            [found, &files = m_services.panes.files] {
+            [found, &files = m_services.renaming.files] {
                 QStringList failures;
                 for (const CutShortRename &batch : found)
                     failures += restoreCutShort(batch, files);
