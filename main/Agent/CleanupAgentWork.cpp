@@ -1,6 +1,7 @@
 #include "Agent/CleanupAgent.h"
 
 #include "Agent/AiSorting.h"
+#include "Agent/NeverSet.h"
 #include "Base/German.h"
 
 #include <algorithm>
@@ -159,9 +160,8 @@ void CleanupAgent::analyzed(Result<AnalysisFindings> found)
     m_analysis = *std::move(found);
     m_listedFolder = m_analysedFolder;
     std::vector<AgentProposal> list = m_analysis->proposals;
-    std::erase_if(list, [this](const AgentProposal &one) {
-        return std::ranges::find(never.get(), NeverProposed::of(one)) != never.get().end();
-    });
+    const NeverSet unwanted(never.get());
+    std::erase_if(list, [&](const AgentProposal &one) { return unwanted.contains(one); });
     m_analysis->proposals = list;
     showProposals(std::move(list));
     if (m_analysis->end == AnalysisFindings::End::NeedsProfile)
@@ -211,8 +211,9 @@ void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 {
     std::vector<AgentProposal> wanted;
     std::set<QUuid> unwanted;
+    const NeverSet refused(never.get());
     for (const AgentProposal &proposal : proposals.get()) {
-        if (std::ranges::find(never.get(), NeverProposed::of(proposal)) != never.get().end())
+        if (refused.contains(proposal))
             unwanted.insert(proposal.id);
         else if (ticked.contains(proposal.id))
             wanted.push_back(proposal);

@@ -2,6 +2,7 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
+#include "Agent/NeverSet.h"
 #include "Agent/PathTexts.h"
 #include "Disk/Digest.h"
 #include "System/StoredList.h"
@@ -57,9 +58,10 @@ Result<void> ProposalMemory::addNever(const std::vector<AgentProposal> &proposal
     return updateList<NeverProposed>(
         m_defaults, AgentKeys::never, [&](std::optional<std::vector<NeverProposed>> stored) {
             std::vector<NeverProposed> all = std::move(stored).value_or(std::vector<NeverProposed>());
+            NeverSet known(all);
             for (const AgentProposal &proposal : proposals) {
-                if (std::ranges::find(all, NeverProposed::of(proposal)) == all.end())
-                    all.push_back(NeverProposed::of(proposal));
+                if (NeverProposed one = NeverProposed::of(proposal); known.add(one))
+                    all.push_back(std::move(one));
             }
             return std::optional(std::move(all));
         });

@@ -5,6 +5,7 @@
 #include "Agent/EarlierCopies.h"
 #include "Agent/Guard.h"
 #include "Agent/LaterTrash.h"
+#include "Agent/NeverSet.h"
 #include "Agent/RuleMatching.h"
 #include "Base/German.h"
 
@@ -25,6 +26,7 @@ public:
         , m_request(request)
         , m_control(control)
         , m_guard(services.locations, request.profiles)
+        , m_never(request.never)
     {
     }
 
@@ -44,6 +46,7 @@ private:
     JobControl &m_control;
     ScanFindings m_findings;
     Guard m_guard;
+    const NeverSet m_never;
     std::set<FolderEntry> m_sources; ///< of the proposals so far
 };
 
@@ -71,10 +74,7 @@ Result<ScanFindings> Scanner::scan()
 void Scanner::propose(AgentProposal proposal)
 {
     FolderEntry source = m_guard.entryOf(proposal.source);
-    if (m_sources.contains(source) || m_guard.isProtectedAsWhole(proposal.source))
-        return;
-    const bool unwanted = std::ranges::find(m_request.never, NeverProposed::of(proposal)) != m_request.never.end();
-    if (unwanted)
+    if (m_sources.contains(source) || m_never.contains(proposal) || m_guard.isProtectedAsWhole(proposal.source))
         return;
     // What belongs to a project may be needed where it is, whatever a rule says of its name.
     if (m_guard.isInProject(proposal.source)) {
