@@ -342,9 +342,11 @@ void CleanupAgent::undo(const QUuid &run)
     if (!begin(QStringLiteral("Mache rückgängig …")))
         return;
     noteNotUndone(run, {});
-    const auto work = [services = m_services, run](JobControl &control) {
-        Result<UndoOutcome> outcome = UndoRun(services).undo(run, control);
-        return Worked<UndoOutcome>{std::move(outcome), RunHistory(services.defaults).shown()};
+    const auto work = [services = m_services, taken = *found, listed = proposals.get()](JobControl &control) {
+        Result<UndoOutcome> outcome = UndoRun(services).undo(taken.id, control);
+        // Also of an undo that was cut short some steps are taken back.
+        ChangedProposals followed = followedBack(listed, taken);
+        return Worked<UndoOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed)};
     };
     m_undoing.start(
         m_pool, work, [this, run](Worked<UndoOutcome> worked) { undone(run, std::move(worked)); },
@@ -354,6 +356,7 @@ void CleanupAgent::undo(const QUuid &run)
 void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
 {
     m_undo.reset();
+    follow(worked.followed);
     publishHistory(std::move(worked.history));
     Result<UndoOutcome> &result = worked.outcome;
     if (!result || result->cancelled) {

@@ -63,6 +63,19 @@ std::optional<AgentProposal> followed(AgentProposal proposal, const Location &re
     return proposal;
 }
 
+/// What undoing a run does, last step first. What comes out of the Trash was kept for nobody.
+JournalRun reversed(const JournalRun &run)
+{
+    JournalRun back;
+    for (auto step = run.steps.rbegin(); step != run.steps.rend(); ++step) {
+        if (step->kind == Kind::Copy && step->to)
+            back.steps.push_back({.kind = Kind::Trash, .from = *step->to, .to = {}, .trashedOriginal = {}});
+        else if (step->kind != Kind::Trash && step->to)
+            back.steps.push_back({.kind = Kind::Move, .from = *step->to, .to = step->from, .trashedOriginal = {}});
+    }
+    return back;
+}
+
 } // namespace
 
 ChangedProposals followedKept(const std::vector<AgentProposal> &proposals, const JournalRun &run)
@@ -77,6 +90,14 @@ ChangedProposals followedKept(const std::vector<AgentProposal> &proposals, const
             changes.emplace(one.id, followed(one, real, *step));
     }
     return changes;
+}
+
+ChangedProposals followedBack(const std::vector<AgentProposal> &proposals, const JournalRun &undone)
+{
+    std::vector<AgentProposal> moved;
+    std::ranges::copy_if(proposals, std::back_inserter(moved),
+                         [](const AgentProposal &one) { return one.keptCopy && !readAttributes(*one.keptCopy); });
+    return moved.empty() ? ChangedProposals() : followedKept(moved, reversed(undone));
 }
 
 std::vector<AgentProposal> withChanges(std::vector<AgentProposal> proposals, const ChangedProposals &changes)

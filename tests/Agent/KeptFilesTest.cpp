@@ -95,6 +95,49 @@ TEST_F(KeptFilesTest, AreFollowedWhereTheUserMovesThemFirst)
     EXPECT_EQ(agent.proposals.get()[0].keptCopy, world.home("Papiere/alt.pdf"));
 }
 
+TEST_F(KeptFilesTest, AreFollowedBackWhereTheRunIsUndone)
+{
+    CleanupAgent agent(world.services());
+    CleanupRule automatic = moving(world.home("Papiere"));
+    automatic.automatic = true;
+    use(agent, {automatic});
+    ASSERT_EQ(scan(agent), Names{"neu.pdf"});
+    const AgentProposal before = agent.proposals.get().at(0);
+    agent.choose({});
+    wait(agent, [&] { agent.undo(agent.history.get().front().id); });
+    ASSERT_EQ(agent.proposals.get().size(), 1U);
+    const AgentProposal after = agent.proposals.get()[0];
+    EXPECT_EQ(after.id, before.id);
+    EXPECT_EQ(after.keptCopy, world.home("Downloads/alt.pdf"));
+    EXPECT_EQ(after.reason, u"Doppelt – gleicher Inhalt wie „alt.pdf“ in Downloads"_qs);
+    EXPECT_TRUE(agent.chosen.get().empty());
+    agent.choose({after.id});
+    wait(agent, [&] { agent.executeChosen(); });
+    EXPECT_EQ(agent.status.get(), u"1 erledigt."_qs);
+    EXPECT_TRUE(world.tree().has("home/Downloads/alt.pdf"));
+    EXPECT_FALSE(world.tree().has("home/Downloads/neu.pdf"));
+}
+
+TEST_F(KeptFilesTest, AreDroppedWhereUndoingTakesTheCopyAway)
+{
+    CleanupAgent agent(world.services());
+    CleanupRule copying = moving(world.home("Papiere"));
+    copying.action = RuleAction::Copy;
+    use(agent, {copying});
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    wait(agent, [&] { agent.executeChosen(); });
+    ASSERT_TRUE(world.tree().has("home/Papiere/alt.pdf"));
+    std::filesystem::remove(world.home("Downloads/alt.pdf"));
+    std::filesystem::remove(world.home("Downloads/neu.pdf"));
+    world.tree().file("home/Downloads/neu.pdf", "gleich");
+    wait(agent, [&] { agent.searchDuplicates({world.home("Papiere"), world.home("Downloads")}); });
+    ASSERT_EQ(agent.proposals.get().size(), 1U);
+    ASSERT_EQ(agent.proposals.get()[0].keptCopy, world.home("Papiere/alt.pdf"));
+    wait(agent, [&] { agent.undo(agent.history.get().front().id); });
+    EXPECT_FALSE(world.tree().has("home/Papiere/alt.pdf"));
+    EXPECT_TRUE(agent.proposals.get().empty());
+}
+
 TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
 {
     CleanupAgent agent(world.services());
