@@ -9,13 +9,15 @@ namespace brellin {
 
 namespace {
 
-/// Lets a copy go for another kept file; a doubt that its reason names stays named.
+/// Lets a copy go for another kept file; a doubt that its reason names stays named, and a copy that is not to be kept in the
+/// other's place still is not.
 void keepFor(AgentProposal &proposal, const Location &kept, const FileState &keptSeen)
 {
     const QString reason = duplicateReason(kept);
     proposal.reason = proposal.needsReview ? withDoubt(reason, Doubt::Doubtful) : reason;
     proposal.keptCopy = kept;
-    proposal.keptSeen = keptSeen;
+    if (proposal.keptSeen)
+        proposal.keptSeen = keptSeen;
 }
 
 } // namespace
@@ -32,8 +34,9 @@ Result<std::vector<AgentProposal>> keepingInstead(std::vector<AgentProposal> pro
     if (turned == proposals.end() || !turned->keptCopy)
         return failure(QStringLiteral("Dieser Vorschlag ist nicht mehr in der Liste."));
     if (!canKeepInstead(*turned))
-        return failure(QStringLiteral("„%1“ ist geschützt oder gehört zu einem Projekt und bleibt.")
-                           .arg(shownName(*turned->keptCopy)));
+        return failure(QStringLiteral("„%1“ bleibt: Die Datei ist geschützt, gehört zu einem Projekt, oder eine Regel "
+                                      "würde „%2“ später in den Papierkorb legen.")
+                           .arg(shownName(*turned->keptCopy), shownName(turned->source)));
     const Location goes = *turned->keptCopy;
     const FileState goesSeen = *turned->keptSeen;
     const Location stays = turned->source;

@@ -36,7 +36,7 @@ private:
     Result<Duplicates> findDocuments();
     Result<void> findFolders();
     void add(std::vector<FolderFinding> &list, std::vector<FolderFinding> found);
-    void proposeDocuments(const std::vector<DuplicatePair> &pairs);
+    void proposeDocuments(const std::vector<DuplicatePair> &pairs, const LaterTrash &later);
     void proposeFolders(const std::vector<FolderFinding> &findings);
     void proposeVideos();
     Result<void> proposeLooseFiles();
@@ -120,12 +120,13 @@ void Analysis::propose(AgentProposal proposal)
     m_result.proposals.push_back(std::move(proposal));
 }
 
-void Analysis::proposeDocuments(const std::vector<DuplicatePair> &pairs)
+void Analysis::proposeDocuments(const std::vector<DuplicatePair> &pairs, const LaterTrash &later)
 {
     for (const DuplicatePair &pair : pairs) {
         if (isKept(pair.duplicate))
             continue;
         const bool doubtful = isRecent(pair.duplicateState.modified) || m_scope.isNamedByScripts(pair.duplicate);
+        const bool mayChange = m_scope.mayGo(pair.kept) && !later.endangers(pair.duplicateState, pair.keptState);
         const QString reason = duplicateReason(pair.kept);
         propose({.kind = Kind::Trash,
                  .source = pair.duplicate,
@@ -135,7 +136,7 @@ void Analysis::proposeDocuments(const std::vector<DuplicatePair> &pairs)
                  .needsReview = doubtful,
                  .seen = pair.duplicateState,
                  .keptCopy = pair.kept,
-                 .keptSeen = m_scope.mayGo(pair.kept) ? std::optional(pair.keptState) : std::nullopt});
+                 .keptSeen = mayChange ? std::optional(pair.keptState) : std::nullopt});
         m_kept.insert(pair.kept);
     }
 }
@@ -212,7 +213,7 @@ Result<AnalysisFindings> Analysis::run()
     const RuleMatching matching(m_services.locations, m_services.clock);
     const LaterTrash later =
         documents.pairs.empty() ? LaterTrash() : TRY(LaterTrash::of(matching, m_request.rules, &m_control));
-    proposeDocuments(proposedPairs(documents.pairs, m_scope, m_whole, later));
+    proposeDocuments(proposedPairs(documents.pairs, m_scope, m_whole, later), later);
     proposeFolders(m_equal);
     proposeFolders(m_removable);
     proposeFolders(m_unused);

@@ -114,7 +114,8 @@ Result<void> Scanner::proposeDuplicates(const Duplicates &duplicates, const std:
         proposal.preselected = true;
         proposal.seen = pair.duplicateState;
         proposal.keptCopy = pair.kept;
-        if (!m_guard.isProtectedAsWhole(pair.kept) && !m_guard.isInProject(pair.kept))
+        const bool wouldBeSafe = !later.endangers(pair.duplicateState, pair.keptState);
+        if (wouldBeSafe && !m_guard.isProtectedAsWhole(pair.kept) && !m_guard.isInProject(pair.kept))
             proposal.keptSeen = pair.keptState;
         propose(std::move(proposal));
     }

@@ -136,7 +136,8 @@ TEST_F(AgentListsTest, doesNotTurnRoundAPairWhoseKeptFileIsProtected)
     const std::vector<AgentProposal> list = agent.proposals.get();
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(agent.keepInstead(list[0].id).error().message,
-              QStringLiteral("„erste.pdf“ ist geschützt oder gehört zu einem Projekt und bleibt."));
+              QStringLiteral("„erste.pdf“ bleibt: Die Datei ist geschützt, gehört zu einem Projekt, oder eine Regel "
+                             "würde „kopie der ersten.pdf“ später in den Papierkorb legen."));
     EXPECT_EQ(agent.proposals.get(), list);
 }
 

@@ -160,4 +160,31 @@ TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
         EXPECT_FALSE(one.keptCopy) << one.source;
 }
 
+TEST_F(KeptFilesTest, AreNotExchangedForOneThatARuleTrashesLater)
+{
+    CleanupAgent agent(world.services());
+    use(agent, {rule(RuleAction::Trash, u"neu"_qs, u"14"_qs)});
+    world.tree().file("home/Downloads/dritte.pdf", "gleich");
+    const auto proposalOf = [&](const char *name) {
+        return std::ranges::find(agent.proposals.get(), world.home("Downloads") / name, &AgentProposal::source)->id;
+    };
+    const auto staysAsItIs = [&] {
+        const Result<void> turned = agent.keepInstead(proposalOf("neu.pdf"));
+        ASSERT_FALSE(turned);
+        EXPECT_TRUE(turned.error().message.contains(u"Regel")) << turned.error().message.toStdString();
+    };
+    scan(agent);
+    ASSERT_EQ(agent.proposals.get().size(), 2U);
+    staysAsItIs();
+    ASSERT_TRUE(agent.keepInstead(proposalOf("dritte.pdf")));
+    staysAsItIs();
+    wait(agent, [&] { agent.analyze(world.home("Downloads")); });
+    ASSERT_EQ(agent.proposals.get().size(), 2U);
+    staysAsItIs();
+    // Both are meant to go by the same rule.
+    use(agent, {rule(RuleAction::Trash, u"alt, neu, dritte"_qs, u"14"_qs)});
+    scan(agent);
+    EXPECT_TRUE(agent.keepInstead(proposalOf("neu.pdf")));
+}
+
 } // namespace
