@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <optional>
+#include <set>
 #include <string_view>
 
 namespace brellin {
@@ -42,6 +44,16 @@ std::string withoutNumber(std::string_view name)
 {
     const std::string_view stem = stemOf(name);
     return std::string(stem.substr(0, stem.rfind(" ("))).append(name.substr(stem.size()));
+}
+
+/// What numbers of each length leave of a name, and the name as it fits without one.
+std::set<std::string> shortenedNames(std::string_view name, const std::string &fitting, std::size_t limit)
+{
+    std::set<std::string> names{fitting};
+    int number = 2;
+    for (int digits = 1; digits <= std::numeric_limits<int>::digits10; ++digits, number *= 10)
+        names.insert(withoutNumber(numberedName(name, number, limit)));
+    return names;
 }
 
 } // namespace
@@ -98,10 +110,14 @@ std::vector<const EarlierCopies::Entry *> EarlierCopies::namedLike(const Locatio
     }
     // Numbers have shortened such a name.
     const std::size_t limit = nameLimit(wanted.parent_path());
-    for (const auto &[key, entry] : folder) {
-        const std::optional<int> number = numberOf(entry.name);
-        if (entry.name == fittingName(name, limit) || (number && entry.name == numberedName(name, *number, limit)))
-            found.push_back(&entry);
+    const std::string fitting = fittingName(name, limit);
+    for (const std::string &key : shortenedNames(name, fitting, limit)) {
+        for (auto [at, end] = folder.equal_range(key); at != end; ++at) {
+            const Entry &entry = at->second;
+            const std::optional<int> number = numberOf(entry.name);
+            if (entry.name == fitting || (number && entry.name == numberedName(name, *number, limit)))
+                found.push_back(&entry);
+        }
     }
     return found;
 }

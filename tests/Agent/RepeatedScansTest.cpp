@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 #include "Agent/RuleTrial.h"
+#include "Disk/FreeName.h"
 
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
@@ -55,14 +56,17 @@ protected:
 
 TEST_F(RepeatedScansTest, ACopyIsMadeOnceUnderWhicheverName)
 {
-    const std::string longName(250, 'l');
+    const std::string longName(254, 'l'); // numbers shorten it, longer ones more
     world.tree().lines({"home/Downloads/a/x.txt=eins", "home/Downloads/b/x.txt=zwei", "home/Downloads/c (3).txt=drei",
                         "home/Downloads/M.app/teil=vier", "home/Ziel/x.txt=war schon da", "home/Ziel/M.app/andere=x"});
     world.tree().file("home/Downloads/" + longName, "lang");
     world.tree().file("home/Ziel/" + longName, "auch da");
+    for (int number = 2; number < 10; ++number)
+        world.tree().file("home/Ziel/" + numberedName(longName, number), "und da");
     CleanupAgent agent(world.services());
     use(agent, {rule(RuleAction::Copy, u"~/Ziel"_qs)});
     EXPECT_EQ(round(agent), 5U);
+    EXPECT_TRUE(world.tree().has("home/Ziel/" + numberedName(longName, 10)));
     EXPECT_EQ(scan(agent), Lines());
     // A copy that somebody has worked on is none any more, and neither is that of a changed source.
     world.tree().file("home/Ziel/c (3).txt", "weitergeschrieben");
