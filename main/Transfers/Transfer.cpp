@@ -113,8 +113,10 @@ void Transfer::run()
     const TransferServices services = m_queue.m_services;
     m_running.start(
         services.workers, longWork<TransferOutcome>(m_request.destination),
-        [services, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes](
-            const JobControl &) { return TransferEngine(services).run(steps, kind, *state, sizes); },
+        [services, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes,
+         open = OpenWork::begin(TransferState::controlOf(m_job->state))](const JobControl &) {
+            return TransferEngine(services).run(steps, kind, *state, sizes);
+        },
         [this](TransferOutcome outcome) { ran(std::move(outcome)); }, {});
     m_queue.publishAll();
 }

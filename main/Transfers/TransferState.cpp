@@ -1,6 +1,7 @@
 #include "Transfers/TransferState.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace brellin {
 
@@ -45,8 +46,10 @@ void TransferState::advance(const QString &name, std::int64_t bytes, std::int64_
 
 void TransferState::waitWhilePaused()
 {
+    constexpr std::chrono::milliseconds rhythm{50}; // nobody wakes it who cancels the control alone
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return !m_progress.paused || m_progress.cancelled; });
+    while (m_progress.paused && !m_control.cancelled())
+        m_changed.wait_for(lock, rhythm);
 }
 
 void TransferState::setFlushing(bool flushing)

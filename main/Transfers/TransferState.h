@@ -8,6 +8,7 @@
 
 #include <condition_variable>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 
 namespace brellin {
@@ -37,6 +38,11 @@ public:
     bool cancelled() const { return m_control.cancelled(); }
     /// What a copy looks at to stop within 100 ms.
     const JobControl &control() const { return m_control; }
+    /// For the end of the program, which cancels through this alone and from any thread.
+    static std::shared_ptr<JobControl> controlOf(const std::shared_ptr<TransferState> &state)
+    {
+        return {state, &state->m_control};
+    }
     void beginEntry(const QString &name);
     /// `bytes` and `files` of the current step so far. Waits here while paused.
     void advance(const QString &name, std::int64_t bytes, std::int64_t files);

@@ -1,5 +1,6 @@
 #include "Transfers/TransferQueue.h"
 
+#include "Base/OpenWork.h"
 #include "Support/WaitUntil.h"
 #include "TransferWorld.h"
 
@@ -313,5 +314,21 @@ TEST_F(TransferQueueTest, aYesToARemovalHoldsForWhatWasShown)
     EXPECT_EQ(world.tree().content("disk/a/dazu"), "kam dazu");
     EXPECT_EQ(world.tree().content("disk/a/alt"), "alt");
     EXPECT_EQ(done.steps.size(), 2u);
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST_F(TransferQueueTest, endsWithTheProgramEvenWhilePaused)
+{
+    world.tree().lines({"home/a=1", "home/b=2"});
+    queue->jobs.observe(&receiver, [](const std::vector<std::shared_ptr<TransferJob>> &jobs) {
+        if (!jobs.empty())
+            jobs.front()->setPaused(true);
+    });
+    queue->transfer(request({"a", "b"}, world.disk("")));
+    ASSERT_TRUE(waitUntil([&] { return queue->jobOf(pane) && !queue->jobOf(pane)->measuring.get(); }));
+    // What a quitting program does while the queue still stands and no events run.
+    EXPECT_TRUE(OpenWork::cancelAndWait(std::chrono::seconds(2)));
+    EXPECT_TRUE(queue->jobOf(pane)->state->cancelled());
+    EXPECT_FALSE(world.tree().has("disk/a"));
     EXPECT_TRUE(world.leftovers().empty());
 }
