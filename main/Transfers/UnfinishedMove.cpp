@@ -78,17 +78,42 @@ bool isAway(const LoggedWork &removal)
     return !entryExists(removal.from) || volumeOf(removal.from) != removal.volume;
 }
 
-/// Not compared yet. The logs are locked only while they are read: who finds them locked takes their transfers for living.
-std::vector<UnfinishedMove> notedMoves(const Location &logs)
+struct NotedRemoval {
+    Location log;
+    bool dead = false;
+    LoggedWork removal;
+};
+
+/// The logs are locked only while they are read: who finds them locked takes their transfers for living. Nothing is asked of
+/// a volume meanwhile.
+std::vector<NotedRemoval> notedRemovals(const Location &logs)
 {
-    std::vector<UnfinishedMove> noted;
+    std::vector<NotedRemoval> noted;
     for (const TransferLogFile &log : TransferLogFile::all(logs)) {
-        for (const LoggedWork &removal : log.dead() ? log.removals() : std::vector<LoggedWork>()) {
-            if (!isAway(removal))
-                noted.push_back({log.file, removal.from, removal.to, removal.when, 0, 0, 0});
-        }
+        for (LoggedWork &removal : log.removals())
+            noted.push_back({log.file, log.dead(), std::move(removal)});
     }
     return noted;
+}
+
+/// Not compared yet.
+std::vector<UnfinishedMove> notedMoves(const Location &logs)
+{
+    std::vector<UnfinishedMove> moves;
+    for (const auto &[log, dead, removal] : notedRemovals(logs)) {
+        if (dead && !isAway(removal))
+            moves.push_back({log, removal.from, removal.to, removal.when, 0, 0, 0});
+    }
+    return moves;
+}
+
+/// Whether `copy` is to `to` what `source` is to `from`: the same, the same part, or the same folder around both.
+bool isSamePart(const Location &source, const Location &from, const Location &copy, const Location &to)
+{
+    if (isAtOrBelow(source, from))
+        return isAtOrBelow(copy, to) && source.lexically_relative(from) == copy.lexically_relative(to);
+    return isAtOrBelow(from, source) && isAtOrBelow(to, copy) &&
+           from.lexically_relative(source) == to.lexically_relative(copy);
 }
 
 } // namespace
@@ -125,10 +150,8 @@ std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobContr
 
 bool isCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs)
 {
-    return std::ranges::any_of(TransferLogFile::all(logs), [&](const TransferLogFile &log) {
-        const std::vector<LoggedWork> removals = log.dead() ? log.removals() : std::vector<LoggedWork>();
-        return std::ranges::any_of(
-            removals, [&](const LoggedWork &one) { return one.from == source && one.to == copy && !isAway(one); });
+    return std::ranges::any_of(notedRemovals(logs), [&](const NotedRemoval &one) {
+        return isSamePart(source, one.removal.from, copy, one.removal.to) && !isAway(one.removal);
     });
 }
 

@@ -34,7 +34,8 @@ struct UnfinishedMove {
 /// finished now, as while a volume is away, are left for later. Blocking.
 std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control = nullptr);
 
-/// Whether `copy` is the complete copy of a source that was being removed when the program died.
+/// Whether `copy` is, holds or lies in the complete copy of what `source` is, holds or lies in, and which was being removed
+/// when a program died, or is right now: nobody can tell while another looks at its log.
 bool isCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs);
 
 /// Removes what is left of the source, for good and on the user's yes, as far as the copy holds it with the same content.

@@ -168,6 +168,20 @@ TEST_F(UnfinishedMoveTest, itsCopyIsNotReplacedForGood)
     EXPECT_TRUE(examineTransfer(request, world.services(), control)->sources[0].taken->replaceable);
 }
 
+TEST_F(UnfinishedMoveTest, noPartAndNoWholeOfItsCopyIsReplacedForGoodWhileInDoubt)
+{
+    dieWhileRemoving();
+    const auto holds = [&](const Location &source, const Location &copy) {
+        return isCopyOfUnfinishedMove(source, copy, world.services().logs);
+    };
+    EXPECT_TRUE(holds(world.home("Fotos/tief"), world.disk("Fotos/tief")));
+    EXPECT_TRUE(holds(world.tree().path("home"), world.tree().path("disk")));
+    EXPECT_FALSE(holds(world.home("Fotos/tief"), world.disk("Fotos")));
+    EXPECT_FALSE(holds(world.home("anderes"), world.disk("anderes")));
+    const std::vector<TransferLogFile> anotherLook = TransferLogFile::all(world.services().logs);
+    EXPECT_TRUE(holds(world.home("Fotos"), world.disk("Fotos")));
+}
+
 TEST_F(UnfinishedMoveTest, survivesWhileItsVolumeIsAway)
 {
     const Location stick = world.tree().folder("stick");
