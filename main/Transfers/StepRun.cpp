@@ -161,14 +161,9 @@ void StepRun::settle()
 {
     // The copies' names, too, are on the disk before the sources go.
     const Result<void> flushed = flush();
-    std::vector<TransferLog::Removal> removals;
+    const Result<void> ready = flushed ? noteRemovals() : flushed;
     for (const Moved &one : m_moved) {
-        if (flushed)
-            removals.push_back({one.step.src, one.step.dst});
-    }
-    m_log.noteRemovals(removals);
-    for (const Moved &one : m_moved) {
-        const Result<void> safe = flushed ? checkCopyIsThere(outcome.done[one.number]) : flushed;
+        const Result<void> safe = ready ? checkCopyIsThere(outcome.done[one.number]) : ready;
         const QString stays = QStringLiteral("Kopiert; das Original bleibt vorsichtshalber stehen: ");
         if (safe)
             outcome.done[one.number].moved = giveUpSource(one.step, one.copied);
@@ -176,6 +171,19 @@ void StepRun::settle()
             outcome.errors << errorLine(one.step.src, {stays + safe.error().message, {}});
     }
     m_moved.clear();
+}
+
+Result<void> StepRun::noteRemovals()
+{
+    std::vector<TransferLog::Removal> removals;
+    removals.reserve(m_moved.size());
+    for (const Moved &one : m_moved)
+        removals.push_back({one.step.src, one.step.dst});
+    const Result<void> noted = m_log.noteRemovals(removals);
+    if (noted)
+        return {};
+    const QString why = QStringLiteral("Dass es entfernt wird, ließ sich nicht vermerken: ");
+    return failure(Failure{why + noted.error().message, noted.error().code});
 }
 
 /// Other steps came between, and other programs.

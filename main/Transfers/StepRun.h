@@ -45,6 +45,8 @@ private:
     Result<std::optional<Location>> place(const TransferStep &step, const Location &temporary);
     Result<WrittenVolume *> volumeFor(const Location &folder);
     Result<void> flush();
+    /// So that a removal that is cut short is found.
+    Result<void> noteRemovals();
     static Result<void> checkCopyIsThere(const TransferredEntry &copy);
     /// Puts the entry that is being replaced into the Trash and gives its place there. Where that fails and `step` allows it,
     /// removes it for good (nothing is given then), else fails with the entry untouched.

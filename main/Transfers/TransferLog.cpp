@@ -47,24 +47,26 @@ Location TransferLog::temporaryFor(const Location &dst, Renames renames)
     const std::string head = std::string(copyPrefix) + freshId() + "-";
     const std::size_t room = nameLimit(folder) - std::min(nameLimit(folder) - 1, head.size());
     const Location place = folder / (head + fittingName(dst.filename().native(), room));
-    note({Kind::Copy, place, dst, {}, {}, renames == Renames::Reserving});
+    // What could not be written is missing for others only, and only until the entry is a day old.
+    (void)note({Kind::Copy, place, dst, {}, {}, renames == Renames::Reserving});
     return place;
 }
 
 void TransferLog::noteRename(const Location &src, const Location &dst)
 {
-    note({Kind::Rename, src, dst, {}, {}, true});
+    (void)note({Kind::Rename, src, dst, {}, {}, true});
 }
 
-void TransferLog::noteRemovals(const std::vector<Removal> &removals)
+Result<void> TransferLog::noteRemovals(const std::vector<Removal> &removals)
 {
     for (const Removal &one : removals)
-        note({Kind::Removal, one.source, one.copy, {}, {}, false});
-    if (m_lock.held())
-        (void)::fdatasync(m_lock.descriptor()); // what a power cut takes is an offer, no file
+        TRY(note({Kind::Removal, one.source, one.copy, {}, {}, false}));
+    if (!removals.empty() && m_lock.held() && ::fdatasync(m_lock.descriptor()) != 0)
+        return failure(Failure::lastSystem());
+    return {};
 }
 
-void TransferLog::note(LoggedWork work)
+Result<void> TransferLog::note(LoggedWork work)
 {
     if (!m_lock.held())
         open();
@@ -74,14 +76,27 @@ void TransferLog::note(LoggedWork work)
     }
     work.volume = m_volumeAtWork;
     work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
-    if (m_lock.held()) {
-        const QByteArray line = work.line();
-        // What could not be written is missing for others only, and only until the entry is a day old.
-        [[maybe_unused]] const ssize_t written =
-            ::write(m_lock.descriptor(), line.constData(), static_cast<std::size_t>(line.size()));
-    }
+    const QByteArray line = work.line();
     if (work.kind == Kind::Copy)
         m_noted.push_back(std::move(work));
+    return write(line);
+}
+
+/// Half a line would spoil the next one.
+Result<void> TransferLog::write(const QByteArray &line) const
+{
+    if (m_folder.empty())
+        return {};
+    if (!m_lock.held())
+        return failure(QStringLiteral("Das Protokoll der Übertragung lässt sich nicht anlegen."));
+    const off_t end = ::lseek(m_lock.descriptor(), 0, SEEK_END);
+    const ssize_t written = ::write(m_lock.descriptor(), line.constData(), static_cast<std::size_t>(line.size()));
+    if (written == line.size())
+        return {};
+    const Failure why = written < 0 ? Failure::lastSystem() : Failure::system(ENOSPC);
+    if (::ftruncate(m_lock.descriptor(), end) != 0)
+        return failure(Failure::lastSystem());
+    return failure(why);
 }
 
 void TransferLog::open()

@@ -25,19 +25,20 @@ public:
     Location temporaryFor(const Location &dst, Renames renames = Renames::AtOnce);
     /// An entry is about to be renamed to where an empty file may keep the name free.
     void noteRename(const Location &src, const Location &dst);
-    /// Sources are about to be removed, whose copies are complete: the notes are on the disk when this returns.
+    /// Sources are about to be removed, whose copies are complete: the notes are on the disk when this succeeds.
     struct Removal {
         Location source;
         Location copy;
     };
-    void noteRemovals(const std::vector<Removal> &removals);
+    Result<void> noteRemovals(const std::vector<Removal> &removals);
 
     /// Whether this is a name that `temporaryFor` gives.
     static bool isTemporaryName(std::string_view name);
 
 private:
     void open();
-    void note(LoggedWork work);
+    Result<void> note(LoggedWork work);
+    Result<void> write(const QByteArray &line) const;
 
     Location m_folder;
     Location m_file;

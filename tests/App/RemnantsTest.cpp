@@ -152,7 +152,7 @@ TEST_F(RemnantsTest, endAMoveThatWasKilledAtItsSource)
             std::filesystem::last_write_time(tree.path("f") / Location(copy).lexically_relative("ziel")));
     if (::fork() == 0) {
         TransferLog log(state / "transfers");
-        log.noteRemovals({{tree.path("f/Fotos"), tree.path("ziel/Fotos")}});
+        (void)log.noteRemovals({{tree.path("f/Fotos"), tree.path("ziel/Fotos")}});
         ::_exit(0);
     }
     ::wait(nullptr);

@@ -182,6 +182,23 @@ TEST_F(UnfinishedMoveTest, noPartAndNoWholeOfItsCopyIsReplacedForGoodWhileInDoub
     EXPECT_TRUE(holds(world.home("Fotos"), world.disk("Fotos")));
 }
 
+TEST_F(UnfinishedMoveTest, keepsTheSourcesWhereTheirRemovalCannotBeNoted)
+{
+    const Location state = world.tree().folder("state");
+    const PrivateMount home(state, "tmpfs", "size=64k");
+    if (!home)
+        GTEST_SKIP() << "only root mounts";
+    world.tree().folder("state/transfers");
+    home.leaveFree(0, "voll");
+    TransferState progress;
+    const TransferOutcome outcome = TransferEngine(world.services()).run(steps(), TransferKind::Move, progress);
+    EXPECT_EQ(outcome.errors.size(), 2);
+    EXPECT_TRUE(outcome.errors.join(u' ').contains(QStringLiteral("bleibt vorsichtshalber stehen")));
+    expectWholeCopy();
+    EXPECT_EQ(world.tree().content("home/Fotos/tief/c.jpg"), "drei");
+    EXPECT_TRUE(world.tree().has("home/brief.txt"));
+}
+
 TEST_F(UnfinishedMoveTest, survivesWhileItsVolumeIsAway)
 {
     const Location stick = world.tree().folder("stick");
@@ -192,7 +209,7 @@ TEST_F(UnfinishedMoveTest, survivesWhileItsVolumeIsAway)
         TransferLog log(world.services().logs);
         world.tree().lines({"stick/Ordner/x=x", "disk/Ordner/x=x"});
         if (::fork() == 0) {
-            log.noteRemovals({{stick / "Ordner", world.disk("Ordner")}});
+            (void)log.noteRemovals({{stick / "Ordner", world.disk("Ordner")}});
             std::ofstream(log.temporaryFor(stick / "halb")) << "halb";
             ::_exit(0);
         }

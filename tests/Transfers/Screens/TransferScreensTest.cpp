@@ -157,7 +157,7 @@ TEST_F(TransferScreensTest, aMoveKilledAtItsSourceIsFinishedOnAYes)
     world.tree().lines({"home/Fotos/x=x", "disk/Fotos/x=x"});
     if (::fork() == 0) {
         TransferLog log(world.services().logs);
-        log.noteRemovals({{world.home("Fotos"), world.disk("Fotos")}});
+        (void)log.noteRemovals({{world.home("Fotos"), world.disk("Fotos")}});
         ::_exit(0);
     }
     ::wait(nullptr);
