@@ -54,8 +54,9 @@ private:
 
 /// Removes a source that was copied to `copy`, for good: of everything that lies there now only what `copied` holds unchanged,
 /// never through a link and never into another mount. Where times alone do not prove that an entry is unchanged, its content
-/// is compared with the copy's, and its rights and attributes with those that were copied. Gives the entries that stay because
-/// they are new or were changed since; fails with the first reason why anything else stays, after having removed the rest.
+/// is compared with the copy's, and its rights and attributes with those that were copied. Nothing goes whose copy is not there
+/// with its kind and size. Gives the entries that stay because they are new, were changed since, or are not in the copy; fails
+/// with the first reason why anything else stays, after having removed the rest.
 Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied, const Location &copy);
 
 /// What `removeCopied` would leave because it is new or was changed since; removes nothing.

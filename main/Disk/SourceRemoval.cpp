@@ -46,8 +46,9 @@ private:
     bool mayGo(NameIn entry, std::uint64_t path, const struct stat &now) override
     {
         const CopiedEntries::Entry *const copied = m_copied.find(path, now);
-        const bool asCopied = copied && (m_copied.isProvenBy(*copied, now) || isChangedByUs(now) ||
-                                         isStillTheSame(entry, *copied, now).value_or(false));
+        const bool asCopied = copied && isInCopy(entry, now).value_or(false) &&
+                              (m_copied.isProvenBy(*copied, now) || isChangedByUs(now) ||
+                               isStillTheSame(entry, *copied, now).value_or(false));
         if (!asCopied)
             m_kept.push_back(placeOf(entry.name, m_source));
         return asCopied;
@@ -84,6 +85,15 @@ private:
     {
         const auto one = m_changedByUs.find({now.st_dev, now.st_ino});
         return one != m_changedByUs.end() && sameTimesAndSize(one->second, now);
+    }
+
+    /// The copy may have been at anybody's hands for as long as the transfer took.
+    Result<bool> isInCopy(NameIn entry, const struct stat &now) const
+    {
+        const EntryPlace place = TRY(copyOf(entry));
+        const struct stat copy = TRY(statusOf(place.at()));
+        const bool sized = !S_ISREG(now.st_mode) || copy.st_size == now.st_size;
+        return (copy.st_mode & S_IFMT) == (now.st_mode & S_IFMT) && sized && !sameEntry(copy, now);
     }
 
     /// Asks the entry itself where its times prove nothing.

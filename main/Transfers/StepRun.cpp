@@ -269,7 +269,8 @@ void StepRun::nameKept(const std::vector<Location> &kept)
     constexpr std::size_t named = 10;
     for (std::size_t i = 0; i < std::min(kept.size(), named); ++i) {
         const QString why =
-            QStringLiteral("Kam während des Verschiebens dazu oder wurde geändert und bleibt am alten Ort.");
+            QStringLiteral("Kam während des Verschiebens dazu, wurde geändert oder fehlt in der Kopie und bleibt am "
+                           "alten Ort.");
         outcome.errors << errorLine(kept[i], {why, {}});
     }
     if (kept.size() > named)

@@ -161,6 +161,17 @@ TEST_P(CopiedEntriesTest, leavesWhatIsInDoubtAndNotInTheCopy)
     EXPECT_EQ(removeAndListKept(), (std::vector<std::string>{"quelle/einzeln.txt", "quelle/tief/b.txt"}));
 }
 
+TEST_P(CopiedEntriesTest, leavesWhatTheCopyNoLongerHolds)
+{
+    fs::remove(copy / "einzeln.txt");
+    std::ofstream(copy / "tief/b.txt") << "z";
+    fs::remove(copy / "tief/leer");
+    EXPECT_EQ(removeAndListKept(),
+              (std::vector<std::string>{"quelle/einzeln.txt", "quelle/tief/b.txt", "quelle/tief/leer"}));
+    EXPECT_EQ(tree.content("quelle/tief/b.txt"), "zwei");
+    EXPECT_FALSE(tree.has("quelle/a.txt"));
+}
+
 TEST_P(CopiedEntriesTest, looksWithoutRemoving)
 {
     tree.file("quelle/tief/neu.txt", "kam dazu");
