@@ -80,9 +80,9 @@ std::vector<Remnant> journalsIn(const Location &folder)
 {
     std::vector<Remnant> found;
     std::error_code none;
-    for (const std::filesystem::directory_entry &entry : std::filesystem::directory_iterator(folder, none)) {
-        if (const std::optional<Kind> kind = journalKind(entry.path()))
-            found.push_back({*kind, entry.path()});
+    for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end; entry.increment(none)) {
+        if (const std::optional<Kind> kind = journalKind(entry->path()))
+            found.push_back({*kind, entry->path()});
     }
     std::ranges::sort(found, {}, &Remnant::path);
     return found;

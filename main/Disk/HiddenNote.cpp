@@ -37,17 +37,17 @@ std::vector<Location> notedHiddenPlaces(const Location &notes)
 {
     std::vector<Location> left;
     std::error_code none;
-    for (const std::filesystem::directory_entry &entry : std::filesystem::directory_iterator(notes, none)) {
+    for (std::filesystem::directory_iterator entry(notes, none), end; !none && entry != end; entry.increment(none)) {
         const Result<FileLock> lock =
-            entry.path().extension() == ".note" ? FileLock::tryNow(entry.path()) : failure(Failure::system(ENOENT));
-        const Result<QByteArray> path = lock ? readWhole(entry.path()) : failure(lock.error());
+            entry->path().extension() == ".note" ? FileLock::tryNow(entry->path()) : failure(Failure::system(ENOENT));
+        const Result<QByteArray> path = lock ? readWhole(entry->path()) : failure(lock.error());
         if (!path)
             continue;
         const Location place = path->toStdString();
         if (entryExists(place))
             left.push_back(place);
         else if (place.empty() || entryExists(place.parent_path()))
-            ::unlink(entry.path().c_str());
+            ::unlink(entry->path().c_str());
     }
     std::ranges::sort(left);
     return left;

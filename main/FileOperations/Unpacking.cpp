@@ -97,12 +97,15 @@ Result<Unpacked> unpackInto(const Location &folder, ArchiveReader &reader, Space
     return Unpacked{{}, tree.refused(), remarksOn(reader, tree)};
 }
 
-std::vector<Location> entriesOf(const Location &folder)
+/// All of them or none: what is not named is removed with the folder.
+Result<std::vector<Location>> entriesOf(const Location &folder)
 {
     std::vector<Location> entries;
     std::error_code error;
-    for (const auto &entry : std::filesystem::directory_iterator(folder, error))
-        entries.push_back(entry.path());
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+        entries.push_back(entry->path());
+    if (error)
+        return failure(Failure::system(error.value()));
     return entries;
 }
 
@@ -146,7 +149,7 @@ Result<Unpacked> unpack(const Location &archive, const Location &folder, const U
     QStringList notes;
     const auto unpackHidden = [&](const Location &hidden) -> Result<Location> {
         unpacked = TRY(unpackInto(hidden, reader, space, control));
-        const std::vector<Location> tops = entriesOf(hidden);
+        const std::vector<Location> tops = TRY(entriesOf(hidden));
         if (tops.empty())
             return failure(nothingIn(unpacked.refused));
         const Location own = folder / name.substr(0, name.size() - endingOf(name).size());

@@ -109,10 +109,10 @@ std::vector<TransferLogFile> TransferLogFile::all(const Location &folder)
 {
     std::vector<TransferLogFile> found;
     std::error_code none;
-    for (const std::filesystem::directory_entry &entry : std::filesystem::directory_iterator(folder, none)) {
-        if (entry.path().extension() != ".log")
+    for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end; entry.increment(none)) {
+        if (entry->path().extension() != ".log")
             continue;
-        TransferLogFile log{entry.path(), {}, {}};
+        TransferLogFile log{entry->path(), {}, {}};
         if (Result<FileLock> lock = FileLock::tryNow(log.file))
             log.lock = *std::move(lock);
         for (const QByteArray &line : readWhole(log.file).value_or(QByteArray()).split('\n')) {
