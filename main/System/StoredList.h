@@ -55,6 +55,9 @@ StoredList<Record> decodedList(const QByteArray &text)
         else
             list.lost << read.error().sentence();
     }
+    // Nothing of it can be read: that is no empty list.
+    if (list.records.empty())
+        list.state = StoredState::Damaged;
     return list;
 }
 

@@ -108,7 +108,7 @@ TEST_F(StoredListTest, TellsAbsentDamagedAndUnreadableApart)
     EXPECT_EQ(state<Guard>(), StoredState::Damaged) << "one record that is missing bares what it guarded";
     EXPECT_EQ(wholeList<Guard>(defaults, key, {}).error().message,
               u"„l.json“ ist beschädigt: Feld „[1].name“: hier gehört ein Text hin."_qs);
-    for (const char *const text : {"", "[{\"name\":\"a\"}", "{}", "null"}) {
+    for (const char *const text : {"", "[{\"name\":\"a\"}", "{}", "null", "[{\"name\":7}]"}) {
         tree.file("s/l.json", text);
         EXPECT_EQ(state<Pin>(), StoredState::Damaged) << text;
     }
