@@ -23,7 +23,8 @@ const std::vector<StoredKind> &agentKinds()
                                                RunHistory::aftermathKind(),
                                                storedKind<QUuid>(AgentKeys::interrupted),
                                                storedKind<QString>(AgentKeys::seen),
-                                               AiSorting::answersKind()};
+                                               AiSorting::answersKind(),
+                                               storedObjectKind(QStringLiteral("settings"))};
     return kinds;
 }
 

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// Every list that the agent stores.
+/// Every list that the agent stores, and the plain settings, which tell when it begins.
 const std::vector<StoredKind> &agentKinds();
 /// The keys of those that grow with the number of files handled.
 const QStringList &longAgentLists();

@@ -2,6 +2,7 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
+#include "Agent/AgentKinds.h"
 #include "Agent/ExampleRules.h"
 #include "Agent/Recovery.h"
 #include "Base/AbandonablePool.h"
@@ -112,6 +113,8 @@ void CleanupAgent::recover()
 CleanupAgent::Stored CleanupAgent::takeOver(const AgentServices &services)
 {
     upgradeStored(services);
+    for (const StoredKind &kind : agentKinds())
+        keepLastGood(services.defaults, kind);
     const std::vector<QUuid> recovered = recoverStored(services);
     Stored stored = readStored(services);
     // Noted also where that could not be stored.

@@ -92,7 +92,7 @@ const std::vector<StoredKind> &storedKinds()
         all.push_back(storedKind<QuickEntry>(QStringLiteral("quickAccess")));
         all.push_back(storedKind<Location>(QStringLiteral("sidebarExpanded")));
         all.push_back(storedKind<QString>(QStringLiteral("sidebarFolded")));
-        for (const char16_t *const key : {u"folderColors", u"folderViews", u"settings"})
+        for (const char16_t *const key : {u"folderColors", u"folderViews"})
             all.push_back(storedObjectKind(QString::fromUtf16(key)));
         for (const char16_t *const key : {u"sendToTargets", u"networkServers", u"windows"})
             all.push_back(storedJsonKind(QString::fromUtf16(key)));

@@ -179,8 +179,11 @@ FileUserDefaults::update(const QString &key,
     if (!old)
         return failure(unreadable(fileOf(key), old.error()));
     const std::optional<Change> changed = change(*old);
-    if (!changed || *old == changed->json)
+    if (!changed)
         return {};
+    if (*old == changed->json)
+        return ::access(lastGoodFile(key).c_str(), F_OK) == 0 ? Result<void>()
+                                                              : writeUnflushed(lastGoodFile(key), changed->json);
     if (*old && changed->keepOldAside)
         return inPlaceOfOld(key, [&] { return write(key, changed->json); });
     return write(key, changed->json);

@@ -56,6 +56,18 @@ StoredCondition conditionOf(const UserDefaults &defaults, const StoredKind &kind
     return condition;
 }
 
+void keepLastGood(UserDefaults &defaults, const StoredKind &kind)
+{
+    const Result<std::optional<QByteArray>> good = defaults.readLastGood(kind.key);
+    if (!good || *good || !defaults.json(kind.key))
+        return;
+    // Where it cannot be stored now, the next change stores it.
+    (void)defaults.update(kind.key, [&](const std::optional<QByteArray> &text) {
+        const bool whole = text && kind.check(*text).first == StoredState::Whole;
+        return whole ? std::optional(UserDefaults::Change{*text}) : std::nullopt;
+    });
+}
+
 Result<void> restoreLastGood(UserDefaults &defaults, const StoredKind &kind)
 {
     const std::optional<QByteArray> good = lastGood(defaults, kind);

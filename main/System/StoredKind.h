@@ -36,6 +36,8 @@ StoredCondition conditionOf(const UserDefaults &defaults, const StoredKind &kind
 {
     return {kind.key, defaults.fileOf(kind.key), list.state, list.lost, !list.isWhole() && hasLastGood(defaults, kind)};
 }
+/// Makes what is stored the last good version, where it is whole and there is none yet: an earlier version has stored it.
+void keepLastGood(UserDefaults &defaults, const StoredKind &kind);
 /// Puts the last good version in the place of what is stored, which is kept aside. Fails where there is none that decodes.
 Result<void> restoreLastGood(UserDefaults &defaults, const StoredKind &kind);
 /// Keeps what is stored aside; from now on the key is absent.

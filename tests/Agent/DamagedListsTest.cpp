@@ -187,6 +187,29 @@ TEST_F(DamagedListsTest, noFolderIsAnalysedWithoutAllOfTheHistory)
     EXPECT_THAT(sources(next), ElementsAre("lose.pdf"));
 }
 
+TEST_F(DamagedListsTest, whatAnEarlierVersionStoredGetsALastGoodVersionAtTheStart)
+{
+    ASSERT_TRUE(agent.setIntervalHours(0));
+    const auto good = [&](const QString &list) {
+        return world.tree().path("settings") / (list.toStdString() + ".zuletzt-gut.json");
+    };
+    const QString settings = QStringLiteral("settings");
+    for (const QString &list : {AgentKeys::rules, AgentKeys::profiles, settings})
+        ASSERT_TRUE(std::filesystem::remove(good(list)));
+    cut(AgentKeys::profiles);
+    CleanupAgent next(world.services(), CleanupAgent::Loading::WithStart);
+    wait(next, [&] { next.start(); });
+    EXPECT_FALSE(std::filesystem::exists(good(AgentKeys::profiles))) << "was damaged already";
+    const QByteArray before = world.defaults().json(AgentKeys::rules).value();
+    cut(AgentKeys::rules);
+    cut(settings);
+    for (const QString &list : {AgentKeys::rules, settings}) {
+        const Result<void> restored = next.restoreList(list);
+        EXPECT_TRUE(restored) << restored.error().message.toStdString();
+    }
+    EXPECT_EQ(world.defaults().json(AgentKeys::rules), before);
+}
+
 TEST_F(DamagedListsTest, settingsOfAWrongTypeTakeTheirDefaultAndNothingBeginsWhereThereAreNone)
 {
     world.tree().lines({"home/Downloads/kopie.txt=gleich", "home/Downloads/zweite.txt=gleich"});
