@@ -15,6 +15,8 @@ namespace {
 std::array<int, 2> signalPipe{-1, -1};
 volatile std::sig_atomic_t signalCame = 0;
 int notes = 0;
+/// "nohup" says that work goes on when the terminal goes.
+bool mindsTerminal = false;
 
 void wake()
 {
@@ -33,7 +35,8 @@ void onSignal(int number)
 {
     signalCame = 1;
     wake();
-    ::signal(number, SIG_DFL);
+    // A terminal that goes is told of by its shell and by the system: the second telling is no request.
+    ::signal(number, number == SIGHUP ? SIG_IGN : SIG_DFL);
 }
 
 bool isIgnored(int number)
@@ -46,8 +49,7 @@ void handleSignals(void (*handler)(int))
 {
     ::signal(SIGINT, handler);
     ::signal(SIGTERM, handler);
-    // "nohup" says that work goes on when the terminal goes.
-    if (!isIgnored(SIGHUP))
+    if (mindsTerminal)
         ::signal(SIGHUP, handler);
 }
 
@@ -61,6 +63,7 @@ InterruptionNote::InterruptionNote()
         return;
     drain();
     signalCame = 0;
+    mindsTerminal = !isIgnored(SIGHUP);
     handleSignals(onSignal);
 }
 

@@ -9,8 +9,8 @@
 namespace brellin {
 
 /// Takes note of Ctrl-C, of a polite request to end and of a terminal that goes (unless "nohup" has it ignored) while it
-/// lives, so that a command can ask between two pieces of its work and end in order. A second one ends the program the hard
-/// way. On the main thread; several may live at once.
+/// lives, so that a command can ask between two pieces of its work and end in order. A second request ends the program the
+/// hard way; a terminal goes only once, however often it is told. On the main thread; several may live at once.
 class InterruptionNote {
 public:
     InterruptionNote();

@@ -55,8 +55,10 @@ TEST(InterruptionTest, isATerminalThatGoesUnlessNobodyIsToMind)
         const InterruptionNote note;
         ::raise(SIGHUP);
         EXPECT_TRUE(note.heard());
+        // The shell says so, and then the system.
+        ::raise(SIGHUP);
     }
-    ::signal(SIGHUP, SIG_IGN);
+    EXPECT_EQ(::signal(SIGHUP, SIG_IGN), SIG_DFL);
     {
         const InterruptionNote note;
         ::raise(SIGHUP);
