@@ -35,9 +35,9 @@ Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
 {
     m_made = OwnEntries(knownBy(destination.folder));
     if (m_options.copied) {
-        const bool stable = knownBy(source.folder) == OwnEntries::KnownBy::Inode;
-        m_options.copied->begin(OwnEntries::pathMark(0, destination.name),
-                                stable ? CopiedEntries::Proof::InodeAndTime : CopiedEntries::Proof::None);
+        using Proof = CopiedEntries::Proof;
+        const Proof proof = timesProve(source.folder) ? Proof::InodeAndTime : Proof::None;
+        m_options.copied->begin(OwnEntries::pathMark(0, destination.name), proof);
     }
     auto outcome = m_pulse.beat();
     if (outcome)

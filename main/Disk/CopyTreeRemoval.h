@@ -33,6 +33,9 @@ private:
 
 /// How the entries of an open folder's volume are known again.
 OwnEntries::KnownBy knownBy(int folder);
+/// Whether times tell every change there at once. What another machine keeps may have changed there while this one still
+/// answers from its cache.
+bool timesProve(int folder);
 /// Whether that volume keeps an entry's inode, of the one that holds `folder`.
 bool keepsInodes(const Location &folder);
 

@@ -4,6 +4,7 @@
 #include "Disk/CopyTreeRemoval.h"
 #include "Disk/Descriptor.h"
 #include "Disk/MetadataMark.h"
+#include "Support/FailingCalls.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
 
 using namespace brellin;
@@ -200,4 +202,18 @@ TEST_P(CopiedEntriesTest, comparesContentWhereTimesProveNothing)
     });
     EXPECT_EQ(remove().value_or(std::vector<Location>{"failed"}), std::vector<Location>());
     EXPECT_FALSE(tree.has("quelle/a.txt"));
+}
+
+TEST_P(CopiedEntriesTest, comparesContentWhereTheVolumeDoesNotSayWhatItIs)
+{
+    bool done = false;
+    const auto act = [&] { done = copyEntry(tree.path("quelle"), copy / "noch", options()).has_value(); };
+    if (!test::runWithFailingCalls(SYS_fstatfs, [](int) { return EIO; }, act))
+        GTEST_SKIP() << "the system cannot make calls fail here";
+    ASSERT_TRUE(done);
+    const Location a = tree.path("quelle/a.txt");
+    const auto *const known =
+        copied.find(OwnEntries::pathMark(copied.top(), "a.txt"), *statusOf({AT_FDCWD, a.c_str()}));
+    ASSERT_NE(known, nullptr);
+    EXPECT_FALSE(copied.isProvenBy(*known, *statusOf({AT_FDCWD, a.c_str()})));
 }
