@@ -27,16 +27,14 @@ public:
                 TRY(flush({m_folders.current(), name.c_str()}));
                 continue;
             }
-            TRY(write(m_folders.current(), Kind::Folder));
+            TRY(write(m_folders.current()));
             m_levels.pop_back();
             TRY(m_folders.leave());
         }
-        const Descriptor above = TRY(openFolder({top.folder, "."}));
-        return write(above.number(), Kind::Folder);
+        return flushAbove(top);
     }
 
 private:
-    enum class Kind { File, Folder };
     struct Level {
         std::vector<ListedName> entries;
         std::size_t next = 0;
@@ -55,7 +53,7 @@ private:
         if (!opened)
             return failure(opened.error());
         if (!folder) {
-            TRY(write(opened->number(), Kind::File));
+            TRY(write(opened->number()));
             forgetPages(opened->number());
             return {};
         }
@@ -65,7 +63,20 @@ private:
         return {};
     }
 
-    Result<void> write(int file, Kind kind)
+    Result<void> flushAbove(NameIn top)
+    {
+        const auto above = openFolder({top.folder, "."});
+        if (above)
+            return write(above->number());
+        if (!above.error().is(std::errc::permission_denied))
+            return failure(above.error());
+        // One may put something into a folder that one may not read: its volume can be had through what was put there.
+        const struct stat status = TRY(statusOf(top));
+        const auto within = S_ISDIR(status.st_mode) ? openFolder(top) : openForReading(top);
+        return within ? flushVolumeOnce(within->number()) : Result<void>();
+    }
+
+    Result<void> write(int file)
     {
         constexpr int few = 64;
         if (m_volumeFlushed)
@@ -74,8 +85,9 @@ private:
             return flushVolumeOnce(file);
         if (flushFile(file) == 0)
             return {};
-        // Some file systems know no flush of a folder: its entries are written with its files there.
-        if (kind == Kind::Folder && (errno == EINVAL || errno == ENOTSUP || errno == ENOSYS))
+        // Some file systems know no flush of a folder (its entries are written with its files there), some in user space none
+        // at all. What could not be written would be told in other words.
+        if (errno == EINVAL || errno == ENOTSUP || errno == ENOSYS)
             return {};
         return failure(Failure::lastSystem());
     }
