@@ -1,5 +1,6 @@
 #include "FileOperations/UndoAction.h"
 
+#include "Disk/CopyTreeRemoval.h"
 #include "Disk/FreeName.h"
 #include "FileOperations/BatchRenameRun.h"
 #include "FileOperations/OperationOutcome.h"
@@ -34,6 +35,13 @@ Location hiddenBeside(const Location &location)
     const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces).left(8);
     const std::string name = std::string(copyPrefix) + token.toStdString() + '-' + location.filename().native();
     return location.parent_path() / fittingName(name);
+}
+
+/// On volumes that give their entries other numbers now and then, size and time are what tells.
+bool isThere(const EntryMark &mark, const Location &place)
+{
+    const Result<FileAttributes> now = readAttributes(place);
+    return now && (keepsInodes(place.parent_path()) ? mark.isSame(*now) : mark.isOf(*now));
 }
 
 class Undoing {
@@ -147,7 +155,7 @@ private:
         if (outcome.fate != EntryOutcome::Fate::Undone || !entry.replaced)
             return outcome;
         // The Trash may have been emptied, and another have come to the same place from here.
-        if (entry.replacedMark && !entry.replacedMark->isAt(*entry.replaced))
+        if (entry.replacedMark && !isThere(*entry.replacedMark, *entry.replaced))
             outcome.message = QStringLiteral("Was ersetzt worden war, liegt nicht mehr im Papierkorb.");
         else if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
             outcome.message = QStringLiteral("Was ersetzt worden war, bleibt im Papierkorb. ") + back.error().message;

@@ -3,6 +3,7 @@
 #include "FileOperations/NewEntries.h"
 #include "FileOperations/UserUndo.h"
 #include "Support/Faults.h"
+#include "Support/FuseMount.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 
@@ -144,6 +145,28 @@ TEST_F(UndoTest, sparesWhatWasAddedToAFolderThatWasMade)
     tree.lines({"home/kopie/tief=drei"});
     EXPECT_EQ(undo(Kind::Copy, {recordOf(home("ordner"), home("kopie"))}).failures.size(), 1);
     EXPECT_TRUE(tree.has("home/kopie/tief"));
+}
+
+TEST_F(UndoTest, knowsWhatWasReplacedWhereNumbersChange)
+{
+    const Location card = tree.path("karte");
+    tree.folder("karte");
+    const FuseMount mount(card);
+    if (!mount)
+        GTEST_SKIP() << "no such volume here";
+    tree.lines({"karte/a.txt=eins", "karte/b.txt=zwei"});
+    SystemTrash onCard(card / "papierkorb", volumes);
+    const UndoServices there{files, onCard, tree.path("logs")};
+    const Result<Location> replaced = onCard.put(card / "a.txt");
+    ASSERT_TRUE(replaced);
+    std::filesystem::copy(card / "b.txt", card / "a.txt");
+    UserAction::Entry copied = recordOfMade(card / "b.txt", card / "a.txt");
+    copied.replaced = *replaced;
+    copied.replacedMark = EntryMark::of(*replaced);
+    copied.replacedMark->state.identity.inode += 7;
+    JobControl control;
+    EXPECT_EQ(undoAction({Kind::Copy, {copied}}, there, control).failures, QStringList());
+    EXPECT_EQ(tree.content("karte/a.txt"), "eins");
 }
 
 TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
