@@ -160,9 +160,13 @@ Result<void> StepRun::flush()
 void StepRun::settle()
 {
     // The copies' names, too, are on the disk before the sources go.
+    const bool cancelledBefore = m_state.cancelled(); // what was copied by then is brought to its end
+    const auto stopped = [&] { return !cancelledBefore && m_state.cancelled(); };
     const Result<void> flushed = flush();
-    const Result<void> ready = flushed ? noteRemovals() : flushed;
+    const Result<void> ready = flushed && !stopped() ? noteRemovals() : flushed;
     for (const Moved &one : m_moved) {
+        if (stopped())
+            break;
         const Result<void> safe = ready ? checkCopyIsThere(outcome.done[one.number]) : ready;
         const QString stays = QStringLiteral("Kopiert; das Original bleibt vorsichtshalber stehen: ");
         if (safe)

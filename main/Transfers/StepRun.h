@@ -20,7 +20,8 @@ public:
     /// A failure leaves the source as it was, what was there at the destination in its place, and nothing else.
     Result<TransferredEntry> carryOut(const TransferStep &step);
 
-    /// Flushes what was written and takes away the sources of what was moved by a copy. To be called at the end.
+    /// Flushes what was written and takes away the sources of what was moved by a copy. To be called at the end. Cancelled
+    /// meanwhile, it leaves the sources that are still there: they were copied.
     void settle();
     /// The same at once, where the step wants something of such a source.
     void settleBefore(const TransferStep &step);

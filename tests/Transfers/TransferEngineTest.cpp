@@ -283,6 +283,26 @@ TEST(TransferEngineMoveTest, keepsTheSourceOfACopyThatHasGone)
     EXPECT_FALSE(entryExists(world.home("von/a.txt")));
 }
 
+TEST(TransferEngineMoveTest, keepsTheSourcesWhenCancelledWhileTheDiskWrites)
+{
+    TransferWorld world;
+    world.tree().lines({"home/a=1", "home/b=2"});
+    TransferState state;
+    world.files.beforeVolumeFlush = [&] { state.cancel(); };
+    const TransferOutcome outcome =
+        TransferEngine(world.services())
+            .run({{world.home("a"), world.disk("a"), false, {}}, {world.home("b"), world.disk("b"), false, {}}},
+                 TransferKind::Move, state);
+    EXPECT_EQ(outcome.errors, QStringList());
+    ASSERT_EQ(outcome.done.size(), 2u);
+    for (const char *const name : {"a", "b"}) {
+        EXPECT_TRUE(entryExists(world.home(name)));
+        EXPECT_TRUE(entryExists(world.disk(name)));
+    }
+    EXPECT_FALSE(outcome.done[0].moved || outcome.done[1].moved);
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
 TEST(TransferEngineMoveTest, takesPartsOfOneSourceInTheirOrder)
 {
     EngineWorld world(TransferKind::Move, Across::Volumes);
