@@ -135,10 +135,13 @@ QString UnfinishedMove::question() const
                           "Inhalt steht.");
 }
 
-std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control)
+std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control,
+                                            const std::set<Location> &without)
 {
     std::vector<UnfinishedMove> found;
     for (const UnfinishedMove &noted : notedMoves(logs)) {
+        if (without.contains(noted.source) || !entryExists(noted.copy))
+            continue;
         UnfinishedMove move = Comparison(noted).run(control);
         if (control && control->cancelled())
             return {};

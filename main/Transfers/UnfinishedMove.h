@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <set>
 #include <vector>
 
 namespace brellin {
@@ -31,8 +32,10 @@ struct UnfinishedMove {
 };
 
 /// Compares what is left of every source that the logs of dead transfers name with its copy. Those of which nothing can be
-/// finished now, as while a volume is away, are left for later. Blocking.
-std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control = nullptr);
+/// finished now, as while a volume is away, are left for later; those with a source in `without` are not even compared.
+/// Blocking.
+std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobControl *control = nullptr,
+                                            const std::set<Location> &without = {});
 
 /// Whether `copy` is, holds or lies in the complete copy of what `source` is, holds or lies in, and which was being removed
 /// when a program died, or is right now: nobody can tell while another looks at its log.

@@ -123,6 +123,7 @@ TEST_F(UnfinishedMoveTest, removesOnlyWhatTheCopyHolds)
 {
     dieWhileRemoving();
     ASSERT_EQ(unfinished().size(), 2u);
+    EXPECT_EQ(unfinishedMoves(world.services().logs, nullptr, {world.home("Fotos")}).size(), 1u);
     EXPECT_EQ(unfinished()[0].entries, 3);
     EXPECT_TRUE(unfinished()[0].question().contains(QStringLiteral("sind noch 3 Dateien da.")));
     // Same size and time, other content; a new one; and the copy of one is gone.

@@ -63,7 +63,7 @@ void TransferScreens::visit(const Location &folder)
         [folder, logs, &clock = m_clock](const JobControl &) { return transferLeftovers(folder, logs, clock); },
         [this, folder](std::vector<Location> leftovers) {
             offer(std::move(leftovers));
-            lookForUnfinishedMoves(folder);
+            lookForUnfinishedMoves();
         },
         [] {});
 }
@@ -91,11 +91,17 @@ void TransferScreens::removeAll(const std::vector<Location> &leftovers)
         [this](const QStringList &failures) { say(failures); }, [] {});
 }
 
-void TransferScreens::lookForUnfinishedMoves(const Location &folder)
+/// Wherever they lie: no business of the visited volume, and perhaps long.
+void TransferScreens::lookForUnfinishedMoves()
 {
+    if (m_comparing.running() || m_offer || m_sheet)
+        return;
     m_comparing.start(
-        m_services.workers, {folder, FileCall<std::vector<UnfinishedMove>>::Patience::None},
-        [logs = m_services.logs](const JobControl &control) { return unfinishedMoves(logs, &control); },
+        m_services.workers,
+        {m_services.logs, FileCall<std::vector<UnfinishedMove>>::Patience::None, MountWorkers::Turn::AtOnce},
+        [logs = m_services.logs, kept = m_kept](const JobControl &control) {
+            return unfinishedMoves(logs, &control, kept);
+        },
         [this](std::vector<UnfinishedMove> moves) { offer(std::move(moves)); }, [] {});
 }
 

@@ -39,7 +39,7 @@ private:
     void open(const TransferQuestion &question);
     void offer(std::vector<Location> leftovers);
     void removeAll(const std::vector<Location> &leftovers);
-    void lookForUnfinishedMoves(const Location &folder);
+    void lookForUnfinishedMoves();
     void offer(std::vector<UnfinishedMove> moves);
     void finish(const UnfinishedMove &move);
     void say(const QStringList &failures);
