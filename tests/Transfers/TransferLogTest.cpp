@@ -23,7 +23,7 @@ TEST(TransferLogTest, bringsBackNamesOfAnyBytes)
         noted.emplace_back(Kind::Rename, from, to);
         removals.push_back({from, to});
     }
-    log.noteRemovals(removals);
+    ASSERT_TRUE(log.noteRemovals(removals));
     for (const TransferLog::Removal &one : removals)
         noted.emplace_back(Kind::Removal, one.source, one.copy);
 
