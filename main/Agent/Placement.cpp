@@ -5,6 +5,7 @@
 #include "Agent/VerifiedCopy.h"
 #include "Disk/FreeName.h"
 #include "Disk/MayRemove.h"
+#include "Disk/SeenTree.h"
 #include "Disk/SpareDescriptors.h"
 
 #include <QUuid>
@@ -191,10 +192,21 @@ Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, con
     if (trashed)
         return Moved{copy.location, *trashed};
     // Meanwhile the name was there for everybody: only what the original still has may go.
-    if (!haveSameContent(entry, copy.location, nullptr))
+    const Result<SeenTree> seen = SeenTree::of(copy.location, nullptr);
+    const Result<FileAttributes> now = readAttributes(copy.location);
+    const bool own = now && now->identity == copy.mark.state.identity;
+    if (!seen || !own || !haveSameContent(entry, copy.location, nullptr))
         return Moved{copy.location, std::nullopt};
-    removeOwnCopy(copy.location, copy.mark);
-    return failure(trashed.error());
+    return failure(takenBack(copy.location, *seen, trashed.error()));
+}
+
+Failure Placement::takenBack(const Location &copy, const SeenTree &seen, const Failure &why)
+{
+    const Result<std::vector<Location>> kept = m_services.files.removeSeen(copy, seen);
+    if (kept && kept->empty())
+        return why;
+    const Location &stays = kept ? kept->front() : copy;
+    return {why.message + QStringLiteral(" Von der Kopie blieb „%1“.").arg(shown(stays)), {}};
 }
 
 } // namespace brellin

@@ -8,6 +8,8 @@
 
 namespace brellin {
 
+class SeenTree;
+
 /// How the agent puts an entry at a place: folders made on the way, the name made free, never over anything. The building
 /// blocks of both carrying out and undoing.
 class Placement {
@@ -58,6 +60,9 @@ private:
     Result<EntryMark> grow(const Location &entry, const Location &temporary, Safety safety, const Failure &differs);
     Result<void> checkAsCopied(const Location &entry, const Location &copy) const;
     void removeOwnCopy(const Location &copy, const EntryMark &mark);
+    /// Removes a copy that had its name already, as far as it is still what was `seen` before it was compared. Gives why its
+    /// original could not go, and what stays.
+    Failure takenBack(const Location &copy, const SeenTree &seen, const Failure &why);
 
     const AgentServices &m_services;
     JobControl *m_control;

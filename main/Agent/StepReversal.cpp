@@ -3,6 +3,7 @@
 #include "Agent/AgentError.h"
 #include "Agent/LeftCopy.h"
 #include "Agent/SameContent.h"
+#include "Disk/SeenTree.h"
 #include "Disk/TreeMark.h"
 
 namespace brellin {
@@ -153,10 +154,12 @@ Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const Journal
     if (trashed)
         return changed ? UndoRemark::NewerInTrash : UndoRemark::None;
     // Without a Trash for it the copy may go only if it holds nothing that the original does not.
-    if (!haveSameContent(*restored, *step.to, m_control) || !original.isAt(*restored))
+    const Result<SeenTree> seen = SeenTree::of(*step.to, m_control);
+    if (!seen || !known.plan.entry.isAt(*step.to) || !haveSameContent(*restored, *step.to, m_control) ||
+        !original.isAt(*restored))
         return failure(trashed.error());
-    TRY(m_services.files.removeOwnCopy(*step.to));
-    return UndoRemark::None;
+    const std::vector<Location> kept = TRY(m_services.files.removeSeen(*step.to, *seen));
+    return kept.empty() ? UndoRemark::None : UndoRemark::NewerAtTarget;
 }
 
 /// Removes what a copy that was cut short has left, if what it was made of is still there.

@@ -77,6 +77,29 @@ TEST_F(RunRefusalTest, keepsACopyThatHoldsMoreThanTheOriginalThatStays)
     expectEveryByte();
 }
 
+TEST_F(RunRefusalTest, leavesOfACopyWhatCameAfterItsComparison)
+{
+    const Location folder = world.home("Downloads/Paket.app");
+    const Location copy = world.disk("Programme/Paket.app");
+    world.files().beforeFlush = [&](const Location &entry) {
+        if (entry == copy)
+            world.faults.failAt = world.faults.changes(); // the Trash
+    };
+    world.files().beforeRemoval = [&](const Location &entry) {
+        EXPECT_EQ(entry, copy);
+        std::ofstream(entry / "innen/dazu") << "kam dazu";
+    };
+    const std::string original = snapshotOf(folder);
+    const Result<ExecutionOutcome> outcome = execute({proposal(Kind::Move, folder, copy)});
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->failures.size(), 1u);
+    EXPECT_TRUE(outcome->failureTexts().join(u' ').contains(u"Von der Kopie blieb"))
+        << outcome->failureTexts().join(u' ').toStdString();
+    EXPECT_EQ(snapshotOf(folder), original);
+    EXPECT_TRUE(world.contents().contains("kam dazu"));
+    EXPECT_FALSE(entryExists(copy / "innen/daten"));
+}
+
 TEST_F(RunRefusalTest, doesNothingThatNoJournalAnnounced)
 {
     std::vector<AgentProposal> all;
