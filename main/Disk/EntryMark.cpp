@@ -40,10 +40,9 @@ bool EntryMark::isOf(const FileAttributes &now) const
 {
     if (created && now.created && *created != *now.created)
         return false;
-    const bool asItWas = now.size == state.size && now.modified == state.modified;
-    // The number of a device is another after a new start.
-    return now.identity == state.identity || asItWas ||
-           (created && now.created && now.identity.inode == state.identity.inode);
+    // The number of a device is another after a new start, that of an inode is given again: it tells nothing without a birth.
+    const bool born = created && now.created && now.identity.inode == state.identity.inode;
+    return born || (now.size == state.size && now.modified == state.modified);
 }
 
 bool EntryMark::isSame(const FileAttributes &now) const

@@ -459,13 +459,12 @@ TEST(EntryMarkTest, tellsAnEntryFromAnotherWithItsNumber)
     EXPECT_TRUE(mark.isSame(now) && mark.isSame(moved) && mark.isSame(copied));
     EXPECT_TRUE(!now.created || mark.isSame(grown));
     EXPECT_FALSE(mark.isSame(strange) || mark.isSame(other));
-    // At its own place a number alone is enough where no birth tells of another file.
-    EXPECT_TRUE(mark.isOf(now) && mark.isOf(grown) && mark.isOf(moved) && mark.isOf(other));
-    EXPECT_TRUE(!now.created || !(mark.isOf(strange) || mark.isOf(copied)));
+    EXPECT_TRUE(mark.isOf(now) && mark.isOf(moved) && mark.isOf(other));
+    EXPECT_TRUE(!now.created || (mark.isOf(grown) && !mark.isOf(strange) && !mark.isOf(copied)));
     // A volume that keeps no births: size and time decide.
     const EntryMark bare{mark.state, {}};
-    EXPECT_TRUE(bare.isSame(now));
-    EXPECT_FALSE(bare.isSame(grown));
+    EXPECT_TRUE(bare.isSame(now) && bare.isOf(now) && bare.isOf(other));
+    EXPECT_FALSE(bare.isSame(grown) || bare.isOf(grown));
     EXPECT_EQ(EntryMark::parse(mark.text()), mark);
 
     // A new file that got the number of the one that is looked for is not that one, wherever it lies.
