@@ -3,6 +3,7 @@
 #include "Agent/Recovery.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "Base/PoolWork.h"
 #include "Disk/HiddenFolder.h"
 #include "Disk/HiddenNote.h"
 #include "FileOperations/RenameLog.h"
@@ -88,21 +89,28 @@ std::vector<Remnant> journalsIn(const Location &folder)
     return found;
 }
 
-std::vector<Remnant> find(const Search &search)
+/// All but moves, whose comparison may take long.
+std::vector<Remnant> findBesideMoves(const Search &search)
 {
     std::vector<Remnant> found;
     for (const Location &copy : unfinishedCopies(search))
         found.push_back({isOfAnArchive(copy) ? Kind::Archive : Kind::Transfer, copy});
-    for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
-        found.push_back({Kind::Move, move.source});
     for (const CutShortRename &batch : cutShort(search)) {
         for (const LoggedRename &one : batch.renames) {
             if (entryExists(one.temporary))
                 found.push_back({Kind::Rename, one.temporary});
         }
     }
-    std::ranges::copy(journalsIn(search.journals), std::back_inserter(found));
+    for (const Location &folder : {search.journals, search.renameLogs})
+        std::ranges::copy(journalsIn(folder), std::back_inserter(found));
     return found;
+}
+
+std::size_t countNoted(const Search &search)
+{
+    const std::vector<UnfinishedMove> moves = notedMoves(search.transferLogs);
+    const auto whole = std::ranges::count_if(moves, entryExists, &UnfinishedMove::copy);
+    return findBesideMoves(search).size() + static_cast<std::size_t>(whole);
 }
 
 } // namespace
@@ -163,7 +171,11 @@ std::vector<Location> foldersToSearch(const Services &services, const std::vecto
 
 std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders)
 {
-    return find(searchOf(services, folders));
+    const Search search = searchOf(services, folders);
+    std::vector<Remnant> found = findBesideMoves(search);
+    for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
+        found.push_back({Kind::Move, move.source});
+    return found;
 }
 
 QStringList settleRemnants(Services &services, const std::vector<Location> &folders)
@@ -185,9 +197,11 @@ void mentionRemnants(Services &services, Terminal &terminal)
     const auto pool = abandonablePool();
     const auto promise = std::make_shared<std::promise<std::size_t>>();
     std::future<std::size_t> count = promise->get_future();
-    pool->start([promise, search = searchOf(services, foldersToSearch(services, {}))] {
-        promise->set_value(find(search).size());
-    });
+    const auto look = [promise, search = searchOf(services, foldersToSearch(services, {}))] {
+        promise->set_value(countNoted(search));
+    };
+    // Open work, for the program may end before a share answers.
+    PoolWork::start(*pool, look, std::make_shared<JobControl>());
     if (count.wait_for(patience) != std::future_status::ready) {
         terminal.message(QStringLiteral("Nach Resten konnte nicht gesehen werden: Ein Laufwerk antwortet nicht."));
         return;

@@ -96,17 +96,6 @@ std::vector<NotedRemoval> notedRemovals(const Location &logs)
     return noted;
 }
 
-/// Not compared yet.
-std::vector<UnfinishedMove> notedMoves(const Location &logs)
-{
-    std::vector<UnfinishedMove> moves;
-    for (const auto &[log, dead, removal] : notedRemovals(logs)) {
-        if (dead && !isAway(removal))
-            moves.push_back({log, removal.from, removal.to, removal.when, 0, 0, 0});
-    }
-    return moves;
-}
-
 /// Whether `copy` is to `to` what `source` is to `from`: the same, the same part, or the same folder around both.
 bool isSamePart(const Location &source, const Location &from, const Location &copy, const Location &to)
 {
@@ -117,6 +106,16 @@ bool isSamePart(const Location &source, const Location &from, const Location &co
 }
 
 } // namespace
+
+std::vector<UnfinishedMove> notedMoves(const Location &logs)
+{
+    std::vector<UnfinishedMove> moves;
+    for (const auto &[log, dead, removal] : notedRemovals(logs)) {
+        if (dead && !isAway(removal))
+            moves.push_back({log, removal.from, removal.to, removal.when, 0, 0, 0});
+    }
+    return moves;
+}
 
 QString UnfinishedMove::question() const
 {

@@ -31,6 +31,10 @@ struct UnfinishedMove {
     QString question() const;
 };
 
+/// Those that the logs of dead transfers name and whose sources are there. Nothing is compared yet, and so nothing counted: it
+/// may turn out that nothing can be finished. Blocking, but quick.
+std::vector<UnfinishedMove> notedMoves(const Location &logs);
+
 /// Compares what is left of every source that the logs of dead transfers name with its copy. Those of which nothing can be
 /// finished now, as while a volume is away, are left for later; those with a source in `without` are not even compared.
 /// Blocking.

@@ -157,6 +157,7 @@ TEST_F(RemnantsTest, endAMoveThatWasKilledAtItsSource)
     }
     ::wait(nullptr);
     EXPECT_EQ(listed(), QStringList(QStringLiteral("move Fotos 8")));
+    EXPECT_TRUE(mentions());
     const ProcessOutput output = run({"reste", "--aufraeumen"});
     EXPECT_TRUE(output.errors.contains("b: Weicht von der Kopie ab und bleibt am alten Ort.")) << output.errors.data();
     EXPECT_FALSE(tree.has("f/Fotos/a"));
@@ -174,11 +175,14 @@ TEST_F(RemnantsTest, leaveOutWhatLivesAndKeepWhatNobodyUnderstands)
     const Location copy = unfinishedCopy(living, "wächst");
     EXPECT_EQ(listed(), QStringList());
     tree.file(".local/state/brellin/journal/run-1.jsonl.ungeklärt", "{\"run\"");
+    tree.file(".local/state/brellin/umbenennen/1.json.ungeklärt", "[]");
     EXPECT_TRUE(mentions());
     EXPECT_EQ(run({"reste", "--aufraeumen"}).exitCode, 0);
-    EXPECT_EQ(listed(), QStringList(QStringLiteral("unresolved run-1.jsonl.ungeklärt 6")));
+    EXPECT_EQ(listed(), (QStringList{QStringLiteral("unresolved 1.json.ungeklärt 2"),
+                                     QStringLiteral("unresolved run-1.jsonl.ungeklärt 6")}));
     EXPECT_TRUE(entryExists(copy));
-    EXPECT_EQ(run({"papierkorb", (state / "journal/run-1.jsonl.ungeklärt").native()}).exitCode, 0);
+    for (const char *aside : {"journal/run-1.jsonl.ungeklärt", "umbenennen/1.json.ungeklärt"})
+        EXPECT_EQ(run({"papierkorb", (state / aside).native()}).exitCode, 0);
     EXPECT_EQ(listed(), QStringList());
 }
 
