@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
@@ -24,6 +26,13 @@ QString consequence(const std::vector<StoredCondition> &damaged)
 }
 
 } // namespace
+
+bool isDamaged(const CleanupAgent &agent, const QString &list)
+{
+    return std::ranges::any_of(agent.damaged.get(), [&](const StoredCondition &one) {
+        return one.list == list && one.state != StoredState::Partly;
+    });
+}
 
 DamageNotice::DamageNotice(CleanupAgent &agent, QWidget *parent)
     : QWidget(parent)

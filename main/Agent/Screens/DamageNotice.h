@@ -10,6 +10,9 @@ namespace brellin {
 
 class TextLabel;
 
+/// Whether nothing tells what one of the agent's lists holds: then it is neither shown nor said to be empty.
+bool isDamaged(const CleanupAgent &agent, const QString &list);
+
 /// Names the stored lists that cannot be read whole, and lets the user decide for each: the last good version, or a new
 /// beginning. Hidden while there are none.
 class DamageNotice : public QWidget {

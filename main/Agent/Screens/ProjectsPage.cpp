@@ -1,8 +1,10 @@
 #include "Agent/Screens/ProjectsPage.h"
 
+#include "Agent/AgentKeys.h"
 #include "Agent/ProtectedEntries.h"
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentTexts.h"
+#include "Agent/Screens/DamageNotice.h"
 #include "Agent/Screens/FolderChooser.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Base/AbandonablePool.h"
@@ -39,6 +41,10 @@ ProjectsPage::ProjectsPage(const AgentPorts &ports, QWidget *parent)
     notice->setContentsMargins(scaled(30), 0, scaled(30), 0);
     notice->addWidget(m_notice);
     body()->addLayout(notice);
+    auto *const damage = new QHBoxLayout;
+    damage->setContentsMargins(scaled(30), 0, scaled(30), 0);
+    damage->addWidget(new DamageNotice(m_ports.agent, this));
+    body()->addLayout(damage);
     connect(m_notice, &NoticeBar::clicked, this, &ProjectsPage::undoRemoval);
     auto *const list = new QWidget(m_content);
     auto *const column = new QVBoxLayout(list);
@@ -51,8 +57,10 @@ ProjectsPage::ProjectsPage(const AgentPorts &ports, QWidget *parent)
         QStringLiteral("Wenn du mit „Ordner analysieren …“ einen Software-Projektordner wählst, erkennt der Agent das, "
                        "schlägt vor, was geschützt werden muss, und fragt dich."),
         m_content));
+    m_content->addWidget(new QWidget(m_content)); // while the list is damaged
     body()->addWidget(m_content, 1);
     m_ports.agent.profiles.observe(this, [this](const auto &) { refresh(); });
+    m_ports.agent.damaged.observe(this, [this](const auto &) { refresh(); });
     refresh();
 }
 
@@ -93,7 +101,8 @@ void ProjectsPage::refresh()
         m_shown.push_back(rowFor(profile));
         m_rows->insertWidget(static_cast<int>(m_shown.size()) - 1, m_shown.back());
     }
-    m_content->setCurrentIndex(all.empty() ? 1 : 0);
+    const bool unknown = isDamaged(m_ports.agent, AgentKeys::profiles);
+    m_content->setCurrentIndex(unknown ? 2 : all.empty() ? 1 : 0);
 }
 
 QWidget *ProjectsPage::rowFor(const FolderProfile &profile)

@@ -1,6 +1,8 @@
 #include "Agent/Screens/RuleListSheet.h"
 
+#include "Agent/AgentKeys.h"
 #include "Agent/Screens/AgentArea.h"
+#include "Agent/Screens/DamageNotice.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Agent/Screens/RuleListRow.h"
 #include "Look/Buttons.h"
@@ -26,6 +28,7 @@ RuleListSheet::RuleListSheet(const AgentPorts &ports, QWidget *window)
     m_notice = new NoticeBar(QStringLiteral("Rückgängig"), QStringLiteral("ruleNotice"), this);
     connect(m_notice, &NoticeBar::clicked, this, &RuleListSheet::restore);
     content()->addWidget(m_notice);
+    content()->addWidget(new DamageNotice(m_ports.agent, this));
     buildList();
     content()->addWidget(makeSecondary(
         QStringLiteral("Regeln werden von oben nach unten geprüft. Jede Datei wird nur von einer Regel erfasst."),
@@ -34,6 +37,7 @@ RuleListSheet::RuleListSheet(const AgentPorts &ports, QWidget *window)
     buildButtons();
     connect(&m_model, &RuleListModel::failed, this, [this](const QString &why) { tell({why, {}}); });
     connect(&m_model, &QAbstractItemModel::modelReset, this, [this] { select(m_current); });
+    m_ports.agent.damaged.observe(this, [this](const auto &) { refresh(); });
     m_list->setCurrentIndex(m_model.index(0));
     refresh();
 }
@@ -50,6 +54,9 @@ void RuleListSheet::buildList()
     m_list->setDragDropMode(QListView::InternalMove);
     m_list->setDropIndicatorShown(true);
     m_list->setMinimumHeight(scaled(180));
+    QSizePolicy place = m_list->sizePolicy();
+    place.setRetainSizeWhenHidden(true); // the rest of the sheet stays where it is
+    m_list->setSizePolicy(place);
     m_list->installEventFilter(this);
     m_list->viewport()->installEventFilter(this);
     content()->addWidget(m_list, 1);
@@ -89,22 +96,22 @@ void RuleListSheet::buildActions()
 
 void RuleListSheet::buildButtons()
 {
-    QPushButton *const examples = makeButton(QStringLiteral("Beispielregeln hinzufügen"), ButtonKind::Usual,
-                                             QStringLiteral("ruleExamples"), this);
-    QPushButton *const fresh = makeButton(QStringLiteral("Neue Regel …"), ButtonKind::Usual, QStringLiteral("ruleNew"),
-                                          this, QStringLiteral("plus"));
+    m_examples = makeButton(QStringLiteral("Beispielregeln hinzufügen"), ButtonKind::Usual,
+                            QStringLiteral("ruleExamples"), this);
+    m_new = makeButton(QStringLiteral("Neue Regel …"), ButtonKind::Usual, QStringLiteral("ruleNew"), this,
+                       QStringLiteral("plus"));
     QPushButton *const done =
         makeButton(QStringLiteral("Fertig"), ButtonKind::Primary, QStringLiteral("rulesDone"), this);
-    for (QPushButton *const one : {examples, fresh, done})
+    for (QPushButton *const one : {m_examples, m_new, done})
         buttons()->addWidget(one);
-    connect(examples, &QPushButton::clicked, this, [this] {
+    connect(m_examples, &QPushButton::clicked, this, [this] {
         const std::size_t before = m_ports.agent.rules.get().size();
         if (const Result<void> added = m_ports.agent.addExampleRules(); !added)
             return tell(added.error());
         if (m_ports.agent.rules.get().size() == before)
             tell({QStringLiteral("Alle Beispielregeln sind schon da."), {}});
     });
-    connect(fresh, &QPushButton::clicked, this,
+    connect(m_new, &QPushButton::clicked, this,
             [this] { Q_EMIT editRequested(newRule(m_ports.services.folders.dir(StandardFolder::Downloads))); });
     connect(done, &QPushButton::clicked, this, [this] { close(); });
 }
@@ -125,7 +132,11 @@ void RuleListSheet::select(const QUuid &rule)
 void RuleListSheet::refresh()
 {
     const QModelIndex index = m_list->currentIndex();
-    const bool any = index.isValid();
+    const bool known = !isDamaged(m_ports.agent, AgentKeys::rules); // else the model holds the examples
+    const bool any = known && index.isValid();
+    m_list->setVisible(known);
+    for (QPushButton *const one : {m_examples, m_new})
+        one->setEnabled(known);
     for (QPushButton *const one : {m_edit, m_duplicate, m_remove})
         one->setEnabled(any);
     m_up->setEnabled(any && index.row() > 0);

@@ -49,6 +49,8 @@ private:
     QPushButton *m_remove = nullptr;
     QPushButton *m_up = nullptr;
     QPushButton *m_down = nullptr;
+    QPushButton *m_examples = nullptr;
+    QPushButton *m_new = nullptr;
 };
 
 } // namespace brellin

@@ -1,6 +1,7 @@
 #include "Agent/Screens/ProfileEditor.h"
 #include "Agent/Screens/ProjectsPage.h"
 #include "Agent/Screens/ScreenWorld.h"
+#include "Look/Labels.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -148,6 +149,25 @@ TEST_F(Projects, offerTheFoldersEntriesWhereNoneAreProtected)
     EXPECT_FALSE(find("profileNoEntries"));
     click("profileSave");
     EXPECT_TRUE(agent->profiles.get().front().isProtected(home("Website/.git")));
+}
+
+TEST_F(Projects, areNotSaidToBeNoneWhileTheirListIsDamaged)
+{
+    FolderProfile profile;
+    profile.name = QStringLiteral("Website");
+    profile.rootPath = textOf(home("Website"));
+    ASSERT_TRUE(agent->saveProfile(profile));
+    tree().file("settings/agentProfiles.json", "[{");
+    agent->reload();
+    ASSERT_TRUE(waitUntil([this] { return !agent->damaged.get().empty(); }));
+    view->open(AgentArea::Projects);
+    auto *const page = view->findChild<ProjectsPage *>();
+    EXPECT_TRUE(find("damageNotice"));
+    EXPECT_FALSE(page->findChild<EmptyState *>()->isVisible()) << "nobody knows whether there are none";
+    EXPECT_FALSE(find("agentProfile"));
+    click("damageRestore");
+    ASSERT_TRUE(waitUntil([this] { return find("agentProfile") != nullptr; }));
+    EXPECT_FALSE(find("damageNotice"));
 }
 
 TEST_F(Projects, areNotMadeOfTheSystem)

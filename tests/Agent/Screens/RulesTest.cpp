@@ -54,6 +54,23 @@ TEST_F(Rules, areMovedCopiedDeletedAndBroughtBack)
     EXPECT_EQ(names().join(u' '), QStringLiteral("B A Kopie von A C"));
 }
 
+TEST_F(Rules, areNotShownAsTheExamplesWhileTheirListIsDamaged)
+{
+    show({named(u"A"), named(u"B")});
+    click("cardCleanupSettings");
+    tree().file("settings/agentRules.json", "[{");
+    agent->reload();
+    ASSERT_TRUE(waitUntil([this] { return find("damageNotice") != nullptr; }));
+    EXPECT_FALSE(find("ruleList"));
+    for (const char *const name : {"ruleEdit", "ruleDuplicate", "ruleRemove", "ruleUp", "ruleDown", "ruleNew"})
+        EXPECT_FALSE(find(name)->isEnabled()) << name;
+    click("damageRestore");
+    ASSERT_TRUE(waitUntil([this] { return find("ruleList") != nullptr; }));
+    EXPECT_FALSE(find("damageNotice"));
+    EXPECT_EQ(names().join(u' '), QStringLiteral("A B"));
+    EXPECT_TRUE(find("ruleEdit")->isEnabled());
+}
+
 TEST_F(Rules, areDroppedWhereTheMouseLetsGo)
 {
     show({named(u"A"), named(u"B"), named(u"C"), named(u"D")});
