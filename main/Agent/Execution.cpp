@@ -8,7 +8,6 @@
 #include "Agent/StateFolder.h"
 #include "Agent/StepLog.h"
 #include "Agent/StepPerformer.h"
-#include "Agent/StoredProfiles.h"
 
 #include <algorithm>
 
@@ -98,11 +97,10 @@ void Runner::perform(std::span<const AgentProposal> proposals)
         proposals = proposals.subspan(batch.size());
         std::vector<PlannedStep> plans;
         std::ranges::transform(batch, std::back_inserter(plans), planOf);
-        // A profile that is saved while a run is at work counts from the next batch on.
-        const Result<std::vector<FolderProfile>> profiles = storedProfiles(m_services.defaults);
-        const Guard guard(m_services.locations, profiles.value_or(std::vector<FolderProfile>()));
+        FreshGuard guard(m_services.locations, m_services.defaults);
+        const Result<void> readable = guard.refresh();
         StepPerformer performer(m_services, guard, m_kept, &m_control);
-        const Result<std::size_t> planned = profiles ? m_journal.plan(plans) : failure(profiles.error());
+        const Result<std::size_t> planned = readable ? m_journal.plan(plans) : failure(readable.error());
         m_next = planned.value_or(m_next);
         for (const AgentProposal &proposal : batch) {
             m_outcome.cancelled = m_outcome.cancelled || m_control.cancelled();

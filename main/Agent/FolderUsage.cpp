@@ -51,7 +51,8 @@ bool isNeverOpened(const FileAttributes &file)
 
 bool isLongerAgo(Instant earlier, int days, Instant now)
 {
-    return now - earlier > std::chrono::days(days);
+    // In seconds: the nanoseconds of 300 years do not fit.
+    return std::chrono::duration<double>(now - earlier).count() > 86400.0 * days;
 }
 
 void FolderUsage::add(std::string_view name, const FileAttributes &entry)

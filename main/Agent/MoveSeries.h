@@ -2,7 +2,7 @@
 
 #include "Agent/AgentProposal.h"
 #include "Agent/AgentServices.h"
-#include "Agent/Guard.h"
+#include "Agent/FreshGuard.h"
 #include "Disk/EntryMark.h"
 #include "Disk/HeldFolder.h"
 
@@ -16,7 +16,7 @@ namespace brellin {
 class MoveSeries {
 public:
     /// Both outlive the series.
-    MoveSeries(const AgentServices &services, const Guard &guard) : m_services(services), m_guard(guard) {}
+    MoveSeries(const AgentServices &services, FreshGuard &guard) : m_services(services), m_guard(guard) {}
 
     /// What became of an entry.
     struct Moved {
@@ -45,7 +45,7 @@ private:
     static std::optional<Folder> hold(const Location &folder);
 
     const AgentServices &m_services;
-    const Guard &m_guard;
+    FreshGuard &m_guard;
     std::string m_source, m_target; ///< the folders of the proposal before
     std::optional<Folder> m_from, m_to;
 };

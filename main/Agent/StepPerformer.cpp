@@ -23,7 +23,7 @@ Guard::Review reviewOf(const AgentProposal &proposal)
     return proposal.needsReview ? Guard::Review::Asked : Guard::Review::Missing;
 }
 
-Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal) const
+Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal)
 {
     if (proposal.destination && !m_services.locations.isAllowedEntry(*proposal.destination))
         return failure(AgentError::systemLocation());
@@ -48,6 +48,19 @@ Result<void> StepPerformer::checkKept(const AgentProposal &proposal) const
     return {};
 }
 
+Result<void> StepPerformer::checkAll(const AgentProposal &proposal)
+{
+    TRY(checkAllowed(proposal));
+    TRY(checkUnchanged(proposal));
+    if (!proposal.treeSeen && !proposal.keptCopy)
+        return checkKept(proposal);
+    TRY(checkTreeUnchanged(proposal));
+    TRY(checkKept(proposal));
+    // Reading contents may take minutes, in which a profile is saved or the entry exchanged.
+    TRY(checkAllowed(proposal));
+    return checkUnchanged(proposal);
+}
+
 Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
 {
     if (const std::optional<MoveSeries::Moved> moved = m_series.move(proposal)) {
@@ -64,10 +77,7 @@ Result<JournalStep> StepPerformer::performAlone(const AgentProposal &proposal, S
 {
     if (proposal.kind != Kind::Trash && (!proposal.destination || proposal.destination->empty()))
         return failure(AgentError::noDestination());
-    TRY(checkAllowed(proposal));
-    TRY(checkUnchanged(proposal));
-    TRY(checkTreeUnchanged(proposal));
-    TRY(checkKept(proposal));
+    TRY(checkAll(proposal));
     JournalStep step = TRY(act(proposal, log));
     if (proposal.keptCopy)
         m_kept.add(*proposal.keptCopy);

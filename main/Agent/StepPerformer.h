@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
-#include "Agent/Guard.h"
+#include "Agent/FreshGuard.h"
 #include "Agent/JournalRun.h"
 #include "Agent/KeptEntries.h"
 #include "Agent/MoveSeries.h"
@@ -14,7 +14,7 @@ namespace brellin {
 class StepPerformer {
 public:
     /// All outlive the performer. `kept` is what stays in this run because others have gone for it.
-    StepPerformer(const AgentServices &services, const Guard &guard, KeptEntries &kept, JobControl *control)
+    StepPerformer(const AgentServices &services, FreshGuard &guard, KeptEntries &kept, JobControl *control)
         : m_services(services)
         , m_guard(guard)
         , m_kept(kept)
@@ -33,16 +33,17 @@ public:
 
 private:
     Result<JournalStep> performAlone(const AgentProposal &proposal, StepLog &log);
-    Result<void> checkAllowed(const AgentProposal &proposal) const;
+    Result<void> checkAllowed(const AgentProposal &proposal);
     Result<void> checkTreeUnchanged(const AgentProposal &proposal) const;
     Result<void> checkKept(const AgentProposal &proposal) const;
+    Result<void> checkAll(const AgentProposal &proposal);
     Result<JournalStep> act(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> trash(const AgentProposal &proposal);
 
     const AgentServices &m_services;
-    const Guard &m_guard;
+    FreshGuard &m_guard;
     KeptEntries &m_kept;
     Placement m_place;
     MoveSeries m_series;

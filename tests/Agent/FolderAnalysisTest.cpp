@@ -263,8 +263,12 @@ TEST_F(FolderAnalysisTest, NobodyOpenedIt)
     request.profiles[0].archiveAfterDays = 39;
     const std::string year = isoDay(SystemClock().now()).first(4).toStdString();
     EXPECT_THAT(linesOf(), testing::Contains("? move Gelesen/ -> Archiv/" + year + "/Gelesen"));
+    for (const int limit : {40, 200000}) {
+        request.profiles[0].archiveAfterDays = limit;
+        EXPECT_THAT(linesOf(),
+                    ElementsAre("? trash Nie/", "- trash film.mp4", "+ move gesehen.mp4 -> Medien/gesehen.mp4"));
+    }
     request.profiles[0].archiveAfterDays = 40;
-    EXPECT_THAT(linesOf(), ElementsAre("? trash Nie/", "- trash film.mp4", "+ move gesehen.mp4 -> Medien/gesehen.mp4"));
     EXPECT_EQ(reason("film.mp4"), "Nie geöffnet · 20 MB, unverändert seit 100 Tagen – kann weg?");
     // Half a day more than the limit is more.
     request.now += std::chrono::hours(12);
