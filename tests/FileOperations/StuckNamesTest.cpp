@@ -58,14 +58,15 @@ TEST_F(StuckNamesTest, keepTheirLogUntilTheyAreBack)
         EXPECT_FALSE(outcome.notPutBack.empty());
         ASSERT_EQ(cutShort().size(), 1u);
         // The disk gets better only after a few tries.
-        for (int later = 0; later < 3; ++later) {
+        for (int later = 0; later < 3 && !cutShort().empty(); ++later) {
             FailingRenames again(later);
-            if (!restoreCutShort(cutShort().front(), again).isEmpty()) {
-                ASSERT_EQ(cutShort().size(), 1u);
-            }
+            const bool stuck = !restoreCutShort(cutShort().front(), again).isEmpty();
+            ASSERT_EQ(cutShort().size(), stuck ? 1u : 0u);
         }
         DiskFileActions real;
-        EXPECT_EQ(restoreCutShort(cutShort().front(), real), QStringList());
+        if (!cutShort().empty()) {
+            EXPECT_EQ(restoreCutShort(cutShort().front(), real), QStringList());
+        }
         EXPECT_TRUE(cutShort().empty());
         EXPECT_TRUE(std::filesystem::is_empty(logs));
         ASSERT_EQ(snapshotOf(tree.path("f")), before);
