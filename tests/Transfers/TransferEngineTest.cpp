@@ -472,6 +472,10 @@ TEST(TransferEngineReplaceTest, replacesNoOtherSourceOfTheTransfer)
 /// However few descriptors the process may have, down to one less than it needs.
 TEST_P(TransferEngineTest, leavesNothingWhenDescriptorsRunOut)
 {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP()
+        << "without descriptors the sanitizer takes sound objects for bad ones: it looks at memory through a pipe";
+#endif
     rlimit usual{};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
     for (rlim_t most = 0;; ++most) {
