@@ -1,6 +1,7 @@
 #include "App/Start/SettingsWatch.h"
 
 #include "Disk/FolderWatcher.h"
+#include "System/FileLock.h"
 
 namespace brellin {
 
@@ -11,6 +12,8 @@ SettingsWatch::SettingsWatch(const Location &folder, Changed changed) : m_change
     m_pause.setInterval(pause);
     QObject::connect(&m_pause, &QTimer::timeout, this, [this] { take(); });
     const auto heard = [this] { QMetaObject::invokeMethod(this, [this] { m_pause.start(); }, Qt::QueuedConnection); };
+    // On a new account the first setting makes the folder, and what is not there cannot be watched.
+    (void)createPrivateFolders(folder);
     if (Result<std::shared_ptr<FolderWatcher>> watcher = FolderWatcher::watch(folder, heard))
         m_watcher = *std::move(watcher);
 }
