@@ -6,9 +6,6 @@
 #include "Disk/SameBytes.h"
 #include "Disk/SourceStatus.h"
 
-#include <algorithm>
-#include <array>
-#include <climits>
 #include <utility>
 
 #include <unistd.h>
@@ -16,13 +13,6 @@
 namespace brellin {
 
 namespace {
-
-std::string targetOf(NameIn link)
-{
-    std::array<char, PATH_MAX + 1> target{};
-    const ssize_t length = ::readlinkat(link.folder, link.name, target.data(), target.size());
-    return {target.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
-}
 
 /// Removes what the copy holds and keeps the names of the rest.
 class RestRemoval : private RemovalWalk {
@@ -65,7 +55,7 @@ private:
         if (S_ISDIR(now.st_mode))
             return true;
         if (S_ISLNK(now.st_mode))
-            return targetOf(entry) == targetOf(copy.at());
+            return sameLinkTarget(entry, copy.at());
         return S_ISREG(now.st_mode) && there.st_size == now.st_size && TRY(isSameFile(entry, copy.at(), now));
     }
 

@@ -1,8 +1,12 @@
 #include "Disk/SameBytes.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstring>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include <unistd.h>
@@ -30,6 +34,13 @@ Result<std::size_t> readAt(int file, char *into, std::size_t wanted, off_t at)
     return got;
 }
 
+std::optional<std::string> targetOf(NameIn link)
+{
+    std::array<char, PATH_MAX + 1> target{};
+    const ssize_t length = ::readlinkat(link.folder, link.name, target.data(), target.size());
+    return length >= 0 ? std::optional(std::string(target.data(), static_cast<std::size_t>(length))) : std::nullopt;
+}
+
 } // namespace
 
 Result<bool> sameBytes(int a, int b, off_t size, const std::function<Result<void>()> &beat)
@@ -47,6 +58,12 @@ Result<bool> sameBytes(int a, int b, off_t size, const std::function<Result<void
             TRY(beat());
     }
     return true;
+}
+
+bool sameLinkTarget(NameIn a, NameIn b)
+{
+    const std::optional<std::string> first = targetOf(a);
+    return first && first == targetOf(b);
 }
 
 } // namespace brellin

@@ -4,9 +4,6 @@
 #include "Disk/RemovalWalk.h"
 #include "Disk/SameBytes.h"
 
-#include <algorithm>
-#include <array>
-#include <climits>
 #include <map>
 #include <utility>
 
@@ -16,13 +13,6 @@
 namespace brellin {
 
 namespace {
-
-std::string targetOf(NameIn link)
-{
-    std::array<char, PATH_MAX + 1> target{};
-    const ssize_t length = ::readlinkat(link.folder, link.name, target.data(), target.size());
-    return {target.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
-}
 
 /// Goes through a source that was copied, and keeps what is not as it was then.
 class SourceWalk : private RemovalWalk {
@@ -114,7 +104,7 @@ private:
     Result<bool> isStillTheLink(NameIn entry, const CopiedEntries::Entry &copied, const struct stat &now) const
     {
         const EntryPlace copy = TRY(copyOf(entry));
-        return MetadataMark(now).number() == copied.mark && targetOf(entry) == targetOf(copy.at());
+        return MetadataMark(now).number() == copied.mark && sameLinkTarget(entry, copy.at());
     }
 
     Result<bool> hasContentOfCopy(const Descriptor &original, NameIn entry, const struct stat &now) const
