@@ -1,6 +1,5 @@
+#include "App/ProgramTest.h"
 #include "Disk/FileAttributes.h"
-#include "Support/TempTree.h"
-#include "System/ProcessRunner.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -16,7 +15,7 @@ namespace {
 constexpr Instant longAgo = std::chrono::sys_days(std::chrono::year(2020) / 5 / 4);
 
 /// Runs the real program in an account of its own.
-class CommandLineTest : public testing::Test {
+class CommandLineTest : public ProgramTest {
 protected:
     CommandLineTest()
     {
@@ -24,16 +23,6 @@ protected:
                     "Downloads/run.sh=cp daten.csv", "Downloads/daten.csv=vier", "Desktop/Bildschirmfoto 1.png=fünf"});
         for (const char *old : {"Downloads/alt.zip", "Downloads/daten.csv"})
             tree.age(old, longAgo);
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
-    }
-
-    ProcessOutput run(std::vector<std::string> words)
-    {
-        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
-        EXPECT_TRUE(output) << output.error().message.toStdString();
-        return output.value_or(ProcessOutput{});
     }
     QJsonDocument json(std::vector<std::string> words, int exitCode = 0)
     {
@@ -52,9 +41,6 @@ protected:
             text += snapshotOf(tree.path(folder));
         return text + (tree.has("Documents") ? "Documents" : "");
     }
-
-    TempTree tree;
-    SystemProcessRunner runner;
 };
 
 QStringList names(const QJsonArray &proposals, const QString &key)

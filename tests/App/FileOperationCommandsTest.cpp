@@ -1,5 +1,4 @@
-#include "Support/TempTree.h"
-#include "System/ProcessRunner.h"
+#include "App/ProgramTest.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,22 +12,10 @@ using namespace brellin::test;
 namespace {
 
 /// Runs the real program in an account of its own.
-class FileOperationCommandsTest : public testing::Test {
+class FileOperationCommandsTest : public ProgramTest {
 protected:
-    FileOperationCommandsTest()
-    {
-        tree.lines({"f/a.jpg=eins", "f/b.jpg=zwei", "f/c.txt=drei", "ziel/"});
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
-    }
+    FileOperationCommandsTest() { tree.lines({"f/a.jpg=eins", "f/b.jpg=zwei", "f/c.txt=drei", "ziel/"}); }
     std::string at(const char *name) const { return tree.path(name).native(); }
-    ProcessOutput run(std::vector<std::string> words)
-    {
-        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
-        EXPECT_TRUE(output) << output.error().message.toStdString();
-        return output.value_or(ProcessOutput{});
-    }
     /// "from → to" by their names.
     QStringList pairs(std::vector<std::string> words, int exitCode = 0)
     {
@@ -43,9 +30,6 @@ protected:
         }
         return all;
     }
-
-    TempTree tree;
-    SystemProcessRunner runner;
 };
 
 } // namespace

@@ -1,8 +1,7 @@
 #include "Agent/RunJournal.h"
+#include "App/ProgramTest.h"
 #include "FileOperations/RenameLog.h"
-#include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
-#include "System/ProcessRunner.h"
 #include "Transfers/TransferLog.h"
 
 #include <QJsonArray>
@@ -23,21 +22,9 @@ using namespace brellin::test;
 namespace {
 
 /// The real program in an account in which others were killed.
-class RemnantsTest : public testing::Test {
+class RemnantsTest : public ProgramTest {
 protected:
-    RemnantsTest()
-    {
-        tree.lines({"ziel/", "f/", "Downloads/", "Documents/"});
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
-    }
-    ProcessOutput run(std::vector<std::string> words)
-    {
-        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
-        EXPECT_TRUE(output) << output.error().message.toStdString();
-        return output.value_or(ProcessOutput{});
-    }
+    RemnantsTest() { tree.lines({"ziel/", "f/", "Downloads/", "Documents/"}); }
     /// "kind name bytes", sorted.
     QStringList listed(std::vector<std::string> words = {"reste"})
     {
@@ -83,9 +70,7 @@ protected:
         return id;
     }
 
-    TempTree tree;
     Location state = tree.path(".local/state/brellin");
-    SystemProcessRunner runner;
 };
 
 } // namespace

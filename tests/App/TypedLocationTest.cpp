@@ -1,7 +1,5 @@
 #include "App/TypedLocation.h"
-
-#include "Support/TempTree.h"
-#include "System/ProcessRunner.h"
+#include "App/ProgramTest.h"
 
 #include <gtest/gtest.h>
 
@@ -11,26 +9,14 @@ using namespace brellin::test;
 namespace {
 
 /// "ort/ld" leads to "fern/ordner": beside the link and beside its folder lies a file of the same name.
-class TypedLocationTest : public testing::Test {
+class TypedLocationTest : public ProgramTest {
 protected:
     TypedLocationTest()
     {
         tree.lines({"ort/v.txt=beim Link", "fern/v.txt=fern", "fern/ordner/", "ort/ld->../fern/ordner",
                     "ort/tot->fehlt", "ziel/"});
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
-    }
-    ProcessOutput run(std::vector<std::string> words)
-    {
-        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
-        EXPECT_TRUE(output) << output.error().message.toStdString();
-        return output.value_or(ProcessOutput{});
     }
     std::string at(const char *name) const { return tree.path(name).native(); }
-
-    TempTree tree;
-    SystemProcessRunner runner;
 };
 
 } // namespace
