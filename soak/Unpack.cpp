@@ -18,7 +18,7 @@ int main(int argc, char **argv)
                                                brellin::Services::decoderProgram(), services.archiveLogs()};
     brellin::JobControl control;
     const auto unpacked = brellin::unpack(argv[1], argv[2], unpacking, control);
-    if (!unpacked)
-        std::cerr << unpacked.error().message.toStdString() << '\n';
+    for (const QString &line : unpacked ? unpacked->refused + unpacked->notes : QStringList(unpacked.error().message))
+        std::cerr << line.toStdString() << '\n';
     return unpacked && unpacked->refused.isEmpty() ? 0 : 1;
 }

@@ -101,6 +101,21 @@ def stopped_child(tracer, seconds):
     return None
 
 
+def let_go_on(tracer, seconds):
+    """Whether it ends. The call is counted for each thread: each that comes to its own stops the program once more."""
+    end = time.monotonic() + seconds
+    while tracer.poll() is None and time.monotonic() < end:
+        stopped = stopped_child(tracer, 0.2)
+        if stopped:
+            os.kill(stopped, signal.SIGCONT)
+    if tracer.poll() is not None:
+        return True
+    for process in children(tracer.pid):
+        os.kill(process, signal.SIGKILL)
+    tracer.wait()
+    return False
+
+
 class ChangedMeanwhile:
     """A move across volumes whose source changes at each point at which the move changes something."""
 
@@ -152,13 +167,7 @@ class ChangedMeanwhile:
                 wanted = change(victim)
                 if change in (add_beside, add_folder, rename_away):
                     case.originals.places[digest(wanted[0] if wanted else victim.with_name("umbenannt").read_bytes())] = victim
-            os.kill(stopped, signal.SIGCONT)
-        try:
-            tracer.wait(PATIENCE if stopped else 20)
-        except subprocess.TimeoutExpired:
-            for process in children(tracer.pid):
-                os.kill(process, signal.SIGKILL)
-            tracer.wait()
+        if not let_go_on(tracer, PATIENCE if stopped else 20):
             return ["hangs"]
         here = Inventory(self.world.everything())
         findings = [f"newer content lost: {change.__name__}" for data in wanted if digest(data) not in here.places]
