@@ -157,6 +157,15 @@ def trash(kind):
     return build
 
 
+def undone(verb, source, target):
+    """A transfer and its ⌘Z, in one program: both are disturbed."""
+    def build(world):
+        case = transfer(verb, source, target, replacing=True)(world)
+        files = [word for word in case.words if isinstance(word, Path)]
+        return Case(case.originals, [str(world.programs / "brellin-undo"), verb, *files], folders=case.folders)
+    return build
+
+
 UNTIDY = [("Downloads/Rechnung 1.pdf", 900), ("Downloads/Rechnung 2.pdf", 200_000), ("Downloads/bild.jpg", 5_000),
           ("Downloads/alt.zip", 80_000), ("Downloads/setup.dmg", 10_000), ("Downloads/vergessen.xyz", 60),
           ("Downloads/kopie.dat", 3_000), ("Desktop/Bildschirmfoto 2026-01-01.png", 400)]
@@ -218,6 +227,9 @@ def all_scenarios():
     for kind in ("ext4", "exfat", "ntfs"):
         found += [Scenario(f"zip-{kind}", packing(kind)), Scenario(f"entpacken-{kind}", unpacking(kind)),
                   Scenario(f"papierkorb-{kind}", trash(kind))]
+    for source, target in (("ext4", "xfs"), ("ext4", "ext4"), ("exfat", "ext4"), ("ext4", "ntfs")):
+        found += [Scenario(f"zurueck-{verb}-{source}-{target}", undone(verb, source, target))
+                  for verb in ("kopieren", "verschieben")]
     for kind in ("xfs", "exfat", "ntfs"):
         found += [Scenario(f"lauf-{kind}", agent_run(kind)), Scenario(f"ruecknahme-{kind}", agent_undo(kind))]
     return found

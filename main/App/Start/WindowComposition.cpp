@@ -1,5 +1,6 @@
 #include "App/Start/WindowComposition.h"
 
+#include "App/TransferUndo.h"
 #include "Features/ThumbnailCache.h"
 
 #include <algorithm>
@@ -11,18 +12,6 @@ namespace {
 std::function<bool(const Location &)> mayChange(const Services &services)
 {
     return [&services](const Location &entry) { return services.mayChange(entry); };
-}
-
-/// A record of the transfers as one that can be taken back.
-UserAction actionOf(const TransferRecord &record)
-{
-    UserAction action;
-    action.kind = record.kind == TransferKind::Move ? UserAction::Kind::Move : UserAction::Kind::Copy;
-    for (const TransferredEntry &entry : record.entries)
-        if (entry.moved == (record.kind == TransferKind::Move))
-            action.entries.push_back(
-                {entry.src, entry.dst, entry.state, entry.replaced, entry.replacedMark, entry.created, entry.content});
-    return action;
 }
 
 } // namespace
