@@ -33,7 +33,7 @@ bool transferAndUndo(TransferKind kind, const std::vector<Location> &sources, co
     const TransferRecord record{QUuid::createUuid(), kind, folder, {}, outcome.done};
     JobControl control;
     const UndoneAction undone =
-        undoAction(actionOf(record), {services.files(), services.trash(), services.renameLogs()}, control);
+        undoAction(actionOf(record), {services.files(), services.trash(), services.renameLogs(), services.transferLogs()}, control);
     say(undone.failures);
     return outcome.errors.isEmpty() && undone.failures.isEmpty();
 }

@@ -1,11 +1,9 @@
 #include "FileOperations/UndoAction.h"
 
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/FreeName.h"
 #include "FileOperations/BatchRenameRun.h"
 #include "FileOperations/OperationOutcome.h"
-
-#include <QUuid>
+#include "Transfers/TransferLog.h"
 
 #include <algorithm>
 #include <iterator>
@@ -30,13 +28,6 @@ EntryOutcome failed(const Failure &why)
     return {EntryOutcome::Fate::Failed, {}, why.message};
 }
 
-Location hiddenBeside(const Location &location)
-{
-    const QString token = QUuid::createUuid().toString(QUuid::WithoutBraces).left(8);
-    const std::string name = std::string(copyPrefix) + token.toStdString() + '-' + location.filename().native();
-    return location.parent_path() / fittingName(name);
-}
-
 /// On volumes that give their entries other numbers now and then, size and time are what tells.
 bool isThere(const EntryMark &mark, const Location &place)
 {
@@ -50,6 +41,7 @@ public:
         : m_kind(kind)
         , m_services(services)
         , m_control(control)
+        , m_log(services.transferLogs)
     {
     }
 
@@ -79,6 +71,8 @@ public:
 private:
     EntryOutcome moveBack(const Entry &entry)
     {
+        if (reserves(entry))
+            m_log.noteRename(entry.to, entry.from);
         const Result<void> renamed = m_services.files.rename(entry.to, entry.from);
         if (renamed)
             return {EntryOutcome::Fate::Undone, entry.from, {}};
@@ -88,15 +82,14 @@ private:
     /// Across volumes: what had been moved goes only once its copy is complete and on the disk, and then to the Trash.
     EntryOutcome copyBack(const Entry &entry)
     {
-        const Location temporary = hiddenBeside(entry.from);
-        if (const Result<void> copied = completeCopy(entry, temporary); !copied) {
+        const Location temporary = m_log.temporaryFor(entry.from, reserves(entry) ? TransferLog::Renames::Reserving
+                                                                                  : TransferLog::Renames::AtOnce);
+        CopiedEntries copied;
+        if (const Result<void> done = completeCopy(entry, temporary, copied); !done) {
             const Result<void> removed = m_services.files.removeOwnCopy(temporary);
-            return removed ? failed(copied.error()) : failed(removed.error());
+            return removed ? failed(done.error()) : failed(removed.error());
         }
-        const Result<FileAttributes> now = readAttributes(entry.to);
-        const bool same = now && (now->isFolder() || FileState::of(*now) == entry.state);
-        const Result<Location> trashed =
-            same ? m_services.trash.put(entry.to) : failure(QStringLiteral("Das hat sich inzwischen geändert."));
+        const Result<void> trashed = giveUpCopied(entry, copied);
         if (!trashed)
             return {EntryOutcome::Fate::Undone, entry.from,
                     QStringLiteral("Zurückkopiert; „%1“ blieb auch dort liegen. %2")
@@ -104,12 +97,26 @@ private:
         return {EntryOutcome::Fate::Undone, entry.from, {}};
     }
 
-    Result<void> completeCopy(const Entry &entry, const Location &temporary)
+    Result<void> completeCopy(const Entry &entry, const Location &temporary, CopiedEntries &copied)
     {
-        TRY(m_services.files.copy(entry.to, temporary, {&m_control, {}}));
+        CopyOptions options;
+        options.control = &m_control;
+        options.copied = &copied;
+        TRY(m_services.files.copy(entry.to, temporary, options));
         TRY(m_services.files.flush(temporary));
         return m_services.files.rename(temporary, entry.from);
     }
+
+    /// What was written there meanwhile is nowhere else.
+    Result<void> giveUpCopied(const Entry &entry, const CopiedEntries &copied)
+    {
+        if (!TRY(changedSinceCopy(entry.to, copied, entry.from)).empty())
+            return failure(QStringLiteral("Das hat sich inzwischen geändert."));
+        TRY(m_services.trash.put(entry.to));
+        return {};
+    }
+
+    bool reserves(const Entry &entry) const { return m_services.files.reservesNames(entry.from.parent_path()); }
 
     EntryOutcome restore(const Entry &entry)
     {
@@ -165,6 +172,7 @@ private:
     const Kind m_kind;
     const UndoServices &m_services;
     JobControl &m_control;
+    TransferLog m_log;
 };
 
 bool onlyMoves(Kind kind)

@@ -17,6 +17,7 @@ struct UndoServices {
     FileActions &files;
     Trash &trash;
     Location renameLogs;
+    Location transferLogs = {}; ///< what goes back is noted there while it does, as of any transfer
 };
 
 /// What became of taking an action back.

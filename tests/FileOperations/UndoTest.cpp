@@ -6,8 +6,15 @@
 #include "Support/FuseMount.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
+#include "Transfers/Leftovers.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -24,6 +31,21 @@ protected:
     Location disk(const char *name) const { return tree.path("disk") / name; }
     std::string snapshot() const { return snapshotOf(tree.path("home")) + snapshotOf(tree.path("disk")); }
 
+    std::set<std::string> contentsOf(const std::vector<const char *> &folders) const
+    {
+        std::set<std::string> all;
+        for (const char *folder : folders) {
+            const Location place = tree.path(folder);
+            if (!entryExists(place))
+                continue;
+            for (const auto &entry : std::filesystem::recursive_directory_iterator(place)) {
+                if (entry.is_regular_file())
+                    all.insert(tree.content(entry.path().lexically_relative(tree.root()).native()));
+            }
+        }
+        return all;
+    }
+
     UndoneAction undo(Kind kind, const std::vector<UserAction::Entry> &entries)
     {
         JobControl control;
@@ -36,7 +58,7 @@ protected:
     FaultyFileActions files{faults, volumes};
     SystemTrash realTrash{tree.path("trash"), volumes};
     FaultyTrash trash{faults, realTrash};
-    UndoServices services{files, trash, tree.path("logs")};
+    UndoServices services{files, trash, tree.path("logs"), tree.path("transfers")};
 };
 
 } // namespace
@@ -101,6 +123,69 @@ TEST_F(UndoTest, bringsBackWhatCrossedVolumesAndWhatItReplaced)
     EXPECT_EQ(tree.content("disk/alt"), "vier");
 }
 
+TEST_F(UndoTest, killedOnItsWayLeavesNothingThatIsNotOffered)
+{
+    for (const bool reserving : {false, true}) {
+        for (int n = 0;; ++n) {
+            SCOPED_TRACE(n);
+            ASSERT_LT(n, 100);
+            for (const char *folder : {"home", "disk", "trash", "transfers"})
+                std::filesystem::remove_all(tree.path(folder));
+            tree.lines({"home/neu.txt=eins", "disk/ordner/tief=drei", "disk/b.txt=zwei", "trash/"});
+            const std::vector<UserAction::Entry> moved{recordOf(home("b.txt"), disk("b.txt")),
+                                                       recordOf(home("ordner"), disk("ordner"))};
+            const UserAction::Entry renamed = recordOf(home("a.txt"), home("neu.txt"));
+            const pid_t child = ::fork();
+            if (child == 0) {
+                faults = FaultPlan();
+                faults.killAt = n;
+                files.reserving = reserving;
+                undo(Kind::Rename, {renamed});
+                undo(Kind::Move, moved);
+                ::_exit(0);
+            }
+            int status = 0;
+            ::waitpid(child, &status, 0);
+            const std::vector<Location> left = loggedLeftovers(services.transferLogs);
+            EXPECT_EQ(removeTransferLeftovers(left, services.transferLogs, SystemClock(), files), QStringList());
+            const std::string all = snapshot() + snapshotOf(tree.path("trash"));
+            EXPECT_EQ(all.find(".brellin-kopie"), std::string::npos) << all;
+            for (const char *name : {"a.txt", "b.txt"})
+                EXPECT_TRUE(!entryExists(home(name)) || !std::filesystem::is_empty(home(name))) << name;
+            const std::set<std::string> contents = contentsOf({"home", "disk", "trash/files"});
+            EXPECT_TRUE(std::ranges::includes(contents, std::set<std::string>{"eins", "zwei", "drei"}));
+            if (WIFEXITED(status))
+                break;
+        }
+    }
+}
+
+TEST_F(UndoTest, bringsBackWhatWasWorkedOnAtTheOtherVolume)
+{
+    const auto moved = [&] { return recordOf(home("a.txt"), disk("a.txt")); };
+    std::filesystem::rename(home("a.txt"), disk("a.txt"));
+    UserAction::Entry entry = moved();
+    tree.file("disk/a.txt", "weitergeschrieben");
+    EXPECT_EQ(undo(Kind::Move, {entry}).failures, QStringList());
+    EXPECT_EQ(tree.content("home/a.txt"), "weitergeschrieben");
+    EXPECT_FALSE(tree.has("disk/a.txt"));
+
+    // What is written while it goes back is not in the copy.
+    std::filesystem::rename(home("a.txt"), disk("a.txt"));
+    std::filesystem::rename(home("ordner"), disk("ordner"));
+    files.afterCopy = [&](const Location &source, const Location &) {
+        tree.file(source == disk("a.txt") ? "disk/a.txt" : "disk/ordner/neu", "währenddessen");
+    };
+    const UndoneAction undone = undo(Kind::Move, {moved(), recordOf(home("ordner"), disk("ordner"))});
+    EXPECT_EQ(undone.undone.size(), 2U);
+    EXPECT_EQ(undone.failures, (QStringList{QStringLiteral("ordner: Zurückkopiert; „ordner“ blieb auch dort liegen. "
+                                                           "Das hat sich inzwischen geändert."),
+                                            QStringLiteral("a.txt: Zurückkopiert; „a.txt“ blieb auch dort liegen. "
+                                                           "Das hat sich inzwischen geändert.")}));
+    EXPECT_EQ(tree.content("disk/a.txt") + tree.content("disk/ordner/neu"), "währenddessenwährenddessen");
+    EXPECT_EQ(tree.content("home/a.txt"), "weitergeschrieben");
+}
+
 TEST_F(UndoTest, leavesAloneWhatIsNoLongerTheSame)
 {
     const UserAction::Entry renamed = recordOf(home("x.txt"), home("a.txt"));
@@ -156,7 +241,7 @@ TEST_F(UndoTest, knowsWhatWasReplacedWhereNumbersChange)
         GTEST_SKIP() << "no such volume here";
     tree.lines({"karte/a.txt=eins", "karte/b.txt=zwei"});
     SystemTrash onCard(card / "papierkorb", volumes);
-    const UndoServices there{files, onCard, tree.path("logs")};
+    const UndoServices there{files, onCard, tree.path("logs"), tree.path("transfers")};
     const Result<Location> replaced = onCard.put(card / "a.txt");
     ASSERT_TRUE(replaced);
     std::filesystem::copy(card / "b.txt", card / "a.txt");

@@ -33,7 +33,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_workspace(services.settings(), DesktopEnvironment::ofThisUser(services.folders().home))
     , m_transfers(services.forTransfers(m_workers), services.clock())
     , m_paneFiles(services.renameLogs())
-    , m_undo({services.files(), services.trash(), services.renameLogs()})
+    , m_undo({services.files(), services.trash(), services.renameLogs(), services.transferLogs()})
     , m_operations({services.files(), services.trash(), services.volumes(), services.processes(), m_workspace,
                     services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services),
                     services.archiveLogs()})
