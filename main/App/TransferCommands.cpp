@@ -97,9 +97,8 @@ private:
                 printable(QStringLiteral("„%1“ ist im Ziel schon vorhanden.").arg(question.name)));
             return ConflictAnswer{};
         }
-        if (*m_word->choice == ConflictChoice::replace && !question.replaceable) {
-            m_refused << question.name +
-                             QStringLiteral(": Was hier ersetzt werden soll, ist das Original selbst oder enthält es.");
+        if (*m_word->choice == ConflictChoice::replace && question.stays) {
+            m_refused << question.name + QStringLiteral(": ") + sentenceOf(*question.stays);
             return ConflictAnswer{ConflictChoice::skip};
         }
         return ConflictAnswer{m_word->choice};

@@ -68,18 +68,22 @@ void StayingEntries::add(const Location &given)
         m_complete = false;
 }
 
-bool StayingEntries::hold(const Location &existing) const
+std::optional<WhyItStays> StayingEntries::whyItStays(const Location &existing) const
 {
     const auto entry = identitiesOf(existing);
     const auto above = selfAndAncestors(existing.parent_path());
-    if (!m_complete || !entry || !above)
-        return true;
-    const auto staysItself = [&](const FileIdentity &one) {
-        return m_sources.contains(one) || m_aboveSources.contains(one) ||
-               std::ranges::find(*above, one) != above->end();
-    };
+    const std::vector<FileIdentity> entries = entry.value_or(std::vector<FileIdentity>());
+    const std::vector<FileIdentity> folders = above.value_or(std::vector<FileIdentity>());
     const auto isSource = [this](const FileIdentity &one) { return m_sources.contains(one); };
-    return std::ranges::any_of(*entry, staysItself) || std::ranges::any_of(*above, isSource);
+    if (std::ranges::any_of(entries, isSource))
+        return WhyItStays::IsSource;
+    if (std::ranges::any_of(entries, [this](const FileIdentity &one) { return m_aboveSources.contains(one); }))
+        return WhyItStays::HoldsSource;
+    if (std::ranges::find_first_of(entries, folders) != entries.end())
+        return WhyItStays::HoldsDestination;
+    if (std::ranges::any_of(folders, isSource))
+        return WhyItStays::LiesInSource;
+    return m_complete && entry && above ? std::nullopt : std::optional(WhyItStays::InDoubt);
 }
 
 } // namespace brellin

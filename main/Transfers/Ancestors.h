@@ -3,7 +3,9 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/FileAttributes.h"
+#include "Transfers/WhyItStays.h"
 
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -21,9 +23,9 @@ public:
     explicit StayingEntries(const std::vector<Location> &sources);
 
     void add(const Location &source);
-    /// Whether an existing entry of the destination is one of these, itself or as the link that leads there. Doubt answers
-    /// true.
-    bool hold(const Location &existing) const;
+    /// Why an existing entry of the destination is one of these, itself or as the link that leads there; nothing where it
+    /// certainly is none.
+    std::optional<WhyItStays> whyItStays(const Location &existing) const;
 
 private:
     std::set<FileIdentity> m_sources;

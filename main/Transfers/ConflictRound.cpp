@@ -32,7 +32,7 @@ std::optional<ConflictRound::About> ConflictRound::question() const
     return ConflictQuestion{name,
                             conflictsLeft(),
                             taken.existingIsFolder,
-                            taken.replaceable,
+                            taken.stays,
                             taken.existingLine,
                             taken.incomingLine,
                             taken.incomingIsFolder};
@@ -52,7 +52,7 @@ void ConflictRound::answer(const ConflictAnswer &answer)
         m_cancelled = true;
         return;
     }
-    if (*answer.choice == ConflictChoice::replace && !m_open.front().taken->replaceable)
+    if (*answer.choice == ConflictChoice::replace && !m_open.front().taken->replaceable())
         return;
     if (answer.forAll)
         m_forAll = answer.choice;
@@ -88,7 +88,7 @@ void ConflictRound::goOn()
             take(next.beside ? Placing::FreeName : Placing::Exactly);
             continue;
         }
-        const bool applies = m_forAll && (*m_forAll != ConflictChoice::replace || next.taken->replaceable);
+        const bool applies = m_forAll && (*m_forAll != ConflictChoice::replace || next.taken->replaceable());
         if (!applies || !decide(*m_forAll))
             return;
     }

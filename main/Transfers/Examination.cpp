@@ -80,15 +80,16 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEnt
 {
     TakenPlace taken;
     taken.existingIsFolder = readAttributes(dst).value_or(FileAttributes()).isFolder();
-    taken.replaceable = !staying.hold(dst);
+    taken.stays = staying.whyItStays(dst);
     taken.trashable = services.trash.possible(dst);
     // Before the lines, so that they tell of everything that may go.
-    if (taken.replaceable && !taken.trashable)
+    if (taken.replaceable() && !taken.trashable)
         taken.seen = seenAt(dst, control);
-    taken.replaceable = taken.replaceable && (taken.trashable || taken.seen);
+    if (taken.replaceable() && !taken.trashable && !taken.seen)
+        taken.stays = WhyItStays::NotSeen;
     // The only complete copy of what was cut short goes for no half of it.
-    if (taken.replaceable && !taken.trashable)
-        taken.replaceable = !isCopyOfUnfinishedMove(src, dst, services.logs);
+    if (taken.replaceable() && !taken.trashable && isCopyOfUnfinishedMove(src, dst, services.logs))
+        taken.stays = WhyItStays::OnlyCopy;
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
     taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();

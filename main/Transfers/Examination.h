@@ -5,6 +5,7 @@
 #include "Disk/SeenTree.h"
 #include "Transfers/TransferServices.h"
 #include "Transfers/TransferStep.h"
+#include "Transfers/WhyItStays.h"
 
 #include <QString>
 
@@ -19,8 +20,8 @@ struct TransferRequest;
 /// What stands at the place that a source wants.
 struct TakenPlace {
     bool existingIsFolder = false;
-    bool replaceable = true; ///< false where it is, holds or lies in a source of the transfer, or holds the destination
-    bool trashable = true;   ///< there is a Trash for it
+    std::optional<WhyItStays> stays; ///< nothing where it may be replaced
+    bool trashable = true;           ///< there is a Trash for it
     /// What is shown of an entry that is not trashable.
     std::shared_ptr<const SeenTree> seen;
     QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
@@ -28,6 +29,7 @@ struct TakenPlace {
     bool incomingIsFolder = false;
 
     bool operator==(const TakenPlace &) const = default;
+    bool replaceable() const { return !stays; }
 };
 
 /// One source of a transfer and where it would go.

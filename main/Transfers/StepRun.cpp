@@ -216,9 +216,8 @@ Result<std::optional<Location>> StepRun::discard(const TransferStep &step)
     if (!existing)
         return failure(existing.error());
     m_staying.add(step.src);
-    if (m_staying.hold(step.dst))
-        return failure(
-            QStringLiteral("Was hier ersetzt werden soll, gehört zu dem, was übertragen wird, oder enthält es."));
+    if (const std::optional<WhyItStays> stays = m_staying.whyItStays(step.dst))
+        return failure(sentenceOf(*stays));
     const Result<Location> trashed = m_services.trash.put(step.dst);
     if (trashed)
         return std::optional(*trashed);

@@ -17,7 +17,9 @@ QuestionText textOf(const ConflictQuestion &question)
     text.message = QStringLiteral("„%1“ ist im Ziel schon vorhanden").arg(question.name);
     text.informative =
         QStringLiteral("Im Ziel: ") + question.existingLine + QStringLiteral("\nNeu: ") + question.incomingLine;
-    if (question.replaceable) {
+    if (question.stays) {
+        text.informative += QStringLiteral("\n\n") + sentenceOf(*question.stays);
+    } else {
         text.informative += QStringLiteral("\n\n„Ersetzen“ legt %1 in den Papierkorb.")
                                 .arg(question.existingIsFolder ? QStringLiteral("den vorhandenen Ordner")
                                                                : QStringLiteral("die vorhandene Datei"));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Location.h"
+#include "Transfers/WhyItStays.h"
 
 #include <QString>
 #include <QStringList>
@@ -20,14 +21,14 @@ struct ConflictQuestion {
     QString name;              ///< the entry's
     std::size_t remaining = 1; ///< conflicts still to decide, this one included
     bool existingIsFolder = false;
-    /// False where the existing entry is, holds or lies in a source of the transfer, or holds the destination: then
-    /// "Ersetzen" is not offered.
-    bool replaceable = true;
+    /// Why "Ersetzen" is not offered; nothing where it is.
+    std::optional<WhyItStays> stays;
     QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
     bool incomingIsFolder = false;
 
     bool operator==(const ConflictQuestion &) const = default;
+    bool replaceable() const { return !stays; }
 };
 
 /// The entry that is to be replaced has no Trash to go to. Answered by a `Confirmation`, which holds for this entry alone and

@@ -136,7 +136,7 @@ TEST_F(TransferCommandTest, leavesTheSystemAlone)
 TEST(TerminalAnswerTest, understandsNumbersWithAndWithoutForAll)
 {
     TransferQuestion question;
-    question.about = ConflictQuestion{QStringLiteral("a"), 2, false, true, {}, {}};
+    question.about = ConflictQuestion{QStringLiteral("a"), 2, false, {}, {}, {}};
     const QuestionText text = textOf(question);
     const auto chosen = [&](const char *line) {
         const auto answer = TerminalAnswer::chosen(text, line);

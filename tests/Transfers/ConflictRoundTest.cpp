@@ -13,7 +13,8 @@ enum class Existing { Ordinary, NotReplaceable, WithoutTrash };
 ExaminedSource taken(const char *name, Existing existing)
 {
     TakenPlace place;
-    place.replaceable = existing != Existing::NotReplaceable;
+    if (existing == Existing::NotReplaceable)
+        place.stays = WhyItStays::HoldsSource;
     place.trashable = existing != Existing::WithoutTrash;
     return {Location("/von") / name, Location("/nach") / name, false, place};
 }

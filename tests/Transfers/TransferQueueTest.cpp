@@ -174,15 +174,15 @@ TEST_F(TransferQueueTest, offersNoReplacementOfTheSourceOrWhatHoldsIt)
     reply = always(ConflictAnswer{ConflictChoice::keepBoth});
     EXPECT_EQ(run(request({"x/x"}, world.home(""), TransferKind::Move)).arrived(), std::vector{world.home("x (2)")});
     ASSERT_EQ(asked.size(), 1u);
-    EXPECT_FALSE(std::get<ConflictQuestion>(asked[0].about).replaceable);
+    EXPECT_EQ(std::get<ConflictQuestion>(asked[0].about).stays, WhyItStays::HoldsSource);
     const QuestionText text = textOf(asked[0]);
     ASSERT_EQ(text.buttons.size(), 3u);
     EXPECT_EQ(text.buttons[0].title, QStringLiteral("Beide behalten"));
-    EXPECT_FALSE(text.informative.contains(QStringLiteral("Ersetzen")));
+    EXPECT_TRUE(text.informative.endsWith(QStringLiteral("enthält ein Original dieser Übertragung.")));
     // The source itself, by another path.
     (void)run(request({"x"}, world.disk("zurück")));
     ASSERT_EQ(asked.size(), 2u);
-    EXPECT_FALSE(std::get<ConflictQuestion>(asked[1].about).replaceable);
+    EXPECT_EQ(std::get<ConflictQuestion>(asked[1].about).stays, WhyItStays::IsSource);
 }
 
 TEST_F(TransferQueueTest, offersNoReplacementOfAnotherSource)
@@ -193,14 +193,14 @@ TEST_F(TransferQueueTest, offersNoReplacementOfAnotherSource)
     TransferRequest both = request({"A", inner.c_str(), "b"}, world.home("Z"), TransferKind::Move);
     (void)run(both);
     ASSERT_EQ(asked.size(), 2u);
-    EXPECT_FALSE(std::get<ConflictQuestion>(asked[0].about).replaceable); // holds one
-    EXPECT_TRUE(std::get<ConflictQuestion>(asked[1].about).replaceable);
+    EXPECT_EQ(std::get<ConflictQuestion>(asked[0].about).stays, WhyItStays::HoldsSource);
+    EXPECT_EQ(std::get<ConflictQuestion>(asked[1].about).stays, std::nullopt);
     EXPECT_EQ(world.tree().content("home/Z/innen"), "2");
     // Everything in a source: the folder itself is refused, and its content is not given up for another.
     (void)run(request({"b", "Z"}, world.home("Z")));
     world.tree().file("home/b", "6");
     (void)run(request({"b", "Z"}, world.home("Z")));
-    EXPECT_FALSE(std::get<ConflictQuestion>(asked.back().about).replaceable);
+    EXPECT_EQ(std::get<ConflictQuestion>(asked.back().about).stays, WhyItStays::LiesInSource);
 }
 
 TEST_F(TransferQueueTest, takesTurnsWithinAPaneAndSurvivesItsPanes)

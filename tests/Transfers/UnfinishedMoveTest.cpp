@@ -163,10 +163,10 @@ TEST_F(UnfinishedMoveTest, itsCopyIsNotReplacedForGood)
     world.tree().file("disk/.Trash-" + std::to_string(::geteuid()), "");
     const TransferRequest request{{world.home("Fotos")}, world.tree().path("disk"), TransferKind::Move, {}};
     JobControl control;
-    EXPECT_FALSE(examineTransfer(request, world.services(), control)->sources[0].taken->replaceable);
+    EXPECT_FALSE(examineTransfer(request, world.services(), control)->sources[0].taken->replaceable());
     EXPECT_EQ(finishAll(), QStringList());
     world.tree().lines({"home/Fotos/neu=neu"});
-    EXPECT_TRUE(examineTransfer(request, world.services(), control)->sources[0].taken->replaceable);
+    EXPECT_TRUE(examineTransfer(request, world.services(), control)->sources[0].taken->replaceable());
 }
 
 TEST_F(UnfinishedMoveTest, noPartAndNoWholeOfItsCopyIsReplacedForGoodWhileInDoubt)

@@ -14,12 +14,9 @@ namespace {
 constexpr int sheetWidth = 660;
 
 /// What "Ersetzen" does, or why it is not there.
-QString consequence(const ConflictQuestion &conflict, const QString &informative)
+QString consequence(const QString &informative)
 {
-    if (conflict.replaceable)
-        return informative.section(QStringLiteral("\n\n"), 1);
-    return QStringLiteral(
-        "Ersetzen geht hier nicht: Damit ginge verloren, was übertragen werden soll, oder sein Ziel.");
+    return informative.section(QStringLiteral("\n\n"), 1);
 }
 
 } // namespace
@@ -31,7 +28,7 @@ ConflictSheet::ConflictSheet(const TransferQuestion &question, QWidget *window)
 
 ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQuestion &question, QWidget *window)
     // "Beide behalten", whether "Ersetzen" stands before it or not.
-    : QuestionSheet(textOf(fittingHead(question, sheetWidth, window)), Roles{conflict.replaceable ? 1 : 0},
+    : QuestionSheet(textOf(fittingHead(question, sheetWidth, window)), Roles{conflict.replaceable() ? 1 : 0},
                     {sheetWidth, 0}, window)
 {
     setObjectName(QStringLiteral("conflictSheet"));
@@ -51,7 +48,7 @@ ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQue
     pair->addWidget(incoming, 1);
     content()->addLayout(pair);
     content()->addSpacing(scaled(4));
-    TextLabel *const what = makeBody(consequence(conflict, text().informative), this);
+    TextLabel *const what = makeBody(consequence(text().informative), this);
     what->setObjectName(QStringLiteral("consequence"));
     content()->addWidget(what);
     addForAll();

@@ -61,7 +61,7 @@ const QString longName = QString(u'x').repeated(230) + QStringLiteral(".pdf");
 
 TEST_F(QuestionSheetTest, whatCannotBeReplacedHasNoSuchButton)
 {
-    ask(ConflictQuestion{QStringLiteral("Fotos"), 1, true, false, {}, {}});
+    ask(ConflictQuestion{QStringLiteral("Fotos"), 1, true, WhyItStays::HoldsSource, {}, {}});
     EXPECT_FALSE(sheet->findChild<QPushButton *>(QStringLiteral("answer-Ersetzen")));
     EXPECT_EQ(keys(), QStringLiteral("answer-Beide behalten"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
@@ -112,7 +112,7 @@ TEST_F(QuestionSheetTest, nothingIsCutWithALargeFontAndLongNames)
     Theme::shared().setFontFactor(1.25);
     window.resize(scaled(640), scaled(420));
     const QString line = QStringLiteral("mehr als 1.234 Einträge, mehr als 999,99 GB, 30. September 2026, 14:05");
-    ask(ConflictQuestion{longName, 3, true, true, line, line, true});
+    ask(ConflictQuestion{longName, 3, true, {}, line, line, true});
     QApplication::processEvents();
     for (const QPushButton *const button : sheet->findChildren<QPushButton *>()) {
         const QRect place(button->mapTo(&window, QPoint()), button->size());
