@@ -1,7 +1,6 @@
 #include "Agent/Execution.h"
 
 #include "Agent/AgentError.h"
-#include "Agent/AgentLists.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunJournal.h"
 #include "Agent/RunTraces.h"
@@ -32,7 +31,7 @@ PlannedStep planOf(const AgentProposal &proposal)
 /// One run at work.
 class Runner {
 public:
-    Runner(const AgentServices &services, RunJournal journal, JobControl &control)
+    Runner(const RunServices &services, RunJournal journal, JobControl &control)
         : m_services(services)
         , m_journal(std::move(journal))
         , m_control(control)
@@ -52,7 +51,7 @@ private:
         m_outcome.failures.push_back({proposal.id, proposal.source, why});
     }
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     RunJournal m_journal;
     JobControl &m_control;
     KeptEntries m_kept;
@@ -133,7 +132,7 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
 {
     const StateFolder state(m_services.stateFolder);
     const FileLock lock = TRY(state.lockAgent());
-    TRY(agentMayAct(m_services.defaults));
+    TRY(m_services.mayAct());
     const Location journals = TRY(state.journals());
     // Whole milliseconds: the stored number keeps no more.
     const Instant now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
-#include "Agent/AgentServices.h"
+#include "Agent/RunServices.h"
 #include "Agent/JournalRun.h"
 #include "Base/JobControl.h"
 
@@ -36,7 +36,7 @@ struct ExecutionOutcome {
 /// Carries out proposals as one run: every step checked, journalled before it acts, and recorded in the history at the end.
 class Execution {
 public:
-    explicit Execution(const AgentServices &services) : m_services(services) {}
+    explicit Execution(const RunServices &services) : m_services(services) {}
 
     /// In the given order. `control` counts steps, names the file at hand and cancels between (and within) steps. Fails
     /// with nothing done when somebody else is working, what the user has laid down cannot be read whole or the journal
@@ -44,7 +44,7 @@ public:
     Result<ExecutionOutcome> execute(const std::vector<AgentProposal> &proposals, JobControl &control);
 
 private:
-    const AgentServices &m_services;
+    const RunServices &m_services;
 };
 
 } // namespace brellin

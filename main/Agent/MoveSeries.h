@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
-#include "Agent/AgentServices.h"
+#include "Agent/RunServices.h"
 #include "Agent/FreshGuard.h"
 #include "Disk/EntryMark.h"
 #include "Disk/HeldFolder.h"
@@ -16,7 +16,7 @@ namespace brellin {
 class MoveSeries {
 public:
     /// Both outlive the series.
-    MoveSeries(const AgentServices &services, FreshGuard &guard) : m_services(services), m_guard(guard) {}
+    MoveSeries(const RunServices &services, FreshGuard &guard) : m_services(services), m_guard(guard) {}
 
     /// What became of an entry.
     struct Moved {
@@ -44,7 +44,7 @@ private:
     std::optional<Moved> takenBack(const AgentProposal &proposal, const std::string &name, const std::string &newName);
     static std::optional<Folder> hold(const Location &folder);
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     FreshGuard &m_guard;
     std::string m_source, m_target; ///< the folders of the proposal before
     std::optional<Folder> m_from, m_to;

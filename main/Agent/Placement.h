@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/RunServices.h"
 #include "Agent/StepLog.h"
 #include "Base/JobControl.h"
 #include "Disk/CopiedEntries.h"
@@ -14,7 +14,7 @@ class SeenTree;
 /// blocks of both carrying out and undoing.
 class Placement {
 public:
-    Placement(const AgentServices &services, JobControl *control) : m_services(services), m_control(control) {}
+    Placement(const RunServices &services, JobControl *control) : m_services(services), m_control(control) {}
 
     /// The beginning of the hidden name under which a copy grows in its destination's folder.
     static constexpr std::string_view temporaryPrefix = copyPrefix;
@@ -64,7 +64,7 @@ private:
     /// original could not go, and what stays.
     Failure takenBack(const Location &copy, const SeenTree &seen, const Failure &why);
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     JobControl *m_control;
     CopiedEntries m_copied;              ///< what the last copy was made of
     std::vector<Location> m_newFolders;  ///< made for the entry at hand

@@ -21,7 +21,7 @@ namespace {
 /// Finds out from the disk how far a step got that was planned and has no mark.
 class Settlement {
 public:
-    explicit Settlement(const AgentServices &services) : m_services(services) {}
+    explicit Settlement(const RunServices &services) : m_services(services) {}
 
     /// What these did is known: their places are not what others are looked for at.
     void heedDone(const std::vector<JournalledStep> &steps);
@@ -39,7 +39,7 @@ private:
     }
     std::optional<Location> placeLeftCopy(const JournalledStep &step);
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     EntrySearch m_search;
     bool m_lostTrack = false;
 };
@@ -133,7 +133,7 @@ std::vector<Location> existing(std::vector<Location> folders)
     return folders;
 }
 
-std::optional<QUuid> recoverRun(const AgentServices &services, const Location &file)
+std::optional<QUuid> recoverRun(const RunServices &services, const Location &file)
 {
     Result<RunJournal> journal = RunJournal::takeOver(file);
     if (!journal)
@@ -168,7 +168,7 @@ std::optional<QUuid> recoverRun(const AgentServices &services, const Location &f
 }
 
 /// An undo that was finished, or whose run has fallen out of the history, needs no diary any more.
-void dropFinishedUndo(const AgentServices &services, const Location &file)
+void dropFinishedUndo(const RunServices &services, const Location &file)
 {
     Result<RunJournal> journal = RunJournal::takeOver(file);
     if (!journal)
@@ -184,7 +184,7 @@ void dropFinishedUndo(const AgentServices &services, const Location &file)
 
 } // namespace
 
-std::vector<QUuid> recoverInterruptedRuns(const AgentServices &services)
+std::vector<QUuid> recoverInterruptedRuns(const RunServices &services)
 {
     std::vector<QUuid> recovered;
     const StateFolder state(services.stateFolder);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/RunServices.h"
 
 #include <QUuid>
 
@@ -12,6 +12,6 @@ namespace brellin {
 /// unfinished copies whose original is still there go. An empty file that kept a name free goes to the Trash. Undos that were cut short stay for their repetition.
 ///
 /// Gives the runs that were found. While somebody else works, nothing is touched and nothing is found.
-std::vector<QUuid> recoverInterruptedRuns(const AgentServices &services);
+std::vector<QUuid> recoverInterruptedRuns(const RunServices &services);
 
 } // namespace brellin

@@ -20,7 +20,7 @@ bool cameAfter(const FileAttributes &found, Instant noted)
     return found.modified >= noted - coarseTime && found.modified <= noted + longestDelay;
 }
 
-Result<void> trashReserve(const AgentServices &services, const Location &name)
+Result<void> trashReserve(const RunServices &services, const Location &name)
 {
     if (!services.locations.isAllowedEntry(name))
         return failure(Failure::system(EPERM));
@@ -30,7 +30,7 @@ Result<void> trashReserve(const AgentServices &services, const Location &name)
 
 } // namespace
 
-ReservedName clearReservedName(const AgentServices &services, const JournalledStep &step)
+ReservedName clearReservedName(const RunServices &services, const JournalledStep &step)
 {
     if (step.settled() || !step.reserve)
         return ReservedName::Settled;

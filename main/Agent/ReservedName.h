@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/RunServices.h"
 #include "Agent/RunJournal.h"
 
 namespace brellin {
@@ -11,6 +11,6 @@ enum class ReservedName {
     Cleared, ///< our empty file, which is in the Trash now; the entry is where it was
     Unclear  ///< an empty file that may be anybody's, or one that could not be put into the Trash: it stays
 };
-ReservedName clearReservedName(const AgentServices &services, const JournalledStep &step);
+ReservedName clearReservedName(const RunServices &services, const JournalledStep &step);
 
 } // namespace brellin

@@ -14,7 +14,7 @@ namespace brellin {
 class StepPerformer {
 public:
     /// All outlive the performer. `kept` is what stays in this run because others have gone for it.
-    StepPerformer(const AgentServices &services, FreshGuard &guard, KeptEntries &kept, JobControl *control)
+    StepPerformer(const RunServices &services, FreshGuard &guard, KeptEntries &kept, JobControl *control)
         : m_services(services)
         , m_guard(guard)
         , m_kept(kept)
@@ -42,7 +42,7 @@ private:
     Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> trash(const AgentProposal &proposal);
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     FreshGuard &m_guard;
     KeptEntries &m_kept;
     Placement m_place;

@@ -17,7 +17,7 @@ enum class UndoRemark {
 /// taken back again.
 class StepReversal {
 public:
-    StepReversal(const AgentServices &services, JobControl *control)
+    StepReversal(const RunServices &services, JobControl *control)
         : m_services(services)
         , m_place(services, control)
         , m_control(control)
@@ -52,7 +52,7 @@ private:
     Result<void> moveBack(const JournalStep &step, const JournalledStep &known, StepLog &log);
     void removeLeftover(const JournalledStep &known);
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     Placement m_place;
     JobControl *m_control;
 };

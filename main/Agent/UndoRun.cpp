@@ -37,7 +37,7 @@ QString textOf(UndoRemark remark, const JournalStep &step)
 /// One undo at work. Step n of its journal is the n-th from the end of the run.
 class Undoer {
 public:
-    Undoer(const AgentServices &services, const JournalRun &run, const RunHistory::Traces &traces,
+    Undoer(const RunServices &services, const JournalRun &run, const RunHistory::Traces &traces,
            std::vector<std::size_t> wanted, RunJournal journal, JobControl &control)
         : m_services(services)
         , m_run(run)
@@ -63,7 +63,7 @@ private:
     void undoOne(std::size_t number);
     void clearReservedNames();
 
-    const AgentServices &m_services;
+    const RunServices &m_services;
     const JournalRun &m_run;
     const RunHistory::Traces &m_traces;
     const std::vector<std::size_t> m_wanted; ///< indices of its steps; empty: all

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/RunServices.h"
 #include "Agent/JournalRun.h"
 #include "Agent/Placement.h"
 #include "Agent/RunJournal.h"
@@ -26,14 +26,14 @@ struct UndoOutcome {
 /// Takes a run back, last step first. Journalled like the run itself: one that was cut short goes on where it was.
 class UndoRun {
 public:
-    explicit UndoRun(const AgentServices &services) : m_services(services) {}
+    explicit UndoRun(const RunServices &services) : m_services(services) {}
 
     /// Undoes a run of the history and marks it undone; of one that is undone, tries what was not restored again. Fails with nothing changed when somebody else is working, or when
     /// the history by now says that there is nothing to undo.
     Result<UndoOutcome> undo(const QUuid &id, JobControl &control);
 
 private:
-    const AgentServices &m_services;
+    const RunServices &m_services;
 };
 
 } // namespace brellin

@@ -1,6 +1,7 @@
 #include "App/Services.h"
 
 #include "Agent/AgentKinds.h"
+#include "Agent/AgentLists.h"
 #include "App/ProgramFolders.h"
 
 #include <unistd.h>
@@ -36,16 +37,11 @@ TransferServices Services::forTransfers(MountWorkers &workers)
 
 AgentServices Services::agentServices(UserDefaults &defaults)
 {
-    return {defaults,
-            m_files,
-            m_trash,
-            m_volumes,
-            m_clock,
+    return {{defaults, m_files, m_trash, m_volumes, m_clock, m_locations, m_stateFolder,
+             [&defaults] { return agentMayAct(defaults); }},
             m_folders,
-            m_locations,
             m_model,
-            [this](const Location &pdf, const JobControl *control) { return m_pdfReader.firstPageText(pdf, control); },
-            m_stateFolder};
+            [this](const Location &pdf, const JobControl *control) { return m_pdfReader.firstPageText(pdf, control); }};
 }
 
 } // namespace brellin

@@ -98,8 +98,11 @@ protected:
     AgentServices services(UserDefaults &defaults)
     {
         const AgentServices all = world.services();
-        return {defaults,    all.files,     all.trash, all.volumes, clock,
-                all.folders, all.locations, all.model, all.pdfText, all.stateFolder};
+        return {{defaults, all.files, all.trash, all.volumes, clock, all.locations, all.stateFolder,
+                 [&defaults] { return agentMayAct(defaults); }},
+                all.folders,
+                all.model,
+                all.pdfText};
     }
 
     Gate gate;

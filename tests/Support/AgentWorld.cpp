@@ -1,5 +1,6 @@
 #include "Support/AgentWorld.h"
 
+#include "Agent/AgentLists.h"
 #include "Agent/Placement.h"
 
 #include <fstream>
@@ -40,7 +41,11 @@ AgentWorld::AgentWorld()
 
 AgentServices AgentWorld::services()
 {
-    return {m_defaults, m_files, m_trash, m_volumes, clock, folders, m_locations, model, {}, m_tree.path("state")};
+    return {{m_defaults, m_files, m_trash, m_volumes, clock, m_locations, m_tree.path("state"),
+             [this] { return agentMayAct(m_defaults); }},
+            folders,
+            model,
+            {}};
 }
 
 std::string AgentWorld::snapshot() const
