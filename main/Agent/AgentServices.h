@@ -1,6 +1,8 @@
 #pragma once
 
-#include "Agent/AgentAI.h"
+#include "Agent/AnalysisServices.h"
+#include "Agent/ModelServices.h"
+#include "Agent/RuleServices.h"
 #include "Agent/RunServices.h"
 #include "Places/KnownFolders.h"
 
@@ -11,6 +13,10 @@ struct AgentServices : RunServices {
     const KnownFolders &folders;
     LanguageModel &model;
     AgentAI::PdfText pdfText;
+
+    RuleServices forRules() const { return {locations, clock}; }
+    ModelServices forModel() const { return {defaults, model, pdfText}; }
+    AnalysisServices forAnalysis() const { return {folders, locations, clock}; }
 };
 
 } // namespace brellin

@@ -40,7 +40,7 @@ FileState storable(FileState state)
 
 } // namespace
 
-AiSorting::AiSorting(const AgentServices &services, const JobControl &control)
+AiSorting::AiSorting(const ModelServices &services, const JobControl &control)
     : m_services(services)
     , m_control(control)
     , m_answers(storedList<AiAnswer>(services.defaults, AgentKeys::answers).value_or(std::vector<AiAnswer>()))

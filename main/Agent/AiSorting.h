@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/ModelServices.h"
 #include "Agent/Candidate.h"
 #include "Base/JobControl.h"
 
@@ -36,7 +36,7 @@ public:
     static constexpr std::chrono::milliseconds answerLimit{30'000};
 
     /// `control` outlives the sorting.
-    AiSorting(const AgentServices &services, const JobControl &control);
+    AiSorting(const ModelServices &services, const JobControl &control);
 
     /// Where a candidate goes: a free name in the sub-folder that the model chose. Nothing when there is no answer, or the
     /// file is there.
@@ -52,7 +52,7 @@ private:
     std::optional<QString> ask(const Candidate &candidate, const FileState &state);
     QStringList &existingIn(const Location &base);
 
-    const AgentServices &m_services;
+    ModelServices m_services;
     const JobControl &m_control;
     std::vector<AiAnswer> m_answers;            ///< newest last
     std::map<Location, QStringList> m_existing; ///< with those that this scan will make

@@ -26,7 +26,7 @@ Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisR
         return failure(std::move(why));
     }
     request.history = std::move(history.runs);
-    return brellin::analyze(services, request, control);
+    return brellin::analyze(services.forAnalysis(), request, control);
 }
 
 } // namespace

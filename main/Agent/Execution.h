@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
-#include "Agent/RunServices.h"
 #include "Agent/JournalRun.h"
+#include "Agent/RunServices.h"
 #include "Base/JobControl.h"
 
 #include <QStringList>

@@ -22,7 +22,7 @@ constexpr std::size_t namedProjects = 3;
 /// One analysis of a folder that may be analysed.
 class Analysis {
 public:
-    Analysis(const AgentServices &services, const AnalysisRequest &request, AnalysisScope scope, JobControl &control)
+    Analysis(const AnalysisServices &services, const AnalysisRequest &request, AnalysisScope scope, JobControl &control)
         : m_services(services)
         , m_request(request)
         , m_scope(std::move(scope))
@@ -45,7 +45,7 @@ private:
     bool isInWhole(std::size_t folder) const;
     bool isKept(const Location &entry) const;
 
-    const AgentServices &m_services;
+    const AnalysisServices &m_services;
     const AnalysisRequest &m_request;
     AnalysisScope m_scope;
     JobControl &m_control;
@@ -269,7 +269,7 @@ QString AnalysisFindings::summary() const
     return text;
 }
 
-Result<AnalysisFindings> analyze(const AgentServices &services, const AnalysisRequest &request, JobControl &control)
+Result<AnalysisFindings> analyze(const AnalysisServices &services, const AnalysisRequest &request, JobControl &control)
 {
     AnalysisFindings findings;
     const Location named = standardised(request.folder);

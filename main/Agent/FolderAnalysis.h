@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
-#include "Agent/AgentServices.h"
+#include "Agent/AnalysisServices.h"
 #include "Agent/CleanupRule.h"
 #include "Agent/FolderProfile.h"
 #include "Agent/FolderProtection.h"
@@ -52,6 +52,6 @@ struct AnalysisFindings {
 /// go, large videos that nobody has opened, and loose files. Reads only, without touching access times; links in the
 /// folder's path are resolved. The stage at hand is told to `control`. A folder that cannot be read yields nothing; fails
 /// only when cancelled.
-Result<AnalysisFindings> analyze(const AgentServices &services, const AnalysisRequest &request, JobControl &control);
+Result<AnalysisFindings> analyze(const AnalysisServices &services, const AnalysisRequest &request, JobControl &control);
 
 } // namespace brellin

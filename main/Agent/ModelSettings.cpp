@@ -15,7 +15,7 @@ QString addressIn(const UserDefaults &defaults)
 
 } // namespace
 
-ModelSettings::ModelSettings(const AgentServices &services, Probe probe)
+ModelSettings::ModelSettings(const ModelServices &services, Probe probe)
     : m_services(services)
     , m_probe(std::move(probe))
     , m_pool(abandonablePool())

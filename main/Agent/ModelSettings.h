@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/ModelServices.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
 #include "System/LocalModelServer.h"
@@ -24,7 +24,7 @@ public:
 
     using Probe = std::function<std::vector<FoundModelServer>(const JobControl &)>;
     /// The services outlive it. `probe` looks for servers, on a worker.
-    explicit ModelSettings(const AgentServices &services, Probe probe = usualProbe());
+    explicit ModelSettings(const ModelServices &services, Probe probe = usualProbe());
     ~ModelSettings() override;
     static Probe usualProbe();
 
@@ -44,7 +44,7 @@ private:
     void store(const QString &address);
     void take(const Answer &answer);
 
-    AgentServices m_services;
+    ModelServices m_services;
     Probe m_probe;
     const std::shared_ptr<QThreadPool> m_pool;
     std::unique_ptr<Job<Answer>> m_job;

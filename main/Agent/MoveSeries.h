@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
-#include "Agent/RunServices.h"
 #include "Agent/FreshGuard.h"
+#include "Agent/RunServices.h"
 #include "Disk/EntryMark.h"
 #include "Disk/HeldFolder.h"
 

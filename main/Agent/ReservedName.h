@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/RunServices.h"
 #include "Agent/RunJournal.h"
+#include "Agent/RunServices.h"
 
 namespace brellin {
 

@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-RuleForecaster::RuleForecaster(const AgentServices &services) : m_services(services), m_pool(abandonablePool()) {}
+RuleForecaster::RuleForecaster(const RuleServices &services) : m_services(services), m_pool(abandonablePool()) {}
 
 void RuleForecaster::show(const std::optional<Location> &entry, const std::vector<CleanupRule> &rules,
                           const std::vector<FolderProfile> &profiles)

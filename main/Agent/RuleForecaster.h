@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/RuleServices.h"
 #include "Agent/RuleExplanation.h"
 #include "Agent/RuleMatching.h"
 #include "Base/Job.h"
@@ -18,14 +18,14 @@ public:
     Published<std::optional<RuleForecast>> forecast; ///< of the entry last asked for; nothing: not known yet
 
     /// The services outlive it.
-    explicit RuleForecaster(const AgentServices &services);
+    explicit RuleForecaster(const RuleServices &services);
 
     /// Asks for another entry, or for the same under changed rules; nothing: none is being looked at.
     void show(const std::optional<Location> &entry, const std::vector<CleanupRule> &rules,
               const std::vector<FolderProfile> &profiles);
 
 private:
-    AgentServices m_services;
+    RuleServices m_services;
     const std::shared_ptr<QThreadPool> m_pool; ///< an entry that does not answer keeps its thread
     std::unique_ptr<Job<Result<RuleForecast>>> m_job;
 };

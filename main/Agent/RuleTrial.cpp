@@ -47,7 +47,7 @@ QString TrialOutcome::text(RuleAction action) const
                             keptNames == 1 ? QStringLiteral("bleibt") : QStringLiteral("bleiben"));
 }
 
-Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
+Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
                              const std::vector<FolderProfile> &profiles, std::size_t most, const JobControl *control)
 {
     edited.enabled = true;
@@ -70,7 +70,7 @@ Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupR
     return outcome;
 }
 
-RuleTrial::RuleTrial(const AgentServices &services, std::chrono::milliseconds delay)
+RuleTrial::RuleTrial(const RuleServices &services, std::chrono::milliseconds delay)
     : m_services(services)
     , m_pool(abandonablePool())
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentServices.h"
+#include "Agent/RuleServices.h"
 #include "Agent/CleanupRule.h"
 #include "Agent/FolderProfile.h"
 #include "Agent/RuleExplanation.h"
@@ -40,7 +40,7 @@ struct TrialOutcome {
 
 /// Tries the rules as a scan would and gives what `edited` takes; the rule of its id gives way to it, a new one comes last.
 /// Switched off it is tried all the same. Reads only. Fails only when cancelled.
-Result<TrialOutcome> tryRule(const AgentServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
+Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
                              const std::vector<FolderProfile> &profiles, std::size_t most, const JobControl *control);
 
 /// The live test beside the rule editor: tries what is being typed, a moment after the last key. Lives on the main thread.
@@ -53,7 +53,7 @@ public:
     Published<std::optional<RuleExplanation>> explanation;
 
     /// The services outlive it.
-    explicit RuleTrial(const AgentServices &services, std::chrono::milliseconds delay = std::chrono::milliseconds(300));
+    explicit RuleTrial(const RuleServices &services, std::chrono::milliseconds delay = std::chrono::milliseconds(300));
     ~RuleTrial() override;
 
     /// Tries this copy of a rule in place of the one with its id.
@@ -75,7 +75,7 @@ private:
     void lookForWarnings();
     void take(Result<Answer> answer);
 
-    AgentServices m_services;
+    RuleServices m_services;
     CleanupRule m_edited;
     std::vector<CleanupRule> m_rules;
     std::vector<FolderProfile> m_profiles;

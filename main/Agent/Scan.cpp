@@ -158,7 +158,7 @@ AgentProposal Scanner::proposalOf(const Candidate &candidate)
 
 Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
 {
-    AiSorting sorting(m_services, m_control);
+    AiSorting sorting(m_services.forModel(), m_control);
     EarlierCopies copies(m_control);
     m_control.setTotal(static_cast<qint64>(candidates.size()));
     for (const Candidate &candidate : candidates) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Agent/RunServices.h"
 #include "Agent/JournalRun.h"
 #include "Agent/Placement.h"
 #include "Agent/RunJournal.h"
+#include "Agent/RunServices.h"
 #include "Base/JobControl.h"
 
 #include <QStringList>

@@ -114,7 +114,7 @@ protected:
 TEST_F(AbandonedWorkTest, aTrialThatDoesNotComeBackHoldsUpNeitherTheNextNorTheEditorsEnd)
 {
     {
-        RuleTrial trial(services(world.defaults()), std::chrono::milliseconds(0));
+        RuleTrial trial(services(world.defaults()).forRules(), std::chrono::milliseconds(0));
         CleanupRule lost = rule;
         lost.sourcePath = textOf(world.home("fehlt"));
         gate.arm();
@@ -133,7 +133,7 @@ TEST_F(AbandonedWorkTest, aTrialThatDoesNotComeBackHoldsUpNeitherTheNextNorTheEd
 TEST_F(AbandonedWorkTest, aForecastThatDoesNotComeBackHoldsUpNeitherTheNextNorTheEnd)
 {
     {
-        RuleForecaster forecaster(services(world.defaults()));
+        RuleForecaster forecaster(services(world.defaults()).forRules());
         gate.arm();
         forecaster.show(world.home("Downloads/a.pdf"), {rule}, {});
         ASSERT_TRUE(waitUntil([&] { return gate.holds(); }));

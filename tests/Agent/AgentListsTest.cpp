@@ -179,7 +179,7 @@ TEST_F(AgentListsTest, triesTheEditedRuleAmongTheOthers)
     first.conditions.push_back({.kind = ConditionKind::NameContains, .value = QStringLiteral("a.")});
     CleanupRule edited = rule(QStringLiteral("pdf"));
     const std::vector<CleanupRule> rules = {first, edited};
-    RuleTrial trial(world.services(), std::chrono::milliseconds(0));
+    RuleTrial trial(world.services().forRules(), std::chrono::milliseconds(0));
     trial.setRule(edited, rules, {});
     edited.conditions[0].value = QStringLiteral("txt, pdf");
     edited.enabled = false;
@@ -214,7 +214,7 @@ TEST_F(AgentListsTest, triesARuleWithoutWhatIsProtectedByAnotherPath)
     everything.sourcePath = textOf(world.home("DL"));
     everything.includeSubfolders = true;
     JobControl control;
-    const Result<TrialOutcome> tried = tryRule(world.services(), {}, everything, {profile}, 50, &control);
+    const Result<TrialOutcome> tried = tryRule(world.services().forRules(), {}, everything, {profile}, 50, &control);
     ASSERT_TRUE(tried);
     ASSERT_EQ(tried->count, 1);
     EXPECT_EQ(tried->files[0].source, world.home("DL/c.txt"));
@@ -224,7 +224,7 @@ TEST_F(AgentListsTest, usesAModelServerOnlyOnceItIsConfirmed)
 {
     const FoundModelServer server{ModelEndpoint::parse(QStringLiteral("http://127.0.0.1:9")).value(),
                                   ModelServerKind::Ollama, QStringLiteral("klein")};
-    ModelSettings settings(world.services(), [&](const JobControl &) { return std::vector{server}; });
+    ModelSettings settings(world.services().forModel(), [&](const JobControl &) { return std::vector{server}; });
     settings.refresh();
     settings.refresh();
     settle(settings.checking);
@@ -251,7 +251,7 @@ TEST_F(AgentListsTest, foretellsForTheEntryBeingLookedAtOnly)
 {
     world.tree().lines({"home/Downloads/a.txt=a", "home/Downloads/b.pdf=b"});
     const std::vector<CleanupRule> rules = {rule(QStringLiteral("txt"))};
-    RuleForecaster forecaster(world.services());
+    RuleForecaster forecaster(world.services().forRules());
     QEventLoop loop;
     forecaster.forecast.observe(&loop, [&](const auto &found) {
         if (found)

@@ -55,7 +55,7 @@ protected:
     {
         request.folder = tree().path(folder);
         JobControl control;
-        findings = analyze(world.services(), request, control).value();
+        findings = analyze(world.services().forAnalysis(), request, control).value();
         return findings;
     }
 

@@ -317,7 +317,7 @@ TEST_F(FolderAnalysisTest, CanBeCancelled)
     request.folder = tree().path("home/X");
     JobControl control;
     control.cancel();
-    const Result<AnalysisFindings> result = analyze(world.services(), request, control);
+    const Result<AnalysisFindings> result = analyze(world.services().forAnalysis(), request, control);
     ASSERT_FALSE(result.has_value());
     EXPECT_TRUE(result.error().isCancelled());
 }

@@ -31,7 +31,7 @@ QVBoxLayout *column(QVBoxLayout *into, int spacing)
 RuleTrialPane::RuleTrialPane(const AgentPorts &ports, QWidget *parent)
     : QWidget(parent)
     , m_ports(ports)
-    , m_trial(ports.services)
+    , m_trial(ports.services.forRules())
 {
     setObjectName(QStringLiteral("ruleTrial"));
     auto *const whole = new QVBoxLayout(this);

@@ -39,7 +39,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
                     services.archiveLogs()})
     , m_sendTo(services.settings(), services.folders())
     , m_agent(services.forAgent(), CleanupAgent::Loading::WithStart)
-    , m_model(services.forAgent())
+    , m_model(services.forAgent().forModel())
 {
     m_transfers.lastFinished.observe(&m_transfers,
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });

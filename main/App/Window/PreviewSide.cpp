@@ -65,7 +65,7 @@ PreviewSide::PreviewSide(const WindowServices &services, QWidget *parent)
     , m_agent(services.agent)
     , m_folders(services.folders())
     , m_loader(services.defaults(), services.panes.volumes, services.decoder, services.clock)
-    , m_forecaster(services.agent.services)
+    , m_forecaster(services.agent.services.forRules())
     , m_pane(new PreviewPane(m_loader, this))
 {
     setObjectName(QStringLiteral("previewSide"));

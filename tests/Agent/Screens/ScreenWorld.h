@@ -33,7 +33,7 @@ protected:
         agent = std::make_unique<CleanupAgent>(services());
         ASSERT_TRUE(agent->updateRules([&](const auto &) { return rules; }));
         ASSERT_TRUE(agent->setDuplicateFolders({home("Downloads")}));
-        model = std::make_unique<ModelSettings>(services(),
+        model = std::make_unique<ModelSettings>(services().forModel(),
                                                 [](const JobControl &) { return std::vector<FoundModelServer>(); });
         window = std::make_unique<QWidget>();
         window->resize(1064, 748);
