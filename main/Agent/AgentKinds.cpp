@@ -3,7 +3,9 @@
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/AiSorting.h"
+#include "Agent/GuardKeys.h"
 #include "Agent/RunHistory.h"
+#include "Agent/RunKeys.h"
 
 #include <algorithm>
 
@@ -12,13 +14,13 @@ namespace brellin {
 const std::vector<StoredKind> &agentKinds()
 {
     static const std::vector<StoredKind> kinds{storedKind<CleanupRule>(AgentKeys::rules),
-                                               storedKind<FolderProfile>(AgentKeys::profiles),
+                                               storedKind<FolderProfile>(GuardKeys::profiles),
                                                storedKind<NeverProposed>(AgentKeys::never),
                                                storedKind<Location>(AgentKeys::duplicateFolders),
-                                               storedKind<JournalRun>(AgentKeys::history),
-                                               RunHistory::placesKind(AgentKeys::createdFolders),
-                                               RunHistory::placesKind(AgentKeys::notRestored),
-                                               RunHistory::placesKind(AgentKeys::volumes),
+                                               storedKind<JournalRun>(RunKeys::history),
+                                               RunHistory::placesKind(RunKeys::createdFolders),
+                                               RunHistory::placesKind(RunKeys::notRestored),
+                                               RunHistory::placesKind(RunKeys::volumes),
                                                RunHistory::marksKind(),
                                                RunHistory::aftermathKind(),
                                                storedKind<QUuid>(AgentKeys::interrupted),
@@ -30,9 +32,8 @@ const std::vector<StoredKind> &agentKinds()
 
 const QStringList &longAgentLists()
 {
-    static const QStringList keys{AgentKeys::history, AgentKeys::createdFolders, AgentKeys::notRestored,
-                                  AgentKeys::volumes, AgentKeys::marks,          AgentKeys::aftermath,
-                                  AgentKeys::seen};
+    static const QStringList keys{RunKeys::history, RunKeys::createdFolders, RunKeys::notRestored, RunKeys::volumes,
+                                  RunKeys::marks,   RunKeys::aftermath,      AgentKeys::seen};
     return keys;
 }
 

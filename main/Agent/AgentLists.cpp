@@ -4,6 +4,7 @@
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/ExampleRules.h"
+#include "Agent/GuardKeys.h"
 #include "System/StoredKind.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ namespace {
 /// What the agent must know whole before it does anything.
 bool isDecisive(const StoredCondition &one)
 {
-    return one.list == AgentKeys::rules || one.list == AgentKeys::profiles || one.list == AgentKeys::never;
+    return one.list == AgentKeys::rules || one.list == GuardKeys::profiles || one.list == AgentKeys::never;
 }
 
 template <class Record>
@@ -34,7 +35,7 @@ AgentLists AgentLists::read(const UserDefaults &defaults, const KnownFolders &fo
 {
     AgentLists lists;
     lists.rules = taken<CleanupRule>(lists, defaults, AgentKeys::rules, exampleRules(folders));
-    lists.profiles = taken<FolderProfile>(lists, defaults, AgentKeys::profiles);
+    lists.profiles = taken<FolderProfile>(lists, defaults, GuardKeys::profiles);
     lists.never = taken<NeverProposed>(lists, defaults, AgentKeys::never);
     lists.duplicateFolders =
         taken<Location>(lists, defaults, AgentKeys::duplicateFolders, defaultDuplicateFolders(folders));
@@ -56,7 +57,7 @@ Result<void> agentMayAct(const UserDefaults &defaults)
 {
     AgentLists lists;
     taken<CleanupRule>(lists, defaults, AgentKeys::rules);
-    taken<FolderProfile>(lists, defaults, AgentKeys::profiles);
+    taken<FolderProfile>(lists, defaults, GuardKeys::profiles);
     taken<NeverProposed>(lists, defaults, AgentKeys::never);
     return agentMayAct(lists.damaged);
 }

@@ -4,7 +4,9 @@
 #include "Agent/AgentKeys.h"
 #include "Agent/AgentKinds.h"
 #include "Agent/ExampleRules.h"
+#include "Agent/GuardKeys.h"
 #include "Agent/Recovery.h"
+#include "Agent/RunKeys.h"
 #include "Base/AbandonablePool.h"
 #include "System/PlainSetting.h"
 #include "System/StoredKind.h"
@@ -142,7 +144,7 @@ void CleanupAgent::publishHistory(RunHistory::Shown shown)
     publish(history, std::move(shown.runs));
     publish(aftermath, std::move(shown.aftermath));
     std::vector<StoredCondition> all = damaged.get();
-    std::erase_if(all, [](const StoredCondition &one) { return one.list == AgentKeys::history; });
+    std::erase_if(all, [](const StoredCondition &one) { return one.list == RunKeys::history; });
     if (shown.damage)
         all.push_back(*std::move(shown.damage));
     publish(damaged, std::move(all));
@@ -159,7 +161,7 @@ Result<void>
 CleanupAgent::updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change)
 {
     ++m_changes;
-    publish(profiles, TRY(updated(m_services.defaults, AgentKeys::profiles, std::vector<FolderProfile>(), change)));
+    publish(profiles, TRY(updated(m_services.defaults, GuardKeys::profiles, std::vector<FolderProfile>(), change)));
     return {};
 }
 

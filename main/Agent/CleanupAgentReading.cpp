@@ -3,6 +3,7 @@
 #include "Agent/AgentError.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/AgentKinds.h"
+#include "Agent/RunKeys.h"
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ void CleanupAgent::takeLists(AgentLists lists)
     publish(never, std::move(lists.never));
     // What is known of the history stays: it is not read with the lists.
     std::ranges::copy_if(damaged.get(), std::back_inserter(lists.damaged),
-                         [](const StoredCondition &one) { return one.list == AgentKeys::history; });
+                         [](const StoredCondition &one) { return one.list == RunKeys::history; });
     publish(damaged, std::move(lists.damaged));
 }
 

@@ -1,6 +1,6 @@
 #include "Agent/CleanupRule.h"
 
-#include "Agent/AgentJson.h"
+#include "Agent/RuleJson.h"
 
 namespace brellin {
 

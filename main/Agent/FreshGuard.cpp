@@ -1,13 +1,13 @@
 #include "Agent/FreshGuard.h"
 
-#include "Agent/AgentKeys.h"
+#include "Agent/GuardKeys.h"
 #include "Agent/StoredProfiles.h"
 
 namespace brellin {
 
 Result<void> FreshGuard::refresh()
 {
-    Result<std::optional<QByteArray>> stored = m_defaults.read(AgentKeys::profiles);
+    Result<std::optional<QByteArray>> stored = m_defaults.read(GuardKeys::profiles);
     if (m_guard && stored && *stored == m_stored)
         return {};
     m_guard.emplace(m_locations, TRY(storedProfiles(m_defaults)));

@@ -1,6 +1,6 @@
 #include "Agent/JournalLines.h"
 
-#include "Agent/AgentJson.h"
+#include "Agent/RunJson.h"
 
 namespace brellin::journalLines {
 

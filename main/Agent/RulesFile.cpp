@@ -1,7 +1,8 @@
 #include "Agent/RulesFile.h"
 
-#include "Agent/AgentJson.h"
+#include "Agent/ProfileJson.h"
 #include "Agent/ProtectedPath.h"
+#include "Agent/RuleJson.h"
 #include "Disk/FileAttributes.h"
 
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "Agent/RunHistory.h"
 
-#include "Agent/AgentJson.h"
-#include "Agent/AgentKeys.h"
+#include "Agent/RunJson.h"
+#include "Agent/RunKeys.h"
 #include "System/StoredKind.h"
 
 #include <algorithm>
@@ -125,25 +125,25 @@ StoredKind RunHistory::placesKind(const QString &key)
 
 StoredKind RunHistory::aftermathKind()
 {
-    return storedKind<AftermathOfRun>(AgentKeys::aftermath);
+    return storedKind<AftermathOfRun>(RunKeys::aftermath);
 }
 
 StoredKind RunHistory::marksKind()
 {
-    return storedKind<MarksOfRun>(AgentKeys::marks);
+    return storedKind<MarksOfRun>(RunKeys::marks);
 }
 
 std::vector<JournalRun> RunHistory::runs() const
 {
-    return storedList<JournalRun>(m_defaults, AgentKeys::history).value_or({});
+    return storedList<JournalRun>(m_defaults, RunKeys::history).value_or({});
 }
 
 RunHistory::Shown RunHistory::shown() const
 {
-    const StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, AgentKeys::history);
+    const StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, RunKeys::history);
     Shown all{stored.value_or({}), {}, {}};
     if (!stored.isWhole())
-        all.damage = conditionOf(m_defaults, storedKind<JournalRun>(AgentKeys::history), stored);
+        all.damage = conditionOf(m_defaults, storedKind<JournalRun>(RunKeys::history), stored);
     for (const JournalRun &run : all.runs) {
         if (!run.undone)
             continue;
@@ -155,12 +155,12 @@ RunHistory::Shown RunHistory::shown() const
 
 Result<std::vector<JournalRun>> RunHistory::readRuns() const
 {
-    return wholeList<JournalRun>(m_defaults, AgentKeys::history, {});
+    return wholeList<JournalRun>(m_defaults, RunKeys::history, {});
 }
 
 Result<std::vector<JournalRun>> RunHistory::readableRuns() const
 {
-    StoredList<JournalRun> list = storedList<JournalRun>(m_defaults, AgentKeys::history);
+    StoredList<JournalRun> list = storedList<JournalRun>(m_defaults, RunKeys::history);
     return list.state == StoredState::Partly ? Result<std::vector<JournalRun>>(std::move(list.records)) : readRuns();
 }
 
@@ -169,30 +169,29 @@ Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
     // First what the undo needs besides the run: a crash in between leaves a note without a run, not the reverse.
     MarksOfRun marks{run.id, {}};
     std::ranges::transform(traces.marks, std::back_inserter(marks.values), textOfMarks);
-    TRY(remember(m_defaults, AgentKeys::marks, std::move(marks)));
-    TRY(remember(m_defaults, AgentKeys::volumes, PlacesOfRun{run.id, traces.volumes}));
-    TRY(remember(m_defaults, AgentKeys::createdFolders, PlacesOfRun{run.id, traces.createdFolders}));
+    TRY(remember(m_defaults, RunKeys::marks, std::move(marks)));
+    TRY(remember(m_defaults, RunKeys::volumes, PlacesOfRun{run.id, traces.volumes}));
+    TRY(remember(m_defaults, RunKeys::createdFolders, PlacesOfRun{run.id, traces.createdFolders}));
     return asManyAsFit([&](std::size_t most) {
-        return updateList<JournalRun>(
-            m_defaults, AgentKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
-                std::vector<JournalRun> runs = std::move(stored).value_or(std::vector<JournalRun>());
-                if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
-                    return std::optional<std::vector<JournalRun>>();
-                runs.insert(runs.begin(), run);
-                runs.resize(std::min(runs.size(), most));
-                return std::optional(std::move(runs));
-            });
+        return updateList<JournalRun>(m_defaults, RunKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
+            std::vector<JournalRun> runs = std::move(stored).value_or(std::vector<JournalRun>());
+            if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
+                return std::optional<std::vector<JournalRun>>();
+            runs.insert(runs.begin(), run);
+            runs.resize(std::min(runs.size(), most));
+            return std::optional(std::move(runs));
+        });
     });
 }
 
 Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath)
 {
-    TRY(remember(m_defaults, AgentKeys::aftermath,
+    TRY(remember(m_defaults, RunKeys::aftermath,
                  AftermathOfRun{run,
                                 aftermath.notRestored,
                                 {aftermath.left.begin(), aftermath.left.end()},
                                 {aftermath.remarks.begin(), aftermath.remarks.end()}}));
-    return updateList<JournalRun>(m_defaults, AgentKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
+    return updateList<JournalRun>(m_defaults, RunKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
         if (!stored)
             return std::optional<std::vector<JournalRun>>();
         for (JournalRun &one : *stored)
@@ -204,18 +203,18 @@ Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath
 RunHistory::Traces RunHistory::traces(const QUuid &run) const
 {
     Traces traces;
-    traces.createdFolders = remembered<PlacesOfRun>(m_defaults, AgentKeys::createdFolders, run);
-    traces.volumes = remembered<PlacesOfRun>(m_defaults, AgentKeys::volumes, run);
-    std::ranges::transform(remembered<MarksOfRun>(m_defaults, AgentKeys::marks, run), std::back_inserter(traces.marks),
+    traces.createdFolders = remembered<PlacesOfRun>(m_defaults, RunKeys::createdFolders, run);
+    traces.volumes = remembered<PlacesOfRun>(m_defaults, RunKeys::volumes, run);
+    std::ranges::transform(remembered<MarksOfRun>(m_defaults, RunKeys::marks, run), std::back_inserter(traces.marks),
                            marksFrom);
     return traces;
 }
 
 RunHistory::Aftermath RunHistory::aftermath(const QUuid &run) const
 {
-    const auto left = recorded<AftermathOfRun>(m_defaults, AgentKeys::aftermath, run);
+    const auto left = recorded<AftermathOfRun>(m_defaults, RunKeys::aftermath, run);
     if (!left)
-        return {remembered<PlacesOfRun>(m_defaults, AgentKeys::notRestored, run), {}, {}};
+        return {remembered<PlacesOfRun>(m_defaults, RunKeys::notRestored, run), {}, {}};
     return {left->values,
             {left->steps.begin(), left->steps.end()},
             QStringList(left->remarks.begin(), left->remarks.end())};

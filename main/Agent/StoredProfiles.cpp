@@ -1,13 +1,13 @@
 #include "Agent/StoredProfiles.h"
 
-#include "Agent/AgentJson.h"
-#include "Agent/AgentKeys.h"
+#include "Agent/GuardKeys.h"
+#include "Agent/ProfileJson.h"
 
 namespace brellin {
 
 Result<std::vector<FolderProfile>> storedProfiles(const UserDefaults &defaults)
 {
-    return wholeList<FolderProfile>(defaults, AgentKeys::profiles, {});
+    return wholeList<FolderProfile>(defaults, GuardKeys::profiles, {});
 }
 
 } // namespace brellin

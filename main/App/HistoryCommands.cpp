@@ -1,7 +1,7 @@
 #include "Agent/AgentJson.h"
-#include "Agent/AgentKeys.h"
 #include "Agent/CleanupAgent.h"
 #include "Agent/Recovery.h"
+#include "Agent/RunKeys.h"
 #include "Agent/StateFolder.h"
 #include "App/AgentOperation.h"
 #include "App/Command.h"
@@ -68,7 +68,7 @@ ExitCode runHistoryCommand(CommandContext &context)
 {
     if (!context.arguments.rest().empty())
         return context.refuse(QStringLiteral("„verlauf“ nimmt keine weiteren Angaben."));
-    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::history))
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, RunKeys::history))
         return *damaged;
     {
         // What a killed program left is taken over; nothing else is stored by looking.
@@ -95,7 +95,7 @@ ExitCode runUndoCommand(CommandContext &context)
 {
     if (context.arguments.rest().size() > 1)
         return context.refuse(QStringLiteral("„rueckgaengig“ nimmt höchstens eine ID."));
-    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::history))
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, RunKeys::history))
         return *damaged;
     const InterruptionNote interruption;
     CleanupAgent agent(context.services.forAgent());

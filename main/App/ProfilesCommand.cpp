@@ -1,6 +1,6 @@
 #include "Agent/AgentJson.h"
-#include "Agent/AgentKeys.h"
 #include "Agent/CleanupAgent.h"
+#include "Agent/GuardKeys.h"
 #include "Agent/RulesFile.h"
 #include "App/ListCommand.h"
 #include "App/StoredData.h"
@@ -49,7 +49,7 @@ ExitCode runProfilesCommand(CommandContext &context)
         listVerb(context, QStringLiteral("profile"), {QStringLiteral("export"), QStringLiteral("import")});
     if (!verb)
         return context.refuse(printable(verb.error().message));
-    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, AgentKeys::profiles))
+    if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, GuardKeys::profiles))
         return *damaged;
     CleanupAgent agent(*verb == ListVerb::Import ? context.services.forAgent() : context.services.forProposingAgent());
     switch (*verb) {

@@ -2,6 +2,8 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
+#include "Agent/GuardKeys.h"
+#include "Agent/RunKeys.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 #include "Support/WaitUntil.h"
@@ -83,7 +85,7 @@ TEST_F(DamagedListsTest, nothingIsScannedOrCarriedOutWhileADecisiveListIsDamaged
     ASSERT_THAT(agent.history.get(), SizeIs(1));
     const std::string before = home();
 
-    for (const QString &list : {AgentKeys::profiles, AgentKeys::rules, AgentKeys::never}) {
+    for (const QString &list : {GuardKeys::profiles, AgentKeys::rules, AgentKeys::never}) {
         SCOPED_TRACE(list.toStdString());
         cut(list);
         agent.choose({agent.proposals.get().front().id});
@@ -132,13 +134,13 @@ TEST_F(DamagedListsTest, theExamplesOfDamagedRulesAreShownAndNotCarriedOut)
 TEST_F(DamagedListsTest, whatCannotBeReadIsNotAbsent)
 {
     const std::string before = home();
-    std::filesystem::remove(fileOf(AgentKeys::profiles));
-    std::filesystem::create_directory(fileOf(AgentKeys::profiles)); // not even root reads a folder
+    std::filesystem::remove(fileOf(GuardKeys::profiles));
+    std::filesystem::create_directory(fileOf(GuardKeys::profiles)); // not even root reads a folder
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     EXPECT_EQ(home(), before);
-    ASSERT_THAT(lists(agent), ElementsAre(AgentKeys::profiles));
+    ASSERT_THAT(lists(agent), ElementsAre(GuardKeys::profiles));
     EXPECT_EQ(agent.damaged.get().front().state, StoredState::Unreadable);
-    ASSERT_TRUE(agent.restoreList(AgentKeys::profiles));
+    ASSERT_TRUE(agent.restoreList(GuardKeys::profiles));
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     EXPECT_TRUE(world.tree().has("home/Downloads/Projekt/geschützt.pdf"));
     EXPECT_TRUE(world.tree().has("home/Ziel/Rechnung.pdf"));
@@ -148,12 +150,12 @@ TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
 {
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     ASSERT_THAT(agent.history.get(), SizeIs(1));
-    QByteArray text = *world.defaults().json(AgentKeys::history);
+    QByteArray text = *world.defaults().json(RunKeys::history);
     text.replace(0, 1, R"([{"id":"kaputt"},)");
     world.tree().file("settings/agentHistory.json", text.toStdString());
     CleanupAgent next(world.services());
     ASSERT_THAT(next.history.get(), SizeIs(1));
-    ASSERT_THAT(lists(next), ElementsAre(AgentKeys::history));
+    ASSERT_THAT(lists(next), ElementsAre(RunKeys::history));
     EXPECT_TRUE(next.damaged.get().front().text().contains(QStringLiteral("„[0].id“")));
     wait(next, [&] { next.undo(next.history.get().front().id); });
     EXPECT_TRUE(world.tree().has("home/Downloads/Rechnung.pdf"));
@@ -175,14 +177,14 @@ TEST_F(DamagedListsTest, noFolderIsAnalysedWithoutAllOfTheHistory)
     };
     EXPECT_THAT(sources(agent), ElementsAre("lose.pdf")) << "the other one was put here";
     agent.discard({agent.proposals.get().front().id});
-    cut(AgentKeys::history);
+    cut(RunKeys::history);
     CleanupAgent next(world.services());
     for (CleanupAgent *const one : {&agent, &next}) {
         EXPECT_THAT(sources(*one), IsEmpty());
         EXPECT_TRUE(one->status.get().contains(u"agentHistory.json")) << one->status.get().toStdString();
-        EXPECT_TRUE(waitUntil([&] { return lists(*one) == std::vector{AgentKeys::history}; }));
+        EXPECT_TRUE(waitUntil([&] { return lists(*one) == std::vector{RunKeys::history}; }));
     }
-    ASSERT_TRUE(next.restoreList(AgentKeys::history));
+    ASSERT_TRUE(next.restoreList(RunKeys::history));
     EXPECT_TRUE(waitUntil([&] { return next.damaged.get().empty(); }));
     EXPECT_THAT(sources(next), ElementsAre("lose.pdf"));
 }
@@ -194,12 +196,12 @@ TEST_F(DamagedListsTest, whatAnEarlierVersionStoredGetsALastGoodVersionAtTheStar
         return world.tree().path("settings") / (list.toStdString() + ".zuletzt-gut.json");
     };
     const QString settings = QStringLiteral("settings");
-    for (const QString &list : {AgentKeys::rules, AgentKeys::profiles, settings})
+    for (const QString &list : {AgentKeys::rules, GuardKeys::profiles, settings})
         ASSERT_TRUE(std::filesystem::remove(good(list)));
-    cut(AgentKeys::profiles);
+    cut(GuardKeys::profiles);
     CleanupAgent next(world.services(), CleanupAgent::Loading::WithStart);
     wait(next, [&] { next.start(); });
-    EXPECT_FALSE(std::filesystem::exists(good(AgentKeys::profiles))) << "was damaged already";
+    EXPECT_FALSE(std::filesystem::exists(good(GuardKeys::profiles))) << "was damaged already";
     const QByteArray before = world.defaults().json(AgentKeys::rules).value();
     cut(AgentKeys::rules);
     cut(settings);

@@ -1,6 +1,6 @@
 #include "Agent/Screens/ProjectsPage.h"
 
-#include "Agent/AgentKeys.h"
+#include "Agent/GuardKeys.h"
 #include "Agent/ProtectedEntries.h"
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentTexts.h"
@@ -101,7 +101,7 @@ void ProjectsPage::refresh()
         m_shown.push_back(rowFor(profile));
         m_rows->insertWidget(static_cast<int>(m_shown.size()) - 1, m_shown.back());
     }
-    const bool unknown = isDamaged(m_ports.agent, AgentKeys::profiles);
+    const bool unknown = isDamaged(m_ports.agent, GuardKeys::profiles);
     m_content->setCurrentIndex(unknown ? 2 : all.empty() ? 1 : 0);
 }
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace brellin {
+
+/// The keys under which the history and what belongs to its runs is stored.
+struct RunKeys {
+    static inline const QString history = QStringLiteral("agentHistory");
+    static inline const QString createdFolders = QStringLiteral("agentCreatedFolders");
+    static inline const QString notRestored = QStringLiteral("agentNotRestored");
+    static inline const QString aftermath = QStringLiteral("agentUndoAftermath");
+    static inline const QString marks = QStringLiteral("agentStepMarks");
+    static inline const QString volumes = QStringLiteral("agentRunVolumes");
+};
+
+} // namespace brellin
