@@ -94,7 +94,7 @@ bool isQuoted(const FileType &type)
     return plain.contains(type.mimeName) || type.conformsTo(TypeTrait::SourceCode) || type.conformsTo(TypeTrait::Json);
 }
 
-QString rawText(const Location &file, const AgentAI::PdfText &pdfText, const JobControl *control)
+QString rawText(const Location &file, const PdfText &pdfText, const JobControl *control)
 {
     const FileType &type = fileTypeOf(extensionOf(file.filename().native()));
     if (type.conformsTo(TypeTrait::Pdf))

@@ -3,11 +3,11 @@
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "System/LanguageModel.h"
+#include "System/PdfText.h"
 
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <optional>
 
 namespace brellin {
@@ -18,9 +18,6 @@ struct AgentAI {
     static bool isAvailable(LanguageModel &model);
     /// What the settings say about the model.
     static QString statusText(LanguageModel &model);
-
-    /// Reads the text of a PDF's first page, in a process of its own that a cancel ends.
-    using PdfText = std::function<Result<QString>(const Location &pdf, const JobControl *control)>;
 
     /// The chosen folder's name: one of `existing` where it fits, else a new short one. Nothing without a model, after an
     /// error, or when the answer is of no use. The model is told of the first 60 of `existing`; `limit` is for everything

@@ -51,13 +51,6 @@ Failure AgentError::keptForOthers()
             {}};
 }
 
-Failure AgentError::listDamaged(const StoredCondition &list)
-{
-    Failure why = list.failure();
-    why.message += QStringLiteral(" Bis das entschieden ist, räumt der Aufräum-Agent nichts auf.");
-    return why;
-}
-
 Failure AgentError::alreadyWorking()
 {
     return {QStringLiteral("Der Aufräum-Agent arbeitet gerade."),

@@ -2,7 +2,6 @@
 
 #include "Base/Location.h"
 #include "Base/Result.h"
-#include "System/StoredCondition.h"
 
 namespace brellin {
 
@@ -26,8 +25,6 @@ struct AgentError {
     static Failure keptForOthers();
     /// Somebody else executes or undoes (`errc::resource_unavailable_try_again`).
     static Failure alreadyWorking();
-    /// What the user has laid down cannot be read whole (`errc::illegal_byte_sequence`).
-    static Failure listDamaged(const StoredCondition &list);
 };
 
 } // namespace brellin

@@ -1,6 +1,5 @@
 #include "Agent/AgentLists.h"
 
-#include "Agent/AgentError.h"
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/ExampleRules.h"
@@ -29,6 +28,14 @@ std::vector<Record> taken(AgentLists &lists, const UserDefaults &defaults, const
     return list.value_or(std::move(usual));
 }
 
+/// What the user has laid down cannot be read whole.
+Failure listDamaged(const StoredCondition &list)
+{
+    Failure why = list.failure();
+    why.message += QStringLiteral(" Bis das entschieden ist, räumt der Aufräum-Agent nichts auf.");
+    return why;
+}
+
 } // namespace
 
 AgentLists AgentLists::read(const UserDefaults &defaults, const KnownFolders &folders)
@@ -49,7 +56,7 @@ Result<void> agentMayAct(const std::vector<StoredCondition> &damaged)
 {
     const auto decisive = std::ranges::find_if(damaged, isDecisive);
     if (decisive != damaged.end())
-        return failure(AgentError::listDamaged(*decisive));
+        return failure(listDamaged(*decisive));
     return {};
 }
 
@@ -67,7 +74,7 @@ Result<void> agentMayBegin(const std::vector<StoredCondition> &damaged)
     const auto lost = std::ranges::find_if(
         damaged, [](const StoredCondition &one) { return isDecisive(one) || one.state != StoredState::Partly; });
     if (lost != damaged.end())
-        return failure(AgentError::listDamaged(*lost));
+        return failure(listDamaged(*lost));
     return {};
 }
 

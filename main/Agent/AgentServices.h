@@ -12,7 +12,7 @@ namespace brellin {
 struct AgentServices : RunServices {
     const KnownFolders &folders;
     LanguageModel &model;
-    AgentAI::PdfText pdfText;
+    PdfText pdfText;
 
     RuleServices forRules() const { return {locations, clock}; }
     ModelServices forModel() const { return {defaults, model, pdfText}; }

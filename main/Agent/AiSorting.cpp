@@ -1,6 +1,7 @@
 #include "Agent/AiSorting.h"
 
 #include "Agent/AgentKeys.h"
+#include "Agent/SystemLocations.h"
 #include "Disk/FreeName.h"
 #include "System/StoredKind.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/ModelServices.h"
 #include "Agent/Candidate.h"
+#include "Agent/ModelServices.h"
 #include "Base/JobControl.h"
 
 #include <QUuid>

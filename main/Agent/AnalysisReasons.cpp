@@ -62,12 +62,6 @@ QString backupReason(const FolderUsage &usage, Instant modified)
            QStringLiteral(" · zuletzt geändert ") + longDate(usage.newest.value_or(modified));
 }
 
-QString sameContentReason(const Location &kept)
-{
-    return QStringLiteral("Gleicher Inhalt wie ") + quoted(shownName(kept)) + QStringLiteral(" in ") +
-           shownName(kept.parent_path());
-}
-
 QString neverOpenedReason(const FolderUsage &usage, int days)
 {
     return neverOpened(contentText(usage), days);
@@ -97,12 +91,6 @@ QString sortingReason(const Location &file, const QString &group, GroupChoice ch
     if (change == NameChange::Cleaned)
         text += QStringLiteral(" · Name bereinigt");
     return text;
-}
-
-QString withDoubt(const QString &reason, Doubt doubt)
-{
-    return reason + (doubt == Doubt::HoldsScripts ? QStringLiteral(" · ⚠ enthält Skripte – bitte prüfen")
-                                                  : QStringLiteral(" · ⚠ Prüfung empfohlen"));
 }
 
 } // namespace brellin

@@ -11,7 +11,6 @@ namespace brellin {
 
 /// An old backup, an archive or something temporary. `modified` stands in for the newest file where there is none.
 QString backupReason(const FolderUsage &usage, Instant modified);
-QString sameContentReason(const Location &kept);
 QString neverOpenedReason(const FolderUsage &usage, int days);
 QString neverOpenedReason(const FileAttributes &file, int days);
 /// A folder that has not been used for `days` days, where `limit` are allowed.
@@ -21,9 +20,5 @@ QString unusedReason(const Location &folder, int days, int limit);
 enum class GroupChoice { ByCategory, ByBackupName, ByModel };
 enum class NameChange { None, Cleaned };
 QString sortingReason(const Location &file, const QString &group, GroupChoice choice, NameChange change);
-
-/// The closing words of what the user should look at before ticking it.
-enum class Doubt { Doubtful, HoldsScripts };
-QString withDoubt(const QString &reason, Doubt doubt);
 
 } // namespace brellin

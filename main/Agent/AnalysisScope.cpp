@@ -1,6 +1,7 @@
 #include "Agent/AnalysisScope.h"
 
 #include "Agent/DuplicateFinder.h"
+#include "Agent/SkippedFolders.h"
 
 namespace brellin {
 

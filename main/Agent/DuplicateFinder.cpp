@@ -1,6 +1,7 @@
 #include "Agent/DuplicateFinder.h"
 
 #include "Agent/CloudFiles.h"
+#include "Agent/SkippedFolders.h"
 #include "Disk/ContentGroups.h"
 #include "Disk/UserDocument.h"
 #include "Disk/Walk.h"
@@ -243,12 +244,6 @@ Result<Duplicates> findDuplicates(const std::vector<Location> &folders, const Sy
     Collection inOrder(locations, control, Collection::Pace::InOrder);
     TRY(inOrder.collect(folders));
     return duplicatesIn(inOrder, control);
-}
-
-QString duplicateReason(const Location &kept)
-{
-    return QStringLiteral("Doppelt – gleicher Inhalt wie „%1“ in %2")
-        .arg(shownName(kept), shownName(kept.parent_path()));
 }
 
 } // namespace brellin

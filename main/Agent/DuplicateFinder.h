@@ -7,9 +7,7 @@
 #include "Disk/FileAttributes.h"
 
 #include <QByteArray>
-#include <QString>
 
-#include <string_view>
 #include <vector>
 
 namespace brellin {
@@ -38,11 +36,5 @@ struct Duplicates {
 /// Fails only when cancelled.
 Result<Duplicates> findDuplicates(const std::vector<Location> &folders, const SystemLocations &locations,
                                   JobControl *control = nullptr);
-
-/// Why a duplicate is proposed for the Trash.
-QString duplicateReason(const Location &kept);
-
-/// Whether searches go past a folder of this name: what build tools and package managers fill.
-bool isSkippedFolder(std::string_view name);
 
 } // namespace brellin

@@ -1,6 +1,6 @@
 #include "Agent/DuplicateFolders.h"
 
-#include "Agent/AnalysisReasons.h"
+#include "Agent/DuplicateReasons.h"
 #include "Agent/FolderFingerprint.h"
 #include "Agent/FolderNames.h"
 #include "Agent/SameContent.h"

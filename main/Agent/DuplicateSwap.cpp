@@ -1,7 +1,6 @@
 #include "Agent/DuplicateSwap.h"
 
-#include "Agent/AnalysisReasons.h"
-#include "Agent/DuplicateFinder.h"
+#include "Agent/DuplicateReasons.h"
 
 #include <algorithm>
 

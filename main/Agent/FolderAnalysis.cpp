@@ -4,6 +4,7 @@
 #include "Agent/CloudFiles.h"
 #include "Agent/DuplicateDocuments.h"
 #include "Agent/DuplicateFolders.h"
+#include "Agent/DuplicateReasons.h"
 #include "Agent/ProjectDetection.h"
 #include "Agent/ProtectedEntries.h"
 #include "Base/German.h"

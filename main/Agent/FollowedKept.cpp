@@ -1,7 +1,6 @@
 #include "Agent/FollowedKept.h"
 
-#include "Agent/AnalysisReasons.h"
-#include "Agent/DuplicateFinder.h"
+#include "Agent/DuplicateReasons.h"
 #include "Agent/FolderEntry.h"
 
 #include <algorithm>

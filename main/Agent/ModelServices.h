@@ -9,7 +9,7 @@ namespace brellin {
 struct ModelServices {
     UserDefaults &defaults; ///< for the server's address and the answers
     LanguageModel &model;
-    AgentAI::PdfText pdfText;
+    PdfText pdfText;
 };
 
 } // namespace brellin

@@ -1,9 +1,9 @@
 #include "Agent/ProtectedEntries.h"
 
-#include "Agent/DuplicateFinder.h"
 #include "Agent/FolderNames.h"
 #include "Agent/ProjectDetection.h"
 #include "Agent/ScriptNames.h"
+#include "Agent/SkippedFolders.h"
 #include "Disk/Walk.h"
 
 #include <algorithm>

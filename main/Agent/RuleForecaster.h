@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Agent/RuleServices.h"
 #include "Agent/RuleExplanation.h"
 #include "Agent/RuleMatching.h"
+#include "Agent/RuleServices.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
 

@@ -40,18 +40,6 @@ QString asName(const QString &expanded)
 
 } // namespace
 
-std::optional<Location> rulePath(const QString &text, const Location &home)
-{
-    if (text.contains(QChar(0)))
-        return std::nullopt;
-    Location path = locationFromText(text);
-    if (const std::string &bytes = path.native(); bytes == "~" || bytes.starts_with("~/"))
-        path = home.native() + bytes.substr(1);
-    if (!path.is_absolute() || path.native().find('\0') != std::string::npos)
-        return std::nullopt;
-    return standardised(path);
-}
-
 QDate LocalDays::of(Instant instant)
 {
     auto after = m_days.upper_bound(instant);

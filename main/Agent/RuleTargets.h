@@ -3,6 +3,7 @@
 #include "Agent/Candidate.h"
 #include "Agent/CleanupRule.h"
 #include "Agent/NamePattern.h"
+#include "Agent/RulePath.h"
 #include "Agent/RuleWalk.h"
 
 #include <QDate>
@@ -13,9 +14,6 @@
 #include <utility>
 
 namespace brellin {
-
-/// The folder that a rule's path text means, standardised; "~" is the home folder. Nothing for an empty or relative text.
-std::optional<Location> rulePath(const QString &text, const Location &home);
 
 /// The calendar day of many instants: asking the system costs several file calls each time, so every day is asked for once.
 class LocalDays {

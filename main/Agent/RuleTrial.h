@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Agent/RuleServices.h"
 #include "Agent/CleanupRule.h"
 #include "Agent/FolderProfile.h"
 #include "Agent/RuleExplanation.h"
+#include "Agent/RuleServices.h"
 #include "Agent/RuleWarnings.h"
 #include "Base/Job.h"
 #include "Base/Published.h"

@@ -2,6 +2,7 @@
 
 #include "Agent/AiSorting.h"
 #include "Agent/DuplicateFinder.h"
+#include "Agent/DuplicateReasons.h"
 #include "Agent/EarlierCopies.h"
 #include "Agent/Guard.h"
 #include "Agent/LaterTrash.h"

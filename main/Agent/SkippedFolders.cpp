@@ -1,4 +1,4 @@
-#include "Agent/DuplicateFinder.h"
+#include "Agent/SkippedFolders.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,6 @@
 #include "Agent/DuplicateFinder.h"
 
+#include "Agent/DuplicateReasons.h"
 #include "Agent/Scan.h"
 #include "Disk/Digest.h"
 #include "Support/TempTree.h"

@@ -1,6 +1,7 @@
 #include "Agent/FolderFindings.h"
 
 #include "Agent/AnalysisReasons.h"
+#include "Agent/DuplicateReasons.h"
 #include "Agent/FolderFingerprint.h"
 #include "Agent/FolderNames.h"
 #include "Agent/FolderProtection.h"

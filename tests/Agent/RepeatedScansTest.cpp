@@ -114,7 +114,9 @@ TEST_F(RepeatedScansTest, TheTrialSaysThatNamesLikeItsOwnStay)
     world.tree().lines({"home/Downloads/2019-02-03 a.txt=1", "home/Downloads/2020-02-03 b.txt=1"});
     CleanupRule dates = rule(RuleAction::Rename, {});
     dates.renamePattern = u"{Datum} {Name}"_qs;
-    const auto text = [&] { return tryRule(world.services().forRules(), {}, dates, {}, 9, nullptr)->text(RuleAction::Rename); };
+    const auto text = [&] {
+        return tryRule(world.services().forRules(), {}, dates, {}, 9, nullptr)->text(RuleAction::Rename);
+    };
     EXPECT_EQ(text(), u"Diese Regel würde jetzt keine Datei finden. 2 Dateien heißen schon so, wie das Muster Namen "
                       u"bildet, und bleiben."_qs);
     std::filesystem::remove(world.home("Downloads/2019-02-03 a.txt"));

@@ -3,6 +3,7 @@
 #include "Agent/AnalysisReasons.h"
 #include "Agent/CleanupAgent.h"
 #include "Agent/DuplicateFinder.h"
+#include "Agent/DuplicateReasons.h"
 #include "Agent/FolderNames.h"
 #include "Agent/ProjectDetection.h"
 #include "Agent/RuleMatching.h"
