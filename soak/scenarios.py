@@ -1,5 +1,6 @@
 """What is done while it is disturbed: a command, the contents before it, and what must hold after the next start."""
 
+import json
 import os
 import shutil
 import subprocess
@@ -56,6 +57,11 @@ class World:
 
     def run(self, *words):
         return finish([self.brellin, *map(str, words)], self.account())
+
+    def json(self, *words):
+        """What a command answers with --json; what else it has to say stands around that."""
+        text = self.run(*words, "--json").text
+        return json.loads(text[text.index("["):text.rindex("]") + 1])
 
 
 @dataclass
@@ -188,9 +194,10 @@ def untidy_home(world, documents):
 def back_in_place(originals):
     """After a run was taken back: everything is where it was."""
     def after(world):
-        for _ in range(3):
-            if world.run("rueckgaengig").code != 1:
-                break
+        # What one failure has kept back is tried again by itself, as the program says then.
+        world.run("rueckgaengig")
+        for run in world.json("verlauf"):
+            world.run("rueckgaengig", run["id"])
         return [f"not back: {path}" for path in originals.places.values() if not path.exists()]
     return after
 

@@ -138,6 +138,8 @@ ExitCode runUndoCommand(CommandContext &context)
     for (const Location &place : outcome.notRestored)
         context.terminal.message(QStringLiteral("Nicht zurückgelegt: ") +
                                  printable(place, context.services.folders().home));
+    if (!outcome.notRestored.empty())
+        context.terminal.message(QStringLiteral("Rest noch einmal versuchen: brellin rueckgaengig ") + idText(id));
     return outcome.notRestored.empty() ? ExitCode::Done : ExitCode::Failed;
 }
 

@@ -116,9 +116,10 @@ TEST_F(CommandLineTest, triesTheRestOfAnUndoAgainByItsId)
     std::filesystem::rename(place, tree.path("anderswo"));
     EXPECT_EQ(json({"rueckgaengig"}, 1).object()[QStringLiteral("notRestored")].toInt(), 1);
     EXPECT_TRUE(json({"rueckgaengig"}).object()[QStringLiteral("run")].isNull()) << "the run stays undone";
+    const std::string id = done[QStringLiteral("id")].toString().toStdString();
+    EXPECT_TRUE(run({"rueckgaengig", id}).errors.contains("Rest noch einmal versuchen: brellin rueckgaengig " + id));
     std::filesystem::create_directories(place.parent_path()); // went with the run that had made it
     std::filesystem::rename(tree.path("anderswo"), place);
-    const std::string id = done[QStringLiteral("id")].toString().toStdString();
     EXPECT_EQ(json({"rueckgaengig", id}).object()[QStringLiteral("status")].toString(),
               QStringLiteral("Rückgängig gemacht."));
     EXPECT_TRUE(entryExists(old));
