@@ -60,7 +60,9 @@ std::string_view nextLine(std::string_view &rest)
 std::string trashInfoText(std::string_view origin, const QDateTime &deleted)
 {
     const std::string date = deleted.toLocalTime().toString(u"yyyy-MM-dd'T'HH:mm:ss").toStdString();
-    return std::string(group) + "\n" + std::string(pathKey) + percentEncoded(origin) + "\nDeletionDate=" + date + "\n";
+    std::string text(group);
+    text.append("\n").append(pathKey).append(percentEncoded(origin));
+    return text.append("\nDeletionDate=").append(date).append("\n");
 }
 
 std::optional<std::string> originInTrashInfo(std::string_view text)
