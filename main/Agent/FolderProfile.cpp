@@ -5,7 +5,7 @@ namespace brellin {
 namespace {
 
 /// One form for one name, whichever way the disk composes it.
-std::string composed(const Location &location)
+std::string composedEntry(const Location &location)
 {
     return shown(location).normalized(QString::NormalizationForm_C).toStdString();
 }
@@ -31,9 +31,9 @@ bool FolderProfile::isProtected(const Location &location) const
     const std::optional<Location> inside = relative(location);
     if (!inside)
         return false;
-    const std::string below = composed(*inside);
+    const std::string below = composedEntry(*inside);
     for (const ProtectedEntry &entry : protectedEntries) {
-        const std::string guarded = composed(Location(locationFromText(entry.path)).lexically_normal());
+        const std::string guarded = composedEntry(Location(locationFromText(entry.path)).lexically_normal());
         const std::string_view folder = std::string_view(guarded).substr(0, guarded.find_last_not_of('/') + 1);
         if (!folder.empty() && isAtOrBelow(std::string_view(below), folder))
             return true;

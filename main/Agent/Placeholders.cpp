@@ -11,7 +11,7 @@ namespace brellin {
 namespace {
 
 /// Without a closing "(2)" and the white space before it.
-QStringView withoutCounter(QStringView name)
+QStringView withoutCopyNumber(QStringView name)
 {
     if (!name.endsWith(u')'))
         return name;
@@ -58,7 +58,7 @@ QString cleanFileName(const QString &name)
     for (const QLatin1StringView mark : {QLatin1StringView(" Kopie"), QLatin1StringView(" copy"),
                                          QLatin1StringView(" - Kopie"), QLatin1StringView(" Copy")})
         cleaned.remove(mark);
-    cleaned = withoutCounter(cleaned).toString();
+    cleaned = withoutCopyNumber(cleaned).toString();
     cleaned.replace(u'_', u' ');
     return cleaned.simplified();
 }

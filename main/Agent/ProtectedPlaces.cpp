@@ -8,7 +8,7 @@ namespace brellin {
 namespace {
 
 /// One form for one name, whichever way the disk composes it.
-std::string composed(const Location &location)
+std::string composedPath(const Location &location)
 {
     return shown(location).normalized(QString::NormalizationForm_C).toStdString();
 }
@@ -50,10 +50,10 @@ ProtectedPlaces::ProtectedPlaces(const std::vector<FolderProfile> &profiles)
 
 void ProtectedPlaces::add(const Location &place, std::size_t number)
 {
-    m_paths.emplace(composed(place), number);
+    m_paths.emplace(composedPath(place), number);
     // The place itself, and what it points to where it is a link.
     for (const Location &real : {realEntry(place), resolvedLocation(place).value_or(place)}) {
-        m_paths.emplace(composed(real), number);
+        m_paths.emplace(composedPath(real), number);
         if (const std::optional<FileIdentity> identity = identityOf(real))
             m_identities.emplace(*identity, number);
         addHeld(real, number);
@@ -62,14 +62,14 @@ void ProtectedPlaces::add(const Location &place, std::size_t number)
 
 void ProtectedPlaces::addHeld(const Location &real, std::size_t number)
 {
-    m_held.emplace(composed(real), number);
+    m_held.emplace(composedPath(real), number);
     for (const FileIdentity &folder : foldersAbove(real))
         m_holders.emplace(folder, number);
 }
 
 ProtectedPlaces::Number ProtectedPlaces::at(const Location &place) const
 {
-    if (const auto path = m_paths.find(composed(place)); path != m_paths.end())
+    if (const auto path = m_paths.find(composedPath(place)); path != m_paths.end())
         return path->second;
     const std::optional<FileIdentity> identity = identityOf(place);
     const auto known = identity ? m_identities.find(*identity) : m_identities.end();
@@ -114,7 +114,7 @@ std::optional<Protection> ProtectedPlaces::of(const Location &entry, const Locat
         return std::nullopt;
     if (std::optional<Protection> above = over(entry, real))
         return above;
-    const std::string path = composed(real);
+    const std::string path = composedPath(real);
     const auto exact = m_held.find(path);
     const auto next = exact != m_held.end() ? exact : m_held.lower_bound(path + '/');
     if (next != m_held.end() && isAtOrBelow(std::string_view(next->first), std::string_view(path)))

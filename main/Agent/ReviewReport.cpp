@@ -19,7 +19,7 @@ namespace {
 const QString assistant = QStringLiteral("com.anthropic.claudefordesktop");
 
 /// A line break would end the line of the list.
-QString onOneLine(QString text)
+QString withoutLineBreaks(QString text)
 {
     return text.replace(u'\n', QChar(0x2424)).replace(u'\r', QChar(0x240D));
 }
@@ -27,13 +27,13 @@ QString onOneLine(QString text)
 /// A sentence that may hold names: none of them begins code.
 QString plain(const QString &text)
 {
-    return onOneLine(text).replace(u'`', QStringLiteral("\\`"));
+    return withoutLineBreaks(text).replace(u'`', QStringLiteral("\\`"));
 }
 
 /// Text as inline code. A fence longer than any run of backquotes inside keeps names that hold some from ending it.
 QString code(QString text)
 {
-    text = onOneLine(std::move(text));
+    text = withoutLineBreaks(std::move(text));
     qsizetype longest = 0;
     qsizetype run = 0;
     for (const QChar c : text) {
@@ -87,9 +87,10 @@ QString joined(const std::vector<Location> &folders, QString (*text)(const Locat
 
 QString requestText(const ReviewSubject &subject, const Location &report)
 {
-    const QString folders =
-        joined(foldersOf(subject), [](const Location &one) { return onOneLine(shown(one)); }, QStringLiteral("“, „"));
-    return QStringLiteral("Bitte prüfe die Aufräum-Vorschläge meines Brellin-Agenten in „") + onOneLine(shown(report)) +
+    const QString folders = joined(
+        foldersOf(subject), [](const Location &one) { return withoutLineBreaks(shown(one)); }, QStringLiteral("“, „"));
+    return QStringLiteral("Bitte prüfe die Aufräum-Vorschläge meines Brellin-Agenten in „") +
+           withoutLineBreaks(shown(report)) +
            QStringLiteral("“. Lies dazu die betroffenen Ordner und vor allem alle Skripte (.py, .command, .sh) im "
                           "Ordner „") +
            folders +

@@ -24,7 +24,7 @@ struct ActiveRule {
 };
 
 /// What the first rule that wanted a file makes of it.
-struct Verdict {
+struct RuledFile {
     std::size_t rule = 0;
     std::optional<Candidate> candidate; ///< none: it stays because a script names it
     std::string file;                   ///< its resolved path, of an overlapping source only
@@ -33,7 +33,7 @@ struct Verdict {
 /// What the rules together make of one file.
 struct OneFile {
     bool lookedAt = false;
-    std::optional<Verdict> verdict;
+    std::optional<RuledFile> verdict;
 };
 
 /// A file's path with the links above it resolved.
@@ -93,7 +93,7 @@ private:
     void addToSource(std::size_t number);
     void markOverlaps();
     Result<void> evaluate(const RuleSource &source);
-    std::optional<Verdict> verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts);
+    std::optional<RuledFile> verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts);
     bool isLeftOut(const WalkedFile &file, const RuleSource &source) const;
     void noteWanted(std::optional<std::size_t> rule, const WalkedFile &file, const RuleSource &source);
     void dropTrashOfWanted();
@@ -104,7 +104,7 @@ private:
     const JobControl *m_control;
     std::deque<ActiveRule> m_rules; ///< sources point into it
     std::vector<RuleSource> m_sources;
-    std::vector<Verdict> m_verdicts;
+    std::vector<RuledFile> m_verdicts;
     /// Files of overlapping sources that a rule wanted without there being anything to do, and the first such rule.
     std::unordered_map<std::string, std::size_t> m_wanted;
     std::string m_only; ///< the one file that counts; empty: all do
@@ -177,7 +177,7 @@ Result<OneFile> Evaluation::runFor(const Location &file)
     dropTrashOfWanted();
     OneFile result;
     result.lookedAt = m_lookedAtOnly;
-    if (const auto first = std::ranges::min_element(m_verdicts, {}, &Verdict::rule); first != m_verdicts.end())
+    if (const auto first = std::ranges::min_element(m_verdicts, {}, &RuledFile::rule); first != m_verdicts.end())
         result.verdict = std::move(*first);
     return result;
 }
@@ -196,13 +196,13 @@ Result<void> Evaluation::evaluate(const RuleSource &source)
         if (isLeftOut(file, source) || walk.isAwaited(file))
             continue;
         m_lookedAtOnly = true;
-        if (std::optional<Verdict> decided = verdict(file, source, scripts))
+        if (std::optional<RuledFile> decided = verdict(file, source, scripts))
             m_verdicts.push_back(*std::move(decided));
     }
     return {};
 }
 
-std::optional<Verdict> Evaluation::verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts)
+std::optional<RuledFile> Evaluation::verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts)
 {
     RuleFile tested;
     tested.set(file.name, file.package ? std::nullopt : std::optional(file.state.size), file.state.modified);
@@ -215,7 +215,7 @@ std::optional<Verdict> Evaluation::verdict(const WalkedFile &file, const RuleSou
         // What lies where one rule wants it is not thrown away by a later one.
         if (wanted && m_rules[source.rules[i]].rule.action == RuleAction::Trash)
             continue;
-        Verdict found{.rule = source.rules[i], .candidate = {}, .file = {}};
+        RuledFile found{.rule = source.rules[i], .candidate = {}, .file = {}};
         if (!scripts.mention(file, filter.includeSubfolders)) {
             found.candidate = m_rules[found.rule].targets.candidate(file, source);
             if (!found.candidate) {
@@ -251,7 +251,7 @@ void Evaluation::dropTrashOfWanted()
 {
     if (m_wanted.empty())
         return;
-    std::erase_if(m_verdicts, [this](const Verdict &one) {
+    std::erase_if(m_verdicts, [this](const RuledFile &one) {
         const auto wanted = m_wanted.find(one.file);
         return wanted != m_wanted.end() && wanted->second < one.rule &&
                m_rules[one.rule].rule.action == RuleAction::Trash;
@@ -262,7 +262,7 @@ void Evaluation::dropTrashOfWanted()
 RuleEvaluation Evaluation::summary()
 {
     std::unordered_map<std::string_view, std::size_t> first;
-    for (const Verdict &one : m_verdicts) {
+    for (const RuledFile &one : m_verdicts) {
         if (one.file.empty())
             continue;
         const auto [entry, isNew] = first.try_emplace(one.file, one.rule);
@@ -271,7 +271,7 @@ RuleEvaluation Evaluation::summary()
     RuleEvaluation result;
     result.checkedFiles = m_checked + static_cast<std::int64_t>(m_checkedInSeveral.size());
     std::vector<std::pair<std::size_t, Candidate *>> held;
-    for (Verdict &one : m_verdicts) {
+    for (RuledFile &one : m_verdicts) {
         if (!one.file.empty() && first.at(one.file) != one.rule)
             continue;
         if (one.candidate)

@@ -13,12 +13,12 @@ namespace {
 
 constexpr QLatin1StringView nameMark("{Name}");
 
-bool isUtf8(std::string_view bytes)
+bool isText(std::string_view bytes)
 {
     return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
 }
 
-QString composed(const QString &text)
+QString composedName(const QString &text)
 {
     return text.normalized(QString::NormalizationForm_C);
 }
@@ -149,7 +149,7 @@ std::string RuleTargets::newName(const WalkedFile &file)
 /// another date in front after every change of the file.
 std::optional<QString> RuleTargets::remadeName(const WalkedFile &file)
 {
-    return isUtf8(file.name) ? m_names.remade(file.name) : std::nullopt;
+    return isText(file.name) ? m_names.remade(file.name) : std::nullopt;
 }
 
 bool RuleTargets::keepsItsName(const WalkedFile &file)
@@ -160,17 +160,17 @@ bool RuleTargets::keepsItsName(const WalkedFile &file)
 bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file)
 {
     // Placeholders work on text; of a name that is none, bytes would be lost.
-    if (!isUtf8(file.name))
+    if (!isText(file.name))
         return false;
     const std::string made = newName(file);
     const std::string_view name = made;
-    if (name.empty() || composed(shown(name)) == composed(shown(file.name)))
+    if (name.empty() || composedName(shown(name)) == composedName(shown(file.name)))
         return false;
     const Location destination = Location(file.folder) / name;
     static const QRegularExpression counter(QStringLiteral("\\s*\\(\\d+\\)$"));
-    const QString uncounted = composed(shown(stemOf(file.name))).remove(counter);
+    const QString uncounted = composedName(shown(stemOf(file.name))).remove(counter);
     // The number is there because the name without it is taken.
-    if (uncounted == composed(shown(stemOf(name))) && entryExists(destination))
+    if (uncounted == composedName(shown(stemOf(name))) && entryExists(destination))
         return false;
     candidate.destination = destination;
     return true;

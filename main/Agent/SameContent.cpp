@@ -18,22 +18,22 @@ bool sameFile(const Location &a, const Location &b, JobControl *control)
     return first && second && *first == *second;
 }
 
-struct Entry {
+struct ComparedEntry {
     EntryKind kind = EntryKind::Special;
     std::int64_t size = 0;
     std::string target; ///< of a link
 
-    bool operator==(const Entry &) const = default;
+    bool operator==(const ComparedEntry &) const = default;
 };
 
 /// Everything below a folder by its relative path; nothing where something could not be looked at.
-std::optional<std::map<std::string, Entry>> entriesBelow(const Location &folder, const JobControl *control)
+std::optional<std::map<std::string, ComparedEntry>> entriesBelow(const Location &folder, const JobControl *control)
 {
-    std::map<std::string, Entry> entries;
+    std::map<std::string, ComparedEntry> entries;
     bool complete = true;
     const std::size_t prefix = folder.native().size() + 1;
     const auto collect = [&](const WalkEntry &entry) {
-        Entry one{entry.attributes.kind, 0, {}};
+        ComparedEntry one{entry.attributes.kind, 0, {}};
         if (one.kind == EntryKind::File)
             one.size = entry.attributes.size;
         std::error_code error;

@@ -32,7 +32,7 @@ bool isAscii(std::string_view text)
     return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-std::string composed(const QString &text)
+std::string composedBytes(const QString &text)
 {
     return text.normalized(QString::NormalizationForm_C).toStdString();
 }
@@ -41,7 +41,7 @@ std::string composed(const QString &text)
 std::string composedText(std::string_view bytes)
 {
     const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    return composed(view.isValidUtf8() ? QString::fromUtf8(view) : QString::fromLatin1(view));
+    return composedBytes(view.isValidUtf8() ? QString::fromUtf8(view) : QString::fromLatin1(view));
 }
 
 /// Whether a byte goes on a name. Letters beyond ASCII are made of such bytes only.
@@ -131,7 +131,7 @@ bool ScriptNames::contain(std::string_view name) const
 
 bool ScriptNames::mentionWhole(std::string_view name) const
 {
-    const std::string other = composed(shown(name));
+    const std::string other = composedBytes(shown(name));
     return mention(name) && std::ranges::any_of(m_texts, [&](const Text &one) {
                return containsWhole(one, name) || containsWhole(one, other);
            });
@@ -141,7 +141,7 @@ std::optional<std::size_t> ScriptNames::firstOtherMentioningWhole(std::string_vi
 {
     if (!mention(name))
         return std::nullopt;
-    const std::string other = composed(shown(name));
+    const std::string other = composedBytes(shown(name));
     const auto found = std::ranges::find_if(m_texts, [&](const Text &one) {
         return m_names[one.script] != name && (containsWhole(one, name) || containsWhole(one, other));
     });

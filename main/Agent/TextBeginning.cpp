@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-constexpr std::size_t mostBytesRead = 8192;
+constexpr std::size_t mostSampleBytes = 8192;
 /// Of so many characters of a text at most one is a stray control character.
 constexpr qsizetype charactersPerStray = 20;
 
@@ -26,7 +26,7 @@ QByteArray firstBytes(const Location &file)
     const Result<Descriptor> open = openForReading(place->at());
     if (!open)
         return {};
-    return QByteArray::fromStdString(readBeginning(*open, mostBytesRead));
+    return QByteArray::fromStdString(readBeginning(*open, mostSampleBytes));
 }
 
 /// A character that the end of the bytes cuts in two is left out.

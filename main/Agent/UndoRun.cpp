@@ -13,8 +13,8 @@ namespace brellin {
 namespace {
 
 /// Steps announced with one flush, at first and at most: the flush then waits for all that was renamed since the last one.
-constexpr std::size_t firstBatch = 256;
-constexpr std::size_t largestBatch = 8192;
+constexpr std::size_t firstUndoBatch = 256;
+constexpr std::size_t largestUndoBatch = 8192;
 
 /// What there is to say of a step that was taken back.
 QString textOf(UndoRemark remark, const JournalStep &step)
@@ -72,7 +72,7 @@ private:
     StepReversal m_reversal;
     std::vector<JournalledStep> m_known; ///< from an earlier try, then from this one's plans
     std::vector<Location> m_newFolders;  ///< above old places that had gone
-    std::size_t m_batch = firstBatch;
+    std::size_t m_batch = firstUndoBatch;
     UndoOutcome m_outcome;
 };
 
@@ -100,7 +100,7 @@ Result<void> Undoer::planBatch(std::size_t first)
     for (std::size_t n = first; n < std::min(first + m_batch, m_run.steps.size()); ++n)
         plans.push_back(planOf(n));
     std::ignore = TRY(m_journal.plan(plans));
-    m_batch = std::min(4 * m_batch, largestBatch);
+    m_batch = std::min(4 * m_batch, largestUndoBatch);
     for (const PlannedStep &plan : plans)
         m_known.push_back({.plan = plan, .temporary = {}, .copied = {}, .done = {}});
     return {};

@@ -18,7 +18,7 @@ namespace brellin {
 namespace {
 
 constexpr double tickSide = 16;
-constexpr double pictureSide = 28;
+constexpr double rowPictureSide = 28;
 constexpr int narrowWidth = 640; ///< below it the reason stands under the road
 
 int headHeight()
@@ -76,7 +76,7 @@ ProposalRow::Places ProposalRow::placesIn(const QRect &row, bool isLast)
     const int middle = inner.center().y() + 1;
     const auto centered = [&](int left, int side) { return QRect(left, middle - side / 2, side, side); };
     places.tick = centered(inner.left(), scaled(tickSide));
-    places.picture = centered(places.tick.right() + scaled(13), scaled(pictureSide));
+    places.picture = centered(places.tick.right() + scaled(13), scaled(rowPictureSide));
     const int action = scaled(34);
     places.discard = centered(inner.right() - action, action);
     places.preview = centered(places.discard.left() - action - scaled(8), action);

@@ -11,14 +11,14 @@ namespace brellin {
 
 namespace {
 
-constexpr double cardRadius = 14;
+constexpr double rowCornerRadius = 14;
 constexpr int barWidth = 3;
 
 QPainterPath groundPath(const QRectF &row, RowEdges edges)
 {
     QPainterPath path;
     path.setFillRule(Qt::WindingFill); // its pieces overlap
-    path.addRoundedRect(row, cardRadius, cardRadius);
+    path.addRoundedRect(row, rowCornerRadius, rowCornerRadius);
     const double half = row.height() / 2;
     if (!edges.testFlag(RowEdge::Top))
         path.addRect(QRectF(row.left(), row.top(), row.width(), half));
