@@ -6,7 +6,7 @@ namespace brellin {
 
 namespace {
 
-std::int64_t nanoseconds(const timespec &time)
+std::int64_t nanosecondsOf(const timespec &time)
 {
     constexpr std::int64_t second = 1'000'000'000;
     return time.tv_sec * second + time.tv_nsec;
@@ -26,8 +26,8 @@ void CopiedEntries::add(std::uint64_t path, const SourceStatus &source, std::uin
     const struct stat &status = source.status;
     const bool folder = S_ISDIR(status.st_mode);
     m_entries.push_back({path, status.st_ino, status.st_dev, folder ? 0 : status.st_size,
-                         folder ? 0 : nanoseconds(status.st_mtim), status.st_mode & S_IFMT, nanoseconds(status.st_ctim),
-                         source.settled, mark});
+                         folder ? 0 : nanosecondsOf(status.st_mtim), status.st_mode & S_IFMT,
+                         nanosecondsOf(status.st_ctim), source.settled, mark});
 }
 
 void CopiedEntries::sort()
@@ -41,7 +41,7 @@ const CopiedEntries::Entry *CopiedEntries::find(std::uint64_t path, const struct
     const auto isThere = [&](const Entry &entry) {
         return (entry.inode == now.st_ino || m_proof == Proof::None) && entry.device == now.st_dev &&
                entry.type == (now.st_mode & S_IFMT) &&
-               (folder || (entry.size == now.st_size && entry.modified == nanoseconds(now.st_mtim)));
+               (folder || (entry.size == now.st_size && entry.modified == nanosecondsOf(now.st_mtim)));
     };
     const auto same = std::ranges::equal_range(m_entries, path, {}, &Entry::path);
     const auto found = std::ranges::find_if(same, isThere);
@@ -50,7 +50,7 @@ const CopiedEntries::Entry *CopiedEntries::find(std::uint64_t path, const struct
 
 bool CopiedEntries::isProvenBy(const Entry &entry, const struct stat &now) const
 {
-    return m_proof == Proof::InodeAndTime && entry.settled && entry.changed == nanoseconds(now.st_ctim);
+    return m_proof == Proof::InodeAndTime && entry.settled && entry.changed == nanosecondsOf(now.st_ctim);
 }
 
 } // namespace brellin

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::int64_t endSize = 4096;
 constexpr std::int64_t smallSize = 65'536;
-constexpr std::int64_t pieceSize = 1'048'576;
+constexpr std::int64_t pieceOfContent = 1'048'576;
 
 /// Room for one piece. Kept by its thread: thousands of small files would else get and give back memory each.
 char *pieceFor(std::size_t size, std::size_t number)
@@ -32,7 +32,7 @@ char *pieceFor(std::size_t size, std::size_t number)
 
 std::size_t pieceAt(std::int64_t offset, std::int64_t end)
 {
-    return static_cast<std::size_t>(std::min(pieceSize, end - offset));
+    return static_cast<std::size_t>(std::min(pieceOfContent, end - offset));
 }
 
 } // namespace
@@ -78,7 +78,7 @@ Result<std::size_t> OpenContent::endsHash() const
 Result<QByteArray> OpenContent::digest(const JobControl *control) const
 {
     Sha256 hash;
-    for (std::int64_t offset = 0; offset < m_size; offset += pieceSize) {
+    for (std::int64_t offset = 0; offset < m_size; offset += pieceOfContent) {
         if (control != nullptr && control->cancelled())
             return failure(Failure::cancelled());
         const std::size_t size = pieceAt(offset, m_size);
@@ -94,7 +94,7 @@ QByteArray OpenContent::commonDigest(const std::vector<const OpenContent *> &fil
 {
     const std::int64_t end = files.front()->m_size;
     Sha256 hash;
-    for (std::int64_t offset = 0; offset < end; offset += pieceSize) {
+    for (std::int64_t offset = 0; offset < end; offset += pieceOfContent) {
         const std::size_t size = pieceAt(offset, end);
         char *const first = pieceFor(size, 0);
         char *const other = pieceFor(size, 1);

@@ -15,7 +15,7 @@ namespace brellin {
 
 namespace {
 
-constexpr std::size_t pieceSize = std::size_t(256) << 10;
+constexpr std::size_t comparedPiece = std::size_t(256) << 10;
 
 /// Reads until `wanted` bytes are there or the file ends.
 Result<std::size_t> readAt(int file, char *into, std::size_t wanted, off_t at)
@@ -45,7 +45,7 @@ std::optional<std::string> targetOf(NameIn link)
 
 Result<bool> sameBytes(int a, int b, off_t size, const std::function<Result<void>()> &beat)
 {
-    std::vector<char> first(std::min(pieceSize, static_cast<std::size_t>(size)));
+    std::vector<char> first(std::min(comparedPiece, static_cast<std::size_t>(size)));
     std::vector<char> second(first.size());
     for (off_t at = 0; at < size;) {
         const std::size_t wanted = std::min(first.size(), static_cast<std::size_t>(size - at));

@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-EntryKind kindOf(const struct stat &status)
+EntryKind kindOfEntry(const struct stat &status)
 {
     if (S_ISREG(status.st_mode))
         return EntryKind::File;
@@ -101,7 +101,7 @@ SeenTree::Entry SeenTree::entryOf(std::uint64_t path, const FileAttributes &attr
 bool SeenTree::holds(std::uint64_t path, const struct stat &now) const
 {
     FileAttributes attributes;
-    attributes.kind = kindOf(now);
+    attributes.kind = kindOfEntry(now);
     attributes.identity = {now.st_dev, now.st_ino};
     attributes.size = now.st_size;
     attributes.modified = instantFrom(now.st_mtim);

@@ -17,16 +17,16 @@ constexpr std::size_t longestValue = 65536;
 constexpr const char *accessList = "system.posix_acl_access";
 constexpr const char *defaultAccessList = "system.posix_acl_default";
 
-enum class Attribute { Own, AccessList, Security, Foreign };
+enum class AttributeClass { Own, AccessList, Security, Foreign };
 
 /// Labels of security modules, of integrity checks and of overlays belong to the place where a file lies, not to it.
-Attribute kindOf(std::string_view name)
+AttributeClass classOf(std::string_view name)
 {
     if (name.starts_with("user."))
-        return Attribute::Own;
+        return AttributeClass::Own;
     if (name == accessList || name == defaultAccessList)
-        return Attribute::AccessList;
-    return name == "security.capability" ? Attribute::Security : Attribute::Foreign;
+        return AttributeClass::AccessList;
+    return name == "security.capability" ? AttributeClass::Security : AttributeClass::Foreign;
 }
 
 /// A full disk is a failure. A single attribute that is too big for the target is answered with the same error.
@@ -45,7 +45,7 @@ bool isBroken(int error)
 
 bool isCopiedAttribute(std::string_view name)
 {
-    return kindOf(name) != Attribute::Foreign;
+    return classOf(name) != AttributeClass::Foreign;
 }
 
 Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int destination, MetadataMark &mark)
@@ -55,8 +55,8 @@ Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int de
     AccessList list = AccessList::None;
     const char *const end = m_names.data() + (length > 0 ? length : 0);
     for (const char *name = m_names.data(); name < end; name += std::string_view(name).size() + 1) {
-        const Attribute kind = kindOf(name);
-        if (kind == Attribute::Foreign)
+        const AttributeClass kind = classOf(name);
+        if (kind == AttributeClass::Foreign)
             continue;
         m_value.resize(longestValue);
         const ssize_t size = ::fgetxattr(source, name, m_value.data(), m_value.size());
@@ -68,10 +68,10 @@ Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int de
         const bool set = ::fsetxattr(destination, name, m_value.data(), static_cast<std::size_t>(size), 0) == 0;
         if (!set && (isBroken(errno) || isFull(destination, errno)))
             return failure(Failure::lastSystem());
-        if (kind == Attribute::AccessList)
+        if (kind == AttributeClass::AccessList)
             list = AccessList::Set;
-        m_lost.rights = m_lost.rights || (!set && kind == Attribute::AccessList);
-        m_lost.attributes = m_lost.attributes || (!set && kind == Attribute::Own);
+        m_lost.rights = m_lost.rights || (!set && kind == AttributeClass::AccessList);
+        m_lost.attributes = m_lost.attributes || (!set && kind == AttributeClass::Own);
     }
     return list;
 }

@@ -9,7 +9,7 @@ namespace brellin {
 namespace {
 
 /// The most that Linux gives out.
-constexpr std::size_t longestValue = 65536;
+constexpr std::size_t longestAttribute = 65536;
 
 } // namespace
 
@@ -30,8 +30,8 @@ std::string_view EntryAttribute::read(std::string_view name)
     m_path.resize(m_folderLength);
     m_path += name;
     ssize_t length = ::lgetxattr(m_path.c_str(), m_attribute, m_value.data(), m_value.size());
-    if (length < 0 && errno == ERANGE && m_value.size() < longestValue) {
-        m_value.resize(longestValue);
+    if (length < 0 && errno == ERANGE && m_value.size() < longestAttribute) {
+        m_value.resize(longestAttribute);
         length = ::lgetxattr(m_path.c_str(), m_attribute, m_value.data(), m_value.size());
     }
     if (length >= 0)
