@@ -18,7 +18,7 @@ namespace brellin {
 
 namespace {
 
-using Kind = Remnant::Kind;
+using RemnantKind = Remnant::Kind;
 
 /// Where to look: values, so that a worker can go on with them when nobody waits any more.
 struct Search {
@@ -66,15 +66,15 @@ std::vector<CutShortRename> cutShort(const Search &search)
     return found;
 }
 
-std::optional<Kind> journalKind(const Location &file)
+std::optional<RemnantKind> journalKind(const Location &file)
 {
     const std::string name = file.filename().native();
     if (name.ends_with(".ungeklärt"))
-        return Kind::Unresolved;
+        return RemnantKind::Unresolved;
     // Its owner lives.
     if (!name.ends_with(".jsonl") || !FileLock::tryNow(file))
         return std::nullopt;
-    return name.starts_with("undo-") ? Kind::Undo : Kind::Run;
+    return name.starts_with("undo-") ? RemnantKind::Undo : RemnantKind::Run;
 }
 
 std::vector<Remnant> journalsIn(const Location &folder)
@@ -82,7 +82,7 @@ std::vector<Remnant> journalsIn(const Location &folder)
     std::vector<Remnant> found;
     std::error_code none;
     for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end; entry.increment(none)) {
-        if (const std::optional<Kind> kind = journalKind(entry->path()))
+        if (const std::optional<RemnantKind> kind = journalKind(entry->path()))
             found.push_back({*kind, entry->path()});
     }
     std::ranges::sort(found, {}, &Remnant::path);
@@ -94,11 +94,11 @@ std::vector<Remnant> findBesideMoves(const Search &search)
 {
     std::vector<Remnant> found;
     for (const Location &copy : unfinishedCopies(search))
-        found.push_back({isOfAnArchive(copy) ? Kind::Archive : Kind::Transfer, copy});
+        found.push_back({isOfAnArchive(copy) ? RemnantKind::Archive : RemnantKind::Transfer, copy});
     for (const CutShortRename &batch : cutShort(search)) {
         for (const LoggedRename &one : batch.renames) {
             if (entryExists(one.temporary))
-                found.push_back({Kind::Rename, one.temporary});
+                found.push_back({RemnantKind::Rename, one.temporary});
         }
     }
     for (const Location &folder : {search.journals, search.renameLogs})
@@ -118,19 +118,19 @@ std::size_t countNoted(const Search &search)
 QString Remnant::word() const
 {
     switch (kind) {
-    case Kind::Transfer:
+    case RemnantKind::Transfer:
         return QStringLiteral("transfer");
-    case Kind::Move:
+    case RemnantKind::Move:
         return QStringLiteral("move");
-    case Kind::Archive:
+    case RemnantKind::Archive:
         return QStringLiteral("archive");
-    case Kind::Rename:
+    case RemnantKind::Rename:
         return QStringLiteral("rename");
-    case Kind::Run:
+    case RemnantKind::Run:
         return QStringLiteral("run");
-    case Kind::Undo:
+    case RemnantKind::Undo:
         return QStringLiteral("undo");
-    case Kind::Unresolved:
+    case RemnantKind::Unresolved:
         return QStringLiteral("unresolved");
     }
     return {};
@@ -139,19 +139,19 @@ QString Remnant::word() const
 QString Remnant::title() const
 {
     switch (kind) {
-    case Kind::Transfer:
+    case RemnantKind::Transfer:
         return QStringLiteral("unfertige Kopie");
-    case Kind::Move:
+    case RemnantKind::Move:
         return QStringLiteral("Original einer vollständigen Kopie");
-    case Kind::Archive:
+    case RemnantKind::Archive:
         return QStringLiteral("unfertiges Archiv");
-    case Kind::Rename:
+    case RemnantKind::Rename:
         return QStringLiteral("ohne richtigen Namen");
-    case Kind::Run:
+    case RemnantKind::Run:
         return QStringLiteral("unterbrochene Aufräum-Aktion");
-    case Kind::Undo:
+    case RemnantKind::Undo:
         return QStringLiteral("unterbrochenes Zurücknehmen");
-    case Kind::Unresolved:
+    case RemnantKind::Unresolved:
         return QStringLiteral("ungeklärtes Tagebuch");
     }
     return {};
@@ -174,7 +174,7 @@ std::vector<Remnant> findRemnants(Services &services, const std::vector<Location
     const Search search = searchOf(services, folders);
     std::vector<Remnant> found = findBesideMoves(search);
     for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
-        found.push_back({Kind::Move, move.source});
+        found.push_back({RemnantKind::Move, move.source});
     return found;
 }
 

@@ -14,7 +14,7 @@ namespace brellin {
 namespace {
 
 /// So many entries are worth a thread.
-constexpr std::size_t pieceSize = 4096;
+constexpr std::size_t namesPerPiece = 4096;
 
 QCollator collator()
 {
@@ -31,11 +31,11 @@ template <class Text>
 Keys keysOf(std::size_t count, const Text &text)
 {
     Keys keys(count);
-    const std::size_t pieces = (count + pieceSize - 1) / pieceSize;
+    const std::size_t pieces = (count + namesPerPiece - 1) / namesPerPiece;
     parallelFor(pieces, [&](std::size_t piece) {
         const QCollator order = collator();
-        const std::size_t end = std::min(count, (piece + 1) * pieceSize);
-        for (std::size_t i = piece * pieceSize; i < end; ++i)
+        const std::size_t end = std::min(count, (piece + 1) * namesPerPiece);
+        for (std::size_t i = piece * namesPerPiece; i < end; ++i)
             keys[i].emplace(order.sortKey(text(i)));
     });
     return keys;

@@ -19,7 +19,7 @@ namespace {
 using namespace archiveStream;
 using Kind = ArchivedEntry::Kind;
 
-constexpr std::size_t readingBlock = 128 * 1024;
+constexpr std::size_t unpackingBlock = 128 * 1024;
 /// Small messages go together: each write wakes the reader.
 constexpr qsizetype togetherAtMost = 256 * 1024;
 
@@ -45,7 +45,7 @@ Kind kindOf(archive_entry *entry)
     }
 }
 
-ArchivedEntry recordOf(archive_entry *entry)
+ArchivedEntry archivedEntry(archive_entry *entry)
 {
     ArchivedEntry record;
     record.kind = kindOf(entry);
@@ -107,7 +107,7 @@ private:
 using Archive = std::unique_ptr<archive, int (*)(archive *)>;
 
 /// All of the readers work in this process: none calls another program.
-Archive newArchive()
+Archive newUnpackingArchive()
 {
     Archive reader(::archive_read_new(), ::archive_read_free);
     for (const auto support :
@@ -169,7 +169,7 @@ int streamEntries(archive *reader, ArchiveWriter &writer, ArchiveContents conten
         const int state = ::archive_read_next_header(reader, &entry);
         if (!isGood(state))
             return state;
-        const ArchivedEntry record = recordOf(entry);
+        const ArchivedEntry record = archivedEntry(entry);
         written = written && writer.say(Message::Entry, archiveStream::bytesOf(record));
         if (!written)
             return ARCHIVE_FATAL;
@@ -184,9 +184,9 @@ int streamEntries(archive *reader, ArchiveWriter &writer, ArchiveContents conten
 
 bool streamArchive(int file, int out, ArchiveContents contents)
 {
-    const Archive reader = newArchive();
+    const Archive reader = newUnpackingArchive();
     ArchiveWriter writer(out);
-    if (::archive_read_open_fd(reader.get(), file, readingBlock) != ARCHIVE_OK)
+    if (::archive_read_open_fd(reader.get(), file, unpackingBlock) != ARCHIVE_OK)
         return writer.say(Message::Failure,
                           QStringLiteral("Das ist kein Archiv, das sich entpacken lässt.").toUtf8()) &&
                writer.flush();

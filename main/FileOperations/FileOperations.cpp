@@ -18,7 +18,7 @@ using namespace operationTexts;
 namespace {
 
 /// What is under way when the window closes may end its step.
-constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
+constexpr auto patienceWithOperations = std::chrono::seconds(5);
 
 OperationOutcome failedOutcome(const QString &line)
 {
@@ -49,7 +49,7 @@ struct FileOperations::Operation {
     QString title;
     QString detail;
     std::optional<double> progress;
-    std::shared_ptr<QThreadPool> pool = abandonablePool(patienceAtTheEnd);
+    std::shared_ptr<QThreadPool> pool = abandonablePool(patienceWithOperations);
     Job<OperationOutcome> job;
 };
 

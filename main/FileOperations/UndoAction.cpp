@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-using Entry = UserAction::Entry;
+using ActionEntry = UserAction::Entry;
 using Kind = UserAction::Kind;
 
 /// What became of one entry.
@@ -45,7 +45,7 @@ public:
     {
     }
 
-    EntryOutcome undo(const Entry &entry)
+    EntryOutcome undo(const ActionEntry &entry)
     {
         const Result<FileAttributes> now = readAttributes(entry.to);
         if (!now)
@@ -69,7 +69,7 @@ public:
     }
 
 private:
-    EntryOutcome moveBack(const Entry &entry)
+    EntryOutcome moveBack(const ActionEntry &entry)
     {
         if (reserves(entry))
             m_log.noteRename(entry.to, entry.from);
@@ -80,7 +80,7 @@ private:
     }
 
     /// Across volumes: what had been moved goes only once its copy is complete and on the disk, and then to the Trash.
-    EntryOutcome copyBack(const Entry &entry)
+    EntryOutcome copyBack(const ActionEntry &entry)
     {
         const Location temporary = m_log.temporaryFor(entry.from, reserves(entry) ? TransferLog::Renames::Reserving
                                                                                   : TransferLog::Renames::AtOnce);
@@ -97,7 +97,7 @@ private:
         return {EntryOutcome::Fate::Undone, entry.from, {}};
     }
 
-    Result<void> completeCopy(const Entry &entry, const Location &temporary, CopiedEntries &copied)
+    Result<void> completeCopy(const ActionEntry &entry, const Location &temporary, CopiedEntries &copied)
     {
         CopyOptions options;
         options.control = &m_control;
@@ -108,7 +108,7 @@ private:
     }
 
     /// What was written there meanwhile is nowhere else.
-    Result<void> giveUpCopied(const Entry &entry, const CopiedEntries &copied)
+    Result<void> giveUpCopied(const ActionEntry &entry, const CopiedEntries &copied)
     {
         if (!TRY(changedSinceCopy(entry.to, copied, entry.from)).empty())
             return failure(QStringLiteral("Das hat sich inzwischen geändert."));
@@ -116,16 +116,16 @@ private:
         return {};
     }
 
-    bool reserves(const Entry &entry) const { return m_services.files.reservesNames(entry.from.parent_path()); }
+    bool reserves(const ActionEntry &entry) const { return m_services.files.reservesNames(entry.from.parent_path()); }
 
-    EntryOutcome restore(const Entry &entry)
+    EntryOutcome restore(const ActionEntry &entry)
     {
         const Result<void> restored = m_services.trash.restore(entry.to, entry.from, entry.from);
         return restored ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from, {}} : failed(restored.error());
     }
 
     /// What was made goes to the Trash, unless somebody has worked on it since.
-    EntryOutcome takeAway(const Entry &entry, const FileAttributes &now)
+    EntryOutcome takeAway(const ActionEntry &entry, const FileAttributes &now)
     {
         if (now.isFile() && FileState::of(now) != entry.state)
             return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Das hat sich inzwischen geändert und bleibt.")};
@@ -138,7 +138,7 @@ private:
     }
 
     /// What somebody put into a folder that was made, or changed there, is not ours to take away.
-    QString whyItStays(const Entry &entry)
+    QString whyItStays(const ActionEntry &entry)
     {
         constexpr std::size_t mostNamed = 3;
         const Result<std::vector<Location>> added = entry.content
@@ -157,7 +157,7 @@ private:
     }
 
     /// What a transfer had replaced comes back out of the Trash.
-    EntryOutcome withReplaced(EntryOutcome outcome, const Entry &entry)
+    EntryOutcome withReplaced(EntryOutcome outcome, const ActionEntry &entry)
     {
         if (outcome.fate != EntryOutcome::Fate::Undone || !entry.replaced)
             return outcome;
@@ -181,13 +181,13 @@ bool onlyMoves(Kind kind)
 }
 
 /// The same way once more, from the entries as they lie now.
-std::optional<UserAction> wayBack(Kind kind, const std::vector<Entry> &moved)
+std::optional<UserAction> wayBack(Kind kind, const std::vector<ActionEntry> &moved)
 {
     if (!onlyMoves(kind) || moved.empty())
         return std::nullopt;
     UserAction again{kind, {}};
     std::ranges::transform(moved, std::back_inserter(again.entries),
-                           [](const Entry &entry) { return recordOf(entry.from, entry.to); });
+                           [](const ActionEntry &entry) { return recordOf(entry.from, entry.to); });
     return again;
 }
 
@@ -195,8 +195,9 @@ std::optional<UserAction> wayBack(Kind kind, const std::vector<Entry> &moved)
 UndoneAction undoBatch(const UserAction &action, const UndoServices &services, JobControl &control)
 {
     std::vector<RenamePair> pairs;
-    std::ranges::transform(action.entries, std::back_inserter(pairs),
-                           [](const Entry &entry) { return RenamePair{entry.to, entry.from, entry.state.identity}; });
+    std::ranges::transform(action.entries, std::back_inserter(pairs), [](const ActionEntry &entry) {
+        return RenamePair{entry.to, entry.from, entry.state.identity};
+    });
     const BatchRenameOutcome outcome = renameBatch(pairs, services.files, services.renameLogs, control);
     UndoneAction undone{outcome.done, {}, {}, false, wayBack(action.kind, outcome.done)};
     if (outcome.failure) {
@@ -214,7 +215,7 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
     if (action.kind == Kind::BatchRename)
         return undoBatch(action, services, control);
     UndoneAction undone;
-    std::vector<Entry> clean; ///< nothing stands in their way back
+    std::vector<ActionEntry> clean; ///< nothing stands in their way back
     Undoing undoing(action.kind, services, control);
     control.setTotal(static_cast<qint64>(action.entries.size()));
     for (auto entry = action.entries.rbegin(); entry != action.entries.rend(); ++entry) {

@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
+constexpr auto patienceWithUndo = std::chrono::seconds(5);
 
 std::vector<Location> placesOf(const std::vector<UserAction::Entry> &undone)
 {
@@ -33,7 +33,7 @@ QString statusOf(const UndoneAction &outcome, const QString &whole, const QStrin
 
 } // namespace
 
-UserUndo::UserUndo(UndoServices services) : m_services(std::move(services)), m_pool(abandonablePool(patienceAtTheEnd))
+UserUndo::UserUndo(UndoServices services) : m_services(std::move(services)), m_pool(abandonablePool(patienceWithUndo))
 {
 }
 

@@ -26,7 +26,7 @@ namespace {
 using std::chrono::steady_clock;
 
 /// How often a waiting run looks at its cancel flag.
-constexpr int pollMilliseconds = 50;
+constexpr int outputPollMilliseconds = 50;
 
 class Pipe {
 public:
@@ -204,7 +204,7 @@ Result<void> Child::converse(const JobControl *control)
         TRY(mayGoOn(control));
         tellReading();
         std::array<pollfd, 2> waiting{pollfd{m_output.readEnd(), POLLIN, 0}, pollfd{m_errors.readEnd(), POLLIN, 0}};
-        if (::poll(waiting.data(), waiting.size(), ended ? 0 : pollMilliseconds) <= 0) {
+        if (::poll(waiting.data(), waiting.size(), ended ? 0 : outputPollMilliseconds) <= 0) {
             // What the program left running may hold its outputs open for as long as it likes. The last look comes after
             // the end, so that no output of the program itself is missed.
             if (ended)
@@ -249,9 +249,9 @@ void Child::end()
     ::kill(-m_pid, SIGTERM);
     // Not collected yet, so that its number stays that of the group.
     siginfo_t ended{};
-    for (int waited = 0; waited < 500 && ended.si_pid == 0; waited += pollMilliseconds) {
+    for (int waited = 0; waited < 500 && ended.si_pid == 0; waited += outputPollMilliseconds) {
         if (::waitid(P_PID, static_cast<id_t>(m_pid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid == 0)
-            ::poll(nullptr, 0, pollMilliseconds);
+            ::poll(nullptr, 0, outputPollMilliseconds);
     }
     ::kill(-m_pid, SIGKILL);
     ::waitpid(m_pid, &m_status, 0);

@@ -10,7 +10,6 @@ namespace {
 
 using State = CommandState;
 using Test = std::function<bool(const State &)>;
-using enum CommandId;
 constexpr auto works = WhileEditing::Works;
 constexpr auto leaves = WhileEditing::LeavesKeys;
 
@@ -106,6 +105,7 @@ private:
 
 std::vector<WindowCommand> fileMenu()
 {
+    using enum CommandId;
     Menu menu(CommandGroup::File);
     menu.add(NewTab, QStringLiteral("Neuer Tab"), {control | Qt::Key_T}, works, always);
     menu.add(NewWindow, QStringLiteral("Neues Fenster"), {control | Qt::Key_N}, works, always);
@@ -133,6 +133,7 @@ std::vector<WindowCommand> fileMenu()
 
 std::vector<WindowCommand> editMenu()
 {
+    using enum CommandId;
     Menu menu(CommandGroup::Edit);
     menu.add(Undo, QStringLiteral("Rückgängig"), {control | Qt::Key_Z}, leaves, withUndo);
     menu.add(Redo, QStringLiteral("Wiederholen"), {control | shift | Qt::Key_Z, control | Qt::Key_Y}, leaves, withRedo);
@@ -152,6 +153,7 @@ std::vector<WindowCommand> editMenu()
 
 std::vector<WindowCommand> goMenu()
 {
+    using enum CommandId;
     Menu menu(CommandGroup::Go);
     menu.add(Back, QStringLiteral("Zurück"), {alt | Qt::Key_Left, control | Qt::Key_BracketLeft, Qt::Key_Back}, leaves,
              withBack);
@@ -175,6 +177,7 @@ std::vector<WindowCommand> goMenu()
 
 std::vector<WindowCommand> viewMenu()
 {
+    using enum CommandId;
     Menu menu(CommandGroup::View);
     menu.add(Details, QStringLiteral("Als Liste"), {control | Qt::Key_1}, leaves, inFolder, asList);
     menu.add(Icons, QStringLiteral("Als Symbole"), {control | Qt::Key_2}, leaves, inFolder, asIcons);

@@ -21,13 +21,13 @@ namespace brellin {
 
 namespace {
 
-constexpr double gap = 4;
+constexpr double tileGap = 4;
 constexpr double leastSide = 22; ///< of a tile; what is smaller is joined
-constexpr double radius = 7;
+constexpr double tileRadius = 7;
 
 QRectF drawn(const TreemapTile &tile)
 {
-    return tile.area.adjusted(gap / 2, gap / 2, -gap / 2, -gap / 2);
+    return tile.area.adjusted(tileGap / 2, tileGap / 2, -tileGap / 2, -tileGap / 2);
 }
 
 /// How far `other` is in the direction of the key, sideways counting double; nothing where it lies elsewhere.
@@ -92,7 +92,7 @@ void StorageTreemap::layTiles()
     std::vector<std::int64_t> sizes;
     std::ranges::transform(m_entries, std::back_inserter(sizes), &StorageEntry::bytes);
     const double least = scaled(leastSide);
-    const QRectF area = QRectF(rect()).adjusted(-gap / 2, -gap / 2, gap / 2, gap / 2);
+    const QRectF area = QRectF(rect()).adjusted(-tileGap / 2, -tileGap / 2, tileGap / 2, tileGap / 2);
     m_tiles = treemap(sizes, area, least * least);
     m_hovered = entryAt(mapFromGlobal(QCursor::pos()));
     update();
@@ -139,14 +139,14 @@ void StorageTreemap::paintTile(QPainter &painter, const TreemapTile &tile) const
     const QRectF area = drawn(tile);
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground);
-    painter.drawRoundedRect(area, radius, radius);
+    painter.drawRoundedRect(area, tileRadius, tileRadius);
     if (!joined && tile.index == m_current) {
         // Two lines, so that it is seen on every colour.
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(color(Token::Window), 5));
-        painter.drawRoundedRect(area.adjusted(2, 2, -2, -2), radius - 2, radius - 2);
+        painter.drawRoundedRect(area.adjusted(2, 2, -2, -2), tileRadius - 2, tileRadius - 2);
         painter.setPen(QPen(color(hasFocus() ? Token::Accent : Token::FieldBorder), 3));
-        painter.drawRoundedRect(area.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
+        painter.drawRoundedRect(area.adjusted(1, 1, -1, -1), tileRadius - 1, tileRadius - 1);
     }
     painter.setPen(readableOn(ground));
     paintTexts(painter, area, entry ? entry->name : QStringLiteral("weitere"), tile);

@@ -17,7 +17,7 @@ namespace brellin {
 
 namespace {
 
-constexpr QSize wantedSize(540, 0);
+constexpr QSize sheetSize(540, 0);
 constexpr double iconSide = 52;
 
 /// „1,2 MB (1.234.567 Byte) · 34 Dateien“
@@ -76,7 +76,7 @@ struct PropertiesSheet::Private {
 };
 
 PropertiesSheet::PropertiesSheet(std::unique_ptr<EntryProperties> properties, QWidget *window)
-    : SheetFrame(QStringLiteral("Eigenschaften"), {}, wantedSize, window)
+    : SheetFrame(QStringLiteral("Eigenschaften"), {}, sheetSize, window)
     , d(std::make_unique<Private>(*this, std::move(properties)))
 {
     setObjectName(QStringLiteral("propertiesSheet"));

@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-constexpr qint64 mostBytes = 1 << 20;
+constexpr qint64 mostFileBytes = 1 << 20;
 
 /// A value with its escapes resolved.
 QString textIn(const QByteArray &value)
@@ -55,7 +55,7 @@ std::optional<std::vector<QString>> wordsOf(const QString &command)
     return quoted ? std::nullopt : std::optional(std::move(words));
 }
 
-std::string urlOf(const Location &entry)
+std::string urlWord(const Location &entry)
 {
     const std::string &bytes = entry.native();
     return "file://" +
@@ -85,7 +85,7 @@ KeyFile readKeyFile(const Location &file)
     if (!source.open(QIODevice::ReadOnly))
         return groups;
     std::map<QByteArray, QByteArray> *group = nullptr;
-    for (const QByteArray &piece : source.read(mostBytes).split('\n')) {
+    for (const QByteArray &piece : source.read(mostFileBytes).split('\n')) {
         const QByteArray line = piece.trimmed();
         if (line.startsWith('[') && line.endsWith(']'))
             group = &groups[line.sliced(1, line.size() - 2)];
@@ -137,7 +137,7 @@ std::vector<std::vector<std::string>> DesktopEntry::commandLines(const std::vect
             if (isCode(word, u"fFuU")) {
                 const bool asUrl = word[1] == u'u' || word[1] == u'U';
                 for (const Location &one : opened)
-                    made.push_back(asUrl ? urlOf(one) : one.native());
+                    made.push_back(asUrl ? urlWord(one) : one.native());
             } else if (word == QStringLiteral("%i")) {
                 if (!icon.isEmpty())
                     made.insert(made.end(), {"--icon", icon.toStdString()});
