@@ -51,7 +51,7 @@ QString sizeText(qint64 bytes)
     constexpr std::array units{Unit{u"Byte", 0}, Unit{u"KB", 0}, Unit{u"MB", 1},
                                Unit{u"GB", 2},   Unit{u"TB", 2}, Unit{u"PB", 2}};
     std::size_t unit = 0;
-    double value = static_cast<double>(bytes);
+    auto value = static_cast<double>(bytes);
     // 999,6 KB would be written "1.000 KB": the next unit takes over as soon as rounding reaches it.
     while (unit + 1 < units.size() && value >= (unit == 0 ? 1000.0 : 999.5)) {
         value /= 1000.0;

@@ -34,9 +34,9 @@ Instant instantFrom(const timespec &time)
     return clamped(seconds(time.tv_sec), nanoseconds(time.tv_nsec));
 }
 
-Instant instantFromMilliseconds(qint64 value)
+Instant instantFromMilliseconds(qint64 milliseconds)
 {
-    const milliseconds since(value);
+    const std::chrono::milliseconds since(milliseconds);
     return clamped(floor<seconds>(since), since - floor<seconds>(since));
 }
 
@@ -45,10 +45,10 @@ double storedSeconds(Instant instant)
     return duration<double>(instant - Instant(storedEpoch)).count();
 }
 
-Instant instantFromStoredSeconds(double value)
+Instant instantFromStoredSeconds(double seconds)
 {
     // Microseconds: finer digits of a double of this size are noise.
-    return Instant(storedEpoch) + microseconds(std::llround(value * 1e6));
+    return Instant(storedEpoch) + microseconds(std::llround(seconds * 1e6));
 }
 
 QString isoText(Instant instant)
