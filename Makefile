@@ -4,22 +4,36 @@
 # is no display a check by the rules.
 ARGS ?= $(if $(DISPLAY)$(WAYLAND_DISPLAY),,pruefen)
 
-.PHONY: build run test lint format bench soak clean help
+# The folder of tests/ that "make test" is to run alone, for example: make test ROOM=Agent
+ROOM ?=
+
+.PHONY: setup build run test lint format coverage bench soak clean help
 .DEFAULT_GOAL := build
 
-build:
-	@tools/setup build
-	@tools/build release
+setup:
+	@tools/timed "Set-up" tools/setup build
+
+build: setup
+	@tools/timed "Programs, from scratch about 5 minutes on two cores" tools/build release --target programs
 
 run: build
 	@build/release/bin/brellin $(ARGS)
 
-test: build
-	@ctest --preset release --parallel "$$(getconf _NPROCESSORS_ONLN)"
+test: setup
+	@tools/timed "Programs and tests, from scratch about 10 minutes on two cores" \
+	    tools/build release $(if $(ROOM),--target tests_$(ROOM))
+	@tools/timed "Tests" \
+	    ctest --preset release --parallel "$$(getconf _NPROCESSORS_ONLN)" $(if $(ROOM),--label-regex '^$(ROOM)$$')
 
+# With SINCE=COMMIT only what changed since.
 lint:
 	@tools/setup build format lint
-	@tools/lint
+	@tools/lint $(if $(SINCE),--since $(SINCE))
+
+coverage:
+	@tools/setup build
+	@tools/build coverage
+	@tools/coverage
 
 format:
 	@tools/setup format
@@ -42,11 +56,12 @@ clean:
 	@rm -rf build
 
 help:
-	@echo 'make build    install what is missing and build the program into build/release'
+	@echo 'make build    install what is missing and build the programs into build/release'
 	@echo 'make run      build, then run it; ARGS="..." are its arguments (without: the window)'
-	@echo 'make test     build, then run all tests'
-	@echo 'make lint     check layout and code with clang-format and clang-tidy'
+	@echo 'make test     build, then run all tests; ROOM=... those of one folder of tests/'
+	@echo 'make lint     check layout and code with clang-format and clang-tidy; SINCE=COMMIT only what changed since'
 	@echo 'make format   lay the source out as clang-format wants it'
+	@echo 'make coverage how much of each room the tests reach'
 	@echo 'make bench    measure, also against programs of the same kind'
 	@echo 'make soak     kill and disturb the program on volumes of every kind (as root, an hour); ARGS="..." choose a part'
 	@echo 'make clean    remove everything that was built'

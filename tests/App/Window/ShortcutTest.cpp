@@ -1,4 +1,4 @@
-#include "WindowWorld.h"
+#include "App/Window/WindowWorld.h"
 
 #include "App/Window/EditableFocus.h"
 #include "App/Window/WindowCommands.h"

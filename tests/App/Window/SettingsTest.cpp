@@ -1,4 +1,4 @@
-#include "App/Start/WindowWorld.h"
+#include "App/Window/WindowWorld.h"
 
 #include "App/Window/SettingsSheet.h"
 #include "Sidebar/Screens/SidebarView.h"

@@ -1,4 +1,4 @@
-#include "WindowWorld.h"
+#include "App/Window/WindowWorld.h"
 
 #include "App/Window/FileCommands.h"
 #include "App/Window/Notices.h"

@@ -1,4 +1,4 @@
-#include "WindowWorld.h"
+#include "App/Window/WindowWorld.h"
 
 #include "App/Window/DesktopPasteboard.h"
 #include "Look/Cards.h"
