@@ -39,6 +39,9 @@ ReservedName clearReservedName(const RunServices &services, const JournalledStep
     if (!found)
         return found.error().is(std::errc::no_such_file_or_directory) ? ReservedName::Settled : ReservedName::Unclear;
     const Result<FileAttributes> entry = readAttributes(reserve.entry);
+    // Where a rename works by a hard link the entry has both names for a moment: its new one goes.
+    if (entry && found->isFile() && found->identity == entry->identity)
+        return services.files.removeOwnCopy(reserve.name) ? ReservedName::Cleared : ReservedName::Unclear;
     const bool entryStays = entry && isUnchanged(reserve.mark, *entry);
     const bool arrived = !entryStays && isUnchanged(reserve.mark, *found);
     if (!found->isFile() || found->size > 0 || !entry || arrived)

@@ -13,28 +13,40 @@ protected:
         world.clock.time = SystemClock().now();
         world.files().reserving = true;
     }
+
+    /// Kills a run, and then an undo, at every moment.
+    void expectOneNameAfterAnyKill()
+    {
+        bool undoing = false;
+        for (int n = 0;; ++n) {
+            SCOPED_TRACE(testing::Message() << (undoing ? "undo " : "run ") << n);
+            const std::optional<JournalRun> run = undoing ? execute(everything())->run : std::nullopt;
+            const bool finished = survives(n, [&] { run ? (void)undo(*run) : (void)execute(everything()); });
+            recoverInterruptedRuns(world.services());
+            EXPECT_TRUE(undoing || !world.hasJournals());
+            expectEveryByte();
+            undoAll();
+            EXPECT_EQ(world.leftovers(), 0);
+            ASSERT_EQ(world.snapshot(), before);
+            if (finished && undoing)
+                break;
+            n = finished ? -1 : n;
+            undoing = undoing || finished;
+        }
+    }
 };
 
 } // namespace
 
 TEST_F(NameReserveTest, leavesNoReservedNameBehindAfterAKillAtAnyMoment)
 {
-    bool undoing = false;
-    for (int n = 0;; ++n) {
-        SCOPED_TRACE(testing::Message() << (undoing ? "undo " : "run ") << n);
-        const std::optional<JournalRun> run = undoing ? execute(everything())->run : std::nullopt;
-        const bool finished = survives(n, [&] { run ? (void)undo(*run) : (void)execute(everything()); });
-        recoverInterruptedRuns(world.services());
-        EXPECT_TRUE(undoing || !world.hasJournals());
-        expectEveryByte();
-        undoAll();
-        EXPECT_EQ(world.leftovers(), 0);
-        ASSERT_EQ(world.snapshot(), before);
-        if (finished && undoing)
-            break;
-        n = finished ? -1 : n;
-        undoing = undoing || finished;
-    }
+    expectOneNameAfterAnyKill();
+}
+
+TEST_F(NameReserveTest, leavesNoSecondNameBehindWhereARenameWorksByAHardLink)
+{
+    world.files().linking = true;
+    expectOneNameAfterAnyKill();
 }
 
 TEST_F(NameReserveTest, touchesNoEmptyFileThatMayBeSomebodyElses)

@@ -23,13 +23,17 @@ Result<void> FaultyFileActions::renameOverReserve(const Location &from, const Lo
     const Result<void> reserved = m_plan.change<void>([&]() -> Result<void> {
         if (S_ISDIR(status.st_mode))
             return entryExists(to) ? Result<void>(failure(Failure::system(EEXIST))) : Result<void>();
+        if (linking)
+            return ::link(from.c_str(), to.c_str()) == 0 ? Result<void>() : failure(Failure::lastSystem());
         const int file = ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
         return file < 0 || ::close(file) != 0 ? Result<void>(failure(Failure::lastSystem())) : Result<void>();
     });
     if (!reserved)
         return reserved;
     const Result<void> renamed = m_plan.change<void>([&]() -> Result<void> {
-        return ::rename(from.c_str(), to.c_str()) == 0 ? Result<void>() : failure(Failure::lastSystem());
+        const bool linked = linking && !S_ISDIR(status.st_mode);
+        const int failed = linked ? ::unlink(from.c_str()) : ::rename(from.c_str(), to.c_str());
+        return failed == 0 ? Result<void>() : failure(Failure::lastSystem());
     });
     if (!renamed && !S_ISDIR(status.st_mode))
         ::unlink(to.c_str());

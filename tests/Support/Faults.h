@@ -63,6 +63,8 @@ public:
     /// Renames files as on volumes with neither exclusive rename nor hard links, in two changes: an empty file keeps the name
     /// free, the entry goes over it.
     bool reserving = false;
+    /// With that: as on volumes that know hard links, in two changes: the entry has both names, then the new one only.
+    bool linking = false;
     /// Called after each copy, so that a test can spoil it.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
     /// Called before each flush of an entry.
