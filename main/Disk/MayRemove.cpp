@@ -26,7 +26,17 @@ Result<void> checkMayRemove(const Location &entry)
 {
     const FileAttributes attributes = TRY(readAttributes(entry));
     TRY(checkMayChange(standardised(entry).parent_path()));
-    return attributes.isFolder() ? checkMayChange(entry) : Result<void>();
+    return attributes.isFolder() ? checkMayEmpty(entry) : Result<void>();
+}
+
+Result<void> checkMayEmpty(const Location &folder)
+{
+    Result<void> may = checkMayChange(folder);
+    const bool refused =
+        !may && (may.error().is(std::errc::permission_denied) || may.error().is(std::errc::operation_not_permitted) ||
+                 may.error().is(std::errc::read_only_file_system));
+    std::error_code unknown;
+    return refused && !std::filesystem::is_empty(folder, unknown) ? may : Result<void>();
 }
 
 } // namespace brellin

@@ -9,4 +9,7 @@ namespace brellin {
 /// the volume tell: to be known before a copy is made for that.
 Result<void> checkMayRemove(const Location &entry);
 
+/// The same of what lies directly in a folder. An empty one has nothing to give up; what cannot be told is no failure.
+Result<void> checkMayEmpty(const Location &folder);
+
 } // namespace brellin

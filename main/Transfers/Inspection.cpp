@@ -2,6 +2,7 @@
 
 #include "Base/German.h"
 #include "Disk/FreeName.h"
+#include "Disk/MayRemove.h"
 #include "Disk/Walk.h"
 #include "Transfers/TargetLimits.h"
 #include "Transfers/TransferEngine.h"
@@ -26,7 +27,12 @@ TargetLimits limitsOf(const Location &folder, const Volumes &volumes)
 /// One look through the sources that are to be copied.
 class Inspector {
 public:
-    Inspector(TargetLimits limits, const JobControl &control) : m_limits(limits), m_control(control) {}
+    Inspector(TargetLimits limits, TransferKind kind, const JobControl &control)
+        : m_limits(limits)
+        , m_kind(kind)
+        , m_control(control)
+    {
+    }
 
     void inspect(const TransferStep &step)
     {
@@ -74,8 +80,12 @@ private:
         const std::int64_t before = m_space;
         std::mutex mutex;
         const auto visit = [&](const WalkEntry &entry, int) {
+            const bool givesUp = m_kind == TransferKind::Move && entry.attributes.isFolder();
+            const Result<void> may = givesUp ? checkMayEmpty(entry.location()) : Result<void>();
             const std::scoped_lock lock(mutex);
             look(entry);
+            if (!may)
+                noteAtTheSource(relative(entry), may.error());
             return WalkStep::Continue;
         };
         // What cannot be read shows as a failure when its turn comes.
@@ -134,6 +144,12 @@ private:
         return shown(entry.location().lexically_relative(m_source->parent_path()));
     }
 
+    void noteAtTheSource(const QString &shownAs, const Failure &why)
+    {
+        note(shownAs + QStringLiteral(": ") + why.message);
+        ++m_result.atTheSource;
+    }
+
     void note(const QString &line)
     {
         ++m_faults;
@@ -142,6 +158,7 @@ private:
     void hinder() { m_result.hindered.insert(m_result.sizes.size() - 1); }
 
     const TargetLimits m_limits;
+    const TransferKind m_kind;
     const JobControl &m_control;
     Inspection m_result;
     const Location *m_source = nullptr;
@@ -168,7 +185,8 @@ std::optional<ObstacleQuestion> Inspection::question() const
     if (obstacles.isEmpty())
         return std::nullopt;
     return ObstacleQuestion{obstacles.mid(0, static_cast<qsizetype>(ObstacleQuestion::shownAtMost)),
-                            static_cast<std::size_t>(obstacles.size()), hinderedNames, hindersFolders};
+                            static_cast<std::size_t>(obstacles.size()), hinderedNames, hindersFolders,
+                            obstacles.size() == atTheSource};
 }
 
 Inspection Inspection::withoutHindered(std::vector<TransferStep> &steps) const
@@ -191,7 +209,7 @@ Result<Inspection> inspectSteps(const std::vector<TransferStep> &steps, Transfer
     if (steps.empty())
         return Inspection{};
     const Location folder = steps.front().dst.parent_path();
-    Inspector inspector(limitsOf(folder, services.volumes), control);
+    Inspector inspector(limitsOf(folder, services.volumes), kind, control);
     const auto deadline = std::chrono::steady_clock::now() + (services.volumes.isLocal(folder) ? brief : brief.zero());
     for (const TransferStep &step : steps) {
         if (kind == TransferKind::Move && services.volumes.same(step.src, folder))

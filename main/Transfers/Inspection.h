@@ -16,7 +16,8 @@ namespace brellin {
 /// What a look through all sources before the first byte has found.
 struct Inspection {
     std::vector<TransferSize> sizes; ///< of the steps, in their order
-    QStringList obstacles;           ///< lines of what the destination cannot take
+    QStringList obstacles;           ///< lines of what the destination cannot take, or a source cannot give up …
+    qsizetype atTheSource = 0;       ///< … and how many of the latter
     std::set<std::size_t> hindered;  ///< the steps with obstacles …
     QStringList hinderedNames;       ///< … their sources
     bool hindersFolders = false;     ///< … and whether one of those is a folder
@@ -28,7 +29,8 @@ struct Inspection {
 };
 
 /// Measures all steps and looks for what the destination cannot take: names, sizes, names that fall together, too little free
-/// space. A move within a volume is one rename: it is measured for a moment at most, and has no obstacles. On a worker. Fails only when cancelled.
+/// space; of a move also for folders in the sources that nothing can be taken away from. A move within a volume is one rename:
+/// it is measured for a moment at most, and has no obstacles. On a worker. Fails only when cancelled.
 Result<Inspection> inspectSteps(const std::vector<TransferStep> &steps, TransferKind kind,
                                 const TransferServices &services, const JobControl &control);
 

@@ -69,7 +69,8 @@ QString leftOutHint(const ObstacleQuestion &question)
 QuestionText textOf(const ObstacleQuestion &question)
 {
     QuestionText text;
-    text.message = QStringLiteral("Nicht alles passt an dieses Ziel");
+    text.message = question.onlyAtTheSource ? QStringLiteral("Nicht alles lässt sich vom alten Ort entfernen")
+                                            : QStringLiteral("Nicht alles passt an dieses Ziel");
     text.informative = question.lines.join(u'\n');
     if (question.count > static_cast<std::size_t>(question.lines.size()))
         text.informative +=

@@ -49,6 +49,7 @@ struct ObstacleQuestion {
     /// The selected entries that "Diese auslassen" leaves out, each as a whole.
     QStringList leftOut;
     bool foldersLeftOut = false;
+    bool onlyAtTheSource = false; ///< the destination could take everything
 
     bool operator==(const ObstacleQuestion &) const = default;
 };

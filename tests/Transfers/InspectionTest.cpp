@@ -1,5 +1,6 @@
 #include "Transfers/Inspection.h"
 
+#include "Support/PrivateMount.h"
 #include "TransferWorld.h"
 #include "Transfers/TargetLimits.h"
 #include "Transfers/TransferTexts.h"
@@ -78,6 +79,28 @@ TEST_F(InspectionTest, findsWhatAStickCannotHold)
     EXPECT_FALSE(rest.question());
     // The same on an ordinary volume.
     EXPECT_FALSE(inspect({"gut", "Fotos", "GUT", "tief", "groß"}, world.tree().path("home"))->question());
+}
+
+TEST_F(InspectionTest, findsFoldersDeepInASourceThatGiveNothingUp)
+{
+    world.tree().lines({"home/Fotos/tief/fest/", "home/Fotos/leer/", "home/b=1"});
+    const PrivateMount full(world.home("Fotos/tief/fest"), "tmpfs", "size=1m");
+    const PrivateMount empty(world.home("Fotos/leer"), "tmpfs", "size=1m");
+    if (!full || !empty)
+        GTEST_SKIP() << "only root mounts";
+    world.tree().lines({"home/Fotos/tief/fest/x=1"});
+    ASSERT_TRUE(full.makeReadOnly() && empty.makeReadOnly());
+    const Location disk = world.tree().path("disk");
+    const Result<Inspection> found = inspect({"Fotos", "b"}, disk, TransferKind::Move);
+    ASSERT_EQ(found->obstacles.size(), 1);
+    EXPECT_TRUE(found->obstacles[0].startsWith(QStringLiteral(
+        "Fotos/tief/fest: Das Original lässt sich nicht entfernen, denn in „fest“ kann nichts geändert werden")));
+    EXPECT_EQ(found->hindered, std::set<std::size_t>{0});
+    TransferQuestion question;
+    question.about = *found->question();
+    EXPECT_EQ(textOf(question).message, QStringLiteral("Nicht alles lässt sich vom alten Ort entfernen"));
+    // A copy takes nothing away.
+    EXPECT_FALSE(inspect({"Fotos", "b"}, disk, TransferKind::Copy)->question());
 }
 
 TEST_F(InspectionTest, missesRoomForWhatComesLastAndCountsLinksOnce)
