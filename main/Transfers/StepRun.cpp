@@ -2,6 +2,7 @@
 
 #include "Disk/MayRemove.h"
 #include "Disk/SpareDescriptors.h"
+#include "Transfers/AwaitedFlush.h"
 
 #include <algorithm>
 
@@ -133,8 +134,8 @@ Result<WrittenVolume *> StepRun::volumeFor(const Location &folder)
 {
     auto known = m_written.find(folder);
     if (known == m_written.end())
-        known = m_written.emplace(folder, TRY(WrittenVolume::open(folder))).first;
-    return &known->second;
+        known = m_written.emplace(folder, std::make_shared<WrittenVolume>(TRY(WrittenVolume::open(folder)))).first;
+    return known->second.get();
 }
 
 Result<void> StepRun::flush()
@@ -142,8 +143,10 @@ Result<void> StepRun::flush()
     m_state.setFlushing(true);
     Result<void> flushed;
     for (const auto &[folder, volume] : m_written) {
-        const Result<void> one = m_services.files.flushVolume(volume);
-        if (!one && m_moved.empty())
+        const Result<void> one = awaitFlush(m_services.files, volume, m_state);
+        if (!one && one.error().isCancelled())
+            outcome.errors << errorLine(folder, one.error());
+        else if (!one && m_moved.empty())
             outcome.errors << errorLine(folder,
                                         {QStringLiteral("Der Datenträger hat nicht alles geschrieben, was "
                                                         "kopiert wurde; das sollte noch einmal kopiert werden: ") +

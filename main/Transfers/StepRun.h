@@ -67,7 +67,7 @@ private:
     const TransferKind m_kind;
     TransferState &m_state;
     TransferLog m_log;
-    std::map<Location, WrittenVolume> m_written; ///< by the folder that was written into
+    std::map<Location, std::shared_ptr<WrittenVolume>> m_written; ///< by the folder that was written into
     std::vector<Moved> m_moved;
     StayingEntries m_staying;
 };

@@ -1,8 +1,11 @@
+#include "Base/OpenWork.h"
 #include "Disk/HiddenFolder.h"
 #include "TransferWorld.h"
 #include "Transfers/Leftovers.h"
 
 #include <gtest/gtest.h>
+
+#include <future>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -301,6 +304,31 @@ TEST(TransferEngineMoveTest, keepsTheSourcesWhenCancelledWhileTheDiskWrites)
     }
     EXPECT_FALSE(outcome.done[0].moved || outcome.done[1].moved);
     EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST_P(TransferEngineTest, waitsNotForADiskThatNeverAnswersOnceCancelled)
+{
+    const auto world = fresh();
+    if (GetParam().kind == TransferKind::Move && GetParam().across == Across::OneVolume)
+        return; // nothing to flush
+    std::promise<void> disk;
+    TransferState state;
+    world->files.beforeVolumeFlush = [&] {
+        state.cancel();
+        disk.get_future().wait();
+    };
+    const TransferOutcome outcome = TransferEngine(world->services()).run(world->steps(), world->kind, state);
+    ASSERT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(outcome.errors,
+              QStringList(QStringLiteral("Ziel: Ob der Datenträger alles geschrieben hat, ist nicht bekannt; das "
+                                         "Warten darauf wurde abgebrochen.")));
+    for (const TransferredEntry &one : outcome.done) {
+        EXPECT_FALSE(one.moved);
+        EXPECT_TRUE(entryExists(one.src));
+    }
+    EXPECT_FALSE(state.progress().flushing);
+    disk.set_value();
+    EXPECT_TRUE(OpenWork::wait(std::chrono::seconds(60)));
 }
 
 TEST(TransferEngineMoveTest, takesPartsOfOneSourceInTheirOrder)
