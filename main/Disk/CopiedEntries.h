@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/SourceStatus.h"
@@ -56,11 +57,13 @@ private:
 /// never through a link and never into another mount. Where times alone do not prove that an entry is unchanged, its content
 /// is compared with the copy's, and its rights and attributes with those that were copied. Nothing goes whose copy is not there
 /// with its kind and size. Gives the entries that stay because they are new, were changed since, or are not in the copy; fails
-/// with the first reason why anything else stays, after having removed the rest.
-Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied, const Location &copy);
+/// with the first reason why anything else stays, after having removed the rest. Cancelled, it compares but little more content:
+/// what would have to be compared stays, and that is the failure.
+Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied, const Location &copy,
+                                           const JobControl *control = nullptr);
 
 /// What `removeCopied` would leave because it is new or was changed since; removes nothing.
 Result<std::vector<Location>> changedSinceCopy(const Location &source, const CopiedEntries &copied,
-                                               const Location &copy);
+                                               const Location &copy, const JobControl *control = nullptr);
 
 } // namespace brellin

@@ -1,8 +1,7 @@
 #include "Disk/CopyRest.h"
 
-#include "Disk/CopyTreeFolders.h"
+#include "Disk/KeepingRemoval.h"
 #include "Disk/MetadataMark.h"
-#include "Disk/RemovalWalk.h"
 #include "Disk/SameBytes.h"
 #include "Disk/SourceStatus.h"
 
@@ -14,41 +13,22 @@ namespace brellin {
 
 namespace {
 
-/// Removes what the copy holds and keeps the names of the rest.
-class RestRemoval : private RemovalWalk {
+/// Removes what the copy holds.
+class RestRemoval : public KeepingRemoval {
 public:
     RestRemoval(Location source, EntryPlace copy, Instant since)
-        : m_source(std::move(source))
+        : KeepingRemoval(std::move(source))
         , m_copy(std::move(copy))
         , m_since(since)
     {
     }
 
-    Result<std::vector<Location>> run(NameIn top)
-    {
-        TRY(RemovalWalk::run(top, 0));
-        return std::move(m_kept);
-    }
-
 private:
-    bool mayGo(NameIn entry, std::uint64_t, const struct stat &now) override
-    {
-        const bool held = isHeld(entry, now).value_or(false);
-        if (!held)
-            m_kept.push_back(placeOf(entry.name, m_source));
-        return held;
-    }
-
-    /// What is in it has been named, or came this very moment.
-    void filled(std::string_view name) override
-    {
-        if (m_kept.empty() && !failed())
-            m_kept.push_back(placeOf(name, m_source));
-    }
+    Result<bool> goes(NameIn entry, std::uint64_t, const struct stat &now) override { return isHeld(entry, now); }
 
     Result<bool> isHeld(NameIn entry, const struct stat &now) const
     {
-        const EntryPlace copy = TRY(copyOf(entry));
+        const EntryPlace copy = TRY(counterpartOf(entry, m_copy));
         const struct stat there = TRY(statusOf(copy.at()));
         if ((there.st_mode & S_IFMT) != (now.st_mode & S_IFMT) || sameEntry(there, now))
             return false;
@@ -76,19 +56,8 @@ private:
         return sameEntry(after, now) && sameTimesAndSize(after, now);
     }
 
-    /// Where the copy of an entry in the folder at hand lies.
-    Result<EntryPlace> copyOf(NameIn entry) const
-    {
-        if (atTop())
-            return EntryPlace{TRY(openFolderPlace(NameIn{m_copy.folder.number(), "."})), m_copy.name};
-        const Descriptor top = TRY(openFolderPlace(m_copy.at()));
-        return EntryPlace{TRY(openFolderBelow(top.number(), relativeFolder())), entry.name};
-    }
-
-    Location m_source;
     EntryPlace m_copy;
     Instant m_since;
-    std::vector<Location> m_kept;
 };
 
 } // namespace
@@ -96,7 +65,7 @@ private:
 Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since)
 {
     const EntryPlace place = TRY(openPlace(source));
-    return RestRemoval(standardised(source), TRY(openPlace(copy)), since).run(place.at());
+    return RestRemoval(standardised(source), TRY(openPlace(copy)), since).run(place.at(), 0);
 }
 
 } // namespace brellin

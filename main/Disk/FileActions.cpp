@@ -56,9 +56,9 @@ Result<void> DiskFileActions::removeOwnCopy(const Location &location)
 }
 
 Result<std::vector<Location>> DiskFileActions::removeCopied(const Location &source, const CopiedEntries &copied,
-                                                            const Location &copy)
+                                                            const Location &copy, const JobControl *control)
 {
-    return brellin::removeCopied(source, copied, copy);
+    return brellin::removeCopied(source, copied, copy, control);
 }
 
 Result<void> DiskFileActions::removeForGood(const Location &entry)

@@ -30,14 +30,15 @@ public:
     virtual Result<void> removeOwnCopy(const Location &location) = 0;
     /// As `removeCopied`.
     virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
-                                                       const Location &copy) = 0;
+                                                       const Location &copy, const JobControl *control) = 0;
     /// As `removeHeldByCopy`.
     virtual Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
                                                            Instant since) = 0;
     /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
     /// user's own yes to exactly that; never for an assistant.
     virtual Result<void> removeForGood(const Location &entry) = 0;
-    /// As `removeSeen`, under the same conditions.
+    /// As `removeSeen`. On the user's own yes to exactly that; an assistant's, of a copy that it made itself and whose original
+    /// was just seen to hold the same.
     virtual Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) = 0;
     /// Creates one folder; `errc::file_exists` where anything has the name.
     virtual Result<void> createFolder(const Location &folder) = 0;
@@ -64,7 +65,7 @@ public:
     Result<void> flushVolume(const WrittenVolume &volume) override;
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
-                                               const Location &copy) override;
+                                               const Location &copy, const JobControl *control) override;
     Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
                                                    Instant since) override;
     Result<void> removeForGood(const Location &entry) override;

@@ -102,6 +102,14 @@ Location RemovalWalk::placeOf(std::string_view name, const Location &top) const
     return top / relativeFolder() / name;
 }
 
+Result<EntryPlace> RemovalWalk::counterpartOf(NameIn entry, const EntryPlace &otherTop) const
+{
+    if (m_levels.empty())
+        return EntryPlace{TRY(openFolderPlace(NameIn{otherTop.folder.number(), "."})), otherTop.name};
+    const Descriptor top = TRY(openFolderPlace(otherTop.at()));
+    return EntryPlace{TRY(openFolderBelow(top.number(), relativeFolder())), entry.name};
+}
+
 std::string RemovalWalk::relativeFolder() const
 {
     std::string path;

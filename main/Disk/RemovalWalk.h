@@ -44,6 +44,8 @@ protected:
     std::string relativeFolder() const;
     /// Of a name in the folder at hand, if the walk began at `top`.
     Location placeOf(std::string_view name, const Location &top) const;
+    /// Where that entry stands in another tree of the same shape.
+    Result<EntryPlace> counterpartOf(NameIn entry, const EntryPlace &otherTop) const;
 
 private:
     struct Level {

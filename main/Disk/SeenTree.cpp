@@ -1,7 +1,7 @@
 #include "Disk/SeenTree.h"
 
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/RemovalWalk.h"
+#include "Disk/KeepingRemoval.h"
 #include "Disk/Walk.h"
 
 #include <algorithm>
@@ -29,36 +29,15 @@ std::uint64_t markBelow(std::uint64_t top, const Location &relative)
     return mark;
 }
 
-/// Removes what is still as it was seen and keeps the names of the rest.
-class SeenRemoval : private RemovalWalk {
+/// Removes what is still as it was seen.
+class SeenRemoval : public KeepingRemoval {
 public:
-    SeenRemoval(Location entry, const SeenTree &seen) : m_entry(std::move(entry)), m_seen(seen) {}
-
-    Result<std::vector<Location>> run(NameIn top)
-    {
-        TRY(RemovalWalk::run(top, m_seen.top()));
-        return std::move(m_kept);
-    }
+    SeenRemoval(Location entry, const SeenTree &seen) : KeepingRemoval(std::move(entry)), m_seen(seen) {}
 
 private:
-    bool mayGo(NameIn entry, std::uint64_t path, const struct stat &now) override
-    {
-        const bool seen = m_seen.holds(path, now);
-        if (!seen)
-            m_kept.push_back(placeOf(entry.name, m_entry));
-        return seen;
-    }
+    Result<bool> goes(NameIn, std::uint64_t path, const struct stat &now) override { return m_seen.holds(path, now); }
 
-    /// What is in it has been named, or came this very moment.
-    void filled(std::string_view name) override
-    {
-        if (m_kept.empty() && !failed())
-            m_kept.push_back(placeOf(name, m_entry));
-    }
-
-    Location m_entry;
     const SeenTree &m_seen;
-    std::vector<Location> m_kept;
 };
 
 } // namespace
@@ -111,7 +90,7 @@ bool SeenTree::holds(std::uint64_t path, const struct stat &now) const
 Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen)
 {
     const EntryPlace place = TRY(openPlace(entry));
-    return SeenRemoval(standardised(entry), seen).run(place.at());
+    return SeenRemoval(standardised(entry), seen).run(place.at(), seen.top());
 }
 
 } // namespace brellin

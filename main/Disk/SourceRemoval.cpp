@@ -1,7 +1,7 @@
 #include "Disk/CopiedEntries.h"
 
+#include "Disk/KeepingRemoval.h"
 #include "Disk/MetadataMark.h"
-#include "Disk/RemovalWalk.h"
 #include "Disk/SameBytes.h"
 
 #include <map>
@@ -15,40 +15,25 @@ namespace brellin {
 namespace {
 
 /// Goes through a source that was copied, and keeps what is not as it was then.
-class SourceWalk : private RemovalWalk {
+class SourceWalk : public KeepingRemoval {
 public:
     enum class Act { Remove, Look };
-    SourceWalk(Act act, Location source, const CopiedEntries &copied, EntryPlace copy)
-        : m_act(act)
-        , m_source(std::move(source))
+    SourceWalk(Act act, Location source, const CopiedEntries &copied, EntryPlace copy, const JobControl *control)
+        : KeepingRemoval(std::move(source))
+        , m_act(act)
         , m_copied(copied)
         , m_copy(std::move(copy))
+        , m_control(control)
     {
-    }
-
-    Result<std::vector<Location>> run(NameIn top)
-    {
-        TRY(RemovalWalk::run(top, m_copied.top()));
-        return std::move(m_kept);
     }
 
 private:
-    bool mayGo(NameIn entry, std::uint64_t path, const struct stat &now) override
+    Result<bool> goes(NameIn entry, std::uint64_t path, const struct stat &now) override
     {
         const CopiedEntries::Entry *const copied = m_copied.find(path, now);
-        const bool asCopied = copied && isInCopy(entry, now).value_or(false) &&
-                              (m_copied.isProvenBy(*copied, now) || isChangedByUs(now) ||
-                               isStillTheSame(entry, *copied, now).value_or(false));
-        if (!asCopied)
-            m_kept.push_back(placeOf(entry.name, m_source));
-        return asCopied;
-    }
-
-    /// What is in it has been named, or came this very moment.
-    void filled(std::string_view name) override
-    {
-        if (m_kept.empty() && !failed())
-            m_kept.push_back(placeOf(name, m_source));
+        if (!copied || !TRY(isInCopy(entry, now)))
+            return false;
+        return m_copied.isProvenBy(*copied, now) || isChangedByUs(now) || TRY(isStillTheSame(entry, *copied, now));
     }
 
     Result<void> removeFile(NameIn entry, const struct stat &now) override
@@ -80,7 +65,7 @@ private:
     /// The copy may have been at anybody's hands for as long as the transfer took.
     Result<bool> isInCopy(NameIn entry, const struct stat &now) const
     {
-        const EntryPlace place = TRY(copyOf(entry));
+        const EntryPlace place = TRY(counterpartOf(entry, m_copy));
         const struct stat copy = TRY(statusOf(place.at()));
         const bool sized = !S_ISREG(now.st_mode) || copy.st_size == now.st_size;
         return (copy.st_mode & S_IFMT) == (now.st_mode & S_IFMT) && sized && !sameEntry(copy, now);
@@ -103,57 +88,57 @@ private:
 
     Result<bool> isStillTheLink(NameIn entry, const CopiedEntries::Entry &copied, const struct stat &now) const
     {
-        const EntryPlace copy = TRY(copyOf(entry));
+        const EntryPlace copy = TRY(counterpartOf(entry, m_copy));
         return MetadataMark(now).number() == copied.mark && sameLinkTarget(entry, copy.at());
     }
 
-    Result<bool> hasContentOfCopy(const Descriptor &original, NameIn entry, const struct stat &now) const
+    Result<bool> hasContentOfCopy(const Descriptor &original, NameIn entry, const struct stat &now)
     {
-        const EntryPlace place = TRY(copyOf(entry));
+        const EntryPlace place = TRY(counterpartOf(entry, m_copy));
         const Descriptor copy = TRY(openForReading(place.at()));
         const SourceStatus first = TRY(SourceStatus::ofOpen(original.number()));
         const SourceStatus second = TRY(SourceStatus::ofOpen(copy.number()));
         if (!sameEntry(first.status, now) || sameEntry(second.status, now))
             return false;
-        return sameBytes(original.number(), copy.number(), now.st_size);
+        return sameBytes(original.number(), copy.number(), now.st_size, [this] { return comparedPiece(); });
     }
 
-    /// Where the copy of an entry in the folder at hand lies.
-    Result<EntryPlace> copyOf(NameIn entry) const
+    Result<void> comparedPiece()
     {
-        if (atTop())
-            return EntryPlace{TRY(openFolderPlace(NameIn{m_copy.folder.number(), "."})), m_copy.name};
-        const Descriptor top = TRY(openFolderPlace(m_copy.at()));
-        return EntryPlace{TRY(openFolderBelow(top.number(), relativeFolder())), entry.name};
+        if (m_control && m_control->cancelled() && --m_piecesAfterCancel < 0)
+            return failure(Failure::cancelled());
+        return {};
     }
 
     const Act m_act;
-    Location m_source;
     const CopiedEntries &m_copied;
     EntryPlace m_copy;
+    const JobControl *m_control; ///< may be null
+    /// So that what was copied before a cancel is brought to its end where that takes but a moment.
+    int m_piecesAfterCancel = 64;
     std::map<std::pair<dev_t, ino_t>, struct stat>
         m_changedByUs; ///< files with several names, as our removal left them
-    std::vector<Location> m_kept;
 };
 
 Result<std::vector<Location>> walkSource(SourceWalk::Act act, const Location &source, const CopiedEntries &copied,
-                                         const Location &copy)
+                                         const Location &copy, const JobControl *control)
 {
     const EntryPlace place = TRY(openPlace(source));
-    return SourceWalk(act, standardised(source), copied, TRY(openPlace(copy))).run(place.at());
+    return SourceWalk(act, standardised(source), copied, TRY(openPlace(copy)), control).run(place.at(), copied.top());
 }
 
 } // namespace
 
-Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied, const Location &copy)
+Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied, const Location &copy,
+                                           const JobControl *control)
 {
-    return walkSource(SourceWalk::Act::Remove, source, copied, copy);
+    return walkSource(SourceWalk::Act::Remove, source, copied, copy, control);
 }
 
 Result<std::vector<Location>> changedSinceCopy(const Location &source, const CopiedEntries &copied,
-                                               const Location &copy)
+                                               const Location &copy, const JobControl *control)
 {
-    return walkSource(SourceWalk::Act::Look, source, copied, copy);
+    return walkSource(SourceWalk::Act::Look, source, copied, copy, control);
 }
 
 } // namespace brellin

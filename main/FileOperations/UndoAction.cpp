@@ -110,7 +110,7 @@ private:
     /// What was written there meanwhile is nowhere else.
     Result<void> giveUpCopied(const ActionEntry &entry, const CopiedEntries &copied)
     {
-        if (!TRY(changedSinceCopy(entry.to, copied, entry.from)).empty())
+        if (!TRY(changedSinceCopy(entry.to, copied, entry.from, &m_control)).empty())
             return failure(QStringLiteral("Das hat sich inzwischen geändert."));
         TRY(m_services.trash.put(entry.to));
         return {};

@@ -260,9 +260,13 @@ bool StepRun::asksAgainAbout(const TransferStep &step) const
 
 bool StepRun::giveUpSource(const TransferStep &step, const CopiedEntries &copied)
 {
-    const Result<std::vector<Location>> kept = m_services.files.removeCopied(step.src, copied, step.dst);
+    const Result<std::vector<Location>> kept =
+        m_services.files.removeCopied(step.src, copied, step.dst, &m_state.control());
     if (!kept) {
-        const QString stays = QStringLiteral("Kopiert, aber das Original ließ sich nicht ganz entfernen: ");
+        const QString stays =
+            kept.error().isCancelled()
+                ? QStringLiteral("Kopiert; was am alten Ort noch mit der Kopie verglichen werden müsste, bleibt dort: ")
+                : QStringLiteral("Kopiert, aber das Original ließ sich nicht ganz entfernen: ");
         outcome.errors << errorLine(step.src, {stays + kept.error().message, {}});
         return false;
     }

@@ -80,6 +80,26 @@ TEST_F(SourceProofTest, timesThatProveNothingAreNotBelieved)
     EXPECT_FALSE(tree.has("original"));
 }
 
+TEST_F(SourceProofTest, aCancelEndsALongComparisonAndKeepsWhatItWouldHaveProven)
+{
+    JobControl control;
+    control.cancel();
+    const auto remove = [&](std::size_t size, Proof proof) {
+        for (const char *file : {"original", "kopie"})
+            tree.file(file, std::string(size, 'x'));
+        status = *statusOf({AT_FDCWD, original.c_str()});
+        return removeCopied(original, copied(proof, true), tree.path("kopie"), &control);
+    };
+    const auto compared = remove(20'000'000, Proof::None);
+    ASSERT_FALSE(compared);
+    EXPECT_TRUE(compared.error().isCancelled());
+    EXPECT_TRUE(tree.has("original"));
+    EXPECT_EQ(remove(20'000'000, Proof::InodeAndTime), std::vector<Location>()); // nothing to compare
+    EXPECT_FALSE(tree.has("original"));
+    EXPECT_EQ(remove(20, Proof::None), std::vector<Location>()); // a matter of a moment
+    EXPECT_FALSE(tree.has("original"));
+}
+
 TEST_F(SourceProofTest, findsOnlyWhatIsThereAsItWas)
 {
     const std::array<std::function<void(struct stat &)>, 4> changes{

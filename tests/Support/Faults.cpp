@@ -102,9 +102,9 @@ Result<void> FaultyFileActions::removeOwnCopy(const Location &location)
 }
 
 Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &source, const CopiedEntries &copied,
-                                                              const Location &copy)
+                                                              const Location &copy, const JobControl *control)
 {
-    return m_plan.change<std::vector<Location>>([&] { return m_real.removeCopied(source, copied, copy); });
+    return m_plan.change<std::vector<Location>>([&] { return m_real.removeCopied(source, copied, copy, control); });
 }
 
 Result<std::vector<Location>> FaultyFileActions::removeHeldByCopy(const Location &source, const Location &copy,

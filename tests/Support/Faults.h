@@ -51,7 +51,7 @@ public:
     Result<void> flushVolume(const WrittenVolume &volume) override;
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
-                                               const Location &copy) override;
+                                               const Location &copy, const JobControl *control) override;
     bool reservesNames(const Location &) const override { return reserving; }
     Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
                                                    Instant since) override;
