@@ -20,8 +20,8 @@ struct EntryMark {
     static std::optional<EntryMark> of(const Location &location);
     static EntryMark of(const FileAttributes &now) { return {FileState::of(now), now.created}; }
 
-    /// Whether this is the entry: the same file, changed since or not, or one that is as it was where the volume gives new
-    /// numbers each time (a stick put in again).
+    /// Whether this is the entry. Where the volume keeps births, by birth and number, changed since or not; else, and where it
+    /// gives new numbers each time (a stick put in again), by size and time, so that a changed one is not known.
     bool isOf(const FileAttributes &now) const;
 
     /// The same of an entry that may be anywhere by now, so that nothing but itself tells: its number, and that this was not

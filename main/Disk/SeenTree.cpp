@@ -2,10 +2,9 @@
 
 #include "Disk/CopyTreeRemoval.h"
 #include "Disk/KeepingRemoval.h"
-#include "Disk/Walk.h"
+#include "Disk/WholeWalk.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <utility>
 
 namespace brellin {
@@ -53,18 +52,14 @@ Result<SeenTree> SeenTree::of(const Location &entry, const JobControl *control)
     seen.m_entries.push_back(seen.entryOf(seen.m_top, top));
     if (!top.isFolder())
         return seen;
-    bool complete = true;
     WalkOptions options;
     options.attributes = Attribute::Identity | Attribute::Size | Attribute::Modified;
     const auto take = [&](const WalkEntry &one) {
         const Location relative = one.location().native().substr(place.native().size() + 1);
         seen.m_entries.push_back(seen.entryOf(markBelow(seen.m_top, relative), one.attributes));
-        complete = complete && !one.unreadable;
-        return complete ? WalkStep::Continue : WalkStep::Stop;
+        return WalkStep::Continue;
     };
-    const WalkOutcome outcome = TRY(walk(place, options, take, control));
-    if (!complete || outcome.unreadableFolders > 0)
-        return failure(Failure::system(EACCES));
+    TRY(walkWhole(place, options, take, control));
     std::ranges::sort(seen.m_entries);
     return seen;
 }

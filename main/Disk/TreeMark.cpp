@@ -1,6 +1,6 @@
 #include "Disk/TreeMark.h"
 
-#include "Disk/Walk.h"
+#include "Disk/WholeWalk.h"
 
 #include <algorithm>
 #include <functional>
@@ -34,17 +34,11 @@ std::uint64_t hashOf(const WalkEntry &entry, std::size_t folder, TreeMark::Times
 Result<void> forEach(const Location &folder, const JobControl *control, TreeMark::Times times,
                      const std::function<bool(const WalkEntry &, std::uint64_t)> &take)
 {
-    bool complete = true;
     const Location top = standardised(folder);
     const auto visit = [&](const WalkEntry &entry) {
-        complete = complete && !entry.unreadable;
-        return complete && take(entry, hashOf(entry, top.native().size(), times)) ? WalkStep::Continue : WalkStep::Stop;
+        return take(entry, hashOf(entry, top.native().size(), times)) ? WalkStep::Continue : WalkStep::Stop;
     };
-    const WalkOutcome outcome =
-        TRY(walk(top, {.attributes = Attribute::Size | Attribute::Modified, .prune = {}}, visit, control));
-    if (!complete || outcome.unreadableFolders > 0)
-        return failure(Failure::system(EACCES));
-    return {};
+    return walkWhole(top, {.attributes = Attribute::Size | Attribute::Modified, .prune = {}}, visit, control);
 }
 
 } // namespace
