@@ -118,7 +118,7 @@ Result<void> CopyTree::copyFile(NameIn source, NameIn destination)
     TRY(copy.close());
     takeDown(destination, seen, mark);
     if (hasOtherNames)
-        m_firstCopies[{status.st_dev, status.st_ino}] = {relativeFolder(), destination.name, made.st_ino, mark};
+        m_firstCopies[{status.st_dev, status.st_ino}] = {relativeFolder(), destination.name, made.st_ino, seen, mark};
     m_pulse.addFile();
     return {};
 }

@@ -38,7 +38,8 @@ private:
         std::string folder; ///< relative to the copied folder
         std::string name;
         ino_t inode;
-        std::uint64_t mark; ///< of the original's metadata
+        SourceStatus source; ///< what was copied …
+        std::uint64_t mark;  ///< … and its metadata
     };
 
     Result<void> copyContents();

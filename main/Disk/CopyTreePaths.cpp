@@ -41,25 +41,24 @@ Failure CopyTree::named(Failure why, std::string_view name) const
     return why;
 }
 
-/// False where there is no copy yet, or where it cannot be linked to: then the file is copied for itself.
+/// False where there is no copy yet, or where it cannot be linked to or is older than this: then the file is copied for
+/// itself.
 Result<bool> CopyTree::linkToFirstCopy(const SourceStatus &source, NameIn destination)
 {
     const auto first = m_firstCopies.find({source.status.st_dev, source.status.st_ino});
     if (first == m_firstCopies.end())
         return false;
-    const auto folder = openFolderBelow(m_top.number(), first->second.folder);
-    if (!folder)
-        return false;
-    const NameIn copy{folder->number(), first->second.name.c_str()};
-    const auto status = statusOf(copy);
-    if (!status || status->st_ino != first->second.inode)
-        return false;
-    if (::linkat(copy.folder, copy.name, destination.folder, destination.name, 0) == 0) {
+    const FirstCopy &known = first->second;
+    const auto folder = openFolderBelow(m_top.number(), known.folder);
+    const NameIn copy{folder ? folder->number() : -1, known.name.c_str()};
+    const auto status = folder ? statusOf(copy) : Result<struct stat>(failure(folder.error()));
+    const bool same = status && status->st_ino == known.inode && sameTimesAndSize(known.source.status, source.status);
+    if (same && ::linkat(copy.folder, copy.name, destination.folder, destination.name, 0) == 0) {
         madeEntry(destination, *status);
-        takeDown(destination, source, first->second.mark);
+        takeDown(destination, known.source, known.mark);
         return true;
     }
-    if (errno == EEXIST)
+    if (same && errno == EEXIST)
         return failure(Failure::system(EEXIST));
     m_metadata.hardLinkWasSplit();
     return false;

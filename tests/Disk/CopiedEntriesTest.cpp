@@ -13,6 +13,7 @@
 #include <fstream>
 #include <functional>
 #include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -216,4 +217,38 @@ TEST_P(CopiedEntriesTest, comparesContentWhereTheVolumeDoesNotSayWhatItIs)
         copied.find(OwnEntries::pathMark(copied.top(), "a.txt"), *statusOf({AT_FDCWD, a.c_str()}));
     ASSERT_NE(known, nullptr);
     EXPECT_FALSE(copied.isProvenBy(*known, *statusOf({AT_FDCWD, a.c_str()})));
+}
+
+/// A file with three names is written to after the first of them was copied, and loses that one.
+TEST(CopiedNamesTest, ofAFileThatChangedBetweenThemAreNotTheFirstCopy)
+{
+    const TempTree tree;
+    tree.file("quelle/eins", "früher");
+    for (const char *name : {"quelle/zwei", "quelle/drei"})
+        fs::create_hard_link(tree.path("quelle/eins"), tree.path(name));
+    const auto aMoment = [] { std::this_thread::sleep_for(std::chrono::milliseconds(40)); };
+    aMoment();
+    CopiedEntries copied;
+    CopyOptions options;
+    options.copied = &copied;
+    options.interval = {};
+    bool changed = false;
+    options.progress = [&](const CopyProgress &progress) {
+        if (progress.files != 1 || std::exchange(changed, true))
+            return;
+        std::ofstream(progress.current, std::ios::in) << "später";
+        fs::remove(progress.current);
+        aMoment();
+    };
+    ASSERT_TRUE(copyEntry(tree.path("quelle"), tree.path("kopie"), options));
+    ASSERT_TRUE(changed);
+    EXPECT_TRUE(removeCopied(tree.path("quelle"), copied, tree.path("kopie")));
+    int newer = 0;
+    for (const char *folder : {"quelle", "kopie"}) {
+        for (const char *name : {"eins", "zwei", "drei"}) {
+            const std::string place = std::string(folder) + "/" + name;
+            newer += tree.has(place) && tree.content(place) == "später" ? 1 : 0;
+        }
+    }
+    EXPECT_GE(newer, 2) << "both names that are left lead to what was written last";
 }
