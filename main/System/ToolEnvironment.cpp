@@ -60,7 +60,8 @@ std::string programIn(const std::vector<std::string> &environment, const std::st
         return program;
     std::istringstream folders{std::string(pathIn(environment))};
     for (std::string folder; std::getline(folders, folder, ':');) {
-        std::string file = folder + '/' + program;
+        std::string file = folder;
+        file.append("/").append(program);
         if (folder.starts_with('/') && ::access(file.c_str(), X_OK) == 0)
             return file;
     }
