@@ -1,17 +1,17 @@
 #include "App/Command.h"
 #include "App/ProposingCommand.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace brellin {
 
-ExitCode CommandContext::refuse(const QString &message) const
-{
-    terminal.message(message);
-    return ExitCode::NotPossible;
-}
+namespace {
 
-const std::vector<Command> &commands()
+/// The agent: what it proposes, its rules, what it did.
+std::vector<Command> agentCommands()
 {
-    static const std::vector<Command> table{
+    return {
         {QStringLiteral("pruefen"), QStringLiteral("[--doppelte] [--ausfuehren]"),
          QStringLiteral("Ordner nach den Regeln prüfen und Vorschläge machen"),
          ProposingCommand::options(
@@ -48,6 +48,13 @@ const std::vector<Command> &commands()
          QStringLiteral("einen Prüfbericht der Vorschläge schreiben und die Anfrage dazu ausgeben"),
          {},
          runReportCommand},
+    };
+}
+
+/// What a user does with files.
+std::vector<Command> fileCommands()
+{
+    return {
         {QStringLiteral("groesse"),
          QStringLiteral("ORDNER…"),
          QStringLiteral("zeigen, wie viel in Ordnern liegt"),
@@ -97,6 +104,13 @@ const std::vector<Command> &commands()
          {{QStringLiteral("konflikt"), QStringLiteral("WAHL"),
            QStringLiteral("was mit Einträgen geschieht, deren Name im Ziel vergeben ist")}},
          runMoveCommand},
+    };
+}
+
+/// Colour tags.
+std::vector<Command> tagCommands()
+{
+    return {
         {QStringLiteral("markieren"),
          QStringLiteral("NAME DATEI… [--entfernen]"),
          QStringLiteral("eine Markierung („Rot“) setzen oder entfernen"),
@@ -113,6 +127,13 @@ const std::vector<Command> &commands()
          {{QStringLiteral("in"), QStringLiteral("ORDNER"),
            QStringLiteral("nur in diesem Ordner suchen (sonst im Benutzerordner)")}},
          runTaggedCommand},
+    };
+}
+
+/// What is stored, what folders hold, what was left behind.
+std::vector<Command> furtherCommands()
+{
+    return {
         {QStringLiteral("schnellzugriff"),
          QStringLiteral("[anheften ORDNER | loesen ORDNER]"),
          QStringLiteral("den Schnellzugriff zeigen oder ändern"),
@@ -150,6 +171,24 @@ const std::vector<Command> &commands()
            QStringLiteral("diesen Modell-Server benutzen („aus“: keinen)")}},
          runModelCommand},
     };
+}
+
+} // namespace
+
+ExitCode CommandContext::refuse(const QString &message) const
+{
+    terminal.message(message);
+    return ExitCode::NotPossible;
+}
+
+const std::vector<Command> &commands()
+{
+    static const std::vector<Command> table = [] {
+        std::vector<Command> all;
+        for (std::vector<Command> group : {agentCommands(), fileCommands(), tagCommands(), furtherCommands()})
+            std::ranges::move(group, std::back_inserter(all));
+        return all;
+    }();
     return table;
 }
 

@@ -200,6 +200,16 @@ bool FileCommands::run(CommandId id, BrowserModel &pane)
     case Redo:
         m_services.undo.redo();
         return true;
+    default:
+        return runTransfer(id, selected, pane);
+    }
+}
+
+/// Commands that copy or move, at once or by the clipboard.
+bool FileCommands::runTransfer(CommandId id, const std::vector<Location> &selected, BrowserModel &pane)
+{
+    using enum CommandId;
+    switch (id) {
     case Cut:
         putOnClipboard({ClipboardFiles::Purpose::Cut, selected});
         return true;
@@ -210,7 +220,7 @@ bool FileCommands::run(CommandId id, BrowserModel &pane)
         paste(pane);
         return true;
     case Duplicate:
-        transfer(selected, folder, TransferKind::Copy, pane);
+        transfer(selected, pane.current.get(), TransferKind::Copy, pane);
         return true;
     case CopyTo:
         askForFolder(TransferKind::Copy, pane);

@@ -41,6 +41,7 @@ public:
     Q_SIGNAL void stateChanged();
 
 private:
+    bool runTransfer(CommandId id, const std::vector<Location> &selected, BrowserModel &pane);
     void attach(const std::vector<Location> &entries);
     void recordChange(const Location &from, const Location &to);
     void offerRestoring(const std::vector<CutShortRename> &found);

@@ -78,7 +78,9 @@ private:
     void placeAt(const std::vector<int> &frame);
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
     void closeTab(int index);
+    void togglePreview();
     void runPaneCommand(CommandId id);
+    bool runGoCommand(CommandId id, BrowserModel &now);
 
     TabPage *tab() const;
     BrowserModel *pane() const;

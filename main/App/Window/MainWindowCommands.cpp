@@ -121,14 +121,9 @@ void MainWindow::run(CommandId id)
     case OtherPane:
         tab()->switchPane();
         break;
-    case Preview: {
-        const bool shown = !state().preview;
-        if (const Result<void> kept = m_services.defaults().setValue(showPreviewKey, shown); !kept)
-            say(kept.error().message);
-        showPreview(shown);
-        previewSelection();
+    case Preview:
+        togglePreview();
         break;
-    }
     case Sidebar:
         m_sidebar->setVisible(!m_sidebar->isVisible());
         Q_EMIT changed();
@@ -141,6 +136,15 @@ void MainWindow::run(CommandId id)
         runPaneCommand(id);
     }
     refreshState();
+}
+
+void MainWindow::togglePreview()
+{
+    const bool shown = !state().preview;
+    if (const Result<void> kept = m_services.defaults().setValue(showPreviewKey, shown); !kept)
+        say(kept.error().message);
+    showPreview(shown);
+    previewSelection();
 }
 
 /// What the active pane does.
@@ -166,6 +170,32 @@ void MainWindow::runPaneCommand(CommandId id)
     case SelectAll:
         now.selectAll();
         break;
+    case ShowHidden:
+        now.setShowHidden(!now.showHidden.get());
+        break;
+    case Details:
+        now.setViewMode(ViewMode::Details);
+        break;
+    case Icons:
+        now.setViewMode(ViewMode::Icons);
+        break;
+    case LargerIcons:
+        now.zoomIcons(iconStep);
+        break;
+    case SmallerIcons:
+        now.zoomIcons(-iconStep);
+        break;
+    default:
+        if (!runGoCommand(id, now))
+            m_files->run(id, now);
+    }
+}
+
+/// Where the active pane goes. False for what is no such command.
+bool MainWindow::runGoCommand(CommandId id, BrowserModel &now)
+{
+    using enum CommandId;
+    switch (id) {
     case Back:
         if (place() == Place::Folder)
             now.goBack();
@@ -197,24 +227,10 @@ void MainWindow::runPaneCommand(CommandId id)
     case CommandId::Agent:
         now.choose(SidebarItem::agent());
         break;
-    case ShowHidden:
-        now.setShowHidden(!now.showHidden.get());
-        break;
-    case Details:
-        now.setViewMode(ViewMode::Details);
-        break;
-    case Icons:
-        now.setViewMode(ViewMode::Icons);
-        break;
-    case LargerIcons:
-        now.zoomIcons(iconStep);
-        break;
-    case SmallerIcons:
-        now.zoomIcons(-iconStep);
-        break;
     default:
-        m_files->run(id, now);
+        return false;
     }
+    return true;
 }
 
 /// A sheet keeps every key, and a field those that it uses, whatever command they stand for.
