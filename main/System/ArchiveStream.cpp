@@ -91,7 +91,7 @@ std::optional<std::int64_t> numberFrom(const QByteArray &bytes)
 {
     if (bytes.size() < numberSize)
         return std::nullopt;
-    const qint64 number = qFromLittleEndian<qint64>(bytes.constData());
+    const auto number = qFromLittleEndian<qint64>(bytes.constData());
     return number < 0 ? std::nullopt : std::optional<std::int64_t>(number);
 }
 

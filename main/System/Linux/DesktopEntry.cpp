@@ -150,6 +150,7 @@ std::vector<std::vector<std::string>> DesktopEntry::commandLines(const std::vect
     if (!takesOne || entries.size() < 2)
         return {line(entries)};
     std::vector<std::vector<std::string>> lines;
+    lines.reserve(entries.size());
     for (const Location &one : entries)
         lines.push_back(line({one}));
     return lines;

@@ -60,7 +60,7 @@ bool InstalledApplications::isUsable(const DesktopEntry &entry) const
 /// An identifier is the file's path below the folder of applications with "-" for "/".
 std::optional<DesktopEntry> InstalledApplications::find(const QString &identifier) const
 {
-    QString path = withoutEnding(identifier);
+    const QString path = withoutEnding(identifier);
     // Nothing that leads out of the folders of applications.
     if (path.isEmpty() || path.contains(u'/') || path.contains(QStringLiteral("..")))
         return std::nullopt;

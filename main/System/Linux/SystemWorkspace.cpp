@@ -133,7 +133,7 @@ Result<void> SystemWorkspace::openWith(const std::vector<Location> &entries, con
             std::optional<std::vector<std::string>> terminal = terminalCommand();
             if (!terminal)
                 return failure(cannotStart);
-            terminal->push_back("-e");
+            terminal->emplace_back("-e");
             words.insert(words.begin(), terminal->begin(), terminal->end());
         }
         TRY(start(words, {}, cannotStart));
