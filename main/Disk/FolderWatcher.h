@@ -41,6 +41,7 @@ public:
 
 private:
     class Hub;
+    class Waiting;
     struct State;
     FolderWatcher(std::shared_ptr<Hub> hub, std::shared_ptr<State> state);
 

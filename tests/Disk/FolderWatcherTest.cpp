@@ -1,5 +1,6 @@
 #include "Disk/FolderWatcher.h"
 
+#include "Support/FailingCalls.h"
 #include "Support/NoThreads.h"
 #include "Support/TempTree.h"
 
@@ -7,7 +8,10 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <future>
 #include <mutex>
+
+#include <sys/syscall.h>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -121,6 +125,32 @@ TEST(FolderWatcherTest, looksWhereThereAreNoEvents)
     EXPECT_FALSE(watcher->take().gone);
     tree.file("noch eins");
     EXPECT_TRUE(ear.waitFor(2));
+}
+
+TEST(FolderWatcherTest, goesWithoutWaitingForAFolderThatDoesNotAnswer)
+{
+    const TempTree tree;
+    std::promise<void> gone;
+    std::promise<void> looking;
+    bool wentFirst = false;
+    // The second look is the thread's: it hangs until the watcher has gone, or has waited for it in vain.
+    const auto hang = [&](int number) {
+        if (number == 1) {
+            looking.set_value();
+            wentFirst = gone.get_future().wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+        }
+        return 0;
+    };
+    const bool offered = runWithFailingCalls(SYS_newfstatat, hang, [&] {
+        Ear ear;
+        auto watcher = watch(tree.root(), ear, FolderWatcher::Means::Looking);
+        looking.get_future().wait();
+        watcher.reset();
+        gone.set_value();
+    });
+    if (!offered)
+        GTEST_SKIP() << "the system does not hand over calls here";
+    EXPECT_TRUE(wentFirst);
 }
 
 TEST(FolderWatcherTest, failsWhereTheSystemGivesNoThread)

@@ -4,6 +4,7 @@
 #include "Disk/FileAttributes.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <map>
 #include <mutex>
@@ -117,30 +118,17 @@ struct FolderWatcher::State {
     }
 };
 
-/// The thread that waits for the events of all watchers. Goes with the last of them.
-class FolderWatcher::Hub {
+/// What the thread shares with the watchers. It outlives them where a volume holds the thread up.
+class FolderWatcher::Waiting {
 public:
-    Hub() : m_poll(::epoll_create1(EPOLL_CLOEXEC)), m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-    ~Hub()
-    {
-        m_thread.request_stop();
-        wake();
-    }
-    Hub(const Hub &) = delete;
-    Hub &operator=(const Hub &) = delete;
+    Waiting() : m_poll(::epoll_create1(EPOLL_CLOEXEC)), m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
-    /// Fails where the system gives no descriptor or no thread.
-    static Result<std::shared_ptr<Hub>> shared()
+    bool prepare() const { return m_poll.isOpen() && m_wake.isOpen() && listen(m_wake.number(), wakeId); }
+
+    void stop()
     {
-        static std::mutex mutex;
-        static std::weak_ptr<Hub> only;
-        const std::scoped_lock lock(mutex);
-        if (std::shared_ptr<Hub> hub = only.lock())
-            return hub;
-        auto hub = std::make_shared<Hub>();
-        TRY(hub->start());
-        only = hub;
-        return hub;
+        m_stopped = true;
+        wake();
     }
 
     void add(const std::shared_ptr<State> &state)
@@ -163,20 +151,22 @@ public:
             ::epoll_ctl(m_poll.number(), EPOLL_CTL_DEL, state->source.number(), nullptr);
     }
 
+    void run()
+    {
+        while (!m_stopped) {
+            const std::vector<std::shared_ptr<State>> looked = lookedAt();
+            std::array<epoll_event, 32> ready;
+            const int count = ::epoll_wait(m_poll.number(), ready.data(), static_cast<int>(ready.size()),
+                                           looked.empty() ? -1 : lookingInterval);
+            for (int i = 0; i < count; ++i)
+                serve(ready[static_cast<std::size_t>(i)].data.u64);
+            for (const std::shared_ptr<State> &state : looked)
+                state->look();
+        }
+    }
+
 private:
     static constexpr std::uint64_t wakeId = 0;
-
-    Result<void> start()
-    {
-        if (!m_poll.isOpen() || !m_wake.isOpen() || !listen(m_wake.number(), wakeId))
-            return failure(Failure::lastSystem());
-        try {
-            m_thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
-        } catch (const std::system_error &error) {
-            return failure(Failure::system(error.code().value()));
-        }
-        return {};
-    }
 
     bool listen(int descriptor, std::uint64_t id) const
     {
@@ -190,20 +180,6 @@ private:
     {
         const std::uint64_t one = 1;
         [[maybe_unused]] const ssize_t written = ::write(m_wake.number(), &one, sizeof one);
-    }
-
-    void run(const std::stop_token &stop)
-    {
-        while (!stop.stop_requested()) {
-            const std::vector<std::shared_ptr<State>> looked = lookedAt();
-            std::array<epoll_event, 32> ready;
-            const int count = ::epoll_wait(m_poll.number(), ready.data(), static_cast<int>(ready.size()),
-                                           looked.empty() ? -1 : lookingInterval);
-            for (int i = 0; i < count; ++i)
-                serve(ready[static_cast<std::size_t>(i)].data.u64);
-            for (const std::shared_ptr<State> &state : looked)
-                state->look();
-        }
     }
 
     void serve(std::uint64_t id)
@@ -240,7 +216,49 @@ private:
     std::mutex m_mutex;
     std::uint64_t m_lastId = wakeId;
     std::map<std::uint64_t, std::shared_ptr<State>> m_states;
-    std::jthread m_thread; ///< the last member: it uses the others
+    std::atomic<bool> m_stopped = false;
+};
+
+/// The thread that waits for the events of all watchers. Told to end with the last of them, and not awaited: it may be
+/// looking at a folder of a server that does not answer.
+class FolderWatcher::Hub {
+public:
+    Hub() = default;
+    ~Hub() { m_waiting->stop(); }
+    Hub(const Hub &) = delete;
+    Hub &operator=(const Hub &) = delete;
+
+    /// Fails where the system gives no descriptor or no thread.
+    static Result<std::shared_ptr<Hub>> shared()
+    {
+        static std::mutex mutex;
+        static std::weak_ptr<Hub> only;
+        const std::scoped_lock lock(mutex);
+        if (std::shared_ptr<Hub> hub = only.lock())
+            return hub;
+        auto hub = std::make_shared<Hub>();
+        TRY(hub->start());
+        only = hub;
+        return hub;
+    }
+
+    void add(const std::shared_ptr<State> &state) const { m_waiting->add(state); }
+    void remove(const std::shared_ptr<State> &state) const { m_waiting->remove(state); }
+
+private:
+    Result<void> start() const
+    {
+        if (!m_waiting->prepare())
+            return failure(Failure::lastSystem());
+        try {
+            std::thread([waiting = m_waiting] { waiting->run(); }).detach();
+        } catch (const std::system_error &error) {
+            return failure(Failure::system(error.code().value()));
+        }
+        return {};
+    }
+
+    const std::shared_ptr<Waiting> m_waiting = std::make_shared<Waiting>();
 };
 
 Result<std::shared_ptr<FolderWatcher>> FolderWatcher::watch(const Location &folder, Heard heard, Means means)
