@@ -1,6 +1,8 @@
 #include "Places/DiskBus.h"
 #include "Places/UDisksService.h"
 
+#include "Support/StartedProgram.h"
+#include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 
 #include <QDBusArgument>
@@ -9,7 +11,6 @@
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -70,17 +71,17 @@ TEST(DiskBusTest, readsAndCallsOverARealBus)
 {
     if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
         GTEST_SKIP() << "no dbus-daemon here";
-    QProcess daemon;
-    daemon.start(QStringLiteral("dbus-daemon"), {u"--session"_qs, u"--nofork"_qs, u"--print-address"_qs});
-    ASSERT_TRUE(waitUntil([&] { return daemon.canReadLine(); }));
-    const QByteArray address = daemon.readLine().trimmed();
-    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.constData(), 1);
+    const TempTree tree;
+    const std::string address = "unix:path=" + tree.path("bus").native();
+    const StartedProgram daemon({"dbus-daemon", "--session", "--nofork", "--address=" + address});
+    ASSERT_TRUE(waitUntil([&] { return tree.has("bus"); }));
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
 
     qDBusRegisterMetaType<Interfaces>();
     qDBusRegisterMetaType<QMap<QDBusObjectPath, Interfaces>>();
     FakeDisks disks;
     {
-        QDBusConnection bus = QDBusConnection::connectToBus(QString::fromLatin1(address), QStringLiteral("disks"));
+        QDBusConnection bus = QDBusConnection::connectToBus(QString::fromStdString(address), QStringLiteral("disks"));
         ASSERT_TRUE(bus.registerVirtualObject(QStringLiteral("/org"), &disks, QDBusConnection::SubPath));
         ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.UDisks2")));
     }
@@ -95,6 +96,4 @@ TEST(DiskBusTest, readsAndCallsOverARealBus)
     EXPECT_EQ(disks.calls,
               QStringList{u"/org/freedesktop/UDisks2/block/sdb1 org.freedesktop.UDisks2.Filesystem Unmount a{sv}"_qs});
     QDBusConnection::disconnectFromBus(QStringLiteral("disks"));
-    daemon.terminate();
-    daemon.waitForFinished();
 }

@@ -1,11 +1,9 @@
 #include "App/Window/WindowMemory.h"
+#include "Support/StartedProgram.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 #include "System/FileLock.h"
 #include "System/FileUserDefaults.h"
-
-#include <QProcess>
-#include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
 
@@ -22,30 +20,28 @@ protected:
     SingleInstanceTest()
     {
         tree.lines({"home/eins/", "home/zwei\nZeilen/", "home/drei/", "home/vier/"});
-        environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"QT_QPA_PLATFORM"_qs, u"offscreen"_qs);
-        for (const auto &[name, folder] : {std::pair{u"HOME"_qs, "home"},
-                                           {u"XDG_CONFIG_HOME"_qs, "config"},
-                                           {u"XDG_STATE_HOME"_qs, "state"},
-                                           {u"XDG_DATA_HOME"_qs, "data"},
-                                           {u"XDG_CACHE_HOME"_qs, "cache"},
-                                           {u"XDG_RUNTIME_DIR"_qs, "run"}})
-            environment.insert(name, shown(tree.folder(folder)));
+        environment = {{"QT_QPA_PLATFORM", "offscreen"}};
+        for (const auto &[name, folder] : {std::pair{"HOME", "home"},
+                                           {"XDG_CONFIG_HOME", "config"},
+                                           {"XDG_STATE_HOME", "state"},
+                                           {"XDG_DATA_HOME", "data"},
+                                           {"XDG_CACHE_HOME", "cache"},
+                                           {"XDG_RUNTIME_DIR", "run"}})
+            environment.emplace(name, tree.folder(folder).native());
         std::filesystem::permissions(tree.path("run"), std::filesystem::perms::owner_all);
     }
 
-    std::unique_ptr<QProcess> start(const char *folder) const
+    std::unique_ptr<StartedProgram> start(const char *folder) const
     {
-        auto program = std::make_unique<QProcess>();
-        program->setProcessEnvironment(environment);
-        program->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        program->start(QStringLiteral(BRELLIN_FENSTER), {shown(tree.path("home") / folder)});
-        EXPECT_TRUE(program->waitForStarted());
+        const std::string location = (tree.path("home") / folder).native();
+        auto program =
+            std::make_unique<StartedProgram>(std::vector<std::string>{BRELLIN_FENSTER, location}, environment);
+        EXPECT_TRUE(program->running());
         return program;
     }
-    static bool ended(QProcess &program)
+    static bool ended(StartedProgram &program)
     {
-        return waitUntil([&program] { return program.state() == QProcess::NotRunning; });
+        return waitUntil([&program] { return !program.running(); });
     }
     /// The window remembers its tabs: that is how they are seen from outside.
     bool hasTabs(const std::vector<std::string> &wanted) const
@@ -66,7 +62,7 @@ protected:
     }
 
     TempTree tree;
-    QProcessEnvironment environment;
+    std::map<std::string, std::string> environment;
 };
 
 TEST_F(SingleInstanceTest, aSecondStartOpensItsFolderInTheFirst)
@@ -77,9 +73,9 @@ TEST_F(SingleInstanceTest, aSecondStartOpensItsFolderInTheFirst)
     ASSERT_TRUE(ended(*second));
     EXPECT_EQ(second->exitCode(), 0);
     EXPECT_TRUE(tabsBecome({"eins", "zwei\nZeilen"}));
-    EXPECT_EQ(first->state(), QProcess::Running);
+    EXPECT_TRUE(first->running());
     // Killed, it leaves its socket behind, which is in nobody's way.
-    first->kill();
+    first->signal(SIGKILL);
     ASSERT_TRUE(ended(*first));
     ASSERT_TRUE(std::filesystem::exists(tree.path("state/brellin/fenster")));
     const auto next = start("drei");
@@ -87,7 +83,7 @@ TEST_F(SingleInstanceTest, aSecondStartOpensItsFolderInTheFirst)
     const auto afterNext = start("vier");
     ASSERT_TRUE(ended(*afterNext));
     EXPECT_TRUE(tabsBecome({"eins", "zwei\nZeilen", "drei", "vier"}));
-    next->kill();
+    next->signal(SIGKILL);
     EXPECT_TRUE(ended(*next));
 }
 
@@ -100,20 +96,20 @@ TEST_F(SingleInstanceTest, startsAloneBesideOneThatHangsAndLeavesTheRestToItLate
         const Result<FileLock> settings =
             FileLock::wait(tree.path("config/brellin/settings.lock"), std::chrono::seconds(20));
         ASSERT_TRUE(settings);
-        ::kill(static_cast<pid_t>(first->processId()), SIGSTOP);
+        first->signal(SIGSTOP);
     }
     const auto alone = start("zwei\nZeilen");
     EXPECT_TRUE(tabsBecome({"eins", "zwei\nZeilen"})) << "in a window of its own, like the one before";
-    EXPECT_EQ(alone->state(), QProcess::Running);
-    alone->kill();
+    EXPECT_TRUE(alone->running());
+    alone->signal(SIGKILL);
     ASSERT_TRUE(ended(*alone));
-    ::kill(static_cast<pid_t>(first->processId()), SIGCONT);
+    first->signal(SIGCONT);
     // What was asked of it meanwhile was done elsewhere.
     const auto next = start("drei");
     ASSERT_TRUE(ended(*next));
     EXPECT_EQ(next->exitCode(), 0);
     EXPECT_TRUE(tabsBecome({"eins", "drei"}));
-    first->kill();
+    first->signal(SIGKILL);
     EXPECT_TRUE(ended(*first));
 }
 
