@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Mailbox.h"
 #include "Base/Published.h"
 #include "ContentView/FileItems.h"
 #include "ContentView/FolderSearch.h"
@@ -245,6 +246,7 @@ private:
     QTimer m_sampleMatches;
     QTimer m_displaySoon;
     QTimer m_reloadSoon;
+    Mailbox m_mailbox;              ///< what watchers tell this pane
     std::shared_ptr<Relay> m_relay; ///< through which watchers reach this pane
     std::shared_ptr<FolderWatcher> m_watcher;
     std::chrono::steady_clock::time_point m_lastReadEnded;

@@ -31,7 +31,7 @@ struct BrowserModel::Relay {
     {
         const std::scoped_lock lock(mutex);
         if (pane)
-            QMetaObject::invokeMethod(pane, [to = pane] { to->debouncedReload(); }, Qt::QueuedConnection);
+            pane->m_mailbox.post([to = pane] { to->debouncedReload(); });
     }
 };
 

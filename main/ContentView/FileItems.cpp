@@ -1,8 +1,7 @@
 #include "ContentView/FileItems.h"
 
+#include "Base/PoolWork.h"
 #include "ContentView/NameOrder.h"
-
-#include <QThreadPool>
 
 #include <algorithm>
 
@@ -26,7 +25,7 @@ void FileItems::free(const Shared *list)
 {
     QThreadPool *const pool = list->items.size() < manyItems ? nullptr : QThreadPool::globalInstance();
     if (pool)
-        pool->start([list] { delete list; });
+        PoolWork::start(*pool, [list] { delete list; }, {});
     else
         delete list;
 }

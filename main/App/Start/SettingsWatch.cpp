@@ -11,7 +11,7 @@ SettingsWatch::SettingsWatch(const Location &folder, Changed changed) : m_change
     m_pause.setSingleShot(true);
     m_pause.setInterval(pause);
     QObject::connect(&m_pause, &QTimer::timeout, this, [this] { take(); });
-    const auto heard = [this] { QMetaObject::invokeMethod(this, [this] { m_pause.start(); }, Qt::QueuedConnection); };
+    const auto heard = [this] { m_mailbox.post([this] { m_pause.start(); }); };
     // On a new account the first setting makes the folder, and what is not there cannot be watched.
     (void)createPrivateFolders(folder);
     if (Result<std::shared_ptr<FolderWatcher>> watcher = FolderWatcher::watch(folder, heard))

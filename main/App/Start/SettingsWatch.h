@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Location.h"
+#include "Base/Mailbox.h"
 
 #include <QObject>
 #include <QTimer>
@@ -29,6 +30,7 @@ private:
 
     Changed m_changed;
     QTimer m_pause;
+    Mailbox m_mailbox;                        ///< outlives the watcher, whose thread posts to it
     std::shared_ptr<FolderWatcher> m_watcher; ///< none where the folder cannot be watched
 };
 
