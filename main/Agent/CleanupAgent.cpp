@@ -61,7 +61,7 @@ CleanupAgent::CleanupAgent(const AgentServices &services, Loading loading)
     if (loading == Loading::WithStart)
         return;
     upgradeStored(m_services);
-    takeStored(readStored(m_services));
+    takeStored(readStored(m_services, {RunKeys::history}));
 }
 
 CleanupAgent::~CleanupAgent()
@@ -118,7 +118,7 @@ CleanupAgent::Stored CleanupAgent::takeOver(const AgentServices &services)
     for (const StoredKind &kind : agentKinds())
         keepLastGood(services.defaults, kind);
     const std::vector<QUuid> recovered = recoverStored(services);
-    Stored stored = readStored(services);
+    Stored stored = readStored(services, {RunKeys::history});
     // Noted also where that could not be stored.
     stored.interrupted.insert(stored.interrupted.end(), recovered.begin(), recovered.end());
     return stored;

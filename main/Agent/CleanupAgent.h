@@ -136,8 +136,9 @@ public:
     /// Called once when an operation has ended and everything is published.
     void whenFinished(std::function<void()> finished) { m_finished = std::move(finished); }
 
-    /// Reads what is stored again, off the main thread: another program has changed it. After the operation at work.
-    void reload();
+    /// Reads again which of these lists it knows, off the main thread: another program may have changed them. After the
+    /// operation at work. The history is long and is read only where it is among them.
+    void reload(const std::set<QString> &lists);
     /// Puts the last good version of a damaged list in its place …
     Result<void> restoreList(const QString &list);
     /// … or begins it anew. Either way the damaged one is kept aside.
@@ -188,14 +189,14 @@ private:
     /// What is stored, read together.
     struct Stored {
         AgentLists lists;
-        RunHistory::Shown history;
+        std::optional<RunHistory::Shown> history; ///< none: not read
         std::vector<QUuid> interrupted;
     };
-    static Stored readStored(const AgentServices &services);
+    static Stored readStored(const AgentServices &services, const std::set<QString> &lists);
     static void upgradeStored(const AgentServices &services);
     static std::vector<QUuid> recoverStored(const AgentServices &services);
     void takeStored(Stored stored);
-    void takeIfNew(Stored stored, int changes);
+    void takeIfNew(Stored stored, const std::set<QString> &lists, int changes);
     void loadPlain();
     void takeLists(AgentLists lists);
     void readAfresh(std::function<void()> then);
@@ -252,7 +253,7 @@ private:
     bool m_duplicatesOnly = false;    ///< the last scan looked for nothing else
     std::optional<Instant> m_checked; ///< the last check, where that could not be stored
     int m_changes = 0;                ///< of what is stored, made here
-    bool m_reloadLater = false;       ///< asked for while an operation was at work
+    std::set<QString> m_toRead;       ///< asked for while an operation was at work
     Schedule m_schedule;
     const std::shared_ptr<QThreadPool> m_threads;
     QThreadPool &m_pool = *m_threads;

@@ -6,6 +6,7 @@
 #include "Agent/RunKeys.h"
 
 #include <algorithm>
+#include <utility>
 
 /// How the agent comes to know what is stored, at the beginning of each operation and when others change it.
 namespace brellin {
@@ -41,26 +42,29 @@ void CleanupAgent::readAfresh(std::function<void()> then)
         {});
 }
 
-CleanupAgent::Stored CleanupAgent::readStored(const AgentServices &services)
+CleanupAgent::Stored CleanupAgent::readStored(const AgentServices &services, const std::set<QString> &lists)
 {
-    return {AgentLists::read(services.defaults, services.folders), RunHistory(services.defaults).shown(),
+    const bool ofHistory =
+        std::ranges::any_of(RunHistory::shownLists(), [&](const QString &one) { return lists.contains(one); });
+    return {AgentLists::read(services.defaults, services.folders),
+            ofHistory ? std::optional(RunHistory(services.defaults).shown()) : std::nullopt,
             storedList<QUuid>(services.defaults, AgentKeys::interrupted).value_or({})};
 }
 
 void CleanupAgent::takeStored(Stored stored)
 {
     takeLists(std::move(stored.lists));
-    publishHistory(std::move(stored.history));
+    if (stored.history)
+        publishHistory(*std::move(stored.history));
     publish(interruptedRuns, std::set<QUuid>(stored.interrupted.begin(), stored.interrupted.end()));
 }
 
 /// Takes what was read since `changes`, unless it is old already: an operation that has begun since has read for itself, and
 /// what was changed here since is newer.
-void CleanupAgent::takeIfNew(Stored stored, int changes)
+void CleanupAgent::takeIfNew(Stored stored, const std::set<QString> &lists, int changes)
 {
-    m_reloadLater = m_reloadLater || running.get() || changes != m_changes;
-    if (m_reloadLater)
-        return reload();
+    if (running.get() || changes != m_changes)
+        return reload(lists);
     takeStored(std::move(stored));
     if (m_failure && m_failure->is(std::errc::illegal_byte_sequence) && damaged.get().empty()) {
         m_failure.reset(); // has been settled
@@ -70,16 +74,18 @@ void CleanupAgent::takeIfNew(Stored stored, int changes)
     loadPlain();
     if (intervalHours.get() != before)
         m_schedule.arm(intervalHours.get());
+    reload({}); // of what has changed in the meantime
 }
 
-void CleanupAgent::reload()
+void CleanupAgent::reload(const std::set<QString> &lists)
 {
-    m_reloadLater = running.get() || m_reloading.running();
-    if (m_reloadLater)
+    m_toRead.insert(lists.begin(), lists.end());
+    if (m_toRead.empty() || running.get() || m_reloading.running())
         return;
+    const std::set<QString> asked = std::exchange(m_toRead, {});
     m_reloading.start(
-        m_pool, [services = m_services](JobControl &) { return readStored(services); },
-        [this, changes = m_changes](Stored stored) { takeIfNew(std::move(stored), changes); }, {});
+        m_pool, [services = m_services, asked](JobControl &) { return readStored(services, asked); },
+        [this, asked, changes = m_changes](Stored stored) { takeIfNew(std::move(stored), asked, changes); }, {});
 }
 
 Result<void> CleanupAgent::settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how)
@@ -90,7 +96,7 @@ Result<void> CleanupAgent::settle(const QString &list, const std::function<Resul
     if (!kind)
         return failure(QStringLiteral("Eine Liste „%1“ hat der Aufräum-Agent nicht.").arg(list));
     TRY(how(*kind));
-    reload();
+    reload({list});
     return {};
 }
 

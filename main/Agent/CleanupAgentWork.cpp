@@ -2,6 +2,7 @@
 
 #include "Agent/AiSorting.h"
 #include "Agent/NeverSet.h"
+#include "Agent/RunKeys.h"
 #include "Base/German.h"
 
 #include <algorithm>
@@ -41,7 +42,7 @@ void CleanupAgent::start()
         [this, changes = m_changes](Stored found) {
             publish(running, false);
             publish(status, QString());
-            takeIfNew(std::move(found), changes);
+            takeIfNew(std::move(found), {RunKeys::history}, changes);
             schedule();
             if (!running.get() && m_finished)
                 m_finished();
@@ -80,8 +81,7 @@ void CleanupAgent::end(const QString &what)
     publish(detail, QString());
     publish(running, false);
     publish(status, what);
-    if (m_reloadLater)
-        reload();
+    reload({});
     if (m_finished)
         m_finished();
 }
@@ -154,7 +154,8 @@ void CleanupAgent::startAnalysis()
 void CleanupAgent::analyzed(Result<AnalysisFindings> found)
 {
     if (!found || m_cancelled) {
-        m_reloadLater = m_reloadLater || (!found && found.error().is(std::errc::illegal_byte_sequence));
+        if (!found && found.error().is(std::errc::illegal_byte_sequence))
+            m_toRead.insert(RunKeys::history);
         return fail(found ? Failure::cancelled() : found.error());
     }
     m_analysis = *std::move(found);

@@ -138,6 +138,12 @@ std::vector<JournalRun> RunHistory::runs() const
     return storedList<JournalRun>(m_defaults, RunKeys::history).value_or({});
 }
 
+const QStringList &RunHistory::shownLists()
+{
+    static const QStringList keys{RunKeys::history, RunKeys::aftermath, RunKeys::notRestored};
+    return keys;
+}
+
 RunHistory::Shown RunHistory::shown() const
 {
     const StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, RunKeys::history);

@@ -41,6 +41,8 @@ public:
         std::optional<StoredCondition> damage; ///< the history is not all there
     };
     Shown shown() const;
+    /// The keys that it comes from.
+    static const QStringList &shownLists();
     /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
     /// it does not say.
     Result<std::vector<JournalRun>> readRuns() const;

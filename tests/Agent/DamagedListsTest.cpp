@@ -254,8 +254,27 @@ TEST_F(DamagedListsTest, followsWhatAnotherProgramStores)
 
     ASSERT_TRUE(other.saveRule(rule()));
     ASSERT_TRUE(other.removeProfile(other.profiles.get().front().id));
-    agent.reload();
+    agent.reload({AgentKeys::rules, GuardKeys::profiles});
     EXPECT_TRUE(waitUntil([&] { return agent.rules.get().size() == 1 && agent.profiles.get().empty(); }));
+}
+
+TEST_F(DamagedListsTest, theLongHistoryIsReadAgainOnlyWhereItHasChanged)
+{
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    CleanupAgent other(world.services());
+    ASSERT_TRUE(other.removeRule(other.rules.get().front().id));
+    wait(other, [&] { other.undo(other.history.get().front().id); });
+    const auto knows = [&] { return agent.history.get().front().undone; };
+    agent.reload({AgentKeys::rules, QStringLiteral("settings"), AgentKeys::seen});
+    EXPECT_TRUE(waitUntil([&] { return agent.rules.get().empty(); }));
+    EXPECT_FALSE(knows());
+    // Also where it is heard of at an inconvenient moment.
+    wait(agent, [&] {
+        agent.searchDuplicates({world.home("Downloads")});
+        agent.reload({RunKeys::history});
+        agent.reload({AgentKeys::rules});
+    });
+    EXPECT_TRUE(waitUntil(knows));
 }
 
 TEST_F(DamagedListsTest, aSettingThatCannotBeStoredIsNotPretended)

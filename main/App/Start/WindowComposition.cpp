@@ -3,8 +3,6 @@
 #include "App/TransferUndo.h"
 #include "Features/ThumbnailCache.h"
 
-#include <algorithm>
-
 namespace brellin {
 
 namespace {
@@ -94,9 +92,12 @@ void WindowComposition::reload(const std::set<std::string> &lists)
         m_colors.reload();
     if (lists.contains("sendToTargets"))
         m_sendTo.reload();
-    const bool ofAgent = std::ranges::any_of(lists, [](const std::string &list) { return list.starts_with("agent"); });
-    if (ofAgent || lists.contains("settings"))
-        m_agent.reload();
+    std::set<QString> ofAgent;
+    for (const std::string &list : lists) {
+        if (list.starts_with("agent") || list == "settings")
+            ofAgent.insert(QString::fromStdString(list));
+    }
+    m_agent.reload(ofAgent);
 }
 
 void WindowComposition::start()

@@ -1,3 +1,4 @@
+#include "Agent/GuardKeys.h"
 #include "Agent/Screens/ProfileEditor.h"
 #include "Agent/Screens/ProjectsPage.h"
 #include "Agent/Screens/ScreenWorld.h"
@@ -158,7 +159,7 @@ TEST_F(Projects, areNotSaidToBeNoneWhileTheirListIsDamaged)
     profile.rootPath = textOf(home("Website"));
     ASSERT_TRUE(agent->saveProfile(profile));
     tree().file("settings/agentProfiles.json", "[{");
-    agent->reload();
+    agent->reload({GuardKeys::profiles});
     ASSERT_TRUE(waitUntil([this] { return !agent->damaged.get().empty(); }));
     view->open(AgentArea::Projects);
     auto *const page = view->findChild<ProjectsPage *>();

@@ -1,3 +1,4 @@
+#include "Agent/AgentKeys.h"
 #include "Agent/Screens/RuleListModel.h"
 #include "Agent/Screens/RuleTrialPane.h"
 #include "Agent/Screens/ScreenWorld.h"
@@ -59,7 +60,7 @@ TEST_F(Rules, areNotShownAsTheExamplesWhileTheirListIsDamaged)
     show({named(u"A"), named(u"B")});
     click("cardCleanupSettings");
     tree().file("settings/agentRules.json", "[{");
-    agent->reload();
+    agent->reload({AgentKeys::rules});
     ASSERT_TRUE(waitUntil([this] { return find("damageNotice") != nullptr; }));
     EXPECT_FALSE(find("ruleList"));
     for (const char *const name : {"ruleEdit", "ruleDuplicate", "ruleRemove", "ruleUp", "ruleDown", "ruleNew"})

@@ -1,3 +1,4 @@
+#include "Agent/AgentKeys.h"
 #include "Agent/Screens/GuideTexts.h"
 #include "Agent/Screens/RunRow.h"
 #include "Agent/Screens/ScreenWorld.h"
@@ -234,7 +235,7 @@ TEST_F(AgentStart, namesADamagedListAndOffersAWayOut)
     EXPECT_EQ(agent->rules.get().front().name, movingPdfs().name);
 
     cut();
-    agent->reload();
+    agent->reload({AgentKeys::rules});
     ASSERT_TRUE(waitUntil([this] { return find("damageBeginAnew") != nullptr; }));
     click("damageBeginAnew");
     click("cancel");
