@@ -155,7 +155,9 @@ WalkStep Collection::visitFolder(const WalkEntry &entry)
         if (!m_walked.insert(entry.attributes.identity).second)
             return WalkStep::SkipFolder;
     }
-    return m_locations.isAllowedText(entry.location()) ? WalkStep::Continue : WalkStep::SkipFolder;
+    const bool allowed =
+        m_locations.isAllowedText(entry.location()) && !m_locations.isRefusedFolder(entry.attributes.identity);
+    return allowed ? WalkStep::Continue : WalkStep::SkipFolder;
 }
 
 WalkStep Collection::visit(const WalkEntry &entry, Part &part)

@@ -65,7 +65,7 @@ private:
 bool Collector::mayEnter(const WalkEntry &entry) const
 {
     const std::string named = std::string(entry.folder).append("/").append(entry.name);
-    if (!m_locations.isAllowedText(std::string_view(named)))
+    if (!m_locations.isAllowedText(std::string_view(named)) || m_locations.isRefusedFolder(entry.attributes.identity))
         return false;
     // Links below the source are not followed, so that the resolved path differs at its beginning only.
     return m_source.resolved == m_source.folder.native() ||

@@ -133,6 +133,65 @@ SystemLocations::SystemLocations(const Location &home, const SystemFolders &syst
     }
     for (const Location &folder : system.allowed)
         add(folder, Verdict::Allowed);
+    for (const Place &place : m_places)
+        identify(place.folder, place.verdict);
+    if (m_dotFoldersInHome)
+        identifyDotFolders();
+}
+
+/// Of two verdicts on one folder the refusal holds.
+void SystemLocations::identify(const std::string &folder, Verdict verdict)
+{
+    const Result<FileAttributes> attributes = readAttributes(folder);
+    if (!attributes || !attributes->isFolder())
+        return;
+    const auto [known, isNew] = m_known.try_emplace(attributes->identity, folder, verdict);
+    if (!isNew && verdict == Verdict::Refused)
+        known->second = {folder, verdict};
+}
+
+void SystemLocations::identifyDotFolders()
+{
+    std::error_code unreadable;
+    for (auto at = std::filesystem::directory_iterator(m_home, unreadable);
+         !unreadable && at != std::filesystem::directory_iterator(); at.increment(unreadable)) {
+        if (isDotName(at->path().filename().native()))
+            identify(at->path().native(), Verdict::Refused);
+    }
+}
+
+/// Numbers are given again, to others: what was known under one counts as long as it still has it.
+std::optional<SystemLocations::Verdict> SystemLocations::verdictOn(const FileIdentity &folder) const
+{
+    const auto known = m_known.find(folder);
+    if (known == m_known.end())
+        return std::nullopt;
+    const Result<FileAttributes> now = readAttributes(known->second.folder);
+    return now && now->identity == folder ? std::optional(known->second.verdict) : std::nullopt;
+}
+
+bool SystemLocations::isRefusedFolder(const FileIdentity &folder) const
+{
+    return verdictOn(folder) == Verdict::Refused;
+}
+
+/// As with the paths, the deepest known folder that holds the location decides.
+bool SystemLocations::isAllowedByIdentity(std::string real) const
+{
+    const auto identityOf = [](const std::string &path) {
+        const Result<FileAttributes> attributes = readAttributes(path);
+        return attributes ? std::optional(attributes->identity) : std::nullopt;
+    };
+    const std::optional<FileIdentity> itself = identityOf(real);
+    if (itself && itself == identityOf("/"))
+        return false;
+    while (real != "/") {
+        const std::optional<FileIdentity> identity = identityOf(real);
+        if (const std::optional<Verdict> verdict = identity ? verdictOn(*identity) : std::nullopt)
+            return *verdict == Verdict::Allowed;
+        real.resize(std::max<std::size_t>(real.rfind('/'), 1));
+    }
+    return true;
 }
 
 void SystemLocations::addHome(const Location &home)
@@ -200,7 +259,7 @@ bool SystemLocations::isAllowed(const Location &location) const
         return false;
     const auto leadsToAllowed = [&](const std::string &way) {
         const std::optional<std::string> real = resolvedPath(way);
-        return real && isAllowedText(std::string_view(*real));
+        return real && isAllowedText(std::string_view(*real)) && isAllowedByIdentity(*real);
     };
     if (isStandardised(path))
         return isAllowedText(std::string_view(path)) && leadsToAllowed(path);
@@ -234,7 +293,8 @@ bool SystemLocations::isAllowedEntryIn(const std::string &realFolder, const Loca
 bool SystemLocations::isAllowedAsResolved(const std::string &path, const std::string &realFolder) const
 {
     const std::string real = joined(realFolder, std::string_view(path).substr(path.rfind('/') + 1));
-    return real == path || (isAllowedText(std::string_view(real)) && !holdsRefused(real));
+    const bool byText = real == path || (isAllowedText(std::string_view(real)) && !holdsRefused(real));
+    return byText && isAllowedByIdentity(real);
 }
 
 } // namespace brellin

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Base/Location.h"
+#include "Disk/FileAttributes.h"
 
 #include <QString>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,7 +24,8 @@ struct SystemFolders {
 
 /// Where the agent never reads, moves or writes: the system's folders, the user's Library (its cloud folder excepted) and,
 /// on Linux, everything whose first name below the home folder begins with a dot. The home folder may lie inside a system
-/// folder ("/var/home/anna"): it is the user's nevertheless, unless it is one of the system's folders itself.
+/// folder ("/var/home/anna"): it is the user's nevertheless, unless it is one of the system's folders itself. A system folder
+/// that is mounted elsewhere as well is known by its device and inode.
 class SystemLocations {
 public:
     /// The refusal text of every operation.
@@ -45,7 +48,7 @@ public:
     /// last component is not followed: it is the link itself that moves. A folder that holds a refused place (the home
     /// folder with its Library) is refused as well.
     bool isAllowedEntry(const Location &location) const;
-    /// The same for an entry at a standardised path whose folder is known to lie at `realFolder`. Looks at no disk.
+    /// The same for an entry at a standardised path whose folder is known to lie at `realFolder`.
     bool isAllowedEntryIn(const std::string &realFolder, const Location &standardised) const;
 
     /// The first rule from the text of a standardised path alone, without looking at the disk.
@@ -54,6 +57,9 @@ public:
     {
         return isAllowedText(std::string_view(standardised.native()));
     }
+
+    /// Whether a folder is one of the refused ones, whatever its path: for walks, which see every folder on the way.
+    bool isRefusedFolder(const FileIdentity &folder) const;
 
     /// The home folder as it was named.
     const Location &home() const { return m_home; }
@@ -67,17 +73,27 @@ private:
         QString foldedFolder;     ///< only where case is ignored
     };
     class Tested;
+    /// A folder as it was when it was looked at.
+    struct Known {
+        std::string folder;
+        Verdict verdict = Verdict::Refused;
+    };
 
     void addHome(const Location &home);
     void add(const Location &folder, Verdict verdict);
     void addRefusedAsResolved(const Location &folder);
     bool holdsRefused(std::string_view standardised) const;
     bool isAllowedAsResolved(const std::string &path, const std::string &realFolder) const;
+    void identify(const std::string &folder, Verdict verdict);
+    void identifyDotFolders();
+    std::optional<Verdict> verdictOn(const FileIdentity &folder) const;
+    bool isAllowedByIdentity(std::string real) const;
 
     Location m_home;
     std::vector<Place> m_homes; ///< as named and as resolved
     /// The deepest place that holds a location decides; of two equal ones the refusal.
     std::vector<Place> m_places;
+    std::map<FileIdentity, Known> m_known; ///< of the places and the dot folders those that are there
     bool m_dotFoldersInHome = false;
 };
 

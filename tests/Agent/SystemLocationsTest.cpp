@@ -1,9 +1,11 @@
 #include "Agent/SystemLocations.h"
+#include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
 
 using namespace brellin;
+using brellin::test::PrivateMount;
 using brellin::test::TempTree;
 
 namespace {
@@ -113,6 +115,36 @@ TEST_F(LinkedLocations, AnEntryIsTheLinkItself)
     // Moving what holds a refused folder would move that as well.
     EXPECT_FALSE(entryAllowed("home"));
     EXPECT_FALSE(entryAllowed(""));
+}
+
+TEST_F(LinkedLocations, KnowsSystemFoldersThatAreMountedElsewhere)
+{
+    tree.lines({"home/bild/", "home/alles/", "home/gut/", "home/.config/x", "home/tief/", "daten/a.txt"});
+    const SystemLocations knowing(tree.path("home"), {tree.path("system")});
+    const PrivateMount whole = PrivateMount::bind(tree.path("system"), tree.path("home/bild"));
+    const PrivateMount part = PrivateMount::bind(tree.path("home/.config"), tree.path("home/tief"));
+    const PrivateMount root = PrivateMount::bind("/", tree.path("home/alles"));
+    const PrivateMount good = PrivateMount::bind(tree.path("daten"), tree.path("home/gut"));
+    if (!whole || !part || !root || !good)
+        GTEST_SKIP() << "no mounts here";
+    for (const char *const folder :
+         {"home/bild", "home/bild/inside", "home/bild/noch/nicht/da", "home/alles", "home/tief"})
+        EXPECT_FALSE(knowing.isAllowed(tree.path(folder))) << folder;
+    EXPECT_FALSE(knowing.isAllowedEntry(tree.path("home/bild")));
+    EXPECT_FALSE(knowing.isAllowedEntry(tree.path("home/bild/neu.txt")));
+    EXPECT_FALSE(knowing.isAllowedEntryIn(tree.path("home/bild").native(), tree.path("home/bild/inside")));
+    EXPECT_TRUE(knowing.isAllowed(tree.path("home/gut")));
+    EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/gut/a.txt")));
+    EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/Downloads/a.txt")));
+}
+
+TEST_F(LinkedLocations, ForgetsWhatASystemFolderWas)
+{
+    // The number of a folder that is gone goes to another.
+    std::filesystem::rename(tree.path("system"), tree.path("home/umbenannt"));
+    EXPECT_TRUE(allowed("home/umbenannt"));
+    tree.lines({"system/"});
+    EXPECT_FALSE(allowed("system"));
 }
 
 TEST(SystemLocations, KnowsHomeAndSystemFoldersByAllTheirNames)
