@@ -213,7 +213,7 @@ Result<AnalysisFindings> Analysis::run()
     TRY(findFolders());
     const RuleMatching matching(m_services.locations, m_services.clock);
     const LaterTrash later =
-        documents.pairs.empty() ? LaterTrash() : TRY(LaterTrash::of(matching, m_request.rules, &m_control));
+        TRY(LaterTrash::of(m_services.locations, matching, m_request.rules, documents.pairs, &m_control));
     proposeDocuments(proposedPairs(documents.pairs, m_scope, m_whole, later), later);
     proposeFolders(m_equal);
     proposeFolders(m_removable);

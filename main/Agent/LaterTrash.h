@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/DuplicateFinder.h"
 #include "Agent/RuleMatching.h"
 
 #include <map>
@@ -11,8 +12,10 @@ namespace brellin {
 /// enough. Such a file is no safe place for a content whose other copies go.
 class LaterTrash {
 public:
-    /// Tries the rules on the disk, the trash rules without their conditions on age. Fails only when cancelled.
-    static Result<LaterTrash> of(const RuleMatching &matching, std::vector<CleanupRule> rules,
+    /// Tries the rules that reach the files of the pairs on the disk, the trash rules without their conditions on age. Fails
+    /// only when cancelled.
+    static Result<LaterTrash> of(const SystemLocations &locations, const RuleMatching &matching,
+                                 std::vector<CleanupRule> rules, const std::vector<DuplicatePair> &pairs,
                                  const JobControl *control);
 
     /// Whether a kept file goes one day, and its duplicate not by the same rule.
@@ -21,5 +24,9 @@ public:
 private:
     std::map<FileIdentity, QUuid> m_rules; ///< by the file that they take
 };
+
+/// The enabled rules that look into a folder in which some of the files lie, by whatever links or mounts, in their order.
+std::vector<CleanupRule> rulesReaching(const std::vector<CleanupRule> &rules, const std::vector<Location> &files,
+                                       const Location &home);
 
 } // namespace brellin

@@ -89,10 +89,10 @@ void Scanner::propose(AgentProposal proposal)
 
 Result<LaterTrash> Scanner::laterTrash(const Duplicates &duplicates) const
 {
-    if (duplicates.pairs.empty())
-        return LaterTrash();
     const RuleMatching matching(m_services.locations, m_services.clock);
-    return LaterTrash::of(matching, m_request.rules.empty() ? m_request.rulesOfKept : m_request.rules, &m_control);
+    return LaterTrash::of(m_services.locations, matching,
+                          m_request.rules.empty() ? m_request.rulesOfKept : m_request.rules, duplicates.pairs,
+                          &m_control);
 }
 
 Result<void> Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates)

@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
+#include "Agent/LaterTrash.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 
@@ -158,6 +159,26 @@ TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
     wait(agent, [&] { agent.analyze(world.home("Downloads")); });
     for (const AgentProposal &one : agent.proposals.get())
         EXPECT_FALSE(one.keptCopy) << one.source;
+}
+
+TEST_F(KeptFilesTest, AreLookedForOnlyWhereRulesReachThem)
+{
+    world.tree().lines({"home/Downloads/tief/a.pdf=1", "home/Bilder/b.png=2", "home/DL->Downloads"});
+    const auto reaches = [&](const char *source, bool subfolders, const char *file) {
+        CleanupRule one = rule(RuleAction::Trash, u"alt"_qs);
+        one.sourcePath = textOf(world.home(source));
+        one.includeSubfolders = subfolders;
+        return !rulesReaching({one}, {world.home("Bilder/b.png"), world.home(file)}, world.home("")).empty();
+    };
+    EXPECT_TRUE(reaches("Downloads", false, "Downloads/alt.pdf"));
+    EXPECT_TRUE(reaches("DL", false, "Downloads/alt.pdf"));
+    EXPECT_TRUE(reaches("Downloads", false, "DL/alt.pdf"));
+    EXPECT_TRUE(reaches("Downloads", true, "DL/tief/a.pdf"));
+    EXPECT_TRUE(reaches("Downloads/..", true, "Downloads/tief/a.pdf"));
+    EXPECT_FALSE(reaches("Downloads", false, "Downloads/tief/a.pdf"));
+    EXPECT_FALSE(reaches("Downloads/tief", true, "Downloads/alt.pdf"));
+    EXPECT_FALSE(reaches("fehlt", true, "Downloads/alt.pdf"));
+    EXPECT_TRUE(reaches("Bilder", false, "Downloads/alt.pdf")) << "one of the files is enough";
 }
 
 TEST_F(KeptFilesTest, AreNotExchangedForOneThatARuleTrashesLater)
