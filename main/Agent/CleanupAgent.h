@@ -174,6 +174,7 @@ private:
         Result<Outcome> outcome;
         RunHistory::Shown history;
         ChangedProposals followed = {}; ///< of the list
+        std::set<QUuid> unwanted = {};  ///< of the list: never to be proposed
     };
     /// … and from the end of a scan what is left to be asked, with the number of those that are new.
     struct ScanEnd {

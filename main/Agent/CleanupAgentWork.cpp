@@ -18,7 +18,8 @@ QString counting(std::size_t count)
 }
 
 /// What is not known to have been put somewhere would be proposed to be moved again: no analysis without the whole history.
-Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisRequest request, JobControl &control)
+Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisRequest request,
+                                        const std::vector<NeverProposed> &never, JobControl &control)
 {
     RunHistory::Shown history = RunHistory(services.defaults).shown();
     if (history.damage) {
@@ -27,7 +28,21 @@ Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisR
         return failure(std::move(why));
     }
     request.history = std::move(history.runs);
-    return brellin::analyze(services.forAnalysis(), request, control);
+    AnalysisFindings found = TRY(brellin::analyze(services.forAnalysis(), request, control));
+    const NeverSet unwanted(never);
+    std::erase_if(found.proposals, [&](const AgentProposal &one) { return unwanted.contains(one); });
+    return found;
+}
+
+std::set<QUuid> unwantedOf(const std::vector<AgentProposal> &proposals, const std::vector<NeverProposed> &never)
+{
+    const NeverSet refused(never);
+    std::set<QUuid> ids;
+    for (const AgentProposal &one : proposals) {
+        if (refused.contains(one))
+            ids.insert(one.id);
+    }
+    return ids;
 }
 
 } // namespace
@@ -146,7 +161,9 @@ void CleanupAgent::startAnalysis()
     const AnalysisRequest request = analysisRequest(*m_analysedFolder);
     m_analyzing.start(
         m_pool,
-        [services = m_services, request](JobControl &control) { return analyzeKnowing(services, request, control); },
+        [services = m_services, request, list = never.get()](JobControl &control) {
+            return analyzeKnowing(services, request, list, control);
+        },
         [this](Result<AnalysisFindings> found) { analyzed(std::move(found)); },
         [this](const JobControl &control) { watch(control); });
 }
@@ -160,11 +177,7 @@ void CleanupAgent::analyzed(Result<AnalysisFindings> found)
     }
     m_analysis = *std::move(found);
     m_listedFolder = m_analysedFolder;
-    std::vector<AgentProposal> list = m_analysis->proposals;
-    const NeverSet unwanted(never.get());
-    std::erase_if(list, [&](const AgentProposal &one) { return unwanted.contains(one); });
-    m_analysis->proposals = list;
-    showProposals(std::move(list));
+    showProposals(m_analysis->proposals);
     if (m_analysis->end == AnalysisFindings::End::NeedsProfile)
         publish(pendingProfile, m_analysis->detected);
     publish(leftNothing, proposals.get().empty() && m_analysis->end == AnalysisFindings::End::Done);
@@ -210,22 +223,19 @@ void CleanupAgent::executeChosen()
 /// What the user has meanwhile put on the list of what is never to be proposed, in another window, is not carried out.
 void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 {
-    std::vector<AgentProposal> wanted;
-    std::set<QUuid> unwanted;
-    const NeverSet refused(never.get());
-    for (const AgentProposal &proposal : proposals.get()) {
-        if (refused.contains(proposal))
-            unwanted.insert(proposal.id);
-        else if (ticked.contains(proposal.id))
-            wanted.push_back(proposal);
-    }
-    removeFromList(unwanted);
-    const auto work = [services = m_services, wanted, listed = proposals.get()](JobControl &control) {
+    const auto work = [services = m_services, ticked, listed = proposals.get(),
+                       refused = never.get()](JobControl &control) {
+        std::set<QUuid> unwanted = unwantedOf(listed, refused);
+        std::vector<AgentProposal> wanted;
+        std::ranges::copy_if(listed, std::back_inserter(wanted), [&](const AgentProposal &one) {
+            return ticked.contains(one.id) && !unwanted.contains(one.id);
+        });
         Result<ExecutionOutcome> outcome = Execution(services).execute(wanted, control);
         ChangedProposals followed;
         if (outcome && outcome->run)
             followed = followedKept(listed, *outcome->run);
-        return Worked<ExecutionOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed)};
+        return Worked<ExecutionOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed),
+                                        std::move(unwanted)};
     };
     m_executing.start(
         m_pool, work, [this](Worked<ExecutionOutcome> worked) { executed(std::move(worked)); },
@@ -235,6 +245,7 @@ void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
 {
     m_execution.reset();
+    removeFromList(worked.unwanted);
     Result<ExecutionOutcome> &result = worked.outcome;
     if (!result)
         return fail(result.error());

@@ -33,44 +33,26 @@ Guard::Guard(const SystemLocations &locations, const std::vector<FolderProfile> 
 {
 }
 
-const Guard::Folder &Guard::folderOf(const Location &entry) const
-{
-    const Location folder = entry.parent_path();
-    const auto [known, isNew] = m_folders.try_emplace(folder.native());
-    if (isNew) {
-        known->second.real = resolvedLocation(folder).value_or(folder);
-        known->second.identity = identityOf(known->second.real);
-    }
-    return known->second;
-}
-
-Location Guard::real(const Location &entry) const
-{
-    return folderOf(entry).real / entry.filename();
-}
-
 FolderEntry Guard::entryOf(const Location &entry) const
 {
-    const Location named = standardised(entry);
-    const std::optional<FileIdentity> &folder = folderOf(named).identity;
-    return folder ? FolderEntry{*folder, named.filename().native()} : FolderEntry{{}, real(named).native()};
+    return m_folders.entryOf(entry);
 }
 
 bool Guard::isProtected(const Location &entry) const
 {
     const Location named = standardised(entry);
-    return m_protected.over(named, real(named)).has_value();
+    return m_protected.over(named, m_folders.real(named)).has_value();
 }
 
 bool Guard::isProtectedAsWhole(const Location &entry) const
 {
     const Location named = standardised(entry);
-    return m_protected.of(named, real(named)).has_value();
+    return m_protected.of(named, m_folders.real(named)).has_value();
 }
 
 bool Guard::isInProject(const Location &entry) const
 {
-    return m_projects.above(real(standardised(entry))).has_value();
+    return m_projects.above(m_folders.real(standardised(entry))).has_value();
 }
 
 std::optional<FolderProfile> Guard::profileOf(const Location &location) const

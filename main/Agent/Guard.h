@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Agent/FolderEntry.h"
+#include "Agent/EntryFolders.h"
 #include "Agent/ProjectDetection.h"
 #include "Agent/ProtectedPlaces.h"
 #include "Agent/SystemLocations.h"
 #include "Base/Result.h"
-
-#include <map>
 
 namespace brellin {
 
@@ -42,18 +40,12 @@ public:
     Result<void> checkIn(const std::string &realFolder, const Location &entry, Review review) const;
 
 private:
-    struct Folder {
-        Location real;
-        std::optional<FileIdentity> identity;
-    };
-    const Folder &folderOf(const Location &entry) const;
-    Location real(const Location &entry) const;
     Result<void> checkReal(const Location &entry, const Location &real, Review review) const;
 
     const SystemLocations &m_locations;
     ProtectedPlaces m_protected;
     mutable ProjectRoots m_projects;
-    mutable std::map<std::string, Folder> m_folders; ///< by the path that was asked for
+    mutable EntryFolders m_folders;
 };
 
 } // namespace brellin

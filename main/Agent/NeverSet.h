@@ -1,25 +1,35 @@
 #pragma once
 
+#include "Agent/EntryFolders.h"
 #include "Agent/ProposalMemory.h"
 
-#include <unordered_set>
+#include <set>
 
 namespace brellin {
 
-/// What is never to be proposed, for whoever asks it of many proposals. Built once for an operation.
+/// What is never to be proposed, for whoever asks it of many proposals. It goes by the folders in which entries really lie,
+/// like the guard, and looks at the disk for that: make one for an operation, on its worker. For one thread.
 class NeverSet {
 public:
-    explicit NeverSet(const std::vector<NeverProposed> &all) : m_all(all.begin(), all.end()) {}
+    explicit NeverSet(const std::vector<NeverProposed> &all);
 
-    bool contains(const AgentProposal &proposal) const { return m_all.contains(NeverProposed::of(proposal)); }
-    /// Whether it is new.
-    bool add(const NeverProposed &one) { return m_all.insert(one).second; }
+    bool contains(const AgentProposal &proposal) const
+    {
+        return m_all.contains(entriesOf(NeverProposed::of(proposal)));
+    }
 
 private:
-    struct BySource {
-        std::size_t operator()(const NeverProposed &one) const { return std::filesystem::hash_value(one.source); }
+    struct Entries {
+        AgentProposal::Kind kind = AgentProposal::Kind::Move;
+        FolderEntry source;
+        std::optional<FolderEntry> destination;
+
+        auto operator<=>(const Entries &) const = default;
     };
-    std::unordered_set<NeverProposed, BySource> m_all;
+    Entries entriesOf(const NeverProposed &one) const;
+
+    mutable EntryFolders m_folders;
+    std::set<Entries> m_all;
 };
 
 } // namespace brellin

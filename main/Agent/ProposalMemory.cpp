@@ -2,14 +2,22 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
-#include "Agent/NeverSet.h"
 #include "Agent/PathTexts.h"
 #include "Disk/Digest.h"
 #include "System/StoredList.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace brellin {
+
+namespace {
+
+struct BySource {
+    std::size_t operator()(const NeverProposed &one) const { return std::filesystem::hash_value(one.source); }
+};
+
+} // namespace
 
 QString NeverProposed::text(const Location &home) const
 {
@@ -58,9 +66,9 @@ Result<void> ProposalMemory::addNever(const std::vector<AgentProposal> &proposal
     return updateList<NeverProposed>(
         m_defaults, AgentKeys::never, [&](std::optional<std::vector<NeverProposed>> stored) {
             std::vector<NeverProposed> all = std::move(stored).value_or(std::vector<NeverProposed>());
-            NeverSet known(all);
+            std::unordered_set<NeverProposed, BySource> known(all.begin(), all.end());
             for (const AgentProposal &proposal : proposals) {
-                if (NeverProposed one = NeverProposed::of(proposal); known.add(one))
+                if (NeverProposed one = NeverProposed::of(proposal); known.insert(one).second)
                     all.push_back(std::move(one));
             }
             return std::optional(std::move(all));

@@ -266,6 +266,26 @@ TEST_F(ScanTest, cancelledAmidTheAutomaticStepsKeepsListBadgeAndTime)
     EXPECT_EQ(world.leftovers(), 0);
 }
 
+TEST_F(ScanTest, neverProposesAgainByWhateverWayAnEntryIsReached)
+{
+    world.tree().lines({"home/Downloads/a.pdf=1", "home/Ziel/", "home/DL->Downloads", "home/Z->Ziel"});
+    CleanupAgent agent(world.services());
+    use(agent, {moving(u"pdf"_qs, world.home("Ziel"))});
+    scan(agent);
+    ASSERT_EQ(agent.proposals.get().size(), 1U);
+    agent.neverPropose({agent.proposals.get().front().id});
+    CleanupRule linked = moving(u"pdf"_qs, world.home("Z"));
+    linked.sourcePath = textOf(world.home("DL"));
+    use(agent, {automatic(linked)});
+    scan(agent);
+    EXPECT_TRUE(agent.proposals.get().empty());
+    EXPECT_TRUE(world.tree().has("home/Downloads/a.pdf"));
+    linked.action = RuleAction::Copy; // is another finding
+    use(agent, {linked});
+    scan(agent);
+    EXPECT_EQ(agent.proposals.get().size(), 1U);
+}
+
 TEST_F(ScanTest, saysOfEachWhyItDidNotHappenByItself)
 {
     world.tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/c.png=3"});
