@@ -73,19 +73,19 @@ const EarlierCopies::Folder &EarlierCopies::entriesOf(const Location &folder)
     const WalkOptions options{
         .attributes = Attribute::Identity | Attribute::Size | Attribute::Modified, .subfolders = false, .prune = {}};
     // A folder that is not there yet, or cannot be read, holds no copies.
-    (void)walk(folder, options, collect, &m_control);
+    (void)walk(folder, options, collect, m_control);
     return known->second;
 }
 
 bool EarlierCopies::isCopiedPackage(const Candidate &candidate, const Location &place)
 {
-    const Result<TreeState> original = TreeState::of(candidate.source, &m_control);
-    const Result<TreeState> copy = TreeState::of(place, &m_control);
+    const Result<TreeState> original = TreeState::of(candidate.source, m_control);
+    const Result<TreeState> copy = TreeState::of(place, m_control);
     if (!original || !copy || original->entries != copy->entries || original->bytes != copy->bytes)
         return false;
     if (original->newest && copy->newest && isAboutThen(*original->newest, *copy->newest))
         return true;
-    return haveSameContent(candidate.source, place, &m_control);
+    return haveSameContent(candidate.source, place, m_control);
 }
 
 bool EarlierCopies::isCopy(const Candidate &candidate, const Location &place, const FileAttributes &there)
@@ -94,7 +94,7 @@ bool EarlierCopies::isCopy(const Candidate &candidate, const Location &place, co
         return there.isFolder() && isCopiedPackage(candidate, place);
     if (!there.isFile() || there.size != candidate.seen.size)
         return false;
-    return isAboutThen(there.modified, candidate.seen.modified) || haveSameContent(candidate.source, place, &m_control);
+    return isAboutThen(there.modified, candidate.seen.modified) || haveSameContent(candidate.source, place, m_control);
 }
 
 /// The entries that have a wanted name or one of its numbers.

@@ -13,8 +13,8 @@ namespace brellin {
 /// one scan only. Reads only.
 class EarlierCopies {
 public:
-    /// `control` outlives it.
-    explicit EarlierCopies(JobControl &control) : m_control(control) {}
+    /// `control` may be none, and outlives it.
+    explicit EarlierCopies(JobControl *control) : m_control(control) {}
 
     /// Whether a candidate's copy is there, under its name or one of its numbers. Size and time tell, give or take what a
     /// volume makes of times; where only the time differs, the content does.
@@ -33,7 +33,7 @@ private:
     bool isCopy(const Candidate &candidate, const Location &place, const FileAttributes &there);
     bool isCopiedPackage(const Candidate &candidate, const Location &place);
 
-    JobControl &m_control;
+    JobControl *m_control;
     std::map<Location, Folder> m_folders;
 };
 

@@ -133,6 +133,10 @@ QString RuleExplanation::text() const
         return QStringLiteral("Die Datei bleibt, weil ein Skript sie benutzt.");
     case Verdict::Protected:
         return QStringLiteral("Die Datei ist geschützt und bleibt, wie sie ist.");
+    case Verdict::TargetRefused:
+        return QStringLiteral("Die Datei bleibt, weil der Agent in das Ziel der Regel nie etwas legt.");
+    case Verdict::AlreadyCopied:
+        return QStringLiteral("Die Kopie dieser Datei steht schon im Ziel.");
     case Verdict::NothingToDo:
         return QStringLiteral("Für diese Datei bleibt nichts zu tun.");
     }
@@ -146,6 +150,10 @@ QString RuleForecast::text(const Location &home) const
     const QString name = QStringLiteral("Regel „%1“").arg(rule->name);
     if (outcome == Outcome::Protected)
         return name + QStringLiteral(" – bleibt, weil die Datei geschützt ist");
+    if (outcome == Outcome::TargetRefused)
+        return name + QStringLiteral(" – bleibt, weil der Agent in ihr Ziel nie etwas legt");
+    if (outcome == Outcome::AlreadyCopied)
+        return name + QStringLiteral(" – die Kopie steht schon im Ziel");
     if (outcome == Outcome::NamedByScript)
         return name + QStringLiteral(" – bleibt, weil ein Skript die Datei benutzt");
     if (!destination)

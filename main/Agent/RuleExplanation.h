@@ -39,8 +39,10 @@ struct RuleExplanation {
         ConditionFails, ///< `conditions` says which
         NotLookedAt,    ///< hidden, a script, half-written, inside a package, or no file at all
         NamedByScript,
-        Protected,  ///< by a profile
-        NothingToDo ///< it is in its place, has its name, or the rule's text leads nowhere
+        Protected,     ///< by a profile
+        TargetRefused, ///< the agent never puts anything there
+        AlreadyCopied, ///< the copy stands in the target
+        NothingToDo    ///< it is in its place, has its name, or the rule's text leads nowhere
     };
     Verdict verdict = Verdict::NotLookedAt;
     std::vector<ConditionOutcome> conditions; ///< in the rule's order
@@ -56,8 +58,10 @@ struct RuleForecast {
     enum class Outcome {
         NoRule, ///< no rule would take it
         Taken,
-        Protected,    ///< a rule would, but a profile protects it
-        NamedByScript ///< a rule would, but a script names it
+        Protected,     ///< a rule would, but a profile protects it
+        TargetRefused, ///< a rule would, but the agent never puts anything into its target
+        AlreadyCopied, ///< a rule would, but the copy stands in its target
+        NamedByScript  ///< a rule would, but a script names it
     };
     Outcome outcome = Outcome::NoRule;
     std::optional<CleanupRule> rule; ///< the one that takes it, or would

@@ -1,6 +1,6 @@
 #include "Agent/RuleMatching.h"
 
-#include "Agent/Guard.h"
+#include "Agent/CandidateFates.h"
 #include "Agent/RuleConditions.h"
 #include "Agent/RuleTargets.h"
 #include "Agent/RuleWalk.h"
@@ -288,6 +288,43 @@ RuleEvaluation Evaluation::summary()
     return result;
 }
 
+CandidateFate fateOf(const Candidate &candidate, const SystemLocations &locations,
+                     const std::vector<FolderProfile> &profiles, JobControl *control)
+{
+    const Guard guard(locations, profiles);
+    return CandidateFates(locations, guard, control).of(candidate);
+}
+
+RuleExplanation::Verdict verdictFor(CandidateFate fate)
+{
+    switch (fate) {
+    case CandidateFate::Protected:
+        return RuleExplanation::Verdict::Protected;
+    case CandidateFate::TargetRefused:
+        return RuleExplanation::Verdict::TargetRefused;
+    case CandidateFate::AlreadyCopied:
+        return RuleExplanation::Verdict::AlreadyCopied;
+    case CandidateFate::Proposed:
+        break;
+    }
+    return RuleExplanation::Verdict::Takes;
+}
+
+RuleForecast::Outcome outcomeOf(CandidateFate fate)
+{
+    switch (fate) {
+    case CandidateFate::Protected:
+        return RuleForecast::Outcome::Protected;
+    case CandidateFate::TargetRefused:
+        return RuleForecast::Outcome::TargetRefused;
+    case CandidateFate::AlreadyCopied:
+        return RuleForecast::Outcome::AlreadyCopied;
+    case CandidateFate::Proposed:
+        break;
+    }
+    return RuleForecast::Outcome::Taken;
+}
+
 } // namespace
 
 RuleMatching::RuleMatching(const SystemLocations &locations, const Clock &clock)
@@ -325,7 +362,7 @@ std::optional<Location> RuleMatching::foundIn(const CleanupRule &rule, const Loc
 }
 
 Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const std::vector<FolderProfile> &profiles,
-                                              const Location &file, const JobControl *control) const
+                                              const Location &file, JobControl *control) const
 {
     using Verdict = RuleExplanation::Verdict;
     RuleExplanation result{
@@ -351,15 +388,15 @@ Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const std
         return result;
     if (!found.verdict->candidate)
         return because(Verdict::NamedByScript);
-    if (Guard(m_locations, profiles).isProtectedAsWhole(file))
-        return because(Verdict::Protected);
-    result.candidate = std::move(found.verdict->candidate);
-    return because(Verdict::Takes);
+    result.verdict = verdictFor(fateOf(*found.verdict->candidate, m_locations, profiles, control));
+    if (result.verdict == Verdict::Takes)
+        result.candidate = std::move(found.verdict->candidate);
+    return result;
 }
 
 Result<RuleForecast> RuleMatching::forecast(const std::vector<CleanupRule> &rules,
                                             const std::vector<FolderProfile> &profiles, const Location &file,
-                                            const JobControl *control) const
+                                            JobControl *control) const
 {
     // Only rules whose conditions hold have a say in what becomes of the file.
     std::vector<CleanupRule> asked;
@@ -378,8 +415,7 @@ Result<RuleForecast> RuleMatching::forecast(const std::vector<CleanupRule> &rule
         return result;
     }
     const Candidate &candidate = *found.verdict->candidate;
-    const bool isProtected = Guard(m_locations, profiles).isProtectedAsWhole(file);
-    result.outcome = isProtected ? RuleForecast::Outcome::Protected : RuleForecast::Outcome::Taken;
+    result.outcome = outcomeOf(fateOf(candidate, m_locations, profiles, control));
     result.kind = candidate.kind;
     result.chosenByModel = candidate.needsAI;
     result.destination = candidate.needsAI ? candidate.aiBase : candidate.destination;

@@ -42,12 +42,12 @@ public:
     /// Whether a rule on its own would take a file, and if not, why: each condition with what the file has instead. Walks the
     /// rule's folder where the conditions hold. Fails only when cancelled.
     Result<RuleExplanation> explain(const CleanupRule &rule, const std::vector<FolderProfile> &profiles,
-                                    const Location &file, const JobControl *control = nullptr) const;
+                                    const Location &file, JobControl *control = nullptr) const;
 
     /// What the rules, tried as a scan would, do with one file. Walks the folders of the rules whose conditions hold. Fails
     /// only when cancelled.
     Result<RuleForecast> forecast(const std::vector<CleanupRule> &rules, const std::vector<FolderProfile> &profiles,
-                                  const Location &file, const JobControl *control = nullptr) const;
+                                  const Location &file, JobControl *control = nullptr) const;
 
     bool isAllowed(const Location &location) const { return m_locations.isAllowed(location); }
 

@@ -1,6 +1,6 @@
 #include "Agent/RuleTrial.h"
 
-#include "Agent/Guard.h"
+#include "Agent/CandidateFates.h"
 #include "Agent/RuleList.h"
 #include "Agent/RuleMatching.h"
 #include "Base/AbandonablePool.h"
@@ -32,6 +32,31 @@ QString verbOf(RuleAction action)
     return {};
 }
 
+QString keptNamesText(std::int64_t count)
+{
+    if (count == 0)
+        return {};
+    return QStringLiteral(" %1 schon so, wie das Muster Namen bildet, und %2.")
+        .arg(counted(count, QStringLiteral("Datei heißt"), QStringLiteral("Dateien heißen")),
+             count == 1 ? QStringLiteral("bleibt") : QStringLiteral("bleiben"));
+}
+
+QString refusedText(std::int64_t count)
+{
+    if (count == 0)
+        return {};
+    return QStringLiteral(" %1, weil der Agent in ihr Ziel nie etwas legt.")
+        .arg(counted(count, QStringLiteral("Datei bleibt"), QStringLiteral("Dateien bleiben")));
+}
+
+QString copiedText(std::int64_t count)
+{
+    if (count == 0)
+        return {};
+    return QStringLiteral(" Von %1 steht die Kopie schon im Ziel.")
+        .arg(counted(count, QStringLiteral("Datei"), QStringLiteral("Dateien")));
+}
+
 } // namespace
 
 QString TrialOutcome::text(RuleAction action) const
@@ -40,15 +65,11 @@ QString TrialOutcome::text(RuleAction action) const
     const QString taken =
         count == 0 ? QStringLiteral("Diese Regel würde jetzt keine Datei finden.")
                    : QStringLiteral("Diese Regel würde jetzt %1 %2 (%3).").arg(some, verbOf(action), sizeText(bytes));
-    if (keptNames == 0)
-        return taken;
-    return taken + QStringLiteral(" %1 schon so, wie das Muster Namen bildet, und %2.")
-                       .arg(counted(keptNames, QStringLiteral("Datei heißt"), QStringLiteral("Dateien heißen")),
-                            keptNames == 1 ? QStringLiteral("bleibt") : QStringLiteral("bleiben"));
+    return taken + keptNamesText(keptNames) + refusedText(refused) + copiedText(copied);
 }
 
 Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
-                             const std::vector<FolderProfile> &profiles, std::size_t most, const JobControl *control)
+                             const std::vector<FolderProfile> &profiles, std::size_t most, JobControl *control)
 {
     edited.enabled = true;
     const QUuid id = edited.id;
@@ -59,8 +80,12 @@ Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRu
     outcome.leftForScripts = found.leftForScripts;
     if (const auto kept = found.keptNames.find(id); kept != found.keptNames.end())
         outcome.keptNames = kept->second;
+    CandidateFates fates(services.locations, guard, control);
     for (const Candidate &one : found.candidates) {
-        if (one.rule != id || guard.isProtectedAsWhole(one.source))
+        const CandidateFate fate = one.rule == id ? fates.of(one) : CandidateFate::Protected;
+        outcome.refused += fate == CandidateFate::TargetRefused ? 1 : 0;
+        outcome.copied += fate == CandidateFate::AlreadyCopied ? 1 : 0;
+        if (fate != CandidateFate::Proposed)
             continue;
         ++outcome.count;
         outcome.bytes += one.isPackage ? 0 : one.seen.size;

@@ -32,16 +32,18 @@ struct TrialOutcome {
     std::int64_t bytes = 0;          ///< of all of them
     std::int64_t leftForScripts = 0; ///< of all rules
     std::int64_t keptNames = 0;      ///< files that the rule would rename, had they not such names already
+    std::int64_t refused = 0;        ///< files that stay because the agent never puts anything into the target
+    std::int64_t copied = 0;         ///< files whose copy stands in the target already
 
     bool operator==(const TrialOutcome &) const = default;
-    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", and how many names stay because they look like its own.
+    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", and how many files it takes that stay as they are.
     QString text(RuleAction action) const;
 };
 
 /// Tries the rules as a scan would and gives what `edited` takes; the rule of its id gives way to it, a new one comes last.
 /// Switched off it is tried all the same. Reads only. Fails only when cancelled.
 Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
-                             const std::vector<FolderProfile> &profiles, std::size_t most, const JobControl *control);
+                             const std::vector<FolderProfile> &profiles, std::size_t most, JobControl *control);
 
 /// The live test beside the rule editor: tries what is being typed, a moment after the last key. Lives on the main thread.
 class RuleTrial : public Model {

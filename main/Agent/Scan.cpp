@@ -1,9 +1,9 @@
 #include "Agent/Scan.h"
 
 #include "Agent/AiSorting.h"
+#include "Agent/CandidateFates.h"
 #include "Agent/DuplicateFinder.h"
 #include "Agent/DuplicateReasons.h"
-#include "Agent/EarlierCopies.h"
 #include "Agent/Guard.h"
 #include "Agent/LaterTrash.h"
 #include "Agent/NeverSet.h"
@@ -38,7 +38,6 @@ private:
     Result<LaterTrash> laterTrash(const Duplicates &duplicates) const;
     Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
     void propose(AgentProposal proposal);
-    bool isTargetAllowed(const Candidate &candidate) const;
     void noteRefused(const Candidate &candidate);
     static AgentProposal proposalOf(const Candidate &candidate);
 
@@ -124,13 +123,6 @@ Result<void> Scanner::proposeDuplicates(const Duplicates &duplicates, const std:
     return {};
 }
 
-bool Scanner::isTargetAllowed(const Candidate &candidate) const
-{
-    if (candidate.needsAI)
-        return m_services.locations.isAllowed(*candidate.aiBase);
-    return !candidate.destination || m_services.locations.isAllowedEntry(*candidate.destination);
-}
-
 /// The rule keeps its files, a later one does not get them: nobody wrote it down for that.
 void Scanner::noteRefused(const Candidate &candidate)
 {
@@ -160,23 +152,23 @@ AgentProposal Scanner::proposalOf(const Candidate &candidate)
 Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
 {
     AiSorting sorting(m_services.forModel(), m_control);
-    EarlierCopies copies(m_control);
+    CandidateFates fates(m_services.locations, m_guard, &m_control);
     m_control.setTotal(static_cast<qint64>(candidates.size()));
     for (const Candidate &candidate : candidates) {
         if (m_control.cancelled())
             return failure(Failure::cancelled());
         m_control.advance();
-        AgentProposal proposal = proposalOf(candidate);
-        if (!isTargetAllowed(candidate)) {
+        const CandidateFate fate = fates.of(candidate);
+        if (fate == CandidateFate::TargetRefused)
             noteRefused(candidate);
+        if (fate != CandidateFate::Proposed)
             continue;
-        }
-        if (candidate.needsAI && !m_guard.isProtectedAsWhole(candidate.source)) {
+        AgentProposal proposal = proposalOf(candidate);
+        if (candidate.needsAI) {
             m_control.setDetail(shownName(candidate.source));
             proposal.destination = sorting.destinationOf(candidate);
         }
-        const bool leadsNowhere = candidate.needsAI && !proposal.destination;
-        if (!leadsNowhere && (candidate.kind != Kind::Copy || !copies.hold(candidate)))
+        if (!candidate.needsAI || proposal.destination)
             propose(std::move(proposal));
     }
     sorting.remember();

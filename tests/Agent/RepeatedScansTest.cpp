@@ -72,6 +72,10 @@ TEST_F(RepeatedScansTest, ACopyIsMadeOnceUnderWhicheverName)
     world.tree().file("home/Ziel/c (3).txt", "weitergeschrieben");
     world.tree().file("home/Downloads/a/x.txt", "neu");
     EXPECT_EQ(scan(agent), (Lines{"Downloads/c (3).txt -> Ziel/c (3).txt", "Downloads/a/x.txt -> Ziel/x.txt"}));
+    const Result<TrialOutcome> tried =
+        tryRule(world.services().forRules(), {}, agent.rules.get().front(), {}, 9, nullptr);
+    EXPECT_EQ(tried->text(RuleAction::Copy),
+              u"Diese Regel würde jetzt 2 Dateien kopieren (7 Byte). Von 3 Dateien steht die Kopie schon im Ziel."_qs);
     EXPECT_EQ(round(agent), 2U);
     EXPECT_EQ(scan(agent), Lines());
 }
@@ -107,6 +111,11 @@ TEST_F(RepeatedScansTest, ARefusedTargetIsSaidAndKeepsTheFilesFromLaterRules)
         << agent.status.get().toStdString();
     ASSERT_EQ(agent.findings().refusedTargets.size(), 1U);
     EXPECT_EQ(agent.findings().refusedTargets[0].files, 2);
+    const Result<TrialOutcome> tried = tryRule(world.services().forRules(), {}, refused, {}, 9, nullptr);
+    EXPECT_EQ(tried->count, 0);
+    EXPECT_EQ(tried->text(RuleAction::Move),
+              u"Diese Regel würde jetzt keine Datei finden. 2 Dateien bleiben, weil der Agent in ihr Ziel nie etwas "
+              u"legt."_qs);
 }
 
 TEST_F(RepeatedScansTest, TheTrialSaysThatNamesLikeItsOwnStay)

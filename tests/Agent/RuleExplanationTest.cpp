@@ -129,6 +129,31 @@ TEST_F(RuleExplanationTest, foretellsWhatAScanWouldDo)
     EXPECT_EQ(explain(rest, "DL/bild.png", {profile}).verdict, Verdict::Takes);
 }
 
+TEST_F(RuleExplanationTest, takesNothingThatAScanLeaves)
+{
+    tree.lines({"home/Downloads/a.txt=a", "home/Downloads/b.txt=b", "home/Ziel/a (2).txt=a", "home/Ziel/b.txt=anders"});
+    const CleanupRule refused = rule({}, textOf(tree.path("system/{Jahr}")));
+    CleanupRule refusedForModel = rule({}, textOf(tree.path("system")));
+    refusedForModel.action = RuleAction::AiSort;
+    CleanupRule copy = rule();
+    copy.action = RuleAction::Copy;
+    using Outcome = RuleForecast::Outcome;
+    const std::vector<std::tuple<CleanupRule, std::string, Verdict, Outcome>> rows = {
+        {refused, "Downloads/a.txt", Verdict::TargetRefused, Outcome::TargetRefused},
+        {refusedForModel, "Downloads/a.txt", Verdict::TargetRefused, Outcome::TargetRefused},
+        {copy, "Downloads/a.txt", Verdict::AlreadyCopied, Outcome::AlreadyCopied},
+        {copy, "Downloads/b.txt", Verdict::Takes, Outcome::Taken},
+        {rule(), "Downloads/a.txt", Verdict::Takes, Outcome::Taken},
+    };
+    for (const auto &[one, file, verdict, outcome] : rows) {
+        SCOPED_TRACE(file + " " + one.targetPath.toStdString());
+        const RuleExplanation found = explain(one, file);
+        EXPECT_EQ(found.verdict, verdict) << found.text().toStdString();
+        EXPECT_EQ(found.candidate.has_value(), verdict == Verdict::Takes);
+        EXPECT_EQ(forecast({one}, file).outcome, outcome);
+    }
+}
+
 TEST_F(RuleExplanationTest, aFileInItsPlaceIsNotThrownAwayByALaterRule)
 {
     tree.lines({"home/Downloads/a.txt=a", "home/Downloads/b.pdf=b", "link->home/Downloads"});

@@ -51,6 +51,10 @@ QString hintText(const RuleForecast &forecast, const KnownFolders &folders)
     switch (forecast.outcome) {
     case RuleForecast::Outcome::Protected:
         return would + QStringLiteral(" – aber sie ist geschützt.");
+    case RuleForecast::Outcome::TargetRefused:
+        return would + QStringLiteral(" – aber in dieses Ziel legt der Agent nie etwas.");
+    case RuleForecast::Outcome::AlreadyCopied:
+        return would + QStringLiteral(" – aber die Kopie steht schon dort.");
     case RuleForecast::Outcome::NamedByScript:
         return would + QStringLiteral(" – aber ein Skript benutzt sie.");
     case RuleForecast::Outcome::Taken:
