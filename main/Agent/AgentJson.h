@@ -16,5 +16,10 @@ struct JsonTable<NeverProposed> {
 };
 template <>
 inline constexpr bool recordsStandAlone<NeverProposed> = false;
+/// Without what it says of a finding it would not be found again.
+template <>
+struct DecisiveKeys<NeverProposed> {
+    static JsonResult<void> check(const QJsonValue &finding);
+};
 
 } // namespace brellin

@@ -28,5 +28,10 @@ struct JsonTable<FolderProfile> {
 
 template <>
 inline constexpr bool recordsStandAlone<FolderProfile> = false;
+/// Without its root or its entries it would protect nothing.
+template <>
+struct DecisiveKeys<FolderProfile> {
+    static JsonResult<void> check(const QJsonValue &profile);
+};
 
 } // namespace brellin

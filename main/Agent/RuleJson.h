@@ -44,5 +44,10 @@ struct JsonTable<CleanupRule> {
 
 template <>
 inline constexpr bool recordsStandAlone<CleanupRule> = false;
+/// Without conditions it would take every file; what it leaves falls to the next rule.
+template <>
+struct DecisiveKeys<CleanupRule> {
+    static JsonResult<void> check(const QJsonValue &rule);
+};
 
 } // namespace brellin

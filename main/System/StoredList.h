@@ -15,6 +15,22 @@ namespace brellin {
 template <class Record>
 inline constexpr bool recordsStandAlone = true;
 
+/// What a stored record must say although a new one has a usual value for it: without it the assistant would touch what the
+/// whole record leaves alone. Specialised beside the record's JSON table; gives the first that is missing.
+template <class Record>
+struct DecisiveKeys {
+    static JsonResult<void> check(const QJsonValue &) { return {}; }
+};
+
+/// One element of a stored list.
+template <class Record>
+JsonResult<void> readStored(const QJsonArray &list, qsizetype place, Record &record)
+{
+    if (const JsonResult<void> whole = DecisiveKeys<Record>::check(list.at(place)); !whole)
+        return std::unexpected(whole.error().within(QStringLiteral("[%1]").arg(place)));
+    return readJsonElement(list, place, record);
+}
+
 /// What a key's list came to, read just now.
 template <class Record>
 struct StoredList {
@@ -41,20 +57,22 @@ StoredList<Record> decodedList(const QByteArray &text)
     const JsonResult<QJsonValue> json = parseJson(text);
     if (!json)
         return damaged(json.error());
-    JsonResult<void> whole = readJson(*json, list.records);
-    if (whole)
-        return list;
-    if (!recordsStandAlone<Record> || !json->isArray())
-        return damaged(whole.error());
-    list = {StoredState::Partly, {}, {}};
+    if (!json->isArray())
+        return damaged(readJson(*json, list.records).error());
     const QJsonArray array = json->toArray();
+    list.records.reserve(static_cast<std::size_t>(array.size()));
     for (qsizetype i = 0; i < array.size(); ++i) {
         Record one{};
-        if (const JsonResult<void> read = readJsonElement(array, i, one); read)
+        if (const JsonResult<void> read = readStored(array, i, one); read)
             list.records.push_back(std::move(one));
-        else
+        else if (recordsStandAlone<Record>)
             list.lost << read.error().sentence();
+        else
+            return damaged(read.error());
     }
+    if (list.lost.isEmpty())
+        return list;
+    list.state = StoredState::Partly;
     // Nothing of it can be read: that is no empty list.
     if (list.records.empty())
         list.state = StoredState::Damaged;

@@ -146,6 +146,46 @@ TEST_F(DamagedListsTest, whatCannotBeReadIsNotAbsent)
     EXPECT_TRUE(world.tree().has("home/Ziel/Rechnung.pdf"));
 }
 
+TEST_F(DamagedListsTest, aRecordWithoutWhatLimitsItIsDamaged)
+{
+    const QString root = textOf(world.home("Downloads"));
+    const QString rule =
+        QStringLiteral(R"({"enabled":true,"sourcePath":"%1","action":"trash","automatic":true)").arg(root);
+    const std::vector<std::tuple<QString, QString, QString>> rows = {
+        {AgentKeys::rules, rule + u'}', QStringLiteral("[0].conditions")},
+        {AgentKeys::rules, rule + QStringLiteral(R"(,"conditions":null})"), QStringLiteral("[0].conditions")},
+        {AgentKeys::rules, rule + QStringLiteral(R"(,"conditions":[{"kind":"extensionIs"}]})"),
+         QStringLiteral("[0].conditions[0].value")},
+        {AgentKeys::rules, QStringLiteral(R"({"sourcePath":"%1","action":"trash","conditions":[]})").arg(root),
+         QStringLiteral("[0].enabled")},
+        {GuardKeys::profiles, QStringLiteral(R"({"rootPath":"%1"})").arg(root), QStringLiteral("[0].protected")},
+        {GuardKeys::profiles, QStringLiteral(R"({"protected":[{"path":"Projekt"}]})"), QStringLiteral("[0].rootPath")},
+        {GuardKeys::profiles, QStringLiteral(R"({"rootPath":"%1","protected":[{"reason":"x"}]})").arg(root),
+         QStringLiteral("[0].protected[0].path")},
+        {AgentKeys::never, QStringLiteral(R"({"kind":"move","source":"%1/Rechnung.pdf"})").arg(root),
+         QStringLiteral("[0].destination")},
+    };
+    const std::string before = home();
+    for (const auto &[list, record, field] : rows) {
+        SCOPED_TRACE(field.toStdString());
+        const std::optional<QByteArray> good = world.defaults().json(list);
+        world.tree().file("settings/" + list.toStdString() + ".json", (u'[' + record + u']').toStdString());
+        wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+        EXPECT_EQ(home(), before);
+        ASSERT_THAT(lists(agent), ElementsAre(list));
+        EXPECT_TRUE(agent.status.get().contains(u'„' + field + QStringLiteral("“: fehlt")))
+            << agent.status.get().toStdString();
+        ASSERT_TRUE(world.defaults().replace(list, good));
+    }
+    // What only makes a rule do less takes the value of a new rule.
+    world.tree().file(
+        "settings/agentRules.json",
+        (u'[' + rule + QStringLiteral(R"(,"conditions":[{"kind":"extensionIs","value":"pdf"}]}])")).toStdString());
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_FALSE(world.tree().has("home/Downloads/Rechnung.pdf"));
+    EXPECT_TRUE(world.tree().has("home/Downloads/Projekt/geschützt.pdf"));
+}
+
 TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
 {
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
