@@ -3,13 +3,29 @@
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/AiSorting.h"
+#include "Agent/ExampleRules.h"
 #include "Agent/GuardKeys.h"
 #include "Agent/RunHistory.h"
 #include "Agent/RunKeys.h"
 
+#include <QJsonDocument>
+
 #include <algorithm>
 
 namespace brellin {
+
+namespace {
+
+/// Settings that are begun anew are not those of an earlier version: the rules got their examples long ago, and the user may
+/// have deleted some since.
+StoredKind settingsKind()
+{
+    StoredKind kind = storedObjectKind(QStringLiteral("settings"));
+    kind.fresh = QJsonDocument(QJsonObject{{AgentKeys::rulesVersion, rulesVersion}}).toJson();
+    return kind;
+}
+
+} // namespace
 
 const std::vector<StoredKind> &agentKinds()
 {
@@ -26,7 +42,7 @@ const std::vector<StoredKind> &agentKinds()
                                                storedKind<QUuid>(AgentKeys::interrupted),
                                                storedKind<QString>(AgentKeys::seen),
                                                AiSorting::answersKind(),
-                                               storedObjectKind(QStringLiteral("settings"))};
+                                               settingsKind()};
     return kinds;
 }
 

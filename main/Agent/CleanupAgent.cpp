@@ -23,14 +23,12 @@ const QString intervalKey = QStringLiteral("agentInterval");
 const QString autoDuplicatesKey = QStringLiteral("agentAutoDuplicates");
 const QString newSinceViewedKey = QStringLiteral("agentNewSinceViewed");
 const QString lastRunKey = QStringLiteral("agentLastRun");
-const QString rulesVersionKey = QStringLiteral("agentRulesVersion");
 
 /// The step at hand ends by itself; what does not in time is the journal's to finish.
 constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
 /// Handing a report over goes on beside an operation.
 constexpr int mostThreads = 3;
 
-constexpr int rulesVersion = 3;
 constexpr int defaultIntervalHours = 24;
 constexpr int longestIntervalHours = 24 * 366;
 
@@ -87,7 +85,7 @@ void CleanupAgent::loadPlain()
 void CleanupAgent::upgradeStored(const AgentServices &services)
 {
     UserDefaults &defaults = services.defaults;
-    if (plainSetting(defaults, rulesVersionKey, 0, 0, std::numeric_limits<int>::max()) >= rulesVersion)
+    if (plainSetting(defaults, AgentKeys::rulesVersion, 0, 0, std::numeric_limits<int>::max()) >= rulesVersion)
         return;
     // Damaged settings do not say that they are old.
     if (!conditionOf(defaults, storedObjectKind(QStringLiteral("settings"))).isWhole())
@@ -102,7 +100,7 @@ void CleanupAgent::upgradeStored(const AgentServices &services)
         return std::optional(old.value_or(defaultDuplicateFolders(services.folders)));
     };
     if (stored && updateList<Location>(defaults, AgentKeys::duplicateFolders, folders))
-        (void)defaults.setValue(rulesVersionKey, rulesVersion);
+        (void)defaults.setValue(AgentKeys::rulesVersion, rulesVersion);
 }
 
 void CleanupAgent::recover()

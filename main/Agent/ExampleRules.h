@@ -7,6 +7,9 @@
 
 namespace brellin {
 
+/// The version of the set; older stored rules are brought up to it.
+inline constexpr int rulesVersion = 3;
+
 /// The ten rules a new user starts with, in the order in which they are tried.
 std::vector<CleanupRule> exampleRules(const KnownFolders &folders);
 

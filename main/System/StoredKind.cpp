@@ -78,7 +78,7 @@ Result<void> restoreLastGood(UserDefaults &defaults, const StoredKind &kind)
 
 Result<void> beginAnew(UserDefaults &defaults, const StoredKind &kind)
 {
-    return defaults.replace(kind.key, std::nullopt);
+    return defaults.replace(kind.key, kind.fresh);
 }
 
 } // namespace brellin

@@ -11,6 +11,8 @@ struct StoredKind {
     QString key;
     /// What a text comes to, and what of it is lost.
     std::function<std::pair<StoredState, QStringList>(const QByteArray &text)> check;
+    /// What a new beginning stores; nothing: the key is absent then.
+    std::optional<QByteArray> fresh = {};
 };
 
 /// A list of records.
@@ -40,7 +42,7 @@ StoredCondition conditionOf(const UserDefaults &defaults, const StoredKind &kind
 void keepLastGood(UserDefaults &defaults, const StoredKind &kind);
 /// Puts the last good version in the place of what is stored, which is kept aside. Fails where there is none that decodes.
 Result<void> restoreLastGood(UserDefaults &defaults, const StoredKind &kind);
-/// Keeps what is stored aside; from now on the key is absent.
+/// Keeps what is stored aside; from now on the key is absent, or holds what its kind begins with.
 Result<void> beginAnew(UserDefaults &defaults, const StoredKind &kind);
 
 } // namespace brellin

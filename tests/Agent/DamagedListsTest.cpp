@@ -186,6 +186,16 @@ TEST_F(DamagedListsTest, aRecordWithoutWhatLimitsItIsDamaged)
     EXPECT_TRUE(world.tree().has("home/Downloads/Projekt/geschützt.pdf"));
 }
 
+TEST_F(DamagedListsTest, aNewBeginningOfTheSettingsBringsNoRulesBack)
+{
+    cut(QStringLiteral("settings"));
+    ASSERT_TRUE(agent.beginListAnew(QStringLiteral("settings")));
+    EXPECT_EQ(world.defaults().value(QStringLiteral("agentInterval")), std::nullopt);
+    CleanupAgent next(world.services());
+    EXPECT_THAT(next.rules.get(), SizeIs(1));
+    EXPECT_THAT(next.damaged.get(), IsEmpty());
+}
+
 TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
 {
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
