@@ -212,6 +212,7 @@ private:
     enum class Cause { User, Schedule };
     void beginScan(Search search, ScanPurpose purpose, Cause cause);
     void scanIfDue();
+    void reloadDamaged();
     Result<void> setPlain(const QString &key, const QVariant &value);
     void startScan(const ScanRequest &request, ScanPurpose purpose);
     void scanned(ScanPurpose purpose, Result<ScanFindings> found);

@@ -88,6 +88,14 @@ void CleanupAgent::reload(const std::set<QString> &lists)
         [this, asked, changes = m_changes](Stored stored) { takeIfNew(std::move(stored), asked, changes); }, {});
 }
 
+void CleanupAgent::reloadDamaged()
+{
+    std::set<QString> lists;
+    for (const StoredCondition &one : damaged.get())
+        lists.insert(one.list);
+    reload(lists);
+}
+
 Result<void> CleanupAgent::settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how)
 {
     if (running.get())

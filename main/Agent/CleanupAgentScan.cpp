@@ -57,6 +57,9 @@ void CleanupAgent::beginScan(Search search, ScanPurpose purpose, Cause cause)
 void CleanupAgent::scanIfDue()
 {
     loadPlain();
+    // Known and said already; what has been settled elsewhere is found by reading it again.
+    if (!agentMayBegin(damaged.get()))
+        return reloadDamaged();
     if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
         beginScan(Search::RulesAndDuplicates, ScanPurpose::ActAndPropose, Cause::Schedule);
 }

@@ -2,12 +2,13 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
+#include "Agent/AgentKinds.h"
 #include "Agent/GuardKeys.h"
 #include "Agent/RunKeys.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 #include "Support/WaitUntil.h"
-#include "System/StoredList.h"
+#include "System/StoredKind.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -280,7 +281,7 @@ TEST_F(DamagedListsTest, settingsOfAWrongTypeTakeTheirDefaultAndNothingBeginsWhe
     CleanupAgent third(world.services());
     wait(third, [&] { third.start(); });
     EXPECT_EQ(home(), before);
-    EXPECT_TRUE(third.status.get().contains(u"settings.json"));
+    EXPECT_THAT(lists(third), ElementsAre(QStringLiteral("settings")));
     // The next setting that is stored brings the others back.
     ASSERT_TRUE(third.setAutoDuplicates(false));
     third.tick();
@@ -325,6 +326,23 @@ TEST_F(DamagedListsTest, theLongHistoryIsReadAgainOnlyWhereItHasChanged)
         agent.reload({AgentKeys::rules});
     });
     EXPECT_TRUE(waitUntil(knows));
+}
+
+TEST_F(DamagedListsTest, aTickLeavesTheStatusAloneWhileItIsKnownThatNothingMayBegin)
+{
+    cut(AgentKeys::rules);
+    agent.reload({AgentKeys::rules});
+    EXPECT_TRUE(waitUntil([&] { return !agent.damaged.get().empty(); }));
+    due();
+    wait(agent, [&] { agent.tick(); });
+    EXPECT_EQ(agent.status.get(), QString());
+    EXPECT_FALSE(agent.lastFailure());
+    // Whoever settles it elsewhere need not tell: the next ticks find out.
+    ASSERT_TRUE(restoreLastGood(world.defaults(), *agentKind(AgentKeys::rules)));
+    wait(agent, [&] { agent.tick(); });
+    EXPECT_TRUE(waitUntil([&] { return agent.damaged.get().empty(); }));
+    wait(agent, [&] { agent.tick(); });
+    EXPECT_THAT(agent.history.get(), SizeIs(1));
 }
 
 TEST_F(DamagedListsTest, aSettingThatCannotBeStoredIsNotPretended)
