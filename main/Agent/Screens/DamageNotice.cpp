@@ -1,5 +1,6 @@
 #include "Agent/Screens/DamageNotice.h"
 
+#include "Agent/RunKeys.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
@@ -20,9 +21,15 @@ QString consequence(const std::vector<StoredCondition> &damaged)
     if (!agentMayAct(damaged))
         return QStringLiteral(
             "Bis das entschieden ist, prüft und räumt der Aufräum-Agent nichts. Rückgängig machen geht.");
-    if (!agentMayBegin(damaged))
-        return QStringLiteral("Bis das entschieden ist, beginnt der Aufräum-Agent nichts von selbst.");
-    return QStringLiteral("Was lesbar ist, wird benutzt.");
+    const bool begins = agentMayBegin(damaged).has_value();
+    // What it has put somewhere stands in the history.
+    const bool analyses = std::ranges::find(damaged, RunKeys::history, &StoredCondition::list) == damaged.end();
+    if (!begins)
+        return QStringLiteral("Bis das entschieden ist, beginnt der Aufräum-Agent nichts von selbst%1.")
+            .arg(analyses ? QString() : QStringLiteral(" und analysiert keinen Ordner"));
+    return analyses ? QStringLiteral("Was lesbar ist, wird benutzt.")
+                    : QStringLiteral("Was lesbar ist, wird benutzt. Bis das entschieden ist, analysiert der "
+                                     "Aufräum-Agent keinen Ordner.");
 }
 
 } // namespace

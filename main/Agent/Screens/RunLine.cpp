@@ -18,9 +18,10 @@ constexpr int barSteps = 1000;
 
 } // namespace
 
-RunLine::RunLine(CleanupAgent &agent, QWidget *parent)
+RunLine::RunLine(CleanupAgent &agent, QWidget *parent, Beside beside)
     : QWidget(parent)
     , m_agent(agent)
+    , m_beside(beside)
     , m_symbol(new QLabel(this))
     , m_status(new ElidedLabel({}, Token::Secondary, 1, this, Qt::ElideRight))
     , m_detail(new ElidedLabel({}, Token::Tertiary, 0.92, this))
@@ -50,6 +51,7 @@ RunLine::RunLine(CleanupAgent &agent, QWidget *parent)
     connect(m_cancel, &QPushButton::clicked, this, [this] { m_agent.cancel(); });
     connect(&Theme::shared(), &Theme::changed, this, &RunLine::showState);
     m_agent.running.observe(this, [this](bool) { showState(); });
+    m_agent.damaged.observe(this, [this](const auto &) { showState(); });
     m_agent.status.observe(this, [this](const QString &) { showState(); });
     m_agent.detail.observe(this, [this](const QString &) { showProgress(); });
     m_agent.progress.observe(this, [this](double) { showProgress(); });
@@ -69,8 +71,15 @@ void RunLine::showState()
     m_bar->setVisible(running);
     m_cancel->setVisible(running);
     m_detail->setVisible(running);
-    setVisible(running || !m_agent.status.get().isEmpty());
+    setVisible(running || (!m_agent.status.get().isEmpty() && !isToldBeside()));
     showProgress();
+}
+
+bool RunLine::isToldBeside() const
+{
+    const std::optional<Failure> &why = m_agent.lastFailure();
+    return m_beside == Beside::DamageNotice && why && why->is(std::errc::illegal_byte_sequence) &&
+           !m_agent.damaged.get().empty();
 }
 
 void RunLine::showProgress()

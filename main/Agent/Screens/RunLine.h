@@ -16,13 +16,17 @@ class ElidedLabel;
 class RunLine : public QWidget {
     Q_OBJECT
 public:
-    RunLine(CleanupAgent &agent, QWidget *parent);
+    /// What stands on the same page: a notice of damage says by itself why the agent does nothing.
+    enum class Beside { Nothing, DamageNotice };
+    RunLine(CleanupAgent &agent, QWidget *parent, Beside beside = Beside::Nothing);
 
 private:
     void showState();
     void showProgress();
+    bool isToldBeside() const;
 
     CleanupAgent &m_agent;
+    const Beside m_beside;
     QLabel *m_symbol;
     ElidedLabel *m_status;
     ElidedLabel *m_detail;

@@ -53,7 +53,7 @@ StartPage::StartPage(const AgentPorts &ports, QWidget *parent)
     buildCards();
     auto *const line = new QHBoxLayout;
     line->setContentsMargins(shadowReach(), 0, shadowReach(), 0);
-    line->addWidget(new RunLine(m_ports.agent, m_inner));
+    line->addWidget(new RunLine(m_ports.agent, m_inner, RunLine::Beside::DamageNotice));
     column->addLayout(line);
     column->addStretch(1);
 
