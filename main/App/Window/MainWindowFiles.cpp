@@ -158,11 +158,11 @@ void MainWindow::askToClose(const std::function<void()> &agreed)
 {
     if (m_mayClose || (m_closeQuestion && m_closeQuestion->isVisible()))
         return;
-    m_closeQuestion =
-        new YesNoSheet(QStringLiteral("%1 arbeitet noch").arg(Edition::name()),
-                       QStringLiteral("Beim Beenden wird abgebrochen, was gerade läuft. Was fertig ist, bleibt; halb "
-                                      "kopierte Dateien werden entfernt."),
-                       QStringLiteral("Abbrechen und beenden"), ButtonKind::Danger, this);
+    m_closeQuestion = new YesNoSheet(
+        QStringLiteral("%1 arbeitet noch").arg(Edition::name()),
+        QStringLiteral("Beim Beenden wird abgebrochen, was gerade läuft. Was fertig ist, bleibt; halb "
+                       "kopierte Dateien werden entfernt."),
+        QStringLiteral("Abbrechen und beenden"), ButtonKind::Danger, this, QStringLiteral("Weiterarbeiten lassen"));
     m_closeQuestion->setObjectName(QStringLiteral("closeQuestion"));
     connect(m_closeQuestion, &YesNoSheet::accepted, this, agreed);
     m_closeQuestion->open();
