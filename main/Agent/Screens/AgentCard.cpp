@@ -51,7 +51,7 @@ void AgentCard::addSettings(const QString &title, const QString &objectName)
     m_settings = button;
 }
 
-void AgentCard::setValue(int value)
+void AgentCard::setValue(std::optional<int> value)
 {
     m_value = value;
     describe();
@@ -66,7 +66,7 @@ void AgentCard::setNote(const QString &note)
 
 void AgentCard::describe()
 {
-    const QString counts = counted(m_value, m_noun.one, m_noun.many);
+    const QString counts = m_value ? counted(*m_value, m_noun.one, m_noun.many) : QStringLiteral("nicht bekannt");
     setAccessibleName(text() + QStringLiteral(": ") + counts);
     setAccessibleDescription(m_hint);
 }
@@ -122,7 +122,7 @@ void AgentCard::paintTexts(QPainter &painter, const QRect &inner) const
 
     const QRect numbers(inner.left(), tile.bottom() + scaled(12), inner.width(), textHeight(2.3, QFont::Bold));
     painter.setFont(sizedFont(2.3, QFont::Bold));
-    const QString number = german().toString(m_value);
+    const QString number = m_value ? german().toString(*m_value) : QStringLiteral("–");
     painter.drawText(numbers, Qt::AlignLeft | Qt::AlignBottom, number);
     const int numberWidth = painter.fontMetrics().horizontalAdvance(number);
     const int baseline = numbers.bottom() - painter.fontMetrics().descent();

@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 
+#include <optional>
+
 namespace brellin {
 
 /// A card of the start page: a symbol and a title, a number shown large with what it counts, and what it is about. A click
@@ -18,7 +20,8 @@ public:
               const QString &objectName, QWidget *parent);
 
     void addSettings(const QString &title, const QString &objectName);
-    void setValue(int value);
+    /// None: nobody knows the number, and that is shown as a dash.
+    void setValue(std::optional<int> value);
     /// A third line, in small print; may be empty.
     void setNote(const QString &note);
 
@@ -44,7 +47,7 @@ private:
     Noun m_noun;
     QString m_hint;
     QString m_note;
-    int m_value = 0;
+    std::optional<int> m_value = 0;
     QWidget *m_settings = nullptr;
 };
 

@@ -1,5 +1,7 @@
 #include "Agent/Screens/DamageNotice.h"
 
+#include "Agent/AgentKeys.h"
+#include "Agent/GuardKeys.h"
 #include "Agent/RunKeys.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
@@ -10,6 +12,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <map>
 
 namespace brellin {
 
@@ -30,6 +33,20 @@ QString consequence(const std::vector<StoredCondition> &damaged)
     return analyses ? QStringLiteral("Was lesbar ist, wird benutzt.")
                     : QStringLiteral("Was lesbar ist, wird benutzt. Bis das entschieden ist, analysiert der "
                                      "Aufräum-Agent keinen Ordner.");
+}
+
+/// What people call a list.
+QString titleOf(const StoredCondition &list)
+{
+    static const std::map<QString, QString> titles{
+        {AgentKeys::rules, QStringLiteral("Regeln")},
+        {GuardKeys::profiles, QStringLiteral("Geschützte Projekte")},
+        {AgentKeys::never, QStringLiteral("Was nicht mehr vorgeschlagen wird")},
+        {AgentKeys::duplicateFolders, QStringLiteral("Ordner für die Suche nach Doppelten")},
+        {RunKeys::history, QStringLiteral("Verlauf")},
+        {QStringLiteral("settings"), QStringLiteral("Einstellungen")}};
+    const auto title = titles.find(list.list);
+    return title == titles.end() ? shownName(list.file) : title->second;
 }
 
 } // namespace
@@ -71,7 +88,9 @@ void DamageNotice::showDamage()
     column->setSpacing(scaled(8));
     for (const StoredCondition &list : damaged)
         column->addWidget(rowOf(list));
-    column->addWidget(makeSecondary(consequence(damaged), m_rows));
+    TextLabel *const meanwhile = makeSecondary(consequence(damaged), m_rows);
+    meanwhile->setObjectName(QStringLiteral("damageConsequence"));
+    column->addWidget(meanwhile);
     m_column->insertWidget(0, m_rows);
     m_problem->hide();
     setVisible(!damaged.empty());
@@ -83,22 +102,26 @@ QWidget *DamageNotice::rowOf(const StoredCondition &list)
     auto *const row = new QHBoxLayout(held);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(scaled(8));
-    TextLabel *const text = makeBody(list.text(), held);
+    auto *const texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    texts->addWidget(new TextLabel(titleOf(list), Token::Text, 1, QFont::DemiBold, held));
+    TextLabel *const text = makeSecondary(list.text(), held);
     text->setObjectName(QStringLiteral("damageText"));
     text->setToolTip(shown(list.file));
-    row->addWidget(text, 1);
+    texts->addWidget(text);
+    row->addLayout(texts, 1);
     if (list.hasLastGood) {
         QPushButton *const restore =
             makeButton(QStringLiteral("Letzte gute Fassung"), ButtonKind::Usual, QStringLiteral("damageRestore"), held);
         restore->setToolTip(QStringLiteral("Nimmt den Stand, der zuletzt gespeichert wurde. Die beschädigte Datei wird "
                                            "aufgehoben."));
         connect(restore, &QPushButton::clicked, this, [this, list] { tell(m_agent.restoreList(list.list)); });
-        row->addWidget(restore, 0, Qt::AlignTop);
+        row->addWidget(restore, 0, Qt::AlignVCenter);
     }
     QPushButton *const fresh =
         makeButton(QStringLiteral("Neu beginnen …"), ButtonKind::Usual, QStringLiteral("damageBeginAnew"), held);
     connect(fresh, &QPushButton::clicked, this, [this, list] { askToBeginAnew(list); });
-    row->addWidget(fresh, 0, Qt::AlignTop);
+    row->addWidget(fresh, 0, Qt::AlignVCenter);
     return held;
 }
 

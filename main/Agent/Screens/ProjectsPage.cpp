@@ -103,6 +103,9 @@ void ProjectsPage::refresh()
     }
     const bool unknown = isDamaged(m_ports.agent, GuardKeys::profiles);
     m_content->setCurrentIndex(unknown ? 2 : all.empty() ? 1 : 0);
+    m_protect->setEnabled(!unknown && !m_detection);
+    m_protect->setToolTip(unknown ? QStringLiteral("Erst muss entschieden sein, was aus der beschädigten Liste wird.")
+                                  : QString());
 }
 
 QWidget *ProjectsPage::rowFor(const FolderProfile &profile)

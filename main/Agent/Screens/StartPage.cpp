@@ -1,5 +1,7 @@
 #include "Agent/Screens/StartPage.h"
 
+#include "Agent/GuardKeys.h"
+#include "Agent/RunKeys.h"
 #include "Agent/Screens/AgentCard.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/DamageNotice.h"
@@ -47,7 +49,7 @@ StartPage::StartPage(const AgentPorts &ports, QWidget *parent)
     column->setSpacing(scaled(6));
     buildHead();
     auto *const damage = new QHBoxLayout;
-    damage->setContentsMargins(shadowReach(), 0, shadowReach(), 0);
+    damage->setContentsMargins(shadowReach(), scaled(6), shadowReach(), 0);
     damage->addWidget(new DamageNotice(m_ports.agent, m_inner));
     column->addLayout(damage);
     buildCards();
@@ -60,6 +62,7 @@ StartPage::StartPage(const AgentPorts &ports, QWidget *parent)
     m_ports.agent.proposals.observe(this, [this](const auto &) { showCounts(); });
     m_ports.agent.profiles.observe(this, [this](const auto &) { showCounts(); });
     m_ports.agent.history.observe(this, [this](const auto &) { showCounts(); });
+    m_ports.agent.damaged.observe(this, [this](const auto &) { showCounts(); });
     m_ports.agent.lastRun.observe(this, [this](const auto &) { showCounts(); });
     m_ports.agent.running.observe(this, [this](bool) { showRunning(); });
     showCounts();
@@ -177,9 +180,12 @@ void StartPage::showCounts()
     const Instant now = m_ports.services.clock.now();
     m_subtitle->setText(QStringLiteral("Nichts passiert ohne deinen Haken. ") + lastRunText(agent.lastRun.get(), now));
     m_cleanup->setValue(static_cast<int>(agent.proposals.get().size()));
-    m_projects->setValue(static_cast<int>(agent.profiles.get().size()));
+    const auto known = [&](const QString &list, std::size_t size) {
+        return isDamaged(agent, list) ? std::nullopt : std::optional(static_cast<int>(size));
+    };
+    m_projects->setValue(known(GuardKeys::profiles, agent.profiles.get().size()));
     const std::vector<JournalRun> &runs = agent.history.get();
-    m_history->setValue(static_cast<int>(runs.size()));
+    m_history->setValue(known(RunKeys::history, runs.size()));
     m_history->setNote(runs.empty() ? QString() : QStringLiteral("Letzter Lauf: ") + dayText(runs.front().date, now));
 }
 

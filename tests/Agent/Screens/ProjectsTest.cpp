@@ -166,6 +166,7 @@ TEST_F(Projects, areNotSaidToBeNoneWhileTheirListIsDamaged)
     EXPECT_TRUE(find("damageNotice"));
     EXPECT_FALSE(page->findChild<EmptyState *>()->isVisible()) << "nobody knows whether there are none";
     EXPECT_FALSE(find("agentProfile"));
+    EXPECT_FALSE(find("agentProtect")->isEnabled());
     click("damageRestore");
     ASSERT_TRUE(waitUntil([this] { return find("agentProfile") != nullptr; }));
     EXPECT_FALSE(find("damageNotice"));

@@ -1,4 +1,6 @@
 #include "Agent/AgentKeys.h"
+#include "Agent/GuardKeys.h"
+#include "Agent/RunKeys.h"
 #include "Agent/Screens/GuideTexts.h"
 #include "Agent/Screens/RunRow.h"
 #include "Agent/Screens/ScreenWorld.h"
@@ -230,6 +232,7 @@ TEST_F(AgentStart, namesADamagedListAndOffersAWayOut)
     const auto *const text = find<QLabel>("damageText");
     ASSERT_TRUE(text);
     EXPECT_TRUE(text->text().contains(QStringLiteral("„agentRules.json“"))) << text->text().toStdString();
+    EXPECT_FALSE(find("agentStatus")) << "once is enough";
     click("damageRestore");
     ASSERT_TRUE(waitUntil([this] { return !find("damageNotice"); }));
     EXPECT_EQ(agent->rules.get().front().name, movingPdfs().name);
@@ -244,6 +247,17 @@ TEST_F(AgentStart, namesADamagedListAndOffersAWayOut)
     click("accept");
     ASSERT_TRUE(waitUntil([this] { return !find("damageNotice"); }));
     EXPECT_EQ(agent->rules.get().size(), 10U);
+
+    // Of a history with losses the rest is shown, and no folder is analysed.
+    tree().file("settings/agentHistory.json", R"([{"id":"kaputt"},{"steps":[]}])");
+    agent->reload({RunKeys::history});
+    ASSERT_TRUE(waitUntil([this] { return find("damageConsequence") != nullptr; }));
+    EXPECT_TRUE(find<QLabel>("damageConsequence")->text().contains(QStringLiteral("analysiert")));
+
+    // Nobody knows how many projects there are.
+    tree().file("settings/agentProfiles.json", "[{");
+    agent->reload({GuardKeys::profiles});
+    EXPECT_TRUE(waitUntil([this] { return spoken("cardProjects").endsWith(QStringLiteral("nicht bekannt")); }));
 }
 
 TEST_F(AgentStart, saysWhichSettingCouldNotBeStored)
