@@ -13,9 +13,6 @@ namespace brellin {
 
 namespace {
 
-/// A batch that is put back when the window closes needs a moment for it.
-constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
-
 QString failureText(const BatchRenameOutcome &outcome)
 {
     QString text = outcome.failure->isCancelled()
@@ -31,7 +28,7 @@ QString failureText(const BatchRenameOutcome &outcome)
 BatchRename::BatchRename(BatchRenameServices services, std::vector<Location> urls)
     : m_services(std::move(services))
     , m_urls(std::move(urls))
-    , m_pool(abandonablePool(patienceAtTheEnd))
+    , m_pool(abandonablePool())
 {
     read();
 }

@@ -1,5 +1,6 @@
 #include "FileOperations/Screens/BatchRenameSheet.h"
 
+#include "Base/OpenWork.h"
 #include "Disk/SystemTrash.h"
 #include "Look/Theme.h"
 #include "Support/FakeDecoder.h"
@@ -37,7 +38,11 @@ protected:
         tree.lines({"f/a.jpg=eins", "f/b.jpg=zwei", "f/c.jpg=drei", "f/Urlaub – 02.jpg=vier"});
         window.resize(1100, 760);
     }
-    ~BatchRenameSheetTest() override { delete sheet; }
+    ~BatchRenameSheetTest() override
+    {
+        delete sheet;
+        EXPECT_TRUE(OpenWork::wait(std::chrono::seconds(60))); // a batch is put back without anybody waiting
+    }
 
     void open(const std::vector<std::string> &names = {"f/a.jpg", "f/b.jpg", "f/c.jpg"})
     {
