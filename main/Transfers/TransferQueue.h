@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace brellin {
@@ -78,6 +79,9 @@ public:
     /// Whether anything is planned, asked, under way or waiting: to be asked before the program ends.
     bool busy() const;
 
+    /// The sources of unfinished moves that were offered in any window: with another start they are offered again.
+    std::set<Location> &offeredMoves() { return m_offeredMoves; }
+
 private:
     friend class Transfer;
     struct Waiting {
@@ -98,6 +102,7 @@ private:
     const Clock &m_clock;
     std::vector<std::unique_ptr<Transfer>> m_transfers; ///< in the order in which they began
     std::deque<Waiting> m_waiting;
+    std::set<Location> m_offeredMoves;
 };
 
 } // namespace brellin

@@ -99,7 +99,7 @@ void TransferScreens::lookForUnfinishedMoves()
     m_comparing.start(
         m_services.workers,
         {m_services.logs, FileCall<std::vector<UnfinishedMove>>::Patience::None, MountWorkers::Turn::AtOnce},
-        [logs = m_services.logs, kept = m_kept](const JobControl &control) {
+        [logs = m_services.logs, kept = m_queue.offeredMoves()](const JobControl &control) {
             return unfinishedMoves(logs, &control, kept);
         },
         [this](std::vector<UnfinishedMove> moves) { offer(std::move(moves)); }, [] {});
@@ -108,11 +108,11 @@ void TransferScreens::lookForUnfinishedMoves()
 /// One at a time: the next one with the next visit.
 void TransferScreens::offer(std::vector<UnfinishedMove> moves)
 {
-    std::erase_if(moves, [this](const UnfinishedMove &one) { return m_kept.contains(one.source); });
+    std::erase_if(moves, [this](const UnfinishedMove &one) { return m_queue.offeredMoves().contains(one.source); });
     if (moves.empty() || m_offer || m_sheet || !maySpeak())
         return;
     const UnfinishedMove move = moves.front();
-    m_kept.insert(move.source);
+    m_queue.offeredMoves().insert(move.source);
     auto *const sheet = new YesNoSheet(QStringLiteral("Unterbrochenes Verschieben"), move.question(),
                                        QStringLiteral("Verschieben abschließen"), ButtonKind::Danger, m_window,
                                        QStringLiteral("Später"));

@@ -27,7 +27,7 @@ public:
     TransferScreens(TransferQueue &queue, TransferServices services, const Clock &clock, QWidget *window);
 
     /// Looks, on a worker, for what a crash left in this folder, and for moves that it left half done anywhere. Declined once,
-    /// it is not asked about again.
+    /// it is not asked about again; a move not in any window of the queue either.
     void visit(const Location &folder);
 
     /// Something went wrong, for the window to say.

@@ -166,13 +166,18 @@ TEST_F(TransferScreensTest, aMoveKilledAtItsSourceIsFinishedOnAYes)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     EXPECT_TRUE(world.tree().has("home/Fotos/x"));
 
-    // The next start asks again.
+    // Another window does not ask again, the next start does.
     QWidget other;
     other.resize(800, 600);
     other.show();
     other.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    TransferScreens otherScreens(queue, world.services(), world.clock, &other);
+    TransferScreens secondWindow(queue, world.services(), world.clock, &other);
+    secondWindow.visit(world.disk(""));
+    QTest::qWait(300);
+    EXPECT_FALSE(shownIn(other, "unfinishedMove"));
+    TransferQueue nextQueue(world.services(), world.clock);
+    TransferScreens otherScreens(nextQueue, world.services(), world.clock, &other);
     otherScreens.visit(world.disk(""));
     ASSERT_TRUE(appears(other, "unfinishedMove"));
     EXPECT_TRUE(buttonTitles(*shownIn(other, "unfinishedMove")).contains(QStringLiteral("Verschieben abschließen")));
