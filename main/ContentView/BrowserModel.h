@@ -7,7 +7,6 @@
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
 #include "ContentView/Selection.h"
-#include "ContentView/SidebarItem.h"
 #include "ContentView/ViewMode.h"
 #include "Disk/FileActions.h"
 #include "Disk/FileCall.h"
@@ -17,6 +16,7 @@
 #include "Features/FolderSizes.h"
 #include "Features/TagSearch.h"
 #include "Places/KnownFolders.h"
+#include "Places/SidebarItem.h"
 #include "System/UserDefaults.h"
 
 #include <QPointer>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Base/Location.h"
-
-#include <QString>
+#include "Places/Place.h"
 
 namespace brellin {
+
+class KnownFolders;
 
 /// What is chosen in the sidebar.
 struct SidebarItem {
@@ -37,5 +37,9 @@ struct SidebarItem {
     static SidebarItem network() { return {Kind::Network, {}, {}, {}}; }
     static SidebarItem agent() { return {Kind::Agent, {}, {}, {}}; }
 };
+
+/// Where choosing the item leads. The user's Trash is a place of its own, however it is reached.
+Place placeOf(const SidebarItem &item, const KnownFolders &folders);
+Place placeOf(const Location &folder, const KnownFolders &folders);
 
 } // namespace brellin
