@@ -23,7 +23,8 @@ constexpr std::size_t sortedAtOnce = 20'000;
 } // namespace
 
 BrowserModel::BrowserModel(BrowserServices services, const Location &start)
-    : current(standardised(start))
+    : place(placeOf(start, services.folders))
+    , current(standardised(start))
     , sortOrder(SortOrder{SortComparator{}})
     , m_services(services)
     , m_relay(std::make_shared<Relay>())
@@ -175,8 +176,8 @@ const FileItem *BrowserModel::onlySelected() const
 {
     if (selection.get().size() != 1)
         return nullptr;
-    const std::optional<std::uint32_t> place = selectionSummary().first;
-    return place ? &items.get()[*place] : nullptr;
+    const std::optional<std::uint32_t> index = selectionSummary().first;
+    return index ? &items.get()[*index] : nullptr;
 }
 
 void BrowserModel::setSortOrder(SortOrder order)
@@ -260,8 +261,8 @@ QString BrowserModel::selectionText() const
         return {};
     const SelectionSummary &summary = selectionSummary();
     std::int64_t bytes = summary.fileBytes;
-    for (const std::uint32_t place : summary.folders)
-        bytes += knownSize(items.get()[place]).value_or(0);
+    for (const std::uint32_t index : summary.folders)
+        bytes += knownSize(items.get()[index]).value_or(0);
     QString text = german().toString(static_cast<qint64>(selection.get().size())) + QStringLiteral(" ausgewählt");
     if (bytes >= 1)
         text += QStringLiteral("  ") + sizeText(bytes);

@@ -58,8 +58,12 @@ public:
     BrowserModel(BrowserServices services, const Location &start);
     ~BrowserModel() override;
 
+    /// What the pane shows. `current`, `searching`, `tagFilter`, `showPhotos` and their like say parts of it and change before
+    /// it does: an observer of `place` finds all of them in agreement.
+    Published<Place> place;
+
     // What is listed.
-    Published<Location> current;                    ///< the folder shown, standardised
+    Published<Location> current;                    ///< the folder shown, or below a page; standardised
     Published<FileItems> items;                     ///< the folder's listing, or what a search or a tag found
     Published<DisplayedItems> displayedItems;       ///< the rows of the views
     Published<Selection> selection;                 ///< a subset of `items`
@@ -141,6 +145,11 @@ public:
     void runSearch();
     void showTag(const QString &tag);
 
+    /// Shows any place; a search is one below `current`. What the place before was made of ends.
+    void showPlace(const Place &wanted);
+    /// From a page to the place that it covers; elsewhere nothing.
+    void leavePage();
+
     enum class History { Record, Keep };
     /// The one way to another folder. What is no folder is said in `errorMessage`, and the pane stays where it was.
     void navigate(const Location &folder, History history = History::Record);
@@ -199,8 +208,9 @@ private:
     void debouncedReload();
     void takeChanges();
 
-    void leaveSpecialPlaces();
-    bool showsSpecialPlace() const;
+    void setPlace(const Place &to);
+    void showPage(const Place &page);
+    void uncoverFolder();
     void travel(const Location &folder, const std::function<void()> &remember, const std::function<void()> &forget);
     void arrive(const Location &folder);
     void mirrorHistory();
@@ -208,6 +218,7 @@ private:
 
     bool showsListing() const;
     void leaveSearch();
+    void leaveResults();
     void dropSearch();
     void showMatches();
     void findTag();
@@ -220,6 +231,7 @@ private:
     void renameCreated();
 
     BrowserServices m_services;
+    Place m_covered;     ///< what a page was opened over
     FileItems m_listing; ///< the last reading, kept while a search or a tag view replaces `items`
     Location m_listed;   ///< the folder that it is of
     mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`, where somebody has asked
@@ -239,7 +251,6 @@ private:
     FileCall<bool> m_check; ///< whether there is a folder to go to
     FileCall<Change> m_change;
     std::function<void(const Location &, const Location &)> m_ownChange;
-    QString m_searched;                        ///< what the search that is shown, or under way, is for
     std::shared_ptr<SearchMatches> m_matches;  ///< of the search under way
     std::optional<std::size_t> m_matchesShown; ///< so many of them
     QTimer m_searchSoon;

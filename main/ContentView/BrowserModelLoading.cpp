@@ -28,9 +28,9 @@ void BrowserModel::reload()
 {
     m_services.sizes.forget(current.get());
     requestSizes();
-    if (!showsListing() && tagFilter.get())
+    if (tagFilter.get())
         findTag();
-    else if (!showsListing())
+    else if (searching.get())
         runSearch();
     else
         load();

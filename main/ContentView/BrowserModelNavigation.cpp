@@ -5,6 +5,12 @@ namespace brellin {
 
 namespace {
 
+template <class T>
+std::optional<T> when(bool holds, const T &value)
+{
+    return holds ? std::optional(value) : std::nullopt;
+}
+
 bool isFolder(const Location &location)
 {
     std::error_code error;
@@ -16,10 +22,10 @@ bool isFolder(const Location &location)
 void BrowserModel::navigate(const Location &folder, History history)
 {
     const Location target = standardised(folder);
-    leaveSpecialPlaces();
-    const bool leftTag = tagFilter.get().has_value();
+    const bool leftTag = place.get().kind == Place::Kind::Tag;
+    uncoverFolder();
     if (leftTag)
-        leaveSearch();
+        leaveResults();
     if (target == current.get()) {
         m_check.drop();
         if (leftTag)
@@ -61,15 +67,14 @@ void BrowserModel::travel(const Location &folder, const std::function<void()> &r
 
 void BrowserModel::arrive(const Location &folder)
 {
-    leaveSpecialPlaces();
     m_load.drop();
     m_renameAfterLoad.reset();
     cancelRename();
     publish(loading, false);
     clearError();
-    publish(current, folder);
-    setSelection({});
     leaveSearch();
+    setPlace(placeOf(folder, m_services.folders));
+    setSelection({});
     restoreFolderView();
     load();
 }
@@ -86,7 +91,7 @@ void BrowserModel::go(std::vector<Location> &from, std::vector<Location> &to)
     if (from.empty())
         return;
     const Location target = from.back();
-    leaveSpecialPlaces();
+    uncoverFolder();
     const auto takeOff = [&from, target] {
         if (!from.empty() && from.back() == target)
             from.pop_back();
@@ -127,37 +132,79 @@ void BrowserModel::navigateToTyped(const QString &text)
         navigate(current.get() / locationFromText(QString::fromStdString(typed)));
 }
 
+/// A search below the folder that is chosen stays.
 void BrowserModel::choose(const SidebarItem &item)
 {
-    using enum SidebarItem::Kind;
-    if (item.kind == Quick || item.kind == Tree || item.kind == Place) {
-        const bool isShown = standardised(item.location) == current.get();
-        if (!isShown || showsSpecialPlace() || tagFilter.get())
-            navigate(item.location);
+    const Place wanted = placeOf(item, m_services.folders);
+    if (place.get() != Place::search(wanted.location, place.get().name))
+        showPlace(wanted);
+}
+
+void BrowserModel::showPlace(const Place &wanted)
+{
+    using enum Place::Kind;
+    switch (wanted.kind) {
+    case Folder:
+    case Trash:
+        if (place.get() == Place::search(wanted.location, place.get().name))
+            leaveResults();
+        else if (place.get() != wanted)
+            navigate(wanted.location);
+        return;
+    case Search:
+        publish(searchText, wanted.name);
+        runSearch();
+        return;
+    case Tag:
+        showTag(wanted.name);
+        return;
+    case Photos:
+    case Network:
+    case Agent:
+    case Device:
+    case Storage:
+        showPage(wanted);
         return;
     }
-    if (item.kind == Tag) {
-        showTag(item.name);
-        return;
-    }
+}
+
+void BrowserModel::showPage(const Place &page)
+{
     m_check.drop();
-    publish(showPhotos, item.kind == Photos);
-    publish(showNetwork, item.kind == Network);
-    publish(showAgent, item.kind == Agent);
-    publish(showDevice, item.kind == Device ? std::optional(item.name) : std::nullopt);
+    const Place before = place.get();
+    if (!before.coversFolder())
+        m_covered = before;
+    leaveSearch();
+    setPlace(page);
+    if (before.kind == Place::Kind::Search || before.kind == Place::Kind::Tag)
+        showListing();
 }
 
-bool BrowserModel::showsSpecialPlace() const
+void BrowserModel::leavePage()
 {
-    return showPhotos.get() || showNetwork.get() || showAgent.get() || showDevice.get();
+    if (place.get().coversFolder())
+        showPlace(m_covered);
 }
 
-void BrowserModel::leaveSpecialPlaces()
+void BrowserModel::uncoverFolder()
 {
-    publish(showPhotos, false);
-    publish(showNetwork, false);
-    publish(showAgent, false);
-    publish(showDevice, std::optional<QString>());
+    if (place.get().coversFolder())
+        setPlace(placeOf(current.get(), m_services.folders));
+}
+
+/// The only writer of the place and of all that is derived from it.
+void BrowserModel::setPlace(const Place &to)
+{
+    using enum Place::Kind;
+    if (to.kind == Folder || to.kind == Trash)
+        publish(current, to.location);
+    publish(searching, to.kind == Search);
+    publish(tagFilter, when(to.kind == Tag, to.name));
+    publish(showPhotos, to.kind == Photos);
+    publish(showNetwork, to.kind == Network);
+    publish(showAgent, to.kind == Agent);
+    publish(showDevice, when(to.kind == Device, to.name));
+    publish(place, to);
 }
 
 } // namespace brellin

@@ -129,7 +129,8 @@ void BrowserModel::showChanged(const Change &made)
     if (isNew && made.to.parent_path() != current.get())
         return; // the user has moved on
     if (isNew) {
-        leaveSearch();
+        if (!showsListing())
+            leaveResults();
         m_renameAfterLoad = made.to;
         load();
         return;

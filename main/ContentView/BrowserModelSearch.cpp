@@ -4,7 +4,8 @@ namespace brellin {
 
 bool BrowserModel::showsListing() const
 {
-    return !searching.get() && !tagFilter.get();
+    const Place::Kind kind = place.get().kind;
+    return kind != Place::Kind::Search && kind != Place::Kind::Tag;
 }
 
 void BrowserModel::setSearchText(const QString &text)
@@ -22,16 +23,16 @@ void BrowserModel::runSearch()
     publish(searchRunning, false);
     publish(searchCapped, false);
     const QString query = searchText.get().trimmed();
-    const bool again = searching.get() && query == m_searched;
-    m_searched = query;
     if (query.isEmpty()) {
-        publish(searching, false);
-        if (!tagFilter.get())
+        if (searching.get()) {
+            setPlace(placeOf(current.get(), m_services.folders));
             showListing();
+        }
         return;
     }
-    publish(tagFilter, std::optional<QString>());
-    publish(searching, true);
+    const Place wanted = Place::search(current.get(), query);
+    const bool again = place.get() == wanted;
+    setPlace(wanted);
     const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
     const auto matches = std::make_shared<SearchMatches>();
     search([folder = current.get(), query, hidden, matches, work = m_services.search](const JobControl &control) {
@@ -65,10 +66,9 @@ void BrowserModel::dropSearch()
 void BrowserModel::showTag(const QString &tag)
 {
     m_check.drop();
-    leaveSpecialPlaces();
     leaveSearch();
     setSelection({});
-    publish(tagFilter, std::optional(tag));
+    setPlace(Place::tag(tag));
     setItems({});
     findTag();
 }
@@ -108,16 +108,22 @@ void BrowserModel::found(const FolderSearchResult &result)
         setOperationError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
 }
 
-/// Back to the plain folder; the listing itself is put back by whoever goes there.
+/// Ends what a search or a tag is at. Its place and its items stay for the caller to replace.
 void BrowserModel::leaveSearch()
 {
     m_searchSoon.stop();
     dropSearch();
     publish(searchText, QString());
-    publish(searching, false);
     publish(searchRunning, false);
     publish(searchCapped, false);
-    publish(tagFilter, std::optional<QString>());
+}
+
+/// From what a search or a tag found back to the folder.
+void BrowserModel::leaveResults()
+{
+    leaveSearch();
+    setPlace(placeOf(current.get(), m_services.folders));
+    showListing();
 }
 
 } // namespace brellin
