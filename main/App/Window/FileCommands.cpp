@@ -189,7 +189,7 @@ bool FileCommands::run(CommandId id, BrowserModel &pane)
         operations.openTerminal(folder);
         return true;
     case StorageOverview:
-        Q_EMIT storageOverviewRequested(folder);
+        pane.showPlace(Place::storage(folder));
         return true;
     case Properties:
         showProperties(selected.empty() ? std::vector{folder} : selected);

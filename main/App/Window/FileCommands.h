@@ -37,7 +37,6 @@ public:
     void showProperties(const std::vector<Location> &entries);
 
     Q_SIGNAL void said(const QString &message);
-    Q_SIGNAL void storageOverviewRequested(const brellin::Location &folder);
     Q_SIGNAL void stateChanged();
 
 private:

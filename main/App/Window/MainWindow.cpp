@@ -19,33 +19,6 @@
 
 namespace brellin {
 
-namespace {
-
-SidebarItem itemOf(const SidebarChoice &choice, const KnownFolders &folders)
-{
-    switch (choice.kind) {
-    case SidebarChoice::Kind::Quick:
-        return SidebarItem::quick(choice.location);
-    case SidebarChoice::Kind::Tree:
-        return SidebarItem::tree(choice.root, choice.location);
-    case SidebarChoice::Kind::Place:
-        return SidebarItem::place(choice.location);
-    case SidebarChoice::Kind::Tag:
-        return SidebarItem::tag(choice.name);
-    case SidebarChoice::Kind::Trash:
-        return SidebarItem::place(folders.trash);
-    case SidebarChoice::Kind::Photos:
-        return SidebarItem::photos();
-    case SidebarChoice::Kind::Network:
-        return SidebarItem::network();
-    case SidebarChoice::Kind::Agent:
-        return SidebarItem::agent();
-    }
-    return SidebarItem::place(folders.home);
-}
-
-} // namespace
-
 MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     : m_services(services)
     , m_address(new AddressBar(services.folders(), services.panes.workers, services.panes.volumes, this))
@@ -112,10 +85,12 @@ void MainWindow::buildBody(const StoredWindow &from)
     m_sidebar->setVisible(from.sidebar);
     takeDropsOnSidebar();
     connect(m_sidebar, &SidebarView::chosen, this, &MainWindow::choose);
-    connect(m_sidebar, &SidebarView::chosenForNewTab, this, [this](const SidebarChoice &choice) {
-        addTab(choice.isFolder() ? choice.location : pane()->current.get());
-        if (!choice.isFolder())
-            choose(choice);
+    connect(m_sidebar, &SidebarView::chosenForNewTab, this, [this](const SidebarItem &item) {
+        const Place wanted = placeOf(item, m_services.folders());
+        const bool toFolder = wanted.kind == Place::Kind::Folder;
+        addTab(toFolder ? wanted.location : pane()->current.get());
+        if (!toFolder)
+            choose(item);
     });
     connect(m_sidebar, &SidebarView::failed, this, &MainWindow::say);
     connect(m_sidebar, &SidebarView::propertiesWanted, this,
@@ -254,20 +229,13 @@ void MainWindow::follow()
     m_address->setPane(now);
     m_search->setPane(now);
     m_status->setPane(now);
-    const auto moved = [this](const auto &) {
-        m_storageFolder.reset();
+    const auto refresh = [this](const auto &) { refreshState(); };
+    now->place.observe(receiver, [this](const Place &) {
         showTitles();
         showPlace();
         Q_EMIT changed();
-    };
-    const auto refresh = [this](const auto &) { refreshState(); };
-    now->current.observe(receiver, moved);
+    });
     now->current.observe(receiver, [this](const Location &folder) { m_files->visit(folder); });
-    now->showAgent.observe(receiver, moved);
-    now->showPhotos.observe(receiver, moved);
-    now->showNetwork.observe(receiver, moved);
-    now->showDevice.observe(receiver, moved);
-    now->tagFilter.observe(receiver, moved);
     now->canGoBack.observe(receiver, refresh);
     now->canGoForward.observe(receiver, refresh);
     now->viewMode.observe(receiver, refresh);
@@ -293,12 +261,12 @@ void MainWindow::showTitles()
     }
 }
 
-void MainWindow::choose(const SidebarChoice &choice)
+void MainWindow::choose(const SidebarItem &item)
 {
-    if (choice.kind == SidebarChoice::Kind::Trash)
+    if (placeOf(item, m_services.folders()).kind == Place::Kind::Trash)
         ensureTrash();
-    pane()->choose(itemOf(choice, m_services.folders()));
-    if (place() == Place::Folder && !m_sidebar->isAncestorOf(QApplication::focusWidget()))
+    pane()->choose(item);
+    if (!place().isPage() && !m_sidebar->isAncestorOf(QApplication::focusWidget()))
         tab()->focusActive();
 }
 

@@ -21,7 +21,6 @@ class NetworkPage;
 class PreviewSide;
 class SidebarView;
 class StorageOverview;
-struct SidebarChoice;
 class StatusBar;
 class TabBar;
 class TransferPanel;
@@ -60,7 +59,11 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class Place { Folder, Agent, Photos, Network, Trash, Device, Storage };
+    /// What stands where the panes are, and its words in the address bar; none where the panes are shown.
+    struct Page {
+        QWidget *widget = nullptr;
+        QStringList words;
+    };
 
     void buildActions();
     void buildBody(const StoredWindow &from);
@@ -69,7 +72,6 @@ private:
     void takeDropsOnTabs();
     void takeDropsOnSidebar();
     void drop(const DroppedFiles &files, BrowserModel *pane);
-    void showStorage(const Location &folder);
     void openFromStorage(const Location &entry);
     void placePanel();
     bool isLastWindow() const;
@@ -87,7 +89,7 @@ private:
     void follow();
     void showTitles();
     void showBadge(int number);
-    void choose(const SidebarChoice &choice);
+    void choose(const SidebarItem &item);
     void ensureTrash();
     void goToPageStep(int step);
     void showPreview(bool shown);
@@ -96,13 +98,17 @@ private:
     void refreshState();
     void followClipboard();
     bool hasSheet() const;
-    Place place() const;
-    QWidget *pageFor(Place place);
-    QWidget *makePage(Place place);
+    const Place &place() const;
+    Page pageOf(const Place &shown);
+    QWidget *made(Place::Kind kind, QWidget *(MainWindow::*make)());
+    QWidget *makeAgentPage();
+    QWidget *makeNetworkPage();
+    QWidget *makeTrashPage();
+    QWidget *makePhotosPage();
+    QWidget *makeDevicePage();
     QWidget *makeStoragePage();
     QStringList storagePath() const;
-    QStringList pagePath(Place place) const;
-    void leavePage();
+    void goBack();
 
     void open(const std::vector<FileItem> &items);
     void askBeforeStarting(const FileItem &item);
@@ -141,14 +147,13 @@ private:
     FileCommands *m_files = nullptr;
     std::unique_ptr<StorageOverview> m_storage;
     TransferPanel *m_transfers = nullptr;
-    std::map<Place, QWidget *> m_pages;
+    std::map<Place::Kind, QWidget *> m_pages; ///< made when they are first shown
     AgentView *m_agent = nullptr;
     std::unique_ptr<QObject> m_following; ///< of the active pane
     bool m_mayClose = false;              ///< the user has said so
     QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
     int m_previewWidth;
-    std::optional<Location> m_storageFolder; ///< its space is shown in place of the folder
 };
 
 /// The user default that says whether windows begin with the preview.

@@ -41,8 +41,8 @@ CommandState MainWindow::state() const
 {
     CommandState now;
     now.pane = pane();
-    now.page = place() != Place::Folder;
-    now.agent = place() == Place::Agent;
+    now.page = place().isPage();
+    now.agent = place().kind == Place::Kind::Agent;
     now.manyTabs = m_tabPages->count() > 1;
     now.dualPane = tab()->panes().dualPane.get();
     now.preview = m_preview && !m_preview->isHidden();
@@ -197,10 +197,7 @@ bool MainWindow::runGoCommand(CommandId id, BrowserModel &now)
     using enum CommandId;
     switch (id) {
     case Back:
-        if (place() == Place::Folder)
-            now.goBack();
-        else
-            leavePage();
+        goBack();
         break;
     case Forward:
         now.goForward();

@@ -26,7 +26,6 @@ void MainWindow::buildFileCommands()
         if (m_tabPages && tab())
             refreshState();
     });
-    connect(m_files, &FileCommands::storageOverviewRequested, this, &MainWindow::showStorage);
     connect(m_address, &AddressBar::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
 }
 
@@ -60,21 +59,14 @@ void MainWindow::placePanel()
     if (!m_transfers)
         return;
     const QRect area(m_places->mapTo(this, QPoint(0, 0)), m_places->size());
-    m_transfers->placeIn(area.adjusted(0, 0, 0, place() == Place::Folder ? -m_status->height() : 0));
-}
-
-void MainWindow::showStorage(const Location &folder)
-{
-    m_storageFolder = folder;
-    showPlace();
-    m_storage->count(folder);
+    m_transfers->placeIn(area.adjusted(0, 0, 0, place().isPage() ? 0 : -m_status->height()));
 }
 
 QWidget *MainWindow::makeStoragePage()
 {
     auto *const page = new StorageOverviewPage(*m_storage, m_places);
     connect(page, &StorageOverviewPage::openWanted, this, &MainWindow::openFromStorage);
-    connect(page, &StorageOverviewPage::leaveWanted, this, &MainWindow::leavePage);
+    connect(page, &StorageOverviewPage::leaveWanted, this, &MainWindow::goBack);
     connect(page, &StorageOverviewPage::trashWanted, this, [this](const std::vector<Location> &entries) {
         const QString what = entries.size() == 1
                                  ? QStringLiteral("„%1“ in den Papierkorb legen?").arg(shownName(entries.front()))
@@ -93,7 +85,7 @@ QWidget *MainWindow::makeStoragePage()
         question->open();
     });
     m_storage->shown.observe(page, [this](const Location &) {
-        if (m_storageFolder)
+        if (place().kind == Place::Kind::Storage)
             m_address->setPage(storagePath());
     });
     return page;
@@ -114,7 +106,7 @@ void MainWindow::openFromStorage(const Location &entry)
     onWorker(
         m_services.panes.workers, entry, MountWorkers::Turn::OfMount, this, [entry] { return readAttributes(entry); },
         [this, entry](const Result<FileAttributes> &attributes) {
-            leavePage();
+            pane()->leavePage();
             if (attributes && attributes->isFolder())
                 pane()->navigate(entry);
             else

@@ -20,158 +20,125 @@ const QString pathMark = QStringLiteral(" › ");
 
 } // namespace
 
-MainWindow::Place MainWindow::place() const
+const Place &MainWindow::place() const
 {
-    const BrowserModel &now = *pane();
-    if (m_storageFolder)
-        return Place::Storage;
-    if (now.showAgent.get())
-        return Place::Agent;
-    if (now.showPhotos.get())
-        return Place::Photos;
-    if (now.showNetwork.get())
-        return Place::Network;
-    if (now.showDevice.get())
-        return Place::Device;
-    return now.current.get() == m_services.folders().trash && !now.tagFilter.get() ? Place::Trash : Place::Folder;
+    return pane()->place.get();
 }
 
-QWidget *MainWindow::pageFor(Place wanted)
+MainWindow::Page MainWindow::pageOf(const Place &shown)
 {
-    QWidget *&page = m_pages[wanted];
+    using enum Place::Kind;
+    switch (shown.kind) {
+    case Folder:
+    case Search:
+    case Tag:
+        break;
+    case Trash:
+        return {made(Trash, &MainWindow::makeTrashPage), {QStringLiteral("Papierkorb")}};
+    case Photos:
+        return {made(Photos, &MainWindow::makePhotosPage), {QStringLiteral("Fotos-Mediathek")}};
+    case Network:
+        return {made(Network, &MainWindow::makeNetworkPage), {QStringLiteral("Netzwerk")}};
+    case Agent: {
+        QWidget *const page = made(Agent, &MainWindow::makeAgentPage);
+        return {page, m_agent->path().split(pathMark)};
+    }
+    case Device:
+        return {made(Device, &MainWindow::makeDevicePage), {shown.name}};
+    case Storage:
+        return {made(Storage, &MainWindow::makeStoragePage), storagePath()};
+    }
+    return {m_places->widget(0), {}};
+}
+
+QWidget *MainWindow::made(Place::Kind kind, QWidget *(MainWindow::*make)())
+{
+    QWidget *&page = m_pages[kind];
     if (!page) {
-        page = makePage(wanted);
+        page = (this->*make)();
         m_places->addWidget(page);
     }
     return page;
 }
 
-QWidget *MainWindow::makePage(Place wanted)
+QWidget *MainWindow::makeAgentPage()
 {
-    switch (wanted) {
-    case Place::Agent:
-        m_agent = new AgentView(m_services.agent, m_places);
-        connect(&m_services.thumbnails, &ThumbnailImages::ready, m_agent, &AgentView::refreshThumbnails);
-        connect(m_agent, &AgentView::pathChanged, this, [this] { showPlace(); });
-        connect(m_agent, &AgentView::showRequested, this, &MainWindow::showEntry);
-        return m_agent;
-    case Place::Network: {
-        auto *const network = new NetworkPage(m_services.servers, m_places);
-        connect(network, &NetworkPage::connected, this, [this](const Location &folder) { pane()->navigate(folder); });
-        return network;
-    }
-    case Place::Trash: {
-        auto *const trash = new TrashPage(m_services.trash, m_places);
-        connect(trash, &TrashPage::placeWanted, this, &MainWindow::addTab);
-        connect(trash, &TrashPage::returned, this, [this](const std::vector<Location> &places) {
-            for (const Location &place : places)
-                m_services.panes.sizes.touched(place);
-        });
-        return trash;
-    }
-    case Place::Photos:
-        return new PlaceholderPage(QStringLiteral("photo.on.rectangle.angled"), QStringLiteral("Fotos-Mediathek"),
-                                   QStringLiteral("Hier werden Fotos nach Reisen und Anlässen sortiert. "
-                                                  "Diese Funktion kommt mit einer späteren Version."),
-                                   m_places);
-    case Place::Device:
-        return new PlaceholderPage(QStringLiteral("camera"), QStringLiteral("Gerät"),
-                                   QStringLiteral("Hier werden Fotos von Kameras und Telefonen übernommen. "
-                                                  "Diese Funktion kommt mit einer späteren Version."),
-                                   m_places);
-    case Place::Storage:
-        return makeStoragePage();
-    case Place::Folder:
-        break;
-    }
-    return m_places->widget(0);
+    m_agent = new AgentView(m_services.agent, m_places);
+    connect(&m_services.thumbnails, &ThumbnailImages::ready, m_agent, &AgentView::refreshThumbnails);
+    connect(m_agent, &AgentView::pathChanged, this, [this] { showPlace(); });
+    connect(m_agent, &AgentView::showRequested, this, &MainWindow::showEntry);
+    return m_agent;
 }
 
-QStringList MainWindow::pagePath(Place now) const
+QWidget *MainWindow::makeNetworkPage()
 {
-    switch (now) {
-    case Place::Agent:
-        return m_agent ? m_agent->path().split(pathMark) : QStringList();
-    case Place::Photos:
-        return {QStringLiteral("Fotos-Mediathek")};
-    case Place::Network:
-        return {QStringLiteral("Netzwerk")};
-    case Place::Device:
-        return {pane()->showDevice.get().value_or(QString())};
-    case Place::Trash:
-        return {QStringLiteral("Papierkorb")};
-    case Place::Storage:
-        return storagePath();
-    case Place::Folder:
-        break;
-    }
-    return {};
+    auto *const network = new NetworkPage(m_services.servers, m_places);
+    connect(network, &NetworkPage::connected, this, [this](const Location &folder) { pane()->navigate(folder); });
+    return network;
 }
 
-/// Puts the page of the active pane's place in front, and marks that place in the sidebar.
+QWidget *MainWindow::makeTrashPage()
+{
+    auto *const trash = new TrashPage(m_services.trash, m_places);
+    connect(trash, &TrashPage::placeWanted, this, &MainWindow::addTab);
+    connect(trash, &TrashPage::returned, this, [this](const std::vector<Location> &returned) {
+        for (const Location &entry : returned)
+            m_services.panes.sizes.touched(entry);
+    });
+    return trash;
+}
+
+QWidget *MainWindow::makePhotosPage()
+{
+    return new PlaceholderPage(QStringLiteral("photo.on.rectangle.angled"), QStringLiteral("Fotos-Mediathek"),
+                               QStringLiteral("Hier werden Fotos nach Reisen und Anlässen sortiert. "
+                                              "Diese Funktion kommt mit einer späteren Version."),
+                               m_places);
+}
+
+QWidget *MainWindow::makeDevicePage()
+{
+    return new PlaceholderPage(QStringLiteral("camera"), QStringLiteral("Gerät"),
+                               QStringLiteral("Hier werden Fotos von Kameras und Telefonen übernommen. "
+                                              "Diese Funktion kommt mit einer späteren Version."),
+                               m_places);
+}
+
+/// Raises the page of the active pane's place, and marks that place in the sidebar.
 void MainWindow::showPlace()
 {
     const Place now = place();
-    QWidget *const page = now == Place::Folder ? m_places->widget(0) : pageFor(now);
+    const auto [page, words] = pageOf(now);
     const bool arrived = m_places->currentWidget() != page;
     m_places->setCurrentWidget(page);
-    const QStringList path = pagePath(now);
-    m_address->setPage(path);
-    setWindowTitle(path.isEmpty() ? m_services.folders().title(pane()->current.get()) : path.constLast());
-    using Kind = SidebarChoice::Kind;
-    const std::optional<QString> &tag = pane()->tagFilter.get();
-    switch (now) {
-    case Place::Agent:
-        m_sidebar->setCurrent(SidebarChoice::special(Kind::Agent));
-        break;
-    case Place::Photos:
-        m_sidebar->setCurrent(SidebarChoice::special(Kind::Photos));
-        break;
-    case Place::Network:
-        m_sidebar->setCurrent(SidebarChoice::special(Kind::Network));
-        break;
-    case Place::Trash:
-        m_sidebar->setCurrent(SidebarChoice::special(Kind::Trash));
-        break;
-    case Place::Device:
-        break;
-    case Place::Storage:
-    case Place::Folder:
-        if (tag)
-            m_sidebar->setCurrent(SidebarChoice::tag(*tag));
-        else
-            m_sidebar->setCurrent(pane()->current.get());
-    }
+    m_address->setPage(words);
+    setWindowTitle(words.isEmpty() ? m_services.folders().title(pane()->current.get()) : words.constLast());
+    m_sidebar->setCurrent(now);
+    if (now.kind != Place::Kind::Storage)
+        m_storage->cancel();
+    else if (arrived || m_storage->top.get() != now.location)
+        m_storage->count(now.location);
     refreshState();
-    if (arrived && now != Place::Folder)
+    if (arrived && now.isPage())
         page->setFocus();
 }
 
-void MainWindow::leavePage()
+/// From a page to what it covers, from one of its own pages to its first; else along the history.
+void MainWindow::goBack()
 {
-    if (place() == Place::Agent && m_agent && m_agent->path().contains(pathMark)) {
+    if (place().kind == Place::Kind::Agent && m_agent->path().contains(pathMark)) {
         m_agent->showStart();
-        return;
-    }
-    if (m_storageFolder) {
-        m_storageFolder.reset();
-        m_storage->cancel();
-        showPlace();
+    } else if (place().coversFolder()) {
+        pane()->leavePage();
         tab()->focusActive();
-        return;
-    }
-    if (place() == Place::Trash) {
+    } else {
         pane()->goBack();
-        return;
     }
-    // To where the pane is: that leaves whatever stands in its place.
-    pane()->navigate(pane()->current.get());
-    tab()->focusActive();
 }
 
 void MainWindow::goToPageStep(int step)
 {
-    if (place() == Place::Agent && m_agent && step == 0)
+    if (place().kind == Place::Kind::Agent && step == 0)
         m_agent->showStart();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Sidebar/SidebarChoice.h"
+#include "Places/SidebarItem.h"
 
 #include <QColor>
 #include <QString>
@@ -23,7 +23,7 @@ struct SidebarRow {
     Kind kind = Kind::Place;
     QString key; ///< what the line is, from one reading to the next; of a section also its stored name
     QString title;
-    std::optional<SidebarChoice> choice; ///< none for a head
+    std::optional<SidebarItem> choice; ///< none for a head
     QString toolTip;
 
     QString symbol;

@@ -31,7 +31,7 @@ std::optional<QColor> colorOf(const std::optional<QString> &tagName)
     return rgb ? std::optional(QColor::fromRgb(*rgb)) : std::nullopt;
 }
 
-SidebarRow place(const QString &title, const QString &symbol, const SidebarChoice &choice, const QString &toolTip = {})
+SidebarRow placeRow(const QString &title, const QString &symbol, const SidebarItem &choice, const QString &toolTip = {})
 {
     SidebarRow row;
     row.key = QStringLiteral("place:") + title;
@@ -48,7 +48,7 @@ SidebarRow quickRow(const QuickEntry &entry)
     row.kind = SidebarRow::Kind::Quick;
     row.key = QStringLiteral("quick:") + entry.id.toString(QUuid::WithoutBraces);
     row.title = entry.name;
-    row.choice = entry.path ? SidebarChoice::quick(*entry.path) : SidebarChoice::special(SidebarChoice::Kind::Photos);
+    row.choice = entry.path ? SidebarItem::quick(*entry.path) : SidebarItem::photos();
     row.toolTip = entry.path ? shown(*entry.path) : entry.name;
     row.symbol = entry.symbol;
     row.image = entry.imagePath;
@@ -64,7 +64,7 @@ SidebarRow volumeRow(const VolumeEntry &volume)
     row.kind = SidebarRow::Kind::Volume;
     row.key = keyOf(QStringLiteral("volume:"), volume.root);
     row.title = volume.name;
-    row.choice = SidebarChoice::place(volume.root);
+    row.choice = SidebarItem::place(volume.root);
     row.symbol = volumeSymbol(volume);
     row.note = volumeNote(volume);
     row.toolTip = volumeToolTip(volume);
@@ -123,14 +123,13 @@ void SidebarRows::rebuild()
     gap.kind = SidebarRow::Kind::Gap;
     gap.key = QStringLiteral("gap");
     rows.push_back(gap);
-    rows.push_back(place(QStringLiteral("Papierkorb"), QStringLiteral("trash"),
-                         SidebarChoice::special(SidebarChoice::Kind::Trash),
-                         QStringLiteral("Was im Papierkorb liegt, von allen Laufwerken")));
-    rows.push_back(
-        place(QStringLiteral("Fotos"), QStringLiteral("photo"), SidebarChoice::special(SidebarChoice::Kind::Photos)));
+    rows.push_back(placeRow(QStringLiteral("Papierkorb"), QStringLiteral("trash"),
+                            SidebarItem::place(m_sources.folders.trash),
+                            QStringLiteral("Was im Papierkorb liegt, von allen Laufwerken")));
+    rows.push_back(placeRow(QStringLiteral("Fotos"), QStringLiteral("photo"), SidebarItem::photos()));
     if (addHead(rows, QStringLiteral("assistants"), QStringLiteral("Assistenten"))) {
-        rows.push_back(place(QStringLiteral("Aufräum-Agent"), QStringLiteral("wand.and.sparkles"),
-                             SidebarChoice::special(SidebarChoice::Kind::Agent)));
+        rows.push_back(
+            placeRow(QStringLiteral("Aufräum-Agent"), QStringLiteral("wand.and.sparkles"), SidebarItem::agent()));
         rows.back().badge = m_agentBadge;
     }
     follow(std::move(rows));
@@ -170,7 +169,7 @@ void SidebarRows::addFolders(Rows &rows) const
         // One folder may stand below two roots.
         row.key = keyOf(QStringLiteral("folder:"), root) + keyOf(QStringLiteral(":"), folder.location);
         row.title = folder.name;
-        row.choice = SidebarChoice::tree(root, folder.location);
+        row.choice = SidebarItem::tree(root, folder.location);
         row.toolTip = shown(folder.location);
         row.colorName = m_sources.colors.color(folder.location);
         row.color = colorOf(row.colorName);
@@ -194,9 +193,8 @@ void SidebarRows::addDevices(Rows &rows) const
             rows.back().ejectable = false;
         }
     }
-    rows.push_back(place(QStringLiteral("Netzwerk"), QStringLiteral("network"),
-                         SidebarChoice::special(SidebarChoice::Kind::Network),
-                         QStringLiteral("Mit Servern verbinden")));
+    rows.push_back(placeRow(QStringLiteral("Netzwerk"), QStringLiteral("network"), SidebarItem::network(),
+                            QStringLiteral("Mit Servern verbinden")));
 }
 
 void SidebarRows::addTags(Rows &rows) const
@@ -206,7 +204,7 @@ void SidebarRows::addTags(Rows &rows) const
     for (const FileTags::PaletteTag &tag : FileTags::all) {
         const QString name = tag.name.toString();
         rows.push_back(
-            place(name, {}, SidebarChoice::tag(name), QStringLiteral("Alles mit der Markierung „%1“").arg(name)));
+            placeRow(name, {}, SidebarItem::tag(name), QStringLiteral("Alles mit der Markierung „%1“").arg(name)));
         rows.back().color = QColor::fromRgb(tag.color);
     }
 }
@@ -237,16 +235,10 @@ QModelIndex SidebarRows::indexOf(const QString &key) const
                                                   : createIndex(static_cast<int>(found - m_rows.begin()), 0);
 }
 
-void SidebarRows::setCurrent(const SidebarChoice &choice)
+void SidebarRows::setCurrent(const Place &place)
 {
-    m_currentIsFolder = choice.isFolder();
-    m_current = choice;
+    m_current = place;
     findCurrent();
-}
-
-void SidebarRows::setCurrentFolder(const Location &folder)
-{
-    setCurrent(SidebarChoice::place(standardised(folder)));
 }
 
 void SidebarRows::setChosen(const QString &key)
@@ -261,11 +253,7 @@ void SidebarRows::findCurrent()
     QString found;
     int best = 0;
     for (const SidebarRow &one : m_rows) {
-        const bool leadsThere =
-            m_current && one.choice &&
-            (m_currentIsFolder ? one.choice->isFolder() && one.choice->location == m_current->location
-                               : *one.choice == *m_current);
-        if (!leadsThere)
+        if (!m_current || !one.choice || placeOf(*one.choice, m_sources.folders) != *m_current)
             continue;
         const int rank = one.key == m_chosenKey ? 3 : one.kind == SidebarRow::Kind::Folder ? 1 : 2;
         if (rank > best) {

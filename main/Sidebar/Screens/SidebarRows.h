@@ -23,8 +23,7 @@ public:
     QModelIndex indexOf(const QString &key) const;
 
     /// What the pane shows.
-    void setCurrent(const SidebarChoice &choice);
-    void setCurrentFolder(const Location &folder);
+    void setCurrent(const Place &place);
     /// The line that was chosen last: of several that lead to one place it is the one to be highlighted.
     void setChosen(const QString &key);
     bool isCurrent(const QModelIndex &index) const;
@@ -59,8 +58,7 @@ private:
     std::vector<SidebarRow> m_rows;
     std::set<QString> m_folded;
     std::set<Location> m_ejecting;
-    std::optional<SidebarChoice> m_current;
-    bool m_currentIsFolder = false; ///< then only the location of `m_current` counts
+    std::optional<Place> m_current;
     QString m_chosenKey;
     QString m_currentKey; ///< of the highlighted line; empty for none
     int m_agentBadge = 0;

@@ -45,6 +45,7 @@ struct SidebarView::Private {
     void chooseSymbol(const SidebarRow &row, const QModelIndex &index);
     void chooseImage(const SidebarRow &row);
     bool leadsElsewhere(const Location &folder) const;
+    std::optional<Location> folderOf(const SidebarRow &row) const;
 
     SidebarView &q;
     SidebarSources sources;
@@ -86,19 +87,13 @@ void SidebarView::paintEvent(QPaintEvent *)
     painter.fillRect(QRect(width() - 1, 0, 1, height()), color(Token::Line));
 }
 
-void SidebarView::setCurrent(const Location &folder)
+void SidebarView::setCurrent(const Place &place)
 {
-    d->rows->setCurrentFolder(folder);
-    if (!d->leadsElsewhere(standardised(folder)))
-        d->sources.tree.reveal(folder);
-}
-
-void SidebarView::setCurrent(const SidebarChoice &choice)
-{
-    if (choice.isFolder())
-        setCurrent(choice.location);
-    else
-        d->rows->setCurrent(choice);
+    const bool ofFolder = place.kind == Place::Kind::Search || place.kind == Place::Kind::Storage;
+    const Place shown = ofFolder ? placeOf(place.location, d->sources.folders) : place;
+    d->rows->setCurrent(shown);
+    if (shown.kind == Place::Kind::Folder && !d->leadsElsewhere(shown.location))
+        d->sources.tree.reveal(shown.location);
 }
 
 void SidebarView::setAgentBadge(int number)
@@ -116,8 +111,7 @@ std::optional<Location> SidebarView::folderAt(QPoint place) const
     const QModelIndex index = d->list->indexAt(place);
     if (!index.isValid())
         return std::nullopt;
-    const std::optional<SidebarChoice> &choice = d->rows->row(index).choice;
-    return choice && choice->isFolder() ? std::optional(choice->location) : std::nullopt;
+    return d->folderOf(d->rows->row(index));
 }
 
 void SidebarView::focusList()
@@ -130,6 +124,13 @@ bool SidebarView::Private::leadsElsewhere(const Location &folder) const
 {
     return sources.pins.holds(folder) || std::ranges::find(sources.volumes.volumes.get(), folder, &VolumeEntry::root) !=
                                              sources.volumes.volumes.get().end();
+}
+
+/// Where files can be put and what has properties: the Trash is no folder to the user.
+std::optional<Location> SidebarView::Private::folderOf(const SidebarRow &row) const
+{
+    const bool leadsToFolder = row.choice && placeOf(*row.choice, sources.folders).kind == Place::Kind::Folder;
+    return leadsToFolder ? std::optional(row.choice->location) : std::nullopt;
 }
 
 void SidebarView::Private::connectAll()
@@ -225,7 +226,7 @@ SidebarActions SidebarView::Private::actionsFor(const QModelIndex &index)
     }
     if (row.kind == Kind::Quick)
         addQuickActions(actions, row, line);
-    if (row.choice && row.choice->isFolder())
+    if (folderOf(row))
         addFolderActions(actions, row);
     return actions;
 }

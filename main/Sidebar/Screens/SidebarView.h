@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Sidebar/SidebarChoice.h"
+#include "Places/SidebarItem.h"
 
 #include <QWidget>
 
@@ -36,11 +36,9 @@ public:
     SidebarView(SidebarSources sources, QWidget *parent);
     ~SidebarView() override;
 
-    /// The active pane shows this folder: its line is highlighted (the one that was chosen where several lead there), and
-    /// the tree opens down to it where no other line leads there.
-    void setCurrent(const Location &folder);
-    /// The pane shows a tag, the Trash, photos, the network or the agent.
-    void setCurrent(const SidebarChoice &choice);
+    /// The active pane shows this: its line is highlighted (the one that was chosen where several lead there), and the tree
+    /// opens down to a folder where no other line leads there. A search and an overview stand for their folder.
+    void setCurrent(const Place &place);
     /// The red number of the agent; none for 0.
     void setAgentBadge(int number);
     /// Puts the keys into the list.
@@ -53,9 +51,9 @@ public:
     QSize minimumSizeHint() const override;
 
     /// Clicked, or Return.
-    Q_SIGNAL void chosen(const brellin::SidebarChoice &choice);
+    Q_SIGNAL void chosen(const brellin::SidebarItem &choice);
     /// Middle click, Ctrl+Return, or "In neuem Tab öffnen".
-    Q_SIGNAL void chosenForNewTab(const brellin::SidebarChoice &choice);
+    Q_SIGNAL void chosenForNewTab(const brellin::SidebarItem &choice);
     /// "Eigenschaften" of a folder. The menus have it as soon as somebody listens.
     Q_SIGNAL void propertiesWanted(const brellin::Location &folder);
     /// Something did not work; a German text for the window to show.

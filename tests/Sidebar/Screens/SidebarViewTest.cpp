@@ -31,8 +31,6 @@ using brellin::test::waitUntil;
 
 namespace {
 
-using Kind = SidebarChoice::Kind;
-
 struct TwoDisks : MountSource {
     std::vector<Mount> table() const override
     {
@@ -78,9 +76,9 @@ protected:
     {
         view = std::make_unique<SidebarView>(SidebarSources{pins, folderTree, volumes, colors, defaults, folders},
                                              nullptr);
-        QObject::connect(view.get(), &SidebarView::chosen, [this](const SidebarChoice &one) { chosen.push_back(one); });
+        QObject::connect(view.get(), &SidebarView::chosen, [this](const SidebarItem &one) { chosen.push_back(one); });
         QObject::connect(view.get(), &SidebarView::chosenForNewTab,
-                         [this](const SidebarChoice &one) { newTabs.push_back(one); });
+                         [this](const SidebarItem &one) { newTabs.push_back(one); });
         QObject::connect(view.get(), &SidebarView::failed, [this](const QString &text) { failures << text; });
         view->resize(216, 1200);
         view->show();
@@ -157,8 +155,8 @@ protected:
     FolderTree folderTree{defaults};
     FolderColors colors{defaults};
     std::unique_ptr<SidebarView> view;
-    std::vector<SidebarChoice> chosen;
-    std::vector<SidebarChoice> newTabs;
+    std::vector<SidebarItem> chosen;
+    std::vector<SidebarItem> newTabs;
     QStringList failures;
 };
 
@@ -170,19 +168,19 @@ TEST_F(SidebarViewTest, everyLineLeadsWhereItSays)
     struct Row {
         QString title;
         SidebarRow::Kind kind;
-        SidebarChoice choice;
+        SidebarItem choice;
     };
     using RowKind = SidebarRow::Kind;
     const std::vector<Row> expected = {
-        {QStringLiteral("Downloads"), RowKind::Quick, SidebarChoice::quick(tree.path("Downloads"))},
-        {QStringLiteral("Fotos-Mediathek"), RowKind::Quick, SidebarChoice::special(Kind::Photos)},
-        {QStringLiteral("Benutzerordner"), RowKind::Folder, SidebarChoice::tree(tree.root(), tree.root())},
-        {QStringLiteral("Sicherung"), RowKind::Volume, SidebarChoice::place("/media/anna/usb")},
-        {QStringLiteral("Netzwerk"), RowKind::Place, SidebarChoice::special(Kind::Network)},
-        {QStringLiteral("Grün"), RowKind::Place, SidebarChoice::tag(QStringLiteral("Grün"))},
-        {QStringLiteral("Papierkorb"), RowKind::Place, SidebarChoice::special(Kind::Trash)},
-        {QStringLiteral("Fotos"), RowKind::Place, SidebarChoice::special(Kind::Photos)},
-        {QStringLiteral("Aufräum-Agent"), RowKind::Place, SidebarChoice::special(Kind::Agent)},
+        {QStringLiteral("Downloads"), RowKind::Quick, SidebarItem::quick(tree.path("Downloads"))},
+        {QStringLiteral("Fotos-Mediathek"), RowKind::Quick, SidebarItem::photos()},
+        {QStringLiteral("Benutzerordner"), RowKind::Folder, SidebarItem::tree(tree.root(), tree.root())},
+        {QStringLiteral("Sicherung"), RowKind::Volume, SidebarItem::place("/media/anna/usb")},
+        {QStringLiteral("Netzwerk"), RowKind::Place, SidebarItem::network()},
+        {QStringLiteral("Grün"), RowKind::Place, SidebarItem::tag(QStringLiteral("Grün"))},
+        {QStringLiteral("Papierkorb"), RowKind::Place, SidebarItem::place(folders.trash)},
+        {QStringLiteral("Fotos"), RowKind::Place, SidebarItem::photos()},
+        {QStringLiteral("Aufräum-Agent"), RowKind::Place, SidebarItem::agent()},
     };
     for (const Row &row : expected) {
         click(line(row.title, row.kind));
@@ -193,6 +191,9 @@ TEST_F(SidebarViewTest, everyLineLeadsWhereItSays)
         EXPECT_EQ(newTabs.back(), row.choice) << row.title.toStdString();
     }
     EXPECT_EQ(chosen.size(), expected.size());
+    EXPECT_EQ(view->folderAt(middle(line(QStringLiteral("Downloads"), RowKind::Quick))), tree.path("Downloads"));
+    EXPECT_FALSE(view->folderAt(middle(line(QStringLiteral("Papierkorb"), RowKind::Place))))
+        << "files dropped there would lie in it without a record of where they came from";
 }
 
 TEST_F(SidebarViewTest, keysChooseFoldAndRemove)
@@ -203,7 +204,7 @@ TEST_F(SidebarViewTest, keysChooseFoldAndRemove)
     QTest::keyClick(list(), Qt::Key_Down);
     QTest::keyClick(list(), Qt::Key_Return);
     QTest::keyClick(list(), Qt::Key_Return, Qt::ControlModifier);
-    const SidebarChoice documents = SidebarChoice::quick(tree.path("Documents"));
+    const SidebarItem documents = SidebarItem::quick(tree.path("Documents"));
     EXPECT_EQ(chosen, std::vector{documents});
     EXPECT_EQ(newTabs, std::vector{documents});
     QTest::keyClick(list(), Qt::Key_Delete);
@@ -230,7 +231,7 @@ TEST_F(SidebarViewTest, theTreeOpensAndFollowsThePane)
     ASSERT_TRUE(waitUntil([this] { return titles().contains(QStringLiteral("Documents")); }));
     EXPECT_TRUE(chosen.empty()) << "the chevron only opens";
 
-    view->setCurrent(tree.path("Documents/Rechnungen/2026"));
+    view->setCurrent(Place::folder(tree.path("Documents/Rechnungen/2026")));
     ASSERT_TRUE(waitUntil([this] { return rows()->current().isValid(); }));
     EXPECT_EQ(rows()->current().data().toString(), QStringLiteral("2026"));
 
@@ -247,21 +248,21 @@ TEST_F(SidebarViewTest, theTreeOpensAndFollowsThePane)
 TEST_F(SidebarViewTest, theLineThatWasChosenIsHighlighted)
 {
     SidebarView &sidebar = open();
-    sidebar.setCurrent(tree.path("Downloads"));
+    sidebar.setCurrent(Place::folder(tree.path("Downloads")));
     EXPECT_EQ(rows()->row(rows()->current()).kind, SidebarRow::Kind::Quick);
     EXPECT_FALSE(titles().contains(QStringLiteral("Documents"))) << "the tree stays as it is";
 
     folderTree.expand(tree.root());
     ASSERT_TRUE(waitUntil([this] { return titles().count(QStringLiteral("Downloads")) == 2; }));
     click(line(QStringLiteral("Downloads"), SidebarRow::Kind::Folder));
-    sidebar.setCurrent(tree.path("Downloads"));
+    sidebar.setCurrent(Place::folder(tree.path("Downloads")));
     EXPECT_EQ(rows()->row(rows()->current()).kind, SidebarRow::Kind::Folder);
 
-    sidebar.setCurrent(SidebarChoice::tag(QStringLiteral("Blau")));
+    sidebar.setCurrent(Place::tag(QStringLiteral("Blau")));
     EXPECT_EQ(rows()->current().data().toString(), QStringLiteral("Blau"));
-    sidebar.setCurrent(SidebarChoice::special(Kind::Photos));
+    sidebar.setCurrent(Place::photos());
     EXPECT_TRUE(rows()->current().isValid());
-    sidebar.setCurrent(Location("/nirgends/hier"));
+    sidebar.setCurrent(Place::folder("/nirgends/hier"));
     EXPECT_FALSE(rows()->current().isValid());
 }
 
