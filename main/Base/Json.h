@@ -181,16 +181,23 @@ QJsonValue toJson(const std::vector<T> &list, JsonDates dates)
     return array;
 }
 
+/// An element of a list, with an id where its record has one.
+template <class T>
+QJsonValue jsonElement(const QJsonArray &list, qsizetype place)
+{
+    const QJsonValue json = list.at(place);
+    if constexpr (JsonIdentified<T>) {
+        if (json.isObject())
+            return withJsonId(json.toObject(), jsonIdOf(json.toObject(), place));
+    }
+    return json;
+}
+
 /// One element of a list.
 template <class T>
 JsonResult<void> readJsonElement(const QJsonArray &list, qsizetype place, T &value)
 {
-    QJsonValue json = list.at(place);
-    if constexpr (JsonIdentified<T>) {
-        if (json.isObject())
-            json = withJsonId(json.toObject(), jsonIdOf(json.toObject(), place));
-    }
-    if (const JsonResult<void> read = readJson(json, value); !read)
+    if (const JsonResult<void> read = readJson(jsonElement<T>(list, place), value); !read)
         return std::unexpected(read.error().within(QStringLiteral("[%1]").arg(place)));
     return {};
 }

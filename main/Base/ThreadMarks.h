@@ -5,12 +5,12 @@
 /// Marks for the thread sanitizer where an object changes threads through a queue of Qt: Qt itself is not instrumented, so
 /// its locks are unseen. Nothing without the sanitizer.
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names are the sanitizer's own
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming): the names are the sanitizer's own
 extern "C" {
 void __tsan_acquire(void *address);
 void __tsan_release(void *address);
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
 
 #define BRELLIN_QUOTED(text) #text
 #define BRELLIN_VALUE_OF(macro) BRELLIN_QUOTED(macro)

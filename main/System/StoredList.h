@@ -43,7 +43,12 @@ struct StoredList {
     /// There is a list that decodes, if with losses.
     bool isKnown() const { return state == StoredState::Whole || state == StoredState::Partly; }
     /// What there is to show: the records, or `usual` where there is no list or it does not decode.
-    std::vector<Record> value_or(std::vector<Record> usual) const { return isKnown() ? records : std::move(usual); }
+    std::vector<Record> value_or(std::vector<Record> usual) const
+    {
+        if (isKnown())
+            return records;
+        return usual;
+    }
 };
 
 /// Decodes a list's text; bad records are left out where the others stand without them.
