@@ -12,8 +12,8 @@ namespace brellin {
 /// reading and is not sequential.
 Result<QJsonObject> mediaFacts(QIODevice &file);
 
-/// The same for the picture data that a camera embeds (EXIF): `block` begins with "II" or "MM".
-QJsonObject exifFacts(QByteArrayView block);
+/// The same for the picture data that a camera embeds (EXIF): `bytes` begin with "II" or "MM".
+QJsonObject exifFacts(QByteArrayView bytes);
 
 /// The same for films and sound: MP4 and QuickTime, Matroska and WebM, AVI, WAV, FLAC, Ogg, MP3. Empty for all else.
 QJsonObject recordingFacts(QIODevice &file);

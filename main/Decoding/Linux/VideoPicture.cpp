@@ -74,7 +74,7 @@ Result<QByteArray> drawVideo(const Location &program, const Location &video, int
     }
     ::close(handedOn);
     ::close(ends[1]);
-    const QByteArray bytes = child > 0 ? readAll(ends[0]) : QByteArray();
+    QByteArray bytes = child > 0 ? readAll(ends[0]) : QByteArray();
     ::close(ends[0]);
     int status = 0;
     if (child > 0)
