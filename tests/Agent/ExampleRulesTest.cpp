@@ -36,7 +36,7 @@ QStringList names(const std::vector<CleanupRule> &rules)
     return list;
 }
 
-TEST(ExampleRules, AreTheTenOfTheTable)
+TEST(ExampleRulesTest, AreTheTenOfTheTable)
 {
     using enum StandardFolder;
     using enum RuleAction;
@@ -90,7 +90,7 @@ TEST(ExampleRules, AreTheTenOfTheTable)
     }
 }
 
-TEST(ExampleRules, AreAddedOnceBehindTheUsersOwn)
+TEST(ExampleRulesTest, AreAddedOnceBehindTheUsersOwn)
 {
     const KnownFolders folders = KnownFolders::ofThisUser();
     std::vector<CleanupRule> stored(3);

@@ -12,7 +12,7 @@ struct Row {
     QString to;
 };
 
-TEST(Placeholders, CleansNames)
+TEST(PlaceholdersTest, CleansNames)
 {
     for (const Row &row : std::initializer_list<Row>{
              {u"Rechnung_2024 (3)"_qs, u"Rechnung 2024"_qs},
@@ -32,7 +32,7 @@ TEST(Placeholders, CleansNames)
     }
 }
 
-TEST(Placeholders, ExpandEveryOccurrenceInTheUsersTimeZone)
+TEST(PlaceholdersTest, ExpandEveryOccurrenceInTheUsersTimeZone)
 {
     // In Berlin the new year has begun.
     const Instant date = std::chrono::sys_days{std::chrono::year{2025} / 12 / 31} + 23h + 30min;

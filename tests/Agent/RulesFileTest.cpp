@@ -15,7 +15,7 @@ QString refusal(const char *json)
     return rules ? u"angenommen"_qs : rules.error().message;
 }
 
-TEST(RulesFile, RefusesWithOneSentence)
+TEST(RulesFileTest, RefusesWithOneSentence)
 {
     EXPECT_EQ(refusal(R"([{}, {}, {"name": "Rechnungen", "action": "frobnicate"}])"),
               u"Regel 3 („Rechnungen“): Feld „action“: „frobnicate“ gibt es hier nicht."_qs);
@@ -30,7 +30,7 @@ TEST(RulesFile, RefusesWithOneSentence)
         EXPECT_TRUE(refusal(broken).startsWith(u"Die Regeln sind nicht lesbar: das ist kein gültiges JSON")) << broken;
 }
 
-TEST(RulesFile, RefusesProfilesWhoseEntriesProtectNothing)
+TEST(RulesFileTest, RefusesProfilesWhoseEntriesProtectNothing)
 {
     const TempTree tree;
     tree.lines({"Werk/ rand /x=1"});
@@ -61,7 +61,7 @@ TEST(RulesFile, RefusesProfilesWhoseEntriesProtectNothing)
     }
 }
 
-TEST(RulesFile, ReadsWhatItWroteAndWhatIsMissing)
+TEST(RulesFileTest, ReadsWhatItWroteAndWhatIsMissing)
 {
     CleanupRule rule;
     rule.name = u"Überweisung „bar“"_qs;
@@ -81,7 +81,7 @@ TEST(RulesFile, ReadsWhatItWroteAndWhatIsMissing)
     EXPECT_TRUE(read->front().enabled);
 }
 
-TEST(RulesFile, GivesACopiedRuleItsOwnId)
+TEST(RulesFileTest, GivesACopiedRuleItsOwnId)
 {
     const QByteArray one = R"({"id": "11111111-2222-3333-4444-555555555555", "name": "a",
                                "conditions": [{"id": "21111111-2222-3333-4444-555555555555", "value": "x"}]})";

@@ -575,7 +575,7 @@ TEST_F(RunTest, keepsADamagedJournalAsideAndRecoversTheRest)
     EXPECT_TRUE(world.hasJournals()); // for a person to look into
 }
 
-TEST(JournalLines, planNoMoreStepsThanThereAreLines)
+TEST(JournalLinesTest, planNoMoreStepsThanThereAreLines)
 {
     const PlannedStep step{AgentProposal::Kind::Trash, "/a", {}, {}, {}};
     const QByteArray head = journalLines::head(QUuid::createUuid(), Instant());

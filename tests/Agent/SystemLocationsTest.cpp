@@ -15,7 +15,7 @@ struct Row {
     bool allowed;
 };
 
-TEST(SystemLocations, DecidesByTheDeepestPlace)
+TEST(SystemLocationsTest, DecidesByTheDeepestPlace)
 {
     // A home below a system folder, as some systems have it.
     const SystemLocations locations("/var/home/anna");
@@ -56,7 +56,7 @@ TEST(SystemLocations, DecidesByTheDeepestPlace)
     }
 }
 
-TEST(SystemLocations, AHomeThatIsASystemFolderStaysRefused)
+TEST(SystemLocationsTest, AHomeThatIsASystemFolderStaysRefused)
 {
     for (const char *const home : {"/", "/usr", "/etc"}) {
         const SystemLocations locations(home);
@@ -67,9 +67,9 @@ TEST(SystemLocations, AHomeThatIsASystemFolderStaysRefused)
     }
 }
 
-class LinkedLocations : public ::testing::Test {
+class LinkedLocationsTest : public ::testing::Test {
 protected:
-    LinkedLocations() { tree.lines({"home/Downloads/", "home/Library/", "system/inside/", "daten/"}); }
+    LinkedLocationsTest() { tree.lines({"home/Downloads/", "home/Library/", "system/inside/", "daten/"}); }
     bool allowed(std::string_view path) const { return locations.isAllowed(tree.path(path)); }
     bool entryAllowed(std::string_view path) const { return locations.isAllowedEntry(tree.path(path)); }
 
@@ -77,7 +77,7 @@ protected:
     SystemLocations locations{tree.path("home"), {tree.path("system")}};
 };
 
-TEST_F(LinkedLocations, FollowsLinksToWhereTheyLead)
+TEST_F(LinkedLocationsTest, FollowsLinksToWhereTheyLead)
 {
     tree.lines({"home/zu->../system", "home/Downloads/tief->../../system/inside", "home/gut->../daten",
                 "home/nirgends->../system/fehlt", "home/kreis->kreis"});
@@ -92,7 +92,7 @@ TEST_F(LinkedLocations, FollowsLinksToWhereTheyLead)
     EXPECT_FALSE(allowed("home/kreis"));
 }
 
-TEST_F(LinkedLocations, ReadsTwoDotsBothWays)
+TEST_F(LinkedLocationsTest, ReadsTwoDotsBothWays)
 {
     tree.lines({"home/tief->../system/inside", "home/raus->../daten"});
     // By text "home/Downloads", for the system a place beside "inside".
@@ -103,7 +103,7 @@ TEST_F(LinkedLocations, ReadsTwoDotsBothWays)
     EXPECT_FALSE(locations.isAllowed(std::string("/srv\0/../etc", 12)));
 }
 
-TEST_F(LinkedLocations, AnEntryIsTheLinkItself)
+TEST_F(LinkedLocationsTest, AnEntryIsTheLinkItself)
 {
     tree.lines({"home/zu->../system", "home/nirgends->fehlt", "home/a.txt"});
     EXPECT_TRUE(entryAllowed("home/zu"));
@@ -117,7 +117,7 @@ TEST_F(LinkedLocations, AnEntryIsTheLinkItself)
     EXPECT_FALSE(entryAllowed(""));
 }
 
-TEST_F(LinkedLocations, KnowsSystemFoldersThatAreMountedElsewhere)
+TEST_F(LinkedLocationsTest, KnowsSystemFoldersThatAreMountedElsewhere)
 {
     tree.lines({"home/bild/", "home/alles/", "home/gut/", "home/.config/x", "home/tief/", "daten/a.txt"});
     const SystemLocations knowing(tree.path("home"), {tree.path("system")});
@@ -138,7 +138,7 @@ TEST_F(LinkedLocations, KnowsSystemFoldersThatAreMountedElsewhere)
     EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/Downloads/a.txt")));
 }
 
-TEST_F(LinkedLocations, ForgetsWhatASystemFolderWas)
+TEST_F(LinkedLocationsTest, ForgetsWhatASystemFolderWas)
 {
     // The number of a folder that is gone goes to another.
     std::filesystem::rename(tree.path("system"), tree.path("home/umbenannt"));
@@ -147,7 +147,7 @@ TEST_F(LinkedLocations, ForgetsWhatASystemFolderWas)
     EXPECT_FALSE(allowed("system"));
 }
 
-TEST(SystemLocations, KnowsHomeAndSystemFoldersByAllTheirNames)
+TEST(SystemLocationsTest, KnowsHomeAndSystemFoldersByAllTheirNames)
 {
     const TempTree tree;
     tree.lines({"echt/anna/Library/", "echt/anna/Downloads/", "heim->echt", "opt->anderswo", "anderswo/programm/"});
@@ -160,7 +160,7 @@ TEST(SystemLocations, KnowsHomeAndSystemFoldersByAllTheirNames)
     EXPECT_FALSE(locations.isAllowed(tree.path("anderswo/programm"))) << "a system folder's real place";
 }
 
-TEST(SystemLocations, IgnoresCaseWhereTheDiskDoes)
+TEST(SystemLocationsTest, IgnoresCaseWhereTheDiskDoes)
 {
     const TempTree tree;
     // A link under the swapped name stands in for a disk that finds the folder under it.

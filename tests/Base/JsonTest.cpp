@@ -53,7 +53,7 @@ struct JsonTable<Tree> {
 
 namespace {
 
-TEST(Json, ComesBackAsItWent)
+TEST(JsonTest, ComesBackAsItWent)
 {
     Tree tree;
     tree.id = QUuid::fromString(u"abcdef01-2222-3333-4444-555555555555"_qs);
@@ -69,7 +69,7 @@ TEST(Json, ComesBackAsItWent)
     EXPECT_FALSE(jsonText(toJson(Tree())).contains("place")) << "absent is left out";
 }
 
-TEST(Json, WhatIsMissingOrNullKeepsTheDefault)
+TEST(JsonTest, WhatIsMissingOrNullKeepsTheDefault)
 {
     const QUuid id = QUuid::createUuid();
     const QByteArray text = R"({"id":"%1","big":null,"fremd":[1],"leaves":[{}]})";
@@ -77,7 +77,7 @@ TEST(Json, WhatIsMissingOrNullKeepsTheDefault)
               (Tree{.id = id, .place = {}, .leaves = {Leaf()}, .planted = {}}));
 }
 
-TEST(Json, AMissingIdIsANewOneInEveryRecord)
+TEST(JsonTest, AMissingIdIsANewOneInEveryRecord)
 {
     // The null UUID is what an earlier version made of a missing one.
     const QByteArray text = R"([{},{},{"id":"00000000-0000-0000-0000-000000000000"},{"id":null}])";
@@ -92,7 +92,7 @@ TEST(Json, AMissingIdIsANewOneInEveryRecord)
     EXPECT_NE(fromJsonText<Tree>("{}")->id, fromJsonText<Tree>("{}")->id);
 }
 
-TEST(Json, NamesWhatItCannotRead)
+TEST(JsonTest, NamesWhatItCannotRead)
 {
     struct Row {
         const char *json;
@@ -118,7 +118,7 @@ TEST(Json, NamesWhatItCannotRead)
     EXPECT_TRUE(fromJsonText<Tree>("{\"id\":").error().reason.startsWith(u"das ist kein gültiges JSON"));
 }
 
-TEST(Json, NumbersKeepTheirBounds)
+TEST(JsonTest, NumbersKeepTheirBounds)
 {
     std::int64_t big = 0;
     std::uint8_t small = 0;

@@ -15,7 +15,7 @@ struct TextRow {
     const char *to;
 };
 
-TEST(Location, IsStandardisedByItsTextAlone)
+TEST(LocationTest, IsStandardisedByItsTextAlone)
 {
     for (const TextRow &row : std::initializer_list<TextRow>{{"/", "/"},
                                                              {"//", "/"},
@@ -33,7 +33,7 @@ TEST(Location, IsStandardisedByItsTextAlone)
     EXPECT_FALSE(isStandardised("a"));
 }
 
-TEST(Location, LiesBelowWholeComponentsOnly)
+TEST(LocationTest, LiesBelowWholeComponentsOnly)
 {
     EXPECT_TRUE(isAtOrBelow(Location("/a/b"), Location("/a")));
     EXPECT_TRUE(isAtOrBelow(Location("/a"), Location("/a")));
@@ -43,7 +43,7 @@ TEST(Location, LiesBelowWholeComponentsOnly)
     EXPECT_FALSE(isAtOrBelow(Location("a"), Location("/")));
 }
 
-TEST(Location, KeepsItsBytesThroughText)
+TEST(LocationTest, KeepsItsBytesThroughText)
 {
     for (const char *const bytes : {"/a b/ü", "/\xFF/x%41", "file:///a", "/100%", "/zeile\nzwei", "", "/\xC3"})
         EXPECT_EQ(locationFromText(textOf(Location(bytes))).native(), bytes);
@@ -53,7 +53,7 @@ TEST(Location, KeepsItsBytesThroughText)
     EXPECT_EQ(shownName("/"), u"/"_qs);
 }
 
-TEST(Location, FoldsWhatPeopleTakeForTheSame)
+TEST(LocationTest, FoldsWhatPeopleTakeForTheSame)
 {
     const QString wanted = folded(u"Überstraße"_qs);
     for (const char16_t *const same : {u"ÜBERSTRASSE", u"U\u0308berstraße", u"überSTRAẞE", u"überstrasse"})
@@ -61,7 +61,7 @@ TEST(Location, FoldsWhatPeopleTakeForTheSame)
     EXPECT_NE(folded(u"Uberstraße"_qs), wanted);
 }
 
-TEST(Location, FindsExtensions)
+TEST(LocationTest, FindsExtensions)
 {
     struct Row {
         const char *name, *extension, *stem;
@@ -81,13 +81,13 @@ TEST(Location, FindsExtensions)
     EXPECT_EQ(lowerExtensionOf("a.PDF\xC3\x84"), "pdf\xC3\x84");
 }
 
-TEST(CommaList, DropsWhatIsEmpty)
+TEST(CommaListTest, DropsWhatIsEmpty)
 {
     EXPECT_EQ(commaList(u" Rechnung ,,\u00a0Beleg x\t, , "_qs), (QStringList{u"Rechnung"_qs, u"Beleg x"_qs}));
     EXPECT_TRUE(commaList(u" , "_qs).isEmpty());
 }
 
-TEST(German, Sizes)
+TEST(GermanTest, Sizes)
 {
     struct Row {
         qint64 bytes;
@@ -112,7 +112,7 @@ TEST(German, Sizes)
     EXPECT_EQ(counted(1'234'567, u"Datei"_qs, u"Dateien"_qs), u"1.234.567 Dateien"_qs);
 }
 
-TEST(German, DatesAreThoseOfTheUsersTimeZone)
+TEST(GermanTest, DatesAreThoseOfTheUsersTimeZone)
 {
     // Summer time in Berlin: two hours ahead.
     const Instant late = std::chrono::sys_days{std::chrono::year{2026} / 9 / 2} + 22h + 5min;
@@ -122,7 +122,7 @@ TEST(German, DatesAreThoseOfTheUsersTimeZone)
     EXPECT_EQ(longDate(Instant(-1ns)), u"1. Januar 1970"_qs);
 }
 
-TEST(German, RecentDaysHaveNames)
+TEST(GermanTest, RecentDaysHaveNames)
 {
     // An hour after midnight in Berlin, and still the day before in UTC.
     const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 9 / 2} + 23h;
@@ -134,7 +134,7 @@ TEST(German, RecentDaysHaveNames)
     EXPECT_EQ(recentDate(now - 26h, now, OlderDay::Short), u"1. Sept. 2026"_qs);
 }
 
-TEST(Instant, SurvivesItsStoredForms)
+TEST(InstantTest, SurvivesItsStoredForms)
 {
     const Instant instant = std::chrono::sys_days{std::chrono::year{2026} / 9 / 3} + 14h + 5min + 9s;
     EXPECT_EQ(isoText(instant), u"2026-09-03T14:05:09Z"_qs);

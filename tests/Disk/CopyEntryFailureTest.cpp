@@ -88,7 +88,7 @@ CopyOptions actingAt(int n, std::function<void()> act)
     return options;
 }
 
-TEST(CopyEntryFailure, aCancelAtAnyMomentLeavesNothing)
+TEST(CopyEntryFailureTest, aCancelAtAnyMomentLeavesNothing)
 {
     TempTree tree;
     fillTree(tree);
@@ -109,7 +109,7 @@ TEST(CopyEntryFailure, aCancelAtAnyMomentLeavesNothing)
     EXPECT_EQ(snapshotOf(tree.path("ziel/b")), snapshotOf(tree.path("a")));
 }
 
-TEST(CopyEntryFailure, whatOthersPutIntoAHalfCopyStays)
+TEST(CopyEntryFailureTest, whatOthersPutIntoAHalfCopyStays)
 {
     const TempTree tree;
     fillTree(tree);
@@ -138,9 +138,9 @@ TEST(CopyEntryFailure, whatOthersPutIntoAHalfCopyStays)
 }
 
 /// A large file that somebody works on while it is copied, to a place on its own volume and on another one.
-class ChangingSource : public testing::TestWithParam<bool> {
+class ChangingSourceTest : public testing::TestWithParam<bool> {
 protected:
-    ChangingSource() : target(GetParam() ? test::otherVolume() : std::filesystem::temp_directory_path())
+    ChangingSourceTest() : target(GetParam() ? test::otherVolume() : std::filesystem::temp_directory_path())
     {
         tree.file("a", std::string(size, 'x'));
         std::this_thread::sleep_for(std::chrono::milliseconds(40)); // its times tell of later changes
@@ -172,9 +172,9 @@ protected:
     mutable char letter = 'A';
 };
 
-INSTANTIATE_TEST_SUITE_P(Volumes, ChangingSource, testing::Bool());
+INSTANTIATE_TEST_SUITE_P(Volumes, ChangingSourceTest, testing::Bool());
 
-TEST_P(ChangingSource, givesACopyOfOneMomentOrNone)
+TEST_P(ChangingSourceTest, givesACopyOfOneMomentOrNone)
 {
     EXPECT_EQ(copiedWhile({1}, [&] { rewrite(); }), std::string(size, 'B'));
     EXPECT_EQ(copiedWhile({1}, [&] { std::filesystem::resize_file(tree.path("a"), 1000); }), std::string(1000, 'B'));
@@ -193,7 +193,7 @@ TEST_P(ChangingSource, givesACopyOfOneMomentOrNone)
     EXPECT_EQ(failed, "Die Datei wird gerade geändert; beim Kopieren blieb sie nie gleich.");
 }
 
-TEST_P(ChangingSource, takesAFileThatOnlyGrewAsItWas)
+TEST_P(ChangingSourceTest, takesAFileThatOnlyGrewAsItWas)
 {
     std::set<int> always;
     for (int n = 1; n < 1000; ++n)
@@ -211,13 +211,13 @@ TEST_P(ChangingSource, takesAFileThatOnlyGrewAsItWas)
               std::string(size, 'B'));
 }
 
-TEST_P(ChangingSource, isNotDisturbedByNewRights)
+TEST_P(ChangingSourceTest, isNotDisturbedByNewRights)
 {
     EXPECT_EQ(copiedWhile({1}, [&] { ::chmod(tree.path("a").c_str(), 0600); }), std::string(size, 'x'));
 }
 
 /// What the copy and the digest make of errors of single calls, whichever they hit.
-TEST(CopyEntryFailure, aReadErrorIsNoEndOfAFile)
+TEST(CopyEntryFailureTest, aReadErrorIsNoEndOfAFile)
 {
     const TempTree tree;
     tree.file("a", std::string(300'000, 'x'));
@@ -249,7 +249,7 @@ TEST(CopyEntryFailure, aReadErrorIsNoEndOfAFile)
     }
 }
 
-TEST(CopyEntryFailure, fillsHolesWhereTheTargetHasNone)
+TEST(CopyEntryFailureTest, fillsHolesWhereTheTargetHasNone)
 {
     const TempTree tree;
     tree.file("a", "Anfang");
@@ -269,7 +269,7 @@ TEST(CopyEntryFailure, fillsHolesWhereTheTargetHasNone)
 }
 
 /// On another volume, so that nothing is cloned.
-TEST(CopyEntryFailure, whatGotShorterIsNoCopyOfWhatItWas)
+TEST(CopyEntryFailureTest, whatGotShorterIsNoCopyOfWhatItWas)
 {
     const Location other = test::otherVolume();
     if (other.empty())
@@ -291,7 +291,7 @@ TEST(CopyEntryFailure, whatGotShorterIsNoCopyOfWhatItWas)
     }
 }
 
-TEST(CopyEntryFailure, pipesAndDevicesAreNamedAndNeverOpened)
+TEST(CopyEntryFailureTest, pipesAndDevicesAreNamedAndNeverOpened)
 {
     const TempTree tree;
     tree.lines({"a/eins=1", "a/tief/"});
@@ -306,7 +306,7 @@ TEST(CopyEntryFailure, pipesAndDevicesAreNamedAndNeverOpened)
     EXPECT_EQ(tree.snapshot(), before);
 }
 
-TEST(CopyEntryFailure, whatCannotBeReadFailsByName)
+TEST(CopyEntryFailureTest, whatCannotBeReadFailsByName)
 {
     TempTree tree;
     tree.lines({"a/eins=1", "a/tief/geheim=2", "b/zu/x=3"});
@@ -322,7 +322,7 @@ TEST(CopyEntryFailure, whatCannotBeReadFailsByName)
     }
 }
 
-TEST(CopyEntryFailure, lentRightsDoNotPassToAnotherOwner)
+TEST(CopyEntryFailureTest, lentRightsDoNotPassToAnotherOwner)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can make a file of somebody else's";
@@ -341,7 +341,7 @@ TEST(CopyEntryFailure, lentRightsDoNotPassToAnotherOwner)
     ASSERT_EQ(::seteuid(0), 0);
 }
 
-TEST(CopyEntryFailure, aFullDiskLeavesNothing)
+TEST(CopyEntryFailureTest, aFullDiskLeavesNothing)
 {
     const TempTree tree;
     fillTree(tree);
@@ -359,7 +359,7 @@ TEST(CopyEntryFailure, aFullDiskLeavesNothing)
     }
 }
 
-TEST(CopyEntryFailure, saysOnceWhatTheTargetCannotKeep)
+TEST(CopyEntryFailureTest, saysOnceWhatTheTargetCannotKeep)
 {
     const TempTree tree;
     tree.lines({"a/eins=1", "a/zwei=2"});
@@ -375,7 +375,7 @@ TEST(CopyEntryFailure, saysOnceWhatTheTargetCannotKeep)
     EXPECT_EQ(tree.content("karg/b/zwei"), "2");
 }
 
-TEST(CopyEntryFailure, aMountInsideDoesNotMakeACopyEndless)
+TEST(CopyEntryFailureTest, aMountInsideDoesNotMakeACopyEndless)
 {
     const TempTree tree;
     tree.lines({"a/x=1", "a/schleife/", "ziel/"});
@@ -393,7 +393,7 @@ TEST(CopyEntryFailure, aMountInsideDoesNotMakeACopyEndless)
     ::umount2(tree.path("a/schleife").c_str(), MNT_DETACH);
 }
 
-TEST(RemoveOwnCopy, removesClosedFoldersAndFollowsNoLink)
+TEST(RemoveOwnCopyTest, removesClosedFoldersAndFollowsNoLink)
 {
     TempTree tree;
     tree.lines({"kopie/zu/tief/x=1", "kopie/leer/", "kopie/zum rest->../rest", "rest/y=2", "link->rest"});
@@ -409,7 +409,7 @@ TEST(RemoveOwnCopy, removesClosedFoldersAndFollowsNoLink)
     EXPECT_EQ(tree.content("rest/y"), "2");
 }
 
-TEST(RemoveOwnCopy, stopsAtAMount)
+TEST(RemoveOwnCopyTest, stopsAtAMount)
 {
     const TempTree tree;
     tree.lines({"kopie/x=1", "kopie/platte/"});
@@ -423,7 +423,7 @@ TEST(RemoveOwnCopy, stopsAtAMount)
     EXPECT_EQ(tree.content("kopie/platte/wichtig"), "bleibt");
 }
 
-TEST(RemoveTree, knowsOwnEntriesByPathWhereInodesChange)
+TEST(RemoveTreeTest, knowsOwnEntriesByPathWhereInodesChange)
 {
     const TempTree tree;
     tree.lines({"kopie/a=1", "kopie/b/a=2", "kopie/b/c=fremd", "kopie/d/a=fremd"});

@@ -179,7 +179,7 @@ TEST_P(CopyEntryTest, neverReplacesAnything)
     }
 }
 
-TEST(CopyEntry, linksAreCopiedNotFollowed)
+TEST(CopyEntryTreeTest, linksAreCopiedNotFollowed)
 {
     const TempTree tree;
     tree.lines({"ordner/x=x", "zum ordner->ordner", "ins nichts->/nirgends/etwas"});
@@ -193,14 +193,14 @@ TEST(CopyEntry, linksAreCopiedNotFollowed)
     EXPECT_EQ(tree.content("ordner/y"), "x");
 }
 
-TEST(CopyEntry, readsFilesThatClaimToBeEmpty)
+TEST(CopyEntryTreeTest, readsFilesThatClaimToBeEmpty)
 {
     const TempTree tree;
     ASSERT_TRUE(copyEntry("/proc/version", tree.path("version")));
     EXPECT_TRUE(tree.content("version").starts_with("Linux"));
 }
 
-TEST(CopyEntry, aFolderIsNotCopiedIntoItself)
+TEST(CopyEntryTreeTest, aFolderIsNotCopiedIntoItself)
 {
     const TempTree tree;
     tree.lines({"weg->a/b"});
@@ -215,7 +215,7 @@ TEST(CopyEntry, aFolderIsNotCopiedIntoItself)
     EXPECT_TRUE(copyEntry(tree.path("a/b"), tree.path("a/daneben")));
 }
 
-TEST(CopyEntry, progressGrowsToTheWhole)
+TEST(CopyEntryTreeTest, progressGrowsToTheWhole)
 {
     const TempTree tree;
     tree.file("a/gross", std::string(5'000'000, 'x'));
@@ -272,7 +272,7 @@ void makeDeep(const Location &top)
     ::close(first);
 }
 
-TEST(CopyEntry, treesOfAnyDepthAreCopiedFlushedAndRemoved)
+TEST(CopyEntryTreeTest, treesOfAnyDepthAreCopiedFlushedAndRemoved)
 {
     // In memory where there is such a volume: making so many folders takes a disk half a minute.
     const TempTree tree(test::otherVolume().empty() ? std::filesystem::temp_directory_path() : test::otherVolume());
@@ -301,7 +301,7 @@ TEST(CopyEntry, treesOfAnyDepthAreCopiedFlushedAndRemoved)
     EXPECT_EQ(tree.snapshot(), "");
 }
 
-TEST(FlushEntry, writesEverythingAndForgetsIt)
+TEST(FlushEntryTest, writesEverythingAndForgetsIt)
 {
     const TempTree tree;
     tree.lines({"a/eins=x", "a/tief/zwei=y", "a/weg->nirgends"});

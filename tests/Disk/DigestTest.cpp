@@ -16,7 +16,7 @@ using test::TempTree;
 
 constexpr std::size_t piece = 1'048'576;
 
-TEST(Digest, isTheSha256OfTheContent)
+TEST(DigestTest, isTheSha256OfTheContent)
 {
     TempTree tree;
     EXPECT_EQ(sha256(tree.file("empty")).value(), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
@@ -35,7 +35,7 @@ TEST(Digest, isTheSha256OfTheContent)
     }
 }
 
-TEST(Digest, isRefusedForAnythingButAFile)
+TEST(DigestTest, isRefusedForAnythingButAFile)
 {
     TempTree tree;
     tree.lines({"file=x", "folder/", "link->file"});
@@ -47,7 +47,7 @@ TEST(Digest, isRefusedForAnythingButAFile)
     EXPECT_TRUE(sha256(tree.path("missing")).error().is(std::errc::no_such_file_or_directory));
 }
 
-TEST(Digest, canBeCancelledAndLeavesTheAccessTimeAlone)
+TEST(DigestTest, canBeCancelledAndLeavesTheAccessTimeAlone)
 {
     TempTree tree;
     const Location file = tree.file("file", "content");

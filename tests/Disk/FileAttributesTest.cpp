@@ -13,7 +13,7 @@ namespace {
 
 using test::TempTree;
 
-TEST(FileAttributes, tellsWhatAnEntryItselfIs)
+TEST(FileAttributesTest, tellsWhatAnEntryItselfIs)
 {
     TempTree tree;
     tree.file("file", "12345");
@@ -43,7 +43,7 @@ TEST(FileAttributes, tellsWhatAnEntryItselfIs)
     EXPECT_EQ(FileState::of(attributes), FileState::of(readAttributes(tree.path("file")).value()));
 }
 
-TEST(FileAttributes, survivesTimesBeyondItsRange)
+TEST(FileAttributesTest, survivesTimesBeyondItsRange)
 {
     TempTree tree;
     const timespec times[2] = {{13'500'000'000, 0}, {13'500'000'000, 0}}; // in the year 2397
@@ -52,7 +52,7 @@ TEST(FileAttributes, survivesTimesBeyondItsRange)
     EXPECT_GT(latest, instantFrom({9'000'000'000, 0})) << "still far in the future";
 }
 
-TEST(FileAttributes, seesEverythingThatHasAName)
+TEST(FileAttributesTest, seesEverythingThatHasAName)
 {
     TempTree tree;
     tree.file("file");
@@ -64,7 +64,7 @@ TEST(FileAttributes, seesEverythingThatHasAName)
     EXPECT_FALSE(entryExists(tree.path("file/below")));
 }
 
-TEST(FileAttributes, knowsPackagesByTheirExtension)
+TEST(FileAttributesTest, knowsPackagesByTheirExtension)
 {
     for (const char *name : {"Mail.app", "Bilder.PhotosLibrary", "Brief.rtfd", "a.b.xcodeproj", "Film.fcpbundle"})
         EXPECT_TRUE(isPackageName(name)) << name;

@@ -15,7 +15,7 @@ struct CategoryRow {
     std::vector<const char *> extensions;
 };
 
-TEST(FileTypes, putsExtensionsIntoCategories)
+TEST(FileTypesTest, putsExtensionsIntoCategories)
 {
     const CategoryRow rows[] = {
         {"Bilder",
@@ -38,7 +38,7 @@ TEST(FileTypes, putsExtensionsIntoCategories)
     }
 }
 
-TEST(FileTypes, knowsWhatTypesAreKindsOf)
+TEST(FileTypesTest, knowsWhatTypesAreKindsOf)
 {
     using enum TypeTrait;
     struct Row {
@@ -75,7 +75,7 @@ TEST(FileTypes, knowsWhatTypesAreKindsOf)
     EXPECT_FALSE(fileTypeOf("xyzzy").known);
 }
 
-TEST(FileTypes, describesTypesInGerman)
+TEST(FileTypesTest, describesTypesInGerman)
 {
     EXPECT_EQ(typeDescription("pdf"), QStringLiteral("PDF-Dokument"));
     EXPECT_EQ(typeDescription("JPG"), QStringLiteral("JPEG-Bild"));
@@ -86,7 +86,7 @@ TEST(FileTypes, describesTypesInGerman)
     EXPECT_EQ(typeDescription(""), QString());
 }
 
-TEST(FileTypes, answersAnyNumberOfExtensionsFromEveryThread)
+TEST(FileTypesTest, answersAnyNumberOfExtensionsFromEveryThread)
 {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 3; ++thread)
@@ -103,7 +103,7 @@ TEST(FileTypes, answersAnyNumberOfExtensionsFromEveryThread)
     EXPECT_EQ(fileCategory("flac"), QStringLiteral("Musik"));
 }
 
-TEST(UserDocument, tellsWhatPeopleMakeFromWhatProgramsConsistOf)
+TEST(UserDocumentTest, tellsWhatPeopleMakeFromWhatProgramsConsistOf)
 {
     for (const char *name :
          {"a.docx", "B.HEIC", "c.pdf", "d.jpg", "e.mp4", "f.mp3", "g.zip", "h.key", "i.epub", "j.indd"})

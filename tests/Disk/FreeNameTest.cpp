@@ -18,7 +18,7 @@ std::string repeated(std::string_view text, int times)
     return result;
 }
 
-TEST(FreeName, numberGoesBeforeTheExtension)
+TEST(FreeNameTest, numberGoesBeforeTheExtension)
 {
     struct Row {
         std::string name;
@@ -37,7 +37,7 @@ TEST(FreeName, numberGoesBeforeTheExtension)
         EXPECT_EQ(numberedName(row.name, 2), row.expected);
 }
 
-TEST(FreeName, longNamesAreCutAtACharacter)
+TEST(FreeNameTest, longNamesAreCutAtACharacter)
 {
     struct Row {
         std::string what;
@@ -61,7 +61,7 @@ TEST(FreeName, longNamesAreCutAtACharacter)
     EXPECT_EQ(fittingName("kurz.txt"), "kurz.txt");
 }
 
-TEST(FreeName, takesTheFirstFreeNumber)
+TEST(FreeNameTest, takesTheFirstFreeNumber)
 {
     const test::TempTree tree;
     EXPECT_EQ(unique(tree.path("a.txt")), tree.path("a.txt"));
@@ -73,7 +73,7 @@ TEST(FreeName, takesTheFirstFreeNumber)
     EXPECT_EQ(unique(tree.path(longest)), tree.path(repeated("ö", 125) + " (2)"));
 }
 
-TEST(FreeName, endsWhereNothingCanBeExamined)
+TEST(FreeNameTest, endsWhereNothingCanBeExamined)
 {
     const test::TempTree tree;
     const Location below = tree.file("datei") / "a.txt";

@@ -118,7 +118,7 @@ int ignoresCase(NameIn from, NameIn to)
     return systemRename(from, to);
 }
 
-TEST(Rename, changeOfCaseThatFindsTheTargetTakenLeavesBoth)
+TEST(RenameCaseTest, changeOfCaseThatFindsTheTargetTakenLeavesBoth)
 {
     const TempTree tree;
     tree.file("brief.txt", "x");
@@ -139,7 +139,7 @@ int vanishesWithTheOther(NameIn from, NameIn to)
     return error;
 }
 
-TEST(Rename, changeOfCaseGoesByAThirdName)
+TEST(RenameCaseTest, changeOfCaseGoesByAThirdName)
 {
     const TempTree tree;
     tree.lines({"brief.txt=x", "Brief (2).txt=fremd"});

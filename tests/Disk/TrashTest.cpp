@@ -39,7 +39,7 @@ protected:
     }
 };
 
-TEST(TrashInfo, keepsEveryByteOfAnOrigin)
+TEST(TrashInfoTest, keepsEveryByteOfAnOrigin)
 {
     const QDateTime date(QDate(2026, 9, 3), QTime(4, 5, 6));
     EXPECT_EQ(trashInfoText("/home/eva/ü #%.txt", date),
@@ -49,7 +49,7 @@ TEST(TrashInfo, keepsEveryByteOfAnOrigin)
         EXPECT_EQ(originInTrashInfo(trashInfoText(path, date)), path);
 }
 
-TEST(TrashInfo, readsWhatOthersWrite)
+TEST(TrashInfoTest, readsWhatOthersWrite)
 {
     struct Row {
         std::string text;

@@ -34,7 +34,7 @@ constexpr std::string_view table =
     "kaputt\n"
     "41 27 8:50 / /x rw - \n";
 
-TEST(MountTable, readsEveryField)
+TEST(MountTableTest, readsEveryField)
 {
     const std::vector<Mount> mounts = parseMountTable(table);
     ASSERT_EQ(mounts.size(), 14U);
@@ -44,7 +44,7 @@ TEST(MountTable, readsEveryField)
     EXPECT_EQ(mounts[8].root, "/home/eva/Bilder");
 }
 
-TEST(MountTable, decidesByTheDeepestPoint)
+TEST(MountTableTest, decidesByTheDeepestPoint)
 {
     const std::vector<Mount> mounts = parseMountTable(table);
     struct Row {
@@ -72,7 +72,7 @@ TEST(MountTable, decidesByTheDeepestPoint)
     EXPECT_EQ(mountHolding({}, "/"), nullptr);
 }
 
-TEST(MountTable, showsWhatPeopleCallVolumes)
+TEST(MountTableTest, showsWhatPeopleCallVolumes)
 {
     std::vector<std::string> roots;
     for (const Volume &volume : volumesIn(parseMountTable(table)))
@@ -87,7 +87,7 @@ TEST(MountTable, showsWhatPeopleCallVolumes)
     EXPECT_EQ(roots, expected);
 }
 
-TEST(SystemVolumes, knowsThisMachine)
+TEST(SystemVolumesTest, knowsThisMachine)
 {
     const TempTree tree;
     const SystemVolumes volumes;
@@ -104,7 +104,7 @@ TEST(SystemVolumes, knowsThisMachine)
     EXPECT_TRUE(std::ranges::any_of(mounted, [](const Volume &volume) { return volume.root == "/"; }));
 }
 
-TEST(SystemVolumes, takesAFailureForNoBorder)
+TEST(SystemVolumesTest, takesAFailureForNoBorder)
 {
     const TempTree tree;
     tree.lines({"a/b/c=x"});
@@ -120,7 +120,7 @@ TEST(SystemVolumes, takesAFailureForNoBorder)
     }
 }
 
-TEST(MountTable, isNotEmptyWhereItCannotBeRead)
+TEST(MountTableTest, isNotEmptyWhereItCannotBeRead)
 {
     for (const auto &[call, error] : {std::pair(SYS_openat, EMFILE), std::pair(SYS_read, EIO)}) {
         Result<std::vector<Mount>> read;
@@ -136,7 +136,7 @@ TEST(MountTable, isNotEmptyWhereItCannotBeRead)
     }
 }
 
-TEST(SystemVolumes, followsLinksOnTheWayOnly)
+TEST(SystemVolumesTest, followsLinksOnTheWayOnly)
 {
     if (test::otherVolume().empty())
         GTEST_SKIP() << "no second volume on this machine";

@@ -83,7 +83,7 @@ void listInto(Names &names, const Location &folder, const std::string &prefix)
     }
 }
 
-TEST(Walk, keepsTheFileSystemsOrderAndShowsOddNamesAsTheyAre)
+TEST(WalkTest, keepsTheFileSystemsOrderAndShowsOddNamesAsTheyAre)
 {
     TempTree tree;
     for (int number = 0; number < 300; ++number)
@@ -96,7 +96,7 @@ TEST(Walk, keepsTheFileSystemsOrderAndShowsOddNamesAsTheyAre)
     EXPECT_EQ(sorted(shownInParallel(tree.root())), sorted(expected));
 }
 
-TEST(Walk, leavesOutWhatTheOptionsSay)
+TEST(WalkTest, leavesOutWhatTheOptionsSay)
 {
     TempTree tree;
     tree.lines({"a.txt", "sub/b.txt", "sub/deep/c.txt", ".dot/x", "sub/.e", "listed", "sub/listed", "listedToo/y",
@@ -136,7 +136,7 @@ TEST(Walk, leavesOutWhatTheOptionsSay)
         << "a link as the start is followed";
 }
 
-TEST(Walk, skipsAFolderAndStopsWhenTold)
+TEST(WalkTest, skipsAFolderAndStopsWhenTold)
 {
     TempTree tree;
     tree.lines({"one/a", "one/b", "two/c"});
@@ -158,7 +158,7 @@ TEST(Walk, skipsAFolderAndStopsWhenTold)
     EXPECT_LE(parallelCalls, 4);
 }
 
-TEST(Walk, endsWhenCancelledAndLetsNoExceptionOut)
+TEST(WalkTest, endsWhenCancelledAndLetsNoExceptionOut)
 {
     TempTree tree;
     for (int number = 0; number < 100; ++number)
@@ -183,7 +183,7 @@ TEST(Walk, endsWhenCancelledAndLetsNoExceptionOut)
     EXPECT_FALSE(walkParallel(tree.root(), {}, [](const WalkEntry &, int) -> WalkStep { throw std::bad_alloc(); }));
 }
 
-TEST(Walk, failsOnlyForItsOwnFolder)
+TEST(WalkTest, failsOnlyForItsOwnFolder)
 {
     TempTree tree;
     tree.file("file");
@@ -200,7 +200,7 @@ TEST(Walk, failsOnlyForItsOwnFolder)
     EXPECT_FALSE(walk({}, {}, show));
 }
 
-TEST(Walk, passesOverFoldersItMayNotRead)
+TEST(WalkTest, passesOverFoldersItMayNotRead)
 {
     TempTree tree;
     tree.lines({"open/a", "locked/b", "unsearchable/c"});
@@ -227,7 +227,7 @@ TEST(Walk, passesOverFoldersItMayNotRead)
     EXPECT_THAT(unreadable, ElementsAre("c")) << "listed, but not to be examined";
 }
 
-TEST(Walk, readsTheAttributesAskedForAndNoOthers)
+TEST(WalkTest, readsTheAttributesAskedForAndNoOthers)
 {
     TempTree tree;
     tree.file("file", std::string(5000, 'x'));
@@ -257,7 +257,7 @@ TEST(Walk, readsTheAttributesAskedForAndNoOthers)
     EXPECT_EQ(attributesOf(Attribute::None, "link"), kindOnly);
 }
 
-TEST(Walk, showsWhatVanishesAndNeverFollowsALinkThatTookAFoldersPlace)
+TEST(WalkTest, showsWhatVanishesAndNeverFollowsALinkThatTookAFoldersPlace)
 {
     TempTree tree;
     TempTree elsewhere;
@@ -285,7 +285,7 @@ TEST(Walk, showsWhatVanishesAndNeverFollowsALinkThatTookAFoldersPlace)
     EXPECT_EQ(outcome->unreadableFolders, 0);
 }
 
-TEST(Walk, leavesAccessTimesAlone)
+TEST(WalkTest, leavesAccessTimesAlone)
 {
     TempTree tree;
     tree.file("folder/a");
@@ -328,7 +328,7 @@ private:
     TempTree m_tree{quickFolder()};
 };
 
-TEST(Walk, goesAnyDepthWithFewOpenFolders)
+TEST(WalkTest, goesAnyDepthWithFewOpenFolders)
 {
     constexpr int depth = 10'000;
     const DeepTree tree(depth);
@@ -352,7 +352,7 @@ TEST(Walk, goesAnyDepthWithFewOpenFolders)
     EXPECT_EQ(parallel.value().entries, 3 * depth);
 }
 
-TEST(Walk, findsItsWayBackFromAFolderThatWasMoved)
+TEST(WalkTest, findsItsWayBackFromAFolderThatWasMoved)
 {
     constexpr int depth = 100;
     // From the deepest folder ".." leads up to the one that was moved, and from there elsewhere than one came from.
@@ -379,7 +379,7 @@ TEST(Walk, findsItsWayBackFromAFolderThatWasMoved)
         << "other folders under the old paths are not taken for the old ones";
 }
 
-TEST(Walk, remembersTheNamesOfFoldersThatItHadToClose)
+TEST(WalkTest, remembersTheNamesOfFoldersThatItHadToClose)
 {
     TempTree tree(quickFolder());
     std::string chain;
@@ -395,7 +395,7 @@ TEST(Walk, remembersTheNamesOfFoldersThatItHadToClose)
     EXPECT_EQ(shownBy(tree.root()).size(), 6000u + 2 * 51);
 }
 
-TEST(Walk, sharesOneHugeFolderBetweenThreads)
+TEST(WalkTest, sharesOneHugeFolderBetweenThreads)
 {
     TempTree tree(quickFolder());
     for (int number = 0; number < 30'000; ++number) {
@@ -437,7 +437,7 @@ int walkAcrossMounts(const Location &root)
     return (stays ? 0 : 1) + (ends ? 0 : 2) + (endsInside ? 0 : 4);
 }
 
-TEST(Walk, endsInAMountLoopAndStaysOnItsVolume)
+TEST(WalkTest, endsInAMountLoopAndStaysOnItsVolume)
 {
     TempTree tree;
     tree.folder("volume");

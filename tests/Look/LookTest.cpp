@@ -20,7 +20,7 @@ namespace {
 
 constexpr Appearance both[] = {Appearance::Light, Appearance::Dark};
 
-TEST(Look, textIsReadOnEveryGroundItStandsOn)
+TEST(LookTest, textIsReadOnEveryGroundItStandsOn)
 {
     struct Row {
         Token ink;
@@ -51,7 +51,7 @@ TEST(Look, textIsReadOnEveryGroundItStandsOn)
                     << static_cast<int>(appearance);
 }
 
-TEST(Look, everyNameOfASymbolDrawsOne)
+TEST(LookTest, everyNameOfASymbolDrawsOne)
 {
     EXPECT_FALSE(Symbols::knows(QStringLiteral("gibt.es.nicht")));
     QStringList names = Symbols::choice();
@@ -66,7 +66,7 @@ TEST(Look, everyNameOfASymbolDrawsOne)
         << "sharp on a fine screen";
 }
 
-TEST(Look, digitsStandUnderEachOther)
+TEST(LookTest, digitsStandUnderEachOther)
 {
     Theme::install(*qApp);
     const QFont plain = sizedFont();
@@ -74,7 +74,7 @@ TEST(Look, digitsStandUnderEachOther)
     EXPECT_GT(digitsWidth(plain, QStringLiteral("1111")), digitsWidth(plain, QStringLiteral("111")));
 }
 
-TEST(Look, everyControlHasTheLookAndGrowsWithTheFont)
+TEST(LookTest, everyControlHasTheLookAndGrowsWithTheFont)
 {
     Theme &theme = Theme::install(*qApp);
     QWidget window;
@@ -99,7 +99,7 @@ TEST(Look, everyControlHasTheLookAndGrowsWithTheFont)
     theme.setFontFactor(1);
 }
 
-TEST(Look, aSheetKeepsTheFocusAndGivesItBack)
+TEST(LookTest, aSheetKeepsTheFocusAndGivesItBack)
 {
     Theme::install(*qApp);
     QWidget window;
@@ -137,7 +137,7 @@ TEST(Look, aSheetKeepsTheFocusAndGivesItBack)
     EXPECT_TRUE(behind->hasFocus());
 }
 
-TEST(Look, aSheetWithoutAHeightIsAsHighAsItsContent)
+TEST(LookTest, aSheetWithoutAHeightIsAsHighAsItsContent)
 {
     QWidget window;
     window.resize(900, 700);

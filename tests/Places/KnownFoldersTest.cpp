@@ -11,9 +11,9 @@ using brellin::test::TempTree;
 namespace {
 
 /// An account in a folder of its own.
-class Account : public ::testing::Test {
+class KnownFoldersTest : public ::testing::Test {
 protected:
-    Account()
+    KnownFoldersTest()
     {
         ::setenv("HOME", tree.path("home").c_str(), 1);
         ::setenv("XDG_CONFIG_HOME", tree.path("config").c_str(), 1);
@@ -25,7 +25,7 @@ protected:
     TempTree tree;
 };
 
-TEST_F(Account, FindsFoldersWhereTheUserPutThem)
+TEST_F(KnownFoldersTest, FindsFoldersWhereTheUserPutThem)
 {
     tree.file("config/user-dirs.dirs", "# XDG_DESKTOP_DIR=\"$HOME/Kommentar\"\n"
                                        "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n"
@@ -45,7 +45,7 @@ TEST_F(Account, FindsFoldersWhereTheUserPutThem)
     EXPECT_EQ(folders.dir(StandardFolder::Pictures), home("B\xFCld"));
 }
 
-TEST_F(Account, HasUsualFoldersWithoutSettings)
+TEST_F(KnownFoldersTest, HasUsualFoldersWithoutSettings)
 {
     ::setenv("XDG_CONFIG_HOME", "relativ", 1);
     tree.file("home/.config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/Musik\"\n");
@@ -58,7 +58,7 @@ TEST_F(Account, HasUsualFoldersWithoutSettings)
     EXPECT_EQ(KnownFolders::ofThisUser().trash, tree.path("data/Trash/files"));
 }
 
-TEST_F(Account, NamesFoldersAsPeopleKnowThem)
+TEST_F(KnownFoldersTest, NamesFoldersAsPeopleKnowThem)
 {
     tree.folder("home/Library/Mobile Documents/com~apple~CloudDocs/Eigene Dateien");
     const KnownFolders folders = KnownFolders::ofThisUser();

@@ -190,7 +190,7 @@ TEST(FileLockTest, IsHeldByOneAndGivenBackByTheDead)
     ::close(ready[1]);
 }
 
-TEST(AtomicWrite, ReplacesWholeFilesThroughLinks)
+TEST(AtomicWriteTest, ReplacesWholeFilesThroughLinks)
 {
     const TempTree tree;
     tree.lines({"echt/datei=alt", "link->echt/datei"});
@@ -202,7 +202,7 @@ TEST(AtomicWrite, ReplacesWholeFilesThroughLinks)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 2) << "nothing left beside it";
 }
 
-TEST(AtomicWrite, IsOnTheDiskWithItsName)
+TEST(AtomicWriteTest, IsOnTheDiskWithItsName)
 {
     const TempTree tree;
     const Location file = tree.file("datei", "alt");
@@ -226,7 +226,7 @@ TEST(AtomicWrite, IsOnTheDiskWithItsName)
     EXPECT_EQ(flushes, 2);
 }
 
-TEST(PrivateFolders, AreTheUsersAloneOnEveryLevel)
+TEST(PrivateFoldersTest, AreTheUsersAloneOnEveryLevel)
 {
     const TempTree tree;
     const mode_t before = ::umask(0);

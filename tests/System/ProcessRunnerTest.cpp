@@ -30,7 +30,7 @@ Result<ProcessOutput> shell(const std::string &script, const QByteArray &input =
     return SystemProcessRunner().run(request, control);
 }
 
-TEST(ProcessRunner, GivesOutputErrorsAndExitCode)
+TEST(ProcessRunnerTest, GivesOutputErrorsAndExitCode)
 {
     const ProcessOutput output = shell("cat; echo schlecht >&2; exit 3", "hin").value();
     EXPECT_EQ(output.exitCode, 3);
@@ -38,7 +38,7 @@ TEST(ProcessRunner, GivesOutputErrorsAndExitCode)
     EXPECT_EQ(output.errors, "schlecht\n");
 }
 
-TEST(ProcessRunner, PassesArgumentsAsBytes)
+TEST(ProcessRunnerTest, PassesArgumentsAsBytes)
 {
     const TempTree tree;
     ProcessRequest request;
@@ -52,7 +52,7 @@ TEST(ProcessRunner, PassesArgumentsAsBytes)
               tree.path("hier").native());
 }
 
-TEST(ProcessRunner, KeepsTheUsersSettingsFromTools)
+TEST(ProcessRunnerTest, KeepsTheUsersSettingsFromTools)
 {
     ::setenv("ZIPOPT", "-m", 1);
     ::setenv("LC_MESSAGES", "de_DE.UTF-8", 1);
@@ -69,7 +69,7 @@ TEST(ProcessRunner, KeepsTheUsersSettingsFromTools)
     ::unsetenv("LC_MESSAGES");
 }
 
-TEST(ProcessRunner, FindsNoProgramInTheWorkingFolder)
+TEST(ProcessRunnerTest, FindsNoProgramInTheWorkingFolder)
 {
     const TempTree tree;
     const Location stranger = tree.file("hier/brellin-fremd", "#!/bin/sh\necho fremd\n");
@@ -83,7 +83,7 @@ TEST(ProcessRunner, FindsNoProgramInTheWorkingFolder)
     qputenv("PATH", path);
 }
 
-TEST(ProcessRunner, LeavesNothingRunningWhenItIsKilled)
+TEST(ProcessRunnerTest, LeavesNothingRunningWhenItIsKilled)
 {
     const TempTree tree;
     const auto start = [&](ProcessRequest::Purpose purpose, const char *note) {
@@ -114,7 +114,7 @@ TEST(ProcessRunner, LeavesNothingRunningWhenItIsKilled)
     ::kill(-opened, SIGKILL);
 }
 
-TEST(ProcessRunner, MovesMoreThanAPipeHolds)
+TEST(ProcessRunnerTest, MovesMoreThanAPipeHolds)
 {
     const QByteArray megabytes(5'000'000, 'x');
     EXPECT_EQ(shell("cat", megabytes).value().output, megabytes);
@@ -122,7 +122,7 @@ TEST(ProcessRunner, MovesMoreThanAPipeHolds)
     EXPECT_EQ(shell("head -c 3000000 /dev/zero >&2; head -c 3000000 /dev/zero").value().errors.size(), 3'000'000);
 }
 
-TEST(ProcessRunner, FailsWhereThereIsNoAnswer)
+TEST(ProcessRunnerTest, FailsWhereThereIsNoAnswer)
 {
     ProcessRequest missing;
     missing.program = "gibt-es-nicht-brellin";
@@ -135,7 +135,7 @@ TEST(ProcessRunner, FailsWhereThereIsNoAnswer)
     EXPECT_FALSE(shell("kill -SEGV $$")) << "a crash is no answer";
 }
 
-TEST(ProcessRunner, EndsWhatTakesTooLong)
+TEST(ProcessRunnerTest, EndsWhatTakesTooLong)
 {
     const auto late = shell("trap '' TERM; sleep 60 & wait; sleep 60", {}, 200ms);
     ASSERT_FALSE(late);
@@ -150,7 +150,7 @@ TEST(ProcessRunner, EndsWhatTakesTooLong)
     EXPECT_TRUE(cancelled.error().isCancelled());
 }
 
-TEST(ProcessRunner, WaitsNotForWhatAProgramLeftRunning)
+TEST(ProcessRunnerTest, WaitsNotForWhatAProgramLeftRunning)
 {
     // The grandchild keeps the outputs open.
     const ProcessOutput said = shell("sleep 60 & echo $!").value_or(ProcessOutput());
@@ -159,7 +159,7 @@ TEST(ProcessRunner, WaitsNotForWhatAProgramLeftRunning)
     EXPECT_EQ(::kill(grandchild, SIGTERM), 0) << "it has ended before the answer came";
 }
 
-TEST(ProcessRunner, AnswersAProgramThatAsks)
+TEST(ProcessRunnerTest, AnswersAProgramThatAsks)
 {
     ProcessRequest request;
     request.program = "sh";

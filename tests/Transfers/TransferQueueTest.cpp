@@ -63,9 +63,9 @@ protected:
     QObject receiver;
 };
 
-class ThreeConflicts : public TransferQueueTest {
+class ThreeConflictsTest : public TransferQueueTest {
 protected:
-    ThreeConflicts()
+    ThreeConflictsTest()
     {
         world.tree().lines(
             {"home/a=1", "home/b=2", "home/c=3", "home/frei=4", "disk/a=alt 1", "disk/b=alt 2", "disk/c=alt 3"});
@@ -78,7 +78,7 @@ protected:
 
 } // namespace
 
-TEST_F(ThreeConflicts, oneAnswerSettlesAllWhereItSaysSo)
+TEST_F(ThreeConflictsTest, oneAnswerSettlesAllWhereItSaysSo)
 {
     reply = always(ConflictAnswer{ConflictChoice::skip, true});
     const FinishedTransfer skipped = runThree();
@@ -100,7 +100,7 @@ TEST_F(ThreeConflicts, oneAnswerSettlesAllWhereItSaysSo)
     EXPECT_TRUE(replaced.record.entries.back().replaced);
 }
 
-TEST_F(ThreeConflicts, cancelledAtAnyQuestionNothingHappens)
+TEST_F(ThreeConflictsTest, cancelledAtAnyQuestionNothingHappens)
 {
     for (std::size_t at = 0; at < 3; ++at) {
         asked.clear();
@@ -125,7 +125,7 @@ TEST_F(ThreeConflicts, cancelledAtAnyQuestionNothingHappens)
     EXPECT_EQ(world.snapshot(), before);
 }
 
-TEST_F(ThreeConflicts, wrongAndLateAnswersAreDropped)
+TEST_F(ThreeConflictsTest, wrongAndLateAnswersAreDropped)
 {
     queue->transfer(request({"a", "b"}, world.disk("")));
     ASSERT_TRUE(waitUntil([&] { return !queue->questions.get().empty(); }));

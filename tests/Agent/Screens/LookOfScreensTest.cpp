@@ -13,7 +13,7 @@ using namespace brellin::test;
 namespace {
 
 /// Every page and sheet, at the usual size of the font and at 125 %.
-class AgentLook : public ScreenWorld, public ::testing::WithParamInterface<double> {
+class AgentLookTest : public ScreenWorld, public ::testing::WithParamInterface<double> {
 protected:
     void SetUp() override
     {
@@ -82,7 +82,7 @@ protected:
     }
 };
 
-TEST_P(AgentLook, nothingIsCutAndEveryControlHasAName)
+TEST_P(AgentLookTest, nothingIsCutAndEveryControlHasAName)
 {
     inspect("start page");
     for (const AgentArea area : agentAreas) {
@@ -104,6 +104,6 @@ TEST_P(AgentLook, nothingIsCutAndEveryControlHasAName)
     inspect("rule editor");
 }
 
-INSTANTIATE_TEST_SUITE_P(sizes, AgentLook, ::testing::Values(1.0, 1.25));
+INSTANTIATE_TEST_SUITE_P(sizes, AgentLookTest, ::testing::Values(1.0, 1.25));
 
 } // namespace

@@ -12,7 +12,7 @@ using namespace brellin::test;
 
 namespace {
 
-class Projects : public ScreenWorld {
+class ProjectsTest : public ScreenWorld {
 protected:
     void SetUp() override
     {
@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(Projects, areNotTidiedBeforeTheirProfileIsConfirmed)
+TEST_F(ProjectsTest, areNotTidiedBeforeTheirProfileIsConfirmed)
 {
     view->analyze(home("Website"));
     ASSERT_TRUE(settled());
@@ -49,7 +49,7 @@ TEST_F(Projects, areNotTidiedBeforeTheirProfileIsConfirmed)
     EXPECT_TRUE(stored.isProtected(home("Website/.git")));
 }
 
-TEST_F(Projects, areAskedAboutInOneWindowAndWhenItGoesInAnother)
+TEST_F(ProjectsTest, areAskedAboutInOneWindowAndWhenItGoesInAnother)
 {
     QWidget otherWindow;
     auto *const other = new AgentView({*agent, *model, services(), desktop, desktop}, &otherWindow);
@@ -74,7 +74,7 @@ TEST_F(Projects, areAskedAboutInOneWindowAndWhenItGoesInAnother)
     EXPECT_TRUE(waitUntil([&] { return !asks(otherWindow); })) << "answered elsewhere";
 }
 
-TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
+TEST_F(ProjectsTest, areProtectedEditedAndFreedWithAWayBack)
 {
     view->open(AgentArea::Projects);
     auto *const page = view->findChild<ProjectsPage *>();
@@ -108,7 +108,7 @@ TEST_F(Projects, areProtectedEditedAndFreedWithAWayBack)
     EXPECT_EQ(agent->profiles.get(), std::vector{edited});
 }
 
-TEST_F(Projects, areStoredAsTheyWereUnlessSomethingIsTyped)
+TEST_F(ProjectsTest, areStoredAsTheyWereUnlessSomethingIsTyped)
 {
     FolderProfile stored;
     stored.rootPath = textOf(home("Website"));
@@ -137,7 +137,7 @@ TEST_F(Projects, areStoredAsTheyWereUnlessSomethingIsTyped)
     EXPECT_EQ(agent->profiles.get().front().protectedEntries.front().path, u".git"_qs);
 }
 
-TEST_F(Projects, offerTheFoldersEntriesWhereNoneAreProtected)
+TEST_F(ProjectsTest, offerTheFoldersEntriesWhereNoneAreProtected)
 {
     FolderProfile stored;
     stored.rootPath = textOf(home("Website"));
@@ -152,7 +152,7 @@ TEST_F(Projects, offerTheFoldersEntriesWhereNoneAreProtected)
     EXPECT_TRUE(agent->profiles.get().front().isProtected(home("Website/.git")));
 }
 
-TEST_F(Projects, areNotSaidToBeNoneWhileTheirListIsDamaged)
+TEST_F(ProjectsTest, areNotSaidToBeNoneWhileTheirListIsDamaged)
 {
     FolderProfile profile;
     profile.name = QStringLiteral("Website");
@@ -172,7 +172,7 @@ TEST_F(Projects, areNotSaidToBeNoneWhileTheirListIsDamaged)
     EXPECT_FALSE(find("damageNotice"));
 }
 
-TEST_F(Projects, areNotMadeOfTheSystem)
+TEST_F(ProjectsTest, areNotMadeOfTheSystem)
 {
     view->open(AgentArea::Projects);
     view->findChild<ProjectsPage *>()->protect("/usr/lib");

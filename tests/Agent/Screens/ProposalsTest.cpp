@@ -10,7 +10,7 @@ using namespace brellin::test;
 
 namespace {
 
-class Proposals : public ScreenWorld {
+class ProposalsTest : public ScreenWorld {
 protected:
     ProposalList &list() const { return *find<ProposalList>("agentProposals"); }
     QString textOfRow(int row) const { return list().model()->index(row, 0).data().toString(); }
@@ -28,7 +28,7 @@ protected:
     QString summary() const { return find<QLabel>("agentChosenSummary")->text(); }
 };
 
-TEST_F(Proposals, areTickedByKeyCarriedOutAndTakenBackByClicks)
+TEST_F(ProposalsTest, areTickedByKeyCarriedOutAndTakenBackByClicks)
 {
     tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/b.pdf=22", "home/Downloads/c.txt=3"});
     show({movingPdfs()});
@@ -59,7 +59,7 @@ TEST_F(Proposals, areTickedByKeyCarriedOutAndTakenBackByClicks)
     EXPECT_FALSE(find("runUndo"));
 }
 
-TEST_F(Proposals, keepTheirTicksUnderAFilter)
+TEST_F(ProposalsTest, keepTheirTicksUnderAFilter)
 {
     tree().lines({"home/Downloads/Miete.pdf=1", "home/Downloads/Strom.pdf=2", "home/Downloads/Strom2.pdf=3"});
     show({movingPdfs()});
@@ -80,7 +80,7 @@ TEST_F(Proposals, keepTheirTicksUnderAFilter)
     EXPECT_EQ(tickOf(1), Qt::Checked);
 }
 
-TEST_F(Proposals, keepTheCurrentRowWhenOthersComeAndGo)
+TEST_F(ProposalsTest, keepTheCurrentRowWhenOthersComeAndGo)
 {
     for (int number = 0; number < 300; ++number)
         tree().file("home/Downloads/" + std::to_string(1000 + number) + ".pdf", std::to_string(number));
@@ -112,7 +112,7 @@ TEST_F(Proposals, keepTheCurrentRowWhenOthersComeAndGo)
     EXPECT_EQ(list().indexAt(QPoint(list().viewport()->width() / 2, 2)).data().toString(), top);
 }
 
-TEST_F(Proposals, thatFailStayUntickedWithTheirReason)
+TEST_F(ProposalsTest, thatFailStayUntickedWithTheirReason)
 {
     tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/b.pdf=2"});
     show({movingPdfs()});
@@ -127,7 +127,7 @@ TEST_F(Proposals, thatFailStayUntickedWithTheirReason)
     EXPECT_FALSE(find<QAbstractButton>("agentExecute")->isEnabled());
 }
 
-TEST_F(Proposals, ofDuplicatesCanBeTurnedRoundInThePreview)
+TEST_F(ProposalsTest, ofDuplicatesCanBeTurnedRoundInThePreview)
 {
     tree().lines({"home/Downloads/erste.pdf=same", "home/Downloads/zweite.pdf=same"});
     tree().age("home/Downloads/erste.pdf", clock.time - std::chrono::days(9));
@@ -145,7 +145,7 @@ TEST_F(Proposals, ofDuplicatesCanBeTurnedRoundInThePreview)
     EXPECT_FALSE(find("agentPreview"));
 }
 
-TEST_F(Proposals, notWantedAnyMoreComeBackOnlyThroughTheSettings)
+TEST_F(ProposalsTest, notWantedAnyMoreComeBackOnlyThroughTheSettings)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     show({movingPdfs()});
@@ -165,7 +165,7 @@ TEST_F(Proposals, notWantedAnyMoreComeBackOnlyThroughTheSettings)
     EXPECT_EQ(list().model()->rowCount(), 2);
 }
 
-TEST_F(Proposals, areReportedForTheAnalysedFolderOnlyWhileTheyAreItsOwn)
+TEST_F(ProposalsTest, areReportedForTheAnalysedFolderOnlyWhileTheyAreItsOwn)
 {
     tree().lines({"home/Downloads/a.pdf=1", "home/Ordner/x.txt=same", "home/Ordner/y.txt=same"});
     show({movingPdfs()});

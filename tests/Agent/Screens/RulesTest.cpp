@@ -16,7 +16,7 @@ using namespace brellin::test;
 
 namespace {
 
-class Rules : public ScreenWorld {
+class RulesTest : public ScreenWorld {
 protected:
     CleanupRule named(const char16_t *name) const
     {
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(Rules, areMovedCopiedDeletedAndBroughtBack)
+TEST_F(RulesTest, areMovedCopiedDeletedAndBroughtBack)
 {
     show({named(u"A"), named(u"B"), named(u"C")});
     click("cardCleanupSettings");
@@ -55,7 +55,7 @@ TEST_F(Rules, areMovedCopiedDeletedAndBroughtBack)
     EXPECT_EQ(names().join(u' '), QStringLiteral("B A Kopie von A C"));
 }
 
-TEST_F(Rules, areNotShownAsTheExamplesWhileTheirListIsDamaged)
+TEST_F(RulesTest, areNotShownAsTheExamplesWhileTheirListIsDamaged)
 {
     show({named(u"A"), named(u"B")});
     click("cardCleanupSettings");
@@ -72,7 +72,7 @@ TEST_F(Rules, areNotShownAsTheExamplesWhileTheirListIsDamaged)
     EXPECT_TRUE(find("ruleEdit")->isEnabled());
 }
 
-TEST_F(Rules, areDroppedWhereTheMouseLetsGo)
+TEST_F(RulesTest, areDroppedWhereTheMouseLetsGo)
 {
     show({named(u"A"), named(u"B"), named(u"C"), named(u"D")});
     struct Row {
@@ -92,7 +92,7 @@ TEST_F(Rules, areDroppedWhereTheMouseLetsGo)
     }
 }
 
-TEST_F(Rules, showWhatTheyWouldDoWhileTheyAreEdited)
+TEST_F(RulesTest, showWhatTheyWouldDoWhileTheyAreEdited)
 {
     tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/b.pdf=2", "home/Downloads/c.txt=3"});
     show({movingPdfs()});
@@ -121,7 +121,7 @@ TEST_F(Rules, showWhatTheyWouldDoWhileTheyAreEdited)
     EXPECT_TRUE(tree().has("home/Downloads/c.txt"));
 }
 
-TEST_F(Rules, areLeftAsTheyWereByACancelledEdit)
+TEST_F(RulesTest, areLeftAsTheyWereByACancelledEdit)
 {
     show({movingPdfs()});
     const std::vector<CleanupRule> before = agent->rules.get();

@@ -17,12 +17,12 @@ using namespace brellin::test;
 
 namespace {
 
-class AgentStart : public ScreenWorld {
+class AgentStartTest : public ScreenWorld {
 protected:
     QString spoken(const char *name) const { return find(name)->accessibleName(); }
 };
 
-TEST_F(AgentStart, countsLiveAndLeadsToTheAreas)
+TEST_F(AgentStartTest, countsLiveAndLeadsToTheAreas)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     show({movingPdfs()});
@@ -50,7 +50,7 @@ TEST_F(AgentStart, countsLiveAndLeadsToTheAreas)
     EXPECT_EQ(view->path(), QStringLiteral("Aufräum-Agent"));
 }
 
-TEST_F(AgentStart, takesTheRedNumberAwayWhenItIsSeen)
+TEST_F(AgentStartTest, takesTheRedNumberAwayWhenItIsSeen)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     show({movingPdfs()});
@@ -61,7 +61,7 @@ TEST_F(AgentStart, takesTheRedNumberAwayWhenItIsSeen)
     EXPECT_EQ(agent->newSinceViewed.get(), 0);
 }
 
-TEST_F(AgentStart, keepsTheTimerFromPullingAwayWhatIsLookedAt)
+TEST_F(AgentStartTest, keepsTheTimerFromPullingAwayWhatIsLookedAt)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     show({movingPdfs()});
@@ -81,7 +81,7 @@ TEST_F(AgentStart, keepsTheTimerFromPullingAwayWhatIsLookedAt)
     EXPECT_TRUE(tickScans());
 }
 
-TEST_F(AgentStart, countsWhatAnyOfTwoWindowsShows)
+TEST_F(AgentStartTest, countsWhatAnyOfTwoWindowsShows)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     show({movingPdfs()});
@@ -110,7 +110,7 @@ TEST_F(AgentStart, countsWhatAnyOfTwoWindowsShows)
     EXPECT_EQ(agent->newSinceViewed.get(), 1);
 }
 
-TEST_F(AgentStart, reportsOnTheFolderWhoseProposalsAreListed)
+TEST_F(AgentStartTest, reportsOnTheFolderWhoseProposalsAreListed)
 {
     tree().lines({"home/Downloads/a.pdf=1", "home/Ablage/b.pdf=2", "home/Anderes/c.pdf=3"});
     show({movingPdfs()});
@@ -135,7 +135,7 @@ TEST_F(AgentStart, reportsOnTheFolderWhoseProposalsAreListed)
     EXPECT_FALSE(reported().contains(u"/Ablage"_qs)) << desktop.copied.toStdString();
 }
 
-TEST_F(AgentStart, saysTidyOnlyAfterHavingLooked)
+TEST_F(AgentStartTest, saysTidyOnlyAfterHavingLooked)
 {
     show({movingPdfs()});
     view->open(AgentArea::Cleanup);
@@ -150,7 +150,7 @@ TEST_F(AgentStart, saysTidyOnlyAfterHavingLooked)
     EXPECT_TRUE(says(QStringLiteral("Alles aufgeräumt")));
 }
 
-TEST_F(AgentStart, asksForTheFolderToAnalyse)
+TEST_F(AgentStartTest, asksForTheFolderToAnalyse)
 {
     tree().lines({"home/Ordner/x.txt=same", "home/Ordner/y.txt=same"});
     show({});
@@ -164,7 +164,7 @@ TEST_F(AgentStart, asksForTheFolderToAnalyse)
     EXPECT_EQ(view->area(), AgentArea::Cleanup);
 }
 
-TEST_F(AgentStart, namesWhatAnUndoCouldNotPutBack)
+TEST_F(AgentStartTest, namesWhatAnUndoCouldNotPutBack)
 {
     tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/b.pdf=2"});
     show({movingPdfs()});
@@ -190,7 +190,7 @@ TEST_F(AgentStart, namesWhatAnUndoCouldNotPutBack)
     EXPECT_EQ(remarks->text(), QStringLiteral("• a.pdf: Inzwischen geändert, so kam es zurück."));
 }
 
-TEST_F(AgentStart, namesTheVolumeThatIsAwayInTheRunsRow)
+TEST_F(AgentStartTest, namesTheVolumeThatIsAwayInTheRunsRow)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     CleanupRule rule = movingPdfs();
@@ -218,7 +218,7 @@ TEST_F(AgentStart, namesTheVolumeThatIsAwayInTheRunsRow)
     EXPECT_EQ(tree().content("home/Downloads/a.pdf"), "1");
 }
 
-TEST_F(AgentStart, namesADamagedListAndOffersAWayOut)
+TEST_F(AgentStartTest, namesADamagedListAndOffersAWayOut)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
     show({movingPdfs()});
@@ -260,7 +260,7 @@ TEST_F(AgentStart, namesADamagedListAndOffersAWayOut)
     EXPECT_TRUE(waitUntil([this] { return spoken("cardProjects").endsWith(QStringLiteral("nicht bekannt")); }));
 }
 
-TEST_F(AgentStart, saysWhichSettingCouldNotBeStored)
+TEST_F(AgentStartTest, saysWhichSettingCouldNotBeStored)
 {
     show({});
     std::filesystem::remove(tree().path("settings/settings.json"));
@@ -275,7 +275,7 @@ TEST_F(AgentStart, saysWhichSettingCouldNotBeStored)
     EXPECT_EQ(interval->currentText(), QStringLiteral("Täglich"));
 }
 
-TEST_F(AgentStart, settingsAreStoredAtOnce)
+TEST_F(AgentStartTest, settingsAreStoredAtOnce)
 {
     show({});
     click("agentSettings");
@@ -297,7 +297,7 @@ TEST_F(AgentStart, settingsAreStoredAtOnce)
     EXPECT_FALSE(model->error.get().isEmpty());
 }
 
-TEST(AgentGuide, namesNothingOfTheOtherSystem)
+TEST(AgentGuideTest, namesNothingOfTheOtherSystem)
 {
     for (const GuideSection &section : guideSections(TextSystem::Linux))
         for (const char16_t *word : {u"Mac", u"Apple", u"⌘", u"Library", u"Finder"})

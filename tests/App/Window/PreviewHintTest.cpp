@@ -6,9 +6,9 @@ using namespace brellin;
 
 namespace {
 
-class PreviewHint : public ::testing::Test {
+class PreviewHintTest : public ::testing::Test {
 protected:
-    PreviewHint()
+    PreviewHintTest()
     {
         folders.home = "/home/anna";
         forecast.rule = CleanupRule();
@@ -22,7 +22,7 @@ protected:
     RuleForecast forecast;
 };
 
-TEST_F(PreviewHint, saysWhatWouldHappenAndWhereTo)
+TEST_F(PreviewHintTest, saysWhatWouldHappenAndWhereTo)
 {
     using enum AgentProposal::Kind;
     const std::string would = "Regel „Rechnungen“ würde diese Datei ";
@@ -43,7 +43,7 @@ TEST_F(PreviewHint, saysWhatWouldHappenAndWhereTo)
     EXPECT_EQ(text(), would + "nach Benutzerordner verschieben.");
 }
 
-TEST_F(PreviewHint, saysWhyItWouldNot)
+TEST_F(PreviewHintTest, saysWhyItWouldNot)
 {
     forecast.outcome = RuleForecast::Outcome::Protected;
     EXPECT_TRUE(text().ends_with("verschieben – aber sie ist geschützt.")) << text();

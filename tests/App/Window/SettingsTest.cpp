@@ -14,7 +14,7 @@ using namespace brellin::test;
 
 namespace {
 
-class WindowSettings : public WindowWorld {
+class WindowSettingsTest : public WindowWorld {
 protected:
     QVariant kept(const char16_t *key) const
     {
@@ -49,7 +49,7 @@ protected:
     }
 };
 
-TEST_F(WindowSettings, takeEffectAtOnceAndAreKept)
+TEST_F(WindowSettingsTest, takeEffectAtOnceAndAreKept)
 {
     open();
     openSheet();
@@ -78,7 +78,7 @@ TEST_F(WindowSettings, takeEffectAtOnceAndAreKept)
     EXPECT_TRUE(sheetGoes());
 }
 
-TEST_F(WindowSettings, nonsenseCountsAsUsual)
+TEST_F(WindowSettingsTest, nonsenseCountsAsUsual)
 {
     ASSERT_TRUE(services->settings().setValue(QStringLiteral("fontFactor"), 37.0));
     ASSERT_TRUE(services->settings().setValue(QStringLiteral("appearance"), QStringLiteral("lila")));
@@ -92,7 +92,7 @@ TEST_F(WindowSettings, nonsenseCountsAsUsual)
 }
 
 /// A drag of files over the sidebar, without a mouse.
-class SidebarDrop : public WindowWorld {
+class SidebarDropTest : public WindowWorld {
 protected:
     bool drops(const Location &source, QPoint place)
     {
@@ -120,7 +120,7 @@ protected:
     }
 };
 
-TEST_F(SidebarDrop, movesIntoAPinnedFolderAndNowhereElse)
+TEST_F(SidebarDropTest, movesIntoAPinnedFolderAndNowhereElse)
 {
     const Location letter = file("brief.txt");
     std::filesystem::create_directories(folder / "Ablage");

@@ -20,6 +20,8 @@ using brellin::test::WindowWorld;
 
 namespace {
 
+class WindowTest : public WindowWorld {};
+
 QStringList names(std::initializer_list<const char *> list)
 {
     QStringList made;
@@ -28,7 +30,7 @@ QStringList names(std::initializer_list<const char *> list)
     return made;
 }
 
-TEST_F(WindowWorld, goesIntoFoldersAndBack)
+TEST_F(WindowTest, goesIntoFoldersAndBack)
 {
     file("Briefe/an Anna.txt");
     file("b10.txt");
@@ -52,7 +54,7 @@ TEST_F(WindowWorld, goesIntoFoldersAndBack)
     EXPECT_TRUE(folderBecomes(services->folders().home));
 }
 
-TEST_F(WindowWorld, aTypedPathLeadsThereOrSaysThatItDoesNotExist)
+TEST_F(WindowTest, aTypedPathLeadsThereOrSaysThatItDoesNotExist)
 {
     file("Briefe/an Anna.txt");
     open();
@@ -73,7 +75,7 @@ TEST_F(WindowWorld, aTypedPathLeadsThereOrSaysThatItDoesNotExist)
     EXPECT_TRUE(rowsBecome(names({"an Anna.txt"})));
 }
 
-TEST_F(WindowWorld, makesAndRenamesInPlace)
+TEST_F(WindowTest, makesAndRenamesInPlace)
 {
     file("Brief.alt.txt");
     open();
@@ -109,7 +111,7 @@ TEST_F(WindowWorld, makesAndRenamesInPlace)
     EXPECT_TRUE(has("anderes.txt"));
 }
 
-TEST_F(WindowWorld, sortsSearchesAndSelects)
+TEST_F(WindowTest, sortsSearchesAndSelects)
 {
     file("a.txt", "123456789");
     file("b.txt", "1");
@@ -142,7 +144,7 @@ TEST_F(WindowWorld, sortsSearchesAndSelects)
     EXPECT_TRUE(details()->hasFocus()) << "back to the list";
 }
 
-TEST_F(WindowWorld, aRubberBandBeginsBesideANameAndNotOnIt)
+TEST_F(WindowTest, aRubberBandBeginsBesideANameAndNotOnIt)
 {
     for (const char *const name : {"a", "b", "c", "d"})
         file(name);
@@ -162,7 +164,7 @@ TEST_F(WindowWorld, aRubberBandBeginsBesideANameAndNotOnIt)
     EXPECT_FALSE(pane().selection.get().contains(folder / "a"));
 }
 
-TEST_F(WindowWorld, tabsAndPanesKeepToThemselves)
+TEST_F(WindowTest, tabsAndPanesKeepToThemselves)
 {
     file("eins/x.txt");
     file("zwei/y.txt");
@@ -192,7 +194,7 @@ TEST_F(WindowWorld, tabsAndPanesKeepToThemselves)
     EXPECT_TRUE(folderBecomes(folder));
 }
 
-TEST_F(WindowWorld, windowsComeBackAtTheNextStart)
+TEST_F(WindowTest, windowsComeBackAtTheNextStart)
 {
     file("eins/x.txt");
     {
@@ -215,7 +217,7 @@ TEST_F(WindowWorld, windowsComeBackAtTheNextStart)
     EXPECT_TRUE(storedWindows(services->settings()).empty());
 }
 
-TEST(WindowMemory, aFrameFitsTheScreenThatIsThere)
+TEST(WindowMemoryTest, aFrameFitsTheScreenThatIsThere)
 {
     const QRect room(0, 0, 1280, 800);
     const QRect usual(100, 100, 900, 600);
@@ -229,7 +231,7 @@ TEST(WindowMemory, aFrameFitsTheScreenThatIsThere)
     }
 }
 
-TEST_F(WindowWorld, followsWhatHappensOutsideAndSaysWhenTheFolderIsGone)
+TEST_F(WindowTest, followsWhatHappensOutsideAndSaysWhenTheFolderIsGone)
 {
     file("a.txt");
     file("b.txt");
@@ -250,7 +252,7 @@ TEST_F(WindowWorld, followsWhatHappensOutsideAndSaysWhenTheFolderIsGone)
     EXPECT_FALSE(pane().errorMessage.get());
 }
 
-TEST_F(WindowWorld, tagsFromTheMenu)
+TEST_F(WindowTest, tagsFromTheMenu)
 {
     const Location tagged = file("a.txt");
     open();
@@ -268,7 +270,7 @@ TEST_F(WindowWorld, tagsFromTheMenu)
     }));
 }
 
-TEST(WindowCommands, noKeyStandsForTwoAndEveryOneCanHappen)
+TEST(WindowCommandsTest, noKeyStandsForTwoAndEveryOneCanHappen)
 {
     std::set<QString> keys;
     for (const WindowCommand &one : commandTable()) {
@@ -282,7 +284,7 @@ TEST(WindowCommands, noKeyStandsForTwoAndEveryOneCanHappen)
     EXPECT_EQ(keyText(QKeySequence(Qt::ALT | Qt::Key_Left)), QStringLiteral("Alt+←"));
 }
 
-TEST_F(WindowWorld, noCommandFiresWhileAFieldUsesItsKey)
+TEST_F(WindowTest, noCommandFiresWhileAFieldUsesItsKey)
 {
     file("a.txt");
     file("unter/b.txt");

@@ -1,10 +1,12 @@
 #include "ContentView/Screens/Crumbs.h"
 
+#include <QStringList>
+
 #include <gtest/gtest.h>
 
 using namespace brellin;
 
-TEST(Crumbs, leadFromTheHomeFolderOrFromTheRoot)
+TEST(CrumbsTest, leadFromTheHomeFolderOrFromTheRoot)
 {
     KnownFolders folders = KnownFolders::ofThisUser();
     folders.home = "/home/anna";

@@ -16,7 +16,7 @@ using brellin::test::TempTree;
 
 namespace {
 
-TEST(FileDrop, keysDecideBeforeVolumes)
+TEST(FileDropTest, keysDecideBeforeVolumes)
 {
     EXPECT_EQ(dropKind({}, true), DropKind::Move);
     EXPECT_EQ(dropKind({}, false), DropKind::Copy);
@@ -24,7 +24,7 @@ TEST(FileDrop, keysDecideBeforeVolumes)
     EXPECT_EQ(dropKind(Qt::ShiftModifier, false), DropKind::Move);
 }
 
-TEST(FileDrop, bringsEveryNameAndNeverAsAWordOfTheClipboard)
+TEST(FileDropTest, bringsEveryNameAndNeverAsAWordOfTheClipboard)
 {
     const std::vector<Location> files{"/tmp/Größe ü #%.txt",
                                       "/tmp/kein\xff"
@@ -56,7 +56,7 @@ std::optional<DroppedFiles> dropped(const Location &source, const Location &targ
     return got;
 }
 
-TEST(FileDrop, putsNothingIntoItselfOrWhereItIs)
+TEST(FileDropTest, putsNothingIntoItselfOrWhereItIs)
 {
     const TempTree tree;
     tree.lines({"a/x.txt=1", "a/unter/", "b/"});
