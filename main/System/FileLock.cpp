@@ -154,6 +154,9 @@ Result<QByteArray> readWhole(const Location &file, qint64 most)
     const OpenFile open(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (open < 0)
         return failure(Failure::lastSystem());
+    struct stat status{};
+    if (::fstat(open, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > most)
+        return failure(Failure::system(EFBIG));
     QByteArray content;
     std::array<char, 65536> piece{};
     while (true) {

@@ -1,6 +1,6 @@
 #include "System/FileUserDefaults.h"
 
-#include "Base/German.h"
+#include "System/LogReading.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
@@ -35,12 +35,6 @@ std::optional<QJsonObject> valuesIn(const std::optional<QByteArray> &json)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json.value_or(QByteArray()));
     return document.isObject() ? std::optional(document.object()) : std::nullopt;
-}
-
-Failure tooLarge(qint64 most)
-{
-    return {QStringLiteral("Die Datei ist größer als die erlaubten %1.").arg(sizeText(most)),
-            std::make_error_code(std::errc::file_too_large)};
 }
 
 Failure unreadable(const Location &file, const Failure &why)
