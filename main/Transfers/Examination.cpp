@@ -3,6 +3,7 @@
 #include "Base/German.h"
 #include "Disk/Walk.h"
 #include "Transfers/Ancestors.h"
+#include "Transfers/TransferLogLines.h"
 #include "Transfers/TransferQueue.h"
 #include "Transfers/UnfinishedMove.h"
 
@@ -88,8 +89,8 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEnt
     if (taken.replaceable() && !taken.trashable && !taken.seen)
         taken.stays = WhyItStays::NotSeen;
     // The only complete copy of what was cut short goes for no half of it.
-    if (taken.replaceable() && !taken.trashable && isCopyOfUnfinishedMove(src, dst, services.logs))
-        taken.stays = WhyItStays::OnlyCopy;
+    if (taken.replaceable() && !taken.trashable && mayBeCopyOfUnfinishedMove(src, dst, services.logs))
+        taken.stays = unreadTransferLogs(services.logs).empty() ? WhyItStays::OnlyCopy : WhyItStays::LogUnread;
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
     taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();

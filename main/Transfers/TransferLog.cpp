@@ -77,19 +77,23 @@ Result<void> TransferLog::note(LoggedWork work)
     work.volume = m_volumeAtWork;
     work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
     const QByteArray line = work.line();
+    // There must be room for the removals, which do not begin without.
+    const qint64 most = work.kind == Kind::Removal ? longestLog : longestLog / 2;
     if (work.kind == Kind::Copy)
         m_noted.push_back(std::move(work));
-    return write(line);
+    return write(line, most);
 }
 
 /// Half a line would spoil the next one.
-Result<void> TransferLog::write(const QByteArray &line) const
+Result<void> TransferLog::write(const QByteArray &line, qint64 most) const
 {
     if (m_folder.empty())
         return {};
     if (!m_lock.held())
         return failure(QStringLiteral("Das Protokoll der Übertragung lässt sich nicht anlegen."));
     const off_t end = ::lseek(m_lock.descriptor(), 0, SEEK_END);
+    if (end + line.size() > most)
+        return failure(tooLarge(most));
     const ssize_t written = ::write(m_lock.descriptor(), line.constData(), static_cast<std::size_t>(line.size()));
     if (written == line.size())
         return {};

@@ -38,7 +38,7 @@ public:
 private:
     void open();
     Result<void> note(LoggedWork work);
-    Result<void> write(const QByteArray &line) const;
+    Result<void> write(const QByteArray &line, qint64 most) const;
 
     Location m_folder;
     Location m_file;
@@ -54,7 +54,7 @@ struct LoggedNames {
     std::vector<Location> left;      ///< what of theirs is still there
     std::vector<Location> reserves;  ///< empty files that kept names free for these
 
-    /// Reads all logs, and removes those of the dead that left nothing.
+    /// Reads all logs, and removes those of the dead that left nothing. One that cannot be read whole stays.
     static LoggedNames read(const Location &folder);
 };
 

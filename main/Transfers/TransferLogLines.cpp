@@ -35,15 +35,30 @@ std::optional<LoggedWork> workIn(const QByteArray &line)
 {
     const QByteArrayList fields = line.split('\t');
     const auto word = std::ranges::find_if(words, [&](const auto &one) { return fields.front() == one.second; });
-    // The last line may have been cut.
-    if (word == words.end() || fields.size() != 6)
+    if (word == words.end() || fields.size() != 6 || fields[1].isEmpty())
+        return std::nullopt;
+    bool isNumber = false;
+    const qlonglong when = fields[4].toLongLong(&isNumber);
+    if (!isNumber)
         return std::nullopt;
     return LoggedWork{word->first,
                       placeOf(fields[1]),
                       placeOf(fields[2]),
                       placeOf(fields[3]),
-                      Instant(std::chrono::nanoseconds(fields[4].toLongLong())),
+                      Instant(std::chrono::nanoseconds(when)),
                       fields[5] == "1"};
+}
+
+/// A torn last line is as if it had not been written: what it was to announce has not begun.
+void readLines(const QByteArray &text, TransferLogFile &log)
+{
+    qsizetype number = 1;
+    for (qsizetype at = 0, end = 0; (end = text.indexOf('\n', at)) >= 0; at = end + 1, ++number) {
+        if (std::optional<LoggedWork> work = workIn(text.mid(at, end - at)))
+            log.works.push_back(*std::move(work));
+        else
+            log.damage = QStringLiteral("Zeile %1 ist beschädigt.").arg(number);
+    }
 }
 
 bool isPresent(const Location &volume)
@@ -98,6 +113,8 @@ std::vector<LoggedWork> TransferLogFile::removals() const
 
 bool TransferLogFile::isOver() const
 {
+    if (damage)
+        return false;
     std::vector<LoggedWork> open = removals();
     std::ranges::copy_if(
         works, std::back_inserter(open), [](Kind kind) { return kind == Kind::Copy; }, &LoggedWork::kind);
@@ -108,20 +125,32 @@ bool TransferLogFile::isOver() const
 std::vector<TransferLogFile> TransferLogFile::all(const Location &folder)
 {
     std::vector<TransferLogFile> found;
+    if (std::optional<UnreadLog> unread = unreadFolder(folder))
+        found.push_back({unread->file, {}, {}, std::move(unread->why)});
     std::error_code none;
     for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end; entry.increment(none)) {
         if (entry->path().extension() != ".log")
             continue;
-        TransferLogFile log{entry->path(), {}, {}};
+        TransferLogFile log{entry->path(), {}, {}, {}};
         if (Result<FileLock> lock = FileLock::tryNow(log.file))
             log.lock = *std::move(lock);
-        for (const QByteArray &line : readWhole(log.file).value_or(QByteArray()).split('\n')) {
-            if (std::optional<LoggedWork> work = workIn(line))
-                log.works.push_back(*std::move(work));
-        }
+        if (const Result<QByteArray> text = readLog(log.file))
+            readLines(*text, log);
+        else
+            log.damage = text.error().message;
         found.push_back(std::move(log));
     }
     return found;
+}
+
+std::vector<UnreadLog> unreadTransferLogs(const Location &folder)
+{
+    std::vector<UnreadLog> unread;
+    for (const TransferLogFile &log : TransferLogFile::all(folder)) {
+        if (log.damage)
+            unread.push_back({log.file, *log.damage});
+    }
+    return unread;
 }
 
 Location volumeOf(const Location &entry)

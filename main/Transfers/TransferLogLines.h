@@ -3,9 +3,11 @@
 #include "Base/Instant.h"
 #include "Base/Location.h"
 #include "System/FileLock.h"
+#include "System/LogReading.h"
 
 #include <QByteArray>
 
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -36,15 +38,20 @@ struct TransferLogFile {
     Location file;
     FileLock lock; ///< not held where its transfer lives
     std::vector<LoggedWork> works;
+    std::optional<QString> damage = {}; ///< why it may tell of more than `works`
 
     bool dead() const { return lock.held(); }
     /// Removals that are not settled, whether over or not.
     std::vector<LoggedWork> removals() const;
-    /// Nothing is left of anything in it.
+    /// Nothing is left of anything in it; never of one that cannot be read whole.
     bool isOver() const;
 
+    /// A folder that cannot be listed is there as a damaged log.
     static std::vector<TransferLogFile> all(const Location &folder);
 };
+
+/// Those that cannot be read whole. Blocking.
+std::vector<UnreadLog> unreadTransferLogs(const Location &folder);
 
 /// Whether nothing is left to see of any of these: their volumes are there, and no `from` is.
 bool areOver(const std::vector<LoggedWork> &works);

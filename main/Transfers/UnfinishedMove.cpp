@@ -66,6 +66,10 @@ void settle(const Location &log, LoggedWork removal)
 {
     removal.kind = LoggedWork::Kind::Settled;
     const QByteArray line = removal.line();
+    // What follows a torn line would be read as part of it.
+    const Result<QByteArray> text = readLog(log);
+    if (!text || ::truncate(log.c_str(), text->lastIndexOf('\n') + 1) != 0)
+        return;
     const int file = ::open(log.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW);
     if (file < 0)
         return;
@@ -84,14 +88,20 @@ struct NotedRemoval {
     LoggedWork removal;
 };
 
+struct NotedRemovals {
+    std::vector<NotedRemoval> all;
+    bool complete = true; ///< every log can be read
+};
+
 /// The logs are locked only while they are read: who finds them locked takes their transfers for living. Nothing is asked of
 /// a volume meanwhile.
-std::vector<NotedRemoval> notedRemovals(const Location &logs)
+NotedRemovals notedRemovals(const Location &logs)
 {
-    std::vector<NotedRemoval> noted;
+    NotedRemovals noted;
     for (const TransferLogFile &log : TransferLogFile::all(logs)) {
+        noted.complete = noted.complete && !log.damage;
         for (LoggedWork &removal : log.removals())
-            noted.push_back({log.file, log.dead(), std::move(removal)});
+            noted.all.push_back({log.file, log.dead(), std::move(removal)});
     }
     return noted;
 }
@@ -110,7 +120,7 @@ bool isSamePart(const Location &source, const Location &from, const Location &co
 std::vector<UnfinishedMove> notedMoves(const Location &logs)
 {
     std::vector<UnfinishedMove> moves;
-    for (const auto &[log, dead, removal] : notedRemovals(logs)) {
+    for (const auto &[log, dead, removal] : notedRemovals(logs).all) {
         if (dead && !isAway(removal))
             moves.push_back({log, removal.from, removal.to, removal.when, 0, 0, 0});
     }
@@ -150,9 +160,10 @@ std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobContr
     return found;
 }
 
-bool isCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs)
+bool mayBeCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs)
 {
-    return std::ranges::any_of(notedRemovals(logs), [&](const NotedRemoval &one) {
+    const NotedRemovals noted = notedRemovals(logs);
+    return !noted.complete || std::ranges::any_of(noted.all, [&](const NotedRemoval &one) {
         return isSamePart(source, one.removal.from, copy, one.removal.to) && !isAway(one.removal);
     });
 }

@@ -42,8 +42,9 @@ std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobContr
                                             const std::set<Location> &without = {});
 
 /// Whether `copy` is, holds or lies in the complete copy of what `source` is, holds or lies in, and which was being removed
-/// when a program died, or is right now: nobody can tell while another looks at its log.
-bool isCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs);
+/// when a program died, or is right now: nobody can tell while another looks at its log. Nobody can tell either while there
+/// is a log that cannot be read.
+bool mayBeCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs);
 
 /// Removes what is left of the source, for good and on the user's yes, as far as the copy holds it with the same content.
 /// Gives a line for each entry that stays. Blocking.

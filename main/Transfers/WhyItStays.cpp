@@ -20,6 +20,10 @@ QString reasonOf(WhyItStays why)
     case WhyItStays::OnlyCopy:
         return QStringLiteral(
             "Was im Ziel steht, ist die einzige vollständige Kopie eines unterbrochenen Verschiebens.");
+    case WhyItStays::LogUnread:
+        return QStringLiteral(
+            "Das Protokoll eines unterbrochenen Vorgangs ist nicht lesbar (brellin reste nennt es), und "
+            "am Ziel gibt es keinen Papierkorb.");
     case WhyItStays::NotSeen:
         return QStringLiteral("Am Ziel gibt es keinen Papierkorb, und was dort steht, lässt sich nicht ganz ansehen.");
     }

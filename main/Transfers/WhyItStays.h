@@ -12,6 +12,7 @@ enum class WhyItStays {
     HoldsDestination, ///< the folder that everything goes to, or one around it
     InDoubt,          ///< it, or a source, could not be looked at
     OnlyCopy,         ///< the complete copy of a move that was cut short
+    LogUnread,        ///< perhaps that: the log of a transfer cannot be read
     NotSeen,          ///< there is no Trash for it, and not all of it can be looked at
 };
 

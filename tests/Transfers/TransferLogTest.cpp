@@ -1,8 +1,11 @@
 #include "Transfers/TransferLog.h"
 
 #include "Support/TempTree.h"
+#include "Transfers/UnfinishedMove.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -34,4 +37,67 @@ TEST(TransferLogTest, bringsBackNamesOfAnyBytes)
     for (const LoggedWork &work : logs.front().works)
         found.emplace_back(work.kind, work.from, work.to);
     EXPECT_EQ(found, noted);
+}
+
+namespace {
+
+/// The log of a transfer that died: its hidden copy is gone, its removal was not begun.
+class UnreadTransferLogTest : public testing::Test {
+protected:
+    UnreadTransferLogTest()
+    {
+        Location copy;
+        {
+            TransferLog log(folder);
+            copy = log.temporaryFor(tree.path("ziel/Film.mp4"));
+            tree.file(copy.lexically_relative(tree.root()).native(), "halb");
+        }
+        file = std::filesystem::directory_iterator(folder)->path();
+        std::filesystem::remove(copy);
+    }
+    bool staysAndIsNamed()
+    {
+        const LoggedNames names = LoggedNames::read(folder);
+        const std::vector<UnreadLog> unread = unreadTransferLogs(folder);
+        return entryExists(file) && names.left.empty() && unread.size() == 1 && unread.front().file == file &&
+               mayBeCopyOfUnfinishedMove(tree.path("a"), tree.path("b"), folder);
+    }
+
+    TempTree tree;
+    const Location folder = tree.path("logs");
+    Location file;
+};
+
+} // namespace
+
+TEST_F(UnreadTransferLogTest, staysAndMakesNobodySure)
+{
+    const std::string whole = tree.content("logs/" + file.filename().native());
+    tree.file("logs/" + file.filename().native(), "rem\xff\tval\n" + whole);
+    EXPECT_TRUE(staysAndIsNamed()) << "a line that nobody understands";
+    EXPECT_EQ(TransferLogFile::all(folder).front().works.size(), 1u);
+
+    tree.file("logs/" + file.filename().native(), whole);
+    std::filesystem::resize_file(file, longestLog + 1);
+    EXPECT_TRUE(staysAndIsNamed()) << "too long";
+
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    EXPECT_TRUE(staysAndIsNamed()) << "cannot be read";
+    EXPECT_FALSE(unreadTransferLogs(folder).front().text().isEmpty());
+
+    std::filesystem::remove(file);
+    tree.file("logs/" + file.filename().native(), whole + "copy\thal");
+    EXPECT_TRUE(unreadTransferLogs(folder).empty()) << "a kill tears the last line";
+    LoggedNames::read(folder);
+    EXPECT_FALSE(entryExists(file));
+    EXPECT_FALSE(mayBeCopyOfUnfinishedMove(tree.path("a"), tree.path("b"), folder));
+}
+
+TEST_F(UnreadTransferLogTest, isToldFromOneThatIsNotThere)
+{
+    EXPECT_TRUE(unreadTransferLogs(tree.path("nirgends")).empty());
+    const Location noFolder = tree.file("datei", "");
+    ASSERT_EQ(unreadTransferLogs(noFolder).size(), 1u);
+    EXPECT_EQ(unreadTransferLogs(noFolder).front().file, noFolder);
 }
