@@ -66,9 +66,25 @@ std::vector<std::string> namesIn(const Location &folder)
 struct FoundLog {
     Location file;
     FileLock lock; ///< not held where its batch lives
-    bool readable = false;
     std::vector<LoggedRename> renames;
+    std::optional<QString> damage = {}; ///< why the renames are not known
+
+    bool lives() const { return !lock.held(); }
 };
+
+/// An empty log was never written, and so no move has begun.
+void readRenames(FoundLog &log)
+{
+    const Result<QByteArray> text = readLog(log.file);
+    if (!text) {
+        log.damage = text.error().message;
+    } else if (!text->isEmpty()) {
+        if (JsonResult<std::vector<LoggedRename>> renames = fromJsonText<std::vector<LoggedRename>>(*text))
+            log.renames = *std::move(renames);
+        else
+            log.damage = renames.error().sentence();
+    }
+}
 
 std::vector<FoundLog> foundLogs(const Location &folder)
 {
@@ -76,15 +92,10 @@ std::vector<FoundLog> foundLogs(const Location &folder)
     for (const std::string &name : namesIn(folder)) {
         if (!name.ends_with(logEnd))
             continue;
-        FoundLog log{folder / name, {}, false, {}};
+        FoundLog log{folder / name, {}, {}};
         if (Result<FileLock> lock = FileLock::tryNow(log.file))
             log.lock = *std::move(lock);
-        if (const Result<QByteArray> text = readWhole(log.file)) {
-            if (JsonResult<std::vector<LoggedRename>> renames = fromJsonText<std::vector<LoggedRename>>(*text)) {
-                log.renames = *std::move(renames);
-                log.readable = true;
-            }
-        }
+        readRenames(log);
         found.push_back(std::move(log));
     }
     return found;
@@ -94,13 +105,12 @@ std::vector<FoundLog> foundLogs(const Location &folder)
 /// may only be away.
 bool isSettled(const FoundLog &log)
 {
-    // A torn log was never complete, and so no move has begun.
-    if (!log.readable)
-        return true;
+    if (log.damage)
+        return false;
     const bool waits = std::ranges::any_of(log.renames, entryExists, &LoggedRename::temporary);
-    return !waits && std::ranges::any_of(log.renames, [](const LoggedRename &one) {
-        return entryExists(one.from) || entryExists(one.to);
-    });
+    const bool isSeen = std::ranges::any_of(
+        log.renames, [](const LoggedRename &one) { return entryExists(one.from) || entryExists(one.to); });
+    return log.renames.empty() || (!waits && isSeen);
 }
 
 bool concerns(const FoundLog &log, const Location &folder)
@@ -240,11 +250,14 @@ bool LoggedRename::isAt(const Location &location) const
 
 Result<RenameLog> RenameLog::create(const Location &folder, const std::vector<LoggedRename> &renames)
 {
+    const QByteArray text = jsonText(toJson(renames));
+    if (text.size() > longestLog)
+        return failure(tooLarge(longestLog));
     TRY(createPrivateFolders(folder));
     const Location file =
         folder / (QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString() + std::string(logEnd));
     FileLock lock = TRY(FileLock::tryNow(file));
-    if (const Result<void> written = writeFlushed(lock, file, jsonText(toJson(renames))); !written) {
+    if (const Result<void> written = writeFlushed(lock, file, text); !written) {
         ::unlink(file.c_str());
         return failure(written.error());
     }
@@ -285,19 +298,33 @@ std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location
 {
     std::vector<CutShortRename> found;
     std::set<std::string> logged;
+    bool orphansAreKnown = true;
     for (const FoundLog &log : foundLogs(logs)) {
+        orphansAreKnown = orphansAreKnown && !(log.lives() && log.damage);
         for (const LoggedRename &one : log.renames)
             logged.insert(one.temporary.native());
-        if (!log.lock.held())
+        if (log.lives())
             continue;
         if (isSettled(log))
             ::unlink(log.file.c_str());
         else if (concerns(log, folder))
             found.push_back({log.file, log.renames});
     }
-    if (CutShortRename orphans = orphansIn(folder, logged, now); !orphans.renames.empty())
+    if (CutShortRename orphans = orphansIn(folder, logged, now); orphansAreKnown && !orphans.renames.empty())
         found.push_back(std::move(orphans));
     return found;
+}
+
+std::vector<UnreadLog> unreadRenameLogs(const Location &logs)
+{
+    std::vector<UnreadLog> unread;
+    if (std::optional<UnreadLog> folder = unreadFolder(logs))
+        unread.push_back(*std::move(folder));
+    for (const FoundLog &log : foundLogs(logs)) {
+        if (log.damage)
+            unread.push_back({log.file, *log.damage});
+    }
+    return unread;
 }
 
 std::vector<CutShortRename> loggedCutShortRenames(const Location &logs)
@@ -305,7 +332,7 @@ std::vector<CutShortRename> loggedCutShortRenames(const Location &logs)
     std::vector<CutShortRename> found;
     for (const FoundLog &log : foundLogs(logs)) {
         const bool waits = std::ranges::any_of(log.renames, entryExists, &LoggedRename::temporary);
-        if (log.lock.held() && waits)
+        if (!log.lives() && waits)
             found.push_back({log.file, log.renames});
     }
     return found;

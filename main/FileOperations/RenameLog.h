@@ -6,6 +6,7 @@
 #include "Disk/FileActions.h"
 #include "Disk/FileAttributes.h"
 #include "System/FileLock.h"
+#include "System/LogReading.h"
 
 #include <QStringList>
 
@@ -42,7 +43,7 @@ struct LoggedRename {
 /// batch that was cut short.
 class RenameLog {
 public:
-    /// Writes and flushes a new log; `folder` is created if missing.
+    /// Writes and flushes a new log; `folder` is created if missing. Fails where the log would be longer than what is read.
     static Result<RenameLog> create(const Location &folder, const std::vector<LoggedRename> &renames);
     /// The batch is whole again: nothing waits under a temporary name.
     void remove();
@@ -65,11 +66,15 @@ struct CutShortRename {
 };
 
 /// Looks in `folder` for entries that wait under temporary names and belong to no living batch. Those that no log tells of
-/// (it may be with another user, or on another machine) count an hour after they got that name. Blocking.
+/// (it may be with another user, or on another machine) count an hour after they got that name, and not while the log of a
+/// living batch cannot be read. Blocking.
 std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder, Instant now);
 
 /// Those, in any folder, that a log tells of. Blocking.
 std::vector<CutShortRename> loggedCutShortRenames(const Location &logs);
+
+/// Those logs that cannot be read; no batch is known by them, and they stay. Blocking.
+std::vector<UnreadLog> unreadRenameLogs(const Location &logs);
 
 /// A temporary name for `name` that fits its volume, and the old name that such a one tells (perhaps shortened).
 std::string temporaryName(std::string_view name, const Location &folder);

@@ -72,3 +72,34 @@ TEST_F(StuckNamesTest, keepTheirLogUntilTheyAreBack)
         ASSERT_EQ(snapshotOf(tree.path("f")), before);
     }
 }
+
+TEST_F(StuckNamesTest, keepALogThatCannotBeReadAndNameIt)
+{
+    FailingRenames failing(6);
+    JobControl control;
+    ASSERT_TRUE(renameBatch(pairs, failing, logs, control).failure);
+    const Location log = cutShort().front().log;
+    const std::string whole = tree.content("logs/" + log.filename().native());
+    const auto staysAndIsNamed = [&](bool orphans) {
+        const auto later = SystemClock().now() + std::chrono::hours(2);
+        const std::vector<CutShortRename> found = cutShortRenames(logs, tree.path("f"), later);
+        const std::vector<UnreadLog> unread = unreadRenameLogs(logs);
+        return entryExists(log) && unread.size() == 1 && unread.front().file == log &&
+               found.size() == (orphans ? 1 : 0) && (!orphans || found.front().log.empty());
+    };
+    tree.file("logs/" + log.filename().native(), whole.substr(0, whole.size() - 3));
+    EXPECT_TRUE(staysAndIsNamed(true)) << "cut";
+    {
+        const Result<FileLock> living = FileLock::tryNow(log);
+        EXPECT_TRUE(staysAndIsNamed(false)) << "whose the waiting names are, only the log could tell";
+    }
+    std::filesystem::resize_file(log, longestLog + 1);
+    EXPECT_TRUE(staysAndIsNamed(true)) << "too long";
+
+    tree.file("logs/" + log.filename().native(), "");
+    EXPECT_TRUE(unreadRenameLogs(logs).empty()) << "a kill before the first byte";
+    (void)cutShort();
+    EXPECT_FALSE(entryExists(log));
+    EXPECT_EQ(unreadRenameLogs(tree.file("datei")).size(), 1u);
+    EXPECT_TRUE(unreadRenameLogs(tree.path("nirgends")).empty());
+}
