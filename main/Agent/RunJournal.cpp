@@ -1,6 +1,7 @@
 #include "Agent/RunJournal.h"
 
 #include "Agent/JournalLines.h"
+#include "Disk/FileAttributes.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,6 +22,19 @@ Location fileOf(const Location &folder, RunJournal::Purpose purpose, const QUuid
 {
     return folder /
            (std::string(prefixOf(purpose)) + run.toString(QUuid::WithoutBraces).toUpper().toStdString() + ".jsonl");
+}
+
+/// The run that a journal's name tells.
+QUuid runOf(const Location &file)
+{
+    const QString name = QString::fromStdString(file.stem().native());
+    return QUuid::fromString(name.sliced(name.indexOf(u'-') + 1));
+}
+
+Result<QByteArray> readNamed(const Location &file)
+{
+    Result<QByteArray> text = readLog(file);
+    return text ? std::move(text) : failure({UnreadLog{file, text.error().message}.text(), text.error().code});
 }
 
 } // namespace
@@ -58,8 +72,13 @@ Result<RunJournal> RunJournal::createOrContinue(const Location &folder, const QU
 Result<RunJournal> RunJournal::takeOver(const Location &file)
 {
     RunJournal journal = TRY(open(file));
-    const QByteArray text = TRY(readWhole(file));
+    const QByteArray text = TRY(readNamed(file));
     journal.m_content = journalLines::read(text);
+    if (journal.m_content.damaged && journal.m_content.run.isNull()) {
+        journal.m_content.run = runOf(file);
+        const Result<FileAttributes> attributes = readAttributes(file);
+        journal.m_content.date = attributes ? attributes->modified : Instant();
+    }
     journal.m_planned = journal.m_content.steps.size();
     // What follows a torn line would otherwise be read as part of it.
     const qsizetype whole = text.lastIndexOf('\n') + 1;
@@ -84,9 +103,23 @@ std::vector<Location> RunJournal::find(const Location &folder, Purpose purpose)
     return files;
 }
 
+std::vector<UnreadLog> RunJournal::unread(const Location &folder)
+{
+    std::vector<UnreadLog> found;
+    if (std::optional<UnreadLog> unread = unreadFolder(folder))
+        found.push_back(*std::move(unread));
+    for (const Purpose purpose : {Purpose::Run, Purpose::Undo}) {
+        for (const Location &file : find(folder, purpose)) {
+            const Result<QByteArray> text = readLog(file);
+            if (!text && !text.error().is(std::errc::no_such_file_or_directory))
+                found.push_back({file, text.error().message});
+        }
+    }
+    return found;
+}
+
 Result<void> RunJournal::append(const QByteArray &lines)
 {
-
     for (qsizetype at = 0; at < lines.size();) {
         const ssize_t written =
             ::write(m_lock.descriptor(), lines.constData() + at, static_cast<std::size_t>(lines.size() - at));
@@ -119,6 +152,9 @@ Result<std::size_t> RunJournal::plan(std::span<const PlannedStep> steps)
     std::size_t number = first;
     for (const PlannedStep &step : steps)
         lines += journalLines::plan(number++, step);
+    if (m_size + lines.size() > longestLog / 2)
+        return failure(Failure{QStringLiteral("Das Tagebuch der Aktion ist voll."),
+                               std::make_error_code(std::errc::file_too_large)});
     TRY(append(lines));
     m_planned = number;
     TRY(flush());

@@ -5,6 +5,7 @@
 #include "Agent/StepMarks.h"
 #include "Base/Result.h"
 #include "System/FileLock.h"
+#include "System/LogReading.h"
 
 #include <QByteArray>
 
@@ -66,16 +67,19 @@ public:
     static Result<RunJournal> create(const Location &folder, Purpose purpose, const QUuid &run, Instant date);
     /// The unlocked journal of an undo that was cut short, or a new one.
     static Result<RunJournal> createOrContinue(const Location &folder, const QUuid &run, Instant date);
-    /// Takes over an existing journal; `errc::resource_unavailable_try_again` while its owner lives.
+    /// Takes over an existing journal; `errc::resource_unavailable_try_again` while its owner lives. One that cannot be read
+    /// stays as it is, and the failure names it. Where only its head is damaged, its name tells the run.
     static Result<RunJournal> takeOver(const Location &file);
     /// All journals in `folder` for this purpose.
     static std::vector<Location> find(const Location &folder, Purpose purpose);
+    /// Those of both purposes that cannot be read, by nobody's fault who lives. Blocking.
+    static std::vector<UnreadLog> unread(const Location &folder);
 
     /// What was in the file when it was opened.
     const JournalContent &content() const { return m_content; }
 
     /// Writes what is about to be done, numbered on from the last planned step, and flushes it to the disk. Gives the number
-    /// of the first.
+    /// of the first. Fails once the journal is half as long as what is read: the rest is for what becomes of the steps.
     Result<std::size_t> plan(std::span<const PlannedStep> steps);
     /// Plans a step anew that was found to be another than it was when first planned.
     Result<void> planAgain(std::size_t step, const PlannedStep &planned);

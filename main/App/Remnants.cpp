@@ -1,6 +1,7 @@
 #include "App/Remnants.h"
 
 #include "Agent/Recovery.h"
+#include "Agent/RunJournal.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
 #include "Base/PoolWork.h"
@@ -8,6 +9,7 @@
 #include "Disk/HiddenNote.h"
 #include "FileOperations/RenameLog.h"
 #include "Transfers/Leftovers.h"
+#include "Transfers/TransferLogLines.h"
 #include "Transfers/UnfinishedMove.h"
 
 #include <algorithm>
@@ -77,6 +79,14 @@ std::optional<RemnantKind> journalKind(const Location &file)
     return name.starts_with("undo-") ? RemnantKind::Undo : RemnantKind::Run;
 }
 
+std::vector<UnreadLog> unreadIn(const Search &search)
+{
+    std::vector<UnreadLog> found = unreadTransferLogs(search.transferLogs);
+    std::ranges::move(unreadRenameLogs(search.renameLogs), std::back_inserter(found));
+    std::ranges::move(RunJournal::unread(search.journals), std::back_inserter(found));
+    return found;
+}
+
 std::vector<Remnant> journalsIn(const Location &folder)
 {
     std::vector<Remnant> found;
@@ -103,6 +113,10 @@ std::vector<Remnant> findBesideMoves(const Search &search)
     }
     for (const Location &folder : {search.journals, search.renameLogs})
         std::ranges::copy(journalsIn(folder), std::back_inserter(found));
+    for (const UnreadLog &log : unreadIn(search)) {
+        std::erase_if(found, [&](const Remnant &one) { return one.path == log.file; });
+        found.push_back({RemnantKind::Unresolved, log.file});
+    }
     return found;
 }
 
@@ -152,7 +166,7 @@ QString Remnant::title() const
     case RemnantKind::Undo:
         return QStringLiteral("unterbrochenes Zurücknehmen");
     case RemnantKind::Unresolved:
-        return QStringLiteral("ungeklärtes Tagebuch");
+        return QStringLiteral("ungeklärtes Protokoll");
     }
     return {};
 }
@@ -176,6 +190,11 @@ std::vector<Remnant> findRemnants(Services &services, const std::vector<Location
     for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
         found.push_back({RemnantKind::Move, move.source});
     return found;
+}
+
+std::vector<UnreadLog> unreadLogs(Services &services)
+{
+    return unreadIn(searchOf(services, {}));
 }
 
 QStringList settleRemnants(Services &services, const std::vector<Location> &folders)

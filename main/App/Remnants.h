@@ -2,6 +2,7 @@
 
 #include "App/Services.h"
 #include "App/Terminal.h"
+#include "System/LogReading.h"
 
 #include <QStringList>
 
@@ -18,7 +19,7 @@ struct Remnant {
         Rename,    ///< an entry that waits under a temporary name
         Run,       ///< the journal of a run that is not in the history yet
         Undo,      ///< the journal of an undo that is to be repeated
-        Unresolved ///< a journal put aside, for a person to look into
+        Unresolved ///< a journal put aside, or one that cannot be read, for a person to look into
     };
     Kind kind;
     Location path;
@@ -38,6 +39,9 @@ std::vector<Location> foldersToSearch(const Services &services, const std::vecto
 /// What logs and journals tell of, without what living programs are at work on, and what lies in `folders` without a log.
 /// Blocking.
 std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders);
+
+/// The logs and journals of every kind that cannot be read whole: what they tell of is not among the remnants. Blocking.
+std::vector<UnreadLog> unreadLogs(Services &services);
 
 /// Ends what can be ended, as a visit of the window does: unfinished copies go, entries get their old names back, runs come
 /// into the history. Gives a line for each failure. Blocking.

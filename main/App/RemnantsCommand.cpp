@@ -58,9 +58,11 @@ void advise(CommandContext &context, const std::vector<Remnant> &remnants)
     if (holds(remnants, Remnant::Kind::Undo))
         context.terminal.message(QStringLiteral("Das Zurücknehmen geht weiter mit: brellin rueckgaengig"));
     if (holds(remnants, Remnant::Kind::Unresolved))
-        context.terminal.message(
-            QStringLiteral("Was in einem ungeklärten Tagebuch steht, fehlt im Verlauf. Es bleibt, bis "
-                           "du es in den Papierkorb legst: brellin papierkorb DATEI"));
+        context.terminal.message(QStringLiteral(
+            "Was in einem ungeklärten Protokoll steht, fehlt im Verlauf und unter den Resten. Es bleibt, "
+            "bis du es in den Papierkorb legst: brellin papierkorb DATEI"));
+    for (const UnreadLog &log : unreadLogs(context.services))
+        context.terminal.message(printable(log.text()));
 }
 
 /// The failures and what stays for other reasons, as while another program works.

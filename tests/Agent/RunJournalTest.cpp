@@ -82,3 +82,43 @@ TEST_F(RunJournalTest, isKeptAsideWhereAWholeLineIsNotUnderstood)
     EXPECT_TRUE(RunJournal::find(tree.root(), RunJournal::Purpose::Undo).empty());
     EXPECT_FALSE(std::filesystem::is_empty(tree.root()));
 }
+
+TEST_F(RunJournalTest, tellsItsRunByItsNameWhereOnlyTheHeadIsDamaged)
+{
+    const PlannedStep step{Kind::Move, "/von/a", Location("/nach/a"), EntryMark{{{1, 2}, 3, date}}, {}};
+    {
+        Result<RunJournal> journal = RunJournal::create(tree.root(), RunJournal::Purpose::Undo, run, date);
+        ASSERT_TRUE(journal && journal->plan({&step, 1}));
+    }
+    std::fstream(file()) << "{\"Run\"";
+    const JournalContent content = read();
+    EXPECT_TRUE(content.damaged);
+    EXPECT_EQ(content.run, run) << "a run without a number cannot be taken back";
+    EXPECT_GT(content.date, Instant(std::chrono::days(19000)));
+    EXPECT_EQ(content.steps.size(), 1u);
+}
+
+TEST_F(RunJournalTest, isNeitherReadNorWrittenBeyondItsLimit)
+{
+    const PlannedStep step{Kind::Move, "/von/a", Location("/nach/a"), EntryMark{{{1, 2}, 3, date}}, {}};
+    EXPECT_TRUE(RunJournal::create(tree.root(), RunJournal::Purpose::Undo, run, date));
+    std::filesystem::resize_file(file(), longestLog / 2);
+    std::ofstream(file(), std::ios::app) << '\n';
+    {
+        Result<RunJournal> full = RunJournal::takeOver(file());
+        ASSERT_TRUE(full);
+        const Result<std::size_t> planned = full->plan({&step, 1});
+        ASSERT_FALSE(planned);
+        EXPECT_TRUE(planned.error().is(std::errc::file_too_large));
+        EXPECT_TRUE(full->done(0, {Kind::Move, "/von/a", Location("/nach/a"), {}}));
+        EXPECT_TRUE(RunJournal::unread(tree.root()).empty());
+    }
+    std::filesystem::resize_file(file(), longestLog + 1);
+    const Result<RunJournal> tooLong = RunJournal::createOrContinue(tree.root(), run, date);
+    ASSERT_FALSE(tooLong);
+    EXPECT_TRUE(tooLong.error().message.contains(shownName(file()))) << tooLong.error().message.toStdString();
+    ASSERT_EQ(RunJournal::unread(tree.root()).size(), 1u);
+    EXPECT_EQ(RunJournal::unread(tree.root()).front().file, file());
+    EXPECT_EQ(RunJournal::unread(file()).size(), 1u) << "no folder";
+    EXPECT_TRUE(RunJournal::unread(tree.path("nirgends")).empty());
+}

@@ -182,3 +182,23 @@ TEST_F(RemnantsTest, thatCannotBeSettledNowAreNamed)
         << output.errors.data();
     EXPECT_EQ(listed().size(), 1);
 }
+
+TEST_F(RemnantsTest, areNamedWhereTheirLogCannotBeReadAndTheLogStays)
+{
+    tree.file(".local/state/brellin/transfers/1.log", "unleserlich\n");
+    tree.file(".local/state/brellin/umbenennen/2.json", "[{\"from\":\"/f/a\",");
+    for (const char *const tooLong :
+         {".local/state/brellin/journal/run-3.jsonl", ".local/state/brellin/journal/undo-4.jsonl"})
+        std::filesystem::resize_file(tree.file(tooLong, ""), longestLog + 1);
+    EXPECT_TRUE(mentions());
+    const ProcessOutput output = run({"reste", "--aufraeumen"});
+    EXPECT_EQ(output.exitCode, 0) << output.errors.data();
+    EXPECT_TRUE(output.errors.contains("„1.log“ ist nicht lesbar: Zeile 1 ist beschädigt.")) << output.errors.data();
+    EXPECT_TRUE(output.errors.contains("„run-3.jsonl“ ist nicht lesbar: Die Datei ist größer")) << output.errors.data();
+    QStringList names;
+    for (const QString &line : listed())
+        names << line.section(u' ', 0, 1);
+    EXPECT_EQ(names,
+              (QStringList{QStringLiteral("unresolved 1.log"), QStringLiteral("unresolved 2.json"),
+                           QStringLiteral("unresolved run-3.jsonl"), QStringLiteral("unresolved undo-4.jsonl")}));
+}
