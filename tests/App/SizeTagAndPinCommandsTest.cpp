@@ -1,13 +1,10 @@
-#include "Support/TempTree.h"
-#include "System/ProcessRunner.h"
+#include "App/ProgramTest.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 #include <sys/xattr.h>
 
@@ -17,23 +14,11 @@ using namespace brellin::test;
 namespace {
 
 /// Runs the real program in an account of its own.
-class SizeTagAndPinCommandsTest : public testing::Test {
+class SizeTagAndPinCommandsTest : public ProgramTest {
 protected:
     SizeTagAndPinCommandsTest()
     {
         tree.lines({"Bilder/a.jpg=12345", "Bilder/tief/b.jpg=123", "Texte/c.txt=1", "Bilder/verweis->a.jpg"});
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
-    }
-    ProcessOutput run(std::vector<std::string> words)
-    {
-        ProcessRequest request;
-        request.program = BRELLIN_PROGRAM;
-        request.arguments = std::move(words);
-        const Result<ProcessOutput> output = SystemProcessRunner().run(request, nullptr);
-        EXPECT_TRUE(output);
-        return output.value_or(ProcessOutput());
     }
     QJsonArray json(std::vector<std::string> words, int exitCode = 0)
     {
@@ -44,8 +29,6 @@ protected:
     }
     std::string at(const char *relative) const { return tree.path(relative).native(); }
     QString text(const char *relative) const { return QString::fromStdString(at(relative)); }
-
-    TempTree tree;
 };
 
 QStringList column(const QJsonArray &list, const char *key)

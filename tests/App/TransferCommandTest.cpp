@@ -1,7 +1,6 @@
+#include "App/ProgramTest.h"
 #include "App/TerminalAnswer.h"
 #include "Support/PrivateMount.h"
-#include "Support/TempTree.h"
-#include "System/ProcessRunner.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -17,24 +16,16 @@ using namespace brellin::test;
 namespace {
 
 /// Runs the real program in an account of its own.
-class TransferCommandTest : public testing::Test {
+class TransferCommandTest : public ProgramTest {
 protected:
-    TransferCommandTest()
-    {
-        tree.lines({"von/a.txt=neu", "von/b/innen.txt=zwei", "nach/a.txt=alt"});
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
-    }
+    TransferCommandTest() { tree.lines({"von/a.txt=neu", "von/b/innen.txt=zwei", "nach/a.txt=alt"}); }
 
     ProcessOutput run(const std::string &command, std::vector<std::string> words)
     {
         for (std::string &word : words)
             word = word.starts_with("--") ? word : tree.path(word).native();
         words.insert(words.begin(), command);
-        const Result<ProcessOutput> output = runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr);
-        EXPECT_TRUE(output) << output.error().message.toStdString();
-        return output.value_or(ProcessOutput{});
+        return ProgramTest::run(std::move(words));
     }
     QJsonObject json(const std::string &command, std::vector<std::string> words, int exitCode = 0)
     {
@@ -43,9 +34,6 @@ protected:
         EXPECT_EQ(output.exitCode, exitCode) << output.errors.toStdString();
         return QJsonDocument::fromJson(output.output).object();
     }
-
-    TempTree tree;
-    SystemProcessRunner runner;
 };
 
 } // namespace
