@@ -1,6 +1,10 @@
 #include "App/StoredData.h"
 
 #include "Agent/AgentKinds.h"
+#include "ContentView/FolderViews.h"
+#include "Features/FolderColors.h"
+#include "Places/NetworkServers.h"
+#include "SendTo/SendToTargets.h"
 #include "Sidebar/QuickEntryJson.h"
 
 #include <algorithm>
@@ -92,10 +96,9 @@ const std::vector<StoredKind> &storedKinds()
         all.push_back(storedKind<QuickEntry>(QStringLiteral("quickAccess")));
         all.push_back(storedKind<Location>(QStringLiteral("sidebarExpanded")));
         all.push_back(storedKind<QString>(QStringLiteral("sidebarFolded")));
-        for (const char16_t *const key : {u"folderColors", u"folderViews"})
-            all.push_back(storedObjectKind(QString::fromUtf16(key)));
-        for (const char16_t *const key : {u"sendToTargets", u"networkServers", u"windows"})
-            all.push_back(storedJsonKind(QString::fromUtf16(key)));
+        for (const StoredKind &kind : {FolderColors::kind(), folderViewsKind(), SendToTargets::kind(),
+                                       NetworkServers::kind(), storedRecordsKind(QStringLiteral("windows"))})
+            all.push_back(kind);
         return all;
     }();
     return kinds;

@@ -2,6 +2,7 @@
 
 #include "Base/Json.h"
 #include "System/PlainSetting.h"
+#include "System/StoredKind.h"
 
 #include <algorithm>
 #include <cmath>
@@ -74,6 +75,13 @@ FolderView rememberedView(const UserDefaults &defaults, const Location &folder, 
     const QJsonObject views = viewsIn(defaults.json(viewsKey)).value_or(QJsonObject());
     const QJsonValue entry = views.value(textOf(folder));
     return entry.isString() ? viewOf(entry.toString(), iconSize) : lastView(defaults);
+}
+
+StoredKind folderViewsKind()
+{
+    return storedObjectKind(viewsKey, [](const QJsonValue &entry) {
+        return entry.isString() ? QString() : QStringLiteral("das ist keine Ansicht");
+    });
 }
 
 Result<void> rememberView(UserDefaults &defaults, const Location &folder, const FolderView &view)

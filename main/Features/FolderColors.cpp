@@ -2,6 +2,7 @@
 
 #include "Base/Json.h"
 #include "Features/FileTags.h"
+#include "System/StoredKind.h"
 
 #include <QJsonObject>
 
@@ -18,30 +19,39 @@ bool isPaletteName(const QString &tag)
     return FileTags::color(tag).has_value();
 }
 
-} // namespace
-
-FolderColors::FolderColors(UserDefaults &defaults) : m_defaults(defaults)
+/// Empty where it is none.
+QString paletteName(const QJsonValue &value)
 {
-    bool damaged = false;
-    m_colors = read(m_defaults.json(key), damaged);
+    const QString tag = FileTags::germanName(value.toString());
+    return isPaletteName(tag) ? tag : QString();
 }
 
-FolderColors::Colors FolderColors::read(const std::optional<QByteArray> &json, bool &damaged)
+} // namespace
+
+StoredKind FolderColors::kind()
 {
-    Colors colors;
-    damaged = false;
-    if (!json)
-        return colors;
-    const JsonResult<QJsonValue> value = parseJson(*json);
-    damaged = !value || !value->isObject();
-    if (damaged)
-        return colors;
-    const QJsonObject object = value->toObject();
+    return storedObjectKind(key, [](const QJsonValue &value) {
+        return paletteName(value).isEmpty() ? QStringLiteral("das ist keine Farbe der Palette") : QString();
+    });
+}
+
+FolderColors::FolderColors(UserDefaults &defaults) : m_defaults(defaults), m_colors(decode(m_defaults.json(key)).colors)
+{
+}
+
+FolderColors::Decoded FolderColors::decode(const std::optional<QByteArray> &json)
+{
+    const JsonResult<QJsonValue> value = parseJson(json.value_or(QByteArrayLiteral("{}")));
+    Decoded decoded;
+    decoded.isObject = decoded.isWhole = value && value->isObject();
+    const QJsonObject object = decoded.isObject ? value->toObject() : QJsonObject();
     for (auto entry = object.begin(); entry != object.end(); ++entry) {
-        if (const QString tag = FileTags::germanName(entry.value().toString()); isPaletteName(tag))
-            colors[locationFromText(entry.key()).native()] = tag;
+        const QString tag = paletteName(entry.value());
+        if (!tag.isEmpty())
+            decoded.colors[locationFromText(entry.key()).native()] = tag;
+        decoded.isWhole = decoded.isWhole && !tag.isEmpty();
     }
-    return colors;
+    return decoded;
 }
 
 std::optional<QString> FolderColors::color(const Location &folder) const
@@ -83,8 +93,7 @@ void FolderColors::moved(const Location &from, const Location &to)
 
 void FolderColors::reload()
 {
-    bool damaged = false;
-    take(read(m_defaults.json(key), damaged));
+    take(decode(m_defaults.json(key)).colors);
 }
 
 /// Changes what is stored now, which another program may have changed since it was read here. Where it cannot be stored, the
@@ -92,12 +101,11 @@ void FolderColors::reload()
 void FolderColors::change(const std::function<void(Colors &)> &edit)
 {
     Colors colors = m_colors;
-    const Result<void> stored =
+    const Result<void> kept =
         m_defaults.update(key, [&](const std::optional<QByteArray> &json) -> std::optional<UserDefaults::Change> {
-            bool damaged = false;
-            colors = read(json, damaged);
-            if (bool stillDamaged = damaged)
-                colors = read(m_defaults.readLastGood(key).value_or(std::nullopt), stillDamaged);
+            const Decoded stored = decode(json);
+            colors =
+                stored.isObject ? stored.colors : decode(m_defaults.readLastGood(key).value_or(std::nullopt)).colors;
             const Colors before = colors;
             edit(colors);
             if (colors == before)
@@ -105,9 +113,9 @@ void FolderColors::change(const std::function<void(Colors &)> &edit)
             QJsonObject object;
             for (const auto &[path, tag] : colors)
                 object.insert(textOf(Location(path)), tag);
-            return UserDefaults::Change{jsonText(object), damaged};
+            return UserDefaults::Change{jsonText(object), !stored.isWhole};
         });
-    if (!stored) {
+    if (!kept) {
         colors = m_colors;
         edit(colors);
     }

@@ -15,9 +15,12 @@
 
 namespace brellin {
 
+struct StoredKind;
+
 /// The colours that the user gave his folders: the setting "folderColors" (path → name of a palette tag).
 class FolderColors : public Model {
 public:
+    static StoredKind kind();
     /// The settings outlive it.
     explicit FolderColors(UserDefaults &defaults);
 
@@ -39,7 +42,12 @@ private:
         std::function<void(const Location &)> heard;
     };
 
-    static Colors read(const std::optional<QByteArray> &json, bool &damaged);
+    struct Decoded {
+        Colors colors;
+        bool isObject = true; ///< or there is nothing
+        bool isWhole = true;  ///< every entry has a colour of the palette
+    };
+    static Decoded decode(const std::optional<QByteArray> &json);
     void change(const std::function<void(Colors &)> &edit);
     void take(Colors colors);
 

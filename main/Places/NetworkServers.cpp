@@ -3,7 +3,7 @@
 #include "Base/AbandonablePool.h"
 #include "Base/Json.h"
 #include "Places/MountCommand.h"
-#include "System/StoredList.h"
+#include "System/StoredKind.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -43,16 +43,27 @@ struct NetworkServers::Meeting {
     }
 };
 
+StoredKind NetworkServers::kind()
+{
+    return storedKind<NetworkServer>(key);
+}
+
 NetworkServers::NetworkServers(UserDefaults &defaults, ProcessRunner &processes, std::string program)
     : m_defaults(defaults)
     , m_processes(processes)
     , m_program(std::move(program))
     , m_pool(abandonablePool(std::chrono::seconds(2)))
 {
-    publish(servers, storedList<NetworkServer>(m_defaults, key).value_or(Servers()));
+    reload();
 }
 
 NetworkServers::~NetworkServers() = default;
+
+void NetworkServers::reload()
+{
+    const StoredList<NetworkServer> list = storedList<NetworkServer>(m_defaults, key);
+    publish(servers, list.value_or(list.isWhole() ? Servers() : servers.get()));
+}
 
 void NetworkServers::connectTo(const QString &address, QObject *receiver,
                                std::function<void(const Result<Location> &)> finished)

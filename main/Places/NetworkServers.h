@@ -21,6 +21,8 @@
 
 namespace brellin {
 
+struct StoredKind;
+
 /// A server that the user has connected to.
 struct NetworkServer {
     QString address; ///< "smb://anna@nas/Musik", never with a password
@@ -34,6 +36,7 @@ struct NetworkServer {
 /// processes outlive it.
 class NetworkServers : public Model {
 public:
+    static StoredKind kind();
     /// `program` is the system's "gio".
     NetworkServers(UserDefaults &defaults, ProcessRunner &processes, std::string program = "gio");
     ~NetworkServers() override;
@@ -56,6 +59,8 @@ public:
     Result<void> rename(const QString &address, const QString &name);
     /// Takes a server off the list.
     Result<void> forget(const QString &address);
+    /// Takes over what another program has stored. What cannot be read leaves the list as it is.
+    void reload();
 
 private:
     /// Where the worker, which waits for an answer, and the main thread, which has one, meet.

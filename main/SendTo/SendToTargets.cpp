@@ -1,7 +1,7 @@
 #include "SendTo/SendToTargets.h"
 
 #include "Base/Json.h"
-#include "System/StoredList.h"
+#include "System/StoredKind.h"
 
 #include <algorithm>
 #include <array>
@@ -57,6 +57,11 @@ Targets usualSendToTargets(const KnownFolders &folders)
     return {newTarget(Kind::DesktopAlias, nameOf(Kind::DesktopAlias)),
             newTarget(Kind::Folder, folders.title(documents), documents), newTarget(Kind::Mail, nameOf(Kind::Mail)),
             newTarget(Kind::Zip, nameOf(Kind::Zip))};
+}
+
+StoredKind SendToTargets::kind()
+{
+    return storedKind<SendToTarget>(key);
 }
 
 SendToTargets::SendToTargets(UserDefaults &defaults, const KnownFolders &folders)

@@ -14,6 +14,8 @@
 
 namespace brellin {
 
+struct StoredKind;
+
 /// One place in the "Senden an" menu.
 struct SendToTarget {
     enum class Kind {
@@ -34,6 +36,7 @@ struct SendToTarget {
 /// copying belongs to whoever transfers. Lives on the main thread.
 class SendToTargets : public Model {
 public:
+    static StoredKind kind();
     SendToTargets(UserDefaults &defaults, const KnownFolders &folders);
 
     Published<std::vector<SendToTarget>> targets;

@@ -6,13 +6,45 @@ namespace {
 
 using Checked = std::pair<StoredState, QStringList>;
 
-Checked checkedJson(const QByteArray &text, bool (*fits)(const QJsonValue &))
+Checked damaged(const JsonError &why)
+{
+    return {StoredState::Damaged, {why.sentence()}};
+}
+
+/// Where nothing of it can be read, that is no empty list.
+Checked partly(const QStringList &lost, qsizetype all)
+{
+    if (lost.isEmpty())
+        return {StoredState::Whole, {}};
+    return {lost.size() < all ? StoredState::Partly : StoredState::Damaged, lost};
+}
+
+Checked checkedObject(const QByteArray &text, const std::function<QString(const QJsonValue &)> &fault)
 {
     const JsonResult<QJsonValue> json = parseJson(text);
-    if (!json)
-        return {StoredState::Damaged, {json.error().sentence()}};
-    return fits(*json) ? Checked{StoredState::Whole, {}}
-                       : Checked{StoredState::Damaged, {QStringLiteral("Hier gehört ein Objekt hin.")}};
+    if (!json || !json->isObject())
+        return damaged(json ? JsonError{{}, QStringLiteral("hier gehört ein Objekt hin")} : json.error());
+    const QJsonObject object = json->toObject();
+    QStringList lost;
+    for (auto member = object.begin(); fault && member != object.end(); ++member) {
+        if (const QString why = fault(member.value()); !why.isEmpty())
+            lost << JsonError{member.key(), why}.sentence();
+    }
+    return partly(lost, object.size());
+}
+
+Checked checkedRecords(const QByteArray &text)
+{
+    const JsonResult<QJsonValue> json = parseJson(text);
+    if (!json || !json->isArray())
+        return damaged(json ? JsonError{{}, QStringLiteral("hier gehört eine Liste hin")} : json.error());
+    const QJsonArray array = json->toArray();
+    QStringList lost;
+    for (qsizetype i = 0; i < array.size(); ++i) {
+        if (!array.at(i).isObject())
+            lost << JsonError{QStringLiteral("[%1]").arg(i), QStringLiteral("hier gehört ein Objekt hin")}.sentence();
+    }
+    return partly(lost, array.size());
 }
 
 /// The last good version, where it is one.
@@ -24,16 +56,14 @@ std::optional<QByteArray> lastGood(const UserDefaults &defaults, const StoredKin
 
 } // namespace
 
-StoredKind storedObjectKind(const QString &key)
+StoredKind storedObjectKind(const QString &key, const std::function<QString(const QJsonValue &)> &fault)
 {
-    return {key, [](const QByteArray &text) {
-                return checkedJson(text, [](const QJsonValue &json) { return json.isObject(); });
-            }};
+    return {key, [fault](const QByteArray &text) { return checkedObject(text, fault); }};
 }
 
-StoredKind storedJsonKind(const QString &key)
+StoredKind storedRecordsKind(const QString &key)
 {
-    return {key, [](const QByteArray &text) { return checkedJson(text, [](const QJsonValue &) { return true; }); }};
+    return {key, checkedRecords};
 }
 
 bool hasLastGood(const UserDefaults &defaults, const StoredKind &kind)

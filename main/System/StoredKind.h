@@ -24,10 +24,11 @@ StoredKind storedKind(const QString &key)
                 return std::pair(list.state, list.lost);
             }};
 }
-/// An object with keys that are the user's own (paths).
-StoredKind storedObjectKind(const QString &key);
-/// A list of a room that is not at hand: it counts as whole when it is JSON.
-StoredKind storedJsonKind(const QString &key);
+/// An object with keys that are the user's own (paths). `fault` says what is wrong with the value of one, without a full
+/// stop; empty: nothing.
+StoredKind storedObjectKind(const QString &key, const std::function<QString(const QJsonValue &)> &fault = {});
+/// A list of a room that is not at hand: all that is known is that its records are objects.
+StoredKind storedRecordsKind(const QString &key);
 
 /// Whether there is a last good version that decodes whole.
 bool hasLastGood(const UserDefaults &defaults, const StoredKind &kind);

@@ -1,5 +1,4 @@
-#include "Support/TempTree.h"
-#include "System/ProcessRunner.h"
+#include "App/ProgramTest.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,21 +12,14 @@ using namespace brellin::test;
 namespace {
 
 /// The real program in an account whose stored data somebody damages.
-class DataCommandTest : public testing::Test {
+class DataCommandTest : public ProgramTest {
 protected:
     DataCommandTest()
     {
         tree.lines({"Downloads/Rechnung.pdf=eins"});
-        ::setenv("HOME", tree.root().c_str(), 1);
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            ::unsetenv(variable);
         EXPECT_EQ(run({"regeln", "beispiele"}).exitCode, 0);
     }
 
-    ProcessOutput run(std::vector<std::string> words)
-    {
-        return runner.run({BRELLIN_PROGRAM, std::move(words), {}, {}}, nullptr).value_or(ProcessOutput{});
-    }
     /// What "daten" says of a list: nothing where it is not listed.
     QJsonObject listed(const QString &list)
     {
@@ -45,9 +37,6 @@ protected:
     }
     QString stateOfRules() { return listed(QStringLiteral("agentRules"))[QStringLiteral("state")].toString(); }
     static void cut(const Location &file) { std::filesystem::resize_file(file, std::filesystem::file_size(file) - 3); }
-
-    TempTree tree;
-    SystemProcessRunner runner;
 };
 
 } // namespace
@@ -102,4 +91,21 @@ TEST_F(DataCommandTest, beginsAnewWithoutOverwritingWhatIsDamaged)
     EXPECT_NE(all.find("agentRules.zuletzt-gut-"), std::string::npos) << all;
     EXPECT_EQ(run({"daten", "neu", "gibtsnicht"}).exitCode, 2);
     EXPECT_EQ(run({"daten", "frobnicate"}).exitCode, 2);
+}
+
+TEST_F(DataCommandTest, namesTheBadRecordsOfEveryList)
+{
+    const std::string folder = rulesFile().parent_path().lexically_relative(tree.root()).native() + "/";
+    const std::vector<std::pair<QString, const char *>> lists{
+        {QStringLiteral("folderColors"), R"({"/a":"Rot","/b":"Mauve"})"},
+        {QStringLiteral("folderViews"), R"({"/a":"icons:96","/b":7})"},
+        {QStringLiteral("sendToTargets"), R"([{"kind":"mail","name":"Mail"},{"kind":"fax","name":"Fax"}])"},
+        {QStringLiteral("networkServers"), R"([{"address":"smb://nas","name":"nas"},{"address":1}])"},
+        {QStringLiteral("windows"), R"([{"tabs":[]},7])"}};
+    for (const auto &[list, text] : lists) {
+        tree.file(folder + list.toStdString() + ".json", text);
+        EXPECT_EQ(listed(list)[QStringLiteral("state")], QStringLiteral("partly")) << list.toStdString();
+        const QByteArray named = "„" + list.toUtf8() + ".json“ ist zum Teil beschädigt: Feld";
+        EXPECT_TRUE(run({"daten"}).output.contains(named)) << list.toStdString();
+    }
 }

@@ -1,10 +1,14 @@
 #include "Features/FolderColors.h"
 
+#include "Support/TempTree.h"
+#include "System/FileUserDefaults.h"
 #include "System/MemoryUserDefaults.h"
+#include "System/StoredKind.h"
 
 #include <gtest/gtest.h>
 
 using namespace brellin;
+using namespace brellin::test;
 
 namespace {
 
@@ -60,4 +64,18 @@ TEST_F(FolderColorsTest, keepWhatAnotherProgramStoredAndNamesOfAnyBytes)
     store("Unsinn");
     colors.reload();
     EXPECT_FALSE(colors.color("/a"));
+}
+
+TEST_F(FolderColorsTest, nameAndKeepAsideWhatIsNoColor)
+{
+    const TempTree tree;
+    tree.file("folderColors.json", R"({"/a":"Rot","/falsch":"Mauve","/zahl":7})");
+    FileUserDefaults files(tree.root());
+    const StoredCondition condition = conditionOf(files, FolderColors::kind());
+    EXPECT_EQ(condition.state, StoredState::Partly);
+    EXPECT_EQ(condition.lost.size(), 2);
+    EXPECT_TRUE(condition.text().contains(QStringLiteral("„/falsch“"))) << condition.text().toStdString();
+    FolderColors(files).setColor("/b", QStringLiteral("Blau"));
+    EXPECT_TRUE(conditionOf(files, FolderColors::kind()).isWhole());
+    EXPECT_NE(tree.snapshot().find("folderColors.beschädigt-"), std::string::npos);
 }

@@ -1,7 +1,7 @@
 #include "App/Window/WindowMemory.h"
 
 #include "Base/Json.h"
-#include "System/StoredList.h"
+#include "System/StoredKind.h"
 
 #include <algorithm>
 
@@ -29,6 +29,11 @@ namespace {
 const QString key = QStringLiteral("windows");
 
 } // namespace
+
+StoredKind windowsKind()
+{
+    return storedKind<StoredWindow>(key);
+}
 
 QRect fittingFrame(const QRect &wanted, const QRect &room)
 {

@@ -13,6 +13,7 @@
 namespace brellin {
 
 class UserDefaults;
+struct StoredKind;
 
 /// A tab as it comes back.
 struct StoredTab {
@@ -38,6 +39,8 @@ struct StoredWindow {
 
 /// The frame of a window that is to open at `wanted`, on a screen with room at `room`: whole on it, its title bar too.
 QRect fittingFrame(const QRect &wanted, const QRect &room);
+
+StoredKind windowsKind();
 
 /// The windows of the last session, the user default "windows". What does not decode counts as none.
 std::vector<StoredWindow> storedWindows(const UserDefaults &defaults);
