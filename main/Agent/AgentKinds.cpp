@@ -3,6 +3,7 @@
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/AiSorting.h"
+#include "Agent/DroppedRun.h"
 #include "Agent/ExampleRules.h"
 #include "Agent/GuardKeys.h"
 #include "Agent/RunHistory.h"
@@ -34,6 +35,7 @@ const std::vector<StoredKind> &agentKinds()
                                                storedKind<NeverProposed>(AgentKeys::never),
                                                storedKind<Location>(AgentKeys::duplicateFolders),
                                                storedKind<JournalRun>(RunKeys::history),
+                                               DroppedRun::kind(),
                                                RunHistory::placesKind(RunKeys::createdFolders),
                                                RunHistory::placesKind(RunKeys::notRestored),
                                                RunHistory::placesKind(RunKeys::volumes),

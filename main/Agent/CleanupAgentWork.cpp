@@ -267,6 +267,8 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
         text += QStringLiteral(" · %1 fehlgeschlagen: ").arg(counting(result->failures.size())) +
                 result->failureTexts().join(QStringLiteral("; "));
     text += noteNotStored(*result);
+    if (!result->dropped.empty())
+        text += u' ' + textOf(result->dropped);
     m_execution = *std::move(result);
     publish(leftNothing, proposals.get().empty());
     end(text);

@@ -145,11 +145,12 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
     if (!runner.steps().empty()) {
         const RunHistory::Traces traces = runner.traces();
         outcome.run = JournalRun{id, now, std::move(runner.steps()), false};
-        const Result<void> stored = RunHistory(m_services.defaults).add(*outcome.run, traces);
+        Result<std::vector<DroppedRun>> stored = RunHistory(m_services.defaults).add(*outcome.run, traces);
         if (!stored) {
             outcome.notStored = stored.error();
             return std::move(outcome);
         }
+        outcome.dropped = *std::move(stored);
     }
     (void)runner.journal().discard(); // one that stays is found again with its run in the history, and goes then
     return std::move(outcome);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/AgentProposal.h"
+#include "Agent/DroppedRun.h"
 #include "Agent/JournalRun.h"
 #include "Agent/RunServices.h"
 #include "Base/JobControl.h"
@@ -29,6 +30,7 @@ struct ExecutionOutcome {
     bool cancelled = false; ///< the proposals that are in neither list were not begun
     /// The run was done and could not be stored in the history; the next start tries again.
     std::optional<Failure> notStored;
+    std::vector<DroppedRun> dropped; ///< fell out of the history for it
 
     QStringList failureTexts() const;
 };

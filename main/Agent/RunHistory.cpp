@@ -47,15 +47,53 @@ struct JsonTable<AftermathOfRun> {
 
 namespace {
 
-/// Stores as many runs as the history keeps, or fewer where their file would become too large.
-Result<void> asManyAsFit(const std::function<Result<void>(std::size_t most)> &store)
+std::size_t sizeOf(const JournalRun &run)
 {
-    for (std::size_t most = RunHistory::longest; most > 1; most /= 2) {
-        const Result<void> stored = store(most);
-        if (stored || !stored.error().is(std::errc::file_too_large))
-            return stored;
+    return run.steps.size();
+}
+
+template <class OfRun>
+std::size_t sizeOf(const OfRun &one)
+{
+    return one.values.size();
+}
+
+/// How many records there will be room for when at least as much goes from the end as was put in front.
+template <class Record>
+std::size_t fewer(const std::vector<Record> &all, std::size_t most)
+{
+    std::size_t gone = 0;
+    do
+        gone += sizeOf(all[--most]);
+    while (most > 1 && gone < sizeOf(all.front()));
+    return most;
+}
+
+/// Changes a list, whose newest record is in front, and stores as many records as the history keeps, or fewer where the file
+/// would become too large. Gives those that went for that.
+template <class Record, class Change>
+Result<std::vector<Record>> updateAsManyAsFit(UserDefaults &defaults, const QString &key, const Change &change)
+{
+    for (std::size_t most = RunHistory::longest;;) {
+        std::vector<Record> dropped;
+        std::size_t next = 0;
+        const Result<void> stored = updateList<Record>(defaults, key, [&](std::optional<std::vector<Record>> old) {
+            std::optional<std::vector<Record>> all = change(std::move(old).value_or(std::vector<Record>()));
+            if (all && !all->empty()) {
+                all->resize(std::min(all->size(), RunHistory::longest));
+                most = std::min(most, all->size());
+                next = most > 1 ? fewer(*all, most) : 0;
+                dropped.assign(all->begin() + static_cast<std::ptrdiff_t>(most), all->end());
+                all->resize(most);
+            }
+            return all;
+        });
+        if (stored)
+            return dropped;
+        if (next == 0 || !stored.error().is(std::errc::file_too_large))
+            return failure(stored.error());
+        most = next;
     }
-    return store(1);
 }
 
 template <class OfRun>
@@ -73,18 +111,15 @@ bool saysNothing(const AftermathOfRun &one)
 template <class OfRun>
 Result<void> remember(UserDefaults &defaults, const QString &key, OfRun added)
 {
-    return asManyAsFit([&](std::size_t most) {
-        return updateList<OfRun>(defaults, key, [&](std::optional<std::vector<OfRun>> stored) {
-            std::vector<OfRun> all = std::move(stored).value_or(std::vector<OfRun>());
-            const auto gone = std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
-            if (saysNothing(added) && gone == 0)
-                return std::optional<std::vector<OfRun>>();
-            if (!saysNothing(added))
-                all.insert(all.begin(), added);
-            all.resize(std::min(all.size(), most));
-            return std::optional(std::move(all));
-        });
-    });
+    std::ignore = TRY(updateAsManyAsFit<OfRun>(defaults, key, [&](std::vector<OfRun> all) {
+        const auto gone = std::erase_if(all, [&](const OfRun &one) { return one.run == added.run; });
+        if (saysNothing(added) && gone == 0)
+            return std::optional<std::vector<OfRun>>();
+        if (!saysNothing(added))
+            all.insert(all.begin(), added);
+        return std::optional(std::move(all));
+    }));
+    return {};
 }
 
 template <class OfRun>
@@ -170,7 +205,7 @@ Result<std::vector<JournalRun>> RunHistory::readableRuns() const
     return list.state == StoredState::Partly ? Result<std::vector<JournalRun>>(std::move(list.records)) : readRuns();
 }
 
-Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
+Result<std::vector<DroppedRun>> RunHistory::add(const JournalRun &run, const Traces &traces)
 {
     // First what the undo needs besides the run: a crash in between leaves a note without a run, not the reverse.
     MarksOfRun marks{run.id, {}};
@@ -178,16 +213,25 @@ Result<void> RunHistory::add(const JournalRun &run, const Traces &traces)
     TRY(remember(m_defaults, RunKeys::marks, std::move(marks)));
     TRY(remember(m_defaults, RunKeys::volumes, PlacesOfRun{run.id, traces.volumes}));
     TRY(remember(m_defaults, RunKeys::createdFolders, PlacesOfRun{run.id, traces.createdFolders}));
-    return asManyAsFit([&](std::size_t most) {
-        return updateList<JournalRun>(m_defaults, RunKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
-            std::vector<JournalRun> runs = std::move(stored).value_or(std::vector<JournalRun>());
+    const std::vector<JournalRun> tooMany =
+        TRY(updateAsManyAsFit<JournalRun>(m_defaults, RunKeys::history, [&](std::vector<JournalRun> runs) {
             if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
                 return std::optional<std::vector<JournalRun>>();
             runs.insert(runs.begin(), run);
-            runs.resize(std::min(runs.size(), most));
             return std::optional(std::move(runs));
-        });
-    });
+        }));
+    std::vector<DroppedRun> dropped;
+    std::ranges::transform(tooMany, std::back_inserter(dropped), DroppedRun::of);
+    // The run is stored, and whoever added it can say what fell out for it.
+    (void)DroppedRun::note(m_defaults, dropped, longest);
+    return dropped;
+}
+
+std::vector<DroppedRun> RunHistory::dropped() const
+{
+    std::vector<DroppedRun> all = DroppedRun::read(m_defaults);
+    all.resize(std::min(all.size(), longest - std::min(longest, runs().size())));
+    return all;
 }
 
 Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath)

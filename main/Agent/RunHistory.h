@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/DroppedRun.h"
 #include "Agent/JournalRun.h"
 #include "Agent/StepMarks.h"
 #include "Base/Result.h"
@@ -54,8 +55,11 @@ public:
         std::vector<StepMarks> marks;         ///< one for each step; empty: not known
         std::vector<Location> volumes;        ///< the top folders of the volumes that hold what the steps left
     };
-    /// Puts a run on top, unless the history knows it already. The oldest fall away.
-    Result<void> add(const JournalRun &run, const Traces &traces);
+    /// Puts a run on top, unless the history knows it already. The oldest fall away: beyond thirty without a word; those that
+    /// fall out earlier, because the file would become too large, are noted and given back.
+    Result<std::vector<DroppedRun>> add(const JournalRun &run, const Traces &traces);
+    /// Those that fell out and would still be among the thirty, newest first.
+    std::vector<DroppedRun> dropped() const;
     Result<void> markUndone(const QUuid &run, const Aftermath &aftermath);
     /// Of a run of an earlier version only what that knew.
     Traces traces(const QUuid &run) const;

@@ -7,6 +7,7 @@ namespace brellin {
 /// The keys under which the history and what belongs to its runs is stored.
 struct RunKeys {
     static inline const QString history = QStringLiteral("agentHistory");
+    static inline const QString dropped = QStringLiteral("agentDroppedRuns");
     static inline const QString createdFolders = QStringLiteral("agentCreatedFolders");
     static inline const QString notRestored = QStringLiteral("agentNotRestored");
     static inline const QString aftermath = QStringLiteral("agentUndoAftermath");

@@ -79,6 +79,8 @@ ExitCode runHistoryCommand(CommandContext &context)
     }
     const CleanupAgent agent(context.services.forProposingAgent());
     const std::vector<JournalRun> &history = agent.history.get();
+    if (const QString dropped = textOf(RunHistory(context.services.settings()).dropped()); !dropped.isEmpty())
+        context.terminal.message(dropped);
     if (context.json()) {
         context.terminal.printJson(toJson(history, JsonDates::Iso));
         return ExitCode::Done;

@@ -114,6 +114,8 @@ ExitCode ProposingCommand::report(const ExecutionOutcome &outcome) const
         if (outcome.run)
             m_context.terminal.print(QStringLiteral("Zurücknehmen: brellin rueckgaengig"));
     }
+    if (!outcome.dropped.empty())
+        m_context.terminal.message(textOf(outcome.dropped));
     if (outcome.notStored) {
         m_context.terminal.message(
             QStringLiteral("Der Verlauf konnte nicht gespeichert werden: %1 Er wird beim nächsten Start nachgetragen.")
