@@ -78,6 +78,15 @@ FileUserDefaults::FileUserDefaults(Location folder, StoredLimits limits)
     : m_folder(std::move(folder))
     , m_limits(std::move(limits))
 {
+    m_gate.file = m_folder / "settings.lock";
+    for (const QString &key : m_limits.longLists)
+        m_longGates[key].file = m_folder / (key.toStdString() + ".lock");
+}
+
+FileUserDefaults::Gate &FileUserDefaults::gateOf(const QString &key)
+{
+    const auto own = m_longGates.find(key);
+    return own == m_longGates.end() ? m_gate : own->second;
 }
 
 Location FileUserDefaults::fileOf(const QString &key) const
@@ -96,10 +105,10 @@ qint64 FileUserDefaults::limitOf(const QString &key) const
 }
 
 /// Another program holds it for as long as it writes a file.
-Result<FileLock> FileUserDefaults::lockAgainstOthers() const
+Result<FileLock> FileUserDefaults::lockAgainstOthers(const Gate &gate)
 {
     constexpr std::chrono::seconds patience{5};
-    Result<FileLock> lock = FileLock::wait(m_folder / "settings.lock", patience);
+    Result<FileLock> lock = FileLock::wait(gate.file, patience);
     if (!lock && lock.error().is(std::errc::resource_unavailable_try_again))
         return failure(
             Failure{QStringLiteral("Die Einstellungen sind gesperrt: Ein anderes Programmfenster antwortet nicht."),
@@ -165,9 +174,10 @@ Result<void>
 FileUserDefaults::update(const QString &key,
                          const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change)
 {
-    const std::scoped_lock lock(m_mutex);
+    Gate &gate = gateOf(key);
+    const std::scoped_lock lock(gate.mutex);
     TRY(createPrivateFolders(m_folder));
-    const FileLock other = TRY(lockAgainstOthers());
+    const FileLock other = TRY(lockAgainstOthers(gate));
     const Result<std::optional<QByteArray>> old = read(key);
     // A file that is there and cannot be read is not an empty one: overwriting it could lose a history.
     if (!old)
@@ -185,9 +195,10 @@ FileUserDefaults::update(const QString &key,
 
 Result<void> FileUserDefaults::replace(const QString &key, const std::optional<QByteArray> &json)
 {
-    const std::scoped_lock lock(m_mutex);
+    Gate &gate = gateOf(key);
+    const std::scoped_lock lock(gate.mutex);
     TRY(createPrivateFolders(m_folder));
-    const FileLock other = TRY(lockAgainstOthers());
+    const FileLock other = TRY(lockAgainstOthers(gate));
     return inPlaceOfOld(key, [&] { return json ? write(key, *json) : removeBoth(key); });
 }
 

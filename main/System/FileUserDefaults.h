@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QStringList>
 
+#include <map>
 #include <mutex>
 
 namespace brellin {
@@ -21,7 +22,8 @@ struct StoredLimits {
 
 /// Settings in a folder: "settings.json" for the plain values and a file "<key>.json" beside it for each list (a history of
 /// thirty long runs is not rewritten with every switch). Every write is atomic and flushed; "settings.lock" keeps two
-/// programs apart. What was stored last stands a second time in "<key>.zuletzt-gut.json", for when somebody else damages
+/// programs apart. Each long list has a lock of its own, "<key>.lock", so that a switch does not wait for a history: who
+/// changes a key holds the one lock of that key and takes no other meanwhile. What was stored last stands a second time in "<key>.zuletzt-gut.json", for when somebody else damages
 /// the file or takes it away. A text that did not decode stays as "<key>.beschädigt-<time>.json".
 ///
 /// Nothing is held in memory between two calls: a copy that another program has overtaken would take its change back
@@ -41,18 +43,25 @@ public:
     Result<void> replace(const QString &key, const std::optional<QByteArray> &json) override;
 
 private:
+    /// What keeps changes of the same key apart: threads by the mutex, programs by the lock on the file.
+    struct Gate {
+        std::mutex mutex;
+        Location file;
+    };
+    Gate &gateOf(const QString &key);
     Location lastGoodFile(const QString &key) const;
     qint64 limitOf(const QString &key) const;
     Result<std::optional<QByteArray>> readFile(const Location &file, qint64 most) const;
     Result<void> write(const QString &key, const QByteArray &json);
-    Result<FileLock> lockAgainstOthers() const;
+    static Result<FileLock> lockAgainstOthers(const Gate &gate);
     Result<QJsonObject> readValues() const;
     Result<void> removeBoth(const QString &key);
     Result<void> inPlaceOfOld(const QString &key, const std::function<Result<void>()> &act) const;
 
     Location m_folder;
     StoredLimits m_limits;
-    mutable std::mutex m_mutex;
+    Gate m_gate;                         ///< of all keys but the long lists
+    std::map<QString, Gate> m_longGates; ///< complete from the beginning
 };
 
 } // namespace brellin

@@ -41,7 +41,7 @@ public:
         bool keepOldAside = false;
     };
     /// Reads the JSON of `key`, lets `change` make the new one (nothing: it stays as it is) and stores that, all under the
-    /// settings' lock. The new one is the last good version from then on.
+    /// key's lock, so `change` changes nothing here itself. The new one is the last good version from then on.
     virtual Result<void>
     update(const QString &key,
            const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &change) = 0;

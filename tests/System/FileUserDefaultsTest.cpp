@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -108,6 +109,34 @@ TEST_F(FileUserDefaultsTest, TwoProgramsLoseNothing)
     EXPECT_EQ(defaults.json(u"l"_qs)->size(), programs * rounds);
     for (int number = 0; number < programs; ++number)
         EXPECT_EQ(defaults.value(u"wert%1"_qs.arg(number))->toInt(), rounds - 1);
+}
+
+/// Also across programs: another one is played by a second object on the same folder.
+TEST_F(FileUserDefaultsTest, ASwitchDoesNotWaitForALongList)
+{
+    const StoredLimits limits{.longLists = {u"verlauf"_qs}};
+    FileUserDefaults own(tree.path("s/einstellungen"), limits);
+    FileUserDefaults others(tree.path("s/einstellungen"), limits);
+    const auto append = [](const Old &old) { return Change{old.value_or("") + "x"}; };
+    ASSERT_TRUE(own.update(u"verlauf"_qs, [&](const Old &old) {
+        auto here = std::async(std::launch::async, [&] { return own.setValue(u"schalter"_qs, true); });
+        EXPECT_EQ(here.wait_for(std::chrono::seconds(10)), std::future_status::ready) << "waits for the history";
+        EXPECT_TRUE(others.setValue(u"zahl"_qs, 1));
+        EXPECT_FALSE(FileLock::tryNow(tree.path("s/einstellungen/verlauf.lock"))) << "the list itself is locked";
+        return append(old);
+    }));
+    EXPECT_TRUE(own.value(u"schalter"_qs) && own.value(u"zahl"_qs));
+
+    std::vector<std::thread> threads;
+    for (FileUserDefaults *const program : {&own, &own, &others, &others})
+        threads.emplace_back([&append, program] {
+            for (int i = 0; i < 10; ++i)
+                EXPECT_TRUE(program->update(u"verlauf"_qs, append));
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(own.json(u"verlauf"_qs)->size(), 41);
+    EXPECT_TRUE(own.replace(u"verlauf"_qs, std::nullopt));
 }
 
 TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
