@@ -27,16 +27,15 @@ Panes::Panes(BrowserServices services, const Location &start, const Location &se
     openSecond(second);
 }
 
-void Panes::setDualPane(bool on)
+Result<void> Panes::setDualPane(bool on)
 {
     if (on == dualPane.get())
-        return;
-    // The switch works for this tab even where the setting cannot be stored.
-    (void)m_services.defaults.setValue(dualPaneKey, on);
+        return {};
     if (on)
         openSecond(m_first->current.get());
     else
         closeSecond();
+    return m_services.defaults.setValue(dualPaneKey, on);
 }
 
 void Panes::setActive(BrowserModel *pane)

@@ -21,8 +21,9 @@ public:
     /// Null with one pane.
     BrowserModel *second() const { return m_second.get(); }
 
-    /// The second pane starts in the folder of the first, and goes when it is switched off. Kept as the user's default.
-    void setDualPane(bool on);
+    /// The second pane starts in the folder of the first, and goes when it is switched off. Kept as the user's default; where it
+    /// cannot be stored, the switch works for this tab alone, and that is the failure.
+    Result<void> setDualPane(bool on);
     /// The focus has come to one of them.
     void setActive(BrowserModel *pane);
 

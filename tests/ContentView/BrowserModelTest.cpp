@@ -421,7 +421,7 @@ TEST(PanesTest, linksTwoPanesAndKnowsTheActiveOne)
     Panes panes(world.services(), world.home("A"));
     EXPECT_FALSE(panes.dualPane.get());
     panes.first().navigate(world.home("B"));
-    panes.setDualPane(true);
+    EXPECT_TRUE(panes.setDualPane(true));
     ASSERT_NE(panes.second(), nullptr);
     EXPECT_EQ(panes.second()->current.get(), world.home("B"));
     EXPECT_EQ(panes.first().partner, panes.second());
@@ -429,8 +429,22 @@ TEST(PanesTest, linksTwoPanesAndKnowsTheActiveOne)
     panes.setActive(panes.second());
     EXPECT_EQ(panes.active.get(), panes.second());
     EXPECT_TRUE(Panes(world.services(), world.home("A")).dualPane.get());
-    panes.setDualPane(false);
+    EXPECT_TRUE(panes.setDualPane(false));
     EXPECT_EQ(panes.active.get(), &panes.first());
     EXPECT_EQ(panes.first().partner, nullptr);
     EXPECT_FALSE(Panes(world.services(), world.home("A")).dualPane.get());
+}
+
+TEST(PanesTest, saysThatTheSwitchIsNotStored)
+{
+    BrowserWorld world;
+    world.tree.lines({"home/A/"});
+    UnwritableDefaults unwritable;
+    const BrowserServices all = world.services();
+    Panes panes({unwritable, all.volumes, all.files, all.folders, all.workers, all.sizes, all.colors, all.tagSearch},
+                world.home("A"));
+    EXPECT_FALSE(panes.setDualPane(true));
+    EXPECT_NE(panes.second(), nullptr) << "for this tab";
+    EXPECT_FALSE(panes.setDualPane(false));
+    EXPECT_EQ(panes.second(), nullptr);
 }

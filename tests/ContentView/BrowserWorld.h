@@ -46,6 +46,12 @@ public:
     std::vector<Location> found;
 };
 
+/// Settings on a full disk.
+class UnwritableDefaults : public MemoryUserDefaults {
+public:
+    Result<void> setValue(const QString &, const QVariant &) override { return failure(Failure::system(ENOSPC)); }
+};
+
 /// What a pane needs, over a temporary tree with "home", "remote" (a network mount) and a Trash.
 struct BrowserWorld {
     TempTree tree;

@@ -114,7 +114,8 @@ void MainWindow::run(CommandId id)
         m_search->selectAll();
         break;
     case DualPane:
-        tab()->panes().setDualPane(!tab()->panes().dualPane.get());
+        if (const Result<void> kept = tab()->panes().setDualPane(!tab()->panes().dualPane.get()); !kept)
+            say(kept.error().message);
         tab()->focusActive();
         Q_EMIT changed();
         break;

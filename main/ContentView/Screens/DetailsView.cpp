@@ -149,8 +149,8 @@ void DetailsView::saveWidths()
                                                              : header()->sectionSize(section);
         stored.append(QStringLiteral("%1:%2").arg(section).arg(width));
     }
-    // A width that cannot be stored is set again the next time; nobody wants a message about it.
-    std::ignore = m_defaults.setValue(widthsKey, stored.join(QLatin1Char(',')));
+    if (const Result<void> kept = m_defaults.setValue(widthsKey, stored.join(QLatin1Char(','))); !kept)
+        m_pane.showError(QStringLiteral("Die Spalten konnten nicht gespeichert werden: ") + kept.error().message);
 }
 
 void DetailsView::chooseColumns()
