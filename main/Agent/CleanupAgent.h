@@ -32,7 +32,7 @@ struct StoredKind;
 ///
 /// Lives on the main thread. One operation at a time: while `running`, the others do nothing. Each ends with a call of
 /// what `whenFinished` was given. The agent's own timer runs once `start` was called.
-class CleanupAgent : public Model {
+class CleanupAgent : public Model<CleanupAgent> {
 public:
     Published<std::vector<CleanupRule>> rules;
     Published<std::vector<Location>> duplicateFolders;

@@ -13,7 +13,7 @@ namespace brellin {
 
 /// The language model in the settings: how it is, which servers on this machine wait for the user's word, which one he has
 /// confirmed. Nothing is sent to a server but what asks whether it is there. Lives on the main thread.
-class ModelSettings : public Model {
+class ModelSettings : public Model<ModelSettings> {
 public:
     Published<QString> status;                      ///< empty until the first answer
     Published<bool> checking;                       ///< an answer is on its way

@@ -13,7 +13,7 @@
 namespace brellin {
 
 /// Says for the entry that is being looked at what the rules would do with it. Lives on the main thread, works beside it.
-class RuleForecaster : public Model {
+class RuleForecaster : public Model<RuleForecaster> {
 public:
     Published<std::optional<RuleForecast>> forecast; ///< of the entry last asked for; nothing: not known yet
 

@@ -46,7 +46,7 @@ Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRu
                              const std::vector<FolderProfile> &profiles, std::size_t most, JobControl *control);
 
 /// The live test beside the rule editor: tries what is being typed, a moment after the last key. Lives on the main thread.
-class RuleTrial : public Model {
+class RuleTrial : public Model<RuleTrial> {
 public:
     Published<std::optional<TrialOutcome>> outcome; ///< of the rule last tried; stays until the next is there
     Published<bool> running; ///< waiting or at work: `outcome` is not that of the rule as it is now

@@ -10,7 +10,8 @@
 
 namespace brellin {
 
-/// A property of a model that anyone may read and watch, and only its model may write. Lives on the main thread.
+/// A property of a model that anyone may read and watch, and only its model may write (see `Model`). Lives on the main
+/// thread.
 ///
 /// Observers hear of changes only: writing an equal value is silent. A write from within an observer waits until all have
 /// heard of the one before, so that everybody sees the same sequence of values.
@@ -30,14 +31,7 @@ public:
         m_observers.push_back({receiver, std::move(heard)});
     }
 
-private:
-    friend class Model;
-
-    struct Observer {
-        QPointer<QObject> receiver;
-        std::function<void(const T &)> heard;
-    };
-
+protected:
     void write(T value)
     {
         m_waiting.push_back(std::move(value));
@@ -54,6 +48,12 @@ private:
         }
         m_telling = false;
     }
+
+private:
+    struct Observer {
+        QPointer<QObject> receiver;
+        std::function<void(const T &)> heard;
+    };
 
     void tell()
     {
@@ -73,10 +73,22 @@ private:
     bool m_telling = false;
 };
 
-/// What owns published properties.
+/// What owns published properties: `class Pins : public Model<Pins>`. Only the class itself writes those that it declares.
+template <class Owner>
 class Model : public QObject {
 public:
     using QObject::QObject;
+
+    /// Hides the outer one in the owner: the same, with a writer.
+    template <class T>
+    class Published : public brellin::Published<T> {
+    public:
+        using brellin::Published<T>::Published;
+
+    private:
+        friend class Model;
+        using brellin::Published<T>::write;
+    };
 
 protected:
     template <class T>

@@ -52,7 +52,7 @@ struct BrowserServices {
 
 /// One pane of the browser: the folder it shows, its history, what is listed and selected, the search, and renaming in place.
 /// Lives on the main thread; file calls run on workers, and an answer that comes after the user has moved on is dropped.
-class BrowserModel : public Model {
+class BrowserModel : public Model<BrowserModel> {
 public:
     /// Shows `start` at once.
     BrowserModel(BrowserServices services, const Location &start);

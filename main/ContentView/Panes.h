@@ -7,7 +7,7 @@
 namespace brellin {
 
 /// The one or two panes of a tab, and which of them the commands act on: the one that had the focus last.
-class Panes : public Model {
+class Panes : public Model<Panes> {
 public:
     /// Shows `start`; two panes where the user default "dualPane" says so.
     Panes(BrowserServices services, const Location &start);

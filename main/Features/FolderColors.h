@@ -18,7 +18,7 @@ namespace brellin {
 struct StoredKind;
 
 /// The colours that the user gave his folders: the setting "folderColors" (path → name of a palette tag).
-class FolderColors : public Model {
+class FolderColors : public Model<FolderColors> {
 public:
     static StoredKind kind();
     /// The settings outlive it.

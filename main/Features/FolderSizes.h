@@ -42,7 +42,7 @@ struct FolderSize {
 
 /// Counts folders in the background and keeps their sizes for the session. Lives on the main thread; the settings, volumes
 /// and clock outlive it.
-class FolderSizes : public Model {
+class FolderSizes : public Model<FolderSizes> {
 public:
     /// So many entries of one folder are counted unasked.
     static constexpr std::int64_t automaticLimit = 200'000;

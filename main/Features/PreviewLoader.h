@@ -16,7 +16,7 @@ namespace brellin {
 
 /// What the preview shows of the entry that is chosen, found out in the background. Lives on the main thread; settings,
 /// volumes, decoder and clock outlive it.
-class PreviewLoader : public Model {
+class PreviewLoader : public Model<PreviewLoader> {
 public:
     PreviewLoader(const UserDefaults &defaults, const Volumes &volumes, Decoder &decoder, Clock &clock);
     ~PreviewLoader() override;

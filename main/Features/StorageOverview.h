@@ -15,7 +15,7 @@ namespace brellin {
 
 /// Where the space of a folder goes. Counted in the background and shown while it is; other volumes are not entered, and what
 /// several hard links share counts once. Lives on the main thread.
-class StorageOverview : public Model {
+class StorageOverview : public Model<StorageOverview> {
 public:
     StorageOverview();
     ~StorageOverview() override;

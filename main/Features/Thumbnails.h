@@ -18,7 +18,7 @@ namespace brellin {
 
 /// Has the thumbnails made that somebody wants to see, a few at a time and in the order of the wishes. Lives on the main
 /// thread; settings, volumes and decoder outlive it.
-class Thumbnails : public Model {
+class Thumbnails : public Model<Thumbnails> {
 public:
     /// `cacheFolder` is `ThumbnailCache::usualFolder()`, but for tests.
     Thumbnails(const UserDefaults &defaults, const Volumes &volumes, Decoder &decoder, Location cacheFolder);

@@ -35,7 +35,7 @@ struct TrashItem {
 
 /// The Trash of every volume as one list, what went last first. Each volume is read by a thread of its own; one that does not
 /// answer is missing from the list and holds up no other. Lives on the main thread; the ports outlive it.
-class TrashList : public Model {
+class TrashList : public Model<TrashList> {
 public:
     /// `homeTrash` is the folder that holds "files" and "info".
     TrashList(Location homeTrash, const Volumes &volumes, Trash &trash, FileActions &files);

@@ -30,7 +30,7 @@ struct BatchRenameServices {
 
 /// The sheet that renames several entries: its fields, the preview that follows them, and the renaming itself with its way
 /// back. Lives on the main thread; when it goes while it renames, the batch is put back.
-class BatchRename : public Model {
+class BatchRename : public Model<BatchRename> {
 public:
     BatchRename(BatchRenameServices services, std::vector<Location> urls);
     ~BatchRename() override;

@@ -35,7 +35,7 @@ struct EntryDigest {
 
 /// The properties of one entry or of several: read, counted and digested in the background. Lives on the main thread; what
 /// still works when it goes ends by itself and tells nobody.
-class EntryProperties : public Model {
+class EntryProperties : public Model<EntryProperties> {
 public:
     /// `mayChange`: whether an entry's tags may be changed, callable from every thread; without it, every one's may.
     explicit EntryProperties(std::vector<Location> entries, std::function<bool(const Location &)> mayChange = {});

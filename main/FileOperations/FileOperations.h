@@ -59,7 +59,7 @@ struct OperationQuestion {
 
 /// The single-step file operations of panes. Everything that touches files runs on a thread of its own, several may run at
 /// once; what was done is recorded for undo. Lives on the main thread.
-class FileOperations : public Model {
+class FileOperations : public Model<FileOperations> {
 public:
     /// Who wants to know the outcome; called once, on the main thread, unless the receiver has gone or the user declined.
     struct Then {

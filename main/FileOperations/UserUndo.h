@@ -14,7 +14,7 @@ namespace brellin {
 
 /// What the user did with files in this session, the last first, the way back, and from there the way forth again. Lives on
 /// the main thread.
-class UserUndo : public Model {
+class UserUndo : public Model<UserUndo> {
 public:
     static constexpr std::size_t mostActions = 100;
 

@@ -34,7 +34,7 @@ struct NetworkServer {
 /// The network servers: a remembered list ("networkServers"), and connecting to one through the system. What the server asks is
 /// published as a question; the answer goes to the system's program alone, on its input. Lives on the main thread; settings and
 /// processes outlive it.
-class NetworkServers : public Model {
+class NetworkServers : public Model<NetworkServers> {
 public:
     static StoredKind kind();
     /// `program` is the system's "gio".

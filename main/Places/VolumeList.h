@@ -46,7 +46,7 @@ Result<VolumeSpace> volumeSpace(const Location &root);
 
 /// The mounted volumes, kept up to date while it lives. Nothing on a volume is touched on the main thread; a server that does
 /// not answer is shown so. Lives on the main thread; its ports outlive it.
-class VolumeList : public Model {
+class VolumeList : public Model<VolumeList> {
 public:
     using AskSpace = std::function<Result<VolumeSpace>(const Location &)>;
 

@@ -34,7 +34,7 @@ struct SendToTarget {
 
 /// The send-to targets in their order, kept in the user default "sendToTargets". Who carries out a choice reads its kind:
 /// copying belongs to whoever transfers. Lives on the main thread.
-class SendToTargets : public Model {
+class SendToTargets : public Model<SendToTargets> {
 public:
     static StoredKind kind();
     SendToTargets(UserDefaults &defaults, const KnownFolders &folders);

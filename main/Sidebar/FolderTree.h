@@ -39,7 +39,7 @@ struct FolderTreeRoot {
 /// The folders below each root, as far as they are opened: read on demand on a worker (a server that does not answer keeps only
 /// its own line loading), cached, and opened again at the next start ("sidebarExpanded"). Links and packages are no folders
 /// here. Lives on the main thread.
-class FolderTree : public Model {
+class FolderTree : public Model<FolderTree> {
 public:
     /// The settings outlive it.
     explicit FolderTree(UserDefaults &defaults);

@@ -18,7 +18,7 @@ namespace brellin {
 
 /// The quick access: the user's ordered list of folders, one for all windows. Every change is stored at once, on what is
 /// stored then; one that cannot be stored does not happen. Settings and folders outlive it.
-class Pins : public Model {
+class Pins : public Model<Pins> {
 public:
     /// The setting that holds the list.
     static const QString key;

@@ -14,7 +14,7 @@
 namespace brellin {
 
 /// A transfer under way, as a panel shows it, from its planning on. Lives on the main thread; the worker sees its `state` alone.
-class TransferJob : public Model {
+class TransferJob : public Model<TransferJob> {
 public:
     struct Start {
         QUuid id;

@@ -53,7 +53,7 @@ struct FinishedTransfer {
 /// All transfers of the program: plans each, asks what must be asked, runs it on a worker and says what came of it. One at a
 /// time for each pane, the others wait; a transfer outlives the pane that asked for it. Lives on the main thread and makes
 /// no file calls there.
-class TransferQueue : public Model {
+class TransferQueue : public Model<TransferQueue> {
 public:
     TransferQueue(TransferServices services, const Clock &clock);
     /// Cancels everything; a step at hand ends by itself.

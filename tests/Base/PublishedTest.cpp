@@ -15,11 +15,19 @@ using namespace brellin;
 
 namespace {
 
-class Counter : public Model {
+class Counter : public Model<Counter> {
 public:
     Published<int> count{0};
     void set(int value) { publish(count, value); }
 };
+
+class Stranger : public Model<Stranger> {
+public:
+    Published<int> own{0};
+    template <class Property>
+    static constexpr bool writes = requires(Property &property) { publish(property, 1); };
+};
+static_assert(Stranger::writes<decltype(Stranger::own)> && !Stranger::writes<decltype(Counter::count)>);
 
 } // namespace
 

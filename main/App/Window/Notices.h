@@ -15,7 +15,7 @@ class UserUndo;
 class VolumeList;
 
 /// What went wrong with work that no window owns: kept until the user is in a window that says it. Lives on the main thread.
-class Notices : public Model {
+class Notices : public Model<Notices> {
 public:
     Published<QStringList> unread;
 
