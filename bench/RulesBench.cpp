@@ -1,5 +1,5 @@
-#include "Agent/ExampleRules.h"
-#include "Agent/RuleMatching.h"
+#include "Agent/Rules/ExampleRules.h"
+#include "Agent/Rules/RuleMatching.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Agent/ProfileJson.h"
 #include "Agent/ProposalMemory.h"
-#include "Agent/RuleJson.h"
-#include "Agent/RunJson.h"
+#include "Agent/Rules/RuleJson.h"
+#include "Guard/ProfileJson.h"
+#include "Runs/RunJson.h"
 #include "System/StoredList.h"
 
 /// The stored form of all that the agent stores.

@@ -13,7 +13,6 @@ struct AgentKeys {
     static inline const QString seen = QStringLiteral("agentSeenProposals");
     /// A plain setting: up to which version the stored rules were brought up to date.
     static inline const QString rulesVersion = QStringLiteral("agentRulesVersion");
-    static inline const QString answers = QStringLiteral("agentAIAnswers");
 };
 
 } // namespace brellin

@@ -2,12 +2,12 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
-#include "Agent/AiSorting.h"
-#include "Agent/DroppedRun.h"
-#include "Agent/ExampleRules.h"
-#include "Agent/GuardKeys.h"
-#include "Agent/RunHistory.h"
-#include "Agent/RunKeys.h"
+#include "Agent/Model/AiSorting.h"
+#include "Agent/Rules/ExampleRules.h"
+#include "Guard/GuardKeys.h"
+#include "Runs/DroppedRun.h"
+#include "Runs/RunHistory.h"
+#include "Runs/RunKeys.h"
 
 #include <QJsonDocument>
 

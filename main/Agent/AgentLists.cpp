@@ -2,8 +2,8 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
-#include "Agent/ExampleRules.h"
-#include "Agent/GuardKeys.h"
+#include "Agent/Rules/ExampleRules.h"
+#include "Guard/GuardKeys.h"
 #include "System/StoredKind.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Agent/CleanupRule.h"
-#include "Agent/FolderProfile.h"
 #include "Agent/ProposalMemory.h"
+#include "Agent/Rules/CleanupRule.h"
+#include "Guard/FolderProfile.h"
 #include "Places/KnownFolders.h"
 #include "System/StoredCondition.h"
 

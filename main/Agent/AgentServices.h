@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Agent/AnalysisServices.h"
-#include "Agent/ModelServices.h"
-#include "Agent/RuleServices.h"
-#include "Agent/RunServices.h"
+#include "Agent/Analysis/AnalysisServices.h"
+#include "Agent/Model/ModelServices.h"
+#include "Agent/Rules/RuleServices.h"
 #include "Places/KnownFolders.h"
+#include "Runs/RunServices.h"
 
 namespace brellin {
 

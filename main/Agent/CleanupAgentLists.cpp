@@ -1,8 +1,8 @@
 #include "Agent/CleanupAgent.h"
 
-#include "Agent/AgentError.h"
-#include "Agent/DuplicateSwap.h"
-#include "Agent/Guard.h"
+#include "Agent/Duplicates/DuplicateSwap.h"
+#include "Guard/Guard.h"
+#include "Runs/AgentError.h"
 
 #include <algorithm>
 

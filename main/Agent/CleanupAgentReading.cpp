@@ -1,9 +1,9 @@
 #include "Agent/CleanupAgent.h"
 
-#include "Agent/AgentError.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/AgentKinds.h"
-#include "Agent/RunKeys.h"
+#include "Runs/AgentError.h"
+#include "Runs/RunKeys.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 #include "Agent/CleanupAgent.h"
 
-#include "Agent/AiSorting.h"
+#include "Agent/Model/AiSorting.h"
 #include "Agent/NeverSet.h"
-#include "Agent/RunKeys.h"
 #include "Base/German.h"
+#include "Runs/RunKeys.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/EntryFolders.h"
 #include "Agent/ProposalMemory.h"
+#include "Guard/EntryFolders.h"
 
 #include <set>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/AgentProposal.h"
+#include "Runs/AgentProposal.h"
 
 #include <QString>
 #include <QUuid>

@@ -2,8 +2,8 @@
 
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
-#include "Agent/PathTexts.h"
 #include "Disk/Digest.h"
+#include "Guard/PathTexts.h"
 #include "System/StoredList.h"
 
 #include <algorithm>

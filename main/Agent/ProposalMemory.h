@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/AgentProposal.h"
 #include "Base/Result.h"
+#include "Runs/AgentProposal.h"
 #include "System/UserDefaults.h"
 
 #include <QByteArray>

@@ -1,9 +1,9 @@
 #include "Agent/ReviewReport.h"
 
 #include "Agent/HandOverTexts.h"
-#include "Agent/ProtectedPlaces.h"
 #include "Base/German.h"
 #include "Disk/FreeName.h"
+#include "Guard/ProtectedPlaces.h"
 #include "System/FileLock.h"
 
 #include <QDateTime>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Agent/AgentProposal.h"
-#include "Agent/FolderProfile.h"
 #include "Base/Instant.h"
 #include "Base/Result.h"
+#include "Guard/FolderProfile.h"
+#include "Runs/AgentProposal.h"
 #include "System/Workspace.h"
 
 #include <QString>

@@ -1,14 +1,14 @@
 #include "Agent/Scan.h"
 
-#include "Agent/AiSorting.h"
-#include "Agent/CandidateFates.h"
-#include "Agent/DuplicateFinder.h"
-#include "Agent/DuplicateReasons.h"
-#include "Agent/Guard.h"
-#include "Agent/LaterTrash.h"
+#include "Agent/Duplicates/DuplicateFinder.h"
+#include "Agent/Duplicates/DuplicateReasons.h"
+#include "Agent/Duplicates/LaterTrash.h"
+#include "Agent/Model/AiSorting.h"
 #include "Agent/NeverSet.h"
-#include "Agent/RuleMatching.h"
+#include "Agent/Rules/CandidateFates.h"
+#include "Agent/Rules/RuleMatching.h"
 #include "Base/German.h"
+#include "Guard/Guard.h"
 
 #include <algorithm>
 #include <set>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Agent/AgentProposal.h"
 #include "Agent/AgentServices.h"
-#include "Agent/CleanupRule.h"
-#include "Agent/FolderProfile.h"
 #include "Agent/ProposalMemory.h"
+#include "Agent/Rules/CleanupRule.h"
 #include "Base/JobControl.h"
+#include "Guard/FolderProfile.h"
+#include "Runs/AgentProposal.h"
 
 #include <vector>
 

@@ -1,13 +1,13 @@
 #include "Agent/AgentJson.h"
 #include "Agent/CleanupAgent.h"
-#include "Agent/Recovery.h"
-#include "Agent/RunKeys.h"
-#include "Agent/StateFolder.h"
 #include "App/AgentOperation.h"
 #include "App/Command.h"
 #include "App/Interruption.h"
 #include "App/StoredData.h"
 #include "Base/German.h"
+#include "Runs/Recovery.h"
+#include "Runs/RunKeys.h"
+#include "Runs/StateFolder.h"
 
 #include <QJsonArray>
 

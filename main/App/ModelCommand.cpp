@@ -1,4 +1,4 @@
-#include "Agent/ModelTexts.h"
+#include "Agent/Model/ModelTexts.h"
 #include "App/Command.h"
 #include "System/LocalModelServer.h"
 

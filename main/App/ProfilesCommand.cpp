@@ -1,10 +1,10 @@
 #include "Agent/AgentJson.h"
 #include "Agent/CleanupAgent.h"
-#include "Agent/GuardKeys.h"
-#include "Agent/RulesFile.h"
+#include "Agent/Rules/RulesFile.h"
 #include "App/ListCommand.h"
 #include "App/StoredData.h"
 #include "Base/German.h"
+#include "Guard/GuardKeys.h"
 
 namespace brellin {
 

@@ -1,7 +1,7 @@
 #include "Agent/AgentJson.h"
 #include "Agent/AgentKeys.h"
 #include "Agent/CleanupAgent.h"
-#include "Agent/RulesFile.h"
+#include "Agent/Rules/RulesFile.h"
 #include "App/ListCommand.h"
 #include "App/StoredData.h"
 

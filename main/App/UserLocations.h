@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/SystemLocations.h"
+#include "Guard/SystemLocations.h"
 
 namespace brellin {
 

@@ -1,6 +1,6 @@
 #include "Agent/CleanupAgent.h"
-#include "Agent/RuleForecaster.h"
-#include "Agent/RuleTrial.h"
+#include "Agent/Rules/RuleForecaster.h"
+#include "Agent/Rules/RuleTrial.h"
 #include "Base/OpenWork.h"
 #include "Support/AgentWorld.h"
 #include "Support/WaitUntil.h"

@@ -1,9 +1,9 @@
 #include "Agent/CleanupAgent.h"
 
-#include "Agent/DuplicateSwap.h"
-#include "Agent/ModelSettings.h"
-#include "Agent/RuleForecaster.h"
-#include "Agent/RuleTrial.h"
+#include "Agent/Duplicates/DuplicateSwap.h"
+#include "Agent/Model/ModelSettings.h"
+#include "Agent/Rules/RuleForecaster.h"
+#include "Agent/Rules/RuleTrial.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 

@@ -1,8 +1,8 @@
 #include "Agent/CleanupAgent.h"
 
 #include "Agent/AgentJson.h"
-#include "Agent/ExampleRules.h"
-#include "Agent/StateFolder.h"
+#include "Agent/Rules/ExampleRules.h"
+#include "Runs/StateFolder.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 #include "System/StoredList.h"

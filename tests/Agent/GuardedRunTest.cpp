@@ -1,7 +1,7 @@
-#include "Agent/AgentError.h"
 #include "Agent/AgentJson.h"
-#include "Agent/Execution.h"
-#include "Agent/UndoRun.h"
+#include "Runs/AgentError.h"
+#include "Runs/Execution.h"
+#include "Runs/UndoRun.h"
 #include "Support/AgentWorld.h"
 #include "System/StoredList.h"
 

@@ -1,6 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
-#include "Agent/LaterTrash.h"
+#include "Agent/Duplicates/LaterTrash.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 

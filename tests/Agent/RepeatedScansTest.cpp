@@ -1,5 +1,5 @@
 #include "Agent/CleanupAgent.h"
-#include "Agent/RuleTrial.h"
+#include "Agent/Rules/RuleTrial.h"
 #include "Disk/FreeName.h"
 
 #include "Support/AgentWait.h"

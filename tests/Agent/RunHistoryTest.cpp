@@ -1,4 +1,4 @@
-#include "Agent/RunHistory.h"
+#include "Runs/RunHistory.h"
 
 #include "Agent/AgentKinds.h"
 #include "Support/TempTree.h"

@@ -1,6 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
-#include "Agent/StateFolder.h"
+#include "Runs/StateFolder.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
 #include "Support/WaitUntil.h"

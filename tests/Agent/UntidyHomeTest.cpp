@@ -1,14 +1,14 @@
-#include "Agent/AnalysisFixture.h"
+#include "Agent/Analysis/AnalysisFixture.h"
 
-#include "Agent/AnalysisReasons.h"
+#include "Agent/Analysis/AnalysisReasons.h"
+#include "Agent/Analysis/FolderNames.h"
 #include "Agent/CleanupAgent.h"
-#include "Agent/DuplicateFinder.h"
-#include "Agent/DuplicateReasons.h"
-#include "Agent/FolderNames.h"
-#include "Agent/ProjectDetection.h"
-#include "Agent/RuleMatching.h"
-#include "Agent/SameContent.h"
+#include "Agent/Duplicates/DuplicateFinder.h"
+#include "Agent/Duplicates/DuplicateReasons.h"
+#include "Agent/Rules/RuleMatching.h"
 #include "Disk/Walk.h"
+#include "Guard/ProjectDetection.h"
+#include "Runs/SameContent.h"
 #include "Support/AgentWait.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "Agent/RunJournal.h"
 #include "App/ProgramTest.h"
 #include "FileOperations/RenameLog.h"
+#include "Runs/RunJournal.h"
 #include "Support/WaitUntil.h"
 #include "Transfers/TransferLog.h"
 

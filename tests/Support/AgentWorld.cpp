@@ -1,7 +1,7 @@
 #include "Support/AgentWorld.h"
 
 #include "Agent/AgentLists.h"
-#include "Agent/Placement.h"
+#include "Runs/Placement.h"
 
 #include <fstream>
 #include <iterator>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/CleanupAgent.h"
-#include "Agent/ModelSettings.h"
+#include "Agent/Model/ModelSettings.h"
 #include "System/Workspace.h"
 
 #include <QPixmap>

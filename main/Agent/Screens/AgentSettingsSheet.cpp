@@ -1,10 +1,10 @@
 #include "Agent/Screens/AgentSettingsSheet.h"
 
-#include "Agent/PathTexts.h"
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/FolderChooser.h"
 #include "Agent/Screens/NoticeBar.h"
+#include "Guard/PathTexts.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"

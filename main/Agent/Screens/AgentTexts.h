@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Agent/AgentProposal.h"
-#include "Agent/JournalRun.h"
 #include "Base/Instant.h"
 #include "Base/Location.h"
+#include "Runs/AgentProposal.h"
+#include "Runs/JournalRun.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,6 +1,5 @@
 #include "Agent/Screens/AgentView.h"
 
-#include "Agent/AgentError.h"
 #include "Agent/Screens/AgentSettingsSheet.h"
 #include "Agent/Screens/CleanupPage.h"
 #include "Agent/Screens/FolderChooser.h"
@@ -15,6 +14,7 @@
 #include "Look/Attention.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
+#include "Runs/AgentError.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

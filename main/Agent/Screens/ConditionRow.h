@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/CleanupRule.h"
+#include "Agent/Rules/CleanupRule.h"
 
 #include <QWidget>
 

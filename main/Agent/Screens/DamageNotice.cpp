@@ -1,12 +1,12 @@
 #include "Agent/Screens/DamageNotice.h"
 
 #include "Agent/AgentKeys.h"
-#include "Agent/GuardKeys.h"
-#include "Agent/RunKeys.h"
+#include "Guard/GuardKeys.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 #include "Look/YesNoSheet.h"
+#include "Runs/RunKeys.h"
 
 #include <QHBoxLayout>
 #include <QPainter>

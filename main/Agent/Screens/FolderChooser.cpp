@@ -1,6 +1,6 @@
 #include "Agent/Screens/FolderChooser.h"
 
-#include "Agent/PathTexts.h"
+#include "Guard/PathTexts.h"
 #include "Look/Buttons.h"
 #include "Look/Symbols.h"
 #include "Look/Theme.h"

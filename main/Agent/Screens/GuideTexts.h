@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/ModelTexts.h"
+#include "Agent/Model/ModelTexts.h"
 
 #include <QString>
 

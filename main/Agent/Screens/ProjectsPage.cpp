@@ -1,7 +1,6 @@
 #include "Agent/Screens/ProjectsPage.h"
 
-#include "Agent/GuardKeys.h"
-#include "Agent/ProtectedEntries.h"
+#include "Agent/Analysis/ProtectedEntries.h"
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/DamageNotice.h"
@@ -9,6 +8,7 @@
 #include "Agent/Screens/NoticeBar.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "Guard/GuardKeys.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
 #include "Look/EntryIcons.h"

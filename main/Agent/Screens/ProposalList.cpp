@@ -1,6 +1,6 @@
 #include "Agent/Screens/ProposalList.h"
 
-#include "Agent/DuplicateSwap.h"
+#include "Agent/Duplicates/DuplicateSwap.h"
 #include "Look/Cards.h"
 #include "Look/Theme.h"
 

@@ -1,6 +1,6 @@
 #include "Agent/Screens/ProposalPreview.h"
 
-#include "Agent/DuplicateSwap.h"
+#include "Agent/Duplicates/DuplicateSwap.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/EntryPicture.h"
 #include "Agent/Screens/NoticeBar.h"

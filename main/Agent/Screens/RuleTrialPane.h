@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/RuleTrial.h"
+#include "Agent/Rules/RuleTrial.h"
 #include "Agent/Screens/AgentPorts.h"
 #include "Look/Tokens.h"
 

@@ -1,15 +1,15 @@
 #include "Agent/Screens/StartPage.h"
 
-#include "Agent/GuardKeys.h"
-#include "Agent/RunKeys.h"
 #include "Agent/Screens/AgentCard.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/DamageNotice.h"
 #include "Agent/Screens/RunLine.h"
+#include "Guard/GuardKeys.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
+#include "Runs/RunKeys.h"
 
 #include <QGridLayout>
 #include <QScrollArea>

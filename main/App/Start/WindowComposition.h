@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/ModelSettings.h"
+#include "Agent/Model/ModelSettings.h"
 #include "App/Services.h"
 #include "App/Start/SettingsWatch.h"
 #include "App/Window/DesktopPasteboard.h"

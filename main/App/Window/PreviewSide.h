@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/RuleForecaster.h"
+#include "Agent/Rules/RuleForecaster.h"
 #include "App/Window/WindowServices.h"
 #include "Features/PreviewLoader.h"
 

@@ -1,7 +1,7 @@
-#include "Agent/GuardKeys.h"
 #include "Agent/Screens/ProfileEditor.h"
 #include "Agent/Screens/ProjectsPage.h"
 #include "Agent/Screens/ScreenWorld.h"
+#include "Guard/GuardKeys.h"
 #include "Look/Labels.h"
 
 #include <QLabel>

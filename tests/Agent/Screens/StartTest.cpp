@@ -1,9 +1,9 @@
 #include "Agent/AgentKeys.h"
-#include "Agent/GuardKeys.h"
-#include "Agent/RunKeys.h"
 #include "Agent/Screens/GuideTexts.h"
 #include "Agent/Screens/RunRow.h"
 #include "Agent/Screens/ScreenWorld.h"
+#include "Guard/GuardKeys.h"
+#include "Runs/RunKeys.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,0 +1,10 @@
+#include "Agent/Model/ModelTexts.h"
+
+namespace brellin {
+
+TextSystem ownTextSystem()
+{
+    return TextSystem::Linux;
+}
+
+} // namespace brellin

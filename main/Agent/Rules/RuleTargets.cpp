@@ -1,0 +1,187 @@
+#include "Agent/Rules/RuleTargets.h"
+
+#include "Base/German.h"
+#include "Disk/FreeName.h"
+#include "Guard/Placeholders.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+
+namespace brellin {
+
+namespace {
+
+constexpr QLatin1StringView nameMark("{Name}");
+
+bool isText(std::string_view bytes)
+{
+    return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
+}
+
+QString composedName(const QString &text)
+{
+    return text.normalized(QString::NormalizationForm_C);
+}
+
+/// A name is one component of a path.
+QString asComponent(QString text)
+{
+    return text.replace(u'/', u'-').replace(QChar(0), u'-');
+}
+
+/// A pattern's result as a name: no hiding dot at its front, no blanks around it.
+QString asName(const QString &expanded)
+{
+    QString text = asComponent(expanded).trimmed();
+    while (text.startsWith(u'.') || (!text.isEmpty() && text.front().isSpace()))
+        text.remove(0, 1);
+    return text;
+}
+
+} // namespace
+
+QDate LocalDays::of(Instant instant)
+{
+    auto after = m_days.upper_bound(instant);
+    if (after != m_days.begin() && instant < std::prev(after)->second.end)
+        return std::prev(after)->second.date;
+    const QDate date = localDay(instant);
+    const auto beginning = [](const QDate &day) {
+        return Instant(std::chrono::milliseconds(day.startOfDay().toMSecsSinceEpoch()));
+    };
+    m_days.insert_or_assign(beginning(date), Day{beginning(date.addDays(1)), date});
+    return date;
+}
+
+RuleTargets::RuleTargets(const CleanupRule &rule, Location home, Instant now)
+    : m_rule(rule)
+    , m_home(std::move(home))
+    , m_now(now)
+    , m_pattern(QString(rule.targetPath).replace(nameMark, QLatin1StringView(" ")))
+    , m_patternHasType(m_pattern.contains(u"{Kategorie}") || m_pattern.contains(u"{Endung}"))
+    , m_names(rule.renamePattern)
+{
+}
+
+std::optional<Candidate> RuleTargets::candidate(const WalkedFile &file, const RuleSource &source)
+{
+    Candidate made{.kind = AgentProposal::Kind::Move,
+                   .source = {},
+                   .destination = {},
+                   .reason = m_rule.name,
+                   .automatic = m_rule.automatic,
+                   .isPackage = file.package,
+                   .aiBase = {},
+                   .seen = file.state};
+    bool wanted = true;
+    switch (m_rule.action) {
+    case RuleAction::Copy:
+        made.kind = AgentProposal::Kind::Copy;
+        [[fallthrough]];
+    case RuleAction::Move:
+        wanted = setFolderTarget(made, file, source);
+        break;
+    case RuleAction::Rename:
+        made.kind = AgentProposal::Kind::Rename;
+        wanted = setNewName(made, file);
+        break;
+    case RuleAction::Trash:
+        made.kind = AgentProposal::Kind::Trash;
+        break;
+    case RuleAction::AiSort:
+        wanted = setChosenByModel(made);
+        break;
+    }
+    if (!wanted)
+        return std::nullopt;
+    made.source = file.location();
+    made.rule = m_rule.id;
+    return made;
+}
+
+bool RuleTargets::setFolderTarget(Candidate &candidate, const WalkedFile &file, const RuleSource &source)
+{
+    const Target &target = targetOf(file);
+    if (!target.folder || target.folder->native() == file.folder)
+        return false;
+    // The same folder by another way: moving the file there would only number its name, with every scan anew.
+    const std::string_view below = file.folder.substr(source.folder.native().size());
+    if (target.resolved.size() == source.resolved.size() + below.size() &&
+        target.resolved.starts_with(source.resolved) && target.resolved.ends_with(below))
+        return false;
+    candidate.destination = *target.folder / file.name;
+    return true;
+}
+
+const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
+{
+    // Dates and types repeat, the rest of the pattern is fixed: few folders come of many files.
+    std::pair<QDate, std::string> key;
+    if (m_pattern.contains(u'{'))
+        key.first = m_days.of(dateOf(file));
+    if (m_patternHasType)
+        key.second = extensionOf(file.name);
+    const auto [entry, isNew] = m_targets.try_emplace(std::move(key));
+    if (isNew) {
+        Target &target = entry->second;
+        target.folder = rulePath(expand(m_pattern, file.location(), dateOf(file)), m_home);
+        if (target.folder)
+            target.resolved = resolvedLocation(*target.folder).value_or(*target.folder).native();
+    }
+    return entry->second;
+}
+
+/// The expanded pattern with the file's own extension behind it; empty where that makes no name.
+std::string RuleTargets::newName(const WalkedFile &file)
+{
+    const std::optional<QString> remade = remadeName(file);
+    QString name = asName(remade ? *remade : expand(m_rule.renamePattern, file.location(), dateOf(file)));
+    if (name.isEmpty())
+        return {};
+    const std::string_view extension = extensionOf(file.name);
+    const QString ending = u'.' + shown(extension);
+    if (!extension.empty() && !name.endsWith(ending, Qt::CaseInsensitive))
+        name += ending;
+    return fittingName(name.toStdString());
+}
+
+/// Of a name that an earlier scan may have given: with its own dates, cleaned anew. Without this a "{Datum} {Name}" would put
+/// another date in front after every change of the file.
+std::optional<QString> RuleTargets::remadeName(const WalkedFile &file)
+{
+    return isText(file.name) ? m_names.remade(file.name) : std::nullopt;
+}
+
+bool RuleTargets::keepsItsName(const WalkedFile &file)
+{
+    return m_rule.action == RuleAction::Rename && remadeName(file);
+}
+
+bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file)
+{
+    // Placeholders work on text; of a name that is none, bytes would be lost.
+    if (!isText(file.name))
+        return false;
+    const std::string made = newName(file);
+    const std::string_view name = made;
+    if (name.empty() || composedName(shown(name)) == composedName(shown(file.name)))
+        return false;
+    const Location destination = Location(file.folder) / name;
+    static const QRegularExpression counter(QStringLiteral("\\s*\\(\\d+\\)$"));
+    const QString uncounted = composedName(shown(stemOf(file.name))).remove(counter);
+    // The number is there because the name without it is taken.
+    if (uncounted == composedName(shown(stemOf(name))) && entryExists(destination))
+        return false;
+    candidate.destination = destination;
+    return true;
+}
+
+bool RuleTargets::setChosenByModel(Candidate &candidate) const
+{
+    candidate.needsAI = true;
+    candidate.aiBase = rulePath(m_rule.targetPath, m_home);
+    candidate.reason += QStringLiteral(" (KI)");
+    return candidate.aiBase.has_value();
+}
+
+} // namespace brellin

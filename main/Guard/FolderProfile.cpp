@@ -1,0 +1,44 @@
+#include "Guard/FolderProfile.h"
+
+namespace brellin {
+
+namespace {
+
+/// One form for one name, whichever way the disk composes it.
+std::string composedEntry(const Location &location)
+{
+    return shown(location).normalized(QString::NormalizationForm_C).toStdString();
+}
+
+} // namespace
+
+Location FolderProfile::root() const
+{
+    return standardised(locationFromText(rootPath));
+}
+
+std::optional<Location> FolderProfile::relative(const Location &location) const
+{
+    const Location normal = standardised(location);
+    const Location top = root();
+    if (rootPath.isEmpty() || normal == top || !isAtOrBelow(normal, top))
+        return std::nullopt;
+    return normal.lexically_relative(top);
+}
+
+bool FolderProfile::isProtected(const Location &location) const
+{
+    const std::optional<Location> inside = relative(location);
+    if (!inside)
+        return false;
+    const std::string below = composedEntry(*inside);
+    for (const ProtectedEntry &entry : protectedEntries) {
+        const std::string guarded = composedEntry(Location(locationFromText(entry.path)).lexically_normal());
+        const std::string_view folder = std::string_view(guarded).substr(0, guarded.find_last_not_of('/') + 1);
+        if (!folder.empty() && isAtOrBelow(std::string_view(below), folder))
+            return true;
+    }
+    return false;
+}
+
+} // namespace brellin

@@ -1,0 +1,30 @@
+#include "Guard/FreshGuard.h"
+
+#include "Guard/GuardKeys.h"
+#include "Guard/StoredProfiles.h"
+
+namespace brellin {
+
+Result<void> FreshGuard::refresh()
+{
+    Result<std::optional<QByteArray>> stored = m_defaults.read(GuardKeys::profiles);
+    if (m_guard && stored && *stored == m_stored)
+        return {};
+    m_guard.emplace(m_locations, TRY(storedProfiles(m_defaults)));
+    m_stored = std::move(stored).value_or(std::nullopt);
+    return {};
+}
+
+Result<void> FreshGuard::check(const Location &entry, Guard::Review review)
+{
+    TRY(refresh());
+    return m_guard->check(entry, review);
+}
+
+Result<void> FreshGuard::checkIn(const std::string &realFolder, const Location &entry, Guard::Review review)
+{
+    TRY(refresh());
+    return m_guard->checkIn(realFolder, entry, review);
+}
+
+} // namespace brellin

@@ -1,0 +1,93 @@
+#include "Guard/RealPath.h"
+
+#include "Base/Location.h"
+#include "Disk/Descriptor.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace brellin {
+
+namespace {
+
+/// Opens the place of an entry that no link leads to; ELOOP where one does.
+int openWithoutLinks(const char *path, Descriptor &place)
+{
+    open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_NO_SYMLINKS};
+    place = Descriptor(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof(how))));
+    return place.isOpen() ? 0 : errno;
+}
+
+bool isLink(const char *path)
+{
+    char first = 0;
+    return ::readlink(path, &first, 1) == 1;
+}
+
+/// For systems without /proc: several system calls per component instead of two in all.
+int realPathStepByStep(const char *path, std::string &real)
+{
+    std::array<char, PATH_MAX> buffer{};
+    if (::realpath(path, buffer.data()) == nullptr)
+        return errno;
+    real = buffer.data();
+    return 0;
+}
+
+/// What the system calls an open folder or file; nothing without /proc.
+std::optional<std::string> nameOfOpen(int number)
+{
+    std::array<char, 32> link{};
+    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", number);
+    std::array<char, PATH_MAX> buffer; // NOLINT(*-member-init): filled by the system
+    const ssize_t length = ::readlink(link.data(), buffer.data(), buffer.size());
+    if (length <= 0 || static_cast<std::size_t>(length) == buffer.size() || buffer.front() != '/')
+        return std::nullopt;
+    return std::string(buffer.data(), static_cast<std::size_t>(length));
+}
+
+int realPathThroughLinks(const char *path, std::string &real)
+{
+    const Descriptor place(::open(path, O_PATH | O_CLOEXEC));
+    if (!place.isOpen()) {
+        const int error = errno;
+        return isLink(path) ? ELOOP : error;
+    }
+    std::optional<std::string> name = nameOfOpen(place.number());
+    if (!name)
+        return realPathStepByStep(path, real);
+    real = *std::move(name);
+    return 0;
+}
+
+} // namespace
+
+int realPath(const std::string &path, std::string &real)
+{
+    // Nearly every path is free of links, and then one question is enough.
+    Descriptor place;
+    const int error = isStandardised(path) ? openWithoutLinks(path.c_str(), place) : ELOOP;
+    if (error == 0)
+        real = path;
+    // ENOSYS, EPERM: an old system or a sandbox does not know the question.
+    return error == ELOOP || error == ENOSYS || error == EPERM ? realPathThroughLinks(path.c_str(), real) : error;
+}
+
+std::optional<std::string> realPathOf(int openFolder)
+{
+    // The name of a folder that was removed says so behind its path; the path may be another's by now.
+    struct stat status{};
+    const bool isThere = ::fstat(openFolder, &status) == 0 && status.st_nlink > 0;
+    return isThere ? nameOfOpen(openFolder) : std::nullopt;
+}
+
+} // namespace brellin

@@ -1,0 +1,159 @@
+#include "Runs/Execution.h"
+
+#include "Runs/AgentError.h"
+#include "Runs/RunHistory.h"
+#include "Runs/RunJournal.h"
+#include "Runs/RunTraces.h"
+#include "Runs/StateFolder.h"
+#include "Runs/StepLog.h"
+#include "Runs/StepPerformer.h"
+
+#include <algorithm>
+
+namespace brellin {
+
+namespace {
+
+/// Steps announced with one flush. A flush costs about 0.2 ms, so that at this number it costs next to nothing.
+constexpr std::size_t firstBatch = 256;
+/// Later batches grow to this: a flush then waits for everything that was renamed since the last one.
+constexpr std::size_t largestBatch = 8192;
+
+PlannedStep planOf(const AgentProposal &proposal)
+{
+    EntryMark entry = EntryMark::of(proposal.source).value_or(EntryMark());
+    // What is something else by now fails at its turn, and is not looked for after a crash either.
+    if (proposal.seen && entry.state != *proposal.seen)
+        entry = {*proposal.seen, {}};
+    return {proposal.kind, proposal.source, proposal.destination, entry, {}};
+}
+
+/// One run at work.
+class Runner {
+public:
+    Runner(const RunServices &services, RunJournal journal, JobControl &control)
+        : m_services(services)
+        , m_journal(std::move(journal))
+        , m_control(control)
+    {
+    }
+
+    void perform(std::span<const AgentProposal> proposals);
+    ExecutionOutcome &outcome() { return m_outcome; }
+    std::vector<JournalStep> &steps() { return m_steps; }
+    RunHistory::Traces traces() const { return {m_createdFolders, m_marks, volumesOf(m_services.volumes, m_steps)}; }
+    RunJournal &journal() { return m_journal; }
+
+private:
+    void performOne(StepPerformer &performer, const AgentProposal &proposal);
+    void fail(const AgentProposal &proposal, const Failure &why)
+    {
+        m_outcome.failures.push_back({proposal.id, proposal.source, why});
+    }
+
+    const RunServices &m_services;
+    RunJournal m_journal;
+    JobControl &m_control;
+    KeptEntries m_kept;
+    ExecutionOutcome m_outcome;
+    std::vector<JournalStep> m_steps;
+    std::vector<StepMarks> m_marks; ///< of these steps
+    std::vector<Location> m_createdFolders;
+    std::size_t m_next = 0; ///< the number of the step at hand
+};
+
+void Runner::performOne(StepPerformer &performer, const AgentProposal &proposal)
+{
+    m_control.setDetail(shownName(proposal.source));
+    StepLog log(m_journal, m_createdFolders, m_next);
+    const Result<StepPerformer::Performed> performed = performer.perform(proposal, log);
+    if (performed) {
+        m_marks.push_back(performed->marks);
+        // A line that cannot be written (a full disk) is found out from the disk, should we not get to the end.
+        (void)m_journal.done(m_next, performed->step, m_marks.back());
+        m_steps.push_back(performed->step);
+        if (performed->trouble)
+            fail(proposal, *performed->trouble);
+        else
+            m_outcome.done.push_back(proposal.id);
+    } else if (performed.error().isCancelled()) {
+        (void)m_journal.failed(m_next);
+        m_outcome.cancelled = true;
+    } else {
+        (void)m_journal.failed(m_next);
+        fail(proposal, performed.error());
+    }
+    ++m_next;
+    m_control.advance();
+}
+
+void Runner::perform(std::span<const AgentProposal> proposals)
+{
+    std::size_t size = firstBatch;
+    while (!proposals.empty() && !m_outcome.cancelled) {
+        const std::span<const AgentProposal> batch = proposals.first(std::min(size, proposals.size()));
+        size = std::min(4 * size, largestBatch);
+        proposals = proposals.subspan(batch.size());
+        std::vector<PlannedStep> plans;
+        std::ranges::transform(batch, std::back_inserter(plans), planOf);
+        FreshGuard guard(m_services.locations, m_services.defaults);
+        const Result<void> readable = guard.refresh();
+        StepPerformer performer(m_services, guard, m_kept, &m_control);
+        const Result<std::size_t> planned = readable ? m_journal.plan(plans) : failure(readable.error());
+        m_next = planned.value_or(m_next);
+        for (const AgentProposal &proposal : batch) {
+            m_outcome.cancelled = m_outcome.cancelled || m_control.cancelled();
+            if (m_outcome.cancelled)
+                break;
+            if (planned)
+                performOne(performer, proposal);
+            else
+                fail(proposal, planned.error());
+        }
+    }
+}
+
+} // namespace
+
+QString FailedProposal::text() const
+{
+    return shownName(source) + QStringLiteral(": ") + why.message;
+}
+
+QStringList ExecutionOutcome::failureTexts() const
+{
+    QStringList texts;
+    for (const FailedProposal &failed : failures)
+        texts << failed.text();
+    return texts;
+}
+
+Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &proposals, JobControl &control)
+{
+    const StateFolder state(m_services.stateFolder);
+    const FileLock lock = TRY(state.lockAgent());
+    TRY(m_services.mayAct());
+    const Location journals = TRY(state.journals());
+    // Whole milliseconds: the stored number keeps no more.
+    const Instant now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
+    const QUuid id = QUuid::createUuid();
+    control.setTotal(static_cast<qint64>(proposals.size()));
+    Runner runner(m_services, TRY(RunJournal::create(journals, RunJournal::Purpose::Run, id, now)), control);
+    runner.perform(proposals);
+
+    ExecutionOutcome &outcome = runner.outcome();
+    if (!runner.steps().empty()) {
+        const RunHistory::Traces traces = runner.traces();
+        outcome.run = JournalRun{id, now, std::move(runner.steps()), false};
+        Result<std::vector<DroppedRun>> stored = RunHistory(m_services.defaults).add(*outcome.run, traces);
+        if (!stored) {
+            outcome.notStored = stored.error();
+            return std::move(outcome);
+        }
+        outcome.dropped = *std::move(stored);
+    }
+    (void)runner.journal().discard(); // one that stays is found again with its run in the history, and goes then
+    return std::move(outcome);
+}
+
+} // namespace brellin

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Runs/RunJournal.h"
+
+#include <QByteArray>
+
+/// The lines of a journal file, one JSON object each.
+namespace brellin::journalLines {
+
+QByteArray head(const QUuid &run, Instant date);
+QByteArray plan(std::size_t step, const PlannedStep &planned);
+QByteArray planAgain(std::size_t step, const PlannedStep &planned);
+QByteArray folder(const Location &folder);
+QByteArray copying(std::size_t step, const Location &temporary);
+QByteArray reserving(std::size_t step, const NameReserve &reserve);
+QByteArray copied(std::size_t step, const EntryMark &copy);
+QByteArray done(std::size_t step, const JournalStep &result, const StepMarks &marks);
+QByteArray failed(std::size_t step);
+
+/// Reads the lines back: a torn last one is left out, a whole one that makes no sense is passed over and noted.
+JournalContent read(const QByteArray &text);
+
+} // namespace brellin::journalLines

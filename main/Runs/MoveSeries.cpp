@@ -1,0 +1,116 @@
+#include "Runs/MoveSeries.h"
+
+#include "Guard/RealPath.h"
+#include "Runs/StepPerformer.h"
+
+#include <string_view>
+
+namespace brellin {
+
+using Kind = AgentProposal::Kind;
+
+namespace {
+
+/// Every volume takes names of this length.
+constexpr std::size_t longestName = 120;
+
+std::string_view folderOf(const Location &standardised)
+{
+    const std::string_view path = standardised.native();
+    return path.substr(0, path.rfind('/'));
+}
+
+std::string nameOf(const Location &standardised)
+{
+    const std::string &path = standardised.native();
+    return path.substr(path.rfind('/') + 1);
+}
+
+/// Whether nothing but the entry itself has to be checked before it is moved.
+bool isPlainMove(const AgentProposal &proposal)
+{
+    const bool moves = proposal.kind == Kind::Move || proposal.kind == Kind::Rename;
+    return moves && proposal.destination && proposal.seen && !proposal.keptCopy && !proposal.treeSeen &&
+           isStandardised(proposal.source.native()) && isStandardised(proposal.destination->native());
+}
+
+} // namespace
+
+std::optional<MoveSeries::Folder> MoveSeries::hold(const Location &folder)
+{
+    Result<HeldFolder> held = HeldFolder::open(folder);
+    std::optional<std::string> real = held ? realPathOf(held->number()) : std::nullopt;
+    return real ? std::optional(Folder{*std::move(held), *std::move(real)}) : std::nullopt;
+}
+
+/// Whether this entry goes the way of the one before; opens the folders at the second entry of a series.
+bool MoveSeries::begin(const Location &source, const Location &wanted)
+{
+    const std::string_view from = folderOf(source);
+    const std::string_view to = folderOf(wanted);
+    if (from.empty() || to.empty() || from != m_source || to != m_target) {
+        m_source = from;
+        m_target = to;
+        m_from.reset();
+        m_to.reset();
+        return false;
+    }
+    if (m_from && m_to)
+        return true;
+    m_from = hold(m_source);
+    m_to = hold(m_target);
+    const bool held = m_from && m_to && m_services.volumes.same(source, m_target);
+    if (!held)
+        m_from.reset();
+    return held;
+}
+
+bool MoveSeries::isAllowed(const AgentProposal &proposal) const
+{
+    return m_guard.checkIn(m_from->real, proposal.source, reviewOf(proposal)) &&
+           m_services.locations.isAllowedEntryIn(m_to->real, *proposal.destination);
+}
+
+std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
+{
+    if (!isPlainMove(proposal) || !begin(proposal.source, *proposal.destination))
+        return std::nullopt;
+    const std::string newName = nameOf(*proposal.destination);
+    const bool ready = newName.size() <= longestName && isAllowed(proposal) && checkUnchanged(proposal);
+    std::optional<Moved> outcome = ready ? moved(proposal, nameOf(proposal.source), newName) : std::optional<Moved>();
+    // Whatever is behind it, the folders are looked at again for the next one.
+    if (!outcome || outcome->astray)
+        m_from.reset();
+    return outcome;
+}
+
+std::optional<MoveSeries::Moved> MoveSeries::moved(const AgentProposal &proposal, const std::string &name,
+                                                   const std::string &newName)
+{
+    // The path led to the entry that was seen; this folder must hold the same.
+    const Result<FileAttributes> source = attributesOf(m_from->held.entry(name));
+    if (!source || FileState::of(*source) != *proposal.seen ||
+        !m_services.files.renameHeld(m_from->held, name, m_to->held, newName))
+        return std::nullopt;
+    const std::optional<EntryMark> mark = EntryMark::of(*proposal.destination);
+    if (mark && mark->state.identity == proposal.seen->identity)
+        return Moved{*proposal.destination, *mark};
+    const Result<FileAttributes> target = attributesOf(m_to->held.entry(newName));
+    if (!target || target->identity != proposal.seen->identity)
+        return Moved{*proposal.destination, EntryMark{*proposal.seen}}; // somebody has taken it, or saved over it
+    return takenBack(proposal, name, newName);
+}
+
+/// Another folder is in the place of the one that is held: the entry goes back to where it was. Where it cannot, its
+/// undoing must know where it is.
+std::optional<MoveSeries::Moved> MoveSeries::takenBack(const AgentProposal &proposal, const std::string &name,
+                                                       const std::string &newName)
+{
+    if (m_services.files.renameHeld(m_to->held, newName, m_from->held, name))
+        return std::nullopt;
+    const std::optional<std::string> folder = realPathOf(m_to->held.number());
+    const Location place = folder ? Location(*folder) / newName : *proposal.destination;
+    return Moved{place, EntryMark::of(place).value_or(EntryMark{*proposal.seen}), true};
+}
+
+} // namespace brellin

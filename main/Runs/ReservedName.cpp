@@ -1,0 +1,53 @@
+#include "Runs/ReservedName.h"
+
+namespace brellin {
+
+namespace {
+
+/// Volumes keep whole or every second second.
+constexpr auto coarseTime = std::chrono::seconds(2);
+/// The empty file comes right after the note, unless the volume is slow. A later one may be somebody else's.
+constexpr auto longestDelay = std::chrono::minutes(1);
+
+/// Inode numbers do not last on such volumes, and times are rounded when a stick is put in again.
+bool isUnchanged(const EntryMark &mark, const FileAttributes &now)
+{
+    return now.size == mark.state.size && std::chrono::abs(now.modified - mark.state.modified) <= coarseTime;
+}
+
+bool cameAfter(const FileAttributes &found, Instant noted)
+{
+    return found.modified >= noted - coarseTime && found.modified <= noted + longestDelay;
+}
+
+Result<void> trashReserve(const RunServices &services, const Location &name)
+{
+    if (!services.locations.isAllowedEntry(name))
+        return failure(Failure::system(EPERM));
+    TRY(services.trash.put(name));
+    return {};
+}
+
+} // namespace
+
+ReservedName clearReservedName(const RunServices &services, const JournalledStep &step)
+{
+    if (step.settled() || !step.reserve)
+        return ReservedName::Settled;
+    const NameReserve &reserve = *step.reserve;
+    const Result<FileAttributes> found = readAttributes(reserve.name);
+    if (!found)
+        return found.error().is(std::errc::no_such_file_or_directory) ? ReservedName::Settled : ReservedName::Unclear;
+    const Result<FileAttributes> entry = readAttributes(reserve.entry);
+    // Where a rename works by a hard link the entry has both names for a moment: its new one goes.
+    if (entry && found->isFile() && found->identity == entry->identity)
+        return services.files.removeOwnCopy(reserve.name) ? ReservedName::Cleared : ReservedName::Unclear;
+    const bool entryStays = entry && isUnchanged(reserve.mark, *entry);
+    const bool arrived = !entryStays && isUnchanged(reserve.mark, *found);
+    if (!found->isFile() || found->size > 0 || !entry || arrived)
+        return ReservedName::Settled;
+    const bool ours = entryStays && cameAfter(*found, reserve.noted);
+    return ours && trashReserve(services, reserve.name) ? ReservedName::Cleared : ReservedName::Unclear;
+}
+
+} // namespace brellin

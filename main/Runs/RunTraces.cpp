@@ -1,0 +1,46 @@
+#include "Runs/RunTraces.h"
+
+#include "Guard/SystemLocations.h"
+
+#include <set>
+
+namespace brellin {
+
+StepMarks marksOf(const JournalStep &step)
+{
+    return {step.to ? EntryMark::of(*step.to) : std::nullopt,
+            step.trashedOriginal ? EntryMark::of(*step.trashedOriginal) : std::nullopt};
+}
+
+std::vector<Location> volumesOf(const Volumes &volumes, const std::vector<JournalStep> &steps)
+{
+    std::set<Location> folders;
+    for (const JournalStep &step : steps) {
+        for (const std::optional<Location> &left : {step.to, step.trashedOriginal}) {
+            if (left)
+                folders.insert(left->parent_path());
+        }
+    }
+    std::set<Location> tops;
+    for (const Location &folder : folders) {
+        // By the real path, so that it is a folder where a volume is mounted, and none that anybody may remove.
+        const std::optional<Location> resolved = resolvedLocation(folder);
+        if (Result<Location> top = volumes.top(resolved.value_or(folder)))
+            tops.insert(*std::move(top));
+    }
+    return {tops.begin(), tops.end()};
+}
+
+Result<void> checkVolumes(const Volumes &volumes, const std::vector<Location> &tops)
+{
+    for (const Location &top : tops) {
+        // An empty folder may be left where the volume was mounted.
+        const Result<Location> now = volumes.top(top);
+        if (!entryExists(top) || !now || *now != top)
+            return failure(QStringLiteral("Das Laufwerk „%1“ ist nicht angeschlossen. Es wurde nichts geändert.")
+                               .arg(shownName(top)));
+    }
+    return {};
+}
+
+} // namespace brellin

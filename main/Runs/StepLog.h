@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Runs/RunJournal.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace brellin {
+
+/// How the operations of one step tell the journal what must be known after a crash, and the undo what they created.
+class StepLog {
+public:
+    StepLog(RunJournal &journal, std::vector<Location> &createdFolders, std::size_t step)
+        : m_journal(journal)
+        , m_created(createdFolders)
+        , m_step(step)
+    {
+    }
+
+    Result<void> creatingFolder(const Location &folder)
+    {
+        TRY(m_journal.folder(folder));
+        if (std::ranges::find(m_created, folder) == m_created.end())
+            m_created.push_back(folder);
+        return {};
+    }
+    /// The folder came into being without us, or went again.
+    void folderNotOurs(const Location &folder) { std::erase(m_created, folder); }
+    Result<void> copying(const Location &temporary) { return m_journal.copying(m_step, temporary); }
+    /// Before a rename that keeps its target's name free with an empty file.
+    Result<void> reserving(const NameReserve &reserve) { return m_journal.reserving(m_step, reserve); }
+    Result<void> copied(const EntryMark &copy) { return m_journal.copied(m_step, copy); }
+
+private:
+    RunJournal &m_journal;
+    std::vector<Location> &m_created;
+    std::size_t m_step;
+};
+
+} // namespace brellin

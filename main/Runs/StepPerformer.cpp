@@ -1,0 +1,129 @@
+#include "Runs/StepPerformer.h"
+
+#include "Runs/AgentError.h"
+#include "Runs/RunTraces.h"
+#include "Runs/SameContent.h"
+
+namespace brellin {
+
+using Kind = AgentProposal::Kind;
+
+Result<void> checkUnchanged(const AgentProposal &proposal)
+{
+    const FileAttributes now = TRY(readAttributes(proposal.source));
+    if (!now.isFile() && !now.isFolder() && !now.isLink())
+        return failure(AgentError::changedSinceScan());
+    if (proposal.seen && FileState::of(now) != *proposal.seen)
+        return failure(AgentError::changedSinceScan());
+    return {};
+}
+
+Guard::Review reviewOf(const AgentProposal &proposal)
+{
+    return proposal.needsReview ? Guard::Review::Asked : Guard::Review::Missing;
+}
+
+Result<void> StepPerformer::checkAllowed(const AgentProposal &proposal)
+{
+    if (proposal.destination && !m_services.locations.isAllowedEntry(*proposal.destination))
+        return failure(AgentError::systemLocation());
+    return m_guard.check(proposal.source, reviewOf(proposal));
+}
+
+Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) const
+{
+    if (!proposal.treeSeen)
+        return {};
+    const TreeState now = TRY(TreeState::of(proposal.source, m_control));
+    return now == *proposal.treeSeen ? Result<void>() : Result<void>(failure(AgentError::changedSinceScan()));
+}
+
+/// Of a group of duplicates one must remain, whatever happened to the others since the scan.
+Result<void> StepPerformer::checkKept(const AgentProposal &proposal) const
+{
+    if (proposal.kind == Kind::Trash && m_kept.concern(proposal.source))
+        return failure(AgentError::keptForOthers());
+    if (proposal.keptCopy && !haveSameContent(proposal.source, *proposal.keptCopy, m_control))
+        return failure(m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone());
+    return {};
+}
+
+Result<void> StepPerformer::checkAll(const AgentProposal &proposal)
+{
+    TRY(checkAllowed(proposal));
+    TRY(checkUnchanged(proposal));
+    if (!proposal.treeSeen && !proposal.keptCopy)
+        return checkKept(proposal);
+    TRY(checkTreeUnchanged(proposal));
+    TRY(checkKept(proposal));
+    // Reading contents may take minutes, in which a profile is saved or the entry exchanged.
+    TRY(checkAllowed(proposal));
+    return checkUnchanged(proposal);
+}
+
+Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
+{
+    if (const std::optional<MoveSeries::Moved> moved = m_series.move(proposal)) {
+        return Performed{{proposal.kind, proposal.source, moved->location, {}},
+                         {moved->mark, {}},
+                         moved->astray ? std::optional(AgentError::targetSwapped(moved->location)) : std::nullopt};
+    }
+    JournalStep step = TRY(performAlone(proposal, log));
+    const StepMarks marks = marksOf(step);
+    return Performed{std::move(step), marks, {}};
+}
+
+Result<JournalStep> StepPerformer::performAlone(const AgentProposal &proposal, StepLog &log)
+{
+    if (proposal.kind != Kind::Trash && (!proposal.destination || proposal.destination->empty()))
+        return failure(AgentError::noDestination());
+    TRY(checkAll(proposal));
+    JournalStep step = TRY(act(proposal, log));
+    if (proposal.keptCopy)
+        m_kept.add(*proposal.keptCopy);
+    return step;
+}
+
+Result<JournalStep> StepPerformer::act(const AgentProposal &proposal, StepLog &log)
+{
+    switch (proposal.kind) {
+    case Kind::Trash:
+        return trash(proposal);
+    case Kind::Copy:
+        return copy(proposal, log);
+    case Kind::Move:
+    case Kind::Rename:
+        return move(proposal, log);
+    }
+    return failure(AgentError::noDestination());
+}
+
+Result<JournalStep> StepPerformer::trash(const AgentProposal &proposal)
+{
+    const Location place = TRY(m_services.trash.put(proposal.source));
+    return JournalStep{Kind::Trash, proposal.source, place, {}};
+}
+
+Result<JournalStep> StepPerformer::copy(const AgentProposal &proposal, StepLog &log)
+{
+    const Placement::Placed placed = TRY(
+        m_place.copyTo(proposal.source, *proposal.destination, Placement::Safety::Written, AgentError::badCopy(), log));
+    return JournalStep{Kind::Copy, proposal.source, placed.location, {}};
+}
+
+Result<JournalStep> StepPerformer::move(const AgentProposal &proposal, StepLog &log)
+{
+    if (m_place.onOneVolume(proposal.source, *proposal.destination)) {
+        const Result<Location> moved = m_place.moveWithinVolume(proposal.source, *proposal.destination, log);
+        if (moved)
+            return JournalStep{proposal.kind, proposal.source, *moved, {}};
+        // Across a bind mount, or from the lower layer of an overlay, the volume looks the same and is not.
+        if (!moved.error().is(std::errc::cross_device_link))
+            return failure(moved.error());
+    }
+    const Placement::Moved moved = TRY(m_place.moveAcrossVolumes(proposal.source, *proposal.destination, log));
+    const Kind done = moved.trashedOriginal ? proposal.kind : Kind::Copy;
+    return JournalStep{done, proposal.source, moved.location, moved.trashedOriginal};
+}
+
+} // namespace brellin

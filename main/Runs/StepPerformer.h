@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Guard/FreshGuard.h"
+#include "Runs/AgentProposal.h"
+#include "Runs/JournalRun.h"
+#include "Runs/KeptEntries.h"
+#include "Runs/MoveSeries.h"
+#include "Runs/Placement.h"
+
+namespace brellin {
+
+/// Carries out single proposals. Touches only the proposal's source and destination (with the folders above the latter);
+/// a failure leaves the source as it was and no half copy.
+class StepPerformer {
+public:
+    /// All outlive the performer. `kept` is what stays in this run because others have gone for it.
+    StepPerformer(const RunServices &services, FreshGuard &guard, KeptEntries &kept, JobControl *control)
+        : m_services(services)
+        , m_guard(guard)
+        , m_kept(kept)
+        , m_place(services, control)
+        , m_series(services, guard)
+        , m_control(control)
+    {
+    }
+
+    struct Performed {
+        JournalStep step;
+        StepMarks marks;                ///< of what it left
+        std::optional<Failure> trouble; ///< it is done, and not as it was wanted
+    };
+    Result<Performed> perform(const AgentProposal &proposal, StepLog &log);
+
+private:
+    Result<JournalStep> performAlone(const AgentProposal &proposal, StepLog &log);
+    Result<void> checkAllowed(const AgentProposal &proposal);
+    Result<void> checkTreeUnchanged(const AgentProposal &proposal) const;
+    Result<void> checkKept(const AgentProposal &proposal) const;
+    Result<void> checkAll(const AgentProposal &proposal);
+    Result<JournalStep> act(const AgentProposal &proposal, StepLog &log);
+    Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
+    Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
+    Result<JournalStep> trash(const AgentProposal &proposal);
+
+    const RunServices &m_services;
+    FreshGuard &m_guard;
+    KeptEntries &m_kept;
+    Placement m_place;
+    MoveSeries m_series;
+    JobControl *m_control;
+};
+
+/// The check before every step: the source must still be what was seen (if anything was).
+Result<void> checkUnchanged(const AgentProposal &proposal);
+
+/// Whether the proposal told the user that its source may be needed where it is.
+Guard::Review reviewOf(const AgentProposal &proposal);
+
+} // namespace brellin

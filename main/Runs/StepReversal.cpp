@@ -1,0 +1,199 @@
+#include "Runs/StepReversal.h"
+
+#include "Disk/SeenTree.h"
+#include "Disk/TreeMark.h"
+#include "Runs/AgentError.h"
+#include "Runs/LeftCopy.h"
+#include "Runs/SameContent.h"
+
+namespace brellin {
+
+using Kind = AgentProposal::Kind;
+
+namespace {
+
+/// What lies at a location now, unless that is known to be something else.
+std::optional<EntryMark> markAt(const std::optional<Location> &location, const std::optional<EntryMark> &left)
+{
+    const Result<FileAttributes> now =
+        location ? readAttributes(*location) : Result<FileAttributes>(failure(Failure::system(ENOENT)));
+    const bool isIt = now && (!left || left->isOf(*now));
+    return isIt ? std::optional(EntryMark::of(*now)) : std::nullopt;
+}
+
+/// Where an entry is back already, by an earlier try or by the user's hand. Of what was only renamed another name in the same
+/// folder is not the way back: editors keep the file as it was before saving under one.
+std::optional<Location> foundBack(EntrySearch &search, const JournalStep &step, const EntryMark &entry)
+{
+    std::optional<Location> place = search.find(step.from, entry);
+    const bool sameFolder = step.to && step.to->parent_path() == step.from.parent_path();
+    if (place && sameFolder && !isNumberedForm(place->filename().native(), step.from.filename().native()))
+        return std::nullopt;
+    return place;
+}
+
+/// Of a step whose entry no longer stands at its place: what else stands there, where that goes back in its stead, or the
+/// entry itself, to be looked for.
+EntryMark markInStead(const JournalStep &step, const EntryMark &left, bool movesBack)
+{
+    EntrySearch search;
+    const std::optional<EntryMark> other = EntryMark::of(*step.to);
+    if (other && movesBack && !foundBack(search, step, left))
+        return *other;
+    // Another file may have the number of the one that has gone.
+    return left.isAt(*step.to) ? EntryMark() : left;
+}
+
+/// Whether a file is no longer as the step had left it. A folder lives on.
+bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, const Location &place)
+{
+    const bool asLeft = !left || (entry.state.size == left->state.size && entry.state.modified == left->state.modified);
+    const Result<FileAttributes> now = readAttributes(place);
+    return !asLeft && now && !now->isFolder();
+}
+
+/// Whether the copy of a folder holds something that its original does not, by names and sizes.
+bool holdsMore(const Location &copy, const Location &original, const JobControl *control)
+{
+    const Result<FileAttributes> attributes = readAttributes(copy);
+    if (!attributes || !attributes->isFolder())
+        return false;
+    const Result<TreeMark> known = TreeMark::of(original, control, TreeMark::Times::Ignored);
+    const Result<std::vector<Location>> more = known ? known->newIn(copy, 1, control) : failure(known.error());
+    return more && !more->empty();
+}
+
+} // namespace
+
+PlannedStep StepReversal::planOf(const Done &done)
+{
+    const JournalStep &step = done.step;
+    const std::optional<EntryMark> &left = done.marks.to;
+    PlannedStep plan{step.kind,
+                     step.to.value_or(Location()),
+                     step.from,
+                     {},
+                     markAt(step.trashedOriginal, done.marks.trashedOriginal)};
+    const bool movesBack = (step.kind == Kind::Move || step.kind == Kind::Rename) && !plan.original;
+    if (const std::optional<EntryMark> now = markAt(step.to, left))
+        plan.entry = *now;
+    else if (step.to && left)
+        plan.entry = markInStead(step, *left, movesBack);
+    return plan;
+}
+
+bool StepReversal::isCurrent(const JournalStep &step, const JournalledStep &known) const
+{
+    if (!step.to || !entryExists(*step.to) || known.plan.entry.isAt(*step.to))
+        return true;
+    EntrySearch search;
+    return foundBack(search, step, known.plan.entry) || (known.copied && search.find(step.from, *known.copied)) ||
+           (known.plan.original && search.find(step.from, *known.plan.original)) ||
+           isInTrash(*step.to, known.plan.entry);
+}
+
+Result<void> StepReversal::checkAllowed(const JournalStep &step) const
+{
+    const bool target = m_services.locations.isAllowed(step.from);
+    // The Trash may lie where nothing else is touched.
+    const bool source = m_services.trash.holds(*step.to) || m_services.locations.isAllowedEntry(*step.to);
+    return target && source ? Result<void>() : Result<void>(failure(AgentError::systemLocation()));
+}
+
+Result<UndoRemark> StepReversal::reverse(const Done &done, const JournalledStep &known, StepLog &log)
+{
+    const JournalStep &step = done.step;
+    if (!step.to)
+        return failure(Failure::system(ENOENT));
+    TRY(checkAllowed(step));
+    // A Trash that cannot be reached (its volume is not mounted) still holds the original.
+    if (step.trashedOriginal && !done.volumesThere && !entryExists(step.trashedOriginal->parent_path()))
+        return failure(QStringLiteral("Der Papierkorb mit dem Original ist nicht erreichbar."));
+    if (step.kind == Kind::Copy) {
+        TRY(trashCopy(*step.to, known.plan.entry));
+        return UndoRemark::None;
+    }
+    if (known.plan.original)
+        return restoreOriginal(done, known, log);
+    const bool changed = isChanged(known.plan.entry, done.marks.to, *step.to);
+    TRY(moveBack(step, known, log));
+    return changed ? UndoRemark::Changed : UndoRemark::None;
+}
+
+bool StepReversal::isInTrash(const Location &original, const EntryMark &entry) const
+{
+    const std::optional<Location> place = m_services.trash.find(original, entry.state.identity);
+    return place && entry.isAt(*place);
+}
+
+Result<void> StepReversal::trashCopy(const Location &copy, const EntryMark &entry)
+{
+    if (!entry.isAt(copy))
+        return isInTrash(copy, entry) ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
+    TRY(m_services.trash.put(copy));
+    return {};
+}
+
+Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const JournalledStep &known, StepLog &log)
+{
+    const JournalStep &step = done.step;
+    const EntryMark original = *known.plan.original;
+    std::optional<Location> restored;
+    if (original.isAt(*step.trashedOriginal))
+        restored = TRY(m_place.takeFromTrash(*step.trashedOriginal, step.from, step.from, log));
+    else
+        restored = EntrySearch().find(step.from, original);
+    if (!restored)
+        return failure(Failure::system(ENOENT));
+    const bool changed =
+        isChanged(known.plan.entry, done.marks.to, *step.to) || holdsMore(*step.to, *restored, m_control);
+    // Where nothing is, the copy went in an earlier try, or the user took it away.
+    if (!known.plan.entry.isAt(*step.to))
+        return entryExists(*step.to) ? UndoRemark::NewerAtTarget : UndoRemark::None;
+    const Result<Location> trashed = m_services.trash.put(*step.to);
+    if (trashed)
+        return changed ? UndoRemark::NewerInTrash : UndoRemark::None;
+    // Without a Trash for it the copy may go only if it holds nothing that the original does not.
+    const Result<SeenTree> seen = SeenTree::of(*step.to, m_control);
+    if (!seen || !known.plan.entry.isAt(*step.to) || !haveSameContent(*restored, *step.to, m_control) ||
+        !original.isAt(*restored))
+        return failure(trashed.error());
+    const std::vector<Location> kept = TRY(m_services.files.removeSeen(*step.to, *seen));
+    return kept.empty() ? UndoRemark::None : UndoRemark::NewerAtTarget;
+}
+
+/// Removes what a copy that was cut short has left, if what it was made of is still there.
+void StepReversal::removeLeftover(const JournalledStep &known)
+{
+    if (known.temporary && isSuperfluous(*known.temporary, known.plan.from, known.plan.entry))
+        (void)m_services.files.removeOwnCopy(*known.temporary);
+}
+
+Result<void> StepReversal::moveBack(const JournalStep &step, const JournalledStep &known, StepLog &log)
+{
+    const bool there = known.plan.entry.isAt(*step.to);
+    const bool inTrash = m_services.trash.holds(*step.to);
+    EntrySearch search;
+    if (known.copied && search.find(step.from, *known.copied))
+        return there && !inTrash ? trashCopy(*step.to, known.plan.entry) : Result<void>();
+    removeLeftover(known);
+    if (!there) {
+        const bool already = foundBack(search, step, known.plan.entry).has_value();
+        return already ? Result<void>() : Result<void>(failure(Failure::system(ENOENT)));
+    }
+    if (inTrash || m_place.onOneVolume(*step.to, step.from)) {
+        const Result<Location> moved = inTrash ? m_place.takeFromTrash(*step.to, step.from, step.from, log)
+                                               : m_place.moveWithinVolume(*step.to, step.from, log);
+        if (moved || !moved.error().is(std::errc::cross_device_link))
+            return moved ? Result<void>() : Result<void>(failure(moved.error()));
+    }
+    if (!inTrash) {
+        TRY(m_place.moveAcrossVolumes(*step.to, step.from, log));
+        return {};
+    }
+    // What lies in the Trash stays there beside its copy: nothing is removed from the Trash.
+    TRY(m_place.copyTo(*step.to, step.from, Placement::Safety::Flushed, AgentError::badCopy(), log));
+    return {};
+}
+
+} // namespace brellin

@@ -1,0 +1,174 @@
+#include "Guard/SystemLocations.h"
+#include "Support/PrivateMount.h"
+#include "Support/TempTree.h"
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using brellin::test::PrivateMount;
+using brellin::test::TempTree;
+
+namespace {
+
+struct Row {
+    const char *location;
+    bool allowed;
+};
+
+TEST(SystemLocationsTest, DecidesByTheDeepestPlace)
+{
+    // A home below a system folder, as some systems have it.
+    const SystemLocations locations("/var/home/anna");
+    for (const Row &row : std::initializer_list<Row>{
+             {"/", false},
+             {"/System", false},
+             {"/System/Fonts", false},
+             {"/Systematik", true},
+             {"/Library/Fonts", false},
+             {"/Applications", false},
+             {"/private/tmp", false},
+             {"/cores", false},
+             {"/usr/local/share", false},
+             {"/etc/passwd", false},
+             {"/dev/shm", false},
+             {"/run/user/1000", false},
+             {"/run/media", true},
+             {"/run/media/anna/Stick", true},
+             {"/run/mediathek", false},
+             {"/var", false},
+             {"/var/home", false},
+             {"/var/home/anna", true},
+             {"/var/home/anna/Downloads", true},
+             {"/var/home/anna/Library", false},
+             {"/var/home/anna/Library/Preferences", false},
+             {"/var/home/anna/Library/Mobile Documents", false},
+             {"/var/home/anna/Library/Mobile Documents/com~apple~CloudDocs", true},
+             {"/var/home/anna/Library/Mobile Documents/com~apple~CloudDocs/Rechnungen", true},
+             {"/var/home/anna/.config", false},
+             {"/var/home/anna/.ssh/id", false},
+             {"/var/home/anna/Projekte/.git", true},
+             {"/var/home/annabell", false},
+             {"/srv/daten", true},
+             {"relativ", false},
+             {"", false},
+         }) {
+        EXPECT_EQ(locations.isAllowedText(std::string_view(row.location)), row.allowed) << row.location;
+    }
+}
+
+TEST(SystemLocationsTest, AHomeThatIsASystemFolderStaysRefused)
+{
+    for (const char *const home : {"/", "/usr", "/etc"}) {
+        const SystemLocations locations(home);
+        EXPECT_FALSE(locations.isAllowedText(Location("/usr"))) << home;
+        EXPECT_FALSE(locations.isAllowedText(Location("/usr/share"))) << home;
+        EXPECT_FALSE(locations.isAllowedText(Location("/etc/x"))) << home;
+        EXPECT_TRUE(locations.isAllowedText(Location("/srv"))) << home;
+    }
+}
+
+class LinkedLocationsTest : public ::testing::Test {
+protected:
+    LinkedLocationsTest() { tree.lines({"home/Downloads/", "home/Library/", "system/inside/", "daten/"}); }
+    bool allowed(std::string_view path) const { return locations.isAllowed(tree.path(path)); }
+    bool entryAllowed(std::string_view path) const { return locations.isAllowedEntry(tree.path(path)); }
+
+    TempTree tree;
+    SystemLocations locations{tree.path("home"), {tree.path("system")}};
+};
+
+TEST_F(LinkedLocationsTest, FollowsLinksToWhereTheyLead)
+{
+    tree.lines({"home/zu->../system", "home/Downloads/tief->../../system/inside", "home/gut->../daten",
+                "home/nirgends->../system/fehlt", "home/kreis->kreis"});
+    EXPECT_TRUE(allowed("home/Downloads"));
+    EXPECT_TRUE(allowed("home/gut"));
+    EXPECT_TRUE(allowed("home/gut/noch/nicht/da.txt"));
+    EXPECT_FALSE(allowed("home/zu"));
+    EXPECT_FALSE(allowed("home/zu/noch/nicht/da.txt"));
+    EXPECT_FALSE(allowed("home/Downloads/tief"));
+    EXPECT_FALSE(allowed("home/nirgends"));
+    EXPECT_FALSE(allowed("home/nirgends/neu"));
+    EXPECT_FALSE(allowed("home/kreis"));
+}
+
+TEST_F(LinkedLocationsTest, ReadsTwoDotsBothWays)
+{
+    tree.lines({"home/tief->../system/inside", "home/raus->../daten"});
+    // By text "home/Downloads", for the system a place beside "inside".
+    EXPECT_FALSE(allowed("home/tief/../Downloads"));
+    EXPECT_FALSE(allowed("home/Downloads/../../system"));
+    EXPECT_FALSE(entryAllowed("home/tief/../Downloads"));
+    EXPECT_TRUE(allowed("home/raus/../Downloads/"));
+    EXPECT_FALSE(locations.isAllowed(std::string("/srv\0/../etc", 12)));
+}
+
+TEST_F(LinkedLocationsTest, AnEntryIsTheLinkItself)
+{
+    tree.lines({"home/zu->../system", "home/nirgends->fehlt", "home/a.txt"});
+    EXPECT_TRUE(entryAllowed("home/zu"));
+    EXPECT_TRUE(entryAllowed("home/nirgends"));
+    EXPECT_TRUE(entryAllowed("home/a.txt"));
+    EXPECT_TRUE(entryAllowed("home/neu.txt"));
+    EXPECT_FALSE(entryAllowed("home/zu/inside"));
+    EXPECT_FALSE(entryAllowed("system/inside"));
+    // Moving what holds a refused folder would move that as well.
+    EXPECT_FALSE(entryAllowed("home"));
+    EXPECT_FALSE(entryAllowed(""));
+}
+
+TEST_F(LinkedLocationsTest, KnowsSystemFoldersThatAreMountedElsewhere)
+{
+    tree.lines({"home/bild/", "home/alles/", "home/gut/", "home/.config/x", "home/tief/", "daten/a.txt"});
+    const SystemLocations knowing(tree.path("home"), {tree.path("system")});
+    const PrivateMount whole = PrivateMount::bind(tree.path("system"), tree.path("home/bild"));
+    const PrivateMount part = PrivateMount::bind(tree.path("home/.config"), tree.path("home/tief"));
+    const PrivateMount root = PrivateMount::bind("/", tree.path("home/alles"));
+    const PrivateMount good = PrivateMount::bind(tree.path("daten"), tree.path("home/gut"));
+    if (!whole || !part || !root || !good)
+        GTEST_SKIP() << "no mounts here";
+    for (const char *const folder :
+         {"home/bild", "home/bild/inside", "home/bild/noch/nicht/da", "home/alles", "home/tief"})
+        EXPECT_FALSE(knowing.isAllowed(tree.path(folder))) << folder;
+    EXPECT_FALSE(knowing.isAllowedEntry(tree.path("home/bild")));
+    EXPECT_FALSE(knowing.isAllowedEntry(tree.path("home/bild/neu.txt")));
+    EXPECT_FALSE(knowing.isAllowedEntryIn(tree.path("home/bild").native(), tree.path("home/bild/inside")));
+    EXPECT_TRUE(knowing.isAllowed(tree.path("home/gut")));
+    EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/gut/a.txt")));
+    EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/Downloads/a.txt")));
+}
+
+TEST_F(LinkedLocationsTest, ForgetsWhatASystemFolderWas)
+{
+    // The number of a folder that is gone goes to another.
+    std::filesystem::rename(tree.path("system"), tree.path("home/umbenannt"));
+    EXPECT_TRUE(allowed("home/umbenannt"));
+    tree.lines({"system/"});
+    EXPECT_FALSE(allowed("system"));
+}
+
+TEST(SystemLocationsTest, KnowsHomeAndSystemFoldersByAllTheirNames)
+{
+    const TempTree tree;
+    tree.lines({"echt/anna/Library/", "echt/anna/Downloads/", "heim->echt", "opt->anderswo", "anderswo/programm/"});
+    const SystemLocations locations(tree.path("heim/anna"), {tree.path("echt"), tree.path("opt")});
+    EXPECT_TRUE(locations.isAllowed(tree.path("heim/anna/Downloads")));
+    EXPECT_TRUE(locations.isAllowed(tree.path("echt/anna/Downloads")));
+    EXPECT_FALSE(locations.isAllowed(tree.path("echt/anna/Library")));
+    EXPECT_FALSE(locations.isAllowed(tree.path("heim/anna/Library/x")));
+    EXPECT_FALSE(locations.isAllowed(tree.path("heim/berta"))) << "resolved it lies in a refused folder";
+    EXPECT_FALSE(locations.isAllowed(tree.path("anderswo/programm"))) << "a system folder's real place";
+}
+
+TEST(SystemLocationsTest, IgnoresCaseWhereTheDiskDoes)
+{
+    const TempTree tree;
+    // A link under the swapped name stands in for a disk that finds the folder under it.
+    tree.lines({"home/", "System/", "sYSTEM->System", "Genau/"});
+    const SystemLocations locations(tree.path("home"), {tree.path("System"), tree.path("Genau")});
+    EXPECT_FALSE(locations.isAllowedText(tree.path("sysTEM/x")));
+    EXPECT_TRUE(locations.isAllowedText(tree.path("systematik")));
+    EXPECT_TRUE(locations.isAllowedText(tree.path("genau")));
+}
+
+} // namespace

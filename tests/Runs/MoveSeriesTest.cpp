@@ -1,0 +1,226 @@
+#include "Runs/AgentError.h"
+#include "Runs/Execution.h"
+#include "Runs/Recovery.h"
+#include "Runs/RunHistory.h"
+#include "Runs/UndoRun.h"
+#include "Support/AgentWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Several files that go from one folder into another; the name of the third is taken there.
+class MoveSeriesTest : public testing::Test {
+protected:
+    MoveSeriesTest()
+    {
+        world.tree().lines({"home/Downloads/a.txt=eins", "home/Downloads/b.txt=zwei", "home/Downloads/c.txt=drei",
+                            "home/Downloads/d.txt=vier", "home/Ablage/c.txt=fünf"});
+        world.files().beforeHeldRename = [this](const Location &) { ++held; };
+        before = world.snapshot();
+    }
+
+    std::vector<AgentProposal> moves() const
+    {
+        std::vector<AgentProposal> all;
+        for (const char *name : {"a.txt", "b.txt", "c.txt", "d.txt"}) {
+            AgentProposal one;
+            one.kind = AgentProposal::Kind::Move;
+            one.source = world.home("Downloads") / name;
+            one.destination = world.home("Ablage") / name;
+            one.seen = FileState::of(readAttributes(one.source).value_or(FileAttributes()));
+            all.push_back(one);
+        }
+        return all;
+    }
+    ExecutionOutcome execute(const std::vector<AgentProposal> &proposals)
+    {
+        JobControl control;
+        Result<ExecutionOutcome> outcome = Execution(world.services()).execute(proposals, control);
+        EXPECT_TRUE(outcome);
+        return outcome ? *std::move(outcome) : ExecutionOutcome();
+    }
+    void undoAll()
+    {
+        for (const JournalRun &run : RunHistory(world.defaults()).runs()) {
+            JobControl control;
+            if (!run.undone) {
+                EXPECT_TRUE(UndoRun(world.services()).undo(run.id, control));
+            }
+        }
+    }
+    /// Does something as the second of the entries is on its way between the held folders.
+    void whenUnderWay(std::function<void()> act)
+    {
+        world.files().beforeHeldRename = [this, act = std::move(act)](const Location &) {
+            if (held++ == 0)
+                act();
+        };
+    }
+
+    AgentWorld world;
+    std::string before;
+    int held = 0;
+};
+
+} // namespace
+
+TEST_F(MoveSeriesTest, goesBetweenHeldFoldersAndIsTakenBack)
+{
+    const ExecutionOutcome outcome = execute(moves());
+    EXPECT_TRUE(outcome.failures.empty());
+    EXPECT_GE(held, 2);
+    ASSERT_TRUE(outcome.run);
+    EXPECT_EQ(outcome.run->steps[2].to, world.home("Ablage/c (2).txt"));
+    EXPECT_EQ(world.tree().content("home/Ablage/c.txt"), "fünf");
+    undoAll();
+    EXPECT_EQ(world.snapshot(), before);
+}
+
+TEST_F(MoveSeriesTest, losesNothingWhenAnOperationFailsOrTheProgramIsKilled)
+{
+    const std::set<std::string> contents = world.contents();
+    for (const int error : {EIO, EEXIST, EXDEV}) {
+        for (int n = 0;; ++n) {
+            SCOPED_TRACE(testing::Message() << "operation " << n << ", error " << error);
+            world.faults = FaultPlan{};
+            world.faults.failAt = n;
+            world.faults.error = error;
+            execute(moves());
+            const bool hit = world.faults.changes() > n;
+            world.faults = FaultPlan{};
+            EXPECT_TRUE(std::ranges::includes(world.contents(), contents));
+            recoverInterruptedRuns(world.services());
+            undoAll();
+            ASSERT_EQ(world.snapshot(), before);
+            if (!hit)
+                break;
+        }
+    }
+    for (int n = 0, status = 1; status != 0; ++n) {
+        SCOPED_TRACE(testing::Message() << "killed at " << n);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            world.faults = FaultPlan{};
+            world.faults.killAt = n;
+            execute(moves());
+            ::_exit(0);
+        }
+        ::waitpid(child, &status, 0);
+        recoverInterruptedRuns(world.services());
+        undoAll();
+        ASSERT_EQ(world.snapshot(), before);
+    }
+}
+
+TEST_F(MoveSeriesTest, noticesThatTheTargetIsAnotherFolderByNow)
+{
+    // The folder that is held goes elsewhere, and its place leads to where nothing may go.
+    world.tree().file("home/Library/wichtig.txt", "System");
+    whenUnderWay([this] {
+        fs::rename(world.home("Ablage"), world.home("Weg"));
+        fs::create_directory_symlink(world.home("Library"), world.home("Ablage"));
+    });
+    const ExecutionOutcome outcome = execute(moves());
+    EXPECT_GE(held, 1);
+    EXPECT_EQ(outcome.done.size(), 1u); // the one before
+    ASSERT_EQ(outcome.failures.size(), 3u);
+    EXPECT_EQ(outcome.failures[0].why.message, SystemLocations::message());
+    EXPECT_EQ(world.tree().content("home/Downloads/b.txt"), "zwei");
+    EXPECT_FALSE(entryExists(world.home("Weg/b.txt")));
+    EXPECT_FALSE(entryExists(world.home("Library/b.txt")));
+}
+
+TEST_F(MoveSeriesTest, knowsWhereAnEntryWentThatCannotGoBack)
+{
+    // The target is swapped as the entry goes there, and its old name is taken before it is back.
+    world.files().beforeHeldRename = [this](const Location &) {
+        if (held == 0) {
+            fs::rename(world.home("Ablage"), world.home("Weg"));
+            fs::create_directory(world.home("Ablage"));
+        } else if (held == 1) {
+            world.tree().file("home/Downloads/b.txt", "neu");
+        }
+        ++held;
+    };
+    const ExecutionOutcome outcome = execute(moves());
+    ASSERT_EQ(outcome.failures.size(), 1u);
+    EXPECT_EQ(outcome.failures[0].source, world.home("Downloads/b.txt"));
+    EXPECT_TRUE(outcome.failures[0].why.message.contains(shown(world.home("Weg"))));
+    EXPECT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(world.tree().content("home/Weg/b.txt"), "zwei");
+    undoAll();
+    EXPECT_EQ(world.tree().content("home/Downloads/b.txt"), "neu");
+    EXPECT_EQ(world.tree().content("home/Downloads/b (2).txt"), "zwei");
+    EXPECT_FALSE(entryExists(world.home("Weg/b.txt")));
+}
+
+TEST_F(MoveSeriesTest, noticesThatTheSourceIsAnotherFolderByNow)
+{
+    whenUnderWay([this] {
+        fs::rename(world.home("Downloads"), world.home("Weg"));
+        world.tree().file("home/Downloads/c.txt", "fremd");
+    });
+    const ExecutionOutcome outcome = execute(moves());
+    // What was on its way when it happened has moved; of the others nothing is touched.
+    EXPECT_EQ(outcome.failures.size(), 2u);
+    EXPECT_EQ(world.tree().content("home/Downloads/c.txt"), "fremd");
+    EXPECT_EQ(world.tree().content("home/Weg/c.txt"), "drei");
+    EXPECT_EQ(world.tree().content("home/Weg/d.txt"), "vier");
+    undoAll();
+    EXPECT_EQ(world.tree().content("home/Downloads/b.txt"), "zwei");
+}
+
+TEST_F(MoveSeriesTest, refusesWhatChangedMeanwhile)
+{
+    whenUnderWay([this] { world.tree().file("home/Downloads/d.txt", "weiter geschrieben"); });
+    const ExecutionOutcome outcome = execute(moves());
+    ASSERT_EQ(outcome.failures.size(), 1u);
+    EXPECT_EQ(outcome.failures[0].why.message, AgentError::changedSinceScan().message);
+    EXPECT_EQ(world.tree().content("home/Downloads/d.txt"), "weiter geschrieben");
+}
+
+TEST_F(MoveSeriesTest, leavesAStrangerInTheHeldFolderThatHasTheName)
+{
+    // The folder that is held goes elsewhere and gets another file of that name; the one that was seen is where it was.
+    whenUnderWay([this] {
+        fs::rename(world.home("Downloads"), world.home("Weg"));
+        fs::create_directory(world.home("Downloads"));
+        fs::rename(world.home("Weg/d.txt"), world.home("Downloads/d.txt"));
+        world.tree().file("home/Weg/d.txt", "fremd");
+    });
+    std::vector<AgentProposal> all = moves();
+    all.erase(all.begin() + 2); // the taken name, at which the folders are looked at again
+    const ExecutionOutcome outcome = execute(all);
+    EXPECT_EQ(outcome.done.size(), 3u);
+    EXPECT_EQ(world.tree().content("home/Weg/d.txt"), "fremd");
+    EXPECT_EQ(world.tree().content("home/Ablage/d.txt"), "vier");
+}
+
+TEST_F(MoveSeriesTest, goesNowhereIntoSystemLocations)
+{
+    world.tree().lines({"home/Library/tief/x=System", "home/Verweis->Library/tief"});
+    for (const char *const folder : {"Library", "Library/tief", "Verweis"}) {
+        std::vector<AgentProposal> all = moves();
+        for (AgentProposal &one : all)
+            one.destination = world.home(folder) / one.source.filename();
+        const std::string untouched = world.snapshot();
+        const ExecutionOutcome outcome = execute(all);
+        EXPECT_TRUE(outcome.done.empty());
+        ASSERT_EQ(outcome.failures.size(), all.size());
+        for (const FailedProposal &failed : outcome.failures)
+            EXPECT_EQ(failed.why.message, SystemLocations::message());
+        EXPECT_EQ(world.snapshot(), untouched) << folder;
+    }
+    EXPECT_EQ(held, 0);
+}
