@@ -6,12 +6,13 @@
 
 namespace brellin {
 
-/// Knows where entries really lie. Every folder is looked up once: make one for one search. For one thread.
+/// Resolves entries to the folder they really lie in. Caches every folder it looks up, so use one instance per scan.
+/// Not thread-safe.
 class EntryFolders {
 public:
-    /// Which entry a path means: equal for two paths that lead to one entry.
+    /// Identifies the entry behind a path: equal for two paths that lead to the same entry.
     FolderEntry entryOf(const Location &entry);
-    /// The path with the links above its last component resolved, of a standardised one.
+    /// The path with all symlinks above its last component resolved. `entry` must be standardised.
     Location real(const Location &entry);
 
 private:
@@ -21,7 +22,7 @@ private:
     };
     const Folder &folderOf(const Location &entry);
 
-    std::map<std::string, Folder> m_folders; ///< by the path that was asked for
+    std::map<std::string, Folder> m_folders; ///< keyed by the path asked for
 };
 
 } // namespace brellin

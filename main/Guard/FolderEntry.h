@@ -9,21 +9,22 @@
 
 namespace brellin {
 
-/// One entry of one folder, by whatever links or mounts its path leads there. A link is an entry of its own.
+/// Identifies one directory entry regardless of the symlinks or mounts in the path used. A symlink is an entry of its
+/// own.
 struct FolderEntry {
-    FileIdentity folder; ///< zero where the folder cannot be examined: `name` is the whole path then
+    FileIdentity folder; ///< zero if the folder cannot be examined; `name` is then the whole path
     std::string name;
 
     auto operator<=>(const FolderEntry &) const = default;
 };
 
-/// The path with the links above its last component resolved; standardised only, where the system does not tell.
+/// The path with all symlinks above its last component resolved; only standardised if they cannot be resolved.
 Location realEntry(const Location &entry);
 
-/// What an entry is by number, a link at its end not followed; nothing where it cannot be examined.
+/// Device and inode of an entry (symlinks not followed); nullopt if it cannot be examined.
 std::optional<FileIdentity> identityOf(const Location &entry);
 
-/// The folders that an entry lies in, innermost first, by number. `real` has no links above its last component.
+/// Identities of the folders above an entry, innermost first. `real` must have no symlinks above its last component.
 std::vector<FileIdentity> foldersAbove(const Location &real);
 
 } // namespace brellin

@@ -4,7 +4,7 @@ namespace brellin {
 
 namespace {
 
-/// One form for one name, whichever way the disk composes it.
+/// Names in NFC: volumes differ in how they compose characters.
 std::string composedEntry(const Location &location)
 {
     return shown(location).normalized(QString::NormalizationForm_C).toStdString();

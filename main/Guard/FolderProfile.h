@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// Something in a project folder that the agent never moves, renames or deletes.
+/// An entry of a project folder that the agent never moves, renames or deletes.
 struct ProtectedEntry {
     QUuid id = QUuid::createUuid();
     QString path; ///< relative to the profile's root
@@ -19,7 +19,7 @@ struct ProtectedEntry {
     bool operator==(const ProtectedEntry &) const = default;
 };
 
-/// The protection of one project folder and how its rest may be tidied.
+/// Protects one project folder and says how the rest of it may be tidied.
 struct FolderProfile {
     QUuid id = QUuid::createUuid();
     QString rootPath; ///< absolute
@@ -34,9 +34,9 @@ struct FolderProfile {
     bool operator==(const FolderProfile &) const = default;
 
     Location root() const;
-    /// The path of a location below the root, relative to it; nothing when it lies outside or is the root itself.
+    /// The path relative to the root; nullopt for the root itself and for anything outside it.
     std::optional<Location> relative(const Location &location) const;
-    /// Whether a location is a protected entry or lies below one. Names are compared composed (NFC).
+    /// Whether a location is a protected entry or lies below one. Compares names in NFC.
     bool isProtected(const Location &location) const;
 };
 

@@ -7,28 +7,28 @@
 
 namespace brellin {
 
-/// The guard of steps that act: every question is answered by the profiles as they are stored at that moment, not as they
-/// were when the run began. Reads their text each time and makes a new guard where it differs. Make one for a batch of steps,
-/// so that swapped folders are looked up again. For one thread.
+/// A guard for acting: every check uses the profiles as stored at that moment, not as they were when the run began.
+/// Re-reads the stored text each time and rebuilds the guard when it differs. Use one instance per batch of steps, so
+/// that swapped folders are looked up again. Not thread-safe.
 class FreshGuard {
 public:
-    /// Both outlive it.
+    /// Both must outlive this object.
     FreshGuard(const SystemLocations &locations, const UserDefaults &defaults)
         : m_locations(locations)
         , m_defaults(defaults)
     {
     }
 
-    /// Fails where the profiles cannot be read: then nothing tells what is protected.
+    /// Fails if the profiles cannot be read, since it is then unknown what is protected.
     Result<void> refresh();
-    /// As `Guard::check` and `Guard::checkIn`; refuse everything where the profiles cannot be read.
+    /// Like `Guard::check` and `Guard::checkIn`, but refuse everything if the profiles cannot be read.
     Result<void> check(const Location &entry, Guard::Review review);
     Result<void> checkIn(const std::string &realFolder, const Location &entry, Guard::Review review);
 
 private:
     const SystemLocations &m_locations;
     const UserDefaults &m_defaults;
-    std::optional<QByteArray> m_stored; ///< the text of the profiles behind m_guard
+    std::optional<QByteArray> m_stored; ///< stored text from which m_guard was built
     std::optional<Guard> m_guard;
 };
 

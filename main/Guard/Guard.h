@@ -8,35 +8,35 @@
 
 namespace brellin {
 
-/// Answers whether an assistant may move, rename or trash an entry. It goes by the folder in which the entry really lies and
-/// by what it is (device and inode), never by the text of the path that was used.
+/// Decides whether an assistant may move, rename or trash an entry. Judges by the folder the entry really lies in and
+/// by its device and inode, never by the text of the path.
 ///
-/// While planning, every folder is looked up once: make a guard for one search. Right before acting, the `check` functions
-/// look the way to the entry up anew. Undoing asks for system locations only, and what users do themselves is none of its
-/// business. For one thread.
+/// While planning, folders are looked up once and cached: use one guard per scan. The `check` functions, called right
+/// before acting, resolve the entry's path again. Undo only asks about system locations; operations by the user are not
+/// checked here. Not thread-safe.
 class Guard {
 public:
-    /// `locations` outlives the guard.
+    /// `locations` must outlive the guard.
     Guard(const SystemLocations &locations, const std::vector<FolderProfile> &profiles);
 
-    /// Which entry a path means: equal for two paths that lead to one entry.
+    /// Identifies the entry behind a path: equal for two paths that lead to the same entry.
     FolderEntry entryOf(const Location &entry) const;
 
-    /// Whether a profile protects an entry or something above it …
+    /// Whether a profile protects the entry or a folder above it.
     bool isProtected(const Location &entry) const;
-    /// … or something in it, so that it cannot go as a whole.
+    /// The same, or something inside it, so that the folder must not go as a whole.
     bool isProtectedAsWhole(const Location &entry) const;
-    /// Whether an entry lies in a software project: it may be needed where it is, whatever its name says.
+    /// Whether an entry lies in a software project, where tools may depend on its location.
     bool isInProject(const Location &entry) const;
-    /// The profile whose project a location is or lies in; of several the innermost.
+    /// The profile whose project contains the location or is the location; the innermost of several.
     std::optional<FolderProfile> profileOf(const Location &location) const;
 
-    /// Whether the user was told that an entry may be needed where it is.
+    /// Whether the user was told that the entry may be needed where it is.
     enum class Review { Missing, Asked };
-    /// Refuses what is the system's, what is protected and, without review, what belongs to a software project that no
-    /// profile covers, with a German sentence that says why.
+    /// Refuses system locations, protected entries and, without review, entries of a software project that no profile
+    /// covers. The failure holds a German sentence with the reason.
     Result<void> check(const Location &entry, Review review) const;
-    /// The same for an entry at a standardised path whose folder is known to lie at `realFolder`.
+    /// The same for an entry at a standardised path whose folder is already resolved to `realFolder`.
     Result<void> checkIn(const std::string &realFolder, const Location &entry, Review review) const;
 
 private:

@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// The key under which the profiles are stored.
+/// The settings key of the stored profiles.
 struct GuardKeys {
     static inline const QString profiles = QStringLiteral("agentProfiles");
 };

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// A place for reading: "~/Bilder" below the home folder.
+/// A path for display: "~/Bilder" below the home folder.
 inline QString shownFromHome(const Location &location, const Location &home)
 {
     if (location == home)

@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-/// Without a closing "(2)" and the white space before it.
+/// Strips a trailing "(2)" and the white space before it.
 QStringView withoutCopyNumber(QStringView name)
 {
     if (!name.endsWith(u')'))
@@ -28,7 +28,7 @@ QStringView withoutCopyNumber(QStringView name)
 
 void replaceDates(QString &text, Instant date)
 {
-    // Asking for the calendar day is what costs; most patterns that get here need it, but not all.
+    // Computing the local day is the expensive part, so skip it for patterns without placeholders.
     if (!text.contains(u'{'))
         return;
     const QDate day = localDay(date);
@@ -54,7 +54,7 @@ QString expand(const QString &pattern, const Location &file, Instant date)
 QString cleanFileName(const QString &name)
 {
     QString cleaned = name;
-    // In this order: of "Foto - Kopie" the dash stays.
+    // Order matters: "Foto - Kopie" keeps its dash.
     for (const QLatin1StringView mark : {QLatin1StringView(" Kopie"), QLatin1StringView(" copy"),
                                          QLatin1StringView(" - Kopie"), QLatin1StringView(" Copy")})
         cleaned.remove(mark);

@@ -4,7 +4,7 @@
 #include "Guard/FolderProfile.h"
 #include "System/StoredList.h"
 
-/// The stored form of profiles. Their keys are a promise to every earlier and later version.
+/// The stored form of profiles. The keys must not change: earlier and later versions read them.
 namespace brellin {
 
 template <>
@@ -28,7 +28,7 @@ struct JsonTable<FolderProfile> {
 
 template <>
 inline constexpr bool recordsStandAlone<FolderProfile> = false;
-/// Without its root or its entries it would protect nothing.
+/// A profile without its root or entries would protect nothing, so it counts as damaged.
 template <>
 struct DecisiveKeys<FolderProfile> {
     static JsonResult<void> check(const QJsonValue &profile);

@@ -18,7 +18,7 @@ constexpr auto markers = std::to_array<std::string_view>(
     {".git", "package.json", "Package.swift", "pyproject.toml", "Cargo.toml", "go.mod", "Gemfile", "composer.json"});
 constexpr std::string_view bundleMarker = ".xcodeproj";
 
-/// What tells tools how a project is built and published and is no source code by its extension. Sorted.
+/// Build and publishing files that no extension identifies as source code. Sorted.
 constexpr auto buildFiles = std::to_array<std::string_view>({"BUILD",
                                                              "Brewfile",
                                                              "CMakeLists.txt",
@@ -46,7 +46,7 @@ constexpr auto buildFiles = std::to_array<std::string_view>({"BUILD",
                                                              "requirements.txt",
                                                              "setup.cfg"});
 
-/// Code and settings of programs that the shared types know as text only, or not at all. Sorted.
+/// Code and configuration that the shared file types know only as text, or not at all. Sorted.
 constexpr auto codeExtensions = std::to_array<std::string_view>(
     {"cfg",  "csproj", "css", "gradle", "htm",  "html",    "less", "lock",     "map",         "md",   "plist", "sass",
      "scss", "sln",    "sql", "svelte", "toml", "vcxproj", "vue",  "xcconfig", "xcworkspace", "yaml", "yml"});
@@ -61,7 +61,7 @@ bool anyEntry(const Location &folder, const std::function<bool(std::string_view)
         return found ? WalkStep::Stop : WalkStep::Continue;
     };
     const WalkOptions options{.subfolders = false, .prune = {}};
-    // What cannot be read has no entries.
+    // An unreadable folder counts as empty.
     const bool read = walk(folder, options, look).has_value();
     return read && found;
 }

@@ -8,27 +8,28 @@
 
 namespace brellin {
 
-/// Whether an entry of this name makes the folder around it a software project by itself (".git", "package.json",
-/// "App.xcodeproj" …).
+/// Whether an entry of this name alone marks its folder as a software project (".git", "package.json", "App.xcodeproj"
+/// …).
 bool isProjectMarker(std::string_view name);
 
-/// Whether a file of this name belongs to the code of a project: a marker, a manifest, lock or build file, a script, source
-/// code, or what programs are configured with. Decided by the name alone.
+/// Whether a file name belongs to the code of a project: a marker, manifest, lock, build or configuration file, script
+/// or source code. Judged by the name alone.
 bool isCodeName(std::string_view name);
 
-/// Whether a marker lies directly in the folder.
+/// Whether the folder directly contains a marker.
 bool isMarkedProject(const Location &folder);
 
-/// Whether the folder is a software project: a marker or a script lies directly in it. One that cannot be read is none.
+/// Whether the folder is a software project: it directly contains a marker or a script. False if it cannot be read.
 bool isProject(const Location &folder);
 
-/// Finds the marked projects that locations lie in. Every folder is looked at once, so use one for one search only.
+/// Finds the marked projects that contain a location. Caches every folder it looks at, so use one instance per scan.
 class ProjectRoots {
 public:
-    /// The home folder and what lies above it are never projects: people keep their settings' history there.
+    /// The home folder and its parents never count as projects: people keep their dotfiles under version control there.
     explicit ProjectRoots(const Location &home);
 
-    /// The innermost marked project around a location; a project does not lie in itself. Standardised, without links.
+    /// The innermost marked project above a location, never the location itself. Expects a standardised path without
+    /// symlinks.
     std::optional<Location> above(const Location &location);
     /// The outermost one.
     std::optional<Location> outermostAbove(const Location &location);
