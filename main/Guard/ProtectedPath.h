@@ -5,13 +5,13 @@
 
 namespace brellin {
 
-/// Whose the blanks at the edge of a path are: a slip of somebody who typed it, or part of a name that was picked or
+/// Where blanks at the ends of a path come from: probably a typing mistake, or part of a name that was picked or
 /// detected.
 enum class EdgeBlanks { Typed, OfTheName };
 
-/// The path of a protected entry in the form in which it protects: relative to the profile's root. An absolute one below the
-/// root becomes relative. Any other, and one with typed blanks at its edge, would protect nothing and is refused with a
-/// German sentence.
+/// Normalises the path of a protected entry to one relative to the profile's root; an absolute path below the root
+/// becomes relative. Refuses with a German sentence what would protect nothing: any other path, and one with typed
+/// blanks at its ends.
 Result<QString> protectedPath(const FolderProfile &profile, const QString &written, EdgeBlanks blanks);
 
 } // namespace brellin

@@ -7,14 +7,14 @@ namespace brellin {
 
 namespace {
 
-/// One form for one name, whichever way the disk composes it.
+/// Paths in NFC: volumes differ in how they compose characters.
 std::string composedPath(const Location &location)
 {
     return shown(location).normalized(QString::NormalizationForm_C).toStdString();
 }
 
-/// The place that an entry of a profile means: below the root, or where an absolute path leads. Nothing for the root itself
-/// and for what climbs out of it.
+/// The location a profile entry names: below the root, or an absolute path. nullopt for the root itself and for a
+/// relative path that leaves it.
 std::optional<Location> meant(const Location &root, const QString &path)
 {
     const Location written = locationFromText(path);
@@ -37,7 +37,7 @@ ProtectedPlaces::ProtectedPlaces(const std::vector<FolderProfile> &profiles)
         addHeld(root, m_protections.size() - 1);
         for (const ProtectedEntry &entry : profile.protectedEntries) {
             m_protections.push_back({profile.name, entry.path});
-            // Older versions kept blanks that were typed around a path.
+            // Older versions stored blanks typed around a path.
             for (const QString &path : {entry.path, entry.path.trimmed()}) {
                 for (const Location &top : {named, root}) {
                     if (const std::optional<Location> place = meant(top, path))
@@ -51,7 +51,7 @@ ProtectedPlaces::ProtectedPlaces(const std::vector<FolderProfile> &profiles)
 void ProtectedPlaces::add(const Location &place, std::size_t number)
 {
     m_paths.emplace(composedPath(place), number);
-    // The place itself, and what it points to where it is a link.
+    // The entry itself and, for a symlink, its target.
     for (const Location &real : {realEntry(place), resolvedLocation(place).value_or(place)}) {
         m_paths.emplace(composedPath(real), number);
         if (const std::optional<FileIdentity> identity = identityOf(real))
@@ -76,7 +76,7 @@ ProtectedPlaces::Number ProtectedPlaces::at(const Location &place) const
     return known != m_identities.end() ? Number(known->second) : std::nullopt;
 }
 
-/// For a folder and all above it, once each.
+/// Checks a folder and all its parents, caching each answer.
 ProtectedPlaces::Number ProtectedPlaces::overFolder(const Location &folder) const
 {
     const auto known = m_folders.find(folder.native());

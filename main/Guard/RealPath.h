@@ -5,12 +5,12 @@
 
 namespace brellin {
 
-/// The absolute path, free of links, of an entry that exists (a link at its end is followed). Neither opens the entry nor
-/// touches its access time. 0, or the system's error number: ELOOP also for a link that leads nowhere, which for the
-/// system is just something that does not exist.
+/// Resolves an existing entry to an absolute path without symlinks (a final symlink is followed). Neither opens the
+/// entry nor changes its access time. Returns 0 or an errno value; a dangling symlink gives ELOOP, not ENOENT, so that
+/// callers can tell it from a missing entry.
 int realPath(const std::string &path, std::string &real);
 
-/// The same of a folder that is open. Nothing where the system does not tell, or where the folder is gone.
+/// The same for an open folder. nullopt if the system cannot tell or the folder has been removed.
 std::optional<std::string> realPathOf(int openFolder);
 
 } // namespace brellin

@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// The folder that a rule's path text means, standardised; "~" is the home folder. Nothing for an empty or relative text.
+/// The folder that a rule's path names, standardised; "~" is the home folder. nullopt for an empty or relative path.
 std::optional<Location> rulePath(const QString &text, const Location &home);
 
 } // namespace brellin

@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// The profiles as they are stored now; none where nothing is stored. Fails where they cannot be read: then nothing tells
-/// what is protected.
+/// The profiles as stored now; empty if none are stored. Fails if they cannot be read, since it is then unknown what is
+/// protected.
 Result<std::vector<FolderProfile>> storedProfiles(const UserDefaults &defaults);
 
 } // namespace brellin

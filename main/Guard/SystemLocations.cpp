@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view libraryName = "Library";
 constexpr std::string_view cloudPath = "Library/Mobile Documents/com~apple~CloudDocs";
 
-/// Only such a path means one place; bytes behind a zero would be lost on the way to the system.
+/// System calls would cut a path with a NUL byte short, and a relative path depends on the working directory.
 bool isUsable(std::string_view path)
 {
     return path.starts_with('/') && path.find('\0') == std::string_view::npos;
@@ -28,7 +28,7 @@ std::string joined(std::string_view folder, std::string_view name)
     return path.append(name);
 }
 
-/// Whether the disk finds a folder under its name in swapped case as well.
+/// Whether the folder is also found under its name in swapped case.
 bool diskIgnoresCase(const std::string &folder)
 {
     std::string swapped = folder;
@@ -53,7 +53,7 @@ std::optional<std::string> resolvedPath(std::string path)
         const int error = realPath(path, found);
         if (error == 0)
             return rest.empty() ? found : joined(found, rest);
-        // Of what is not there, or not ours to look into, the parent decides.
+        // For what is missing or not readable, the parent decides.
         const bool absent = error == ENOENT || error == ENOTDIR || error == EACCES || error == ENAMETOOLONG;
         if (!absent || path == "/")
             return std::nullopt;
@@ -70,7 +70,7 @@ std::optional<Location> resolvedLocation(const Location &location)
     return resolvedPath(location.native());
 }
 
-/// A path under test, folded at the first place that asks for it.
+/// A path under test, case-folded on first use.
 class SystemLocations::Tested {
 public:
     explicit Tested(std::string_view path) : m_path(path) {}
@@ -139,7 +139,7 @@ SystemLocations::SystemLocations(const Location &home, const SystemFolders &syst
         identifyDotFolders();
 }
 
-/// Of two verdicts on one folder the refusal holds.
+/// If two verdicts meet on one folder, the refusal wins.
 void SystemLocations::identify(const std::string &folder, Verdict verdict)
 {
     const Result<FileAttributes> attributes = readAttributes(folder);
@@ -160,7 +160,7 @@ void SystemLocations::identifyDotFolders()
     }
 }
 
-/// Numbers are given again, to others: what was known under one counts as long as it still has it.
+/// Inode numbers are reused, so a known identity only counts while its folder still has it.
 std::optional<SystemLocations::Verdict> SystemLocations::verdictOn(const FileIdentity &folder) const
 {
     const auto known = m_known.find(folder);
@@ -175,7 +175,7 @@ bool SystemLocations::isRefusedFolder(const FileIdentity &folder) const
     return verdictOn(folder) == Verdict::Refused;
 }
 
-/// As with the paths, the deepest known folder that holds the location decides.
+/// As with paths, the deepest known folder above the location decides.
 bool SystemLocations::isAllowedByIdentity(std::string real) const
 {
     const auto identityOf = [](const std::string &path) {
@@ -211,7 +211,7 @@ void SystemLocations::add(const Location &folder, Verdict verdict)
     m_places.push_back(std::move(place));
 }
 
-/// A system folder may be a link to where it really lies; the home folder and what holds it stay the user's.
+/// A system folder may be a symlink: refuse its target too, but never the home folder or a folder above it.
 void SystemLocations::addRefusedAsResolved(const Location &folder)
 {
     const std::optional<Location> real = resolvedLocation(folder);
@@ -263,7 +263,7 @@ bool SystemLocations::isAllowed(const Location &location) const
     };
     if (isStandardised(path))
         return isAllowedText(std::string_view(path)) && leadsToAllowed(path);
-    // The system reads ".." behind a link as the parent of where the link leads: both readings must be harmless.
+    // The kernel resolves ".." behind a symlink from the link's target: both readings must be harmless.
     const std::string normal = standardised(location).native();
     return isAllowedText(std::string_view(normal)) && leadsToAllowed(normal) && leadsToAllowed(path);
 }
@@ -275,7 +275,7 @@ bool SystemLocations::isAllowedEntry(const Location &location) const
         return false;
     if (!isStandardised(path))
         return isAllowed(location) && isAllowedEntry(standardised(location));
-    // What is refused by its text needs no look at the disk.
+    // A refusal by text needs no disk access.
     if (!isAllowedText(std::string_view(path)) || holdsRefused(path))
         return false;
     const std::optional<std::string> parent = resolvedPath(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1)));
@@ -289,7 +289,7 @@ bool SystemLocations::isAllowedEntryIn(const std::string &realFolder, const Loca
            isAllowedAsResolved(path, realFolder);
 }
 
-/// The second half of the answer for an entry whose path as it stands is allowed.
+/// Checks the resolved path; the caller has checked the path as given.
 bool SystemLocations::isAllowedAsResolved(const std::string &path, const std::string &realFolder) const
 {
     const std::string real = joined(realFolder, std::string_view(path).substr(path.rfind('/') + 1));

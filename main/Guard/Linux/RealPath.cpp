@@ -19,7 +19,7 @@ namespace brellin {
 
 namespace {
 
-/// Opens the place of an entry that no link leads to; ELOOP where one does.
+/// Opens an entry as O_PATH; ELOOP if the path contains a symlink.
 int openWithoutLinks(const char *path, Descriptor &place)
 {
     open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_NO_SYMLINKS};
@@ -43,7 +43,7 @@ int realPathStepByStep(const char *path, std::string &real)
     return 0;
 }
 
-/// What the system calls an open folder or file; nothing without /proc.
+/// The kernel's path of an open folder or file; nullopt without /proc.
 std::optional<std::string> nameOfOpen(int number)
 {
     std::array<char, 32> link{};
@@ -73,18 +73,18 @@ int realPathThroughLinks(const char *path, std::string &real)
 
 int realPath(const std::string &path, std::string &real)
 {
-    // Nearly every path is free of links, and then one question is enough.
+    // Nearly all paths are free of symlinks, and then one call is enough.
     Descriptor place;
     const int error = isStandardised(path) ? openWithoutLinks(path.c_str(), place) : ELOOP;
     if (error == 0)
         real = path;
-    // ENOSYS, EPERM: an old system or a sandbox does not know the question.
+    // ENOSYS, EPERM: an old kernel or a sandbox without openat2().
     return error == ELOOP || error == ENOSYS || error == EPERM ? realPathThroughLinks(path.c_str(), real) : error;
 }
 
 std::optional<std::string> realPathOf(int openFolder)
 {
-    // The name of a folder that was removed says so behind its path; the path may be another's by now.
+    // For a removed folder /proc appends " (deleted)"; another folder may have that path by now.
     struct stat status{};
     const bool isThere = ::fstat(openFolder, &status) == 0 && status.st_nlink > 0;
     return isThere ? nameOfOpen(openFolder) : std::nullopt;
