@@ -13,55 +13,54 @@
 
 namespace brellin {
 
-/// What a system keeps for itself, besides the Library in the user's home folder.
+/// Folders that belong to the system, besides the Library in the user's home folder.
 struct SystemFolders {
     std::vector<Location> refused;
-    std::vector<Location> allowed; ///< exceptions below the refused ones
-    bool dotFoldersInHome = false; ///< the user's programs keep their own things in "~/.…"
+    std::vector<Location> allowed; ///< exceptions below the refused folders
+    bool dotFoldersInHome = false; ///< refuse "~/.…", where programs keep their own data
 
     static SystemFolders ofThisSystem();
 };
 
-/// Where the agent never reads, moves or writes: the system's folders, the user's Library (its cloud folder excepted) and,
-/// on Linux, everything whose first name below the home folder begins with a dot. The home folder may lie inside a system
-/// folder ("/var/home/anna"): it is the user's nevertheless, unless it is one of the system's folders itself. A system folder
-/// that is mounted elsewhere as well is known by its device and inode.
+/// Where the agent never reads, moves or writes: system folders, the user's Library (except its cloud folder) and, on
+/// Linux, everything whose first component below the home folder begins with a dot. A home folder inside a system
+/// folder ("/var/home/anna") is allowed unless it is itself a system folder. System folders that are also mounted
+/// elsewhere are recognised by device and inode.
 class SystemLocations {
 public:
-    /// The refusal text of every operation.
+    /// The message with which every operation refuses.
     static QString message();
 
-    /// For this system and this home folder. What the home folder and the system's folders resolve to is found out here,
-    /// once.
+    /// For this system and this home folder. Resolves the home folder and the system folders once, here.
     explicit SystemLocations(const Location &home);
-    /// With these folders in place of the system's.
+    /// Uses these folders instead of the system's.
     SystemLocations(const Location &home, const std::vector<Location> &refused);
     SystemLocations(const Location &home, const SystemFolders &system);
 
-    /// Whether the agent may work in a folder: one that rules look into, or one that entries are put into. Both its
-    /// standardised path and the path with every link resolved (of what does not exist: of its deepest existing parent)
-    /// must lie outside the refused places. Relative paths and paths through a link to nowhere are refused. Looks at the
-    /// disk, without changing access times; callable from every thread.
+    /// Whether the agent may work in a folder, as a source of rules or as a target. Both the standardised path and the
+    /// fully resolved one (for a missing entry: of its deepest existing parent) must lie outside the refused places.
+    /// Refuses relative paths and paths through a dangling symlink. Reads the disk without changing access times;
+    /// thread-safe.
     bool isAllowed(const Location &location) const;
 
-    /// Whether the agent may move, copy, rename or trash this entry, or make one of this name. As above, but a link in the
-    /// last component is not followed: it is the link itself that moves. A folder that holds a refused place (the home
-    /// folder with its Library) is refused as well.
+    /// Whether the agent may move, copy, rename, trash or create this entry. As above, but a symlink in the last
+    /// component is not followed, since the link itself is moved. Also refuses a folder that contains a refused place
+    /// (the home folder with its Library).
     bool isAllowedEntry(const Location &location) const;
-    /// The same for an entry at a standardised path whose folder is known to lie at `realFolder`.
+    /// The same for an entry at a standardised path whose folder is already resolved to `realFolder`.
     bool isAllowedEntryIn(const std::string &realFolder, const Location &standardised) const;
 
-    /// The first rule from the text of a standardised path alone, without looking at the disk.
+    /// The check by text only: takes a standardised path and does not read the disk.
     bool isAllowedText(std::string_view standardised) const;
     bool isAllowedText(const Location &standardised) const
     {
         return isAllowedText(std::string_view(standardised.native()));
     }
 
-    /// Whether a folder is one of the refused ones, whatever its path: for walks, which see every folder on the way.
+    /// Whether a folder is one of the refused ones, whatever its path. For walks, which meet every folder on the way.
     bool isRefusedFolder(const FileIdentity &folder) const;
 
-    /// The home folder as it was named.
+    /// The home folder as passed in, unresolved.
     const Location &home() const { return m_home; }
 
 private:
@@ -69,11 +68,11 @@ private:
     struct Place {
         std::string folder;
         Verdict verdict = Verdict::Refused;
-        bool ignoresCase = false; ///< its disk takes "/USR" for "/usr"
-        QString foldedFolder;     ///< only where case is ignored
+        bool ignoresCase = false; ///< the volume is case-insensitive: "/USR" is "/usr"
+        QString foldedFolder;     ///< set only if ignoresCase
     };
     class Tested;
-    /// A folder as it was when it was looked at.
+    /// A folder as it was when its identity was read.
     struct Known {
         std::string folder;
         Verdict verdict = Verdict::Refused;
@@ -91,14 +90,14 @@ private:
 
     Location m_home;
     std::vector<Place> m_homes; ///< as named and as resolved
-    /// The deepest place that holds a location decides; of two equal ones the refusal.
+    /// The deepest place containing a location decides; at equal depth, the refusal.
     std::vector<Place> m_places;
-    std::map<FileIdentity, Known> m_known; ///< of the places and the dot folders those that are there
+    std::map<FileIdentity, Known> m_known; ///< existing places and dot folders
     bool m_dotFoldersInHome = false;
 };
 
-/// The path with every link resolved; what does not exist of it is taken as it stands. Nothing for a relative path, for one
-/// through a link that leads nowhere, and where the system does not tell.
+/// The path with every symlink resolved; missing components are appended unchanged. nullopt for a relative path, a path
+/// through a dangling symlink, and if the system cannot tell.
 std::optional<Location> resolvedLocation(const Location &location);
 
 } // namespace brellin
