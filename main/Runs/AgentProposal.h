@@ -11,7 +11,7 @@
 
 namespace brellin {
 
-/// One change the agent would make, waiting for the user's tick. Never stored.
+/// One change proposed by the agent, waiting for the user's approval. Never stored.
 struct AgentProposal {
     enum class Kind { Move, Copy, Rename, Trash };
 
@@ -20,18 +20,18 @@ struct AgentProposal {
     Location source;
     std::optional<Location> destination; ///< none for the Trash
     QString reason;
-    bool automatic = false;   ///< carried out without asking
+    bool automatic = false;   ///< executed without asking
     bool preselected = false; ///< ticked when shown
     bool isFolder = false;    ///< the source is a whole folder
-    bool needsReview = false; ///< shown with the warning mark
-    /// What the scan saw at `source`; the step fails if it is something else when its turn comes.
+    bool needsReview = false; ///< shown with a warning mark
+    /// What the scan saw at `source`; the step fails if the source differs when it is executed.
     std::optional<FileState> seen;
-    /// The source goes only because this entry has the same content; the step fails unless that still holds.
+    /// A duplicate that is the reason why the source may go; the step fails unless it still has the same content.
     std::optional<Location> keptCopy;
-    /// What the scan saw at `keptCopy`. Nothing: that entry must not go in the source's place.
+    /// What the scan saw at `keptCopy`. nullopt: that entry must not be trashed in place of the source.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     std::optional<FileState> keptSeen = {};
-    /// Of a whole folder: what the scan saw in it; the step fails if that is something else.
+    /// For a whole folder: what the scan saw in it; the step fails if its content differs.
     // NOLINTNEXTLINE(readability-redundant-member-init)
     std::optional<TreeState> treeSeen = {};
 

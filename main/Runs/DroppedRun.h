@@ -12,8 +12,8 @@ namespace brellin {
 
 struct StoredKind;
 
-/// A run that fell out of the history before its time, because the file would have become too large: it cannot be undone
-/// any more.
+/// A run removed from the history early because the settings file would have become too large. It cannot be undone any
+/// more.
 struct DroppedRun {
     QUuid run;
     Instant date;
@@ -26,11 +26,11 @@ struct DroppedRun {
     }
     static StoredKind kind();
     static std::vector<DroppedRun> read(const UserDefaults &defaults);
-    /// Notes these, newest first, in front of the earlier ones, of which `most` are kept.
+    /// Stores these, newest first, in front of the earlier ones; keeps at most `most`.
     static Result<void> note(UserDefaults &defaults, const std::vector<DroppedRun> &dropped, std::size_t most);
 };
 
-/// "Aus dem Verlauf gefallen, weil er sonst zu groß würde: …"; empty for none.
+/// "Aus dem Verlauf gefallen, weil er sonst zu groß würde: …"; empty if there are none.
 QString textOf(const std::vector<DroppedRun> &dropped);
 
 } // namespace brellin

@@ -28,7 +28,7 @@ const std::vector<EntrySearch::Entry> &EntrySearch::entriesOf(const Location &fo
             entries.push_back({entry.location(), entry.attributes});
         return WalkStep::Continue;
     };
-    // A folder that cannot be read holds nothing that can be found.
+    // An unreadable folder counts as empty.
     (void)walk(folder,
                {.attributes = Attribute::Identity | Attribute::Size | Attribute::Modified | Attribute::Created,
                 .subfolders = false},

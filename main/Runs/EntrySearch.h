@@ -11,17 +11,18 @@
 
 namespace brellin {
 
-/// Whether a name is the wanted one, or the wanted one with a number.
+/// Whether a name is the wanted one, with or without an appended number ("a (2).pdf").
 bool isNumberedForm(std::string_view name, std::string_view wanted);
 
-/// Finds entries again after a crash, whatever number their name got. Each folder is read once, so it must not change
-/// while the search is used; each place is found once, so that two links to one file are not taken for one another.
+/// Finds entries again after a crash, also under a numbered name. Folders are read once and cached, so they must not
+/// change while the search is in use. Each location is returned once at most, so that two hard links to one file are
+/// not mistaken for each other.
 class EntrySearch {
 public:
-    /// The entry in the folder of `wanted` that was seen as this, under that name or a numbered one; of a file without
-    /// further links under any name. A copy under its hidden temporary name is not meant.
+    /// The entry in the folder of `wanted` that matches `seen`: a folder or a file with a single link under any name, a
+    /// file with further hard links only under that name or a numbered form of it. Ignores hidden temporary copies.
     std::optional<Location> find(const Location &wanted, const EntryMark &seen);
-    /// A place that is known to be another entry's, and so is none that is looked for; until that one has left it.
+    /// Excludes a location that is known to belong to another entry; leave() makes it available again.
     void take(const Location &place) { m_found.insert(place); }
     void leave(const Location &place) { m_found.erase(place); }
 

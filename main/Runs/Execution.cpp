@@ -14,15 +14,16 @@ namespace brellin {
 
 namespace {
 
-/// Steps announced with one flush. A flush costs about 0.2 ms, so that at this number it costs next to nothing.
+/// Steps planned with one flush. A flush takes about 0.2 ms, which is negligible at this number.
 constexpr std::size_t firstBatch = 256;
-/// Later batches grow to this: a flush then waits for everything that was renamed since the last one.
+/// Limit for growing batches: a flush also writes all renames since the last one.
 constexpr std::size_t largestBatch = 8192;
 
 PlannedStep planOf(const AgentProposal &proposal)
 {
     EntryMark entry = EntryMark::of(proposal.source).value_or(EntryMark());
-    // What is something else by now fails at its turn, and is not looked for after a crash either.
+    // If the entry has changed since the scan, its step will fail; plan with the scanned state, so that recovery does
+    // not look for the changed one.
     if (proposal.seen && entry.state != *proposal.seen)
         entry = {*proposal.seen, {}};
     return {proposal.kind, proposal.source, proposal.destination, entry, {}};
@@ -57,9 +58,9 @@ private:
     KeptEntries m_kept;
     ExecutionOutcome m_outcome;
     std::vector<JournalStep> m_steps;
-    std::vector<StepMarks> m_marks; ///< of these steps
+    std::vector<StepMarks> m_marks; ///< marks of m_steps
     std::vector<Location> m_createdFolders;
-    std::size_t m_next = 0; ///< the number of the step at hand
+    std::size_t m_next = 0; ///< journal number of the current step
 };
 
 void Runner::performOne(StepPerformer &performer, const AgentProposal &proposal)
@@ -69,7 +70,7 @@ void Runner::performOne(StepPerformer &performer, const AgentProposal &proposal)
     const Result<StepPerformer::Performed> performed = performer.perform(proposal, log);
     if (performed) {
         m_marks.push_back(performed->marks);
-        // A line that cannot be written (a full disk) is found out from the disk, should we not get to the end.
+        // If this line cannot be written (disk full), recovery determines the result from the disk.
         (void)m_journal.done(m_next, performed->step, m_marks.back());
         m_steps.push_back(performed->step);
         if (performed->trouble)
@@ -134,7 +135,7 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
     const FileLock lock = TRY(state.lockAgent());
     TRY(m_services.mayAct());
     const Location journals = TRY(state.journals());
-    // Whole milliseconds: the stored number keeps no more.
+    // The history stores milliseconds.
     const Instant now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
     const QUuid id = QUuid::createUuid();
     control.setTotal(static_cast<qint64>(proposals.size()));
@@ -152,7 +153,7 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
         }
         outcome.dropped = *std::move(stored);
     }
-    (void)runner.journal().discard(); // one that stays is found again with its run in the history, and goes then
+    (void)runner.journal().discard(); // if this fails, recovery finds the run in the history and discards the journal
     return std::move(outcome);
 }
 

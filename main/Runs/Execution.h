@@ -12,7 +12,7 @@
 
 namespace brellin {
 
-/// A proposal that could not be carried out, and the reason without the file's name.
+/// A proposal that could not be executed, and the reason without the file's name.
 struct FailedProposal {
     QUuid proposal;
     Location source;
@@ -22,27 +22,27 @@ struct FailedProposal {
     QString text() const;
 };
 
-/// What came of a run.
+/// The result of a run.
 struct ExecutionOutcome {
-    std::optional<JournalRun> run; ///< as it stands in the history; nothing when no step was done
-    std::vector<QUuid> done;       ///< the proposals that were carried out as they were wanted
+    std::optional<JournalRun> run; ///< as stored in the history; nullopt if no step was done
+    std::vector<QUuid> done;       ///< proposals that were executed as wanted
     std::vector<FailedProposal> failures;
-    bool cancelled = false; ///< the proposals that are in neither list were not begun
-    /// The run was done and could not be stored in the history; the next start tries again.
+    bool cancelled = false; ///< proposals in neither list were not started
+    /// The run was executed but could not be stored in the history; recovery at the next start tries again.
     std::optional<Failure> notStored;
-    std::vector<DroppedRun> dropped; ///< fell out of the history for it
+    std::vector<DroppedRun> dropped; ///< runs removed from the history to make room
 
     QStringList failureTexts() const;
 };
 
-/// Carries out proposals as one run: every step checked, journalled before it acts, and recorded in the history at the end.
+/// Executes proposals as one run: checks each step, journals it before acting and finally adds the run to the history.
 class Execution {
 public:
     explicit Execution(const RunServices &services) : m_services(services) {}
 
-    /// In the given order. `control` counts steps, names the file at hand and cancels between (and within) steps. Fails
-    /// with nothing done when somebody else is working, what the user has laid down cannot be read whole or the journal
-    /// cannot be written.
+    /// Executes in the given order. `control` gets the number of steps and the current file name, and can cancel
+    /// between and within steps. Fails without any change if another run or undo is at work, `mayAct` refuses, or the
+    /// journal cannot be created.
     Result<ExecutionOutcome> execute(const std::vector<AgentProposal> &proposals, JobControl &control);
 
 private:

@@ -17,7 +17,7 @@ QByteArray copied(std::size_t step, const EntryMark &copy);
 QByteArray done(std::size_t step, const JournalStep &result, const StepMarks &marks);
 QByteArray failed(std::size_t step);
 
-/// Reads the lines back: a torn last one is left out, a whole one that makes no sense is passed over and noted.
+/// Parses the lines. Ignores a torn last line; skips an invalid complete line and sets `damaged`.
 JournalContent read(const QByteArray &text);
 
 } // namespace brellin::journalLines

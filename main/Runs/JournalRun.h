@@ -11,18 +11,18 @@ namespace brellin {
 struct JournalStep {
     AgentProposal::Kind kind = AgentProposal::Kind::Move;
     Location from;              ///< before the step
-    std::optional<Location> to; ///< after it; of a trashed item its place in the Trash, where that is known
-    /// Of a verified move across volumes: the original's place in the Trash.
+    std::optional<Location> to; ///< after it; for a trashed item its place in the Trash, if known
+    /// For a verified move across volumes: where the original lies in the Trash.
     std::optional<Location> trashedOriginal;
 
     bool operator==(const JournalStep &) const = default;
 };
 
-/// What was done at one time, and can be taken back as a whole.
+/// The changes of one execution; undone as a whole.
 struct JournalRun {
     QUuid id = QUuid::createUuid();
     Instant date;
-    std::vector<JournalStep> steps; ///< in the order in which they were carried out
+    std::vector<JournalStep> steps; ///< in order of execution
     bool undone = false;
 
     bool operator==(const JournalRun &) const = default;

@@ -7,20 +7,19 @@
 
 namespace brellin {
 
-/// Entries that must stay because others go for having the same content. Known by device and inode: no other path to one
-/// leads around it.
+/// Entries that must stay because their duplicates are trashed. Identified by device and inode, whatever path is used.
 class KeptEntries {
 public:
-    /// One that cannot be examined is left out: what went for it failed by itself.
+    /// Ignores an entry that cannot be examined: the steps that rely on it fail anyway.
     void add(const Location &kept);
 
-    /// Whether trashing an entry would take a kept one, or something out of a kept folder: it is one, holds one or lies in
-    /// one. Looks at the disk anew each time.
+    /// Whether trashing the entry would affect a kept one: it is one, contains one or lies inside one. Resolves the
+    /// path on every call.
     bool concern(const Location &entry) const;
 
 private:
     std::set<FileIdentity> m_kept;
-    std::set<FileIdentity> m_above; ///< the folders they lie in
+    std::set<FileIdentity> m_above; ///< folders that contain them
 };
 
 } // namespace brellin

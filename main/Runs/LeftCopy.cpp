@@ -7,7 +7,8 @@ namespace brellin {
 
 namespace {
 
-/// Whether every entry of the copied folder still has its counterpart, of the same kind. Half a file has one, too.
+/// Whether every entry of the copy exists in the original with the same kind. Sizes may differ: the last file may be
+/// incomplete.
 bool holdsAllOf(const Location &original, const Location &copy)
 {
     bool holdsAll = true;

@@ -5,8 +5,8 @@
 
 namespace brellin {
 
-/// Whether a copy that was cut short may go: the agent's own by its name, and everything in it still stands where it was
-/// copied from. In doubt it may not: it may be the last there is. Blocking.
+/// Whether the leftover of an interrupted copy may be removed: it has the temporary prefix, and the original of
+/// everything in it is still in place. False when in doubt, since it may be the only copy left. Blocking.
 bool isSuperfluous(const Location &copy, const Location &original, const EntryMark &originalMark);
 
 } // namespace brellin
