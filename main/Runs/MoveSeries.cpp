@@ -11,7 +11,7 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-/// Every volume takes names of this length.
+/// All file systems accept names of this length.
 constexpr std::size_t longestName = 120;
 
 std::string_view folderOf(const Location &standardised)
@@ -26,7 +26,7 @@ std::string nameOf(const Location &standardised)
     return path.substr(path.rfind('/') + 1);
 }
 
-/// Whether nothing but the entry itself has to be checked before it is moved.
+/// Whether the entry's own state is all that needs checking before it is moved.
 bool isPlainMove(const AgentProposal &proposal)
 {
     const bool moves = proposal.kind == Kind::Move || proposal.kind == Kind::Rename;
@@ -43,7 +43,7 @@ std::optional<MoveSeries::Folder> MoveSeries::hold(const Location &folder)
     return real ? std::optional(Folder{*std::move(held), *std::move(real)}) : std::nullopt;
 }
 
-/// Whether this entry goes the way of the one before; opens the folders at the second entry of a series.
+/// Whether this move has the same folders as the previous one. Opens them at the second entry of a series.
 bool MoveSeries::begin(const Location &source, const Location &wanted)
 {
     const std::string_view from = folderOf(source);
@@ -78,7 +78,7 @@ std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
     const std::string newName = nameOf(*proposal.destination);
     const bool ready = newName.size() <= longestName && isAllowed(proposal) && checkUnchanged(proposal);
     std::optional<Moved> outcome = ready ? moved(proposal, nameOf(proposal.source), newName) : std::optional<Moved>();
-    // Whatever is behind it, the folders are looked at again for the next one.
+    // On any problem reopen the folders for the next entry.
     if (!outcome || outcome->astray)
         m_from.reset();
     return outcome;
@@ -87,7 +87,7 @@ std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
 std::optional<MoveSeries::Moved> MoveSeries::moved(const AgentProposal &proposal, const std::string &name,
                                                    const std::string &newName)
 {
-    // The path led to the entry that was seen; this folder must hold the same.
+    // TOCTOU: the check went by path; the open folder must hold the same entry.
     const Result<FileAttributes> source = attributesOf(m_from->held.entry(name));
     if (!source || FileState::of(*source) != *proposal.seen ||
         !m_services.files.renameHeld(m_from->held, name, m_to->held, newName))
@@ -97,12 +97,12 @@ std::optional<MoveSeries::Moved> MoveSeries::moved(const AgentProposal &proposal
         return Moved{*proposal.destination, *mark};
     const Result<FileAttributes> target = attributesOf(m_to->held.entry(newName));
     if (!target || target->identity != proposal.seen->identity)
-        return Moved{*proposal.destination, EntryMark{*proposal.seen}}; // somebody has taken it, or saved over it
+        return Moved{*proposal.destination, EntryMark{*proposal.seen}}; // removed or replaced by someone after the move
     return takenBack(proposal, name, newName);
 }
 
-/// Another folder is in the place of the one that is held: the entry goes back to where it was. Where it cannot, its
-/// undoing must know where it is.
+/// The target path now leads to a different folder than the open one: moves the entry back. If that fails, records
+/// where it is for the undo.
 std::optional<MoveSeries::Moved> MoveSeries::takenBack(const AgentProposal &proposal, const std::string &name,
                                                        const std::string &newName)
 {

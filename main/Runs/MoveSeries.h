@@ -11,31 +11,31 @@
 
 namespace brellin {
 
-/// Moves one entry after the other between the same two folders. Both are held open, so that what was found out about them
-/// (where they really lie, that they are on one volume) holds for every entry.
+/// Fast path for consecutive moves between the same two folders. Keeps both folders open, so that their resolved paths
+/// and the check for one volume hold for every entry.
 class MoveSeries {
 public:
-    /// Both outlive the series.
+    /// Both must outlive the series.
     MoveSeries(const RunServices &services, FreshGuard &guard) : m_services(services), m_guard(guard) {}
 
-    /// What became of an entry.
+    /// The result of one move.
     struct Moved {
-        Location location; ///< where it lies now
+        Location location; ///< where the entry is now
         EntryMark mark;
-        /// Its target folder was swapped for another as it went, and the way back was barred: it lies where that folder has
-        /// gone.
+        /// The target folder was swapped for another during the move and moving back failed: the entry is in the folder
+        /// that was swapped away.
         bool astray = false;
     };
 
-    /// Moves the entry to the very place that is wanted and tells what lies there now. Nothing, and nothing changed, where
-    /// that is not a plain matter: the first of a series, a name that is taken, an entry that has changed, a folder that is
-    /// not there, not allowed, or another one by now. Then everything has to be looked at anew.
+    /// Moves the entry to exactly the wanted place and returns what lies there now. nullopt, with nothing changed, if
+    /// the fast path does not apply: the first of a series, a taken name, a changed entry, or a folder that is missing,
+    /// refused or swapped. The caller then takes the slow path with all checks.
     std::optional<Moved> move(const AgentProposal &proposal);
 
 private:
     struct Folder {
         HeldFolder held;
-        std::string real; ///< its path without links
+        std::string real; ///< its path without symlinks
     };
 
     bool begin(const Location &source, const Location &wanted);
@@ -46,7 +46,7 @@ private:
 
     const RunServices &m_services;
     FreshGuard &m_guard;
-    std::string m_source, m_target; ///< the folders of the proposal before
+    std::string m_source, m_target; ///< folders of the previous proposal
     std::optional<Folder> m_from, m_to;
 };
 

@@ -4,12 +4,13 @@
 
 namespace brellin {
 
-/// A name on a volume without exclusive rename, about to be kept free by an empty file that an entry is then renamed over.
+/// A target name on a volume without exclusive rename. An empty file reserves it until the entry is renamed over that
+/// file.
 struct NameReserve {
     Location name;
-    Location entry;  ///< where the entry is until then
+    Location entry;  ///< where the entry is before the rename
     EntryMark mark;  ///< of the entry
-    Instant noted{}; ///< before the empty file came
+    Instant noted{}; ///< time before the empty file was created
 
     bool operator==(const NameReserve &) const = default;
 };

@@ -14,7 +14,7 @@ namespace brellin {
 
 namespace {
 
-/// How often a name that was free a moment ago may turn out to be taken before it is a failure.
+/// Attempts to find a free name when others keep taking it.
 constexpr int attempts = 20;
 
 Location temporaryBeside(const Location &wanted)
@@ -42,7 +42,7 @@ Result<void> Placement::createFolders(const Location &folder, StepLog &log)
     const Result<FileAttributes> existing = readAttributes(folder);
     if (existing && !existing->isLink())
         return existing->isFolder() ? Result<void>() : Result<void>(failure(Failure::system(ENOTDIR)));
-    // A link may lead to a folder that is there; whether it is allowed was asked before.
+    // The symlink may point to an existing folder; the caller has checked that it is allowed.
     std::error_code error;
     if (existing && std::filesystem::is_directory(folder, error))
         return {};
@@ -85,7 +85,7 @@ Result<void> Placement::noteReserve(const Location &entry, const Location &free,
     if (!m_services.files.reservesNames(free.parent_path()))
         return {};
     const Result<FileAttributes> now = readAttributes(entry);
-    // Folders keep no name free; why an entry cannot be read is told by its rename.
+    // Folders do not reserve names. If the entry cannot be read, the rename reports why.
     if (!now || now->isFolder())
         return {};
     return log.reserving({free, entry, EntryMark::of(*now), m_services.clock.now()});
@@ -108,7 +108,7 @@ Result<Location> Placement::takeFromTrash(const Location &trashed, const Locatio
     });
 }
 
-/// Removes a copy that this program made, if it still is that copy.
+/// Removes a copy made by this program, unless it was replaced.
 void Placement::removeOwnCopy(const Location &copy, const EntryMark &mark)
 {
     const Result<FileAttributes> now = readAttributes(copy);
@@ -133,7 +133,7 @@ Result<EntryMark> Placement::grow(const Location &entry, const Location &tempora
         result = EntryMark::of(*copy);
     else if (m_control && m_control->cancelled())
         result = failure(Failure::cancelled());
-    // Whoever still writes into the original has not lost what came after the copy.
+    // The original may have been written to while it was copied.
     const Result<FileAttributes> after = readAttributes(entry);
     if (result && (!after || FileState::of(*after) != before))
         result = failure(AgentError::changedSinceScan());
@@ -170,7 +170,7 @@ Result<Placement::Placed> Placement::copyTo(const Location &entry, const Locatio
     return Placed{*placed, *grown};
 }
 
-/// The copy was compared a while ago, and sizes and times of modification can be put back.
+/// Checks again right before the original goes: time has passed, and size and modification time can be forged.
 Result<void> Placement::checkAsCopied(const Location &entry, const Location &copy) const
 {
     const std::vector<Location> changed = TRY(changedSinceCopy(entry, m_copied, copy));
@@ -179,19 +179,19 @@ Result<void> Placement::checkAsCopied(const Location &entry, const Location &cop
 
 Result<Placement::Moved> Placement::moveAcrossVolumes(const Location &entry, const Location &wanted, StepLog &log)
 {
-    // Better to know before the bytes have travelled.
+    // Check before copying, not after.
     TRY(checkMayRemove(entry));
     if (!m_services.trash.possible(entry))
         return failure(QStringLiteral("Auf diesem Datenträger gibt es keinen Papierkorb für das Original."));
     const Placed copy = TRY(copyTo(entry, wanted, Safety::Flushed, AgentError::badCopyOfMoved(), log));
-    // The copy's final name, too, must be on the disk before the original goes.
+    // The rename to the final name must also be on the disk before the original goes.
     const Result<void> flushed = m_services.files.flush(copy.location);
     const Result<void> unchanged = flushed ? checkAsCopied(entry, copy.location) : flushed;
     const Result<Location> trashed =
         unchanged ? m_services.trash.put(entry) : Result<Location>(failure(unchanged.error()));
     if (trashed)
         return Moved{copy.location, *trashed};
-    // Meanwhile the name was there for everybody: only what the original still has may go.
+    // The copy was visible under its final name meanwhile: remove only what the original still has.
     const Result<SeenTree> seen = SeenTree::of(copy.location, nullptr);
     const Result<FileAttributes> now = readAttributes(copy.location);
     const bool own = now && now->identity == copy.mark.state.identity;

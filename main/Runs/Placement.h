@@ -10,26 +10,25 @@ namespace brellin {
 
 class SeenTree;
 
-/// How the agent puts an entry at a place: folders made on the way, the name made free, never over anything. The building
-/// blocks of both carrying out and undoing.
+/// Puts entries in place for both execution and undo: creates missing folders, picks a free name, never overwrites.
 class Placement {
 public:
     Placement(const RunServices &services, JobControl *control) : m_services(services), m_control(control) {}
 
-    /// The beginning of the hidden name under which a copy grows in its destination's folder.
+    /// Prefix of the hidden name under which a copy is written in the destination folder.
     static constexpr std::string_view temporaryPrefix = copyPrefix;
 
-    /// Renames an entry to `unique(wanted)` and gives that place. `errc::cross_device_link` where only a copy can get it
-    /// there.
+    /// Renames an entry to `unique(wanted)` and returns that location. `errc::cross_device_link` if it has to be copied
+    /// instead.
     Result<Location> moveWithinVolume(const Location &entry, const Location &wanted, StepLog &log);
 
-    /// Takes an entry out of the Trash to `unique(wanted)`. `original` is where it came from.
+    /// Restores an entry from the Trash to `unique(wanted)`. `original` is the location it was trashed from.
     Result<Location> takeFromTrash(const Location &trashed, const Location &original, const Location &wanted,
                                    StepLog &log);
 
-    /// Copies an entry to `unique(wanted)`: under a hidden name first, compared with the original, and only then under its
-    /// own. `safety` says whether the copy has to be on the disk itself before anything relies on it. A copy that differs
-    /// fails with `differs`; nothing of it stays.
+    /// Copies an entry to `unique(wanted)`: writes it under a hidden name, compares it with the original and then
+    /// renames it. `safety` says whether the copy must be flushed to the disk. A copy that differs is removed and fails
+    /// with `differs`.
     enum class Safety { Written, Flushed };
     struct Placed {
         Location location;
@@ -38,37 +37,37 @@ public:
     Result<Placed> copyTo(const Location &entry, const Location &wanted, Safety safety, const Failure &differs,
                           StepLog &log);
 
-    /// Copies across volumes and puts the original into its Trash. Fails with everything as it was; where the original
-    /// could not be trashed and is no longer what was copied, both stay and it was a copy.
+    /// Copies to another volume and trashes the original. On failure everything is as before, with one exception: if
+    /// the original could not be trashed and no longer equals the copy, both stay and the result is a plain copy.
     struct Moved {
         Location location;
         std::optional<Location> trashedOriginal;
     };
     Result<Moved> moveAcrossVolumes(const Location &entry, const Location &wanted, StepLog &log);
 
-    /// Whether a rename can be expected to get an entry into the folder of `wanted`.
+    /// Whether a rename into the folder of `wanted` is likely to work.
     bool onOneVolume(const Location &entry, const Location &wanted);
 
 private:
     Result<void> createFolders(const Location &folder, StepLog &log);
-    /// `place` with the first free name, tried again when somebody else was faster; the folders it made go again if it
-    /// fails.
+    /// Calls `place` with a free name, again with another one if that was taken meanwhile. On failure removes the
+    /// folders created for it.
     Result<Location> atFreeName(const Location &wanted, StepLog &log,
                                 const std::function<Result<void>(const Location &)> &place);
-    /// Notes before a rename what it may leave under its target's name.
+    /// Journals, before a rename, the empty file it may leave under the target name.
     Result<void> noteReserve(const Location &entry, const Location &free, StepLog &log) const;
     Result<EntryMark> grow(const Location &entry, const Location &temporary, Safety safety, const Failure &differs);
     Result<void> checkAsCopied(const Location &entry, const Location &copy) const;
     void removeOwnCopy(const Location &copy, const EntryMark &mark);
-    /// Removes a copy that had its name already, as far as it is still what was `seen` before it was compared. Gives why its
-    /// original could not go, and what stays.
+    /// Removes a verified copy under its final name, as far as it still equals `seen`. Returns the failure `why`,
+    /// extended by what could not be removed.
     Failure takenBack(const Location &copy, const SeenTree &seen, const Failure &why);
 
     const RunServices &m_services;
     JobControl *m_control;
-    CopiedEntries m_copied;              ///< what the last copy was made of
-    std::vector<Location> m_newFolders;  ///< made for the entry at hand
-    Location m_lastSource, m_lastTarget; ///< the folders last asked for, and the answer
+    CopiedEntries m_copied;              ///< what the last copy was made from
+    std::vector<Location> m_newFolders;  ///< created for the current entry
+    Location m_lastSource, m_lastTarget; ///< cached arguments and result of onOneVolume()
     bool m_lastSame = false;
 };
 

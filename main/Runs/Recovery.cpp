@@ -18,15 +18,15 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-/// Finds out from the disk how far a step got that was planned and has no mark.
+/// Determines from the disk how far a step got that was planned and has no result in the journal.
 class Settlement {
 public:
     explicit Settlement(const RunServices &services) : m_services(services) {}
 
-    /// What these did is known: their places are not what others are looked for at.
+    /// Excludes the locations of finished steps from the search for others.
     void heedDone(const std::vector<JournalledStep> &steps);
     std::optional<JournalStep> settle(const JournalledStep &step);
-    /// Something was there when the step was planned, and is now nowhere to be found, or an empty file may be ours.
+    /// A planned entry cannot be found any more, or an empty file may be ours: keep the journal for inspection.
     bool lostTrack() const { return m_lostTrack; }
 
 private:
@@ -67,14 +67,13 @@ std::optional<JournalStep> Settlement::settleCopied(const JournalledStep &step)
             m_lostTrack = m_lostTrack || entryExists(*step.temporary);
         return std::nullopt;
     }
-    // The original of a move that did not get that far still stands: what was done is a copy.
+    // If the original is still there, a move did not get beyond its copy.
     if (originalThere || plan.kind == Kind::Copy)
         return JournalStep{Kind::Copy, plan.from, copy, {}};
     return JournalStep{plan.kind, plan.from, copy, m_services.trash.find(plan.from, plan.entry.state.identity)};
 }
 
-/// A complete copy that still has its hidden name, while its original is gone from its place: it gets the name that it was
-/// to have.
+/// Renames a complete copy from its hidden name to the wanted one if its original is gone.
 std::optional<Location> Settlement::placeLeftCopy(const JournalledStep &step)
 {
     if (!step.copied || !step.plan.to || !step.copied->isAt(*step.temporary))
@@ -126,7 +125,7 @@ std::optional<JournalStep> Settlement::settle(const JournalledStep &step)
     return std::nullopt;
 }
 
-/// Those of the announced folders that are there now.
+/// The announced folders that exist.
 std::vector<Location> existing(std::vector<Location> folders)
 {
     std::erase_if(folders, [](const Location &folder) { return !entryExists(folder); });
@@ -156,18 +155,18 @@ std::optional<QUuid> recoverRun(const RunServices &services, const Location &fil
         }
         found = !run.steps.empty();
         lostTrack = settlement.lostTrack();
-        // Folders that were made for nothing go again.
+        // Nothing was done: remove the folders created for it.
         for (auto folder = content.folders.rbegin(); !found && folder != content.folders.rend(); ++folder)
             (void)services.files.removeEmptyFolder(*folder);
     }
-    // A history that cannot be written keeps the journal for the next start.
+    // If the history cannot be written, keep the journal for the next start.
     if (found && !history.add(run, {existing(content.folders), marks, volumesOf(services.volumes, run.steps)}))
         return std::nullopt;
     (void)(lostTrack ? journal->keepAside() : journal->discard());
     return found ? std::optional(run.id) : std::nullopt;
 }
 
-/// An undo that was finished, or whose run has fallen out of the history, needs no diary any more.
+/// Discards the journal of an undo that is finished, or whose run is no longer in the history.
 void dropFinishedUndo(const RunServices &services, const Location &file)
 {
     Result<RunJournal> journal = RunJournal::takeOver(file);
@@ -177,7 +176,7 @@ void dropFinishedUndo(const RunServices &services, const Location &file)
     if (!known)
         return;
     const auto run = std::ranges::find(*known, journal->content().run, &JournalRun::id);
-    // What was not put back may be tried again, and then goes on with what the diary knows.
+    // Steps that were not restored can be tried again, and then need this journal.
     if (run == known->end() || (run->undone && RunHistory(services.defaults).aftermath(run->id).left.empty()))
         (void)journal->discard();
 }

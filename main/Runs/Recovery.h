@@ -8,10 +8,11 @@
 
 namespace brellin {
 
-/// Takes over what a killed program left: the steps of its run that were done become an ordinary run of the history, and
-/// unfinished copies whose original is still there go. An empty file that kept a name free goes to the Trash. Undos that were cut short stay for their repetition.
+/// Recovers interrupted runs from their journals: finished steps become an ordinary run of the history, and unfinished
+/// copies whose original still exists are removed. An empty file that reserved a name goes to the Trash. Journals of
+/// interrupted undos stay until the undo is repeated.
 ///
-/// Gives the runs that were found. While somebody else works, nothing is touched and nothing is found.
+/// Returns the recovered runs. Does nothing while another run or undo is at work.
 std::vector<QUuid> recoverInterruptedRuns(const RunServices &services);
 
 } // namespace brellin
