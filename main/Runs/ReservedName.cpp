@@ -4,12 +4,13 @@ namespace brellin {
 
 namespace {
 
-/// Volumes keep whole or every second second.
+/// FAT stores modification times in steps of two seconds.
 constexpr auto coarseTime = std::chrono::seconds(2);
-/// The empty file comes right after the note, unless the volume is slow. A later one may be somebody else's.
+/// The empty file is created right after the journal line, unless the volume is slow. A later one may be someone
+/// else's.
 constexpr auto longestDelay = std::chrono::minutes(1);
 
-/// Inode numbers do not last on such volumes, and times are rounded when a stick is put in again.
+/// Compares without inode number and exact time: such volumes keep neither across a remount.
 bool isUnchanged(const EntryMark &mark, const FileAttributes &now)
 {
     return now.size == mark.state.size && std::chrono::abs(now.modified - mark.state.modified) <= coarseTime;
@@ -39,7 +40,7 @@ ReservedName clearReservedName(const RunServices &services, const JournalledStep
     if (!found)
         return found.error().is(std::errc::no_such_file_or_directory) ? ReservedName::Settled : ReservedName::Unclear;
     const Result<FileAttributes> entry = readAttributes(reserve.entry);
-    // Where a rename works by a hard link the entry has both names for a moment: its new one goes.
+    // If rename is emulated by a hard link, the entry has both names for a moment: remove the new one.
     if (entry && found->isFile() && found->identity == entry->identity)
         return services.files.removeOwnCopy(reserve.name) ? ReservedName::Cleared : ReservedName::Unclear;
     const bool entryStays = entry && isUnchanged(reserve.mark, *entry);

@@ -5,11 +5,11 @@
 
 namespace brellin {
 
-/// What a step that was cut short left under the name it kept free.
+/// What an interrupted step left under the name it had reserved.
 enum class ReservedName {
-    Settled, ///< nothing, or what is not for us to judge: the entry itself, or a file with content
-    Cleared, ///< our empty file, which is in the Trash now, or a second name of the entry; that is where it was
-    Unclear  ///< an empty file that may be anybody's, or one that could not be put into the Trash: it stays
+    Settled, ///< nothing of ours: no entry, the moved entry itself, or a file with content
+    Cleared, ///< our empty file (now in the Trash) or a second hard link of the entry (removed); the entry is at its source
+    Unclear ///< an empty file that may not be ours, or one that could not be trashed; it stays
 };
 ReservedName clearReservedName(const RunServices &services, const JournalledStep &step);
 

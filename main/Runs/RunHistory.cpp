@@ -8,22 +8,22 @@
 
 namespace brellin {
 
-/// Places remembered beside one run.
+/// Locations stored beside one run.
 struct PlacesOfRun {
     QUuid run;
     std::vector<Location> values;
 };
 
-/// The marks of one run's steps, as texts: "to", or "to original".
+/// The marks of one run's steps as texts: "to", or "to original".
 struct MarksOfRun {
     QUuid run;
     std::vector<QString> values;
 };
 
-/// What the undo of one run has left, in one record: a crash must not tear it.
+/// The aftermath of one undo in a single record, so that a crash cannot leave half of it.
 struct AftermathOfRun {
     QUuid run;
-    std::vector<Location> values; ///< what was not restored
+    std::vector<Location> values; ///< original paths of what was not restored
     std::vector<std::int64_t> steps;
     std::vector<QString> remarks;
 };
@@ -58,7 +58,7 @@ std::size_t sizeOf(const OfRun &one)
     return one.values.size();
 }
 
-/// How many records there will be room for when at least as much goes from the end as was put in front.
+/// How many records remain if as many bytes are dropped from the end as the new first record needs.
 template <class Record>
 std::size_t fewer(const std::vector<Record> &all, std::size_t most)
 {
@@ -69,8 +69,8 @@ std::size_t fewer(const std::vector<Record> &all, std::size_t most)
     return most;
 }
 
-/// Changes a list, whose newest record is in front, and stores as many records as the history keeps, or fewer where the file
-/// would become too large. Gives those that went for that.
+/// Changes a list whose newest record comes first and stores up to `longest` records, fewer if the file would become
+/// too large. Returns the records dropped.
 template <class Record, class Change>
 Result<std::vector<Record>> updateAsManyAsFit(UserDefaults &defaults, const QString &key, const Change &change)
 {
@@ -107,7 +107,7 @@ bool saysNothing(const AftermathOfRun &one)
     return one.values.empty() && one.remarks.empty();
 }
 
-/// Remembers something beside a run in the place of what was, newest first; as many runs as the history keeps.
+/// Stores a record beside a run, replacing its previous one; newest first, as many as the history keeps.
 template <class OfRun>
 Result<void> remember(UserDefaults &defaults, const QString &key, OfRun added)
 {
@@ -207,7 +207,8 @@ Result<std::vector<JournalRun>> RunHistory::readableRuns() const
 
 Result<std::vector<DroppedRun>> RunHistory::add(const JournalRun &run, const Traces &traces)
 {
-    // First what the undo needs besides the run: a crash in between leaves a note without a run, not the reverse.
+    // Store what the undo needs before the run: a crash in between then leaves unused records, not a run that cannot be
+    // undone.
     MarksOfRun marks{run.id, {}};
     std::ranges::transform(traces.marks, std::back_inserter(marks.values), textOfMarks);
     TRY(remember(m_defaults, RunKeys::marks, std::move(marks)));
@@ -222,7 +223,7 @@ Result<std::vector<DroppedRun>> RunHistory::add(const JournalRun &run, const Tra
         }));
     std::vector<DroppedRun> dropped;
     std::ranges::transform(tooMany, std::back_inserter(dropped), DroppedRun::of);
-    // The run is stored, and whoever added it can say what fell out for it.
+    // A failure here does not matter: the run is stored, and the caller reports the dropped runs.
     (void)DroppedRun::note(m_defaults, dropped, longest);
     return dropped;
 }

@@ -17,9 +17,9 @@ namespace brellin {
 
 struct StoredKind;
 
-/// The stored history of runs, newest first, at most thirty, and what is remembered beside each run under keys of its own:
-/// the folders that it created and what its undo could not put back. Every change reads what is stored, so that two
-/// programs keep each other's runs.
+/// The stored history of runs, newest first, at most thirty, and under separate keys what undo needs for each run: the
+/// folders it created and what could not be restored. Every change re-reads the stored lists, so that concurrent
+/// processes keep each other's runs.
 class RunHistory {
 public:
     static constexpr std::size_t longest = 30;
@@ -27,46 +27,46 @@ public:
     explicit RunHistory(UserDefaults &defaults) : m_defaults(defaults) {}
 
     std::vector<JournalRun> runs() const;
-    /// What the undo of a run has left to be known.
+    /// What remains to be reported after the undo of a run.
     struct Aftermath {
-        std::vector<Location> notRestored; ///< old paths
-        std::vector<std::size_t> left;     ///< the numbers of these steps in the run: they may be tried again
-        QStringList remarks;               ///< of what came back other than it went
+        std::vector<Location> notRestored; ///< their original paths
+        std::vector<std::size_t> left;     ///< indices of these steps in the run; they can be tried again
+        QStringList remarks;               ///< on entries that came back changed
 
         bool operator==(const Aftermath &) const = default;
     };
-    /// What is shown of it: the runs, and of those that are undone what there is to be known.
+    /// What the history page shows: the runs, and the aftermath of the undone ones.
     struct Shown {
         std::vector<JournalRun> runs;
         std::map<QUuid, Aftermath> aftermath;
-        std::optional<StoredCondition> damage; ///< the history is not all there
+        std::optional<StoredCondition> damage; ///< the history could not be read completely
     };
     Shown shown() const;
-    /// The keys that it comes from.
+    /// The settings keys that shown() reads.
     static const QStringList &shownLists();
-    /// The same, told apart from a history that is there and cannot be read: before anything is thrown away because of what
-    /// it does not say.
+    /// Like runs(), but fails if the history exists and cannot be read completely. Use it before discarding anything
+    /// that is missing from the history.
     Result<std::vector<JournalRun>> readRuns() const;
-    /// The same with the runs that can be read where others cannot.
+    /// Like readRuns(), but leaves out single damaged runs.
     Result<std::vector<JournalRun>> readableRuns() const;
     /// What an undo needs besides the steps.
     struct Traces {
-        std::vector<Location> createdFolders; ///< in the order of their creation
-        std::vector<StepMarks> marks;         ///< one for each step; empty: not known
-        std::vector<Location> volumes;        ///< the top folders of the volumes that hold what the steps left
+        std::vector<Location> createdFolders; ///< in order of creation
+        std::vector<StepMarks> marks;         ///< one per step; empty: unknown
+        std::vector<Location> volumes;        ///< mount points of the volumes that hold what the steps left
     };
-    /// Puts a run on top, unless the history knows it already. The oldest fall away: beyond thirty without a word; those that
-    /// fall out earlier, because the file would become too large, are noted and given back.
+    /// Adds a run at the front unless it is already known. Runs beyond the thirtieth are dropped silently; runs dropped
+    /// earlier, because the file would become too large, are recorded and returned.
     Result<std::vector<DroppedRun>> add(const JournalRun &run, const Traces &traces);
-    /// Those that fell out and would still be among the thirty, newest first.
+    /// Runs dropped early that would still be among the thirty, newest first.
     std::vector<DroppedRun> dropped() const;
     Result<void> markUndone(const QUuid &run, const Aftermath &aftermath);
-    /// Of a run of an earlier version only what that knew.
+    /// For a run of an earlier version only what that version stored.
     Traces traces(const QUuid &run) const;
-    /// Of an undo of an earlier version the paths only.
+    /// For an undo of an earlier version only the paths.
     Aftermath aftermath(const QUuid &run) const;
 
-    /// The lists beside the history: places under a key, and the marks.
+    /// Descriptions of the lists stored beside the history: locations under a key, marks and aftermath.
     static StoredKind placesKind(const QString &key);
     static StoredKind marksKind();
     static StoredKind aftermathKind();

@@ -24,7 +24,7 @@ Location fileOf(const Location &folder, RunJournal::Purpose purpose, const QUuid
            (std::string(prefixOf(purpose)) + run.toString(QUuid::WithoutBraces).toUpper().toStdString() + ".jsonl");
 }
 
-/// The run that a journal's name tells.
+/// The run id in a journal's file name.
 QUuid runOf(const Location &file)
 {
     const QString name = QString::fromStdString(file.stem().native());
@@ -42,7 +42,7 @@ Result<QByteArray> readNamed(const Location &file)
 Result<RunJournal> RunJournal::open(const Location &file)
 {
     FileLock lock = TRY(FileLock::tryNow(file));
-    // Between opening and locking, its owner may have finished and removed it.
+    // Its owner may have removed the file between our open and lock.
     struct stat status{};
     if (::fstat(lock.descriptor(), &status) != 0 || status.st_nlink == 0)
         return failure(Failure::system(ENOENT));
@@ -61,7 +61,7 @@ Result<RunJournal> RunJournal::createOrContinue(const Location &folder, const QU
 {
     const Location file = fileOf(folder, Purpose::Undo, run);
     Result<RunJournal> found = entryExists(file) ? takeOver(file) : create(folder, Purpose::Undo, run, date);
-    // A head that was torn has nothing behind it.
+    // A torn head: nothing was written after it.
     if (found && found->m_content.run != run) {
         TRY(found->discard());
         return create(folder, Purpose::Undo, run, date);
@@ -80,7 +80,7 @@ Result<RunJournal> RunJournal::takeOver(const Location &file)
         journal.m_content.date = attributes ? attributes->modified : Instant();
     }
     journal.m_planned = journal.m_content.steps.size();
-    // What follows a torn line would otherwise be read as part of it.
+    // Cut off a torn last line; otherwise the next one would be appended to it.
     const qsizetype whole = text.lastIndexOf('\n') + 1;
     if (whole < text.size() && ::ftruncate(journal.m_lock.descriptor(), whole) != 0)
         return failure(Failure::lastSystem());
@@ -127,7 +127,7 @@ Result<void> RunJournal::append(const QByteArray &lines)
             continue;
         if (written < 0) {
             const Failure why = Failure::lastSystem();
-            // Half a line (a full disk) would spoil the next one.
+            // Cut off a partial line (disk full), or it would spoil the next one.
             if (at > 0 && ::ftruncate(m_lock.descriptor(), m_size) == 0)
                 ::lseek(m_lock.descriptor(), m_size, SEEK_SET);
             return failure(why);
