@@ -3,7 +3,7 @@
 #include "Base/Json.h"
 #include "Runs/JournalRun.h"
 
-/// The stored form of proposals and runs. Their keys are a promise to every earlier and later version.
+/// The stored form of proposals and runs. The keys must not change: earlier and later versions read them.
 namespace brellin {
 
 template <>

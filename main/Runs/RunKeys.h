@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// The keys under which the history and what belongs to its runs is stored.
+/// The settings keys of the history and of what is stored beside its runs.
 struct RunKeys {
     static inline const QString history = QStringLiteral("agentHistory");
     static inline const QString dropped = QStringLiteral("agentDroppedRuns");

@@ -11,7 +11,7 @@
 
 namespace brellin {
 
-/// What a run and its undo need from outside. Everything outlives them.
+/// The ports of a run and its undo. Everything referenced must outlive them.
 struct RunServices {
     UserDefaults &defaults; ///< for the history
     FileActions &files;
@@ -19,8 +19,9 @@ struct RunServices {
     const Volumes &volumes;
     const Clock &clock;
     const SystemLocations &locations;
-    Location stateFolder; ///< for the lock and the journals
-    /// Why no assistant may act now; asked under the lock, before a run begins. Undoing does not ask.
+    Location stateFolder; ///< holds the lock and the journals
+    /// Fails with the reason if no assistant may act now. Called under the lock before a run begins; not called by
+    /// undo.
     std::function<Result<void>()> mayAct;
 };
 

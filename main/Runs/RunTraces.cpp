@@ -23,7 +23,7 @@ std::vector<Location> volumesOf(const Volumes &volumes, const std::vector<Journa
     }
     std::set<Location> tops;
     for (const Location &folder : folders) {
-        // By the real path, so that it is a folder where a volume is mounted, and none that anybody may remove.
+        // Use the real path, so that a mount point is recorded and not a symlink to it, which anyone may remove.
         const std::optional<Location> resolved = resolvedLocation(folder);
         if (Result<Location> top = volumes.top(resolved.value_or(folder)))
             tops.insert(*std::move(top));
@@ -34,7 +34,7 @@ std::vector<Location> volumesOf(const Volumes &volumes, const std::vector<Journa
 Result<void> checkVolumes(const Volumes &volumes, const std::vector<Location> &tops)
 {
     for (const Location &top : tops) {
-        // An empty folder may be left where the volume was mounted.
+        // The mount point may still exist as an empty folder.
         const Result<Location> now = volumes.top(top);
         if (!entryExists(top) || !now || *now != top)
             return failure(QStringLiteral("Das Laufwerk „%1“ ist nicht angeschlossen. Es wurde nichts geändert.")

@@ -9,13 +9,13 @@
 
 namespace brellin {
 
-/// The marks of what a step has just left.
+/// Marks of what a step has just left, read from the disk.
 StepMarks marksOf(const JournalStep &step);
 
-/// The top folders of the volumes that hold what the steps left.
+/// The mount points of the volumes that hold what the steps left.
 std::vector<Location> volumesOf(const Volumes &volumes, const std::vector<JournalStep> &steps);
 
-/// Fails, naming the volume, where one of these is not mounted.
+/// Fails with the volume's name if one of these is not mounted.
 Result<void> checkVolumes(const Volumes &volumes, const std::vector<Location> &tops);
 
 } // namespace brellin

@@ -21,12 +21,12 @@ bool sameFile(const Location &a, const Location &b, JobControl *control)
 struct ComparedEntry {
     EntryKind kind = EntryKind::Special;
     std::int64_t size = 0;
-    std::string target; ///< of a link
+    std::string target; ///< of a symlink
 
     bool operator==(const ComparedEntry &) const = default;
 };
 
-/// Everything below a folder by its relative path; nothing where something could not be looked at.
+/// Everything below a folder by relative path; nullopt if any of it cannot be examined.
 std::optional<std::map<std::string, ComparedEntry>> entriesBelow(const Location &folder, const JobControl *control)
 {
     std::map<std::string, ComparedEntry> entries;

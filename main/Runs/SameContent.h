@@ -5,9 +5,9 @@
 
 namespace brellin {
 
-/// Whether two entries are different ones with exactly the same content, so that one of them can go: regular files with
-/// equal digests, or folders with the same sub-folders (empty ones too), links (by name and target) and files (by name and
-/// digest). What cannot be read is never the same; a cancelled comparison is not either.
+/// Whether two distinct entries have exactly the same content, so that one of them can go: files with equal digests, or
+/// folders with the same sub-folders (including empty ones), symlinks (by name and target) and files (by name and
+/// digest). False if anything cannot be read or the comparison is cancelled.
 bool haveSameContent(const Location &a, const Location &b, JobControl *control = nullptr);
 
 } // namespace brellin

@@ -6,15 +6,15 @@
 
 namespace brellin {
 
-/// The folder in which the agent keeps what must survive a crash: its lock and the journals of runs and undos at work.
+/// The folder for everything of the agent that must survive a crash: its lock and the journals of runs and undos.
 class StateFolder {
 public:
     explicit StateFolder(Location folder) : m_folder(std::move(folder)) {}
 
-    /// Holds out everybody else who wants to execute or undo; `AgentError::alreadyWorking` when somebody does.
+    /// Takes the lock for executing or undoing, without waiting. `AgentError::alreadyWorking` if it is held.
     Result<FileLock> lockAgent() const;
 
-    /// Where journals lie, created if missing.
+    /// The folder of the journals; created if missing.
     Result<Location> journals() const;
 
 private:

@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// How the operations of one step tell the journal what must be known after a crash, and the undo what they created.
+/// Connects the operations of one step with the journal, and collects the folders created for the undo.
 class StepLog {
 public:
     StepLog(RunJournal &journal, std::vector<Location> &createdFolders, std::size_t step)
@@ -24,10 +24,10 @@ public:
             m_created.push_back(folder);
         return {};
     }
-    /// The folder came into being without us, or went again.
+    /// The folder was created by someone else, or has been removed again.
     void folderNotOurs(const Location &folder) { std::erase(m_created, folder); }
     Result<void> copying(const Location &temporary) { return m_journal.copying(m_step, temporary); }
-    /// Before a rename that keeps its target's name free with an empty file.
+    /// Before a rename that reserves its target name with an empty file.
     Result<void> reserving(const NameReserve &reserve) { return m_journal.reserving(m_step, reserve); }
     Result<void> copied(const EntryMark &copy) { return m_journal.copied(m_step, copy); }
 

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// What a step has left, to be known again by its undo.
+/// Marks of what a step left, by which its undo recognises the entries.
 struct StepMarks {
     std::optional<EntryMark> to;
     std::optional<EntryMark> trashedOriginal;

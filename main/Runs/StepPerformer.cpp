@@ -38,7 +38,7 @@ Result<void> StepPerformer::checkTreeUnchanged(const AgentProposal &proposal) co
     return now == *proposal.treeSeen ? Result<void>() : Result<void>(failure(AgentError::changedSinceScan()));
 }
 
-/// Of a group of duplicates one must remain, whatever happened to the others since the scan.
+/// At least one of a group of duplicates must remain, even if others changed since the scan.
 Result<void> StepPerformer::checkKept(const AgentProposal &proposal) const
 {
     if (proposal.kind == Kind::Trash && m_kept.concern(proposal.source))
@@ -56,7 +56,7 @@ Result<void> StepPerformer::checkAll(const AgentProposal &proposal)
         return checkKept(proposal);
     TRY(checkTreeUnchanged(proposal));
     TRY(checkKept(proposal));
-    // Reading contents may take minutes, in which a profile is saved or the entry exchanged.
+    // Comparing contents may take minutes, during which a profile can be saved or the entry replaced.
     TRY(checkAllowed(proposal));
     return checkUnchanged(proposal);
 }
@@ -117,7 +117,7 @@ Result<JournalStep> StepPerformer::move(const AgentProposal &proposal, StepLog &
         const Result<Location> moved = m_place.moveWithinVolume(proposal.source, *proposal.destination, log);
         if (moved)
             return JournalStep{proposal.kind, proposal.source, *moved, {}};
-        // Across a bind mount, or from the lower layer of an overlay, the volume looks the same and is not.
+        // A bind mount or the lower layer of an overlay has the same device, but rename fails.
         if (!moved.error().is(std::errc::cross_device_link))
             return failure(moved.error());
     }

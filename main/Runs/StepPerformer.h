@@ -9,11 +9,12 @@
 
 namespace brellin {
 
-/// Carries out single proposals. Touches only the proposal's source and destination (with the folders above the latter);
-/// a failure leaves the source as it was and no half copy.
+/// Executes single proposals. Touches only the proposal's source and destination (with the folders above the latter). A
+/// failed step leaves the source as it was and no partial copy.
 class StepPerformer {
 public:
-    /// All outlive the performer. `kept` is what stays in this run because others have gone for it.
+    /// All must outlive the performer. `kept` collects the entries that must stay because their duplicates are trashed
+    /// in this run.
     StepPerformer(const RunServices &services, FreshGuard &guard, KeptEntries &kept, JobControl *control)
         : m_services(services)
         , m_guard(guard)
@@ -26,8 +27,8 @@ public:
 
     struct Performed {
         JournalStep step;
-        StepMarks marks;                ///< of what it left
-        std::optional<Failure> trouble; ///< it is done, and not as it was wanted
+        StepMarks marks;                ///< of what the step left
+        std::optional<Failure> trouble; ///< executed, but not as wanted
     };
     Result<Performed> perform(const AgentProposal &proposal, StepLog &log);
 
@@ -50,10 +51,10 @@ private:
     JobControl *m_control;
 };
 
-/// The check before every step: the source must still be what was seen (if anything was).
+/// Checked before every step: the source must still match `seen`, if that is set.
 Result<void> checkUnchanged(const AgentProposal &proposal);
 
-/// Whether the proposal told the user that its source may be needed where it is.
+/// Whether the user was told that the source may be needed where it is.
 Guard::Review reviewOf(const AgentProposal &proposal);
 
 } // namespace brellin
