@@ -12,7 +12,7 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-/// What lies at a location now, unless that is known to be something else.
+/// The mark of the entry at a location; nullopt if it is known to be a different one (by `left`).
 std::optional<EntryMark> markAt(const std::optional<Location> &location, const std::optional<EntryMark> &left)
 {
     const Result<FileAttributes> now =
@@ -21,8 +21,8 @@ std::optional<EntryMark> markAt(const std::optional<Location> &location, const s
     return isIt ? std::optional(EntryMark::of(*now)) : std::nullopt;
 }
 
-/// Where an entry is back already, by an earlier try or by the user's hand. Of what was only renamed another name in the same
-/// folder is not the way back: editors keep the file as it was before saving under one.
+/// Where an entry already is, restored by an earlier attempt or by the user. After a rename within one folder, another
+/// name there does not count: editors keep the previous version of a file under one.
 std::optional<Location> foundBack(EntrySearch &search, const JournalStep &step, const EntryMark &entry)
 {
     std::optional<Location> place = search.find(step.from, entry);
@@ -32,19 +32,19 @@ std::optional<Location> foundBack(EntrySearch &search, const JournalStep &step, 
     return place;
 }
 
-/// Of a step whose entry no longer stands at its place: what else stands there, where that goes back in its stead, or the
-/// entry itself, to be looked for.
+/// For a step whose entry is not at its target any more: the entry now in its place if that can be moved back instead,
+/// otherwise the original mark, to search for.
 EntryMark markInStead(const JournalStep &step, const EntryMark &left, bool movesBack)
 {
     EntrySearch search;
     const std::optional<EntryMark> other = EntryMark::of(*step.to);
     if (other && movesBack && !foundBack(search, step, left))
         return *other;
-    // Another file may have the number of the one that has gone.
+    // The inode number may have been reused by another file.
     return left.isAt(*step.to) ? EntryMark() : left;
 }
 
-/// Whether a file is no longer as the step had left it. A folder lives on.
+/// Whether a file differs from what the step left. Folders are expected to change.
 bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, const Location &place)
 {
     const bool asLeft = !left || (entry.state.size == left->state.size && entry.state.modified == left->state.modified);
@@ -52,7 +52,7 @@ bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, con
     return !asLeft && now && !now->isFolder();
 }
 
-/// Whether the copy of a folder holds something that its original does not, by names and sizes.
+/// Whether a folder's copy contains entries that the original lacks, by name and size.
 bool holdsMore(const Location &copy, const Location &original, const JobControl *control)
 {
     const Result<FileAttributes> attributes = readAttributes(copy);
@@ -95,7 +95,7 @@ bool StepReversal::isCurrent(const JournalStep &step, const JournalledStep &know
 Result<void> StepReversal::checkAllowed(const JournalStep &step) const
 {
     const bool target = m_services.locations.isAllowed(step.from);
-    // The Trash may lie where nothing else is touched.
+    // A Trash may lie in a folder that is otherwise refused.
     const bool source = m_services.trash.holds(*step.to) || m_services.locations.isAllowedEntry(*step.to);
     return target && source ? Result<void>() : Result<void>(failure(AgentError::systemLocation()));
 }
@@ -106,7 +106,7 @@ Result<UndoRemark> StepReversal::reverse(const Done &done, const JournalledStep 
     if (!step.to)
         return failure(Failure::system(ENOENT));
     TRY(checkAllowed(step));
-    // A Trash that cannot be reached (its volume is not mounted) still holds the original.
+    // The Trash is unreachable (volume not mounted), so the original is probably still in it.
     if (step.trashedOriginal && !done.volumesThere && !entryExists(step.trashedOriginal->parent_path()))
         return failure(QStringLiteral("Der Papierkorb mit dem Original ist nicht erreichbar."));
     if (step.kind == Kind::Copy) {
@@ -147,13 +147,13 @@ Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const Journal
         return failure(Failure::system(ENOENT));
     const bool changed =
         isChanged(known.plan.entry, done.marks.to, *step.to) || holdsMore(*step.to, *restored, m_control);
-    // Where nothing is, the copy went in an earlier try, or the user took it away.
+    // Nothing at the target: an earlier attempt or the user removed the copy.
     if (!known.plan.entry.isAt(*step.to))
         return entryExists(*step.to) ? UndoRemark::NewerAtTarget : UndoRemark::None;
     const Result<Location> trashed = m_services.trash.put(*step.to);
     if (trashed)
         return changed ? UndoRemark::NewerInTrash : UndoRemark::None;
-    // Without a Trash for it the copy may go only if it holds nothing that the original does not.
+    // If the copy cannot be trashed, remove it only if it holds nothing that the original lacks.
     const Result<SeenTree> seen = SeenTree::of(*step.to, m_control);
     if (!seen || !known.plan.entry.isAt(*step.to) || !haveSameContent(*restored, *step.to, m_control) ||
         !original.isAt(*restored))
@@ -162,7 +162,7 @@ Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const Journal
     return kept.empty() ? UndoRemark::None : UndoRemark::NewerAtTarget;
 }
 
-/// Removes what a copy that was cut short has left, if what it was made of is still there.
+/// Removes the leftover of an interrupted copy if its original still exists.
 void StepReversal::removeLeftover(const JournalledStep &known)
 {
     if (known.temporary && isSuperfluous(*known.temporary, known.plan.from, known.plan.entry))
@@ -191,7 +191,7 @@ Result<void> StepReversal::moveBack(const JournalStep &step, const JournalledSte
         TRY(m_place.moveAcrossVolumes(*step.to, step.from, log));
         return {};
     }
-    // What lies in the Trash stays there beside its copy: nothing is removed from the Trash.
+    // Copy and leave the trashed entry there: nothing is ever removed from the Trash.
     TRY(m_place.copyTo(*step.to, step.from, Placement::Safety::Flushed, AgentError::badCopy(), log));
     return {};
 }

@@ -5,16 +5,16 @@
 
 namespace brellin {
 
-/// What there is to say of an entry that was taken back.
+/// What to report about an entry that was restored.
 enum class UndoRemark {
     None,
-    Changed,       ///< it came back other than the step had left it
-    NewerAtTarget, ///< the original came back; what stands at the target is newer and stays there
-    NewerInTrash   ///< the original came back; its copy, worked on since, is in the Trash
+    Changed,       ///< restored with later changes
+    NewerAtTarget, ///< original restored; the newer file at the target stays there
+    NewerInTrash   ///< original restored; its copy, changed since, is in the Trash
 };
 
-/// Takes single steps back. Each part of a step looks at the disk first, so that a step that was cut short anywhere can be
-/// taken back again.
+/// Undoes single steps. Every part of a step checks the disk first, so that an undo interrupted at any point can be
+/// repeated.
 class StepReversal {
 public:
     StepReversal(const RunServices &services, JobControl *control)
@@ -24,24 +24,24 @@ public:
     {
     }
 
-    /// A step with what is known of it beside the history.
+    /// A step and what is stored about it beside the history.
     struct Done {
         const JournalStep &step;
         StepMarks marks;
-        /// The volumes of the run are known, and all of them are there: a Trash that is missing is no more.
+        /// The run's volumes are known and all mounted: a Trash folder that is missing has been removed.
         bool volumesThere = false;
     };
 
-    /// What the journal has to know before: the entry as it is now, and where it goes. What was moved is whatever stands in
-    /// its place now (saving may have made another file of it), unless it is back already. Of a copy or in the Trash another
-    /// entry in its place stays.
+    /// The plan to journal before undoing: the entry in its present state and where it goes. For a move this is
+    /// whatever is at the target now (saving may have replaced the file), unless the entry is already back. For a copy
+    /// or a trashed item, a different entry at that place is left alone.
     static PlannedStep planOf(const Done &done);
 
-    /// Whether the plan still speaks of what is there: the entry, or what became of it in an earlier try. An entry that was
-    /// saved anew, or that came to its place only after planning, has to be planned again.
+    /// Whether the plan still matches the disk: the entry itself, or what an earlier attempt made of it. If not (the
+    /// file was saved again, or appeared after planning), the step must be planned again.
     bool isCurrent(const JournalStep &step, const JournalledStep &known) const;
 
-    /// Takes a step back; `known` is what the journal knows of an earlier try (just the plan at the first).
+    /// Undoes a step. `known` is the journal's state from an earlier attempt, or just the plan at the first.
     Result<UndoRemark> reverse(const Done &done, const JournalledStep &known, StepLog &log);
 
 private:

@@ -10,15 +10,16 @@
 
 namespace brellin {
 
-/// What a scan remembers of all that is in a folder: the folder's own time says nothing of what is written further down.
+/// Summary of a folder's whole content as seen by a scan; the folder's own modification time does not cover what lies
+/// deeper.
 struct TreeState {
-    std::int64_t entries = 0; ///< files and links
+    std::int64_t entries = 0; ///< files and symlinks
     std::int64_t bytes = 0;
-    std::optional<Instant> newest; ///< of the files
+    std::optional<Instant> newest; ///< newest modification time of the files
 
     bool operator==(const TreeState &) const = default;
 
-    /// As it is now. Fails where not all of it can be looked at, and when cancelled.
+    /// Reads the present state. Fails if a folder below cannot be read, and when cancelled.
     static Result<TreeState> of(const Location &folder, const JobControl *control);
 };
 

@@ -12,11 +12,11 @@ namespace brellin {
 
 namespace {
 
-/// Steps announced with one flush, at first and at most: the flush then waits for all that was renamed since the last one.
+/// Steps planned with one flush, at first and at most: a flush also writes all renames since the last one.
 constexpr std::size_t firstUndoBatch = 256;
 constexpr std::size_t largestUndoBatch = 8192;
 
-/// What there is to say of a step that was taken back.
+/// The remark shown for a restored step; empty if there is nothing to say.
 QString textOf(UndoRemark remark, const JournalStep &step)
 {
     switch (remark) {
@@ -34,7 +34,7 @@ QString textOf(UndoRemark remark, const JournalStep &step)
     return {};
 }
 
-/// One undo at work. Step n of its journal is the n-th from the end of the run.
+/// One undo in progress. Step n of its journal is the n-th from the end of the run.
 class Undoer {
 public:
     Undoer(const RunServices &services, const JournalRun &run, const RunHistory::Traces &traces,
@@ -56,7 +56,7 @@ public:
 private:
     std::size_t indexOf(std::size_t number) const { return m_run.steps.size() - 1 - number; }
     StepReversal::Done done(std::size_t number) const;
-    /// Whether the step is to be taken back: all of them or, where a rest is tried again, those of it.
+    /// Whether to undo the step: all of them, or only the failed ones when these are retried.
     bool isWanted(std::size_t number) const;
     PlannedStep planOf(std::size_t number) const;
     Result<void> planBatch(std::size_t first);
@@ -66,17 +66,17 @@ private:
     const RunServices &m_services;
     const JournalRun &m_run;
     const RunHistory::Traces &m_traces;
-    const std::vector<std::size_t> m_wanted; ///< indices of its steps; empty: all
+    const std::vector<std::size_t> m_wanted; ///< indices of the run's steps; empty: all
     RunJournal m_journal;
     JobControl &m_control;
     StepReversal m_reversal;
-    std::vector<JournalledStep> m_known; ///< from an earlier try, then from this one's plans
-    std::vector<Location> m_newFolders;  ///< above old places that had gone
+    std::vector<JournalledStep> m_known; ///< from an earlier attempt, then from this one's plans
+    std::vector<Location> m_newFolders;  ///< created above original locations
     std::size_t m_batch = firstUndoBatch;
     UndoOutcome m_outcome;
 };
 
-/// A run of an earlier version has left no marks.
+/// Without marks for a run of an earlier version.
 StepReversal::Done Undoer::done(std::size_t number) const
 {
     const bool marked = m_traces.marks.size() == m_run.steps.size();
@@ -130,7 +130,7 @@ void Undoer::undoOne(std::size_t number)
     }
 }
 
-/// What an earlier try left under the old names would take them.
+/// Empty files of an earlier attempt would occupy the original names.
 void Undoer::clearReservedNames()
 {
     for (const JournalledStep &step : m_known) {
@@ -155,7 +155,7 @@ Result<UndoOutcome> Undoer::undo()
             TRY(planBatch(n));
         if (!isWanted(n))
             continue;
-        // What failed the first time gets another try.
+        // Retry what failed in an earlier attempt.
         if (!m_known[n].done)
             undoOne(n);
         m_control.advance();
@@ -167,7 +167,7 @@ void Undoer::removeFolders(const std::vector<Location> &created) const
 {
     for (auto folder = created.rbegin(); folder != created.rend(); ++folder) {
         if (m_services.locations.isAllowedEntry(*folder))
-            (void)m_services.files.removeEmptyFolder(*folder); // one that holds something by now stays
+            (void)m_services.files.removeEmptyFolder(*folder); // a folder that is not empty any more stays
     }
 }
 
@@ -186,7 +186,7 @@ Result<UndoOutcome> UndoRun::undo(const QUuid &id, JobControl &control)
     const FileLock lock = TRY(state.lockAgent());
     const Location journals = TRY(state.journals());
     RunHistory history(m_services.defaults);
-    // Read under the lock: another program may have undone it since it was shown.
+    // Read under the lock: another process may have undone it meanwhile.
     const std::vector<JournalRun> runs = TRY(history.readableRuns());
     const auto found = std::ranges::find(runs, id, &JournalRun::id);
     const RunHistory::Aftermath before = history.aftermath(id);

@@ -12,24 +12,25 @@
 
 namespace brellin {
 
-/// What came of an undo.
+/// The result of an undo.
 struct UndoOutcome {
-    std::vector<Location> notRestored; ///< old paths, in the order in which undoing met them
-    std::vector<std::size_t> left;     ///< the numbers of these steps in the run
-    QStringList remarks;               ///< „a.pdf: …“, of what came back other than it went
-    bool cancelled = false;            ///< undoing it again takes the remaining steps
+    std::vector<Location> notRestored; ///< original paths, in the order of undoing
+    std::vector<std::size_t> left;     ///< indices of these steps in the run
+    QStringList remarks;               ///< „a.pdf: …“, on entries that came back changed
+    bool cancelled = false;            ///< repeating the undo continues with the remaining steps
 
-    /// "Rückgängig gemacht." or how many could not be put back.
+    /// "Rückgängig gemacht." or the number of entries that could not be put back.
     QString status() const;
 };
 
-/// Takes a run back, last step first. Journalled like the run itself: one that was cut short goes on where it was.
+/// Undoes a run, last step first. Journalled like the run itself, so that an interrupted undo continues where it
+/// stopped.
 class UndoRun {
 public:
     explicit UndoRun(const RunServices &services) : m_services(services) {}
 
-    /// Undoes a run of the history and marks it undone; of one that is undone, tries what was not restored again. Fails with nothing changed when somebody else is working, or when
-    /// the history by now says that there is nothing to undo.
+    /// Undoes a run of the history and marks it as undone; for a run already undone, retries the steps that failed.
+    /// Fails without any change if another run or undo is at work, a volume is not mounted, or nothing is left to undo.
     Result<UndoOutcome> undo(const QUuid &id, JobControl &control);
 
 private:

@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// A single file of this size is still compared by content; inside a folder only smaller ones are.
+/// Up to this size a single file is compared by content; inside a folder only files below it.
 constexpr std::int64_t digestLimit = 2'000'000'000;
 
 bool sameContent(const Location &original, const Location &copy, JobControl *control)
@@ -23,7 +23,7 @@ bool sameContent(const Location &original, const Location &copy, JobControl *con
     return first.has_value() == second.has_value() && (!first || *first == *second);
 }
 
-/// The regular files below a folder: relative path and size.
+/// Relative path and size of the regular files below a folder.
 Result<std::map<std::string, std::int64_t>> filesBelow(const Location &folder, const JobControl *control)
 {
     std::map<std::string, std::int64_t> files;
@@ -37,7 +37,7 @@ Result<std::map<std::string, std::int64_t>> filesBelow(const Location &folder, c
         return WalkStep::Continue;
     };
     const WalkOutcome outcome = TRY(walk(folder, {.attributes = Attribute::Size, .prune = {}}, collect, control));
-    // What could not be looked at is not known to be the same.
+    // Unreadable folders cannot be known to be equal.
     if (outcome.unreadableFolders > 0)
         return failure(Failure::system(EACCES));
     return files;
