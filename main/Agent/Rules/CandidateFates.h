@@ -5,18 +5,18 @@
 
 namespace brellin {
 
-/// What becomes of a file that a rule takes.
+/// What happens to a file that a rule takes.
 enum class CandidateFate {
     Proposed,
     Protected,     ///< by a profile
-    TargetRefused, ///< the agent never puts anything there
-    AlreadyCopied  ///< the copy stands in the target already
+    TargetRefused, ///< the agent must not write to the target
+    AlreadyCopied  ///< the target already contains a copy
 };
 
-/// Decides it for a scan and for whoever tells what a scan would do. Use one for one search. Reads only.
+/// Decides the fate of candidates, for a scan as well as for previews of one. Use one instance per scan. Read-only.
 class CandidateFates {
 public:
-    /// All outlive it.
+    /// All must outlive this object.
     CandidateFates(const SystemLocations &locations, const Guard &guard, JobControl *control)
         : m_locations(locations)
         , m_guard(guard)

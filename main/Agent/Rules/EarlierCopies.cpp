@@ -19,7 +19,7 @@ namespace {
 /// FAT keeps times in steps of two seconds.
 constexpr std::chrono::seconds timeTolerance{2};
 
-/// No volume cuts a name of so many bytes with a number behind it.
+/// Names up to this length are never shortened to make room for a number.
 constexpr std::size_t uncutName = 120;
 
 bool isAboutThen(Instant a, Instant b)
@@ -27,7 +27,7 @@ bool isAboutThen(Instant a, Instant b)
     return std::chrono::abs(a - b) <= timeTolerance;
 }
 
-/// The number that making a name free has put behind it: 2 of "Brief (2).pdf".
+/// The appended number of a name: 2 for "Brief (2).pdf".
 std::optional<int> numberOf(std::string_view name)
 {
     const std::string_view stem = stemOf(name);
@@ -46,7 +46,7 @@ std::string withoutNumber(std::string_view name)
     return std::string(stem.substr(0, stem.rfind(" ("))).append(name.substr(stem.size()));
 }
 
-/// What numbers of each length leave of a name, and the name as it fits without one.
+/// The shortened forms of a name, for each length of the number and without one.
 std::set<std::string> shortenedNames(std::string_view name, const std::string &fitting, std::size_t limit)
 {
     std::set<std::string> names{fitting};
@@ -72,7 +72,7 @@ const EarlierCopies::Folder &EarlierCopies::entriesOf(const Location &folder)
     };
     const WalkOptions options{
         .attributes = Attribute::Identity | Attribute::Size | Attribute::Modified, .subfolders = false, .prune = {}};
-    // A folder that is not there yet, or cannot be read, holds no copies.
+    // A missing or unreadable folder contains no copies.
     (void)walk(folder, options, collect, m_control);
     return known->second;
 }
@@ -97,7 +97,7 @@ bool EarlierCopies::isCopy(const Candidate &candidate, const Location &place, co
     return isAboutThen(there.modified, candidate.seen.modified) || haveSameContent(candidate.source, place, m_control);
 }
 
-/// The entries that have a wanted name or one of its numbers.
+/// The entries with the wanted name or a numbered form of it.
 std::vector<const EarlierCopies::Entry *> EarlierCopies::namedLike(const Location &wanted)
 {
     const Folder &folder = entriesOf(wanted.parent_path());
@@ -108,7 +108,7 @@ std::vector<const EarlierCopies::Entry *> EarlierCopies::namedLike(const Locatio
             found.push_back(&at->second);
         return found;
     }
-    // Numbers have shortened such a name.
+    // A long name was shortened to fit its number.
     const std::size_t limit = nameLimit(wanted.parent_path());
     const std::string fitting = fittingName(name, limit);
     for (const std::string &key : shortenedNames(name, fitting, limit)) {

@@ -9,15 +9,15 @@
 
 namespace brellin {
 
-/// Finds the copies that a copy rule made before, so that no scan makes another. Lists each target folder once: use one for
-/// one scan only. Reads only.
+/// Finds copies that a copy rule made in earlier runs, so that a scan does not make another. Lists each target folder
+/// once: use one instance per scan. Read-only.
 class EarlierCopies {
 public:
-    /// `control` may be none, and outlives it.
+    /// `control` may be null, and must outlive this object.
     explicit EarlierCopies(JobControl *control) : m_control(control) {}
 
-    /// Whether a candidate's copy is there, under its name or one of its numbers. Size and time tell, give or take what a
-    /// volume makes of times; where only the time differs, the content does.
+    /// Whether the candidate's copy exists, under its name or a numbered form of it. Compares size and modification
+    /// time (within the resolution of FAT), and contents if only the time differs.
     bool hold(const Candidate &candidate);
 
 private:
@@ -25,7 +25,7 @@ private:
         std::string name;
         FileAttributes attributes;
     };
-    /// By name, and by the name without its number.
+    /// by name, and by the name without its number
     using Folder = std::multimap<std::string, Entry>;
 
     const Folder &entriesOf(const Location &folder);

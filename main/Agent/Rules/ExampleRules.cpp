@@ -66,7 +66,7 @@ std::vector<CleanupRule> exampleRules(const KnownFolders &folders)
                          const QString &target) {
         return example(ruleName, source, std::move(conditions), RuleAction::Move, target);
     };
-    // The narrow rules stand before the general ones: the first that matches takes a file.
+    // Specific rules before general ones: the first match takes the file.
     return {
         move(u"Bildschirmfotos vom Schreibtisch"_qs, desktop, {name(u"Bildschirmfoto, Screenshot"_qs)},
              pictures + u"/Bildschirmfotos/{Jahr}-{Monat}"_qs),

@@ -7,18 +7,18 @@
 
 namespace brellin {
 
-/// The version of the set; older stored rules are brought up to it.
+/// Version of the example set; older stored rules are upgraded to it.
 inline constexpr int rulesVersion = 3;
 
-/// The ten rules a new user starts with, in the order in which they are tried.
+/// The ten rules of a new user, in the order in which they are tried.
 std::vector<CleanupRule> exampleRules(const KnownFolders &folders);
 
-/// The rules with the example rules they lack appended in the examples' order; an example is recognised by its name (the
-/// one for the language model by either of its two names). The user's rules keep their order and content.
+/// Appends the missing example rules in their original order. Recognises examples by name (the one for the language
+/// model by either of its two names). Existing rules keep their order and content.
 std::vector<CleanupRule> withMissingExampleRules(std::vector<CleanupRule> rules, const KnownFolders &folders);
 
-/// The stored rules brought up to the current set: missing examples appended, "Dokumente aus Downloads mit KI einsortieren"
-/// renamed to "Dokumente mit KI einsortieren".
+/// Upgrades stored rules to the current set: appends missing examples, and renames "Dokumente aus Downloads mit KI
+/// einsortieren" to "Dokumente mit KI einsortieren".
 std::vector<CleanupRule> upgradedRules(std::vector<CleanupRule> rules, const KnownFolders &folders);
 
 } // namespace brellin

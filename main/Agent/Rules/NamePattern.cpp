@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-/// Extensions that are remembered: "Bericht.1037" has one of its own.
+/// Cache limit: "Bericht.1037" has an extension of its own.
 constexpr std::size_t mostForms = 500;
 const QString nameGroup = QStringLiteral("name");
 
@@ -19,7 +19,7 @@ QString composed(const QString &text)
     return text.normalized(QString::NormalizationForm_C);
 }
 
-/// What any date looks like in a date's place.
+/// A regular expression for any date in the place of a date placeholder.
 QString dateExpression(const QString &placeholder)
 {
     const QString year = QStringLiteral("[0-9]{4}");
@@ -49,7 +49,7 @@ NamePattern::NamePattern(const QString &pattern)
 {
     static const QRegularExpression placeholder(QStringLiteral("\\{(?:Jahr|Monat|Tag|Datum|Kategorie|Name|Endung)\\}"));
     const auto addText = [this](const QString &text) {
-        // One component of a path: see how names are made.
+        // A name is one path component, so replace what it cannot contain.
         if (!text.isEmpty())
             m_pieces.push_back({Piece::Kind::Text, composed(text).replace(u'/', u'-').replace(QChar(0), u'-')});
     };
@@ -68,7 +68,7 @@ NamePattern::NamePattern(const QString &pattern)
     addText(pattern.mid(end));
 }
 
-/// Without what the ending makes of itself: it is put behind every name that does not end in it.
+/// Strips what produces the extension, since the extension is appended to every name that lacks it.
 NamePattern::Pieces NamePattern::withoutEnding(Pieces pieces, const QString &extension)
 {
     using Kind = Piece::Kind;
@@ -146,7 +146,7 @@ std::optional<QString> NamePattern::Form::remade(const QString &stem) const
             break;
         case Piece::Kind::Name:
             made += cleanFileName(found.captured(nameGroup));
-            // Its group counts among the dates', where it is opened.
+            // The first {Name} is a capture group too, numbered among the dates.
             group += named ? 0 : 1;
             named = true;
             break;
@@ -167,7 +167,7 @@ const std::vector<NamePattern::Form> &NamePattern::formsFor(std::string_view ext
         m_forms.clear();
     std::vector<Form> forms;
     const QString ending = composed(shown(extension));
-    // Of a name that was all cleaned away nothing is left but what stood around it.
+    // If cleaning left nothing of a name, only the text around {Name} remains.
     Pieces nameless = m_pieces;
     std::erase_if(nameless, [](const Piece &piece) { return piece.kind == Piece::Kind::Name; });
     const bool hasName = nameless.size() < m_pieces.size();
@@ -186,7 +186,7 @@ std::optional<QString> NamePattern::remade(std::string_view fileName)
     const QString ending = name.sliced(stem.size());
     const QString uncounted = withoutCounter(stem);
     QStringList candidates{stem};
-    // A date at a name's end may look like its ending ("Liste 01.02.2020"), and a number tells of a name that was taken.
+    // The end of a date may look like an extension ("Liste 01.02.2020"), and a counter was added if the name was taken.
     if (!ending.isEmpty())
         candidates << name;
     if (uncounted != stem)

@@ -12,26 +12,26 @@
 
 namespace brellin {
 
-/// A rename rule's pattern, read backwards: tells names that it could have made, so that a scan does not put a date in front
-/// of every date. Any date stands for its date parts; blanks and dots at the edges and the file's ending do not count. A
-/// name that somebody else began like the pattern's text looks the same and counts as made by it.
+/// Matches file names against the pattern of a rename rule, so that a scan does not rename a file again and again
+/// ("{Datum} {Name}" would prepend one more date each time). Any date matches a date placeholder; blanks and dots at
+/// the ends and the file's extension are ignored. A name the user typed in the same form also matches.
 class NamePattern {
 public:
     explicit NamePattern(const QString &pattern);
 
-    /// For a file name that the pattern could have made: the pattern with the name's own dates and its {Name} part cleaned,
-    /// still to be made a name. Nothing for other names.
+    /// For a name the pattern could have produced: the pattern filled with the name's own dates and its cleaned {Name}
+    /// part. The result is not a valid file name yet. nullopt for other names.
     std::optional<QString> remade(std::string_view fileName);
 
 private:
     struct Piece {
         enum class Kind { Text, Date, Category, Name, Ending };
         Kind kind = Kind::Text;
-        QString text; ///< as it stands in the pattern
+        QString text; ///< as written in the pattern
     };
     using Pieces = std::vector<Piece>;
 
-    /// What names with one extension look like.
+    /// The expected form of names with one extension.
     struct Form {
         Pieces pieces;
         QRegularExpression expression;

@@ -39,7 +39,7 @@ QString withoutDotsAround(const QString &part)
     return rest.toString();
 }
 
-/// How much a test costs: what settles most files for little comes first.
+/// Sort key: cheap tests that decide most files come first.
 int cost(ConditionKind kind)
 {
     switch (kind) {
@@ -60,7 +60,7 @@ bool isOlder(std::optional<Instant> modified, double days, Instant now)
 {
     if (!modified)
         return false;
-    // Every date is old enough for 0 days, also one that a camera's clock has put into the future.
+    // Every date is 0 days old, even one in the future (a wrong camera clock).
     return days <= 0 || std::chrono::duration<double>(now - *modified).count() >= days * 86400.0;
 }
 
@@ -71,7 +71,7 @@ bool isAsLarge(std::optional<std::int64_t> size, double megabytes)
 
 bool extensionMatches(const std::string &part, RuleFile &file)
 {
-    // "tar.gz" is an extension to people, though only "gz" is one here.
+    // Users call "tar.gz" an extension; extensionOf() returns "gz".
     if (part.find('.') != std::string::npos)
         return file.foldedName().ends_with('.' + part);
     return file.foldedExtension() == part;
