@@ -13,16 +13,15 @@
 
 namespace brellin {
 
-/// A file as conditions see it. What costs something is worked out when the first condition asks for it; one object serves
-/// many files, one after the other.
+/// A file as seen by conditions. Computes expensive properties on first use; reuse one object for many files.
 class RuleFile {
 public:
-    /// The name stays where it is while this file is looked at. A package has no size.
+    /// `name` must stay valid while this file is tested. Pass no size for a package.
     void set(std::string_view name, std::optional<std::int64_t> size, std::optional<Instant> modified);
 
     std::optional<std::int64_t> size() const { return m_size; }
     std::optional<Instant> modified() const { return m_modified; }
-    /// Name and extension in the form in which names are compared, as UTF-8.
+    /// Name and extension as UTF-8, normalised for comparison.
     const std::string &foldedName();
     const std::string &foldedExtension();
     /// The extension with its ASCII letters in lower case.
@@ -42,22 +41,22 @@ private:
     const QString *m_category = nullptr;
 };
 
-/// A number as people type it into a condition, with a decimal comma or point.
+/// Parses a number as typed into a condition, with a decimal comma or point.
 std::optional<double> conditionNumber(const QString &value);
 
-/// The conditions of one rule, read once so that testing a hundred thousand files is cheap. Usable by several threads.
+/// The conditions of one rule, parsed once so that testing 100,000 files is cheap. Thread-safe.
 class RuleConditions {
 public:
     explicit RuleConditions(const std::vector<RuleCondition> &conditions);
 
-    /// Whether all of them hold. A condition whose list names nothing is no condition; a number that does not parse, and an
-    /// attribute that could not be read, never hold.
+    /// Whether all conditions hold. A condition whose list is empty is ignored; one with an invalid number, or on an
+    /// attribute that could not be read, never holds.
     bool hold(RuleFile &file, Instant now) const;
 
 private:
     struct Test {
         ConditionKind kind;
-        std::vector<std::string> parts; ///< folded, UTF-8
+        std::vector<std::string> parts; ///< case-folded UTF-8
         QStringList words;              ///< categories as typed
         std::optional<double> number;
     };

@@ -17,7 +17,7 @@ using Verdict = ConditionOutcome::Verdict;
 
 const QString unknown = QStringLiteral("unbekannt");
 
-/// "vor 12,5 Tagen", never more than there are: 89,97 days are not the 90 that a condition asks for.
+/// "vor 12,5 Tagen", rounded down: 89.97 days must not read as the 90 that a condition requires.
 QString ageText(Instant modified, Instant now)
 {
     const double days = std::chrono::duration<double>(now - modified).count() / 86400.0;
@@ -59,7 +59,7 @@ Verdict verdictOn(const RuleCondition &condition, RuleFile &file, Instant now)
     return RuleConditions({condition}).hold(file, now) ? Verdict::Holds : Verdict::Fails;
 }
 
-/// What a kind of condition says of the file where the condition fails.
+/// The sentence for a condition of this kind that fails.
 QString contradiction(ConditionKind kind, const QString &found)
 {
     switch (kind) {

@@ -11,17 +11,17 @@
 
 namespace brellin {
 
-/// What one condition makes of one file.
+/// The result of one condition for one file.
 struct ConditionOutcome {
     enum class Verdict {
         Holds,
-        Ignored, ///< it names nothing and is no condition
+        Ignored, ///< its list is empty
         Fails,
-        Unreadable ///< its own value is no number
+        Unreadable ///< the condition's value is not a number
     };
     RuleCondition condition;
     Verdict verdict = Verdict::Fails;
-    QString found; ///< what the file has: "Rechnung.pdf", "pdf", "Dokumente", "vor 12,5 Tagen", "3,2 MB"; "unbekannt"
+    QString found; ///< the file's value: "Rechnung.pdf", "pdf", "Dokumente", "vor 12,5 Tagen", "3,2 MB"; "unbekannt"
 
     bool operator==(const ConditionOutcome &) const = default;
     bool lets() const { return verdict == Verdict::Holds || verdict == Verdict::Ignored; }
@@ -29,44 +29,44 @@ struct ConditionOutcome {
     QString text() const;
 };
 
-/// Why a rule would take a file, or would not.
+/// Why a rule takes a file, or does not.
 struct RuleExplanation {
     enum class Verdict {
         Takes,
         RuleOff,
-        SourceRefused,  ///< the rule's folder is one of the system's, or no path
-        OutsideSource,  ///< the file does not lie where the rule looks
-        ConditionFails, ///< `conditions` says which
-        NotLookedAt,    ///< hidden, a script, half-written, inside a package, or no file at all
+        SourceRefused,  ///< the rule's folder is a system location or not a valid path
+        OutsideSource,  ///< the file is not in the rule's folder
+        ConditionFails, ///< see `conditions`
+        NotLookedAt,    ///< hidden, a script, an unfinished download, inside a package, or not a file
         NamedByScript,
         Protected,     ///< by a profile
-        TargetRefused, ///< the agent never puts anything there
-        AlreadyCopied, ///< the copy stands in the target
-        NothingToDo    ///< it is in its place, has its name, or the rule's text leads nowhere
+        TargetRefused, ///< the agent must not write to the target
+        AlreadyCopied, ///< the target already contains a copy
+        NothingToDo    ///< already in place or already named so, or the target or name is invalid
     };
     Verdict verdict = Verdict::NotLookedAt;
     std::vector<ConditionOutcome> conditions; ///< in the rule's order
-    std::optional<Candidate> candidate;       ///< with `Takes`
+    std::optional<Candidate> candidate;       ///< set for `Takes`
 
     bool operator==(const RuleExplanation &) const = default;
     /// One German sentence.
     QString text() const;
 };
 
-/// What the rules together would do with one file.
+/// What all rules together would do with one file.
 struct RuleForecast {
     enum class Outcome {
-        NoRule, ///< no rule would take it
+        NoRule, ///< no rule takes it
         Taken,
-        Protected,     ///< a rule would, but a profile protects it
-        TargetRefused, ///< a rule would, but the agent never puts anything into its target
-        AlreadyCopied, ///< a rule would, but the copy stands in its target
-        NamedByScript  ///< a rule would, but a script names it
+        Protected,     ///< taken by a rule, but protected by a profile
+        TargetRefused, ///< taken by a rule, but the agent must not write to its target
+        AlreadyCopied, ///< taken by a rule, but its target already contains a copy
+        NamedByScript  ///< taken by a rule, but named by a script
     };
     Outcome outcome = Outcome::NoRule;
-    std::optional<CleanupRule> rule; ///< the one that takes it, or would
+    std::optional<CleanupRule> rule; ///< the rule that takes it, or would
     AgentProposal::Kind kind = AgentProposal::Kind::Move;
-    std::optional<Location> destination; ///< none for the Trash; where the model chooses, the folder it chooses in
+    std::optional<Location> destination; ///< none for the Trash; if the model chooses, the folder in which it does
     bool chosenByModel = false;
 
     bool operator==(const RuleForecast &) const = default;
@@ -74,7 +74,7 @@ struct RuleForecast {
     QString text(const Location &home) const;
 };
 
-/// The conditions of a rule one by one, for one file. Reads its attributes.
+/// Tests the conditions of a rule separately for one file. Reads its attributes.
 std::vector<ConditionOutcome> conditionOutcomes(const CleanupRule &rule, const Location &file, Instant now);
 
 } // namespace brellin

@@ -12,21 +12,21 @@
 
 namespace brellin {
 
-/// Says for the entry that is being looked at what the rules would do with it. Lives on the main thread, works beside it.
+/// Predicts what the rules would do with the entry on display. Lives on the main thread, works on a worker.
 class RuleForecaster : public Model<RuleForecaster> {
 public:
-    Published<std::optional<RuleForecast>> forecast; ///< of the entry last asked for; nothing: not known yet
+    Published<std::optional<RuleForecast>> forecast; ///< for the last entry shown; nullopt: not known yet
 
-    /// The services outlive it.
+    /// The services must outlive this object.
     explicit RuleForecaster(const RuleServices &services);
 
-    /// Asks for another entry, or for the same under changed rules; nothing: none is being looked at.
+    /// Starts a forecast for another entry, or for the same under changed rules; nullopt: no entry on display.
     void show(const std::optional<Location> &entry, const std::vector<CleanupRule> &rules,
               const std::vector<FolderProfile> &profiles);
 
 private:
     RuleServices m_services;
-    const std::shared_ptr<QThreadPool> m_pool; ///< an entry that does not answer keeps its thread
+    const std::shared_ptr<QThreadPool> m_pool; ///< own pool: an unresponsive volume blocks its thread
     std::unique_ptr<Job<Result<RuleForecast>>> m_job;
 };
 

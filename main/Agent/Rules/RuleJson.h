@@ -4,7 +4,7 @@
 #include "Base/Json.h"
 #include "System/StoredList.h"
 
-/// The stored form of rules. Their keys are a promise to every earlier and later version.
+/// The stored form of rules. The keys must not change: earlier and later versions read them.
 namespace brellin {
 
 template <>
@@ -44,7 +44,8 @@ struct JsonTable<CleanupRule> {
 
 template <>
 inline constexpr bool recordsStandAlone<CleanupRule> = false;
-/// Without conditions it would take every file; what it leaves falls to the next rule.
+/// A rule without conditions would take every file, so one that lacks the key counts as damaged; the files of a missing
+/// rule would fall to the next one.
 template <>
 struct DecisiveKeys<CleanupRule> {
     static JsonResult<void> check(const QJsonValue &rule);

@@ -51,7 +51,7 @@ CleanupRule copyOf(const CleanupRule &rule)
     for (RuleCondition &condition : copy.conditions)
         condition.id = QUuid::createUuid();
     copy.name = QStringLiteral("Kopie von ") + rule.name;
-    // Two rules for the same files: the copy waits until it has been edited.
+    // It takes the same files as the original, so it stays off until it has been edited.
     copy.enabled = false;
     copy.automatic = false;
     return copy;

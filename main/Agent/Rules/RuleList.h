@@ -11,7 +11,7 @@
 
 namespace brellin {
 
-/// A rule that was taken out of the list, and what puts it back.
+/// A removed rule and its position, for undoing the removal.
 struct RemovedRule {
     CleanupRule rule;
     std::size_t place = 0;
@@ -19,19 +19,19 @@ struct RemovedRule {
     bool operator==(const RemovedRule &) const = default;
 };
 
-/// Changes of the user's list of rules; its order is the one in which rules are tried. A rule that is not in the list changes
-/// nothing.
+/// Operations on the user's list of rules, which is ordered by precedence. Moving an unknown rule does nothing, and
+/// neither does restoring one that is in the list.
 std::vector<CleanupRule> withRule(std::vector<CleanupRule> rules, const CleanupRule &rule);
 std::vector<CleanupRule> withRuleMoved(std::vector<CleanupRule> rules, const QUuid &rule, std::size_t place);
 std::vector<CleanupRule> withRuleRestored(std::vector<CleanupRule> rules, const RemovedRule &removed);
 
-/// A rule like this one under a name of its own ("Kopie von …"), switched off and not automatic, with ids of its own.
+/// A copy of a rule ("Kopie von …") with new ids, switched off and not automatic.
 CleanupRule copyOf(const CleanupRule &rule);
 
-/// A new rule for the editor; it looks into `source`.
+/// A new rule for the folder `source`, for the editor.
 CleanupRule newRule(const Location &source);
 
-/// What a rule does, for its row: "→ In den Papierkorb", "→ Umbenennen in „{Datum} {Name}“", "→ ~/Bilder/{Jahr} (mit
+/// One-line summary of a rule: "→ In den Papierkorb", "→ Umbenennen in „{Datum} {Name}“", "→ ~/Bilder/{Jahr} (mit
 /// Unterordnern)".
 QString ruleSummary(const CleanupRule &rule, const Location &home);
 

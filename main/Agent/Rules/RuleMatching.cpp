@@ -23,27 +23,27 @@ struct ActiveRule {
     RuleTargets targets;
 };
 
-/// What the first rule that wanted a file makes of it.
+/// The first rule that wants a file, and the result.
 struct RuledFile {
     std::size_t rule = 0;
-    std::optional<Candidate> candidate; ///< none: it stays because a script names it
-    std::string file;                   ///< its resolved path, of an overlapping source only
+    std::optional<Candidate> candidate; ///< none: the file stays because a script names it
+    std::string file;                   ///< its resolved path; only if the source overlaps
 };
 
-/// What the rules together make of one file.
+/// The result of all rules for one file.
 struct OneFile {
     bool lookedAt = false;
     std::optional<RuledFile> verdict;
 };
 
-/// A file's path with the links above it resolved.
+/// The file's path with the symlinks above it resolved.
 std::optional<Location> resolvedEntry(const Location &file)
 {
     const std::optional<Location> folder = resolvedLocation(file.parent_path());
     return folder ? std::optional(*folder / file.filename()) : std::nullopt;
 }
 
-/// The scripts that count for a rule: those of the source itself, and below it for a rule that looks there.
+/// The scripts that count for a rule: those of the source folder and, if the rule includes sub-folders, those below.
 class SourceScripts {
 public:
     explicit SourceScripts(const RuleWalk &walk) : m_walk(walk) {}
@@ -86,7 +86,7 @@ public:
                const JobControl *control);
 
     Result<RuleEvaluation> run();
-    /// The same for a single file, by its resolved path. The rules' numbers are their places among the enabled ones.
+    /// The same for a single file, by its resolved path. Rule numbers are indices among the enabled rules.
     Result<OneFile> runFor(const Location &file);
 
 private:
@@ -105,11 +105,11 @@ private:
     std::deque<ActiveRule> m_rules; ///< sources point into it
     std::vector<RuleSource> m_sources;
     std::vector<RuledFile> m_verdicts;
-    /// Files of overlapping sources that a rule wanted without there being anything to do, and the first such rule.
+    /// Files of overlapping sources that are already as a rule wants them, and the first such rule.
     std::unordered_map<std::string, std::size_t> m_wanted;
-    std::string m_only; ///< the one file that counts; empty: all do
+    std::string m_only; ///< only this file is evaluated; empty: all
     bool m_lookedAtOnly = false;
-    std::map<std::size_t, std::int64_t> m_keptNames; ///< by rule
+    std::map<std::size_t, std::int64_t> m_keptNames; ///< by rule number
     std::int64_t m_checked = 0;
     std::unordered_set<std::size_t> m_checkedInSeveral;
 };
@@ -206,13 +206,13 @@ std::optional<RuledFile> Evaluation::verdict(const WalkedFile &file, const RuleS
 {
     RuleFile tested;
     tested.set(file.name, file.package ? std::nullopt : std::optional(file.state.size), file.state.modified);
-    std::optional<std::size_t> wanted; ///< by this rule, for which there was nothing to do
+    std::optional<std::size_t> wanted; ///< index of the first rule that finds the file already in place
     for (std::size_t i = file.firstFit; i < source.rules.size(); ++i) {
         const RuleFilter &filter = source.filters[i];
         const bool sees = file.direct || filter.includeSubfolders;
         if (i != file.firstFit && (!sees || !filter.conditions->hold(tested, m_now)))
             continue;
-        // What lies where one rule wants it is not thrown away by a later one.
+        // Never trash what is already in the place that an earlier rule wants.
         if (wanted && m_rules[source.rules[i]].rule.action == RuleAction::Trash)
             continue;
         RuledFile found{.rule = source.rules[i], .candidate = {}, .file = {}};
@@ -246,7 +246,7 @@ void Evaluation::noteWanted(std::optional<std::size_t> rule, const WalkedFile &f
     entry->second = std::min(entry->second, *rule);
 }
 
-/// The same where the two rules reach a file through different sources.
+/// The same law across overlapping sources.
 void Evaluation::dropTrashOfWanted()
 {
     if (m_wanted.empty())
@@ -258,7 +258,7 @@ void Evaluation::dropTrashOfWanted()
     });
 }
 
-/// The verdicts in the order of the rules. Where sources overlap, a file has several: the first rule's holds.
+/// The results in the order of the rules. With overlapping sources a file may have several; the first rule wins.
 RuleEvaluation Evaluation::summary()
 {
     std::unordered_map<std::string_view, std::size_t> first;
@@ -349,7 +349,7 @@ bool RuleMatching::matches(const CleanupRule &rule, const Location &file) const
     return RuleConditions(rule.conditions).hold(tested, m_clock.now());
 }
 
-/// The file's resolved path if it lies where the rule looks.
+/// The file's resolved path if it is in the rule's folder, or below it if sub-folders are included.
 std::optional<Location> RuleMatching::foundIn(const CleanupRule &rule, const Location &file) const
 {
     const std::optional<Location> folder = rulePath(rule.sourcePath, m_locations.home());
@@ -398,7 +398,7 @@ Result<RuleForecast> RuleMatching::forecast(const std::vector<CleanupRule> &rule
                                             const std::vector<FolderProfile> &profiles, const Location &file,
                                             JobControl *control) const
 {
-    // Only rules whose conditions hold have a say in what becomes of the file.
+    // Evaluate only the rules whose conditions hold.
     std::vector<CleanupRule> asked;
     std::ranges::copy_if(rules, std::back_inserter(asked), [&](const CleanupRule &rule) {
         return rule.enabled && foundIn(rule, file) && matches(rule, file);
