@@ -17,35 +17,39 @@
 
 namespace brellin {
 
-/// What walking the rules found.
+/// The result of evaluating all rules.
 struct RuleEvaluation {
     std::vector<Candidate> candidates;
-    std::int64_t checkedFiles = 0;           ///< distinct files that an enabled rule looked at
-    std::int64_t leftForScripts = 0;         ///< distinct files that stay because a script names them
-    std::map<QUuid, std::int64_t> keptNames; ///< files whose names already look like those of a renaming rule
+    std::int64_t checkedFiles = 0;           ///< distinct files tested by an enabled rule
+    std::int64_t leftForScripts = 0;         ///< distinct files left alone because a script names them
+    std::map<QUuid, std::int64_t> keptNames; ///< files that already match the rename rule's pattern
 };
 
-/// Turns rules into candidates: walks the folders, tests each file against the conditions and computes where it would go.
-/// Reads only, and leaves access times alone. Callable from every thread.
+/// Turns rules into candidates: walks the folders, tests each file against the conditions and computes its destination.
+///
+/// Three laws: The first rule that takes a file wins. If a rule finds a file already in its place (or already named
+/// so), no later rule trashes it. A file that a script of the folder mentions stays, and no later rule gets it.
+///
+/// Read-only, keeps access times. Thread-safe.
 class RuleMatching {
 public:
-    /// Both outlive the matching.
+    /// Both must outlive this object.
     RuleMatching(const SystemLocations &locations, const Clock &clock);
 
-    /// Walks every enabled rule, top to bottom; a file belongs to the first rule that takes it. Fails only when cancelled.
+    /// Evaluates all enabled rules, top to bottom. Fails only when cancelled.
     Result<RuleEvaluation> evaluateCounting(const std::vector<CleanupRule> &rules,
                                             const JobControl *control = nullptr) const;
 
-    /// Whether every condition of the rule holds for a file.
+    /// Whether all conditions of the rule hold for a file.
     bool matches(const CleanupRule &rule, const Location &file) const;
 
-    /// Whether a rule on its own would take a file, and if not, why: each condition with what the file has instead. Walks the
-    /// rule's folder where the conditions hold. Fails only when cancelled.
+    /// Why a rule alone would take a file or not, with the result of each condition. Walks the rule's folder if the
+    /// conditions hold. Fails only when cancelled.
     Result<RuleExplanation> explain(const CleanupRule &rule, const std::vector<FolderProfile> &profiles,
                                     const Location &file, JobControl *control = nullptr) const;
 
-    /// What the rules, tried as a scan would, do with one file. Walks the folders of the rules whose conditions hold. Fails
-    /// only when cancelled.
+    /// What the rules together would do with one file, as in a scan. Walks the folders of all rules whose conditions
+    /// hold. Fails only when cancelled.
     Result<RuleForecast> forecast(const std::vector<CleanupRule> &rules, const std::vector<FolderProfile> &profiles,
                                   const Location &file, JobControl *control = nullptr) const;
 

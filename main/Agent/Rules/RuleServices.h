@@ -5,7 +5,7 @@
 
 namespace brellin {
 
-/// What trying rules needs from outside. Both outlive it.
+/// The ports for evaluating rules. Both must outlive their users.
 struct RuleServices {
     const SystemLocations &locations;
     const Clock &clock;

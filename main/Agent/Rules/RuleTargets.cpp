@@ -23,13 +23,13 @@ QString composedName(const QString &text)
     return text.normalized(QString::NormalizationForm_C);
 }
 
-/// A name is one component of a path.
+/// Replaces what a path component cannot contain.
 QString asComponent(QString text)
 {
     return text.replace(u'/', u'-').replace(QChar(0), u'-');
 }
 
-/// A pattern's result as a name: no hiding dot at its front, no blanks around it.
+/// Turns an expanded pattern into a name: no leading dots, no blanks at the ends.
 QString asName(const QString &expanded)
 {
     QString text = asComponent(expanded).trimmed();
@@ -104,7 +104,7 @@ bool RuleTargets::setFolderTarget(Candidate &candidate, const WalkedFile &file, 
     const Target &target = targetOf(file);
     if (!target.folder || target.folder->native() == file.folder)
         return false;
-    // The same folder by another way: moving the file there would only number its name, with every scan anew.
+    // The target is the file's own folder by another path: moving would only add a number, again with every scan.
     const std::string_view below = file.folder.substr(source.folder.native().size());
     if (target.resolved.size() == source.resolved.size() + below.size() &&
         target.resolved.starts_with(source.resolved) && target.resolved.ends_with(below))
@@ -115,7 +115,7 @@ bool RuleTargets::setFolderTarget(Candidate &candidate, const WalkedFile &file, 
 
 const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
 {
-    // Dates and types repeat, the rest of the pattern is fixed: few folders come of many files.
+    // Only dates and types vary, so many files map to few folders.
     std::pair<QDate, std::string> key;
     if (m_pattern.contains(u'{'))
         key.first = m_days.of(dateOf(file));
@@ -131,7 +131,7 @@ const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
     return entry->second;
 }
 
-/// The expanded pattern with the file's own extension behind it; empty where that makes no name.
+/// The expanded pattern with the file's extension appended; empty if that is not a valid name.
 std::string RuleTargets::newName(const WalkedFile &file)
 {
     const std::optional<QString> remade = remadeName(file);
@@ -145,8 +145,8 @@ std::string RuleTargets::newName(const WalkedFile &file)
     return fittingName(name.toStdString());
 }
 
-/// Of a name that an earlier scan may have given: with its own dates, cleaned anew. Without this a "{Datum} {Name}" would put
-/// another date in front after every change of the file.
+/// For a name that an earlier scan may have given: rebuilds it with its own dates. Otherwise "{Datum} {Name}" would
+/// prepend another date whenever the file changes.
 std::optional<QString> RuleTargets::remadeName(const WalkedFile &file)
 {
     return isText(file.name) ? m_names.remade(file.name) : std::nullopt;
@@ -159,7 +159,7 @@ bool RuleTargets::keepsItsName(const WalkedFile &file)
 
 bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file)
 {
-    // Placeholders work on text; of a name that is none, bytes would be lost.
+    // Placeholders need text: a name that is not valid UTF-8 would lose bytes.
     if (!isText(file.name))
         return false;
     const std::string made = newName(file);
@@ -169,7 +169,7 @@ bool RuleTargets::setNewName(Candidate &candidate, const WalkedFile &file)
     const Location destination = Location(file.folder) / name;
     static const QRegularExpression counter(QStringLiteral("\\s*\\(\\d+\\)$"));
     const QString uncounted = composedName(shown(stemOf(file.name))).remove(counter);
-    // The number is there because the name without it is taken.
+    // The file has its counter because the plain name is taken.
     if (uncounted == composedName(shown(stemOf(name))) && entryExists(destination))
         return false;
     candidate.destination = destination;

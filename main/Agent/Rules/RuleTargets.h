@@ -15,7 +15,8 @@
 
 namespace brellin {
 
-/// The calendar day of many instants: asking the system costs several file calls each time, so every day is asked for once.
+/// Local calendar days of many instants. Caches each day, since every time zone conversion costs several file
+/// operations.
 class LocalDays {
 public:
     QDate of(Instant instant);
@@ -25,19 +26,19 @@ private:
         Instant end;
         QDate date;
     };
-    std::map<Instant, Day> m_days; ///< by their beginning
+    std::map<Instant, Day> m_days; ///< by the start of the day
 };
 
-/// Where one rule puts files. Remembers the folders that its placeholders led to.
+/// Computes the destinations of one rule. Caches the folders its placeholders expand to.
 class RuleTargets {
 public:
-    /// The rule outlives it. `now` dates files whose creation the file system does not keep.
+    /// The rule must outlive this object. `now` is used for files without a creation time.
     RuleTargets(const CleanupRule &rule, Location home, Instant now);
 
-    /// What the rule would do with a file of this source; nothing where that is nothing: the file is in its place already,
-    /// has its name, or the rule's text leads nowhere.
+    /// What the rule does with a file of this source; nullopt if the file is already in place or already named so, or
+    /// if the target or name is invalid.
     std::optional<Candidate> candidate(const WalkedFile &file, const RuleSource &source);
-    /// Whether a renaming rule leaves a file its name because that already looks like one of the rule's.
+    /// Whether a rename rule skips a file because its name already matches the pattern.
     bool keepsItsName(const WalkedFile &file);
 
 private:
@@ -57,7 +58,7 @@ private:
     const CleanupRule &m_rule;
     const Location m_home;
     const Instant m_now;
-    const QString m_pattern; ///< of the target, without names
+    const QString m_pattern; ///< target pattern with {Name} replaced by a blank
     const bool m_patternHasType;
     NamePattern m_names;
     LocalDays m_days;

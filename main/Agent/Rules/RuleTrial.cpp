@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// The editor lists no more of what a rule takes.
+/// Limit of the list in the editor.
 constexpr std::size_t mostShown = 50;
 
 QString verbOf(RuleAction action)
@@ -133,7 +133,7 @@ void RuleTrial::restart()
     m_delay.start();
 }
 
-/// What is at work answers for the rule as it was.
+/// Drops work in progress: its result would be for the previous state of the rule.
 void RuleTrial::giveUp()
 {
     m_looking.reset();
@@ -147,7 +147,7 @@ void RuleTrial::cancel()
     publish(running, false);
 }
 
-/// Links and missing folders are seen on the disk only.
+/// Symlinks and missing folders need disk access, so check on a worker.
 void RuleTrial::lookForWarnings()
 {
     passAbandonedWork(*m_pool);

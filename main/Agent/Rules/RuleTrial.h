@@ -15,53 +15,53 @@
 
 namespace brellin {
 
-/// A file that the tried rule would take.
+/// A file that the edited rule would take.
 struct TrialFile {
     AgentProposal::Kind kind = AgentProposal::Kind::Move;
     Location source;
-    std::optional<Location> destination; ///< none for the Trash; where the model chooses, the folder it chooses in
+    std::optional<Location> destination; ///< none for the Trash; if the model chooses, the folder in which it does
     bool chosenByModel = false;
 
     bool operator==(const TrialFile &) const = default;
 };
 
-/// What one rule would do now, among all the others.
+/// What one rule would do now, given all the others.
 struct TrialOutcome {
-    std::vector<TrialFile> files;    ///< the first ones
-    std::int64_t count = 0;          ///< all of them
-    std::int64_t bytes = 0;          ///< of all of them
-    std::int64_t leftForScripts = 0; ///< of all rules
-    std::int64_t keptNames = 0;      ///< files that the rule would rename, had they not such names already
-    std::int64_t refused = 0;        ///< files that stay because the agent never puts anything into the target
-    std::int64_t copied = 0;         ///< files whose copy stands in the target already
+    std::vector<TrialFile> files;    ///< at most the number asked for
+    std::int64_t count = 0;          ///< of all files
+    std::int64_t bytes = 0;          ///< of all files
+    std::int64_t leftForScripts = 0; ///< over all rules
+    std::int64_t keptNames = 0;      ///< files not renamed because they already match the pattern
+    std::int64_t refused = 0;        ///< files that stay because the agent must not write to the target
+    std::int64_t copied = 0;         ///< files whose copy already exists in the target
 
     bool operator==(const TrialOutcome &) const = default;
-    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", and how many files it takes that stay as they are.
+    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", and how many of its files stay as they are.
     QString text(RuleAction action) const;
 };
 
-/// Tries the rules as a scan would and gives what `edited` takes; the rule of its id gives way to it, a new one comes last.
-/// Switched off it is tried all the same. Reads only. Fails only when cancelled.
+/// Evaluates the rules as in a scan and returns what `edited` takes. It replaces the rule with its id, or is appended
+/// if new, and counts as enabled. Read-only. Fails only when cancelled.
 Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
                              const std::vector<FolderProfile> &profiles, std::size_t most, JobControl *control);
 
-/// The live test beside the rule editor: tries what is being typed, a moment after the last key. Lives on the main thread.
+/// The live preview of the rule editor: tries the rule shortly after the last change. Lives on the main thread.
 class RuleTrial : public Model<RuleTrial> {
 public:
-    Published<std::optional<TrialOutcome>> outcome; ///< of the rule last tried; stays until the next is there
-    Published<bool> running; ///< waiting or at work: `outcome` is not that of the rule as it is now
-    Published<std::vector<RuleWarning>> warnings; ///< of the rule last looked at; stay until the next are there
-    Published<std::optional<Location>> explained; ///< the file that `explanation` is about
+    Published<std::optional<TrialOutcome>> outcome; ///< of the last trial; kept until the next result
+    Published<bool> running;                        ///< waiting or working: `outcome` is out of date
+    Published<std::vector<RuleWarning>> warnings;   ///< of the last check; kept until the next result
+    Published<std::optional<Location>> explained;   ///< the file described by `explanation`
     Published<std::optional<RuleExplanation>> explanation;
 
-    /// The services outlive it.
+    /// The services must outlive this object.
     explicit RuleTrial(const RuleServices &services, std::chrono::milliseconds delay = std::chrono::milliseconds(300));
     ~RuleTrial() override;
 
-    /// Tries this copy of a rule in place of the one with its id.
+    /// Tries this edited copy in place of the rule with its id.
     void setRule(const CleanupRule &edited, const std::vector<CleanupRule> &rules,
                  const std::vector<FolderProfile> &profiles);
-    /// The file that is explained, now and with every change of the rule; nothing: none.
+    /// The file to explain, now and after every change of the rule; nullopt: none.
     void explain(const std::optional<Location> &file);
     void cancel();
 
@@ -82,7 +82,7 @@ private:
     std::vector<CleanupRule> m_rules;
     std::vector<FolderProfile> m_profiles;
     QTimer m_delay;
-    const std::shared_ptr<QThreadPool> m_pool; ///< a folder that does not answer keeps its thread
+    const std::shared_ptr<QThreadPool> m_pool; ///< own pool: an unresponsive volume blocks its thread
     std::unique_ptr<Job<std::vector<RuleWarning>>> m_looking;
     std::unique_ptr<Job<Result<Answer>>> m_job;
 };
