@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t textBlock = 65536;
 
-/// What one thread of a walk gathers.
+/// What one thread of the walk collects.
 class Collector {
 public:
     Collector(const RuleSource &source, const SystemLocations &locations, Instant now)
@@ -38,7 +38,7 @@ public:
     RuleWalk &found() { return m_found; }
 
 private:
-    /// The part of an entry's folder below the source.
+    /// The entry's folder relative to the source.
     std::string_view below(const WalkEntry &entry) const
     {
         return entry.folder.substr(m_source.folder.native().size());
@@ -58,7 +58,7 @@ private:
     const SystemLocations &m_locations;
     const Instant m_now;
     RuleFile m_file;
-    std::string_view m_folder; ///< the last one kept
+    std::string_view m_folder; ///< the folder stored last
     RuleWalk m_found;
 };
 
@@ -67,7 +67,7 @@ bool Collector::mayEnter(const WalkEntry &entry) const
     const std::string named = std::string(entry.folder).append("/").append(entry.name);
     if (!m_locations.isAllowedText(std::string_view(named)) || m_locations.isRefusedFolder(entry.attributes.identity))
         return false;
-    // Links below the source are not followed, so that the resolved path differs at its beginning only.
+    // Symlinks below the source are not followed, so resolved paths differ only in their prefix.
     return m_source.resolved == m_source.folder.native() ||
            m_locations.isAllowedText(std::string_view(resolvedPath(entry)));
 }
@@ -90,7 +90,7 @@ void Collector::addFile(const WalkEntry &entry)
     if (m_source.overlaps)
         m_found.checked.push_back(std::hash<std::string>()(resolvedPath(entry)));
     const FileAttributes &attributes = entry.attributes;
-    // Of a package the size of its folder would say nothing.
+    // The size of a package's folder would be meaningless.
     m_file.set(entry.name, entry.unreadable || entry.package ? std::nullopt : std::optional(attributes.size),
                entry.unreadable ? std::nullopt : std::optional(attributes.modified));
     const std::string &extension = m_file.lowerExtension();
@@ -177,7 +177,7 @@ void TextStore::take(TextStore &&other)
     TextStore taken = std::move(other);
     for (std::unique_ptr<char[]> &block : taken.m_blocks)
         m_blocks.push_back(std::move(block));
-    m_left = 0; // the last block is no longer the one being filled
+    m_left = 0; // never fill a block taken from the other store
 }
 
 Location WalkedFile::location() const

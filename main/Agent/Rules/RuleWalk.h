@@ -14,11 +14,11 @@
 
 namespace brellin {
 
-/// Texts that stay where they are put until all of them go.
+/// Arena for strings: views stay valid until the store is destroyed.
 class TextStore {
 public:
     std::string_view keep(std::string_view text);
-    /// Takes over the texts of another store; views of them stay valid.
+    /// Takes over the strings of another store; views of them stay valid.
     void take(TextStore &&other);
 
 private:
@@ -27,30 +27,30 @@ private:
     char *m_next = nullptr;
 };
 
-/// What a rule asks of a file before anything else is worked out.
+/// What a rule checks during the walk.
 struct RuleFilter {
     const RuleConditions *conditions = nullptr;
     bool includeSubfolders = false;
 };
 
-/// One folder that rules look into.
+/// One folder with the rules that apply to it.
 struct RuleSource {
-    Location folder;                 ///< standardised, as the rules name it
-    std::string resolved;            ///< with its links resolved
-    bool includeSubfolders = false;  ///< some rule wants them
-    bool overlaps = false;           ///< its files may be those of another source as well
-    std::vector<std::size_t> rules;  ///< numbers of the active rules, in their order
-    std::vector<RuleFilter> filters; ///< one for each of `rules`
+    Location folder;                 ///< standardised, as written in the rules
+    std::string resolved;            ///< with symlinks resolved
+    bool includeSubfolders = false;  ///< set if any rule wants them
+    bool overlaps = false;           ///< another source may contain the same files
+    std::vector<std::size_t> rules;  ///< indices of the enabled rules, in order
+    std::vector<RuleFilter> filters; ///< one per entry of `rules`
 };
 
-/// A file that fits at least one rule; small, for a folder may hold a hundred thousand.
+/// A file that matches at least one rule. Kept small, since a folder may hold 100,000.
 struct WalkedFile {
     std::string_view folder; ///< absolute
     std::string_view name;
     FileState state;
     std::optional<Instant> created;
-    std::uint32_t firstFit = 0; ///< the first of the source's rules whose conditions hold
-    bool direct = false;        ///< lies in the source itself, not in a sub-folder
+    std::uint32_t firstFit = 0; ///< the source's first rule whose conditions hold
+    bool direct = false;        ///< in the source folder itself, not in a sub-folder
     bool package = false;
 
     Location location() const;
@@ -64,24 +64,24 @@ struct WalkedName {
     auto operator<=>(const WalkedName &) const = default;
 };
 
-/// What walking one source found. The files and names are sorted by folder, then name, byte by byte: the order does not
-/// depend on the file system or on threads.
+/// The result of walking one source. Files and names are sorted by folder, then name, bytewise, so that the order
+/// depends neither on the file system nor on threads.
 struct RuleWalk {
-    std::vector<WalkedFile> files;    ///< without scripts and half-written downloads
-    std::vector<WalkedName> scripts;  ///< those whose texts are to be searched for names
-    std::vector<WalkedName> awaited;  ///< names of files that a half-written download beside them will replace
-    std::vector<WalkedName> reserved; ///< … and of those that a browser keeps empty until then
-    std::int64_t checkedFiles = 0;    ///< all files and packages that were looked at
-    std::vector<std::size_t> checked; ///< the hashes of their resolved paths, of an overlapping source only
-    TextStore texts;                  ///< what the views above look at
+    std::vector<WalkedFile> files;    ///< excludes scripts and unfinished downloads
+    std::vector<WalkedName> scripts;  ///< scripts whose text is searched for file names
+    std::vector<WalkedName> awaited;  ///< final names of unfinished downloads beside them
+    std::vector<WalkedName> reserved; ///< names a browser reserves with an empty file meanwhile
+    std::int64_t checkedFiles = 0;    ///< all files and packages tested
+    std::vector<std::size_t> checked; ///< hashes of their resolved paths; only if the source overlaps
+    TextStore texts;                  ///< backs the views above
 
-    /// Whether a half-written download lies beside a file.
+    /// Whether an unfinished download for this file lies beside it.
     bool isAwaited(const WalkedFile &file) const;
 };
 
-/// Walks a source with all cores, tests each file against the source's rules on the way and keeps the ones that fit. Hidden
-/// entries and what lies in refused folders are not looked at, packages count as one file, links do not count. Access times
-/// stay. A folder that cannot be read gives nothing; fails only when cancelled.
+/// Walks a source on all cores, tests each file against the source's rules and keeps those that match. Skips hidden
+/// entries, refused folders and symlinks; treats packages as one file. Keeps access times. Unreadable folders count as
+/// empty; fails only when cancelled.
 Result<RuleWalk> walkSource(const RuleSource &source, const SystemLocations &locations, Instant now,
                             const JobControl *control);
 

@@ -21,7 +21,7 @@ bool narrows(const RuleCondition &condition)
     return wantsNumber(condition) || !commaList(condition.value).isEmpty();
 }
 
-/// The part of a target in front of its first placeholder: what all of its folders lie in.
+/// A target up to its first placeholder: all its folders lie in there.
 Location fixedPart(const QString &target)
 {
     const qsizetype mark = target.indexOf(u'{');

@@ -9,22 +9,22 @@
 
 namespace brellin {
 
-/// What is wrong with a rule before it has looked at any file.
+/// Mistakes in a rule that show without looking at files.
 enum class RuleWarning {
-    NoSource,           ///< the source is empty or no absolute path
-    SourceRefused,      ///< the source is one of the system's places
-    SourceMissing,      ///< there is no such folder
-    NoTarget,           ///< the target is empty or no absolute path
-    TargetRefused,      ///< the target is one of the system's places
-    TargetInsideSource, ///< with sub-folders: what was put away is found again
-    NoPattern,          ///< the new name is empty
-    UnreadableNumber,   ///< a condition wants a number and has none: the rule takes nothing
-    TrashesEverything   ///< no condition that narrows, and the Trash
+    NoSource,           ///< the source is empty or not an absolute path
+    SourceRefused,      ///< the source is a system location
+    SourceMissing,      ///< the source folder does not exist
+    NoTarget,           ///< the target is empty or not an absolute path
+    TargetRefused,      ///< the target is a system location
+    TargetInsideSource, ///< with sub-folders: sorted files are found again
+    NoPattern,          ///< the name pattern is empty
+    UnreadableNumber,   ///< a condition lacks a valid number, so the rule takes nothing
+    TrashesEverything   ///< no effective condition, and the action is Trash
 };
 
 QString text(RuleWarning warning);
 
-/// Looks at the disk for links and for whether the source is there.
+/// Reads the disk, to resolve symlinks and to check that the source exists.
 std::vector<RuleWarning> warningsFor(const CleanupRule &rule, const SystemLocations &locations);
 
 } // namespace brellin

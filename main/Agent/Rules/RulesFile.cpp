@@ -20,7 +20,7 @@ QString sentence(const QString &noun, qsizetype index, const QJsonValue &record,
     return (name.isEmpty() ? which : which + u" („"_qs + name + u"“)"_qs) + u": "_qs + error.sentence();
 }
 
-/// Lists and references know a rule by its id; one that was copied by hand gets its own.
+/// Rules are referenced by id; a copy made by hand gets a new one.
 void makeUnique(QUuid &id, QSet<QUuid> &taken)
 {
     if (taken.contains(id))
@@ -28,7 +28,7 @@ void makeUnique(QUuid &id, QSet<QUuid> &taken)
     taken.insert(id);
 }
 
-/// Reads a list of records, all or none; `plural` and `noun` are what people call them.
+/// Reads a list of records, all or none; `plural` and `noun` name them in messages.
 template <class Record>
 Result<std::vector<Record>> readRecords(const QByteArray &json, const QString &plural, const QString &noun)
 {
@@ -85,7 +85,7 @@ Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json)
     std::vector<FolderProfile> profiles = TRY(readRecords<FolderProfile>(json, u"Profile"_qs, u"Profil"_qs));
     for (qsizetype i = 0; FolderProfile & profile : profiles) {
         ++i;
-        // A profile that protects nothing would look as if it did.
+        // A profile that protects nothing would give false confidence.
         if (!locationFromText(profile.rootPath).is_absolute())
             return failure(
                 u"Profil %1 („%2“): Feld „rootPath“: hier gehört ein ganzer Pfad hin."_qs.arg(i).arg(profile.name));

@@ -10,15 +10,15 @@
 
 namespace brellin {
 
-/// Reads rules that somebody wrote or exported. A text that is no list of rules, has a wrong type or an unknown word is
-/// refused as a whole with one German sentence that names the rule and the field.
+/// Parses rules that were exported or written by hand. Anything but a list of rules, a wrong type or an unknown word
+/// fails the whole file, with a German sentence that names the rule and the field.
 Result<std::vector<CleanupRule>> readRules(const QByteArray &json);
 
-/// The rules as a file for people: indented JSON.
+/// The rules as indented JSON, for people to read.
 QByteArray writeRules(const std::vector<CleanupRule> &rules);
 
-/// The same for protection profiles; one without an absolute path is refused, as is one with an entry
-/// that would protect nothing. Looks on the disk whether a blank at the edge of an entry is part of a name.
+/// The same for protection profiles. Also refuses a profile without an absolute root path, or with an entry that would
+/// protect nothing. Reads the disk to see whether blanks at the ends of an entry belong to a name.
 Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json);
 QByteArray writeProfiles(const std::vector<FolderProfile> &profiles);
 

@@ -37,14 +37,14 @@ std::string composedBytes(const QString &text)
     return text.normalized(QString::NormalizationForm_C).toStdString();
 }
 
-/// The text with composed letters. Old scripts may be written in Latin 1.
+/// The text in NFC. Old scripts may be Latin-1.
 std::string composedText(std::string_view bytes)
 {
     const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
     return composedBytes(view.isValidUtf8() ? QString::fromUtf8(view) : QString::fromLatin1(view));
 }
 
-/// Whether a byte goes on a name. Letters beyond ASCII are made of such bytes only.
+/// Whether a byte can continue a name; covers all bytes of non-ASCII letters.
 bool isOfName(char c)
 {
     const auto byte = static_cast<unsigned char>(c);
@@ -52,8 +52,8 @@ bool isOfName(char c)
     return letter || (byte >= '0' && byte <= '9') || byte >= 0x80 || byte == '_' || byte == '-';
 }
 
-/// Whether what stands at a place of the text begins and ends there. A dot belongs to a name that goes on behind it, not to
-/// the end of a sentence.
+/// Whether a match at this position is a whole name. A following dot belongs to a longer name only if the name goes on
+/// behind it; otherwise it ends a sentence.
 bool standsAlone(std::string_view text, std::size_t at, std::size_t length)
 {
     if (at > 0 && (isOfName(text[at - 1]) || text[at - 1] == '.'))
