@@ -9,30 +9,29 @@
 
 namespace brellin {
 
-/// Whether the text of a script with this lower-case extension is searched for file names.
+/// Whether scripts with this lower-case extension are searched for file names.
 bool isReadScriptExtension(std::string_view extension);
 
-/// What the scripts of a folder say, to be asked whether they mention a file. Careful rather than exact: a name counts as
-/// mentioned in whichever form its umlauts are composed, and where blanks in it are escaped with a backslash.
+/// The texts of scripts, searched for mentions of file names. Errs on the side of finding a mention: matches umlauts in
+/// any composition, and names whose blanks are escaped with a backslash.
 class ScriptNames {
 public:
-    /// Reads the scripts and leaves their access times alone. One that cannot be read mentions nothing; of a huge one only
-    /// the beginning is read.
+    /// Reads the scripts without changing their access times. An unreadable script mentions nothing; only the beginning
+    /// of a very large one is read.
     explicit ScriptNames(const std::vector<Location> &scripts);
 
-    /// Whether any of them contains this file name. Names of fewer than three characters are not looked for.
+    /// Whether any script contains this file name. Ignores names shorter than three characters.
     bool mention(std::string_view name) const;
 
-    /// Whether any of them contains it as a whole name, not as a part of a longer one ("alt" in "alt/liste.txt" but not in
-    /// "gestaltung" or "alt.bak").
+    /// The same for whole names only: "alt" matches in "alt/liste.txt", but not in "gestaltung" or "alt.bak".
     bool mentionWhole(std::string_view name) const;
 
-    /// The first of the scripts, but for one of this very name, that contains it as a whole name; its place in the list.
+    /// Index of the first script that contains the whole name, ignoring scripts of this very name.
     std::optional<std::size_t> firstOtherMentioningWhole(std::string_view name) const;
 
 private:
     struct Text {
-        std::size_t script = 0; ///< its place in the list
+        std::size_t script = 0; ///< its index in the list
         std::string text;
     };
 
@@ -43,7 +42,7 @@ private:
 
     std::vector<std::string> m_names; ///< of the scripts
     std::vector<Text> m_texts;
-    /// Which runs of six bytes occur: of nearly every name that no script mentions, one run does not.
+    /// Six-byte sequences that occur in the texts (a filter): rules out nearly every name that is not mentioned.
     std::vector<bool> m_runs;
 };
 
