@@ -17,11 +17,11 @@ namespace brellin {
 
 namespace {
 
-/// The search ends when it has taken this many files, all folders together.
+/// Limit for all folders together.
 constexpr std::size_t mostFiles = 20'000;
 
 struct Document {
-    const std::string *folder; ///< kept by the collection
+    const std::string *folder; ///< owned by the collection
     std::string name;
     FileState state;
     std::optional<Instant> created;
@@ -30,7 +30,7 @@ struct Document {
     Location location() const { return path(); }
 };
 
-/// Whether the first is rather kept: older, then the shorter path; at last by name, so that the answer is always the same.
+/// Order of preference: older, then shorter path, finally by path to make it deterministic.
 bool isKeptRather(const Document &a, const Document &b)
 {
     if (a.created != b.created)
@@ -42,11 +42,11 @@ bool isKeptRather(const Document &a, const Document &b)
     return lengthA != lengthB ? lengthA < lengthB : pathA < pathB;
 }
 
-/// Walks the folders one after the other and takes the user documents, each folder once.
+/// Collects the user documents of several folders, visiting each folder once.
 class Collection {
 public:
-    /// Several threads are faster, and take no particular files where there are more than may be taken; one takes them in
-    /// the file system's order.
+    /// Together: several threads; beyond the limit it is undefined which files are taken. InOrder: one thread, in the
+    /// file system's order.
     enum class Pace { Together, InOrder };
 
     Collection(const SystemLocations &locations, const JobControl *control, Pace pace)
@@ -59,15 +59,15 @@ public:
 
     Result<void> collect(const std::vector<Location> &folders);
     bool capped() const { return m_capped; }
-    /// Folder by folder as they were given, and by path within one.
+    /// In the order of the folders given, and by path within one.
     const std::vector<Document> &documents() const { return m_documents; }
 
 private:
-    /// What one thread has taken.
+    /// The results of one thread.
     struct Part {
         std::deque<std::string> folders;
         std::vector<Document> documents;
-        std::string extension; ///< last asked for, and the answer
+        std::string extension; ///< the last one checked, and its result
         bool isUserDocument = false;
     };
 
@@ -85,7 +85,7 @@ private:
     std::atomic<std::size_t> m_taken = 0;
     std::atomic<bool> m_capped = false;
     std::vector<Part> m_parts;
-    std::vector<Document> m_documents; ///< of the folders that are done
+    std::vector<Document> m_documents; ///< of the folders finished so far
 };
 
 Result<void> Collection::collect(const std::vector<Location> &folders)
@@ -115,14 +115,14 @@ Result<void> Collection::add(const Location &folder)
         m_pace == Pace::Together
             ? walkParallel(top, options, visitWith, m_control)
             : walk(top, options, [&](const WalkEntry &entry) { return visitWith(entry, 0); }, m_control);
-    // A folder that cannot be read has nothing to offer.
+    // An unreadable folder counts as empty.
     if (!outcome && outcome.error().isCancelled())
         return failure(outcome.error());
     gather();
     return {};
 }
 
-/// Takes over what the threads have found, in an order that does not depend on which was faster.
+/// Merges the results of the threads in an order that does not depend on timing.
 void Collection::gather()
 {
     const auto before = static_cast<std::ptrdiff_t>(m_documents.size());
@@ -177,7 +177,7 @@ WalkStep Collection::visit(const WalkEntry &entry, Part &part)
     return WalkStep::Continue;
 }
 
-/// Of several paths to one file only the one that would rather be kept takes part.
+/// Of several hard links to one file keeps only the preferred path.
 std::vector<const Document *> withoutHardLinks(const std::vector<Document> &documents)
 {
     std::vector<std::pair<FileIdentity, const Document *>> all;
@@ -198,7 +198,7 @@ std::vector<const Document *> withoutHardLinks(const std::vector<Document> &docu
 
 using Group = std::vector<const Document *>;
 
-/// Those with the same content, the one to be kept in front; in the order of the documents to be kept.
+/// Groups of equal content, the preferred document first; ordered by that document.
 std::vector<std::pair<Group, QByteArray>> groupsOf(const std::vector<Document> &documents, const JobControl *control)
 {
     const std::vector<const Document *> single = withoutHardLinks(documents);
@@ -214,7 +214,7 @@ std::vector<std::pair<Group, QByteArray>> groupsOf(const std::vector<Document> &
         std::ranges::sort(group, [](const Document *a, const Document *b) { return isKeptRather(*a, *b); });
         groups.emplace_back(std::move(group), std::move(same.digest));
     }
-    // They lie in one array.
+    // Pointers into one array, so comparing them is valid.
     std::ranges::sort(groups, {}, [](const auto &group) { return group.first.front(); });
     return groups;
 }
@@ -242,7 +242,7 @@ Result<Duplicates> findDuplicates(const std::vector<Location> &folders, const Sy
     TRY(together.collect(folders));
     if (!together.capped())
         return duplicatesIn(together, control);
-    // Which files are taken must not change from one search to the next.
+    // Above the limit, the files taken must not change from one search to the next.
     Collection inOrder(locations, control, Collection::Pace::InOrder);
     TRY(inOrder.collect(folders));
     return duplicatesIn(inOrder, control);

@@ -12,28 +12,28 @@
 
 namespace brellin {
 
-/// A file whose content is that of another, older one.
+/// A file with the same content as another, older one.
 struct DuplicatePair {
     Location duplicate;
     Location kept;
-    FileState duplicateState; ///< as it was when its content was read
+    FileState duplicateState; ///< at the time its content was read
     FileState keptState;
-    QByteArray digest; ///< SHA-256 of both, hexadecimal
+    QByteArray digest; ///< SHA-256 of both, in hexadecimal
 
     bool operator==(const DuplicatePair &) const = default;
 };
 
 struct Duplicates {
-    std::vector<DuplicatePair> pairs; ///< grouped by the kept file
-    std::int64_t files = 0;           ///< user documents that were looked at
-    bool capped = false;              ///< there were more than that: the search stopped at 20,000
+    std::vector<DuplicatePair> pairs; ///< grouped by kept file
+    std::int64_t files = 0;           ///< user documents compared
+    bool capped = false;              ///< the search stopped at its limit of 20,000 files
 };
 
-/// Finds user documents with the same content in these folders and below them, whatever their names. Of each group the
-/// oldest (by creation; without one it counts as newest; then the shorter path) is kept, every other is paired with it.
-/// Several paths to one file (hard links, overlapping folders) are one file. Refused locations, packages, hidden and build
-/// folders are not entered; what a cloud has not downloaded is not touched. Reads only, without touching access times.
-/// Fails only when cancelled.
+/// Finds user documents with equal content in and below these folders, whatever their names. In each group the oldest
+/// is kept (by creation time, a missing one counting as newest; then by shorter path), and every other file is paired
+/// with it. Several paths to one file (hard links, overlapping folders) count as one. Does not enter refused locations,
+/// packages, hidden folders and build folders, and does not touch files that a cloud has not downloaded. Read-only,
+/// keeps access times. Fails only when cancelled.
 Result<Duplicates> findDuplicates(const std::vector<Location> &folders, const SystemLocations &locations,
                                   JobControl *control = nullptr);
 

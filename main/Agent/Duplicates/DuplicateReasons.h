@@ -6,12 +6,12 @@
 
 namespace brellin {
 
-/// Why something is proposed because of equal content; each one true sentence for a person.
+/// The sentence that explains why a duplicate is proposed.
 QString duplicateReason(const Location &kept);
-/// The same in an analysis, of a whole folder.
+/// The same for a whole folder in an analysis.
 QString sameContentReason(const Location &kept);
 
-/// The closing words of what the user should look at before ticking it.
+/// The suffix for proposals that need review.
 enum class Doubt { Doubtful, HoldsScripts };
 QString withDoubt(const QString &reason, Doubt doubt);
 

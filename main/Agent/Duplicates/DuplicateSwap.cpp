@@ -8,8 +8,8 @@ namespace brellin {
 
 namespace {
 
-/// Lets a copy go for another kept file; a doubt that its reason names stays named, and a copy that is not to be kept in the
-/// other's place still is not.
+/// Makes a proposal rely on another kept file. Keeps a doubt stated in its reason; keptSeen stays unset if it was,
+/// since then the kept file must not go.
 void keepFor(AgentProposal &proposal, const Location &kept, const FileState &keptSeen)
 {
     const QString reason = duplicateReason(kept);

@@ -7,13 +7,13 @@
 
 namespace brellin {
 
-/// The list with a pair of duplicates turned round: the file that a proposal would put in the Trash is kept, and the one that
-/// was kept for it goes. Copies that were to go for the same kept file now go for the new one; what a rule would do with the
-/// file that goes now falls away. The proposal keeps its id and its place. Looks at no disk. Fails with a German sentence
-/// where the kept file must not go.
+/// Swaps a pair of duplicates: the proposal now trashes the file that was kept, and keeps the other. Proposals that
+/// relied on the old kept file now rely on the new one; a rule's proposal for the file that now goes is dropped. The
+/// proposal keeps its id and position. Does not read the disk. Fails with a German sentence if the kept file must not
+/// go.
 Result<std::vector<AgentProposal>> keepingInstead(std::vector<AgentProposal> proposals, const QUuid &proposal);
 
-/// Whether `keepingInstead` would turn this proposal round.
+/// Whether `keepingInstead` applies to this proposal.
 bool canKeepInstead(const AgentProposal &proposal);
 
 } // namespace brellin

@@ -11,7 +11,7 @@ namespace {
 
 using Kind = AgentProposal::Kind;
 
-/// Where the steps of a run have taken entries, whatever path named them.
+/// Where the steps of a run have moved entries, by resolved path.
 class Moves {
 public:
     explicit Moves(const JournalRun &run)
@@ -22,7 +22,7 @@ public:
         }
     }
 
-    /// The step that took an entry away, or something above it.
+    /// The step that moved the entry or a folder above it.
     const JournalStep *stepOf(const Location &entry) const
     {
         for (Location at = entry; at.has_relative_path(); at = at.parent_path()) {
@@ -36,7 +36,7 @@ private:
     std::map<Location, const JournalStep *> m_steps;
 };
 
-/// A reason that named one place for a content names another.
+/// Replaces the kept file named in a reason.
 QString renamed(const QString &reason, const Location &old, const Location &kept)
 {
     if (const QString before = duplicateReason(old); reason.startsWith(before))
@@ -62,7 +62,8 @@ std::optional<AgentProposal> followed(AgentProposal proposal, const Location &re
     return proposal;
 }
 
-/// What undoing a run does, last step first. What comes out of the Trash was kept for nobody.
+/// The effect of undoing a run, last step first. Entries restored from the Trash are irrelevant, since nothing relied
+/// on them.
 JournalRun reversed(const JournalRun &run)
 {
     JournalRun back;

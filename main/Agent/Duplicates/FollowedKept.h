@@ -9,18 +9,18 @@
 
 namespace brellin {
 
-/// Proposals by what has become of them; nothing: they fall away.
+/// Changed proposals by id; nullopt: the proposal is dropped.
 using ChangedProposals = std::map<QUuid, std::optional<AgentProposal>>;
 
-/// The proposals whose kept entry a run has taken elsewhere: they name its new place, and fall away where that is the Trash.
-/// Reads the attributes of what was moved.
+/// Updates proposals whose kept entry a run has moved: they refer to its new location, or are dropped if it went to the
+/// Trash. Reads the attributes of moved entries.
 ChangedProposals followedKept(const std::vector<AgentProposal> &proposals, const JournalRun &run);
 
-/// The same for a run of which all or a part has been undone: kept entries that are no longer where they were have gone back,
-/// and a copy that it made has gone. Reads the attributes of all that is kept.
+/// The same after a run was undone, entirely or in part: kept entries that are missing have been moved back, and copies
+/// made by the run have gone. Reads the attributes of all kept entries.
 ChangedProposals followedBack(const std::vector<AgentProposal> &proposals, const JournalRun &undone);
 
-/// A list with such changes.
+/// The list with these changes applied.
 std::vector<AgentProposal> withChanges(std::vector<AgentProposal> proposals, const ChangedProposals &changes);
 
 } // namespace brellin

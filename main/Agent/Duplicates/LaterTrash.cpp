@@ -25,7 +25,7 @@ std::vector<Location> filesOf(const std::vector<DuplicatePair> &pairs)
     return files;
 }
 
-/// The folders that files lie in, and those above.
+/// The folders of some files, and all folders above those.
 class FoldersOfFiles {
 public:
     explicit FoldersOfFiles(const std::vector<Location> &files)

@@ -8,24 +8,24 @@
 
 namespace brellin {
 
-/// Tells which files the rules trash one day: what a trash rule leaves because it is too young, it takes when it is old
-/// enough. Such a file is no safe place for a content whose other copies go.
+/// Predicts which files the rules will trash in time: what a trash rule skips today as too young it takes later. Such a
+/// file must not be the one that is kept of a group of duplicates.
 class LaterTrash {
 public:
-    /// Tries the rules that reach the files of the pairs on the disk, the trash rules without their conditions on age. Fails
+    /// Evaluates the rules that apply to the files of these pairs, the trash rules without their age conditions. Fails
     /// only when cancelled.
     static Result<LaterTrash> of(const SystemLocations &locations, const RuleMatching &matching,
                                  std::vector<CleanupRule> rules, const std::vector<DuplicatePair> &pairs,
                                  const JobControl *control);
 
-    /// Whether a kept file goes one day, and its duplicate not by the same rule.
+    /// Whether a rule will trash the kept file, but not the duplicate as well.
     bool endangers(const FileState &kept, const FileState &duplicate) const;
 
 private:
-    std::map<FileIdentity, QUuid> m_rules; ///< by the file that they take
+    std::map<FileIdentity, QUuid> m_rules; ///< by the file they take
 };
 
-/// The enabled rules that look into a folder in which some of the files lie, by whatever links or mounts, in their order.
+/// The enabled rules that apply to a folder of at least one of the files, compared by device and inode; in their order.
 std::vector<CleanupRule> rulesReaching(const std::vector<CleanupRule> &rules, const std::vector<Location> &files,
                                        const Location &home);
 

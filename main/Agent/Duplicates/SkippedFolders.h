@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// Whether searches go past a folder of this name: what build tools and package managers fill.
+/// Whether searches skip folders of this name: output of build tools and package managers.
 bool isSkippedFolder(std::string_view name);
 
 } // namespace brellin

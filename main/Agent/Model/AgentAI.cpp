@@ -18,7 +18,7 @@ namespace {
 
 constexpr int mostSnippetCharacters = 1200;
 constexpr int mostNameCharacters = 40;
-/// A name has room for a number behind it within the 255 bytes that volumes hold.
+/// Leaves room for a number within the 255 bytes of a file name.
 constexpr qsizetype mostNameBytes = 200;
 constexpr qsizetype mostFoldersTold = 60;
 
@@ -29,7 +29,7 @@ QString instructions()
                           "Satzzeichen, ohne Erklärung.");
 }
 
-/// A name cannot begin a line of its own in the prompt.
+/// A line break in a name must not start a new line of the prompt.
 QString onOneLine(QString name)
 {
     for (QChar &c : name) {
@@ -51,7 +51,7 @@ QString promptFor(const Location &file, const QStringList &existing, const QStri
         .join(u'\n');
 }
 
-/// Where the first `count` characters, as a reader counts them, end.
+/// The index after the first `count` graphemes.
 qsizetype endOfCharacters(const QString &text, int count)
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
@@ -60,7 +60,7 @@ qsizetype endOfCharacters(const QString &text, int count)
     return finder.position() < 0 ? text.size() : finder.position();
 }
 
-/// Characters that nobody sees, or that do not exist, have no place in a name.
+/// No invisible or unassigned characters.
 bool isPlain(const QString &name)
 {
     return std::ranges::none_of(name.toUcs4(), [](uint c) {
@@ -84,8 +84,8 @@ QString trimmedOfDecoration(const QString &name)
     return QString(name).remove(decoration);
 }
 
-/// Whether a file of this type is quoted: plain text, source code and JSON. A web page, a table or a card with addresses is
-/// text for programs only.
+/// Whether excerpts of this type go into the prompt: plain text, source code and JSON. Other text formats (HTML,
+/// tables, vCards) are meant for programs.
 bool isQuoted(const FileType &type)
 {
     static const QStringList plain{QStringLiteral("text/plain"), QStringLiteral("text/markdown"),
