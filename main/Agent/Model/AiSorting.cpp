@@ -30,10 +30,10 @@ namespace {
 
 const QString answersKey = QStringLiteral("agentAIAnswers");
 
-/// Answers kept, so that the list does not grow for ever.
+/// Limit for the stored answers.
 constexpr std::size_t mostAnswers = 5'000;
 
-/// As a stored date has it: microseconds.
+/// Stored dates have millisecond resolution.
 FileState storable(FileState state)
 {
     state.modified = std::chrono::floor<std::chrono::milliseconds>(state.modified);
@@ -80,13 +80,13 @@ std::optional<QString> AiSorting::answerFor(const Candidate &candidate)
     std::optional<QString> folder = keptAnswer(candidate, state);
     if (!folder)
         folder = ask(candidate, state);
-    // Two files of one scan that need the same new folder get one.
+    // Files of one scan that need the same new folder share it.
     if (folder && !existingIn(*candidate.aiBase).contains(*folder))
         existingIn(*candidate.aiBase).append(*folder);
     return folder;
 }
 
-/// In the spelling that the folder has by now.
+/// Uses the folder's present spelling.
 std::optional<QString> AiSorting::keptAnswer(const Candidate &candidate, const FileState &state)
 {
     const auto known = std::ranges::find_if(m_answers, [&](const AiAnswer &answer) {
@@ -128,7 +128,7 @@ void AiSorting::remember() const
     if (!m_changed)
         return;
     const std::size_t old = m_answers.size() > mostAnswers ? m_answers.size() - mostAnswers : 0;
-    // Losing answers costs time at the next scan, nothing else.
+    // If this fails, the next scan asks again.
     (void)storeList(m_services.defaults, answersKey,
                     std::vector(m_answers.begin() + static_cast<std::ptrdiff_t>(old), m_answers.end()));
 }

@@ -14,36 +14,36 @@ namespace brellin {
 
 struct StoredKind;
 
-/// An answer of the language model that holds as long as the file stays the same, and the folder that was chosen in has the
-/// sub-folder that was chosen.
+/// A stored answer of the language model. Valid while the file is unchanged and, if an existing sub-folder was chosen,
+/// while that still exists.
 struct AiAnswer {
     QUuid rule;
     FileState file;
-    Location base; ///< the folder in which it was chosen
+    Location base; ///< the folder in which the model chose
     QString folder;
-    bool existed = false; ///< it was one of the base's sub-folders
+    bool existed = false; ///< the sub-folder existed already
 
     bool operator==(const AiAnswer &) const = default;
 };
 
-/// Asks the language model where files of one scan go. Answers are kept from scan to scan; what there was no time to ask
-/// is asked at the next one.
+/// Asks the language model for the destinations of one scan. Answers are stored; files left when the time is up are
+/// asked about in the next scan.
 class AiSorting {
 public:
-    /// The longest that one scan spends on asking.
+    /// Time limit for all questions of one scan.
     static constexpr std::chrono::minutes budget{3};
-    /// The longest that one answer may take.
+    /// Time limit for a single answer.
     static constexpr std::chrono::milliseconds answerLimit{30'000};
 
-    /// `control` outlives the sorting.
+    /// `control` must outlive this object.
     AiSorting(const ModelServices &services, const JobControl &control);
 
-    /// Where a candidate goes: a free name in the sub-folder that the model chose. Nothing when there is no answer, or the
-    /// file is there.
+    /// The destination of a candidate: a free name in the sub-folder that the model chose. nullopt without an answer,
+    /// or if the file is already there.
     std::optional<Location> destinationOf(const Candidate &candidate);
-    /// Stores the answers.
+    /// Stores the answers for the next scan.
     void remember() const;
-    /// The list of answers.
+    /// Describes the stored list of answers.
     static StoredKind answersKind();
 
 private:
@@ -55,7 +55,7 @@ private:
     ModelServices m_services;
     const JobControl &m_control;
     std::vector<AiAnswer> m_answers;            ///< newest last
-    std::map<Location, QStringList> m_existing; ///< with those that this scan will make
+    std::map<Location, QStringList> m_existing; ///< including folders this scan will create
     std::optional<bool> m_available;
     std::chrono::steady_clock::time_point m_end;
     bool m_changed = false;

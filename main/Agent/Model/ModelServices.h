@@ -5,9 +5,9 @@
 
 namespace brellin {
 
-/// What asking the language model needs from outside. The references outlive it.
+/// The ports for asking the language model. The references must outlive it.
 struct ModelServices {
-    UserDefaults &defaults; ///< for the server's address and the answers
+    UserDefaults &defaults; ///< holds the server's address and the answers
     LanguageModel &model;
     PdfText pdfText;
 };

@@ -73,7 +73,7 @@ void ModelSettings::store(const QString &address)
     publish(endpoint, addressIn(m_services.defaults));
     if (!stored)
         return;
-    // What is being asked belongs to the address before.
+    // A query in progress refers to the previous address.
     m_job.reset();
     publish(checking, false);
     refresh();

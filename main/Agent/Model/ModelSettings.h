@@ -11,28 +11,28 @@
 
 namespace brellin {
 
-/// The language model in the settings: how it is, which servers on this machine wait for the user's word, which one he has
-/// confirmed. Nothing is sent to a server but what asks whether it is there. Lives on the main thread.
+/// The language model in the settings: its status, the servers found on this machine, and the one the user has
+/// confirmed. Unconfirmed servers only receive a request that checks whether they run. Lives on the main thread.
 class ModelSettings : public Model<ModelSettings> {
 public:
     Published<QString> status;                      ///< empty until the first answer
-    Published<bool> checking;                       ///< an answer is on its way
-    Published<QString> endpoint;                    ///< the confirmed server's address; empty: none
-    Published<std::vector<FoundModelServer>> found; ///< servers that answer, without the confirmed one
-    Published<QString> setupHint;                   ///< what to start, where no server was found; else empty
-    Published<QString> error;                       ///< why the last address was not taken; else empty
+    Published<bool> checking;                       ///< a request is in progress
+    Published<QString> endpoint;                    ///< address of the confirmed server; empty: none
+    Published<std::vector<FoundModelServer>> found; ///< servers that answered, except the confirmed one
+    Published<QString> setupHint;                   ///< what to install or start if no server was found; else empty
+    Published<QString> error;                       ///< why the last address was refused; else empty
 
     using Probe = std::function<std::vector<FoundModelServer>(const JobControl &)>;
-    /// The services outlive it. `probe` looks for servers, on a worker.
+    /// The services must outlive this object. `probe` searches for servers and runs on a worker.
     explicit ModelSettings(const ModelServices &services, Probe probe = usualProbe());
     ~ModelSettings() override;
     static Probe usualProbe();
 
-    /// Asks anew. While it asks, another call does nothing.
+    /// Queries status and servers. Ignored while a query is in progress.
     void refresh();
-    /// Uses the server at this address from now on, found or typed.
+    /// Uses the server at this address, found or typed, from now on.
     void confirm(const QString &address);
-    /// Uses none from now on.
+    /// Uses no server from now on.
     void forget();
 
 private:

@@ -6,15 +6,15 @@
 
 namespace brellin {
 
-/// The systems whose users read the texts below.
+/// The systems for which the texts below differ.
 enum class TextSystem { Mac, Linux };
-/// The one this program is built for.
+/// The system this program was built for.
 TextSystem ownTextSystem();
 
-/// What the settings say about the language model.
+/// The model's status for the settings.
 QString modelStatusText(ModelStatus status, TextSystem system = ownTextSystem());
 
-/// What the settings say one has to do for a model; empty where the system brings its own.
+/// What the user must do to get a model; empty if the system provides one.
 QString modelSetupText(TextSystem system = ownTextSystem());
 
 } // namespace brellin

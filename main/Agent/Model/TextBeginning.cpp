@@ -12,7 +12,7 @@ namespace brellin {
 namespace {
 
 constexpr std::size_t mostSampleBytes = 8192;
-/// Of so many characters of a text at most one is a stray control character.
+/// Text may contain one stray control character in this many; more means binary data.
 constexpr qsizetype charactersPerStray = 20;
 
 QByteArray firstBytes(const Location &file)
@@ -29,7 +29,7 @@ QByteArray firstBytes(const Location &file)
     return QByteArray::fromStdString(readBeginning(*open, mostSampleBytes));
 }
 
-/// A character that the end of the bytes cuts in two is left out.
+/// Drops a character that is cut off at the end of the bytes.
 QString decoded(const QByteArray &bytes)
 {
     const std::optional<QStringConverter::Encoding> marked = QStringConverter::encodingForData(bytes);

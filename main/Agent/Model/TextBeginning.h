@@ -6,8 +6,8 @@
 
 namespace brellin {
 
-/// The text in the first few KB of a file: UTF-8, UTF-16 with its mark, else Latin 1, without control characters. Empty for
-/// what is no text after all, or no regular file. Leaves the access time alone.
+/// The text in the first few KB of a file: UTF-8, UTF-16 with a byte order mark, otherwise Latin-1; without control
+/// characters. Empty for binary data and for anything but a regular file. Keeps the access time.
 QString beginningOfText(const Location &file);
 
 } // namespace brellin
