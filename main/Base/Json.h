@@ -185,12 +185,11 @@ QJsonValue toJson(const std::vector<T> &list, JsonDates dates)
 template <class T>
 QJsonValue jsonElement(const QJsonArray &list, qsizetype place)
 {
-    const QJsonValue json = list.at(place);
     if constexpr (JsonIdentified<T>) {
-        if (json.isObject())
+        if (const QJsonValue json = list.at(place); json.isObject())
             return withJsonId(json.toObject(), jsonIdOf(json.toObject(), place));
     }
-    return json;
+    return list.at(place);
 }
 
 /// One element of a list.

@@ -22,7 +22,7 @@ constexpr std::size_t sortedAtOnce = 20'000;
 
 } // namespace
 
-BrowserModel::BrowserModel(BrowserServices services, const Location &start)
+BrowserModel::BrowserModel(const BrowserServices &services, const Location &start)
     : place(placeOf(start, services.folders))
     , current(standardised(start))
     , sortOrder(SortOrder{SortComparator{}})

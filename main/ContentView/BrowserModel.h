@@ -55,7 +55,7 @@ struct BrowserServices {
 class BrowserModel : public Model<BrowserModel> {
 public:
     /// Shows `start` at once.
-    BrowserModel(BrowserServices services, const Location &start);
+    BrowserModel(const BrowserServices &services, const Location &start);
     ~BrowserModel() override;
 
     /// What the pane shows. `current`, `searching`, `tagFilter`, `showPhotos` and their like say parts of it and change before

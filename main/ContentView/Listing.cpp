@@ -67,6 +67,7 @@ private:
         LinkTargets links;
         for (std::size_t i = 0; i < names.size(); ++i) {
             ListedEntry entry{.name = names[i], .attributes = {}, .linkTarget = {}};
+            // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): a WalkName ends with a zero byte
             if (!m_folder.readAttributes(names[i].data(), Attribute::Size | Attribute::Modified, entry.attributes))
                 continue;
             entry.hidden = isHidden(entry.name);

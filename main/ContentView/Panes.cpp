@@ -10,7 +10,7 @@ const QString dualPaneKey = QStringLiteral("dualPane");
 
 } // namespace
 
-Panes::Panes(BrowserServices services, const Location &start)
+Panes::Panes(const BrowserServices &services, const Location &start)
     : m_services(services)
     , m_first(std::make_unique<BrowserModel>(services, start))
 {
@@ -19,7 +19,7 @@ Panes::Panes(BrowserServices services, const Location &start)
         openSecond(start);
 }
 
-Panes::Panes(BrowserServices services, const Location &start, const Location &second)
+Panes::Panes(const BrowserServices &services, const Location &start, const Location &second)
     : m_services(services)
     , m_first(std::make_unique<BrowserModel>(services, start))
 {

@@ -10,9 +10,9 @@ namespace brellin {
 class Panes : public Model<Panes> {
 public:
     /// Shows `start`; two panes where the user default "dualPane" says so.
-    Panes(BrowserServices services, const Location &start);
+    Panes(const BrowserServices &services, const Location &start);
     /// The same for a tab that comes back with its second pane.
-    Panes(BrowserServices services, const Location &start, const Location &second);
+    Panes(const BrowserServices &services, const Location &start, const Location &second);
 
     Published<bool> dualPane;
     Published<BrowserModel *> active; ///< never null
