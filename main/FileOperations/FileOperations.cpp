@@ -121,7 +121,7 @@ void FileOperations::newTextDocument(const Location &folder, Then then)
           telling({}, std::move(then)));
 }
 
-void FileOperations::trash(std::vector<Location> entries, Then then)
+void FileOperations::trash(const std::vector<Location> &entries, Then then)
 {
     const QString what = named(entries);
     start(QStringLiteral("Lege %1 in den Papierkorb").arg(what),
@@ -146,7 +146,7 @@ void FileOperations::emptyTrash(Then then)
     });
 }
 
-void FileOperations::deleteForGood(std::vector<Location> entries, Then then)
+void FileOperations::deleteForGood(const std::vector<Location> &entries, Then then)
 {
     const auto doomed = std::make_shared<Doomed>();
     start(QStringLiteral("Prüfe %1").arg(named(entries)),
@@ -179,7 +179,8 @@ void FileOperations::startDeleting(std::vector<DoomedEntry> entries, Then then)
 
 void FileOperations::compress(std::vector<Location> entries, const Location &into, Then then)
 {
-    start(QStringLiteral("Komprimiere %1").arg(named(entries)),
+    const QString title = QStringLiteral("Komprimiere %1").arg(named(entries));
+    start(title,
           guarded({into / "Neu"},
                   [entries = std::move(entries), into, &files = m_services.files, &processes = m_services.processes,
                    logs = m_services.archiveLogs](JobControl &control) {
@@ -265,8 +266,9 @@ void FileOperations::openWith(std::vector<Location> entries, const QString &appl
 {
     if (entries.empty())
         return;
+    const QString title = QStringLiteral("Öffne %1").arg(named(entries));
     start(
-        QStringLiteral("Öffne %1").arg(named(entries)),
+        title,
         [entries = std::move(entries), application, &workspace = m_services.workspace](JobControl &) {
             return plainOutcome(entries.front(), workspace.openWith(entries, application));
         },

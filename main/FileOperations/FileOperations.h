@@ -78,11 +78,11 @@ public:
 
     /// "Neues Textdokument.txt"; the outcome names it, so that its renaming can begin.
     void newTextDocument(const Location &folder, Then then = {});
-    void trash(std::vector<Location> entries, Then then = {});
+    void trash(const std::vector<Location> &entries, Then then = {});
     /// Asks, then removes what lies in every volume's Trash.
     void emptyTrash(Then then = {});
     /// Asks, then deletes what lies in the Trash, or where no Trash is, for good. Anything else is refused.
-    void deleteForGood(std::vector<Location> entries, Then then = {});
+    void deleteForGood(const std::vector<Location> &entries, Then then = {});
     void compress(std::vector<Location> entries, const Location &into, Then then = {});
     /// Asks where the archive says that it needs more than the free space.
     void unpack(const Location &archive, const Location &folder, Then then = {});
