@@ -11,7 +11,7 @@ Result<Location> folderOf(const CommandContext &context)
 {
     if (context.arguments.rest().size() != 1)
         return failure(QStringLiteral("Welcher Ordner? brellin analysieren ORDNER"));
-    const Location folder = typedLocation(context.arguments.rest().front());
+    Location folder = typedLocation(context.arguments.rest().front());
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error))
         return failure(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(folder))));

@@ -37,9 +37,9 @@ Result<ListVerb> listVerb(const CommandContext &context, const QString &command,
 {
     struct Verb {
         QLatin1StringView word;
-        ListVerb verb;
-        std::size_t least;
-        std::size_t most;
+        ListVerb verb = ListVerb::Show;
+        std::size_t least = 0;
+        std::size_t most = 0;
     };
     constexpr std::array verbs{Verb{QLatin1StringView("export"), ListVerb::Export, 1, 2},
                                Verb{QLatin1StringView("import"), ListVerb::Import, 2, 2},

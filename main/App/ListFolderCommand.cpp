@@ -17,7 +17,7 @@ Result<SortOrder> orderAsked(const Arguments &arguments)
 {
     struct Word {
         QLatin1StringView word;
-        SortKey key;
+        SortKey key = SortKey::Name;
     };
     constexpr std::array known{
         Word{QLatin1StringView("name"), SortKey::Name}, Word{QLatin1StringView("groesse"), SortKey::Size},

@@ -65,7 +65,7 @@ bool holds(const RawTags &tags, const QString &tag)
 /// A name as it may be stored: the German one for the palette's, without what separates tags.
 Result<QString> storable(const QString &tag)
 {
-    const QString name = germanName(tag.trimmed().normalized(QString::NormalizationForm_C));
+    QString name = germanName(tag.trimmed().normalized(QString::NormalizationForm_C));
     if (name.isEmpty() || name.contains(u',') || name.contains(QChar(0)))
         return failure(QStringLiteral("Eine Markierung braucht einen Namen ohne Komma."));
     return name;

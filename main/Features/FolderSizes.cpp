@@ -69,7 +69,7 @@ bool FolderSizes::countsNetworks() const
     return plainSetting(m_defaults, QStringLiteral("folderSizesNetwork"), false);
 }
 
-void FolderSizes::request(QObject *owner, std::vector<Location> folders)
+void FolderSizes::request(QObject *owner, const std::vector<Location> &folders)
 {
     Wish &wish = wishOf(owner);
     wish.folders.clear();

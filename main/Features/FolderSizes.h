@@ -55,7 +55,7 @@ public:
     std::optional<FolderSize> size(const Location &folder) const;
     /// The folders that somebody shows, the visible ones first: those not known or stale are counted in this order. Replaces
     /// the owner's earlier wish; his death ends it.
-    void request(QObject *owner, std::vector<Location> folders);
+    void request(QObject *owner, const std::vector<Location> &folders);
     /// Counts a folder to the end, before all others ("Berechnen").
     void calculate(const Location &folder);
     /// Gives up what `calculate` has begun; what was known before stays.

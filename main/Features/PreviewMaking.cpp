@@ -132,7 +132,8 @@ void Completing::listArchive()
     }
     const QJsonObject listing = QJsonDocument::fromJson(*json).object();
     PreviewArchive archive;
-    for (const QJsonValue &value : listing.value(u"entries").toArray()) {
+    const QJsonArray entries = listing.value(u"entries").toArray();
+    for (const QJsonValueConstRef value : entries) {
         PreviewArchiveEntry entry{value[u"name"].toString(), {}, value[u"folder"].toBool()};
         // What a decoder read from an archive is a stranger's word: 1e300 is no size.
         if (const qint64 size = value[u"size"].toInteger(-1); size >= 0)

@@ -115,7 +115,7 @@ std::optional<ThumbnailCache::Found> ThumbnailCache::find(const Location &file, 
     for (const Kind &kind : kinds) {
         if (kind.side < keptSide(side))
             continue;
-        Location png = place(kind.folder, file);
+        const Location png = place(kind.folder, file);
         const PngTexts texts = pngTexts(png);
         if (isAbout(texts, file, modified))
             return Found{png, texts.value(softwareText) == Edition::name().toUtf8()};

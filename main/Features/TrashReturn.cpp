@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 
 namespace brellin {
 
@@ -27,8 +28,8 @@ public:
     }
     void takeBack()
     {
-        for (auto folder = m_created.rbegin(); folder != m_created.rend(); ++folder) [[maybe_unused]]
-            const Result<void> removed = m_files.removeEmptyFolder(*folder);
+        for (const Location &folder : std::views::reverse(m_created)) [[maybe_unused]]
+            const Result<void> removed = m_files.removeEmptyFolder(folder);
     }
 
 private:

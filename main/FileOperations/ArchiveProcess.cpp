@@ -61,7 +61,7 @@ Result<QByteArray> ArchiveProcess::read(qsizetype size)
 {
     while (m_buffer.size() - m_taken < size)
         TRY(fill());
-    const QByteArray bytes = m_buffer.mid(m_taken, size);
+    QByteArray bytes = m_buffer.mid(m_taken, size);
     m_taken += size;
     return bytes;
 }

@@ -22,7 +22,7 @@ constexpr int mostAttempts = 100;
 Result<Location> createUnique(const Location &wanted, const std::function<int(const Location &)> &create)
 {
     for (int attempt = 1;; ++attempt) {
-        const Location free = unique(wanted);
+        Location free = unique(wanted);
         if (create(free) == 0)
             return free;
         if (errno != EEXIST || attempt == mostAttempts)

@@ -22,7 +22,7 @@ public:
     StayingEntries() = default;
     explicit StayingEntries(const std::vector<Location> &sources);
 
-    void add(const Location &source);
+    void add(const Location &given);
     /// Why an existing entry of the destination is one of these, itself or as the link that leads there; nothing where it
     /// certainly is none.
     std::optional<WhyItStays> whyItStays(const Location &existing) const;

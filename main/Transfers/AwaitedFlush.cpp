@@ -37,7 +37,10 @@ Result<void> awaitFlush(FileActions &files, const std::shared_ptr<const WrittenV
     }
     auto patience = std::chrono::duration_cast<std::chrono::milliseconds>(patienceWhenCancelled);
     while (flushed.wait_for(look) != std::future_status::ready) {
-        if (state.cancelled() && (patience -= look) <= patience.zero())
+        if (!state.cancelled())
+            continue;
+        patience -= look;
+        if (patience <= patience.zero())
             return failure(notAwaited());
     }
     return flushed.get();

@@ -29,7 +29,7 @@ public:
     /// What is to be asked now; nothing once everything is decided.
     std::optional<About> question() const;
     /// An answer of another kind than the question's is dropped.
-    void answer(const TransferAnswer &answer);
+    void answer(const TransferAnswer &given);
 
     bool cancelled() const { return m_cancelled; }
     const std::vector<TransferDecision> &decisions() const { return m_decisions; }

@@ -22,9 +22,9 @@ TargetLimits TargetLimits::of(const QString &fileSystem)
 {
     struct Row {
         QLatin1StringView type;
-        Names names;
-        bool ignoresCase;
-        std::int64_t fileBytes; ///< 0: no limit that matters
+        Names names = Names::Any;
+        bool ignoresCase = false;
+        std::int64_t fileBytes = 0; ///< 0: no limit that matters
     };
     constexpr std::int64_t fat = 4'294'967'295; // its size field has 32 bits
     constexpr std::array rows{

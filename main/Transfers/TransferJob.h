@@ -58,7 +58,7 @@ public:
     QString rateText() const;
 
     void cancel();
-    void setPaused(bool paused);
+    void setPaused(bool on);
 
 private:
     friend class Transfer;

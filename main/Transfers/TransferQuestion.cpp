@@ -6,9 +6,9 @@ namespace brellin {
 
 namespace {
 
-QuestionText::Button cancelButton(TransferAnswer answer)
+QuestionText::Button cancelButton(const TransferAnswer &answer)
 {
-    return {QStringLiteral("Abbrechen"), std::move(answer)};
+    return {QStringLiteral("Abbrechen"), answer};
 }
 
 QuestionText textOf(const ConflictQuestion &question)

@@ -4,6 +4,7 @@
 #include "Transfers/TransferRecord.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace brellin {
 
@@ -40,7 +41,7 @@ std::optional<std::chrono::seconds> ProgressLine::remaining() const
         return std::nullopt;
     const double left = static_cast<double>(std::max<std::int64_t>(0, totalBytes - bytes));
     const double seconds = left / static_cast<double>(bytes) * std::chrono::duration<double>(active).count();
-    return std::chrono::seconds(static_cast<std::int64_t>(seconds + 0.5));
+    return std::chrono::seconds(std::llround(seconds));
 }
 
 QString ProgressLine::text() const

@@ -5,7 +5,7 @@ namespace brellin {
 
 Location uniqueURL(const std::string &name, const Location &folder, const std::set<Location> &taken)
 {
-    const Location free = unique(folder / name);
+    Location free = unique(folder / name);
     if (!taken.contains(free))
         return free;
     const std::size_t limit = nameLimit(folder);

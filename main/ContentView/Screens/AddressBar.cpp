@@ -286,7 +286,7 @@ void AddressBar::complete(const QString &typed)
     if (!m_pane || !typed.contains(QLatin1Char('/')))
         return;
     QString above = typed.left(typed.lastIndexOf(QLatin1Char('/')) + 1);
-    QString written = above;
+    const QString written = above;
     if (above.startsWith(QLatin1Char('~')))
         above.replace(0, 1, shown(m_folders.home));
     const Location folder = standardised(Location(above.toStdString()));

@@ -35,7 +35,7 @@ void DetailsHeader::paintSection(QPainter *painter, const QRect &rect, int logic
     const bool sorted = logicalIndex == m_sorted;
     const bool size = logicalIndex == static_cast<int>(Column::Size);
     const int left = logicalIndex == static_cast<int>(Column::Name) ? scaled(14) : scaled(10);
-    QRect place = rect.adjusted(left, 0, -scaled(6), 0);
+    const QRect place = rect.adjusted(left, 0, -scaled(6), 0);
     painter->setFont(sizedFont(0.92, sorted ? QFont::DemiBold : QFont::Medium));
     painter->setPen(color(sorted ? Token::Text : Token::Secondary));
     const QString title = model()->headerData(logicalIndex, Qt::Horizontal, Qt::DisplayRole).toString();

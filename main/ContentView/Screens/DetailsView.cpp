@@ -85,7 +85,7 @@ void DetailsView::tellVisible()
     if (!isVisible() || height <= 0)
         return;
     const int first = verticalScrollBar()->value() / height;
-    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(viewport()->height() / height + 2));
+    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(viewport()->height() / height) + 2);
 }
 
 void DetailsView::buildHeader()

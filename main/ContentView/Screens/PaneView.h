@@ -66,11 +66,11 @@ private:
     EntryPictures m_pictures;
     PaneScreenServices m_services;
     QStackedWidget *m_stack;
-    DetailsView *m_details;
-    IconsView *m_icons;
-    EmptyState *m_message;
-    QWidget *m_banner;
-    TextLabel *m_bannerText;
+    DetailsView *m_details = nullptr;
+    IconsView *m_icons = nullptr;
+    EmptyState *m_message = nullptr;
+    QWidget *m_banner = nullptr;
+    TextLabel *m_bannerText = nullptr;
 };
 
 } // namespace brellin

@@ -25,7 +25,7 @@ Result<void> canCarryTags(const Location &entry)
 
 Failure writeFailure(int error)
 {
-    const Failure cause = Failure::system(error);
+    Failure cause = Failure::system(error);
     if (error == ENOSPC || error == E2BIG || error == ERANGE || error == EDQUOT)
         return {QStringLiteral("So viele Markierungen nimmt der Datenträger an einem Eintrag nicht auf."), cause.code};
     if (error == ENOTSUP)

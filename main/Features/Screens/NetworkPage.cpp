@@ -60,12 +60,12 @@ struct NetworkPage::Private {
     QWidget *buildServers();
     void connectAll();
 
-    void connectTo(const QString &address);
-    void finished(const QString &address, const Result<Location> &place);
-    void separate(const QString &address);
-    void forget(const QString &address);
+    void connectTo(const QString &typed);
+    void finished(const QString &wanted, const Result<Location> &place);
+    void separate(const QString &wanted);
+    void forget(const QString &wanted);
     void ask(const std::optional<ServerQuestion> &question);
-    void say(const QString &message);
+    void say(const QString &text);
     void refreshAll();
     void showMenu(QPoint place);
     QString selected() const;

@@ -35,7 +35,7 @@ struct TrashPage::Private {
     void putBackSelected();
     void finished(const TrashReturn &outcome);
     void showPlace();
-    void showMenu(QPoint place);
+    void showMenu(QPoint at);
     void refreshAll();
     QString summary() const;
 

@@ -69,7 +69,7 @@ void openFoldersToOwner(const Location &top)
 Result<void> deleteEntryForGood(const Location &entry)
 {
     const EntryPlace place = TRY(openPlace(entry));
-    const Result<void> removed = removeTree(place.at());
+    Result<void> removed = removeTree(place.at());
     if (removed || !removed.error().is(std::errc::permission_denied))
         return removed;
     openFoldersToOwner(entry);
