@@ -71,7 +71,7 @@ private:
     void buildFileCommands();
     void takeDropsOnTabs();
     void takeDropsOnSidebar();
-    void drop(const DroppedFiles &files, BrowserModel *pane);
+    void drop(const DroppedFiles &files, BrowserModel *onto);
     void openFromStorage(const Location &entry);
     void placePanel();
     bool isLastWindow() const;

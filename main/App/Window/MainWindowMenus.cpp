@@ -209,7 +209,7 @@ void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
         return;
     QMenu *const colors = menu.addMenu(Symbols::icon(QStringLiteral("palette")), QStringLiteral("Ordnerfarbe"));
     const std::vector<Location> folders = locationsOf(items);
-    const auto set = [this, folders](std::optional<QString> name) {
+    const auto set = [this, folders](const std::optional<QString> &name) {
         for (const Location &folder : folders)
             m_services.panes.colors.setColor(folder, name);
         tab()->activeView().view().viewport()->update();

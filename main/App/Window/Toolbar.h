@@ -36,7 +36,7 @@ private:
 
     const std::map<CommandId, QAction *> &m_actions;
     std::map<CommandId, SymbolButton *> m_buttons;
-    QSlider *m_size; ///< of the icons, while there are any
+    QSlider *m_size = nullptr; ///< of the icons, while there are any
     QPointer<BrowserModel> m_pane;
     SearchField *m_search;
 };
