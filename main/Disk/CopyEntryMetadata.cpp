@@ -14,6 +14,7 @@ constexpr mode_t allBits = 07777;
 /// The target does not keep such things, or not for this user. That is no reason to refuse a copy.
 bool cannotKeep(int error)
 {
+    // NOLINTNEXTLINE(misc-redundant-expression): one number here, two elsewhere
     return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS || error == EINVAL;
 }
 

@@ -202,7 +202,7 @@ Result<void> CopyTree::leaveFolder()
     const Level left = std::move(m_levels.back());
     m_levels.pop_back();
     const Descriptor original = TRY(m_sources.leave());
-    Descriptor copy = TRY(m_destinations.leave());
+    const Descriptor copy = TRY(m_destinations.leave());
     const struct stat made = TRY(statusOf({copy.number(), "."}));
     const auto applied = m_metadata.apply(original.number(), left.source.status, copy.number(), made);
     if (applied)

@@ -8,11 +8,8 @@ namespace brellin {
 
 bool CopyTreeFolders::contains(const struct stat &folder) const
 {
-    for (const Level &level : m_levels) {
-        if (level.inode == folder.st_ino && level.device == folder.st_dev)
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(
+        m_levels, [&](const Level &level) { return level.inode == folder.st_ino && level.device == folder.st_dev; });
 }
 
 void CopyTreeFolders::enter(Descriptor folder, const struct stat &status)

@@ -157,7 +157,7 @@ Result<Location> renameToFree(const Location &from, const Location &wanted, File
     // Somebody may take each free name just before us, but not for ever.
     constexpr int mostAttempts = 100;
     for (int attempt = 1;; ++attempt) {
-        const Location free = unique(wanted);
+        Location free = unique(wanted);
         const Result<void> renamed = files.rename(from, free);
         if (renamed)
             return free;

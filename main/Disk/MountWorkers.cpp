@@ -112,9 +112,9 @@ std::shared_ptr<MountWorkers::Lane> MountWorkers::laneOf(const Location &locatio
     return lane;
 }
 
-void MountWorkers::run(const Location &location, Turn turn, std::function<void()> wanted)
+void MountWorkers::run(const Location &location, Turn turn, std::function<void()> work)
 {
-    std::function<void()> work = [open = OpenWork::begin(), wanted = std::move(wanted)] { wanted(); };
+    work = [open = OpenWork::begin(), wanted = std::move(work)] { wanted(); };
     if (turn == Turn::AtOnce || isLocal(location)) {
         Active::launch(m_active, std::move(work));
         return;

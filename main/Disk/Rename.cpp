@@ -15,6 +15,7 @@ namespace {
 /// The file system (NFS, 9p, many in user space) knows no exclusive rename.
 bool isRefusal(int error)
 {
+    // NOLINTNEXTLINE(misc-redundant-expression): one number here, two elsewhere
     return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
 }
 

@@ -225,7 +225,7 @@ void ProposalRow::paintName(QPainter &painter, const QRect &place, const AgentPr
 /// "Downloads → Dokumente › Rechnungen › 2026"; what does not fit is left out where both say the same, then in the middle.
 void ProposalRow::paintRoad(QPainter &painter, const QRect &place, const AgentProposal &proposal) const
 {
-    ProposalRoad road = roadOf(proposal, m_ports.services.folders.home);
+    const ProposalRoad road = roadOf(proposal, m_ports.services.folders.home);
     const QString mark = QStringLiteral(" › ");
     painter.setFont(sizedFont(0.92));
     const QFontMetrics metrics = painter.fontMetrics();

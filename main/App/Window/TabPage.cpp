@@ -18,7 +18,6 @@ TabPage::TabPage(const WindowServices &services, const TabTarget &target, const 
     m_splitter->setObjectName(QStringLiteral("panes"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(1);
-    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): into the splitter, once that is set up
     m_first = addView(m_panes.first());
     showSecond(m_panes.dualPane.get());
     m_panes.dualPane.observe(this, [this](bool on) { showSecond(on); });

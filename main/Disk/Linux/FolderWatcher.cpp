@@ -108,7 +108,7 @@ struct FolderWatcher::State {
 
     void look()
     {
-        std::optional<FolderTimes> now = timesOf(folder);
+        const std::optional<FolderTimes> now = timesOf(folder);
         const std::scoped_lock lock(mutex);
         if (closed || now == times)
             return;
