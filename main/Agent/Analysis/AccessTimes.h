@@ -4,8 +4,8 @@
 
 namespace brellin {
 
-/// Whether reading a file below this folder leaves its mark in the access time, so that its absence tells something. Not so
-/// where the volume is mounted without, read-only, over a network or through a program.
+/// Whether reading a file below this folder updates its access time, so that an old one means "not read". False on
+/// volumes mounted noatime, read-only, over a network, in user space or as an overlay.
 bool keepsAccessTimes(const Location &folder);
 
 } // namespace brellin

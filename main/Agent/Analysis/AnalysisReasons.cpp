@@ -33,7 +33,7 @@ QString neverOpened(const QString &content, int days)
            german().toString(days) + QStringLiteral(" Tagen – kann weg?");
 }
 
-/// What one file of a category is called.
+/// The noun for one file of its category.
 QString nounFor(const Location &file)
 {
     struct Noun {
@@ -74,7 +74,7 @@ QString neverOpenedReason(const FileAttributes &file, int days)
 
 QString unusedReason(const Location &folder, int days, int limit)
 {
-    // More than one day is always "Tage": a folder is unused only after the limit has passed in whole days.
+    // The plural is always right: the limit must have passed in whole days, so it is never one day.
     return QStringLiteral("Sammelordner ") + quoted(shownName(folder)) + QStringLiteral(" · zuletzt benutzt vor ") +
            german().toString(days) + QStringLiteral(" Tagen · seit über ") + german().toString(std::max(limit, 2)) +
            QStringLiteral(" Tagen nicht benutzt → Archiv");

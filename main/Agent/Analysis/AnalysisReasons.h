@@ -7,16 +7,16 @@
 
 namespace brellin {
 
-/// The reasons that an analysis gives for its proposals, each one true sentence for a person.
+/// The sentences that explain the proposals of an analysis.
 
-/// An old backup, an archive or something temporary. `modified` stands in for the newest file where there is none.
+/// For an old backup, an archive or temporary files. `modified` is used if the folder has no newest file.
 QString backupReason(const FolderUsage &usage, Instant modified);
 QString neverOpenedReason(const FolderUsage &usage, int days);
 QString neverOpenedReason(const FileAttributes &file, int days);
-/// A folder that has not been used for `days` days, where `limit` are allowed.
+/// For a folder that has been unused for `days` days, with a limit of `limit`.
 QString unusedReason(const Location &folder, int days, int limit);
 
-/// Why a loose file goes to the group it goes to.
+/// How the group of a loose file was chosen.
 enum class GroupChoice { ByCategory, ByBackupName, ByModel };
 enum class NameChange { None, Cleaned };
 QString sortingReason(const Location &file, const QString &group, GroupChoice choice, NameChange change);

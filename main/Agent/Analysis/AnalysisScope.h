@@ -11,38 +11,39 @@
 
 namespace brellin {
 
-/// A surveyed folder together with what an analysis may touch in it.
+/// A surveyed folder and what an analysis may touch in it.
 class AnalysisScope {
 public:
-    /// `locations` outlives the scope.
+    /// `locations` must outlive the scope.
     AnalysisScope(FolderSurvey survey, FolderProtection protection, const SystemLocations &locations);
 
     const FolderSurvey &survey() const { return m_survey; }
     const FolderProtection &protection() const { return m_protection; }
     const SurveyedFolder &folder(std::size_t number) const { return m_survey.folders()[number]; }
     const Location &root() const { return m_survey.top().location; }
-    /// The path below the analysed folder.
+    /// The path relative to the analysed folder.
     Location relative(const Location &location) const;
 
-    /// The number of the folder that an entry lies in, if it was surveyed.
+    /// Index of the folder that contains an entry; nullopt if it was not surveyed.
     std::optional<std::size_t> folderOf(const Location &entry) const;
 
-    /// Whether the analysis looks into a folder: neither it nor a folder above is hidden, a package, filled by build tools,
+    /// Whether the analysis looks into a folder: neither it nor a folder above is hidden, a package, a build folder, on
     /// another volume, refused, or a marked project without a profile of its own.
     bool isEntered(std::size_t folder) const { return m_entered[folder]; }
-    /// Whether it may propose something about what lies in a folder: entered, and no profile protects it.
+    /// Whether proposals may be made about the folder's entries: it is entered and not protected by a profile.
     bool isOpen(std::size_t folder) const { return m_open[folder]; }
-    /// Whether a folder may be proposed as a whole: nothing in it is unknown, protected, a project, or counted on by others.
+    /// Whether a folder may be proposed as a whole: it is surveyed completely and contains nothing that is protected, a
+    /// project or relied on elsewhere.
     bool mayGoWhole(std::size_t number) const;
     /// Whether a file may be moved or trashed.
     bool mayGo(const Location &file) const;
 
-    /// The marked projects that were passed by for want of a profile, by name.
+    /// Names of the marked projects that were skipped because they have no profile.
     std::vector<QString> projectsNotEntered() const;
 
-    /// Whether a script anywhere in the entered folders names this file.
+    /// Whether a script anywhere in the entered folders names the file.
     bool isNamedByScripts(const Location &file) const { return m_scripts.mention(file.filename().native()); }
-    /// Whether a script directly in the analysed folder does.
+    /// Whether a script directly in the analysed folder names the file.
     bool isNamedByTopScripts(const Location &file) const { return m_topScripts.mention(file.filename().native()); }
 
 private:

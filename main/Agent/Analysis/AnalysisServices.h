@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// What an analysis needs from outside. Everything outlives it.
+/// The ports of an analysis. Everything referenced must outlive it.
 struct AnalysisServices {
     const KnownFolders &folders;
     const SystemLocations &locations;

@@ -38,7 +38,7 @@ std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs
                                          const std::vector<FolderFinding> &whole, const LaterTrash &later)
 {
     std::vector<DuplicatePair> chosen;
-    // The pairs of one kept file stand together.
+    // The pairs of one kept file are adjacent.
     for (auto first = pairs.begin(); first != pairs.end();) {
         const auto end = std::find_if(first, pairs.end(), [&](const auto &pair) { return pair.kept != first->kept; });
         std::vector<Copy> copies{{first->kept, first->keptState}};

@@ -7,9 +7,9 @@
 
 namespace brellin {
 
-/// Of all pairs those that an analysis may propose. What lies in folders that it does not enter, or that are proposed as a
-/// whole, takes no part: the oldest of the other copies is kept then. Copies that a profile protects are kept beside it; what a rule would trash `later` keeps nothing. Sorted by the kept
-/// file.
+/// The pairs that an analysis may propose. Ignores files in folders that it does not enter or that are proposed as a
+/// whole, and keeps the oldest of the remaining copies instead. Does not propose protected copies, nor duplicates of a
+/// file that a rule will trash (`later`).
 std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs, const AnalysisScope &scope,
                                          const std::vector<FolderFinding> &whole, const LaterTrash &later);
 

@@ -14,8 +14,8 @@ namespace {
 
 using Numbers = std::vector<std::size_t>;
 
-/// What folders must have in common before their listings are compared; big ones first, so that of nested equal folders
-/// the outer ones are found.
+/// Cheap key to group folders before comparing listings; large ones first, so that of nested equal folders the outer
+/// ones are found.
 struct Bulk {
     std::int64_t files = 0;
     std::int64_t bytes = 0;
@@ -58,7 +58,7 @@ bool Search::isRemovable(std::size_t number) const
 bool Search::isCandidate(std::size_t number) const
 {
     const SurveyedFolder &folder = m_scope.folder(number);
-    // Folders with nothing but empty or hidden files are equal without being copies.
+    // Folders with only empty or hidden files may be equal without being copies.
     if (folder.level == 0 || !m_scope.isOpen(number) || !folder.complete || folder.usage.bytes == 0 ||
         folder.usage.visibleFiles == 0 || folder.usage.files >= fingerprintFiles)
         return false;
@@ -71,7 +71,7 @@ bool Search::isKeptRather(std::size_t a, std::size_t b) const
 {
     const auto rank = [this](std::size_t number) {
         const SurveyedFolder &folder = m_scope.folder(number);
-        // Without a creation date it counts as newest.
+        // A missing creation time counts as newest.
         return std::tuple(m_scope.mayGoWhole(number), isRemovable(number),
                           isBackupLike(m_scope.relative(folder.location)), folder.created.value_or(Instant::max()),
                           shown(folder.location).size(), folder.location);
@@ -79,7 +79,7 @@ bool Search::isKeptRather(std::size_t a, std::size_t b) const
     return rank(a) < rank(b);
 }
 
-/// The folders with equal listings, those to be kept first.
+/// Groups of folders with equal listings, the one to keep first.
 std::vector<Numbers> Search::groups() const
 {
     std::map<Bulk, Numbers, std::greater<>> bulks;
@@ -116,7 +116,7 @@ bool Search::isInsideFound(std::size_t number) const
                                [&](const FolderFinding &one) { return m_scope.survey().isAtOrIn(number, one.folder); });
 }
 
-/// A folder that is kept for another must stay as it is, with everything in it and around it.
+/// A folder that is kept for another must stay unchanged, and so must everything inside and above it.
 bool Search::isTiedToKept(std::size_t number) const
 {
     return std::ranges::any_of(m_kept, [&](std::size_t kept) {
@@ -124,7 +124,7 @@ bool Search::isTiedToKept(std::size_t number) const
     });
 }
 
-/// Equal listings may hide different contents: of several kinds each is kept once.
+/// Equal listings may have different contents: keeps one folder of each content.
 Result<void> Search::compare(Numbers group)
 {
     std::erase_if(group, [this](std::size_t number) { return isInsideFound(number); });

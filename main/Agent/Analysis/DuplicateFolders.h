@@ -6,10 +6,10 @@
 
 namespace brellin {
 
-/// Folders with exactly the content of another one that stays; none in another. Of equal ones that is kept which must
-/// stay anyway, else the one whose name does not say copy or backup, then the older, then the one with the shorter path.
-/// What lies in one of the `removable` takes no part. Reads the contents of folders with equal listings, without touching
-/// access times. Fails only when cancelled.
+/// Folders with exactly the same content as another one that stays; no nested ones. Preference for keeping: a folder
+/// that must stay anyway, then one whose name does not suggest a copy or backup, then the older, then the shorter path.
+/// Ignores folders inside `removable` ones. Reads the contents of folders with equal listings, keeping access times.
+/// Fails only when cancelled.
 Result<std::vector<FolderFinding>> duplicateFolders(const AnalysisScope &scope,
                                                     const std::vector<FolderFinding> &removable, JobControl &control);
 

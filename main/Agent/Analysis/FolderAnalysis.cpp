@@ -20,7 +20,7 @@ using Kind = AgentProposal::Kind;
 constexpr std::chrono::days recentDays{7};
 constexpr std::size_t namedProjects = 3;
 
-/// One analysis of a folder that may be analysed.
+/// The analysis of one folder that may be analysed.
 class Analysis {
 public:
     Analysis(const AnalysisServices &services, const AnalysisRequest &request, AnalysisScope scope, JobControl &control)
@@ -51,9 +51,9 @@ private:
     AnalysisScope m_scope;
     JobControl &m_control;
     std::vector<FolderFinding> m_equal, m_removable, m_unused;
-    std::vector<FolderFinding> m_whole; ///< all three
+    std::vector<FolderFinding> m_whole; ///< all three together
     std::set<Location> m_taken;         ///< sources of proposals
-    std::set<Location> m_kept;          ///< documents that stay because their copies go
+    std::set<Location> m_kept;          ///< documents that stay because their duplicates go
     AnalysisFindings m_result;
 };
 
@@ -70,7 +70,7 @@ bool Analysis::isInWhole(std::size_t folder) const
                                [&](const FolderFinding &one) { return m_scope.survey().isAtOrIn(folder, one.folder); });
 }
 
-/// What is kept for others, and all that is in a folder that is: its copy goes because all of it is there.
+/// Whether an entry is kept for a duplicate, or lies in a folder that is kept for one.
 bool Analysis::isKept(const Location &entry) const
 {
     return m_kept.contains(entry) || std::ranges::any_of(m_equal, [&](const FolderFinding &equal) {
@@ -78,7 +78,7 @@ bool Analysis::isKept(const Location &entry) const
            });
 }
 
-/// Takes over what is not in a folder that is found already, and neither holds nor lies in one that is kept for another.
+/// Adds findings that are not inside an earlier one and neither contain nor lie in a kept folder.
 void Analysis::add(std::vector<FolderFinding> &list, std::vector<FolderFinding> found)
 {
     for (FolderFinding &one : found) {
@@ -87,7 +87,7 @@ void Analysis::add(std::vector<FolderFinding> &list, std::vector<FolderFinding> 
             m_equal, [&](const FolderFinding &equal) { return isAtOrBelow(*equal.keptCopy, folder); });
         if (isInWhole(one.folder) || holdsKept || isKept(folder))
             continue;
-        // An outer folder takes the inner ones with it.
+        // An outer folder replaces the findings inside it.
         for (std::vector<FolderFinding> *const earlier : {&m_equal, &m_removable, &m_whole})
             std::erase_if(*earlier, [&](const FolderFinding &inner) {
                 return m_scope.survey().isAtOrIn(inner.folder, one.folder);
@@ -110,7 +110,7 @@ Result<void> Analysis::findFolders()
     return {};
 }
 
-/// What one source gets at most once, with the marks that follow from its doubts.
+/// Adds a proposal, at most one per source. What needs review is not preselected.
 void Analysis::propose(AgentProposal proposal)
 {
     if (isKept(proposal.source) || !m_taken.insert(proposal.source).second)
@@ -224,7 +224,7 @@ Result<AnalysisFindings> Analysis::run()
     return std::move(m_result);
 }
 
-/// The marked project that must have a profile before anything in `folder` is touched.
+/// The marked project around `folder`, or `folder` itself, that needs a profile first.
 std::optional<Location> projectWithoutProfile(const Location &folder, const Location &home)
 {
     if (const std::optional<Location> around = ProjectRoots(home).outermostAbove(folder))

@@ -17,7 +17,7 @@
 
 namespace brellin {
 
-/// One folder that the user wants tidied, and what is known about his folders.
+/// A folder to analyse, and the stored settings that apply.
 struct AnalysisRequest {
     Location folder;
     std::vector<FolderProfile> profiles;
@@ -27,31 +27,29 @@ struct AnalysisRequest {
     GroupChooser chooseGroup; ///< may be empty
 };
 
-/// What an analysis came to.
+/// The result of an analysis.
 struct AnalysisFindings {
     enum class End {
         Done,
-        Refused,     ///< the folder belongs to the system
+        Refused,     ///< the folder is a system location
         Protected,   ///< the folder lies in a protected entry of a profile
-        NeedsProfile ///< the folder is, or lies in, a software project without a profile
+        NeedsProfile ///< the folder is, or is inside, a software project without a profile
     };
     End end = End::Done;
-    std::optional<FolderProfile> detected;   ///< with `NeedsProfile`: to be confirmed by the user, then analyse again
-    std::vector<AgentProposal> proposals;    ///< in the order in which they would be carried out
-    int duplicates = 0;                      ///< proposals made because of equal content
-    int leftForScripts = 0;                  ///< loose files that stay because a script names them
-    std::vector<QString> projectsNotEntered; ///< names of marked projects without profile
-    bool duplicatesCapped = false;           ///< not all documents were compared
+    std::optional<FolderProfile> detected; ///< with `NeedsProfile`: to be confirmed by the user before analysing again
+    std::vector<AgentProposal> proposals;  ///< in the order of execution
+    int duplicates = 0;                    ///< number of proposals based on equal content
+    int leftForScripts = 0;                ///< loose files that stay because a script names them
+    std::vector<QString> projectsNotEntered; ///< names of skipped projects
+    bool duplicatesCapped = false;           ///< the limit of compared documents was reached
 
-    /// The line that the analysis ends with: "12 Vorschläge · 2 doppelt · 3 bleiben (von Skripten benutzt)", or why nothing was
-    /// proposed.
+    /// The closing line: "12 Vorschläge · 2 doppelt · 3 bleiben (von Skripten benutzt)", or why there are no proposals.
     QString summary() const;
 };
 
-/// Looks what in one folder could be tidied, beyond what the rules cover: duplicate documents and folders, folders that can
-/// go, large videos that nobody has opened, and loose files. Reads only, without touching access times; links in the
-/// folder's path are resolved. The stage at hand is told to `control`. A folder that cannot be read yields nothing; fails
-/// only when cancelled.
+/// Finds what can be tidied in one folder beyond the rules: duplicate documents and folders, removable folders, large
+/// videos never opened, and loose files. Read-only, keeps access times; resolves symlinks in the folder's path. Reports
+/// its stages to `control`. An unreadable folder gives no findings; fails only when cancelled.
 Result<AnalysisFindings> analyze(const AnalysisServices &services, const AnalysisRequest &request, JobControl &control);
 
 } // namespace brellin

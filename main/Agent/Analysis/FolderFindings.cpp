@@ -19,7 +19,7 @@ bool isFoundInside(const AnalysisScope &scope, std::size_t folder, const std::ve
                                [&](const FolderFinding &one) { return scope.survey().isAtOrIn(folder, one.folder); });
 }
 
-/// The collecting folder for what is old, in the user's own spelling; nothing where he has none.
+/// The archive group as the user spells it; nullopt if there is none.
 std::optional<QString> archiveGroup(const FolderProfile &settings)
 {
     const auto group = std::ranges::find(settings.groups, u"archiv"_qs, folded);
@@ -43,8 +43,8 @@ std::optional<FolderFinding> longUnused(const AnalysisScope &scope, std::size_t 
     const std::optional<QString> archive = archiveGroup(settings);
     if (!folder.usage.lastUse || !folder.usage.newest)
         return std::nullopt;
-    // Without a profile nobody has said after how many days: an album is not old because nobody looked at it for a month.
-    // Links in the folder may lead to its neighbours, which stay.
+    // Without a profile no limit was chosen, and a month without a look does not make an album old. Symlinks in the
+    // folder may point to neighbours, which stay, and would break.
     if (!scope.protection().hasProfile() || !scope.protection().mayTidy() || !archive ||
         settings.archiveAfterDays <= 0 || !isLongerAgo(*folder.usage.lastUse, settings.archiveAfterDays, now) ||
         folder.usage.links > 0)
@@ -64,7 +64,7 @@ std::vector<FolderFinding> removableFolders(const AnalysisScope &scope, int maxD
 {
     std::vector<FolderFinding> found;
     const std::vector<SurveyedFolder> &folders = scope.survey().folders();
-    // Folders above come first, so that of nested ones the outer is found.
+    // Outer folders come first, so that nested ones are skipped.
     for (std::size_t number = 1; number < folders.size(); ++number) {
         const SurveyedFolder &folder = folders[number];
         if (folder.level > maxDepth || !isRemovableName(folder.location.filename().native()) ||
