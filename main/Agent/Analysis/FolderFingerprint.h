@@ -9,12 +9,12 @@
 
 namespace brellin {
 
-/// A folder of this many files or more has no fingerprint.
+/// Folders with this many files or more have no fingerprint.
 inline constexpr std::int64_t fingerprintFiles = 5'000;
 
-/// A digest of a folder's listing: the relative paths and sizes of all regular files below it, as hexadecimal SHA-256.
-/// Equal ones make two folders candidates for having the same content, no more. Nothing for a folder without files, with
-/// very many, and for one that cannot be read whole.
+/// SHA-256 (hexadecimal) of a folder's listing: relative paths and sizes of all regular files below it. Equal
+/// fingerprints only make folders candidates for a comparison. nullopt for a folder without files, with too many, or
+/// that cannot be read completely.
 std::optional<QByteArray> fingerprint(const Location &folder, const JobControl *control = nullptr);
 
 } // namespace brellin

@@ -92,7 +92,7 @@ void FolderProtection::addHistory(const std::vector<JournalRun> &history)
     }
 }
 
-/// The entry itself may be a link; its folder is the same for many.
+/// Resolves the entry's folder (cached), but not the entry itself, which may be a symlink.
 Location FolderProtection::resolvedInFolder(const Location &entry)
 {
     const auto [known, isNew] = m_resolvedFolders.try_emplace(entry.parent_path());

@@ -14,12 +14,11 @@
 
 namespace brellin {
 
-/// The folder of a rule's target that is always the same: what stands before the first placeholder. Nothing where the rule
-/// puts nothing anywhere.
+/// The constant prefix of a rule's target: the folder before the first placeholder. nullopt if the rule has no target.
 std::optional<Location> fixedTarget(const CleanupRule &rule, const Location &home);
 
-/// What an analysis of one folder must leave alone, and the settings under which it works. All locations that are asked
-/// about are standardised and without links; those of the user's records are brought to that form here.
+/// What an analysis of one folder must leave alone, and its settings. Expects standardised locations without symlinks;
+/// converts stored paths to that form.
 class FolderProtection {
 public:
     struct Sources {
@@ -27,26 +26,26 @@ public:
         const std::vector<CleanupRule> &rules;
         const std::vector<JournalRun> &history;
         const KnownFolders &folders;
-        const SystemLocations &locations; ///< outlives the protection
+        const SystemLocations &locations; ///< must outlive this object
     };
     FolderProtection(const Sources &sources, const Location &analysed);
 
-    /// The innermost profile that holds the analysed folder, else one with every default.
+    /// The innermost profile that contains the analysed folder; without one, a default profile.
     const FolderProfile &settings() const { return m_settings; }
     bool hasProfile() const { return m_hasProfile; }
     /// Whether loose files and unused folders may be moved into collecting folders.
     bool mayTidy() const { return !m_hasProfile || m_settings.tidyAllowed; }
 
-    /// Whether any profile protects a location.
+    /// Whether any profile protects the location.
     bool isProtected(const Location &location) const { return m_guard.isProtected(location); }
     bool isProfileRoot(const Location &folder) const;
-    /// Whether a folder must stay where it is because it is, or holds, something that a profile, a rule, the system or an
-    /// earlier run counts on: protected entries, profiles' roots, collecting folders, folders that rules look into or put
-    /// files into, the user's standard folders, and whatever an earlier run has moved.
+    /// Whether a folder must stay where it is because it is, or contains, something relied on elsewhere: protected
+    /// entries, roots of profiles, collecting folders, sources and targets of rules, the user's standard folders, or
+    /// entries that an earlier run put there.
     bool mustStay(const Location &folder) const;
-    /// Whether a location is a collecting folder or lies in one: what is there has been sorted.
+    /// Whether a location is a collecting folder or inside one: its contents are already sorted.
     bool isCollected(const Location &location) const;
-    /// Whether an earlier run has moved this very entry to where it is.
+    /// Whether an earlier run put this very entry where it is.
     bool wasPutHere(const Location &entry) const;
 
 private:
@@ -61,7 +60,7 @@ private:
     Guard m_guard;
     FolderProfile m_settings;
     bool m_hasProfile = false;
-    /// Paths in the form in which names are compared.
+    /// Paths normalised for comparison.
     std::set<std::string> m_roots;
     std::set<std::string> m_staying;
     std::set<std::string> m_collecting;

@@ -137,7 +137,7 @@ void SurveyWalk::addLink(const WalkEntry &entry)
         m_survey.m_links.push_back({link, standardised(link.parent_path() / target)});
 }
 
-/// Hides what the lists of the folders ask to hide: the walk itself showed everything.
+/// Marks entries listed in ".hidden" files; the walk itself included them.
 Result<void> SurveyWalk::markListedHidden()
 {
     for (const std::size_t number : m_withHiddenList) {
@@ -163,7 +163,7 @@ Result<void> SurveyWalk::markListedHidden()
     return {};
 }
 
-/// The walk tells how many folders it had to pass over, not which.
+/// The walk only counts unreadable folders, so find out which ones they are.
 void SurveyWalk::markUnreadable(std::int64_t unreadable)
 {
     if (unreadable == 0)

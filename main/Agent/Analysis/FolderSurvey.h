@@ -13,54 +13,55 @@ namespace brellin {
 struct SurveyedFile {
     Location location;
     FileAttributes attributes;
-    std::size_t folder = 0; ///< number of the folder it lies in
+    std::size_t folder = 0; ///< index of its folder
     bool hidden = false;
 };
 
-/// A symbolic link and where its text leads, decided without looking there.
+/// A symlink and its target, taken from the link's text without reading the target.
 struct SurveyedLink {
     Location location;
     Location target;
 };
 
-/// One folder of a survey.
+/// One folder of the survey.
 struct SurveyedFolder {
     Location location;
-    std::size_t parent = 0; ///< number of the folder above; the surveyed one is its own
-    int level = 0;          ///< 0 for the surveyed folder, 1 for those directly in it
+    std::size_t parent = 0; ///< index of the folder above; for the surveyed folder its own
+    int level = 0;          ///< 0 for the surveyed folder, 1 for its sub-folders
     FileState state;
     std::optional<Instant> created;
-    FolderUsage usage;        ///< with everything below
-    bool hidden = false;      ///< itself; what lies below a hidden folder need not be
-    bool package = false;     ///< itself
-    bool marked = false;      ///< a project by a marker directly in it
-    bool holdsMarked = false; ///< it or some folder below is one
-    bool complete = true;     ///< all below could be looked at, is downloaded and lies on this volume
-    bool otherVolume = false; ///< a volume is mounted here; nothing of it is known
+    FolderUsage usage;        ///< including everything below
+    bool hidden = false;      ///< only this folder; those below a hidden one may be false
+    bool package = false;     ///< only this folder
+    bool marked = false;      ///< a project marker lies directly in it
+    bool holdsMarked = false; ///< it or a folder below is marked
+    bool complete = true;     ///< everything below was readable, is downloaded and lies on this volume
+    bool otherVolume = false; ///< a mount point; its content is unknown
 };
 
-/// What a folder holds, seen in one walk before any file is opened: only then do access times tell what people did.
-/// Hidden entries, packages and build folders are part of it; links are not followed, other volumes not entered.
+/// The content of a folder, collected in one walk before any file is opened, since reading files changes the access
+/// times that tell what the user did. Includes hidden entries, packages and build folders; does not follow symlinks or
+/// enter other volumes.
 class FolderSurvey {
 public:
-    /// `folder` standardised. A folder that cannot be read is surveyed as empty and incomplete; fails only when cancelled.
+    /// `folder` must be standardised. An unreadable folder counts as empty and incomplete; fails only when cancelled.
     static Result<FolderSurvey> of(const Location &folder, JobControl *control);
 
-    /// The surveyed folder first, each folder before those in it.
+    /// The surveyed folder first, and every folder before its sub-folders.
     const std::vector<SurveyedFolder> &folders() const { return m_folders; }
     const SurveyedFolder &top() const { return m_folders.front(); }
 
-    /// The regular files directly in the surveyed folder, by name.
+    /// The regular files directly in the surveyed folder, sorted by name.
     const std::vector<SurveyedFile> &topFiles() const { return m_topFiles; }
-    /// All videos that are larger than `largeVideo` bytes, by path.
+    /// All videos larger than `largeVideo` bytes, sorted by path.
     const std::vector<SurveyedFile> &largeVideos() const { return m_largeVideos; }
     static constexpr std::int64_t largeVideo = 20'000'000;
     /// The scripts that are searched for names, by path.
     const std::vector<SurveyedFile> &scripts() const { return m_scripts; }
 
-    /// Whether a link outside of `location` leads to it or into it.
+    /// Whether a symlink outside `location` points to it or into it.
     bool isLinkedTo(const Location &location) const;
-    /// Whether one folder is another or lies in it, by their numbers.
+    /// Whether `folder` is `other` or below it, by index.
     bool isAtOrIn(std::size_t folder, std::size_t other) const;
 
 private:

@@ -44,14 +44,14 @@ Instant settledSince(const FileAttributes &file)
 
 bool isNeverOpened(const FileAttributes &file)
 {
-    // Who copies a file keeps its old modification time; one later than its arrival is somebody's work.
+    // Copying preserves the modification time; one later than the arrival means the user changed the file.
     const Instant came = file.created.value_or(file.modified);
     return file.accessed <= std::max(came, file.modified) + firstDay && file.modified <= came + firstDay;
 }
 
 bool isLongerAgo(Instant earlier, int days, Instant now)
 {
-    // In seconds: the nanoseconds of 300 years do not fit.
+    // In floating-point seconds: 300 years in nanoseconds overflow.
     return std::chrono::duration<double>(now - earlier).count() > 86400.0 * days;
 }
 
