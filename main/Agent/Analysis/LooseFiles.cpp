@@ -20,7 +20,7 @@ bool isAnyOf(std::string_view extension, std::initializer_list<std::string_view>
     return std::ranges::find(extensions, extension) != extensions.end();
 }
 
-/// A file that says something about the file of the same name beside it.
+/// Whether the extension is that of a sidecar file, which describes the file of the same name beside it.
 bool isCompanion(std::string_view extension)
 {
     return isAnyOf(extension,
@@ -32,7 +32,7 @@ bool isUtf8(std::string_view bytes)
     return QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
 }
 
-/// The cleaned name; the name itself where there is nothing to clean, or nothing would be left.
+/// The cleaned name, or the name itself if there is nothing to clean or nothing would remain.
 std::string cleanedName(const std::string &name)
 {
     const std::string_view extension = extensionOf(name);
@@ -79,11 +79,11 @@ private:
     const GroupChooser &m_choose;
     JobControl &m_control;
     std::set<std::string> m_names;        ///< of all files and folders beside
-    std::set<std::string> m_companions;   ///< names that a companion or a half-written download belongs to
-    std::set<std::string> m_reserved;     ///< names that a browser keeps empty until its download is complete
-    std::map<QString, Location> m_groups; ///< the usable ones and their folders
+    std::set<std::string> m_companions;   ///< files with a sidecar or an unfinished download
+    std::set<std::string> m_reserved;     ///< names reserved by unfinished downloads
+    std::map<QString, Location> m_groups; ///< usable groups and their folders
     std::set<QString> m_planned;          ///< folded paths
-    std::set<QString> m_own;              ///< … that the loose files would have under the names they have
+    std::set<QString> m_own;              ///< folded destinations of all loose files under their present names
 };
 
 Gathering::Gathering(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose,
@@ -118,8 +118,8 @@ void Gathering::readNeighbours()
     }
 }
 
-/// The folder of a group: an existing one of that name in whatever spelling, else a new one. Nothing where the name is no
-/// folder's name, or something else has it.
+/// The folder of a group: an existing one in any spelling, or a new one. Empty if the group is no valid folder name, or
+/// the name is taken otherwise.
 Location Gathering::groupFolder(const QString &group) const
 {
     const std::string name = locationFromText(group).native();
@@ -136,7 +136,7 @@ Location Gathering::groupFolder(const QString &group) const
     return entryExists(folder) || m_scope.protection().isProtected(folder) ? Location() : folder;
 }
 
-/// Whether a folder holds what belongs to a saved page, or another file says something about this one.
+/// Whether a saved page's folder or a sidecar belongs to this file.
 bool Gathering::belongsToNeighbour(const std::string &name) const
 {
     const std::string stem(stemOf(name));
@@ -153,7 +153,7 @@ bool Gathering::isLoose(const SurveyedFile &file) const
         isHalfWrittenExtension(extension) || m_taken.contains(file.location) || belongsToNeighbour(name) ||
         (file.attributes.size == 0 && m_reserved.contains(name)))
         return false;
-    // A project's own files stay, also those that are newer than its profile.
+    // A project's own files stay, including those added after the profile was made.
     const bool isPartOfProject = m_scope.protection().hasProfile() && isCodeName(name);
     return !isPartOfProject && m_scope.mayGo(file.location) && !m_scope.protection().wasPutHere(file.location);
 }
@@ -165,7 +165,7 @@ std::optional<QString> Gathering::usableGroup(const QString &name) const
     return group != m_groups.end() ? std::optional(group->first) : std::nullopt;
 }
 
-/// The answer counts only if it is one of the groups.
+/// Ignores answers that are not one of the groups.
 std::optional<QString> Gathering::asked(const Location &file) const
 {
     if (!m_choose || m_groups.empty())
@@ -207,8 +207,8 @@ LooseFile Gathering::placed(const SurveyedFile &file, const Target &target)
     const Location folder = m_groups.at(target.group);
     const std::string name = file.location.filename().native();
     std::string newName = fittingName(cleanedName(name));
-    // A number that a taken name forces on the file would make "bereinigt" a lie, and a name that another loose file has is
-    // that file's.
+    // With a number appended, the reason "bereinigt" would be false; and the present name of another loose file is
+    // reserved for that file.
     if (newName != name && (!isFree(folder / newName) || m_own.contains(folded(shown(folder / newName)))))
         newName = name;
     const NameChange change = newName != name ? NameChange::Cleaned : NameChange::None;

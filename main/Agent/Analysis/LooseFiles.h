@@ -13,11 +13,11 @@
 
 namespace brellin {
 
-/// Chooses one of the groups for a file by its content; nothing where none fits, or nobody can be asked.
+/// Chooses one of the groups for a file by its content; nullopt if none fits or no model is available.
 using GroupChooser =
     std::function<std::optional<QString>(const Location &file, const QStringList &groups, const JobControl &control)>;
 
-/// A file that lies about and the place in a collecting folder where it would go.
+/// A loose file and its destination in a collecting folder.
 struct LooseFile {
     Location file;
     FileState state;
@@ -27,15 +27,15 @@ struct LooseFile {
 
 struct LooseFiles {
     std::vector<LooseFile> files;
-    int leftForScripts = 0; ///< stay because a script in the folder names them
+    int leftForScripts = 0; ///< these stay because a script in the folder names them
 };
 
-/// The group that a file of this category goes to by default.
+/// The default group for files of this category.
 QString groupForCategory(const QString &category);
 
-/// The files directly in the analysed folder that can be gathered into its collecting folders. What is `taken`, is part of
-/// a project, belongs to a neighbour (a saved page and its folder, a picture and its notes), is still being written, or was
-/// put there by an earlier run stays. `choose` may be empty.
+/// The files directly in the analysed folder that can be moved to its collecting folders. Excludes files that are
+/// `taken`, belong to a project or to a neighbour (a saved page and its folder, a picture and its sidecar), are
+/// unfinished downloads, or were put there by an earlier run. `choose` may be empty.
 LooseFiles looseFiles(const AnalysisScope &scope, const std::set<Location> &taken, const GroupChooser &choose,
                       JobControl &control);
 

@@ -45,7 +45,7 @@ std::vector<Entry> entriesOf(const Location &folder, const JobControl *control)
     return entries;
 }
 
-/// Folders of modules that package managers and build tools fill.
+/// Folders filled by package managers and build tools.
 bool isModuleFolder(const Entry &entry)
 {
     constexpr auto more = std::to_array<std::string_view>({"packages", "third_party", "jspm_packages"});
@@ -56,13 +56,13 @@ bool isModuleFolder(const Entry &entry)
            std::ranges::find(more, entry.name) != more.end();
 }
 
-/// A folder that development tools show as one thing.
+/// A folder that development tools treat as one document.
 bool isProjectBundle(std::string_view name)
 {
     return isProjectMarker(name) || name.ends_with(".xcworkspace");
 }
 
-/// Whether source code lies anywhere in a folder.
+/// Whether a folder contains source code at any depth.
 bool holdsCode(const Location &folder, const JobControl *control)
 {
     bool found = false;
@@ -72,11 +72,11 @@ bool holdsCode(const Location &folder, const JobControl *control)
     };
     const WalkOptions options{.otherVolumes = false, .prune = {}};
     const bool walked = walk(folder, options, look, control).has_value();
-    // A folder whose insides stay unknown is left alone.
+    // Protect a folder that cannot be read.
     return found || !walked;
 }
 
-/// The scripts of one folder, to be asked which of them uses an entry.
+/// The scripts of one folder, searched for mentions of its entries.
 class FolderScripts {
 public:
     FolderScripts(const Location &folder, const std::vector<Entry> &entries)
@@ -85,7 +85,7 @@ public:
     {
     }
 
-    /// The first script, other than the entry itself, that names it.
+    /// The first script, other than the entry itself, that names the entry.
     QString naming(const Entry &entry) const
     {
         const std::optional<std::size_t> script = m_all.firstOtherMentioningWhole(entry.name);
@@ -107,7 +107,7 @@ private:
     ScriptNames m_all;
 };
 
-/// Empty where nothing speaks for protecting the entry.
+/// Why to protect the entry; empty if there is no reason.
 QString reasonFor(const Entry &entry, const Location &folder, const FolderScripts &scripts, const JobControl *control)
 {
     const auto byName = std::ranges::find(reasonsByName, entry.name, &NamedReason::name);

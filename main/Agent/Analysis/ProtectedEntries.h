@@ -7,12 +7,11 @@
 
 namespace brellin {
 
-/// What directly in a project folder publishing, scripts or tools need, by name, each with the first reason that holds.
-/// Reads only, without touching access times; a folder that cannot be read has no such entries, and a cancelled search
-/// leaves some out.
+/// The entries directly in a project folder that publishing, scripts or tools need, sorted by name, each with the first
+/// reason that applies. Read-only, keeps access times. An unreadable folder has none; a cancelled search is incomplete.
 std::vector<ProtectedEntry> detectProtected(const Location &folder, const JobControl *control = nullptr);
 
-/// The profile that is proposed to the user for a project: everything detected protected, the rest left alone.
+/// The profile proposed for a project: protects everything detected and does not allow tidying.
 FolderProfile detectedProfile(const Location &folder, const JobControl *control = nullptr);
 
 } // namespace brellin
