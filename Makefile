@@ -14,13 +14,13 @@ setup:
 	@tools/timed "Set-up" tools/setup build
 
 build: setup
-	@tools/timed "Programs, from scratch about 5 minutes on two cores" tools/build release --target programs
+	@tools/timed "Programs, from scratch about 3 minutes on two cores" tools/build release --target programs
 
 run: build
 	@build/release/bin/brellin $(ARGS)
 
 test: setup
-	@tools/timed "Programs and tests, from scratch about 10 minutes on two cores" \
+	@tools/timed "Programs and tests, from scratch about 5 minutes on two cores" \
 	    tools/build release $(if $(ROOM),--target tests_$(ROOM))
 	@tools/timed "Tests" \
 	    ctest --preset release --parallel "$$(getconf _NPROCESSORS_ONLN)" $(if $(ROOM),--label-regex '^$(ROOM)$$')
