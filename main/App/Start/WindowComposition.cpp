@@ -21,6 +21,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_sizes(services.settings(), services.volumes(), services.clock())
     , m_colors(services.settings())
     , m_pins(services.settings(), services.folders())
+    , m_folded(services.settings())
     , m_disks(m_bus)
     , m_volumeList(m_mounts, m_disks)
     , m_servers(services.settings(), services.processes())
@@ -66,6 +67,7 @@ WindowServices WindowComposition::forWindows()
     return {panes,
             agent,
             m_pins,
+            m_folded,
             m_volumeList,
             m_servers,
             m_trash,
@@ -88,6 +90,10 @@ void WindowComposition::reload(const std::set<std::string> &lists)
 {
     if (lists.contains(Pins::key.toStdString()))
         m_pins.reload();
+    if (lists.contains("sidebarFolded"))
+        m_folded.reload();
+    if (lists.contains("networkServers"))
+        m_servers.reload();
     if (lists.contains("folderColors"))
         m_colors.reload();
     if (lists.contains("sendToTargets"))

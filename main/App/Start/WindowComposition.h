@@ -16,6 +16,7 @@
 #include "Places/NetworkServers.h"
 #include "Places/UDisksService.h"
 #include "Places/VolumeList.h"
+#include "Sidebar/FoldedSections.h"
 #include "Sidebar/Pins.h"
 #include "System/SystemWorkspace.h"
 
@@ -43,6 +44,7 @@ private:
     FolderSizes m_sizes;
     FolderColors m_colors;
     Pins m_pins;
+    FoldedSections m_folded;
     SystemMountSource m_mounts;
     SystemDiskBus m_bus;
     UDisksService m_disks;

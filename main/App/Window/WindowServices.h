@@ -11,6 +11,7 @@ namespace brellin {
 
 class Decoder;
 class DesktopSettings;
+class FoldedSections;
 class NetworkServers;
 class Notices;
 class Pins;
@@ -23,6 +24,7 @@ struct WindowServices {
     BrowserServices panes;
     AgentPorts agent;
     Pins &pins;
+    FoldedSections &folded;
     VolumeList &volumeList;
     NetworkServers &servers;
     TrashList &trash;

@@ -5,10 +5,10 @@
 #include "Features/FolderColors.h"
 #include "Places/KnownFolders.h"
 #include "Places/VolumeList.h"
+#include "Sidebar/FoldedSections.h"
 #include "Sidebar/FolderTree.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/Screens/VolumeTexts.h"
-#include "System/StoredList.h"
 
 #include <algorithm>
 
@@ -17,8 +17,6 @@ namespace brellin {
 namespace {
 
 using Rows = std::vector<SidebarRow>;
-
-const QString foldedKey = QStringLiteral("sidebarFolded");
 
 QString keyOf(const QString &kind, const Location &folder)
 {
@@ -91,10 +89,9 @@ QString accessibleText(const SidebarRow &row)
 
 SidebarRows::SidebarRows(SidebarSources sources, QObject *parent) : QAbstractListModel(parent), m_sources(sources)
 {
-    for (const QString &section : storedList<QString>(m_sources.defaults, foldedKey).value_or(std::vector<QString>()))
-        m_folded.insert(section);
     takeRoots();
     rebuild();
+    m_sources.folded.folded.observe(this, [this](const auto &) { rebuild(); });
     m_sources.pins.entries.observe(this, [this](const auto &) { rebuild(); });
     m_sources.tree.rows.observe(this, [this](const auto &) { rebuild(); });
     m_sources.colors.observe(this, [this](const Location &) { rebuild(); });
@@ -142,7 +139,7 @@ bool SidebarRows::addHead(Rows &rows, const QString &key, const QString &title) 
     row.kind = SidebarRow::Kind::Section;
     row.key = key;
     row.title = title;
-    row.expanded = !m_folded.contains(key);
+    row.expanded = !m_sources.folded.folded.get().contains(key);
     row.expandable = true;
     rows.push_back(row);
     return row.expanded;
@@ -289,22 +286,9 @@ void SidebarRows::setEjecting(const Location &volume, bool ejecting)
 
 void SidebarRows::setFolded(const QString &section, bool folded)
 {
-    if (folded)
-        m_folded.insert(section);
-    else
-        m_folded.erase(section);
-    const Result<void> stored =
-        updateList<QString>(m_sources.defaults, foldedKey,
-                            [&](std::optional<std::vector<QString>> list) -> std::optional<std::vector<QString>> {
-                                std::vector<QString> all = list ? *std::move(list) : std::vector<QString>();
-                                std::erase(all, section);
-                                if (folded)
-                                    all.push_back(section);
-                                return all;
-                            });
-    rebuild();
-    if (!stored)
-        Q_EMIT failed(stored.error().message);
+    if (const Result<void> stored = m_sources.folded.setFolded(section, folded); !stored)
+        Q_EMIT failed(QStringLiteral("Was aufgeklappt ist, konnte nicht gespeichert werden: ") +
+                      stored.error().message);
 }
 
 int SidebarRows::rowCount(const QModelIndex &parent) const

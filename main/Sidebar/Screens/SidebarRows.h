@@ -56,7 +56,6 @@ private:
 
     SidebarSources m_sources;
     std::vector<SidebarRow> m_rows;
-    std::set<QString> m_folded;
     std::set<Location> m_ejecting;
     std::optional<Place> m_current;
     QString m_chosenKey;

@@ -11,10 +11,10 @@ namespace brellin {
 
 class FolderColors;
 class FolderTree;
+class FoldedSections;
 class KnownFolders;
 class Pins;
 class ThumbnailImages;
-class UserDefaults;
 class VolumeList;
 
 /// What the sidebar shows and edits. All outlive it.
@@ -23,7 +23,7 @@ struct SidebarSources {
     FolderTree &tree; ///< its roots are set by the sidebar: "Benutzerordner" and every volume
     VolumeList &volumes;
     FolderColors &colors;
-    UserDefaults &defaults; ///< which sections are folded: "sidebarFolded"
+    FoldedSections &folded;
     const KnownFolders &folders;
     ThumbnailImages *images = nullptr; ///< for entries with a picture of their own
 };

@@ -1,7 +1,10 @@
 #include "App/Window/WindowWorld.h"
 
 #include "App/Window/SettingsSheet.h"
+#include "Places/NetworkServers.h"
+#include "Sidebar/FoldedSections.h"
 #include "Sidebar/Screens/SidebarView.h"
+#include "System/FileUserDefaults.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -89,6 +92,24 @@ TEST_F(WindowSettingsTest, nonsenseCountsAsUsual)
     openSheet();
     EXPECT_EQ(find<QComboBox>(QStringLiteral("appearance"))->currentText(), QStringLiteral("Wie das System"));
     EXPECT_EQ(find<QComboBox>(QStringLiteral("fontFactor"))->currentText(), QStringLiteral("Schrift 100 %"));
+}
+
+TEST_F(WindowSettingsTest, followWhatAnotherProgramStores)
+{
+    open();
+    composition->start();
+    FileUserDefaults other(services->settings().fileOf(QStringLiteral("windows")).parent_path());
+    const auto store = [&](const char *list, const QByteArray &json) {
+        ASSERT_TRUE(other.update(QString::fromUtf8(list), [&](const auto &) { return UserDefaults::Change{json}; }));
+    };
+    store("sidebarFolded", R"(["quickAccess"])");
+    store("networkServers", R"([{"address":"smb://nas/Musik","name":"Musik auf nas"}])");
+    const WindowServices all = composition->forWindows();
+    EXPECT_TRUE(waitUntil([&] { return all.folded.folded.get().contains(QStringLiteral("quickAccess")); }));
+    EXPECT_TRUE(waitUntil([&] { return all.servers.servers.get().size() == 1; }));
+    for (const char *const list : {"sidebarFolded", "networkServers"})
+        store(list, "[]");
+    EXPECT_TRUE(waitUntil([&] { return all.folded.folded.get().empty() && all.servers.servers.get().empty(); }));
 }
 
 /// A drag of files over the sidebar, without a mouse.

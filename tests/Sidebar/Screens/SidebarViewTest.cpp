@@ -4,6 +4,7 @@
 #include "Look/Theme.h"
 #include "Places/KnownFolders.h"
 #include "Places/VolumeList.h"
+#include "Sidebar/FoldedSections.h"
 #include "Sidebar/FolderTree.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/Screens/SidebarRows.h"
@@ -74,8 +75,8 @@ protected:
     /// The window has the sidebar once the disks have told what they know.
     SidebarView &open()
     {
-        view = std::make_unique<SidebarView>(SidebarSources{pins, folderTree, volumes, colors, defaults, folders},
-                                             nullptr);
+        view =
+            std::make_unique<SidebarView>(SidebarSources{pins, folderTree, volumes, colors, folded, folders}, nullptr);
         QObject::connect(view.get(), &SidebarView::chosen, [this](const SidebarItem &one) { chosen.push_back(one); });
         QObject::connect(view.get(), &SidebarView::chosenForNewTab,
                          [this](const SidebarItem &one) { newTabs.push_back(one); });
@@ -152,6 +153,7 @@ protected:
                            return VolumeSpace{500'000'000'000, 212'400'000'000};
                        }};
     Pins pins{defaults, folders};
+    FoldedSections folded{defaults};
     FolderTree folderTree{defaults};
     FolderColors colors{defaults};
     std::unique_ptr<SidebarView> view;
@@ -215,6 +217,7 @@ TEST_F(SidebarViewTest, keysChooseFoldAndRemove)
     EXPECT_FALSE(titles().contains(QStringLiteral("Fotos-Mediathek")));
     EXPECT_EQ(list()->currentIndex().data().toString(), QStringLiteral("Schnellzugriff"));
     view.reset();
+    folded.reload();
     open();
     EXPECT_FALSE(titles().contains(QStringLiteral("Fotos-Mediathek"))) << "still folded at the next start";
     click(line(QStringLiteral("Schnellzugriff"), SidebarRow::Kind::Section));
