@@ -3,7 +3,7 @@
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
 #include "Disk/Walk.h"
-#include "System/StoredList.h"
+#include "Sidebar/ExpandedFolders.h"
 
 #include <QCollator>
 
@@ -13,8 +13,6 @@
 namespace brellin {
 
 namespace {
-
-const QString key = QStringLiteral("sidebarExpanded");
 
 /// The folders in a folder, as a person sorts them. A folder that cannot be read has none.
 std::vector<std::string> foldersIn(const Location &folder, bool hidden, const JobControl &control)
@@ -51,9 +49,19 @@ std::vector<std::string> foldersIn(const Location &folder, bool hidden, const Jo
 
 } // namespace
 
-FolderTree::FolderTree(UserDefaults &defaults) : m_defaults(defaults)
+FolderTree::FolderTree(ExpandedFolders &stored) : m_stored(stored)
 {
-    for (const Location &folder : storedList<Location>(m_defaults, key).value_or(std::vector<Location>()))
+    takeStored();
+    m_stored.changesByOthers.observe(this, [this](int) {
+        takeStored();
+        rebuild();
+    });
+}
+
+void FolderTree::takeStored()
+{
+    m_expanded.clear();
+    for (const Location &folder : m_stored.stored())
         m_expanded.insert(folder.native());
 }
 
@@ -90,16 +98,17 @@ const FolderTree::Root *FolderTree::rootOf(const Location &folder) const
     return deepest;
 }
 
-void FolderTree::expand(const Location &folder)
+Result<void> FolderTree::expand(const Location &folder)
 {
-    setExpanded({folder}, true);
+    Result<void> stored = setExpanded({folder}, true);
     // What is known is shown at once; it may be old.
     refresh(folder);
+    return stored;
 }
 
-void FolderTree::collapse(const Location &folder)
+Result<void> FolderTree::collapse(const Location &folder)
 {
-    setExpanded({folder}, false);
+    return setExpanded({folder}, false);
 }
 
 void FolderTree::reveal(const Location &folder)
@@ -119,10 +128,10 @@ void FolderTree::reveal(const Location &folder)
             std::ranges::find(*known->second->children, name) == known->second->children->end())
             refresh(place);
     }
-    setExpanded(above, true);
+    (void)setExpanded(above, true);
 }
 
-void FolderTree::setExpanded(const std::vector<Location> &folders, bool expanded)
+Result<void> FolderTree::setExpanded(const std::vector<Location> &folders, bool expanded)
 {
     std::vector<Location> changed;
     for (const Location &folder : folders) {
@@ -132,27 +141,10 @@ void FolderTree::setExpanded(const std::vector<Location> &folders, bool expanded
             changed.push_back(folder);
     }
     if (changed.empty())
-        return;
-    storeExpanded(changed, expanded);
+        return {};
+    Result<void> stored = m_stored.setExpanded(changed, expanded);
     rebuild();
-}
-
-void FolderTree::storeExpanded(const std::vector<Location> &folders, bool expanded)
-{
-    // Not worth a message: the tree is only less open at the next start.
-    [[maybe_unused]] const Result<void> stored = updateList<Location>(
-        m_defaults, key, [&](std::optional<std::vector<Location>> list) -> std::optional<std::vector<Location>> {
-            std::vector<Location> all = list ? *std::move(list) : std::vector<Location>();
-            for (const Location &folder : folders) {
-                std::erase(all, folder);
-                if (expanded)
-                    all.push_back(folder);
-            }
-            constexpr std::ptrdiff_t most = 500;
-            const auto tooMany = std::max<std::ptrdiff_t>(0, std::ssize(all) - most);
-            all.erase(all.begin(), all.begin() + tooMany);
-            return all;
-        });
+    return stored;
 }
 
 void FolderTree::refresh(const Location &folder)

@@ -4,7 +4,6 @@
 #include "Base/Location.h"
 #include "Base/Published.h"
 #include "Base/Result.h"
-#include "System/UserDefaults.h"
 
 #include <QString>
 #include <QThreadPool>
@@ -17,6 +16,8 @@
 #include <vector>
 
 namespace brellin {
+
+class ExpandedFolders;
 
 /// One visible line of the tree.
 struct FolderTreeRow {
@@ -37,12 +38,12 @@ struct FolderTreeRoot {
 };
 
 /// The folders below each root, as far as they are opened: read on demand on a worker (a server that does not answer keeps only
-/// its own line loading), cached, and opened again at the next start ("sidebarExpanded"). Links and packages are no folders
+/// its own line loading), cached, and opened again at the next start. Links and packages are no folders
 /// here. Lives on the main thread.
 class FolderTree : public Model<FolderTree> {
 public:
-    /// The settings outlive it.
-    explicit FolderTree(UserDefaults &defaults);
+    /// What is open at the start, and where that is stored; outlives it.
+    explicit FolderTree(ExpandedFolders &stored);
 
     /// The lines to be drawn, from top to bottom.
     Published<std::vector<FolderTreeRow>> rows;
@@ -52,9 +53,11 @@ public:
     /// Whether hidden folders are listed.
     void setShowHidden(bool show);
 
-    void expand(const Location &folder);
-    void collapse(const Location &folder);
-    /// Opens the tree down to this folder, below the deepest root that holds it. The folder itself stays as it is.
+    /// A failure to store it is returned; the folder is opened or closed all the same.
+    Result<void> expand(const Location &folder);
+    Result<void> collapse(const Location &folder);
+    /// Opens the tree down to this folder, below the deepest root that holds it. The folder itself stays as it is. Not being
+    /// able to store that is no failure: nobody asked for it.
     void reveal(const Location &folder);
     /// The content of this folder has changed.
     void refresh(const Location &folder);
@@ -72,15 +75,15 @@ private:
     };
 
     const Root *rootOf(const Location &folder) const;
-    void setExpanded(const std::vector<Location> &folders, bool expanded);
-    void storeExpanded(const std::vector<Location> &folders, bool expanded);
+    Result<void> setExpanded(const std::vector<Location> &folders, bool expanded);
+    void takeStored();
     void read(const std::string &path);
     void finished(const std::string &path, Names names);
     void forgetBelow(const std::string &path, const Names &kept);
     void rebuild();
     void addRows(std::vector<FolderTreeRow> &list, const Location &folder, const QString &name, int depth);
 
-    UserDefaults &m_defaults;
+    ExpandedFolders &m_stored;
     std::vector<Root> m_roots;
     bool m_showHidden = false;
     std::set<std::string> m_expanded; ///< by path

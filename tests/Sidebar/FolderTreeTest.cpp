@@ -1,5 +1,6 @@
 #include "Sidebar/FolderTree.h"
 
+#include "Sidebar/ExpandedFolders.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 #include "System/MemoryUserDefaults.h"
@@ -67,7 +68,8 @@ protected:
 
     TempTree files;
     MemoryUserDefaults defaults;
-    FolderTree tree{defaults};
+    ExpandedFolders stored{defaults};
+    FolderTree tree{stored};
 };
 
 } // namespace
@@ -75,16 +77,16 @@ protected:
 TEST_F(FolderTreeTest, opensOnDemandInTheOrderOfPeople)
 {
     EXPECT_EQ(text(tree), QStringLiteral("+Benutzerordner\n+Platte"));
-    tree.expand(files.path("home"));
+    EXPECT_TRUE(tree.expand(files.path("home")));
     EXPECT_TRUE(tree.rows.get()[0].loading);
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +B9\n +b10\n+Platte")));
     tree.setShowHidden(true);
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +.punkt\n +a\n +B9\n +b10\n+Platte")));
     tree.setShowHidden(false);
-    tree.expand(files.path("home/a"));
+    EXPECT_TRUE(tree.expand(files.path("home/a")));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n -a\n +B9\n +b10\n+Platte")));
     EXPECT_FALSE(tree.rows.get()[1].expandable);
-    tree.collapse(files.path("home"));
+    EXPECT_TRUE(tree.collapse(files.path("home")));
     EXPECT_EQ(text(tree), QStringLiteral("+Benutzerordner\n+Platte"));
 }
 
@@ -96,7 +98,8 @@ TEST_F(FolderTreeTest, followsThePaneAndRemembersWhatIsOpen)
     tree.reveal(files.path("sonstwo"));
     EXPECT_EQ(text(tree), open);
 
-    FolderTree next(defaults);
+    ExpandedFolders kept(defaults);
+    FolderTree next(kept);
     next.setRoots(roots());
     ASSERT_TRUE(shows(next, open));
     next.setRoots({roots()[1]});
@@ -122,4 +125,43 @@ TEST_F(FolderTreeTest, hearsOfNewAndVanishedFolders)
     });
     tree.refresh(files.path("home"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n +z\n+Platte")));
+}
+
+TEST_F(FolderTreeTest, followsAnotherProgramButNotAnotherWindow)
+{
+    FolderTree otherWindow(stored);
+    otherWindow.setRoots(roots());
+    EXPECT_TRUE(tree.expand(files.path("home")));
+    stored.reload();
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +B9\n +b10\n+Platte")));
+    EXPECT_EQ(text(otherWindow), QStringLiteral("+Benutzerordner\n+Platte"));
+
+    ExpandedFolders otherProgram(defaults);
+    EXPECT_TRUE(otherProgram.setExpanded({files.path("home")}, false));
+    EXPECT_TRUE(otherProgram.setExpanded({files.path("platte")}, true));
+    stored.reload();
+    const QString stands = QStringLiteral("+Benutzerordner\n-Platte\n +alt");
+    EXPECT_TRUE(shows(tree, stands));
+    EXPECT_TRUE(shows(otherWindow, stands));
+    EXPECT_TRUE(defaults.replace(QStringLiteral("sidebarExpanded"), "[damaged"));
+    stored.reload();
+    EXPECT_EQ(text(tree), stands);
+}
+
+TEST_F(FolderTreeTest, saysThatWhatIsOpenIsNotStored)
+{
+    class Full : public MemoryUserDefaults {
+        Result<void> update(const QString &,
+                            const std::function<std::optional<Change>(const std::optional<QByteArray> &)> &) override
+        {
+            return failure(Failure::system(ENOSPC));
+        }
+    } full;
+    ExpandedFolders unwritable(full);
+    FolderTree window(unwritable);
+    window.setRoots(roots());
+    EXPECT_FALSE(window.expand(files.path("platte")));
+    EXPECT_TRUE(shows(window, QStringLiteral("+Benutzerordner\n-Platte\n +alt"))) << "open all the same";
+    EXPECT_FALSE(window.collapse(files.path("platte")));
+    EXPECT_EQ(text(window), QStringLiteral("+Benutzerordner\n+Platte"));
 }

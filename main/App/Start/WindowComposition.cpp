@@ -22,6 +22,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_colors(services.settings())
     , m_pins(services.settings(), services.folders())
     , m_folded(services.settings())
+    , m_expanded(services.settings())
     , m_disks(m_bus)
     , m_volumeList(m_mounts, m_disks)
     , m_servers(services.settings(), services.processes())
@@ -68,6 +69,7 @@ WindowServices WindowComposition::forWindows()
             agent,
             m_pins,
             m_folded,
+            m_expanded,
             m_volumeList,
             m_servers,
             m_trash,
@@ -92,6 +94,8 @@ void WindowComposition::reload(const std::set<std::string> &lists)
         m_pins.reload();
     if (lists.contains("sidebarFolded"))
         m_folded.reload();
+    if (lists.contains("sidebarExpanded"))
+        m_expanded.reload();
     if (lists.contains("networkServers"))
         m_servers.reload();
     if (lists.contains("folderColors"))

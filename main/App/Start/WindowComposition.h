@@ -16,6 +16,7 @@
 #include "Places/NetworkServers.h"
 #include "Places/UDisksService.h"
 #include "Places/VolumeList.h"
+#include "Sidebar/ExpandedFolders.h"
 #include "Sidebar/FoldedSections.h"
 #include "Sidebar/Pins.h"
 #include "System/SystemWorkspace.h"
@@ -45,6 +46,7 @@ private:
     FolderColors m_colors;
     Pins m_pins;
     FoldedSections m_folded;
+    ExpandedFolders m_expanded;
     SystemMountSource m_mounts;
     SystemDiskBus m_bus;
     UDisksService m_disks;

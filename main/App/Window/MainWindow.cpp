@@ -78,7 +78,7 @@ void MainWindow::buildBody(const StoredWindow &from)
     m_body->setObjectName(QStringLiteral("body"));
     m_body->setHandleWidth(1);
     m_body->setChildrenCollapsible(false);
-    m_tree = std::make_unique<FolderTree>(m_services.defaults());
+    m_tree = std::make_unique<FolderTree>(m_services.expanded);
     m_sidebar = new SidebarView({m_services.pins, *m_tree, m_services.volumeList, m_services.panes.colors,
                                  m_services.folded, m_services.folders(), &m_services.thumbnails},
                                 m_body);

@@ -11,6 +11,7 @@ namespace brellin {
 
 class Decoder;
 class DesktopSettings;
+class ExpandedFolders;
 class FoldedSections;
 class NetworkServers;
 class Notices;
@@ -25,6 +26,7 @@ struct WindowServices {
     AgentPorts agent;
     Pins &pins;
     FoldedSections &folded;
+    ExpandedFolders &expanded;
     VolumeList &volumeList;
     NetworkServers &servers;
     TrashList &trash;

@@ -172,12 +172,13 @@ void SidebarView::Private::choose(const QModelIndex &index, SidebarList::Where w
 void SidebarView::Private::toggle(const QModelIndex &index)
 {
     const SidebarRow row = rows->row(index);
+    const QString notKept = QStringLiteral("Was aufgeklappt ist, konnte nicht gespeichert werden");
     if (row.kind == Kind::Section)
         rows->setFolded(row.key, row.expanded);
     else if (row.kind == Kind::Folder && row.expanded)
-        sources.tree.collapse(row.choice->location);
+        report(sources.tree.collapse(row.choice->location), notKept);
     else if (row.kind == Kind::Folder)
-        sources.tree.expand(row.choice->location);
+        report(sources.tree.expand(row.choice->location), notKept);
 }
 
 /// Takes a copy: the lines change as soon as this one says what happens to it.

@@ -2,6 +2,7 @@
 
 #include "App/Window/SettingsSheet.h"
 #include "Places/NetworkServers.h"
+#include "Sidebar/ExpandedFolders.h"
 #include "Sidebar/FoldedSections.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "System/FileUserDefaults.h"
@@ -104,12 +105,15 @@ TEST_F(WindowSettingsTest, followWhatAnotherProgramStores)
     };
     store("sidebarFolded", R"(["quickAccess"])");
     store("networkServers", R"([{"address":"smb://nas/Musik","name":"Musik auf nas"}])");
+    store("sidebarExpanded", R"(["/tmp"])");
     const WindowServices all = composition->forWindows();
     EXPECT_TRUE(waitUntil([&] { return all.folded.folded.get().contains(QStringLiteral("quickAccess")); }));
     EXPECT_TRUE(waitUntil([&] { return all.servers.servers.get().size() == 1; }));
-    for (const char *const list : {"sidebarFolded", "networkServers"})
+    EXPECT_TRUE(waitUntil([&] { return all.expanded.stored() == std::vector<Location>{"/tmp"}; }));
+    for (const char *const list : {"sidebarFolded", "networkServers", "sidebarExpanded"})
         store(list, "[]");
     EXPECT_TRUE(waitUntil([&] { return all.folded.folded.get().empty() && all.servers.servers.get().empty(); }));
+    EXPECT_TRUE(waitUntil([&] { return all.expanded.stored().empty(); }));
 }
 
 /// A drag of files over the sidebar, without a mouse.

@@ -4,6 +4,7 @@
 #include "Look/Theme.h"
 #include "Places/KnownFolders.h"
 #include "Places/VolumeList.h"
+#include "Sidebar/ExpandedFolders.h"
 #include "Sidebar/FoldedSections.h"
 #include "Sidebar/FolderTree.h"
 #include "Sidebar/Pins.h"
@@ -154,7 +155,8 @@ protected:
                        }};
     Pins pins{defaults, folders};
     FoldedSections folded{defaults};
-    FolderTree folderTree{defaults};
+    ExpandedFolders expanded{defaults};
+    FolderTree folderTree{expanded};
     FolderColors colors{defaults};
     std::unique_ptr<SidebarView> view;
     std::vector<SidebarItem> chosen;
@@ -255,7 +257,7 @@ TEST_F(SidebarViewTest, theLineThatWasChosenIsHighlighted)
     EXPECT_EQ(rows()->row(rows()->current()).kind, SidebarRow::Kind::Quick);
     EXPECT_FALSE(titles().contains(QStringLiteral("Documents"))) << "the tree stays as it is";
 
-    folderTree.expand(tree.root());
+    EXPECT_TRUE(folderTree.expand(tree.root()));
     ASSERT_TRUE(waitUntil([this] { return titles().count(QStringLiteral("Downloads")) == 2; }));
     click(line(QStringLiteral("Downloads"), SidebarRow::Kind::Folder));
     sidebar.setCurrent(Place::folder(tree.path("Downloads")));
