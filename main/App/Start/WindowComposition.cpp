@@ -40,6 +40,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_sendTo(services.settings(), services.folders())
     , m_agent(services.forAgent(), CleanupAgent::Loading::WithStart)
     , m_model(services.forAgent().forModel())
+    , m_check(services, m_notices)
 {
     m_transfers.lastFinished.observe(&m_transfers,
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
@@ -114,6 +115,7 @@ void WindowComposition::start()
 {
     m_volumeList.start();
     m_agent.start();
+    m_check.start();
     m_watch = std::make_unique<SettingsWatch>(m_services.settings().fileOf(Pins::key).parent_path(),
                                               [this](const std::set<std::string> &lists) { reload(lists); });
 }

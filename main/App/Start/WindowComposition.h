@@ -3,6 +3,7 @@
 #include "Agent/Model/ModelSettings.h"
 #include "App/Services.h"
 #include "App/Start/SettingsWatch.h"
+#include "App/Start/StoredDataCheck.h"
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/Notices.h"
 #include "App/Window/WindowServices.h"
@@ -66,6 +67,7 @@ private:
     CleanupAgent m_agent;
     ModelSettings m_model;
     Notices m_notices;
+    StoredDataCheck m_check;
     std::unique_ptr<SettingsWatch> m_watch;
 };
 

@@ -1,5 +1,6 @@
 #include "App/Window/WindowWorld.h"
 
+#include "App/Window/Notices.h"
 #include "App/Window/SettingsSheet.h"
 #include "Places/NetworkServers.h"
 #include "Sidebar/ExpandedFolders.h"
@@ -114,6 +115,22 @@ TEST_F(WindowSettingsTest, followWhatAnotherProgramStores)
         store(list, "[]");
     EXPECT_TRUE(waitUntil([&] { return all.folded.folded.get().empty() && all.servers.servers.get().empty(); }));
     EXPECT_TRUE(waitUntil([&] { return all.expanded.stored().empty(); }));
+}
+
+TEST_F(WindowSettingsTest, nameWhatIsDamagedAndKeepALastGoodVersionOfTheRest)
+{
+    const Location settings = services->settings().fileOf(QStringLiteral("windows")).parent_path();
+    std::filesystem::create_directories(settings);
+    std::ofstream(settings / "windows.json") << R"([{"tabs":[]},{"tabs":7}])";
+    std::ofstream(settings / "sidebarFolded.json") << "[]";
+    std::filesystem::remove(settings / "sidebarFolded.zuletzt-gut.json");
+    composition->start();
+    const WindowServices all = composition->forWindows();
+    EXPECT_TRUE(waitUntil([&] { return !all.notices.unread.get().isEmpty(); }));
+    EXPECT_TRUE(all.notices.unread.get().join(u' ').contains(QStringLiteral("„windows.json“ ist zum Teil beschädigt")));
+    EXPECT_TRUE(entryExists(settings / "sidebarFolded.zuletzt-gut.json"));
+    for (const char *const file : {"windows.json", "windows.zuletzt-gut.json"})
+        std::filesystem::remove(settings / file);
 }
 
 /// A drag of files over the sidebar, without a mouse.
