@@ -6,7 +6,7 @@
 #include "Runs/RunJson.h"
 #include "System/StoredList.h"
 
-/// The stored form of all that the agent stores.
+/// The stored forms of the agent's own records.
 namespace brellin {
 
 template <>
@@ -16,7 +16,7 @@ struct JsonTable<NeverProposed> {
 };
 template <>
 inline constexpr bool recordsStandAlone<NeverProposed> = false;
-/// Without what it says of a finding it would not be found again.
+/// Without these keys the proposal would not be recognised.
 template <>
 struct DecisiveKeys<NeverProposed> {
     static JsonResult<void> check(const QJsonValue &finding);

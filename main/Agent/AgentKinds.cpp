@@ -17,8 +17,8 @@ namespace brellin {
 
 namespace {
 
-/// Settings that are begun anew are not those of an earlier version: the rules got their examples long ago, and the user may
-/// have deleted some since.
+/// Reset settings are not those of an earlier version: the rules got their examples long ago, and the user may have
+/// deleted some since.
 StoredKind settingsKind()
 {
     StoredKind kind = storedObjectKind(QStringLiteral("settings"));

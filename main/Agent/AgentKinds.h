@@ -6,11 +6,11 @@
 
 namespace brellin {
 
-/// Every list that the agent stores, and the plain settings, which tell when it begins.
+/// Every list that the agent stores, and the plain settings, which hold its schedule.
 const std::vector<StoredKind> &agentKinds();
-/// The keys of those that grow with the number of files handled.
+/// The keys of the lists that grow with the number of files handled.
 const QStringList &longAgentLists();
-/// The one of a key; none of the agent's: nothing.
+/// The list with this key; null if the agent has none.
 const StoredKind *agentKind(const QString &key);
 
 } // namespace brellin

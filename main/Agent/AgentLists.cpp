@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// What the agent must know whole before it does anything.
+/// Lists without which the agent must not act.
 bool isDecisive(const StoredCondition &one)
 {
     return one.list == AgentKeys::rules || one.list == GuardKeys::profiles || one.list == AgentKeys::never;
@@ -28,7 +28,7 @@ std::vector<Record> taken(AgentLists &lists, const UserDefaults &defaults, const
     return list.value_or(std::move(usual));
 }
 
-/// What the user has laid down cannot be read whole.
+/// The failure to report if a list of the user cannot be read completely.
 Failure listDamaged(const StoredCondition &list)
 {
     Failure why = list.failure();

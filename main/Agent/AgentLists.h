@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// What the user has laid down for the agent, read together and just now: another program may have changed it since the
-/// window was opened. What does not decode has its default here, and stands in `damaged`.
+/// The user's lists for the agent, read together and fresh: another process may have changed them since the window was
+/// opened. A list that cannot be decoded has its default value here and an entry in `damaged`.
 struct AgentLists {
     std::vector<CleanupRule> rules;
     std::vector<FolderProfile> profiles;
@@ -20,15 +20,16 @@ struct AgentLists {
     static AgentLists read(const UserDefaults &defaults, const KnownFolders &folders);
 };
 
-/// Why the agent must not act on what it has read: rules, profiles or the list of what is never to be proposed are not known
-/// whole. A lost rule's files would fall to the next rule, those of a lost profile to the first.
+/// Fails if the agent must not act: the rules, the profiles or the never-propose list cannot be read completely. The
+/// files of a lost rule would fall to the next rule, and those of a lost profile would be unprotected.
 Result<void> agentMayAct(const std::vector<StoredCondition> &damaged);
-/// The same for what is stored now.
+/// The same for the lists as stored now.
 Result<void> agentMayAct(const UserDefaults &defaults);
-/// Why it must not begin by itself: when to, or where to look for duplicates, is not known either.
+/// Fails if the agent must not start by itself: also if its schedule or the folders searched for duplicates are
+/// unknown.
 Result<void> agentMayBegin(const std::vector<StoredCondition> &damaged);
 
-/// The folders searched for duplicates until the user chooses others.
+/// The folders searched for duplicates unless the user chooses others.
 std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders);
 
 } // namespace brellin

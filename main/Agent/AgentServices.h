@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// What the agent needs from outside. Everything outlives the agent and its jobs.
+/// The ports of the agent. Everything referenced must outlive the agent and its jobs.
 struct AgentServices : RunServices {
     const KnownFolders &folders;
     LanguageModel &model;

@@ -24,15 +24,16 @@ const QString autoDuplicatesKey = QStringLiteral("agentAutoDuplicates");
 const QString newSinceViewedKey = QStringLiteral("agentNewSinceViewed");
 const QString lastRunKey = QStringLiteral("agentLastRun");
 
-/// The step at hand ends by itself; what does not in time is the journal's to finish.
+/// Time for the current step to finish; if it takes longer, recovery completes it from the journal.
 constexpr auto patienceAtTheEnd = std::chrono::seconds(5);
-/// Handing a report over goes on beside an operation.
+/// A hand-over runs beside an operation.
 constexpr int mostThreads = 3;
 
 constexpr int defaultIntervalHours = 24;
 constexpr int longestIntervalHours = 24 * 366;
 
-/// Changes a stored list that is also published; what is absent starts as `fallback`, what is damaged stays as it is.
+/// Changes a stored list that is also published. A missing list starts as `fallback`; fails without a change if the
+/// list is damaged.
 template <class T>
 Result<std::vector<T>> updated(UserDefaults &defaults, const QString &key, const std::vector<T> &fallback,
                                const std::function<std::vector<T>(std::vector<T>)> &change)
@@ -67,7 +68,7 @@ CleanupAgent::~CleanupAgent()
     cancel();
 }
 
-/// The settings that decide about a scan.
+/// Loads the settings that control scans.
 void CleanupAgent::loadPlain()
 {
     const UserDefaults &defaults = m_services.defaults;
@@ -81,16 +82,16 @@ void CleanupAgent::loadPlain()
     publish(lastRun, last);
 }
 
-/// Brings stored rules and folders of an earlier version up to date, once.
+/// Upgrades stored rules and folders of an earlier version, once.
 void CleanupAgent::upgradeStored(const AgentServices &services)
 {
     UserDefaults &defaults = services.defaults;
     if (plainSetting(defaults, AgentKeys::rulesVersion, 0, 0, std::numeric_limits<int>::max()) >= rulesVersion)
         return;
-    // Damaged settings do not say that they are old.
+    // Damaged settings may have lost the version: they are not necessarily old.
     if (!conditionOf(defaults, storedObjectKind(QStringLiteral("settings"))).isWhole())
         return;
-    // Who has no rules yet starts with the examples as they are.
+    // Without stored rules, start with the examples.
     const Result<void> stored =
         updateList<CleanupRule>(defaults, AgentKeys::rules, [&](std::optional<std::vector<CleanupRule>> old) {
             return std::optional(old ? upgradedRules(*std::move(old), services.folders)
@@ -109,7 +110,7 @@ void CleanupAgent::recover()
         takeStored(takeOver(m_services));
 }
 
-/// Brings what is stored up to date, takes over the runs that were cut short, and reads all of it.
+/// Upgrades the stored data, recovers interrupted runs, and reads everything.
 CleanupAgent::Stored CleanupAgent::takeOver(const AgentServices &services)
 {
     upgradeStored(services);
@@ -117,12 +118,12 @@ CleanupAgent::Stored CleanupAgent::takeOver(const AgentServices &services)
         keepLastGood(services.defaults, kind);
     const std::vector<QUuid> recovered = recoverStored(services);
     Stored stored = readStored(services, {RunKeys::history});
-    // Noted also where that could not be stored.
+    // Publish them even if they could not be stored.
     stored.interrupted.insert(stored.interrupted.end(), recovered.begin(), recovered.end());
     return stored;
 }
 
-/// Takes over the runs that were cut short, and notes which they are.
+/// Recovers interrupted runs and stores their ids.
 std::vector<QUuid> CleanupAgent::recoverStored(const AgentServices &services)
 {
     std::vector<QUuid> found = recoverInterruptedRuns(services);
