@@ -28,169 +28,172 @@ namespace brellin {
 
 struct StoredKind;
 
-/// The cleanup agent: keeps the user's rules, looks what they would do, does what was ticked, and takes it back.
+/// The cleanup agent: holds the user's rules, finds what they would do, executes approved proposals and undoes runs.
 ///
-/// Lives on the main thread. One operation at a time: while `running`, the others do nothing. Each ends with a call of
-/// what `whenFinished` was given. The agent's own timer runs once `start` was called.
+/// Lives on the main thread. One operation at a time: while `running`, starting another one is ignored. Every operation
+/// ends by calling the `whenFinished` callback. The agent's timer starts with start().
 class CleanupAgent : public Model<CleanupAgent> {
 public:
     Published<std::vector<CleanupRule>> rules;
     Published<std::vector<Location>> duplicateFolders;
     Published<std::vector<FolderProfile>> profiles;
     Published<std::optional<FolderProfile>> pendingProfile; ///< awaits the user's confirmation
-    Published<int> intervalHours;                           ///< 0: only by hand
+    Published<int> intervalHours;                           ///< 0: manual scans only
     Published<bool> autoDuplicates;
     Published<std::vector<AgentProposal>> proposals;
-    Published<std::set<QUuid>> chosen;            ///< the ticked proposals
-    Published<std::vector<ProposalGroup>> groups; ///< the proposals by what happens, with counts and sizes
-    Published<bool> leftNothing;                ///< a scan, analysis or run of this sitting has left nothing to propose
+    Published<std::set<QUuid>> chosen;            ///< ids of the ticked proposals
+    Published<std::vector<ProposalGroup>> groups; ///< the proposals by kind, with counts and sizes
+    Published<bool> leftNothing;                ///< a scan, analysis or run since the start has left nothing to propose
     Published<std::vector<JournalRun>> history; ///< newest first
     Published<bool> running;
-    Published<QString> status; ///< what is being done, or what came of the last thing
+    Published<QString> status; ///< the current step, or the result of the last operation
     Published<int> newSinceViewed;
     Published<std::optional<Instant>> lastRun;
     Published<double> progress;                                  ///< 0 … 1 while running
-    Published<QString> detail;                                   ///< the folder or file at hand
-    Published<std::map<QUuid, QString>> failures;                ///< proposals that could not be carried out, and why
-    Published<std::map<QUuid, RunHistory::Aftermath>> aftermath; ///< undone runs: what there is to be known of it
-    Published<std::map<QUuid, QString>> notUndone;               ///< runs that could not be undone just now, and why
-    Published<std::set<QUuid>> interruptedRuns;                  ///< runs that were cut short and taken over
-    Published<std::vector<NeverProposed>> never;                 ///< findings not to be offered again
-    Published<std::vector<StoredCondition>> damaged;             ///< stored lists that cannot be read whole
+    Published<QString> detail;                                   ///< the current folder or file
+    Published<std::map<QUuid, QString>> failures;                ///< why proposals could not be executed
+    Published<std::map<QUuid, RunHistory::Aftermath>> aftermath; ///< what remains to be reported about undone runs
+    Published<std::map<QUuid, QString>> notUndone;               ///< why the last undo of these runs failed
+    Published<std::set<QUuid>> interruptedRuns;                  ///< interrupted runs that were recovered
+    Published<std::vector<NeverProposed>> never;                 ///< findings that must not be proposed again
+    Published<std::vector<StoredCondition>> damaged;             ///< stored lists that cannot be read completely
 
-    /// When the stored lists are read: at once, or by `start` on a worker (long ones take a while, and a window is to open).
+    /// When to read the stored lists: in the constructor, or on a worker by start(), since long lists would delay the
+    /// window.
     enum class Loading { AtOnce, WithStart };
-    /// Loads what is stored and brings it up to date. The services outlive the agent and its work.
+    /// Loads and upgrades the stored data. The services must outlive the agent and its workers.
     explicit CleanupAgent(const AgentServices &services, Loading loading = Loading::AtOnce);
     ~CleanupAgent() override;
 
-    /// Takes over what a killed program left behind, on a worker; then arms the timer and starts a scan that is due.
+    /// Recovers interrupted runs on a worker, then starts the timer and, if one is due, a scan.
     void start();
-    /// The same taking over, at once: for a program without a window.
+    /// Recovers interrupted runs synchronously, for programs without a window.
     void recover();
-    /// Arms the timer anew, after a change of the interval, and starts a scan that is due.
+    /// Restarts the timer after a change of the interval, and starts a scan if one is due.
     void schedule();
-    /// What the timer does: a scan if one is due and nobody is at work with the agent, and the daily look for receipts.
+    /// Called by the timer: starts a scan if one is due and nobody is using the agent, and calls the receipt callback.
     void tick();
-    /// Asked at each tick; for whoever looks for receipts.
+    /// Sets a callback for each tick, for the daily search for receipts.
     void onReceiptTick(std::function<void()> ask) { m_receiptTick = std::move(ask); }
 
-    /// What a scan may do: carry out what is automatic and remember that it was there, or nothing but propose (the last one
-    /// is what `searchDuplicates` does).
+    /// What a scan may do: execute automatic proposals and record the time of the scan, or only propose. DuplicatesOnly
+    /// is the purpose of `searchDuplicates`.
     enum class ScanPurpose { ActAndPropose, ProposeOnly, DuplicatesOnly };
     enum class Tick { Off, On };
     enum class Search { Rules, RulesAndDuplicates };
     void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose);
-    /// Proposes the duplicates in these folders and nothing else.
+    /// Proposes the duplicates in these folders only.
     void searchDuplicates(const std::vector<Location> &folders);
 
-    /// Analyses one folder and replaces the proposals. A software project without a profile ends with `pendingProfile`.
+    /// Analyses one folder and replaces the proposals. For a software project without a profile sets `pendingProfile`.
     void analyze(const Location &folder);
-    /// Stores the pending profile as the user edited it and goes on with the analysis …
+    /// Stores the edited pending profile and repeats the analysis.
     void confirmPendingProfile(const FolderProfile &profile);
-    /// … or ends it without proposals.
+    /// Ends the analysis without proposals.
     void cancelPendingProfile();
 
-    /// Carries out the ticked proposals, in list order, as one run.
+    /// Executes the ticked proposals as one run, in the order of the list.
     void executeChosen();
-    /// Removes proposals from the list; nothing happens to their files.
+    /// Removes proposals from the list; their files stay as they are.
     void discard(const std::set<QUuid> &ids);
     void choose(const std::set<QUuid> &ids);
-    /// Ticks or unticks one proposal …
+    /// Ticks or unticks one proposal.
     void setChosen(const QUuid &proposal, Tick tick);
-    /// … or all that are done the same way.
+    /// Ticks or unticks all proposals of a kind.
     void setGroupChosen(AgentProposal::Kind kind, Tick tick);
-    /// Turns a pair of duplicates round: the file that was to go is kept, the kept one goes instead. Where that cannot be, the
-    /// status says why as well.
+    /// Swaps a pair of duplicates: keeps the file that was to go, and trashes the other. On failure the status gives
+    /// the reason too.
     Result<void> keepInstead(const QUuid &proposal);
-    /// Removes proposals and does not make them again, until the user takes that back.
+    /// Removes proposals and does not make them again until `proposeAgain`.
     void neverPropose(const std::set<QUuid> &ids);
     void proposeAgain(const NeverProposed &one);
-    /// Undoes a run of the history or, where it is undone, tries again what was not restored.
+    /// Undoes a run of the history; for a run already undone, retries what was not restored.
     void undo(const QUuid &run);
-    /// Ends the operation at work as soon as it can stop; it still finishes.
+    /// Cancels the current operation. It still finishes, as soon as it can stop.
     void cancel();
 
-    /// Writes the report of the proposals for `folder` (none: those of the rules).
+    /// Writes the report on the proposals for `folder`; nullopt: on those of the rules. Blocking.
     Result<ReviewReport> writeReport(const std::optional<Location> &folder) const;
-    /// Writes it on a worker, puts the request on the clipboard and hands it over to the desktop's assistant; when that is
-    /// done the status says how it went. One at a time. Both ports outlive the agent.
+    /// Writes the report on a worker, copies the request to the clipboard and opens the desktop's assistant; `status`
+    /// gives the result. Ignored while another hand-over is in progress. Both ports must outlive the agent.
     void handOverToClaude(const std::optional<Location> &folder, Workspace &workspace, Pasteboard &pasteboard);
 
-    /// Some view of the agent is open: what it shows is not new. Ends with the view.
+    /// Tells whether a view of the agent is visible; while one is, no proposal counts as new. Ends with the view's
+    /// destruction.
     void setViewVisible(const QObject &view, bool visible);
-    /// A list or a sheet is being looked at in some view: the timer does not pull it away. Ends with the view.
+    /// Tells whether the user is looking at a list or sheet in a view; the timer then starts no scan. Ends with the
+    /// view's destruction.
     void setAttended(const QObject &view, bool attended);
 
-    /// What the operations leave for whoever started them.
+    /// Results of the last operations.
     const ScanFindings &findings() const { return m_findings; }
-    /// Leaves sources out of the proposals just found, and of what they are summed up as.
+    /// Removes proposals from the result of the last scan or analysis, and from its totals.
     void leaveOut(const std::set<QUuid> &ids);
     const std::optional<AnalysisFindings> &analysis() const { return m_analysis; }
-    /// The folder whose analysis has found what is listed; none: the rules and the search for duplicates have.
+    /// The analysed folder that the proposals are about; nullopt: they come from a scan.
     const std::optional<Location> &listedFolder() const { return m_listedFolder; }
     const std::optional<ExecutionOutcome> &lastExecution() const { return m_execution; }
     const std::optional<UndoOutcome> &lastUndo() const { return m_undo; }
-    /// Why the last operation was not begun at all, or could not be finished.
+    /// Why the last operation could not be started or completed.
     const std::optional<Failure> &lastFailure() const { return m_failure; }
-    /// Called once when an operation has ended and everything is published.
+    /// Sets a callback for the end of each operation, called after everything is published.
     void whenFinished(std::function<void()> finished) { m_finished = std::move(finished); }
 
-    /// Reads again which of these lists it knows, off the main thread: another program may have changed them. After the
-    /// operation at work. The history is long and is read only where it is among them.
+    /// Re-reads the stored data on a worker after the current operation; another process may have changed it. The
+    /// history, which is long, is read only if `lists` contains it.
     void reload(const std::set<QString> &lists);
-    /// Puts the last good version of a damaged list in its place …
+    /// Restores the last good version of a damaged list. The damaged one is kept aside.
     Result<void> restoreList(const QString &list);
-    /// … or begins it anew. Either way the damaged one is kept aside.
+    /// Resets a damaged list to its default. The damaged one is kept aside.
     Result<void> beginListAnew(const QString &list);
 
-    /// Replaces the stored rules (profiles) by what `change` makes of them.
+    /// Replaces the stored rules or profiles with the result of `change`.
     Result<void> updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change);
     Result<void> updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change);
     Result<void> addExampleRules();
-    /// Replaces the rule with this id; a new one becomes the last.
+    /// Replaces the rule with this id, or appends a new one.
     Result<void> saveRule(const CleanupRule &rule);
-    /// Puts a rule at this place of the list (0: first); places beyond the end mean the last one.
+    /// Moves a rule to an index of the list; an index beyond the end moves it to the end.
     Result<void> moveRule(const QUuid &rule, std::size_t place);
-    /// Puts a copy behind a rule, switched off, and gives its id.
+    /// Inserts a copy behind a rule, switched off, and returns its id.
     Result<QUuid> duplicateRule(const QUuid &rule);
-    /// Takes a rule out of the list, and gives what puts it back.
+    /// Removes a rule and returns what `restoreRule` needs.
     Result<RemovedRule> removeRule(const QUuid &rule);
     Result<void> restoreRule(const RemovedRule &removed);
-    /// Replaces the profile with this id, or of this root; a new one becomes the last.
+    /// Replaces the profile with this id or root, or appends a new one.
     Result<void> saveProfile(const FolderProfile &profile);
     Result<void> removeProfile(const QUuid &profile);
     Result<void> setDuplicateFolders(const std::vector<Location> &folders);
-    /// What cannot be stored does not happen; the status says so as well.
+    /// If the value cannot be stored it does not change, and the status says so too.
     Result<void> setIntervalHours(int hours);
     Result<void> setAutoDuplicates(bool on);
-    /// Notes that the user's folders have just been checked.
+    /// Records that the user's folders have just been checked.
     void noteChecked();
 
 private:
-    /// What a worker brings back: what it came to, and the history as it stands then (long ones take a while to read).
+    /// The result of a worker, with the history as of then, since a long one takes time to read.
     template <class Outcome>
     struct Worked {
         Result<Outcome> outcome;
         RunHistory::Shown history;
-        ChangedProposals followed = {}; ///< of the list
-        std::set<QUuid> unwanted = {};  ///< of the list: never to be proposed
+        ChangedProposals followed = {}; ///< changes to the listed proposals
+        std::set<QUuid> unwanted = {};  ///< listed proposals that must never be proposed
     };
-    /// … and from the end of a scan what is left to be asked, with the number of those that are new.
+    /// The result of a scan's second phase: the remaining proposals, and how many of them are new.
     struct ScanEnd {
         Result<ExecutionOutcome> automatic;
         RunHistory::Shown history;
         std::vector<AgentProposal> left;
         int added = 0;
-        ChangedProposals followed = {}; ///< of the list from before, which stays when the scan is cancelled
+        ChangedProposals followed = {}; ///< changes to the previous list, which stays if the scan is cancelled
     };
 
     static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found,
                             const std::vector<AgentProposal> &listed, JobControl &control);
-    /// What is stored, read together.
+    /// The stored data, read together.
     struct Stored {
         AgentLists lists;
-        std::optional<RunHistory::Shown> history; ///< none: not read
+        std::optional<RunHistory::Shown> history; ///< nullopt: not read
         std::vector<QUuid> interrupted;
     };
     static Stored readStored(const AgentServices &services, const std::set<QString> &lists);
@@ -208,7 +211,7 @@ private:
     void end(const QString &what);
     void fail(const Failure &why);
     void watch(const JobControl &control);
-    /// Who wants a scan.
+    /// Who started a scan.
     enum class Cause { User, Schedule };
     void beginScan(Search search, ScanPurpose purpose, Cause cause);
     void scanIfDue();
@@ -244,18 +247,18 @@ private:
     std::optional<ExecutionOutcome> m_execution;
     std::optional<UndoOutcome> m_undo;
     std::optional<Failure> m_failure;
-    std::optional<Location> m_analysedFolder; ///< waits for its profile
+    std::optional<Location> m_analysedFolder; ///< awaits confirmation of its profile
     std::optional<Location> m_listedFolder;
     std::function<void()> m_finished;
     std::function<void()> m_receiptTick;
-    std::set<const QObject *> m_views; ///< that have said something of themselves
+    std::set<const QObject *> m_views; ///< views whose destruction is observed
     std::set<const QObject *> m_visibleViews;
     std::set<const QObject *> m_attendedViews;
-    bool m_cancelled = false;         ///< the operation at work, by the user
-    bool m_duplicatesOnly = false;    ///< the last scan looked for nothing else
-    std::optional<Instant> m_checked; ///< the last check, where that could not be stored
-    int m_changes = 0;                ///< of what is stored, made here
-    std::set<QString> m_toRead;       ///< asked for while an operation was at work
+    bool m_cancelled = false;         ///< whether the user cancelled the current operation
+    bool m_duplicatesOnly = false;    ///< the last scan searched for duplicates only
+    std::optional<Instant> m_checked; ///< time of the last check, if it could not be stored
+    int m_changes = 0;                ///< counts changes to stored data made by this object
+    std::set<QString> m_toRead;       ///< requested while an operation was running
     Schedule m_schedule;
     const std::shared_ptr<QThreadPool> m_threads;
     QThreadPool &m_pool = *m_threads;
