@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-/// What the user changes himself: ticks, rules, profiles.
+/// What the user changes: ticks, rules, profiles.
 namespace brellin {
 
 namespace {
@@ -33,7 +33,7 @@ std::set<QUuid> protectedOf(const std::vector<AgentProposal> &proposals, const G
 
 } // namespace
 
-/// Takes proposals off the list that a profile has come to protect. Where they lie is looked up on a worker.
+/// Removes proposals that a profile now protects. Resolves their paths on a worker.
 void CleanupAgent::dropProtected()
 {
     m_dropping.reset();
@@ -81,7 +81,7 @@ Result<void> CleanupAgent::keepInstead(const QUuid &proposal)
 Result<void> CleanupAgent::turnRound(const QUuid &proposal)
 {
     std::vector<AgentProposal> list = TRY(keepingInstead(proposals.get(), proposal));
-    // A rule's proposal may have fallen away.
+    // A rule's proposal may have been dropped.
     std::set<QUuid> ticked;
     std::map<QUuid, QString> texts = failures.get();
     for (const AgentProposal &one : list) {

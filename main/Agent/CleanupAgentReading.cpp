@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-/// How the agent comes to know what is stored, at the beginning of each operation and when others change it.
+/// How the agent reads stored data: at the start of each operation and after changes by other processes.
 namespace brellin {
 
 void CleanupAgent::takeLists(AgentLists lists)
@@ -17,19 +17,19 @@ void CleanupAgent::takeLists(AgentLists lists)
     publish(profiles, std::move(lists.profiles));
     publish(duplicateFolders, std::move(lists.duplicateFolders));
     publish(never, std::move(lists.never));
-    // What is known of the history stays: it is not read with the lists.
+    // Keep the condition of the history, which is not read along with the lists.
     std::ranges::copy_if(damaged.get(), std::back_inserter(lists.damaged),
                          [](const StoredCondition &one) { return one.list == RunKeys::history; });
     publish(damaged, std::move(lists.damaged));
 }
 
-/// Goes on once the lists are read, inside an operation that has begun; ends it where they cannot be read whole.
+/// Calls `then` once the lists are read, within a running operation; ends it with a failure if the agent must not act.
 void CleanupAgent::readAfresh(std::function<void()> then)
 {
     m_reading.start(
         m_pool, [services = m_services](JobControl &) { return AgentLists::read(services.defaults, services.folders); },
         [this, next = std::move(then), changes = m_changes](AgentLists lists) {
-            if (changes != m_changes) // what was read is older than what the user has just stored
+            if (changes != m_changes) // the user has changed something meanwhile: read again
                 return readAfresh(next);
             takeLists(std::move(lists));
             loadPlain();
@@ -59,22 +59,22 @@ void CleanupAgent::takeStored(Stored stored)
     publish(interruptedRuns, std::set<QUuid>(stored.interrupted.begin(), stored.interrupted.end()));
 }
 
-/// Takes what was read since `changes`, unless it is old already: an operation that has begun since has read for itself, and
-/// what was changed here since is newer.
+/// Publishes what was read since `changes`, unless it is out of date: an operation was started, or something was
+/// changed here.
 void CleanupAgent::takeIfNew(Stored stored, const std::set<QString> &lists, int changes)
 {
     if (running.get() || changes != m_changes)
         return reload(lists);
     takeStored(std::move(stored));
     if (m_failure && m_failure->is(std::errc::illegal_byte_sequence) && damaged.get().empty()) {
-        m_failure.reset(); // has been settled
+        m_failure.reset(); // the damage was repaired
         publish(status, QString());
     }
     const int before = intervalHours.get();
     loadPlain();
     if (intervalHours.get() != before)
         m_schedule.arm(intervalHours.get());
-    reload({}); // of what has changed in the meantime
+    reload({}); // read what was requested meanwhile
 }
 
 void CleanupAgent::reload(const std::set<QString> &lists)

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
-/// How the agent scans, and what becomes of the finds.
+/// How the agent scans, and what happens to the findings.
 namespace brellin {
 
 namespace {
 
-/// What the user ticked or unticked before holds for the same proposals of a later scan. One that has become doubtful since
-/// is left to his own tick.
+/// Carries ticks over from the previous list to equal proposals. One that needs review now, but did not before, starts
+/// unticked.
 std::set<QUuid> tickedOf(const std::vector<AgentProposal> &list, const std::vector<AgentProposal> &before,
                          const std::set<QUuid> &chosenBefore)
 {
@@ -53,11 +53,11 @@ void CleanupAgent::beginScan(Search search, ScanPurpose purpose, Cause cause)
     });
 }
 
-/// What another program has done or set in the meantime counts.
+/// Takes into account what other processes have done or changed meanwhile.
 void CleanupAgent::scanIfDue()
 {
     loadPlain();
-    // Known and said already; what has been settled elsewhere is found by reading it again.
+    // The damage is known and reported; re-read the lists in case it was repaired elsewhere.
     if (!agentMayBegin(damaged.get()))
         return reloadDamaged();
     if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
@@ -84,7 +84,7 @@ void CleanupAgent::startScan(const ScanRequest &request, ScanPurpose purpose)
 
 void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
 {
-    // A scan that was cancelled leaves everything as it was, also where it was too late to notice.
+    // Also if the cancellation came too late to stop the scan.
     if (!found || m_cancelled)
         return fail(found ? Failure::cancelled() : found.error());
     m_findings = *std::move(found);
@@ -104,8 +104,7 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
         [this](ScanEnd scan) { finishScan(std::move(scan)); }, [this](const JobControl &control) { watch(control); });
 }
 
-/// On a worker: does what is automatic. What should have happened by itself and could not is left to be asked, so that nobody
-/// has to wonder.
+/// On a worker: executes the automatic proposals. Those that failed stay in the list, so that the user learns of them.
 CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std::vector<AgentProposal> found,
                                              const std::vector<AgentProposal> &listed, JobControl &control)
 {
@@ -133,7 +132,7 @@ CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std:
     return scan;
 }
 
-/// Lists what is left to be asked, once what is automatic has been done.
+/// Lists the remaining proposals after the automatic ones were executed.
 void CleanupAgent::finishScan(ScanEnd scan)
 {
     const Result<ExecutionOutcome> &automatic = scan.automatic;
@@ -162,7 +161,8 @@ void CleanupAgent::finishScan(ScanEnd scan)
         (automatic ? noteNotStored(*automatic) : QString()));
 }
 
-/// The list, the badge and the time of the last check stay; what was done by then is in the history, and no longer proposed.
+/// Keeps the list, the badge and the time of the last check. What was executed by then is in the history and leaves the
+/// list.
 void CleanupAgent::endCancelledScan(const ScanEnd &scan)
 {
     const ExecutionOutcome &automatic = *scan.automatic;
@@ -186,7 +186,7 @@ void CleanupAgent::endCancelledScan(const ScanEnd &scan)
     end(text + noteNotStored(automatic));
 }
 
-/// From now on the list is a scan's.
+/// From now on the list shows the result of a scan.
 void CleanupAgent::noteListed(ScanPurpose purpose)
 {
     m_analysis.reset();
@@ -194,7 +194,7 @@ void CleanupAgent::noteListed(ScanPurpose purpose)
     m_duplicatesOnly = purpose == ScanPurpose::DuplicatesOnly;
 }
 
-/// What stayed listed names the kept files where they are by now.
+/// Updates kept files in the remaining proposals to their new locations.
 void CleanupAgent::follow(const ChangedProposals &followed)
 {
     if (followed.empty())
@@ -213,11 +213,11 @@ void CleanupAgent::showProposals(std::vector<AgentProposal> list)
     std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
     publish(failures, std::map<QUuid, QString>());
     publishList(std::move(list), std::move(ticked));
-    // They were planned with the profiles of when the search began.
+    // The profiles may have changed since the search began.
     dropProtected();
 }
 
-/// The list, what is ticked of it and its groups always go together.
+/// Publishes the list together with its ticks and groups.
 void CleanupAgent::publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked)
 {
     std::vector<ProposalGroup> changed = groupsOf(list, ticked);

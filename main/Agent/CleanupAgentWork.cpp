@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-/// What the agent does: analyses, runs, undos, and how each begins and ends.
+/// The agent's operations: analyses, runs, undos, and how each begins and ends.
 namespace brellin {
 
 namespace {
@@ -17,7 +17,7 @@ QString counting(std::size_t count)
     return german().toString(static_cast<qulonglong>(count));
 }
 
-/// What is not known to have been put somewhere would be proposed to be moved again: no analysis without the whole history.
+/// Requires a complete history: files put somewhere by a lost run would be proposed for moving again.
 Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisRequest request,
                                         const std::vector<NeverProposed> &never, JobControl &control)
 {
@@ -47,7 +47,7 @@ std::set<QUuid> unwantedOf(const std::vector<AgentProposal> &proposals, const st
 
 } // namespace
 
-/// Where a run touched a server that does not answer, looking after it takes as long as that server likes.
+/// Recovery may block if a run touched a server that does not respond.
 void CleanupAgent::start()
 {
     if (!begin(QStringLiteral("Prüfe unterbrochene Läufe …")))
@@ -129,7 +129,7 @@ void CleanupAgent::cancel()
 
 AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
 {
-    // Shared by the copies of the function; starts with the first question.
+    // Shared by the copies of this function; the time starts with the first question.
     const auto end = std::make_shared<std::optional<std::chrono::steady_clock::time_point>>();
     const auto choose = [&model = m_services.model, pdfText = m_services.pdfText,
                          end](const Location &file, const QStringList &names,
@@ -193,7 +193,7 @@ void CleanupAgent::confirmPendingProfile(const FolderProfile &profile)
         all.push_back(profile);
         return all;
     });
-    // Without its protection on record the folder is not touched.
+    // Do not touch the folder unless its protection is stored.
     if (!stored)
         return fail(stored.error());
     publish(pendingProfile, std::optional<FolderProfile>());
@@ -220,7 +220,7 @@ void CleanupAgent::executeChosen()
         readAfresh([this, ticked] { startExecution(ticked); });
 }
 
-/// What the user has meanwhile put on the list of what is never to be proposed, in another window, is not carried out.
+/// Leaves out proposals that the user has put on the never-propose list in another window.
 void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 {
     const auto work = [services = m_services, ticked, listed = proposals.get(),
@@ -274,7 +274,7 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
     end(text);
 }
 
-/// Adds what must be known of a run that could not be stored: its journal still tells of it.
+/// The suffix for a run that could not be stored in the history; its journal stays for recovery.
 QString CleanupAgent::noteNotStored(const ExecutionOutcome &outcome)
 {
     if (!outcome.notStored)
@@ -358,7 +358,7 @@ void CleanupAgent::undo(const QUuid &run)
     noteNotUndone(run, {});
     const auto work = [services = m_services, taken = *found, listed = proposals.get()](JobControl &control) {
         Result<UndoOutcome> outcome = UndoRun(services).undo(taken.id, control);
-        // Also of an undo that was cut short some steps are taken back.
+        // An interrupted undo has restored some steps too.
         ChangedProposals followed = followedBack(listed, taken);
         return Worked<UndoOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed)};
     };
@@ -427,7 +427,7 @@ void CleanupAgent::handOverToClaude(const std::optional<Location> &folder, Works
         });
 }
 
-/// The assistant may take seconds to start, and the desktop's file manager to answer.
+/// Runs on a worker: the assistant and the file manager may take seconds to respond.
 void CleanupAgent::openReport(const ReviewReport &report, Workspace &workspace)
 {
     m_handingOver.start(

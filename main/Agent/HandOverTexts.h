@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Texts of the hand-over that name this system's keys.
+/// Texts of the hand-over that mention the system's keyboard shortcuts.
 namespace brellin::handOverTexts {
 
 QString opened();

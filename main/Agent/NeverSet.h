@@ -7,8 +7,8 @@
 
 namespace brellin {
 
-/// What is never to be proposed, for whoever asks it of many proposals. It goes by the folders in which entries really lie,
-/// like the guard, and looks at the disk for that: make one for an operation, on its worker. For one thread.
+/// The never-propose list, prepared for checking many proposals. Like the guard it compares resolved folders, which
+/// needs disk access: create one per operation, on its worker. Not thread-safe.
 class NeverSet {
 public:
     explicit NeverSet(const std::vector<NeverProposed> &all);

@@ -41,7 +41,7 @@ QString ProposalGroup::countText() const
 
 std::optional<std::int64_t> bytesOf(const AgentProposal &proposal)
 {
-    // The state of a folder says nothing of what is in it.
+    // A folder's own size does not include its content.
     if (proposal.isFolder)
         return proposal.treeSeen ? std::optional(proposal.treeSeen->bytes) : std::nullopt;
     return proposal.seen ? std::optional(proposal.seen->size) : std::nullopt;

@@ -12,14 +12,14 @@
 
 namespace brellin {
 
-/// How much of a group is ticked; what its own tick shows.
+/// The state of a group's tick box.
 enum class GroupTick { None, Some, All };
 
-/// The proposals of which the same comes: how many, how large, and how much of that is ticked.
+/// The proposals of one kind: how many there are, their size, and how much of it is ticked.
 struct ProposalGroup {
     AgentProposal::Kind kind = AgentProposal::Kind::Move;
-    std::vector<QUuid> proposals; ///< in the order of the list
-    std::int64_t bytes = 0;       ///< of what is known
+    std::vector<QUuid> proposals; ///< in list order
+    std::int64_t bytes = 0;       ///< of proposals whose size is known
     std::int64_t ticked = 0;
     std::int64_t tickedBytes = 0;
     bool holdsFolders = false;
@@ -29,20 +29,20 @@ struct ProposalGroup {
     GroupTick tick() const;
     /// "Verschieben", "Umbenennen", "Papierkorb", "Kopieren"
     QString title() const;
-    /// "12 Dateien · 3,4 MB"; where folders are among them "12 Einträge"; without a size where none is known.
+    /// "12 Dateien · 3,4 MB"; "12 Einträge" if it contains folders; without the size if none is known.
     QString countText() const;
 };
 
-/// What a proposal is about, in bytes; nothing where that is not known.
+/// The size of a proposal's source; nullopt if unknown.
 std::optional<std::int64_t> bytesOf(const AgentProposal &proposal);
 
-/// The groups of a list: Verschieben, Umbenennen, Papierkorb, Kopieren; without the empty ones.
+/// The non-empty groups of a list, in this order: Verschieben, Umbenennen, Papierkorb, Kopieren.
 std::vector<ProposalGroup> groupsOf(const std::vector<AgentProposal> &proposals, const std::set<QUuid> &chosen);
-/// The same for some of a list.
+/// The same for selected proposals of a list.
 std::vector<ProposalGroup> groupsOf(const std::vector<const AgentProposal *> &proposals, const std::set<QUuid> &chosen);
 
-/// The line below the list: "5 von 12 ausgewählt · 3,4 MB", and, where some of them go to the Trash, that space is free only
-/// once it has been emptied.
+/// The line below the list: "5 von 12 ausgewählt · 3,4 MB". If any go to the Trash, it adds that emptying it frees the
+/// space.
 QString chosenSummary(const std::vector<ProposalGroup> &groups);
 
 } // namespace brellin

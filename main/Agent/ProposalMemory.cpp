@@ -33,7 +33,7 @@ QByteArray sameness(const AgentProposal &proposal)
 {
     const std::string &source = proposal.source.native();
     QByteArray text = toJson(proposal.kind).toString().toLatin1();
-    // Names cannot hold a null byte.
+    // NUL cannot occur in paths.
     text.append('\0').append(source.data(), std::ssize(source)).append('\0');
     if (proposal.destination)
         text.append(proposal.destination->c_str());

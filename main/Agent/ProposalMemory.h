@@ -11,7 +11,7 @@
 
 namespace brellin {
 
-/// A finding that the user does not want to be offered again.
+/// A finding that the user does not want to see again.
 struct NeverProposed {
     AgentProposal::Kind kind = AgentProposal::Kind::Move;
     Location source;
@@ -22,20 +22,20 @@ struct NeverProposed {
     {
         return {proposal.kind, proposal.source, proposal.destination};
     }
-    /// For the list in which it can be taken back: "~/Downloads/a.pdf → ~/Dokumente/", "~/Downloads/a.dmg → Papierkorb".
+    /// For the list in the settings: "~/Downloads/a.pdf → ~/Dokumente/", "~/Downloads/a.dmg → Papierkorb".
     QString text(const Location &home) const;
 };
 
-/// What makes two proposals of different scans the same one: kind, source and destination.
+/// Identifies a proposal across scans: kind, source and destination.
 QByteArray sameness(const AgentProposal &proposal);
 
-/// What is remembered of proposals from scan to scan, in the user's settings: which were there before (so that the badge
-/// does not grow by the same finds every day) and which the user does not want to see again.
+/// What is stored about proposals between scans: which have been seen (so that the badge does not count the same ones
+/// every day) and which the user never wants to see again.
 class ProposalMemory {
 public:
     explicit ProposalMemory(UserDefaults &defaults) : m_defaults(defaults) {}
 
-    /// How many of these were not in the list before; from now on exactly these were. Their digests are stored.
+    /// Counts those that were not in the previous list, and stores digests of the new list.
     Result<int> countNew(const std::vector<AgentProposal> &proposals);
 
     std::vector<NeverProposed> never() const;

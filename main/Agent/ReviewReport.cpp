@@ -18,19 +18,19 @@ namespace {
 
 const QString assistant = QStringLiteral("com.anthropic.claudefordesktop");
 
-/// A line break would end the line of the list.
+/// A line break would end the list item.
 QString withoutLineBreaks(QString text)
 {
     return text.replace(u'\n', QChar(0x2424)).replace(u'\r', QChar(0x240D));
 }
 
-/// A sentence that may hold names: none of them begins code.
+/// A sentence that may contain names: escapes backquotes, which would start code.
 QString plain(const QString &text)
 {
     return withoutLineBreaks(text).replace(u'`', QStringLiteral("\\`"));
 }
 
-/// Text as inline code. A fence longer than any run of backquotes inside keeps names that hold some from ending it.
+/// Text as inline code, fenced with more backquotes than occur inside.
 QString code(QString text)
 {
     text = withoutLineBreaks(std::move(text));
@@ -144,7 +144,7 @@ QString handOver(const ReviewReport &report, Workspace &workspace)
 {
     if (workspace.hasApplication(assistant) && workspace.openApplication(assistant))
         return handOverTexts::opened();
-    // A file manager that does not answer changes nothing about the report being there.
+    // The report exists even if the file manager does not respond.
     (void)workspace.reveal(report.file);
     return QStringLiteral("Prüfbericht gespeichert (Dokumente › Brellin-Prüfungen). Anfrage liegt in der "
                           "Zwischenablage.");
