@@ -19,7 +19,7 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-/// One scan at work.
+/// One scan in progress.
 class Scanner {
 public:
     Scanner(const AgentServices &services, const ScanRequest &request, JobControl &control)
@@ -76,7 +76,7 @@ void Scanner::propose(AgentProposal proposal)
     FolderEntry source = m_guard.entryOf(proposal.source);
     if (m_sources.contains(source) || m_never.contains(proposal) || m_guard.isProtectedAsWhole(proposal.source))
         return;
-    // What belongs to a project may be needed where it is, whatever a rule says of its name.
+    // Files of a project may be needed where they are, whatever a rule says about their names.
     if (m_guard.isInProject(proposal.source)) {
         proposal.needsReview = true;
         proposal.automatic = false;
@@ -97,7 +97,7 @@ Result<LaterTrash> Scanner::laterTrash(const Duplicates &duplicates) const
 Result<void> Scanner::proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates)
 {
     const LaterTrash later = TRY(laterTrash(duplicates));
-    // Where a rule would trash the file that is to be kept, by whatever path, its copies must not go as well.
+    // If a rule would trash the file to keep (by whatever path), its duplicates must not go too.
     std::set<FileIdentity> trashed;
     for (const Candidate &candidate : candidates) {
         if (candidate.kind == Kind::Trash)
@@ -123,7 +123,7 @@ Result<void> Scanner::proposeDuplicates(const Duplicates &duplicates, const std:
     return {};
 }
 
-/// The rule keeps its files, a later one does not get them: nobody wrote it down for that.
+/// The file stays with this rule: later rules do not get it, since nobody intended that.
 void Scanner::noteRefused(const Candidate &candidate)
 {
     std::vector<RefusedTarget> &all = m_findings.refusedTargets;
@@ -172,7 +172,7 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
             propose(std::move(proposal));
     }
     sorting.remember();
-    // Cancelled while the last one was asked about.
+    // Cancelled during the last question.
     if (m_control.cancelled())
         return failure(Failure::cancelled());
     return {};

@@ -11,48 +11,49 @@
 
 namespace brellin {
 
-/// What a scan looks at.
+/// The input of a scan.
 struct ScanRequest {
     std::vector<CleanupRule> rules;
     std::vector<FolderProfile> profiles;
     std::vector<NeverProposed> never;
-    /// Where duplicates are searched; nothing: not at all.
+    /// Where to search for duplicates; nullopt: not at all.
     std::optional<std::vector<Location>> duplicateFolders;
     bool autoDuplicates = false;
-    /// Without rules of its own: those that must not trash later what is kept now.
+    /// If `rules` is empty: the rules that decide whether a kept duplicate would be trashed later.
     std::vector<CleanupRule> rulesOfKept = {};
 };
 
-/// A rule whose target is one of the places where the agent never puts anything.
+/// A rule whose target the agent must not write to.
 struct RefusedTarget {
     QUuid rule;
     QString name;
-    std::int64_t files = 0; ///< that the rule took, and that stay
+    std::int64_t files = 0; ///< files the rule takes, which stay
 
     /// "Regel „Alte Fotos“: 3 Dateien bleiben, weil der Agent in ihr Ziel nie etwas legt"
     QString text() const;
 };
 
-/// What a scan found, before anything is done about it.
+/// The result of a scan; nothing has been executed yet.
 struct ScanFindings {
-    std::vector<AgentProposal> proposals; ///< in the order in which they would be carried out; one per source at most
+    std::vector<AgentProposal> proposals; ///< in the order of execution; at most one per source
     std::int64_t activeRules = 0;
     std::int64_t checkedFiles = 0;
     std::int64_t leftForScripts = 0;
     std::vector<RefusedTarget> refusedTargets;
-    std::int64_t duplicates = 0;     ///< proposals made because of equal content
-    std::int64_t duplicateFiles = 0; ///< files that the search for duplicates looked at
-    bool duplicatesCapped = false;   ///< there were more files than the search takes
+    std::int64_t duplicates = 0;     ///< number of proposals based on equal content
+    std::int64_t duplicateFiles = 0; ///< files compared for duplicates
+    bool duplicatesCapped = false;   ///< the limit of compared files was reached
 
-    /// "3 Regeln aktiv · 120 Dateien geprüft · 2 doppelt · 5 Vorschläge", and what was done by itself where there was any.
+    /// "3 Regeln aktiv · 120 Dateien geprüft · 2 doppelt · 5 Vorschläge", and the number executed automatically, if
+    /// any.
     QString summary(std::int64_t proposed, std::int64_t doneByItself) const;
     /// "120 Dateien verglichen · 2 doppelt", after a search for duplicates alone.
     QString duplicatesSummary() const;
 };
 
-/// Tries the rules on the disk, searches duplicates and makes proposals of what they find: duplicates first, then the rules'
-/// from top to bottom, nothing inside a protected entry, and with the sub-folder that the language model chose where a rule
-/// wants that. Finds inside a software project are doubtful and never automatic. Changes nothing but the answers kept of
+/// Evaluates the rules, searches for duplicates and makes proposals: duplicates first, then those of the rules from top
+/// to bottom. Leaves out protected entries, and asks the language model for sub-folders where a rule wants that.
+/// Proposals inside software projects need review and are never automatic. Read-only except for the stored answers of
 /// the model. Fails only when cancelled.
 Result<ScanFindings> scanFolders(const AgentServices &services, const ScanRequest &request, JobControl &control);
 

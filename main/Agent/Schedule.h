@@ -10,20 +10,19 @@
 
 namespace brellin {
 
-/// Whether a scan is due: never without an interval, always without a last run (or with one that lies in the future), else
-/// when the interval has passed.
+/// Whether a scan is due: never without an interval, always without a last run (or with one in the future), otherwise
+/// once the interval has passed.
 bool isScanDue(int intervalHours, const std::optional<Instant> &lastRun, Instant now);
 
-/// The agent's pulse: a look every ten minutes whether something is due. Missed looks (a sleeping laptop) are not made up
-/// for.
+/// A timer that calls the agent every ten minutes. Ticks missed while the machine sleeps are not repeated.
 class Schedule {
 public:
     static constexpr std::chrono::seconds period{600};
 
-    /// `tick` is called at each look; it outlives the schedule.
+    /// `tick` is called every period; whatever it refers to must outlive the schedule.
     explicit Schedule(std::function<void()> tick);
 
-    /// Starts again from now, or stops where there is no interval.
+    /// Restarts the period; stops if the interval is 0.
     void arm(int intervalHours);
     bool isArmed() const { return m_timer.isActive(); }
 

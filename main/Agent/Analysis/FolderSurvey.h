@@ -56,7 +56,7 @@ public:
     /// All videos larger than `largeVideo` bytes, sorted by path.
     const std::vector<SurveyedFile> &largeVideos() const { return m_largeVideos; }
     static constexpr std::int64_t largeVideo = 20'000'000;
-    /// The scripts that are searched for names, by path.
+    /// The scripts searched for file names, sorted by path.
     const std::vector<SurveyedFile> &scripts() const { return m_scripts; }
 
     /// Whether a symlink outside `location` points to it or into it.
