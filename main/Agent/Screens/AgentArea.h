@@ -6,13 +6,13 @@
 
 namespace brellin {
 
-/// The places of the agent's view behind its start page, in the order of their cards.
+/// The areas that open from the start page, in the order of their cards.
 enum class AgentArea { Cleanup, Photos, Receipts, Projects, History };
 inline constexpr std::array agentAreas{AgentArea::Cleanup, AgentArea::Photos, AgentArea::Receipts, AgentArea::Projects,
                                        AgentArea::History};
 QString title(AgentArea area);
 
-/// What opens over the view.
+/// The sheets of the agent's view.
 enum class AgentSheet { CleanupRules, ReceiptRules, Settings, Recipes };
 QString title(AgentSheet sheet);
 QString subtitle(AgentSheet sheet);

@@ -84,7 +84,7 @@ int AgentCard::hintHeight(int width) const
 int AgentCard::heightForWidth(int width) const
 {
     const int inner = width - 2 * shadowReach() - 2 * scaled(20);
-    // Room for two lines of the hint in every card, so that they stand in rows of one height.
+    // Reserve two lines for the hint, so that all cards of a row have the same height.
     const int hint = std::max(hintHeight(inner), 2 * textHeight(1));
     return 2 * shadowReach() + 2 * scaled(18) + scaled(38) + scaled(12) + textHeight(2.3, QFont::Bold) + scaled(4) +
            hint + scaled(6) + textHeight(0.92);

@@ -6,12 +6,12 @@
 
 namespace brellin {
 
-/// A card of the start page: a symbol and a title, a number shown large with what it counts, and what it is about. A click
-/// opens its area; `settingsRequested` comes from a symbol of its own where it has settings.
+/// A card of the start page: symbol and title, a large number with its noun, and a hint. A click opens the card's area;
+/// `settingsRequested` is emitted by the settings button, if the area has settings.
 class AgentCard : public QAbstractButton {
     Q_OBJECT
 public:
-    /// What a number counts: "Vorschlag" for one, "Vorschläge" else.
+    /// The noun behind the number: "Vorschlag" for one, else "Vorschläge".
     struct Noun {
         QString one;
         QString many;
@@ -20,9 +20,9 @@ public:
               const QString &objectName, QWidget *parent);
 
     void addSettings(const QString &title, const QString &objectName);
-    /// None: nobody knows the number, and that is shown as a dash.
+    /// nullopt: unknown, shown as a dash.
     void setValue(std::optional<int> value);
-    /// A third line, in small print; may be empty.
+    /// A third line in small print; may be empty.
     void setNote(const QString &note);
 
     QSize sizeHint() const override;

@@ -9,7 +9,7 @@ namespace brellin {
 
 class Card;
 
-/// A page behind the start page: the way back, its title, actions at the right, and what it shows.
+/// A page behind the start page: back button, title, actions at the right, and a body.
 class AgentPage : public QWidget {
     Q_OBJECT
 public:
@@ -18,7 +18,7 @@ public:
     Q_SIGNAL void backRequested();
 
 protected:
-    /// The row at the right of the title.
+    /// The row of buttons to the right of the title.
     QHBoxLayout *actions() const { return m_actions; }
     QVBoxLayout *body() const { return m_body; }
 
@@ -27,17 +27,17 @@ private:
     QVBoxLayout *m_body;
 };
 
-/// A page whose feature is still to come.
+/// Placeholder for a feature that is not implemented yet.
 class ComingPage : public AgentPage {
     Q_OBJECT
 public:
     ComingPage(const QString &title, const QString &symbol, const QString &text, QWidget *parent);
 };
 
-/// The column of a page that scrolls: at most `width` wide (in points at font factor 1), from the left.
+/// A scrolling, left-aligned column, at most `width` points wide (at font factor 1).
 QVBoxLayout *addScrollingColumn(QVBoxLayout *body, QWidget *page, const QString &objectName, int width);
 
-/// The room inside a card that is a row of such a column.
+/// Sets the margins of a card that is a row of such a column.
 void padCard(Card &card);
 
 } // namespace brellin

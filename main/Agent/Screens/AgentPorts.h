@@ -10,15 +10,15 @@
 
 namespace brellin {
 
-/// What the agent's screens show and call. Everything outlives them.
+/// What the agent's screens show and call. Everything referenced must outlive them.
 struct AgentPorts {
     CleanupAgent &agent;
     ModelSettings &languageModel;
-    AgentServices services; ///< for what is tried while a rule is being edited
+    AgentServices services; ///< for trying rules in the editor
     Workspace &workspace;
     Pasteboard &pasteboard;
-    /// A small picture of an entry, at most `side` device pixels wide and high; null while, or if, there is none. Nothing:
-    /// entries are drawn.
+    /// A thumbnail of an entry, at most `side` device pixels in each direction; null while there is none. If unset,
+    /// icons are drawn.
     std::function<QPixmap(const Location &entry, int side)> thumbnail = {};
 };
 

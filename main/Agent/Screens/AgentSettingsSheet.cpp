@@ -111,7 +111,7 @@ void AgentSettingsSheet::buildSchedule()
 void AgentSettingsSheet::showSchedule()
 {
     const int hours = m_ports.agent.intervalHours.get();
-    // An interval set by the command line may be none of those offered.
+    // The command line may set an interval that the list does not offer.
     if (m_interval->findData(hours) < 0)
         m_interval->addItem(QStringLiteral("Alle %1 Stunden").arg(hours), hours);
     m_interval->setCurrentIndex(m_interval->findData(hours));
@@ -191,7 +191,7 @@ void AgentSettingsSheet::setDuplicateFolders(const std::vector<Location> &folder
     tell(m_ports.agent.setDuplicateFolders(folders));
 }
 
-/// Says what could not be stored; the controls show again what is.
+/// Reports a change that could not be stored; the controls show the stored value again.
 void AgentSettingsSheet::tell(const Result<void> &stored)
 {
     m_problem->tell(stored ? QString() : stored.error().message, Token::Danger, Token::DangerSoft);

@@ -13,8 +13,7 @@ namespace brellin {
 class NoticeBar;
 class TextLabel;
 
-/// The agent's settings: when it checks by itself, where it looks for duplicates, the language model, and what it is not to
-/// propose again.
+/// The agent's settings: schedule, folders searched for duplicates, language model, and the never-propose list.
 class AgentSettingsSheet : public SheetFrame {
     Q_OBJECT
 public:

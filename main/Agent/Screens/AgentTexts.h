@@ -18,23 +18,23 @@ QString dayText(Instant instant, Instant now);
 /// "Zuletzt geprüft: heute, 08:55" or "Noch nie geprüft"
 QString lastRunText(const std::optional<Instant> &lastRun, Instant now);
 
-/// The folders on the way to a place, for reading: {"Dokumente", "Rechnungen"} below the home folder, else from the root.
+/// The folders of a path for display: {"Dokumente", "Rechnungen"} below the home folder, otherwise from the root.
 QStringList crumbs(const Location &location, const Location &home);
-/// The same in one line: "Dokumente › Rechnungen"; the home folder itself is "Benutzerordner".
+/// The same as one line: "Dokumente › Rechnungen"; "Benutzerordner" for the home folder itself.
 QString crumbText(const Location &location, const Location &home);
 
-/// What the second line of a proposal names.
+/// The second line of a proposal: from where to where.
 struct ProposalRoad {
     QStringList from; ///< the folder of the source
-    QStringList to;   ///< where it goes, with its new name where that changes; empty for the Trash
+    QStringList to;   ///< the target folder, plus the new name if it changes; empty for the Trash
 
     bool operator==(const ProposalRoad &) const = default;
-    /// How many leading folders both have in common.
+    /// The number of common leading folders.
     qsizetype shared() const;
 };
 ProposalRoad roadOf(const AgentProposal &proposal, const Location &home);
 
-/// What a screen reader says of a proposal.
+/// The text for screen readers.
 QString spokenText(const AgentProposal &proposal, const QString &failure, const Location &home);
 
 /// "8 verschoben · 1 umbenannt · 3 im Papierkorb"

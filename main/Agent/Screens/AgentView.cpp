@@ -39,7 +39,7 @@ const QString receiptsText = QStringLiteral(
 const QString recipesText =
     QStringLiteral("Rezepte aus Fotos und Screenshots zu sammeln, lernt der Agent zusammen mit den Fotos.");
 
-/// Marks the editor of the agent's pending profile.
+/// Property that marks the editor of the agent's pending profile.
 constexpr auto pendingMark = "editsPendingProfile";
 
 bool anyWindowEditsPending()
@@ -68,7 +68,7 @@ AgentView::AgentView(const AgentPorts &ports, QWidget *parent)
     m_ports.agent.pendingProfile.observe(this, [this](const auto &pending) {
         if (pending)
             followPendingProfile();
-        else // later: whoever answers is still closing its own editor
+        else // deferred: the editor that answered is still closing
             QTimer::singleShot(0, this, &AgentView::followPendingProfile);
     });
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &AgentView::followPendingProfile, Qt::QueuedConnection);
@@ -231,8 +231,8 @@ void AgentView::preview(const QUuid &proposal)
     present(sheet);
 }
 
-/// A project was found that has no profile yet: nothing goes on before the user has looked at what is to be protected. One
-/// window asks, the one they are in, and keeps what they typed; when it goes, another does.
+/// Asks the user to confirm the pending profile before the analysis continues. Only the active window asks; if it
+/// closes, another one does.
 void AgentView::followPendingProfile()
 {
     const std::optional<FolderProfile> &pending = m_ports.agent.pendingProfile.get();
@@ -259,7 +259,7 @@ void AgentView::editPendingProfile(const FolderProfile &pending)
     present(m_pendingEditor);
 }
 
-/// While the user looks at proposals or has a sheet open, the timer does not pull them away.
+/// Keeps the timer from starting a scan while the user looks at proposals or has a sheet open.
 void AgentView::tellAttention()
 {
     const bool looksAtList = m_area == AgentArea::Cleanup && !m_ports.agent.proposals.get().empty();

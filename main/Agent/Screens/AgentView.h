@@ -15,8 +15,8 @@ class ProfileEditor;
 class SheetFrame;
 class StartPage;
 
-/// The agent's page in the window: a start page of cards, the areas behind it, its sheets and its guide. Shows and edits
-/// what the agent publishes, and calls its operations.
+/// The agent's page in the window: start page with cards, areas, sheets and guide. Shows and edits what the agent
+/// publishes, and starts its operations.
 class AgentView : public QWidget {
     Q_OBJECT
 public:
@@ -26,18 +26,18 @@ public:
     void open(AgentArea area);
     void showGuide();
     void openSheet(AgentSheet sheet);
-    /// Asks which folder to analyse, and shows what comes of it.
+    /// Asks for a folder to analyse, and shows the result.
     void askForAnalysis();
     void analyze(const Location &folder);
-    /// The area in front; none: the start page or the guide.
+    /// The area shown; nullopt: the start page or the guide.
     std::optional<AgentArea> area() const { return m_area; }
     /// "Aufräum-Agent › Aufräumen"
     const QString &path() const { return m_path; }
-    /// Draws the entries again, where thumbnails have come.
+    /// Repaints, after new thumbnails have arrived.
     void refreshThumbnails();
 
     Q_SIGNAL void pathChanged(const QString &path);
-    /// The window is to show this entry in a pane.
+    /// Asks the window to show this entry in a pane.
     Q_SIGNAL void showRequested(const brellin::Location &entry);
 
 protected:
@@ -63,7 +63,7 @@ private:
     QStackedWidget *m_pages;
     StartPage *m_start = nullptr;
     std::vector<std::pair<AgentArea, AgentPage *>> m_areas;
-    AgentPage *m_guide = nullptr; ///< made when it is first asked for
+    AgentPage *m_guide = nullptr; ///< created on first use
     std::optional<AgentArea> m_area;
     QString m_path;
     int m_openSheets = 0;

@@ -13,7 +13,7 @@ class EmptyState;
 class ProposalFooter;
 class ProposalList;
 
-/// The cleanup area: what the agent proposes, with reasons, and what to do with it.
+/// The cleanup area: the proposals with their reasons, and the actions for them.
 class CleanupPage : public AgentPage {
     Q_OBJECT
 public:

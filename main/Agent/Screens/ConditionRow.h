@@ -9,7 +9,7 @@ class QLineEdit;
 
 namespace brellin {
 
-/// One condition of the rule being edited: its kind, its value, and a button that takes it away.
+/// One condition in the rule editor: its kind, its value and a remove button.
 class ConditionRow : public QWidget {
     Q_OBJECT
 public:

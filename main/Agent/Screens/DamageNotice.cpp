@@ -18,14 +18,14 @@ namespace brellin {
 
 namespace {
 
-/// What the agent does in the meantime.
+/// What the damage prevents.
 QString consequence(const std::vector<StoredCondition> &damaged)
 {
     if (!agentMayAct(damaged))
         return QStringLiteral(
             "Bis das entschieden ist, prüft und räumt der Aufräum-Agent nichts. Rückgängig machen geht.");
     const bool begins = agentMayBegin(damaged).has_value();
-    // What it has put somewhere stands in the history.
+    // The history tells where the agent has put files.
     const bool analyses = std::ranges::find(damaged, RunKeys::history, &StoredCondition::list) == damaged.end();
     if (!begins)
         return QStringLiteral("Bis das entschieden ist, beginnt der Aufräum-Agent nichts von selbst%1.")
@@ -35,7 +35,7 @@ QString consequence(const std::vector<StoredCondition> &damaged)
                                      "Aufräum-Agent keinen Ordner.");
 }
 
-/// What people call a list.
+/// The list's name for users.
 QString titleOf(const StoredCondition &list)
 {
     static const std::map<QString, QString> titles{
@@ -79,7 +79,7 @@ void DamageNotice::showDamage()
 {
     const std::vector<StoredCondition> &damaged = m_agent.damaged.get();
     if (m_rows) {
-        m_rows->hide(); // one of its buttons may have been clicked just now
+        m_rows->hide(); // a signal of one of its buttons may be running
         m_rows->deleteLater();
     }
     m_rows = new QWidget(this);

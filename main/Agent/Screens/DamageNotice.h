@@ -10,11 +10,11 @@ namespace brellin {
 
 class TextLabel;
 
-/// Whether nothing tells what one of the agent's lists holds: then it is neither shown nor said to be empty.
+/// Whether one of the agent's lists is unreadable: it must then neither be shown nor called empty.
 bool isDamaged(const CleanupAgent &agent, const QString &list);
 
-/// Names the stored lists that cannot be read whole, and lets the user decide for each: the last good version, or a new
-/// beginning. Hidden while there are none.
+/// Names the stored lists that cannot be read completely, and offers for each to restore the last good version or to
+/// reset it. Hidden if there are none.
 class DamageNotice : public QWidget {
     Q_OBJECT
 public:

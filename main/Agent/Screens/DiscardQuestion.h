@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// Asks over an editor whether what was edited may be lost; accepted, it may. Not yet open.
+/// Creates, without opening it, the sheet that asks before an editor discards changes; accepted() means discard.
 YesNoSheet *makeDiscardQuestion(const QString &explanation, QWidget *editor);
 
 } // namespace brellin

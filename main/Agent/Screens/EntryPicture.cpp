@@ -19,7 +19,7 @@ QPixmap entryPixmap(const AgentPorts &ports, const Location &entry, EntryShape s
             return picture;
         }
     }
-    const std::string name = entry.filename().native(); // what follows looks into it
+    const std::string name = entry.filename().native(); // owns the characters of the view below
     const std::string_view extension = extensionOf(name);
     return EntryIcons::document(shown(extension), fileCategory(extension), side, pixelsPerPoint);
 }

@@ -8,10 +8,10 @@ namespace brellin {
 
 enum class EntryShape { File, Folder };
 
-/// Draws an entry: its thumbnail where there is one, else the folder or document that stands for it.
+/// Paints an entry: its thumbnail, or the icon of its type if there is none.
 void paintEntry(QPainter &painter, const QRectF &place, const AgentPorts &ports, const Location &entry,
                 EntryShape shape);
-/// The same as a picture of its own, for a label.
+/// The same as a pixmap, for labels.
 QPixmap entryPixmap(const AgentPorts &ports, const Location &entry, EntryShape shape, double side,
                     double pixelsPerPoint);
 

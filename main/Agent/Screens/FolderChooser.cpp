@@ -94,7 +94,7 @@ void FolderField::setPlaceholder(const QString &text)
 
 void FolderField::ask(const QString &question)
 {
-    // What stands before the first placeholder is where one begins to look.
+    // Start in the folder before the first placeholder.
     const QString fixed = path().section(u'{', 0, 0);
     const Location start = fixed.startsWith(u'/') ? locationFromText(fixed) : m_home;
     chooseFolder(this, question, start, [this](const Location &folder) { setPath(textOf(folder)); });

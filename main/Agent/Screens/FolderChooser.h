@@ -10,21 +10,21 @@ class QPushButton;
 
 namespace brellin {
 
-/// Asks for a folder without stopping anything; `chosen` is called unless the user cancels or `parent` goes.
+/// Asks for a folder without blocking. `chosen` is called unless the user cancels or `parent` is destroyed.
 void chooseFolder(QWidget *parent, const QString &title, const Location &start,
                   std::function<void(const Location &)> chosen);
 /// The same for a file.
 void chooseFile(QWidget *parent, const QString &title, const Location &start,
                 std::function<void(const Location &)> chosen);
 
-/// A field for a folder's path, with a button that asks for the folder. Below the home folder the path is shown as "~/…".
+/// A field for a folder's path with a button to choose it. Shows paths below the home folder as "~/…".
 class FolderField : public QWidget {
     Q_OBJECT
 public:
     FolderField(const QString &accessibleName, const QString &question, const Location &home, const QString &objectName,
                 QWidget *parent);
 
-    /// The path in full, as it is stored; as typed where it is none.
+    /// The absolute path, as it is stored; as typed if it is not a path.
     QString path() const;
     void setPath(const QString &path);
     void setPlaceholder(const QString &text);

@@ -10,7 +10,7 @@ struct Section {
     const char16_t *symbol;
     const char16_t *title;
     const char16_t *mac;
-    const char16_t *linux; ///< null: the same on both
+    const char16_t *linux; ///< null: same text as on the other system
 };
 
 constexpr auto sections = std::to_array<Section>({

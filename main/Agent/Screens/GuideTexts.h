@@ -8,14 +8,14 @@
 
 namespace brellin {
 
-/// One paragraph of the guide with its head.
+/// One paragraph of the guide with its heading.
 struct GuideSection {
     QString symbol;
     QString title;
     QString text;
 };
 
-/// The guide to the agent, as it is true on a system.
+/// The guide's text for a system.
 std::vector<GuideSection> guideSections(TextSystem system = ownTextSystem());
 
 } // namespace brellin

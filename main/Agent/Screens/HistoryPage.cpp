@@ -41,7 +41,7 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
     refresh();
 }
 
-/// Rows of runs that stay keep their place and whether they are open.
+/// Keeps the rows of remaining runs, including whether they are expanded.
 void HistoryPage::refresh()
 {
     const std::vector<JournalRun> &runs = m_ports.agent.history.get();

@@ -12,7 +12,7 @@ namespace brellin {
 
 class RunRow;
 
-/// The history area: every run with its steps, and the way back.
+/// The history area: all runs with their steps, and undo.
 class HistoryPage : public AgentPage {
     Q_OBJECT
 public:

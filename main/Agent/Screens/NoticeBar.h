@@ -11,11 +11,11 @@ namespace brellin {
 
 class TextLabel;
 
-/// One line on a tinted ground that says what has happened, with a button for it.
+/// A tinted one-line notice with an optional button.
 class NoticeBar : public QWidget {
     Q_OBJECT
 public:
-    /// Hidden at first. Without a title for the button there is none.
+    /// Starts hidden. An empty `button` means no button.
     NoticeBar(const QString &button, const QString &objectName, QWidget *parent);
 
     void tell(const QString &text, Token ink = Token::Text, Token ground = Token::AccentSoft);

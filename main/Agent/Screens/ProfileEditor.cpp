@@ -47,7 +47,7 @@ QSpinBox *addDays(QVBoxLayout *column, const QString &before, const QString &beh
     auto *const days = new QSpinBox(parent);
     days->setObjectName(objectName);
     days->setAccessibleName(before + QStringLiteral(" … ") + behind);
-    // Also what is stored beyond the usual is shown as it is.
+    // Extend the range to a stored value outside of it.
     days->setRange(std::min(value, 0), std::max(value, 3650));
     days->setSpecialValueText(value < 0 ? QString() : QStringLiteral("nie"));
     days->setValue(value);
@@ -113,7 +113,7 @@ void ProfileEditor::buildEntries()
             [this, question, chosen] { chooseFile(this, question, m_profile.root(), chosen); });
 }
 
-/// Without entries a profile looks as if it protected the folder.
+/// A warning, since a profile without entries looks as if it protected the folder.
 void ProfileEditor::buildNoEntries()
 {
     m_noEntries =
@@ -137,7 +137,7 @@ void ProfileEditor::detectEntries()
         [this](const std::vector<ProtectedEntry> &found) {
             m_detection.reset();
             for (const ProtectedEntry &entry : found) {
-                // Meanwhile the user may have added some.
+                // The user may have added some meanwhile.
                 if (std::ranges::find(m_entries, entry.path, &EntryRow::given) == m_entries.end())
                     addEntry(entry);
             }
@@ -244,7 +244,7 @@ FolderProfile ProfileEditor::edited() const
     return copy;
 }
 
-/// The copy with every entry's path in the form in which it protects.
+/// The copy with all entry paths validated and made relative.
 Result<FolderProfile> ProfileEditor::checked() const
 {
     FolderProfile copy = edited();
