@@ -15,8 +15,8 @@ namespace brellin {
 
 class NoticeBar;
 
-/// Edits a copy of a project's protection. `done` gets the edited profile, or nothing where the user cancels; it may refuse,
-/// with the reason to show. Edits are not lost without a question.
+/// Edits a copy of a profile. `done` gets the edited profile, or nullopt if the user cancels; it may refuse with the
+/// reason to show. Asks before discarding changes.
 class ProfileEditor : public SheetFrame {
     Q_OBJECT
 public:
@@ -25,7 +25,7 @@ public:
 
     ProfileEditor(const AgentPorts &ports, const FolderProfile &profile, Purpose purpose, Done done, QWidget *window);
 
-    /// The copy as it is now, with paths as they are typed.
+    /// The copy in its present state, with paths as typed.
     FolderProfile edited() const;
 
 protected:
@@ -34,7 +34,7 @@ protected:
 private:
     struct EntryRow {
         QUuid id;
-        QString given; ///< the path as it was stored, detected or picked
+        QString given; ///< the path as stored, detected or picked
         QWidget *row = nullptr;
         QLineEdit *path = nullptr;
         QLineEdit *reason = nullptr;
@@ -54,7 +54,7 @@ private:
 
     AgentPorts m_ports;
     FolderProfile m_profile;
-    FolderProfile m_opened; ///< as the fields give it when nothing is edited
+    FolderProfile m_opened; ///< the unedited state, as read back from the fields
     Done m_done;
     NoticeBar *m_problem;
     NoticeBar *m_noEntries = nullptr;

@@ -57,7 +57,7 @@ ProjectsPage::ProjectsPage(const AgentPorts &ports, QWidget *parent)
         QStringLiteral("Wenn du mit „Ordner analysieren …“ einen Software-Projektordner wählst, erkennt der Agent das, "
                        "schlägt vor, was geschützt werden muss, und fragt dich."),
         m_content));
-    m_content->addWidget(new QWidget(m_content)); // while the list is damaged
+    m_content->addWidget(new QWidget(m_content)); // shown while the list is damaged
     body()->addWidget(m_content, 1);
     m_ports.agent.profiles.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.damaged.observe(this, [this](const auto &) { refresh(); });
@@ -92,7 +92,7 @@ void ProjectsPage::protect(const Location &folder)
 void ProjectsPage::refresh()
 {
     for (QWidget *const row : m_shown) {
-        row->hide(); // its buttons are about what was
+        row->hide(); // its buttons refer to the old list
         row->deleteLater();
     }
     m_shown.clear();

@@ -14,14 +14,15 @@ namespace brellin {
 
 class NoticeBar;
 
-/// The projects area: the folders under protection.
+/// The projects area: the protected folders.
 class ProjectsPage : public AgentPage {
     Q_OBJECT
 public:
     ProjectsPage(const AgentPorts &ports, QWidget *parent);
     ~ProjectsPage() override;
 
-    /// Looks what in a folder needs protection, and offers a profile to edit; of one that has a profile, that one.
+    /// Detects what needs protection in a folder and opens the profile editor; for a folder with a profile opens that
+    /// one.
     void protect(const Location &folder);
 
     enum class ProfileState { New, Stored };
@@ -39,7 +40,7 @@ private:
     QStackedWidget *m_content;
     QVBoxLayout *m_rows;
     std::vector<QWidget *> m_shown;
-    NoticeBar *m_notice; ///< a removed profile, with the way back
+    NoticeBar *m_notice; ///< offers to restore a removed profile
     std::optional<FolderProfile> m_removed;
     const std::shared_ptr<QThreadPool> m_pool;
     std::unique_ptr<Job<FolderProfile>> m_detection;

@@ -11,7 +11,7 @@ namespace brellin {
 class ProposalModel;
 class TextLabel;
 
-/// Below the proposals: how much is ticked, and what to do with it.
+/// The bar below the proposals: the size of the selection, and its actions.
 class ProposalFooter : public QWidget {
     Q_OBJECT
 public:

@@ -45,7 +45,7 @@ ProposalList::ProposalList(const AgentPorts &ports, QWidget *parent)
     connect(&m_model, &QAbstractItemModel::modelReset, this, &ProposalList::findRows);
 }
 
-/// What is current and what stands at the top, before all rows become others.
+/// Saves the current row and the top row before the model resets.
 void ProposalList::noteRows()
 {
     const auto identityAt = [this](const QModelIndex &index) {
@@ -65,7 +65,7 @@ void ProposalList::findRows()
     }
     if (m_current.isEmpty() || m_model.rowCount() == 0)
         return;
-    // Who has scrolled away from the current row stays where he is.
+    // Do not scroll back to the current row if the user has scrolled away from it.
     setAutoScroll(false);
     setCurrentIndex(m_model.index(std::max(m_model.rowOf(m_current), 0)));
     setAutoScroll(true);
@@ -77,7 +77,7 @@ std::optional<AgentProposal> ProposalList::current() const
     return proposal ? std::optional(*proposal) : std::nullopt;
 }
 
-/// The list's own keys go before the window's commands.
+/// The list's keys take precedence over the window's shortcuts.
 bool ProposalList::event(QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
@@ -95,8 +95,8 @@ void ProposalList::paintEvent(QPaintEvent *event)
     QListView::paintEvent(event);
 }
 
-/// The cards beneath the rows: from each group's head to its last row. What lies far outside is cut off, so that a card of
-/// thousands of rows costs no more than a small one.
+/// Paints each group's card beneath its rows, clipped to the viewport, so that a card of thousands of rows costs no
+/// more than a small one.
 void ProposalList::paintCards()
 {
     QPainter painter(viewport());
@@ -122,7 +122,7 @@ void ProposalList::paintCards()
 void ProposalList::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
-    scheduleDelayedItemsLayout(); // a narrow row is higher
+    scheduleDelayedItemsLayout(); // narrow rows are taller
 }
 
 void ProposalList::keyPressEvent(QKeyEvent *event)
@@ -189,7 +189,7 @@ void ProposalList::mousePressEvent(QMouseEvent *event)
 void ProposalList::mouseDoubleClickEvent(QMouseEvent *event)
 {
     const ProposalPart part = partAt(event->pos());
-    // Two quick clicks on a tick are two clicks; after a discarded row they would hit the next one.
+    // A double click on a tick toggles twice; on a discard button the second click would hit the next row.
     if (part == ProposalPart::Row)
         act(indexAt(event->pos()), ProposalPart::Preview);
     else if (part == ProposalPart::Tick)

@@ -9,15 +9,15 @@ class QMenu;
 
 namespace brellin {
 
-/// The list of proposals, one card per group. Space ticks, the arrows move, Enter shows more, Del discards; what the mouse
-/// finds in a row is in the context menu too.
+/// The list of proposals, one card per group. Space ticks, the arrow keys move, Enter opens the preview, Del discards.
+/// Every mouse action of a row is in the context menu too.
 class ProposalList : public QListView {
     Q_OBJECT
 public:
     ProposalList(const AgentPorts &ports, QWidget *parent);
 
     ProposalModel &proposals() { return m_model; }
-    /// The proposal of the current row.
+    /// The proposal of the current row; nullopt for a group's head.
     std::optional<AgentProposal> current() const;
 
     Q_SIGNAL void previewRequested(const QUuid &proposal);
@@ -48,7 +48,7 @@ private:
     AgentPorts m_ports;
     ProposalModel m_model;
     ProposalRow m_row;
-    /// Over a reset of the model: identities of rows, and how much of the top one was hidden.
+    /// Saved while the model resets: the identities of the current and the top row, and the offset of the top row.
     QByteArray m_current, m_top;
     int m_aboveTop = 0;
 };

@@ -13,7 +13,7 @@ namespace {
 
 using Row = ProposalModel::Row;
 
-/// More separate pieces than this to take out or put in cost the views more than starting anew.
+/// Above this number of separate insertions and removals a reset is cheaper for the views.
 constexpr int mostPieces = 40;
 
 QSet<QByteArray> identities(const std::vector<Row> &rows)
@@ -25,7 +25,7 @@ QSet<QByteArray> identities(const std::vector<Row> &rows)
     return all;
 }
 
-/// The rows that also are among others, by identity and in their order.
+/// The rows that are also in `others`, by identity, in order.
 std::vector<QByteArray> kept(const std::vector<Row> &rows, const QSet<QByteArray> &others)
 {
     std::vector<QByteArray> left;
@@ -35,7 +35,7 @@ std::vector<QByteArray> kept(const std::vector<Row> &rows, const QSet<QByteArray
     return left;
 }
 
-/// In how many separate pieces the rows that are not among others stand.
+/// The number of contiguous blocks of rows that are not in `others`.
 int piecesWithout(const std::vector<Row> &rows, const QSet<QByteArray> &others)
 {
     int pieces = 0;
@@ -77,7 +77,7 @@ void ProposalModel::setFilter(const QString &text)
     refresh();
 }
 
-/// What is the same as before is shared with the rows that show it.
+/// Unchanged proposals are shared with the rows that show them.
 void ProposalModel::takeList()
 {
     QHash<QUuid, const Listed *> before;
@@ -100,7 +100,7 @@ bool ProposalModel::passes(Listed &one) const
         return true;
     if (one.searched.isNull()) {
         const ProposalRoad road = roadOf(*one.proposal, m_home);
-        // Nobody types what stands between them.
+        // Separate the fields with a character that nobody types.
         const QStringList texts{shownName(one.proposal->source), road.from.join(u'/'), road.to.join(u'/'),
                                 one.proposal->reason};
         one.searched = folded(texts.join(QChar::LineFeed));
@@ -151,8 +151,8 @@ void ProposalModel::refresh()
     changed();
 }
 
-/// Whether removing and inserting few rows leads to the new list: what both have is in the same order, and nothing is there
-/// twice.
+/// Whether few insertions and removals lead to the new list: common rows are in the same order, and identities are
+/// unique.
 bool ProposalModel::canBeMended(const std::vector<Row> &next) const
 {
     const QSet<QByteArray> before = identities(m_rows);

@@ -9,9 +9,9 @@
 
 namespace brellin {
 
-/// The proposals as one list: each group's head, then its proposals. Follows the agent; rows that stay keep their place, so
-/// that the current row and the scroll position survive a new scan; where very much changes at once the model is reset
-/// instead, and whoever shows it finds its rows again by their identities. A filter hides rows and changes no tick.
+/// The proposals as one list: the head of each group, followed by its proposals. Follows the agent. Updates by
+/// inserting and removing rows, so that current row and scroll position survive a new scan; after very large changes it
+/// resets instead, and views find their rows by identity. A filter hides rows without changing ticks.
 class ProposalModel : public QAbstractListModel {
     Q_OBJECT
 public:
@@ -19,25 +19,25 @@ public:
 
     struct Row {
         QByteArray identity;
-        std::optional<ProposalGroup> group;            ///< of a head: what is visible of the group
-        std::shared_ptr<const AgentProposal> proposal; ///< of any other row
-        bool isLast = false;                           ///< of its group
+        std::optional<ProposalGroup> group;            ///< set for a head: the visible rows of its group
+        std::shared_ptr<const AgentProposal> proposal; ///< set for all other rows
+        bool isLast = false;                           ///< last row of its group
     };
     const Row &at(int row) const { return m_rows[static_cast<std::size_t>(row)]; }
-    /// -1: not visible.
+    /// -1 if not visible.
     int rowOf(const QByteArray &identity) const;
     bool isTicked(const AgentProposal &proposal) const { return m_agent.chosen.get().contains(proposal.id); }
-    /// Why it could not be carried out; empty: nobody has tried, or it is done.
+    /// Why it could not be executed; empty if it has not failed.
     QString failureOf(const AgentProposal &proposal) const;
 
-    /// Shows what holds this text in its name, its folders or its reason.
+    /// Shows only proposals with this text in their name, folders or reason.
     void setFilter(const QString &text);
     bool isFiltered() const { return !m_filter.isEmpty(); }
-    /// Ticks a proposal, or the visible ones of a group.
+    /// Toggles a proposal, or all visible ones of a group.
     void toggle(int row);
-    /// What is visible and not ticked.
+    /// Visible proposals that are not ticked.
     std::set<QUuid> visibleUnticked() const;
-    /// How many ticked proposals the filter hides.
+    /// Number of ticked proposals that the filter hides.
     int hiddenTicked() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -46,11 +46,11 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    /// A proposal of the whole list, visible or not.
+    /// A proposal of the complete list, visible or not.
     struct Listed {
         QByteArray identity;
         std::shared_ptr<const AgentProposal> proposal;
-        QString searched; ///< what a filter looks at; made for the first one
+        QString searched; ///< text for the filter; built on first use
     };
 
     void takeList();
@@ -65,7 +65,7 @@ private:
 
     CleanupAgent &m_agent;
     Location m_home;
-    QString m_filter; ///< in the form in which names are compared
+    QString m_filter; ///< normalised for comparison
     std::vector<Listed> m_listed;
     std::vector<Row> m_rows;
 };

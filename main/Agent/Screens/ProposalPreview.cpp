@@ -63,7 +63,7 @@ void ProposalPreview::rebuild()
     if (!one)
         return close();
     if (m_shown) {
-        m_shown->hide(); // its buttons are about what was
+        m_shown->hide(); // its buttons refer to the old proposal
         m_shown->deleteLater();
     }
     m_shown = new QWidget;
@@ -132,7 +132,7 @@ QWidget *ProposalPreview::fileCard(const QString &head, const Location &entry, c
 
 void ProposalPreview::buildButtons()
 {
-    // The one that changes nothing has the focus first.
+    // Focus the button that changes nothing.
     QPushButton *const done =
         makeButton(QStringLiteral("Fertig"), ButtonKind::Primary, QStringLiteral("previewDone"), this);
     QPushButton *const never =

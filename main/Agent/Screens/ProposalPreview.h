@@ -7,8 +7,8 @@ namespace brellin {
 
 class NoticeBar;
 
-/// More of one proposal: the file, where it goes and why. Of a duplicate both files side by side, and the choice to keep the
-/// other one.
+/// Details of one proposal: the file, its destination and the reason. For a duplicate shows both files side by side,
+/// with the choice to keep the other one.
 class ProposalPreview : public SheetFrame {
     Q_OBJECT
 public:

@@ -19,14 +19,14 @@ namespace {
 
 constexpr double tickSide = 16;
 constexpr double rowPictureSide = 28;
-constexpr int narrowWidth = 640; ///< below it the reason stands under the road
+constexpr int narrowWidth = 640; ///< below it the reason goes under the road
 
 int headHeight()
 {
     return scaled(40);
 }
 
-/// Asked for every row of a long list whenever one changes.
+/// Cached: called for every row of a long list whenever one changes.
 int lineHeight(double factor)
 {
     static QMap<std::pair<double, double>, int> known;
@@ -38,9 +38,9 @@ int lineHeight(double factor)
 
 } // namespace
 
-/// Where things lie in a row, left to right.
+/// The areas of a row, from left to right.
 struct ProposalRow::Places {
-    QRect body; ///< the row without the gap below it
+    QRect body; ///< the row without the gap below
     QRect tick;
     QRect picture;
     QRect name;
@@ -102,7 +102,7 @@ QSize ProposalRow::sizeHint(const QStyleOptionViewItem &option, const QModelInde
     const int below = row.isLast ? gap() : 0;
     if (row.group)
         return {0, headHeight()};
-    // The option tells no width when sizes are asked for.
+    // The option has no width while sizes are computed.
     const auto *const view = qobject_cast<const QAbstractScrollArea *>(option.widget);
     const int lines = view && view->viewport()->width() < scaled(narrowWidth) ? 2 : 1;
     const int text = lineHeight(1) + lines * (lineHeight(0.92) + scaled(2));
@@ -115,7 +115,7 @@ ProposalPart ProposalRow::partAt(const QRect &row, int rowNumber, QPoint place) 
     const Places places = placesIn(row, at.isLast);
     if (!places.body.contains(place))
         return ProposalPart::None;
-    // The whole left edge ticks: a small square is hard to hit.
+    // The whole left edge counts as the tick: a small box is hard to hit.
     if (place.x() < places.picture.left() - scaled(4))
         return ProposalPart::Tick;
     if (at.group)
@@ -222,7 +222,7 @@ void ProposalRow::paintName(QPainter &painter, const QRect &place, const AgentPr
     painter.drawText(chip.adjusted(symbol + scaled(10), 0, 0, 0), Qt::AlignVCenter, mark);
 }
 
-/// "Downloads → Dokumente › Rechnungen › 2026"; what does not fit is left out where both say the same, then in the middle.
+/// "Downloads → Dokumente › Rechnungen › 2026"; elides the common folders first, then the middle.
 void ProposalRow::paintRoad(QPainter &painter, const QRect &place, const AgentProposal &proposal) const
 {
     const ProposalRoad road = roadOf(proposal, m_ports.services.folders.home);

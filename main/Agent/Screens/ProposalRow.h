@@ -7,25 +7,25 @@
 
 namespace brellin {
 
-/// A part of a row that answers to the mouse.
+/// The area of a row under the mouse.
 enum class ProposalPart { Row, Tick, Preview, Discard, None };
 
-/// Draws a row of the list of proposals, and says where its parts lie.
+/// Paints the rows of the proposal list and locates their areas.
 class ProposalRow : public QStyledItemDelegate {
     Q_OBJECT
 public:
     ProposalRow(const AgentPorts &ports, ProposalModel &model, QObject *parent);
 
-    /// The part under the mouse; drawn as hovered.
+    /// Sets the area under the mouse, which is painted as hovered.
     void setHovered(const QModelIndex &index, ProposalPart part);
     ProposalPart partAt(const QRect &row, int rowNumber, QPoint place) const;
-    /// What a part of a row tells in its tool tip; may be empty.
+    /// The tool tip of an area; may be empty.
     QString toolTip(int rowNumber, ProposalPart part) const;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
-    /// The empty space below the last row of a group.
+    /// Height of the space below the last row of a group.
     static int gap();
 
 private:

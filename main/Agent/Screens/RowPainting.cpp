@@ -17,7 +17,7 @@ constexpr int barWidth = 3;
 QPainterPath groundPath(const QRectF &row, RowEdges edges)
 {
     QPainterPath path;
-    path.setFillRule(Qt::WindingFill); // its pieces overlap
+    path.setFillRule(Qt::WindingFill); // sub-paths overlap
     path.addRoundedRect(row, rowCornerRadius, rowCornerRadius);
     const double half = row.height() / 2;
     if (!edges.testFlag(RowEdge::Top))

@@ -9,19 +9,19 @@ class QPainter;
 
 namespace brellin {
 
-/// Pieces that painted rows of the agent's lists have in common.
+/// Painting shared by the rows of the agent's lists.
 
 enum class RowGround { Plain, Selected };
-/// Where a row's ground has the round corners of its card.
+/// Which edges of a row have the rounded corners of its card.
 enum class RowEdge { None = 0, Top = 1, Bottom = 2 };
 Q_DECLARE_FLAGS(RowEdges, RowEdge)
 Q_DECLARE_OPERATORS_FOR_FLAGS(RowEdges)
 
-/// The ground of a row on its card; a selected one is tinted and has the accent's bar at its left.
+/// Paints the background of a row; if selected, tinted and with an accent bar at the left.
 void paintRowGround(QPainter &painter, const QRect &row, RowGround ground, RowEdges edges);
-/// A box to tick, as the check boxes of the look.
+/// Paints a check box in the application's style.
 void paintTick(QPainter &painter, const QRect &place, Qt::CheckState state, bool hovered, bool focused);
-/// A text in as many lines as fit, centred in height; the last one loses its end where there is more.
+/// Paints as many lines of a text as fit, centred vertically; elides the last one.
 void paintLines(QPainter &painter, const QRect &place, const QString &text);
 
 } // namespace brellin

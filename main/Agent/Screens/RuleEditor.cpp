@@ -60,7 +60,7 @@ RuleEditor::RuleEditor(const AgentPorts &ports, const CleanupRule &rule, Done do
     buildConditions();
     buildAction();
     content()->addStretch(1);
-    m_trial = new RuleTrialPane(m_ports, this); // last: Tab reaches it behind the fields
+    m_trial = new RuleTrialPane(m_ports, this); // created last, so that Tab reaches it after the fields
     side(316)->addWidget(m_trial);
     buildButtons();
     connect(m_name, &QLineEdit::textChanged, this, &RuleEditor::changed);
