@@ -17,15 +17,15 @@ class NoticeBar;
 class RuleTrialPane;
 class TextLabel;
 
-/// Edits a copy of a rule, with a live test of it beside the fields. `done` gets the copy when the user saves it; it may
-/// refuse, with the reason to show. Edits are not lost without a question.
+/// Edits a copy of a rule, with a live preview beside the fields. `done` gets the copy when the user saves; it may
+/// refuse with the reason to show. Asks before discarding changes.
 class RuleEditor : public SheetFrame {
     Q_OBJECT
 public:
     using Done = std::function<Result<void>(const CleanupRule &)>;
     RuleEditor(const AgentPorts &ports, const CleanupRule &rule, Done done, QWidget *window);
 
-    /// The copy as it is now.
+    /// The copy in its present state.
     CleanupRule edited() const;
 
 protected:
@@ -43,7 +43,7 @@ private:
 
     AgentPorts m_ports;
     CleanupRule m_rule;
-    CleanupRule m_opened; ///< as the fields give it when nothing is edited
+    CleanupRule m_opened; ///< the unedited state, as read back from the fields
     Done m_done;
     NoticeBar *m_problem;
     QLineEdit *m_name = nullptr;

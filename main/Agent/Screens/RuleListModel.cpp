@@ -73,7 +73,7 @@ bool RuleListModel::setData(const QModelIndex &index, const QVariant &value, int
 Qt::ItemFlags RuleListModel::flags(const QModelIndex &index) const
 {
     if (!index.isValid())
-        return Qt::ItemIsDropEnabled; // between the rows
+        return Qt::ItemIsDropEnabled; // drop between rows
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsDragEnabled;
 }
 
@@ -97,11 +97,11 @@ bool RuleListModel::dropMimeData(const QMimeData *data, Qt::DropAction action, i
     if (action != Qt::MoveAction || from < 0)
         return false;
     const int place = row < 0 ? rowCount() : row;
-    // The rule leaves its old place first.
+    // The index after the rule has been removed from its old position.
     const Result<void> moved = m_agent.moveRule(rule, static_cast<std::size_t>(place > from ? place - 1 : place));
     if (!moved)
         Q_EMIT failed(moved.error().message);
-    // The list has its new order already: the view must not take the dragged row out once more.
+    // The list is already updated: keep the view from removing the dragged row.
     return false;
 }
 

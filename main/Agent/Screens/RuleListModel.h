@@ -6,14 +6,14 @@
 
 namespace brellin {
 
-/// The rules in the order in which they are tried. A tick switches a rule on; a row that is dropped elsewhere moves there.
+/// The rules in order of precedence. Check boxes enable rules; drag and drop moves them.
 class RuleListModel : public QAbstractListModel {
     Q_OBJECT
 public:
     RuleListModel(CleanupAgent &agent, Location home, QObject *parent);
 
     const CleanupRule &at(int row) const { return m_rules[static_cast<std::size_t>(row)]; }
-    /// The row of a rule, -1 where it is not there.
+    /// The row of a rule; -1 if it is not in the list.
     int rowOf(const QUuid &rule) const;
     QString summaryOf(int row) const;
 
@@ -27,7 +27,7 @@ public:
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                       const QModelIndex &parent) override;
 
-    /// A change could not be stored.
+    /// Emitted when a change could not be stored.
     Q_SIGNAL void failed(const QString &why);
 
 private:

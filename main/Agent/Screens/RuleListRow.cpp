@@ -16,7 +16,7 @@ QRect tickIn(const QRect &row)
     return {row.left() + scaled(12), row.center().y() + 1 - side / 2, side, side};
 }
 
-/// "automatisch", at the right of the name.
+/// Paints "automatisch" at the right of the name.
 void paintChip(QPainter &painter, QPoint leftTop, int height)
 {
     const QString word = QStringLiteral("automatisch");

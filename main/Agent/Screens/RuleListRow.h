@@ -6,13 +6,13 @@
 
 namespace brellin {
 
-/// Draws a rule: whether it is on, its name, and what it does.
+/// Paints a rule: whether it is enabled, its name and its action.
 class RuleListRow : public QStyledItemDelegate {
     Q_OBJECT
 public:
     RuleListRow(const RuleListModel &model, QObject *parent) : QStyledItemDelegate(parent), m_model(model) {}
 
-    /// Whether a click there switches the rule on or off.
+    /// Whether a click at this position toggles the rule.
     static bool isOnTick(const QRect &row, QPoint place);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;

@@ -55,7 +55,7 @@ void RuleListSheet::buildList()
     m_list->setDropIndicatorShown(true);
     m_list->setMinimumHeight(scaled(180));
     QSizePolicy place = m_list->sizePolicy();
-    place.setRetainSizeWhenHidden(true); // the rest of the sheet stays where it is
+    place.setRetainSizeWhenHidden(true); // keeps the rest of the sheet in place
     m_list->setSizePolicy(place);
     m_list->installEventFilter(this);
     m_list->viewport()->installEventFilter(this);
@@ -132,7 +132,7 @@ void RuleListSheet::select(const QUuid &rule)
 void RuleListSheet::refresh()
 {
     const QModelIndex index = m_list->currentIndex();
-    const bool known = !isDamaged(m_ports.agent, AgentKeys::rules); // else the model holds the examples
+    const bool known = !isDamaged(m_ports.agent, AgentKeys::rules); // otherwise the model holds the examples
     const bool any = known && index.isValid();
     m_list->setVisible(known);
     for (QPushButton *const one : {m_examples, m_new})
@@ -231,7 +231,7 @@ bool RuleListSheet::takesKey(QKeyEvent *event)
 bool RuleListSheet::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_list && event->type() == QEvent::ShortcutOverride) {
-        event->accept(); // no command of the window beneath
+        event->accept(); // not a shortcut of the window
         return true;
     }
     if (watched == m_list && event->type() == QEvent::KeyPress && takesKey(static_cast<QKeyEvent *>(event)))

@@ -11,7 +11,7 @@ namespace brellin {
 
 class NoticeBar;
 
-/// The rules: what is tried in which order; switched, moved, copied, deleted and brought back here.
+/// The list of rules, in order of precedence: enable, move, copy, delete and restore.
 class RuleListSheet : public SheetFrame {
     Q_OBJECT
 public:
@@ -43,7 +43,7 @@ private:
     QListView *m_list = nullptr;
     NoticeBar *m_notice = nullptr;
     std::optional<RemovedRule> m_removed;
-    QUuid m_current; ///< stays current while the list is read anew
+    QUuid m_current; ///< kept across updates of the list
     QPushButton *m_edit = nullptr;
     QPushButton *m_duplicate = nullptr;
     QPushButton *m_remove = nullptr;

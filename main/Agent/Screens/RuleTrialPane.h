@@ -13,13 +13,13 @@ namespace brellin {
 
 class TextLabel;
 
-/// The live test beside the rule editor: what the edited rule would do now, and why it would not take one chosen file.
+/// The live preview beside the rule editor: what the edited rule would take now, and why it would skip a chosen file.
 class RuleTrialPane : public QWidget {
     Q_OBJECT
 public:
     RuleTrialPane(const AgentPorts &ports, QWidget *parent);
 
-    /// Tries this copy of a rule in place of the stored one.
+    /// Tries this copy instead of the stored rule.
     void setRule(const CleanupRule &edited);
     void explain(const Location &file);
 

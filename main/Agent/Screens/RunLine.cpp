@@ -86,7 +86,7 @@ void RunLine::showProgress()
 {
     m_detail->setText(m_agent.detail.get());
     const double share = m_agent.progress.get();
-    // Of unknown length: a bar that only says that something is going on.
+    // Unknown total: an indeterminate progress bar.
     m_bar->setRange(0, share > 0 ? barSteps : 0);
     m_bar->setValue(static_cast<int>(std::lround(share * barSteps)));
 }

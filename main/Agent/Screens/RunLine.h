@@ -12,11 +12,11 @@ namespace brellin {
 
 class ElidedLabel;
 
-/// What the agent is doing, with the file at hand and a button that stops it; at rest, what came of the last thing.
+/// The current step with the file name and a cancel button; when idle, the result of the last operation.
 class RunLine : public QWidget {
     Q_OBJECT
 public:
-    /// What stands on the same page: a notice of damage says by itself why the agent does nothing.
+    /// What else is on the page: a damage notice already explains why the agent is idle.
     enum class Beside { Nothing, DamageNotice };
     RunLine(CleanupAgent &agent, QWidget *parent, Beside beside = Beside::Nothing);
 

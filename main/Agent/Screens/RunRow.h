@@ -11,7 +11,7 @@ namespace brellin {
 class SymbolButton;
 class TextLabel;
 
-/// One run of the history as a card: when it was, what it did and the button that takes it back; opened, its steps.
+/// One run of the history as a card: date, summary and undo button; its steps when expanded.
 class RunRow : public Card {
     Q_OBJECT
 public:
@@ -40,8 +40,8 @@ private:
     TextLabel *m_remarks = nullptr;
     TextLabel *m_notUndone = nullptr;
     QPushButton *m_undo = nullptr;
-    QPushButton *m_retry = nullptr; ///< what was not put back
-    QListWidget *m_steps = nullptr; ///< filled when first opened
+    QPushButton *m_retry = nullptr; ///< for what was not restored
+    QListWidget *m_steps = nullptr; ///< filled when first expanded
 };
 
 } // namespace brellin

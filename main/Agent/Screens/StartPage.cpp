@@ -171,7 +171,7 @@ void StartPage::resizeEvent(QResizeEvent *event)
 void StartPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    showCounts(); // "heute" may have become "gestern"
+    showCounts(); // after midnight "heute" becomes "gestern"
 }
 
 void StartPage::showCounts()

@@ -13,7 +13,7 @@ namespace brellin {
 class AgentCard;
 class TextLabel;
 
-/// The agent's start page: what there is to do, as cards with live numbers, and what the agent last did.
+/// The agent's start page: cards with live numbers, and the agent's last action.
 class StartPage : public QWidget {
     Q_OBJECT
 public:
