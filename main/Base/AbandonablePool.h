@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// A pool of one thread for work that may hang for ever, as on a server that does not answer. When the last owner goes, it is
-/// given `patience` to end; then it is left to its fate, with the pool. Its work must hold nothing of its owner.
+/// A one-thread pool for work that may block forever, e.g. on a server that does not respond. On destruction of the
+/// last owner waits up to `patience`, then leaks the thread and the pool. Work must not reference the owner.
 inline std::shared_ptr<QThreadPool> abandonablePool(std::chrono::milliseconds patience = {})
 {
     const std::shared_ptr<QThreadPool> pool(new QThreadPool, [patience](QThreadPool *ending) {
@@ -20,8 +20,8 @@ inline std::shared_ptr<QThreadPool> abandonablePool(std::chrono::milliseconds pa
     return pool;
 }
 
-/// Before new work takes the place of what was given up: that may never come back, and must not hold up what follows. Beyond
-/// a few such threads the new work waits.
+/// Call before starting new work in place of abandoned work, which may never return: allows one more thread, up to a
+/// small limit. Beyond the limit new work waits.
 inline void passAbandonedWork(QThreadPool &pool)
 {
     constexpr int most = 8;

@@ -5,7 +5,7 @@
 
 namespace brellin {
 
-/// The parts of a user-entered list: split at ",", each trimmed of white space, empty ones dropped.
+/// Splits a user-entered list at ","; trims the items and drops empty ones.
 QStringList commaList(const QString &text);
 
 } // namespace brellin

@@ -4,12 +4,12 @@
 
 namespace brellin {
 
-/// What distinguishes the two editions built from this source. Decided when linking: only Edition.cpp depends on the
+/// What distinguishes the two editions built from this source. Decided at link time: only Edition.cpp depends on the
 /// build option.
 struct Edition {
     /// True for the commercial edition.
     static const bool tidewell;
-    /// The program's name as people see it.
+    /// The program's name for users.
     static QString name();
     /// "0.1.0"
     static QString version();

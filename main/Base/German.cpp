@@ -52,7 +52,7 @@ QString sizeText(qint64 bytes)
                                Unit{u"GB", 2},   Unit{u"TB", 2}, Unit{u"PB", 2}};
     std::size_t unit = 0;
     auto value = static_cast<double>(bytes);
-    // 999,6 KB would be written "1.000 KB": the next unit takes over as soon as rounding reaches it.
+    // Switch to the next unit if rounding would reach 1,000: 999.6 KB is 1 MB.
     while (unit + 1 < units.size() && value >= (unit == 0 ? 1000.0 : 999.5)) {
         value /= 1000.0;
         ++unit;

@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// The locale of everything that is shown or written: de_DE, whatever the machine's own is.
+/// The locale of everything shown or written: de_DE, regardless of the machine's locale.
 const QLocale &german();
 
 /// The calendar day of an instant in the user's time zone.
@@ -21,11 +21,11 @@ QString longDateTime(Instant instant);
 /// "2026-09-03"
 QString isoDay(Instant instant);
 
-/// A decimal byte size as a file manager writes it: "0 Byte", "1 Byte", "999 Byte", "12 KB", "1,2 MB", "3,45 GB":
-/// no decimal below one MB, one below one GB, two above; a closing zero is left out.
+/// Formats a size in decimal units, as a file manager does: "0 Byte", "1 Byte", "999 Byte", "12 KB", "1,2 MB", "3,45
+/// GB". No decimals below 1 MB, one below 1 GB, two above; trailing zeros are dropped.
 QString sizeText(qint64 bytes);
 
-/// "1 Datei", "1.234 Dateien": the number grouped, the noun chosen by it.
+/// "1 Datei", "1.234 Dateien": the number with group separators, and the matching noun.
 QString counted(qint64 count, const QString &one, const QString &many);
 
 } // namespace brellin

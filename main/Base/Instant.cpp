@@ -14,8 +14,7 @@ namespace {
 
 constexpr sys_days storedEpoch = 2001y / January / 1;
 
-/// Nanoseconds reach from 1677 to 2262. What lies beyond, in a file's time or a text, is the end on its side, and no moment
-/// of another century.
+/// Clamps to the range of nanoseconds (1677 to 2262), since overflow would give a time in another century.
 Instant clamped(seconds whole, nanoseconds part)
 {
     constexpr auto first = ceil<seconds>(Instant::min().time_since_epoch());
@@ -47,7 +46,7 @@ double storedSeconds(Instant instant)
 
 Instant instantFromStoredSeconds(double seconds)
 {
-    // Microseconds: finer digits of a double of this size are noise.
+    // Round to microseconds: a double of this size has no finer precision.
     return Instant(storedEpoch) + microseconds(std::llround(seconds * 1e6));
 }
 

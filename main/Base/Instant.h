@@ -8,21 +8,20 @@
 
 namespace brellin {
 
-/// A moment in time, in nanoseconds since 1970-01-01 00:00 UTC (a file system's resolution).
+/// A point in time in nanoseconds since 1970-01-01 00:00 UTC, the resolution of file systems.
 using Instant = std::chrono::sys_time<std::chrono::nanoseconds>;
 
-/// From a file's time, and from milliseconds since 1970. Moments that an instant does not reach (before 1677, after 2262) are
-/// the first or the last one.
+/// Convert a file's time, and milliseconds since 1970. Clamp to the range of an instant (1677 to 2262).
 Instant instantFrom(const timespec &time);
 Instant instantFromMilliseconds(qint64 milliseconds);
 
-/// Seconds since 2001-01-01 00:00 UTC, the number in which stored records keep a date.
+/// Seconds since 2001-01-01 00:00 UTC, the form of dates in stored records.
 double storedSeconds(Instant instant);
 Instant instantFromStoredSeconds(double seconds);
 
-/// "2026-09-03T14:05:09Z"; fractions of a second only where there are any ("…09.250Z").
+/// "2026-09-03T14:05:09Z"; with fractions of a second only if there are any ("…09.250Z").
 QString isoText(Instant instant);
-/// A date that no instant reaches ("9999-12-31T…") is the last one.
+/// Clamps dates beyond the range of an instant ("9999-12-31T…").
 std::optional<Instant> instantFromIso(const QString &text);
 
 } // namespace brellin

@@ -12,11 +12,11 @@
 
 namespace brellin {
 
-/// A piece of long work on a thread pool, held by the main-thread object that wants its result.
+/// Long-running work on a thread pool, owned by the main-thread object that needs the result.
 ///
-/// `finished` is called exactly once on the main thread, with whatever the work returned (a cancel is a result like any
-/// other); while it works, `sampled` is called ten times a second. A Job that is destroyed cancels its work and calls
-/// nothing any more; the work itself ends when it notices, holding nothing of its owner.
+/// `finished` is called exactly once on the main thread with the result of the work, also after a cancel. `sampled` is
+/// called ten times a second meanwhile. Destroying the Job cancels the work and drops the callbacks. The worker polls
+/// the cancel flag; it must not capture the owner.
 template <class T>
 class Job {
 public:
@@ -32,7 +32,7 @@ public:
             m_link->control.cancel();
     }
 
-    /// Refused while it is running: false, and `finished` is never called.
+    /// Returns false if the job is already running; `finished` is then never called.
     bool start(QThreadPool &pool, std::function<T(JobControl &)> work, std::function<void(T)> finished,
                std::function<void(const JobControl &)> sampled = {})
     {
@@ -54,11 +54,11 @@ private:
     struct Link {
         JobControl control;
         std::mutex mutex;
-        Mailbox *receiver = nullptr; ///< null once the owner has gone
+        Mailbox *receiver = nullptr; ///< null once the owner is destroyed
         std::optional<T> result;
     };
 
-    /// On the worker. `job` is only passed on: whether it still lives is known on the main thread alone.
+    /// Runs on the worker. Only passes `job` on: whether it still exists is known on the main thread alone.
     static void run(Job *job, const std::shared_ptr<Link> &link, const std::function<T(JobControl &)> &work)
     {
         T result = work(link->control);
@@ -80,11 +80,11 @@ private:
     {
         const std::shared_ptr<Link> link = std::move(m_link);
         const std::function<void(T)> finished = std::move(m_finished);
-        // A sample that is already due must not come after the end.
+        // No pending sample may arrive after the end.
         m_sampler.reset();
-        // This runs inside the receiver's event: it goes once that is over.
+        // We are inside the receiver's event handler, so delete it later.
         m_receiver.release()->deleteLater();
-        // The last act: the owner may start the next job, or go, in it.
+        // Must be last: the callback may start the next job or destroy this one.
         finished(std::move(*link->result));
     }
 
@@ -99,7 +99,7 @@ private:
 
     std::shared_ptr<Link> m_link;
     std::unique_ptr<QTimer> m_sampler;
-    std::unique_ptr<Mailbox> m_receiver; ///< lives on the main thread; its death drops what is on the way
+    std::unique_ptr<Mailbox> m_receiver; ///< lives on the main thread; its destruction drops pending calls
     std::function<void(T)> m_finished;
 };
 

@@ -7,8 +7,8 @@
 
 namespace brellin {
 
-/// The thread-safe link between long work and whoever waits for it: the work reads the cancel flag and raises the
-/// counters, the other side cancels and samples. Counters mean what the work says they mean (files, bytes).
+/// Thread-safe link between long-running work and its owner: the work polls the cancel flag and updates the counters,
+/// the owner cancels and samples. The work defines the unit of the counters (files, bytes).
 class JobControl {
 public:
     void cancel() { m_cancelled.store(true, std::memory_order_relaxed); }
@@ -20,7 +20,7 @@ public:
     qint64 total() const { return m_total.load(std::memory_order_relaxed); }
     qint64 done() const { return m_done.load(std::memory_order_relaxed); }
 
-    /// The part of the work that has begun ("Suche doppelte Dateien …"); the counters start again with it.
+    /// The current stage of the work ("Suche doppelte Dateien …"); resets the counters.
     void setStage(const QString &stage)
     {
         const std::scoped_lock lock(m_mutex);
@@ -34,7 +34,7 @@ public:
         return m_stage;
     }
 
-    /// What the work is at, for a line of progress ("Rechnung.pdf").
+    /// What the work is processing, for the progress line ("Rechnung.pdf").
     void setDetail(const QString &detail)
     {
         const std::scoped_lock lock(m_mutex);

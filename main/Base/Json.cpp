@@ -90,7 +90,7 @@ JsonResult<void> readJson(const QJsonValue &json, Location &value)
 JsonResult<void> readJson(const QJsonValue &json, Instant &value)
 {
     if (json.isDouble()) {
-        // Beyond that many seconds an instant of nanoseconds overflows.
+        // Larger values overflow the nanoseconds of an instant.
         if (std::abs(json.toDouble()) > 8e9)
             return expected(QStringLiteral("dieses Datum liegt zu weit weg"));
         value = instantFromStoredSeconds(json.toDouble());

@@ -17,33 +17,33 @@
 #include <utility>
 #include <vector>
 
-/// Records as JSON. A record says its fields once:
+/// Conversion of records to and from JSON. A record type declares its fields once:
 ///
 ///     template <> struct JsonTable<RuleCondition> {
 ///         static constexpr std::tuple fields{field("id", &RuleCondition::id), field("kind", &RuleCondition::kind)};
 ///     };
 ///
-/// and an enumeration the text of each case:
+/// and an enumeration the word of each value:
 ///
 ///     template <> struct JsonWords<RuleAction> {
 ///         static constexpr std::array words{std::pair{RuleAction::Move, u"move"}, …};
 ///     };
 ///
-/// Reading is tolerant of what is missing (the member keeps the value of a new record, an "id" is made anew) and of what it
-/// does not know, and strict about what is there: a value of the wrong type is an error that names the field. Heavy to compile: included by
-/// the few sources that read or write records, not by the headers that declare them.
+/// Reading ignores unknown keys. A missing key leaves the member at its default (an "id" is created). A value of the wrong
+/// type is an error that names the field. Expensive to compile: include it in the few sources that read or write records,
+/// not in the headers that declare them.
 namespace brellin {
 
-/// How a date is written: stored records keep seconds since 2001, printed ones ISO 8601 text. Both are read.
+/// The format of dates: seconds since 2001 in stored records, ISO 8601 in printed ones. Both are accepted when reading.
 enum class JsonDates { Stored, Iso };
 
-/// Which value could not be read, and why.
+/// The value that could not be read, and why.
 struct JsonError {
     QString field;  ///< "conditions[2].kind"; empty for the value itself
     QString reason; ///< "„foo“ ist kein erlaubter Wert", without a full stop
 
     bool operator==(const JsonError &) const = default;
-    /// Puts an outer name in front of the field.
+    /// Prefixes the field with the name of an outer one.
     JsonError within(const QString &outer) const;
     /// "Feld „…“: …"
     QString sentence() const;
@@ -70,7 +70,7 @@ struct JsonWords;
 
 template <class T>
 concept JsonRecord = requires { JsonTable<T>::fields; };
-/// A record with an identity of its own.
+/// A record with an id of its own.
 template <class T>
 concept JsonIdentified = JsonRecord<T> && requires(T record) {
     { record.id } -> std::same_as<QUuid &>;
@@ -88,12 +88,13 @@ JsonResult<void> readJson(const QJsonValue &json, QString &value);
 JsonResult<void> readJson(const QJsonValue &json, QUuid &value);
 JsonResult<void> readJson(const QJsonValue &json, Location &value);
 JsonResult<void> readJson(const QJsonValue &json, Instant &value);
-/// A whole number between the two bounds, both included.
+/// Reads a whole number from `least` to `most`, inclusive.
 JsonResult<qint64> readJsonInteger(const QJsonValue &json, qint64 least, qint64 most);
 JsonError jsonWordError(const QJsonValue &json);
-/// A record's object with `fresh` for its "id" where that is missing, or the null UUID that earlier versions stored for it.
+/// The record's object with `fresh` as its "id" if that is missing or null (the null UUID stored by earlier versions).
 QJsonObject withJsonId(QJsonObject record, const QUuid &fresh);
-/// An id made from what a record holds and where it stands: the same at each reading until the record is stored with it.
+/// An id derived from a record's content and position, so that each reading gives the same id until the record is
+/// stored with it.
 QUuid jsonIdOf(const QJsonObject &record, qsizetype place);
 
 template <class Number>
@@ -118,7 +119,7 @@ JsonResult<void> readJson(const QJsonValue &json, Number &value)
     return {};
 }
 
-// Declared before they are defined, so that lists of records of lists find each other.
+// Forward declarations, so that records containing lists of records resolve.
 template <JsonEnum Enum>
 QJsonValue toJson(Enum value, JsonDates dates = JsonDates::Stored);
 template <JsonRecord Record>
@@ -181,7 +182,7 @@ QJsonValue toJson(const std::vector<T> &list, JsonDates dates)
     return array;
 }
 
-/// An element of a list, with an id where its record has one.
+/// An element of a list, with a derived id if its record lacks one.
 template <class T>
 QJsonValue jsonElement(const QJsonArray &list, qsizetype place)
 {
@@ -192,7 +193,7 @@ QJsonValue jsonElement(const QJsonArray &list, qsizetype place)
     return list.at(place);
 }
 
-/// One element of a list.
+/// Reads one element of a list; errors name its index.
 template <class T>
 JsonResult<void> readJsonElement(const QJsonArray &list, qsizetype place, T &value)
 {
@@ -222,7 +223,7 @@ QJsonValue toJson(const Record &record, JsonDates dates)
     QJsonObject object;
     const auto write = [&](const auto &entry) {
         const QJsonValue value = toJson(record.*(entry.member), dates);
-        if (!value.isNull()) // an absent optional is left out
+        if (!value.isNull()) // omit absent optionals
             object.insert(QLatin1StringView(entry.key), value);
     };
     std::apply([&](const auto &...entries) { (write(entries), ...); }, JsonTable<Record>::fields);
@@ -249,14 +250,14 @@ JsonResult<void> readJson(const QJsonValue &json, Record &record)
     return result;
 }
 
-/// The compact text of a JSON value (which must be an object or a list).
+/// A JSON object or array as compact text.
 QByteArray jsonText(const QJsonValue &value);
 
-/// Reads a record or a list of records from text.
+/// Reads a record or a list of records from JSON text.
 template <class T>
 JsonResult<T> fromJsonText(const QByteArray &text);
 
-/// The JSON value of a text; an error says where the text stops being JSON.
+/// Parses JSON text; an error gives the position.
 JsonResult<QJsonValue> parseJson(const QByteArray &text);
 
 template <class T>

@@ -21,7 +21,7 @@ bool isValidUtf8(std::string_view bytes)
 
 Location standardised(const Location &location)
 {
-    std::error_code nowhere; // no path, or a working folder that is gone: it stays relative, and nothing is found there
+    std::error_code nowhere; // ignored: without a working folder the path stays relative, and nothing is found there
     Location absolute = location;
     if (!location.is_absolute())
         absolute = std::filesystem::absolute(location, nowhere);
@@ -37,7 +37,7 @@ bool isStandardised(std::string_view path)
         return false;
     if (path.size() > 1 && path.ends_with('/'))
         return false;
-    // Only a component that is a dot or two is special: most paths hold no "/.".
+    // Only "." and ".." components need work, and few paths contain "/.".
     for (std::size_t at = path.find("/."); at != std::string_view::npos; at = path.find("/.", at + 1)) {
         const std::string_view rest = path.substr(at + 1);
         const std::string_view component = rest.substr(0, rest.find('/'));
@@ -93,8 +93,8 @@ Location locationFromText(const QString &text)
 
 QString folded(const QString &text)
 {
-    // Folding may decompose and composing may change what folds, hence composing on both sides. Qt folds letter by letter
-    // and keeps the one that upper case writes as two.
+    // Folding may decompose and composing may change what folds, so compose before and after. Qt folds character by
+    // character and keeps "ß", which upper case writes as two letters.
     return text.normalized(QString::NormalizationForm_C)
         .toCaseFolded()
         .replace(u'ß', u"ss"_qs)
