@@ -8,39 +8,39 @@
 
 namespace brellin {
 
-/// A place in the file system. File names are bytes; they become text only to be shown or matched.
+/// A path. File names are bytes; they are converted to text only for display or comparison.
 using Location = std::filesystem::path;
 
-/// Absolute, without ".", ".." and a closing "/", decided from the text alone (links are not looked at).
+/// Absolute, without ".", ".." and trailing "/". Purely lexical: symlinks are not resolved.
 Location standardised(const Location &location);
-/// Whether a path is in that form already.
+/// Whether a path already has that form.
 bool isStandardised(std::string_view path);
 
-/// True when `location` is `folder` or lies below it. Both standardised.
+/// Whether `location` is `folder` or lies below it. Both must be standardised.
 bool isAtOrBelow(const Location &location, const Location &folder);
 bool isAtOrBelow(std::string_view location, std::string_view folder);
 
-/// The bytes as text for reading; bytes that are no UTF-8 show as "�".
+/// The path as text for display; invalid UTF-8 shows as "�".
 QString shown(const Location &location);
 QString shown(std::string_view bytes);
-/// The last component for reading ("/" for the root).
+/// The last component for display ("/" for the root).
 QString shownName(const Location &location);
 
-/// A path as it stands in stored or printed JSON: its text where it is valid UTF-8 (and does not begin with
-/// "file://"), else a "file://" URL with percent-encoded bytes. `locationFromText` reads both.
+/// A path as text in stored or printed JSON: the path itself if it is valid UTF-8 (and does not start with "file://"),
+/// otherwise a percent-encoded "file://" URL. `locationFromText` reads both.
 QString textOf(const Location &location);
 Location locationFromText(const QString &text);
 
-/// Text in the form in which names are compared: composed (NFC) and case-folded ("ÜBERWEISUNG" = "Überweisung",
-/// "STRASSE" = "Straße").
+/// Text normalised for comparison: composed (NFC) and case-folded ("ÜBERWEISUNG" = "Überweisung", "STRASSE" =
+/// "Straße").
 QString folded(const QString &text);
 
-/// The part of a name behind its last dot, without the dot; empty for ".profile", "name." and where a blank follows
-/// ("Herr Dr. Maier").
+/// The extension of a name, without the dot. Empty for ".profile", for "name." and if a blank follows the dot ("Herr
+/// Dr. Maier").
 std::string_view extensionOf(std::string_view name);
 /// The name without that extension and its dot.
 std::string_view stemOf(std::string_view name);
-/// The extension in lower case (ASCII letters; extensions beyond ASCII are compared as they are).
+/// The extension in lower case (ASCII letters only).
 std::string lowerExtensionOf(std::string_view name);
 
 } // namespace brellin

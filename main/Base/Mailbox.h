@@ -11,10 +11,10 @@
 
 namespace brellin {
 
-/// Carries out on the main thread, where it lives, what workers post to it. What is on the way when it goes is dropped.
+/// Queue for calls from workers to the main thread. Calls still pending on its destruction are dropped.
 class Mailbox final : public QObject {
 public:
-    /// From any thread, as long as the mailbox is sure to live.
+    /// Thread-safe; the caller must make sure that the mailbox exists.
     void post(std::function<void()> call)
     {
         auto *const letter = new Letter(std::move(call));
@@ -22,7 +22,7 @@ public:
         QCoreApplication::postEvent(this, letter);
     }
 
-    /// One that lives as long as the process; first called on the main thread.
+    /// A mailbox that is never destroyed. The first call must be on the main thread.
     static Mailbox &ofMainThread()
     {
         static auto *const only = new Mailbox;

@@ -4,8 +4,9 @@
 #include <mutex>
 #include <unordered_map>
 
-/// Asked for by the thread sanitizer, by nobody else. Qt is not instrumented, so what it does under its locks looks like races:
-/// left out. Here, for whatever has workers has this file too, and the programs that tests start do not see their environment.
+/// Called by the thread sanitizer only. Qt is not instrumented, so its lock-protected accesses would be reported as
+/// races. Defined here, since every program with workers links this file, and an environment variable would not reach
+/// the programs that tests start.
 extern "C" const char *__tsan_default_options() // NOLINT(bugprone-reserved-identifier): the name is the sanitizer's own
 {
     return "ignore_noninstrumented_modules=1";
@@ -17,7 +18,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// What begins while the rest is awaited is cancelled at least this often.
+/// Interval for cancelling work that was started during the wait.
 constexpr std::chrono::milliseconds rhythm{20};
 
 struct Registry {
@@ -40,7 +41,7 @@ struct Registry {
     }
 };
 
-/// Never destroyed: a thread may come back after everything else.
+/// Never destroyed: a thread may still use it during exit.
 Registry &registry()
 {
     static auto *const only = new Registry;
@@ -55,7 +56,8 @@ struct Entry {
     }
     ~Entry()
     {
-        // What goes with the control may itself hold tokens: not under the lock, and not after the work counts as over.
+        // Destroying the control may release other tokens: do it without the lock, and before this work counts as
+        // finished.
         release();
         const std::scoped_lock lock(registry().mutex);
         registry().open.erase(this);

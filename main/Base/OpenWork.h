@@ -7,17 +7,17 @@
 
 namespace brellin {
 
-/// The work of this process that is on a thread or waits for one, wherever it was begun. For the end of the program, which
-/// must not take away what a thread still uses. Callable from every thread.
+/// Registry of all work of this process that runs on a thread or waits for one. Used on exit, so that nothing is
+/// destroyed while a thread still uses it. Thread-safe.
 class OpenWork {
 public:
-    /// Open until the last copy goes: the worker holds one until it has let go of everything else.
+    /// The work counts as open until the last copy is destroyed. The worker's copy must be released last.
     using Token = std::shared_ptr<const void>;
     static Token begin(std::shared_ptr<JobControl> control = {});
 
-    /// False where some is still open after `patience`.
+    /// Waits until no work is open; false if some is left after `patience`.
     static bool wait(std::chrono::milliseconds patience);
-    /// The same, and cancels what is open and what begins meanwhile.
+    /// The same, but cancels all open work, including work started meanwhile.
     static bool cancelAndWait(std::chrono::milliseconds patience);
 };
 

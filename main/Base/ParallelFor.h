@@ -12,8 +12,7 @@
 
 namespace brellin {
 
-/// Calls `work` with each index below `count`, several at a time; each thread takes the next one that is left. Stops early
-/// when cancelled. `work` must not throw.
+/// Calls `work` for each index below `count` on all cores. Stops early when cancelled. `work` must not throw.
 inline void parallelFor(std::size_t count, const std::function<void(std::size_t)> &work,
                         const JobControl *control = nullptr)
 {
@@ -28,7 +27,7 @@ inline void parallelFor(std::size_t count, const std::function<void(std::size_t)
         for (std::size_t i = 1; i < threads; ++i)
             others.emplace_back(run);
     } catch (const std::system_error &) {
-        // The system has no more threads: those that are there do the work.
+        // Out of threads: continue with those that exist.
     }
     run();
 }

@@ -12,7 +12,7 @@
 
 namespace brellin {
 
-/// Work on its way to a thread of a pool. Open until all that it holds has gone.
+/// Work queued to a thread pool; registered as open until everything it captures is destroyed.
 class PoolWork final : public QRunnable {
 public:
     static void start(QThreadPool &pool, std::function<void()> work, std::shared_ptr<JobControl> control)
@@ -35,7 +35,7 @@ private:
     {
     }
 
-    const OpenWork::Token m_open; ///< goes last
+    const OpenWork::Token m_open; ///< destroyed last
     const std::function<void()> m_work;
 };
 

@@ -10,11 +10,11 @@
 
 namespace brellin {
 
-/// A property of a model that anyone may read and watch, and only its model may write (see `Model`). Lives on the main
-/// thread.
+/// An observable property of a model. Anyone may read and observe it, only its model may write it (see `Model`). Main
+/// thread only.
 ///
-/// Observers hear of changes only: writing an equal value is silent. A write from within an observer waits until all have
-/// heard of the one before, so that everybody sees the same sequence of values.
+/// Observers are notified of changes only, not of equal values. A write from inside an observer is queued until all
+/// observers have seen the previous value, so that all of them see the same sequence.
 template <class T>
 class Published {
 public:
@@ -25,7 +25,7 @@ public:
 
     const T &get() const { return m_value; }
 
-    /// Calls `heard` with every new value for as long as `receiver` lives.
+    /// Calls `heard` with every new value until `receiver` is destroyed.
     void observe(QObject *receiver, std::function<void(const T &)> heard)
     {
         m_observers.push_back({receiver, std::move(heard)});
@@ -58,7 +58,7 @@ private:
     void tell()
     {
         std::erase_if(m_observers, [](const Observer &one) { return one.receiver.isNull(); });
-        // Observers may come while telling (and then have seen the value); the list may move under our feet.
+        // An observer added meanwhile has already read the value. The vector may reallocate, so copy each observer.
         const std::size_t count = m_observers.size();
         for (std::size_t i = 0; i < count; ++i) {
             const Observer observer = m_observers[i];
@@ -73,13 +73,14 @@ private:
     bool m_telling = false;
 };
 
-/// What owns published properties: `class Pins : public Model<Pins>`. Only the class itself writes those that it declares.
+/// Base of classes with published properties: `class Pins : public Model<Pins>`. Only the declaring class can write
+/// them.
 template <class Owner>
 class Model : public QObject {
 public:
     using QObject::QObject;
 
-    /// Hides the outer one in the owner: the same, with a writer.
+    /// Hides brellin::Published inside the owner; the same with write access for Model.
     template <class T>
     class Published : public brellin::Published<T> {
     public:

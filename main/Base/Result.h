@@ -8,27 +8,26 @@
 
 namespace brellin {
 
-/// Why something did not happen. `message` is a German text for the person in front of the screen (without the name
-/// of the file: whoever reports it puts that in front); `code` is the system's error where the system failed, else
-/// empty, so that a caller can branch on the cause.
+/// Why an operation failed. `message` is German text for the user, without the file's name, which the caller prepends.
+/// `code` is the system error, so that callers can branch on the cause; empty if no system call failed.
 struct Failure {
     QString message;
     std::error_code code;
 
     bool operator==(const Failure &) const = default;
 
-    /// The system's error `number` (an `errno` value) with its German description.
+    /// The system error `number` (an `errno` value) with its German description.
     static Failure system(int number);
     /// The same for the calling thread's current `errno`.
     static Failure lastSystem();
-    /// The user or the program asked to stop.
+    /// Cancelled by the user or the program.
     static Failure cancelled();
 
     bool isCancelled() const { return code == std::errc::operation_canceled; }
     bool is(std::errc which) const { return code == which; }
 };
 
-/// A value or the reason why there is none. Never dropped silently.
+/// A value, or the reason why there is none.
 template <class T>
 class [[nodiscard]] Result : public std::expected<T, Failure> {
 public:
@@ -47,7 +46,7 @@ inline std::unexpected<Failure> failure(const QString &message)
 
 } // namespace brellin
 
-/// The value of a Result; a failure leaves the calling function with it.
+/// The value of a Result; returns from the calling function on failure.
 #define TRY(expression)                                                                                                \
     __extension__({                                                                                                    \
         auto &&tried = (expression);                                                                                   \

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// The German description of a system error; for numbers that users hardly meet, „Systemfehler 71 (Protocol error).“.
+/// The German description of a system error; for rare numbers „Systemfehler 71 (Protocol error).“.
 QString systemErrorText(const std::error_code &code);
 
 } // namespace brellin

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// Marks for the thread sanitizer where an object changes threads through a queue of Qt: Qt itself is not instrumented, so
-/// its locks are unseen. Nothing without the sanitizer.
+/// Annotations for the thread sanitizer where an object changes threads through a Qt queue: Qt is not instrumented, so
+/// the sanitizer cannot see its locks. No-ops without the sanitizer.
 
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming): the names are the sanitizer's own
 extern "C" {
@@ -17,17 +17,17 @@ void __tsan_release(void *address);
 
 namespace brellin {
 
-/// The compiler defines the macro as 1 where it instruments.
+/// The compiler defines the macro as 1 in instrumented builds.
 inline constexpr bool threadSanitized = std::string_view(BRELLIN_VALUE_OF(__SANITIZE_THREAD__)) == "1";
 
-/// What this thread did so far is seen by whoever takes the object over.
+/// Release: makes this thread's writes visible to the thread that takes the object over.
 inline void markHandedOver([[maybe_unused]] void *object)
 {
     if constexpr (threadSanitized)
         __tsan_release(object);
 }
 
-/// The first thing that is done with a handed-over object.
+/// Acquire: must be the first access to a handed-over object.
 inline void markTakenOver([[maybe_unused]] void *object)
 {
     if constexpr (threadSanitized)
