@@ -37,6 +37,11 @@ std::vector<PanelWork> workOf(const FileOperations &operations, const UserUndo &
     return work;
 }
 
+std::vector<Location> selectedIn(const BrowserModel &pane)
+{
+    return locationsOf(pane.selectedItems());
+}
+
 } // namespace
 
 FileCommands::FileCommands(const WindowServices &services, QWidget *window)
@@ -151,89 +156,98 @@ FileOperations::Then FileCommands::reloading(BrowserModel &pane)
             }};
 }
 
-bool FileCommands::run(CommandId id, BrowserModel &pane)
+void FileCommands::newTextDocument(BrowserModel &pane)
 {
-    using enum CommandId;
-    FileOperations &operations = m_services.operations;
-    const Location folder = pane.current.get();
-    const std::vector<Location> selected = locationsOf(pane.selectedItems());
-    switch (id) {
-    case NewTextDocument:
-        operations.newTextDocument(folder, {&pane, [&pane](const OperationOutcome &outcome) {
-                                                pane.load();
-                                                if (outcome.places().empty())
-                                                    return;
-                                                pane.setSelection(Selection(outcome.places()));
-                                                pane.beginRenameSelection();
-                                            }});
-        return true;
-    case MoveToTrash:
-        trash(selected, pane);
-        return true;
-    case DeleteForGood:
-        operations.deleteForGood(selected, reloading(pane));
-        return true;
-    case EmptyTrash:
-        operations.emptyTrash(reloading(pane));
-        return true;
-    case Compress:
-        operations.compress(selected, folder, reloading(pane));
-        return true;
-    case Unpack:
-        operations.unpack(selected.front(), folder, reloading(pane));
-        return true;
-    case MakeAlias:
-        operations.makeAlias(selected, folder, reloading(pane));
-        return true;
-    case OpenTerminal:
-        operations.openTerminal(folder);
-        return true;
-    case StorageOverview:
-        pane.showPlace(Place::storage(folder));
-        return true;
-    case Properties:
-        showProperties(selected.empty() ? std::vector{folder} : selected);
-        return true;
-    case Undo:
-        m_services.undo.undo();
-        return true;
-    case Redo:
-        m_services.undo.redo();
-        return true;
-    default:
-        return runTransfer(id, selected, pane);
-    }
+    m_services.operations.newTextDocument(pane.current.get(), {&pane, [&pane](const OperationOutcome &outcome) {
+                                                                   pane.load();
+                                                                   if (outcome.places().empty())
+                                                                       return;
+                                                                   pane.setSelection(Selection(outcome.places()));
+                                                                   pane.beginRenameSelection();
+                                                               }});
 }
 
-/// Commands that copy or move, at once or by the clipboard.
-bool FileCommands::runTransfer(CommandId id, const std::vector<Location> &selected, BrowserModel &pane)
+void FileCommands::moveToTrash(BrowserModel &pane)
 {
-    using enum CommandId;
-    switch (id) {
-    case Cut:
-        putOnClipboard({ClipboardFiles::Purpose::Cut, selected});
-        return true;
-    case Copy:
-        putOnClipboard({ClipboardFiles::Purpose::Copy, selected});
-        return true;
-    case Paste:
-        paste(pane);
-        return true;
-    case Duplicate:
-        transfer(selected, pane.current.get(), TransferKind::Copy, pane);
-        return true;
-    case CopyTo:
-        askForFolder(TransferKind::Copy, pane);
-        return true;
-    case MoveTo:
-        askForFolder(TransferKind::Move, pane);
-        return true;
-    case CopyPath:
-        DesktopPasteboard().setText(pathText(selected));
-        return true;
-    default:
-        return false;
-    }
+    if (const std::vector<Location> selected = selectedIn(pane); !selected.empty())
+        m_services.operations.trash(selected, reloading(pane));
+}
+
+void FileCommands::deleteForGood(BrowserModel &pane)
+{
+    m_services.operations.deleteForGood(selectedIn(pane), reloading(pane));
+}
+
+void FileCommands::emptyTrash(BrowserModel &pane)
+{
+    m_services.operations.emptyTrash(reloading(pane));
+}
+
+void FileCommands::compress(BrowserModel &pane)
+{
+    m_services.operations.compress(selectedIn(pane), pane.current.get(), reloading(pane));
+}
+
+void FileCommands::unpack(BrowserModel &pane)
+{
+    if (const std::vector<Location> selected = selectedIn(pane); !selected.empty())
+        m_services.operations.unpack(selected.front(), pane.current.get(), reloading(pane));
+}
+
+void FileCommands::makeAlias(BrowserModel &pane)
+{
+    m_services.operations.makeAlias(selectedIn(pane), pane.current.get(), reloading(pane));
+}
+
+void FileCommands::openTerminal(BrowserModel &pane)
+{
+    m_services.operations.openTerminal(pane.current.get());
+}
+
+void FileCommands::showPropertiesOfSelection(BrowserModel &pane)
+{
+    const std::vector<Location> selected = selectedIn(pane);
+    showProperties(selected.empty() ? std::vector{pane.current.get()} : selected);
+}
+
+void FileCommands::cut(BrowserModel &pane)
+{
+    putOnClipboard({ClipboardFiles::Purpose::Cut, selectedIn(pane)});
+}
+
+void FileCommands::copy(BrowserModel &pane)
+{
+    putOnClipboard({ClipboardFiles::Purpose::Copy, selectedIn(pane)});
+}
+
+void FileCommands::duplicate(BrowserModel &pane)
+{
+    transfer(selectedIn(pane), pane.current.get(), TransferKind::Copy, pane);
+}
+
+void FileCommands::copyTo(BrowserModel &pane)
+{
+    askForFolder(TransferKind::Copy, pane);
+}
+
+void FileCommands::moveTo(BrowserModel &pane)
+{
+    askForFolder(TransferKind::Move, pane);
+}
+
+void FileCommands::copyPath(BrowserModel &pane)
+{
+    DesktopPasteboard().setText(pathText(selectedIn(pane)));
+}
+
+void FileCommands::undo()
+{
+    m_services.undo.undo();
+}
+
+void FileCommands::redo()
+{
+    m_services.undo.redo();
 }
 
 void FileCommands::transfer(std::vector<Location> sources, const Location &destination, TransferKind kind,
@@ -241,12 +255,6 @@ void FileCommands::transfer(std::vector<Location> sources, const Location &desti
 {
     if (!sources.empty())
         m_services.transfers.transfer({std::move(sources), destination, kind, idOf(pane)});
-}
-
-void FileCommands::trash(std::vector<Location> entries, BrowserModel &pane)
-{
-    if (!entries.empty())
-        m_services.operations.trash(std::move(entries), reloading(pane));
 }
 
 void FileCommands::paste(BrowserModel &pane)
@@ -271,7 +279,7 @@ void FileCommands::askForFolder(TransferKind kind, BrowserModel &pane)
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setLabelText(QFileDialog::Accept, move ? QStringLiteral("Verschieben") : QStringLiteral("Kopieren"));
-    const std::vector<Location> sources = locationsOf(pane.selectedItems());
+    const std::vector<Location> sources = selectedIn(pane);
     connect(dialog, &QFileDialog::fileSelected, &pane, [this, sources, kind, &pane](const QString &folder) {
         transfer(sources, Location(QFile::encodeName(folder).toStdString()), kind, pane);
     });
@@ -280,7 +288,7 @@ void FileCommands::askForFolder(TransferKind kind, BrowserModel &pane)
 
 void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
 {
-    const std::vector<Location> selected = locationsOf(pane.selectedItems());
+    const std::vector<Location> selected = selectedIn(pane);
     switch (target.kind) {
     case SendToTarget::Kind::Folder:
         transfer(selected, target.folder, TransferKind::Copy, pane);

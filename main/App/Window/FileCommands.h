@@ -25,14 +25,31 @@ public:
     /// Shows in the window's panel what is under way besides transfers.
     void showWorkIn(TransferPanel &panel);
 
-    /// Whether the command is one of files, which is then carried out.
-    bool run(CommandId id, BrowserModel &pane);
+    // What commands of the table do with the selected entries of the pane, or in its folder.
+    void newTextDocument(BrowserModel &pane);
+    void moveToTrash(BrowserModel &pane);
+    void deleteForGood(BrowserModel &pane);
+    void emptyTrash(BrowserModel &pane);
+    void compress(BrowserModel &pane);
+    void unpack(BrowserModel &pane);
+    void makeAlias(BrowserModel &pane);
+    void openTerminal(BrowserModel &pane);
+    /// Of the folder itself where nothing is selected.
+    void showPropertiesOfSelection(BrowserModel &pane);
+    void cut(BrowserModel &pane);
+    void copy(BrowserModel &pane);
+    void paste(BrowserModel &pane);
+    void duplicate(BrowserModel &pane);
+    void copyTo(BrowserModel &pane);
+    void moveTo(BrowserModel &pane);
+    void copyPath(BrowserModel &pane);
+    void undo();
+    void redo();
 
     /// A folder is shown: offers to clear up what a crash left in it.
     void visit(const Location &folder);
 
     void transfer(std::vector<Location> sources, const Location &destination, TransferKind kind, BrowserModel &pane);
-    void trash(std::vector<Location> entries, BrowserModel &pane);
     void sendTo(const SendToTarget &target, BrowserModel &pane);
     void showProperties(const std::vector<Location> &entries);
 
@@ -40,12 +57,10 @@ public:
     Q_SIGNAL void stateChanged();
 
 private:
-    bool runTransfer(CommandId id, const std::vector<Location> &selected, BrowserModel &pane);
     void attach(const std::vector<Location> &entries);
     void recordChange(const Location &from, const Location &to);
     void offerRestoring(const std::vector<CutShortRename> &found);
     void askForFolder(TransferKind kind, BrowserModel &pane);
-    void paste(BrowserModel &pane);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);

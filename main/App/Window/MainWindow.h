@@ -39,8 +39,33 @@ public:
     void addTab(const Location &folder);
     /// Shows an entry: its folder in a new tab, the entry selected.
     void showEntry(const Location &entry);
+    /// Carries the command's row of the table out, unless a sheet is open.
     void run(CommandId id);
     CommandState state() const;
+
+    // What commands of the table do with the window itself.
+    void newTab();
+    void newWindow();
+    void closeCurrentTab();
+    void nextTab();
+    void previousTab();
+    void openSelection();
+    /// The selected folders.
+    void openInNewTabs();
+    /// From a page to what it covers, from one of its own pages to its first; else along the history.
+    void goBack();
+    void goHome();
+    void goToDownloads();
+    void goToTrash();
+    void editPath();
+    void focusSearch();
+    void togglePin();
+    void toggleDualPane();
+    void switchPane();
+    void togglePreview();
+    void toggleSidebar();
+    void showSettings();
+
     /// Whether the program may end now. Where it is still at work, asks, and wants to quit once more after a yes.
     bool mayQuit();
     /// Closes without a question, which has been asked elsewhere.
@@ -80,9 +105,6 @@ private:
     void placeAt(const std::vector<int> &frame);
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
     void closeTab(int index);
-    void togglePreview();
-    void runPaneCommand(CommandId id);
-    bool runGoCommand(CommandId id, BrowserModel &now);
 
     TabPage *tab() const;
     BrowserModel *pane() const;
@@ -108,7 +130,6 @@ private:
     QWidget *makeDevicePage();
     QWidget *makeStoragePage();
     QStringList storagePath() const;
-    void goBack();
 
     void open(const std::vector<FileItem> &items);
     void askBeforeStarting(const FileItem &item);
@@ -128,7 +149,6 @@ private:
     void removeTags();
     void change(std::function<Result<void>(const std::vector<Location> &)> work);
     void showAllCommands(QWidget *under);
-    void showSettings();
 
     WindowServices m_services;
     std::map<CommandId, QAction *> m_actions;

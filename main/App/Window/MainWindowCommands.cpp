@@ -18,12 +18,6 @@
 
 namespace brellin {
 
-namespace {
-
-constexpr double iconStep = 16;
-
-} // namespace
-
 void MainWindow::buildActions()
 {
     for (const WindowCommand &one : commandTable()) {
@@ -83,60 +77,91 @@ void MainWindow::run(CommandId id)
     if (hasSheet())
         return;
     tab()->activeView().settle();
-    using enum CommandId;
-    switch (id) {
-    case NewTab:
-        addTab(pane()->current.get());
-        break;
-    case NewWindow:
-        Q_EMIT newWindowRequested(pane()->current.get());
-        break;
-    case CloseTab:
-        closeTab(m_tabs->current());
-        break;
-    case NextTab:
-        m_tabs->setCurrent((m_tabs->current() + 1) % m_tabs->count());
-        break;
-    case PreviousTab:
-        m_tabs->setCurrent((m_tabs->current() + m_tabs->count() - 1) % m_tabs->count());
-        break;
-    case Quit:
-        Q_EMIT quitRequested();
-        break;
-    case Settings:
-        showSettings();
-        break;
-    case EditPath:
-        m_address->editPath();
-        break;
-    case Search:
-        m_search->setFocus();
-        m_search->selectAll();
-        break;
-    case DualPane:
-        if (const Result<void> kept = tab()->panes().setDualPane(!tab()->panes().dualPane.get()); !kept)
-            say(kept.error().message);
-        tab()->focusActive();
-        Q_EMIT changed();
-        break;
-    case OtherPane:
-        tab()->switchPane();
-        break;
-    case Preview:
-        togglePreview();
-        break;
-    case Sidebar:
-        m_sidebar->setVisible(!m_sidebar->isVisible());
-        Q_EMIT changed();
-        break;
-    case Pin:
-        if (const Result<void> pinned = m_services.pins.toggle(pane()->current.get()); !pinned)
-            say(pinned.error().message);
-        break;
-    default:
-        runPaneCommand(id);
-    }
+    windowCommand(id).run({*this, *m_files, *pane()});
     refreshState();
+}
+
+void MainWindow::newTab()
+{
+    addTab(pane()->current.get());
+}
+
+void MainWindow::newWindow()
+{
+    Q_EMIT newWindowRequested(pane()->current.get());
+}
+
+void MainWindow::closeCurrentTab()
+{
+    closeTab(m_tabs->current());
+}
+
+void MainWindow::nextTab()
+{
+    m_tabs->setCurrent((m_tabs->current() + 1) % m_tabs->count());
+}
+
+void MainWindow::previousTab()
+{
+    m_tabs->setCurrent((m_tabs->current() + m_tabs->count() - 1) % m_tabs->count());
+}
+
+void MainWindow::openSelection()
+{
+    tab()->activeView().openSelection();
+}
+
+void MainWindow::openInNewTabs()
+{
+    for (const FileItem &item : pane()->selectedItems())
+        if (item.isFolder)
+            addTab(item.location());
+}
+
+void MainWindow::goHome()
+{
+    pane()->navigate(m_services.folders().home);
+}
+
+void MainWindow::goToDownloads()
+{
+    pane()->navigate(m_services.folders().dir(StandardFolder::Downloads));
+}
+
+void MainWindow::goToTrash()
+{
+    ensureTrash();
+    pane()->choose(SidebarItem::place(m_services.folders().trash));
+}
+
+void MainWindow::editPath()
+{
+    m_address->editPath();
+}
+
+void MainWindow::focusSearch()
+{
+    m_search->setFocus();
+    m_search->selectAll();
+}
+
+void MainWindow::togglePin()
+{
+    if (const Result<void> pinned = m_services.pins.toggle(pane()->current.get()); !pinned)
+        say(pinned.error().message);
+}
+
+void MainWindow::toggleDualPane()
+{
+    if (const Result<void> kept = tab()->panes().setDualPane(!tab()->panes().dualPane.get()); !kept)
+        say(kept.error().message);
+    tab()->focusActive();
+    Q_EMIT changed();
+}
+
+void MainWindow::switchPane()
+{
+    tab()->switchPane();
 }
 
 void MainWindow::togglePreview()
@@ -148,87 +173,10 @@ void MainWindow::togglePreview()
     previewSelection();
 }
 
-/// What the active pane does.
-void MainWindow::runPaneCommand(CommandId id)
+void MainWindow::toggleSidebar()
 {
-    using enum CommandId;
-    BrowserModel &now = *pane();
-    switch (id) {
-    case NewFolder:
-        now.newFolder();
-        break;
-    case Open:
-        tab()->activeView().openSelection();
-        break;
-    case OpenInNewTab:
-        for (const FileItem &item : now.selectedItems())
-            if (item.isFolder)
-                addTab(item.location());
-        break;
-    case Rename:
-        now.beginRenameSelection();
-        break;
-    case SelectAll:
-        now.selectAll();
-        break;
-    case ShowHidden:
-        now.setShowHidden(!now.showHidden.get());
-        break;
-    case Details:
-        now.setViewMode(ViewMode::Details);
-        break;
-    case Icons:
-        now.setViewMode(ViewMode::Icons);
-        break;
-    case LargerIcons:
-        now.zoomIcons(iconStep);
-        break;
-    case SmallerIcons:
-        now.zoomIcons(-iconStep);
-        break;
-    default:
-        if (!runGoCommand(id, now))
-            m_files->run(id, now);
-    }
-}
-
-/// Where the active pane goes. False for what is no such command.
-bool MainWindow::runGoCommand(CommandId id, BrowserModel &now)
-{
-    using enum CommandId;
-    switch (id) {
-    case Back:
-        goBack();
-        break;
-    case Forward:
-        now.goForward();
-        break;
-    case Up:
-        now.goUp();
-        break;
-    case Reload:
-        now.reload();
-        break;
-    case Home:
-        now.navigate(m_services.folders().home);
-        break;
-    case Downloads:
-        now.navigate(m_services.folders().dir(StandardFolder::Downloads));
-        break;
-    case Photos:
-        now.choose(SidebarItem::photos());
-        break;
-    case CommandId::Trash:
-        ensureTrash();
-        now.choose(SidebarItem::place(m_services.folders().trash));
-        break;
-    case CommandId::Agent:
-        now.choose(SidebarItem::agent());
-        break;
-    default:
-        return false;
-    }
-    return true;
+    m_sidebar->setVisible(!m_sidebar->isVisible());
+    Q_EMIT changed();
 }
 
 /// A sheet keeps every key, and a field those that it uses, whatever command they stand for.

@@ -123,7 +123,6 @@ void MainWindow::showPlace()
         page->setFocus();
 }
 
-/// From a page to what it covers, from one of its own pages to its first; else along the history.
 void MainWindow::goBack()
 {
     if (place().kind == Place::Kind::Agent && m_agent->path().contains(pathMark)) {

@@ -1,6 +1,7 @@
 #include "App/Window/WindowCommands.h"
 
-#include "ContentView/BrowserModel.h"
+#include "App/Window/FileCommands.h"
+#include "App/Window/MainWindow.h"
 
 #include <algorithm>
 
@@ -79,6 +80,40 @@ bool withHidden(const State &state)
     return inFolder(state) && state.pane->showHidden.get();
 }
 
+using Run = std::function<void(const CommandTarget &)>;
+/// One press makes icons larger or smaller by so many points.
+constexpr double iconStep = 16;
+
+Run run(void (MainWindow::*act)())
+{
+    return [act](const CommandTarget &on) { (on.window.*act)(); };
+}
+Run run(void (BrowserModel::*act)())
+{
+    return [act](const CommandTarget &on) { (on.pane.*act)(); };
+}
+Run run(void (FileCommands::*act)())
+{
+    return [act](const CommandTarget &on) { (on.files.*act)(); };
+}
+/// Works on what is selected in the pane.
+Run run(void (FileCommands::*act)(BrowserModel &))
+{
+    return [act](const CommandTarget &on) { (on.files.*act)(on.pane); };
+}
+Run showPage(const Place &page)
+{
+    return [page](const CommandTarget &on) { on.pane.showPlace(page); };
+}
+Run showAs(ViewMode mode)
+{
+    return [mode](const CommandTarget &on) { on.pane.setViewMode(mode); };
+}
+Run zoomBy(double points)
+{
+    return [points](const CommandTarget &on) { on.pane.zoomIcons(points); };
+}
+
 constexpr int control = Qt::CTRL;
 constexpr int shift = Qt::SHIFT;
 constexpr int alt = Qt::ALT;
@@ -89,9 +124,9 @@ public:
     explicit Menu(CommandGroup group) : m_group(group) {}
 
     void add(CommandId id, const QString &title, std::initializer_list<int> keys, WhileEditing editing, Test enabled,
-             Test checked = {})
+             Run run, Test checked = {})
     {
-        WindowCommand made{id, m_group, title, {}, editing, std::move(enabled), std::move(checked)};
+        WindowCommand made{id, m_group, title, {}, editing, std::move(enabled), std::move(run), std::move(checked)};
         for (const int key : keys)
             made.keys.emplace_back(key);
         commands.push_back(std::move(made));
@@ -107,27 +142,39 @@ std::vector<WindowCommand> fileMenu()
 {
     using enum CommandId;
     Menu menu(CommandGroup::File);
-    menu.add(NewTab, QStringLiteral("Neuer Tab"), {control | Qt::Key_T}, works, always);
-    menu.add(NewWindow, QStringLiteral("Neues Fenster"), {control | Qt::Key_N}, works, always);
-    menu.add(CloseTab, QStringLiteral("Tab schließen"), {control | Qt::Key_W}, works, always);
-    menu.add(NewFolder, QStringLiteral("Neuer Ordner"), {control | shift | Qt::Key_N}, leaves, inFolder);
-    menu.add(NewTextDocument, QStringLiteral("Neues Textdokument"), {}, leaves, inFolder);
-    menu.add(Open, QStringLiteral("Öffnen"), {control | Qt::Key_Down}, leaves, withSelection);
-    menu.add(OpenInNewTab, QStringLiteral("In neuem Tab öffnen"), {control | Qt::Key_Return}, leaves, withFolders);
-    menu.add(Rename, QStringLiteral("Umbenennen"), {Qt::Key_F2}, leaves, withSelection);
-    menu.add(Compress, QStringLiteral("Als ZIP komprimieren"), {}, leaves, withSelection);
-    menu.add(Unpack, QStringLiteral("Entpacken"), {}, leaves, withArchive);
-    menu.add(MakeAlias, QStringLiteral("Verknüpfung erstellen"), {}, leaves, withSelection);
+    menu.add(NewTab, QStringLiteral("Neuer Tab"), {control | Qt::Key_T}, works, always, run(&MainWindow::newTab));
+    menu.add(NewWindow, QStringLiteral("Neues Fenster"), {control | Qt::Key_N}, works, always,
+             run(&MainWindow::newWindow));
+    menu.add(CloseTab, QStringLiteral("Tab schließen"), {control | Qt::Key_W}, works, always,
+             run(&MainWindow::closeCurrentTab));
+    menu.add(NewFolder, QStringLiteral("Neuer Ordner"), {control | shift | Qt::Key_N}, leaves, inFolder,
+             run(&BrowserModel::newFolder));
+    menu.add(NewTextDocument, QStringLiteral("Neues Textdokument"), {}, leaves, inFolder,
+             run(&FileCommands::newTextDocument));
+    menu.add(Open, QStringLiteral("Öffnen"), {control | Qt::Key_Down}, leaves, withSelection,
+             run(&MainWindow::openSelection));
+    menu.add(OpenInNewTab, QStringLiteral("In neuem Tab öffnen"), {control | Qt::Key_Return}, leaves, withFolders,
+             run(&MainWindow::openInNewTabs));
+    menu.add(Rename, QStringLiteral("Umbenennen"), {Qt::Key_F2}, leaves, withSelection,
+             run(&BrowserModel::beginRenameSelection));
+    menu.add(Compress, QStringLiteral("Als ZIP komprimieren"), {}, leaves, withSelection, run(&FileCommands::compress));
+    menu.add(Unpack, QStringLiteral("Entpacken"), {}, leaves, withArchive, run(&FileCommands::unpack));
+    menu.add(MakeAlias, QStringLiteral("Verknüpfung erstellen"), {}, leaves, withSelection,
+             run(&FileCommands::makeAlias));
     menu.add(MoveToTrash, QStringLiteral("In den Papierkorb legen"), {Qt::Key_Delete, control | Qt::Key_Backspace},
-             leaves, withSelection);
-    menu.add(DeleteForGood, QStringLiteral("Endgültig löschen …"), {shift | Qt::Key_Delete}, leaves, withSelection);
-    menu.add(EmptyTrash, QStringLiteral("Papierkorb leeren …"), {}, works, always);
-    menu.add(OpenTerminal, QStringLiteral("Terminal hier öffnen"), {Qt::Key_F4}, leaves, inFolder);
-    menu.add(StorageOverview, QStringLiteral("Speicherplatz …"), {}, leaves, inFolder);
-    menu.add(Properties, QStringLiteral("Eigenschaften"), {alt | Qt::Key_Return, control | Qt::Key_I}, leaves,
-             inFolder);
-    menu.add(Settings, QStringLiteral("Einstellungen …"), {control | Qt::Key_Comma}, works, always);
-    menu.add(Quit, QStringLiteral("Beenden"), {control | Qt::Key_Q}, works, always);
+             leaves, withSelection, run(&FileCommands::moveToTrash));
+    menu.add(DeleteForGood, QStringLiteral("Endgültig löschen …"), {shift | Qt::Key_Delete}, leaves, withSelection,
+             run(&FileCommands::deleteForGood));
+    menu.add(EmptyTrash, QStringLiteral("Papierkorb leeren …"), {}, works, always, run(&FileCommands::emptyTrash));
+    menu.add(OpenTerminal, QStringLiteral("Terminal hier öffnen"), {Qt::Key_F4}, leaves, inFolder,
+             run(&FileCommands::openTerminal));
+    menu.add(StorageOverview, QStringLiteral("Speicherplatz …"), {}, leaves, inFolder,
+             [](const CommandTarget &on) { on.pane.showPlace(Place::storage(on.pane.current.get())); });
+    menu.add(Properties, QStringLiteral("Eigenschaften"), {alt | Qt::Key_Return, control | Qt::Key_I}, leaves, inFolder,
+             run(&FileCommands::showPropertiesOfSelection));
+    menu.add(Settings, QStringLiteral("Einstellungen …"), {control | Qt::Key_Comma}, works, always,
+             run(&MainWindow::showSettings));
+    menu.add(Quit, QStringLiteral("Beenden"), {control | Qt::Key_Q}, works, always, run(&MainWindow::quitRequested));
     return menu.commands;
 }
 
@@ -135,19 +182,27 @@ std::vector<WindowCommand> editMenu()
 {
     using enum CommandId;
     Menu menu(CommandGroup::Edit);
-    menu.add(Undo, QStringLiteral("Rückgängig"), {control | Qt::Key_Z}, leaves, withUndo);
-    menu.add(Redo, QStringLiteral("Wiederholen"), {control | shift | Qt::Key_Z, control | Qt::Key_Y}, leaves, withRedo);
-    menu.add(Cut, QStringLiteral("Ausschneiden"), {control | Qt::Key_X}, leaves, withSelection);
-    menu.add(Copy, QStringLiteral("Kopieren"), {control | Qt::Key_C}, leaves, withSelection);
-    menu.add(Paste, QStringLiteral("Einfügen"), {control | Qt::Key_V}, leaves, withClipboard);
-    menu.add(Duplicate, QStringLiteral("Duplizieren"), {control | Qt::Key_D}, leaves, withSelection);
-    menu.add(CopyTo, QStringLiteral("Kopieren nach …"), {}, leaves, withSelection);
-    menu.add(MoveTo, QStringLiteral("Verschieben nach …"), {}, leaves, withSelection);
-    menu.add(SelectAll, QStringLiteral("Alles auswählen"), {control | Qt::Key_A}, leaves, inFolder);
-    menu.add(CopyPath, QStringLiteral("Pfad kopieren"), {control | alt | Qt::Key_C}, leaves, withSelection);
-    menu.add(Search, QStringLiteral("Suchen"), {control | Qt::Key_F}, works, inFolder);
-    menu.add(EditPath, QStringLiteral("Pfad eingeben"), {control | Qt::Key_L}, works, inFolder);
-    menu.add(Pin, QStringLiteral("Ordner an Schnellzugriff anheften"), {}, leaves, inFolder);
+    menu.add(Undo, QStringLiteral("Rückgängig"), {control | Qt::Key_Z}, leaves, withUndo, run(&FileCommands::undo));
+    menu.add(Redo, QStringLiteral("Wiederholen"), {control | shift | Qt::Key_Z, control | Qt::Key_Y}, leaves, withRedo,
+             run(&FileCommands::redo));
+    menu.add(Cut, QStringLiteral("Ausschneiden"), {control | Qt::Key_X}, leaves, withSelection,
+             run(&FileCommands::cut));
+    menu.add(Copy, QStringLiteral("Kopieren"), {control | Qt::Key_C}, leaves, withSelection, run(&FileCommands::copy));
+    menu.add(Paste, QStringLiteral("Einfügen"), {control | Qt::Key_V}, leaves, withClipboard,
+             run(&FileCommands::paste));
+    menu.add(Duplicate, QStringLiteral("Duplizieren"), {control | Qt::Key_D}, leaves, withSelection,
+             run(&FileCommands::duplicate));
+    menu.add(CopyTo, QStringLiteral("Kopieren nach …"), {}, leaves, withSelection, run(&FileCommands::copyTo));
+    menu.add(MoveTo, QStringLiteral("Verschieben nach …"), {}, leaves, withSelection, run(&FileCommands::moveTo));
+    menu.add(SelectAll, QStringLiteral("Alles auswählen"), {control | Qt::Key_A}, leaves, inFolder,
+             run(&BrowserModel::selectAll));
+    menu.add(CopyPath, QStringLiteral("Pfad kopieren"), {control | alt | Qt::Key_C}, leaves, withSelection,
+             run(&FileCommands::copyPath));
+    menu.add(Search, QStringLiteral("Suchen"), {control | Qt::Key_F}, works, inFolder, run(&MainWindow::focusSearch));
+    menu.add(EditPath, QStringLiteral("Pfad eingeben"), {control | Qt::Key_L}, works, inFolder,
+             run(&MainWindow::editPath));
+    menu.add(Pin, QStringLiteral("Ordner an Schnellzugriff anheften"), {}, leaves, inFolder,
+             run(&MainWindow::togglePin));
     return menu.commands;
 }
 
@@ -156,22 +211,28 @@ std::vector<WindowCommand> goMenu()
     using enum CommandId;
     Menu menu(CommandGroup::Go);
     menu.add(Back, QStringLiteral("Zurück"), {alt | Qt::Key_Left, control | Qt::Key_BracketLeft, Qt::Key_Back}, leaves,
-             withBack);
+             withBack, run(&MainWindow::goBack));
     menu.add(Forward, QStringLiteral("Vorwärts"),
-             {alt | Qt::Key_Right, control | Qt::Key_BracketRight, Qt::Key_Forward}, leaves, withForward);
+             {alt | Qt::Key_Right, control | Qt::Key_BracketRight, Qt::Key_Forward}, leaves, withForward,
+             run(&BrowserModel::goForward));
     menu.add(Up, QStringLiteral("Übergeordneter Ordner"), {control | Qt::Key_Up, alt | Qt::Key_Up, Qt::Key_Backspace},
-             leaves, withParent);
-    menu.add(Reload, QStringLiteral("Aktualisieren"), {control | Qt::Key_R, Qt::Key_F5}, works, inFolder);
-    menu.add(Home, QStringLiteral("Benutzerordner"), {control | shift | Qt::Key_H}, works, always);
-    menu.add(Downloads, QStringLiteral("Downloads"), {control | alt | Qt::Key_L}, works, always);
-    menu.add(Photos, QStringLiteral("Fotos-Mediathek"), {control | shift | Qt::Key_P}, works, always);
-    menu.add(CommandId::Trash, QStringLiteral("Papierkorb"), {}, works, always);
+             leaves, withParent, run(&BrowserModel::goUp));
+    menu.add(Reload, QStringLiteral("Aktualisieren"), {control | Qt::Key_R, Qt::Key_F5}, works, inFolder,
+             run(&BrowserModel::reload));
+    menu.add(Home, QStringLiteral("Benutzerordner"), {control | shift | Qt::Key_H}, works, always,
+             run(&MainWindow::goHome));
+    menu.add(Downloads, QStringLiteral("Downloads"), {control | alt | Qt::Key_L}, works, always,
+             run(&MainWindow::goToDownloads));
+    menu.add(Photos, QStringLiteral("Fotos-Mediathek"), {control | shift | Qt::Key_P}, works, always,
+             showPage(Place::photos()));
+    menu.add(CommandId::Trash, QStringLiteral("Papierkorb"), {}, works, always, run(&MainWindow::goToTrash));
     menu.add(CommandId::Agent, QStringLiteral("Aufräum-Agent"), {control | shift | Qt::Key_K}, works, always,
-             [](const State &state) { return state.agent; });
+             showPage(Place::agent()), [](const State &state) { return state.agent; });
     menu.add(NextTab, QStringLiteral("Nächster Tab"), {control | Qt::Key_PageDown, control | Qt::Key_Tab}, works,
-             withManyTabs);
+             withManyTabs, run(&MainWindow::nextTab));
     menu.add(PreviousTab, QStringLiteral("Vorheriger Tab"),
-             {control | Qt::Key_PageUp, control | shift | Qt::Key_Backtab}, works, withManyTabs);
+             {control | Qt::Key_PageUp, control | shift | Qt::Key_Backtab}, works, withManyTabs,
+             run(&MainWindow::previousTab));
     return menu.commands;
 }
 
@@ -179,19 +240,25 @@ std::vector<WindowCommand> viewMenu()
 {
     using enum CommandId;
     Menu menu(CommandGroup::View);
-    menu.add(Details, QStringLiteral("Als Liste"), {control | Qt::Key_1}, leaves, inFolder, asList);
-    menu.add(Icons, QStringLiteral("Als Symbole"), {control | Qt::Key_2}, leaves, inFolder, asIcons);
+    menu.add(Details, QStringLiteral("Als Liste"), {control | Qt::Key_1}, leaves, inFolder, showAs(ViewMode::Details),
+             asList);
+    menu.add(Icons, QStringLiteral("Als Symbole"), {control | Qt::Key_2}, leaves, inFolder, showAs(ViewMode::Icons),
+             asIcons);
     menu.add(LargerIcons, QStringLiteral("Größere Symbole"), {control | Qt::Key_Plus, control | Qt::Key_Equal}, leaves,
-             inFolder);
-    menu.add(SmallerIcons, QStringLiteral("Kleinere Symbole"), {control | Qt::Key_Minus}, leaves, inFolder);
-    menu.add(ShowHidden, QStringLiteral("Versteckte Dateien ein/aus"),
-             {control | Qt::Key_H, control | shift | Qt::Key_Period}, leaves, inFolder, withHidden);
+             inFolder, zoomBy(iconStep));
+    menu.add(SmallerIcons, QStringLiteral("Kleinere Symbole"), {control | Qt::Key_Minus}, leaves, inFolder,
+             zoomBy(-iconStep));
+    menu.add(
+        ShowHidden, QStringLiteral("Versteckte Dateien ein/aus"),
+        {control | Qt::Key_H, control | shift | Qt::Key_Period}, leaves, inFolder,
+        [](const CommandTarget &on) { on.pane.setShowHidden(!on.pane.showHidden.get()); }, withHidden);
     menu.add(DualPane, QStringLiteral("Zwei Ordner nebeneinander"), {Qt::Key_F3}, works, always,
-             [](const State &state) { return state.dualPane; });
-    menu.add(OtherPane, QStringLiteral("Zum anderen Ordner wechseln"), {Qt::Key_F6}, leaves, withTwoPanes);
+             run(&MainWindow::toggleDualPane), [](const State &state) { return state.dualPane; });
+    menu.add(OtherPane, QStringLiteral("Zum anderen Ordner wechseln"), {Qt::Key_F6}, leaves, withTwoPanes,
+             run(&MainWindow::switchPane));
     menu.add(Preview, QStringLiteral("Vorschaufenster ein/aus"), {control | alt | Qt::Key_P, Qt::Key_F11}, works,
-             inFolder, [](const State &state) { return state.preview; });
-    menu.add(Sidebar, QStringLiteral("Seitenleiste"), {Qt::Key_F9}, works, always,
+             inFolder, run(&MainWindow::togglePreview), [](const State &state) { return state.preview; });
+    menu.add(Sidebar, QStringLiteral("Seitenleiste"), {Qt::Key_F9}, works, always, run(&MainWindow::toggleSidebar),
              [](const State &state) { return state.sidebar; });
     return menu.commands;
 }

@@ -11,6 +11,8 @@
 namespace brellin {
 
 class BrowserModel;
+class FileCommands;
+class MainWindow;
 
 /// Everything that a menu, a tool button or a key can ask for.
 enum class CommandId {
@@ -91,7 +93,14 @@ struct CommandState {
 /// Whether a command works while an editable field has the focus, or leaves its keys to the field.
 enum class WhileEditing { LeavesKeys, Works };
 
-/// One command: what it is called, how it is typed, when it applies and what shows it as switched on.
+/// What a command acts on.
+struct CommandTarget {
+    MainWindow &window;
+    FileCommands &files; ///< of this window
+    BrowserModel &pane;  ///< the active one
+};
+
+/// One command: what it is called, how it is typed, when it applies, what it does and what shows it as switched on.
 struct WindowCommand {
     CommandId id;
     CommandGroup group;
@@ -99,6 +108,7 @@ struct WindowCommand {
     std::vector<QKeySequence> keys; ///< the first one is shown
     WhileEditing editing = WhileEditing::LeavesKeys;
     std::function<bool(const CommandState &)> enabled;
+    std::function<void(const CommandTarget &)> run;
     std::function<bool(const CommandState &)> checked; ///< empty: nothing to switch
 };
 
