@@ -185,10 +185,17 @@ bool SystemLocations::isAllowedByIdentity(std::string real) const
     const std::optional<FileIdentity> itself = identityOf(real);
     if (itself && itself == identityOf("/"))
         return false;
+    // An exception that was created later ("/run/media", with the first stick) has no known identity.
+    const auto isException = [this](const std::string &path) {
+        return std::ranges::any_of(
+            m_places, [&](const Place &place) { return place.verdict == Verdict::Allowed && place.folder == path; });
+    };
     while (real != "/") {
         const std::optional<FileIdentity> identity = identityOf(real);
         if (const std::optional<Verdict> verdict = identity ? verdictOn(*identity) : std::nullopt)
             return *verdict == Verdict::Allowed;
+        if (isException(real))
+            return true;
         real.resize(std::max<std::size_t>(real.rfind('/'), 1));
     }
     return true;

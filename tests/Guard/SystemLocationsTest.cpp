@@ -138,6 +138,15 @@ TEST_F(LinkedLocationsTest, KnowsSystemFoldersThatAreMountedElsewhere)
     EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/Downloads/a.txt")));
 }
 
+TEST_F(LinkedLocationsTest, OpensAnExceptionThatIsCreatedLater)
+{
+    const SystemLocations knowing(tree.path("home"), SystemFolders{{tree.path("system")}, {tree.path("system/media")}});
+    tree.lines({"system/media/anna/Stick/a.txt"});
+    EXPECT_TRUE(knowing.isAllowed(tree.path("system/media/anna/Stick")));
+    EXPECT_TRUE(knowing.isAllowedEntry(tree.path("system/media/anna/Stick/a.txt")));
+    EXPECT_FALSE(knowing.isAllowed(tree.path("system/anderes")));
+}
+
 TEST_F(LinkedLocationsTest, ForgetsWhatASystemFolderWas)
 {
     // The number of a folder that is gone goes to another.
