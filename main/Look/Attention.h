@@ -4,13 +4,14 @@ class QWidget;
 
 namespace brellin {
 
-/// Where the user is, for what wants to be asked or told over a window.
+/// Where the user's focus is, for deciding which window may ask or notify.
 enum class Attention {
-    Here,      ///< in this window or a dialog of its own
+    Here,      ///< in this window or one of its dialogs
     Elsewhere, ///< in another window of the program
-    Away       ///< in none: every window may speak
+    Away       ///< in no window of the program: any window may ask
 };
-/// What changes it is told by QGuiApplication::focusWindowChanged, and settled only after that signal.
+/// Changes with QGuiApplication::focusWindowChanged, but has its new value only after that signal (use a queued
+/// connection).
 Attention attentionTo(const QWidget &window);
 
 } // namespace brellin

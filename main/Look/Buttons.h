@@ -7,14 +7,14 @@
 
 namespace brellin {
 
-/// What a button is for decides how it looks. One primary button per page.
+/// The purpose of a button, which determines its style. One primary button per page.
 enum class ButtonKind { Usual, Primary, Danger, Plain, Link };
 
-/// A button with a title and, where named, a symbol before it. The object name is for tests.
+/// A button with a title and an optional symbol. The object name is for tests.
 QPushButton *makeButton(const QString &title, ButtonKind kind, const QString &objectName, QWidget *parent,
                         const QString &symbol = {});
 
-/// A square button that shows a symbol alone: `title` is its tool tip and its accessible name.
+/// A square button that shows only a symbol; `title` is its tool tip and accessible name.
 class SymbolButton : public QToolButton {
     Q_OBJECT
 public:
@@ -22,9 +22,9 @@ public:
                  Token normal = Token::Text);
 
     void setSymbol(const QString &symbol);
-    /// A number at the upper right corner, red; none for 0.
+    /// A red number at the upper right corner; hidden for 0.
     void setBadge(int number);
-    /// Why the button cannot be used, in its tool tip; empty: it can be.
+    /// Disables the button with a reason, shown in its tool tip; an empty reason enables it.
     void setUnusable(const QString &reason);
 
     QSize sizeHint() const override;
@@ -38,7 +38,7 @@ private:
     int m_badge = 0;
 };
 
-/// The red number: "7", "99+". Centred on a place.
+/// Paints the red badge number ("7", "99+"), centred on a point.
 void paintBadgeNumber(QPainter &painter, QPointF center, int number);
 double badgeNumberWidth(int number);
 

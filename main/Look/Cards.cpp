@@ -13,7 +13,8 @@ namespace {
 constexpr double cardRadius = 14;
 constexpr int reach = 14;
 
-/// A square with its shadow, from which any card's is stretched: corners of `reach + radius` each, one pixel between.
+/// A small square with its shadow, stretched to any size as a nine-patch: corners of `reach + radius`, one pixel
+/// between.
 QPixmap shadowOf(double radius, double pixelsPerPoint)
 {
     const bool dark = Theme::shared().appearance() == Appearance::Dark;
@@ -30,7 +31,7 @@ QPixmap shadowOf(double radius, double pixelsPerPoint)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(pixels / side, pixels / side);
     painter.setPen(Qt::NoPen);
-    // Many faint layers, each a little larger: close to a blur, without one.
+    // Approximates a blur by many faint layers, each slightly larger.
     const float layer = (dark ? 0.3F : 0.075F) / reach;
     for (int grown = reach; grown > 0; --grown) {
         const double share = 1 - static_cast<double>(grown) / reach;

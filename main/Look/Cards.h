@@ -10,15 +10,17 @@ class QScrollArea;
 
 namespace brellin {
 
-/// The soft shadow of what floats, drawn around `card` (its corners have the radius given); pre-rendered once per size.
+/// Paints the soft shadow of a floating element around `card`, whose corners have this radius. Pre-rendered once per
+/// size.
 void paintShadow(QPainter &painter, const QRectF &card, double radius);
-/// How far the shadow reaches beyond the card.
+/// How far the shadow extends beyond the card.
 int shadowReach();
 
-/// A box with a thin line around it and round corners, as fields have them.
+/// Paints a rounded box with a thin border, as around fields.
 void paintBox(QPainter &painter, const QRect &place, Token ground);
 
-/// A panel with round corners and a soft shadow. Its layout's margins leave room for the shadow; `content` is inside.
+/// A panel with rounded corners and a soft shadow. Its layout margins leave room for the shadow; `content` is the inner
+/// layout.
 class Card : public QWidget {
     Q_OBJECT
 public:
@@ -34,7 +36,7 @@ private:
     Token m_ground = Token::Card;
 };
 
-/// A thin line between two things.
+/// A thin separator line.
 class Separator : public QFrame {
     Q_OBJECT
 public:
@@ -47,31 +49,30 @@ private:
     Qt::Orientation m_orientation;
 };
 
-/// A sheet over its dimmed window: title, content that scrolls where the window is small, buttons at the lower right. It
-/// keeps the focus, closes with Esc, and deletes itself when closed. `open()` shows it; no event loop of its own.
+/// A modal sheet over its dimmed window: title, content (scrolls in a small window), buttons at the lower right. Traps
+/// the focus, closes with Esc and deletes itself when closed. Show it with `open()`, which does not block.
 class SheetFrame : public QWidget {
     Q_OBJECT
 public:
-    /// `wanted`: the size of the sheet where the window has room for it, in points at font factor 1. A height of 0: as high
-    /// as its content.
+    /// `wanted` is the preferred size in points at font factor 1, limited by the window. Height 0 fits the content.
     SheetFrame(const QString &title, const QString &subtitle, QSize wanted, QWidget *window);
 
-    /// Where the content goes.
+    /// The layout for the content.
     QVBoxLayout *content() const { return m_content; }
-    /// A column at the right on the window's ground, made at the first call.
+    /// A column at the right with the window's background; created on first use.
     QVBoxLayout *side(int width);
-    /// The row of buttons below, from left to right, pushed to the right.
+    /// The row of buttons, right-aligned.
     QHBoxLayout *buttons() const { return m_buttons; }
     void open();
-    /// Tells `closed` and goes.
+    /// Hides the sheet, emits `closed` and deletes it later.
     void close();
 
     Q_SIGNAL void closed();
 
 protected:
-    /// What Esc does: closes, unless somebody overrides it.
+    /// Called on Esc; closes by default.
     virtual void escape() { close(); }
-    /// What Return does where no push button has the keys; one that has them is clicked.
+    /// Called on Return if no push button has the focus; Return activates a focused button.
     virtual void confirm() {}
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -9,14 +9,14 @@ namespace brellin {
 
 class Theme;
 
-/// Makes the look follow the desktop: dark or light, and whether things may move. Asks without waiting; where nobody
-/// answers, the look stays as it is.
+/// Makes the theme follow the desktop's dark mode and its setting for animations. Asks asynchronously; without an
+/// answer the theme stays as it is.
 class DesktopSettings : public QObject {
     Q_OBJECT
 public:
     DesktopSettings(Theme &theme, QObject *parent);
 
-    /// While the user has chosen an appearance the desktop's does not count.
+    /// Pass false while the user has chosen an appearance; the desktop's is then ignored.
     void setFollowsAppearance(bool follows);
 
 private:

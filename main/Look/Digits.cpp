@@ -15,7 +15,7 @@ double digitCell(const QFontMetricsF &metrics)
     return widest;
 }
 
-/// Runs of text between digits are drawn whole, for their kerning; each digit alone, in the middle of its cell.
+/// Draws text between digits in one piece, to keep its kerning, and each digit centred in its cell.
 template <class Visit>
 double eachPiece(const QFontMetricsF &metrics, const QString &text, const Visit &visit)
 {

@@ -8,11 +8,11 @@ class QFont;
 
 namespace brellin {
 
-/// Draws one line of text in which every digit takes the same width, so that numbers in a column stand under each other.
-/// `alignment` horizontal; vertically in the middle. Text that is too long loses its end to "…".
+/// Paints one line of text with digits of equal width, so that numbers in a column align. `alignment` is horizontal;
+/// the text is centred vertically and elided at the end.
 void paintDigits(QPainter &painter, const QRectF &place, const QString &text, Qt::Alignment alignment = Qt::AlignLeft);
 
-/// The width that `paintDigits` needs.
+/// The width of the text as painted by `paintDigits`.
 double digitsWidth(const QFont &font, const QString &text);
 
 } // namespace brellin

@@ -43,7 +43,7 @@ constexpr std::array<Kind, 6> byCategory{{{u"Bilder", 0x2F86D6},
                                           {u"Programme", 0x52606E}}};
 constexpr QRgb otherKind = 0x6F7680;
 
-/// Drawings are made in a square of 100 by 100 units.
+/// Icons are designed in a square of 100 by 100 units.
 QPixmap drawn(const QString &key, double side, double pixelsPerPoint, const std::function<void(QPainter &)> &draw)
 {
     const QString whole = QStringLiteral("entry:%1:%2:%3:%4")
@@ -144,7 +144,7 @@ void paintBadge(QPainter &painter, const QString &text, const QColor &ground)
     QFont letters = QGuiApplication::font();
     letters.setWeight(QFont::Bold);
     letters.setPixelSize(24);
-    // Long extensions are narrowed to the badge, not cut.
+    // Condense long extensions to fit the badge instead of cutting them.
     const double wide = QFontMetricsF(letters).horizontalAdvance(text);
     if (wide > badge.width() - 8)
         letters.setPixelSize(std::max(11, static_cast<int>(24 * (badge.width() - 8) / wide)));
@@ -199,7 +199,7 @@ double paintTagDots(QPainter &painter, QPointF leftMiddle, double height, const 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const double step = height * 0.55;
-    // From right to left, so that the first dot lies on top.
+    // Paint from right to left, so that the first dot is on top.
     for (std::size_t i = colors.size(); i-- > 0;) {
         const QRectF dot(leftMiddle.x() + step * static_cast<double>(i), leftMiddle.y() - height / 2, height, height);
         painter.setPen(Qt::NoPen);

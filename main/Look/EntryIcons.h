@@ -10,26 +10,27 @@ class QPainter;
 
 namespace brellin {
 
-/// Folders and documents as the program draws them. `side` in points; every drawing fits into a square and is kept.
+/// The program's icons of folders and documents. `side` is in points; icons are square and cached.
 namespace EntryIcons {
 
-/// What stands at a corner of a drawing.
+/// The emblem in a corner of an icon.
 enum class Mark { None, Link, BrokenLink };
 
-/// A folder, tinted where it has a colour of its own.
+/// A folder icon, tinted if it has a colour.
 QPixmap folder(double side, double pixelsPerPoint, std::optional<QColor> tint = std::nullopt, Mark mark = Mark::None);
 
-/// A page with the extension on a badge in the colour of its kind. `extension` without dot, any case, may be empty;
-/// `category` is one of the seven category words.
+/// A page icon with the extension on a coloured badge. `extension` has no dot, may have any case and may be empty;
+/// `category` is one of the seven category names.
 QPixmap document(const QString &extension, const QString &category, double side, double pixelsPerPoint,
                  Mark mark = Mark::None);
 
-/// The colour of a kind of file: of its badge, and of its tile where space is shown.
+/// The colour of a file type, used for its badge and its tile in the storage view.
 QColor badgeColor(const QString &extension, const QString &category);
 
 } // namespace EntryIcons
 
-/// Tags as filled dots with a thin ring, overlapping from the second on; `height` of one dot, in points. Gives the width.
+/// Paints tags as filled dots with a thin ring, each overlapping the previous one; `height` of a dot in points. Returns
+/// the width.
 double paintTagDots(QPainter &painter, QPointF leftMiddle, double height, const std::vector<QColor> &colors,
                     const QColor &ground);
 

@@ -115,7 +115,7 @@ EmptyState::EmptyState(const QString &symbol, const QString &title, const QStrin
     column->addStretch(2);
     column->addWidget(m_symbol, 0, Qt::AlignHCenter);
     column->addWidget(m_title);
-    // In a row of its own: an aligned label is given the height that its text has at the full width.
+    // Needs a layout of its own: an aligned label gets the height for its text at full width.
     auto *const middle = new QHBoxLayout;
     middle->addStretch(1);
     middle->addWidget(m_text, 100);

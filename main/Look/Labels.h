@@ -7,7 +7,8 @@
 
 namespace brellin {
 
-/// A text in one of the look's colours and sizes; follows the appearance and the size of the font. Never shows markup.
+/// A plain-text label in one of the theme's colours and sizes; follows the appearance and the font size. Never
+/// interprets markup.
 class TextLabel : public QLabel {
     Q_OBJECT
 public:
@@ -22,13 +23,13 @@ private:
     QFont::Weight m_weight;
 };
 
-/// Usual forms of it. All wrap their lines, but for `heading` and `title`.
+/// Common styles. All wrap, except `heading` and `title`.
 TextLabel *makeBody(const QString &text, QWidget *parent);
 TextLabel *makeSecondary(const QString &text, QWidget *parent);
-TextLabel *makeHeading(const QString &text, QWidget *parent); ///< the head of a section
-TextLabel *makeTitle(const QString &text, QWidget *parent);   ///< of a page
+TextLabel *makeHeading(const QString &text, QWidget *parent); ///< heading of a section
+TextLabel *makeTitle(const QString &text, QWidget *parent);   ///< title of a page
 
-/// One line that is shortened in its middle where it does not fit; whole in the tool tip.
+/// A one-line label, elided in the middle, with the full text as tool tip.
 class ElidedLabel : public TextLabel {
     Q_OBJECT
 public:
@@ -46,7 +47,7 @@ private:
     Qt::TextElideMode m_mode;
 };
 
-/// What an empty list says instead: a symbol, what is so, and what would fill it.
+/// The placeholder of an empty list: a symbol, a title, and a hint how to fill it.
 class EmptyState : public QWidget {
     Q_OBJECT
 public:

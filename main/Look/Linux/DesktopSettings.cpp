@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// The desktop portal's settings: https://flatpak.github.io/xdg-desktop-portal, org.freedesktop.portal.Settings.
+/// The settings of the desktop portal: https://flatpak.github.io/xdg-desktop-portal, org.freedesktop.portal.Settings.
 const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString object = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
@@ -21,7 +21,7 @@ const QString interfaceSpace = QStringLiteral("org.gnome.desktop.interface");
 const QString schemeKey = QStringLiteral("color-scheme");
 const QString motionKey = QStringLiteral("enable-animations");
 
-/// Values come wrapped, some of them twice.
+/// Values are wrapped in a variant, some of them twice.
 QVariant unwrapped(QVariant value)
 {
     while (value.userType() == qMetaTypeId<QDBusVariant>())
