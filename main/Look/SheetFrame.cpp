@@ -18,7 +18,7 @@ namespace {
 
 constexpr double radius = 14;
 
-/// The sheet itself: round, on its shadow.
+/// The sheet itself: rounded corners and shadow.
 class Panel : public QWidget {
 public:
     using QWidget::QWidget;
@@ -34,7 +34,7 @@ protected:
     }
 };
 
-/// The column beside the content, on the ground of the window.
+/// The column beside the content, with the window's background.
 class Side : public QWidget {
 public:
     using QWidget::QWidget;
@@ -52,7 +52,7 @@ QScrollArea *scrolling(QWidget *inner, QWidget *parent)
 {
     auto *const area = new QScrollArea(parent);
     area->setWidget(inner);
-    inner->setAutoFillBackground(false); // setWidget has switched it on
+    inner->setAutoFillBackground(false); // setWidget() switched it on
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFocusPolicy(Qt::NoFocus);
@@ -121,7 +121,7 @@ void SheetFrame::open()
     fit();
     show();
     raise();
-    // The first control that takes keys, so that Tab stays within the sheet.
+    // Focus the first control, so that Tab stays within the sheet.
     setFocus();
     focusNextPrevChild(true);
 }
@@ -148,7 +148,7 @@ void SheetFrame::fit()
     m_panel->setGeometry(QRect(QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size));
 }
 
-/// With all that stands above and below it.
+/// The height of the content plus everything above and below it.
 int SheetFrame::heightOfContent(int width) const
 {
     const auto heightOf = [width](const QLayoutItem &item) {
@@ -180,7 +180,7 @@ void SheetFrame::keyPressEvent(QKeyEvent *event)
         button->click();
     else if (enter && !event->isAutoRepeat())
         confirm();
-    // Nothing gets through to the window beneath.
+    // Keep events from the window beneath.
     event->accept();
 }
 
@@ -193,7 +193,7 @@ void SheetFrame::paintEvent(QPaintEvent *)
     paintShadow(painter, m_panel->geometry(), radius);
 }
 
-/// Tab goes round within the sheet.
+/// Makes Tab cycle within the sheet.
 bool SheetFrame::focusNextPrevChild(bool next)
 {
     QWidget *candidate = QApplication::focusWidget() ? QApplication::focusWidget() : this;

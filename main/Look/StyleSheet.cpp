@@ -34,7 +34,7 @@ QString valueOf(const QString &word, Appearance appearance)
 
 } // namespace
 
-/// The sheet's "@word" stands for a colour, "@{12}" for a length that grows with the font.
+/// Replaces "@word" by a colour and "@{12}" by a length scaled with the font.
 QString styleSheet(Appearance appearance)
 {
     QFile file(QStringLiteral(":/look/controls.qss"));

@@ -6,8 +6,9 @@
 
 namespace brellin {
 
-/// How the usual controls look: buttons, fields, choices, menus, scroll bars. A control says what it is by the dynamic
-/// property "kind": "primary", "plain" (no frame), "danger" for buttons; "symbol" for tool buttons; "search" for fields.
+/// The style sheet of the standard controls: buttons, fields, combo boxes, menus, scroll bars. The dynamic property
+/// "kind" selects a variant: "primary", "plain" (no frame) and "danger" for buttons, "symbol" for tool buttons,
+/// "search" for fields.
 QString styleSheet(Appearance appearance);
 
 } // namespace brellin

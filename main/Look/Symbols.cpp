@@ -15,7 +15,7 @@ namespace brellin::Symbols {
 
 namespace {
 
-/// The names that records and stored settings use, and the set's own.
+/// Symbol names in records and stored settings, with the name in this set.
 constexpr std::array<std::pair<const char16_t *, const char16_t *>, 40> recordNames{{
     {u"wand.and.sparkles", u"wand-sparkles"},
     {u"photo.on.rectangle.angled", u"images"},
@@ -61,7 +61,7 @@ constexpr std::array<std::pair<const char16_t *, const char16_t *>, 40> recordNa
 
 using Drawings = QHash<QString, QByteArray>;
 
-/// The drawings by the set's own names.
+/// The drawings by name in this set.
 const Drawings &drawings()
 {
     static const Drawings read = [] {
@@ -88,7 +88,7 @@ QString ownName(const QString &name)
     return drawings().contains(name) ? name : QStringLiteral("folder");
 }
 
-/// Stroked with 1.75 of 24 units.
+/// The SVG of a symbol: strokes of 1.75 in a 24-unit square.
 QByteArray document(const QString &name, const QColor &color)
 {
     return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 24 24" fill="none" stroke=")" +
@@ -107,7 +107,7 @@ public:
     }
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override
     {
-        // `size` is in device pixels here. In a wide one the symbol stands at the left: the rest keeps a text away from it.
+        // `size` is in device pixels. In a wide rectangle the symbol goes to the left, which keeps a distance to text.
         QPixmap drawn =
             Symbols::pixmap(m_name, std::min(size.width(), size.height()) / scale, colorFor(mode, state), scale);
         if (size.width() <= size.height())

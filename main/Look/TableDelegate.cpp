@@ -26,7 +26,7 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, const QM
                          color(active ? Token::Accent : Token::FieldBorder));
 }
 
-/// Where the keys are, unless the selection shows it already.
+/// Paints the focus ring, unless the selection shows the current row already.
 void paintRing(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     const auto *const view = qobject_cast<const QTreeView *>(option.widget);
@@ -44,7 +44,7 @@ void paintRing(QPainter &painter, const QStyleOptionViewItem &option, const QMod
         painter.fillRect(QRect(cell.right() - 1, cell.top(), 2, cell.height()), ink);
 }
 
-/// Gives what is left for the text.
+/// Returns the rectangle left for the text.
 QRect paintDecoration(QPainter &painter, QRect cell, const QModelIndex &index)
 {
     const auto icon = index.data(Qt::DecorationRole).value<QIcon>();
@@ -98,7 +98,7 @@ void dressTable(QTreeView &view)
     view.header()->setHighlightSections(false);
     view.header()->setStretchLastSection(false);
     view.header()->setMinimumSectionSize(scaled(60));
-    // The first head stands above its texts.
+    // Align the first header with its column's texts.
     view.header()->setStyleSheet(QStringLiteral("QHeaderView::section:first { padding-left: %1px; }").arg(scaled(14)));
 }
 

@@ -6,9 +6,8 @@ class QTreeView;
 
 namespace brellin {
 
-/// Draws the cells of a plain table: zebra, hover, the soft ground with the bar at the left of what is selected, a ring where
-/// the keys are. Numbers (what is aligned to the right) have digits of one width. Too long texts lose their middle in the
-/// first column, their end in others.
+/// Paints the cells of a plain table: zebra rows, hover, selected rows with an accent bar, a focus ring. Right-aligned
+/// cells use digits of equal width. Elides the first column in the middle, others at the end.
 class TableDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -18,7 +17,7 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 };
 
-/// Makes a tree view such a table: one line per row, several can be selected, sorted by a click on a head.
+/// Configures a tree view as such a table: uniform rows, multiple selection, sorting by a click on a header.
 void dressTable(QTreeView &view);
 
 } // namespace brellin

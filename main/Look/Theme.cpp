@@ -12,14 +12,14 @@
 
 static void initialiseResources()
 {
-    Q_INIT_RESOURCE(look); // a static library's resources are not found otherwise
+    Q_INIT_RESOURCE(look); // needed for resources in a static library
 }
 
 namespace brellin {
 
 namespace {
 
-/// 13 px where 96 dots make an inch.
+/// 13 px at 96 dpi
 constexpr double drawnPointSize = 9.75;
 
 QPalette paletteOf(Appearance appearance)

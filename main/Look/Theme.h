@@ -9,21 +9,21 @@ class QApplication;
 
 namespace brellin {
 
-/// The look of the whole application: appearance, palette, fonts and the style of the usual controls. There is one, made
-/// by `install`; screens read it through the functions below and repaint on `changed`.
+/// The theme of the application: appearance, palette, fonts and style sheet. A singleton created by `install`; screens
+/// use the functions below and repaint on `changed`.
 class Theme : public QObject {
     Q_OBJECT
 public:
-    /// Dresses the application. Until then, and in a program without it, the light appearance holds.
+    /// Applies the theme to the application. Without it the light appearance is used.
     static Theme &install(QApplication &application);
     static Theme &shared();
 
     Appearance appearance() const { return m_appearance; }
     void setAppearance(Appearance appearance);
-    /// Whether things may move to explain themselves.
+    /// Whether animations are allowed.
     bool motion() const { return m_motion; }
     void setMotion(bool motion);
-    /// The application font's size in relation to the one the look was drawn with (1 = 13 px on a screen of 96 dpi).
+    /// The ratio of the application's font size to the design's (1 = 13 px at 96 dpi).
     void setFontFactor(double factor);
 
     Q_SIGNAL void changed();
@@ -37,14 +37,14 @@ private:
     double m_fontFactor = 1;
 };
 
-/// A colour in today's appearance.
+/// A colour in the present appearance.
 QColor color(Token token);
-/// A colour with less weight, `share` of 0 … 1, for hover grounds and disabled symbols.
+/// A colour with its opacity reduced to `share` (0 … 1), for hover backgrounds and disabled symbols.
 QColor faded(Token token, double share);
 
-/// The application font, `factor` times as large (body 1, secondary 0.92, heads of sections 0.85, titles of pages 1.7–2).
+/// The application font scaled by `factor` (body 1, secondary 0.92, section headings 0.85, page titles 1.7–2).
 QFont sizedFont(double factor = 1, QFont::Weight weight = QFont::Normal);
-/// A length drawn for the font of 13 px, in that of today: heights and symbols grow with the font.
+/// Scales a length designed for the 13 px font to the present font size.
 int scaled(double pixels);
 
 } // namespace brellin

@@ -8,35 +8,35 @@ namespace brellin {
 
 enum class Appearance { Light, Dark };
 
-/// The colours of every screen, by what they are for. A screen names these and never a colour of its own.
+/// The colours of all screens by purpose. Screens use only these.
 enum class Token {
     Window, ///< toolbar, tab bar, status bar, pages
     Sidebar,
     Content, ///< lists, fields
     Card,    ///< cards, sheets, panels
-    Zebra,   ///< every second row
+    Zebra,   ///< alternating rows
     Line,    ///< separators
     Text,
     Secondary,
-    Tertiary, ///< becomes Secondary on a selected row
+    Tertiary, ///< Secondary instead on a selected row
     FieldBorder,
     Accent, ///< selection, primary button, active symbol
     AccentSoft,
     OnAccent,
     Warning,
     WarningSoft,
-    Danger, ///< Papierkorb, failures
+    Danger, ///< Trash, failures
     DangerSoft,
     Success,
-    Folder ///< the folder's shape where it has no colour of its own
+    Folder ///< folders without a colour of their own
 };
 inline constexpr std::size_t tokenCount = 19;
 
 QColor tokenColor(Token token, Appearance appearance);
 
-/// Contrast of two opaque colours, 1 … 21 (WCAG 2: relative luminances, each with 0.05 added).
+/// Contrast ratio of two opaque colours, 1 … 21 (WCAG 2).
 double contrast(const QColor &a, const QColor &b);
-/// Black or white, whichever is read better on `ground`.
+/// Black or white, whichever has the higher contrast on `ground`.
 QColor readableOn(const QColor &ground);
 
 } // namespace brellin

@@ -12,7 +12,7 @@ YesNoSheet::YesNoSheet(const QString &question, const QString &explanation, cons
     : SheetFrame(question, {}, {500, 0}, window)
 {
     content()->addWidget(makeBody(explanation, this));
-    // Made first, it has the keys first.
+    // Created first, so that it is focused first.
     QPushButton *const no = makeButton(decline, ButtonKind::Usual, QStringLiteral("cancel"), this);
     QPushButton *const yes = makeButton(accept, kind, QStringLiteral("accept"), this);
     buttons()->addWidget(yes);

@@ -5,14 +5,14 @@
 
 namespace brellin {
 
-/// A question with one thing to do and a way out ("Abbrechen"), which has the keys and is what Esc answers.
+/// A question with one action and "Abbrechen", which is focused first and is what Esc chooses.
 class YesNoSheet : public SheetFrame {
     Q_OBJECT
 public:
     YesNoSheet(const QString &question, const QString &explanation, const QString &accept, ButtonKind kind,
                QWidget *window, const QString &decline = QStringLiteral("Abbrechen"));
 
-    /// Exactly one of the two, before `closed`.
+    /// Exactly one of the two is emitted, before `closed`.
     Q_SIGNAL void accepted();
     Q_SIGNAL void declined();
 
