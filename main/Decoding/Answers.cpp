@@ -19,7 +19,7 @@ namespace brellin {
 
 namespace {
 
-/// A whole number from 0 to `most`, -1 for anything else.
+/// Parses a whole number from 0 to `most`; -1 if invalid.
 int numberIn(const std::string &text, int most)
 {
     int number = -1;

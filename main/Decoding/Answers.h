@@ -4,10 +4,10 @@
 
 namespace brellin {
 
-/// Answers one request, of whatever kind but a video's, in this process, which is confined by now.
+/// Answers one request of any kind except video. The process must already be confined.
 Result<QByteArray> answer(const DecoderRequest &request);
 
-/// Answers the requests that come in, one after the other, until there are no more (or one that makes no sense).
+/// Answers requests from `in` one after the other, until end of file or an invalid request.
 void answerAll(int in, int out);
 
 } // namespace brellin

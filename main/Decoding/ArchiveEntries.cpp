@@ -20,10 +20,10 @@ using namespace archiveStream;
 using Kind = ArchivedEntry::Kind;
 
 constexpr std::size_t unpackingBlock = 128 * 1024;
-/// Small messages go together: each write wakes the reader.
+/// Coalesces small messages, since each write wakes the reader.
 constexpr qsizetype togetherAtMost = 256 * 1024;
 
-/// A name is bytes; where it can only be had as text, its UTF-8.
+/// A name's raw bytes, or its UTF-8 form if the format has no bytes.
 std::string bytesOf(const char *bytes, const char *text)
 {
     return bytes ? bytes : text ? text : "";
@@ -106,7 +106,7 @@ private:
 
 using Archive = std::unique_ptr<archive, int (*)(archive *)>;
 
-/// All of the readers work in this process: none calls another program.
+/// Only readers that work in this process and start no programs.
 Archive newUnpackingArchive()
 {
     Archive reader(::archive_read_new(), ::archive_read_free);
@@ -132,7 +132,7 @@ QString whyNot(archive *reader)
     return QStringLiteral("Das Archiv ist beschädigt. (%1)").arg(QString::fromLocal8Bit(why ? why : ""));
 }
 
-/// The state that it ended in. A warning about content means that its checksum or its length is wrong.
+/// Returns the final state of the reader. A warning while reading content means a wrong checksum or length.
 int streamContent(archive *reader, ArchiveWriter &writer, bool &written)
 {
     bool spoilt = false;
@@ -153,15 +153,15 @@ int streamContent(archive *reader, ArchiveWriter &writer, bool &written)
     }
 }
 
-/// A tar archive ends with empty blocks: one that just stops after an entry was cut there. What was read after the last
-/// entry is all that tells.
+/// Whether a tar archive was cut off after an entry: it should end with empty blocks, so something must have been read
+/// after the last entry.
 bool endMarkMissing(archive *reader)
 {
     return (::archive_format(reader) & ARCHIVE_FORMAT_BASE_MASK) == ARCHIVE_FORMAT_TAR &&
            ::archive_filter_bytes(reader, 0) <= ::archive_read_header_position(reader);
 }
 
-/// The state that it ended in: the archive's end, or a fault.
+/// Returns the final state of the reader: end of archive, or an error.
 int streamEntries(archive *reader, ArchiveWriter &writer, ArchiveContents contents, bool &written)
 {
     for (;;) {

@@ -4,8 +4,8 @@ namespace brellin {
 
 enum class ArchiveContents { Skipped, Included };
 
-/// Writes what the open ZIP or tar archive holds to `out`, in the messages of System/ArchiveStream.h. Whether that came to its
-/// end.
+/// Streams the contents of the open ZIP or tar archive to `out`, as messages of System/ArchiveStream.h. False if they
+/// could not be written completely.
 bool streamArchive(int file, int out, ArchiveContents contents);
 
 } // namespace brellin

@@ -19,7 +19,7 @@ constexpr std::size_t readingBlock = 64 * 1024;
 
 using Archive = std::unique_ptr<archive, int (*)(archive *)>;
 
-/// The readers of widespread formats, all of them in this process: none that calls another program.
+/// Readers of common formats, all in this process: none starts a program.
 Archive newArchive()
 {
     Archive reader(::archive_read_new(), ::archive_read_free);
@@ -69,7 +69,7 @@ Result<QJsonObject> archiveListing(int file)
             break;
         entries.append(recordOf(entry));
     }
-    // An archive that breaks off still shows what was read of it.
+    // List what could be read of a truncated archive.
     if (state != ARCHIVE_EOF && state != ARCHIVE_OK && state != ARCHIVE_WARN && entries.isEmpty())
         return failure(undecodable());
     const bool more = entries.size() > mostEntries;

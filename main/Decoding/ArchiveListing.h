@@ -6,8 +6,8 @@
 
 namespace brellin {
 
-/// What an archive holds, without unpacking it: "entries" (each with "name", "size" where the archive says it, and "folder"),
-/// at most 5,000 of them, and "more" where there are more. Read from an open file.
+/// Lists an open archive without unpacking it: "entries" (at most 5,000, each with "name", "folder" and, if known,
+/// "size"), and "more" if there are more.
 Result<QJsonObject> archiveListing(int file);
 
 } // namespace brellin

@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// Numbers and texts out of bytes that nobody vouches for: beyond their end everything reads as 0.
+/// Bounds-checked access to untrusted bytes: reading beyond the end gives 0.
 class Bytes {
 public:
     explicit Bytes(QByteArrayView bytes, std::endian order = std::endian::big) : m_bytes(bytes), m_order(order) {}
@@ -35,7 +35,7 @@ public:
     std::uint16_t number16(qsizetype at) const { return static_cast<std::uint16_t>(number(at, 2)); }
     std::uint32_t number32(qsizetype at) const { return static_cast<std::uint32_t>(number(at, 4)); }
     std::uint64_t number64(qsizetype at) const { return number(at, 8); }
-    /// The part from `at`, at most `length` long.
+    /// At most `length` bytes from `at`.
     QByteArrayView part(qsizetype at, qsizetype length) const
     {
         if (at < 0 || at >= size() || length <= 0)

@@ -4,18 +4,18 @@
 
 namespace brellin {
 
-/// What a process is for, from the moment it is confined.
+/// The task of a process once it is confined.
 enum class ConfinedWork {
-    OneFile,      ///< one answer: 8 seconds of computing
-    WholeArchive, ///< everything in one archive, however long that takes; whoever reads it ends it
-    ManyFiles,    ///< answers for as long as it is asked; whoever asks watches the time of each
-    OtherProgram  ///< one other program, which is confined with it: 8 seconds of computing
+    OneFile,      ///< one answer: 8 seconds of CPU time
+    WholeArchive, ///< a whole archive: hardly limited; the reader ends the process
+    ManyFiles,    ///< any number of answers; the client limits the time of each
+    OtherProgram  ///< one other program, confined as well: 8 seconds of CPU time
 };
 
-/// Takes from this process, for good, what decoding does not need: more computing than its work allows and 1 GiB of further
-/// memory, writing files, changing anything about them, other processes (but that of `OtherProgram`) and, where the system
-/// can forbid it, connections. What is open stays open; files can still be opened for reading, threads be started.
-/// A failure when the limits cannot be set.
+/// Irrevocably drops what decoding does not need: CPU time beyond the task's, more than 1 GiB of additional memory,
+/// writing or changing files, starting processes (except for `OtherProgram`) and, where the kernel supports filters,
+/// connections. Open files stay open; opening files for reading and starting threads still work. Fails if the limits
+/// cannot be set.
 Result<void> confineThisProcess(ConfinedWork work = ConfinedWork::OneFile);
 
 } // namespace brellin

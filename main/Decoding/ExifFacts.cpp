@@ -15,7 +15,7 @@ constexpr std::uint16_t textType = 2;
 constexpr int mostFields = 1000;
 constexpr qsizetype fieldSize = 12;
 
-/// One of a block's lists of fields.
+/// One directory (IFD) of an EXIF block.
 class Fields {
 public:
     Fields(const Bytes &block, qsizetype at) : m_block(block), m_at(at) {}
@@ -31,7 +31,7 @@ public:
         if (field < 0 || m_block.number16(field + 2) != textType)
             return {};
         const qsizetype length = m_block.number32(field + 4);
-        // A short text lies in the field itself.
+        // Values of up to four bytes are stored inline.
         const qsizetype at = length <= 4 ? field + 8 : qsizetype(m_block.number32(field + 8));
         const QByteArray bytes = m_block.part(at, std::min<qsizetype>(length, 200)).toByteArray();
         return QString::fromUtf8(bytes.left(bytes.indexOf('\0'))).simplified();
@@ -53,7 +53,8 @@ private:
     const qsizetype m_at;
 };
 
-/// "NIKON CORPORATION" "NIKON D90" is a "NIKON D90"; "Canon" "EOS R5" a "Canon EOS R5".
+/// Joins make and model without repetition: "NIKON CORPORATION", "NIKON D90" is "NIKON D90"; "Canon", "EOS R5" is
+/// "Canon EOS R5".
 QString cameraName(const QString &make, const QString &model)
 {
     const QString firstWord = make.section(u' ', 0, 0);

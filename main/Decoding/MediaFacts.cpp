@@ -9,11 +9,11 @@ namespace brellin {
 
 namespace {
 
-/// Where cameras put their data: at the beginning.
+/// Cameras put EXIF data near the beginning.
 constexpr qint64 exifWithin = 512 * 1024;
 
-/// The camera's data in a picture's first bytes: the whole of a TIFF file, behind "Exif" in JPEG and HEIC, behind the
-/// chunk's name in PNG and WebP. Empty where there is none.
+/// The EXIF block in the first bytes of a picture: a whole TIFF file; after "Exif" in JPEG and HEIC; after the chunk
+/// name in PNG and WebP. Empty if there is none.
 QByteArrayView exifBlock(QByteArrayView beginning)
 {
     const auto isBlock = [&](qsizetype at) {
@@ -25,7 +25,7 @@ QByteArrayView exifBlock(QByteArrayView beginning)
     for (const QByteArrayView name :
          {QByteArrayView("Exif\0\0", 6), QByteArrayView("eXIf", 4), QByteArrayView("EXIF", 4)}) {
         for (qsizetype at = beginning.indexOf(name); at >= 0; at = beginning.indexOf(name, at + 1)) {
-            // WebP has the block's length in between.
+            // WebP stores the length of the block in between.
             for (const qsizetype behind : {at + name.size(), at + name.size() + 4}) {
                 if (behind < beginning.size() && isBlock(behind))
                     return beginning.sliced(behind);

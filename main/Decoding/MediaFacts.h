@@ -7,15 +7,16 @@
 
 namespace brellin {
 
-/// What a picture, a PDF file, a film or a piece of music says about itself, as far as it does: "width" and "height" (in
-/// pixels, upright), "taken" (local time without a zone, ISO 8601), "camera", "pages", "seconds". The device is open for
-/// reading and is not sequential.
+/// Metadata of a picture, PDF, video or audio file, as far as present: "width" and "height" (pixels, upright), "taken"
+/// (ISO 8601 local time without zone), "camera", "pages", "seconds". The device must be open for reading and
+/// random-access.
 Result<QJsonObject> mediaFacts(QIODevice &file);
 
-/// The same for the picture data that a camera embeds (EXIF): `bytes` begin with "II" or "MM".
+/// The same from a camera's EXIF data; `bytes` start with "II" or "MM".
 QJsonObject exifFacts(QByteArrayView bytes);
 
-/// The same for films and sound: MP4 and QuickTime, Matroska and WebM, AVI, WAV, FLAC, Ogg, MP3. Empty for all else.
+/// The same for video and audio: MP4 and QuickTime, Matroska and WebM, AVI, WAV, FLAC, Ogg, MP3. Empty for other
+/// formats.
 QJsonObject recordingFacts(QIODevice &file);
 
 } // namespace brellin

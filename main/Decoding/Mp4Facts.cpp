@@ -10,10 +10,10 @@ namespace {
 
 constexpr int mostAtoms = 10'000;
 constexpr qint64 mostDescription = 16 * 1024 * 1024;
-/// Seconds from 1904, where QuickTime's time begins, to 1970.
+/// Seconds from 1904 (QuickTime's epoch) to 1970.
 constexpr qint64 epochOffset = 2'082'844'800;
 
-/// Calls `found` with the name and content of each atom that `bytes` consists of.
+/// Calls `found` with the name and content of each atom in `bytes`.
 template <class Found>
 void forEachAtom(QByteArrayView bytes, const Found &found)
 {

@@ -5,7 +5,7 @@
 
 namespace brellin {
 
-/// Length, size and time of recording of an MP4 or QuickTime film; empty for a picture in the same container.
+/// Duration, dimensions and recording time of an MP4 or QuickTime video; empty for a picture in the same container.
 QJsonObject mp4Facts(QIODevice &file);
 
 } // namespace brellin

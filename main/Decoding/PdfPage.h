@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// The text of a PDF's first page, at most 8,000 characters of it. The device is open for reading and is not sequential.
+/// The text of a PDF's first page, at most 8,000 characters. The device must be open for reading and random-access.
 Result<QString> firstPageText(QIODevice &pdf);
 
 } // namespace brellin

@@ -11,9 +11,9 @@ namespace brellin {
 
 namespace {
 
-/// More than any camera makes; what claims more is there to fill the memory.
+/// Beyond any camera: a file that claims more is a decompression bomb.
 constexpr qint64 mostPixels = 300'000'000;
-/// For one picture as it is decoded, in megabytes: leaves room for a second one on the way to its final form.
+/// Memory limit for one decoded picture; leaves room for a second during conversion.
 constexpr int mostMegabytes = 400;
 
 bool isTooLarge(QSize size)
@@ -21,7 +21,7 @@ bool isTooLarge(QSize size)
     return qint64(size.width()) * size.height() > mostPixels;
 }
 
-/// `size` brought into a square of `side`, no side of it vanishing.
+/// `size` scaled to fit a square of `side`; each side at least 1.
 QSize within(QSizeF size, int side)
 {
     const QSizeF scaled = size.scaled(side, side, Qt::KeepAspectRatio);
@@ -57,7 +57,7 @@ Result<DecodedPicture> decodePicture(QIODevice &file, int side)
 {
     QImageReader reader(&file);
     QImageReader::setAllocationLimit(mostMegabytes);
-    // The content decides: a name may lie.
+    // The name may be wrong: let the content decide.
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QSize size = reader.size();

@@ -46,7 +46,7 @@ QJsonObject wavFacts(const Bytes &bytes)
     return {};
 }
 
-/// The main header lies at a fixed place: RIFF, the list "hdrl", then "avih".
+/// The main header has a fixed position: RIFF, the list "hdrl", then "avih".
 QJsonObject aviFacts(const Bytes &bytes)
 {
     constexpr qsizetype header = 32;
@@ -59,11 +59,11 @@ QJsonObject aviFacts(const Bytes &bytes)
 
 QJsonObject flacFacts(const Bytes &bytes)
 {
-    const std::uint64_t packed = bytes.number64(18); // 20 bits rate, 3 channels, 5 depth, 36 samples
+    const std::uint64_t packed = bytes.number64(18); // 20 bits sample rate, 3 channels, 5 depth, 36 total samples
     return lasting(ratio(static_cast<double>(packed & 0xFFFFFFFFFU), static_cast<double>(packed >> 44U)));
 }
 
-/// The last page says how many samples there are, the first what their rate is.
+/// The last page has the number of samples, the first the sample rate.
 QJsonObject oggFacts(const Bytes &beginning, QIODevice &file)
 {
     double rate = 0;
@@ -79,7 +79,7 @@ QJsonObject oggFacts(const Bytes &beginning, QIODevice &file)
     return lasting(ratio(static_cast<double>(Bytes(end, std::endian::little).number64(last + 6)), rate));
 }
 
-/// Frames of MPEG 1 and 2, layer III.
+/// MPEG-1 and MPEG-2 layer III frames.
 QJsonObject mp3Facts(const Bytes &bytes, qint64 fileSize)
 {
     qsizetype at = 0;
@@ -103,7 +103,7 @@ QJsonObject mp3Facts(const Bytes &bytes, qint64 fileSize)
     return lasting(ratio(static_cast<double>(fileSize - at) * 8, perSecond * 1000.0));
 }
 
-/// Matroska's elements, read from the beginning: a small tree of identifier, length and content.
+/// A minimal parser of Matroska elements: id, length and content, from the beginning of the file.
 class Matroska {
 public:
     explicit Matroska(const Bytes &bytes) : m_bytes(bytes) { read(0, bytes.size(), 0); }
@@ -116,7 +116,7 @@ public:
     }
 
 private:
-    /// A number of one to eight bytes, the first of which says how many.
+    /// A variable-length integer of one to eight bytes; the first byte tells the length.
     std::uint64_t variable(qsizetype &at, bool withMarker) const
     {
         const auto first = static_cast<std::uint8_t>(m_bytes.number(at, 1));

@@ -14,14 +14,14 @@ namespace brellin {
 namespace {
 
 constexpr rlim_t cpuSeconds = 8;
-/// A lasting process is replaced long before this; it holds for one whose owner has died.
+/// Safety net in case the owner has died; a lasting process is replaced long before.
 constexpr rlim_t lastingCpuSeconds = 600;
-/// As long as a big archive may take: the end of one whose reader has died, if it does not notice.
+/// Long enough for large archives; ends a process that does not notice its reader's death.
 constexpr rlim_t archiveCpuSeconds = 24 * 3600;
 constexpr rlim_t furtherMemory = rlim_t(1) << 30U;
 constexpr rlim_t openFiles = 64;
 
-/// What the process has mapped by now, in bytes: libraries, and with a sanitizer a lot more.
+/// Memory mapped so far in bytes: libraries, and much more with a sanitizer.
 rlim_t mappedMemory()
 {
     rlim_t pages = 0;
@@ -65,11 +65,11 @@ Result<void> confineThisProcess(ConfinedWork work)
     TRY(limit(RLIMIT_NOFILE, openFiles));
     TRY(limit(RLIMIT_FSIZE, 0));
     TRY(limit(RLIMIT_CORE, 0));
-    // Writing to a file is then an error and not the end: the message why a file could not be read may go to one.
+    // Makes writing to a file fail instead of killing the process: standard error may be a file.
     std::signal(SIGXFSZ, SIG_IGN);
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return failure(Failure::lastSystem());
-    // A kernel without filters still has the limits.
+    // Without seccomp in the kernel the limits still hold.
     if (const Result<void> filtered = filterSystemCalls(work);
         !filtered && !filtered.error().is(std::errc::invalid_argument))
         return filtered;
