@@ -7,11 +7,11 @@
 
 namespace brellin {
 
-/// The path of the program that can draw a video's picture, empty where it is not installed. It is called, never linked.
+/// The path of the external program that extracts video frames; empty if not installed. It is run as a process, never
+/// linked.
 Location videoProgram();
 
-/// What `program` draws of a video: the bytes of a PNG file, which are no more to be trusted than the video. The program is
-/// confined like our own decoding.
+/// Runs `program` on a video, confined like our own decoders. Returns a PNG file, which is as untrusted as the video.
 Result<QByteArray> drawVideo(const Location &program, const Location &video, int side);
 
 } // namespace brellin

@@ -25,7 +25,7 @@ constexpr unsigned ownArchitecture = AUDIT_ARCH_AARCH64;
 constexpr unsigned ownArchitecture = 0; // no filter
 #endif
 
-/// Numbers from here on are those of another convention (x32) for the same calls.
+/// Numbers from here on are x32 variants of the same calls.
 constexpr unsigned firstForeignCall = 0x40000000;
 
 constexpr unsigned writingFlags = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC;
@@ -70,7 +70,7 @@ constexpr auto forbidden = std::to_array<unsigned>({
     __NR_umount2,
     __NR_chroot,
     __NR_openat2,
-    // doors to all of these
+    // ways around all of these
     __NR_io_uring_setup,
     __NR_bpf,
     __NR_userfaultfd,
@@ -81,7 +81,7 @@ constexpr auto forbidden = std::to_array<unsigned>({
 #if defined(__NR_renameat)
     __NR_renameat,
 #endif
-#if defined(__x86_64__) // the older forms, which newer processors were never given
+#if defined(__x86_64__) // older variants, which newer architectures lack
     __NR_unlink,
     __NR_rename,
     __NR_mkdir,
@@ -99,7 +99,7 @@ constexpr auto forbidden = std::to_array<unsigned>({
 #endif
 });
 
-/// Refused as well to whoever is not there to start a program.
+/// Refused in addition, unless the process is to start a program.
 constexpr auto starting = std::to_array<unsigned>({
     __NR_execve,
     __NR_execveat,
@@ -157,8 +157,8 @@ private:
         add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
         add(BPF_STMT(BPF_RET | BPF_K, with));
     }
-    /// Scaling a large picture is shared among threads, and would wait for ever for those that cannot start. The newer call
-    /// keeps its flags where a filter does not see them; the C library falls back on the older one.
+    /// Allows threads, which scaling a large picture waits for, but no processes. The flags of clone3() are invisible to a
+    /// filter, so it gets ENOSYS and the C library falls back to clone().
     void allowOnlyThreads()
     {
         answer(__NR_clone3, SECCOMP_RET_ERRNO | ENOSYS);
@@ -169,7 +169,7 @@ private:
         add(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
     }
     void add(const sock_filter &step) { m_steps.push_back(step); }
-    /// The lower half of a field is where it begins: both processors are little-endian.
+    /// Loads the lower half of a field, which comes first on these little-endian machines.
     void load(std::size_t field) { add(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<unsigned>(field))); }
 
     std::vector<sock_filter> m_steps;

@@ -20,7 +20,7 @@ namespace {
 constexpr auto programName = "ffmpegthumbnailer";
 constexpr qsizetype mostBytes = 64 * 1024 * 1024;
 
-/// In the child: becomes the program, with its output going to `output`. Comes back only where that fails.
+/// In the child: executes the program with its output redirected to `output`. Returns only on failure.
 void become(const std::vector<std::string> &words, int output)
 {
     std::vector<char *> arguments;
@@ -57,7 +57,7 @@ Location videoProgram()
 
 Result<QByteArray> drawVideo(const Location &program, const Location &video, int side)
 {
-    // The file is opened here as any other is, never through a link and no pipe, and handed on open.
+    // Open the file here, refusing symlinks and pipes, and pass it on as a descriptor.
     const EntryPlace place = TRY(openPlace(video));
     const Descriptor open = TRY(openForReading(place.at()));
     const int handedOn = ::dup(open.number());

@@ -19,7 +19,7 @@ using namespace brellin;
 
 namespace {
 
-/// Computing for thumbnails gives way to everything a person waits for; where it cannot, it goes on.
+/// Lowers the priority: thumbnails must not delay what a person waits for. Failure does not matter.
 void giveWay()
 {
     constexpr int niceness = 10;
@@ -51,7 +51,7 @@ DecoderExit print(const Result<QByteArray> &answer)
 DecoderExit work()
 {
     giveWay();
-    // Looking for fonts may take long the first time, which is not to be a picture's fault.
+    // Build the font cache now: it may take long the first time, and must not count as a picture's time.
     QFontDatabase::families();
     if (!confineThisProcess(ConfinedWork::ManyFiles))
         return DecoderExit::Unreadable;
@@ -103,13 +103,13 @@ DecoderExit run(const DecoderRequest &request)
     return print(answer(request));
 }
 
-/// Only vector pictures want more than Qt Core: they may hold letters.
+/// Only vector pictures need more than Qt Core, since they may contain text.
 std::unique_ptr<QCoreApplication> applicationFor(const DecoderRequest &request, int &argc, char **argv)
 {
     if (request.word != decoderWords::worker && request.word != decoderWords::picture)
         return std::make_unique<QCoreApplication>(argc, argv);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    // Nothing of the desktop is loaded that could talk to it.
+    // Do not load a platform theme, which might talk to the desktop.
     ::unsetenv("QT_QPA_PLATFORMTHEME");
     ::unsetenv("QT_IM_MODULE");
     return std::make_unique<QGuiApplication>(argc, argv);
@@ -117,7 +117,7 @@ std::unique_ptr<QCoreApplication> applicationFor(const DecoderRequest &request, 
 
 } // namespace
 
-/// Decodes files that nobody trusts and prints what is in them. It is called by the other programs, not by people.
+/// Decodes untrusted files and prints the results. Run by the other programs, not by users.
 int main(int argc, char **argv)
 {
     DecoderRequest request;
@@ -125,7 +125,7 @@ int main(int argc, char **argv)
         request = {argv[1], std::vector<std::string>(argv + 2, argv + argc)};
     const std::unique_ptr<QCoreApplication> application = applicationFor(request, argc, argv);
     const DecoderExit outcome = run(request);
-    // Ends without cleaning up: by now a hostile file may have had its way with what would be cleaned up.
+    // Exit without destructors: a hostile file may have corrupted what they would touch.
     const bool written = std::fflush(stdout) == 0;
     std::_Exit(static_cast<int>(written ? outcome : DecoderExit::Unreadable));
 }
