@@ -141,6 +141,7 @@ std::vector<QUuid> CleanupAgent::recoverStored(const AgentServices &services)
 void CleanupAgent::publishHistory(RunHistory::Shown shown)
 {
     publish(history, std::move(shown.runs));
+    publish(droppedRuns, std::move(shown.dropped));
     publish(aftermath, std::move(shown.aftermath));
     std::vector<StoredCondition> all = damaged.get();
     std::erase_if(all, [](const StoredCondition &one) { return one.list == RunKeys::history; });

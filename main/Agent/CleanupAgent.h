@@ -45,6 +45,7 @@ public:
     Published<std::vector<ProposalGroup>> groups; ///< the proposals by kind, with counts and sizes
     Published<bool> leftNothing;                ///< a scan, analysis or run since the start has left nothing to propose
     Published<std::vector<JournalRun>> history; ///< newest first
+    Published<std::vector<DroppedRun>> droppedRuns; ///< gone from the history early, newest first
     Published<bool> running;
     Published<QString> status; ///< the current step, or the result of the last operation
     Published<int> newSinceViewed;

@@ -151,6 +151,14 @@ StepMarks marksFrom(const QString &text)
                      : StepMarks{EntryMark::parse(text.first(blank)), EntryMark::parse(text.sliced(blank + 1))};
 }
 
+/// The runs dropped early that would be in the history beside these.
+std::vector<DroppedRun> droppedBeside(const std::vector<JournalRun> &runs, const UserDefaults &defaults)
+{
+    std::vector<DroppedRun> all = DroppedRun::read(defaults);
+    all.resize(std::min(all.size(), RunHistory::longest - std::min(RunHistory::longest, runs.size())));
+    return all;
+}
+
 } // namespace
 
 StoredKind RunHistory::placesKind(const QString &key)
@@ -175,14 +183,15 @@ std::vector<JournalRun> RunHistory::runs() const
 
 const QStringList &RunHistory::shownLists()
 {
-    static const QStringList keys{RunKeys::history, RunKeys::aftermath, RunKeys::notRestored};
+    static const QStringList keys{RunKeys::history, RunKeys::dropped, RunKeys::aftermath, RunKeys::notRestored};
     return keys;
 }
 
 RunHistory::Shown RunHistory::shown() const
 {
     const StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, RunKeys::history);
-    Shown all{stored.value_or({}), {}, {}};
+    Shown all{stored.value_or({}), {}, {}, {}};
+    all.dropped = droppedBeside(all.runs, m_defaults);
     if (!stored.isWhole())
         all.damage = conditionOf(m_defaults, storedKind<JournalRun>(RunKeys::history), stored);
     for (const JournalRun &run : all.runs) {
@@ -230,9 +239,7 @@ Result<std::vector<DroppedRun>> RunHistory::add(const JournalRun &run, const Tra
 
 std::vector<DroppedRun> RunHistory::dropped() const
 {
-    std::vector<DroppedRun> all = DroppedRun::read(m_defaults);
-    all.resize(std::min(all.size(), longest - std::min(longest, runs().size())));
-    return all;
+    return droppedBeside(runs(), m_defaults);
 }
 
 Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath)

@@ -35,9 +35,10 @@ public:
 
         bool operator==(const Aftermath &) const = default;
     };
-    /// What the history page shows: the runs, and the aftermath of the undone ones.
+    /// What the history page shows: the runs, the aftermath of the undone ones, and the runs dropped early.
     struct Shown {
         std::vector<JournalRun> runs;
+        std::vector<DroppedRun> dropped;
         std::map<QUuid, Aftermath> aftermath;
         std::optional<StoredCondition> damage; ///< the history could not be read completely
     };

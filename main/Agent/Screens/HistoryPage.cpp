@@ -26,6 +26,10 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
     auto *const column = new QVBoxLayout(list);
     column->setContentsMargins(0, 0, 0, 0);
     m_rows = addScrollingColumn(column, list, QStringLiteral("agentHistory"), 1000);
+    m_dropped = makeSecondary({}, list);
+    m_dropped->setObjectName(QStringLiteral("droppedRuns"));
+    m_dropped->setContentsMargins(0, scaled(12), 0, 0);
+    m_rows->addWidget(m_dropped);
     m_rows->addStretch(1);
     m_content->addWidget(list);
     m_content->addWidget(new EmptyState(
@@ -34,6 +38,7 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
     body()->addWidget(m_content, 1);
 
     m_ports.agent.history.observe(this, [this](const auto &) { refresh(); });
+    m_ports.agent.droppedRuns.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.aftermath.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.notUndone.observe(this, [this](const auto &) { refresh(); });
     m_ports.agent.interruptedRuns.observe(this, [this](const auto &) { refresh(); });
@@ -58,7 +63,10 @@ void HistoryPage::refresh()
             m_rows->insertWidget(place, row);
         ++place;
     }
-    m_content->setCurrentIndex(runs.empty() ? 1 : 0);
+    const std::vector<DroppedRun> &dropped = m_ports.agent.droppedRuns.get();
+    m_dropped->setText(textOf(dropped));
+    m_dropped->setVisible(!dropped.empty());
+    m_content->setCurrentIndex(runs.empty() && dropped.empty() ? 1 : 0);
 }
 
 RunRow *HistoryPage::rowFor(const JournalRun &run)

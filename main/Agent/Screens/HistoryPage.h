@@ -11,6 +11,7 @@ class QVBoxLayout;
 namespace brellin {
 
 class RunRow;
+class TextLabel;
 
 /// The history area: all runs with their steps, and undo.
 class HistoryPage : public AgentPage {
@@ -27,6 +28,7 @@ private:
     AgentPorts m_ports;
     QStackedWidget *m_content;
     QVBoxLayout *m_rows;
+    TextLabel *m_dropped; ///< below the runs
     std::map<QUuid, RunRow *> m_shown;
 };
 

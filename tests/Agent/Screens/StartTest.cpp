@@ -190,6 +190,20 @@ TEST_F(AgentStartTest, namesWhatAnUndoCouldNotPutBack)
     EXPECT_EQ(remarks->text(), QStringLiteral("• a.pdf: Inzwischen geändert, so kam es zurück."));
 }
 
+TEST_F(AgentStartTest, namesTheRunsThatFellOutOfTheHistory)
+{
+    show({});
+    view->open(AgentArea::History);
+    EXPECT_FALSE(find("droppedRuns"));
+    // Another program's run was too large for the history to keep the one before.
+    const DroppedRun gone{QUuid::createUuid(), instantFrom(timespec{.tv_sec = 1'790'000'000, .tv_nsec = 0}), 41'000};
+    ASSERT_TRUE(DroppedRun::note(defaults(), {gone}, RunHistory::longest));
+    agent->reload({RunKeys::dropped});
+    ASSERT_TRUE(waitUntil([this] { return find("droppedRuns") != nullptr; }));
+    EXPECT_EQ(find<QLabel>("droppedRuns")->text(), textOf({gone}));
+    EXPECT_TRUE(textOf({gone}).contains(QStringLiteral("41.000 Schritte")));
+}
+
 TEST_F(AgentStartTest, namesTheVolumeThatIsAwayInTheRunsRow)
 {
     tree().lines({"home/Downloads/a.pdf=1"});
