@@ -12,7 +12,7 @@ namespace brellin::FileTags {
 
 namespace {
 
-/// The tags of an attribute as they are stored; what is not ours to read stays as it is.
+/// The tags as stored; unknown ones are preserved unchanged.
 using RawTags = std::vector<std::string>;
 
 std::string_view trimmed(std::string_view text)
@@ -62,7 +62,7 @@ bool holds(const RawTags &tags, const QString &tag)
     return std::ranges::any_of(tags, [&](const std::string &raw) { return nameOf(raw) == tag; });
 }
 
-/// A name as it may be stored: the German one for the palette's, without what separates tags.
+/// A name in stored form: German for the palette, without separators.
 Result<QString> storable(const QString &tag)
 {
     QString name = germanName(tag.trimmed().normalized(QString::NormalizationForm_C));
@@ -71,7 +71,7 @@ Result<QString> storable(const QString &tag)
     return name;
 }
 
-/// Changes one entry's tags; nothing is written where they stay the same.
+/// Changes one entry's tags; writes only if they differ.
 Result<void> change(const Location &entry, const std::function<void(RawTags &)> &edit)
 {
     const std::string old = TRY(readTagValue(entry));
@@ -81,7 +81,7 @@ Result<void> change(const Location &entry, const std::function<void(RawTags &)> 
     return tags == before ? Result<void>() : writeTagValue(entry, joined(tags));
 }
 
-/// Every entry is tried; „a.txt: …“ for each that failed.
+/// Tries every entry; the failure has a line „a.txt: …“ for each that failed.
 Result<void> changeAll(const std::vector<Location> &entries, const std::function<void(RawTags &)> &edit)
 {
     QStringList failed;
@@ -161,7 +161,7 @@ Result<void> remove(const QString &tag, const std::vector<Location> &entries)
 Result<void> toggle(const QString &tag, const std::vector<Location> &entries)
 {
     const QString name = TRY(storable(tag));
-    // What can carry no tag (a link) has no say in whether all carry it.
+    // Entries that cannot have tags (symlinks) do not count for "all have it".
     const bool everywhere = std::ranges::all_of(entries, [&](const Location &entry) {
         const Result<std::string> value = readTagValue(entry);
         return !value || holdsTag(*value, name);
@@ -171,7 +171,7 @@ Result<void> toggle(const QString &tag, const std::vector<Location> &entries)
 
 Result<void> removeAll(const std::vector<Location> &entries)
 {
-    // A link has none to be taken.
+    // Skip symlinks, which have no tags to remove.
     std::vector<Location> carriers;
     std::ranges::copy_if(entries, std::back_inserter(carriers), [](const Location &entry) {
         const Result<FileAttributes> attributes = readAttributes(entry);

@@ -19,7 +19,7 @@ bool isPaletteName(const QString &tag)
     return FileTags::color(tag).has_value();
 }
 
-/// Empty where it is none.
+/// Empty if it is not a palette tag.
 QString paletteName(const QJsonValue &value)
 {
     const QString tag = FileTags::germanName(value.toString());
@@ -96,8 +96,8 @@ void FolderColors::reload()
     take(decode(m_defaults.json(key)).colors);
 }
 
-/// Changes what is stored now, which another program may have changed since it was read here. Where it cannot be stored, the
-/// session has the colour all the same.
+/// Applies an edit to the stored value, which another process may have changed since it was read. If it cannot be
+/// stored, the colour still applies until the program ends.
 void FolderColors::change(const std::function<void(Colors &)> &edit)
 {
     Colors colors = m_colors;
@@ -136,7 +136,7 @@ void FolderColors::take(Colors colors)
     compare(colors, m_colors, true);
     m_colors = std::move(colors);
     std::erase_if(m_observers, [](const Observer &one) { return one.receiver.isNull(); });
-    const std::vector<Observer> observers = m_observers; // an observer may add another
+    const std::vector<Observer> observers = m_observers; // copied: an observer may add another
     for (const Location &folder : changed) {
         for (const Observer &observer : observers) {
             if (observer.receiver)

@@ -17,26 +17,26 @@ namespace brellin {
 
 struct StoredKind;
 
-/// The colours that the user gave his folders: the setting "folderColors" (path → name of a palette tag).
+/// The folder colours chosen by the user: the setting "folderColors" (path → palette tag).
 class FolderColors : public Model<FolderColors> {
 public:
     static StoredKind kind();
-    /// The settings outlive it.
+    /// The settings must outlive this object.
     explicit FolderColors(UserDefaults &defaults);
 
-    /// The palette tag whose colour a folder has.
+    /// The palette tag of a folder; nullopt if it has no colour.
     std::optional<QString> color(const Location &folder) const;
-    /// Gives a folder a colour, or takes it away. A name that is not in the palette is ignored.
+    /// Sets or removes a folder's colour. Ignores names outside the palette.
     void setColor(const Location &folder, std::optional<QString> tagName);
-    /// A folder was renamed or moved: its colour and those of the folders in it go along.
+    /// Call after a folder was renamed or moved: updates its colour and those of the folders below.
     void moved(const Location &from, const Location &to);
-    /// Reads the setting again: another program may have changed it.
+    /// Re-reads the setting; another process may have changed it.
     void reload();
-    /// Calls `heard` with each folder whose colour has changed, for as long as `receiver` lives.
+    /// Calls `heard` with each folder whose colour has changed, until `receiver` is destroyed.
     void observe(QObject *receiver, std::function<void(const Location &)> heard);
 
 private:
-    using Colors = std::map<std::string, QString>; ///< by the path's bytes
+    using Colors = std::map<std::string, QString>; ///< keyed by the path's bytes
     struct Observer {
         QPointer<QObject> receiver;
         std::function<void(const Location &)> heard;
@@ -44,8 +44,8 @@ private:
 
     struct Decoded {
         Colors colors;
-        bool isObject = true; ///< or there is nothing
-        bool isWhole = true;  ///< every entry has a colour of the palette
+        bool isObject = true; ///< the value is a JSON object, or absent
+        bool isWhole = true;  ///< every entry has a palette colour
     };
     static Decoded decode(const std::optional<QByteArray> &json);
     void change(const std::function<void(Colors &)> &edit);

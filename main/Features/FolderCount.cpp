@@ -21,10 +21,10 @@ struct IdentityHash {
     }
 };
 
-/// The files with several names that were counted already. Shared out, so that threads seldom wait for each other.
+/// Hard-linked files counted so far, in shards to reduce lock contention.
 class SeenFiles {
 public:
-    /// False the second time.
+    /// Returns false the second time.
     bool insert(const FileIdentity &identity)
     {
         Shelf &shelf = m_shelves.at(identity.inode % m_shelves.size());
@@ -40,7 +40,7 @@ private:
     std::array<Shelf, 16> m_shelves;
 };
 
-/// One thread's part, on a cache line of its own.
+/// The totals of one thread, on a cache line of its own.
 struct alignas(64) Tally {
     std::int64_t bytes = 0;
     std::int64_t files = 0;
@@ -57,7 +57,7 @@ Result<FolderCount> countFolder(const Location &folder, const JobControl *contro
 
     std::vector<Tally> tallies(static_cast<std::size_t>(walkThreads()));
     SeenFiles seen;
-    // The shared number is touched now and then only.
+    // Update the shared counter only once per batch.
     const std::int64_t batch = std::clamp<std::int64_t>(limit / 1024, 1, 256);
     std::atomic<std::int64_t> announced = 0;
     std::atomic<bool> capped = false;

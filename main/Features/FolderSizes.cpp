@@ -55,7 +55,8 @@ bool FolderSizes::isWished(const std::string &folder) const
     return std::ranges::any_of(m_wishes, [&](const Wish &wish) { return wish.folders.contains(folder); });
 }
 
-/// Whether a folder is to be counted unasked. What is known to be large is not: the count would end at the limit again.
+/// Whether to count a folder automatically. Not if it is known to exceed the limit: the count would only reach it
+/// again.
 bool FolderSizes::isDue(const std::string &folder) const
 {
     const auto known = m_known.find(folder);
@@ -85,7 +86,7 @@ void FolderSizes::request(QObject *owner, const std::vector<Location> &folders)
     serve();
 }
 
-/// The owner's wish, now the latest.
+/// The owner's request, moved to the front.
 FolderSizes::Wish &FolderSizes::wishOf(QObject *owner)
 {
     const auto found = std::ranges::find(m_wishes, owner, &Wish::owner);
@@ -196,7 +197,7 @@ void FolderSizes::markTouched(const std::string &folder)
     countLater(folder);
 }
 
-/// Changes come in swarms: a folder is counted again a moment after the first.
+/// Coalesces bursts: recounts 1 s after the first change.
 void FolderSizes::countLater(const std::string &folder)
 {
     if (!isWished(folder))
@@ -241,7 +242,7 @@ void FolderSizes::serve()
     }
 }
 
-/// Takes the next folder off the queues that nobody has counted meanwhile.
+/// Pops the next folder that still needs counting.
 std::optional<std::string> FolderSizes::next(std::deque<std::string> Wish::*queue)
 {
     for (Wish &wish : m_wishes) {
@@ -266,7 +267,7 @@ void FolderSizes::start(Lane &lane, const std::string &folder)
     lane.job.start(
         *lane.pool,
         [location = Location(folder), volumes = &m_volumes, mayBeNetwork, limit](JobControl &control) {
-            // Read from the mount table anew for each folder: for the main thread that would be too often.
+            // isLocal() reads the mount table each time, which is too slow for the main thread.
             if (!mayBeNetwork && !volumes->isLocal(location))
                 return Counted{Counted::Outcome::OnNetwork, {}, {}};
             return count(location, limit, control);
@@ -286,7 +287,7 @@ FolderSizes::Counted FolderSizes::count(const Location &folder, std::int64_t lim
 void FolderSizes::finished(Lane &lane, const Counted &counted)
 {
     const std::string folder = lane.folder;
-    // Cancelled, it may have been asked for once more since.
+    // After a cancel it may have been requested again.
     if (&lane == &m_full && counted.outcome != Counted::Outcome::Cancelled)
         std::erase(m_calculate, folder);
     switch (counted.outcome) {
@@ -300,7 +301,7 @@ void FolderSizes::finished(Lane &lane, const Counted &counted)
         m_failed.insert(folder);
         break;
     case Counted::Outcome::Cancelled:
-        // Somebody may have wished for it again since.
+        // It may have been requested again meanwhile.
         countLater(folder);
         break;
     }
@@ -311,7 +312,7 @@ void FolderSizes::finished(Lane &lane, const Counted &counted)
 void FolderSizes::store(const std::string &folder, const Counted &counted, bool outdated)
 {
     const auto known = m_known.find(folder);
-    // The limit must not replace what was once counted to the end.
+    // A count up to the limit must not replace a complete one.
     if (!counted.count.complete && known != m_known.end() && known->second.count.complete)
         return;
     const auto pause = std::max<steady_clock::duration>(1s, 3 * counted.taken);
@@ -340,7 +341,7 @@ void FolderSizes::tell()
 {
     const std::vector<Location> changed = std::exchange(m_changed, {});
     std::erase_if(m_observers, [](const Observer &one) { return one.receiver.isNull(); });
-    const std::vector<Observer> observers = m_observers; // an observer may add another
+    const std::vector<Observer> observers = m_observers; // copied: an observer may add another
     for (const Observer &observer : observers) {
         if (observer.receiver)
             observer.heard(changed);
