@@ -26,49 +26,49 @@
 
 namespace brellin {
 
-/// The size of a folder as far as it is known.
+/// The known size of a folder.
 struct FolderSize {
     std::int64_t bytes = 0;
     std::int64_t files = 0;
     enum class State {
         Current,
-        Stale, ///< older than five minutes, or something in it has changed since
-        Capped ///< counting stopped at the limit: a part, which `calculate` completes
+        Stale, ///< older than five minutes, or changed since
+        Capped ///< a lower bound: counting stopped at the limit; `calculate` completes it
     };
     State state = State::Current;
 
     bool operator==(const FolderSize &) const = default;
 };
 
-/// Counts folders in the background and keeps their sizes for the session. Lives on the main thread; the settings, volumes
-/// and clock outlive it.
+/// Counts folders on workers and caches their sizes until the program ends. Lives on the main thread; the settings,
+/// volumes and clock must outlive it.
 class FolderSizes : public Model<FolderSizes> {
 public:
-    /// So many entries of one folder are counted unasked.
+    /// Limit of entries for counts started by request().
     static constexpr std::int64_t automaticLimit = 200'000;
 
     FolderSizes(const UserDefaults &defaults, const Volumes &volumes, Clock &clock,
                 std::int64_t limit = automaticLimit);
     ~FolderSizes() override;
 
-    /// What is known now; nothing of a folder that was not counted yet.
+    /// The cached size; nullopt if the folder was not counted yet.
     std::optional<FolderSize> size(const Location &folder) const;
-    /// The folders that somebody shows, the visible ones first: those not known or stale are counted in this order. Replaces
-    /// the owner's earlier wish; his death ends it.
+    /// Sets the folders on display, visible ones first: unknown and stale ones are counted in this order. Replaces the
+    /// owner's previous request; ends with the owner's destruction.
     void request(QObject *owner, const std::vector<Location> &folders);
-    /// Counts a folder to the end, before all others ("Berechnen").
+    /// Counts a folder without limit, at once ("Berechnen").
     void calculate(const Location &folder);
-    /// Gives up what `calculate` has begun; what was known before stays.
+    /// Cancels `calculate`; keeps the previous size.
     void cancel(const Location &folder);
-    /// Whether a folder is counted to the end, or waits for that.
+    /// Whether a folder is being counted without limit, or is queued for it.
     bool calculating(const Location &folder) const;
-    /// Whether a folder waits for its count or is being counted.
+    /// Whether a folder is being counted or queued.
     bool pending(const Location &folder) const;
-    /// Drops what is known of the folders below `parent`.
+    /// Drops the cached sizes of the folders below `parent`.
     void forget(const Location &parent);
-    /// Something happened to this entry: the folders that hold it are stale, and counted again where somebody shows them.
+    /// Call after a change of this entry: marks the folders above it as stale, and recounts those on display.
     void touched(const Location &entry);
-    /// Calls `heard` with the folders whose size has changed, several at a time, for as long as `receiver` lives.
+    /// Calls `heard` with the folders whose sizes have changed, in batches, until `receiver` is destroyed.
     void observe(QObject *receiver, std::function<void(const std::vector<Location> &changed)> heard);
 
 private:
@@ -77,13 +77,13 @@ private:
         FolderCount count;
         Instant when;
         bool touched = false;
-        Moment notBefore; ///< a folder that changes all the time is not counted all the time
+        Moment notBefore; ///< earliest recount, so that a constantly changing folder is not counted all the time
     };
     struct Wish {
         QObject *owner = nullptr;
         std::set<std::string> folders;
-        std::deque<std::string> waiting;        ///< to be counted, the first next
-        std::deque<std::string> networkWaiting; ///< those of them that turned out to lie on network volumes
+        std::deque<std::string> waiting;        ///< to be counted, next one first
+        std::deque<std::string> networkWaiting; ///< those found to be on network volumes
     };
     struct Counted {
         enum class Outcome { Counted, Failed, Cancelled, OnNetwork };
@@ -91,12 +91,13 @@ private:
         FolderCount count;
         std::chrono::steady_clock::duration taken{};
     };
-    /// One count at a time each, so that a server that does not answer and a count to the end hold up nothing else.
+    /// Runs one count at a time. Separate lanes, so that neither an unresponsive server nor a full count blocks the
+    /// others.
     struct Lane {
         std::shared_ptr<QThreadPool> pool;
         Job<Counted> job;
-        std::string folder;    ///< at work on
-        bool outdated = false; ///< something happened to it since the count began
+        std::string folder;    ///< being counted
+        bool outdated = false; ///< the folder changed during the count
     };
     struct Observer {
         QPointer<QObject> receiver;
@@ -128,11 +129,11 @@ private:
     Clock &m_clock;
     const std::int64_t m_limit;
     std::map<std::string, Known> m_known; ///< by path
-    std::set<std::string> m_onNetwork;    ///< folders met on network volumes
-    std::set<std::string> m_failed;       ///< could not be read; tried again once they are touched or forgotten
+    std::set<std::string> m_onNetwork;    ///< folders found to be on network volumes
+    std::set<std::string> m_failed;       ///< unreadable; retried once touched or forgotten
     std::vector<Wish> m_wishes;           ///< the latest first
-    std::deque<std::string> m_calculate;  ///< to be counted to the end
-    std::set<std::string> m_later;        ///< touched, waiting for `m_again`
+    std::deque<std::string> m_calculate;  ///< queue for full counts
+    std::set<std::string> m_later;        ///< changed folders, waiting for `m_again`
     Lane m_local;
     Lane m_network;
     Lane m_full;

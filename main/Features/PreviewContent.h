@@ -12,30 +12,30 @@
 
 namespace brellin {
 
-/// One row of what is known about an entry: "Geändert", "heute, 08:40".
+/// One row of facts about an entry: "Geändert", "heute, 08:40".
 struct PreviewFact {
     QString label;
     QString value;
-    QString whole; ///< where `value` is a short form, for the tool tip
+    QString whole; ///< the full text for the tool tip, if `value` is abbreviated
 
     bool operator==(const PreviewFact &) const = default;
 };
 
-/// Nothing to see but the entry's drawing, and why where that is worth saying.
+/// No preview, only the entry's icon; with the reason if it is worth showing.
 struct PreviewNothing {
     QString reason;
 
     bool operator==(const PreviewNothing &) const = default;
 };
 
-/// A picture, or a video's.
+/// A picture, or a frame of a video.
 struct PreviewPicture {
     DecodedPicture picture;
 
     bool operator==(const PreviewPicture &) const = default;
 };
 
-/// One page of a PDF file, from 0.
+/// One page of a PDF, counted from 0.
 struct PreviewPage {
     DecodedPicture picture;
     int page = 0;
@@ -46,7 +46,7 @@ struct PreviewPage {
 
 struct PreviewText {
     QString text;
-    bool cutOff = false; ///< there is more than is shown
+    bool cutOff = false; ///< the file continues
 
     bool operator==(const PreviewText &) const = default;
 };
@@ -61,20 +61,20 @@ struct PreviewArchiveEntry {
 
 struct PreviewArchive {
     std::vector<PreviewArchiveEntry> entries;
-    QString remark; ///< that there are more, or that it is damaged
+    QString remark; ///< that there are more, or that the archive is damaged
 
     bool operator==(const PreviewArchive &) const = default;
 };
 
 using PreviewBody = std::variant<PreviewNothing, PreviewPicture, PreviewPage, PreviewText, PreviewArchive>;
 
-/// What the preview shows of one entry. A plain value: nothing in it needs the file any more.
+/// The preview of one entry as a plain value, independent of the file.
 struct PreviewContent {
     enum class State {
-        Empty,   ///< there is no entry
-        Loading, ///< facts that are known at once; the rest is under way
+        Empty,   ///< no entry
+        Loading, ///< only the facts that are known at once
         Ready,
-        Failed ///< the entry cannot be read: `failure` says why
+        Failed ///< the entry cannot be read; see `failure`
     };
     State state = State::Empty;
     Location entry;

@@ -11,11 +11,11 @@ namespace brellin {
 /// "0:07", "12:30", "1:02:05"
 QString lengthText(double seconds);
 
-/// What an entry is called and what its attributes tell: name, kind, summary and the rows Erstellt, Geändert, Ort.
+/// Name, kind, summary and the facts Erstellt, Geändert and Ort, from the entry's attributes.
 PreviewContent previewBasics(const Location &entry, const FileAttributes &attributes, Instant now);
 
-/// Puts what a medium says of itself (the decoder's "angaben") before those rows: Abmessungen, Aufgenommen, Kamera, Dauer;
-/// the pages of a document go into the summary.
+/// Inserts the decoder's metadata ("angaben") before those facts: Abmessungen, Aufgenommen, Kamera, Dauer. The number
+/// of pages goes into the summary.
 void addMediaFacts(PreviewContent &content, const QJsonObject &media);
 
 } // namespace brellin

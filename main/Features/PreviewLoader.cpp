@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Whoever runs through a list with the arrow keys looks at the last entry only.
+/// Delay before loading the content, so that holding an arrow key loads only the last entry.
 constexpr auto pause = 60ms;
 
 } // namespace
@@ -24,7 +24,7 @@ PreviewLoader::PreviewLoader(const UserDefaults &defaults, const Volumes &volume
     , m_localPool(abandonablePool(2s))
     , m_networkPool(abandonablePool(2s))
 {
-    // What was cancelled may still be on its way out while the next is under way.
+    // A cancelled job may still be finishing while the next one starts.
     m_localPool->setMaxThreadCount(2);
     m_pause.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, [this] { complete(); });
@@ -94,7 +94,7 @@ void PreviewLoader::begun(const PreviewContent &basics)
     const bool failed = basics.state == PreviewContent::State::Failed;
     if (failed || content.get().state == PreviewContent::State::Loading)
         publish(content, basics);
-    // Whoever hears of it may have chosen another entry by now.
+    // An observer may have selected another entry.
     if (!failed && m_wish && m_wish->entry == basics.entry)
         m_pause.start(pause);
 }

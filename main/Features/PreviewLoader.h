@@ -14,8 +14,8 @@
 
 namespace brellin {
 
-/// What the preview shows of the entry that is chosen, found out in the background. Lives on the main thread; settings,
-/// volumes, decoder and clock outlive it.
+/// Loads the preview of the selected entry on workers. Lives on the main thread; settings, volumes, decoder and clock
+/// must outlive it.
 class PreviewLoader : public Model<PreviewLoader> {
 public:
     PreviewLoader(const UserDefaults &defaults, const Volumes &volumes, Decoder &decoder, Clock &clock);
@@ -23,12 +23,12 @@ public:
 
     Published<PreviewContent> content;
 
-    /// Shows another entry, from its first page; none: nothing is shown. The entry that is shown is read again, and stays as
-    /// it is until that is done.
+    /// Shows another entry, from its first page; nullopt: nothing. The same entry again is reloaded, and stays visible
+    /// until that is done.
     void show(const std::optional<Location> &entry);
-    /// Another page of the document that is shown, from 0.
+    /// Shows another page of the document, counted from 0.
     void showPage(int page);
-    /// How large a picture is wanted, in device pixels.
+    /// Sets the size of pictures in device pixels.
     void setSide(int side);
 
 private:
@@ -44,12 +44,12 @@ private:
     Decoder &m_decoder;
     Clock &m_clock;
     const std::shared_ptr<QThreadPool> m_localPool;
-    const std::shared_ptr<QThreadPool> m_networkPool; ///< a server that does not answer holds up nothing else
+    const std::shared_ptr<QThreadPool> m_networkPool; ///< separate, so that an unresponsive server blocks only itself
     std::optional<PreviewWish> m_wish;
     int m_side = 512;
     PreviewContent m_basics;
     QTimer m_pause;
-    Part m_job; ///< goes first, with its work cancelled
+    Part m_job; ///< destroyed first, which cancels its work
 };
 
 } // namespace brellin

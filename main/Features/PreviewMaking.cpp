@@ -19,7 +19,7 @@ namespace brellin {
 
 namespace {
 
-/// One entry's second part, step by step.
+/// The second step for one entry.
 class Completing {
 public:
     Completing(PreviewContent content, const PreviewWish &wish, Decoder &decoder, const JobControl &control)
@@ -135,7 +135,7 @@ void Completing::listArchive()
     const QJsonArray entries = listing.value(u"entries").toArray();
     for (const QJsonValueConstRef value : entries) {
         PreviewArchiveEntry entry{value[u"name"].toString(), {}, value[u"folder"].toBool()};
-        // What a decoder read from an archive is a stranger's word: 1e300 is no size.
+        // Decoder output is untrusted: 1e300 is not a size.
         if (const qint64 size = value[u"size"].toInteger(-1); size >= 0)
             entry.size = size;
         archive.entries.push_back(std::move(entry));
@@ -175,7 +175,6 @@ void Completing::summariseFolder()
         explain(count.error());
         return;
     }
-    // The count looks at the folder itself, too.
     const std::int64_t folders = std::max<std::int64_t>(count->entries - count->files, 0);
     const QString content = counted(count->files, QStringLiteral("Datei"), QStringLiteral("Dateien")) + u", "_qs +
                             counted(folders, QStringLiteral("Ordner"), QStringLiteral("Ordner"));
@@ -184,7 +183,7 @@ void Completing::summariseFolder()
     addNewest();
 }
 
-/// When something in the folder last changed, which its own time does not tell.
+/// The latest modification in the folder, which the folder's own time does not show.
 void Completing::addNewest()
 {
     std::atomic<std::int64_t> newest = std::numeric_limits<std::int64_t>::min();

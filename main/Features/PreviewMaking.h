@@ -7,22 +7,22 @@
 
 namespace brellin {
 
-/// What the preview is to show.
+/// The input for making a preview.
 struct PreviewWish {
     Location entry;
-    int page = 0;   ///< of a document, from 0
-    int side = 512; ///< the longest side of a picture, in device pixels
+    int page = 0;   ///< of a document, counted from 0
+    int side = 512; ///< longest side of a picture in device pixels
     bool countsFolders = true;
-    Instant now; ///< for "heute"
+    Instant now; ///< the reference for "heute"
 
     bool operator==(const PreviewWish &) const = default;
 };
 
-/// The first part: name and attributes. Blocking, as the second is: called on workers only.
+/// First step: name and attributes. Blocking, as is the second: call on workers only.
 PreviewContent beginPreview(const PreviewWish &wish);
 
-/// The second part: puts what the entry holds to what `beginPreview` has found, which may take a while. What comes back after a
-/// cancel is of no use. Once `control` is cancelled, the decoder is not touched any more.
+/// Second step: adds the content to the result of `beginPreview`, which may take long. The result is undefined after a
+/// cancel. Does not use the decoder once `control` is cancelled.
 PreviewContent completePreview(PreviewContent content, const PreviewWish &wish, Decoder &decoder,
                                const JobControl &control);
 

@@ -12,7 +12,7 @@ constexpr qsizetype longestLine = 2000;
 
 enum class ByteOrder { None, LittleEndian, BigEndian };
 
-/// UTF-16 without a mark at its beginning shows by its zeros: every second byte of western text is one.
+/// Detects UTF-16 without a byte order mark: every other byte of western text is zero.
 ByteOrder zerosOf(const QByteArray &bytes)
 {
     qsizetype even = 0;
@@ -31,11 +31,11 @@ ByteOrder zerosOf(const QByteArray &bytes)
 
 QString decodedAs(QStringDecoder::Encoding encoding, const QByteArray &bytes)
 {
-    QStringDecoder decoder(encoding); // stateful: what is cut in the middle of a letter is left out
+    QStringDecoder decoder(encoding); // stateful: drops a character cut off at the end
     return decoder(bytes);
 }
 
-/// The bytes without a letter that is cut at their end.
+/// Removes an incomplete character at the end.
 QByteArray withWholeLetters(QByteArray bytes)
 {
     for (int i = 0; i < 4 && !bytes.isEmpty() && !bytes.isValidUtf8(); ++i)

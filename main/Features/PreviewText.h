@@ -8,11 +8,11 @@
 
 namespace brellin {
 
-/// Of a text so many bytes are read.
+/// Number of bytes read from a text file.
 constexpr qsizetype previewTextBytes = 256 * 1024;
 
-/// The text that a file's first bytes are, in UTF-8, UTF-16 or, where they are neither, Latin-1; nothing where they are no
-/// text. `cutOff`: the file goes on. Very long lines are broken, because no view can lay them out quickly.
+/// Decodes the beginning of a file as UTF-8, UTF-16 or otherwise Latin-1; nullopt if it is binary. `cutOff`: the file
+/// continues. Breaks very long lines, since views lay them out slowly.
 std::optional<PreviewText> previewText(const QByteArray &beginning, bool cutOff);
 
 } // namespace brellin
