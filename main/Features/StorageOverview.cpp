@@ -14,7 +14,7 @@ QString filesText(std::int64_t files)
     return counted(files, QStringLiteral("Datei"), QStringLiteral("Dateien"));
 }
 
-/// What the sum alone does not tell.
+/// Remarks to the total: shared by hard links, or unreadable.
 QString remarks(const StorageTotals &totals)
 {
     QString text;
@@ -38,7 +38,7 @@ void StorageOverview::count(const Location &folder)
 {
     cancel();
     m_tree = std::make_shared<StorageTree>(standardised(folder));
-    // A thread of its own each time: one that waits for a dead volume holds up no later count.
+    // A new thread each time: one that is blocked by a dead volume must not delay the next count.
     m_pool = abandonablePool();
     m_job = std::make_unique<Job<Counted>>();
     publish(errorMessage, std::optional<QString>());
@@ -93,7 +93,7 @@ void StorageOverview::removed(const std::vector<Location> &gone)
         return;
     for (const Location &entry : gone)
         m_tree->remove(entry);
-    // The folder shown may have gone with it.
+    // The folder on display may have gone too.
     Location remaining = shown.get();
     while (!m_tree->holds(remaining) && remaining != top.get())
         remaining = remaining.parent_path();

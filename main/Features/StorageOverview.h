@@ -13,31 +13,31 @@
 
 namespace brellin {
 
-/// Where the space of a folder goes. Counted in the background and shown while it is; other volumes are not entered, and what
-/// several hard links share counts once. Lives on the main thread.
+/// How the space of a folder is used. Counts on a worker and shows interim results; does not enter other volumes, and
+/// counts hard links to one file once. Lives on the main thread.
 class StorageOverview : public Model<StorageOverview> {
 public:
     StorageOverview();
     ~StorageOverview() override;
 
-    Published<Location> top;                      ///< what was counted
-    Published<Location> shown;                    ///< the folder whose entries are shown, at or below `top`
-    Published<std::vector<StorageEntry>> entries; ///< the biggest first
-    Published<std::int64_t> bytes{0};             ///< of the folder shown
+    Published<Location> top;                      ///< the folder that was counted
+    Published<Location> shown;                    ///< the folder on display: `top` or below it
+    Published<std::vector<StorageEntry>> entries; ///< largest first
+    Published<std::int64_t> bytes{0};             ///< of the folder on display
     Published<std::int64_t> files{0};
     Published<bool> counting{false};
-    Published<QString> status; ///< „Zähle … 12.345 Dateien“, what hard links share, what could not be read
+    Published<QString> status; ///< „Zähle … 12.345 Dateien“, space shared by hard links, unreadable folders
     Published<std::optional<QString>> errorMessage;
 
-    /// Counts `folder` from the start.
+    /// Starts counting `folder`.
     void count(const Location &folder);
-    /// Ends counting; what was counted stays.
+    /// Stops counting; keeps the interim result.
     void cancel();
-    /// Shows a folder in the one shown; what is no counted folder is passed over.
+    /// Shows a sub-folder of the one on display; ignored if it was not counted.
     void goDown(const Location &folder);
     void goUp();
     bool canGoUp() const { return shown.get() != top.get(); }
-    /// These have gone to the Trash: they leave the tree.
+    /// Removes trashed entries from the result.
     void removed(const std::vector<Location> &gone);
 
 private:

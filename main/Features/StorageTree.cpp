@@ -17,10 +17,10 @@ struct StorageTree::File {
 
 struct StorageTree::Folder {
     Folder *parent = nullptr;
-    StorageTotals totals; ///< with everything below
+    StorageTotals totals; ///< including everything below
     std::map<std::string, std::unique_ptr<Folder>, std::less<>> folders;
-    std::vector<File> files; ///< a heap, the smallest on top
-    File others;             ///< all that are not among `files`
+    std::vector<File> files; ///< a heap, smallest on top
+    File others;             ///< all that are not in `files`
     std::int64_t otherCount = 0;
 
     static bool bigger(const File &a, const File &b) { return a.bytes > b.bytes; }
@@ -36,7 +36,7 @@ struct StorageTree::Folder {
         ++otherCount;
         files.pop_back();
     }
-    /// Here and in the folders above.
+    /// Adds to this folder and all above.
     void addToTotals(std::int64_t bytes, std::int64_t count)
     {
         for (Folder *folder = this; folder; folder = folder->parent) {
@@ -46,7 +46,7 @@ struct StorageTree::Folder {
     }
 };
 
-/// Sorts entries into the tree as a walk brings them.
+/// Inserts the entries of a walk into the tree.
 class StorageTree::Counter {
 public:
     explicit Counter(StorageTree &tree) : m_tree(tree) {}
@@ -55,7 +55,7 @@ public:
     {
         const std::scoped_lock lock(m_tree.m_mutex);
         Folder *folder = folderOf(entry);
-        // What was trashed while it was counted has left the tree.
+        // Trashed during the count.
         if (!folder)
             return;
         if (!entry.attributes.isFolder()) {
@@ -128,7 +128,7 @@ StorageTotals StorageTree::totals() const
     return all;
 }
 
-/// With the mutex held.
+/// Requires the mutex.
 StorageTree::Folder *StorageTree::find(const Location &folder) const
 {
     if (!isAtOrBelow(folder, m_top))

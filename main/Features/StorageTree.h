@@ -15,53 +15,53 @@
 
 namespace brellin {
 
-/// One entry of a folder as the storage overview shows it.
+/// One entry of a folder in the storage overview.
 struct StorageEntry {
     enum class Kind {
         Folder,
         File,
-        SmallFiles ///< the smaller files of the folder together ("weitere")
+        SmallFiles ///< all smaller files of the folder together ("weitere")
     };
     Kind kind = Kind::File;
-    Location location; ///< of `SmallFiles`: the folder that holds them
+    Location location; ///< for `SmallFiles` the folder containing them
     QString name;
-    std::int64_t bytes = 0; ///< occupied on the disk
-    std::int64_t files = 0; ///< files in it
+    std::int64_t bytes = 0; ///< allocated on the disk
+    std::int64_t files = 0; ///< number of files in it
 
     bool operator==(const StorageEntry &) const = default;
 };
 
-/// What a count has found so far. Files with several hard links count where they are met first.
+/// Interim totals of a count. A file with several hard links counts where it is met first.
 struct StorageTotals {
     std::int64_t bytes = 0;
     std::int64_t files = 0;
-    std::int64_t furtherLinks = 0; ///< names of files that were counted under another name
-    std::int64_t sharedBytes = 0;  ///< what these would have been counted double
+    std::int64_t furtherLinks = 0; ///< additional hard links of files already counted
+    std::int64_t sharedBytes = 0;  ///< bytes these links would have added
     std::int64_t unreadable = 0;   ///< folders
 
     bool operator==(const StorageTotals &) const = default;
 };
 
-/// The folders below one folder with what they occupy, growing while they are counted. Callable from every thread; `count`
-/// by one, once.
+/// Tree of folders with the space they occupy, readable while it is being counted. Thread-safe; `count` must be called
+/// once.
 class StorageTree {
 public:
-    /// So many files of one folder are kept by name, the biggest; the others are one entry.
+    /// The largest files of a folder are listed up to this number; the others are one entry.
     static constexpr std::size_t mostFiles = 200;
 
     explicit StorageTree(Location top);
     ~StorageTree();
 
-    /// Counts until the end, a failure of the top folder, or a cancel. Blocking.
+    /// Returns when the count is complete or cancelled, or if the top folder cannot be read. Blocking.
     Result<void> count(const JobControl &control);
 
     const Location &top() const { return m_top; }
     StorageTotals totals() const;
     bool holds(const Location &folder) const;
-    /// What lies directly in a folder, the biggest first; nothing in one that is not known.
+    /// The direct entries of a folder, largest first; empty for an unknown folder.
     std::vector<StorageEntry> entries(const Location &folder) const;
     StorageTotals totalsOf(const Location &folder) const;
-    /// Takes out an entry and what lies in it.
+    /// Removes an entry and everything below it.
     void remove(const Location &entry);
 
 private:

@@ -16,7 +16,7 @@ namespace brellin {
 
 namespace {
 
-/// The folders that a search does not enter, by path.
+/// The folders to skip, by path.
 std::set<std::string, std::less<>> closedFolders(const std::vector<Location> &leftOut)
 {
     std::set<std::string, std::less<>> closed;
@@ -29,7 +29,7 @@ std::set<std::string, std::less<>> closedFolders(const std::vector<Location> &le
     return closed;
 }
 
-/// Bytes may follow a cut-off line break, and an empty line is no path.
+/// Splits output into paths; tolerates missing final line breaks and empty lines.
 std::vector<Location> pathsIn(const QByteArray &output)
 {
     std::vector<Location> paths;
@@ -40,7 +40,7 @@ std::vector<Location> pathsIn(const QByteArray &output)
     return paths;
 }
 
-/// A text between double quotes of the index's query language.
+/// Quotes a string for the index's query language.
 QString quoted(const QString &text)
 {
     QString inner = text;

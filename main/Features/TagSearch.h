@@ -11,20 +11,20 @@
 
 namespace brellin {
 
-/// The port that finds tagged entries. Blocking: called on workers only.
+/// Port for finding tagged entries. Blocking: call on workers only.
 class TagSearch {
 public:
     virtual ~TagSearch();
-    /// Every entry below `scope` that carries the tag, in the order of their paths.
+    /// All entries below `scope` with this tag, sorted by path.
     virtual Result<std::vector<Location>> find(const QString &tag, const Location &scope,
                                                const JobControl &control) const = 0;
 };
 
-/// Looks at every entry below the scope, hidden ones too. Network mounts are not entered, one that does not answer would hold
-/// up the rest.
+/// Walks all entries below the scope, including hidden ones. Does not enter network mounts, since an unresponsive one
+/// would block the search.
 class WalkTagSearch : public TagSearch {
 public:
-    /// `leftOut` are folders that are not searched (the Trash).
+    /// `leftOut`: folders to skip (the Trash).
     explicit WalkTagSearch(std::vector<Location> leftOut = {});
     Result<std::vector<Location>> find(const QString &tag, const Location &scope,
                                        const JobControl &control) const override;
@@ -33,7 +33,7 @@ private:
     std::vector<Location> m_leftOut;
 };
 
-/// Asks the index of macOS.
+/// Queries the index of macOS.
 class MdfindTagSearch : public TagSearch {
 public:
     explicit MdfindTagSearch(ProcessRunner &processes) : m_processes(processes) {}

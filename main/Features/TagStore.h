@@ -8,10 +8,10 @@
 
 namespace brellin {
 
-/// The attribute in which an entry's tags are stored, as bytes; empty where it has none. A link fails: it carries no tags.
+/// The value of the tag attribute; empty if there is none. Fails for a symlink, which has no tags.
 Result<std::string> readTagValue(const Location &entry);
 
-/// Replaces it in one step; an empty value takes it away.
+/// Replaces the value atomically; an empty one removes the attribute.
 Result<void> writeTagValue(const Location &entry, std::string_view value);
 
 } // namespace brellin

@@ -24,7 +24,7 @@ struct Kind {
 };
 constexpr auto kinds = std::to_array<Kind>({{128, "normal"}, {256, "large"}, {512, "x-large"}, {1024, "xx-large"}});
 
-/// What an address may hold as it is; the other programs agree on these.
+/// Characters not to be escaped in URIs, as agreed with other programs.
 constexpr const char *plainInAddresses = "/!$&'()*+,:=@";
 
 const QByteArray uriText = QByteArrayLiteral("Thumb::URI");
@@ -59,7 +59,7 @@ bool writeNew(const Location &file, const QByteArray &content)
     return stream && std::fwrite(content.constData(), 1, size, stream.get()) == size && std::fflush(stream.get()) == 0;
 }
 
-/// A reader finds the old file or the new one. Nothing is flushed to disk: what a power cut destroys is made again.
+/// Replaces a file atomically. Not flushed, since a lost thumbnail is simply made again.
 bool replace(const Location &file, const QByteArray &content)
 {
     static std::atomic<unsigned> count = 0;

@@ -10,37 +10,37 @@
 
 namespace brellin {
 
-/// The thumbnails that all programs of this user share, as the desktops have agreed: one PNG file per picture and size, named
-/// after the address of the file it shows. It may go at any time. Callable from every thread.
+/// The user's shared thumbnail cache (freedesktop.org): one PNG file per picture and size, named after the file's URI.
+/// Its contents may disappear at any time. Thread-safe.
 class ThumbnailCache {
 public:
-    /// `folder` is "…/thumbnails" in the user's cache.
+    /// `folder` is "…/thumbnails" in the user's cache folder.
     explicit ThumbnailCache(Location folder) : m_folder(std::move(folder)) {}
-    /// That of this account.
+    /// The cache folder of this account.
     static Location usualFolder();
 
-    /// The longest side of the pictures that are kept for a wanted one: 128, 256, 512 or 1024.
+    /// The cached size for a wanted one: 128, 256, 512 or 1024.
     static int keptSide(int wanted);
-    /// The address of a file as other programs write it; every byte of its name survives.
+    /// A file's URI as other programs write it; preserves every byte of the name.
     static QByteArray uri(const Location &file);
 
     struct Found {
         Location png;
-        bool ours = false; ///< made by this program: its content can be trusted
+        bool ours = false; ///< written by this program, so its content can be trusted
 
         bool operator==(const Found &) const = default;
     };
-    /// A picture of the file as it was at `modified`, at least as large as `keptSide(side)` promises.
+    /// A thumbnail of the file as of `modified`, at least `keptSide(side)` in size.
     std::optional<Found> find(const Location &file, Instant modified, int side) const;
-    /// Whether this program has already failed at this file as it was then.
+    /// Whether this program has failed on this version of the file before.
     bool hasFailed(const Location &file, Instant modified) const;
 
-    /// Keeps a picture; gives its place, or nothing where it cannot be written (which is no loss).
+    /// Stores a thumbnail and returns its path; nullopt if it cannot be written, which does no harm.
     std::optional<Location> store(const Location &file, Instant modified, int side,
                                   const DecodedPicture &picture) const;
     void storeFailure(const Location &file, Instant modified) const;
 
-    /// What lies in the cache has no thumbnails itself.
+    /// Files inside the cache get no thumbnails themselves.
     bool holds(const Location &file) const { return isAtOrBelow(file, m_folder); }
 
 private:

@@ -25,7 +25,7 @@ DecoderRequest requestFor(const Location &file, int side)
     return {decoderWords::picture, {file.native(), size}};
 }
 
-/// Whole seconds are what caches and some file systems keep.
+/// Caches and some file systems store whole seconds.
 bool sameSecond(Instant a, Instant b)
 {
     using std::chrono::seconds;
@@ -39,7 +39,7 @@ std::optional<Thumbnail> cached(const ThumbnailWish &wish, const ThumbnailCache 
     if (found && found->ours)
         return Thumbnail{Outcome::Made, std::nullopt, found->png};
     if (found) {
-        // What another program has put there is decoded like any file.
+        // Files of other programs are untrusted: decode them like any picture.
         Result<DecodedPicture> picture =
             decoder.askForPicture(requestFor(found->png, ThumbnailCache::keptSide(wish.side)), &control);
         if (picture)

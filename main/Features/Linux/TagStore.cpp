@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// Only files and folders carry tags; the system says so of links in words that nobody understands.
+/// Checked first, since the system's error for symlinks is misleading.
 Result<void> canCarryTags(const Location &entry)
 {
     const FileAttributes attributes = TRY(readAttributes(entry));
@@ -47,7 +47,7 @@ Result<std::string> readTagValue(const Location &entry)
     if (size >= 0)
         return std::string(usual.data(), static_cast<std::size_t>(size));
     if (errno == ERANGE) {
-        std::string value(65536, '\0'); // the most that Linux gives out
+        std::string value(65536, '\0'); // the maximum size of an extended attribute in Linux
         size = ::lgetxattr(entry.c_str(), FileTags::attribute, value.data(), value.size());
         if (size >= 0) {
             value.resize(static_cast<std::size_t>(size));
