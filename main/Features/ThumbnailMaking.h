@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// The wish for the small picture of a file as it was at `modified`, for a square of `side` pixels.
+/// A request for a thumbnail of a file as of `modified`, to fit a square of `side` pixels.
 struct ThumbnailWish {
     Location entry;
     Instant modified;
@@ -17,25 +17,25 @@ struct ThumbnailWish {
     bool operator==(const ThumbnailWish &) const = default;
 };
 
-/// What became of a wish.
+/// The answer to a request.
 struct Thumbnail {
     enum class Outcome {
-        Made,     ///< the picture is there: as pixels, or as a file of our own in the cache
-        None,     ///< there is none of this file as it is
-        Changed,  ///< the file is no longer the one that was asked about
-        NotNow,   ///< the file could not be read, or the decoder not be started: another day, perhaps
-        Cancelled ///< nobody wants it any more
+        Made,     ///< made: as pixels, or as a file in the cache written by this program
+        None,     ///< this version of the file has none
+        Changed,  ///< the file has changed since the request
+        NotNow,   ///< the file could not be read or the decoder not started; may work later
+        Cancelled ///< no longer wanted
     };
     Outcome outcome = Outcome::None;
     std::optional<DecodedPicture> picture;
-    std::optional<Location> png; ///< a PNG file that this program has written
+    std::optional<Location> png; ///< a PNG file written by this program
 };
 
-/// Whether files with this name can have a thumbnail at all: pictures, PDF files and videos.
+/// Whether files of this name can have a thumbnail: pictures, PDFs and videos.
 bool canHaveThumbnail(std::string_view name);
 
-/// Finds a thumbnail in the cache or has it made. Blocking: called on workers only. Once `control` is cancelled, neither
-/// decoder nor cache are touched any more.
+/// Finds a thumbnail in the cache or makes it. Blocking: call on workers only. Uses neither decoder nor cache once
+/// `control` is cancelled.
 Thumbnail makeThumbnail(const ThumbnailWish &wish, const ThumbnailCache &cache, Decoder &decoder,
                         const JobControl &control);
 

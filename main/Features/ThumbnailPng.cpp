@@ -11,11 +11,11 @@ namespace brellin {
 namespace {
 
 constexpr QByteArrayView signature("\x89PNG\r\n\x1A\n", 8);
-/// Texts come first; whoever puts more than this before them is not read.
+/// Text chunks come first; ignore any beyond this offset.
 constexpr std::size_t textsWithin = 64 * 1024;
-/// Quick, and nearly as small as can be: a thumbnail is looked at more often than carried around.
+/// A fast zlib level: thumbnails are read more often than transferred.
 constexpr int compression = 4;
-/// How a row is written: each byte as the difference to the one four (or three) before it.
+/// PNG filter "Sub": each byte as the difference to the same byte of the pixel to its left.
 constexpr char differenceToLeft = 1;
 
 QByteArray fourBytes(quint32 number)
@@ -78,7 +78,7 @@ QByteArray pngOf(const DecodedPicture &picture, const PngTexts &texts)
                                                     fourBytes(static_cast<quint32>(picture.height)) + form);
     for (auto text = texts.begin(); text != texts.end(); ++text)
         png += chunk("tEXt", text.key() + '\0' + text.value());
-    // Qt puts the length before what zlib has made.
+    // qCompress() prepends the length, which PNG does not have.
     return png + chunk("IDAT", qCompress(rowsOf(picture), compression).sliced(4)) + chunk("IEND", {});
 }
 

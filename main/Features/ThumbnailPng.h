@@ -8,14 +8,13 @@
 
 namespace brellin {
 
-/// The texts in a PNG file, by their keyword.
+/// Text chunks of a PNG file, by keyword.
 using PngTexts = QMap<QByteArray, QByteArray>;
 
-/// A picture as a PNG file. It is written here and not where the picture was decoded, so that what the file holds can be
-/// trusted.
+/// Encodes a picture as PNG. Done here and not in the decoder process, so that the file can be trusted.
 QByteArray pngOf(const DecodedPicture &picture, const PngTexts &texts);
 
-/// The texts that stand before a PNG file's pixels, read without decoding any; empty for what is no PNG file.
+/// The text chunks before the pixels of a PNG file, read without decoding; empty for other files.
 PngTexts pngTexts(const Location &file);
 
 } // namespace brellin

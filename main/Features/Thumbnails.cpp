@@ -58,7 +58,7 @@ void Thumbnails::request(QObject *owner, std::vector<ThumbnailWish> wishes, Hear
     serveSoon();
 }
 
-/// The owner's order, now the latest.
+/// The owner's request, moved to the front.
 Thumbnails::Order &Thumbnails::orderOf(QObject *owner)
 {
     const auto found = std::ranges::find(m_orders, owner, &Order::owner);
@@ -98,7 +98,7 @@ void Thumbnails::giveUpUnwanted()
     }
 }
 
-/// Later: whoever asks is not answered while asking.
+/// Posted, so that no callback runs inside request().
 void Thumbnails::serveSoon()
 {
     if (m_serving)
@@ -134,7 +134,7 @@ std::optional<ThumbnailWish> Thumbnails::next(const Lane &lane)
     return std::nullopt;
 }
 
-/// Those on the way that lie on a network volume are put aside for its lane.
+/// Moves requests for network volumes to their own queue.
 std::optional<ThumbnailWish> Thumbnails::nextLocal(Order &order)
 {
     while (std::optional<ThumbnailWish> wish = takeFirst(order.waiting)) {
@@ -184,7 +184,7 @@ void Thumbnails::answer(const ThumbnailWish &wish, const Thumbnail &thumbnail)
         std::erase(order.networkWaiting, wish);
         all.emplace_back(order.owner, order.heard);
     }
-    // Whoever hears of it may ask anew, or go.
+    // Callbacks may start new requests or destroy receivers.
     for (const auto &[owner, heard] : all) {
         if (owner)
             heard(wish, thumbnail);

@@ -16,29 +16,30 @@
 
 namespace brellin {
 
-/// Has the thumbnails made that somebody wants to see, a few at a time and in the order of the wishes. Lives on the main
-/// thread; settings, volumes and decoder outlive it.
+/// Makes the requested thumbnails on workers, a few at a time and in order of request. Lives on the main thread;
+/// settings, volumes and decoder must outlive it.
 class Thumbnails : public Model<Thumbnails> {
 public:
-    /// `cacheFolder` is `ThumbnailCache::usualFolder()`, but for tests.
+    /// `cacheFolder` is `ThumbnailCache::usualFolder()`, except in tests.
     Thumbnails(const UserDefaults &defaults, const Volumes &volumes, Decoder &decoder, Location cacheFolder);
     ~Thumbnails() override;
 
     using Heard = std::function<void(const ThumbnailWish &, const Thumbnail &)>;
-    /// What `owner` wants to see, the most urgent first; replaces the earlier wishes, and what nobody wants any more is
-    /// given up. `heard` is called once for each, on the main thread and never from within this call. The owner's
-    /// death ends his wishes.
+    /// Requests thumbnails, most urgent first. Replaces the owner's previous request; work nobody wants any more is
+    /// cancelled. `heard` is called once per thumbnail, on the main thread and never from within this call. Ends with
+    /// the owner's destruction.
     void request(QObject *owner, std::vector<ThumbnailWish> wishes, Heard heard);
 
 private:
     struct Order {
         QObject *owner = nullptr;
         std::deque<ThumbnailWish> open;           ///< not answered yet
-        std::deque<ThumbnailWish> waiting;        ///< of these, not at work on either; the first next
-        std::deque<ThumbnailWish> networkWaiting; ///< of these, those on network volumes
+        std::deque<ThumbnailWish> waiting;        ///< those of them not in progress; next one first
+        std::deque<ThumbnailWish> networkWaiting; ///< those of them on network volumes
         Heard heard;
     };
-    /// One picture at a time. Network volumes have a lane of their own: a server that does not answer holds up no others.
+    /// Makes one thumbnail at a time. Network volumes have a lane of their own, so that an unresponsive server blocks
+    /// only that.
     struct Lane {
         std::shared_ptr<QThreadPool> pool;
         Job<Thumbnail> job;

@@ -13,7 +13,7 @@ namespace brellin {
 
 namespace {
 
-/// The size of a folder is counted later.
+/// Without the size of folders, which is counted later.
 TrashItem itemFor(TrashedEntry entry)
 {
     TrashItem item;
@@ -104,7 +104,7 @@ void TrashList::count(Source &source)
             return control.cancelled() ? Items() : std::move(counted);
         },
         [this, &source](Items counted) {
-            // What was read meanwhile is newer; it is counted in its turn.
+            // A newer list is being read and will be counted in turn.
             if (source.reading.running())
                 return;
             if (std::ranges::equal(counted, source.items, {}, &TrashItem::entry, &TrashItem::entry))

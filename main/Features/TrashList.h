@@ -23,21 +23,22 @@
 
 namespace brellin {
 
-/// One line of the Trash.
+/// One entry of the Trash.
 struct TrashItem {
     TrashedEntry entry;
-    QString name; ///< as it was called before
+    QString name; ///< the original name
     bool folder = false;
-    std::optional<std::int64_t> size; ///< bytes, with everything in it; none before it is counted
+    std::optional<std::int64_t> size; ///< in bytes, for folders including everything below; nullopt until counted
 
     bool operator==(const TrashItem &) const = default;
 };
 
-/// The Trash of every volume as one list, what went last first. Each volume is read by a thread of its own; one that does not
-/// answer is missing from the list and holds up no other. Lives on the main thread; the ports outlive it.
+/// The contents of all volumes' Trash folders as one list, latest first. Each volume is read by its own thread; an
+/// unresponsive one is missing from the list and does not delay the others. Lives on the main thread; the ports must
+/// outlive it.
 class TrashList : public Model<TrashList> {
 public:
-    /// `homeTrash` is the folder that holds "files" and "info".
+    /// `homeTrash` is the folder with "files" and "info".
     TrashList(Location homeTrash, const Volumes &volumes, Trash &trash, FileActions &files);
     ~TrashList() override;
 
@@ -45,13 +46,13 @@ public:
     Published<bool> loading{false};
     Published<bool> returning{false};
 
-    /// Reads every Trash again.
+    /// Re-reads all Trash folders.
     void refresh();
-    /// Puts entries back ("Zurücklegen"), one order at a time. `finished` is called once, unless `receiver` or this object has
-    /// gone.
+    /// Restores entries ("Zurücklegen"), one request at a time. Calls `finished` once, unless `receiver` or this object
+    /// is destroyed.
     void putBack(const std::vector<Location> &places, QObject *receiver,
                  std::function<void(const TrashReturn &)> finished);
-    /// Ends putting back after the entry at hand.
+    /// Cancels restoring after the current entry.
     void cancel() { m_returning.cancel(); }
 
 private:
@@ -59,9 +60,9 @@ private:
     struct Source {
         std::shared_ptr<QThreadPool> pool;
         Job<Items> reading;
-        Job<Items> counting; ///< the same with the sizes of folders
+        Job<Items> counting; ///< adds the sizes of folders
         Items items;
-        bool again = false; ///< to be read anew: asked for while it was read
+        bool again = false; ///< a re-read was requested during the read
     };
 
     void read(const std::string &top);
@@ -72,7 +73,7 @@ private:
     const Volumes &m_volumes;
     Trash &m_trash;
     FileActions &m_files;
-    std::map<std::string, std::unique_ptr<Source>> m_sources; ///< by the volume's top; the home Trash under ""
+    std::map<std::string, std::unique_ptr<Source>> m_sources; ///< by mount point; the home Trash under ""
     const std::shared_ptr<QThreadPool> m_returnPool;
     Job<TrashReturn> m_returning;
 };

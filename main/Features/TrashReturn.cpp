@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-/// The folders that were made for one entry, taken away again where it did not come.
+/// The folders created for one entry; removed again if it could not be restored.
 class MissingFolders {
 public:
     explicit MissingFolders(FileActions &files) : m_files(files) {}
@@ -23,7 +23,7 @@ public:
         const Result<void> created = m_files.createFolder(folder);
         if (created)
             m_created.push_back(folder);
-        // Somebody else may have made it at the same moment.
+        // Another process may have created it at the same time.
         return !created && !created.error().is(std::errc::file_exists) ? created : Result<void>();
     }
     void takeBack()
@@ -73,7 +73,7 @@ QString nameOf(const TrashedEntry &entry)
 
 TrashReturn putBack(std::vector<TrashedEntry> entries, Trash &trash, FileActions &files, JobControl &control)
 {
-    // A folder comes before what once lay in it, which would else make a folder of its own in its place.
+    // Restore a folder before entries from inside it, which would otherwise create a new folder in its place.
     std::ranges::stable_sort(entries, {}, [](const TrashedEntry &entry) {
         return std::distance(entry.original.begin(), entry.original.end());
     });

@@ -12,17 +12,17 @@
 
 namespace brellin {
 
-/// What became of entries that were put back.
+/// The result of restoring entries from the Trash.
 struct TrashReturn {
-    std::vector<Location> returned; ///< their places outside the Trash
+    std::vector<Location> returned; ///< their locations outside the Trash
     QStringList failures;           ///< „Brief.pdf: …“
     bool cancelled = false;
 
     bool operator==(const TrashReturn &) const = default;
 };
 
-/// Puts entries back where they came from, making the folders that are missing there. Nothing is ever replaced. Every entry is
-/// tried; what cannot be put back stays in the Trash. Blocking.
+/// Restores entries to their original locations and creates missing folders. Never replaces anything. Tries every
+/// entry; what cannot be restored stays in the Trash. Blocking.
 TrashReturn putBack(std::vector<TrashedEntry> entries, Trash &trash, FileActions &files, JobControl &control);
 
 } // namespace brellin

@@ -8,14 +8,15 @@ namespace brellin {
 
 namespace {
 
-/// How far the worst of these rectangles is from a square, laid in one row along `side`; 1 is a square.
+/// The worst aspect ratio of a row of rectangles along `side`; 1 is a square.
 double worstRatio(double smallest, double biggest, double sum, double side)
 {
     const double thickness = sum / side;
     return std::max(thickness * thickness / smallest, biggest / (thickness * thickness));
 }
 
-/// Lays rows along the shorter side of what is left, each with as many tiles as make them squarest.
+/// Squarified layout: fills the remaining area with rows along its shorter side, choosing the number of tiles with the
+/// best ratio.
 class Layout {
 public:
     Layout(std::vector<TreemapTile> &tiles, const QRectF &area, double scale)
@@ -45,7 +46,7 @@ private:
         double worst = std::numeric_limits<double>::infinity();
         std::size_t end = first;
         for (; end < m_tiles.size(); ++end) {
-            // The joined tile may be bigger than the one before it.
+            // The joined tile may be larger than the previous one.
             const double here = areaOf(end);
             const double ratio =
                 worstRatio(std::min(here, areaOf(first)), std::max(here, areaOf(first)), sum + here, side);
@@ -66,7 +67,7 @@ private:
         const bool upright = m_left.width() >= m_left.height();
         const double side = upright ? m_left.height() : m_left.width();
         const double whole = upright ? m_left.width() : m_left.height();
-        // The last one takes what rounding has left over.
+        // The last row absorbs rounding errors.
         const double thickness = last ? whole : std::min(whole, sum / side);
         double at = upright ? m_left.top() : m_left.left();
         for (std::size_t i = first; i < end; ++i) {
@@ -86,7 +87,7 @@ private:
     const double m_scale;
 };
 
-/// The sizes that there are, the biggest first.
+/// The positive sizes, largest first.
 std::vector<TreemapTile> sortedTiles(const std::vector<std::int64_t> &sizes)
 {
     std::vector<TreemapTile> tiles;
@@ -98,7 +99,7 @@ std::vector<TreemapTile> sortedTiles(const std::vector<std::int64_t> &sizes)
     return tiles;
 }
 
-/// Joins those from `first` on to one tile at the end.
+/// Joins the tiles from `first` on into one at the end.
 void join(std::vector<TreemapTile> &tiles, std::size_t first)
 {
     TreemapTile joined{TreemapTile::others, 0, 0, {}};
@@ -123,7 +124,7 @@ std::vector<TreemapTile> treemap(const std::vector<std::int64_t> &sizes, const Q
     const double scale = area.width() * area.height() / total;
     const auto small = std::ranges::find_if(
         tiles, [&](const TreemapTile &tile) { return static_cast<double>(tile.size) * scale < leastArea; });
-    // One alone keeps its name.
+    // A single one keeps its identity.
     const auto first = static_cast<std::size_t>(small - tiles.begin());
     if (first + 1 < tiles.size())
         join(tiles, first);
