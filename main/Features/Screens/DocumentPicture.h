@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// A file as its name alone lets it look: a page with its extension. `side` in points.
+/// The icon of a file by its name alone: a page with its extension. `side` in points.
 QPixmap documentPicture(std::string_view name, double side, double pixelsPerPoint,
                         EntryIcons::Mark mark = EntryIcons::Mark::None);
 

@@ -73,7 +73,7 @@ struct NetworkPage::Private {
     NetworkPage &q;
     NetworkServers &servers;
     NetworkRows rows;
-    QString ours; ///< the address that this page connects to; empty while it does not
+    QString ours; ///< the address this page is connecting to; empty if none
     QPointer<NetworkQuestionSheet> sheet;
     QLineEdit *address = nullptr;
     QPushButton *connecting = nullptr;
@@ -173,7 +173,7 @@ QWidget *NetworkPage::Private::buildAddress()
     return card;
 }
 
-/// What kinds of addresses there are; a click begins one.
+/// The supported kinds of addresses; a click starts one.
 QLayout *NetworkPage::Private::buildKinds(QWidget *parent)
 {
     auto *const grid = new QGridLayout;
@@ -277,7 +277,7 @@ void NetworkPage::Private::finished(const QString &wanted, const Result<Location
             say(place.error().message);
         return;
     }
-    // A password may have stood in the address.
+    // The address may have contained a password.
     address->clear();
     Q_EMIT q.connected(*place);
 }
@@ -296,7 +296,7 @@ void NetworkPage::Private::separate(const QString &wanted)
     });
 }
 
-/// Only off the list: a connection stands, and nothing on the server changes.
+/// Removes it from the list only; neither a connection nor the server is affected.
 void NetworkPage::Private::forget(const QString &wanted)
 {
     if (wanted.isEmpty())
@@ -305,7 +305,7 @@ void NetworkPage::Private::forget(const QString &wanted)
     say(done ? QString() : done.error().message);
 }
 
-/// Only the page that connects asks: there may be one in every window.
+/// Only the page that is connecting asks; every window may have one.
 void NetworkPage::Private::ask(const std::optional<ServerQuestion> &question)
 {
     if (sheet)

@@ -10,16 +10,16 @@ namespace brellin {
 
 class NetworkServers;
 
-/// The place "Netzwerk": connects to a server by its address or from the remembered list, and asks what the server wants to
-/// know. One that goes away while it connects gives up.
+/// The "Netzwerk" page: connects to a server by address or from the list of remembered ones, and shows the server's
+/// questions. Closing the page cancels its connection attempt.
 class NetworkPage : public QWidget {
     Q_OBJECT
 public:
-    /// The servers outlive the page.
+    /// The servers must outlive the page.
     NetworkPage(NetworkServers &servers, QWidget *parent);
     ~NetworkPage() override;
 
-    /// A server's files lie under this folder now.
+    /// The server is mounted at this folder.
     Q_SIGNAL void connected(const brellin::Location &folder);
 
 protected:

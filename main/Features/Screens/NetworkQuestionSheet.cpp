@@ -28,7 +28,7 @@ QString subtitleFor(const ServerQuestion &question)
     return QStringLiteral("Das Passwort geht nur an den Server und wird nicht gespeichert.");
 }
 
-/// The system asks in English.
+/// The system's choices are in English.
 QString germanChoice(const QString &choice)
 {
     struct Word {
@@ -91,7 +91,7 @@ void NetworkQuestionSheet::buildFields()
     connect(login, &QPushButton::clicked, this, [this] { answer(0); });
 }
 
-/// Every choice is a button; none of them is what Return means.
+/// Shows each choice as a button; Return activates none of them.
 void NetworkQuestionSheet::buildChoices()
 {
     auto *const message = makeBody(m_question.message, this);

@@ -8,16 +8,16 @@ class QLineEdit;
 
 namespace brellin {
 
-/// What a server wants to know, as a sheet. Tells one answer, or that none is wanted; then it goes. A password is held in its
-/// field only, until it has been told.
+/// A server's question as a sheet. Emits one answer or a cancel, then closes. A password is kept in its field only,
+/// until it is emitted.
 class NetworkQuestionSheet : public SheetFrame {
     Q_OBJECT
 public:
     NetworkQuestionSheet(const ServerQuestion &question, QWidget *window);
 
-    /// Puts the keys into the first field that is empty, the password before the domain: that is seldom needed.
+    /// Focuses the first empty field, the password before the domain, which is seldom needed.
     void focusFirstGap();
-    /// The question is no longer asked: goes without a word.
+    /// Closes without an answer, when the question is no longer asked.
     void withdraw();
 
     Q_SIGNAL void answered(const brellin::ServerAnswer &answer);

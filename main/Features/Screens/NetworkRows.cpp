@@ -34,7 +34,7 @@ Token stateInk(NetworkRows::State state)
     return state == NetworkRows::State::Failed ? Token::Danger : Token::Secondary;
 }
 
-/// The two lines of text in a row.
+/// The rectangle of a row's two lines of text.
 QRect textPlace(const QRect &row)
 {
     return row.adjusted(scaled(46), scaled(6), -scaled(12), -scaled(6));

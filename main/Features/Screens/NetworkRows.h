@@ -9,7 +9,7 @@
 
 namespace brellin {
 
-/// The remembered servers, and how it stands with each.
+/// The remembered servers and their connection states.
 class NetworkRows : public QAbstractListModel {
     Q_OBJECT
 public:
@@ -18,7 +18,7 @@ public:
 
     NetworkRows(NetworkServers &servers, QObject *parent);
 
-    /// How it stands with a server from now on.
+    /// Sets the connection state of a server.
     void setState(const QString &address, State state);
     State state(const QString &address) const;
     QString address(const QModelIndex &index) const { return index.data(Address).toString(); }
@@ -35,10 +35,10 @@ private:
 
     NetworkServers &m_servers;
     std::vector<NetworkServer> m_rows;
-    std::map<QString, State> m_states; ///< by address, of this session
+    std::map<QString, State> m_states; ///< by address; not stored
 };
 
-/// Draws a server: symbol, name, address below it, state at the right.
+/// Paints a server: symbol, name, address below it, state at the right.
 class NetworkRowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:

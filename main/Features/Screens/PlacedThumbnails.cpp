@@ -12,12 +12,12 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// A time that was read this long ago is read again when its entry is painted.
+/// Modification times older than this are re-read on the next repaint.
 constexpr std::chrono::seconds freshness{2};
-/// Beyond this everything is forgotten; what is still shown is read again.
+/// Limit of the cache; beyond it everything is dropped and re-read on demand.
 constexpr std::size_t mostKnown = 20'000;
 
-/// On a worker. Volumes that may not answer are not asked.
+/// Runs on a worker. Skips volumes that may not respond.
 std::optional<Instant> changeOf(const Location &entry, const Volumes &volumes)
 {
     if (!volumes.isLocal(entry))

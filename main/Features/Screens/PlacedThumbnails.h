@@ -18,21 +18,21 @@ namespace brellin {
 
 class ThumbnailImages;
 
-/// The thumbnails for a list that knows no more of its entries than where they are. When each was changed is read on a
-/// worker, of local volumes only, while painting asks for nothing but memory. Lives on the main thread.
+/// Thumbnails for lists that know only the paths of their entries. Reads modification times on a worker, on local
+/// volumes only; painting never waits. Lives on the main thread.
 class PlacedThumbnails {
 public:
-    /// Both outlive it and its work.
+    /// Both must outlive this object and its workers.
     PlacedThumbnails(ThumbnailImages &images, const Volumes &volumes);
     ~PlacedThumbnails();
 
-    /// As ThumbnailImages::pixmap; `ThumbnailImages::ready` tells of one that has come.
+    /// Like ThumbnailImages::pixmap; `ThumbnailImages::ready` reports new ones.
     QPixmap pixmap(const Location &entry, int side);
 
 private:
     using Times = std::vector<std::pair<Location, std::optional<Instant>>>;
     struct Known {
-        std::optional<Instant> modified; ///< none: not read yet, or no file that may be read
+        std::optional<Instant> modified; ///< nullopt: not read yet, or not a readable file
         std::chrono::steady_clock::time_point read;
         bool wanted = false;
     };
@@ -44,7 +44,7 @@ private:
     const Volumes &m_volumes;
     std::unordered_map<std::string, Known> m_known;
     std::vector<Location> m_wanted;
-    QTimer m_soon; ///< the rows of one painting are read together
+    QTimer m_soon; ///< coalesces the rows of one repaint
     const std::shared_ptr<QThreadPool> m_pool;
     Job<Times> m_reading;
 };

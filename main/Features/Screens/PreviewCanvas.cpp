@@ -62,7 +62,7 @@ void PreviewCanvas::paintEvent(QPaintEvent *)
         paintPicture(painter);
 }
 
-/// As large as it fits, but no larger than it is.
+/// Scales down to fit, but never enlarges.
 void PreviewCanvas::paintPicture(QPainter &painter) const
 {
     QSizeF size = QSizeF(m_picture.size()) / devicePixelRatioF();

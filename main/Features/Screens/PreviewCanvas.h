@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// The picture of an entry on the preview's card, or its drawing with a word why there is no picture.
+/// Paints the picture of an entry, or its icon with a remark why there is no picture.
 class PreviewCanvas : public QWidget {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     explicit PreviewCanvas(QWidget *parent);
 
     void setContent(const PreviewContent &content);
-    /// A word below the drawing.
+    /// Sets the text below the icon.
     void setRemark(const QString &remark);
 
 protected:
@@ -27,7 +27,7 @@ private:
     QPixmap drawing(double side) const;
 
     QPixmap m_picture;
-    bool m_isPaper = false; ///< a page or a photo, which lies on the card with a shadow
+    bool m_isPaper = false; ///< a page or photo, painted with a shadow
     bool m_isFolder = false;
     bool m_isLink = false;
     std::string m_fileName;

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 constexpr double heightShare = 1.06;
 constexpr auto untilLoadingIsSaid = 300ms;
 constexpr auto untilSizeIsSettled = 200ms;
-/// Pictures come in these sizes, so that not every point of width has a new one made.
+/// Fixed sizes, so that resizing does not request a new picture for every pixel.
 constexpr std::array sides{256, 512, 768, 1024, 1536, 2048, 3072, 4096};
 
 } // namespace
@@ -74,7 +74,7 @@ void PreviewCard::buildList()
     m_list->setUniformRowHeights(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setSelectionMode(QAbstractItemView::NoSelection);
-    m_list->setTextElideMode(Qt::ElideLeft); // the end of a path says most
+    m_list->setTextElideMode(Qt::ElideLeft); // the end of a path matters most
     m_list->header()->setStretchLastSection(false);
     m_list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_list->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);

@@ -14,7 +14,7 @@ namespace brellin {
 class PreviewCanvas;
 class TextLabel;
 
-/// The card at the preview's top: a picture, a page, a text to read or a list of what is inside.
+/// The upper card of the preview: a picture, a page, a text, or the list of an archive's entries.
 class PreviewCard : public Card {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
 
     void setContent(const PreviewContent &content);
 
-    /// The longest side that a picture can take up, in device pixels; told again when it changes.
+    /// The longest side available for a picture, in device pixels; emitted whenever it changes.
     Q_SIGNAL void sideWanted(int side);
 
 protected:
@@ -36,7 +36,7 @@ private:
     void showText(const PreviewText &text);
     void showArchive(const PreviewArchive &archive);
     void showCanvas(const PreviewContent &content);
-    /// Its height follows its width, which a layout in a widget with a layout of its own does not ask about.
+    /// Sets the height from the width; a layout nested in another widget's layout does not do that.
     void fitHeight();
     void tellSide();
 
@@ -45,8 +45,8 @@ private:
     QPlainTextEdit *m_text;
     QTreeWidget *m_list;
     TextLabel *m_remark;
-    QTimer m_patience; ///< what is loaded at once needs no word about loading
-    QTimer m_settling; ///< while the pane is dragged wider
+    QTimer m_patience; ///< delays the loading indicator, so that fast loads do not flicker
+    QTimer m_settling; ///< while the pane is being resized
     int m_side = 0;
 };
 

@@ -29,7 +29,7 @@ private:
     void addRow();
 
     QGridLayout *m_grid;
-    std::vector<Row> m_rows; ///< made when they are needed first, hidden when not
+    std::vector<Row> m_rows; ///< created on demand, hidden when unused
 };
 
 } // namespace brellin

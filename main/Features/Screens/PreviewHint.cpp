@@ -13,7 +13,7 @@ namespace {
 
 constexpr double radius = 8;
 constexpr double inside = 11;
-constexpr double lineShare = 1.38; ///< height of a line in relation to the font's pixels
+constexpr double lineShare = 1.38; ///< line height in relation to the font's pixel size
 constexpr double symbolSide = 14;
 
 } // namespace

@@ -5,7 +5,7 @@
 
 namespace brellin {
 
-/// A few words on a soft ground, with a symbol at their beginning around which they flow.
+/// A short text on a tinted background, flowing around a symbol at its start.
 class PreviewHint : public QWidget {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// Lays the lines out for a width of the whole; gives the height of the whole.
+    /// Lays out the lines for the widget's total width; returns the total height.
     double layOut(QTextLayout &lines, double width) const;
 
     const QString m_symbol;

@@ -20,7 +20,7 @@ namespace {
 constexpr double paneWidth = 262;
 constexpr double margin = 18;
 
-/// A name may be one long word: it may break behind what separates its parts, and anywhere if need be.
+/// Inserts break opportunities after separators, and anywhere else if needed, since a name may be one long word.
 QString breakable(const QString &name)
 {
     constexpr qsizetype longestPart = 22;
@@ -57,7 +57,7 @@ PreviewPane::PreviewPane(PreviewLoader &loader, QWidget *parent)
     setObjectName(QStringLiteral("vorschau"));
     setAccessibleName(QStringLiteral("Vorschaufenster"));
     setFrameShape(QFrame::NoFrame);
-    setFocusPolicy(Qt::NoFocus); // what is in it has the focus
+    setFocusPolicy(Qt::NoFocus); // its children take the focus
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setViewportMargins(1, 0, 0, 0);

@@ -19,8 +19,8 @@ class Separator;
 class SymbolButton;
 class TextLabel;
 
-/// The pane at the window's right that shows what is in the entry that is chosen ("Vorschaufenster"). What it shows comes
-/// from the loader; tags and the rules' hint are told from outside.
+/// The preview pane at the right of the window ("Vorschaufenster"). Its content comes from the loader; tags and the
+/// rules' hint are set from outside.
 class PreviewPane : public QScrollArea {
     Q_OBJECT
 
@@ -28,12 +28,12 @@ public:
     PreviewPane(PreviewLoader &loader, QWidget *parent);
 
     void setTags(const QStringList &tags);
-    /// What the rules would do with the entry; empty: nothing.
+    /// Sets what the rules would do with the entry; empty: nothing.
     void setHint(const QString &hint);
 
     QSize sizeHint() const override;
 
-    /// The user wants to give the entry this tag, or to take it away.
+    /// The user wants to add or remove this tag.
     Q_SIGNAL void tagToggled(const QString &tag);
 
 protected:
@@ -45,7 +45,7 @@ private:
     void showPages(const PreviewContent &content);
 
     PreviewLoader &m_loader;
-    Separator *m_line; ///< parts the pane from the list
+    Separator *m_line; ///< separates the pane from the list
     QWidget *m_whole;
     EmptyState *m_empty;
     PreviewCard *m_card;

@@ -38,7 +38,7 @@ void PreviewTagRing::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double line = scaled(2);
-    // With the focus it draws in, to make room for that ring.
+    // Shrinks when focused, to make room for the focus ring.
     const double inset = line / 2 + (hasFocus() ? 4 : 1);
     painter.setPen(QPen(m_color, line));
     if (isChecked())
@@ -76,7 +76,7 @@ PreviewTagRow::PreviewTagRow(QWidget *parent) : QWidget(parent)
         const QString name = tag.name.toString();
         auto *const ring = new PreviewTagRing(name, QColor::fromRgb(tag.color), this);
         connect(ring, &QAbstractButton::clicked, this, [this, ring, name](bool checked) {
-            // It is filled once the tag is really there.
+            // Reverts the click; the ring is filled once the tag has been written.
             ring->setChecked(!checked);
             Q_EMIT toggled(name);
         });

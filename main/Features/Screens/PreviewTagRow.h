@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// One of the palette's tags as a ring, filled where the entry carries it.
+/// A palette tag as a ring, filled if the entry has the tag.
 class PreviewTagRing : public QAbstractButton {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ private:
     const QColor m_color;
 };
 
-/// The seven tags in a row. A click only says what is wanted: the rings follow the tags that are set from outside.
+/// The seven palette tags. A click only emits a request; the rings show the tags set from outside.
 class PreviewTagRow : public QWidget {
     Q_OBJECT
 
