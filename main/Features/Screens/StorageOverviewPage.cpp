@@ -77,11 +77,11 @@ struct StorageOverviewPage::Private {
     StorageOverview &overview;
     const VolumeList::AskSpace askSpace;
     StorageRows rows;
-    Location before;     ///< the folder shown before this one
-    bool arrived = true; ///< the entries of another folder are on their way
+    Location before;     ///< the folder shown before
+    bool arrived = true; ///< waiting for the entries of another folder
     std::shared_ptr<QThreadPool> spacePool;
     Job<Result<VolumeSpace>> spaceJob;
-    bool spaceOutdated = false; ///< asked for again while an answer was awaited
+    bool spaceOutdated = false; ///< requested again while waiting for an answer
     SymbolButton *back = nullptr;
     ElidedLabel *subtitle = nullptr;
     SymbolButton *again = nullptr;
@@ -138,7 +138,7 @@ void StorageOverviewPage::Private::build()
     column->setContentsMargins(scaled(30), scaled(18), scaled(16), scaled(12));
     column->setSpacing(scaled(6));
     column->addLayout(buildHead());
-    // Its room stays, so that the tiles do not jump.
+    // Keeps its space when hidden, so that the tiles do not jump.
     progress = makeBusyBar(QStringLiteral("Der Ordner wird gezählt"), QStringLiteral("storageProgress"),
                            WhenHidden::KeepsRoom, &q);
     column->addWidget(progress);
@@ -177,7 +177,7 @@ QLayout *StorageOverviewPage::Private::buildMiddle()
     stack->addWidget(tiles);
     stack->addWidget(empty);
     auto *const leftColumn = new QVBoxLayout;
-    // The tiles end where the card does, whose shadow reaches further.
+    // The card's shadow extends beyond the tiles.
     leftColumn->setContentsMargins(0, shadowReach(), 0, shadowReach());
     leftColumn->addWidget(left);
     auto *const middle = new QHBoxLayout;
@@ -266,7 +266,7 @@ void StorageOverviewPage::Private::connectAll()
     });
 }
 
-/// Down into a folder; what is none is shown in its pane.
+/// Opens a folder in the overview; shows anything else in a pane.
 void StorageOverviewPage::Private::enter(const QModelIndex &index)
 {
     const StorageEntry *const entry = rows.entry(index);
@@ -317,7 +317,7 @@ void StorageOverviewPage::Private::showMenu(QPoint place)
 
 void StorageOverviewPage::Private::followFolder(const Location &folder)
 {
-    // Up: the folder that one comes from is the current one. Down: the biggest entry is.
+    // After going up, make the folder one came from current; after going down, the largest entry.
     before = isAtOrBelow(before, folder) ? before : Location();
     arrived = true;
     list->clearSelection();

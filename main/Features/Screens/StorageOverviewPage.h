@@ -12,20 +12,20 @@ namespace brellin {
 
 class StorageOverview;
 
-/// The page "Speicherplatz": where the space of a folder goes, as tiles and as a list that go together. It shows what its
-/// overview counts, while it counts.
+/// The "Speicherplatz" page: the space used in a folder, as a treemap and a synchronised list. Updates while the
+/// overview is counting.
 class StorageOverviewPage : public QWidget {
     Q_OBJECT
 public:
-    /// The overview outlives the page. `askSpace` is called on a worker.
+    /// The overview must outlive the page. `askSpace` is called on a worker.
     StorageOverviewPage(StorageOverview &overview, QWidget *parent, VolumeList::AskSpace askSpace = volumeSpace);
     ~StorageOverviewPage() override;
 
-    /// A folder is to be shown in a pane, or the folder of a file with the file selected.
+    /// Asks to show a folder in a pane, or a file selected in its folder.
     Q_SIGNAL void openWanted(const brellin::Location &entry);
-    /// To be asked about and moved to the Trash by whoever hears it, who then tells the overview.
+    /// Asks for confirmation and trashing; the receiver then informs the overview.
     Q_SIGNAL void trashWanted(const std::vector<brellin::Location> &entries);
-    /// Up from the folder that was counted.
+    /// The user wants to go up from the counted folder.
     Q_SIGNAL void leaveWanted();
 
 protected:

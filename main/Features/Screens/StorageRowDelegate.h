@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// Draws a line of the storage list: the colour of its tile, the name, the size at the right.
+/// Paints a row of the storage list: its tile's colour, the name, and the size at the right.
 class StorageRowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:

@@ -16,7 +16,7 @@ namespace {
 
 using Kind = StorageEntry::Kind;
 
-/// The small files of a folder have the place of the folder itself.
+/// The joined small files have the location of their folder, so the key needs the kind too.
 std::pair<std::string, bool> keyOf(const StorageEntry &entry)
 {
     return {entry.location.native(), entry.kind == Kind::SmallFiles};

@@ -7,20 +7,20 @@
 
 namespace brellin {
 
-/// What an entry is coloured with wherever space is shown: files by their kind, folders each by its name.
+/// The colour of an entry in treemap and list: files by type, folders by name.
 QColor storageColor(const StorageEntry &entry);
 /// „Urlaub Meran, 8,7 GB, 1.204 Dateien“
 QString storageText(const StorageEntry &entry);
 
-/// The entries of the folder shown, as lines. A selection stays with its entry while others grow past it.
+/// The entries of the folder on display as rows. The selection follows its entry while others overtake it in size.
 class StorageRows : public QAbstractListModel {
     Q_OBJECT
 public:
-    /// The overview outlives the rows.
+    /// The overview must outlive the rows.
     StorageRows(StorageOverview &overview, QObject *parent);
 
     const StorageEntry *entry(const QModelIndex &index) const;
-    /// The line of an entry, or of the entry that holds it; invalid where there is none.
+    /// The row of an entry, or of the entry containing it; invalid if there is none.
     QModelIndex indexOf(const Location &location) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -22,7 +22,7 @@ namespace brellin {
 namespace {
 
 constexpr double tileGap = 4;
-constexpr double leastSide = 22; ///< of a tile; what is smaller is joined
+constexpr double leastSide = 22; ///< minimum side of a tile; smaller ones are joined
 constexpr double tileRadius = 7;
 
 QRectF drawn(const TreemapTile &tile)
@@ -30,7 +30,8 @@ QRectF drawn(const TreemapTile &tile)
     return tile.area.adjusted(tileGap / 2, tileGap / 2, -tileGap / 2, -tileGap / 2);
 }
 
-/// How far `other` is in the direction of the key, sideways counting double; nothing where it lies elsewhere.
+/// The distance to `other` in the direction of the key, with sideways offset counted double; nullopt if it lies
+/// elsewhere.
 double distance(const QRectF &from, const QRectF &other, int key)
 {
     const QPointF way = other.center() - from.center();
@@ -61,7 +62,7 @@ StorageTreemap::StorageTreemap(QWidget *parent) : QWidget(parent)
 void StorageTreemap::show(const std::vector<StorageEntry> &entries, int current)
 {
     if (m_pressed >= 0) {
-        // A click outlasts an update of what is still being counted.
+        // The pressed entry survives updates while counting.
         const StorageEntry &pressed = m_entries[static_cast<std::size_t>(m_pressed)];
         const auto found = std::ranges::find_if(entries, [&pressed](const StorageEntry &one) {
             return one.kind == pressed.kind && one.location.native() == pressed.location.native();
@@ -141,7 +142,7 @@ void StorageTreemap::paintTile(QPainter &painter, const TreemapTile &tile) const
     painter.setBrush(ground);
     painter.drawRoundedRect(area, tileRadius, tileRadius);
     if (!joined && tile.index == m_current) {
-        // Two lines, so that it is seen on every colour.
+        // Two lines, to be visible on every colour.
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(color(Token::Window), 5));
         painter.drawRoundedRect(area.adjusted(2, 2, -2, -2), tileRadius - 2, tileRadius - 2);
@@ -158,7 +159,7 @@ void StorageTreemap::paintTexts(QPainter &painter, const QRectF &area, const QSt
     const QRectF inner = area.adjusted(scaled(12), scaled(9), -scaled(10), -scaled(6));
     painter.setFont(sizedFont(1, QFont::DemiBold));
     const double line = painter.fontMetrics().height();
-    // A few letters of a name help nobody.
+    // Too narrow for a useful part of the name.
     if (inner.width() < scaled(34) || inner.height() < line)
         return;
     painter.drawText(QRectF(inner.topLeft(), QSizeF(inner.width(), line)), Qt::AlignLeft | Qt::AlignVCenter,
@@ -194,7 +195,7 @@ void StorageTreemap::mousePressEvent(QMouseEvent *event)
         Q_EMIT chosen(m_pressed);
 }
 
-/// A press and a release on two tiles mean neither.
+/// Only a press and release on the same tile count as a click.
 void StorageTreemap::mouseReleaseEvent(QMouseEvent *event)
 {
     const int pressed = std::exchange(m_pressed, -1);

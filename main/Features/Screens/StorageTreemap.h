@@ -9,21 +9,21 @@
 
 namespace brellin {
 
-/// The entries of a folder as tiles, each as large as the space it takes. Arrow keys go from tile to tile.
+/// The entries of a folder as tiles sized by the space they use. The arrow keys move between tiles.
 class StorageTreemap : public QWidget {
     Q_OBJECT
 public:
     explicit StorageTreemap(QWidget *parent);
 
-    /// The entries and which of them is the current one, -1 for none.
+    /// Sets the entries and the index of the current one, -1 for none.
     void show(const std::vector<StorageEntry> &entries, int current);
     void setCurrent(int entry);
-    /// Where an entry's tile is; empty where it has none of its own.
+    /// The rectangle of an entry's tile; empty if it has none of its own.
     QRect tile(int entry) const;
 
-    /// By a click or the arrow keys.
+    /// Selected by a click or the arrow keys.
     Q_SIGNAL void chosen(int entry);
-    /// A click or Return: down into it, or whatever opens it.
+    /// Activated by a click or Return.
     Q_SIGNAL void entered(int entry);
     Q_SIGNAL void menuWanted(int entry, QPoint place);
 

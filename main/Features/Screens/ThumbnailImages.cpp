@@ -22,15 +22,15 @@ namespace brellin {
 namespace {
 
 constexpr qsizetype mostKilobytes = 96 * 1024;
-/// What is known of entries without pictures is forgotten beyond this.
+/// Limit for remembered entries without a thumbnail.
 constexpr std::size_t mostAbsent = 50'000;
 
-/// A picture in memory, as large as the cache keeps it: tiles of another size need no new one.
+/// A thumbnail in the size of the cache, so that other tile sizes need no new one.
 struct Held {
     QPixmap pixmap;
     Instant modified;
     int side = 0;
-    QPixmap reduced; ///< as it was last asked for
+    QPixmap reduced; ///< scaled to the size requested last
     int reducedSide = 0;
 
     QPixmap within(int wanted)
@@ -47,10 +47,10 @@ struct Held {
 struct Wanted {
     Instant modified;
     int side = 0;
-    bool answered = false; ///< and its picture is on the way here
+    bool answered = false; ///< answered, and the image is being loaded
 };
 
-/// On a worker: the picture of a thumbnail, no larger than `side`.
+/// Runs on a worker: the image of a thumbnail, no larger than `side`.
 QImage loaded(const Thumbnail &thumbnail, int side)
 {
     QImage image;
@@ -92,15 +92,15 @@ struct ThumbnailImages::Private {
     ThumbnailImages &q;
     Thumbnails &source;
     QCache<QByteArray, Held> held;
-    std::unordered_map<std::string, Wanted> wanted;  ///< asked for and not answered
-    std::vector<std::string> order;                  ///< of asking
-    std::unordered_map<std::string, Instant> absent; ///< there is no picture of the entry as it was then
-    std::unordered_set<std::string> perhapsLater; ///< absent for a reason that may pass: tried again when shown again
+    std::unordered_map<std::string, Wanted> wanted;  ///< requested and not answered
+    std::vector<std::string> order;                  ///< in order of request
+    std::unordered_map<std::string, Instant> absent; ///< there is no thumbnail of this version of the entry
+    std::unordered_set<std::string> perhapsLater;    ///< absent for a temporary reason: retried when shown again
     std::map<QObject *, std::vector<std::string>> visible;
     std::deque<Loading> toLoad;
     QTimer asking;
     QThreadPool loaders;
-    Job<QImage> loading; ///< goes first: its work is given up before the pool waits
+    Job<QImage> loading; ///< destroyed first, which cancels its work before the pool waits
 };
 
 void ThumbnailImages::Private::want(const std::string &path, const Wanted &wish)
@@ -160,7 +160,7 @@ void ThumbnailImages::Private::heard(const ThumbnailWish &wish, const Thumbnail 
     }
 }
 
-/// A file that has changed meanwhile is asked about again as soon as its view knows its new time.
+/// If the file has changed meanwhile, its view requests it again once it knows the new time.
 void ThumbnailImages::Private::nothingFor(const ThumbnailWish &wish)
 {
     const std::string &path = wish.entry.native();

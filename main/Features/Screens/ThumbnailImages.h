@@ -13,8 +13,8 @@ namespace brellin {
 
 class Thumbnails;
 
-/// The small pictures of entries as the views draw them, kept in memory up to a number of bytes. Nothing here waits for
-/// a disk or a decoder. Lives on the main thread.
+/// In-memory cache of the views' thumbnails, limited in bytes. Never waits for a disk or a decoder. Lives on the main
+/// thread.
 class ThumbnailImages : public QObject {
     Q_OBJECT
 
@@ -22,13 +22,13 @@ public:
     explicit ThumbnailImages(Thumbnails &thumbnails, QObject *parent = nullptr);
     ~ThumbnailImages() override;
 
-    /// The picture for an entry at most `side` device pixels wide and high, or null while there is none (asked for from
-    /// now on, `ready` tells) or never will be. Of a file that has changed, or of another `side`, the picture at hand
-    /// until the right one has come. Its device pixel ratio is 1: whoever draws it knows the screen.
+    /// The thumbnail of an entry, at most `side` device pixels in each direction; null while there is none. Requests it
+    /// if missing; `ready` reports its arrival. For a changed file or another `side` returns the present one until the
+    /// new one arrives. Its device pixel ratio is 1; the caller must scale it for its screen.
     QPixmap pixmap(const Location &entry, Instant modified, int side);
 
-    /// What `view` shows now, first to last: it is made first. What is asked for and no longer named is forgotten. A view
-    /// that goes is forgotten by itself.
+    /// Sets the entries visible in `view`, in order: their thumbnails are made first, and requests for others are
+    /// dropped. Ends with the view's destruction.
     void setVisible(QObject *view, const std::vector<Location> &entries);
 
     Q_SIGNAL void ready(const brellin::Location &entry);

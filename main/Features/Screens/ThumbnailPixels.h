@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// A decoded picture in the form in which pictures are drawn quickest. It holds its own pixels.
+/// Converts a decoded picture to the format that paints fastest. The image owns its pixels.
 QImage imageOf(const DecodedPicture &picture);
 
 } // namespace brellin

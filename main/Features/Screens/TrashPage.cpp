@@ -69,7 +69,7 @@ TrashPage::TrashPage(TrashList &trash, QWidget *parent) : QWidget(parent), d(std
 
 TrashPage::~TrashPage() = default;
 
-/// Another program may have used the Trash meanwhile.
+/// Refresh on activation: another process may have used the Trash.
 bool TrashPage::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate && isVisible())
@@ -99,7 +99,7 @@ void TrashPage::Private::build()
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addLayout(buildHead());
-    // Its room stays, so that the list does not jump.
+    // Keeps its space when hidden, so that the list does not jump.
     progress = makeBusyBar(QStringLiteral("Der Papierkorb wird gelesen"), QStringLiteral("trashProgress"),
                            WhenHidden::KeepsRoom, &q);
     column->addWidget(progress);
@@ -302,7 +302,7 @@ void TrashPage::Private::refreshAll()
     stack->setCurrentWidget(nothing ? static_cast<QWidget *>(empty) : table);
 }
 
-/// How much lies there, or how much of it is selected.
+/// The number and size of all entries, or of the selected ones.
 QString TrashPage::Private::summary() const
 {
     std::vector<TrashItem> items = selected();

@@ -11,17 +11,17 @@ namespace brellin {
 class TrashList;
 struct TrashReturn;
 
-/// The place "Papierkorb": what lies in the Trash of every volume, from which entries are put back where they came from.
+/// The "Papierkorb" page: the contents of all volumes' Trash folders, with restoring.
 class TrashPage : public QWidget {
     Q_OBJECT
 public:
-    /// The list outlives the page.
+    /// The list must outlive the page.
     TrashPage(TrashList &trash, QWidget *parent);
     ~TrashPage() override;
 
-    /// "Ort zeigen": the folder in which an entry was.
+    /// "Ort zeigen": asks to show the folder an entry came from.
     Q_SIGNAL void placeWanted(const brellin::Location &folder);
-    /// Entries lie here again.
+    /// Entries were restored to these locations.
     Q_SIGNAL void returned(const std::vector<brellin::Location> &places);
 
 protected:

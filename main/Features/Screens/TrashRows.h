@@ -7,12 +7,12 @@
 
 namespace brellin {
 
-/// What lies in the Trash, as a table. A new reading leads what is selected to where it is now.
+/// The contents of the Trash as a table. The selection survives a re-read.
 class TrashRows : public QAbstractTableModel {
     Q_OBJECT
 public:
     enum Column { Name, Place, Deleted, Size, columns };
-    /// What a column is sorted by.
+    /// The value a column is sorted by.
     enum Role { SortKey = Qt::UserRole };
 
     TrashRows(TrashList &trash, QObject *parent);
@@ -32,7 +32,7 @@ private:
     std::vector<TrashItem> m_items;
 };
 
-/// Sorted as people sort, and reduced to the names and places that hold a text.
+/// Sorts rows naturally, and filters them by a text in name or location.
 class TrashOrder : public QSortFilterProxyModel {
     Q_OBJECT
 public:
