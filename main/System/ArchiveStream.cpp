@@ -70,7 +70,7 @@ std::optional<ArchivedEntry> entryFrom(const QByteArray &bytes)
         kind > static_cast<quint8>(ArchivedEntry::Kind::Special))
         return std::nullopt;
     entry.kind = static_cast<ArchivedEntry::Kind>(kind);
-    // A name cannot go on behind a zero.
+    // A path ends at the first NUL.
     entry.path = path.constData();
     entry.target = target.constData();
     if (hasSize && size >= 0)

@@ -8,16 +8,16 @@
 #include <optional>
 #include <string>
 
-/// How `brellin-bild` hands over what an archive holds: message by message, to whoever unpacks it. It may have been taken over
-/// by what it reads: nothing of it is to be trusted.
+/// The messages in which `brellin-bild` streams an archive's contents to the unpacking process. The decoder may have
+/// been taken over by the archive, so nothing it sends can be trusted.
 namespace brellin {
 
-/// One entry of an archive as it says itself.
+/// One entry as the archive describes it.
 struct ArchivedEntry {
     enum class Kind { File, Folder, Link, HardLink, Special };
     Kind kind = Kind::File;
-    std::string path;   ///< bytes
-    std::string target; ///< of a link; of a hard link the path of another entry
+    std::string path;   ///< raw bytes
+    std::string target; ///< of a link; for a hard link the path of another entry
     std::uint32_t mode = 0;
     std::optional<std::int64_t> size;
     std::optional<Instant> modified;
@@ -29,14 +29,14 @@ namespace archiveStream {
 
 enum class Message : char {
     Entry = 'e',
-    Data = 'd',     ///< of the entry before: its place there, then the bytes; what no message names is a hole
-    Spoilt = 'b',   ///< the entry before: its content is not what the archive says of it
-    Position = 'p', ///< how much of the archive has been read
-    End = 'z',      ///< of the whole archive; with one byte where its end mark is missing
-    Failure = 'f'   ///< why it cannot be read further, in words
+    Data = 'd',     ///< data of the last entry: offset, then the bytes; ranges without a message are holes
+    Spoilt = 'b',   ///< the last entry's content does not match its checksum or length
+    Position = 'p', ///< number of archive bytes read so far
+    End = 'z',      ///< end of the archive; with one byte if its end marker is missing
+    Failure = 'f'   ///< why reading stopped, as text
 };
 
-/// A message begins with its kind and, in four bytes, its length.
+/// A message starts with its kind (one byte) and its length (four bytes).
 constexpr qsizetype headSize = 5;
 constexpr qsizetype longest = 1 << 20;
 QByteArray head(Message kind, qsizetype size);
@@ -44,13 +44,13 @@ struct Head {
     Message kind = Message::End;
     qsizetype size = 0;
 };
-/// Nothing where there can be no such message.
+/// nullopt for an invalid message.
 std::optional<Head> headFrom(const char *bytes);
 
 QByteArray bytesOf(const ArchivedEntry &entry);
 std::optional<ArchivedEntry> entryFrom(const QByteArray &bytes);
 
-/// A place in a file, or a length; never negative.
+/// An offset or length; never negative.
 constexpr qsizetype numberSize = 8;
 QByteArray bytesOf(std::int64_t number);
 std::optional<std::int64_t> numberFrom(const QByteArray &bytes);

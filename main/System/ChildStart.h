@@ -10,22 +10,22 @@
 
 namespace brellin {
 
-/// A program to be started, with everything it gets.
+/// A program to start, with all it inherits.
 struct ChildStart {
-    /// What becomes of it when this program dies before it. `EndWithUs` reckons by the thread that starts it: that has to
-    /// wait for the end.
+    /// What happens to the child if this process dies first. `EndWithUs` is bound to the starting thread, which must
+    /// wait for the child.
     enum class Orphaned { EndWithUs, GoOn };
 
-    std::vector<std::string> words; ///< the program's path first
+    std::vector<std::string> words; ///< argv; the program's path first
     std::vector<std::string> environment;
-    Location workingFolder; ///< empty: ours
+    Location workingFolder; ///< empty: the caller's
     int input = -1;
     int output = -1;
     int errors = -1;
     Orphaned orphaned = Orphaned::EndWithUs;
 };
 
-/// Starts it in a process group of its own. Fails with the system's error where it cannot be started.
+/// Starts the program in a process group of its own. Fails with the system's error.
 Result<pid_t> startChild(const ChildStart &start);
 
 } // namespace brellin

@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// The port to the time of day, so that tests decide what day it is.
+/// Port to the time of day, so that tests can set it.
 class Clock {
 public:
     virtual ~Clock() = default;

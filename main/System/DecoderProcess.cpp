@@ -15,12 +15,12 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// How often a waiting request looks at its cancel flag.
+/// Interval for polling the cancel flag.
 constexpr int pollMilliseconds = 50;
-/// Loading the decoders' libraries from a slow disk is nobody's fault.
+/// Generous, since loading the libraries from a slow disk takes time.
 constexpr std::chrono::seconds startingTime(20);
 
-/// Both ends of a conversation. A socket and no pipes: writing to a process that has ended is then an error and no signal.
+/// A socket pair instead of pipes: writing to a dead process then gives an error instead of SIGPIPE.
 Result<std::array<int, 2>> connectedPair()
 {
     std::array<int, 2> ends{};
@@ -58,7 +58,7 @@ Result<QByteArray> DecoderProcess::ask(const DecoderRequest &request, const JobC
     if (answer)
         return answerFrom(*answer);
     end();
-    // A time that ran out may also mean that the machine was busy.
+    // A timeout may also mean that the machine was busy.
     const bool isBlameless = answer.error().isCancelled() || answer.error().is(std::errc::timed_out);
     return isBlameless ? answer : failure(undecodable());
 }

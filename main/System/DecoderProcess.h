@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// One lasting decoder process. It is asked one thing at a time, by one thread at a time, blocking.
+/// One persistent decoder process. Handles one request at a time, from one thread at a time. Blocking.
 class DecoderProcess {
 public:
     explicit DecoderProcess(std::chrono::milliseconds patience) : m_patience(patience) {}
@@ -20,15 +20,15 @@ public:
 
     /// Starts "`program` arbeiter" and waits until it is ready.
     Result<void> start(const Location &program, const JobControl *control);
-    /// The answer to a request. A process that ends, babbles or takes longer than its time is ended, as is one whose answer
-    /// nobody waits for any more: the file asked about then counts as undecodable, or the request as timed out or cancelled.
+    /// Sends a request and waits for the answer. If the process dies, sends garbage, exceeds its time or is cancelled,
+    /// it is ended. The failure is then undecodable, timed_out or cancelled.
     Result<QByteArray> ask(const DecoderRequest &request, const JobControl *control);
-    /// Whether it can be asked again.
+    /// Whether it accepts another request.
     bool isFit() const { return m_pid > 0 && m_asked < mostRequests; }
 
 private:
     using Moment = std::chrono::steady_clock::time_point;
-    /// After so many files a fresh process takes over: one of them may have harmed it unnoticed.
+    /// The process is replaced after this many files, in case one of them has corrupted it unnoticed.
     static constexpr int mostRequests = 100;
 
     Result<QByteArray> converse(const DecoderRequest &request, const JobControl *control);

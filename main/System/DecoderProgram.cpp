@@ -20,7 +20,7 @@ int start(pid_t &pid, const Location &program, const char *word, int input, int 
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    // What libraries say about broken files is of no use to anybody.
+    // Discard the libraries' messages about broken files.
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     std::string name = program.native();
     std::string argument = word;

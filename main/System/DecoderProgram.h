@@ -4,14 +4,14 @@
 
 #include <sys/types.h>
 
-/// "brellin-bild" as a process of its own, whatever is talked with it.
+/// Starts and ends the program "brellin-bild", independent of the protocol.
 namespace brellin::decoderProgram {
 
-/// Starts it with one word and these two as its input and output. Gives the system's number of an error, or 0.
+/// Starts it with one argument, and these descriptors as input and output. Returns 0 or an errno value.
 int start(pid_t &pid, const Location &program, const char *word, int input, int output);
 
-/// Ends it at once: it writes nothing and holds nothing. One that hangs in a dead network volume cannot even be killed, and
-/// is not waited for longer than a second.
+/// Kills it at once, which is safe since it writes nothing. Waits up to a second: a process blocked on a dead network
+/// volume cannot even be killed.
 void end(pid_t pid);
 
 } // namespace brellin::decoderProgram

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-/// What is said between this program and `brellin-bild`, the one that decodes files nobody trusts.
+/// The protocol between this program and `brellin-bild`, which decodes untrusted files.
 namespace brellin {
 
-/// A word and its arguments, as on a command line; file names are bytes and need not be UTF-8.
+/// A command and its arguments; file names are bytes and need not be UTF-8.
 struct DecoderRequest {
     std::string word;
     std::vector<std::string> arguments;
@@ -22,56 +22,56 @@ struct DecoderRequest {
 namespace decoderWords {
 constexpr const char *picture = "bild";   ///< FILE SIDE: a `DecodedPicture`
 constexpr const char *pdfPage = "pdf";    ///< FILE PAGE SIDE: a `DecodedPicture`
-constexpr const char *video = "video";    ///< FILE SIDE: a `DecodedPicture`; never asked of a lasting process
+constexpr const char *video = "video";    ///< FILE SIDE: a `DecodedPicture`; not supported by a persistent process
 constexpr const char *facts = "angaben";  ///< FILE: a JSON object
 constexpr const char *archive = "archiv"; ///< FILE: a JSON object
 constexpr const char *pdfText = "pdf-text";
-/// What the archive that is its input holds, in the messages of ArchiveStream.h; never asked of a lasting process.
+/// Streams the archive on standard input as messages of ArchiveStream.h; not supported by a persistent process.
 constexpr const char *archiveNames = "inhalt";
-constexpr const char *archiveContents = "entpacken"; ///< the same with what is in the files
-constexpr const char *worker = "arbeiter";           ///< answers requests from its input until that ends
+constexpr const char *archiveContents = "entpacken"; ///< the same including file contents
+constexpr const char *worker = "arbeiter";           ///< answers requests from standard input until its end
 } // namespace decoderWords
 
-/// How a decoder ends that was called for one answer.
+/// The exit codes of a decoder that was run for one answer.
 enum class DecoderExit { Done = 0, Failed = 1, WrongUse = 2, NoVideoProgram = 3, Unreadable = 4 };
 
-/// A picture as bare pixels: nothing of it needs decoding any more.
+/// A picture as raw pixels, which need no further decoding.
 struct DecodedPicture {
     int width = 0;
     int height = 0;
     bool opaque = true;
-    QByteArray pixels; ///< red, green, blue, alpha (not multiplied), row by row without gaps
+    QByteArray pixels; ///< RGBA, alpha not premultiplied, row by row without padding
 
     bool operator==(const DecodedPicture &) const = default;
 };
 
-/// The longest side of a picture that is asked for or given.
+/// The maximum side of a picture, requested or returned.
 constexpr int mostPictureSide = 4096;
 
 QByteArray bytesOf(const DecodedPicture &picture);
-/// Nothing where the bytes do not hold together: a decoder may have been taken over by what it decoded.
+/// nullopt for inconsistent bytes: the decoder may have been taken over by its input.
 std::optional<DecodedPicture> pictureFrom(const QByteArray &bytes);
 
 QByteArray bytesOf(const DecoderRequest &request);
 DecoderRequest requestFrom(const QByteArray &bytes);
 
-/// An answer as it goes over the wire: what was asked for, or why not.
+/// An answer on the wire: the result, or the failure.
 QByteArray bytesOf(const Result<QByteArray> &answer);
 Result<QByteArray> answerFrom(const QByteArray &bytes);
 
-/// A message on the wire is its length in four bytes, the lowest first, and then the message.
+/// Framing: the length in four bytes, little-endian, then the message.
 QByteArray lengthInFront(qsizetype length);
 qsizetype lengthFrom(const char *fourBytes);
 constexpr qsizetype longestRequest = qsizetype(64) * 1024;
 constexpr qsizetype longestAnswer = qsizetype(mostPictureSide) * mostPictureSide * 4 + 1024;
 
-/// What a lasting decoder says as soon as it is ready.
+/// Sent by a persistent decoder as soon as it is ready.
 constexpr const char *decoderGreeting = "bereit";
 
-/// The file's content is to blame: it will not decode the next time either.
+/// The file's content is at fault; decoding will fail again.
 Failure undecodable();
 bool isUndecodable(const Failure &failure);
-/// The file cannot be opened now; that says nothing about its content.
+/// The file cannot be opened at present, which says nothing about its content.
 Failure unreadable();
 
 } // namespace brellin

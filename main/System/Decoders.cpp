@@ -4,7 +4,7 @@ namespace brellin {
 
 namespace {
 
-/// So many are kept while nobody asks.
+/// Idle processes to keep.
 constexpr std::size_t mostIdle = 3;
 
 Failure noVideoProgram()

@@ -10,24 +10,23 @@
 
 namespace brellin {
 
-/// The port to whoever decodes pictures, documents and archives. Blocking, callable from several threads: called on
-/// workers only.
+/// Port to the decoder of pictures, documents and archives. Blocking and thread-safe: call on workers only.
 class Decoder {
 public:
     virtual ~Decoder() = default;
 
-    /// The answer to a request. `isUndecodable` tells a file that cannot be decoded from one that cannot be read now, a
-    /// missing program or a cancel.
+    /// Sends a request and waits for the answer. `isUndecodable` distinguishes a bad file from one that cannot be read
+    /// now, a missing program or a cancel.
     virtual Result<QByteArray> ask(const DecoderRequest &request, const JobControl *control = nullptr) = 0;
-    /// The same for what answers with a picture.
+    /// The same for requests that return a picture.
     Result<DecodedPicture> askForPicture(const DecoderRequest &request, const JobControl *control = nullptr);
 };
 
-/// Asks processes of our own decoder, as many at once as there are threads that ask. They are kept for the next request,
-/// since starting one takes longer than most pictures; videos get one each, because it has to start another program.
+/// Runs decoder processes, as many as there are threads asking. Keeps them for further requests, since starting one
+/// takes longer than decoding most pictures. Videos get a process each, because that has to start another program.
 class DecoderProcesses : public Decoder {
 public:
-    /// `program` is "…/brellin-bild", which lies beside the running program. A file may take it as long as `patience`.
+    /// `program` is "…/brellin-bild" next to the running program. `patience` limits the time per file.
     DecoderProcesses(ProcessRunner &processes, Location program,
                      std::chrono::milliseconds patience = std::chrono::seconds(6))
         : m_processes(processes)
@@ -46,7 +45,7 @@ private:
     ProcessRunner &m_processes;
     const Location m_program;
     const std::chrono::milliseconds m_patience;
-    std::atomic<bool> m_drawsVideos = true; ///< until it turns out that no program for it is installed
+    std::atomic<bool> m_drawsVideos = true; ///< false once it turns out that no program for it is installed
     std::mutex m_mutex;
     std::vector<std::unique_ptr<DecoderProcess>> m_idle;
 };

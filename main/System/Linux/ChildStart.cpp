@@ -23,7 +23,7 @@ std::vector<char *> pointersTo(const std::vector<std::string> &texts)
     return pointers;
 }
 
-/// Everything the child needs between the fork and the program, made before: there it may neither allocate nor lock.
+/// Everything needed between fork and exec, prepared before: the child must neither allocate nor lock.
 class Launch {
 public:
     explicit Launch(const ChildStart &start, int report)
@@ -37,7 +37,7 @@ public:
 
     pid_t fork()
     {
-        // A handler of ours must not run in the child, where it would speak for us.
+        // Block signals, so that none of our handlers runs in the child.
         ::pthread_sigmask(SIG_SETMASK, &m_all, &m_before);
         const pid_t parent = ::getpid();
         const pid_t child = ::fork();
@@ -62,7 +62,7 @@ private:
         if (::setpgid(0, 0) != 0)
             giveUp();
         if (m_start.orphaned == ChildStart::Orphaned::EndWithUs) {
-            // The parent may have died before it was said.
+            // The parent may have died before prctl().
             if (::prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || ::getppid() != parent)
                 giveUp();
         }
@@ -96,12 +96,12 @@ private:
     const ChildStart &m_start;
     const std::vector<char *> m_arguments;
     const std::vector<char *> m_environment;
-    const int m_report; ///< closes as the program begins
+    const int m_report; ///< close-on-exec: closed when the program starts
     sigset_t m_all{};
     sigset_t m_before{};
 };
 
-/// What the child says that kept it from becoming the program; 0 where it became it.
+/// The error that the child reported; 0 if the program was started.
 int errorFrom(int report)
 {
     int error = 0;
