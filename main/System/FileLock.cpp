@@ -15,7 +15,7 @@ namespace brellin {
 
 namespace {
 
-/// A descriptor that is closed when it is no longer needed.
+/// Closes its descriptor on destruction.
 class OpenFile {
 public:
     explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
@@ -114,7 +114,7 @@ enum class Flush { No, Yes };
 
 Result<void> replaceContent(const Location &file, const QByteArray &content, Flush flush)
 {
-    // Somebody may keep his settings elsewhere and link to them.
+    // Settings may be a symlink to a file elsewhere.
     std::error_code unresolved;
     Location target = std::filesystem::canonical(file, unresolved);
     if (unresolved)

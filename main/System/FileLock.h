@@ -9,8 +9,8 @@
 
 namespace brellin {
 
-/// An exclusive advisory lock on a file, held by one process (and one object) at a time and given back by the system when
-/// the process dies, however it dies. The file is created (mode 0600) and stays.
+/// An exclusive advisory lock on a file, held by one object at a time. The system releases it when the process dies.
+/// Creates the file (mode 0600) and leaves it in place.
 class FileLock {
 public:
     FileLock() = default;
@@ -20,13 +20,13 @@ public:
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    /// Waits until the lock can be had, and no longer than that: whoever holds it may have been stopped.
+    /// Waits for the lock up to `patience`, since its owner may be suspended.
     static Result<FileLock> wait(const Location &file, std::chrono::milliseconds patience);
-    /// At once: `errc::resource_unavailable_try_again` while somebody else holds it.
+    /// Does not wait: `errc::resource_unavailable_try_again` if the lock is held.
     static Result<FileLock> tryNow(const Location &file);
 
     bool held() const { return m_descriptor >= 0; }
-    /// The open file, for whoever writes into what he has locked.
+    /// The descriptor of the locked file, for its owner to write.
     int descriptor() const { return m_descriptor; }
     void release();
 
@@ -36,16 +36,16 @@ private:
     int m_descriptor = -1;
 };
 
-/// Creates a folder and those above it, each with mode 0700 where it is new.
+/// Creates a folder and its missing parents with mode 0700.
 Result<void> createPrivateFolders(const Location &folder);
 
-/// Replaces a file's content so that a reader, or a crash, finds the old content or the new one: written beside it (mode
-/// 0600), flushed, renamed over, and the rename flushed. A link is replaced at its target.
+/// Replaces a file atomically, even across a crash: writes a temporary file beside it (mode 0600), flushes it, renames
+/// it over the old one and flushes the folder. A symlink is replaced at its target.
 Result<void> writeAtomically(const Location &file, const QByteArray &content);
-/// The same without flushing: for what a flushed file beside it makes up for.
+/// The same without flushing, for files that can be restored from a flushed one beside them.
 Result<void> writeUnflushed(const Location &file, const QByteArray &content);
 
-/// The whole content of a file; `errc::file_too_large` where it is longer than `most` bytes.
+/// The whole content of a file; `errc::file_too_large` above `most` bytes.
 Result<QByteArray> readWhole(const Location &file, qint64 most = std::numeric_limits<qint64>::max());
 
 } // namespace brellin

@@ -12,9 +12,9 @@ namespace brellin {
 
 namespace {
 
-/// A date within the values: JSON has no form of its own for it.
+/// Marks a date among the values, since JSON has no type for it.
 const QString dateKey = QStringLiteral("datum");
-/// The plain values are one object, kept like a list.
+/// The plain values are stored as one object, like a list.
 const QString valuesKey = QStringLiteral("settings");
 
 QJsonValue jsonOf(const QVariant &value)
@@ -44,12 +44,12 @@ Failure unreadable(const Location &file, const Failure &why)
 
 using PutAside = std::vector<std::pair<Location, Location>>;
 
-/// Keeps what lies at `file` under another name as well: a link, or a copy where the volume has none. What cannot even be
-/// read goes to the other name, and is noted.
+/// Keeps a file under a second name: as a hard link, or as a copy if the volume has none. An unreadable file is renamed
+/// instead and added to `gone`.
 Result<void> keepAs(const Location &file, const Location &other, qint64 most, PutAside &gone)
 {
     std::error_code unresolved;
-    const Location target = std::filesystem::canonical(file, unresolved); // somebody may link to his settings
+    const Location target = std::filesystem::canonical(file, unresolved); // settings may be a symlink
     if (!unresolved && ::link(target.c_str(), other.c_str()) == 0)
         return {};
     if (!unresolved && errno == EEXIST)
@@ -63,7 +63,7 @@ Result<void> keepAs(const Location &file, const Location &other, qint64 most, Pu
     return errno == ENOENT ? Result<void>() : failure(Failure::lastSystem());
 }
 
-/// Gives them their places again, where nothing has taken those.
+/// Undoes the renames, unless the original names are taken again.
 void putBack(const PutAside &gone)
 {
     for (const auto &[file, other] : gone) {
@@ -104,7 +104,7 @@ qint64 FileUserDefaults::limitOf(const QString &key) const
     return m_limits.longLists.contains(key) ? m_limits.longList : m_limits.usual;
 }
 
-/// Another program holds it for as long as it writes a file.
+/// Waits for other processes, which hold the lock only while they write a file.
 Result<FileLock> FileUserDefaults::lockAgainstOthers(const Gate &gate)
 {
     constexpr std::chrono::seconds patience{5};
@@ -128,14 +128,14 @@ Result<std::optional<QByteArray>> FileUserDefaults::readFile(const Location &fil
     return failure(content.error());
 }
 
-/// A file that is gone while its last good version lies there was not given up by the user: it reads as one that was emptied,
-/// which no list is.
+/// A missing file whose last good version exists was not removed by the user: it reads as an empty text, which is no
+/// valid list.
 Result<std::optional<QByteArray>> FileUserDefaults::read(const QString &key) const
 {
     std::optional<QByteArray> text = TRY(readFile(fileOf(key), limitOf(key)));
     if (text || ::access(lastGoodFile(key).c_str(), F_OK) != 0)
         return text;
-    // Another program may have stored both just now.
+    // Read again: another process may have created both files just now.
     text = TRY(readFile(fileOf(key), limitOf(key)));
     return text ? text : std::optional(QByteArray(""));
 }
@@ -158,7 +158,7 @@ Result<void> FileUserDefaults::setValue(const QString &key, const QVariant &valu
     return update(valuesKey, [&](const std::optional<QByteArray> &old) -> std::optional<Change> {
         const std::optional<QJsonObject> stored = valuesIn(old);
         const bool damaged = old && !stored;
-        // One damaged file does not undo every choice the user ever made.
+        // Fall back to the last good version rather than lose all settings.
         const std::optional<QJsonObject> earlier =
             damaged ? valuesIn(readLastGood(valuesKey).value_or(std::nullopt)) : stored;
         QJsonObject values = earlier.value_or(QJsonObject());
@@ -179,7 +179,7 @@ FileUserDefaults::update(const QString &key,
     TRY(createPrivateFolders(m_folder));
     const FileLock other = TRY(lockAgainstOthers(gate));
     const Result<std::optional<QByteArray>> old = read(key);
-    // A file that is there and cannot be read is not an empty one: overwriting it could lose a history.
+    // Unreadable is not empty: overwriting the file could lose a history.
     if (!old)
         return failure(unreadable(fileOf(key), old.error()));
     const std::optional<Change> changed = change(*old);
@@ -211,9 +211,9 @@ Result<void> FileUserDefaults::removeBoth(const QString &key)
     return {};
 }
 
-/// The last good version first: it is never older than what is stored, and a full disk changes neither. It is not flushed:
-/// a power cut in this moment finds the stored file whole, and the next change writes it again. Where nothing is stored yet
-/// it comes last: alone it means that the file was lost.
+/// Writes the last good version first, so that it is never older than the stored one and a full disk changes neither.
+/// It is not flushed: after a power failure the stored file is intact, and the next change writes the copy again. A new
+/// key is written in the opposite order, since a last good version alone means that the file was lost.
 Result<void> FileUserDefaults::write(const QString &key, const QByteArray &json)
 {
     if (json.size() > limitOf(key))
@@ -223,12 +223,12 @@ Result<void> FileUserDefaults::write(const QString &key, const QByteArray &json)
         TRY(writeUnflushed(lastGoodFile(key), json));
     TRY(writeAtomically(fileOf(key), json));
     if (first)
-        (void)writeUnflushed(lastGoodFile(key), json); // what was to be stored is stored
+        (void)writeUnflushed(lastGoodFile(key), json); // not critical: the file itself is stored
     return {};
 }
 
-/// Gives the stored file and its last good version a second name each, then lets `act` replace them. They stay in their
-/// places until then, and get them back where it fails.
+/// Gives the stored file and its last good version second names and then lets `act` replace them. On failure both keep
+/// their original names.
 Result<void> FileUserDefaults::inPlaceOfOld(const QString &key, const std::function<Result<void>()> &act) const
 {
     const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));

@@ -12,22 +12,24 @@
 
 namespace brellin {
 
-/// How large a stored file may be that is read and written: those of `longLists` hold a line for each file that the user had
-/// moved, the others what a person set up.
+/// Maximum sizes of stored files: `longLists` have a line for each file the user has moved, others only what a person
+/// has entered.
 struct StoredLimits {
     qint64 usual = qint64(16) << 20U;
     qint64 longList = qint64(256) << 20U;
     QStringList longLists = {};
 };
 
-/// Settings in a folder: "settings.json" for the plain values and a file "<key>.json" beside it for each list (a history of
-/// thirty long runs is not rewritten with every switch). Every write is atomic and flushed; "settings.lock" keeps two
-/// programs apart. Each long list has a lock of its own, "<key>.lock", so that a switch does not wait for a history: who
-/// changes a key holds the one lock of that key and takes no other meanwhile. What was stored last stands a second time in "<key>.zuletzt-gut.json", for when somebody else damages
-/// the file or takes it away. A text that did not decode stays as "<key>.beschädigt-<time>.json".
+/// Settings in a folder: "settings.json" for the plain values, and a file "<key>.json" for each list, so that flipping
+/// a switch does not rewrite a long history. Writes are atomic and flushed. "settings.lock" serialises processes; each
+/// long list has its own "<key>.lock", so that other settings do not wait for it. A change holds only the lock of its
+/// key and takes no other.
 ///
-/// Nothing is held in memory between two calls: a copy that another program has overtaken would take its change back
-/// (the file's time cannot tell two writes of one clock tick apart).
+/// "<key>.zuletzt-gut.json" is a second copy of what was stored last, in case another program damages or removes the
+/// file. Text that cannot be decoded is kept as "<key>.beschädigt-<time>.json".
+///
+/// Nothing is cached between calls: a stale copy would revert another process's change (file times cannot tell two
+/// writes within one clock tick apart).
 class FileUserDefaults : public UserDefaults {
 public:
     /// The folder is created at the first write.
@@ -43,7 +45,7 @@ public:
     Result<void> replace(const QString &key, const std::optional<QByteArray> &json) override;
 
 private:
-    /// What keeps changes of the same key apart: threads by the mutex, programs by the lock on the file.
+    /// Serialises changes of a key: the mutex between threads, the lock file between processes.
     struct Gate {
         std::mutex mutex;
         Location file;
@@ -60,7 +62,7 @@ private:
 
     Location m_folder;
     StoredLimits m_limits;
-    Gate m_gate;                         ///< of all keys but the long lists
+    Gate m_gate;                         ///< for all keys except the long lists
     std::map<QString, Gate> m_longGates; ///< complete from the beginning
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr qint64 mostFileBytes = 1 << 20;
 
-/// A value with its escapes resolved.
+/// A value with its escape sequences resolved.
 QString textIn(const QByteArray &value)
 {
     QByteArray text;
@@ -26,8 +26,7 @@ QString textIn(const QByteArray &value)
     return QString::fromUtf8(text);
 }
 
-/// The words of a command: separated by blanks, double quotes hold them together, a backslash in them takes the next sign
-/// as it is.
+/// Splits a command at blanks. Double quotes group words; inside them a backslash escapes the next character.
 std::optional<std::vector<QString>> wordsOf(const QString &command)
 {
     std::vector<QString> words;
@@ -62,7 +61,7 @@ std::string urlWord(const Location &entry)
            QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toPercentEncoding("/").toStdString();
 }
 
-/// A word that is no code for what is to be opened, with "%%" and the codes that stand inside words resolved.
+/// Expands "%%" and the codes that may be part of a word, in a word that is not itself a field code for files.
 std::string plainWord(QString word, const DesktopEntry &entry)
 {
     word.replace(QStringLiteral("%c"), entry.name);
@@ -141,7 +140,7 @@ std::vector<std::vector<std::string>> DesktopEntry::commandLines(const std::vect
             } else if (word == QStringLiteral("%i")) {
                 if (!icon.isEmpty())
                     made.insert(made.end(), {"--icon", icon.toStdString()});
-            } else if (!isCode(word, u"dDnNvm")) { // codes of old, left out
+            } else if (!isCode(word, u"dDnNvm")) { // deprecated codes, dropped
                 made.push_back(plainWord(word, *this));
             }
         }

@@ -13,30 +13,30 @@
 
 namespace brellin {
 
-/// The groups of a file of the desktop's key files, keys and values as they stand; of a key that is there twice the first.
+/// The groups of a key file (desktop entries and the like) with raw keys and values; of duplicate keys the first.
 using KeyFile = std::map<QByteArray, std::map<QByteArray, QByteArray>>;
 KeyFile readKeyFile(const Location &file);
 
-/// The parts of a value that is a list ("a;b;").
+/// The items of a list value ("a;b;").
 std::vector<QString> keyFileList(const QByteArray &value);
 
-/// An application's starter file.
+/// An application's desktop entry.
 struct DesktopEntry {
     Location file;
     QString identifier; ///< without ".desktop"
     QString name;
     QString icon;
-    QString command; ///< with the field codes for what is to be opened
+    QString command; ///< with field codes for the files to open
     std::string tryProgram;
     std::vector<QString> types;
     bool inTerminal = false;
     bool hidden = false; ///< counts as not installed
 
-    /// Nothing for what is no application.
+    /// nullopt if the file does not describe an application.
     static std::optional<DesktopEntry> read(const Location &file, const QString &identifier);
 
-    /// The command lines that open these entries: one, or one for each where the program takes a single one. Empty where the
-    /// command is not to be understood.
+    /// The command lines to open these entries: one, or one per entry if the program takes a single file. Empty if the
+    /// command is invalid.
     std::vector<std::vector<std::string>> commandLines(const std::vector<Location> &entries) const;
 };
 

@@ -18,9 +18,9 @@ QString withoutEnding(QString name)
     return name;
 }
 
-/// What the user and his desktop prefer for types.
+/// The preferred applications of the user and the desktop.
 struct Preferences {
-    std::vector<KeyFile> files; ///< the one that counts most first
+    std::vector<KeyFile> files; ///< highest precedence first
 
     std::vector<QString> listed(const QByteArray &group, const QString &type) const
     {
@@ -36,7 +36,7 @@ struct Preferences {
     }
 };
 
-/// A type and all it is a kind of, the nearest first; every file is in the end a stream of bytes, which tells nothing.
+/// A MIME type and its parents, nearest first, without application/octet-stream, which matches every file.
 QStringList typesAbove(const QString &mimeType)
 {
     QStringList types{mimeType};
@@ -57,18 +57,18 @@ bool InstalledApplications::isUsable(const DesktopEntry &entry) const
     return !entry.hidden && (entry.tryProgram.empty() || m_environment.program(entry.tryProgram));
 }
 
-/// An identifier is the file's path below the folder of applications with "-" for "/".
+/// An identifier is the path below the applications folder with "/" replaced by "-".
 std::optional<DesktopEntry> InstalledApplications::find(const QString &identifier) const
 {
     const QString path = withoutEnding(identifier);
-    // Nothing that leads out of the folders of applications.
+    // Refuse identifiers that lead out of the applications folders.
     if (path.isEmpty() || path.contains(u'/') || path.contains(QStringLiteral("..")))
         return std::nullopt;
     for (const Location &folder : m_environment.dataFolders) {
         for (QString name = path;;) {
             const Location file = folder / "applications" / (name + ending).toStdString();
             if (std::error_code error; std::filesystem::exists(file, error)) {
-                // The first one counts, also where it says that the application is gone.
+                // The first match counts, even if it marks the application as removed.
                 const std::optional<DesktopEntry> entry = DesktopEntry::read(file, path);
                 return entry && isUsable(*entry) ? entry : std::nullopt;
             }

@@ -8,15 +8,15 @@
 
 namespace brellin {
 
-/// The applications of this desktop and the types they open, read from the disk with every question: people install and
-/// remove them while we run.
+/// The installed applications and their MIME types. Re-reads the disk on every call, since applications are installed
+/// and removed at run time.
 class InstalledApplications {
 public:
-    /// The environment outlives it.
+    /// The environment must outlive this object.
     explicit InstalledApplications(const DesktopEnvironment &environment) : m_environment(environment) {}
 
     std::optional<DesktopEntry> find(const QString &identifier) const;
-    /// Those that open a type, the preferred one first; then those that open what the type is a kind of.
+    /// The applications for a MIME type, preferred ones first, followed by those for its parent types.
     std::vector<DesktopEntry> openersOf(const QString &mimeType) const;
 
 private:
