@@ -9,23 +9,23 @@
 
 namespace brellin {
 
-/// Whether the language model on this machine can be asked.
+/// Whether the language model on this machine can be used.
 enum class ModelStatus {
     Available,
-    SystemTooOld, ///< this system has no such model
+    SystemTooOld, ///< the system provides no model
     NotEligible,  ///< the machine cannot run it
-    NotEnabled,   ///< the user has it switched off
-    Loading,      ///< later
-    Unavailable   ///< for any other reason; nothing to ask was found
+    NotEnabled,   ///< switched off by the user
+    Loading,      ///< not ready yet
+    Unavailable   ///< any other reason; for example no server was found
 };
 
-/// The port to a language model that runs on this machine. Blocking: called on workers only.
+/// Port to a language model running on this machine. Blocking: call on workers only.
 class LanguageModel {
 public:
     virtual ~LanguageModel() = default;
 
     virtual ModelStatus status() = 0;
-    /// One answer in a new conversation, within `limit`. Nothing but these two texts reaches the model.
+    /// A single answer in a new conversation, within `limit`. Only these two texts are sent.
     virtual Result<QString> respond(const QString &instructions, const QString &prompt, std::chrono::milliseconds limit,
                                     const JobControl *control) = 0;
 };

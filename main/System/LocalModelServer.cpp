@@ -13,11 +13,11 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr int statusOk = 200;
-constexpr int statusUnavailable = 503; ///< what a server says while it loads its model
+constexpr int statusUnavailable = 503; ///< returned while the server loads its model
 
-/// How long finding out what a server is may take: nothing in it is work for the server.
+/// Time limit for examining a server; none of the requests needs much work.
 constexpr milliseconds examineTime(3000);
-/// How long a server counts as what it was found to be.
+/// How long the result is cached.
 constexpr std::chrono::seconds knownTime(5);
 
 QString endpointKey()
@@ -114,7 +114,7 @@ LocalModelServer::State LocalModelServer::stateOf(const ModelEndpoint &endpoint,
     }
     const State state = examine(endpoint, steady_clock::now() + std::min(limit, examineTime), control);
     if (control && control->cancelled())
-        return state; // it says nothing about the server
+        return state; // not a statement about the server
     const std::scoped_lock lock(m_mutex);
     m_known = Known{endpoint, state, steady_clock::now()};
     return state;

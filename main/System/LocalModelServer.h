@@ -11,41 +11,41 @@
 
 namespace brellin {
 
-/// A model server that answers, for the user to confirm.
+/// A model server that was found, for the user to confirm.
 struct FoundModelServer {
     ModelEndpoint endpoint;
     ModelServerKind kind = ModelServerKind::OpenAi;
-    QString model; ///< empty while it is loaded
+    QString model; ///< empty while it is being loaded
 
     bool operator==(const FoundModelServer &) const = default;
 };
 
-/// The language model of a server on this machine that the user runs himself. Its address is the setting
-/// "agentModelEndpoint", set or confirmed by him: before that nothing is sent, and an address that leads anywhere else is
-/// never used, whatever the setting says. Callable from every worker.
+/// A language model served on this machine by a program the user runs. Its address is the setting "agentModelEndpoint",
+/// entered or confirmed by the user: nothing is sent before that, and addresses that are not local are never used,
+/// whatever the setting says. Thread-safe; call on workers.
 class LocalModelServer : public LanguageModel {
 public:
-    /// The settings outlive it.
+    /// The settings must outlive this object.
     explicit LocalModelServer(const UserDefaults &defaults) : m_defaults(defaults) {}
 
-    /// What the server said in the last few seconds, or says now.
+    /// The server's status, cached for a few seconds.
     ModelStatus status() override;
     Result<QString> respond(const QString &instructions, const QString &prompt, std::chrono::milliseconds limit,
                             const JobControl *control) override;
 
-    /// The address in the settings; nothing where it is unset or not allowed.
+    /// The configured address; nullopt if unset or not allowed.
     static std::optional<ModelEndpoint> endpointIn(const UserDefaults &defaults);
-    /// Stores the address that the user wants; an empty text unsets it.
+    /// Stores the address chosen by the user; an empty text unsets it.
     static Result<void> setEndpoint(UserDefaults &defaults, const QString &address);
 
-    /// The addresses at which the known servers listen unless told otherwise.
+    /// The default addresses of known servers.
     static std::vector<ModelEndpoint> usualEndpoints();
-    /// Looks for servers, by plain GET requests that tell nothing. Uses none of them. Blocking.
+    /// Searches for servers with plain GET requests that reveal nothing. Uses none of them. Blocking.
     static std::vector<FoundModelServer> probe(const std::vector<ModelEndpoint> &endpoints,
                                                const JobControl *control = nullptr);
 
 private:
-    /// What a server is at one moment; kind and model hold where it is available.
+    /// The state of a server; kind and model are valid if it is available.
     struct State {
         ModelStatus status = ModelStatus::Unavailable;
         ModelServerKind kind = ModelServerKind::OpenAi;

@@ -10,17 +10,16 @@
 
 namespace brellin {
 
-/// The longest log or journal that is read. Who writes one stops before that.
+/// The maximum size of a log or journal that is read. Writers stop before reaching it.
 constexpr qint64 longestLog = qint64(256) << 20U;
 
 /// "Die Datei ist größer als die erlaubten 256 MB." (`errc::file_too_large`)
 Failure tooLarge(qint64 most);
 
-/// The whole text of a log or journal, up to `longestLog`.
+/// The content of a log or journal, up to `longestLog`.
 Result<QByteArray> readLog(const Location &file);
 
-/// A log, or the folder of all, that is there and not to be understood whole. Nobody knows what it tells of, so it is kept
-/// until the user has looked into it.
+/// A log, or the folder of logs, that exists but cannot be read completely. It is kept until the user has looked at it.
 struct UnreadLog {
     Location file;
     QString why;
@@ -30,7 +29,7 @@ struct UnreadLog {
     QString text() const;
 };
 
-/// Why the logs in a folder cannot be listed, if so; a folder that is not there has none.
+/// Why the logs of a folder cannot be listed; nullopt if they can. A missing folder is fine.
 std::optional<UnreadLog> unreadFolder(const Location &folder);
 
 } // namespace brellin

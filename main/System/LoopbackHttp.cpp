@@ -16,7 +16,7 @@ namespace brellin {
 namespace {
 
 constexpr qsizetype mostBytes = qsizetype(256) << 10U;
-/// How often a waiting exchange looks at its cancel flag.
+/// Interval for polling the cancel flag.
 constexpr std::chrono::milliseconds pollTime(50);
 
 Failure brokenConnection(QNetworkReply::NetworkError error)
@@ -37,7 +37,7 @@ Failure tooLong()
             std::make_error_code(std::errc::message_size)};
 }
 
-/// A request that tells nothing but what it is for.
+/// A request with no more headers than needed.
 QNetworkRequest requestFor(const QUrl &url)
 {
     QNetworkRequest request(url);
@@ -48,12 +48,12 @@ QNetworkRequest requestFor(const QUrl &url)
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     request.setHeader(QNetworkRequest::UserAgentHeader, Edition::name());
     request.setRawHeader("Accept-Language", "de");
-    // Otherwise a small answer might unpack to a huge one.
+    // Prevents a small response from unpacking to a huge one.
     request.setRawHeader("Accept-Encoding", "identity");
     return request;
 }
 
-/// Collects one reply until it is complete, too long, too late or no longer wanted.
+/// Receives one response until it is complete, too long, too late or cancelled.
 class Reception {
 public:
     Reception(QNetworkReply &reply, const JobControl *control) : m_reply(reply), m_control(control) {}
@@ -91,7 +91,7 @@ private:
         m_loop.quit();
     }
 
-    /// Qt reports a refusing status as an error as well; that is an answer all the same, unless the connection broke.
+    /// Qt also reports error statuses as errors; these are responses, unless the connection broke.
     Result<HttpAnswer> answer() const
     {
         const QNetworkReply::NetworkError error = m_reply.error();

@@ -13,15 +13,15 @@
 namespace brellin {
 
 struct HttpAnswer {
-    int status = 0; ///< 200, 404, also a redirect, which is not followed
+    int status = 0; ///< 200, 404 …; redirects are not followed
     QByteArray body;
 };
 
-/// One HTTP exchange with a server on this machine: without proxy, redirect, cookies or password. Blocking, with an event
-/// loop of its own: called on workers only.
+/// One HTTP request to a server on this machine: no proxy, redirects, cookies or credentials. Blocking, with its own
+/// event loop: call on workers only.
 ///
-/// A GET, or with `json` a POST of it. Whatever the server answers completely is an answer; a refused or broken connection,
-/// one that takes longer than `limit`, a body of more than 256 KiB and a cancel are failures.
+/// Sends a GET, or a POST if `json` is given. Any complete response is a result, whatever its status. Fails if the
+/// connection is refused or broken, after `limit`, for a body of more than 256 KiB, and when cancelled.
 Result<HttpAnswer> exchangeHttp(const ModelEndpoint &endpoint, const QString &path,
                                 const std::optional<QByteArray> &json, std::chrono::milliseconds limit,
                                 const JobControl *control);

@@ -25,7 +25,7 @@ Result<std::optional<QByteArray>> MemoryUserDefaults::read(const QString &key) c
     return m_beneath ? m_beneath->read(key) : std::nullopt;
 }
 
-/// What is held in memory is not damaged by anybody: it is its own last good version.
+/// Data in memory cannot be damaged, so it is its own last good version.
 Result<std::optional<QByteArray>> MemoryUserDefaults::readLastGood(const QString &key) const
 {
     const std::scoped_lock lock(m_mutex);

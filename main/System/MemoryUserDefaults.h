@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// Settings that are forgotten with the object: over another set of settings (which it reads where it has nothing of its
-/// own, and never writes), or over nothing. This is how a command that only proposes runs without storing anything.
+/// In-memory settings, optionally as an overlay over other settings, which are read but never written. Used for
+/// commands that only propose and must not store anything.
 class MemoryUserDefaults : public UserDefaults {
 public:
     explicit MemoryUserDefaults(const UserDefaults *beneath = nullptr) : m_beneath(beneath) {}
@@ -27,7 +27,7 @@ private:
     const UserDefaults *m_beneath;
     mutable std::mutex m_mutex;
     QHash<QString, QVariant> m_values;
-    QHash<QString, std::optional<QByteArray>> m_json; ///< nothing: the list was given up
+    QHash<QString, std::optional<QByteArray>> m_json; ///< nullopt: the list was removed
 };
 
 } // namespace brellin

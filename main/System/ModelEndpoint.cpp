@@ -20,7 +20,7 @@ Failure refusal()
 
 Result<ModelEndpoint> ModelEndpoint::parse(const QString &text)
 {
-    // Numbers without leading zeros: some systems read "010" as eight.
+    // No leading zeros: some systems parse "010" as octal.
     static const QRegularExpression form(
         QStringLiteral(R"(\Ahttp://(127(?:\.(?:0|[1-9][0-9]?|1[0-9]{2}|2[0-4][0-9]|25[0-5])){3}|\[::1\]))"
                        R"((?::([1-9][0-9]{0,4}))?/?\z)"));

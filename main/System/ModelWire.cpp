@@ -10,7 +10,7 @@ namespace {
 
 /// Enough for a name or a few lines.
 constexpr int mostTokens = 200;
-/// What a prompt may fill: beyond its context Ollama cuts silently, and its default is short.
+/// Ollama silently truncates prompts beyond its context, which is short by default.
 constexpr int contextTokens = 8192;
 
 Failure senseless()
@@ -29,7 +29,7 @@ QJsonObject message(const QString &role, const QString &content)
     return {{QStringLiteral("role"), role}, {QStringLiteral("content"), content}};
 }
 
-/// What a model that thinks aloud says after its thoughts.
+/// The answer after the "thinking" block of a reasoning model.
 Result<QString> withoutThoughts(const QString &answer)
 {
     QString text = answer.trimmed();
@@ -42,7 +42,7 @@ Result<QString> withoutThoughts(const QString &answer)
     return text.mid(at + end.size()).trimmed();
 }
 
-/// A model that its server passes on to a computer elsewhere says so, or has it in its name.
+/// Models that a server forwards to another computer are marked, or show it in their names.
 bool runsElsewhere(const QJsonObject &model, const QString &name)
 {
     return model.contains(QStringLiteral("remote_host")) || model.contains(QStringLiteral("remote_model")) ||
@@ -50,7 +50,7 @@ bool runsElsewhere(const QJsonObject &model, const QString &name)
            name.endsWith(QStringLiteral(":cloud"), Qt::CaseInsensitive);
 }
 
-/// Models that turn text into numbers cannot answer.
+/// Embedding models cannot answer.
 bool onlyEmbeds(const QJsonObject &model, const QString &name)
 {
     const QString family = model[u"details"][u"family"].toString();
@@ -76,7 +76,7 @@ QByteArray chatRequest(ModelServerKind kind, const QString &model, const QString
                         {QStringLiteral("stream"), false},
                         {QStringLiteral("messages"), QJsonArray{message(QStringLiteral("system"), instructions),
                                                                 message(QStringLiteral("user"), prompt)}}};
-    // A model that may think first would use up its tokens before it answers.
+    // Reasoning would use up the tokens before the answer.
     if (kind == ModelServerKind::Ollama) {
         request.insert(QStringLiteral("think"), false);
         request.insert(QStringLiteral("options"), QJsonObject{{QStringLiteral("temperature"), 0},

@@ -7,28 +7,28 @@
 
 namespace brellin {
 
-/// The two forms in which model servers are spoken to.
+/// The two supported APIs of model servers.
 enum class ModelServerKind {
     OpenAi, ///< /v1/chat/completions: llama.cpp's server and many others
     Ollama  ///< /api/chat
 };
 
-/// The path that lists the models, and the one that takes a conversation.
+/// The paths for listing models and for a conversation.
 QString modelListPath(ModelServerKind kind);
 QString chatPath(ModelServerKind kind);
 
-/// The body that asks for one short answer: the model, both texts and options, nothing else.
+/// The request body for one short answer: the model, both texts and options, nothing else.
 QByteArray chatRequest(ModelServerKind kind, const QString &model, const QString &instructions, const QString &prompt);
 
-/// The text in the body of an answer, trimmed and without the thoughts that some models put in front. An answer that is
-/// malformed, empty or was cut off is a failure.
+/// The answer's text, trimmed and without a leading block of "thoughts". Fails if the response is malformed, empty or
+/// truncated.
 Result<QString> chatAnswer(ModelServerKind kind, const QByteArray &body);
 
-/// The first model of a list that can be talked to and runs on this machine: a server may offer models that it passes on to
-/// a computer elsewhere, and such a one is never used.
+/// The first model of the list that supports chat and runs locally. Servers may also offer models that they forward to
+/// another computer; these are never used.
 Result<QString> usableModel(ModelServerKind kind, const QByteArray &body);
 
-/// Whether this is what Ollama answers to /api/version.
+/// Whether this is Ollama's response to /api/version.
 bool isOllamaVersion(const QByteArray &body);
 
 } // namespace brellin

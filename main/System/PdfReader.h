@@ -7,14 +7,14 @@
 
 namespace brellin {
 
-/// Reads PDF files in a process of its own: whatever a broken or hostile file does there, this one goes on.
+/// Reads PDFs in a separate process, which isolates this one from broken or hostile files.
 class PdfReader {
 public:
-    /// `program` is our own decoder ("…/brellin-bild"), which lies beside the running program.
+    /// `program` is our decoder ("…/brellin-bild") next to the running program.
     PdfReader(ProcessRunner &processes, Location program) : m_processes(processes), m_program(std::move(program)) {}
 
-    /// The text of the first page, or the beginning of a long one; empty where it is a picture. A failure when the file
-    /// cannot be read within ten seconds. Blocking: called on workers only.
+    /// The text of the first page, truncated if long; empty for a scanned page. Fails if the file cannot be read within
+    /// ten seconds. Blocking: call on workers only.
     Result<QString> firstPageText(const Location &pdf, const JobControl *control = nullptr) const;
 
 private:
