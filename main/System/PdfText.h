@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// Reads the text of a PDF's first page, in a process of its own that a cancel ends.
+/// Reads the text of a PDF's first page in a separate process, which a cancel ends.
 using PdfText = std::function<Result<QString>(const Location &pdf, const JobControl *control)>;
 
 } // namespace brellin

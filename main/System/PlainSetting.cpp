@@ -7,7 +7,7 @@ namespace brellin {
 
 namespace {
 
-/// JSON tells no whole numbers from others.
+/// JSON does not distinguish integers from other numbers.
 std::optional<double> number(const UserDefaults &defaults, const QString &key)
 {
     const QVariant value = defaults.value(key).value_or(QVariant());

@@ -7,10 +7,10 @@
 
 namespace brellin {
 
-/// A plain setting of the type that it has to be, else `usual`: settings are a text file that people edit, and "nein" is no
-/// switch that is on.
+/// A plain setting of the expected type, otherwise `usual`. Settings are a text file that people edit, so "nein" must
+/// not count as a switch that is on.
 bool plainSetting(const UserDefaults &defaults, const QString &key, bool usual);
-/// A whole number between the two bounds, both included.
+/// A whole number from `least` to `most`, inclusive.
 int plainSetting(const UserDefaults &defaults, const QString &key, int usual, int least, int most);
 /// A finite number.
 double plainSetting(const UserDefaults &defaults, const QString &key, double usual);

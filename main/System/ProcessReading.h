@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// How many bytes a running program has read so far, where the system tells.
+/// Number of bytes a running process has read so far; nullopt if the system cannot tell.
 std::optional<std::int64_t> bytesReadBy(pid_t process);
 
 } // namespace brellin

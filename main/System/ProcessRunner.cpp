@@ -25,7 +25,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// How often a waiting run looks at its cancel flag.
+/// Interval for polling the cancel flag.
 constexpr int outputPollMilliseconds = 50;
 
 class Pipe {
@@ -39,7 +39,7 @@ public:
         closeWrite();
     }
     bool open() { return ::pipe2(m_ends.data(), O_CLOEXEC) == 0; }
-    /// As a socket, which can be written to after its other end has closed without a signal.
+    /// A socket, since writing to one whose other end is closed does not raise SIGPIPE.
     bool openSocket() { return ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, m_ends.data()) == 0; }
     int readEnd() const { return m_ends[0]; }
     int writeEnd() const { return m_ends[1]; }
@@ -56,7 +56,7 @@ private:
     std::array<int, 2> m_ends{-1, -1};
 };
 
-/// One running program with its three pipes. Names are passed on as the bytes they are.
+/// A running program with its pipes. Arguments are passed on as raw bytes.
 class Child {
 public:
     explicit Child(const ProcessRequest &request) : m_request(request) {}
@@ -69,7 +69,7 @@ public:
     }
 
     Result<void> start();
-    /// Gathers output until the program has ended.
+    /// Collects output until the program has exited.
     Result<void> converse(const JobControl *control);
     Result<ProcessOutput> finish();
 
@@ -90,8 +90,8 @@ private:
     pid_t m_pid = -1;
     int m_status = 0;
     std::unique_ptr<std::FILE, int (*)(std::FILE *)> m_input{nullptr, std::fclose};
-    Pipe m_talk;           ///< in place of `m_input` where the program is answered
-    qsizetype m_heard = 0; ///< so much of the output was answered
+    Pipe m_talk;           ///< replaces `m_input` for an interactive program
+    qsizetype m_heard = 0; ///< bytes of output answered so far
     Pipe m_output;
     Pipe m_errors;
     QByteArray m_outputText;
@@ -120,8 +120,8 @@ ChildStart Child::startOf(const ProcessRequest &request) const
     return start;
 }
 
-/// The input waits in an unnamed file: unlike a pipe it takes all of it at once, and a program that does not read it
-/// sends no signal back.
+/// Input is passed as an unnamed file: unlike a pipe it takes everything at once, and a program that does not read it
+/// causes no SIGPIPE.
 Result<void> Child::prepareInput()
 {
     if (m_request.reply)
@@ -159,7 +159,7 @@ void Child::drain(Pipe &pipe, QByteArray &into)
         pipe.closeRead();
 }
 
-/// A program that has ended meanwhile does not read the answer, and that is no fault.
+/// If the program has exited meanwhile, nobody reads the answer; that is not an error.
 Result<void> Child::answer()
 {
     m_heard = m_outputText.size();
@@ -205,8 +205,8 @@ Result<void> Child::converse(const JobControl *control)
         tellReading();
         std::array<pollfd, 2> waiting{pollfd{m_output.readEnd(), POLLIN, 0}, pollfd{m_errors.readEnd(), POLLIN, 0}};
         if (::poll(waiting.data(), waiting.size(), ended ? 0 : outputPollMilliseconds) <= 0) {
-            // What the program left running may hold its outputs open for as long as it likes. The last look comes after
-            // the end, so that no output of the program itself is missed.
+            // Background children of the program may keep its outputs open. Poll once more after the exit, so that no
+            // output of the program itself is lost.
             if (ended)
                 break;
             if (hasAsked())
@@ -220,7 +220,7 @@ Result<void> Child::converse(const JobControl *control)
         if (waiting[1].revents != 0)
             drain(m_errors, m_errorText);
     }
-    // Both outputs are closed; the program itself may take a moment longer.
+    // Both outputs are closed, but the program may need a moment to exit.
     while (!hasEnded()) {
         TRY(mayGoOn(control));
         ::poll(nullptr, 0, 5);
@@ -243,11 +243,11 @@ Result<ProcessOutput> Child::finish()
     return ProcessOutput{WEXITSTATUS(m_status), m_outputText, m_errorText};
 }
 
-/// Asks the program and what it started to end, and does not ask a second time.
+/// Ends the program and its children: SIGTERM to the process group, SIGKILL after half a second.
 void Child::end()
 {
     ::kill(-m_pid, SIGTERM);
-    // Not collected yet, so that its number stays that of the group.
+    // Not reaped yet, so that the process group id stays reserved.
     siginfo_t ended{};
     for (int waited = 0; waited < 500 && ended.si_pid == 0; waited += outputPollMilliseconds) {
         if (::waitid(P_PID, static_cast<id_t>(m_pid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid == 0)

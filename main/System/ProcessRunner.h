@@ -15,22 +15,22 @@
 
 namespace brellin {
 
-/// What is to be run: the program's path or name, its arguments as bytes (file names need not be UTF-8) and its input.
+/// A program to run: its path or name, its arguments as bytes (file names need not be UTF-8) and its input.
 struct ProcessRequest {
     std::string program;
     std::vector<std::string> arguments;
     QByteArray input;
     Location workingFolder; ///< empty: the caller's
     std::chrono::milliseconds timeout = std::chrono::minutes(2);
-    /// A tool gets an environment made for it and ends with this program, however that ends. What opens something for the
-    /// user keeps theirs, and goes on.
+    /// A tool gets a minimal environment and dies with this process. A program opened for the user gets the user's
+    /// environment and keeps running.
     enum class Purpose { Tool, OpensForUser };
     Purpose purpose = Purpose::Tool;
-    /// For a program that asks: called on the running thread with all it has put out whenever there is more and it has fallen
-    /// silent. Gives what it is to read (an empty text, if it asked nothing), or nothing to end it, which counts as a cancel.
-    /// May wait for a person; that time does not count. Takes the place of `input`.
+    /// For interactive programs: called on the running thread with the whole output so far, whenever there is new
+    /// output and the program has paused. Returns the input to send (empty if it asked nothing), or nullopt to end the
+    /// program, which counts as a cancel. May wait for the user; that time does not count. Replaces `input`.
     std::function<std::optional<QByteArray>(const QByteArray &output)> reply = {};
-    /// Called on the running thread now and then with how many bytes the program has read, where the system tells.
+    /// Called on the running thread from time to time with the number of bytes the program has read, if known.
     std::function<void(std::int64_t bytes)> hasRead = {};
 };
 
@@ -40,13 +40,13 @@ struct ProcessOutput {
     QByteArray errors;
 };
 
-/// The port to other programs. Blocking: called on workers only.
+/// Port to other programs. Blocking: call on workers only.
 class ProcessRunner {
 public:
     virtual ~ProcessRunner() = default;
 
-    /// Runs a program to its end. A program that is missing, crashes or takes longer than its time (it is then ended) is a
-    /// failure, as is a cancel; an exit code other than 0 is an answer.
+    /// Runs a program until it exits. Fails if it is missing, crashes, exceeds its time (it is then ended) or is
+    /// cancelled; a non-zero exit code is a result.
     virtual Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *control = nullptr) = 0;
 };
 

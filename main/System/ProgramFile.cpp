@@ -12,20 +12,20 @@ namespace brellin {
 
 namespace {
 
-/// Endings of what desktops run or install when it is opened, whatever its permissions. Sorted.
+/// Extensions of files that desktops execute or install when opened, regardless of permissions. Sorted.
 constexpr auto programEndings = std::to_array<std::string_view>(
     {"action", "app",        "appimage", "bat", "cmd",  "com",  "command", "deb", "desktop",
      "exe",    "flatpakref", "jar",      "lnk", "msi",  "msix", "pif",     "pkg", "ps1",
      "reg",    "rpm",        "run",      "scr", "snap", "vbe",  "vbs",     "wsf"});
 static_assert(std::ranges::is_sorted(programEndings));
 
-/// Endings of scripts: run where they may be executed, else a text like others. Sorted.
+/// Extensions of scripts: executed if executable, otherwise text. Sorted.
 constexpr auto scriptEndings = std::to_array<std::string_view>(
     {"applescript", "bash", "fish", "js", "ksh", "mjs", "pl", "py", "rb", "scpt", "sh", "zsh"});
 static_assert(std::ranges::is_sorted(scriptEndings));
 
-/// Whether a file begins like a machine program or a script. Where every file may be executed (a stick without
-/// permissions), this tells programs from pictures.
+/// Whether a file starts like a binary or a script. Distinguishes programs from pictures on volumes without
+/// permissions, where every file is executable.
 bool beginsLikeProgram(int file)
 {
     std::array<char, 4> start{};
@@ -39,7 +39,7 @@ bool beginsLikeProgram(int file)
 bool isProgram(const Location &entry)
 {
     struct stat status = {};
-    // What cannot be looked at cannot be run either.
+    // An entry that cannot be examined cannot be executed either.
     if (::stat(entry.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return false;
     const std::string name = entry.filename().native();
@@ -51,7 +51,7 @@ bool isProgram(const Location &entry)
     if (std::ranges::binary_search(scriptEndings, std::string_view(ending)))
         return true;
     const int file = ::open(entry.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    // Executable, but not readable: nobody knows.
+    // Executable but unreadable: assume a program.
     if (file < 0)
         return true;
     const bool program = beginsLikeProgram(file);

@@ -4,9 +4,8 @@
 
 namespace brellin {
 
-/// Whether opening an entry may run what is in it: a program, an installer, a starter, a script that may be executed. Judged
-/// by the name's ending and, of files that may be executed, by how they begin; a link counts as what it leads to. Folders
-/// are none.
+/// Whether opening an entry might execute it: a program, an installer, a desktop entry or an executable script. Judged
+/// by extension and, for executable files, by the first bytes; symlinks are followed. False for folders.
 bool isProgram(const Location &entry);
 
 } // namespace brellin

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// Fails with the first of the keys that an object lacks. What is no object is left to whoever reads it.
+/// Fails with the first key that an object lacks. Accepts anything but objects; the reader rejects those.
 JsonResult<void> requireKeys(const QJsonValue &record, std::initializer_list<const char *> keys);
 /// The same for each record of the list under a key.
 JsonResult<void> requireKeysOfEach(const QJsonValue &record, const char *list,

@@ -11,7 +11,7 @@ Checked damaged(const JsonError &why)
     return {StoredState::Damaged, {why.sentence()}};
 }
 
-/// Where nothing of it can be read, that is no empty list.
+/// If no record can be read, the list is damaged and not merely empty.
 Checked partly(const QStringList &lost, qsizetype all)
 {
     if (lost.isEmpty())
@@ -47,7 +47,7 @@ Checked checkedRecords(const QByteArray &text)
     return partly(lost, array.size());
 }
 
-/// The last good version, where it is one.
+/// The last good version, if it can be decoded completely.
 std::optional<QByteArray> lastGood(const UserDefaults &defaults, const StoredKind &kind)
 {
     const std::optional<QByteArray> text = defaults.readLastGood(kind.key).value_or(std::nullopt);
@@ -91,7 +91,7 @@ void keepLastGood(UserDefaults &defaults, const StoredKind &kind)
     const Result<std::optional<QByteArray>> good = defaults.readLastGood(kind.key);
     if (!good || *good || !defaults.json(kind.key))
         return;
-    // Where it cannot be stored now, the next change stores it.
+    // If this fails, the next change stores it.
     (void)defaults.update(kind.key, [&](const std::optional<QByteArray> &text) {
         const bool whole = text && kind.check(*text).first == StoredState::Whole;
         return whole ? std::optional(UserDefaults::Change{*text}) : std::nullopt;

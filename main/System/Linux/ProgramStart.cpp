@@ -17,14 +17,14 @@ namespace brellin {
 
 namespace {
 
-/// What a program is started with: no input or output, its own session, and the signals as they usually are.
+/// The environment of a started program: no input or output, its own session, default signal handling.
 class Surroundings {
 public:
     explicit Surroundings(const Location &workingFolder)
     {
         ::posix_spawn_file_actions_init(&m_actions);
         ::posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        // An output that nobody reads would one day stop the program or fill the memory.
+        // An unread pipe would block the program, and a log would fill the memory.
         ::posix_spawn_file_actions_addopen(&m_actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
         if (!workingFolder.empty())
@@ -65,13 +65,13 @@ bool endsWithin(pid_t program, std::chrono::milliseconds patience)
     return hasEnded;
 }
 
-/// Without it a program that has ended stays in the system's table until we end.
+/// Reaps the program on exit, so that it does not remain a zombie.
 void takeNoteOfTheEnd(pid_t program)
 {
     try {
         std::thread([program] { ::waitpid(program, nullptr, 0); }).detach();
     } catch (const std::system_error &) {
-        // Without a thread its entry stays: that harms nobody.
+        // Without a thread it remains a zombie, which is harmless.
     }
 }
 

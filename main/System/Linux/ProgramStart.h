@@ -9,8 +9,8 @@
 
 namespace brellin {
 
-/// Starts a program that goes on by itself, in a session of its own and without input and output. `words` begins with the
-/// program's path. Gives the exit code of one that ends within `patience`, 0 for one that is still running then.
+/// Starts a detached program in a session of its own, without input and output. `words` is its argv, with the program's
+/// path first. Returns the exit code if it exits within `patience`, and 0 if it is still running then.
 Result<int> startProgram(const std::vector<std::string> &words, const Location &workingFolder,
                          std::chrono::milliseconds patience);
 
