@@ -6,12 +6,12 @@
 
 namespace brellin {
 
-/// One of the lists that a room stores, for whoever looks after them all without knowing their records.
+/// Describes a stored list, for code that maintains all lists without knowing their records.
 struct StoredKind {
     QString key;
-    /// What a text comes to, and what of it is lost.
+    /// Checks a text: its state, and what could not be read.
     std::function<std::pair<StoredState, QStringList>(const QByteArray &text)> check;
-    /// What a new beginning stores; nothing: the key is absent then.
+    /// What a reset stores; nullopt: the key is then absent.
     std::optional<QByteArray> fresh = {};
 };
 
@@ -24,13 +24,13 @@ StoredKind storedKind(const QString &key)
                 return std::pair(list.state, list.lost);
             }};
 }
-/// An object with keys that are the user's own (paths). `fault` says what is wrong with the value of one, without a full
-/// stop; empty: nothing.
+/// An object whose keys are user data (paths). `fault` returns what is wrong with a value, without a full stop; empty
+/// if nothing.
 StoredKind storedObjectKind(const QString &key, const std::function<QString(const QJsonValue &)> &fault = {});
-/// A list of a room that is not at hand: all that is known is that its records are objects.
+/// A list of another room; only checks that its records are objects.
 StoredKind storedRecordsKind(const QString &key);
 
-/// Whether there is a last good version that decodes whole.
+/// Whether there is a last good version that can be decoded completely.
 bool hasLastGood(const UserDefaults &defaults, const StoredKind &kind);
 StoredCondition conditionOf(const UserDefaults &defaults, const StoredKind &kind);
 /// The same for a list that has just been read.
@@ -39,11 +39,11 @@ StoredCondition conditionOf(const UserDefaults &defaults, const StoredKind &kind
 {
     return {kind.key, defaults.fileOf(kind.key), list.state, list.lost, !list.isWhole() && hasLastGood(defaults, kind)};
 }
-/// Makes what is stored the last good version, where it is whole and there is none yet: an earlier version has stored it.
+/// Creates the last good version from an intact list that has none, because an earlier version stored it.
 void keepLastGood(UserDefaults &defaults, const StoredKind &kind);
-/// Puts the last good version in the place of what is stored, which is kept aside. Fails where there is none that decodes.
+/// Replaces the stored list with the last good version and keeps the old one aside. Fails if there is no good version.
 Result<void> restoreLastGood(UserDefaults &defaults, const StoredKind &kind);
-/// Keeps what is stored aside; from now on the key is absent, or holds what its kind begins with.
+/// Resets a list to absent, or to its fresh value. Keeps the old one aside.
 Result<void> beginAnew(UserDefaults &defaults, const StoredKind &kind);
 
 } // namespace brellin

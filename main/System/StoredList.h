@@ -9,20 +9,20 @@
 
 namespace brellin {
 
-/// Whether a list without one of its records still says what the others mean. Where it does not (a lost rule's files would
-/// fall to the next one, a lost protection would bare a folder), one bad record makes the whole list damaged, and it is not
-/// changed until the user has decided what to do about it. Specialised beside the record's JSON table.
+/// Whether a list still has its meaning without one of its records. If not (a lost rule's files would fall to the next
+/// rule, a lost profile would leave its folder unprotected), one bad record makes the whole list damaged, and the list
+/// is not changed until the user has decided. Specialise beside the record's JSON table.
 template <class Record>
 inline constexpr bool recordsStandAlone = true;
 
-/// What a stored record must say although a new one has a usual value for it: without it the assistant would touch what the
-/// whole record leaves alone. Specialised beside the record's JSON table; gives the first that is missing.
+/// Keys a stored record must have although new records have defaults for them: without them the agent would touch what
+/// the complete record leaves alone. Specialise beside the record's JSON table; fails with the first missing key.
 template <class Record>
 struct DecisiveKeys {
     static JsonResult<void> check(const QJsonValue &) { return {}; }
 };
 
-/// One element of a stored list.
+/// Reads one element of a stored list.
 template <class Record>
 JsonResult<void> readStored(const QJsonArray &list, qsizetype place, Record &record)
 {
@@ -31,18 +31,18 @@ JsonResult<void> readStored(const QJsonArray &list, qsizetype place, Record &rec
     return readJsonElement(list, place, record);
 }
 
-/// What a key's list came to, read just now.
+/// The result of reading a list.
 template <class Record>
 struct StoredList {
     StoredState state = StoredState::Absent;
     std::vector<Record> records;
-    QStringList lost; ///< what could not be read and why: "Feld „[3].path“: …"
+    QStringList lost; ///< what could not be read, and why: "Feld „[3].path“: …"
 
-    /// Nothing that was stored is missing here.
+    /// Nothing of what was stored is missing.
     bool isWhole() const { return state == StoredState::Absent || state == StoredState::Whole; }
-    /// There is a list that decodes, if with losses.
+    /// There is a decodable list, possibly with records missing.
     bool isKnown() const { return state == StoredState::Whole || state == StoredState::Partly; }
-    /// What there is to show: the records, or `usual` where there is no list or it does not decode.
+    /// The records; `usual` if there is no list or it cannot be decoded.
     std::vector<Record> value_or(std::vector<Record> usual) const
     {
         if (isKnown())
@@ -51,7 +51,7 @@ struct StoredList {
     }
 };
 
-/// Decodes a list's text; bad records are left out where the others stand without them.
+/// Decodes a list. Leaves out bad records if records stand alone.
 template <class Record>
 StoredList<Record> decodedList(const QByteArray &text)
 {
@@ -78,7 +78,7 @@ StoredList<Record> decodedList(const QByteArray &text)
     if (list.lost.isEmpty())
         return list;
     list.state = StoredState::Partly;
-    // Nothing of it can be read: that is no empty list.
+    // All records unreadable is not the same as an empty list.
     if (list.records.empty())
         list.state = StoredState::Damaged;
     return list;
@@ -94,7 +94,7 @@ StoredList<Record> storedList(const UserDefaults &defaults, const QString &key)
     return *text ? decodedList<Record>(**text) : StoredList<Record>();
 }
 
-/// The list, or why the assistant must not act on it.
+/// The list, or a failure if it cannot be read completely and must not be acted on.
 template <class Record>
 Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QString &key, std::vector<Record> usual)
 {
@@ -104,10 +104,9 @@ Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QStrin
     return list.value_or(std::move(usual));
 }
 
-/// Changes the list stored under a key, read freshly (nothing: absent). Where the stored text does not decode, the change
-/// begins with the last good version (nothing: there is none that does) and the text is kept aside; a list whose records do
-/// not stand alone is left as it is, and that is the failure. `change` answers with the new list, or with nothing to leave
-/// it as it is.
+/// Changes the list stored under a key, based on its present content (nullopt: absent). If that cannot be decoded, the
+/// change starts from the last good version (nullopt: none), and the damaged text is kept aside. Fails without a change
+/// for a damaged list whose records do not stand alone. `change` returns the new list, or nullopt to leave it as it is.
 template <class Record>
 Result<void>
 updateList(UserDefaults &defaults, const QString &key,
@@ -136,7 +135,7 @@ updateList(UserDefaults &defaults, const QString &key,
     return {};
 }
 
-/// Stores a whole list in place of the old one.
+/// Replaces the whole list.
 template <class Record>
 Result<void> storeList(UserDefaults &defaults, const QString &key, const std::vector<Record> &list)
 {

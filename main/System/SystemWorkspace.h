@@ -10,27 +10,27 @@
 
 namespace brellin {
 
-/// Where this desktop keeps its applications, and where programs are.
+/// The desktop's search paths for applications and programs.
 struct DesktopEnvironment {
     std::vector<Location> dataFolders;   ///< the user's own first
     std::vector<Location> configFolders; ///< the user's own first
-    std::vector<QString> desktops;       ///< names of the desktop at work, lower case
+    std::vector<QString> desktops;       ///< names of the running desktop, in lower case
     std::vector<Location> programFolders;
-    std::string terminal; ///< what the user has set as his terminal; empty: nothing
+    std::string terminal; ///< the user's configured terminal; empty: none
 
-    /// As the variables of this process say.
+    /// From the environment variables of this process.
     static DesktopEnvironment ofThisUser(const Location &home);
-    /// Where a program lies; a path is taken as it is.
+    /// The path of a program; a path is returned as it is.
     std::optional<Location> program(const std::string &name) const;
 };
 
-/// The desktop as freedesktop.org's conventions describe it.
+/// The desktop according to the conventions of freedesktop.org.
 class SystemWorkspace : public Workspace {
 public:
-    /// Asks the system's file manager to show these entries, by their URLs.
+    /// Asks the system's file manager to show entries, by URL.
     using ShowItems = std::function<Result<void>(const std::vector<QString> &urls)>;
 
-    /// The settings outlive it. "terminal" in them is the command of a terminal.
+    /// The settings must outlive it. Their value "terminal" is the command of a terminal.
     explicit SystemWorkspace(const UserDefaults &defaults, DesktopEnvironment environment,
                              ShowItems showItems = showItemsOnBus);
     static Result<void> showItemsOnBus(const std::vector<QString> &urls);

@@ -5,15 +5,15 @@
 
 namespace brellin {
 
-/// The environment of the tools that this program runs: where things are, the user's language and the session's bus. Much
-/// else in the user's own changes what a tool does, up to removing what it packs (`ZIPOPT=-m`).
+/// A minimal environment for tools: paths, language and the session bus. Other variables can change what a tool does,
+/// even make it delete what it packs (`ZIPOPT=-m`).
 std::vector<std::string> toolEnvironment();
 
-/// The user's own, for what is opened for them.
+/// The user's environment, for programs opened for the user.
 std::vector<std::string> userEnvironment();
 
-/// Where `PATH` of an environment finds a program; a name with a slash is its path. Empty where there is none. Folders that
-/// depend on where the program is started are passed over.
+/// Finds a program in the `PATH` of an environment; a name with a slash is a path already. Empty if not found. Ignores
+/// relative folders in `PATH`.
 std::string programIn(const std::vector<std::string> &environment, const std::string &program);
 
 } // namespace brellin

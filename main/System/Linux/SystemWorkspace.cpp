@@ -16,7 +16,7 @@ namespace brellin {
 
 namespace {
 
-/// A program that fails does so within this time.
+/// A failing start is noticed within this time.
 constexpr std::chrono::milliseconds patience{1500};
 
 std::vector<Location> foldersIn(const char *variable, const char *fallback)
@@ -31,7 +31,7 @@ std::vector<Location> foldersIn(const char *variable, const char *fallback)
     return folders;
 }
 
-/// A base folder: the user's own, then the system's.
+/// Base folders: the user's own, then the system's.
 std::vector<Location> baseFolders(const char *own, const Location &ownFallback, const char *rest,
                                   const char *restFallback)
 {
@@ -52,7 +52,7 @@ Failure notInstalled()
     return {QStringLiteral("Dieses Programm ist nicht installiert."), {}};
 }
 
-/// Starts the words; an exit code other than 0 is a failure with this text.
+/// Starts a program; a non-zero exit code is a failure with this text.
 Result<void> start(const std::vector<std::string> &words, const Location &folder, const QString &failed)
 {
     if (TRY(startProgram(words, folder, patience)) != 0)
@@ -115,7 +115,7 @@ Result<void> SystemWorkspace::openWith(const std::vector<Location> &entries, con
     const std::optional<DesktopEntry> application = InstalledApplications(m_environment).find(identifier);
     if (!application)
         return failure(notInstalled());
-    // It knows applications that are woken by message, and the desktop's start notification.
+    // Prefer gio: it supports D-Bus activation and startup notification.
     if (const std::optional<Location> gio = m_environment.program("gio")) {
         std::vector<std::string> words{*gio, "launch", application->file};
         std::ranges::transform(entries, std::back_inserter(words), [](const Location &one) { return one.native(); });
@@ -168,7 +168,7 @@ std::vector<Application> SystemWorkspace::applicationsFor(const QString &mimeTyp
     return applications;
 }
 
-/// The command of the user's terminal, its program's path first.
+/// The user's terminal command, the program's path first.
 std::optional<std::vector<std::string>> SystemWorkspace::terminalCommand() const
 {
     const QString own = plainSetting(m_defaults, QStringLiteral("terminal"), QString());
