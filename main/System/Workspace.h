@@ -9,17 +9,17 @@
 
 namespace brellin {
 
-/// An application as a menu shows it.
+/// An application for a menu.
 struct Application {
-    QString identifier; ///< what `openWith` wants
-    QString name;       ///< in German where it has such a name
+    QString identifier; ///< to pass to `openWith`
+    QString name;       ///< localised if available
     QString icon;       ///< a name in the icon theme, or a path
 
     bool operator==(const Application &) const = default;
 };
 
-/// The port to the desktop around the program: other applications and the system's file manager. What is started outlives
-/// the program. A start may take a second or two until it is known to have failed, so call from workers where one waits.
+/// Port to the desktop: other applications and the system's file manager. What is started outlives this program. A
+/// failed start is detected within a second or two, so call on workers.
 class Workspace {
 public:
     virtual ~Workspace() = default;
@@ -30,20 +30,20 @@ public:
     /// Shows an entry in the system's file manager.
     virtual Result<void> reveal(const Location &entry) = 0;
 
-    /// Opens an entry with the application its type belongs to. A program is started by this: ask `isProgram` first.
+    /// Opens an entry with its default application. This also starts programs: check `isProgram` first.
     virtual Result<void> open(const Location &entry) = 0;
-    /// The applications that open a type ("application/pdf"), the one that `open` takes first.
+    /// The applications for a MIME type ("application/pdf"), the default one first.
     virtual std::vector<Application> applicationsFor(const QString &mimeType) const = 0;
     virtual Result<void> openWith(const std::vector<Location> &entries, const QString &identifier) = 0;
     virtual Result<void> openTerminal(const Location &folder) = 0;
 };
 
-/// The port to the general clipboard.
+/// Port to the clipboard.
 class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 
-    /// Replaces what is on the clipboard by a plain text.
+    /// Replaces the clipboard's content with plain text.
     virtual void setText(const QString &text) = 0;
 };
 
