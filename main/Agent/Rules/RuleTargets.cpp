@@ -40,6 +40,12 @@ QString asName(const QString &expanded)
 
 } // namespace
 
+Location fixedPart(const QString &target)
+{
+    const qsizetype mark = target.indexOf(u'{');
+    return locationFromText(mark < 0 ? target : target.first(target.lastIndexOf(u'/', mark) + 1));
+}
+
 QDate LocalDays::of(Instant instant)
 {
     auto after = m_days.upper_bound(instant);

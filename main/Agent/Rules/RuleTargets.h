@@ -15,6 +15,9 @@
 
 namespace brellin {
 
+/// A target path up to its first placeholder: every folder it expands to is at or below this one.
+Location fixedPart(const QString &target);
+
 /// Local calendar days of many instants. Caches each day, since every time zone conversion costs several file
 /// operations.
 class LocalDays {

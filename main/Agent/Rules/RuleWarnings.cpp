@@ -21,13 +21,6 @@ bool narrows(const RuleCondition &condition)
     return wantsNumber(condition) || !commaList(condition.value).isEmpty();
 }
 
-/// A target up to its first placeholder: all its folders lie in there.
-Location fixedPart(const QString &target)
-{
-    const qsizetype mark = target.indexOf(u'{');
-    return locationFromText(mark < 0 ? target : target.first(target.lastIndexOf(u'/', mark) + 1));
-}
-
 class Inspection {
 public:
     Inspection(const CleanupRule &rule, const SystemLocations &locations) : m_rule(rule), m_locations(locations) {}
