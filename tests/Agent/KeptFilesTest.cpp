@@ -161,6 +161,36 @@ TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
         EXPECT_FALSE(one.keptCopy) << one.source;
 }
 
+TEST_F(KeptFilesTest, AreNoneThatRulesMoveToWhereTheyAreTrashed)
+{
+    CleanupAgent agent(world.services());
+    const auto found = [&](std::vector<CleanupRule> rules, const char *trashedIn, const QString &names, bool below) {
+        CleanupRule trash = rule(RuleAction::Trash, names, u"14"_qs);
+        trash.sourcePath = textOf(world.home(trashedIn));
+        trash.includeSubfolders = below;
+        rules.push_back(trash);
+        use(agent, rules);
+        return scan(agent);
+    };
+    const CleanupRule move = moving(world.home("Ablage"));
+    EXPECT_EQ(found({move}, "Ablage", u"alt"_qs, false), Names());
+    EXPECT_EQ(found({move}, "Ablage", u"Rechnung"_qs, false), Names{"neu.pdf"});
+    EXPECT_EQ(found({move}, "Ablage/tief", u"alt"_qs, true), Names{"neu.pdf"});
+    const CleanupRule byYear = moving(world.home("Ablage/{Jahr}"));
+    EXPECT_EQ(found({byYear}, "Ablage", u"alt"_qs, true), Names());
+    EXPECT_EQ(found({byYear}, "Ablage", u"alt"_qs, false), Names{"neu.pdf"});
+    CleanupRule onward = moving(world.home("Ablage"));
+    onward.sourcePath = textOf(world.home("Eingang"));
+    CleanupRule inward = moving(world.home("Eingang"));
+    inward.conditions.push_back({.kind = ConditionKind::OlderThanDays, .value = u"3"_qs});
+    EXPECT_EQ(found({onward, inward}, "Ablage", u"alt"_qs, false), Names()) << "in two moves, the first one later";
+    EXPECT_EQ(found({moving(world.home("Papiere")), move}, "Ablage", u"alt"_qs, false), Names{"neu.pdf"})
+        << "the first rule takes it elsewhere";
+    CleanupRule both = move;
+    both.conditions = {};
+    EXPECT_EQ(found({both}, "Ablage", u"alt, neu"_qs, false), Names{"neu.pdf"}) << "both are meant to go";
+}
+
 TEST_F(KeptFilesTest, AreLookedForOnlyWhereRulesReachThem)
 {
     world.tree().lines({"home/Downloads/tief/a.pdf=1", "home/Bilder/b.png=2", "home/DL->Downloads"});

@@ -1,5 +1,6 @@
 #include "Agent/Duplicates/LaterTrash.h"
 
+#include "Agent/Duplicates/LaterMoves.h"
 #include "Agent/Rules/RuleTargets.h"
 #include "Guard/FolderEntry.h"
 
@@ -78,6 +79,7 @@ Result<LaterTrash> LaterTrash::of(const SystemLocations &locations, const RuleMa
     LaterTrash later;
     if (pairs.empty() || std::ranges::none_of(rules, trashes))
         return later;
+    later.addMoved(rules, locations.home(), pairs);
     rules = rulesReaching(rules, filesOf(pairs), locations.home());
     for (CleanupRule &rule : rules) {
         if (trashes(rule))
@@ -89,18 +91,32 @@ Result<LaterTrash> LaterTrash::of(const SystemLocations &locations, const RuleMa
     const RuleEvaluation taken = TRY(matching.evaluateCounting(rules, control));
     for (const Candidate &one : taken.candidates) {
         if (one.kind == AgentProposal::Kind::Trash)
-            later.m_rules.emplace(one.seen.identity, one.rule);
+            later.m_rules[one.seen.identity].insert(one.rule);
     }
     return later;
 }
 
+void LaterTrash::addMoved(const std::vector<CleanupRule> &rules, const Location &home,
+                          const std::vector<DuplicatePair> &pairs)
+{
+    LaterMoves moves(rules, home);
+    const auto note = [&](const Location &file, const FileState &state) {
+        if (std::set<QUuid> trashing = moves.trashRules(file, state); !trashing.empty())
+            m_rules[state.identity].merge(trashing);
+    };
+    for (const DuplicatePair &pair : pairs) {
+        note(pair.kept, pair.keptState);
+        note(pair.duplicate, pair.duplicateState);
+    }
+}
+
 bool LaterTrash::endangers(const FileState &kept, const FileState &duplicate) const
 {
-    const auto rule = m_rules.find(kept.identity);
-    if (rule == m_rules.end())
+    const auto rules = m_rules.find(kept.identity);
+    if (rules == m_rules.end())
         return false;
     const auto same = m_rules.find(duplicate.identity);
-    return same == m_rules.end() || same->second != rule->second;
+    return same == m_rules.end() || !std::ranges::includes(same->second, rules->second);
 }
 
 } // namespace brellin

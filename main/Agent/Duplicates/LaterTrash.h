@@ -4,12 +4,14 @@
 #include "Agent/Rules/RuleMatching.h"
 
 #include <map>
+#include <set>
 #include <vector>
 
 namespace brellin {
 
-/// Predicts which files the rules will trash in time: what a trash rule skips today as too young it takes later. Such a
-/// file must not be the one that is kept of a group of duplicates.
+/// Predicts which files the rules will trash in time: what a trash rule skips today as too young it takes later, and what
+/// another rule moves may be trashed at its new place. Such a file must not be the one that is kept of a group of
+/// duplicates.
 class LaterTrash {
 public:
     /// Evaluates the rules that apply to the files of these pairs, the trash rules without their age conditions. Fails
@@ -22,7 +24,9 @@ public:
     bool endangers(const FileState &kept, const FileState &duplicate) const;
 
 private:
-    std::map<FileIdentity, QUuid> m_rules; ///< by the file they take
+    void addMoved(const std::vector<CleanupRule> &rules, const Location &home, const std::vector<DuplicatePair> &pairs);
+
+    std::map<FileIdentity, std::set<QUuid>> m_rules; ///< by the file they take
 };
 
 /// The enabled rules that apply to a folder of at least one of the files, compared by device and inode; in their order.
