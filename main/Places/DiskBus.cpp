@@ -11,7 +11,7 @@ namespace {
 
 const QString service = QStringLiteral("org.freedesktop.UDisks2");
 
-/// The answer to one call. Each worker may use the shared connection.
+/// Calls a method and waits for the reply. Workers may share the connection.
 Result<QDBusMessage> answerOf(const QDBusMessage &call, int milliseconds)
 {
     const QDBusConnection bus = QDBusConnection::systemBus();
@@ -29,7 +29,7 @@ Result<QDBusMessage> answerOf(const QDBusMessage &call, int milliseconds)
     return failure(Failure{answer.errorMessage(), code});
 }
 
-/// Values of plain types as they are; lists of byte texts, in which UDisks2 gives paths, as such.
+/// Converts a D-Bus value: simple types as they are, and lists of byte strings, which UDisks2 uses for paths.
 QVariant plain(const QVariant &value)
 {
     if (value.userType() == qMetaTypeId<QDBusObjectPath>())
@@ -66,7 +66,7 @@ Result<BusObjects> SystemDiskBus::objects()
 
 Result<void> SystemDiskBus::call(const QString &path, const QString &interface, const QString &method)
 {
-    // Writing out a slow stick takes its time.
+    // Flushing a slow stick takes long.
     constexpr int patience = 120'000;
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
     call << QVariantMap();

@@ -9,22 +9,22 @@
 
 namespace brellin {
 
-/// What the system's disk service knows of a device.
+/// What the disk service knows about a device.
 struct DiskFacts {
-    QString label;          ///< empty where it has none
-    bool removable = false; ///< may be unmounted and taken out by the user
-    bool ejectable = false; ///< its drive can eject the medium
+    QString label;          ///< empty if it has none
+    bool removable = false; ///< the user may unmount and remove it
+    bool ejectable = false; ///< the drive can eject its medium
 
     bool operator==(const DiskFacts &) const = default;
 };
 
-/// The port to the system's disk service. Blocking: called on workers only.
+/// Port to the system's disk service. Blocking: call on workers only.
 class DiskService {
 public:
     virtual ~DiskService() = default;
-    /// Everything it knows, by device ("/dev/sdb1"); a failure where there is no such service.
+    /// All known devices ("/dev/sdb1"). Fails if there is no such service.
     virtual Result<std::map<std::string, DiskFacts>> facts() = 0;
-    /// Writes out and unmounts a device and, where its drive can, ejects the medium.
+    /// Flushes and unmounts a device and, if its drive can, ejects the medium.
     virtual Result<void> eject(const std::string &device) = 0;
 };
 

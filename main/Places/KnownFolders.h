@@ -9,30 +9,30 @@
 
 namespace brellin {
 
-/// A folder that every account has.
+/// The standard folders of every account.
 enum class StandardFolder { Desktop, Documents, Downloads, Movies, Music, Pictures };
 
-/// The user's folders by their role. Found once, then constant.
+/// The user's folders by purpose. Determined once, then constant.
 class KnownFolders {
 public:
-    /// For the account the program runs in: HOME and, on Linux, user-dirs.dirs of the configuration folder (an entry that
-    /// is missing or is the home folder itself means home + its usual name).
+    /// For the current account: from HOME and, on Linux, user-dirs.dirs in the configuration folder. An entry that is
+    /// missing or names the home folder itself is replaced by its default name below the home folder.
     static KnownFolders ofThisUser();
 
     Location home;
-    /// Of the folders below, those that are optional exist on this machine.
+    /// The optional folders are set only if they exist on this machine.
     std::optional<Location> applications;
     std::optional<Location> iCloud;
     std::optional<Location> eigeneDateien; ///< "Eigene Dateien" in the cloud folder
-    Location trash;                        ///< the folder that holds the trashed entries of the home volume
+    Location trash;                        ///< contains the trashed entries of the home volume
 
-    /// A standard folder; it need not exist.
+    /// The path of a standard folder, which need not exist.
     const Location &dir(StandardFolder which) const;
-    /// How a folder is called on the screen: "iCloud Drive", "Papierkorb", else its name.
+    /// The display name of a folder: "iCloud Drive", "Papierkorb", otherwise its own name.
     QString title(const Location &folder) const;
 
 private:
-    /// What each system keeps in its own way.
+    /// What differs between systems.
     struct AccountFolders {
         Location home;
         std::array<Location, 6> standard; ///< in the order of `StandardFolder`

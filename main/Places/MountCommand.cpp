@@ -10,10 +10,10 @@ namespace brellin {
 
 namespace {
 
-/// How long a server may take, without the time in which a person thinks.
+/// Time limit for the server, excluding the time the user needs to answer.
 constexpr std::chrono::seconds patience{40};
 
-/// What "env" answers when it does not find the program.
+/// Exit code of "env" if the program is missing.
 constexpr int notFound = 127;
 
 Failure notAnswering(const ServerAddress &address)
@@ -22,8 +22,8 @@ Failure notAnswering(const ServerAddress &address)
             std::make_error_code(std::errc::host_unreachable)};
 }
 
-/// "gio: smb://nas/: Failed to mount Windows share: Connection refused" without what stands in front; other lines are warnings
-/// of parts that have nothing to do with it.
+/// The error in "gio: smb://nas/: Failed to mount Windows share: Connection refused" without its prefix. Other lines
+/// are unrelated warnings.
 QString complaint(const ProcessOutput &output)
 {
     QString last;
@@ -67,7 +67,7 @@ bool isConnectedAlready(const QString &text)
 
 } // namespace
 
-/// In the language whose words are looked for; the program's own messages never reach the user untranslated but as a cause.
+/// Runs the program in the C locale, since its output is parsed. Users see its messages only as the cause of a failure.
 Result<ProcessOutput> MountCommand::run(const std::vector<std::string> &words, const ServerAddress &address,
                                         MountDialogue *dialogue, const JobControl &control) const
 {
@@ -104,7 +104,7 @@ Result<Location> MountCommand::mount(const ServerAddress &address, const MountDi
     return placeOf(address, control);
 }
 
-/// A server is reached as files only through a part of the system of its own.
+/// The folder at which the system exposes the server's files.
 Result<Location> MountCommand::placeOf(const ServerAddress &address, const JobControl &control) const
 {
     const ProcessOutput output = TRY(run({"info"}, address, nullptr, control));

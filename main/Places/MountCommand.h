@@ -13,14 +13,15 @@
 
 namespace brellin {
 
-/// The system's program that connects to servers. Blocking: called on workers only.
+/// Runs the system's program that connects to servers. Blocking: call on workers only.
 class MountCommand {
 public:
     MountCommand(ProcessRunner &processes, std::string program) : m_processes(processes), m_program(std::move(program))
     {
     }
 
-    /// Connects, asking where the server asks, and gives the folder of its files. A server that is connected already is fine.
+    /// Connects, passing the server's questions to `ask`, and returns the folder with the server's files. Succeeds if
+    /// the server is already connected.
     Result<Location> mount(const ServerAddress &address, const MountDialogue::Ask &ask,
                            const JobControl &control) const;
     Result<void> unmount(const ServerAddress &address, const JobControl &control) const;

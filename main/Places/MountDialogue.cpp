@@ -6,11 +6,11 @@
 
 namespace brellin {
 
-/// What the program has said since the last answer.
+/// The program's output since the last answer.
 struct MountDialogue::Prompt {
     QString kind;    ///< "User", "Domain", "Password" or "Choice"
-    QString usual;   ///< what it takes for an empty answer
-    QString message; ///< the lines before it
+    QString usual;   ///< the default for an empty answer
+    QString message; ///< the lines before the prompt
     QStringList choices;
 
     static std::optional<Prompt> in(const QString &output);
@@ -38,7 +38,7 @@ std::optional<MountDialogue::Prompt> MountDialogue::Prompt::in(const QString &ou
 
 namespace {
 
-/// One line of input: what a person types cannot be more.
+/// Removes line breaks, so that an answer is a single line of input.
 QByteArray line(const QString &text)
 {
     QString one = text;
@@ -58,7 +58,7 @@ ServerQuestion MountDialogue::questionFor(const Prompt &prompt) const
     question.choices = prompt.choices;
     if (prompt.kind == QStringLiteral("Choice"))
         return question;
-    // A name comes before a domain and that before the password; what was given with the address is not asked.
+    // The program asks for name, domain and password, in this order, and skips what the address contains.
     question.user = prompt.kind == QStringLiteral("User");
     question.domain =
         prompt.kind == QStringLiteral("Domain") || (question.user && m_address.scheme() == QStringLiteral("smb"));
@@ -80,7 +80,7 @@ bool MountDialogue::ask(const Prompt &prompt)
 {
     const bool forPasswordOnly = prompt.kind == QStringLiteral("Password");
     m_answered.clear();
-    // The password that was typed with the address answers the first question for nothing but it.
+    // A password typed with the address answers the first prompt that asks for nothing else.
     if (forPasswordOnly && m_rounds == 0 && !m_address.password().isEmpty())
         m_answer = ServerAnswer{{}, {}, m_address.password(), false, 0};
     else

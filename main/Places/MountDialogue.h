@@ -10,20 +10,20 @@
 
 namespace brellin {
 
-/// The talk with `gio mount`, which asks line by line ("User [anna]: ", "Password: ", "Choice: "), while a person is asked once
-/// for all that belongs together.
+/// Handles the prompts of `gio mount`, which asks line by line ("User [anna]: ", "Password: ", "Choice: "), and
+/// combines related prompts into one question to the user.
 class MountDialogue {
 public:
-    /// Asks the person; nothing where he does not want to go on.
+    /// Asks the user; returns nullopt if the user cancels.
     using Ask = std::function<std::optional<ServerAnswer>(const ServerQuestion &)>;
 
     MountDialogue(ServerAddress address, Ask ask);
 
-    /// The bytes to be sent after this output: none where nothing was asked, nothing where the talk is over.
+    /// The input for the output so far: empty if nothing was asked, nullopt to end the dialogue.
     std::optional<QByteArray> reply(const QByteArray &output);
-    /// The person gave up.
+    /// The user has cancelled.
     bool givenUp() const { return m_givenUp; }
-    /// The person wants to come in as a guest, which is said when the program is started.
+    /// The user wants to connect as a guest, which needs a restart of the program with another option.
     bool guestWanted() const { return m_guestWanted; }
 
 private:
@@ -36,8 +36,8 @@ private:
     Ask m_ask;
     qsizetype m_heard = 0;
     std::optional<ServerAnswer> m_answer;
-    QStringList m_answered; ///< prompts of this round
-    int m_rounds = 0;       ///< questions for name and password
+    QStringList m_answered; ///< prompts answered in this round
+    int m_rounds = 0;       ///< number of questions for name and password
     bool m_givenUp = false;
     bool m_guestWanted = false;
 };

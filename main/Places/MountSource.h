@@ -10,17 +10,17 @@
 
 namespace brellin {
 
-/// The port to the table of mounts and its changes.
+/// Port to the mount table and its changes.
 class MountSource {
 public:
     virtual ~MountSource() = default;
     virtual std::vector<Mount> table() const = 0;
-    /// Calls `changed` on the main thread after every change, for as long as the answer lives. Null where changes cannot be
-    /// heard of.
+    /// Calls `changed` on the main thread after every change, until the returned object is destroyed. Null if changes
+    /// cannot be observed.
     virtual std::unique_ptr<QObject> watch(std::function<void()> changed) = 0;
 };
 
-/// The real one.
+/// The real mount table.
 class SystemMountSource : public MountSource {
 public:
     std::vector<Mount> table() const override { return currentMountTable(); }

@@ -30,7 +30,7 @@ struct NetworkServers::Meeting {
     std::optional<ServerQuestion> question;
     std::optional<ServerAnswer> answer;
 
-    /// On the worker: puts the question and waits for its answer; nothing after a cancel.
+    /// Runs on the worker: publishes the question and waits for its answer; nullopt after a cancel.
     std::optional<ServerAnswer> ask(const ServerQuestion &asked, const JobControl &control)
     {
         std::unique_lock lock(mutex);
@@ -94,13 +94,13 @@ void NetworkServers::connectTo(const QString &address, QObject *receiver,
         [this](const JobControl &) { samples(); });
 }
 
-/// What the worker asks now.
+/// Publishes the worker's pending question.
 void NetworkServers::samples()
 {
     std::optional<ServerQuestion> asked;
     {
         const std::scoped_lock lock(m_meeting->mutex);
-        // One that is answered but not taken note of yet is not asked again.
+        // It may be answered already, with the worker not yet awake.
         if (!m_meeting->answer)
             asked = m_meeting->question;
     }
@@ -145,7 +145,7 @@ void NetworkServers::disconnectFrom(const QString &address, QObject *receiver,
         });
 }
 
-/// The latest last; a server that is known keeps the name that the user gave it.
+/// Appends a new server; keeps a known one with its name.
 void NetworkServers::remember(const ServerAddress &address)
 {
     Servers known;
@@ -157,7 +157,7 @@ void NetworkServers::remember(const ServerAddress &address)
             known.push_back({address.text(), address.name()});
             return known;
         });
-    // The connection stands; that it will not be on the list tomorrow is no reason to take it back.
+    // A failure does not matter: the connection stands, it is just not remembered.
     if (stored)
         publish(servers, known);
 }

@@ -15,8 +15,8 @@ namespace brellin {
 namespace {
 
 struct StandardName {
-    const char *key;   ///< in user-dirs.dirs
-    const char *usual; ///< below the home folder, where nothing is set
+    const char *key;   ///< key in user-dirs.dirs
+    const char *usual; ///< default name below the home folder
 };
 
 /// In the order of `StandardFolder`.
@@ -27,7 +27,7 @@ constexpr std::array<StandardName, 6> standardNames{{{"XDG_DESKTOP_DIR", "Deskto
                                                      {"XDG_MUSIC_DIR", "Music"},
                                                      {"XDG_PICTURES_DIR", "Pictures"}}};
 
-/// An absolute path from the environment; anything else counts as unset, as the base directory specification wants it.
+/// An absolute path from the environment; relative ones count as unset, as XDG demands.
 std::optional<Location> environmentPath(const char *name)
 {
     const char *const value = std::getenv(name);
@@ -55,7 +55,7 @@ std::string_view trimmed(std::string_view text)
     return first == std::string_view::npos ? std::string_view() : text.substr(first);
 }
 
-/// The text between double quotes, a backslash taking the next character as it is.
+/// The text between double quotes; a backslash escapes the next character.
 std::optional<std::string> quoted(std::string_view text)
 {
     std::string value;
@@ -72,7 +72,7 @@ std::optional<std::string> quoted(std::string_view text)
     return std::nullopt;
 }
 
-/// The folder that a line `KEY="$HOME/…"` or `KEY="/…"` sets for this key. The home folder itself stands for "none".
+/// The folder that a line `KEY="$HOME/…"` or `KEY="/…"` assigns to this key. The home folder itself means "none".
 std::optional<Location> folderIn(std::string_view line, std::string_view key, const Location &home)
 {
     line = trimmed(line);
@@ -93,7 +93,7 @@ std::optional<Location> folderIn(std::string_view line, std::string_view key, co
     return standardised(folder);
 }
 
-/// The last line that sets a key holds, as in the shell that reads the file elsewhere.
+/// The last assignment counts, as in a shell.
 Location standardFolder(const StandardName &name, std::string_view settings, const Location &home)
 {
     Location folder = home / name.usual;

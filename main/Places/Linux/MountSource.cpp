@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// The kernel marks the open table as exceptional once after each change.
+/// The kernel signals each change of the open mount table with POLLPRI.
 class MountWatch : public QObject {
 public:
     MountWatch(int table, std::function<void()> changed) : m_table(table), m_notifier(table, QSocketNotifier::Exception)
