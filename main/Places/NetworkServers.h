@@ -23,17 +23,17 @@ namespace brellin {
 
 struct StoredKind;
 
-/// A server that the user has connected to.
+/// A server the user has connected to.
 struct NetworkServer {
-    QString address; ///< "smb://anna@nas/Musik", never with a password
+    QString address; ///< "smb://anna@nas/Musik", never including a password
     QString name;    ///< "Musik auf nas"
 
     bool operator==(const NetworkServer &) const = default;
 };
 
-/// The network servers: a remembered list ("networkServers"), and connecting to one through the system. What the server asks is
-/// published as a question; the answer goes to the system's program alone, on its input. Lives on the main thread; settings and
-/// processes outlive it.
+/// Network servers: the stored list ("networkServers"), and connecting through the system. A server's questions are
+/// published; answers are passed only to the system's program, on its standard input. Lives on the main thread;
+/// settings and processes must outlive it.
 class NetworkServers : public Model<NetworkServers> {
 public:
     static StoredKind kind();
@@ -42,28 +42,28 @@ public:
     ~NetworkServers() override;
 
     Published<std::vector<NetworkServer>> servers;
-    /// The address that is being connected to; empty when none is.
+    /// The address being connected to; empty if none.
     Published<QString> connecting;
-    /// What the server wants to know now.
+    /// The server's pending question.
     Published<std::optional<ServerQuestion>> question;
 
-    /// Connects and gives the folder under which the server's files lie. One at a time. `finished` is called once, unless
-    /// `receiver` or this object has gone; a server that was reached is remembered.
+    /// Connects and returns the folder with the server's files; one connection attempt at a time. Calls `finished`
+    /// once, unless `receiver` or this object is destroyed. Stores a server that was reached.
     void connectTo(const QString &address, QObject *receiver, std::function<void(const Result<Location> &)> finished);
     void answer(const ServerAnswer &answer);
-    /// Gives up connecting, also in place of an answer.
+    /// Cancels connecting; also valid instead of an answer.
     void cancel();
-    /// Separates from a server.
+    /// Disconnects from a server.
     void disconnectFrom(const QString &address, QObject *receiver, std::function<void(const Result<void> &)> finished);
 
     Result<void> rename(const QString &address, const QString &name);
-    /// Takes a server off the list.
+    /// Removes a server from the list.
     Result<void> forget(const QString &address);
-    /// Takes over what another program has stored. What cannot be read leaves the list as it is.
+    /// Re-reads the list; another process may have changed it. Keeps the present list if it cannot be read.
     void reload();
 
 private:
-    /// Where the worker, which waits for an answer, and the main thread, which has one, meet.
+    /// Hands questions and answers between the worker, which waits, and the main thread.
     struct Meeting;
 
     void samples();

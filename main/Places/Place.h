@@ -8,28 +8,28 @@
 
 namespace brellin {
 
-/// What a pane shows: the entries of a folder, what a search or a tag found, or a page that stands where entries would.
+/// What a pane shows: the entries of a folder, the results of a search or a tag, or a page in place of entries.
 struct Place {
     enum class Kind {
         Folder,
-        Search,  ///< what is called `name` below `location`
-        Tag,     ///< everything with the tag `name`
-        Trash,   ///< of every volume; `location` is the user's own
+        Search,  ///< results for `name` below `location`
+        Tag,     ///< entries with the tag `name`
+        Trash,   ///< of all volumes; `location` is the user's own Trash
         Photos,  ///< the photo library
-        Network, ///< servers
+        Network, ///< network servers
         Agent,   ///< the cleanup agent
         Device,  ///< the camera or phone called `name`
-        Storage  ///< what takes up the space of the folder `location`
+        Storage  ///< space used in the folder `location`
     };
     Kind kind = Kind::Folder;
-    Location location; ///< standardised; of Folder, Search, Trash and Storage
-    QString name;      ///< of Search, Tag and Device
+    Location location; ///< standardised; for Folder, Search, Trash and Storage
+    QString name;      ///< for Search, Tag and Device
 
     bool operator==(const Place &) const = default;
 
-    /// No entries of a folder to select, search or rename: a page of its own is shown.
+    /// A page without folder entries: nothing to select, search or rename.
     bool isPage() const { return kind == Kind::Trash || coversFolder(); }
-    /// A page over the folder that the pane was in, which stays its folder.
+    /// A page over the folder that was shown before, which remains the pane's folder.
     bool coversFolder() const { return kind >= Kind::Photos; }
 
     static Place folder(Location folder) { return {Kind::Folder, std::move(folder), {}}; }

@@ -6,20 +6,20 @@
 
 namespace brellin {
 
-/// The address of a server or a folder on it, as the user typed it: smb, sftp, dav, davs, nfs or ftp, also "\\nas\Musik".
+/// The address of a server, or of a folder on it, as typed: smb, sftp, dav, davs, nfs or ftp, and also "\\nas\Musik".
 class ServerAddress {
 public:
-    /// Anything else is a failure that says what is wanted.
+    /// Any other address fails with a message that describes the valid forms.
     static Result<ServerAddress> parse(const QString &text);
 
-    /// "smb://anna@nas/Musik", never with a password.
+    /// "smb://anna@nas/Musik", never including a password.
     const QString &text() const { return m_text; }
     const QString &scheme() const { return m_scheme; }
     /// "nas"
     const QString &host() const { return m_host; }
-    /// The password that stood in what was typed, to answer the server's question with; stored nowhere.
+    /// The password contained in the typed address, for answering the server's question; never stored.
     const QString &password() const { return m_password; }
-    /// "Musik auf nas", or "nas"
+    /// "Musik auf nas", or "nas".
     QString name() const;
 
 private:

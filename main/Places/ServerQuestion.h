@@ -5,23 +5,23 @@
 
 namespace brellin {
 
-/// What a server wants to know before it lets somebody in.
+/// What a server asks before it grants access.
 struct ServerQuestion {
     QString server;  ///< "nas"
-    QString message; ///< in the words of the system, which may be English
+    QString message; ///< the system's text, possibly in English
     bool user = false;
     bool domain = false;
     bool password = false;
     bool guestPossible = false;
-    bool again = false; ///< the answer before was refused
-    QString knownUser;  ///< what the system would take
+    bool again = false; ///< the previous answer was refused
+    QString knownUser;  ///< the system's default
     QString knownDomain;
-    QStringList choices; ///< if there are any, one of them is the answer ("Log In Anyway", "Cancel Login")
+    QStringList choices; ///< if not empty, the answer is one of them ("Log In Anyway", "Cancel Login")
 
     bool operator==(const ServerQuestion &) const = default;
 };
 
-/// What the user says to it.
+/// The user's answer.
 struct ServerAnswer {
     QString user;
     QString domain;

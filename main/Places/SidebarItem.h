@@ -6,22 +6,22 @@ namespace brellin {
 
 class KnownFolders;
 
-/// What is chosen in the sidebar.
+/// The selection in the sidebar.
 struct SidebarItem {
     enum class Kind {
         Quick,   ///< a pinned folder
         Tree,    ///< a folder of the tree below `root`
         Place,   ///< a known folder or a volume
-        Tag,     ///< everything with the tag `name`
+        Tag,     ///< entries with the tag `name`
         Device,  ///< the camera or phone called `name`
         Photos,  ///< the photo library
-        Network, ///< servers
+        Network, ///< network servers
         Agent    ///< the cleanup agent
     };
     Kind kind = Kind::Place;
-    Location location; ///< of the first three
-    Location root;     ///< of `Tree`
-    QString name;      ///< of `Tag` and `Device`
+    Location location; ///< for the first three
+    Location root;     ///< for `Tree`
+    QString name;      ///< for `Tag` and `Device`
 
     bool operator==(const SidebarItem &) const = default;
 
@@ -38,7 +38,7 @@ struct SidebarItem {
     static SidebarItem agent() { return {Kind::Agent, {}, {}, {}}; }
 };
 
-/// Where choosing the item leads. The user's Trash is a place of its own, however it is reached.
+/// The place that an item or a folder stands for. The user's Trash folder always maps to the Trash.
 Place placeOf(const SidebarItem &item, const KnownFolders &folders);
 Place placeOf(const Location &folder, const KnownFolders &folders);
 

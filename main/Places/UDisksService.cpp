@@ -9,7 +9,7 @@ const QString driveInterface = QStringLiteral("org.freedesktop.UDisks2.Drive");
 const QString fileSystemInterface = QStringLiteral("org.freedesktop.UDisks2.Filesystem");
 const QString encryptedInterface = QStringLiteral("org.freedesktop.UDisks2.Encrypted");
 
-/// A path as the service gives it: bytes with a zero at the end.
+/// A device path; the service returns it as NUL-terminated bytes.
 std::string deviceOf(const QVariantMap &block)
 {
     const QByteArray bytes = block.value(QStringLiteral("Device")).toByteArray();
@@ -21,7 +21,7 @@ bool flag(const QVariantMap &properties, const char *name)
     return properties.value(QLatin1StringView(name)).toBool();
 }
 
-/// The drive a block device lies on; what was unlocked lies on that of the locked device.
+/// The drive of a block device; for an unlocked device that of the encrypted one.
 QVariantMap driveOf(const BusObjects &objects, const QVariantMap &block)
 {
     const QString locked = block.value(QStringLiteral("CryptoBackingDevice")).toString();
@@ -79,7 +79,8 @@ Result<void> UDisksService::eject(const std::string &device)
                 return failure(ejectFailure(done.error()));
         }
         const QVariantMap beneath = objects.contains(locked) ? objects.value(locked).value(blockInterface) : block;
-        // The files are safe by now: a drive that keeps its medium (a stick with a second partition in use) is no failure.
+        // The files are safe by now, so it is no failure if the drive keeps its medium (a stick with a second partition
+        // in use).
         if (const QString drive = beneath.value(QStringLiteral("Drive")).toString();
             flag(objects.value(drive).value(driveInterface), "Ejectable")) [[maybe_unused]]
             const auto ejected = m_bus.call(drive, driveInterface, QStringLiteral("Eject"));

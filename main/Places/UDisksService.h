@@ -5,10 +5,10 @@
 
 namespace brellin {
 
-/// The disk service of Linux desktops.
+/// The disk service of Linux desktops, UDisks2.
 class UDisksService : public DiskService {
 public:
-    /// The bus outlives it.
+    /// The bus must outlive it.
     explicit UDisksService(DiskBus &bus) : m_bus(bus) {}
 
     Result<std::map<std::string, DiskFacts>> facts() override;

@@ -38,7 +38,7 @@ void VolumeList::start()
 {
     m_watch = m_mounts.watch([this] { m_settle.start(100ms); });
     readTable();
-    // Where changes cannot be heard of, the table is read with the space.
+    // Without change notification also poll the table.
     m_regularly.start(m_watch ? 60s : 10s);
 }
 
@@ -61,7 +61,7 @@ void VolumeList::readTable()
     }
     if (now == m_mounted)
         return;
-    // What changed at a place answers anew.
+    // Discard answers of volumes that have changed.
     std::erase_if(m_asked, [&](const auto &asked) {
         const auto isHere = [&](const Mounted &one) { return one.volume.root.native() == asked.first; };
         const auto before = std::ranges::find_if(m_mounted, isHere);
@@ -77,7 +77,7 @@ void VolumeList::readTable()
     rebuild();
 }
 
-/// Each volume is asked by a thread of its own, which a server that does not answer may keep.
+/// Uses a thread per volume, since an unresponsive server may block it forever.
 void VolumeList::askSpace(const std::string &root)
 {
     std::unique_ptr<Asked> &slot = m_asked[root];
@@ -112,7 +112,7 @@ void VolumeList::askFacts()
     m_askingFacts.start(
         *m_diskPool, [disks = &m_disks](JobControl &) { return disks->facts(); },
         [this](const Result<Facts> &facts) {
-            // Without the service nothing can be ejected, and the names are those of the folders.
+            // Without the service nothing can be ejected, and volumes are named after their folders.
             m_facts = facts.value_or(Facts());
             rebuild();
             if (m_factsOutdated)
