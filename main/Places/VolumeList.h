@@ -22,30 +22,30 @@
 
 namespace brellin {
 
-/// The room on a volume.
+/// The space on a volume.
 struct VolumeSpace {
     std::int64_t capacity = 0;
-    std::int64_t free = 0; ///< what this user may still write
+    std::int64_t free = 0; ///< available to this user
     bool operator==(const VolumeSpace &) const = default;
 };
 
-/// One volume as the sidebar shows it.
+/// A volume in the sidebar.
 struct VolumeEntry {
     Location root;
     QString name;
     bool local = true;
     bool ejectable = false;
-    bool answering = true; ///< false: a server that does not tell its space in time
+    bool answering = true; ///< false: a server that did not answer in time
     std::optional<VolumeSpace> space;
 
     bool operator==(const VolumeEntry &) const = default;
 };
 
-/// The space of the volume at a place, asked from the system. May hang: called on workers only.
+/// Queries the space of the volume at a path. May block for long: call on workers only.
 Result<VolumeSpace> volumeSpace(const Location &root);
 
-/// The mounted volumes, kept up to date while it lives. Nothing on a volume is touched on the main thread; a server that does
-/// not answer is shown so. Lives on the main thread; its ports outlive it.
+/// The mounted volumes, updated on changes. Never touches a volume on the main thread; marks servers that do not
+/// respond. Lives on the main thread; the ports must outlive it.
 class VolumeList : public Model<VolumeList> {
 public:
     using AskSpace = std::function<Result<VolumeSpace>(const Location &)>;
@@ -55,13 +55,13 @@ public:
 
     Published<std::vector<VolumeEntry>> volumes;
     Published<bool> ejecting{false};
-    Published<std::optional<QString>> errorMessage; ///< why something was not ejected whose receiver has gone
+    Published<std::optional<QString>> errorMessage; ///< why ejecting failed, if its receiver has been destroyed
 
-    /// Shows what is mounted and follows changes.
+    /// Reads the mount table and observes its changes.
     void start();
-    /// Asks for space and labels again (also done every minute).
+    /// Queries space and labels again; also done every minute.
     void refresh();
-    /// Unmounts a volume and ejects its medium. `finished` is called once, unless `receiver` or this object has gone.
+    /// Unmounts a volume and ejects its medium. Calls `finished` once, unless `receiver` or this object is destroyed.
     void eject(const Location &root, QObject *receiver, std::function<void(const Result<void> &)> finished);
     void dismissError() { publish(errorMessage, std::optional<QString>()); }
 
@@ -70,7 +70,7 @@ private:
     struct Asked {
         std::shared_ptr<QThreadPool> pool;
         Job<Result<VolumeSpace>> job;
-        QTimer late; ///< the volume has not answered in time
+        QTimer late; ///< fires if the volume does not answer in time
         std::optional<VolumeSpace> space;
         bool answering = true;
     };
@@ -90,13 +90,13 @@ private:
     const AskSpace m_askSpace;
     std::unique_ptr<QObject> m_watch;
     std::vector<Mounted> m_mounted;
-    std::map<std::string, std::unique_ptr<Asked>> m_asked; ///< by root
+    std::map<std::string, std::unique_ptr<Asked>> m_asked; ///< by mount point
     Facts m_facts;
     bool m_factsOutdated = false;
     std::shared_ptr<QThreadPool> m_diskPool;
     Job<Result<Facts>> m_askingFacts;
     Job<Result<void>> m_ejecting;
-    QTimer m_settle; ///< mounting changes the table several times
+    QTimer m_settle; ///< coalesces the several table changes of one mount
     QTimer m_regularly;
 };
 
