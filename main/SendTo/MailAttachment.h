@@ -9,7 +9,7 @@
 
 namespace brellin {
 
-/// Opens a new mail with these files attached, in the desktop's mail program. Folders cannot be attached. Blocking.
+/// Opens a new message with these files attached in the default mail program. Folders cannot be attached. Blocking.
 Result<void> attachToMail(const std::vector<Location> &files, ProcessRunner &processes, const JobControl *control);
 
 } // namespace brellin

@@ -74,13 +74,13 @@ SendToTargets::SendToTargets(UserDefaults &defaults, const KnownFolders &folders
 
 void SendToTargets::reload()
 {
-    // An empty list is the user's wish as well.
+    // A stored empty list is intended.
     publish(targets, storedList<SendToTarget>(m_defaults, key).value_or(targets.get()));
 }
 
 void SendToTargets::change(const std::function<void(Targets &)> &edit)
 {
-    // Read freshly: another window may have changed them. Until somebody changes one, the usual ones are not stored.
+    // Re-read, since another process may have changed the list. The defaults are stored only once something changes.
     Targets changed;
     const Result<void> stored =
         updateList<SendToTarget>(m_defaults, key, [&](std::optional<Targets> list) -> std::optional<Targets> {

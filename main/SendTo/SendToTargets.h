@@ -16,24 +16,24 @@ namespace brellin {
 
 struct StoredKind;
 
-/// One place in the "Senden an" menu.
+/// An entry of the "Senden an" menu.
 struct SendToTarget {
     enum class Kind {
-        Folder,       ///< copied there; a volume is its top folder
-        Mail,         ///< attached to a new mail
-        Zip,          ///< packed into an archive beside them
-        DesktopAlias, ///< an alias of each on the Desktop
+        Folder,       ///< copy there; for a volume its top folder
+        Mail,         ///< attach to a new message
+        Zip,          ///< pack into an archive beside the files
+        DesktopAlias, ///< create an alias of each file on the Desktop
     };
     QUuid id;
     Kind kind = Kind::Folder;
-    QString name;    ///< as the menu shows it
-    Location folder; ///< of `Kind::Folder` alone
+    QString name;    ///< as shown in the menu
+    Location folder; ///< for `Kind::Folder` only
 
     bool operator==(const SendToTarget &) const = default;
 };
 
-/// The send-to targets in their order, kept in the user default "sendToTargets". Who carries out a choice reads its kind:
-/// copying belongs to whoever transfers. Lives on the main thread.
+/// The ordered send-to targets, stored as "sendToTargets". Only manages the list: callers carry out a choice according
+/// to its kind. Lives on the main thread.
 class SendToTargets : public Model<SendToTargets> {
 public:
     static StoredKind kind();
@@ -42,17 +42,17 @@ public:
     Published<std::vector<SendToTarget>> targets;
     Published<std::optional<QString>> errorMessage;
 
-    /// Adds a folder at the end; one that is there already stays where it is.
+    /// Appends a folder; one that is already in the list stays where it is.
     void addFolder(const Location &folder, const QString &name = {});
-    /// Adds one of the targets that are no folder, if it is missing.
+    /// Appends a target that is not a folder, if it is missing.
     void add(SendToTarget::Kind kind);
     void rename(const QUuid &id, const QString &name);
     void remove(const QUuid &id);
-    /// Moves a target to a place in the list.
+    /// Moves a target to an index of the list.
     void move(const QUuid &id, int to);
-    /// The targets of a new account.
+    /// Resets the list to the targets of a new account.
     void restoreDefaults();
-    /// Takes over what another window has stored.
+    /// Re-reads the list; another process may have changed it.
     void reload();
 
 private:
@@ -62,7 +62,7 @@ private:
     const KnownFolders &m_folders;
 };
 
-/// The targets that an account begins with: Desktop alias, Documents, mail, ZIP.
+/// The default targets: Desktop alias, Documents, mail, ZIP.
 std::vector<SendToTarget> usualSendToTargets(const KnownFolders &folders);
 
 } // namespace brellin
