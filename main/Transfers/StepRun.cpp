@@ -5,6 +5,7 @@
 #include "Transfers/AwaitedFlush.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace brellin {
 
@@ -91,6 +92,7 @@ Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
     CopiedEntries copied;
     SpareDescriptors spare = TRY(SpareDescriptors::take());
     WrittenVolume *const written = TRY(volumeFor(step.dst.parent_path()));
+    const Instant began(std::chrono::system_clock::now().time_since_epoch());
     const CopyReport report =
         TRY(m_engine.copy(step.src, temporary, m_state, m_kind == TransferKind::Move ? &copied : nullptr));
     const Result<std::optional<Location>> replaced = place(step, temporary);
@@ -109,7 +111,7 @@ Result<TransferredEntry> StepRun::copyInto(const TransferStep &step)
     entry.size = {report.bytes, report.files};
     written->wrote(step.dst);
     if (m_kind == TransferKind::Move)
-        m_moved.push_back({outcome.done.size(), step, std::move(copied)});
+        m_moved.push_back({outcome.done.size(), step, std::move(copied), began});
     return entry;
 }
 
@@ -185,7 +187,7 @@ Result<void> StepRun::noteRemovals()
     std::vector<TransferLog::Removal> removals;
     removals.reserve(m_moved.size());
     for (const Moved &one : m_moved)
-        removals.push_back({one.step.src, one.step.dst});
+        removals.push_back({one.step.src, one.step.dst, one.copyBegan});
     const Result<void> noted = m_log.noteRemovals(removals);
     if (noted)
         return {};

@@ -36,6 +36,7 @@ private:
         std::size_t number; ///< in `outcome.done`
         TransferStep step;
         CopiedEntries copied;
+        Instant copyBegan;
     };
 
     Result<void> checkAllowed(const TransferStep &step) const;

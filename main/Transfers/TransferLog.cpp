@@ -60,7 +60,7 @@ void TransferLog::noteRename(const Location &src, const Location &dst)
 Result<void> TransferLog::noteRemovals(const std::vector<Removal> &removals)
 {
     for (const Removal &one : removals)
-        TRY(note({Kind::Removal, one.source, one.copy, {}, {}, false}));
+        TRY(note({Kind::Removal, one.source, one.copy, {}, one.copyBegan, false}));
     if (!removals.empty() && m_lock.held() && ::fdatasync(m_lock.descriptor()) != 0)
         return failure(Failure::lastSystem());
     return {};
@@ -75,7 +75,8 @@ Result<void> TransferLog::note(LoggedWork work)
         m_volumeAtWork = volumeOf(work.from);
     }
     work.volume = m_volumeAtWork;
-    work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
+    if (work.kind != Kind::Removal)
+        work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
     const QByteArray line = work.line();
     // There must be room for the removals, which do not begin without.
     const qint64 most = work.kind == Kind::Removal ? longestLog : longestLog / 2;

@@ -29,6 +29,7 @@ public:
     struct Removal {
         Location source;
         Location copy;
+        Instant copyBegan = {}; ///< what was changed since is compared before a later program removes it
     };
     Result<void> noteRemovals(const std::vector<Removal> &removals);
 

@@ -23,8 +23,8 @@ struct LoggedWork {
     Kind kind = Kind::Copy;
     Location from;
     Location to;
-    Location volume; ///< the top of what `from` lies on
-    Instant when;
+    Location volume;       ///< the top of what `from` lies on
+    Instant when;          ///< it was noted; of a removal, when its copy began
     bool reserves = false; ///< an empty file may keep `to` free for a moment
 
     bool operator==(const LoggedWork &) const = default;

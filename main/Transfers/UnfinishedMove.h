@@ -19,7 +19,7 @@ struct UnfinishedMove {
     Location log;
     Location source;
     Location copy;
-    Instant since; ///< when its removal began
+    Instant since; ///< when its copy began
     /// Files and links of the source that stand the same in the copy, by name, size and time …
     std::int64_t entries = 0;
     std::int64_t bytes = 0;

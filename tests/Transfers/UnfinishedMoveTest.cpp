@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -40,6 +42,7 @@ protected:
         if (child == 0) {
             world.faults = FaultPlan();
             world.faults.killAt = n;
+            world.files.afterCopy = afterCopy;
             TransferState state;
             (void)TransferEngine(world.services()).run(steps(), TransferKind::Move, state);
             ::_exit(0);
@@ -88,6 +91,7 @@ protected:
     }
 
     TransferWorld world;
+    std::function<void(const Location &source, const Location &copy)> afterCopy;
 };
 
 } // namespace
@@ -155,6 +159,18 @@ TEST_F(UnfinishedMoveTest, keepsWhatWasTaggedSince)
     EXPECT_EQ(finishAll(), QStringList(QStringLiteral("brief.txt: Weicht von der Kopie ab und bleibt am alten Ort.")));
     EXPECT_TRUE(entryExists(world.home("brief.txt")));
     EXPECT_FALSE(entryExists(world.home("Fotos")));
+}
+
+TEST_F(UnfinishedMoveTest, keepsWhatWasChangedBetweenItsCopyAndTheRemoval)
+{
+    afterCopy = [](const Location &source, const Location &) {
+        const auto now = std::filesystem::status(source).permissions();
+        std::filesystem::permissions(source, now ^ std::filesystem::perms::others_read);
+        ::usleep(50'000); // as long as a flush may take
+    };
+    dieWhileRemoving();
+    EXPECT_EQ(finishAll(), QStringList(QStringLiteral("brief.txt: Weicht von der Kopie ab und bleibt am alten Ort.")));
+    EXPECT_TRUE(entryExists(world.home("brief.txt")));
 }
 
 TEST_F(UnfinishedMoveTest, itsCopyIsNotReplacedForGood)
