@@ -91,6 +91,8 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEnt
     // The only complete copy of what was cut short goes for no half of it.
     if (taken.replaceable() && !taken.trashable && mayBeCopyOfUnfinishedMove(src, dst, services.logs))
         taken.stays = unreadTransferLogs(services.logs).empty() ? WhyItStays::OnlyCopy : WhyItStays::LogUnread;
+    if (taken.replaceable() && taken.trashable && isOnlyCompleteCopy(src, dst, services.logs, control))
+        taken.stays = WhyItStays::OnlyCopy;
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
     taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();

@@ -115,6 +115,21 @@ bool isSamePart(const Location &source, const Location &from, const Location &co
            from.lexically_relative(source) == to.lexically_relative(copy);
 }
 
+/// Whether `copy` holds an entry that `source` does not.
+bool holdsMore(const Location &copy, const Location &source, const JobControl &control)
+{
+    const Result<FileAttributes> attributes = readAttributes(copy);
+    if (!attributes || !attributes->isFolder() || !entryExists(source))
+        return !entryExists(source);
+    bool more = false;
+    const auto compare = [&](const WalkEntry &entry) {
+        more = !entryExists(source / entry.location().lexically_relative(copy));
+        return more ? WalkStep::Stop : WalkStep::Continue;
+    };
+    const Result<WalkOutcome> walked = walk(copy, {}, compare, &control);
+    return more || !walked || walked->unreadableFolders > 0;
+}
+
 } // namespace
 
 std::vector<UnfinishedMove> notedMoves(const Location &logs)
@@ -165,6 +180,18 @@ bool mayBeCopyOfUnfinishedMove(const Location &source, const Location &copy, con
     const NotedRemovals noted = notedRemovals(logs);
     return !noted.complete || std::ranges::any_of(noted.all, [&](const NotedRemoval &one) {
         return isSamePart(source, one.removal.from, copy, one.removal.to) && !isAway(one.removal);
+    });
+}
+
+bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Location &logs, const JobControl &control)
+{
+    return std::ranges::any_of(notedRemovals(logs).all, [&](const NotedRemoval &one) {
+        const LoggedWork &removal = one.removal;
+        if (!isSamePart(source, removal.from, copy, removal.to) || isAway(removal))
+            return false;
+        // Of a folder around the two, only what was moved counts.
+        return isAtOrBelow(source, removal.from) ? holdsMore(copy, source, control)
+                                                 : holdsMore(removal.to, removal.from, control);
     });
 }
 

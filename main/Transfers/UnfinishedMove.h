@@ -46,6 +46,10 @@ std::vector<UnfinishedMove> unfinishedMoves(const Location &logs, const JobContr
 /// is a log that cannot be read.
 bool mayBeCopyOfUnfinishedMove(const Location &source, const Location &copy, const Location &logs);
 
+/// Whether `copy` is known to be such a one, and holds something that is no longer at the source, or nobody can tell. Blocking,
+/// as long as a walk takes.
+bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Location &logs, const JobControl &control);
+
 /// Removes what is left of the source, for good and on the user's yes, as far as the copy holds it with the same content.
 /// Gives a line for each entry that stays. Blocking.
 QStringList finishMove(const UnfinishedMove &move, FileActions &files);

@@ -185,6 +185,24 @@ TEST_F(UnfinishedMoveTest, itsCopyIsNotReplacedForGood)
     EXPECT_TRUE(examineTransfer(request, world.services(), control)->sources[0].taken->replaceable());
 }
 
+TEST_F(UnfinishedMoveTest, itsCopyDoesNotGoToTheTrashForHalfOfIt)
+{
+    dieWhileRemoving();
+    const auto stays = [&](const Location &source, const char *destination) {
+        const TransferRequest request{{source}, world.tree().path(destination), TransferKind::Copy, {}};
+        JobControl control;
+        return examineTransfer(request, world.services(), control)->sources[0].taken->stays;
+    };
+    ASSERT_TRUE(world.trash.possible(world.disk("Fotos")));
+    EXPECT_EQ(stays(world.home("Fotos"), "disk"), WhyItStays::OnlyCopy);
+    EXPECT_EQ(stays(world.home("Fotos/tief"), "disk/Fotos"), WhyItStays::OnlyCopy);
+    EXPECT_EQ(stays(world.home("brief.txt"), "disk"), std::nullopt) << "the source is whole";
+    world.tree().file("state/transfers/fremd.log", "rem\xff\tval\n");
+    EXPECT_EQ(stays(world.home("brief.txt"), "disk"), std::nullopt) << "a log that nobody can read";
+    world.tree().lines({"home/Fotos/a.jpg=eins", "home/Fotos/tief/b.jpg=zwei"});
+    EXPECT_EQ(stays(world.home("Fotos"), "disk"), std::nullopt) << "whole again";
+}
+
 TEST_F(UnfinishedMoveTest, noPartAndNoWholeOfItsCopyIsReplacedForGoodWhileInDoubt)
 {
     dieWhileRemoving();
