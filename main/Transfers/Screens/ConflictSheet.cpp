@@ -13,7 +13,7 @@ namespace {
 
 constexpr int sheetWidth = 660;
 
-/// What "Ersetzen" does, or why it is not there.
+/// What "Ersetzen" would do, or why it is not offered.
 QString consequence(const QString &informative)
 {
     return informative.section(QStringLiteral("\n\n"), 1);
@@ -27,7 +27,7 @@ ConflictSheet::ConflictSheet(const TransferQuestion &question, QWidget *window)
 }
 
 ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQuestion &question, QWidget *window)
-    // "Beide behalten", whether "Ersetzen" stands before it or not.
+    // "Beide behalten", whether or not "Ersetzen" precedes it.
     : QuestionSheet(textOf(fittingHead(question, sheetWidth, window)), Roles{conflict.replaceable() ? 1 : 0},
                     {sheetWidth, 0}, window)
 {

@@ -4,11 +4,11 @@
 
 namespace brellin {
 
-/// A name is taken in the destination: both entries side by side, and what is to become of them.
+/// A name conflict at the destination: shows both entries side by side and asks what to do.
 class ConflictSheet : public QuestionSheet {
     Q_OBJECT
 public:
-    /// `question` is about a conflict.
+    /// `question` must be about a conflict.
     ConflictSheet(const TransferQuestion &question, QWidget *window);
 
 private:

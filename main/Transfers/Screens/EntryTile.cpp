@@ -17,7 +17,7 @@ namespace {
 constexpr int symbolSide = 44;
 constexpr int margin = 12;
 
-/// "1,2 MB" and "3. September 2026, 14:05": the date with its time is what stands last.
+/// Splits into "1,2 MB" and "3. September 2026, 14:05"; the date with its time comes last.
 std::pair<QString, QString> withoutDate(const QString &line)
 {
     const QString comma = QStringLiteral(", ");

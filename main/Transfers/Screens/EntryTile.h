@@ -4,13 +4,13 @@
 
 namespace brellin {
 
-/// One of two entries that stand side by side: its symbol, which of them it is, how large and how old.
+/// One of two entries side by side: symbol, role, size and date.
 class EntryTile : public QWidget {
     Q_OBJECT
 public:
     enum class Shape { File, Folder };
     struct Entry {
-        QString name; ///< decides the symbol
+        QString name; ///< determines the symbol
         Shape shape = Shape::File;
     };
     /// `line`: "1,2 MB, 3. September 2026, 14:05"

@@ -7,14 +7,14 @@
 
 namespace brellin {
 
-/// Incomplete copies that a crash left in a folder: whether to remove them. Tells at most one `removeWanted`, then it goes.
+/// Offers to remove incomplete copies that a crash left in a folder. Emits `removeWanted` at most once, then closes.
 class LeftoverSheet : public SheetFrame {
     Q_OBJECT
 public:
-    /// `leftovers`: entries of one folder.
+    /// `leftovers` must be entries of one folder.
     LeftoverSheet(const std::vector<Location> &leftovers, QWidget *window);
 
-    /// Opens it with the keys on "Behalten".
+    /// Opens the sheet with "Behalten" focused.
     void ask();
 
     Q_SIGNAL void removeWanted();

@@ -13,7 +13,7 @@ constexpr QSize wanted(500, 0);
 } // namespace
 
 NoTrashSheet::NoTrashSheet(const TransferQuestion &question, QWidget *window)
-    // "Überspringen" is what loses nothing.
+    // "Überspringen" loses nothing, so it is the default.
     : QuestionSheet(textOf(fittingHead(question, wanted.width(), window)), {1, 0}, wanted, window)
 {
     setObjectName(QStringLiteral("noTrashSheet"));

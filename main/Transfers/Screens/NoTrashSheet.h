@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// What is to be replaced has no Trash to go to: nothing is deleted for good without being asked about here.
+/// Asks before an entry is replaced that cannot be trashed: nothing is deleted for good without this question.
 class NoTrashSheet : public QuestionSheet {
     Q_OBJECT
 public:

@@ -15,7 +15,7 @@ ObstacleSheet::ObstacleSheet(const TransferQuestion &question, QWidget *window)
     setAccessibleDescription(text().informative + u'\n' + text().hint);
     TextLabel *const hint = makeBody(QStringLiteral("Noch ist nichts übertragen. ") + text().hint, this);
     hint->setObjectName(QStringLiteral("obstacleHint"));
-    hint->setMinimumWidth(1); // a name that cannot be broken may not widen the sheet
+    hint->setMinimumWidth(1); // an unbreakable name must not widen the sheet
     content()->addWidget(hint);
     content()->addSpacing(scaled(4));
     auto *const list = new ReasonList(text().informative.split(u'\n'), this);

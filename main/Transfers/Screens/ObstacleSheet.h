@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// What speaks against a transfer before its first byte, as a list of names and reasons.
+/// Obstacles found before a transfer starts, as a list of names and reasons.
 class ObstacleSheet : public QuestionSheet {
     Q_OBJECT
 public:

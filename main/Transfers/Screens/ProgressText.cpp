@@ -39,7 +39,7 @@ void ProgressText::setText(const QString &text)
     dress();
 }
 
-/// As many parts in a line as fit; a part that is too long for one is left to the painter.
+/// Puts as many pieces as fit on each line; the painter elides a piece that is too long for one.
 QStringList ProgressText::broken() const
 {
     QStringList lines;

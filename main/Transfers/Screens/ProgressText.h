@@ -5,9 +5,8 @@
 
 namespace brellin {
 
-/// A small text of numbers that change all the time ("1,1 GB von 1,7 GB · 212 von 340 Dateien"): its digits stand still, and
-/// where it is too wide it goes on in another line, broken at " · ". It keeps the height it once needed, so that nothing
-/// around it jumps.
+/// A small text with changing numbers ("1,1 GB von 1,7 GB · 212 von 340 Dateien"): uses digits of equal width, and
+/// wraps at " · ". Never shrinks in height, so that nothing around it jumps.
 class ProgressText : public QWidget {
     Q_OBJECT
 public:

@@ -70,7 +70,7 @@ void QuestionSheet::answer(const QuestionText::Button &button)
     TransferAnswer given = button.answer;
     if (auto *const conflict = std::get_if<ConflictAnswer>(&given); conflict && m_forAll)
         conflict->forAll = m_forAll->isChecked();
-    // Closed before it is told: the next question may open at once.
+    // Close first: the next question may open at once.
     close();
     Q_EMIT answered(given);
 }

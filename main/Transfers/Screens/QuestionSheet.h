@@ -7,27 +7,27 @@ class QCheckBox;
 
 namespace brellin {
 
-/// A question of a transfer as a sheet: its buttons in their order, its check box where it has one. Tells one answer, then
-/// it goes; Esc is its last button. What stands above the buttons is put there by whoever derives from it.
+/// Base of the sheets that ask a transfer's question: buttons and an optional check box. Emits one answer, then closes;
+/// Esc chooses the last button. Subclasses add the content above the buttons.
 class QuestionSheet : public SheetFrame {
     Q_OBJECT
 public:
-    /// What two of the buttons are: counted from the left.
+    /// Indices of two buttons, from the left.
     struct Roles {
-        qsizetype usual = 0;   ///< has the keys at first; never one that replaces or deletes
-        qsizetype danger = -1; ///< loses something for good
+        qsizetype usual = 0;   ///< focused at first; never one that replaces or deletes
+        qsizetype danger = -1; ///< loses data for good
     };
     QuestionSheet(QuestionText text, Roles roles, QSize wanted, QWidget *window);
 
-    /// Opens it with the keys on the usual button.
+    /// Opens the sheet with the default button focused.
     void ask();
-    /// It is no longer asked: goes without an answer.
+    /// Closes without an answer, when the question is no longer asked.
     void withdraw() { close(); }
 
     Q_SIGNAL void answered(const brellin::TransferAnswer &answer);
 
 protected:
-    /// Below what stands in the sheet.
+    /// Adds the check box below the content.
     void addForAll();
     const QuestionText &text() const { return m_text; }
     void escape() override;
@@ -41,11 +41,10 @@ private:
     QCheckBox *m_forAll = nullptr;
 };
 
-/// The sheet for a question, not yet open.
+/// Creates the sheet for a question, without opening it.
 QuestionSheet *makeQuestionSheet(const TransferQuestion &question, QWidget *window);
 
-/// The question with its name shortened in the middle so that its message fits into the head of a sheet over `window` that is
-/// to be `sheetWidth` wide.
+/// Elides the name in the question, so that its message fits into the title of a sheet of `sheetWidth` over `window`.
 TransferQuestion fittingHead(TransferQuestion question, int sheetWidth, const QWidget *window);
 
 } // namespace brellin

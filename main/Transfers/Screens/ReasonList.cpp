@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// What cannot be broken into lines may not widen everything around it.
+/// Keeps unbreakable text from widening its surroundings.
 void narrow(QLabel *label)
 {
     label->setMinimumWidth(1);

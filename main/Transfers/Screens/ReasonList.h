@@ -5,8 +5,7 @@
 
 namespace brellin {
 
-/// Names with the reason for each below it ("Film.mkv: Die Datei ist zu groß."). A name that is too long is shortened in its
-/// middle.
+/// Names, each with its reason below ("Film.mkv: Die Datei ist zu groß."). Long names are elided in the middle.
 class ReasonList : public QWidget {
     Q_OBJECT
 public:

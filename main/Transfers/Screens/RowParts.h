@@ -13,12 +13,12 @@ namespace brellin {
 
 class ElidedLabel;
 
-/// What the rows of the transfer panel are put together from.
+/// Building blocks of the transfer panel's rows.
 namespace rowParts {
 
-constexpr int wholeBar = 1000; ///< a bar's upper end; with 0 it only moves
+constexpr int wholeBar = 1000; ///< maximum of a progress bar; 0 makes it indeterminate
 
-/// A symbol before a line of text.
+/// A symbol in front of a line of text.
 QWidget *makeMark(const QString &symbol, Token token, QWidget *parent);
 ElidedLabel *makeBoldLine(const QString &objectName, QWidget *parent);
 QProgressBar *makeBar(const QString &objectName, QWidget *parent);

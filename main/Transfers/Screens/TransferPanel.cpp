@@ -75,7 +75,7 @@ void TransferPanel::build()
     column->addStretch(1);
     m_area = new QScrollArea(m_card);
     m_area->setWidget(inner);
-    inner->setAutoFillBackground(false); // setWidget has switched it on
+    inner->setAutoFillBackground(false); // setWidget() switched it on
     m_area->viewport()->setAutoFillBackground(false);
     m_area->setWidgetResizable(true);
     m_area->setFocusPolicy(Qt::NoFocus);
@@ -113,7 +113,7 @@ void TransferPanel::refresh()
 {
     if (m_queue.jobs.get().empty() && m_queue.waiting.get().empty() && m_work.empty() && m_notes.empty()) {
         m_patience->stop();
-        // The last rows stay until the panel is out of sight.
+        // Keep the last rows until the panel has slid out.
         leave();
         return;
     }
@@ -123,7 +123,7 @@ void TransferPanel::refresh()
     showWaiting();
     showAsking();
     if (!m_open && isVisible())
-        appear(); // on its way out
+        appear(); // it was sliding out
     else if (!m_open && !m_patience->isActive())
         m_patience->start();
 }
@@ -136,8 +136,7 @@ void TransferPanel::removeAll(std::map<Id, Row *> &rows)
     rows.clear();
 }
 
-/// Brings rows into line with what there is: that of what has gone leaves, and what has none yet gets the one that `make`
-/// makes for it.
+/// Updates rows to match a list: removes those whose element is gone, and creates missing ones with `make`.
 template <class Id, class Row, class List, class IdOf, class Make>
 void TransferPanel::arrange(std::map<Id, Row *> &rows, QVBoxLayout *column, const List &list, IdOf idOf, Make make)
 {
@@ -161,7 +160,7 @@ void TransferPanel::showJobs()
         auto *const row = new JobRow(job, m_area->widget());
         connect(row, &JobRow::pauseWanted, this, [job](bool paused) { job->setPaused(paused); });
         connect(row, &JobRow::cancelWanted, this, [this, row, id = job->id] {
-            // What is cancelled has no buttons to press any more.
+            // A cancelled job's buttons get disabled, so the focus must go.
             takeKeysFrom(row);
             m_queue.cancel(id);
         });
@@ -173,7 +172,7 @@ void TransferPanel::showWork(std::vector<PanelWork> work)
 {
     if (work == m_work)
         return;
-    // Rows that are only on their way out with the panel are those of other work.
+    // If there was no work, remaining rows are leftovers that are sliding out.
     if (m_work.empty())
         removeAll(m_workRows);
     m_work = std::move(work);
@@ -194,7 +193,7 @@ void TransferPanel::showWorkRows()
         m_workRows.at(one.id)->show(one);
 }
 
-/// What copies could not keep is said once at the end of each transfer.
+/// Reports once per finished transfer what its copies could not preserve.
 void TransferPanel::note(const FinishedTransfer &finished)
 {
     const QStringList &lines = finished.outcome.notes;
@@ -290,7 +289,7 @@ void TransferPanel::leave()
     slide(m_below, 1);
 }
 
-/// Out of sight.
+/// Called when the panel has slid out.
 void TransferPanel::left()
 {
     removeAll(m_jobs);
@@ -342,7 +341,7 @@ bool TransferPanel::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-/// Return is the button that has the keys; Esc goes back to where they were.
+/// Return activates the focused button; Esc returns the focus.
 void TransferPanel::keyPressEvent(QKeyEvent *event)
 {
     auto *const button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());

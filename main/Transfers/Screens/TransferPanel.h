@@ -25,30 +25,29 @@ class TransferQueue;
 class WaitingRow;
 struct FinishedTransfer;
 
-/// A card at the lower right of a window that shows the transfers under way and those that wait, what else is done with files,
-/// and for a while what a finished transfer could not keep. It comes by itself when there is something to show for a while,
-/// and goes with it; it never takes the keys by itself, and gives them back when it goes.
+/// A card at the lower right of a window with running and waiting transfers, other file operations and, for a while,
+/// remarks on finished transfers. Slides in when something takes long enough, and out when nothing is left. Never takes
+/// the focus by itself, and returns it when it disappears.
 class TransferPanel : public QWidget {
     Q_OBJECT
 public:
-    /// What takes no longer than `patience` is not shown; what is to be said of a finished transfer stands for `reading`. The
-    /// queue outlives the panel.
+    /// Operations shorter than `patience` are not shown; remarks stay for `reading`. The queue must outlive the panel.
     TransferPanel(TransferQueue &queue, QWidget *window,
                   std::chrono::milliseconds patience = std::chrono::milliseconds(300),
                   std::chrono::milliseconds reading = std::chrono::seconds(15));
 
     QSize sizeHint() const override;
-    /// Takes its place at the lower right of `area` (in the window), two thirds of its height at most. To be called when `placeWanted`
-    /// says so, and when the area changes.
+    /// Moves the panel to the lower right of `area` (window coordinates), at most two thirds of its height. Call on
+    /// `placeWanted` and when the area changes.
     void placeIn(const QRect &area);
 
-    /// What else is under way, in the place of what was said before.
+    /// Replaces the list of other operations on display.
     void showWork(std::vector<PanelWork> work);
 
     Q_SIGNAL void workCancelWanted(int id);
-    /// It is about to appear, or wants another size.
+    /// The panel is about to appear, or its size has changed.
     Q_SIGNAL void placeWanted();
-    /// It has appeared, or gone.
+    /// The panel has appeared or disappeared.
     Q_SIGNAL void shownChanged(bool shown);
 
 protected:
@@ -103,10 +102,10 @@ private:
     std::vector<Note> m_notes;
     const std::chrono::milliseconds m_reading;
     QTimer *m_patience = nullptr;
-    QVariantAnimation m_slide; ///< how far the card is below its place, 0 … 1 of its height
+    QVariantAnimation m_slide; ///< offset of the card below its place, as a fraction of its height
     double m_below = 0;
     bool m_open = false;
-    QPointer<QWidget> m_keysBefore; ///< had the focus before it came into the panel
+    QPointer<QWidget> m_keysBefore; ///< focused before the focus entered the panel
 };
 
 } // namespace brellin

@@ -81,7 +81,7 @@ void JobRow::setAsking(bool asking)
     refresh();
 }
 
-/// One line of text that says how far it is.
+/// One line about the progress.
 QString JobRow::state() const
 {
     if (m_job->cancelling.get())
@@ -110,7 +110,7 @@ void JobRow::refresh()
     setAccessibleName(m_job->title() + QStringLiteral(", ") + state());
 }
 
-/// While nobody knows how much there is, the bar only moves, where things may.
+/// While the total is unknown the bar is indeterminate, if animations are allowed.
 void JobRow::showBar()
 {
     const bool unknown = m_job->measuring.get() && !m_asking && !m_job->cancelling.get() && Theme::shared().motion();

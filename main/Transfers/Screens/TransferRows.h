@@ -16,14 +16,14 @@ class SymbolButton;
 class TransferJob;
 struct WaitingTransfer;
 
-/// What a transfer under way is at, with its bar and its buttons.
+/// A running transfer with its progress bar and buttons.
 class JobRow : public QWidget {
     Q_OBJECT
 public:
     JobRow(std::shared_ptr<TransferJob> job, QWidget *parent);
 
     const TransferJob &job() const { return *m_job; }
-    /// Whether it stands still until a question is answered.
+    /// Whether it is waiting for an answer.
     void setAsking(bool asking);
 
     Q_SIGNAL void pauseWanted(bool paused);
@@ -47,7 +47,7 @@ private:
     SymbolButton *m_cancel = nullptr;
 };
 
-/// A transfer that waits for another.
+/// A transfer waiting in the queue.
 class WaitingRow : public QWidget {
     Q_OBJECT
 public:

@@ -22,7 +22,7 @@ TransferScreens::TransferScreens(TransferQueue &queue, TransferServices services
     , m_window(window)
 {
     m_queue.questions.observe(this, [this](const auto &) { follow(); });
-    // Which window is active is settled only after this signal.
+    // The active window has its new value only after this signal.
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &TransferScreens::follow, Qt::QueuedConnection);
     follow();
 }
@@ -71,7 +71,7 @@ void TransferScreens::visit(const Location &folder)
 void TransferScreens::offer(std::vector<Location> leftovers)
 {
     std::erase_if(leftovers, [this](const Location &one) { return m_kept.contains(one); });
-    // With another question open there is time at the next visit.
+    // Another question is open: ask on the next visit.
     if (leftovers.empty() || m_offer || m_sheet)
         return;
     m_kept.insert(leftovers.begin(), leftovers.end());
@@ -91,7 +91,7 @@ void TransferScreens::removeAll(const std::vector<Location> &leftovers)
         [this](const QStringList &failures) { say(failures); }, [] {});
 }
 
-/// Wherever they lie: no business of the visited volume, and perhaps long.
+/// Searches all logs, wherever the moves were: unrelated to the visited volume, and possibly slow.
 void TransferScreens::lookForUnfinishedMoves()
 {
     if (m_comparing.running() || m_offer || m_sheet)
@@ -105,7 +105,7 @@ void TransferScreens::lookForUnfinishedMoves()
         [this](std::vector<UnfinishedMove> moves) { offer(std::move(moves)); }, [] {});
 }
 
-/// One at a time: the next one with the next visit.
+/// One at a time; the next one on the next visit.
 void TransferScreens::offer(std::vector<UnfinishedMove> moves)
 {
     std::erase_if(moves, [this](const UnfinishedMove &one) { return m_queue.offeredMoves().contains(one.source); });
