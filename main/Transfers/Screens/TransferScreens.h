@@ -16,21 +16,21 @@ class QuestionSheet;
 class SheetFrame;
 class TransferQueue;
 
-/// Asks over one window what transfers want to know, and whether to remove what a crash left in a folder that is visited.
+/// Shows the questions of transfers over one window, and offers to clean up what a crash left in visited folders.
 ///
-/// Each window has one. A question stands over the window that is active, and moves with the user to another; an answer in
-/// one is an answer for all. While no window of the program is active it waits over all of them.
+/// Each window has an instance. A question appears over the active window and moves along with the user; an answer in
+/// one window settles it for all. While no window of the program is active it appears over all of them.
 class TransferScreens : public QObject {
     Q_OBJECT
 public:
-    /// Queue, services and clock outlive it; it goes with the window.
+    /// Queue, services and clock must outlive it. Destroyed with the window.
     TransferScreens(TransferQueue &queue, TransferServices services, const Clock &clock, QWidget *window);
 
-    /// Looks, on a worker, for what a crash left in this folder, and for moves that it left half done anywhere. Declined once,
-    /// it is not asked about again; a move not in any window of the queue either.
+    /// Searches, on a worker, for leftovers of a crash in this folder and for unfinished moves anywhere. What was
+    /// declined is not asked again; an unfinished move is offered only once for all windows.
     void visit(const Location &folder);
 
-    /// Something went wrong, for the window to say.
+    /// An error for the window to show.
     Q_SIGNAL void failed(const QString &message);
 
 private:
@@ -49,9 +49,9 @@ private:
     const Clock &m_clock;
     QWidget *const m_window;
     QPointer<QuestionSheet> m_sheet;
-    QUuid m_asked; ///< what the sheet asks
+    QUuid m_asked; ///< id of the question on display
     QPointer<SheetFrame> m_offer;
-    std::set<Location> m_kept; ///< leftovers that the user wants to keep
+    std::set<Location> m_kept; ///< leftovers the user has chosen to keep
     FileCall<std::vector<Location>> m_looking;
     FileCall<QStringList> m_removing;
     FileCall<std::vector<UnfinishedMove>> m_comparing;

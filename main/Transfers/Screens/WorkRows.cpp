@@ -60,7 +60,7 @@ NoteRow::NoteRow(const QString &title, const QString &note, QWidget *parent) : Q
     setObjectName(QStringLiteral("transferNote"));
     setAccessibleName(title + QStringLiteral(". ") + note);
     auto *const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, scaled(8)); // it stands apart from what is under way
+    column->setContentsMargins(0, 0, 0, scaled(8)); // space between a note and the operations
     column->setSpacing(scaled(3));
     QHBoxLayout *const head = addLine(*column);
     head->addWidget(makeMark(QStringLiteral("circle-check"), Token::Success, this));

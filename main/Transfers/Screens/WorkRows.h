@@ -12,17 +12,17 @@ namespace brellin {
 class ElidedLabel;
 class SymbolButton;
 
-/// Something else that is done with files and takes its time: an archive that is being packed, the Trash that is being emptied.
+/// Another file operation that takes long, such as packing an archive or emptying the Trash.
 struct PanelWork {
     int id = 0;
     QString title;                  ///< „Komprimiere 3 Elemente“
-    QString detail;                 ///< what it is at
-    std::optional<double> progress; ///< none where it cannot be told
+    QString detail;                 ///< the current step
+    std::optional<double> progress; ///< nullopt: unknown
 
     bool operator==(const PanelWork &) const = default;
 };
 
-/// The row of such work.
+/// The row of such an operation.
 class WorkRow : public QWidget {
     Q_OBJECT
 public:
@@ -42,7 +42,7 @@ private:
     SymbolButton *m_cancel = nullptr;
 };
 
-/// What is to be said of a transfer that is done: stands for a while, or until it is closed.
+/// A remark on a finished transfer; stays for a while, or until it is closed.
 class NoteRow : public QWidget {
     Q_OBJECT
 public:
