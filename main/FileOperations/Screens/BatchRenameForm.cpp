@@ -22,7 +22,7 @@ using Mode = BatchRenameFields::Mode;
 constexpr int biggestNumber = 99'999'999;
 constexpr int mostDigits = 9;
 
-/// Fields side by side, each under its title; the number is the share of the width.
+/// Fields side by side, each below its title; the number is its share of the width.
 QWidget *page(std::initializer_list<std::pair<QWidget *, int>> fields, QWidget *parent)
 {
     auto *const made = new QWidget(parent);

@@ -12,15 +12,14 @@ class QVBoxLayout;
 
 namespace brellin {
 
-/// The four ways to rename several entries, with the fields of the one chosen. What was typed for one is kept while another
-/// is looked at.
+/// The four methods of renaming several entries, with the fields of the selected one. Keeps the input of the others.
 class BatchRenameForm : public QWidget {
     Q_OBJECT
 public:
     explicit BatchRenameForm(const BatchRenameFields &fields, QWidget *parent);
 
     BatchRenameFields fields() const;
-    /// Puts the keys into the first field of the way chosen.
+    /// Focuses the first field of the selected method.
     void focusFirstField();
 
     Q_SIGNAL void changed();

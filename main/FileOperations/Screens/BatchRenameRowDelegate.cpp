@@ -29,7 +29,7 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, int row,
         painter.fillRect(option.rect, color(Token::AccentSoft));
 }
 
-/// The mark and the reason at the right; gives what is left for the name.
+/// Paints the mark and the reason at the right; returns the rectangle left for the name.
 QRect paintNote(QPainter &painter, QRect cell, const QString &note)
 {
     painter.setFont(sizedFont(0.92));

@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// Draws a line of the rename preview: names that stay are pale, a name that cannot be given is red and says why.
+/// Paints a row of the rename preview: unchanged names are pale, invalid ones red with the reason.
 class BatchRenameRowDelegate : public TableDelegate {
     Q_OBJECT
 public:

@@ -58,7 +58,7 @@ int BatchRenameRows::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : columns;
 }
 
-/// None while names or dates are being read.
+/// Null while names or dates are being read.
 const BatchRenameRow *BatchRenameRows::planned(int row) const
 {
     const std::vector<BatchRenameRow> &rows = m_batch->preview.get().rows;

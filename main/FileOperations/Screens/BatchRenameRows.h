@@ -8,19 +8,19 @@
 
 namespace brellin {
 
-/// The preview of a batch as lines of a table: the old name and the new one, as many as there are entries.
+/// The preview of a batch as a table of old and new names, one row per entry.
 class BatchRenameRows : public QAbstractTableModel {
     Q_OBJECT
 public:
     enum Column { Old, New, columns };
     enum Role {
-        NoteRole = Qt::UserRole, ///< why this name cannot be given, in a few words; empty where it can
+        NoteRole = Qt::UserRole, ///< short reason why the name is invalid; empty if it is valid
         ChangesRole              ///< whether the name changes
     };
 
     BatchRenameRows(std::shared_ptr<BatchRename> batch, QObject *parent);
 
-    /// The first line with a conflict; invalid where there is none.
+    /// The first row with a conflict; invalid if there is none.
     QModelIndex firstConflict() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -24,7 +24,7 @@ namespace brellin {
 namespace {
 
 constexpr QSize wantedSize(820, 640);
-/// From so many entries on, the preview waits for a pause in typing: planning them takes longer than a key.
+/// From this many entries on, update the preview only after a pause in typing: planning takes longer than a keystroke.
 constexpr std::size_t manyEntries = 1000;
 constexpr int typingPause = 120;
 
@@ -90,7 +90,7 @@ void BatchRenameSheet::begin()
     d->form->focusFirstField();
 }
 
-/// What is under way is put back before the sheet goes.
+/// If renaming is in progress, the sheet first undoes it and then closes.
 bool BatchRenameSheet::isRenaming() const
 {
     return d->batch->running.get();
@@ -153,7 +153,7 @@ void BatchRenameSheet::Private::buildTable()
     table->setModel(rows);
     dressTable(*table);
     table->setItemDelegate(new BatchRenameRowDelegate(table));
-    table->setSortingEnabled(false); // the numbers follow the order shown
+    table->setSortingEnabled(false); // numbering follows the order on display
     table->setSelectionMode(QAbstractItemView::SingleSelection);
     table->setContextMenuPolicy(Qt::NoContextMenu);
     table->setMinimumHeight(scaled(150));
@@ -249,7 +249,7 @@ void BatchRenameSheet::Private::refresh()
     refreshProgress();
 }
 
-/// What failed comes before what would fail, that before what was done.
+/// Priority: what failed, then conflicts, then what was done.
 void BatchRenameSheet::Private::refreshNote()
 {
     const bool conflict = batch->preview.get().error.has_value();
@@ -281,7 +281,7 @@ void BatchRenameSheet::Private::followForm()
         pause.start(typingPause);
 }
 
-/// What is started is what the fields say, also within the pause.
+/// Called before starting too, so that input within the typing pause is not lost.
 void BatchRenameSheet::Private::takeFields()
 {
     pause.stop();

@@ -7,19 +7,19 @@
 
 namespace brellin {
 
-/// Renames several entries at once: a way and its fields, the preview that follows them, and once it is done the way back.
-/// Closed while it renames, it puts everything back first.
+/// Renames several entries: a method with its fields, a live preview, and undo afterwards. Closing it during the
+/// operation undoes everything first.
 class BatchRenameSheet : public SheetFrame {
     Q_OBJECT
 public:
     BatchRenameSheet(std::unique_ptr<BatchRename> batch, QWidget *window);
     ~BatchRenameSheet() override;
 
-    /// Opens with the keys in the first field.
+    /// Opens the sheet with the first field focused.
     void begin();
     bool isRenaming() const;
 
-    /// The entries have new names, or their old ones again: where they are now.
+    /// Emitted after renaming and after undoing, with the present locations of the entries.
     Q_SIGNAL void renamed(const std::vector<brellin::Location> &places);
 
 protected:

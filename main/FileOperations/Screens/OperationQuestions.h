@@ -8,12 +8,13 @@ namespace brellin {
 
 class YesNoSheet;
 
-/// Asks over one window what operations want to know. Each window has one: a question stands over the window that the user
-/// is in and moves along; while they are in none it stands over all, and one answer holds for all.
+/// Shows the questions of file operations over one window; each window has an instance. A question appears over the
+/// active window and moves along with the user. While no window of the program is active it appears over all of them,
+/// and one answer settles it.
 class OperationQuestions : public QObject {
     Q_OBJECT
 public:
-    /// The operations outlive it; it goes with the window, and leaves the question to the others.
+    /// The operations must outlive it. Destroyed with the window; open questions then appear in other windows.
     OperationQuestions(FileOperations &operations, QWidget *window);
 
 private:
@@ -23,7 +24,7 @@ private:
     FileOperations &m_operations;
     QWidget *const m_window;
     QPointer<YesNoSheet> m_sheet;
-    int m_asked = 0; ///< what the sheet asks
+    int m_asked = 0; ///< id of the question on display
 };
 
 } // namespace brellin

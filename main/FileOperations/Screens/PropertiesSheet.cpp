@@ -264,7 +264,7 @@ void PropertiesSheet::Private::refreshDigest()
     progress->setValue(static_cast<int>(now.progress * 1000));
     digest->setVisible(!now.text.isEmpty());
     digest->setToken(now.state == State::Failed ? Token::Danger : Token::Text);
-    // In groups of eight, so that it breaks into lines and can be compared by eye; what is copied has no blanks.
+    // Groups of eight, so that the digest wraps and can be compared by eye; the copied text has no blanks.
     QString text = now.text;
     if (now.state == State::Done)
         for (qsizetype place = text.size() - 8; place > 0; place -= 8)

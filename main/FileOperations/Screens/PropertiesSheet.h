@@ -7,18 +7,18 @@
 
 namespace brellin {
 
-/// "Eigenschaften" of one entry or of several: what it is, how large, where, since when, who may do what, its tags, and on
-/// request the digest of its content.
+/// "Eigenschaften" of one or more entries: kind, size, location, dates, permissions, tags and, on request, the digest
+/// of the content.
 class PropertiesSheet : public SheetFrame {
     Q_OBJECT
 public:
     PropertiesSheet(std::unique_ptr<EntryProperties> properties, QWidget *window);
     ~PropertiesSheet() override;
 
-    /// Opens with the keys on "Fertig", so that Return changes nothing.
+    /// Opens the sheet with "Fertig" focused, so that Return changes nothing.
     void begin();
 
-    /// Tags of the entries were changed.
+    /// Tags of these entries were changed.
     Q_SIGNAL void tagsChanged(const std::vector<brellin::Location> &entries);
 
 protected:
