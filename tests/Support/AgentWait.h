@@ -6,7 +6,7 @@
 
 namespace brellin::test {
 
-/// Starts an operation of the agent and waits until it has ended.
+/// Starts an operation of the agent and waits until it has finished.
 void wait(CleanupAgent &agent, const std::function<void()> &operation);
 
 } // namespace brellin::test

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The standard folders of an account whose home lies here.
+/// The standard folders of an account with this home folder.
 KnownFolders foldersIn(const Location &home)
 {
     const QByteArray before = qgetenv("HOME");

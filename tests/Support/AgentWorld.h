@@ -13,8 +13,8 @@
 
 namespace brellin::test {
 
-/// A small account for the agent: a home folder ("home"), a second disk ("disk"), a home Trash, stored settings and a state
-/// folder, all in one temporary tree and with faults on request.
+/// An account for agent tests: home folder ("home"), second volume ("disk"), home Trash, settings and state folder, all
+/// in one temporary tree, with fault injection.
 class AgentWorld {
 public:
     AgentWorld();
@@ -29,11 +29,11 @@ public:
     Location home(std::string_view relative) const { return m_tree.path("home") / relative; }
     Location disk(std::string_view relative) const { return m_tree.path("disk") / relative; }
 
-    /// Home and second disk as one text, without the disk's Trash.
+    /// Snapshot of home and second volume, without the latter's Trash.
     std::string snapshot() const;
-    /// The content of every file in the whole tree but settings and journals.
+    /// The contents of all files in the tree, except settings and journals.
     std::set<std::string> contents() const;
-    /// Copies under a hidden temporary name anywhere in the tree.
+    /// Number of hidden temporary copies anywhere in the tree.
     int leftovers() const;
     bool hasJournals() const;
 

@@ -18,7 +18,7 @@ namespace brellin::test {
 
 namespace {
 
-/// Hands this thread's calls of one kind to whoever holds the descriptor that is given; -1 where that is not possible.
+/// Redirects this thread's system calls of one kind to the listener whose descriptor it returns; -1 if not supported.
 int handOver(int call)
 {
     std::array<sock_filter, 4> filter{

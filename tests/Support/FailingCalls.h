@@ -4,8 +4,8 @@
 
 namespace brellin::test {
 
-/// Runs `act` on a thread of its own for which the system's calls of one kind (`SYS_statx` …) fail where `errorOf` gives an
-/// error for the call's number, from 0; 0 lets it through. False, with nothing done, where the system does not offer that.
+/// Runs `act` on a thread of its own, on which system calls of one kind (`SYS_statx` …) fail with `errorOf(number)`,
+/// counting from 0; 0 lets the call through. Returns false without running `act` if the system does not support it.
 bool runWithFailingCalls(int call, const std::function<int(int number)> &errorOf, const std::function<void()> &act);
 
 } // namespace brellin::test

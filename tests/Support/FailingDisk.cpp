@@ -23,7 +23,7 @@ std::string quoted(const Location &path)
 
 } // namespace
 
-/// An image with holes, larger than the memory volume that it lies on.
+/// A sparse image, larger than the tmpfs that holds it.
 FailingDisk::FailingDisk(const Location &workFolder, const Location &mountPoint, std::int64_t bytes)
     : m_medium(workFolder, "tmpfs", ("size=" + std::to_string(bytes / 2)).c_str())
     , m_mountPoint(mountPoint)

@@ -4,11 +4,11 @@
 
 namespace brellin::test {
 
-/// A disk that takes what is written to it and fails only when the system brings it to the medium, mounted at a folder; for
-/// root, where the tools for it are installed.
+/// A volume that accepts writes and reports errors only on writeback, mounted at a folder. Needs root and the tools of
+/// ext4.
 class FailingDisk {
 public:
-    /// `workFolder` is an empty folder for the medium. What fits on it is less than half of `bytes`.
+    /// `workFolder` must be empty; it holds the medium, which takes less than half of `bytes`.
     FailingDisk(const Location &workFolder, const Location &mountPoint, std::int64_t bytes);
     ~FailingDisk();
     FailingDisk(const FailingDisk &) = delete;

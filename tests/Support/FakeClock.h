@@ -4,7 +4,7 @@
 
 namespace brellin::test {
 
-/// A clock that stands still until the test moves it.
+/// A clock that only moves when the test sets it.
 class FakeClock : public Clock {
 public:
     Instant now() const override { return time; }

@@ -15,7 +15,7 @@ inline DecodedPicture redPicture()
     return {2, 1, false, QByteArray("\xFF\0\0\xFF\0\xFF\0\x80", 8)};
 }
 
-/// A decoder that answers with a small picture, or with what the test says, and not before it is let go.
+/// A decoder that returns a small picture, or the test's answers, and can be held back.
 class FakeDecoder : public Decoder {
 public:
     Result<QByteArray> ask(const DecoderRequest &request, const JobControl *control) override
@@ -43,8 +43,8 @@ public:
     }
 
     Result<QByteArray> answer = bytesOf(redPicture());
-    std::map<std::string, Result<QByteArray>> answers; ///< to requests with this word instead
-    std::function<void()> before;                      ///< on the worker, just before the answer
+    std::map<std::string, Result<QByteArray>> answers; ///< answers to requests with this word
+    std::function<void()> before;                      ///< called on the worker just before answering
 
 private:
     std::mutex m_mutex;

@@ -6,7 +6,7 @@
 
 namespace brellin::test {
 
-/// A language model that says what the test wants, and remembers what it was asked.
+/// A language model with canned answers, which records its prompts.
 class FakeModel : public LanguageModel {
 public:
     ModelStatus status() override { return answer.isEmpty() ? ModelStatus::Unavailable : ModelStatus::Available; }
@@ -17,7 +17,7 @@ public:
         return answer;
     }
 
-    QString answer; ///< empty: there is no model
+    QString answer; ///< empty: no model
     QStringList prompts;
 };
 

@@ -4,7 +4,7 @@
 
 namespace brellin::test {
 
-/// A desktop that takes note of what it is asked for.
+/// A desktop that records what it is asked to do.
 class FakeWorkspace : public Workspace {
 public:
     bool hasApplication(const QString &) const override { return installed; }

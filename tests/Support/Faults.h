@@ -9,16 +9,16 @@
 
 namespace brellin::test {
 
-/// Decides what happens at the n-th change that goes through the faulty ports below.
+/// Controls fault injection at the n-th change that goes through the faulty ports below.
 class FaultPlan {
 public:
-    /// The change number `n` (from 0) fails with `error`, before it does anything; -1: none.
+    /// The change with this number (from 0) fails with `error` without any effect; -1: none.
     int failAt = -1;
     int error = EIO;
-    /// The process is killed as the n-th point is reached; each change has one before and one after it; -1: none.
+    /// Kills the process at this point; each change has one point before and one after it; -1: never.
     int killAt = -1;
 
-    /// Runs one change.
+    /// Performs one change.
     template <class T>
     Result<T> change(const std::function<Result<T>()> &act)
     {
@@ -38,7 +38,7 @@ private:
     int m_points = 0;
 };
 
-/// The real file actions with faults. A rename between two volumes of `volumes` answers as the system would.
+/// The real file actions with fault injection. Renames between two volumes of `volumes` fail as in reality.
 class FaultyFileActions : public FileActions {
 public:
     FaultyFileActions(FaultPlan &plan, const Volumes &volumes) : m_plan(plan), m_volumes(volumes) {}
@@ -60,22 +60,23 @@ public:
     Result<void> createFolder(const Location &folder) override;
     Result<void> removeEmptyFolder(const Location &folder) override;
 
-    /// Renames files as on volumes with neither exclusive rename nor hard links, in two changes: an empty file keeps the name
-    /// free, the entry goes over it.
+    /// Renames files as on volumes with neither exclusive rename nor hard links, in two changes: creates an empty file
+    /// to reserve the name, then renames the entry over it.
     bool reserving = false;
-    /// With that: as on volumes that know hard links, in two changes: the entry has both names, then the new one only.
+    /// In addition to `reserving`: as on volumes with hard links, in two changes: links the new name, then removes the
+    /// old one.
     bool linking = false;
-    /// Called after each copy, so that a test can spoil it.
+    /// Called after each copy; a test can corrupt it here.
     std::function<void(const Location &source, const Location &copy)> afterCopy;
     /// Called before each flush of an entry.
     std::function<void(const Location &entry)> beforeFlush;
     /// Called before each flush of a volume.
     std::function<void()> beforeVolumeFlush;
-    /// Called right before something that was shown is removed for good, so that a test can add to it.
+    /// Called right before entries are removed for good; a test can add to them here.
     std::function<void(const Location &entry)> beforeRemoval;
-    /// What each copy says that it could not keep.
+    /// What each copy reports as not preserved.
     QStringList notKept;
-    /// Called before each rename between held folders, so that a test can put others in their places.
+    /// Called before each rename between held folders; a test can swap folders here.
     std::function<void(const Location &from)> beforeHeldRename;
 
 private:
@@ -86,7 +87,7 @@ private:
     DiskFileActions m_real;
 };
 
-/// Another Trash with faults.
+/// Wraps a Trash with fault injection.
 class FaultyTrash : public Trash {
 public:
     FaultyTrash(FaultPlan &plan, Trash &real) : m_plan(plan), m_real(real) {}
@@ -105,7 +106,7 @@ private:
     Trash &m_real;
 };
 
-/// Other settings with faults when lists are stored.
+/// Wraps settings with fault injection on storing lists.
 class FaultyUserDefaults : public UserDefaults {
 public:
     FaultyUserDefaults(FaultPlan &plan, UserDefaults &real) : m_plan(plan), m_real(real) {}
@@ -127,7 +128,7 @@ private:
     UserDefaults &m_real;
 };
 
-/// Makes one folder a volume of its own, beside the one that holds everything else.
+/// Makes one folder count as a volume of its own.
 class SplitVolumes : public SystemVolumes {
 public:
     explicit SplitVolumes(Location other) : m_other(std::move(other)) {}

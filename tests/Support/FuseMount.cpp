@@ -9,7 +9,7 @@ namespace brellin::test {
 
 namespace {
 
-/// What it puts out where it succeeds.
+/// The script's output if it succeeds.
 std::optional<std::string> outputOf(const std::string &script, const std::string &argument)
 {
     ProcessRequest request;

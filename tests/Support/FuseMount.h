@@ -6,11 +6,12 @@
 
 namespace brellin::test {
 
-/// A small exFAT volume through FUSE, as memory cards are, that only this process sees: no hard links, no exclusive rename, and
-/// an open file that is removed leaves a hidden one. For tests that root runs where the tools are; elsewhere there is none.
+/// A small exFAT volume mounted through FUSE, as on memory cards, visible to this process only: no hard links, no
+/// exclusive rename, and removing an open file leaves a hidden one. Needs root and the tools; otherwise nothing is
+/// mounted.
 class FuseMount {
 public:
-    /// Mounts it on `folder`; its image lies beside that.
+    /// Mounts it on `folder`; the image lies beside that.
     explicit FuseMount(const Location &folder);
     ~FuseMount();
     FuseMount(const FuseMount &) = delete;

@@ -4,8 +4,8 @@
 
 namespace brellin::test {
 
-/// Leads home and every XDG folder into a folder of this test process, before Qt looks at them: a test never sees the
-/// account it runs in. Goes with the process.
+/// Redirects HOME and all XDG folders into a temporary folder of this test process, so that tests never see the real
+/// account. Create it before Qt reads them.
 class Isolation {
 public:
     Isolation();

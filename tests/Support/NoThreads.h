@@ -6,7 +6,7 @@
 
 namespace brellin::test {
 
-/// While it lives, the system gives no thread: none finds room for its stack.
+/// While it exists, creating a thread fails, because its default stack size is impossible.
 class NoThreads {
 public:
     NoThreads()

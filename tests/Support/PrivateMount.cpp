@@ -14,7 +14,7 @@ namespace brellin::test {
 
 namespace {
 
-/// Before the program has any other thread, which would keep the view of before.
+/// Unshares the mount namespace during static initialisation: threads created earlier would keep the old one.
 const bool seesOwnMounts =
     ::geteuid() == 0 && ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 

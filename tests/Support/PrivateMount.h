@@ -6,22 +6,22 @@
 
 namespace brellin::test {
 
-/// A volume of its own that only this process sees, for tests that root runs; elsewhere there is none.
+/// A mount visible to this process only. Needs root; otherwise nothing is mounted.
 class PrivateMount {
 public:
     PrivateMount(const Location &folder, const char *type, const char *options);
-    /// A folder that is there already, shown here as well.
+    /// Bind-mounts an existing folder.
     static PrivateMount bind(const Location &shown, const Location &folder);
     ~PrivateMount();
     PrivateMount(const PrivateMount &) = delete;
     PrivateMount &operator=(const PrivateMount &) = delete;
     explicit operator bool() const { return m_mounted; }
-    /// Whether this process sees mounts that no other does.
+    /// Whether this process has a private mount namespace.
     static bool possible();
 
-    /// From now on nothing in it can be changed.
+    /// Remounts it read-only.
     bool makeReadOnly() const;
-    /// Fills it up, with a file of this name, until `bytes` are free.
+    /// Fills the volume with a file of this name until only `bytes` are free.
     void leaveFree(std::int64_t bytes, const char *name) const;
 
 private:

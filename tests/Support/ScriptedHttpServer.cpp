@@ -10,7 +10,7 @@ namespace brellin::test {
 
 namespace {
 
-/// The request in what has arrived, once it is complete.
+/// Parses the request once it has arrived completely.
 std::optional<HttpRequestSeen> completeRequest(const QByteArray &bytes)
 {
     const qsizetype end = bytes.indexOf("\r\n\r\n");

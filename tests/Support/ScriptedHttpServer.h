@@ -19,18 +19,17 @@ struct HttpRequestSeen {
     QByteArray body;
 };
 
-/// What a scripted server does with one request.
+/// The server's scripted reaction to one request.
 struct HttpReply {
-    QByteArray bytes;                   ///< the whole answer as it goes over the wire
-    std::chrono::milliseconds delay{0}; ///< before anything is sent
-    bool silent = false;                ///< never answers, and keeps the connection open
+    QByteArray bytes;                   ///< the complete response as sent
+    std::chrono::milliseconds delay{0}; ///< time to wait before sending
+    bool silent = false;                ///< never responds, but keeps the connection open
 
     static HttpReply with(int status, const QByteArray &body, const QByteArray &moreHeaders = {});
     static HttpReply never() { return {{}, {}, true}; }
 };
 
-/// A small HTTP server on a loopback port, on a thread of its own, that answers as its script says and remembers what it
-/// was asked.
+/// A small HTTP server on a loopback port, on a thread of its own, that follows a script and records the requests.
 class ScriptedHttpServer : private QThread {
 public:
     using Script = std::function<HttpReply(const HttpRequestSeen &)>;

@@ -5,7 +5,7 @@
 
 namespace brellin::test {
 
-/// A PDF file of one page that says `text` (Latin 1, without brackets and backslashes).
+/// A one-page PDF containing `text` (Latin-1, without parentheses and backslashes).
 std::string smallPdf(std::string_view text);
 
 } // namespace brellin::test

@@ -8,18 +8,18 @@
 
 namespace brellin::test {
 
-/// A program that runs beside the test; killed with it. Not a QProcess: its child shares our memory until it becomes the program,
-/// which leaves the thread sanitizer blind to the locks of the thread that started it.
+/// A program running beside the test; killed on destruction. Not a QProcess: its child shares our memory until exec,
+/// which hides the starting thread's locks from the thread sanitizer.
 class StartedProgram {
 public:
-    /// Found in PATH. `changed` is set in its copy of our environment.
+    /// The program is looked up in PATH. `changed` is set in its copy of the environment.
     explicit StartedProgram(std::vector<std::string> words, const std::map<std::string, std::string> &changed = {});
     ~StartedProgram();
     StartedProgram(const StartedProgram &) = delete;
     StartedProgram &operator=(const StartedProgram &) = delete;
 
     bool running();
-    /// Of one that has ended by itself.
+    /// Valid once the program has exited by itself.
     int exitCode() const;
     void signal(int number) const;
 

@@ -25,7 +25,7 @@ std::string contentOf(const Location &file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// "user.x=value" of every user attribute, sorted.
+/// All user attributes as sorted "user.x=value".
 std::string attributesOf(const Location &entry)
 {
     std::vector<char> names(65536);
