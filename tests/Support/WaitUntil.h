@@ -7,7 +7,7 @@
 
 namespace brellin::test {
 
-/// Lets the event loop work until the condition holds. False when it does not within a time that only a fault takes.
+/// Runs the event loop until the condition holds. Returns false after a timeout that is only reached on failure.
 template <class Condition>
 bool waitUntil(Condition condition)
 {

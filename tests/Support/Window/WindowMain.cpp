@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 
-/// Windows are real, but on no screen.
+/// Uses real windows, rendered offscreen.
 int main(int argc, char **argv)
 {
     const brellin::test::Isolation isolation;
