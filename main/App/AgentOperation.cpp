@@ -41,7 +41,7 @@ void waitFor(CleanupAgent &agent, Terminal &terminal, const std::function<void()
 
 ExitCode exitCodeOf(const Failure &failure, Terminal &terminal)
 {
-    // Only the user can decide what becomes of damaged data.
+    // What to do about damaged data is the user's decision.
     const QString how =
         failure.is(std::errc::illegal_byte_sequence) ? QStringLiteral(" Wie es weitergeht: brellin daten") : QString();
     terminal.message(failure.message + how);

@@ -8,11 +8,11 @@
 
 namespace brellin {
 
-/// Starts an operation of the agent and waits for its end, with a line of progress once it takes longer than a second.
+/// Starts an operation of the agent and waits for its end; shows a progress line once it takes longer than a second.
 /// Ctrl-C cancels it.
 void waitFor(CleanupAgent &agent, Terminal &terminal, const std::function<void()> &start);
 
-/// The exit code for an operation that was not begun, or that was cancelled as a whole; says the reason.
+/// Prints the reason and returns the exit code for an operation that was not started, or was cancelled altogether.
 ExitCode exitCodeOf(const Failure &failure, Terminal &terminal);
 
 } // namespace brellin

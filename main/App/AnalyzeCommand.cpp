@@ -6,7 +6,7 @@ namespace brellin {
 
 namespace {
 
-/// The folder that a command is about.
+/// The folder argument of the command.
 Result<Location> folderOf(const CommandContext &context)
 {
     if (context.arguments.rest().size() != 1)

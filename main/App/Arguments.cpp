@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// Letters to insert, remove or replace to get from one word to the other.
+/// The edit distance between two words: insertions, deletions and replacements.
 int distance(const QString &a, const QString &b)
 {
     std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);

@@ -12,18 +12,19 @@
 
 namespace brellin {
 
-/// One option that a command knows.
+/// An option that a command accepts.
 struct OptionSpec {
-    QString name;      ///< "ausfuehren", written "--ausfuehren"
-    QString valueName; ///< "MUSTER" where a value follows ("--ohne MUSTER" or "--ohne=MUSTER"); empty for a switch
+    QString name; ///< "ausfuehren", written "--ausfuehren"
+    QString
+        valueName; ///< "MUSTER" if the option takes a value ("--ohne MUSTER" or "--ohne=MUSTER"); empty for a switch
     QString help;
 };
 
-/// The words behind a command, sorted into options and the rest. Words are bytes: a file name need not be UTF-8.
+/// The arguments of a command, split into options and other words. Words are bytes: file names need not be UTF-8.
 class Arguments {
 public:
-    /// Umlauts may be written out ("--ausführen"); "--" ends the options. An unknown option, or one without its value, is a
-    /// failure that says so.
+    /// Accepts umlauts in options ("--ausführen"); "--" ends the options. An unknown option or a missing value fails
+    /// with a message.
     static Result<Arguments> parse(const std::vector<std::string> &words, const std::vector<OptionSpec> &options);
 
     bool has(const QString &option) const { return m_values.contains(option); }
@@ -35,10 +36,10 @@ private:
     std::vector<std::string> m_rest;
 };
 
-/// A word with umlauts written out ("prüfen" → "pruefen"), as commands and options are named.
+/// A word with umlauts transliterated ("prüfen" → "pruefen"), as in the names of commands and options.
 QString asciiWord(const std::string &word);
 
-/// The known word that somebody who wrote `word` most likely meant: at most two letters away.
+/// The known word most similar to `word`, if it differs by two letters at most.
 std::optional<QString> closestWord(const QString &word, const QStringList &known);
 
 /// „Unbekannter Befehl „prufen“. Meintest du „pruefen“?“

@@ -10,27 +10,27 @@
 
 namespace brellin {
 
-/// What a command gets to work with.
+/// What a command has access to.
 struct CommandContext {
     Services &services;
     Terminal &terminal;
     const Arguments &arguments;
 
     bool json() const { return arguments.has(QStringLiteral("json")); }
-    /// Says why nothing was done.
+    /// Prints why nothing was done.
     ExitCode refuse(const QString &message) const;
 };
 
-/// One word of the command line.
+/// A command of the command line.
 struct Command {
     QString name;
-    QString usage;   ///< what follows the name, as shown in the help
+    QString usage;   ///< arguments after the name, as shown in the help
     QString summary; ///< one line
     std::vector<OptionSpec> options;
     std::function<ExitCode(CommandContext &)> run;
 };
 
-/// Every command, in the order of the help.
+/// All commands, in the order of the help.
 const std::vector<Command> &commands();
 
 ExitCode runRulesCommand(CommandContext &context);

@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// The options that every command knows.
+/// Adds the options that every command accepts.
 std::vector<OptionSpec> withCommonOptions(std::vector<OptionSpec> options)
 {
     options.push_back({QStringLiteral("json"), {}, QStringLiteral("das Ergebnis als JSON ausgeben")});
@@ -79,7 +79,7 @@ ExitCode runCommand(const Command &command, const std::vector<std::string> &word
         terminal.message(QStringLiteral("Die Ausgabe konnte nicht geschrieben werden."));
         code = code == ExitCode::Done ? ExitCode::Failed : code;
     }
-    // Before the services go, which work that did not end in time still uses.
+    // Must come before the services are destroyed, since workers may still use them.
     return static_cast<ExitCode>(Shutdown::end(static_cast<int>(code)));
 }
 

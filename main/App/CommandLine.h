@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// Runs what stands behind the program's name on the command line.
+/// Runs a command line, without the program's name.
 ExitCode runCommandLine(const std::vector<std::string> &words);
 
 } // namespace brellin

@@ -8,7 +8,7 @@ namespace brellin {
 
 namespace {
 
-/// The agent: what it proposes, its rules, what it did.
+/// Commands of the agent: proposals, rules, history.
 std::vector<Command> agentCommands()
 {
     return {
@@ -51,7 +51,7 @@ std::vector<Command> agentCommands()
     };
 }
 
-/// What a user does with files.
+/// Commands for the user's own file operations.
 std::vector<Command> fileCommands()
 {
     return {
@@ -107,7 +107,7 @@ std::vector<Command> fileCommands()
     };
 }
 
-/// Colour tags.
+/// Commands for colour tags.
 std::vector<Command> tagCommands()
 {
     return {
@@ -130,7 +130,7 @@ std::vector<Command> tagCommands()
     };
 }
 
-/// What is stored, what folders hold, what was left behind.
+/// Commands for stored data, folder sizes and leftovers.
 std::vector<Command> furtherCommands()
 {
     return {

@@ -2,11 +2,11 @@
 
 namespace brellin {
 
-/// How a command ends, as scripts see it.
+/// The exit codes of all commands, for scripts.
 enum class ExitCode {
-    Done = 0,        ///< also when there was nothing to do
-    Failed = 1,      ///< something failed and was named; the rest was done
-    NotPossible = 2, ///< wrong use, or not possible now: nothing was done
+    Done = 0,        ///< also if there was nothing to do
+    Failed = 1,      ///< something failed and was reported; the rest was done
+    NotPossible = 2, ///< wrong usage, or not possible now; nothing was done
     Cancelled = 130
 };
 

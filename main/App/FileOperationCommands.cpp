@@ -30,7 +30,7 @@ QString progressText(const QString &what, const JobControl &control)
     return known ? QStringLiteral("%1  %2 %").arg(what).arg(control.done() * 100 / control.total()) : what;
 }
 
-/// From where to where, as JSON or for reading.
+/// Prints old and new locations, as JSON or as text.
 void printPairs(CommandContext &context, const std::vector<UserAction::Entry> &entries)
 {
     QJsonArray list;
@@ -99,7 +99,7 @@ Result<BatchRenameFields> fieldsOf(const CommandContext &context)
     return fields;
 }
 
-/// What a batch would do, with what is known of its entries.
+/// A planned batch and the attributes of its entries.
 struct Prepared {
     BatchRenamePlan plan;
     std::vector<RenamePair> pairs;
@@ -133,7 +133,7 @@ ExitCode printPlan(CommandContext &context, const BatchRenamePlan &plan)
     return ExitCode::Done;
 }
 
-/// Why these cannot be changed, or entries of these names not be made.
+/// Why these entries must not be changed or created; nullopt if they may.
 std::optional<QString> systemRefusal(const CommandContext &context, const std::vector<Location> &entries)
 {
     for (const Location &entry : entries) {

@@ -29,7 +29,7 @@ QStringList rowOf(const JournalRun &run)
             run.undone ? QStringLiteral("rückgängig gemacht") : QString()};
 }
 
-/// The run that the user means: by the beginning of its ID, or the newest that is not undone.
+/// The requested run: by a prefix of its id, or the newest that is not undone.
 Result<std::optional<JournalRun>> runMeant(const CleanupAgent &agent, const std::vector<std::string> &words)
 {
     const std::vector<JournalRun> &history = agent.history.get();
@@ -45,7 +45,7 @@ Result<std::optional<JournalRun>> runMeant(const CleanupAgent &agent, const std:
         return failure(QStringLiteral("Eine Aufräum-Aktion „%1“ gibt es im Verlauf nicht.").arg(printable(wanted)));
     if (found.size() > 1)
         return failure(QStringLiteral("Mit „%1“ beginnen mehrere Aufräum-Aktionen.").arg(wanted));
-    // What was not restored can be tried again.
+    // Steps that were not restored can be tried again.
     const auto aftermath = agent.aftermath.get().find(found.front().id);
     const bool hasRest = aftermath != agent.aftermath.get().end() && !aftermath->second.left.empty();
     if (found.front().undone && !hasRest)
@@ -71,7 +71,7 @@ ExitCode runHistoryCommand(CommandContext &context)
     if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, RunKeys::history))
         return *damaged;
     {
-        // What a killed program left is taken over; nothing else is stored by looking.
+        // Recovers interrupted runs; apart from that, showing the history stores nothing.
         const InterruptionNote interruption;
         recoverInterruptedRuns(context.services.forAgent());
         if (interruption.heard())
@@ -108,7 +108,7 @@ ExitCode runUndoCommand(CommandContext &context)
     if (!meant)
         return context.refuse(meant.error().message);
     if (!*meant) {
-        // While another program works, its run is not in the history yet.
+        // The run of another process that is at work is not in the history yet.
         if (const Result<FileLock> lock = StateFolder(context.services.forAgent().stateFolder).lockAgent(); !lock)
             return context.refuse(lock.error().message);
         const QString nothing = QStringLiteral("Es gibt nichts rückgängig zu machen.");

@@ -10,12 +10,12 @@ namespace brellin {
 
 namespace {
 
-/// A signal handler may do little more than write a byte; the notifier reads it in the event loop. Never closed: a handler
-/// on another thread may still be about to write.
+/// Self-pipe: the handler writes a byte, and the notifier reads it in the event loop. Never closed, since a handler on
+/// another thread may still be about to write.
 std::array<int, 2> signalPipe{-1, -1};
 volatile std::sig_atomic_t signalCame = 0;
 int notes = 0;
-/// "nohup" says that work goes on when the terminal goes.
+/// False under "nohup": work continues when the terminal is closed.
 bool mindsTerminal = false;
 
 void wake()
@@ -35,7 +35,8 @@ void onSignal(int number)
 {
     signalCame = 1;
     wake();
-    // A terminal that goes is told of by its shell and by the system: the second telling is no request.
+    // Both the shell and the kernel send SIGHUP when a terminal is closed: the second one does not count as a repeated
+    // request.
     ::signal(number, number == SIGHUP ? SIG_IGN : SIG_DFL);
 }
 
@@ -88,7 +89,7 @@ Interruption::Interruption(std::function<void()> heard) : m_heard(std::move(hear
         drain();
         m_heard();
     });
-    // Another may have read the byte of the one that came before.
+    // An earlier notifier may have consumed the byte.
     if (m_note.heard())
         wake();
 }

@@ -8,9 +8,9 @@
 
 namespace brellin {
 
-/// Takes note of Ctrl-C, of a polite request to end and of a terminal that goes (unless "nohup" has it ignored) while it
-/// lives, so that a command can ask between two pieces of its work and end in order. A second request ends the program the
-/// hard way; a terminal goes only once, however often it is told. On the main thread; several may live at once.
+/// While it exists, records SIGINT, SIGTERM and SIGHUP (unless ignored by "nohup"), so that a command can check between
+/// two steps and end cleanly. A repeated SIGINT or SIGTERM kills the process; a repeated SIGHUP is ignored. Main thread
+/// only; may be nested.
 class InterruptionNote {
 public:
     InterruptionNote();
@@ -18,11 +18,12 @@ public:
     InterruptionNote(const InterruptionNote &) = delete;
     InterruptionNote &operator=(const InterruptionNote &) = delete;
 
-    /// Since the first of those that live.
+    /// Whether a signal has arrived since the outermost existing note was created.
     bool heard() const;
 };
 
-/// Hears it as a call on the main thread; what a note around it has taken down before is heard as soon as events are.
+/// Reports the signal as a call on the main thread. One that an outer note has recorded before is reported once the
+/// event loop runs.
 class Interruption {
 public:
     explicit Interruption(std::function<void()> heard);

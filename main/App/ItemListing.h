@@ -10,10 +10,10 @@
 
 namespace brellin {
 
-/// Entries as `--json` prints them, field by field.
+/// Entries for `--json`.
 QJsonArray jsonOf(const DisplayedItems &items);
 
-/// Entries as rows for reading: size, time, kind, tags and name, or the path below `folder`.
+/// Entries as text rows: size, time, kind, tags, and the name or the path below `folder`.
 std::vector<QStringList> rowsOf(const DisplayedItems &items, const Location &folder);
 
 } // namespace brellin

@@ -6,14 +6,13 @@
 
 namespace brellin {
 
-/// Writes a list of records where the command says: to standard output, or to a file that must not exist yet.
+/// Writes a list of records to standard output, or to the given file, which must not exist yet.
 ExitCode exportList(const CommandContext &context, const QByteArray &forFile, const QJsonValue &json);
 
-/// The content of the file that an import names.
+/// Reads the file named by an import.
 Result<QByteArray> importedText(const CommandContext &context);
 
-/// What follows the command's name: nothing, "export", "import" or "beispiele", each with as many words as it takes. Else a
-/// sentence with the right use.
+/// Parses "export", "import", "beispiele" or nothing, and checks the number of arguments. Fails with the correct usage.
 enum class ListVerb { Show, Export, Import, Examples };
 Result<ListVerb> listVerb(const CommandContext &context, const QString &command, const QStringList &known);
 

@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// The order that `--sortiert` and `--absteigend` ask for.
+/// The sort order given by `--sortiert` and `--absteigend`.
 Result<SortOrder> orderAsked(const Arguments &arguments)
 {
     struct Word {

@@ -10,14 +10,14 @@ namespace brellin {
 
 namespace {
 
-/// Waits for work that must not run on the main thread.
+/// Runs work on a worker and waits for it.
 template <class Work>
 auto onWorker(Work work)
 {
     return std::async(std::launch::async, std::move(work)).get();
 }
 
-/// Stores what `--verwenden` says, if it was given.
+/// Stores the address given by `--verwenden`, if any.
 Result<void> storeEndpoint(const CommandContext &context, UserDefaults &defaults)
 {
     const std::vector<std::string> words = context.arguments.values(QStringLiteral("verwenden"));
@@ -32,7 +32,7 @@ QString useHint(const QString &address)
     return QStringLiteral("Verwenden: brellin ki --verwenden ") + address;
 }
 
-/// Which servers wait to be confirmed, or what to start.
+/// Prints the servers that can be confirmed, or what to start.
 void printChoice(Terminal &terminal)
 {
     const std::vector<FoundModelServer> found =

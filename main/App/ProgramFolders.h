@@ -4,12 +4,12 @@
 
 namespace brellin {
 
-/// Where this system wants a program to keep its settings ($XDG_CONFIG_HOME/brellin) …
+/// The folder for settings ($XDG_CONFIG_HOME/brellin).
 Location settingsFolder(const Location &home);
-/// … and what only concerns this machine ($XDG_STATE_HOME/brellin).
+/// The folder for state of this machine ($XDG_STATE_HOME/brellin).
 Location stateFolder(const Location &home);
 
-/// The folder that the running program lies in, with its companions beside it.
+/// The folder of the running program, which contains its companion programs.
 Location programFolder();
 
 } // namespace brellin

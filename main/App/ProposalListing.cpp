@@ -26,7 +26,7 @@ QString headingOf(Kind kind)
     return {};
 }
 
-/// Where a proposal leads: the folder of a move, the new name of a renaming.
+/// The target of a proposal: the folder of a move, or the new name of a rename.
 QString targetOf(const AgentProposal &proposal, const Location &home)
 {
     if (!proposal.destination)
@@ -50,7 +50,7 @@ QStringList rowOf(const AgentProposal &proposal, const Location &home, bool tick
 
 void printProposals(Terminal &terminal, const Location &home, const CleanupAgent &agent, const QString &summary)
 {
-    // Groups in the order in which their first proposal would be carried out.
+    // Groups in the order of their first proposal.
     std::vector<std::pair<Kind, QString>> order;
     std::map<std::pair<Kind, QString>, std::vector<QStringList>> groups;
     for (const AgentProposal &proposal : agent.proposals.get()) {
@@ -62,7 +62,7 @@ void printProposals(Terminal &terminal, const Location &home, const CleanupAgent
     std::vector<qsizetype> widths;
     for (const auto &[group, rows] : groups)
         widths = columnWidths(rows, widths);
-    // One name of monstrous length is not to push everything off the screen.
+    // Limit the width: one extremely long name must not push the other columns off the screen.
     if (!widths.empty())
         widths.front() = std::min<qsizetype>(widths.front(), 60);
     for (const auto &group : order) {

@@ -5,8 +5,7 @@
 
 namespace brellin {
 
-/// Prints the agent's proposals for reading: grouped by what happens and why, each with size, date and where it goes; then
-/// `summary`.
+/// Prints the agent's proposals grouped by action and reason, each with size, date and target, followed by `summary`.
 void printProposals(Terminal &terminal, const Location &home, const CleanupAgent &agent, const QString &summary);
 
 } // namespace brellin

@@ -6,7 +6,7 @@ namespace brellin {
 
 namespace {
 
-/// The value of an XDG variable; one that is not absolute counts as unset.
+/// The value of an XDG variable; a relative one counts as unset.
 Location base(const char *variable, const Location &fallback)
 {
     const char *const value = std::getenv(variable);
