@@ -14,13 +14,13 @@ namespace brellin {
 
 namespace {
 
-/// The patterns of `--ohne`: one that holds no wildcard is a name, a path or a folder.
+/// The patterns of `--ohne`. Without wildcards a pattern is a name, a path or a folder.
 class Exclusion {
 public:
     explicit Exclusion(const std::vector<std::string> &patterns)
     {
         for (const std::string &pattern : patterns) {
-            // Folders of rules keep the links in their names: either reading leaves out.
+            // Paths of proposals may contain symlinks as written in the rules, so match both readings.
             m_places.push_back(standardised(pattern));
             m_places.push_back(typedLocation(pattern));
             m_patterns.push_back(
@@ -84,7 +84,7 @@ std::optional<ExitCode> ProposingCommand::propose(const std::function<void()> &s
     return std::nullopt;
 }
 
-/// Takes out of the agent's list what the user leaves out, and ticks what he wants.
+/// Applies `--ohne` and `--alle` to the agent's list.
 void ProposingCommand::applyOptions()
 {
     const Exclusion exclusion(m_context.arguments.values(QStringLiteral("ohne")));
@@ -101,7 +101,7 @@ void ProposingCommand::applyOptions()
     m_agent.choose(ticked);
 }
 
-/// Says what came of executing, and how the command ends.
+/// Prints the result of the run and returns the exit code.
 ExitCode ProposingCommand::report(const ExecutionOutcome &outcome) const
 {
     if (!m_context.json()) {
@@ -144,7 +144,7 @@ ExitCode ProposingCommand::execute()
 ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head)
 {
     const std::vector<AgentProposal> proposals = m_agent.proposals.get();
-    // A long list that is only looked at ends at once.
+    // Restore the default signals, so that Ctrl-C ends a long listing at once.
     if (!executes())
         m_interruption.reset();
     if (!m_context.json())
@@ -154,7 +154,7 @@ ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vec
         code = execute();
     else if (!m_context.json() && !m_agent.chosen.get().empty())
         m_context.terminal.print(QStringLiteral("Das Angehakte ausführen: derselbe Befehl mit --ausfuehren"));
-    // A run that was not begun has no answer.
+    // There is no JSON answer for a run that was not started.
     if (code == ExitCode::NotPossible || !m_context.json())
         return code;
     const std::optional<ExecutionOutcome> &outcome = m_agent.lastExecution();

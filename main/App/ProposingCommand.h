@@ -11,11 +11,10 @@
 
 namespace brellin {
 
-/// What the commands have in common that propose, and carry out only when told: the options, the listing, the run and the
-/// answer.
+/// Shared code of the commands that propose, and execute only on request: options, listing, run and answer.
 class ProposingCommand {
 public:
-    /// "--ausfuehren", "--alle" and "--ohne MUSTER", with what else the command knows.
+    /// "--ausfuehren", "--alle" and "--ohne MUSTER", plus the command's own options.
     static std::vector<OptionSpec> options(std::vector<OptionSpec> own = {});
 
     explicit ProposingCommand(CommandContext &context);
@@ -23,12 +22,13 @@ public:
     CleanupAgent &agent() { return m_agent; }
     bool executes() const;
 
-    /// Has the agent search. Nothing where that worked, else how the command ends: Ctrl-C ends it also where the search did
-    /// not notice any more.
+    /// Runs the search. Returns the exit code if the command ends here: after a failure or Ctrl-C, even if the search
+    /// has completed.
     std::optional<ExitCode> propose(const std::function<void()> &search);
-    /// Adds to the line that sums up the search.
+    /// Appends to the search's summary.
     void remark(const QString &text) { m_found += QStringLiteral(" · ") + text; }
-    /// Lists what was found, carries it out if told so, and answers: `head` are the command's own JSON fields.
+    /// Lists the proposals, executes them if requested, and prints the answer. `head` returns the command's own JSON
+    /// fields.
     ExitCode finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head);
 
 private:
@@ -37,10 +37,10 @@ private:
     ExitCode report(const ExecutionOutcome &outcome) const;
 
     CommandContext &m_context;
-    /// From before the agent takes over what a killed program left, until nothing is left that must end in order.
+    /// Exists from before recovery until nothing is left that must end cleanly.
     std::optional<InterruptionNote> m_interruption{std::in_place};
     CleanupAgent m_agent;
-    QString m_found; ///< the summary of the search
+    QString m_found; ///< summary of the search
 };
 
 } // namespace brellin

@@ -22,7 +22,7 @@ namespace {
 
 using RemnantKind = Remnant::Kind;
 
-/// Where to look: values, so that a worker can go on with them when nobody waits any more.
+/// The input of the search; by value, so that an abandoned worker can continue with it.
 struct Search {
     Location transferLogs;
     Location renameLogs;
@@ -73,7 +73,7 @@ std::optional<RemnantKind> journalKind(const Location &file)
     const std::string name = file.filename().native();
     if (name.ends_with(".ungeklärt"))
         return RemnantKind::Unresolved;
-    // Its owner lives.
+    // Locked: its owner is alive.
     if (!name.ends_with(".jsonl") || !FileLock::tryNow(file))
         return std::nullopt;
     return name.starts_with("undo-") ? RemnantKind::Undo : RemnantKind::Run;
@@ -99,7 +99,7 @@ std::vector<Remnant> journalsIn(const Location &folder)
     return found;
 }
 
-/// All but moves, whose comparison may take long.
+/// Finds all but unfinished moves, whose comparison may be slow.
 std::vector<Remnant> findBesideMoves(const Search &search)
 {
     std::vector<Remnant> found;
@@ -219,7 +219,7 @@ void mentionRemnants(Services &services, Terminal &terminal)
     const auto look = [promise, search = searchOf(services, foldersToSearch(services, {}))] {
         promise->set_value(countNoted(search));
     };
-    // Open work, for the program may end before a share answers.
+    // Registered as open work, since the program may exit before an unresponsive share answers.
     PoolWork::start(*pool, look, std::make_shared<JobControl>());
     if (count.wait_for(patience) != std::future_status::ready) {
         terminal.message(QStringLiteral("Nach Resten konnte nicht gesehen werden: Ein Laufwerk antwortet nicht."));

@@ -10,44 +10,45 @@
 
 namespace brellin {
 
-/// Something that work of this program left because it was killed.
+/// A leftover of an operation that was killed.
 struct Remnant {
     enum class Kind {
-        Transfer,  ///< a hidden copy that was never finished
-        Move,      ///< the rest of a source whose copy is complete
-        Archive,   ///< a hidden folder in which an archive was packed or unpacked
-        Rename,    ///< an entry that waits under a temporary name
+        Transfer,  ///< an incomplete hidden copy
+        Move,      ///< the source of a move whose copy is complete
+        Archive,   ///< a hidden folder of an archive being packed or unpacked
+        Rename,    ///< an entry under a temporary name
         Run,       ///< the journal of a run that is not in the history yet
-        Undo,      ///< the journal of an undo that is to be repeated
-        Unresolved ///< a journal put aside, or one that cannot be read, for a person to look into
+        Undo,      ///< the journal of an undo that must be repeated
+        Unresolved ///< a journal that was kept aside or cannot be read, for inspection
     };
     Kind kind;
     Location path;
 
     bool operator==(const Remnant &) const = default;
-    /// Its name in JSON.
+    /// The kind's name in JSON.
     QString word() const;
     /// „unfertige Kopie“
     QString title() const;
-    /// Whether `settleRemnants` ought to be able to end it.
+    /// Whether `settleRemnants` should be able to resolve it.
     bool canBeSettled() const { return kind != Kind::Undo && kind != Kind::Unresolved; }
 };
 
-/// Where remnants are looked for that no log names: in these, or the user's own folders and the working folder.
+/// The folders to search for remnants without a log: the named ones, otherwise the user's folders and the working
+/// folder.
 std::vector<Location> foldersToSearch(const Services &services, const std::vector<Location> &named);
 
-/// What logs and journals tell of, without what living programs are at work on, and what lies in `folders` without a log.
-/// Blocking.
+/// Remnants recorded in logs and journals, except those of running processes, and unlogged ones in `folders`. Blocking.
 std::vector<Remnant> findRemnants(Services &services, const std::vector<Location> &folders);
 
-/// The logs and journals of every kind that cannot be read whole: what they tell of is not among the remnants. Blocking.
+/// Logs and journals that cannot be read completely; what they record is missing from the remnants. Blocking.
 std::vector<UnreadLog> unreadLogs(Services &services);
 
-/// Ends what can be ended, as a visit of the window does: unfinished copies go, entries get their old names back, runs come
-/// into the history. Gives a line for each failure. Blocking.
+/// Resolves what can be resolved, as visiting a folder in the window does: removes incomplete copies, restores names,
+/// adds runs to the history. Returns one line per failure. Blocking.
 QStringList settleRemnants(Services &services, const std::vector<Location> &folders);
 
-/// Says so where there are remnants. Waits a moment only: a share that does not answer must hold up no command.
+/// Prints a note if there are remnants. Waits two seconds at most, so that an unresponsive share does not delay the
+/// command.
 void mentionRemnants(Services &services, Terminal &terminal);
 
 } // namespace brellin

@@ -52,7 +52,7 @@ bool holds(const std::vector<Remnant> &remnants, Remnant::Kind kind)
     return std::ranges::find(remnants, kind, &Remnant::kind) != remnants.end();
 }
 
-/// What a person can do about those that no settling ends.
+/// Prints what the user can do about remnants that cannot be settled.
 void advise(CommandContext &context, const std::vector<Remnant> &remnants)
 {
     if (holds(remnants, Remnant::Kind::Undo))
@@ -65,7 +65,7 @@ void advise(CommandContext &context, const std::vector<Remnant> &remnants)
         context.terminal.message(printable(log.text()));
 }
 
-/// The failures and what stays for other reasons, as while another program works.
+/// Settles remnants; returns the failures and those that remain for other reasons, such as a running process.
 QStringList settled(Services &services, const std::vector<Location> &folders)
 {
     QStringList failures = settleRemnants(services, folders);

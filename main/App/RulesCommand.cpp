@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// What a rule does, in a few words.
+/// A short description of a rule.
 QString summaryOf(const CleanupRule &rule, const Location &home)
 {
     const QString inside = rule.includeSubfolders ? QStringLiteral(" (mit Unterordnern)") : QString();

@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// Waits for the search; Ctrl-C ends it.
+/// Waits for the search; Ctrl-C cancels it.
 FolderSearchResult searched(const Location &folder, const QString &query, HiddenEntries hidden)
 {
     QThreadPool pool;

@@ -14,15 +14,14 @@
 
 namespace brellin {
 
-/// The real services of this program on this machine, created here and nowhere else. HOME and the XDG variables decide
-/// where everything lies.
+/// The real services, created only here. All paths derive from HOME and the XDG variables.
 class Services {
 public:
     Services();
 
-    /// For an agent whose settings are stored.
+    /// For an agent that stores its settings.
     AgentServices forAgent() { return agentServices(m_defaults); }
-    /// For an agent that only looks: what it would store is forgotten with these services.
+    /// For an agent that only proposes: what it stores is discarded with these services.
     AgentServices forProposingAgent() { return agentServices(m_forgotten); }
 
     TransferServices forTransfers(MountWorkers &workers);
@@ -34,19 +33,19 @@ public:
     Clock &clock() { return m_clock; }
     ProcessRunner &processes() { return m_processes; }
     Decoder &decoder() { return m_decoder; }
-    /// "brellin-bild", beside the running program.
+    /// "brellin-bild" next to the running program.
     static Location decoderProgram();
-    /// Whether the user may change an entry, or make one of this name, by any command of his own.
+    /// Whether the user's own commands may change or create an entry.
     bool mayChange(const Location &entry) const { return m_userLocations.mayChange(entry); }
-    /// Where transfers write down what they are working on.
+    /// The folder of transfer logs.
     Location transferLogs() const { return m_stateFolder / "transfers"; }
-    /// Where the journals of the agent's runs and undos lie.
+    /// The folder of the agent's journals.
     Location journals() const { return m_stateFolder / "journal"; }
-    /// Where a batch rename writes down what it is about to do.
+    /// The folders of the logs of archive operations and of batch renames.
     Location archiveLogs() const { return m_stateFolder / "archive"; }
     Location renameLogs() const { return m_stateFolder / "umbenennen"; }
     UserDefaults &settings() { return m_defaults; }
-    /// The same for whoever only looks.
+    /// Settings for read-only use: writes are discarded.
     UserDefaults &forgottenSettings() { return m_forgotten; }
     const TagSearch &tagSearch() const { return m_tagSearch; }
 

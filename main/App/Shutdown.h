@@ -4,15 +4,15 @@
 
 namespace brellin {
 
-/// The end of a program, called while everything that work may use still stands: at the end of `main`, or where the services
-/// of a command go out of scope.
+/// Ends all work before the services it uses are destroyed. Call at the end of `main`, or where a command's services go
+/// out of scope.
 class Shutdown {
 public:
-    /// So long a step under way may take to end; journals and logs settle the rest at the next start.
+    /// Time for the current step of each worker to finish; journals and logs cover the rest at the next start.
     static constexpr std::chrono::milliseconds usualPatience{5000};
 
-    /// Cancels all work and waits for it, once for all. Gives the exit code back; where a thread is still out, as in a call to
-    /// a server that does not answer, it ends the process instead, without destructors.
+    /// Cancels all work, waits for it and returns the exit code. If a thread is still blocked, e.g. by an unresponsive
+    /// server, ends the process instead, without destructors.
     static int end(int exitCode, std::chrono::milliseconds patience = usualPatience);
 };
 

@@ -5,11 +5,11 @@
 
 namespace brellin {
 
-/// Everything that the program stores for the user, in the order in which it is listed.
+/// All stored data of the program, in the order of the listing.
 const std::vector<StoredKind> &storedKinds();
 
-/// Names what is damaged of a list that a command is about, and how the user goes on. Ends the command where the list does
-/// not decode at all.
+/// Reports damage to the list that a command works on, and what to do. Returns an exit code if the list cannot be
+/// decoded at all.
 std::optional<ExitCode> refuseIfDamaged(const CommandContext &context, const QString &list);
 
 } // namespace brellin

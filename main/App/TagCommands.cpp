@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-/// Entries with their tags, as JSON or for reading.
+/// Prints entries with their tags, as JSON or as text.
 void printTags(CommandContext &context, const std::vector<Location> &entries)
 {
     QJsonArray list;
@@ -27,7 +27,7 @@ void printTags(CommandContext &context, const std::vector<Location> &entries)
         context.terminal.printColumns(rows, 0);
 }
 
-/// Those of the entries that exist; says so of the others.
+/// The entries that exist; reports the others.
 std::vector<Location> existing(const CommandContext &context, const std::vector<std::string> &words, std::size_t from)
 {
     std::vector<Location> entries;
