@@ -10,19 +10,19 @@
 
 namespace brellin {
 
-/// Text as it may stand on a terminal: control characters, which a file name may hold, shown as "�".
+/// Text that is safe on a terminal: control characters, which file names may contain, show as "�".
 QString printable(const QString &text);
-/// A place for reading: below the home folder with "~".
+/// A path for display; "~" for the home folder.
 QString printable(const Location &location, const Location &home);
 
-/// How wide a text stands on a terminal, in cells.
+/// The width of a text on a terminal, in cells.
 qsizetype cells(const QString &text);
 
-/// The widest cell of each column.
+/// The maximum width of each column.
 std::vector<qsizetype> columnWidths(const std::vector<QStringList> &rows, std::vector<qsizetype> atLeast = {});
 
-/// The output of a command: results on standard output, messages on standard error, and a line of progress where somebody
-/// is watching.
+/// The output of a command: results on standard output, messages on standard error, and a progress line if that is a
+/// terminal.
 class Terminal {
 public:
     enum class Progress { Shown, Hidden };
@@ -30,16 +30,16 @@ public:
     ~Terminal();
 
     void print(const QString &line);
-    /// Rows with their columns below each other, each line indented by `indent`; the last column is left as it is. `widths`
-    /// widens the columns to those of other rows.
+    /// Prints rows with aligned columns, indented by `indent`; the last column is not padded. `widths` sets minimum
+    /// widths, to align with other rows.
     void printColumns(const std::vector<QStringList> &rows, qsizetype indent = 2,
                       const std::vector<qsizetype> &widths = {});
     void printJson(const QJsonValue &value);
     void message(const QString &line);
-    /// Whether everything printed so far has reached standard output.
+    /// Whether everything printed so far was written to standard output.
     static bool allWritten();
 
-    /// Replaces the line of progress, if there is one.
+    /// Replaces the progress line, if there is one.
     void progress(const QString &line);
     void clearProgress();
 

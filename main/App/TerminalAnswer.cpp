@@ -26,7 +26,7 @@ void TerminalAnswer::ask(Terminal &terminal, QuestionText question,
 
 void TerminalAnswer::drop()
 {
-    // It may be running the event that ends it.
+    // We may be inside its signal, so delete it later.
     if (m_notifier)
         m_notifier.release()->deleteLater();
 }
@@ -64,12 +64,12 @@ std::optional<TransferAnswer> TerminalAnswer::chosen(const QuestionText &questio
 
 void TerminalAnswer::read()
 {
-    // A terminal gives a line at a time.
+    // A terminal delivers one line at a time.
     std::array<char, 256> piece{};
     const ssize_t length = ::read(STDIN_FILENO, piece.data(), piece.size());
     if (length < 0 && (errno == EINTR || errno == EAGAIN))
         return;
-    // A terminal that has gone gives an error for ever.
+    // Error or end of input: the terminal has been closed.
     const std::optional<TransferAnswer> answer =
         length <= 0 ? m_question.buttons.back().answer : chosen(m_question, QByteArray(piece.data(), length));
     if (!answer)

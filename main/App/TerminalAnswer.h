@@ -10,18 +10,18 @@
 
 namespace brellin {
 
-/// Asks the person at the terminal a transfer's question, while the event loop goes on. The end of input answers with the last
+/// Asks the user a transfer's question on the terminal, without blocking the event loop. End of input chooses the last
 /// button, which cancels.
 class TerminalAnswer {
 public:
-    /// Whether somebody is there to answer.
+    /// Whether standard input and standard error are a terminal.
     static bool possible();
 
     void ask(Terminal &terminal, QuestionText question, std::function<void(const TransferAnswer &)> answered);
     bool open() const { return m_notifier != nullptr; }
     void drop();
 
-    /// What a typed line chooses: the number of a button, with "a" behind it for all; nothing where it means neither.
+    /// Parses an answer: a button's number, followed by "a" for "all"; nullopt if invalid.
     static std::optional<TransferAnswer> chosen(const QuestionText &question, const QByteArray &line);
 
 private:

@@ -14,7 +14,7 @@
 
 namespace brellin {
 
-/// Does work on a worker and waits for it, with a line of progress once it takes longer than a second. Ctrl-C cancels it.
+/// Runs work on a worker and waits for it; shows a progress line once it takes longer than a second. Ctrl-C cancels it.
 template <class T>
 T workWithProgress(Terminal &terminal, std::function<T(JobControl &)> work,
                    const std::function<QString(const JobControl &)> &line)

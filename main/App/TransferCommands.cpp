@@ -16,10 +16,10 @@ namespace brellin {
 
 namespace {
 
-/// What `--konflikt` says; nothing: ask where somebody can answer.
+/// The value of `--konflikt`. Without one: ask if possible.
 struct ConflictWord {
     QLatin1StringView word;
-    std::optional<ConflictChoice> choice; ///< nothing: cancel
+    std::optional<ConflictChoice> choice; ///< nullopt: cancel
 };
 constexpr std::array conflictWords{ConflictWord{QLatin1StringView("ersetzen"), ConflictChoice::replace},
                                    ConflictWord{QLatin1StringView("beide"), ConflictChoice::keepBoth},
@@ -41,7 +41,7 @@ Result<std::optional<ConflictWord>> conflictWord(const Arguments &arguments)
     return failure(unknownWordMessage(QStringLiteral("Unbekannte Angabe"), printable(word), known));
 }
 
-/// One transfer on the command line: answers its questions by `--konflikt`, by the person at the terminal, or in the safest
+/// A transfer on the command line: answers questions according to `--konflikt`, by asking the user, or in the safest
 /// way, and waits for the end.
 class TransferCommand {
 public:
@@ -104,7 +104,7 @@ private:
         return ConflictAnswer{m_word->choice};
     }
 
-    /// Nothing is removed for good from here.
+    /// The command line never removes anything for good.
     std::optional<TransferAnswer> answerTo(const NoTrashQuestion &question)
     {
         m_refused << question.name +

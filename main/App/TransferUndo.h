@@ -5,7 +5,7 @@
 
 namespace brellin {
 
-/// A finished transfer as an action that can be taken back.
+/// A finished transfer as an undoable action.
 UserAction actionOf(const TransferRecord &record);
 
 } // namespace brellin

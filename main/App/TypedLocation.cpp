@@ -4,7 +4,7 @@ namespace brellin {
 
 namespace {
 
-/// The name that `word` ends with, or that of `place` where it ends with dots.
+/// The name at the end of `word`, or of `place` if `word` ends with dots.
 Location nameAtEnd(const Location &word, const Location &place)
 {
     const Location name = word.filename();

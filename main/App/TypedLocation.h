@@ -4,9 +4,9 @@
 
 namespace brellin {
 
-/// The place that a word of the command line means: absolute, and ".." behind a link read as the system reads it ("ld/../v"
-/// lies beside the folder that "ld" leads to). Where the folder before a ".." cannot be reached, a place that cannot be
-/// either, so that the command fails by its name.
+/// The absolute path that a command-line word means, with ".." after a symlink resolved as the kernel does ("ld/../v"
+/// is beside the folder that "ld" points to). If a folder before ".." cannot be resolved, returns a path that does not
+/// exist either, so that the command fails and names it.
 Location typedLocation(const Location &word);
 
 } // namespace brellin

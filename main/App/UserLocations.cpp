@@ -42,7 +42,7 @@ bool UserLocations::mayChange(const Location &entry) const
 {
     if (!entry.is_absolute() || !entry.has_filename())
         return false;
-    // The system reads ".." behind a link in another way: both readings must be harmless.
+    // The kernel resolves ".." behind a symlink from the link's target: both readings must be harmless.
     if (!isStandardised(entry.native()) && !mayChange(standardised(entry)))
         return false;
     const std::optional<Location> folder = resolvedLocation(entry.parent_path());
@@ -50,7 +50,7 @@ bool UserLocations::mayChange(const Location &entry) const
         return false;
     if (isInHome(*folder))
         return true;
-    // What is open below the system's folders is so for what lies in it, not itself.
+    // An exception below a system folder covers its contents, but not the folder itself.
     const bool inOpenFolder = *folder == "/" || m_locations.isAllowedText(*folder);
     return inOpenFolder && m_locations.isAllowedEntry(entry);
 }

@@ -7,8 +7,8 @@
 
 namespace brellin {
 
-/// Replaces this process by the window, which opens these folders in tabs. Comes back only with the reason why it could not:
-/// no screen, or no window program beside this one.
+/// Replaces this process by the window program, which opens these folders in tabs. Returns only on failure: no display,
+/// or no window program next to this one.
 Failure becomeWindow(const std::vector<std::string> &folders);
 
 } // namespace brellin
