@@ -94,7 +94,18 @@ public:
                                          "kein \xff UTF-8", "\u00e4 NFC",         "a\u0308 NFC"};
 };
 
-class DisturbedRecoveryTest : public testing::Test, public OddWorld {};
+class DisturbedRecoveryTest : public testing::Test, public OddWorld {
+protected:
+    /// The journal of a run that was killed while it copied to `copy`.
+    void noteCopying(const Location &original, const Location &copy)
+    {
+        const PlannedStep step{Kind::Move, original, world.disk("Ablage/einzig.txt"), *EntryMark::of(original), {}};
+        Result<RunJournal> journal =
+            RunJournal::create(*StateFolder(world.services().stateFolder).journals(), RunJournal::Purpose::Run,
+                               QUuid::createUuid(), Instant(std::chrono::days(20000)));
+        ASSERT_TRUE(journal && journal->plan({&step, 1}) && journal->copying(0, copy));
+    }
+};
 
 } // namespace
 
@@ -155,17 +166,21 @@ TEST(DisturbedRecoveryLossTest, losesNothingOfWhatThereIsAtTheNextStart)
     }
 }
 
+TEST_F(DisturbedRecoveryTest, removesNoEntryWhoseNameIsNotACopys)
+{
+    const Location original = world.tree().file("home/Downloads/da.txt", "Inhalt");
+    const Location named = world.tree().file("disk/Ablage/fremd.txt", "gehört jemandem");
+    noteCopying(original, named);
+    recoverInterruptedRuns(world.services());
+    EXPECT_TRUE(entryExists(named));
+}
+
 TEST_F(DisturbedRecoveryTest, keepsACopyWhoseOriginalHasGone)
 {
     const Location original = world.tree().file("home/Downloads/einzig.txt", "die letzte Fassung");
     const Location temporary = world.disk("Ablage") / (std::string(Placement::temporaryPrefix) + "0123456789abcdef");
     const StateFolder state(world.services().stateFolder);
-    {
-        const PlannedStep step{Kind::Move, original, world.disk("Ablage/einzig.txt"), *EntryMark::of(original), {}};
-        Result<RunJournal> journal = RunJournal::create(*state.journals(), RunJournal::Purpose::Run,
-                                                        QUuid::createUuid(), Instant(std::chrono::days(20000)));
-        ASSERT_TRUE(journal && journal->plan({&step, 1}) && journal->copying(0, temporary));
-    }
+    noteCopying(original, temporary);
     std::filesystem::copy_file(original, temporary);
     std::filesystem::remove(original);
     recoverInterruptedRuns(world.services());
