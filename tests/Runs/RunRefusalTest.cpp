@@ -100,6 +100,30 @@ TEST_F(RunRefusalTest, leavesOfACopyWhatCameAfterItsComparison)
     EXPECT_FALSE(entryExists(copy / "innen/daten"));
 }
 
+TEST_F(RunRefusalTest, leavesAStrangerThatTookItsCopysPlace)
+{
+    const Location original = world.home("Downloads/groß.mov");
+    const Location wanted = world.disk("Neu/groß.mov");
+    for (const bool hidden : {true, false}) {
+        SCOPED_TRACE(hidden ? "under the hidden name" : "under the final name");
+        std::optional<Location> stranger;
+        world.files().beforeFlush = [&](const Location &copy) {
+            if (copy.filename().native().starts_with(Placement::temporaryPrefix) != hidden || stranger)
+                return;
+            // As a tool that saves by replacing does; the next change, rename or Trash, fails.
+            stranger = copy;
+            std::filesystem::copy_file(copy, world.tree().path("disk/anders"));
+            std::filesystem::rename(world.tree().path("disk/anders"), copy);
+            world.faults.failAt = world.faults.changes();
+        };
+        const Result<ExecutionOutcome> outcome = execute({proposal(Kind::Move, original, wanted)});
+        ASSERT_TRUE(outcome && stranger);
+        EXPECT_EQ(outcome->failures.empty(), !hidden);
+        EXPECT_TRUE(entryExists(original));
+        EXPECT_TRUE(entryExists(*stranger));
+    }
+}
+
 TEST_F(RunRefusalTest, doesNothingThatNoJournalAnnounced)
 {
     std::vector<AgentProposal> all;
