@@ -472,6 +472,29 @@ TEST(EntryMarkTest, tellsAnEntryFromAnotherWithItsNumber)
     EXPECT_TRUE(EntrySearch().find(tree.path("a"), mark));
 }
 
+TEST_F(RunTest, undoLeavesSystemLocationsAlone)
+{
+    // As a history says that somebody has edited.
+    world.tree().lines({"home/Library/fest.txt=zehn", "home/Library/kopie.txt=elf"});
+    JournalRun run;
+    const auto add = [&](Kind kind, const char *from, const char *to) {
+        JournalStep step;
+        step.kind = kind;
+        step.from = world.home(from);
+        step.to = world.home(to);
+        run.steps.push_back(step);
+    };
+    add(Kind::Move, "Library/a.pdf", "Archiv/a.pdf");
+    add(Kind::Move, "Downloads/fest.txt", "Library/fest.txt");
+    add(Kind::Copy, "Downloads/kopie.txt", "Library/kopie.txt");
+    ASSERT_TRUE(RunHistory(world.defaults()).add(run, {}));
+    const std::string untouched = world.snapshot();
+    const Result<UndoOutcome> undone = undo(run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->notRestored.size(), 3u);
+    EXPECT_EQ(world.snapshot(), untouched);
+}
+
 TEST_F(RunTest, undoOfARunOfAnEarlierVersionGoesByThePlaces)
 {
     const Result<ExecutionOutcome> outcome = execute(everything());
