@@ -1,6 +1,6 @@
 #include "FileOperations/ZipArchive.h"
 
-#include "Disk/Walk.h"
+#include "FileOperations/ArchiveSources.h"
 #include "FileOperations/HiddenWork.h"
 
 #include <algorithm>
@@ -14,22 +14,6 @@ constexpr auto longestRun = std::chrono::hours(24 * 7);
 
 /// So zip ends where a file could not be read.
 constexpr int someUnreadable = 18;
-
-std::int64_t bytesIn(const Location &entry, const JobControl &control)
-{
-    const Result<FileAttributes> attributes = readAttributes(entry);
-    if (!attributes || !attributes->isFolder())
-        return attributes ? attributes->size : 0;
-    std::int64_t bytes = 0;
-    const Result<WalkOutcome> walked = walk(
-        entry, {.attributes = Attribute::Size},
-        [&](const WalkEntry &one) {
-            bytes += one.attributes.isFile() ? one.attributes.size : 0;
-            return WalkStep::Continue;
-        },
-        &control);
-    return walked ? bytes : 0;
-}
 
 /// To zip a single "-" means its input, and a single "@" that the names come from there.
 std::string asArgument(const std::string &name)
@@ -77,21 +61,20 @@ Result<Packed> compress(const std::vector<Location> &entries, const Location &in
         return failure(QStringLiteral("Für ein Archiv müssen alle Elemente im selben Ordner liegen."));
     if (std::ranges::any_of(entries, [&](const Location &entry) { return isAtOrBelow(into, entry); }))
         return failure(QStringLiteral("Das Archiv würde in sich selbst liegen."));
-    qint64 total = 0;
-    for (const Location &entry : entries)
-        total += bytesIn(entry, control);
-    control.setTotal(total);
+    const ArchiveSources sources(entries, control);
+    control.setTotal(sources.bytes());
 
+    Packed packed;
     const auto pack = [&](const Location &hidden) -> Result<Location> {
         const Location growing = hidden / "Archiv.zip";
         const ProcessOutput output = TRY(processes.run(requestFor(growing, entries, control), &control));
         if (output.exitCode != 0)
             return failure(failureOf(output));
+        packed.notes << sources.missingOrChanged(control);
         if (control.cancelled())
             return failure(Failure::cancelled());
         return renameToFree(growing, into / zipName(entries), files);
     };
-    Packed packed;
     packed.place = TRY(workHidden(into, packingPrefix, files, logs, pack, packed.notes));
     return packed;
 }

@@ -16,7 +16,8 @@ std::string zipName(const std::vector<Location> &entries);
 
 struct Packed {
     Location place;
-    QStringList notes; ///< what else is to be known: a hidden folder that stayed
+    /// What else is to be known: what is not in it or was changed meanwhile, a hidden folder that stayed.
+    QStringList notes;
 };
 
 /// Packs entries of one folder into a ZIP archive beside them (or in `into`), under a free name, and gives its place. It

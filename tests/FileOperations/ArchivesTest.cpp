@@ -13,6 +13,7 @@
 #include <archive_entry.h>
 
 #include <algorithm>
+#include <functional>
 #include <thread>
 
 #include <sys/stat.h>
@@ -145,6 +146,46 @@ TEST_F(ArchivesTest, packsNothingRatherThanAPart)
     ASSERT_FALSE(made);
     EXPECT_TRUE(made.error().message.startsWith(u"Nicht alles ließ sich lesen"));
     EXPECT_EQ(namesIn("in"), (Names{"a", "b"}));
+}
+
+namespace {
+
+/// Packs, and has somebody at work in the folder before it ends.
+class DisturbedRunner : public ProcessRunner {
+public:
+    explicit DisturbedRunner(std::function<void()> meanwhile) : m_meanwhile(std::move(meanwhile)) {}
+    Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *control) override
+    {
+        const auto done = SystemProcessRunner().run(request, control);
+        m_meanwhile();
+        return done;
+    }
+
+private:
+    std::function<void()> m_meanwhile;
+};
+
+} // namespace
+
+TEST_F(ArchivesTest, namesWhatIsNotInTheArchiveOrHasChangedMeanwhile)
+{
+    tree.lines({"in/ordner/tief/a=eins", "in/ordner/b=zwei", "in/c=drei", "in/d=vier"});
+    ASSERT_EQ(::mkfifo(tree.path("in/ordner/leitung").c_str(), 0600), 0);
+    const std::vector<Location> entries{tree.path("in/ordner"), tree.path("in/c"), tree.path("in/d")};
+    DisturbedRunner quiet([] {});
+    const auto still = compress(entries, tree.path("in"), files, quiet, control);
+    ASSERT_TRUE(still);
+    EXPECT_EQ(still->notes, QStringList(QStringLiteral("leitung: Fehlt im Archiv, denn das ist keine Datei und kein "
+                                                       "Ordner.")));
+    DisturbedRunner disturbed([this] {
+        std::filesystem::resize_file(tree.path("in/ordner/tief/a"), 1);
+        std::filesystem::resize_file(tree.path("in/d"), 1);
+    });
+    const auto torn = compress(entries, tree.path("in"), files, disturbed, control);
+    ASSERT_TRUE(torn);
+    ASSERT_EQ(torn->notes.size(), 3);
+    EXPECT_TRUE(torn->notes[1].startsWith(u"a: Wurde während des Packens geändert"));
+    EXPECT_TRUE(torn->notes[2].startsWith(u"d: Wurde während des Packens geändert"));
 }
 
 TEST_F(ArchivesTest, removesWhatAKilledProgramLeft)
