@@ -56,7 +56,7 @@ public:
     /// Sets the folders on display, visible ones first: unknown and stale ones are counted in this order. Replaces the
     /// owner's previous request; ends with the owner's destruction.
     void request(QObject *owner, const std::vector<Location> &folders);
-    /// Counts a folder without limit, at once ("Berechnen").
+    /// Counts a folder without limit, before all others ("Berechnen").
     void calculate(const Location &folder);
     /// Cancels `calculate`; keeps the previous size.
     void cancel(const Location &folder);
