@@ -79,7 +79,7 @@ TEST(JsonTest, WhatIsMissingOrNullKeepsTheDefault)
 
 TEST(JsonTest, AMissingIdIsANewOneInEveryRecord)
 {
-    // The null UUID is what an earlier version made of a missing one.
+    // Earlier versions stored the null UUID for a missing id.
     const QByteArray text = R"([{},{},{"id":"00000000-0000-0000-0000-000000000000"},{"id":null}])";
     const auto trees = fromJsonText<std::vector<Tree>>(text).value();
     ASSERT_EQ(trees.size(), 4U);

@@ -42,7 +42,7 @@ TEST(PublishedTest, tellsEveryChangeOnceInOrderToWhoeverLives)
     model.count.observe(&receiver, [&](int value) {
         heard.push_back(value);
         if (value == 1)
-            model.set(2); // waits until the second observer has heard of the 1
+            model.set(2); // queued until the second observer has seen the 1
     });
     model.count.observe(&receiver, [&](int value) { heardSecond.push_back(value); });
     model.count.observe(mortal.get(), [&](int) { ++heardByMortal; });
@@ -99,7 +99,7 @@ TEST(JobTest, samplesWhileItWorksAndNeverAfterTheEnd)
         [&](const JobControl &control) {
             events.push_back(control.stage());
             seen = true;
-            QThread::msleep(200); // the next sample is due before the end is told
+            QThread::msleep(200); // a sample is due before the job ends
         });
     loop.exec();
     ASSERT_GE(events.size(), 2u);
@@ -165,7 +165,7 @@ TEST(OpenWorkTest, waitsForAbandonedWorkUntilItHoldsNothingAndCancelsWhatBegins)
         explicit Held(std::atomic<bool> &flag) : gone(flag) {}
         ~Held()
         {
-            QThread::msleep(50); // whoever waits for less than all of it comes back too early
+            QThread::msleep(50); // a wait that does not cover this destructor returns too early
             gone = true;
         }
         std::atomic<bool> &gone;
@@ -188,7 +188,7 @@ TEST(OpenWorkTest, waitsForAbandonedWorkUntilItHoldsNothingAndCancelsWhatBegins)
     EXPECT_TRUE(OpenWork::wait(std::chrono::seconds(20)));
     EXPECT_TRUE(gone);
 
-    // The second begins only once the first has been cancelled.
+    // With one thread the second starts only after the first is cancelled.
     QThreadPool narrow;
     narrow.setMaxThreadCount(1);
     Job<int> first;

@@ -114,7 +114,7 @@ TEST(GermanTest, Sizes)
 
 TEST(GermanTest, DatesAreThoseOfTheUsersTimeZone)
 {
-    // Summer time in Berlin: two hours ahead.
+    // Berlin is two hours ahead of UTC in summer.
     const Instant late = std::chrono::sys_days{std::chrono::year{2026} / 9 / 2} + 22h + 5min;
     EXPECT_EQ(longDate(late), u"3. September 2026"_qs);
     EXPECT_EQ(longDateTime(late), u"3. September 2026, 00:05"_qs);
@@ -124,7 +124,7 @@ TEST(GermanTest, DatesAreThoseOfTheUsersTimeZone)
 
 TEST(GermanTest, RecentDaysHaveNames)
 {
-    // An hour after midnight in Berlin, and still the day before in UTC.
+    // An hour after midnight in Berlin, but still the day before in UTC.
     const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 9 / 2} + 23h;
     EXPECT_EQ(recentDate(now - 20min, now), u"heute, 00:40"_qs);
     EXPECT_EQ(recentDate(now - 2h, now), u"gestern, 23:00"_qs);

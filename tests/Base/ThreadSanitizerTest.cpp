@@ -8,7 +8,7 @@ using namespace brellin;
 
 namespace {
 
-/// What the worker and the main thread both count in: after the hand-over, or at the same time.
+/// Whether the worker and the main thread access the counter one after the other or concurrently.
 enum class Order { OneAfterTheOther, AtOnce };
 
 int count(Order order)
@@ -33,7 +33,7 @@ int count(Order order)
 
 } // namespace
 
-/// Both ways, or a preset that reports nothing would pass as well as one without races.
+/// Tests both, since a preset that reports nothing would pass a test without races too.
 TEST(ThreadSanitizerDeathTest, findsAPlantedRaceAndNoneInASoundHandOver)
 {
     if constexpr (!threadSanitized)

@@ -34,7 +34,7 @@ QImage filled(int width, int height, QColor colour)
     return image;
 }
 
-/// A JPEG file whose camera was held on its side: it is to be shown turned by a quarter.
+/// A JPEG with an EXIF orientation of a quarter turn.
 std::string turnedJpeg(int width, int height)
 {
     std::string jpeg = encoded(filled(width, height, Qt::red), "JPG");
@@ -45,7 +45,7 @@ std::string turnedJpeg(int width, int height)
     return jpeg;
 }
 
-/// A PNG file that says it is larger than any memory.
+/// A PNG that claims to be larger than any memory.
 std::string hugePng()
 {
     std::string png = encoded(filled(8, 8, Qt::blue), "PNG");
@@ -68,7 +68,7 @@ DecoderRequest pictureOf(const Location &file, int side)
 
 class DecodersTest : public testing::Test {
 protected:
-    /// A program of a few lines in place of our decoder.
+    /// A shell script in place of the decoder.
     Location script(std::string_view lines) const
     {
         Location program = tree.file("decoder", "#!/bin/sh\n" + std::string(lines) + "\n");
@@ -156,10 +156,10 @@ TEST_F(DecodersTest, endAProcessThatHangsDiesOrBabbles)
         ASSERT_FALSE(picture) << misbehaviour;
         EXPECT_TRUE(isUndecodable(picture.error())) << misbehaviour;
     }
-    // One that takes too long may do so because others compute.
+    // A timeout may be due to a busy machine.
     DecoderProcesses hanging(processes, script(greeting + std::string("\nsleep 1000")), 300ms);
     EXPECT_TRUE(hanging.askForPicture(pictureOf("/a.png", 128)).error().is(std::errc::timed_out));
-    // A program that does not even start says nothing about the file.
+    // A program that does not start says nothing about the file.
     for (const Location &program : {script("exit 1"), tree.path("no-program")}) {
         DecoderProcesses missing(processes, program, 300ms);
         EXPECT_FALSE(isUndecodable(missing.askForPicture(pictureOf("/a.png", 128)).error()));
@@ -207,7 +207,7 @@ TEST_F(DecodersTest, drawVideosWhereAProgramForItIsInstalled)
 {
     if (videoProgram().empty())
         GTEST_SKIP() << "no program for videos here";
-    // It knows pictures as well, which are films of one frame to it.
+    // The program also accepts pictures, as films of one frame.
     const Location film = tree.file("film.mp4", encoded(filled(640, 320, Qt::green), "JPG"));
     const Result<DecodedPicture> picture = decoders.askForPicture({decoderWords::video, {film.native(), "128"}});
     ASSERT_TRUE(picture);

@@ -84,7 +84,7 @@ std::string avi()
            little(250, 4) + std::string(12, '\0') + little(720, 4) + little(576, 4);
 }
 
-/// The data that a camera writes into its pictures.
+/// EXIF data as written by a camera.
 std::string exif()
 {
     const std::string main = little(3, 2) + little(0x010F, 2) + little(2, 2) + little(6, 4) + little(62, 4) + //
@@ -199,7 +199,7 @@ TEST(ArchiveListingTest, namesWhatIsInsideUpToALimit)
 TEST(ArchiveListingTest, showsTheBeginningOfABrokenArchive)
 {
     const TempTree tree;
-    // Eight gigabytes are promised, and nothing comes.
+    // The header claims eight gigabytes that do not follow.
     const QJsonObject listing = listingOf(tree, tarEntry("bombe", "77777777777", '0') + "x").value_or(QJsonObject());
     EXPECT_EQ(listing.value(u"entries").toArray().size(), 1);
     EXPECT_TRUE(listing.value(u"damaged").toBool());

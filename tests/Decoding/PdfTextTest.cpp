@@ -19,7 +19,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Answers without running anything.
+/// Returns canned results without running anything.
 class ScriptedRunner : public ProcessRunner {
 public:
     Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *) override
@@ -35,13 +35,13 @@ public:
                                                  {}};
 };
 
-/// Whether a call was refused for want of permission.
+/// Whether a call failed with EPERM.
 bool refused(long answer)
 {
     return answer < 0 && errno == EPERM;
 }
 
-/// Tries in a confined process what a hostile file might want to do: how many of the attempts were not refused.
+/// Attempts in a confined process what a hostile file might do; returns how many succeeded.
 int attempts(const Location &existing)
 {
     const int open = ::open(existing.c_str(), O_RDONLY);

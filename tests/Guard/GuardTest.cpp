@@ -12,7 +12,7 @@ using Review = Guard::Review;
 
 namespace {
 
-/// Entries that are reached by other paths than the ones they are known by.
+/// Entries reached by other paths than those stored.
 class GuardTest : public testing::Test {
 protected:
     FolderProfile profile(std::string_view root, std::initializer_list<const char16_t *> entries) const
@@ -49,9 +49,9 @@ TEST_F(GuardTest, findsWhatIsProtectedByWhateverPath)
                                              "home/kurz/Werk/fest/tief/a",
                                              "home/ab/tief/a",
                                              "home/ab/tief",
-                                             "home/echt/Werk/verweis", // the link …
-                                             "home/fremd/c",           // … and what it points to
-                                             "home/kurz/Werk",         // holds them
+                                             "home/echt/Werk/verweis", // the symlink itself …
+                                             "home/fremd/c",           // … and its target
+                                             "home/kurz/Werk",         // contains them
                                              "home/echt"};
     for (const char *const root : {"home/echt/Werk", "home/kurz/Werk"}) {
         const Guard asked = guard({profile(root, {u"fest", u"verweis"})});
@@ -110,7 +110,7 @@ TEST_F(GuardTest, seesAProjectThroughALink)
     tree.lines({"home/Werk/package.json={}", "home/Werk/tief/a=1", "home/ab->Werk/tief", "home/frei/b=2"});
     const Guard asked = guard({});
     EXPECT_TRUE(asked.isInProject(tree.path("home/ab/a")));
-    EXPECT_FALSE(asked.isInProject(tree.path("home/ab"))); // the link lies in the home folder
+    EXPECT_FALSE(asked.isInProject(tree.path("home/ab"))); // the symlink lies in the home folder
     EXPECT_FALSE(asked.isInProject(tree.path("home/frei/b")));
     EXPECT_FALSE(asked.check(tree.path("home/ab/a"), Review::Missing));
     EXPECT_TRUE(asked.check(tree.path("home/ab/a"), Review::Asked));

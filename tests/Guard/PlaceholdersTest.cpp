@@ -34,7 +34,7 @@ TEST(PlaceholdersTest, CleansNames)
 
 TEST(PlaceholdersTest, ExpandEveryOccurrenceInTheUsersTimeZone)
 {
-    // In Berlin the new year has begun.
+    // Already the new year in Berlin.
     const Instant date = std::chrono::sys_days{std::chrono::year{2025} / 12 / 31} + 23h + 30min;
     const Location file = "/home/anna/Über_mich (2).PDF";
     for (const Row &row : std::initializer_list<Row>{

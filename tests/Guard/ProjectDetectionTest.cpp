@@ -36,7 +36,7 @@ TEST(ProjectDetectionTest, AMarkerOrAScriptMakesAProject)
     };
     for (const Row &row : std::initializer_list<Row>{
              {".git/HEAD", true, true},
-             {".git", true, true}, // of a work tree: a file
+             {".git", true, true}, // a file, as in a git worktree
              {"composer.json", true, true},
              {"App.xcodeproj/project.pbxproj", true, true},
              {".xcodeproj", true, true},
@@ -128,7 +128,7 @@ TEST(ProjectDetectionTest, ReadsEachScriptOnce)
     }
     const int watcher = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     ASSERT_GE(watcher, 0);
-    // With the closing in between, openings that follow each other are not reported as one.
+    // Watch closing too, since inotify merges consecutive identical events.
     ASSERT_GE(::inotify_add_watch(watcher, tree.path("s0.sh").c_str(), IN_OPEN | IN_CLOSE), 0);
     EXPECT_THAT(reasons(tree.root()), testing::Contains("b3.jpg: Wird benutzt in s0.sh"));
     std::array<char, 65536> events{};

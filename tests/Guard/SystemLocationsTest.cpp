@@ -17,7 +17,7 @@ struct Row {
 
 TEST(SystemLocationsTest, DecidesByTheDeepestPlace)
 {
-    // A home below a system folder, as some systems have it.
+    // A home folder below a system folder, as on some systems.
     const SystemLocations locations("/var/home/anna");
     for (const Row &row : std::initializer_list<Row>{
              {"/", false},
@@ -95,7 +95,7 @@ TEST_F(LinkedLocationsTest, FollowsLinksToWhereTheyLead)
 TEST_F(LinkedLocationsTest, ReadsTwoDotsBothWays)
 {
     tree.lines({"home/tief->../system/inside", "home/raus->../daten"});
-    // By text "home/Downloads", for the system a place beside "inside".
+    // Lexically "home/Downloads", but for the kernel a location beside "inside".
     EXPECT_FALSE(allowed("home/tief/../Downloads"));
     EXPECT_FALSE(allowed("home/Downloads/../../system"));
     EXPECT_FALSE(entryAllowed("home/tief/../Downloads"));
@@ -112,7 +112,7 @@ TEST_F(LinkedLocationsTest, AnEntryIsTheLinkItself)
     EXPECT_TRUE(entryAllowed("home/neu.txt"));
     EXPECT_FALSE(entryAllowed("home/zu/inside"));
     EXPECT_FALSE(entryAllowed("system/inside"));
-    // Moving what holds a refused folder would move that as well.
+    // Moving a folder also moves the refused one inside it.
     EXPECT_FALSE(entryAllowed("home"));
     EXPECT_FALSE(entryAllowed(""));
 }
@@ -149,7 +149,7 @@ TEST_F(LinkedLocationsTest, OpensAnExceptionThatIsCreatedLater)
 
 TEST_F(LinkedLocationsTest, ForgetsWhatASystemFolderWas)
 {
-    // The number of a folder that is gone goes to another.
+    // Inode numbers of removed folders are reused.
     const SystemLocations knowing(tree.path("home"), {tree.path("system")});
     std::filesystem::rename(tree.path("system"), tree.path("home/umbenannt"));
     EXPECT_TRUE(knowing.isAllowed(tree.path("home/umbenannt")));
@@ -173,7 +173,7 @@ TEST(SystemLocationsTest, KnowsHomeAndSystemFoldersByAllTheirNames)
 TEST(SystemLocationsTest, IgnoresCaseWhereTheDiskDoes)
 {
     const TempTree tree;
-    // A link under the swapped name stands in for a disk that finds the folder under it.
+    // A symlink under the swapped name simulates a case-insensitive volume.
     tree.lines({"home/", "System/", "sYSTEM->System", "Genau/"});
     const SystemLocations locations(tree.path("home"), {tree.path("System"), tree.path("Genau")});
     EXPECT_FALSE(locations.isAllowedText(tree.path("sysTEM/x")));

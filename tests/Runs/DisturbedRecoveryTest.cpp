@@ -7,7 +7,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// One entry of every fate, under names that a journal could spoil, and the disk is not left alone between the kill and the
+/// Entries of every kind of step, with names that could corrupt a journal; the disk is changed between the kill and the
 /// next start.
 class OddWorld {
 public:
@@ -21,7 +21,7 @@ public:
         world.tree().file("disk/Ablage/" + names[0], "stand schon da");
     }
 
-    /// Within a volume and across, into the Trash, renamed and copied, file and folder.
+    /// Moves within and across volumes, trash, rename and copy, of files and folders.
     std::vector<AgentProposal> everything() const
     {
         std::vector<AgentProposal> all;
@@ -46,7 +46,7 @@ public:
         JobControl control;
         return Execution(world.services()).execute(everything(), control);
     }
-    /// Executes in a process that is killed at point `n`; whether the end was reached before.
+    /// Executes in a process that is killed at point `n`; returns whether it finished before.
     bool survives(int n)
     {
         const pid_t child = ::fork();
@@ -68,7 +68,7 @@ public:
                 (void)UndoRun(world.services()).undo(run.id, control);
         }
     }
-    /// Every entry of the user's, links aside, outside the Trash.
+    /// All entries of the user outside the Trash, except symlinks.
     std::vector<Location> files() const
     {
         std::vector<Location> all;
@@ -89,7 +89,7 @@ public:
     }
 
     AgentWorld world;
-    // A quotation mark, a backslash, a line break, no UTF-8, and one letter in its two forms.
+    // A quote, a backslash, a line break, invalid UTF-8, and one letter in both normal forms.
     const std::vector<std::string> names{"q\"uote.txt",     "back\\slash\\n.txt", "zwei\nZeilen.txt",
                                          "kein \xff UTF-8", "\u00e4 NFC",         "a\u0308 NFC"};
 };
@@ -185,14 +185,14 @@ TEST_F(DisturbedRecoveryTest, keepsACopyWhoseOriginalHasGone)
     std::filesystem::remove(original);
     recoverInterruptedRuns(world.services());
     EXPECT_TRUE(entryExists(temporary));
-    // Nobody knows whether it is whole: what tells of it stays.
+    // The copy may be incomplete, so its journal stays.
     EXPECT_TRUE(world.hasJournals());
     EXPECT_TRUE(RunJournal::find(*state.journals(), RunJournal::Purpose::Run).empty());
 }
 
 TEST_F(DisturbedRecoveryTest, leavesARunAloneThatIsInTheHistory)
 {
-    // Killed between the history and the end of the journal; the user has gone on since.
+    // Killed between storing the history and discarding the journal; the user has worked on since.
     const Location journals = world.tree().path("state/journal");
     const Location kept = world.tree().path("journal-davor");
     world.files().beforeFlush = [&](const Location &) {

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Several files that go from one folder into another; the name of the third is taken there.
+/// Several files moved between the same two folders; the third name is taken at the target.
 class MoveSeriesTest : public testing::Test {
 protected:
     MoveSeriesTest()
@@ -59,7 +59,7 @@ protected:
             }
         }
     }
-    /// Does something as the second of the entries is on its way between the held folders.
+    /// Runs `act` while the second entry is moved between the held folders.
     void whenUnderWay(std::function<void()> act)
     {
         world.files().beforeHeldRename = [this, act = std::move(act)](const Location &) {
@@ -125,7 +125,7 @@ TEST_F(MoveSeriesTest, losesNothingWhenAnOperationFailsOrTheProgramIsKilled)
 
 TEST_F(MoveSeriesTest, noticesThatTheTargetIsAnotherFolderByNow)
 {
-    // The folder that is held goes elsewhere, and its place leads to where nothing may go.
+    // The held folder is moved away, and its path now leads to a refused place.
     world.tree().file("home/Library/wichtig.txt", "System");
     whenUnderWay([this] {
         fs::rename(world.home("Ablage"), world.home("Weg"));
@@ -133,7 +133,7 @@ TEST_F(MoveSeriesTest, noticesThatTheTargetIsAnotherFolderByNow)
     });
     const ExecutionOutcome outcome = execute(moves());
     EXPECT_GE(held, 1);
-    EXPECT_EQ(outcome.done.size(), 1u); // the one before
+    EXPECT_EQ(outcome.done.size(), 1u); // only the first one
     ASSERT_EQ(outcome.failures.size(), 3u);
     EXPECT_EQ(outcome.failures[0].why.message, SystemLocations::message());
     EXPECT_EQ(world.tree().content("home/Downloads/b.txt"), "zwei");
@@ -143,7 +143,7 @@ TEST_F(MoveSeriesTest, noticesThatTheTargetIsAnotherFolderByNow)
 
 TEST_F(MoveSeriesTest, knowsWhereAnEntryWentThatCannotGoBack)
 {
-    // The target is swapped as the entry goes there, and its old name is taken before it is back.
+    // The target folder is swapped during the move, and the entry's old name is taken before it can be moved back.
     world.files().beforeHeldRename = [this](const Location &) {
         if (held == 0) {
             fs::rename(world.home("Ablage"), world.home("Weg"));
@@ -172,7 +172,7 @@ TEST_F(MoveSeriesTest, noticesThatTheSourceIsAnotherFolderByNow)
         world.tree().file("home/Downloads/c.txt", "fremd");
     });
     const ExecutionOutcome outcome = execute(moves());
-    // What was on its way when it happened has moved; of the others nothing is touched.
+    // The entry in progress has moved; the others are untouched.
     EXPECT_EQ(outcome.failures.size(), 2u);
     EXPECT_EQ(world.tree().content("home/Downloads/c.txt"), "fremd");
     EXPECT_EQ(world.tree().content("home/Weg/c.txt"), "drei");
@@ -192,7 +192,7 @@ TEST_F(MoveSeriesTest, refusesWhatChangedMeanwhile)
 
 TEST_F(MoveSeriesTest, leavesAStrangerInTheHeldFolderThatHasTheName)
 {
-    // The folder that is held goes elsewhere and gets another file of that name; the one that was seen is where it was.
+    // The held folder is moved away and gets a different file of that name; the entry seen by the scan stays in place.
     whenUnderWay([this] {
         fs::rename(world.home("Downloads"), world.home("Weg"));
         fs::create_directory(world.home("Downloads"));
@@ -200,7 +200,7 @@ TEST_F(MoveSeriesTest, leavesAStrangerInTheHeldFolderThatHasTheName)
         world.tree().file("home/Weg/d.txt", "fremd");
     });
     std::vector<AgentProposal> all = moves();
-    all.erase(all.begin() + 2); // the taken name, at which the folders are looked at again
+    all.erase(all.begin() + 2); // drop the taken name, which would reopen the folders
     const ExecutionOutcome outcome = execute(all);
     EXPECT_EQ(outcome.done.size(), 3u);
     EXPECT_EQ(world.tree().content("home/Weg/d.txt"), "fremd");

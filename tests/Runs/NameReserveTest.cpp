@@ -5,7 +5,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Runs on volumes where a rename keeps its target's name free with an empty file.
+/// Runs on volumes where a rename reserves its target name with an empty file.
 class NameReserveTest : public testing::Test, public RunWorld {
 protected:
     NameReserveTest()
@@ -14,7 +14,7 @@ protected:
         world.files().reserving = true;
     }
 
-    /// Kills a run, and then an undo, at every moment.
+    /// Kills a run, and then its undo, at every point.
     void expectOneNameAfterAnyKill()
     {
         bool undoing = false;
@@ -54,7 +54,7 @@ TEST_F(NameReserveTest, touchesNoEmptyFileThatMayBeSomebodyElses)
     struct Disturbance {
         std::function<void()> happens;
         bool stays;
-        bool aside; ///< the journal, for a person to look into
+        bool aside; ///< whether the journal is kept aside
     };
     const std::vector<Disturbance> disturbances{
         {[&] { world.tree().age("home/Ziel/a.pdf", world.clock.time - std::chrono::hours(1)); }, true, true},
@@ -66,7 +66,7 @@ TEST_F(NameReserveTest, touchesNoEmptyFileThatMayBeSomebodyElses)
     for (const Disturbance &one : disturbances) {
         SCOPED_TRACE(&one - disturbances.data());
         const AgentProposal move = proposal(Kind::Move, world.home("Downloads/a.pdf"), world.home("Ziel/a.pdf"));
-        ASSERT_FALSE(survives(3, [&] { (void)execute({move}); })); // between the reserve and the rename
+        ASSERT_FALSE(survives(3, [&] { (void)execute({move}); })); // between creating the reserve and the rename
         ASSERT_EQ(world.tree().content("home/Ziel/a.pdf"), "");
         one.happens();
         EXPECT_TRUE(recoverInterruptedRuns(world.services()).empty());

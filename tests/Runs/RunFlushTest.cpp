@@ -5,9 +5,9 @@ using namespace brellin::test;
 
 namespace {
 
-/// What stood where when something was flushed.
+/// The state of the disk at a flush.
 struct Flushed {
-    bool hidden; ///< under its hidden name
+    bool hidden; ///< still under its hidden name
     bool originalThere;
 
     bool operator==(const Flushed &) const = default;
@@ -48,7 +48,7 @@ TEST_F(RunFlushTest, comesBeforeTheEntryGoesOnTheWayBackToo)
     const Result<ExecutionOutcome> moved =
         execute({proposal(Kind::Move, world.home("Downloads/groß.mov"), world.disk("Ablage/neu.mov"))});
     ASSERT_TRUE(moved && moved->run);
-    // Without its original in the Trash the entry itself goes back across the volumes.
+    // Without the original in the Trash, undo moves the entry itself back across volumes.
     std::filesystem::remove(*moved->run->steps.front().trashedOriginal);
     watched = world.disk("Ablage/neu.mov");
     flushed.clear();

@@ -61,7 +61,7 @@ TEST_F(RunJournalTest, goesOnBehindATornLine)
     {
         Result<RunJournal> journal = RunJournal::createOrContinue(tree.root(), run, date);
         ASSERT_TRUE(journal);
-        ASSERT_EQ(journal->content().steps.size(), 1u); // as if the torn one had not been written
+        ASSERT_EQ(journal->content().steps.size(), 1u); // the torn line is ignored
         EXPECT_FALSE(journal->content().damaged) << "a crash tears lines; a damaged journal would never go";
         ASSERT_TRUE(journal->done(0, {Kind::Move, "/von/a", Location("/nach/a"), {}}));
     }
