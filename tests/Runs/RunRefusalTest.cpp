@@ -14,7 +14,7 @@ namespace {
 
 class RunRefusalTest : public testing::Test, public RunWorld {
 protected:
-    /// A duplicate that goes because the other one stays.
+    /// A duplicate to trash, with the copy that is kept.
     AgentProposal duplicate(const char *name, const char *kept) const
     {
         AgentProposal one = proposal(Kind::Trash, world.home(name));
@@ -23,7 +23,7 @@ protected:
     }
 };
 
-/// Files of this process end at 4 KiB until `lift`, as if the disk were full.
+/// Limits this process's files to 4 KiB until `lift`, as if the disk were full.
 class ShortFiles {
 public:
     ShortFiles()
@@ -57,13 +57,13 @@ TEST_F(RunRefusalTest, keepsACopyThatHoldsMoreThanTheOriginalThatStays)
 {
     const std::vector<AgentProposal> all = everything();
     const std::vector<AgentProposal> across(all.end() - 2, all.end()); // a file and a folder
-    // Somebody goes on with the copy as soon as it has its name; the original then cannot go.
+    // The copy is changed as soon as it has its final name, and then the original cannot be trashed.
     world.files().beforeFlush = [&](const Location &entry) {
         if (entry.filename().native().starts_with(Placement::temporaryPrefix))
             return;
         const bool folder = std::filesystem::is_directory(entry);
         std::ofstream(folder ? entry / "dazu" : entry, std::ios::app) << (folder ? "im Ordner" : " und mehr");
-        world.faults.failAt = world.faults.changes(); // the Trash
+        world.faults.failAt = world.faults.changes(); // trashing fails
     };
     for (const AgentProposal &one : across) {
         SCOPED_TRACE(one.source);
@@ -83,7 +83,7 @@ TEST_F(RunRefusalTest, leavesOfACopyWhatCameAfterItsComparison)
     const Location copy = world.disk("Programme/Paket.app");
     world.files().beforeFlush = [&](const Location &entry) {
         if (entry == copy)
-            world.faults.failAt = world.faults.changes(); // the Trash
+            world.faults.failAt = world.faults.changes(); // trashing fails
     };
     world.files().beforeRemoval = [&](const Location &entry) {
         EXPECT_EQ(entry, copy);
@@ -142,7 +142,7 @@ TEST_F(RunRefusalTest, doesNothingThatNoJournalAnnounced)
     EXPECT_EQ(world.snapshot(), untouched);
     EXPECT_FALSE(world.hasJournals());
 
-    // The disk fills up after the first have been announced: they move, the others stay.
+    // The disk fills up after the first steps were planned: these move, the others stay.
     world.files().beforeHeldRename = [&](const Location &) { disk.begin(); };
     const Result<ExecutionOutcome> some = execute(all);
     disk.lift();
@@ -163,7 +163,7 @@ TEST_F(RunRefusalTest, leavesADuplicateWhoseOtherIsNoLongerThatOrNotThere)
     std::vector<AgentProposal> all{proposal(Kind::Move, world.home("b/geht"), world.home("c/geht"))};
     for (const char *const name : {"weg", "anders", "verweis", "geht", "link", "da"})
         all.push_back(duplicate((std::string("a/") + name).c_str(), (std::string("b/") + name).c_str()));
-    // What was seen of those that are to go stays as it was.
+    // The sources stay as seen by the scan; only their kept copies change.
     std::filesystem::remove(world.home("b/weg"));
     world.tree().file("home/b/anders", "gleiCH");
     for (const char *const name : {"verweis", "link"})

@@ -63,7 +63,7 @@ TEST_F(RunTest, losesNothingWhenAnyOperationFails)
                 EXPECT_EQ(recoverInterruptedRuns(world.services()).size(), 1u);
             }
             undoAll();
-            // Removing one's own failed copy may fail too; then, and only then, it stays.
+            // Only if removing our own failed copy fails too may it remain.
             EXPECT_LE(world.leftovers(), outcome->failures.empty() ? 0 : 1);
             ASSERT_EQ(world.snapshot(), before);
             if (!hit)
@@ -85,12 +85,12 @@ TEST(UndoFaultTest, losesNothingAndNamesWhatItCouldNotPutBack)
         const bool hit = one.world.faults.changes() > n;
         one.world.faults = FaultPlan{};
         one.expectEveryByte();
-        // Where the history could not be written, the run is not undone and undoing it again finishes it.
+        // If the history could not be written, repeating the undo completes it.
         if (!undone)
             one.undoAll();
         else
             EXPECT_EQ(RunHistory(one.world.defaults()).aftermath(outcome->run->id).notRestored, undone->notRestored);
-        // An empty folder that could not be removed is all that may remain then.
+        // At most an empty folder that could not be removed may remain.
         if (!undone || undone->notRestored.empty()) {
             EXPECT_TRUE(one.world.snapshot() == one.before || (hit && undone));
         }
@@ -113,7 +113,7 @@ TEST_F(RunTest, isFoundAndTakenBackAfterAKillAtAnyMoment)
         EXPECT_EQ(world.leftovers(), 0);
         ASSERT_EQ(world.snapshot(), before);
         if (finished) {
-            EXPECT_GT(n, 20); // the kills did hit
+            EXPECT_GT(n, 20); // the kills took effect
             break;
         }
     }
@@ -135,7 +135,7 @@ TEST_F(RunTest, undoGoesOnAfterAKillAtAnyMoment)
         EXPECT_FALSE(world.hasJournals() && !marked);
         ASSERT_EQ(world.snapshot(), before);
         if (finished) {
-            EXPECT_GT(n, 20); // the kills did hit
+            EXPECT_GT(n, 20); // the kills took effect
             break;
         }
     }
@@ -248,7 +248,7 @@ TEST_F(RunTest, keepsAnOriginalThatWasEditedAfterTheComparison)
     const std::string old = contentOf(inside);
     world.files().beforeFlush = [&](const Location &entry) {
         if (entry.filename().native().starts_with("."))
-            return; // not yet under its name
+            return; // before it has its final name
         const auto time = std::filesystem::last_write_time(inside);
         std::fstream(inside, std::ios::in | std::ios::out) << "N";
         std::filesystem::last_write_time(inside, time);
@@ -282,7 +282,7 @@ TEST_F(RunTest, carriesNamesThatAreNoText)
         execute({proposal(Kind::Move, odd, world.home("Archiv") / odd.filename())});
     ASSERT_TRUE(outcome);
     EXPECT_TRUE(outcome->failures.empty());
-    // Undo works from what was stored, not from what is in memory.
+    // Undo must use the stored history, not what is in memory.
     undoAll();
     EXPECT_EQ(world.snapshot(), withOdd);
 }
@@ -291,7 +291,7 @@ TEST_F(RunTest, undoNeverRemovesACopyThatHoldsMoreThanItsOriginal)
 {
     const Result<ExecutionOutcome> outcome = execute(everything());
     ASSERT_TRUE(outcome && outcome->run);
-    // The user went on working with both, and their volume has lost its Trash.
+    // The user has changed both, and the volume has lost its Trash.
     world.tree().file("disk/Ablage/groß (2).mov", "geändert");
     world.tree().link("disk/Programme/Paket.app/verweis", "anderswo");
     world.tree().file("disk/.Trash-" + std::to_string(::getuid()), "im Weg");
@@ -320,8 +320,8 @@ TEST_F(RunTest, undoLeavesStrangersThatTookTheStepsPlaces)
     ASSERT_TRUE(outcome && outcome->run);
     const std::vector<JournalStep> &steps = outcome->run->steps;
     ASSERT_EQ(steps.size(), 7u);
-    // Others under the names of a moved file, a trashed file, a copy and a trashed original; they may get the numbers of
-    // those that go.
+    // Other files under the names of a moved file, a trashed file, a copy and a trashed original; they may reuse their
+    // inode numbers.
     const std::vector places = {*steps[0].to, *steps[2].to, *steps[4].to, *steps[5].trashedOriginal};
     for (const Location &place : places) {
         ASSERT_TRUE(std::filesystem::remove(place));
@@ -332,11 +332,11 @@ TEST_F(RunTest, undoLeavesStrangersThatTookTheStepsPlaces)
     EXPECT_EQ(undone->notRestored, (std::vector{world.home("Downloads/kopie.txt"), world.home("Downloads/alt.zip")}));
     for (const Location &place : {places[1], places[2], places[3]})
         EXPECT_EQ(std::filesystem::file_size(place), 5u) << place;
-    // Saving makes another file, too: what stands where a file was moved to goes back in its stead, and is named.
+    // Saving creates a new file: whatever is at the target now is moved back, with a remark.
     EXPECT_EQ(world.tree().content("home/Downloads/a.pdf"), "fremd");
     EXPECT_EQ(undone->remarks, QStringList(QStringLiteral("a.pdf: Inzwischen geändert, so kam es zurück.")));
     EXPECT_FALSE(entryExists(world.home("Downloads/alt.zip")));
-    // The copy on the other volume is still the file that was moved.
+    // The copy on the other volume is unchanged.
     EXPECT_EQ(world.tree().content("home/Downloads/groß.mov"), "sechs");
     EXPECT_EQ(world.tree().content("home/Downloads/tief/a.pdf"), "zwei");
 }
@@ -405,7 +405,7 @@ TEST_F(RunTest, triesTheRestOfAnUndoAgainAndNothingElse)
         SCOPED_TRACE(n);
         const Result<ExecutionOutcome> outcome = execute(everything());
         ASSERT_TRUE(outcome && outcome->run);
-        // Two of them are out of reach.
+        // Two of them are unreachable.
         const std::vector<JournalStep> &steps = outcome->run->steps;
         const Location away = world.tree().folder("anderswo");
         std::filesystem::rename(*steps[0].to, away / "a");
@@ -416,7 +416,7 @@ TEST_F(RunTest, triesTheRestOfAnUndoAgainAndNothingElse)
         EXPECT_EQ(history.aftermath(outcome->run->id).left, (std::vector<std::size_t>{5, 0}));
         std::filesystem::rename(away / "a", *steps[0].to);
         std::filesystem::rename(away / "groß", *steps[5].to);
-        // What was taken back is the user's business again.
+        // After the undo, entries at these places belong to the user again.
         world.tree().file("home/Neu/Ordner/kopie.txt", "selbst angelegt");
         const bool finished = survives(n, [&] { (void)undo(*outcome->run); });
         recoverInterruptedRuns(world.services());
@@ -461,13 +461,13 @@ TEST(EntryMarkTest, tellsAnEntryFromAnotherWithItsNumber)
     EXPECT_FALSE(mark.isSame(strange) || mark.isSame(other));
     EXPECT_TRUE(mark.isOf(now) && mark.isOf(moved) && mark.isOf(other));
     EXPECT_TRUE(!now.created || (mark.isOf(grown) && !mark.isOf(strange) && !mark.isOf(copied)));
-    // A volume that keeps no births: size and time decide.
+    // Without birth times, size and modification time decide.
     const EntryMark bare{mark.state, {}};
     EXPECT_TRUE(bare.isSame(now) && bare.isOf(now) && bare.isOf(other));
     EXPECT_FALSE(bare.isSame(grown) || bare.isOf(grown));
     EXPECT_EQ(EntryMark::parse(mark.text()), mark);
 
-    // A new file that got the number of the one that is looked for is not that one, wherever it lies.
+    // A new file that reuses the inode number must not be taken for the entry.
     EXPECT_FALSE(EntrySearch().find(tree.path("a"), EntryMark{{now.identity, 9, later}, later}));
     EXPECT_TRUE(EntrySearch().find(tree.path("a"), mark));
 }
@@ -552,7 +552,7 @@ TEST_F(RunTest, recoversLinkedFilesOfOneNameEachAtItsOwnPlace)
     const auto moves = [&] {
         const Location wanted = world.home("Ziel/name.txt");
         AgentProposal further = proposal(Kind::Move, first, world.home("Weiter/name.txt"));
-        further.source = wanted; // the place that the first leaves again is the second's; the third gets a number
+        further.source = wanted; // the second step uses the name the first one vacates; the third gets a number
         return std::vector{proposal(Kind::Move, first, wanted), further, proposal(Kind::Move, second, wanted),
                            proposal(Kind::Move, third, wanted)};
     };
@@ -575,7 +575,7 @@ TEST_F(RunTest, undoesARunOnceWhateverAnotherProgramThinks)
     const Result<ExecutionOutcome> second = execute(everything());
     ASSERT_TRUE(second && second->run);
     const std::string after = world.snapshot();
-    EXPECT_FALSE(undo(*first->run)); // its steps speak of the same places
+    EXPECT_FALSE(undo(*first->run)); // its steps refer to the same locations
     EXPECT_EQ(world.snapshot(), after);
 }
 
@@ -595,14 +595,14 @@ TEST_F(RunTest, keepsADamagedJournalAsideAndRecoversTheRest)
     undoAll();
     EXPECT_EQ(world.snapshot(), before);
     EXPECT_EQ(RunJournal::find(folder, RunJournal::Purpose::Run).size(), 0u);
-    EXPECT_TRUE(world.hasJournals()); // for a person to look into
+    EXPECT_TRUE(world.hasJournals()); // kept for inspection
 }
 
 TEST(JournalLinesTest, planNoMoreStepsThanThereAreLines)
 {
     const PlannedStep step{AgentProposal::Kind::Trash, "/a", {}, {}, {}};
     const QByteArray head = journalLines::head(QUuid::createUuid(), Instant());
-    // A line that was passed over leaves its step empty.
+    // A skipped line leaves its step empty.
     const JournalContent torn = journalLines::read(head + "{kaputt}\n" + journalLines::plan(1, step));
     EXPECT_EQ(torn.steps.size(), 2U);
     const JournalContent grown = journalLines::read(head + journalLines::plan(1'000'000, step));

@@ -32,8 +32,8 @@ inline AgentProposal proposal(Kind kind, const Location &source, std::optional<L
     return one;
 }
 
-/// One file of every fate: moves onto one another, over a taken name and into new folders, a rename, a copy, the Trash,
-/// and a file and a folder that change the volume.
+/// Files for every kind of step: moves onto each other's names, to a taken name and into new folders, a rename, a copy,
+/// the Trash, and a file and a folder moved across volumes.
 class RunWorld {
 public:
     RunWorld()
@@ -74,7 +74,7 @@ public:
         return UndoRun(world.services()).undo(run.id, control);
     }
 
-    /// Undoes everything in the history that is not undone.
+    /// Undoes all runs of the history that are not undone.
     void undoAll()
     {
         for (const JournalRun &run : RunHistory(world.defaults()).runs()) {
@@ -93,7 +93,7 @@ public:
             EXPECT_TRUE(now.contains(content)) << content << " is lost";
     }
 
-    /// Runs `work` in a process that is killed at point `n`; whether the end was reached before.
+    /// Runs `work` in a process that is killed at point `n`; returns whether it finished before.
     bool survives(int n, const std::function<void()> &work)
     {
         const pid_t child = ::fork();

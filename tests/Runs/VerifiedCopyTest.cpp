@@ -14,7 +14,7 @@ TEST(VerifiedCopyTest, takesNothingForTheSameThatCouldNotBeRead)
 {
     const TempTree tree;
     tree.lines({"original/tief/a=eins", "kopie/tief/b=anders"});
-    // Any two of the folders may be closed to us, so also both that differ.
+    // Any of the folders may be unreadable, also the two that differ.
     bool differs = true;
     int calls = 0;
     for (int n = 0; n <= calls; ++n) {
