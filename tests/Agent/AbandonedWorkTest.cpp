@@ -17,7 +17,7 @@ using ::testing::Contains;
 
 namespace {
 
-/// Holds up the first that comes, as a server that does not answer. Opens by itself only where a test would hang.
+/// Blocks the first caller like an unresponsive server. Opens by itself only if the test would hang otherwise.
 class Gate {
 public:
     void arm() { m_armed = true; }

@@ -21,7 +21,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-/// Waits until nothing is at work any more.
+/// Waits until all work has finished.
 void settle(Published<bool> &working)
 {
     QEventLoop loop;
@@ -104,7 +104,7 @@ TEST_F(AgentListsTest, keepsTheOtherOneOfAPairAndNeverLosesBoth)
     ASSERT_TRUE(agent.setDuplicateFolders({world.home("Downloads")}));
     setRules(agent, {rule(QStringLiteral("pdf"))});
     wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
-    // Two go for the oldest, which a rule moves afterwards.
+    // Two duplicates rely on the oldest file, which a rule then moves.
     ASSERT_EQ(agent.proposals.get().size(), 3u);
     const AgentProposal pair = agent.proposals.get().front();
     ASSERT_TRUE(canKeepInstead(pair));
@@ -183,7 +183,7 @@ TEST_F(AgentListsTest, triesTheEditedRuleAmongTheOthers)
     trial.setRule(edited, rules, {});
     edited.conditions[0].value = QStringLiteral("txt, pdf");
     edited.enabled = false;
-    trial.setRule(edited, rules, {}); // the first answer is not waited for
+    trial.setRule(edited, rules, {}); // cancels the first trial
     trial.explain(world.home("Downloads/a.txt"));
     EXPECT_TRUE(trial.running.get());
     settle(trial.running);

@@ -37,8 +37,9 @@ const AgentProposal *proposalFor(const CleanupAgent &agent, const Location &sour
 
 } // namespace
 
-/// The whole road: the timer finds a scan due, rules and duplicates make candidates, protection and the model have their
-/// say, what is automatic is done across volumes, the rest is proposed, ticked, done, and all of it is taken back.
+/// End to end: the timer finds a scan due, rules and duplicates make candidates, protection and the model are applied,
+/// automatic proposals are executed across volumes, the others are proposed, ticked and executed, and everything is
+/// undone.
 TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
 {
     AgentWorld world;
@@ -47,7 +48,7 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
                         "home/Downloads/Film.mov=Film", "home/Downloads/Projekt/intern Rechnung.pdf=geheim",
                         "home/Downloads/Notiz_Idee (2).csv=Idee"});
     world.tree().file("home/Downloads/Foto.jpg", "Foto");
-    ::usleep(12'000); // the copy is younger
+    ::usleep(12'000); // makes the copy younger
     world.tree().file("home/Downloads/Foto Kopie.jpg", "Foto");
     world.tree().age("home/Downloads/Film.mov", world.clock.time - std::chrono::hours(5000));
     const std::string before = world.snapshot();
@@ -110,7 +111,7 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     EXPECT_EQ(agent.proposals.get().size(), 1u);
     EXPECT_FALSE(entryExists(downloads("Foto Kopie.jpg")));
 
-    // Any run can be taken back, also the older one first.
+    // Runs can be undone in any order, the older one first too.
     const std::vector<JournalRun> runs = agent.history.get();
     ASSERT_EQ(runs.size(), 2u);
     wait(agent, [&] { agent.undo(runs[1].id); });

@@ -60,7 +60,7 @@ TEST_F(CleanupAgentTest, startsWithExamplesAndUpgradesOldRulesOnce)
     EXPECT_EQ(fresh.duplicateFolders.get(),
               (std::vector{world.folders.dir(StandardFolder::Downloads), world.folders.dir(StandardFolder::Desktop)}));
 
-    // A user who has removed all rules gets none back once the set is up to date.
+    // A user who has deleted all rules does not get the examples back once the set is current.
     store({});
     EXPECT_TRUE(CleanupAgent(world.services()).rules.get().empty());
     ASSERT_TRUE(world.defaults().setValue(QStringLiteral("agentRulesVersion"), 2));
@@ -110,7 +110,7 @@ TEST_F(CleanupAgentTest, doesWhatIsAutomaticProposesTheRestAndSparesWhatIsProtec
     EXPECT_TRUE(world.tree().has("home/Ziel/frei.txt"));
     EXPECT_TRUE(world.tree().has("home/Downloads/Projekt/geschützt.txt"));
 
-    // Another program of this user knows all of it.
+    // Another process of this user sees all of it.
     CleanupAgent other(world.services());
     EXPECT_EQ(other.history.get(), agent.history.get());
     EXPECT_EQ(other.newSinceViewed.get(), 2);
@@ -126,7 +126,7 @@ TEST_F(CleanupAgentTest, keepsFailedProposalsUntickedAndRefusesWhileAnotherWorks
     CleanupAgent agent(world.services());
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules, CleanupAgent::ScanPurpose::ProposeOnly); });
     ASSERT_EQ(agent.proposals.get().size(), 2u);
-    EXPECT_FALSE(agent.lastRun.get()); // only looking leaves no trace
+    EXPECT_FALSE(agent.lastRun.get()); // proposing only is not recorded as a check
     {
         const Result<FileLock> lock = StateFolder(world.services().stateFolder).lockAgent();
         wait(agent, [&] { agent.executeChosen(); });
@@ -154,12 +154,12 @@ TEST_F(CleanupAgentTest, keepsTicksAndDoesNotCountTheSameFindTwice)
     world.tree().file("home/Downloads/neu.txt", "vier");
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     EXPECT_EQ(agent.newSinceViewed.get(), 3);
-    EXPECT_EQ(agent.chosen.get().size(), 1u); // the new one; the others stay unticked
+    EXPECT_EQ(agent.chosen.get().size(), 1u); // the new one only; the others stay unticked
     const QObject view;
     agent.setViewVisible(view, true);
     EXPECT_EQ(agent.newSinceViewed.get(), 0);
 
-    // What is not wanted stays away, also from the next program, until that is taken back.
+    // A never-proposed finding stays away, also in the next process, until the user allows it again.
     const AgentProposal unwanted = agent.proposals.get().front();
     agent.neverPropose({unwanted.id});
     EXPECT_EQ(agent.proposals.get().size(), 2u);
@@ -186,21 +186,21 @@ TEST_F(CleanupAgentTest, looksByItselfWhenDueAndNobodyIsAtWork)
     EXPECT_TRUE(scansAtTick());
     world.clock.time += std::chrono::hours(23);
     EXPECT_FALSE(scansAtTick());
-    world.clock.time += std::chrono::hours(100); // slept through four intervals
+    world.clock.time += std::chrono::hours(100); // asleep for four intervals
     const QObject view;
     agent.setAttended(view, true);
     EXPECT_FALSE(scansAtTick());
     agent.setAttended(view, false);
     EXPECT_TRUE(scansAtTick());
     EXPECT_FALSE(scansAtTick());
-    world.clock.time -= std::chrono::hours(48); // the clock was wrong: the last run lies ahead
+    world.clock.time -= std::chrono::hours(48); // the clock was wrong: the last run is in the future
     EXPECT_TRUE(scansAtTick());
     world.clock.time += std::chrono::hours(1000);
     ASSERT_TRUE(agent.setIntervalHours(0));
     EXPECT_FALSE(scansAtTick());
     EXPECT_EQ(receiptTicks, 7);
 
-    // At its start it looks at once if that is due.
+    // On start it scans at once if a scan is due.
     ASSERT_TRUE(world.defaults().setValue(QStringLiteral("agentInterval"), 24));
     CleanupAgent next(world.services());
     wait(next, [&] { next.start(); });
@@ -217,7 +217,7 @@ TEST_F(CleanupAgentTest, trashesDuplicatesBeforeRulesAndNeverBothCopies)
     CleanupAgent agent(world.services());
     ASSERT_TRUE(agent.setDuplicateFolders({world.home("Downloads")}));
     wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
-    // One file, one proposal: two go as duplicates of the third, unless the rule takes just that one.
+    // One proposal per file: two are duplicates of the third, unless the rule takes that one.
     const std::vector<AgentProposal> list = agent.proposals.get();
     ASSERT_EQ(list.size(), 3u);
     wait(agent, [&] { agent.executeChosen(); });
@@ -237,7 +237,7 @@ TEST_F(CleanupAgentTest, asksTheModelOnceAndSortsByItsAnswer)
     world.tree().folder("home/Ziel/Verträge");
     CleanupAgent agent(world.services());
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
-    EXPECT_TRUE(agent.proposals.get().empty()); // no model, no step
+    EXPECT_TRUE(agent.proposals.get().empty()); // without a model there is no step
     world.model.answer = QStringLiteral("„verträge“.");
     for (int scan = 0; scan < 2; ++scan) {
         wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });

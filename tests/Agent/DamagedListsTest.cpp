@@ -21,7 +21,7 @@ using ::testing::SizeIs;
 
 namespace {
 
-/// What the agent does when somebody else damages or changes what it has stored.
+/// The agent's reaction when someone else damages or changes its stored data.
 class DamagedListsTest : public testing::Test {
 protected:
     DamagedListsTest()
@@ -50,7 +50,7 @@ protected:
     {
         return world.tree().path("settings") / (list.toStdString() + ".json");
     }
-    /// Shortens a list as a failing disk or a broken tool does.
+    /// Truncates a list as a failing disk or a broken tool would.
     void cut(const QString &list) const
     {
         std::filesystem::resize_file(fileOf(list), std::filesystem::file_size(fileOf(list)) - 3);
@@ -106,7 +106,7 @@ TEST_F(DamagedListsTest, nothingIsScannedOrCarriedOutWhileADecisiveListIsDamaged
         CleanupAgent next(world.services());
         wait(next, [&] { next.start(); });
         EXPECT_EQ(home(), before);
-        // Whoever has a list of proposals from before, another program for one, is refused as well.
+        // Also refused for a holder of old proposals, such as another process.
         JobControl control;
         EXPECT_FALSE(Execution(world.services()).execute(agent.proposals.get(), control));
         ASSERT_TRUE(agent.restoreList(list));
@@ -136,7 +136,7 @@ TEST_F(DamagedListsTest, whatCannotBeReadIsNotAbsent)
 {
     const std::string before = home();
     std::filesystem::remove(fileOf(GuardKeys::profiles));
-    std::filesystem::create_directory(fileOf(GuardKeys::profiles)); // not even root reads a folder
+    std::filesystem::create_directory(fileOf(GuardKeys::profiles)); // a folder is unreadable even for root
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
     EXPECT_EQ(home(), before);
     ASSERT_THAT(lists(agent), ElementsAre(GuardKeys::profiles));
@@ -178,7 +178,7 @@ TEST_F(DamagedListsTest, aRecordWithoutWhatLimitsItIsDamaged)
             << agent.status.get().toStdString();
         ASSERT_TRUE(world.defaults().replace(list, good));
     }
-    // What only makes a rule do less takes the value of a new rule.
+    // Keys that only narrow a rule take the defaults of a new rule.
     world.tree().file(
         "settings/agentRules.json",
         (u'[' + rule + QStringLiteral(R"(,"conditions":[{"kind":"extensionIs","value":"pdf"}]}])")).toStdString());
@@ -274,7 +274,7 @@ TEST_F(DamagedListsTest, settingsOfAWrongTypeTakeTheirDefaultAndNothingBeginsWhe
     EXPECT_EQ(next.lastRun.get(), std::nullopt);
     EXPECT_EQ(next.newSinceViewed.get(), 0);
 
-    // Whoever chose "by hand only" is not overruled by a damaged file.
+    // A damaged file must not override "by hand only".
     const std::string before = home();
     ASSERT_TRUE(agent.setIntervalHours(0));
     cut(QStringLiteral("settings"));
@@ -282,7 +282,7 @@ TEST_F(DamagedListsTest, settingsOfAWrongTypeTakeTheirDefaultAndNothingBeginsWhe
     wait(third, [&] { third.start(); });
     EXPECT_EQ(home(), before);
     EXPECT_THAT(lists(third), ElementsAre(QStringLiteral("settings")));
-    // The next setting that is stored brings the others back.
+    // Storing the next setting restores the others.
     ASSERT_TRUE(third.setAutoDuplicates(false));
     third.tick();
     EXPECT_FALSE(third.running.get());
@@ -319,7 +319,7 @@ TEST_F(DamagedListsTest, theLongHistoryIsReadAgainOnlyWhereItHasChanged)
     agent.reload({AgentKeys::rules, QStringLiteral("settings"), AgentKeys::seen});
     EXPECT_TRUE(waitUntil([&] { return agent.rules.get().empty(); }));
     EXPECT_FALSE(knows());
-    // Also where it is heard of at an inconvenient moment.
+    // The same if the change is reported during an operation.
     wait(agent, [&] {
         agent.searchDuplicates({world.home("Downloads")});
         agent.reload({RunKeys::history});
@@ -337,7 +337,7 @@ TEST_F(DamagedListsTest, aTickLeavesTheStatusAloneWhileItIsKnownThatNothingMayBe
     wait(agent, [&] { agent.tick(); });
     EXPECT_EQ(agent.status.get(), QString());
     EXPECT_FALSE(agent.lastFailure());
-    // Whoever settles it elsewhere need not tell: the next ticks find out.
+    // If it is repaired elsewhere without notice, the next tick finds out.
     ASSERT_TRUE(restoreLastGood(world.defaults(), *agentKind(AgentKeys::rules)));
     wait(agent, [&] { agent.tick(); });
     EXPECT_TRUE(waitUntil([&] { return agent.damaged.get().empty(); }));

@@ -13,7 +13,7 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-/// Runs whose entries have become something else since they were planned.
+/// Runs whose entries have changed since they were planned.
 class GuardedRunTest : public testing::Test {
 protected:
     AgentProposal proposal(Kind kind, std::string_view source, std::optional<std::string_view> destination = {}) const
@@ -51,7 +51,7 @@ TEST_F(GuardedRunTest, leavesWhatWasProtectedSinceItWasPlanned)
                         "home/Werk/fest/e=5", "home/Werk/frei=6", "home/Werk/fest/Paket.app/x=7", "home/DL->Werk/fest",
                         "home/Ziel/"});
     std::vector<AgentProposal> all;
-    for (const char *const name : {"a", "b", "c"}) // the second and third go between held folders
+    for (const char *const name : {"a", "b", "c"}) // the second and third use the fast path between held folders
         all.push_back(proposal(Kind::Move, std::string("DL/") + name, std::string("Ziel/") + name));
     all.push_back(proposal(Kind::Trash, "DL/d"));
     all.push_back(proposal(Kind::Rename, "Werk/fest/e", "Werk/fest/E"));
@@ -65,7 +65,7 @@ TEST_F(GuardedRunTest, leavesWhatWasProtectedSinceItWasPlanned)
     ASSERT_EQ(outcome->failures.size(), all.size() - 1);
     for (const FailedProposal &failed : outcome->failures)
         EXPECT_EQ(failed.why.message, u"Im Projekt „Werk“ geschützt („fest“) und bleibt, wie es ist."_qs);
-    // A profile does not bar the way back.
+    // A profile does not prevent undo.
     protect("Ziel", u"frei"_qs);
     JobControl control;
     ASSERT_TRUE(UndoRun(world.services()).undo(outcome->run->id, control));
@@ -88,7 +88,7 @@ TEST_F(GuardedRunTest, heedsAProfileThatIsSavedWhileItWorks)
     };
     const Result<ExecutionOutcome> outcome = execute(all);
     ASSERT_TRUE(outcome && saved);
-    // Saved while the second was on its way, it counts for the third.
+    // Saved during the second step, the profile applies to the third.
     EXPECT_EQ(outcome->done, (std::vector{all[0].id, all[1].id}));
     EXPECT_EQ(outcome->failures.size(), 3U);
     EXPECT_TRUE(world.tree().has("home/Werk/fest/f2"));
@@ -121,7 +121,7 @@ TEST_F(GuardedRunTest, neverTrashesWhatOthersHaveGoneFor)
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->failureTexts(), QStringList{u"alt.pdf: "_qs + AgentError::keptForOthers().message});
     EXPECT_EQ(world.tree().content("home/Downloads/alt.pdf"), "gleich");
-    EXPECT_EQ(execute({other})->done, std::vector{other.id}); // a later run is the user's word
+    EXPECT_EQ(execute({other})->done, std::vector{other.id}); // in a later run it is the user's decision
 }
 
 TEST_F(GuardedRunTest, doesNothingWhileTheProfilesCannotBeRead)

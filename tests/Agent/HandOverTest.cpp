@@ -12,7 +12,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A desktop without the assistant whose file manager answers only when it may.
+/// A desktop without the assistant, whose file manager can be held back.
 class SlowDesktop : public Workspace, public Pasteboard {
 public:
     bool hasApplication(const QString &) const override { return false; }
@@ -42,7 +42,7 @@ public:
     std::atomic<bool> mayAnswer = false;
 };
 
-/// With standard folders of its own.
+/// With its own standard folders.
 class HandOverTest : public testing::Test {
 protected:
     HandOverTest()
@@ -66,7 +66,7 @@ TEST_F(HandOverTest, waitsForTheDesktopOnAWorkerAndSaysWhenItIsDone)
     ASSERT_TRUE(waitUntil([&] { return desktop.asked > 0; }));
     EXPECT_EQ(agent.status.get(), before);
     EXPECT_TRUE(desktop.text.contains(shown(desktop.revealed)));
-    agent.handOverToClaude({}, desktop, desktop); // a second click while the first is on its way
+    agent.handOverToClaude({}, desktop, desktop); // a second click during the first hand-over
     desktop.answer();
     ASSERT_TRUE(waitUntil([&] { return agent.status.get() != before; }));
     EXPECT_TRUE(agent.status.get().startsWith(QStringLiteral("Prüfbericht gespeichert (Dokumente")));
@@ -87,5 +87,5 @@ TEST_F(HandOverTest, saysWhyThereIsNoReportAndMayBeLeftAlone)
         ASSERT_TRUE(waitUntil([&] { return desktop.asked > 0; }));
         desktop.answer();
     }
-    QCoreApplication::processEvents(); // the agent has gone: its answer goes nowhere
+    QCoreApplication::processEvents(); // the agent is destroyed: its callback is dropped
 }

@@ -13,7 +13,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// What becomes of the files that are kept for duplicates: of "alt.pdf" and "neu.pdf" the first.
+/// What happens to the files kept for duplicates; of "alt.pdf" and "neu.pdf" the first is kept.
 class KeptFilesTest : public testing::Test {
 protected:
     KeptFilesTest()
@@ -48,7 +48,7 @@ protected:
         ASSERT_TRUE(agent.updateRules([&](const auto &) { return rules; }));
         ASSERT_TRUE(agent.setDuplicateFolders({world.home("Downloads")}));
     }
-    /// The files proposed because of another's content, by name.
+    /// Names of the files proposed as duplicates.
     std::vector<std::string> scan(CleanupAgent &agent) const
     {
         wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
@@ -152,7 +152,7 @@ TEST_F(KeptFilesTest, AreNoneThatARuleTrashesLater)
     off.enabled = false;
     use(agent, {off});
     EXPECT_EQ(scan(agent), Names{"neu.pdf"});
-    // What is searched by hand is judged by the same rules.
+    // The manual search applies the same rules.
     use(agent, {rule(RuleAction::Trash, u"alt"_qs, u"14"_qs)});
     wait(agent, [&] { agent.searchDuplicates({world.home("Downloads")}); });
     EXPECT_TRUE(agent.proposals.get().empty());
@@ -232,7 +232,7 @@ TEST_F(KeptFilesTest, AreNotExchangedForOneThatARuleTrashesLater)
     wait(agent, [&] { agent.analyze(world.home("Downloads")); });
     ASSERT_EQ(agent.proposals.get().size(), 2U);
     staysAsItIs();
-    // Both are meant to go by the same rule.
+    // The same rule is meant to take both.
     use(agent, {rule(RuleAction::Trash, u"alt, neu, dritte"_qs, u"14"_qs)});
     scan(agent);
     EXPECT_TRUE(agent.keepInstead(proposalOf("neu.pdf")));

@@ -14,7 +14,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// What a rule does is done once: scanning again finds nothing more to do.
+/// Scans are idempotent: scanning again finds nothing more to do.
 class RepeatedScansTest : public testing::Test {
 protected:
     CleanupRule rule(RuleAction action, const QString &target) const
@@ -31,7 +31,7 @@ protected:
     {
         ASSERT_TRUE(agent.updateRules([&](const auto &) { return rules; }));
     }
-    /// The proposals of one scan, as "file -> destination" below the home folder.
+    /// One scan's proposals, as "file -> destination" relative to the home folder.
     std::vector<std::string> scan(CleanupAgent &agent) const
     {
         wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
@@ -40,7 +40,7 @@ protected:
             lines.push_back(below(one.source) + " -> " + (one.destination ? below(*one.destination) : "Papierkorb"));
         return lines;
     }
-    /// Scans and carries out all of it, and gives how many steps that were.
+    /// Scans and executes everything; returns the number of steps.
     std::size_t round(CleanupAgent &agent) const
     {
         const std::size_t found = scan(agent).size();
@@ -56,7 +56,7 @@ protected:
 
 TEST_F(RepeatedScansTest, ACopyIsMadeOnceUnderWhicheverName)
 {
-    const std::string longName(254, 'l'); // numbers shorten it, longer ones more
+    const std::string longName(254, 'l'); // appended numbers shorten it, longer numbers more
     world.tree().lines({"home/Downloads/a/x.txt=eins", "home/Downloads/b/x.txt=zwei", "home/Downloads/c (3).txt=drei",
                         "home/Downloads/M.app/teil=vier", "home/Ziel/x.txt=war schon da", "home/Ziel/M.app/andere=x"});
     world.tree().file("home/Downloads/" + longName, "lang");
@@ -68,7 +68,7 @@ TEST_F(RepeatedScansTest, ACopyIsMadeOnceUnderWhicheverName)
     EXPECT_EQ(round(agent), 5U);
     EXPECT_TRUE(world.tree().has("home/Ziel/" + numberedName(longName, 10)));
     EXPECT_EQ(scan(agent), Lines());
-    // A copy that somebody has worked on is none any more, and neither is that of a changed source.
+    // A changed copy, or the copy of a changed source, does not count as a copy.
     world.tree().file("home/Ziel/c (3).txt", "weitergeschrieben");
     world.tree().file("home/Downloads/a/x.txt", "neu");
     EXPECT_EQ(scan(agent), (Lines{"Downloads/c (3).txt -> Ziel/c (3).txt", "Downloads/a/x.txt -> Ziel/x.txt"}));
@@ -141,12 +141,12 @@ TEST_F(RepeatedScansTest, TheModelsAnswersBelongToTheirFolder)
     world.model.answer = u"Rechnungen"_qs;
     EXPECT_EQ(scan(agent).size(), 2U);
     EXPECT_TRUE(world.model.prompts.last().contains(u"Rechnungen"_qs)) << "a folder chosen in this scan counts";
-    // Somebody makes that folder, in a spelling of their own, and something of the file's name is in it.
+    // The user creates that folder in a different spelling, containing another file of that name.
     world.tree().file("home/Ablage/rechnungen/a.txt", "anderes");
     EXPECT_EQ(scan(agent),
               (Lines{"Downloads/a.txt -> Ablage/rechnungen/a (2).txt", "Downloads/b.txt -> Ablage/rechnungen/b.txt"}));
     EXPECT_EQ(world.model.prompts.size(), 2) << "kept answers";
-    // In another folder they are nobody's answers; and a folder that was chosen and is gone is no answer either.
+    // Answers do not apply to another folder, and not if the chosen folder is gone.
     sort.targetPath = u"~/Anderswo"_qs;
     use(agent, {sort});
     world.model.answer = u"Steuer"_qs;

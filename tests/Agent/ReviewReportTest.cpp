@@ -68,7 +68,7 @@ TEST(ReviewReportTest, isHandedOverOrShown)
     ASSERT_TRUE(report);
     EXPECT_EQ(report->file.filename(), "Pruefung-Vorschlaege-2026-09-03-1400.md");
     EXPECT_TRUE(report->request.contains(shown(report->file)));
-    // The next one of the same minute gets a name of its own.
+    // A second report of the same minute gets its own name.
     EXPECT_NE(writeReviewReport(subject, documents.root(), now)->file, report->file);
 
     FakeWorkspace desktop;

@@ -16,7 +16,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Scans as the timer and the user start them, and what becomes of the finds.
+/// Scans started by the timer and by the user, and what happens to the findings.
 class ScanTest : public testing::Test {
 protected:
     CleanupRule moving(const QString &extension, const Location &target) const
@@ -43,7 +43,7 @@ protected:
     {
         wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
     }
-    /// Two files of one content, the first the older one.
+    /// Creates two files with the same content, the first one older.
     void pair(const std::string &kept, const std::string &copy) const
     {
         const auto birth = [&](const std::string &file) { return readAttributes(world.home(file))->created; };
@@ -80,7 +80,7 @@ TEST_F(ScanTest, leavesAProjectToTheUserEvenWhereEverythingIsAutomatic)
     for (const AgentProposal &one : agent.proposals.get())
         EXPECT_TRUE(one.needsReview && !one.automatic && !one.preselected) << one.source;
     EXPECT_TRUE(agent.chosen.get().empty());
-    // The user's own tick is his, also after the next look.
+    // The user's tick survives the next scan.
     const QUuid ticked = find(agent, "bild.png")->id;
     agent.choose({ticked});
     scan(agent);
@@ -133,7 +133,7 @@ TEST_F(ScanTest, dropsWhatAProfileSavedSinceProtects)
     ASSERT_TRUE(agent.saveProfile(profile));
     EXPECT_TRUE(waitUntil([&] { return listed() == std::pair<std::size_t, std::size_t>{1, 1}; }));
     EXPECT_NE(find(agent, "b.png"), nullptr);
-    // The same while a scan is at work.
+    // The same during a scan.
     ASSERT_TRUE(agent.removeProfile(profile.id));
     wait(agent, [&] {
         agent.scan(CleanupAgent::Search::Rules);
@@ -173,7 +173,7 @@ TEST_F(ScanTest, takesAFileOnceThoughTwoPathsLeadToIt)
     scan(agent);
     EXPECT_EQ(world.tree().content("home/Downloads/neu.pdf"), "gleich");
     EXPECT_FALSE(world.tree().has("home/Downloads/alt.pdf"));
-    // Moved by a rule, a duplicate is not listed for the Trash as well.
+    // A duplicate moved by a rule is not also listed for the Trash.
     world.tree().file("home/Downloads/alt.pdf", "gleich");
     ASSERT_TRUE(agent.setAutoDuplicates(false));
     rule.conditions = {{.kind = ConditionKind::ExtensionIs, .value = u"pdf"_qs}};
@@ -258,7 +258,7 @@ TEST_F(ScanTest, cancelledAmidTheAutomaticStepsKeepsListBadgeAndTime)
     EXPECT_EQ(agent.newSinceViewed.get(), badge);
     ASSERT_EQ(agent.history.get().size(), 1u);
     EXPECT_EQ(agent.history.get().front().steps.size(), 1u);
-    // The list is the one from before, without what is done.
+    // The previous list, without what was executed.
     EXPECT_EQ(agent.proposals.get().size(), 2u);
     ASSERT_NE(find(agent, "c.png"), nullptr);
     EXPECT_EQ(find(agent, "c.png")->id, listed);
@@ -280,7 +280,7 @@ TEST_F(ScanTest, neverProposesAgainByWhateverWayAnEntryIsReached)
     scan(agent);
     EXPECT_TRUE(agent.proposals.get().empty());
     EXPECT_TRUE(world.tree().has("home/Downloads/a.pdf"));
-    linked.action = RuleAction::Copy; // is another finding
+    linked.action = RuleAction::Copy; // counts as a different finding
     use(agent, {linked});
     scan(agent);
     EXPECT_EQ(agent.proposals.get().size(), 1U);
