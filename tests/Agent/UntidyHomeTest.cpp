@@ -26,7 +26,7 @@ using Kind = AgentProposal::Kind;
 
 namespace {
 
-/// Where the tool lies that makes a home folder as people have them; empty when the tests run far from the source.
+/// The tool that creates realistic home folders; empty when running outside the source tree.
 Location untidyHomeTool()
 {
     const Location program = std::filesystem::read_symlink("/proc/self/exe");
@@ -37,7 +37,7 @@ Location untidyHomeTool()
     return {};
 }
 
-/// Every entry with all its times but those of the last change of its attributes.
+/// All entries with their times, except ctime.
 std::set<std::string> everything(const Location &folder)
 {
     std::set<std::string> lines;
@@ -64,7 +64,7 @@ std::int64_t filesIn(const Location &folder)
     return files;
 }
 
-/// Whether what an analysis says of an entry is so.
+/// Whether the reason of a proposal is true.
 bool isTrue(const AgentProposal &one)
 {
     const QString &reason = one.reason;
@@ -98,7 +98,7 @@ protected:
             GTEST_SKIP() << "no tools/make-untidy-home, or no Python";
     }
 
-    /// What must hold for any analysis of any folder.
+    /// Invariants of every analysis.
     void expectSound(const std::vector<AgentProposal> &proposals) const
     {
         std::set<Location> sources;
@@ -160,7 +160,7 @@ TEST_F(UntidyHomeTest, everyProposalIsRight)
 
 namespace {
 
-/// The whole agent at work in a home of thousands of files, months after they came.
+/// The whole agent in a home folder with thousands of files, months after they arrived.
 class WholeRunTest : public UntidyHomeTest {
 protected:
     void SetUp() override
@@ -184,7 +184,7 @@ protected:
         one.includeSubfolders = true;
         return one;
     }
-    /// The examples, one of them automatic, and before them the kinds that they lack.
+    /// The examples, one of them automatic, preceded by rules of the missing kinds.
     Result<void> setRules(CleanupAgent &agent) const
     {
         return agent.updateRules([this](std::vector<CleanupRule> all) {
@@ -199,7 +199,7 @@ protected:
         });
     }
 
-    /// What must hold for every find of a scan.
+    /// Invariants of every scan.
     void expectSoundScan(const CleanupAgent &agent)
     {
         const RuleMatching matching(world.services().locations, world.clock);
@@ -264,7 +264,7 @@ TEST_F(WholeRunTest, everythingDoneAndTakenBackLeavesTheHomeAsItWas)
         expectSound(agent.proposals.get());
         executeAll(agent);
     }
-    // A project only under its profile; there everything else that an analysis may find.
+    // Inside a project with a profile: everything else that an analysis can find.
     wait(agent, [&] { agent.analyze(world.home("Projekte/webseite")); });
     ASSERT_TRUE(agent.pendingProfile.get());
     EXPECT_TRUE(agent.proposals.get().empty());

@@ -14,16 +14,16 @@
 
 namespace brellin::test {
 
-/// Analyses folders of a small account, and gives what is proposed as lines to compare.
+/// Analyses folders of a small account and returns the proposals as lines.
 class FolderAnalysisTest : public ::testing::Test {
 protected:
-    /// The files are born when the test makes them: it is what the analysis takes for today that moves.
+    /// Birth times cannot be set, so the analysis uses a later "now" instead.
     FolderAnalysisTest() { daysLater(20); }
 
     void daysLater(int days) { request.now = SystemClock().now() + std::chrono::days(days); }
     const TempTree &tree() const { return world.tree(); }
 
-    /// What is created next is younger than all that is there: file systems take the time from a slow clock.
+    /// Makes sure that entries created next have later birth times: file systems use a coarse clock.
     void waitForNewBirths() const
     {
         const auto birth = [&](const char *file) { return readAttributes(tree().file(file)).value().created; };
@@ -32,7 +32,7 @@ protected:
             std::filesystem::remove(tree().path("uhr/1"));
     }
 
-    /// As if someone had looked at the file so many days before the analysis.
+    /// Sets the access time as if the file had been read this many days before the analysis.
     void opened(std::string_view file, int days) const
     {
         const Instant when = request.now - std::chrono::days(days);
@@ -59,8 +59,8 @@ protected:
         return findings;
     }
 
-    /// "+ move a -> b" for each proposal: "+" ticked, "-" not, "?" to be looked at, "!" both ticked and to be looked at; a
-    /// folder ends with "/", "=" names what is kept for it.
+    /// One line "+ move a -> b" per proposal: "+" ticked, "-" not ticked, "?" needs review, "!" ticked although it
+    /// needs review; a folder ends with "/", "=" precedes the kept copy.
     std::vector<std::string> lines() const
     {
         std::vector<std::string> all;

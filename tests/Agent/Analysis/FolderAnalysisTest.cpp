@@ -117,7 +117,7 @@ TEST_F(FolderAnalysisTest, DuplicatesKeepTheOldest)
     EXPECT_EQ(reason("frisch x.jpg"), "Doppelt – gleicher Inhalt wie „urlaub.jpg“ in a · ⚠ Prüfung empfohlen");
     EXPECT_EQ(findings.summary(), u"3 Vorschläge · 3 doppelt"_qs);
     EXPECT_EQ(findings.proposals[0].seen, FileState::of(readAttributes(findings.proposals[0].source).value()));
-    // In a folder that may go as a whole no copy is kept.
+    // A folder that may go as a whole cannot hold the kept copy.
     std::filesystem::rename(tree().path("home/X/a"), tree().path("home/X/a alt"));
     EXPECT_THAT(linesOf(), UnorderedElementsAre("? trash a alt/", "? trash frisch x.jpg = urlaub.jpg",
                                                 "? trash genannt.jpg = urlaub.jpg"))
@@ -231,10 +231,10 @@ TEST_F(FolderAnalysisTest, ProjectsNeedAProfile)
     EXPECT_EQ(findings.summary(), u"2 Vorschläge · 0 doppelt · 1 bleibt (von Skripten benutzt)"_qs);
     EXPECT_EQ(analyse("home/X/sub/alt").end, End::Protected);
     EXPECT_EQ(findings.summary(), u"Dieser Ordner ist geschützt und wird nicht angefasst."_qs);
-    // By another way it is the same folder.
+    // The same folder by another path.
     tree().lines({"home/weg->X/sub"});
     EXPECT_EQ(analyse("home/weg").end, End::Protected);
-    // Of nested profiles any protects, the innermost names the groups.
+    // Of nested profiles all protect; the innermost names the groups.
     request.profiles = {profile("home/X", {u"sub/geheim.pdf"}), profile("home/X/sub")};
     request.profiles[1].groups = {u"Innen"_qs, u"Unterlagen"_qs};
     tree().lines({"home/X/sub/geheim.pdf", "home/X/sub/offen.pdf"});
@@ -270,7 +270,7 @@ TEST_F(FolderAnalysisTest, NobodyOpenedIt)
     }
     request.profiles[0].archiveAfterDays = 40;
     EXPECT_EQ(reason("film.mp4"), "Nie geöffnet · 20 MB, unverändert seit 100 Tagen – kann weg?");
-    // Half a day more than the limit is more.
+    // Half a day above the limit is enough.
     request.now += std::chrono::hours(12);
     EXPECT_THAT(linesOf(), testing::Contains("? move Gelesen/ -> Archiv/" + year + "/Gelesen"));
     daysLater(90);

@@ -58,18 +58,18 @@ TEST(FolderUsageTest, KnowsWhatNobodyHasOpened)
 {
     const Instant came = Instant(0s) + std::chrono::days(20'000);
     struct Row {
-        std::chrono::hours modified; ///< after it came
+        std::chrono::hours modified; ///< relative to its arrival
         std::chrono::hours accessed;
-        bool born; ///< its birth is known
+        bool born; ///< whether its birth time is known
         bool never;
     };
     for (const Row &row : std::initializer_list<Row>{
              {0h, 0h, true, true},
              {0h, 24h, true, true},
              {0h, 25h, true, false},
-             {-9000h, -8000h, true, true}, // copied with its times
+             {-9000h, -8000h, true, true}, // copied with its times preserved
              {-9000h, 30h, true, false},
-             {48h, 48h, true, false}, // changed in place, which left no later access
+             {48h, 48h, true, false}, // modified in place without a later access
              {20h, 40h, true, true},
              {-9000h, -8990h, false, true},
              {-9000h, 0h, false, false},

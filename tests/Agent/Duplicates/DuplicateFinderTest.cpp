@@ -14,7 +14,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Files made one after the other have rising creation times; this makes sure of it.
+/// Makes sure that the next file has a later creation time.
 void waitForLaterTime()
 {
     ::usleep(12'000);
@@ -62,7 +62,7 @@ TEST_F(DuplicateFinderTest, keepsTheOldestThenTheShorterPath)
 
 TEST_F(DuplicateFinderTest, comparesContentBeyondSizeBeginningAndEnd)
 {
-    // Same size, same first and last pieces, one byte in the middle.
+    // Same size, beginning and end; one different byte in the middle.
     std::string big(100'000, 'x');
     tree.file("eins.jpg", big);
     tree.file("zwei.jpg", big);
@@ -84,7 +84,7 @@ TEST_F(DuplicateFinderTest, looksOnlyAtUserDocumentsInFoldersOfUsers)
     EXPECT_TRUE(find().pairs.empty());
     tree.file("echt/b.docx", "gleich");
     EXPECT_EQ(find().pairs.size(), 1u);
-    // Two names of one file, and a folder given twice, are no duplicates.
+    // Hard links, and a folder given twice, are not duplicates.
     std::filesystem::create_hard_link(tree.path("echt/a.docx"), tree.path("echt/nochmal a.docx"));
     EXPECT_EQ(find({"echt", ".", "echt"}).pairs.size(), 1u);
 }
@@ -97,7 +97,7 @@ TEST_F(DuplicateFinderTest, stopsAtTwentyThousandAndSaysSo)
     EXPECT_EQ(found.files, 20'000);
     EXPECT_TRUE(found.capped);
     EXPECT_GT(found.pairs.size(), 9'000u);
-    // The same ones each time, whichever thread is faster.
+    // Deterministic, independent of thread timing.
     EXPECT_EQ(find({"viele"}).pairs, found.pairs);
 }
 

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A model that says what the test wants, and remembers what it was asked.
+/// A model with canned answers that records its prompts.
 class ScriptedModel : public LanguageModel {
 public:
     ModelStatus status() override { return state; }

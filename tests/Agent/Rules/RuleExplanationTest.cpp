@@ -121,7 +121,7 @@ TEST_F(RuleExplanationTest, foretellsWhatAScanWouldDo)
     profile.rootPath = textOf(home("Downloads"));
     profile.protectedEntries = {{.path = u"a.txt"_qs, .reason = {}}};
     EXPECT_EQ(forecast(rules, "Downloads/a.txt", {profile}).outcome, RuleForecast::Outcome::Protected);
-    // Through a link the same file is protected all the same.
+    // Also protected when reached through a symlink.
     tree.lines({"home/DL->Downloads"});
     rest.sourcePath = textOf(home("DL"));
     EXPECT_EQ(forecast({rest}, "DL/a.txt", {profile}).outcome, RuleForecast::Outcome::Protected);
@@ -160,7 +160,7 @@ TEST_F(RuleExplanationTest, aFileInItsPlaceIsNotThrownAwayByALaterRule)
     const CleanupRule keep = rule({{.kind = ExtensionIs, .value = u"txt"_qs}}, u"~/Downloads"_qs);
     CleanupRule trash = rule();
     trash.action = RuleAction::Trash;
-    CleanupRule other = trash; // another way to the same folder
+    CleanupRule other = trash; // another path to the same folder
     other.sourcePath = textOf(tree.path("link"));
     const auto candidates = [&](const std::vector<CleanupRule> &rules) {
         std::vector<std::string> names;
@@ -172,7 +172,8 @@ TEST_F(RuleExplanationTest, aFileInItsPlaceIsNotThrownAwayByALaterRule)
     EXPECT_THAT(candidates({keep, trash}), ElementsAre("b.pdf"));
     EXPECT_THAT(candidates({keep, other}), ElementsAre("b.pdf"));
     EXPECT_THAT(candidates({trash, keep}), ElementsAre("a.txt", "b.pdf"));
-    EXPECT_THAT(candidates({keep, rule()}), ElementsAre("a.txt", "b.pdf")); // moved on it is not lost
+    EXPECT_THAT(candidates({keep, rule()}),
+                ElementsAre("a.txt", "b.pdf")); // a later rule may move it, which loses nothing
     EXPECT_EQ(forecast({keep, trash}, "Downloads/a.txt").outcome, RuleForecast::Outcome::NoRule);
 }
 

@@ -45,7 +45,7 @@ protected:
         return RuleMatching(locations, clock).evaluateCounting(rules).value();
     }
 
-    /// "rule: source -> destination" below the home folder.
+    /// Lines "rule: source -> destination", relative to the home folder.
     std::vector<std::string> lines(const std::vector<CleanupRule> &rules) const
     {
         std::vector<std::string> found;
@@ -170,7 +170,7 @@ TEST_F(RuleMatchingTest, TheFirstRuleTakesAFile)
     CleanupRule off = rule(u"aus"_qs);
     off.enabled = false;
     CleanupRule narrow = rule(u"eng"_qs, {condition(NameContains, u"a"_qs)}, u"~/A"_qs);
-    // Its file is in place already, so the next rule may have it.
+    // Already in place for this rule, so the next one may take it.
     CleanupRule inPlace = rule(u"da"_qs, {condition(NameContains, u"b"_qs)}, u"~/Downloads/"_qs);
     CleanupRule wide = rule(u"weit"_qs, {condition(ExtensionIs, u"pdf"_qs)}, u"~/W"_qs);
     wide.includeSubfolders = true;
@@ -214,7 +214,7 @@ TEST_F(RuleMatchingTest, OverlappingSourcesGiveOneCandidateAFile)
     EXPECT_THAT(lines({inner, other, outer}),
                 ElementsAre("innen: Downloads/sub/b.txt -> I/b.txt", "link: weg/a.txt -> L/a.txt"));
     EXPECT_EQ(evaluate({inner, other, outer}).checkedFiles, 2);
-    // The same folder by its other name: in place.
+    // The same folder by another path: already in place.
     EXPECT_THAT(lines({rule(u"R"_qs, {}, u"~/weg"_qs)}), IsEmpty());
 }
 
@@ -334,7 +334,7 @@ TEST_F(RuleMatchingTest, RenamingMakesAUsableName)
     struct Row {
         const char *file;
         QString pattern;
-        std::string name; ///< empty: left as it is
+        std::string name; ///< empty: keeps its name
     };
     tree.file("jahr");
     const QString y = year("jahr");
@@ -383,8 +383,8 @@ TEST_F(RuleMatchingTest, RenamingHappensOnce)
     struct Row {
         QString pattern;
         std::vector<QString> files;
-        std::vector<QString> named; ///< in the end; "*" is the day of the file's birth, "+" its year
-        int rounds;                 ///< that rename something
+        std::vector<QString> named; ///< final names; "*" is the file's birth date, "+" its year
+        int rounds;                 ///< number of rounds that rename something
     };
     const auto renamed = [&](const CleanupRule &one) {
         const std::vector<Candidate> found = evaluate({one}).candidates;

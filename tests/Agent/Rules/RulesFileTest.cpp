@@ -47,7 +47,7 @@ TEST(RulesFileTest, RefusesProfilesWhoseEntriesProtectNothing)
         {u"tief//fest/"_qs, u"tief/fest"_qs},
         {u"tief/../fest"_qs, u"fest"_qs},
         {textOf(tree.path("Werk/fest")), u"fest"_qs},
-        {u" rand "_qs, u" rand "_qs}, // a name with blanks
+        {u" rand "_qs, u" rand "_qs}, // blanks that are part of the name
         {u"rand "_qs, u"„rand “ beginnt oder endet mit einem Leerzeichen und schützt so nichts."_qs},
         {u"/fest"_qs, u"„/fest“ liegt nicht in diesem Projekt."_qs},
         {u"../fest"_qs, u"„../fest“ liegt nicht in diesem Projekt."_qs},

@@ -12,7 +12,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Every page and sheet, at the usual size of the font and at 125 %.
+/// All pages and sheets, at 100 % and 125 % font size.
 class AgentLookTest : public ScreenWorld, public ::testing::WithParamInterface<double> {
 protected:
     void SetUp() override
@@ -51,7 +51,7 @@ protected:
     static bool isNameless(const QWidget &widget)
     {
         if (widget.inherits("QLineEditIconButton"))
-            return false; // part of a field that has a name
+            return false; // part of a field that has an accessible name
         if (const auto *const button = qobject_cast<const QAbstractButton *>(&widget))
             return button->accessibleName().isEmpty() && button->text().isEmpty();
         const bool field = qobject_cast<const QLineEdit *>(&widget) || qobject_cast<const QComboBox *>(&widget) ||
@@ -63,7 +63,7 @@ protected:
 
     void inspect(const char *where)
     {
-        // What a sheet asks for has to be there, and laid out.
+        // Wait until a sheet's data has arrived and is laid out.
         ASSERT_TRUE(waitUntil([this] { return !model->checking.get(); }));
         QTest::qWait(1);
         for (const QWidget *const widget : window->findChildren<QWidget *>()) {

@@ -67,11 +67,11 @@ TEST_F(ProposalsTest, keepTheirTicksUnderAFilter)
     QTest::keyClicks(find<QLineEdit>("agentFilter"), QStringLiteral("STROM"));
     ASSERT_EQ(list().model()->rowCount(), 3);
     EXPECT_TRUE(summary().contains(QStringLiteral("davon 1 ausgeblendet"))) << summary().toStdString();
-    // The group's tick is about what is seen.
+    // The group's tick applies to visible rows only.
     list().setCurrentIndex(list().model()->index(0, 0));
     QTest::keyClick(&list(), Qt::Key_Space);
     EXPECT_EQ(agent->chosen.get().size(), 1U);
-    // So is what is discarded.
+    // So does discarding.
     click("agentDiscardUnticked");
     EXPECT_EQ(agent->proposals.get().size(), 1U);
     EXPECT_TRUE(find("agentEmpty")) << "nothing fits any more, and the list says so";
@@ -99,7 +99,7 @@ TEST_F(ProposalsTest, keepTheCurrentRowWhenOthersComeAndGo)
     EXPECT_EQ(list().currentIndex().data().toString(), current);
     EXPECT_EQ(resets.count(), 0);
 
-    // Also where so much goes that the list is built anew, and what one looks at stays where it is.
+    // Even if so much is removed that the model resets, the current row stays in place.
     const int row = list().currentIndex().row();
     list().scrollTo(list().model()->index(row - 100, 0), QListView::PositionAtTop);
     const QString top = textOfRow(row - 100);
@@ -171,7 +171,7 @@ TEST_F(ProposalsTest, areReportedForTheAnalysedFolderOnlyWhileTheyAreItsOwn)
     show({movingPdfs()});
     view->analyze(home("Ordner"));
     ASSERT_TRUE(settled());
-    // Written and handed over by workers.
+    // Workers write the report and hand it over.
     const auto handedOver = [this] { return !desktop.copied.isEmpty(); };
     click("agentHandOver");
     ASSERT_TRUE(waitUntil(handedOver));

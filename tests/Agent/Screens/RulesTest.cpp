@@ -77,7 +77,7 @@ TEST_F(RulesTest, areDroppedWhereTheMouseLetsGo)
     show({named(u"A"), named(u"B"), named(u"C"), named(u"D")});
     struct Row {
         int dragged;
-        int before; ///< the row in front of which it is dropped, -1: behind the last
+        int before; ///< the row before which it is dropped; -1: after the last one
         QString order;
     };
     const Row rows[] = {{0, 2, QStringLiteral("B A C D")},
@@ -138,12 +138,12 @@ TEST_F(RulesTest, areLeftAsTheyWereByACancelledEdit)
     EXPECT_FALSE(find("ruleEditor"));
     EXPECT_TRUE(find("ruleListSheet")) << "only the editor closes";
     EXPECT_EQ(agent->rules.get(), before);
-    // A path below the home folder is shown short and stored in full.
+    // A path below the home folder is shortened on display and stored in full.
     click("ruleEdit");
     EXPECT_EQ(find<QLineEdit>("ruleSource")->text(), QStringLiteral("~/Downloads"));
     click("ruleSave");
     EXPECT_EQ(agent->rules.get(), before);
-    // What was changed and changed back is not edited.
+    // A change that was reverted does not count as an edit.
     click("ruleEdit");
     click("ruleSubfolders");
     click("ruleSubfolders");

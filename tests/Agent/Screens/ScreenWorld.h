@@ -15,7 +15,7 @@
 
 namespace brellin::test {
 
-/// The agent's view in a window over a small account; driven by clicks and keys through object names.
+/// The agent's view in a window over a small account, driven by clicks and keys via object names.
 class ScreenWorld : public ::testing::Test, protected AgentWorld {
 protected:
     class Desktop : public FakeWorkspace, public Pasteboard {
@@ -27,7 +27,7 @@ protected:
 
     static void SetUpTestSuite() { Theme::install(*qApp); }
 
-    /// Makes the agent and its window; rules and files are there by now.
+    /// Creates the agent and its window; create rules and files before.
     void show(const std::vector<CleanupRule> &rules)
     {
         agent = std::make_unique<CleanupAgent>(services());
@@ -53,7 +53,7 @@ protected:
         return rule;
     }
 
-    /// The one control of this name that is visible.
+    /// The single visible widget of this name.
     template <class T = QWidget>
     T *find(const char *name) const
     {
@@ -73,7 +73,7 @@ protected:
     {
         return waitUntil([this] { return !agent->running.get(); });
     }
-    /// Rules and duplicates checked, the proposals in front.
+    /// Scans with rules and duplicates, and shows the proposals.
     void scan()
     {
         click("agentScan");

@@ -98,7 +98,7 @@ TEST_F(AgentStartTest, countsWhatAnyOfTwoWindowsShows)
     click("settingsDone");
     wait(*agent, [this] { agent->scan(CleanupAgent::Search::Rules); });
     EXPECT_EQ(agent->newSinceViewed.get(), 0) << "the first window shows them";
-    // A window that goes takes its looking with it.
+    // Closing a window ends its attention.
     other.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
     second->openSheet(AgentSheet::Settings);
@@ -179,7 +179,7 @@ TEST_F(AgentStartTest, namesWhatAnUndoCouldNotPutBack)
     ASSERT_TRUE(missing);
     EXPECT_TRUE(missing->text().contains(QStringLiteral("a.pdf (Downloads)"))) << missing->text().toStdString();
     EXPECT_FALSE(missing->text().contains(QStringLiteral("b.pdf")));
-    // It turns up again: the rest can be tried by itself.
+    // It is back: the remaining step can be retried alone.
     tree().file("home/Dokumente/Rechnungen/a.pdf", "neuer");
     click("runRetry");
     ASSERT_TRUE(settled());
@@ -195,7 +195,7 @@ TEST_F(AgentStartTest, namesTheRunsThatFellOutOfTheHistory)
     show({});
     view->open(AgentArea::History);
     EXPECT_FALSE(find("droppedRuns"));
-    // Another program's run was too large for the history to keep the one before.
+    // Another process added a run that was too large to keep the previous one.
     const DroppedRun gone{QUuid::createUuid(), instantFrom(timespec{.tv_sec = 1'790'000'000, .tv_nsec = 0}), 41'000};
     ASSERT_TRUE(DroppedRun::note(defaults(), {gone}, RunHistory::longest));
     agent->reload({RunKeys::dropped});
@@ -224,7 +224,7 @@ TEST_F(AgentStartTest, namesTheVolumeThatIsAwayInTheRunsRow)
     EXPECT_FALSE(find("runUndone"));
     std::filesystem::rename(tree().path("anderswo"), tree().path("disk"));
     EXPECT_EQ(snapshot(), after);
-    // With the volume back it is an undo like any other.
+    // With the volume mounted again, undo works.
     click("runUndo");
     ASSERT_TRUE(settled());
     EXPECT_FALSE(find("runNotUndone"));
@@ -262,13 +262,13 @@ TEST_F(AgentStartTest, namesADamagedListAndOffersAWayOut)
     ASSERT_TRUE(waitUntil([this] { return !find("damageNotice"); }));
     EXPECT_EQ(agent->rules.get().size(), 10U);
 
-    // Of a history with losses the rest is shown, and no folder is analysed.
+    // A history with damaged runs shows the others, but allows no analysis.
     tree().file("settings/agentHistory.json", R"([{"id":"kaputt"},{"steps":[]}])");
     agent->reload({RunKeys::history});
     ASSERT_TRUE(waitUntil([this] { return find("damageConsequence") != nullptr; }));
     EXPECT_TRUE(find<QLabel>("damageConsequence")->text().contains(QStringLiteral("analysiert")));
 
-    // Nobody knows how many projects there are.
+    // The number of projects is unknown.
     tree().file("settings/agentProfiles.json", "[{");
     agent->reload({GuardKeys::profiles});
     EXPECT_TRUE(waitUntil([this] { return spoken("cardProjects").endsWith(QStringLiteral("nicht bekannt")); }));
@@ -304,7 +304,7 @@ TEST_F(AgentStartTest, settingsAreStoredAtOnce)
     click("settingsRemoveFolder");
     EXPECT_TRUE(agent->duplicateFolders.get().empty());
     ASSERT_TRUE(waitUntil([this] { return !model->checking.get(); }));
-    // An address that leads to another machine is refused, and the sheet says why.
+    // An address on another machine is refused with a message.
     find<QLineEdit>("modelAddress")->setText(QStringLiteral("http://example.org:8080"));
     click("modelUse");
     EXPECT_TRUE(model->endpoint.get().isEmpty());
