@@ -40,7 +40,7 @@ protected:
     const QString rot = QStringLiteral("Rot");
 };
 
-/// Answers as the index does, and keeps what it was asked.
+/// Answers like the index and records its queries.
 class ScriptedIndex : public ProcessRunner {
 public:
     Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *) override
@@ -107,7 +107,7 @@ TEST_F(FileTagsTest, aLinkNeitherShowsNorChangesItsTarget)
     EXPECT_EQ(done.error().message, QStringLiteral("verweis: Eine Verknüpfung kann keine Markierung tragen."));
     EXPECT_EQ(raw("a.txt"), "Rot");
     EXPECT_EQ(raw("b.txt"), "Blau") << "the others are done all the same";
-    // The link has no say: b.txt, the only one that can carry the tag, carries it.
+    // The symlink does not count: b.txt, the only entry that can have the tag, has it.
     EXPECT_FALSE(FileTags::toggle(QStringLiteral("Blau"), paths({"verweis", "b.txt"})));
     EXPECT_EQ(raw("b.txt"), "");
 }

@@ -15,7 +15,7 @@ using State = FolderSize::State;
 
 namespace {
 
-/// Volumes on which a folder named "netz" comes over a network.
+/// Volumes on which folders named "netz" count as network mounts.
 class SomeNetwork : public SystemVolumes {
 public:
     bool isLocal(const Location &location) const override
@@ -121,7 +121,7 @@ TEST_F(FolderSizesTest, aNewWishReplacesTheOldAndADeadOwnerWantsNothing)
     request({"a"});
     {
         QObject mortal;
-        sizes.request(&mortal, paths({"d"})); // waits for its turn until "a" has been counted
+        sizes.request(&mortal, paths({"d"})); // queued until "a" has been counted
     }
     ASSERT_TRUE(waitUntil([&] { return idle(); }));
     EXPECT_EQ(bytes("d"), -1);
@@ -183,7 +183,7 @@ TEST_F(FolderSizesTest, stopsUnaskedCountingOfLargeFoldersAndGoesOnWhenAsked)
     sizes.calculate(tree.path("gross"));
     ASSERT_TRUE(waitUntil([&] { return stateOf("gross") == State::Current; }));
     EXPECT_EQ(sizes.size(tree.path("gross"))->files, 300);
-    // Given up, what was known before stays; the second one waits for the first and so has not begun.
+    // After the cancel the previous size stays; the second folder is queued behind the first and has not started.
     for (int i = 0; i < 300; ++i)
         tree.file("auch gross/" + std::to_string(i), "1234567");
     requestAndWait({"auch gross"});
@@ -193,11 +193,11 @@ TEST_F(FolderSizesTest, stopsUnaskedCountingOfLargeFoldersAndGoesOnWhenAsked)
     sizes.cancel(tree.path("auch gross"));
     EXPECT_FALSE(sizes.calculating(tree.path("auch gross")));
     sizes.cancel(tree.path("gross"));
-    sizes.calculate(tree.path("gross")); // after all
+    sizes.calculate(tree.path("gross")); // requested again
     ASSERT_TRUE(waitUntil([&] { return !sizes.calculating(tree.path("gross")); }));
     EXPECT_EQ(stateOf("gross"), State::Current);
     EXPECT_EQ(stateOf("auch gross"), State::Capped);
-    // Stale, but an unasked count would only throw away what is known.
+    // Stale, but an automatic count would only reach its limit again.
     clock.time += std::chrono::hours(1);
     request({"gross"});
     EXPECT_EQ(stateOf("gross"), State::Stale);

@@ -23,7 +23,7 @@ using State = PreviewContent::State;
 
 class PreviewTest : public testing::Test {
 protected:
-    /// The preview of an entry once it is whole.
+    /// The preview of an entry once it is complete.
     PreviewContent shown(const Location &entry)
     {
         loader.show(entry);

@@ -58,7 +58,7 @@ TEST_F(StorageOverviewTest, countsHardLinksOnceAndSaysSo)
     ASSERT_TRUE(done());
     EXPECT_GE(overview.bytes.get(), 700 * 1024);
     EXPECT_LT(overview.bytes.get(), 800 * 1024);
-    EXPECT_EQ(overview.files.get(), 4); // with the link itself, not what it leads to
+    EXPECT_EQ(overview.files.get(), 4); // the symlink itself, not its target
     EXPECT_TRUE(overview.status.get().contains(QStringLiteral("1 weiterer Name")))
         << overview.status.get().toStdString();
     std::int64_t sum = 0;
@@ -75,7 +75,7 @@ TEST_F(StorageOverviewTest, goesDownAndUpAndLetsTrashedEntriesGo)
     EXPECT_EQ(names(), (std::vector<std::string>{"a", "b", "c"}));
     overview.goDown(tree.path("b"));
     overview.goDown(tree.root().parent_path());
-    EXPECT_EQ(overview.shown.get(), tree.root()); // neither a file nor what was not counted
+    EXPECT_EQ(overview.shown.get(), tree.root()); // neither a file nor an uncounted folder
     overview.goDown(tree.path("a/tief"));
     EXPECT_EQ(names(), (std::vector<std::string>{"mittel"}));
     EXPECT_TRUE(overview.canGoUp());
@@ -117,7 +117,7 @@ TEST_F(StorageOverviewTest, saysWhatItCannotCountAndStartsAnew)
     ASSERT_TRUE(done());
     EXPECT_TRUE(overview.errorMessage.get().has_value());
     overview.count(tree.path("a"));
-    overview.count(tree.path("a/tief")); // what the first count finds goes nowhere
+    overview.count(tree.path("a/tief")); // cancels the first count
     ASSERT_TRUE(done());
     EXPECT_EQ(overview.errorMessage.get(), std::nullopt);
     EXPECT_EQ(names(), (std::vector<std::string>{"mittel"}));
@@ -145,7 +145,7 @@ TEST(TreemapTest, fillsTheAreaInProportionWithoutOverlap)
         }
         EXPECT_NEAR(sum, areaOf(area), 1e-6);
     }
-    // The example of those who invented it: nothing is longer than three times its width.
+    // The example of the squarified layout's authors: no tile is longer than three times its width.
     for (const TreemapTile &tile : treemap(sizes, QRectF(0, 0, 6, 4), 0)) {
         const double ratio = tile.area.width() / tile.area.height();
         EXPECT_LT(std::max(ratio, 1 / ratio), 3.01) << tile.size;
@@ -162,7 +162,7 @@ TEST(TreemapTest, joinsWhatIsTooSmall)
     EXPECT_EQ(tiles[2].index, TreemapTile::others);
     EXPECT_EQ(tiles[2].count, 2);
     EXPECT_EQ(tiles[2].size, 2);
-    EXPECT_EQ(treemap({1000, 1}, QRectF(0, 0, 100, 10), 5)[1].index, 1); // one alone keeps its name
+    EXPECT_EQ(treemap({1000, 1}, QRectF(0, 0, 100, 10), 5)[1].index, 1); // a single small one is not joined
     EXPECT_TRUE(treemap({}, QRectF(0, 0, 1, 1), 0).empty());
     EXPECT_TRUE(treemap({1}, QRectF(0, 0, 0, 1), 0).empty());
     EXPECT_EQ(treemap({std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::max()},

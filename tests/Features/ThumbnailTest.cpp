@@ -39,7 +39,7 @@ protected:
     {
         return [this](const ThumbnailWish &wish, const Thumbnail &thumbnail) { heard.emplace_back(wish, thumbnail); };
     }
-    /// Has one thumbnail made.
+    /// Makes one thumbnail and waits for it.
     Thumbnail made(const ThumbnailWish &wish)
     {
         heard.clear();
@@ -120,7 +120,7 @@ TEST_F(ThumbnailsTest, rememberWhatCannotBeDecoded)
     EXPECT_EQ(made(wish).outcome, Outcome::None);
     EXPECT_EQ(made(wish).outcome, Outcome::None);
     EXPECT_EQ(decoder.asked().size(), 1u);
-    // What may be another time is not remembered.
+    // Temporary failures are not remembered.
     decoder.answer = failure(unreadable());
     const ThumbnailWish other = wishFor("locked.jpg");
     EXPECT_EQ(made(other).outcome, Outcome::NotNow);
@@ -148,7 +148,7 @@ TEST_F(ThumbnailsTest, giveUpWhatIsNoLongerWanted)
     decoder.hold(true);
     thumbnails.request(&owner, {wishFor("1.png"), wishFor("2.png"), wishFor("3.png")}, noting());
     EXPECT_TRUE(waitUntil([&] { return decoder.asked().size() == 2; }));
-    // The new order keeps what is at work and wanted, and comes in its own sequence.
+    // The new request keeps work in progress that is still wanted, and has its own order.
     thumbnails.request(&owner, {wishFor("4.png"), wishFor("2.png")}, noting());
     EXPECT_TRUE(waitUntil([&] { return decoder.asked().size() == 3; }));
     EXPECT_EQ(decoder.asked().back().arguments.front(), tree.path("4.png").native());

@@ -14,7 +14,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A folder of the test stands for a second volume.
+/// A folder of the test acts as a second volume.
 class WithStick : public SystemVolumes {
 public:
     explicit WithStick(Location top) : m_stick(std::move(top)) {}
@@ -52,7 +52,7 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return outcome.has_value(); }));
         return outcome.value_or(TrashReturn());
     }
-    /// An entry in the stick's own Trash with this record.
+    /// Creates an entry with this record in the stick's own Trash.
     Location onStick(const std::string &name, const std::string &record)
     {
         const std::string trashFolder = "stick/.Trash-" + std::to_string(::geteuid());
@@ -100,7 +100,7 @@ TEST_F(TrashListTest, putsBackWithMissingFoldersAndNeverReplaces)
     const std::string before = tree.snapshot();
     refresh();
     const TrashReturn outcome = putBack(places);
-    // The folder came before what once lay in it.
+    // The folder was restored before the entry from inside it.
     EXPECT_EQ(outcome.returned, (std::vector<Location>{tree.path("a"), tree.path("c"), tree.path("a/tief/x")}));
     EXPECT_EQ(outcome.failures, QStringList{u"b: Am alten Ort gibt es schon etwas mit diesem Namen."_qs});
     EXPECT_EQ(tree.content("b"), "neu");
@@ -132,7 +132,7 @@ TEST_F(TrashListTest, makesFoldersOnlyForWhatComesBack)
     const std::vector<Location> places{put("weg/tief/x"), put("weg/tief/y")};
     std::filesystem::remove_all(tree.path("weg"));
     refresh();
-    // The entry itself has vanished from the Trash since.
+    // The entry itself has disappeared from the Trash.
     std::filesystem::remove(places[0]);
     EXPECT_EQ(putBack({places[0]}).failures.size(), 1);
     EXPECT_FALSE(tree.has("weg"));

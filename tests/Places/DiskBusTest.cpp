@@ -24,7 +24,7 @@ namespace {
 
 using Interfaces = QMap<QString, QVariantMap>;
 
-/// Stands on a bus of its own where UDisks2 would, with one stick.
+/// Acts as UDisks2 with one stick, on a bus of its own.
 class FakeDisks : public QDBusVirtualObject {
 public:
     QString introspect(const QString &) const override { return {}; }
@@ -56,7 +56,7 @@ private:
     }
 };
 
-/// The main thread answers for the service while a worker asks it.
+/// Runs `work` on a worker while the main thread answers as the service.
 template <class Work>
 auto onWorker(Work work)
 {

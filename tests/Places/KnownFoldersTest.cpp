@@ -10,7 +10,7 @@ using brellin::test::TempTree;
 
 namespace {
 
-/// An account in a folder of its own.
+/// An account in a temporary folder.
 class KnownFoldersTest : public ::testing::Test {
 protected:
     KnownFoldersTest()

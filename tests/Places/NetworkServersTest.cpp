@@ -11,10 +11,10 @@ using namespace brellin::test;
 
 namespace {
 
-/// Runs a script in place of "gio" that speaks as it does, and keeps what it was called with and what it read.
+/// Runs a script that behaves like "gio", and records its arguments and input.
 class NetworkServersTest : public testing::Test {
 protected:
-    /// `mount` is what the script does for "mount", after it has noted its call; "$2" is the address or an option.
+    /// `mount` is what the script does for "mount" after recording the call; "$2" is the address or an option.
     void script(const std::string &mount, const std::string &info = "echo 'local path: /run/gvfs/nas'")
     {
         const Location program =
@@ -115,7 +115,7 @@ TEST_F(NetworkServersTest, aTypedPasswordIsNeitherStoredNorOnTheCommandLine)
     EXPECT_EQ(tree.content("heard"), "gehe im\n");
     EXPECT_EQ(tree.content("calls").find("gehe"), std::string::npos);
     EXPECT_FALSE(defaults.json(QStringLiteral("networkServers"))->contains("gehe"));
-    // Connected already is connected; the list does not grow.
+    // Already connected is a success; the list does not grow.
     script("echo \"gio: $2: Location is already mounted\" >&2; exit 2");
     connectTo("sftp://anna@nas/");
     ASSERT_TRUE(finished());
@@ -166,11 +166,11 @@ TEST_F(NetworkServersTest, cancellingAndGoingAwayEndTheProgram)
     result.reset();
     servers.cancel();
     EXPECT_FALSE(servers.question.get());
-    // The first attempt still tells its end.
+    // The first attempt still reports its end.
     ASSERT_TRUE(finished());
     EXPECT_TRUE(result->error().isCancelled());
     EXPECT_TRUE(servers.servers.get().empty());
-    // Nobody is there to hear of the end of the second.
+    // Destroyed during the second attempt: no callback.
     bool heard = false;
     {
         NetworkServers others(defaults, processes, tree.path("gio").native());

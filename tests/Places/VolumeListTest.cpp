@@ -25,7 +25,7 @@ public:
     std::function<void()> changed;
 };
 
-/// The objects of a machine with a disk, a stick and an unlocked stick, and what was called on them.
+/// The objects of a machine with a disk, a stick and an unlocked encrypted stick; records calls.
 class FakeBus : public DiskBus {
 public:
     FakeBus()
@@ -73,7 +73,7 @@ const Mount root{"8:1", "/", "/", "ext4", "/dev/sda1", false};
 const Mount stick{"8:17", "/", "/media/anna/4711-0815", "vfat", "/dev/sdb1", false};
 const Mount server{"0:50", "/", "/mnt/nas", "nfs4", "nas:/export", false};
 
-/// A server that does not answer before it is let go.
+/// A server that blocks until released.
 struct Hanging {
     std::mutex mutex;
     std::condition_variable released;

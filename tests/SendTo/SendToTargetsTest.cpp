@@ -26,7 +26,7 @@ protected:
     SendToTargets model{defaults, folders};
 };
 
-/// Keeps what it is asked to run.
+/// Records what it is asked to run.
 class RecordingRunner : public ProcessRunner {
 public:
     Result<ProcessOutput> run(const ProcessRequest &request, const JobControl *) override
@@ -62,7 +62,7 @@ TEST_F(SendToTargetsTest, beginsWithTheUsualOnesAndKeepsWhatIsChanged)
 
     for (const SendToTarget &target : std::vector(model.targets.get()))
         model.remove(target.id);
-    EXPECT_TRUE(SendToTargets(defaults, folders).targets.get().empty()); // that is a wish, too
+    EXPECT_TRUE(SendToTargets(defaults, folders).targets.get().empty()); // an empty list is valid too
     model.restoreDefaults();
     EXPECT_EQ(names(), usual);
 }

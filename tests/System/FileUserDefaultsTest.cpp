@@ -111,7 +111,7 @@ TEST_F(FileUserDefaultsTest, TwoProgramsLoseNothing)
         EXPECT_EQ(defaults.value(u"wert%1"_qs.arg(number))->toInt(), rounds - 1);
 }
 
-/// Also across programs: another one is played by a second object on the same folder.
+/// Also between processes: a second object on the same folder acts as another one.
 TEST_F(FileUserDefaultsTest, ASwitchDoesNotWaitForALongList)
 {
     const StoredLimits limits{.longLists = {u"verlauf"_qs}};
@@ -159,7 +159,7 @@ TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
 
 TEST_F(FileUserDefaultsTest, AnUnreadableListIsNotAnEmptyOne)
 {
-    // A folder in its place cannot be read by anybody, root included.
+    // A folder in its place is unreadable even for root.
     tree.folder("s/einstellungen/l.json");
     bool asked = false;
     const auto updated = defaults.update(u"l"_qs, [&](const Old &) {

@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A server of either form whose answer to a conversation the test chooses.
+/// A server of either kind with a scripted chat answer.
 HttpReply playOllama(const HttpRequestSeen &request, const HttpReply &chat)
 {
     if (request.path == "/api/version")
@@ -52,7 +52,7 @@ QStringList pathsOf(const ScriptedHttpServer &server)
 
 class LocalModelServerTest : public ::testing::Test {
 protected:
-    /// Confirms the server and asks it one question.
+    /// Confirms the server and asks one question.
     Result<QString> ask(const ScriptedHttpServer &server, std::chrono::milliseconds limit = 5s)
     {
         EXPECT_TRUE(LocalModelServer::setEndpoint(defaults, server.address()));
@@ -110,7 +110,7 @@ TEST_F(LocalModelServerTest, sendsNothingBeforeItIsConfirmed)
         [](const auto &request) { return playOpenAi(request, HttpReply::with(200, openAiAnswer)); });
     EXPECT_EQ(model.status(), ModelStatus::Unavailable);
     EXPECT_FALSE(model.respond({}, {}, 1s, nullptr));
-    // Whatever stands in the settings by other ways, an address elsewhere is never asked.
+    // However it got into the settings, an address elsewhere is never contacted.
     ASSERT_TRUE(
         defaults.setValue(QStringLiteral("agentModelEndpoint"),
                           QString(server.address()).replace(QStringLiteral("127.0.0.1"), QStringLiteral("localhost"))));

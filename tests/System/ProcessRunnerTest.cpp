@@ -103,7 +103,7 @@ TEST(ProcessRunnerTest, LeavesNothingRunningWhenItIsKilled)
         return std::stoi(tree.content(note));
     };
     const pid_t tool = start(ProcessRequest::Purpose::Tool, "werkzeug");
-    // Nobody collects it here: what is left of it in the system's table has no program any more.
+    // Nobody reaps it here, so it may stay a zombie, which has an empty command line.
     const auto runs = [](pid_t child) {
         std::ifstream file("/proc/" + std::to_string(child) + "/cmdline");
         return file.peek() != std::ifstream::traits_type::eof();
@@ -170,7 +170,7 @@ TEST(ProcessRunnerTest, AnswersAProgramThatAsks)
     std::vector<QByteArray> heard;
     request.reply = [&](const QByteArray &output) -> QByteArray {
         heard.push_back(output);
-        // The third answer goes to a program that no longer listens.
+        // The third answer is sent after the program has stopped reading.
         return heard.size() == 1 ? "Anna\n" : heard.size() == 2 ? "Köln\n" : QByteArray(200'000, 'x');
     };
     const ProcessOutput output = SystemProcessRunner().run(request, nullptr).value();

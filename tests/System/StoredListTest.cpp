@@ -23,7 +23,7 @@ struct Pin {
     bool operator==(const Pin &) const = default;
 };
 
-/// A record of a list that means nothing without it.
+/// A record without which its list loses its meaning.
 struct Guard {
     QString name;
 
@@ -77,12 +77,12 @@ protected:
     {
         return storedList<Record>(defaults, key).state;
     }
-    /// Cuts the stored file as a failing disk or another program does: in place.
+    /// Truncates the stored file in place, as a failing disk or another program would.
     void cut(std::uintmax_t bytes) const
     {
         std::filesystem::resize_file(file, std::filesystem::file_size(file) - bytes);
     }
-    /// How many files' names begin like this.
+    /// Number of files whose names start like this.
     std::ptrdiff_t count(std::string_view start) const
     {
         return std::ranges::count_if(std::filesystem::directory_iterator(tree.path("s")), [&](const auto &entry) {
@@ -131,7 +131,7 @@ TEST_F(StoredListTest, AChangeOfADamagedListBeginsWithTheLastGoodVersion)
     EXPECT_EQ(names<Pin>(), u"abc"_qs);
     EXPECT_EQ(count("l.beschädigt-"), 1);
 
-    // A record that is lost stays in what is kept aside: the text it was in, and the last good version.
+    // A lost record is preserved in both files kept aside: the damaged text and the last good version.
     tree.file("s/l.json", R"([{"name":"a"},{"name":7}])");
     ASSERT_TRUE(append<Pin>(u"d"_qs));
     EXPECT_EQ(names<Pin>(), u"ad"_qs);
@@ -205,7 +205,7 @@ TEST_F(StoredListTest, AFullDiskWithoutLinksLosesNeitherTheListNorItsLastGoodVer
     EXPECT_EQ(tree.snapshot(), before);
     EXPECT_EQ(state<Guard>(), StoredState::Damaged);
 
-    // What cannot be copied goes aside by its name, and comes back.
+    // A file that cannot be copied is renamed aside, and renamed back.
     std::filesystem::remove(file);
     tree.file("s/l.json/innen", "");
     disk.leaveFree(0, "noch voller");
@@ -247,7 +247,7 @@ TEST_F(StoredListTest, AFirstWriteThatFailsLeavesTheListAbsent)
     const PrivateMount disk(tree.path("s"), "tmpfs", "size=256k");
     if (!disk)
         GTEST_SKIP() << "needs root";
-    disk.leaveFree(4096, "voll"); // room for one of the two
+    disk.leaveFree(4096, "voll"); // room for one of the two files
     const bool stored = append<Guard>(u"a"_qs).has_value();
     EXPECT_EQ(state<Guard>(), stored ? StoredState::Whole : StoredState::Absent);
     EXPECT_EQ(names<Guard>(), stored ? u"a"_qs : u""_qs);

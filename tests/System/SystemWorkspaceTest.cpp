@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-/// A desktop in a temporary folder whose programs write down how they were called.
+/// A desktop in a temporary folder whose programs record how they were called.
 class SystemWorkspaceTest : public testing::Test {
 protected:
     SystemWorkspaceTest() { tree.lines({"bin/", "own/applications/", "shared/applications/", "config/", "home/"}); }
@@ -41,7 +41,7 @@ protected:
     {
         return SystemWorkspace(defaults, environment, std::move(showItems));
     }
-    /// The words of the program that was called, its name and working folder first.
+    /// The call of the program: its name, working folder and arguments.
     std::vector<std::string> called()
     {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);

@@ -26,7 +26,7 @@ const std::string login =
     "printf 'Domain [WORKGROUP]: '; heard\n"
     "printf 'Password: '; heard; echo\n";
 
-/// A script speaks in place of the system's program.
+/// Replaces the system's program by a script.
 class NetworkPageTest : public testing::Test {
 protected:
     NetworkPageTest()

@@ -30,7 +30,7 @@ protected:
         pane.resize(262, 700);
         pane.show();
     }
-    /// Shows an entry, and waits until it is there.
+    /// Shows an entry and waits until it is loaded.
     void choose(const Location &entry)
     {
         loader.show(entry);

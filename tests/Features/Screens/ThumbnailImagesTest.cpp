@@ -20,7 +20,7 @@ namespace {
 
 const Instant moment = std::chrono::sys_days(std::chrono::year(2026) / 9 / 3);
 
-/// Draws every file as a square as large as asked for, in a colour that the test chooses.
+/// Returns a square of the requested size for every file, in a colour chosen by the test.
 class PaintingDecoder : public Decoder {
 public:
     Result<QByteArray> ask(const DecoderRequest &request, const JobControl *) override
@@ -56,7 +56,7 @@ protected:
         tree.age(name, modified);
         return location;
     }
-    /// The picture once it has come.
+    /// Waits for the thumbnail.
     QPixmap arrived(const Location &entry, Instant modified, int side)
     {
         QSignalSpy ready(&images, &ThumbnailImages::ready);
@@ -131,7 +131,7 @@ TEST_F(ThumbnailImagesTest, stayUntilTheChangedFilesPictureHasCome)
     file("a.png", later);
     EXPECT_EQ(colourOf(images.pixmap(entry, later, 72)), QColor(Qt::red));
     EXPECT_EQ(colourOf(arrived(entry, later, 72)), QColor(Qt::green));
-    // A file that is a picture no longer has none.
+    // A file that is not a picture any more has no thumbnail.
     decoder.broken = true;
     const Instant last = later + std::chrono::seconds(5);
     file("a.png", last);

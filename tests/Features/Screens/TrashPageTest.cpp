@@ -22,7 +22,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// No volume but that of the tree.
+/// Hides all volumes except that of the tree.
 struct NoOthers : SystemVolumes {
     std::vector<Volume> mounted() const override { return {}; }
 };
