@@ -118,7 +118,7 @@ Prepared prepare(const std::vector<Location> &entries, const BatchRenameFields &
         planned.push_back({entries[i], days == Days::Read ? facts.days[i] : QDate()});
     prepared.plan = planBatchRename(planned, fields, facts.folders);
     for (std::size_t i = 0; i < entries.size(); ++i)
-        prepared.pairs.push_back({entries[i], prepared.plan.rows[i].to, facts.identities[i]});
+        prepared.pairs.push_back({entries[i], prepared.plan.rows[i].to, facts.marks[i]});
     return prepared;
 }
 

@@ -90,7 +90,7 @@ void BatchRename::start()
         return;
     std::vector<RenamePair> pairs;
     for (std::size_t i = 0; i < m_urls.size(); ++i)
-        pairs.push_back({m_urls[i], preview.get().rows[i].to, m_facts.identities[i]});
+        pairs.push_back({m_urls[i], preview.get().rows[i].to, m_facts.marks[i]});
     run(std::move(pairs), Direction::Forth);
 }
 
@@ -100,7 +100,7 @@ void BatchRename::undo()
         return;
     std::vector<RenamePair> pairs;
     std::ranges::transform(done.get(), std::back_inserter(pairs), [](const UserAction::Entry &one) {
-        return RenamePair{one.to, one.from, one.state.identity};
+        return RenamePair{one.to, one.from, {one.state, one.created}};
     });
     run(std::move(pairs), Direction::Back);
 }

@@ -1,6 +1,7 @@
 #include "FileOperations/BatchRenameRun.h"
 
 #include "Disk/CopyTreeRemoval.h"
+#include "FileOperations/KnownEntry.h"
 #include "FileOperations/RenameLog.h"
 
 #include <algorithm>
@@ -62,8 +63,8 @@ LoggedRename logged(const RenamePair &pair, const FileAttributes &now)
 {
     const Location folder = pair.from.parent_path();
     LoggedRename one{pair.from, pair.to, folder / temporaryName(pair.from.filename().native(), folder)};
-    one.device = static_cast<std::int64_t>(pair.identity.device);
-    one.inode = static_cast<std::int64_t>(pair.identity.inode);
+    one.device = static_cast<std::int64_t>(now.identity.device);
+    one.inode = static_cast<std::int64_t>(now.identity.inode);
     one.lasting = keepsInodes(folder);
     one.folder = now.isFolder();
     one.size = now.size;
@@ -82,7 +83,7 @@ Result<std::vector<LoggedRename>> prepared(const std::vector<RenamePair> &pairs)
         if (!now)
             return failure(
                 Failure{QStringLiteral("„%1“: %2").arg(shownName(pair.from), now.error().message), now.error().code});
-        if (now->identity != pair.identity)
+        if (!isStill(pair.mark, *now, pair.from))
             return failure(QStringLiteral("„%1“ hat sich inzwischen geändert.").arg(shownName(pair.from)));
         renames.push_back(logged(pair, *now));
     }

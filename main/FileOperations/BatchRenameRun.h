@@ -13,7 +13,7 @@ namespace brellin {
 struct RenamePair {
     Location from;
     Location to;
-    FileIdentity identity; ///< of the entry that was planned
+    EntryMark mark; ///< of the entry that was planned
 
     bool operator==(const RenamePair &) const = default;
 };

@@ -49,7 +49,7 @@ RenameFacts readRenameFacts(const std::vector<Location> &entries, Days days, Dec
         const Location folder = entry.parent_path();
         if (!facts.folders.contains(folder))
             facts.folders.emplace(folder, namesOf(folder, table, control));
-        facts.identities.push_back(readAttributes(entry).value_or(FileAttributes()).identity);
+        facts.marks.push_back(EntryMark::of(readAttributes(entry).value_or(FileAttributes())));
         if (days == Days::Read)
             facts.days.push_back(dayOf(entry, decoder, control));
         control.advance();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/JobControl.h"
-#include "Disk/FileAttributes.h"
+#include "Disk/EntryMark.h"
 #include "FileOperations/BatchRenamePlan.h"
 #include "System/Decoders.h"
 
@@ -13,8 +13,8 @@ namespace brellin {
 /// What a batch rename has to know of the disk.
 struct RenameFacts {
     NamesInFolders folders;
-    std::vector<FileIdentity> identities; ///< of the entries, in their order
-    std::vector<QDate> days;              ///< the same; empty where nobody needs them
+    std::vector<EntryMark> marks; ///< of the entries, in their order
+    std::vector<QDate> days;      ///< the same; empty where nobody needs them
 
     bool operator==(const RenameFacts &) const = default;
 };

@@ -22,7 +22,7 @@ Result<void> renameSingle(const Location &from, const Location &to, FileActions 
     if (!entry || from.parent_path() != to.parent_path() || !keepsNameFree(*entry, to, files))
         return files.rename(from, to);
     JobControl control;
-    const BatchRenameOutcome outcome = renameBatch({{from, to, entry->identity}}, files, logs, control);
+    const BatchRenameOutcome outcome = renameBatch({{from, to, EntryMark::of(*entry)}}, files, logs, control);
     if (!outcome.notPutBack.empty())
         return failure(Failure{QStringLiteral("Das Umbenennen brach ab; der Eintrag heißt jetzt „%1“.")
                                    .arg(shownName(outcome.notPutBack.front())),

@@ -2,6 +2,7 @@
 
 #include "Disk/CopyTreeRemoval.h"
 #include "FileOperations/BatchRenameRun.h"
+#include "FileOperations/KnownEntry.h"
 #include "FileOperations/OperationOutcome.h"
 #include "Transfers/TransferLog.h"
 
@@ -53,8 +54,7 @@ public:
                                                                          : EntryOutcome::Fate::Failed,
                     {},
                     now.error().message};
-        const bool reborn = entry.created && now->created && *entry.created != *now->created;
-        if (now->identity != entry.state.identity || reborn)
+        if (!isStill({entry.state, entry.created}, *now, entry.to))
             return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Dort liegt inzwischen etwas anderes.")};
         switch (m_kind) {
         case Kind::Rename:
@@ -127,7 +127,8 @@ private:
     /// What was made goes to the Trash, unless somebody has worked on it since.
     EntryOutcome takeAway(const ActionEntry &entry, const FileAttributes &now)
     {
-        if (now.isFile() && FileState::of(now) != entry.state)
+        const bool worked = now.size != entry.state.size || now.modified != entry.state.modified;
+        if (now.isFile() && worked)
             return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Das hat sich inzwischen geändert und bleibt.")};
         if (m_kind == Kind::NewFolder && m_services.files.removeEmptyFolder(entry.to))
             return {};
@@ -196,7 +197,7 @@ UndoneAction undoBatch(const UserAction &action, const UndoServices &services, J
 {
     std::vector<RenamePair> pairs;
     std::ranges::transform(action.entries, std::back_inserter(pairs), [](const ActionEntry &entry) {
-        return RenamePair{entry.to, entry.from, entry.state.identity};
+        return RenamePair{entry.to, entry.from, {entry.state, entry.created}};
     });
     const BatchRenameOutcome outcome = renameBatch(pairs, services.files, services.renameLogs, control);
     UndoneAction undone{outcome.done, {}, {}, false, wayBack(action.kind, outcome.done)};

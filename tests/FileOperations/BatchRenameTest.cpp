@@ -35,7 +35,7 @@ protected:
                                                                                          {"d", "e"},
                                                                                          {"Gross.txt", "gross.txt"},
                                                                                          {"\xFFx", "\xFFy"}})
-            pairs.push_back({folder / from, folder / to, readAttributes(folder / from)->identity});
+            pairs.push_back({folder / from, folder / to, *EntryMark::of(folder / from)});
         JobControl control;
         DiskFileActions real;
         EXPECT_FALSE(renameBatch(pairs, real, logs, control).failure);
@@ -212,8 +212,8 @@ TEST_F(BatchRenameTest, restoresOnVolumesThatReserveNamesAndForgetInodes)
     onStick = true;
     tree.file("f/leer", "");
     tree.age("f/leer", SystemClock().now() - std::chrono::hours(1));
-    pairs.insert(pairs.begin() + 2, {folder / "leer", folder / "c", readAttributes(folder / "leer")->identity});
-    pairs.push_back({folder / "anderes", folder / "leer", readAttributes(folder / "anderes")->identity});
+    pairs.insert(pairs.begin() + 2, {folder / "leer", folder / "c", *EntryMark::of(folder / "leer")});
+    pairs.push_back({folder / "anderes", folder / "leer", *EntryMark::of(folder / "anderes")});
     before = snapshotOf(folder);
     int kills = 0;
     for (int n = 0; n < 100 && !killAt(n); ++n) {
@@ -233,7 +233,7 @@ TEST_F(BatchRenameTest, restoresOnVolumesThatReserveNamesAndForgetInodes)
         }
         ASSERT_EQ(snapshotOf(folder), before) << n;
         for (RenamePair &pair : pairs)
-            pair.identity = readAttributes(pair.from)->identity;
+            pair.mark = *EntryMark::of(pair.from);
     }
     EXPECT_EQ(kills, 2 * 8 * 4);
 }
@@ -288,7 +288,7 @@ TEST_F(BatchRenameTest, aRestoreMayBeCutShortItself)
         for (int n = 0;; n += 3) {
             SCOPED_TRACE(testing::Message() << at << ", restored until " << n);
             for (RenamePair &pair : pairs)
-                pair.identity = readAttributes(pair.from)->identity;
+                pair.mark = *EntryMark::of(pair.from);
             ASSERT_FALSE(killAt(at));
             forgetInodes();
             restore(n);

@@ -31,7 +31,7 @@ protected:
         for (std::size_t i = 0; i < names.size(); ++i) {
             tree.file("f/" + names[i], "Inhalt " + std::to_string(i));
             const Location from = tree.path("f") / names[i];
-            pairs.push_back({from, tree.path("f") / names[(i + 1) % names.size()], readAttributes(from)->identity});
+            pairs.push_back({from, tree.path("f") / names[(i + 1) % names.size()], *EntryMark::of(from)});
         }
         before = snapshotOf(tree.path("f"));
     }

@@ -254,6 +254,37 @@ TEST_F(UndoTest, knowsWhatWasReplacedWhereNumbersChange)
     EXPECT_EQ(tree.content("karte/a.txt"), "eins");
 }
 
+TEST_F(UndoTest, knowsAnEntryWhereNumbersChange)
+{
+    const Location card = tree.folder("karte");
+    const FuseMount mount(card);
+    if (!mount)
+        GTEST_SKIP() << "no such volume here";
+    tree.lines({"karte/neu.txt=eins", "karte/ordner/tief=zwei", "karte/stapel.txt=drei", "karte/kopie=vier"});
+    SystemTrash onCard(card / "papierkorb", volumes);
+    const UndoServices there{files, onCard, tree.path("logs"), tree.path("transfers")};
+    UserAction::Entry file = recordOf(card / "a.txt", card / "neu.txt");
+    UserAction::Entry folder = recordOf(card / "alt", card / "ordner");
+    UserAction::Entry batch = recordOf(card / "b.txt", card / "stapel.txt");
+    UserAction::Entry made = recordOf(card / "woanders", card / "kopie");
+    for (UserAction::Entry *const one : {&file, &folder, &batch, &made})
+        one->state.identity.inode += 1000; // as after the card was put in again
+    EXPECT_EQ(undo(Kind::Rename, {file}).failures, QStringList());
+    EXPECT_EQ(undo(Kind::Move, {folder}).failures, QStringList());
+    EXPECT_EQ(undo(Kind::BatchRename, {batch}).failures, QStringList());
+    JobControl control;
+    EXPECT_EQ(undoAction({Kind::Copy, {made}}, there, control).failures, QStringList());
+    EXPECT_FALSE(tree.has("karte/kopie"));
+    EXPECT_EQ(tree.content("karte/a.txt"), "eins");
+    EXPECT_EQ(tree.content("karte/alt/tief"), "zwei");
+    EXPECT_EQ(tree.content("karte/b.txt"), "drei");
+    tree.file("karte/neu.txt", "anderes");
+    EXPECT_EQ(undo(Kind::Rename, {file}).undone.size(), 0U);
+    tree.file("karte/stapel.txt", "anderes");
+    std::filesystem::remove(card / "b.txt");
+    EXPECT_TRUE(undo(Kind::BatchRename, {batch}).undone.empty());
+}
+
 TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
 {
     const Result<Location> replaced = realTrash.put(home("a.txt"));
