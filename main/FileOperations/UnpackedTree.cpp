@@ -137,9 +137,9 @@ Result<Descriptor> UnpackedTree::folderAt(const Path &path, std::uint32_t lastMo
     return folder;
 }
 
-Result<UnpackedTree::Place> UnpackedTree::placeFor(const Path &path) const
+Result<UnpackedTree::EntryPlace> UnpackedTree::placeFor(const Path &path) const
 {
-    return Place{TRY(folderAt({path.begin(), path.end() - 1}, permissions)), path.back()};
+    return EntryPlace{TRY(folderAt({path.begin(), path.end() - 1}, permissions)), path.back()};
 }
 
 Result<void> UnpackedTree::add(const ArchivedEntry &entry, ArchiveReader &reader)
@@ -178,7 +178,7 @@ Result<void> UnpackedTree::add(const ArchivedEntry &entry, ArchiveReader &reader
 
 Result<void> UnpackedTree::addFile(const Path &path, const ArchivedEntry &entry, ArchiveReader &reader)
 {
-    const Place place = TRY(placeFor(path));
+    const EntryPlace place = TRY(placeFor(path));
     // An archive may hold a name twice: both stay.
     std::string name = place.name;
     Result<Descriptor> file = createFile(place.at(), entry.mode);
@@ -229,8 +229,8 @@ Result<void> UnpackedTree::addHardLink(const Path &path, const ArchivedEntry &en
         refuse(entry, QStringLiteral("verweist aus dem Ordner hinaus"));
         return {};
     }
-    const Place from = TRY(placeFor(*target));
-    const Place to = TRY(placeFor(path));
+    const EntryPlace from = TRY(placeFor(*target));
+    const EntryPlace to = TRY(placeFor(path));
     if (::linkat(from.folder.number(), from.name.c_str(), to.folder.number(), to.name.c_str(), 0) == 0)
         return {};
     if (!tellsOfAVolumeWithoutLinks(errno))
@@ -241,7 +241,7 @@ Result<void> UnpackedTree::addHardLink(const Path &path, const ArchivedEntry &en
 }
 
 /// The content of a file of this tree once more, with its rights and time.
-Result<void> UnpackedTree::copyInto(const Place &to, const Place &from)
+Result<void> UnpackedTree::copyInto(const EntryPlace &to, const EntryPlace &from)
 {
     const Descriptor source = TRY(openForReading(from.at()));
     struct stat status{};
@@ -273,7 +273,7 @@ void UnpackedTree::makeLink(const Link &link)
         refuse(named, QStringLiteral("verweist aus dem Ordner hinaus"));
         return;
     }
-    const Result<Place> place = placeFor(link.path);
+    const Result<EntryPlace> place = placeFor(link.path);
     if (!place)
         refuse(named, place.error().message);
     else if (::symlinkat(link.target.c_str(), place->folder.number(), place->name.c_str()) != 0)
@@ -296,7 +296,7 @@ bool UnpackedTree::leadsOutside(const Link &link) const
 void UnpackedTree::removeLinksThatLeadOutside()
 {
     for (const Link &link : m_links) {
-        const Result<Place> place = leadsOutside(link) ? placeFor(link.path) : failure(QString());
+        const Result<EntryPlace> place = leadsOutside(link) ? placeFor(link.path) : failure(QString());
         struct stat status{};
         const bool isLink = place &&
                             ::fstatat(place->folder.number(), place->name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&

@@ -32,7 +32,7 @@ public:
     int separated() const { return m_separated; }
 
 private:
-    struct Place {
+    struct EntryPlace {
         Descriptor folder;
         std::string name;
         NameIn at() const { return {folder.number(), name.c_str()}; }
@@ -46,11 +46,11 @@ private:
     UnpackedTree(Location folder, Descriptor top, MayWrite mayWrite);
     void refuse(const ArchivedEntry &entry, const QString &why);
     Result<Descriptor> folderAt(const Path &path, std::uint32_t lastMode) const;
-    Result<Place> placeFor(const Path &path) const;
+    Result<EntryPlace> placeFor(const Path &path) const;
     Result<void> addFile(const Path &path, const ArchivedEntry &entry, ArchiveReader &reader);
     Result<void> addFolder(const Path &path, const ArchivedEntry &entry);
     Result<void> addHardLink(const Path &path, const ArchivedEntry &entry);
-    Result<void> copyInto(const Place &to, const Place &from);
+    Result<void> copyInto(const EntryPlace &to, const EntryPlace &from);
     void makeLink(const Link &link);
     bool leadsOutside(const Link &link) const;
     void removeLinksThatLeadOutside();
