@@ -6,6 +6,7 @@
 #include "ContentView/FolderSearch.h"
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
+#include "ContentView/NavigationHistory.h"
 #include "ContentView/Selection.h"
 #include "ContentView/ViewMode.h"
 #include "Disk/FileActions.h"
@@ -159,8 +160,8 @@ public:
     void goUp();
     /// What a choice in the sidebar leads to.
     void choose(const SidebarItem &item);
-    const std::vector<Location> &backStack() const { return m_backStack; }
-    const std::vector<Location> &forwardStack() const { return m_forwardStack; }
+    const std::vector<Location> &backStack() const { return m_history.back(); }
+    const std::vector<Location> &forwardStack() const { return m_history.forward(); }
 
     /// Creates "Neuer Ordner" and starts renaming it.
     void newFolder();
@@ -214,7 +215,7 @@ private:
     void travel(const Location &folder, const std::function<void()> &remember, const std::function<void()> &forget);
     void arrive(const Location &folder);
     void mirrorHistory();
-    void go(std::vector<Location> &from, std::vector<Location> &to);
+    void step(NavigationHistory::Way way);
 
     bool showsListing() const;
     void leaveSearch();
@@ -242,8 +243,7 @@ private:
     std::size_t m_firstVisible = 0;
     std::size_t m_visibleCount = 0;
 
-    std::vector<Location> m_backStack;    ///< newest last
-    std::vector<Location> m_forwardStack; ///< newest last
+    NavigationHistory m_history;
 
     FileCall<Reading> m_load;
     FileCall<DisplayedItems> m_display; ///< puts many entries in order

@@ -36,10 +36,8 @@ void BrowserModel::navigate(const Location &folder, History history)
     }
     const Location from = current.get();
     const auto remember = [this, from, history] {
-        if (history == History::Keep)
-            return;
-        m_backStack.push_back(from);
-        m_forwardStack.clear();
+        if (history == History::Record)
+            m_history.went(from);
     };
     travel(target, remember, {});
 }
@@ -81,36 +79,29 @@ void BrowserModel::arrive(const Location &folder)
 
 void BrowserModel::mirrorHistory()
 {
-    publish(canGoBack, !m_backStack.empty());
-    publish(canGoForward, !m_forwardStack.empty());
+    publish(canGoBack, !m_history.back().empty());
+    publish(canGoForward, !m_history.forward().empty());
 }
 
-/// Takes the last folder off one stack and leaves the present one on the other.
-void BrowserModel::go(std::vector<Location> &from, std::vector<Location> &to)
+void BrowserModel::step(NavigationHistory::Way way)
 {
-    if (from.empty())
+    const std::optional<Location> target = m_history.next(way);
+    if (!target)
         return;
-    const Location target = from.back();
     uncoverFolder();
-    const auto takeOff = [&from, target] {
-        if (!from.empty() && from.back() == target)
-            from.pop_back();
-    };
-    const auto remember = [this, &to, takeOff] {
-        takeOff();
-        to.push_back(current.get());
-    };
-    travel(target, remember, takeOff);
+    const auto remember = [this, way, to = *target] { m_history.stepped(way, to, current.get()); };
+    const auto forget = [this, way, to = *target] { m_history.forget(way, to); };
+    travel(*target, remember, forget);
 }
 
 void BrowserModel::goBack()
 {
-    go(m_backStack, m_forwardStack);
+    step(NavigationHistory::Way::Back);
 }
 
 void BrowserModel::goForward()
 {
-    go(m_forwardStack, m_backStack);
+    step(NavigationHistory::Way::Forward);
 }
 
 void BrowserModel::goUp()
