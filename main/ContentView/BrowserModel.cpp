@@ -13,8 +13,6 @@ namespace brellin {
 namespace {
 
 constexpr std::chrono::milliseconds searchDelay{200};
-/// The matches of a search under way appear so often.
-constexpr std::chrono::milliseconds sampleDelay{100};
 /// Rows sorted by a size that is still being counted settle at most so often.
 constexpr std::chrono::milliseconds displayDelay{1000};
 /// So many entries are put in order within a frame.
@@ -27,6 +25,9 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     , current(standardised(start))
     , sortOrder(SortOrder{SortComparator{}})
     , m_services(services)
+    , m_search(
+          services.workers, [this](const FileItems &matches) { setItems(matches); },
+          [this](const FolderSearchResult &result) { found(result); })
     , m_relay(std::make_shared<Relay>())
 {
     m_relay->pane = this;
@@ -36,8 +37,6 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
         connect(&timer, &QTimer::timeout, this, act);
     };
     arm(m_searchSoon, searchDelay, &BrowserModel::runSearch);
-    arm(m_sampleMatches, sampleDelay, &BrowserModel::showMatches);
-    m_sampleMatches.setSingleShot(false);
     arm(m_displaySoon, displayDelay, &BrowserModel::display);
     arm(m_reloadSoon, {}, &BrowserModel::takeChanges);
     // Before anybody else hears of them.

@@ -3,10 +3,10 @@
 #include "Base/Mailbox.h"
 #include "Base/Published.h"
 #include "ContentView/FileItems.h"
-#include "ContentView/FolderSearch.h"
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
 #include "ContentView/NavigationHistory.h"
+#include "ContentView/SearchRun.h"
 #include "ContentView/Selection.h"
 #include "ContentView/ViewMode.h"
 #include "Disk/FileActions.h"
@@ -220,10 +220,8 @@ private:
     bool showsListing() const;
     void leaveSearch();
     void leaveResults();
-    void dropSearch();
-    void showMatches();
     void findTag();
-    void search(const std::function<FolderSearchResult(const JobControl &)> &work);
+    void search(SearchRun::Work work);
     void found(const FolderSearchResult &result);
 
     void change(const Location &where, std::function<Change(const JobControl &)> work);
@@ -247,14 +245,11 @@ private:
 
     FileCall<Reading> m_load;
     FileCall<DisplayedItems> m_display; ///< puts many entries in order
-    FileCall<FolderSearchResult> m_search;
+    SearchRun m_search;
     FileCall<bool> m_check; ///< whether there is a folder to go to
     FileCall<Change> m_change;
     std::function<void(const Location &, const Location &)> m_ownChange;
-    std::shared_ptr<SearchMatches> m_matches;  ///< of the search under way
-    std::optional<std::size_t> m_matchesShown; ///< so many of them
     QTimer m_searchSoon;
-    QTimer m_sampleMatches;
     QTimer m_displaySoon;
     QTimer m_reloadSoon;
     Mailbox m_mailbox;              ///< what watchers tell this pane

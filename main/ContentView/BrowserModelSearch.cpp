@@ -19,7 +19,7 @@ void BrowserModel::setSearchText(const QString &text)
 void BrowserModel::runSearch()
 {
     m_searchSoon.stop();
-    dropSearch();
+    m_search.drop();
     publish(searchRunning, false);
     publish(searchCapped, false);
     const QString query = searchText.get().trimmed();
@@ -39,28 +39,8 @@ void BrowserModel::runSearch()
         return work(*matches, folder, query, hidden, &control);
     });
     // What is shown of the same search stays until its end.
-    if (again || !searchRunning.get())
-        return;
-    m_matches = matches;
-    m_sampleMatches.start();
-}
-
-/// What the search has found meanwhile; nothing, as long as that is all.
-void BrowserModel::showMatches()
-{
-    if (m_matchesShown == m_matches->size())
-        return;
-    const FileItems found = m_matches->items();
-    m_matchesShown = found.size();
-    setItems(found);
-}
-
-void BrowserModel::dropSearch()
-{
-    m_search.drop();
-    m_sampleMatches.stop();
-    m_matches.reset();
-    m_matchesShown.reset();
+    if (!again)
+        m_search.showMatches(matches);
 }
 
 void BrowserModel::showTag(const QString &tag)
@@ -75,7 +55,6 @@ void BrowserModel::showTag(const QString &tag)
 
 void BrowserModel::findTag()
 {
-    dropSearch();
     const QString tag = *tagFilter.get();
     search([tag, home = m_services.folders.home, &port = m_services.tagSearch](const JobControl &control) {
         FolderSearchResult result;
@@ -87,20 +66,15 @@ void BrowserModel::findTag()
     });
 }
 
-/// Long work: it waits for nobody, and nobody for it.
-void BrowserModel::search(const std::function<FolderSearchResult(const JobControl &)> &work)
+void BrowserModel::search(SearchRun::Work work)
 {
-    using Call = FileCall<FolderSearchResult>;
     publish(searchRunning, true);
-    m_search.start(
-        m_services.workers, {current.get(), Call::Patience::None, MountWorkers::Turn::AtOnce}, work,
-        [this](const FolderSearchResult &result) { found(result); }, [] {});
+    m_search.start(current.get(), std::move(work));
     updateTexts();
 }
 
 void BrowserModel::found(const FolderSearchResult &result)
 {
-    dropSearch();
     publish(searchRunning, false);
     publish(searchCapped, result.capped);
     setItems(result.items);
@@ -112,7 +86,7 @@ void BrowserModel::found(const FolderSearchResult &result)
 void BrowserModel::leaveSearch()
 {
     m_searchSoon.stop();
-    dropSearch();
+    m_search.drop();
     publish(searchText, QString());
     publish(searchRunning, false);
     publish(searchCapped, false);
