@@ -2,6 +2,7 @@
 
 #include "Base/Mailbox.h"
 #include "Base/Published.h"
+#include "ContentView/EntryChange.h"
 #include "ContentView/FileItems.h"
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
@@ -9,7 +10,6 @@
 #include "ContentView/SearchRun.h"
 #include "ContentView/Selection.h"
 #include "ContentView/ViewMode.h"
-#include "Disk/FileActions.h"
 #include "Disk/FileCall.h"
 #include "Disk/MountWorkers.h"
 #include "Disk/Volumes.h"
@@ -44,7 +44,7 @@ struct BrowserServices {
     FolderColors &colors;
     const TagSearch &tagSearch;
     /// Whether an entry may be made or renamed at this place: not in the system's own. Called on workers; empty: everywhere.
-    std::function<bool(const Location &entry)> mayChange = {};
+    MayChange mayChange = {};
     /// Searches below a folder. Called on workers.
     std::function<FolderSearchResult(SearchMatches &, const Location &folder, const QString &query, HiddenEntries,
                                      const JobControl *)>
@@ -183,7 +183,6 @@ private:
     /// What starts a reading, which decides how it is awaited.
     enum class Refresh { ByUser, ByWatcher };
     struct Reading;
-    struct Change;
     struct Relay;
 
     void startReading(Refresh why);
@@ -224,9 +223,9 @@ private:
     void search(SearchRun::Work work);
     void found(const FolderSearchResult &result);
 
-    void change(const Location &where, std::function<Change(const JobControl &)> work);
-    void changed(const Change &made);
-    void showChanged(const Change &made);
+    void change(const Location &where, std::function<EntryChange(const JobControl &)> work);
+    void changed(const EntryChange &made);
+    void showChanged(const EntryChange &made);
     void renameCreated();
 
     BrowserServices m_services;
@@ -247,7 +246,7 @@ private:
     FileCall<DisplayedItems> m_display; ///< puts many entries in order
     SearchRun m_search;
     FileCall<bool> m_check; ///< whether there is a folder to go to
-    FileCall<Change> m_change;
+    FileCall<EntryChange> m_change;
     std::function<void(const Location &, const Location &)> m_ownChange;
     QTimer m_searchSoon;
     QTimer m_displaySoon;

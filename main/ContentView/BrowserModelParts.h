@@ -15,13 +15,6 @@ struct BrowserModel::Reading {
     std::shared_ptr<FolderWatcher> watcher;
 };
 
-/// A rename, or a new folder (then `from` is empty).
-struct BrowserModel::Change {
-    Location from;
-    Location to;
-    Result<void> outcome;
-};
-
 /// The way from a watcher's thread to the pane, cut when the pane goes.
 struct BrowserModel::Relay {
     std::mutex mutex;

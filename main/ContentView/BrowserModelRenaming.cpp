@@ -1,15 +1,11 @@
 #include "ContentView/BrowserModelParts.h"
 #include "ContentView/BrowserTexts.h"
-#include "Disk/FreeName.h"
 
 namespace brellin {
 
 namespace {
 
 const QString newFolderName = QStringLiteral("Neuer Ordner");
-const QString systemRefusal = QStringLiteral("Orte des Systems werden nicht verändert.");
-/// Somebody may take each free name just before us, but not for ever.
-constexpr int mostAttempts = 100;
 
 bool isForbidden(const QString &name)
 {
@@ -22,18 +18,7 @@ void BrowserModel::newFolder()
 {
     const Location wanted = current.get() / newFolderName.toStdString();
     change(current.get(), [wanted, &files = m_services.files, mayChange = m_services.mayChange](const JobControl &) {
-        Change made{{}, unique(wanted), {}};
-        if (mayChange && !mayChange(wanted)) {
-            made.outcome = failure(systemRefusal);
-            return made;
-        }
-        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            made.to = unique(wanted);
-            made.outcome = files.createFolder(made.to);
-            if (made.outcome || !made.outcome.error().is(std::errc::file_exists))
-                break;
-        }
-        return made;
+        return createFolder(wanted, files, mayChange);
     });
 }
 
@@ -90,25 +75,23 @@ void BrowserModel::commitRename()
     const Location from = target->location();
     const Location to = from.parent_path() / name.toStdString();
     change(from, [from, to, &files = m_services.files, mayChange = m_services.mayChange](const JobControl &) {
-        if (mayChange && !(mayChange(from) && mayChange(to)))
-            return Change{from, to, failure(systemRefusal)};
-        return Change{from, to, files.rename(from, to)};
+        return renameEntry(from, to, files, mayChange);
     });
 }
 
 /// One change at a time: the answer to one that is under way must not get lost.
-void BrowserModel::change(const Location &where, std::function<Change(const JobControl &)> work)
+void BrowserModel::change(const Location &where, std::function<EntryChange(const JobControl &)> work)
 {
     if (m_change.running()) {
         setOperationError(QStringLiteral("Die vorige Änderung ist noch nicht fertig."));
         return;
     }
     m_change.start(
-        m_services.workers, {where}, std::move(work), [this](const Change &made) { changed(made); },
+        m_services.workers, {where}, std::move(work), [this](const EntryChange &made) { changed(made); },
         [this, where] { setOperationError(notAnsweringText(where)); });
 }
 
-void BrowserModel::changed(const Change &made)
+void BrowserModel::changed(const EntryChange &made)
 {
     if (!made.outcome) {
         setOperationError(made.outcome.error().message);
@@ -123,7 +106,7 @@ void BrowserModel::changed(const Change &made)
         m_ownChange(made.from, made.to);
 }
 
-void BrowserModel::showChanged(const Change &made)
+void BrowserModel::showChanged(const EntryChange &made)
 {
     const bool isNew = made.from.empty();
     if (isNew && made.to.parent_path() != current.get())
