@@ -29,11 +29,11 @@ protected:
         words.emplace_back("--json");
         const ProcessOutput output = run(std::move(words));
         EXPECT_EQ(output.exitCode, exitCode) << output.errors.toStdString();
-        // Exactly one value, on one line.
+        // exactly one value, on one line
         EXPECT_EQ(output.output.count('\n'), 1);
         return QJsonDocument::fromJson(output.output);
     }
-    /// The user's own files: what the program keeps for itself is in dot folders.
+    /// The user's files only; the program's own are in dot folders.
     std::string files() const
     {
         std::string text;
@@ -118,7 +118,7 @@ TEST_F(CommandLineTest, triesTheRestOfAnUndoAgainByItsId)
     EXPECT_TRUE(json({"rueckgaengig"}).object()[QStringLiteral("run")].isNull()) << "the run stays undone";
     const std::string id = done[QStringLiteral("id")].toString().toStdString();
     EXPECT_TRUE(run({"rueckgaengig", id}).errors.contains("Rest noch einmal versuchen: brellin rueckgaengig " + id));
-    std::filesystem::create_directories(place.parent_path()); // went with the run that had made it
+    std::filesystem::create_directories(place.parent_path()); // undo removed the folder that the run had created
     std::filesystem::rename(tree.path("anderswo"), place);
     EXPECT_EQ(json({"rueckgaengig", id}).object()[QStringLiteral("status")].toString(),
               QStringLiteral("Rückgängig gemacht."));
@@ -130,7 +130,7 @@ TEST_F(CommandLineTest, refusesBadRulesAndChangesNothing)
 {
     const std::string exported = tree.path("regeln.json").native();
     EXPECT_EQ(run({"regeln", "export", exported}).exitCode, 0);
-    EXPECT_EQ(run({"regeln", "export", exported}).exitCode, 2); // never over a file
+    EXPECT_EQ(run({"regeln", "export", exported}).exitCode, 2); // never overwrites a file
     EXPECT_EQ(json({"regeln", "import", exported}).array().size(), 10);
     const QJsonDocument before = json({"regeln"});
     struct Row {
@@ -174,7 +174,7 @@ TEST_F(CommandLineTest, namesMistakesInOneSentence)
 
 TEST_F(CommandLineTest, reportsWhatFailedAndDoesTheRest)
 {
-    // The folder for invoices is a file: those steps fail by name, the others are done.
+    // The folder for invoices is a file: these steps fail and are reported, the others are done.
     tree.file("Documents/Rechnungen", "im Weg");
     const QJsonObject done = json({"pruefen", "--ausfuehren"}, 1).object();
     EXPECT_EQ(done[QStringLiteral("failures")].toArray().size(), 2);

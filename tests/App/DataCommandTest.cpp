@@ -11,7 +11,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// The real program in an account whose stored data somebody damages.
+/// The real program in an account whose stored data is damaged by others.
 class DataCommandTest : public ProgramTest {
 protected:
     DataCommandTest()
@@ -20,7 +20,7 @@ protected:
         EXPECT_EQ(run({"regeln", "beispiele"}).exitCode, 0);
     }
 
-    /// What "daten" says of a list: nothing where it is not listed.
+    /// The entry of a list in the output of "daten"; empty if it is not listed.
     QJsonObject listed(const QString &list)
     {
         const ProcessOutput output = run({"daten", "--json"});

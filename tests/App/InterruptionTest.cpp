@@ -28,7 +28,7 @@ TEST(InterruptionTest, isHeardWhileItIsListenedForAndKnownAfterwards)
         EXPECT_TRUE(waitUntil([&] { return calls == 1; }));
     }
     EXPECT_TRUE(note.heard());
-    // Whoever begins to listen only now is told, too.
+    // A notifier created after the signal is called too.
     const Interruption later([&] { ++calls; });
     EXPECT_TRUE(waitUntil([&] { return calls == 2; }));
 }
@@ -51,12 +51,12 @@ TEST(InterruptionTest, ofOneCommandIsNothingToTheNext)
 
 TEST(InterruptionTest, isATerminalThatGoesUnlessNobodyIsToMind)
 {
-    ::signal(SIGHUP, SIG_DFL); // whoever runs the tests may have it ignored
+    ::signal(SIGHUP, SIG_DFL); // it may be ignored by the process running the tests
     {
         const InterruptionNote note;
         ::raise(SIGHUP);
         EXPECT_TRUE(note.heard());
-        // The shell says so, and then the system.
+        // First from the shell, then from the kernel.
         ::raise(SIGHUP);
     }
     EXPECT_EQ(::signal(SIGHUP, SIG_IGN), SIG_DFL);
@@ -70,7 +70,7 @@ TEST(InterruptionTest, isATerminalThatGoesUnlessNobodyIsToMind)
 
 namespace {
 
-/// A program of ours under way, whose output nobody reads at first.
+/// A running program whose output is not read at first.
 class Child {
 public:
     explicit Child(std::vector<const char *> words)
@@ -91,14 +91,14 @@ public:
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
 
-    /// Its list is longer than what the pipe takes: it stands still in the midst of it.
+    /// Whether it blocks on writing its list, which is longer than the pipe's buffer.
     bool standsStill() const
     {
         int waiting = 0;
         return waitUntil([&] { return ::ioctl(m_output[0], FIONREAD, &waiting) == 0 && waiting >= 2048; });
     }
     void interrupt() const { ::kill(m_process, SIGINT); }
-    /// How it ended, once its output has been read.
+    /// Reads its output and returns its exit status.
     int status()
     {
         std::array<char, 4096> rest{};

@@ -21,7 +21,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// The real program in an account in which others were killed.
+/// The real program in an account in which other processes were killed.
 class RemnantsTest : public ProgramTest {
 protected:
     RemnantsTest() { tree.lines({"ziel/", "f/", "Downloads/", "Documents/"}); }
@@ -54,7 +54,7 @@ protected:
                                       {{tree.path("f") / name, tree.path("f/neu.txt"), temporary, 0, 0}}));
         return temporary;
     }
-    /// A run that moved a file and was killed before it noted that.
+    /// A run killed after moving a file and before journalling the result.
     QUuid killedRun()
     {
         tree.file("Downloads/Beleg.pdf", "beleg");

@@ -11,14 +11,14 @@ using namespace brellin;
 
 namespace {
 
-/// As a service of `main` that a thread still uses.
+/// Like a service of `main` that a thread still uses.
 struct Service {
     explicit Service(const char *said) : text(said) {}
     ~Service() { std::fputs(text, stderr); }
     const char *text;
 };
 
-/// A program whose owners of work have gone already, as its windows have.
+/// A program that has already destroyed the owners of its work, as windows are.
 int program(const std::function<int(JobControl &)> &work)
 {
     const Service service("destroyed");

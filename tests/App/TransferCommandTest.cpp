@@ -47,7 +47,7 @@ TEST_F(TransferCommandTest, settlesConflictsAsTold)
     EXPECT_EQ(snapshotOf(tree.path("nach")), before);
 
     const QJsonObject both = json("kopieren", {"--konflikt", "--konflikt=beide", "von/a.txt", "nach"}, 2);
-    EXPECT_TRUE(both.isEmpty()); // "--konflikt" is no choice
+    EXPECT_TRUE(both.isEmpty()); // the second option is not a valid value for the first
     EXPECT_EQ(json("kopieren", {"--konflikt=beide", "von/a.txt", "von/b", "nach"})[QStringLiteral("files")], 2);
     EXPECT_EQ(tree.content("nach/a (2).txt"), "neu");
     EXPECT_EQ(tree.content("nach/b/innen.txt"), "zwei");
@@ -72,7 +72,7 @@ TEST_F(TransferCommandTest, namesWhatItCannotDo)
     EXPECT_EQ(unknown.exitCode, 2);
     EXPECT_EQ(unknown.errors.toStdString(), "Unbekannte Angabe „ersezten“. Meintest du „ersetzen“?\n");
     EXPECT_FALSE(tree.has("nach/b"));
-    // The rest is done.
+    // The others are done.
     const QJsonObject partly = json("verschieben", {"fehlt", "von", "von/b", "von/b"}, 1);
     EXPECT_EQ(partly[QStringLiteral("failures")].toArray().size(), 3);
     const QJsonObject rest = json("kopieren", {"fehlt", "von/b", "nach"}, 1);

@@ -8,7 +8,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// "ort/ld" leads to "fern/ordner": beside the link and beside its folder lies a file of the same name.
+/// "ort/ld" points to "fern/ordner"; a file of the same name lies beside the link and beside its target.
 class TypedLocationTest : public ProgramTest {
 protected:
     TypedLocationTest()
@@ -26,7 +26,7 @@ TEST_F(TypedLocationTest, readsDotsAsTheSystemDoes)
     EXPECT_EQ(typedLocation(at("ort/ld/../v.txt")), tree.path("fern/v.txt"));
     EXPECT_EQ(typedLocation(at("ort/ld/..")), tree.path("fern"));
     EXPECT_EQ(typedLocation(at("ort/ld/../../ort/./v.txt")), tree.path("ort/v.txt"));
-    // Without dots a link stays one.
+    // Without dots a symlink is not resolved.
     EXPECT_EQ(typedLocation(at("ort/ld/")), tree.path("ort/ld"));
     for (const char *nowhere :
          {"ort/fehlt/../v.txt", "ort/tot/../v.txt", "ort/v.txt/../v.txt", "ort/fehlt/..", "ziel/../fehlt/../v.txt"})

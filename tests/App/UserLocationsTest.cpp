@@ -9,7 +9,7 @@ using brellin::test::TempTree;
 
 TEST(UserLocationsTest, closesTheSystemAndNothingOfTheUsers)
 {
-    // A home below a system folder, as some systems have it.
+    // A home folder below a system folder, as on some systems.
     const UserLocations locations("/var/home/anna", 4711);
     struct Row {
         const char *entry;
@@ -29,7 +29,7 @@ TEST(UserLocationsTest, closesTheSystemAndNothingOfTheUsers)
              {"/tmp/a.txt", true},
              {"/var/tmp/a.txt", true},
              {"/dev/shm/a.txt", true},
-             // The open folders themselves, the home folder and what holds it stay.
+             // The exceptions themselves, the home folder and folders above it are refused.
              {"/var/home/anna", false},
              {"/var/home", false},
              {"/run/media", false},
@@ -69,9 +69,9 @@ TEST(UserLocationsTest, looksWhereLinksLead)
     const UserLocations locations(tree.path("heim/anna"), 4711);
     EXPECT_TRUE(locations.mayChange(tree.path("heim/anna/Dokumente/a.txt")));
     EXPECT_TRUE(locations.mayChange(tree.path("daten/her/.config")));
-    EXPECT_TRUE(locations.mayChange(tree.path("heim/anna/zu"))); // the link itself
+    EXPECT_TRUE(locations.mayChange(tree.path("heim/anna/zu"))); // the symlink itself
     EXPECT_FALSE(locations.mayChange(tree.path("heim/anna/zu/a.txt")));
-    EXPECT_FALSE(locations.mayChange(tree.path("heim/anna/zu/../anna/a.txt"))); // for the system "/usr/anna/a.txt"
-    EXPECT_FALSE(locations.mayChange(tree.path("echt/anna")));                  // home under its other name
+    EXPECT_FALSE(locations.mayChange(tree.path("heim/anna/zu/../anna/a.txt"))); // for the kernel "/usr/anna/a.txt"
+    EXPECT_FALSE(locations.mayChange(tree.path("echt/anna")));                  // the home folder by its other name
     EXPECT_FALSE(locations.mayChange(tree.path("echt")));
 }

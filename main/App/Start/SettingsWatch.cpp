@@ -12,7 +12,7 @@ SettingsWatch::SettingsWatch(const Location &folder, Changed changed) : m_change
     m_pause.setInterval(pause);
     QObject::connect(&m_pause, &QTimer::timeout, this, [this] { take(); });
     const auto heard = [this] { m_mailbox.post([this] { m_pause.start(); }); };
-    // On a new account the first setting makes the folder, and what is not there cannot be watched.
+    // A missing folder cannot be watched, and on a new account the first setting would create it.
     (void)createPrivateFolders(folder);
     if (Result<std::shared_ptr<FolderWatcher>> watcher = FolderWatcher::watch(folder, heard))
         m_watcher = *std::move(watcher);

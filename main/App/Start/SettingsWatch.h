@@ -15,11 +15,11 @@ namespace brellin {
 
 class FolderWatcher;
 
-/// Tells which stored lists have changed, whoever changed them: the terminal, another program, or this one (which then finds
-/// what it knows). Bursts are told once.
+/// Reports which stored lists have changed, whether by the terminal program, another process or this one. Coalesces
+/// bursts.
 class SettingsWatch : public QObject {
 public:
-    /// The names of files without ".json".
+    /// File names without ".json".
     using Changed = std::function<void(const std::set<std::string> &lists)>;
 
     SettingsWatch(const Location &folder, Changed changed);
@@ -31,7 +31,7 @@ private:
     Changed m_changed;
     QTimer m_pause;
     Mailbox m_mailbox;                        ///< outlives the watcher, whose thread posts to it
-    std::shared_ptr<FolderWatcher> m_watcher; ///< none where the folder cannot be watched
+    std::shared_ptr<FolderWatcher> m_watcher; ///< null if the folder cannot be watched
 };
 
 } // namespace brellin

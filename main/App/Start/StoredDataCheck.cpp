@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// All but the agent's own. The windows' kind replaces the general one, which knows nothing of their records.
+/// All lists except the agent's. The kind of the window list replaces the general one, which does not know its records.
 std::vector<StoredKind> kindsToCheck()
 {
     const StoredKind windows = windowsKind();

@@ -10,11 +10,11 @@ namespace brellin {
 class Notices;
 class Services;
 
-/// Checks what is stored when the windows open, on a worker: a list without a last good version gets one, and each list or
-/// log that is damaged or cannot be read becomes a notice. The agent does this for its own lists.
+/// Checks the stored data on a worker when the windows open: creates missing last good versions, and adds a notice for
+/// every list or log that is damaged or unreadable. The agent checks its own lists.
 class StoredDataCheck {
 public:
-    /// Both outlive it; the services outlive its worker too (see Shutdown).
+    /// Both must outlive this object, and the services its worker too (see Shutdown).
     StoredDataCheck(Services &services, Notices &notices);
 
     void start();

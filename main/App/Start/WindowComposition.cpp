@@ -47,7 +47,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     m_notices.hear(m_operations, m_undo, m_transfers, m_volumeList);
 }
 
-/// Whichever window or pane asked for it may be gone.
+/// Done here, since the window or pane that started the transfer may be closed.
 void WindowComposition::takeNote(const TransferRecord &record)
 {
     m_undo.record(actionOf(record));
@@ -88,7 +88,7 @@ WindowServices WindowComposition::forWindows()
             m_notices};
 }
 
-/// The terminal, or another program, has changed what is stored.
+/// Another process has changed stored data.
 void WindowComposition::reload(const std::set<std::string> &lists)
 {
     if (lists.contains(Pins::key.toStdString()))

@@ -24,14 +24,14 @@
 
 namespace brellin {
 
-/// What the windows need beyond the services of every program, made here and nowhere else.
+/// Everything the windows need in addition to the services of every program; created only here.
 class WindowComposition {
 public:
-    /// Both outlive it.
+    /// Both must outlive this object.
     WindowComposition(Services &services, DesktopSettings &desktop);
 
     WindowServices forWindows();
-    /// Follows the volumes and sets the agent going: takes over what a killed program left, arms its timer.
+    /// Starts observing volumes, and starts the agent: recovery, then its timer.
     void start();
 
     CleanupAgent &agent() { return m_agent; }

@@ -1,4 +1,4 @@
-// Makes the pictures of the documentation: brellin-bilder FOLDER. Run by tools/make-screenshots over a demo home.
+// Makes the screenshots of the documentation: brellin-bilder FOLDER. Run by tools/make-screenshots on a demo home.
 
 #include "Agent/Screens/AgentView.h"
 #include "App/Start/WindowComposition.h"
@@ -21,7 +21,7 @@ using namespace brellin;
 
 namespace {
 
-/// Long enough for thumbnails, folder sizes and a preview to come in.
+/// Long enough for thumbnails, folder sizes and a preview to arrive.
 constexpr int settling = 1500;
 
 class Photographer {
@@ -38,7 +38,7 @@ public:
             {QUuid::createUuid(), m_downloads, std::nullopt},
             {QUuid::createUuid(), services.folders().dir(StandardFolder::Documents) / "Rechnungen", std::nullopt}};
         m_window = std::make_unique<MainWindow>(m_composition.forWindows(), from);
-        m_window->resize(1280, 800); // the screen that is none is smaller
+        m_window->resize(1280, 800); // larger than the offscreen platform's screen
         m_window->setAttribute(Qt::WA_DeleteOnClose, false);
         m_window->show();
         m_window->activateWindow();
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    /// What is done with files: the questions and pages of the file commands.
+    /// The sheets and pages of file commands.
     void files()
     {
         const Location documents = m_services.folders().dir(StandardFolder::Documents);
@@ -89,7 +89,7 @@ private:
         pane().navigate(m_downloads);
     }
 
-    /// Many small files take long enough to be seen.
+    /// Many small files, so that the transfer lasts long enough to be seen.
     void panel(const Location &documents)
     {
         const Location many = m_downloads / "Vorlagen/Sammlung";
@@ -153,7 +153,7 @@ private:
         view->showStart();
         view->openSheet(AgentSheet::CleanupRules);
         both(QStringLiteral("agent-regeln"));
-        // The fifth rule, "Rechnungen (PDF) ablegen".
+        // Select the fifth rule, "Rechnungen (PDF) ablegen".
         for (int step = 0; step < 4; ++step)
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);

@@ -14,7 +14,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// The real program, on no screen and with a home of its own.
+/// The real program, offscreen and with a home folder of its own.
 class SingleInstanceTest : public ::testing::Test {
 protected:
     SingleInstanceTest()
@@ -43,7 +43,7 @@ protected:
     {
         return waitUntil([&program] { return !program.running(); });
     }
-    /// The window remembers its tabs: that is how they are seen from outside.
+    /// The window stores its tabs, which makes them visible from outside.
     bool hasTabs(const std::vector<std::string> &wanted) const
     {
         const FileUserDefaults defaults(tree.path("config") / "brellin");
@@ -74,7 +74,7 @@ TEST_F(SingleInstanceTest, aSecondStartOpensItsFolderInTheFirst)
     EXPECT_EQ(second->exitCode(), 0);
     EXPECT_TRUE(tabsBecome({"eins", "zwei\nZeilen"}));
     EXPECT_TRUE(first->running());
-    // Killed, it leaves its socket behind, which is in nobody's way.
+    // A killed instance leaves its socket behind, which must not block the next one.
     first->signal(SIGKILL);
     ASSERT_TRUE(ended(*first));
     ASSERT_TRUE(std::filesystem::exists(tree.path("state/brellin/fenster")));
@@ -92,7 +92,7 @@ TEST_F(SingleInstanceTest, startsAloneBesideOneThatHangsAndLeavesTheRestToItLate
     const auto first = start("eins");
     ASSERT_TRUE(tabsBecome({"eins"}));
     {
-        // Not in the middle of a change of the settings, which would hold up everybody.
+        // Stop it while it does not hold the settings lock, which would block all others.
         const Result<FileLock> settings =
             FileLock::wait(tree.path("config/brellin/settings.lock"), std::chrono::seconds(20));
         ASSERT_TRUE(settings);
@@ -104,7 +104,7 @@ TEST_F(SingleInstanceTest, startsAloneBesideOneThatHangsAndLeavesTheRestToItLate
     alone->signal(SIGKILL);
     ASSERT_TRUE(ended(*alone));
     first->signal(SIGCONT);
-    // What was asked of it meanwhile was done elsewhere.
+    // The requests it missed were handled by another instance.
     const auto next = start("drei");
     ASSERT_TRUE(ended(*next));
     EXPECT_EQ(next->exitCode(), 0);

@@ -18,7 +18,7 @@ using namespace brellin;
 
 namespace {
 
-/// The words that are folders, made absolute; a program called from another folder must find them too.
+/// The folder arguments as absolute paths, since a running instance may have a different working folder.
 std::vector<Location> foldersOf(int argc, char **argv)
 {
     std::vector<Location> folders;
@@ -30,7 +30,7 @@ std::vector<Location> foldersOf(int argc, char **argv)
     return folders;
 }
 
-/// Qt's own dialogs speak German.
+/// Loads German texts for Qt's own dialogs.
 void loadGermanTexts(QApplication &application)
 {
     auto *const texts = new QTranslator(&application);
@@ -41,7 +41,7 @@ void loadGermanTexts(QApplication &application)
 
 } // namespace
 
-/// The window. `brellin` becomes this program when it is called without a command.
+/// The window program. `brellin` without a command executes it.
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
