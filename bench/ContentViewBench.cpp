@@ -79,7 +79,7 @@ void memoryOfAnEntry(benchmark::State &state)
 }
 BENCHMARK(memoryOfAnEntry)->Arg(100'000)->Iterations(1);
 
-/// What a click on a column's head costs.
+/// The cost of a click on a column header.
 void sortAgain(benchmark::State &state, SortKey key)
 {
     const FileItems items = someItems(static_cast<int>(state.range(0)));
@@ -91,7 +91,7 @@ BENCHMARK_CAPTURE(sortAgain, size, SortKey::Size)->Arg(20'000)->Unit(benchmark::
 BENCHMARK_CAPTURE(sortAgain, modified, SortKey::Modified)->Arg(20'000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(sortAgain, kind, SortKey::Kind)->Arg(20'000)->Unit(benchmark::kMillisecond);
 
-/// A refresh that brings nothing but new sizes.
+/// A refresh that only changes sizes.
 void sameRows(benchmark::State &state)
 {
     const FileItems items = someItems(static_cast<int>(state.range(0)));

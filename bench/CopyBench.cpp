@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder of its own, removed at the end. Every copy gets a new name in it and stays until then: some file systems
-/// are slow to make files right after others were removed.
+/// A temporary folder, removed at the end. Every copy gets a new name and stays until then, since some file systems
+/// create files slowly after others were removed.
 class Workplace {
 public:
     Workplace()

@@ -1,4 +1,4 @@
-// Copies a file or folder to a place that does not exist yet: CopyTree SOURCE DESTINATION
+// Copies a file or folder to a path that does not exist yet: CopyTree SOURCE DESTINATION
 
 #include "Disk/CopyEntry.h"
 

@@ -1,4 +1,4 @@
-// Prints how many bytes and files a folder holds: FolderSize FOLDER
+// Prints the number of bytes and files in a folder: FolderSize FOLDER
 
 #include "Features/FolderCount.h"
 

@@ -5,7 +5,7 @@
 
 using namespace brellin;
 
-/// Reads and sorts a folder as a pane does before it draws its rows, and says how many there are: ListFolder FOLDER
+/// Reads and sorts a folder like a pane and prints the number of rows: ListFolder FOLDER
 int main(int count, char **words)
 {
     if (count != 2)

@@ -1,4 +1,4 @@
-// Prints every path below a folder whose name holds a text, whatever its case: NameSearch FOLDER TEXT
+// Prints all paths below a folder whose name contains a text, ignoring case: NameSearch FOLDER TEXT
 
 #include "Disk/Walk.h"
 
@@ -21,7 +21,7 @@ bool isAscii(std::string_view text)
     return std::ranges::all_of(text, [](char letter) { return static_cast<signed char>(letter) >= 0; });
 }
 
-/// Whether names hold a text. Plain letters are compared as they are, all others as text.
+/// Whether names contain a text, ignoring case: a fast path for ASCII, full case folding for other names.
 class NameFilter {
 public:
     explicit NameFilter(std::string_view wanted)

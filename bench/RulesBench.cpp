@@ -17,8 +17,8 @@ namespace {
 
 constexpr int files = 100'000;
 
-/// A home folder of 100,000 files as people collect them, flat in Downloads and in a hundred folders, there until the
-/// program ends. Nine of ten are too young for any rule.
+/// A home folder with 100,000 files, flat in Downloads and in a hundred folders; exists until the program ends. Nine of
+/// ten files are too young for any rule.
 class Home {
 public:
     Home()
@@ -61,7 +61,7 @@ private:
     }
 };
 
-/// The ten example rules, all on one folder.
+/// The ten example rules, all applied to one folder.
 std::vector<CleanupRule> tenRules(const Location &folder, bool includeSubfolders)
 {
     std::vector<CleanupRule> rules = exampleRules(KnownFolders::ofThisUser());

@@ -4,7 +4,7 @@
 
 using namespace brellin;
 
-/// Searches below a folder as a pane does and prints what it found: SearchFolder FOLDER TEXT
+/// Searches below a folder like a pane and prints the results: SearchFolder FOLDER TEXT
 int main(int count, char **words)
 {
     if (count != 3)

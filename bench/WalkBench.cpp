@@ -1,7 +1,7 @@
-// How fast trees are walked. The trees are made in the temporary folder when a benchmark first needs them, and removed
-// at the end. BRELLIN_BENCH_FOLDERS and BRELLIN_BENCH_FILES (in each folder) set the size of the wide tree,
-// BRELLIN_BENCH_FLAT the number of files in the flat one. BRELLIN_BENCH_TREE names an existing tree to be walked instead
-// of the wide one, to compare with other programs on the same files.
+// Measures walking trees. The trees are created in the temporary folder on first use and removed at the end.
+// BRELLIN_BENCH_FOLDERS and BRELLIN_BENCH_FILES (per folder) set the size of the wide tree, BRELLIN_BENCH_FLAT the
+// number of files in the flat one. BRELLIN_BENCH_TREE names an existing tree to walk instead of the wide one, for
+// comparing with other programs on the same files.
 
 #include "Disk/Walk.h"
 
@@ -24,7 +24,7 @@ int setting(const char *name, int usual)
     return value != nullptr ? std::atoi(value) : usual;
 }
 
-/// Folders, two levels deep, with empty files in each.
+/// Folders in two levels with empty files in each.
 class Tree {
 public:
     Tree(int folders, int files)
@@ -70,7 +70,7 @@ Location flat()
     return tree.root();
 }
 
-/// A search by name: few hits, every name is looked at.
+/// Simulates a search by name: tests every name, with few hits.
 bool isHit(const WalkEntry &entry)
 {
     return entry.name.find("Rechnung 77") != std::string_view::npos;
@@ -111,7 +111,7 @@ void walkInParallel(benchmark::State &state, Location (*tree)(), Attribute attri
 constexpr Attribute sizeAndTime = Attribute::Size | Attribute::Modified;
 constexpr Attribute asRulesDo = sizeAndTime | Attribute::Identity;
 
-// Real time: what the other threads do is not in the processor time of the one that is measured.
+// Real time: CPU time would exclude the other threads.
 #define MEASURE(function, name, ...)                                                                                   \
     BENCHMARK_CAPTURE(function, name, __VA_ARGS__)->Unit(benchmark::kMillisecond)->UseRealTime()
 
