@@ -6,12 +6,21 @@ namespace brellin {
 
 namespace {
 
-/// Only files get their names kept free, and only names that no other entry has.
-bool keepsNameFree(const FileAttributes &entry, const Location &to, const FileActions &files)
+bool differOnlyInCase(const Location &from, const Location &to)
 {
+    return from.native() != to.native() && folded(shownName(from)) == folded(shownName(to));
+}
+
+/// Whether it goes through a temporary name, noted in a log. Only files get their names kept free, and only names that no other
+/// entry has. Names that differ only in case may be one entry with two numbers there: whether the other is taken shows when
+/// this one is out of the way.
+bool needsLog(const FileAttributes &entry, const Location &from, const Location &to, const FileActions &files)
+{
+    if (!files.reservesNames(to.parent_path()))
+        return false;
     const Result<FileAttributes> there = readAttributes(to);
     const bool taken = there && there->identity != entry.identity;
-    return !entry.isFolder() && !taken && files.reservesNames(to.parent_path());
+    return differOnlyInCase(from, to) || (!entry.isFolder() && !taken);
 }
 
 } // namespace
@@ -19,7 +28,7 @@ bool keepsNameFree(const FileAttributes &entry, const Location &to, const FileAc
 Result<void> renameSingle(const Location &from, const Location &to, FileActions &files, const Location &logs)
 {
     const Result<FileAttributes> entry = readAttributes(from);
-    if (!entry || from.parent_path() != to.parent_path() || !keepsNameFree(*entry, to, files))
+    if (!entry || from.parent_path() != to.parent_path() || !needsLog(*entry, from, to, files))
         return files.rename(from, to);
     JobControl control;
     const BatchRenameOutcome outcome = renameBatch({{from, to, EntryMark::of(*entry)}}, files, logs, control);

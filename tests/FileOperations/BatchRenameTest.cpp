@@ -4,6 +4,7 @@
 #include "FileOperations/SingleRename.h"
 #include "Support/FakeDecoder.h"
 #include "Support/Faults.h"
+#include "Support/FuseMount.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 #include "System/Clock.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <set>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -279,6 +281,27 @@ TEST_F(BatchRenameTest, aSingleRenameIsLoggedWhereItsNameIsKeptFree)
     onStick = false;
     EXPECT_TRUE(renamed(-1));
     EXPECT_FALSE(std::filesystem::exists(logs));
+}
+
+TEST_F(BatchRenameTest, aSingleRenameMayChangeNothingButTheCaseOnACard)
+{
+    const Location card = tree.folder("karte");
+    const FuseMount mount(card);
+    if (!mount)
+        GTEST_SKIP() << "no such volume here";
+    tree.lines({"karte/brief.txt=eins", "karte/fotos/a.jpg=zwei"});
+    DiskFileActions disk;
+    for (const auto &[from, to] : {std::pair{"brief.txt", "Brief.txt"}, std::pair{"fotos", "Fotos"}}) {
+        const Result<void> renamed = renameSingle(card / from, card / to, disk, logs);
+        EXPECT_TRUE(renamed) << from << (renamed ? "" : renamed.error().message.toStdString());
+    }
+    std::set<std::string> names;
+    for (const auto &entry : std::filesystem::directory_iterator(card))
+        names.insert(entry.path().filename());
+    EXPECT_EQ(names, (std::set<std::string>{"Brief.txt", "Fotos"}));
+    EXPECT_EQ(tree.content("karte/Brief.txt"), "eins");
+    EXPECT_EQ(tree.content("karte/Fotos/a.jpg"), "zwei");
+    EXPECT_FALSE(hasLogs());
 }
 
 TEST_F(BatchRenameTest, aRestoreMayBeCutShortItself)
