@@ -84,6 +84,7 @@ std::vector<UnreadLog> unreadIn(const Search &search)
     std::vector<UnreadLog> found = unreadTransferLogs(search.transferLogs);
     std::ranges::move(unreadRenameLogs(search.renameLogs), std::back_inserter(found));
     std::ranges::move(RunJournal::unread(search.journals), std::back_inserter(found));
+    std::ranges::move(unreadHiddenNotes(search.archiveLogs), std::back_inserter(found));
     return found;
 }
 

@@ -6,6 +6,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <functional>
 
 #include <unistd.h>
 
@@ -33,24 +34,60 @@ void HiddenNote::discard()
     m_lock.release();
 }
 
+namespace {
+
+/// A path, however long.
+constexpr qint64 longestNote = qint64(64) << 10U;
+
+Result<QByteArray> readNote(const Location &note)
+{
+    Result<QByteArray> path = readWhole(note, longestNote);
+    if (!path && path.error().is(std::errc::file_too_large))
+        return failure(tooLarge(longestNote));
+    return path;
+}
+
+/// Calls `read` with each note whose owner is dead.
+void forEachNote(const Location &notes, const std::function<void(const Location &, const Result<QByteArray> &)> &read)
+{
+    std::error_code none;
+    for (std::filesystem::directory_iterator entry(notes, none), end; !none && entry != end; entry.increment(none)) {
+        if (entry->path().extension() != ".note")
+            continue;
+        const Result<FileLock> lock = FileLock::tryNow(entry->path());
+        if (lock || !lock.error().is(std::errc::resource_unavailable_try_again))
+            read(entry->path(), lock ? readNote(entry->path()) : failure(lock.error()));
+    }
+}
+
+} // namespace
+
 std::vector<Location> notedHiddenPlaces(const Location &notes)
 {
     std::vector<Location> left;
-    std::error_code none;
-    for (std::filesystem::directory_iterator entry(notes, none), end; !none && entry != end; entry.increment(none)) {
-        const Result<FileLock> lock =
-            entry->path().extension() == ".note" ? FileLock::tryNow(entry->path()) : failure(Failure::system(ENOENT));
-        const Result<QByteArray> path = lock ? readWhole(entry->path()) : failure(lock.error());
+    forEachNote(notes, [&](const Location &note, const Result<QByteArray> &path) {
         if (!path)
-            continue;
+            return;
         const Location place = path->toStdString();
         if (entryExists(place))
             left.push_back(place);
         else if (place.empty() || entryExists(place.parent_path()))
-            ::unlink(entry->path().c_str());
-    }
+            ::unlink(note.c_str());
+    });
     std::ranges::sort(left);
     return left;
+}
+
+std::vector<UnreadLog> unreadHiddenNotes(const Location &notes)
+{
+    std::vector<UnreadLog> unread;
+    if (std::optional<UnreadLog> folder = unreadFolder(notes))
+        unread.push_back(*std::move(folder));
+    forEachNote(notes, [&](const Location &note, const Result<QByteArray> &path) {
+        if (!path)
+            unread.push_back({note, path.error().message});
+    });
+    return unread;
 }
 
 } // namespace brellin

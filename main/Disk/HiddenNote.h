@@ -2,6 +2,7 @@
 
 #include "Base/Location.h"
 #include "System/FileLock.h"
+#include "System/LogReading.h"
 
 #include <vector>
 
@@ -25,5 +26,7 @@ private:
 /// The noted places of the dead that something is still at. Notes of places where nothing is any more go; those of volumes
 /// that are away stay. Blocking.
 std::vector<Location> notedHiddenPlaces(const Location &notes);
+/// The notes, or their folder, that cannot be read. They stay. Blocking.
+std::vector<UnreadLog> unreadHiddenNotes(const Location &notes);
 
 } // namespace brellin

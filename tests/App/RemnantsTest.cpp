@@ -190,15 +190,17 @@ TEST_F(RemnantsTest, areNamedWhereTheirLogCannotBeReadAndTheLogStays)
     for (const char *const tooLong :
          {".local/state/brellin/journal/run-3.jsonl", ".local/state/brellin/journal/undo-4.jsonl"})
         std::filesystem::resize_file(tree.file(tooLong, ""), longestLog + 1);
+    std::filesystem::resize_file(tree.file(".local/state/brellin/archive/5.note", ""), 1 << 20);
     EXPECT_TRUE(mentions());
     const ProcessOutput output = run({"reste", "--aufraeumen"});
     EXPECT_EQ(output.exitCode, 0) << output.errors.data();
     EXPECT_TRUE(output.errors.contains("„1.log“ ist nicht lesbar: Zeile 1 ist beschädigt.")) << output.errors.data();
     EXPECT_TRUE(output.errors.contains("„run-3.jsonl“ ist nicht lesbar: Die Datei ist größer")) << output.errors.data();
+    EXPECT_TRUE(output.errors.contains("„5.note“ ist nicht lesbar: Die Datei ist größer")) << output.errors.data();
     QStringList names;
     for (const QString &line : listed())
         names << line.section(u' ', 0, 1);
-    EXPECT_EQ(names,
-              (QStringList{QStringLiteral("unresolved 1.log"), QStringLiteral("unresolved 2.json"),
-                           QStringLiteral("unresolved run-3.jsonl"), QStringLiteral("unresolved undo-4.jsonl")}));
+    EXPECT_EQ(names, (QStringList{QStringLiteral("unresolved 1.log"), QStringLiteral("unresolved 2.json"),
+                                  QStringLiteral("unresolved 5.note"), QStringLiteral("unresolved run-3.jsonl"),
+                                  QStringLiteral("unresolved undo-4.jsonl")}));
 }
