@@ -1,5 +1,6 @@
 #include "Disk/MayRemove.h"
 
+#include "Disk/Descriptor.h"
 #include "Disk/FileAttributes.h"
 
 #include <fcntl.h>
@@ -9,8 +10,16 @@ namespace brellin {
 
 namespace {
 
+Failure staysBecause(const QString &why)
+{
+    return {QStringLiteral("Das Original lässt sich nicht entfernen, denn ") + why,
+            std::make_error_code(std::errc::operation_not_permitted)};
+}
+
 Result<void> checkMayChange(const Location &folder)
 {
+    if (isLocked(folder))
+        return failure(staysBecause(QStringLiteral("„%1“ ist gegen Änderungen gesperrt.").arg(shownName(folder))));
     if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0)
         return {};
     const Failure why = Failure::lastSystem();
@@ -20,12 +29,31 @@ Result<void> checkMayChange(const Location &folder)
                            why.code});
 }
 
+Result<void> checkMayLeave(const Location &entry, const Location &folder)
+{
+    if (isLocked(entry))
+        return failure(staysBecause(QStringLiteral("„%1“ ist gegen Änderungen gesperrt.").arg(shownName(entry))));
+    const auto at = [](const Location &place) { return statusOf({AT_FDCWD, place.c_str()}); };
+    if (isKeptBySticky(TRY(at(folder / ".")), TRY(at(entry))))
+        return failure(
+            staysBecause(QStringLiteral("aus „%1“ kann jeder nur entfernen, was ihm gehört.").arg(shownName(folder))));
+    return {};
+}
+
 } // namespace
+
+bool isKeptBySticky(const struct stat &folder, const struct stat &entry)
+{
+    const uid_t user = ::geteuid();
+    return (folder.st_mode & S_ISVTX) != 0 && user != 0 && entry.st_uid != user && folder.st_uid != user;
+}
 
 Result<void> checkMayRemove(const Location &entry)
 {
     const FileAttributes attributes = TRY(readAttributes(entry));
-    TRY(checkMayChange(standardised(entry).parent_path()));
+    const Location folder = standardised(entry).parent_path();
+    TRY(checkMayChange(folder));
+    TRY(checkMayLeave(entry, folder));
     return attributes.isFolder() ? checkMayEmpty(entry) : Result<void>();
 }
 

@@ -1,6 +1,7 @@
 #include "Disk/SystemTrash.h"
 
 #include "Disk/Linux/SystemTrashFolder.h"
+#include "Disk/MayRemove.h"
 #include "Disk/MountTable.h"
 
 #include <algorithm>
@@ -131,9 +132,7 @@ bool mayLeaveFolder(const Location &entry)
     // A folder's ".." is written when it gets another parent.
     if (S_ISDIR(status->st_mode) && ::faccessat(AT_FDCWD, entry.c_str(), W_OK, AT_EACCESS) != 0)
         return false;
-    const uid_t user = ::geteuid();
-    const bool sticky = (folderStatus->st_mode & S_ISVTX) != 0;
-    return !sticky || user == 0 || status->st_uid == user || folderStatus->st_uid == user;
+    return !isKeptBySticky(*folderStatus, *status);
 }
 
 /// The Trash that `trashed` lies in directly, by path; nullopt where there is none that belongs to this user.
