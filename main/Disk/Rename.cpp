@@ -1,5 +1,6 @@
 #include "Disk/Rename.h"
 
+#include "Disk/CopyTreeRemoval.h"
 #include "Disk/FreeName.h"
 
 #include <cerrno>
@@ -63,7 +64,8 @@ Result<void> renameThroughThirdName(NameIn from, NameIn to, SystemRename rename)
     return done;
 }
 
-/// The target is a hard link for a moment, so that it appears whole and never over anything.
+/// The target is a hard link for a moment, so that it appears whole and never over anything. Only where both names then lead
+/// to one number: the old name would else be taken for a stranger's, and stay.
 Result<void> renameByLink(NameIn from, NameIn to)
 {
     if (::linkat(from.folder, from.name, to.folder, to.name, 0) != 0)
@@ -81,7 +83,7 @@ Result<void> renameByLink(NameIn from, NameIn to)
     return failure(why);
 }
 
-/// For file systems with neither exclusive rename nor hard links: reserves the name with an empty file of ours and
+/// For file systems with neither exclusive rename nor hard links that are known as such: reserves the name with an empty file of ours and
 /// renames over that.
 Result<void> renameOverReserved(NameIn from, NameIn to)
 {
@@ -123,6 +125,8 @@ Result<void> renameWithoutSystem(NameIn from, NameIn to)
     const struct stat entry = TRY(statusOf(from));
     if (S_ISDIR(entry.st_mode))
         return renameFolderOntoFreeName(from, to);
+    if (knownBy(to.folder) == OwnEntries::KnownBy::Path)
+        return renameOverReserved(from, to);
     auto linked = renameByLink(from, to);
     if (linked)
         return linked;

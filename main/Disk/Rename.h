@@ -8,8 +8,9 @@ namespace brellin {
 
 /// Renames within a volume and never onto anything: `errc::file_exists` where `to` is taken, `errc::cross_device_link`
 /// where the two lie on different volumes (or the system says so). Uses the system's exclusive rename; on file systems
-/// that refuse that, files go by hard link and unlink, and folders only onto a name that is free. A rename that changes
-/// only upper and lower case (or the composition of letters) works on volumes that see no difference, too.
+/// that refuse that, files go by hard link and unlink, or over an empty file that keeps the name free (always where inodes do
+/// not last), and folders only onto a name that is free. A rename that changes only upper and lower case (or the composition
+/// of letters) works on volumes that see no difference, too.
 Result<void> renameExclusively(const Location &from, const Location &to);
 
 /// The system's exclusive rename: 0, or the `errno` value it failed with.

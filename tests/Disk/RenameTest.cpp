@@ -1,6 +1,7 @@
 #include "Disk/Rename.h"
 
 #include "Disk/FileAttributes.h"
+#include "Support/FuseMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@ namespace brellin {
 
 namespace {
 
+using test::FuseMount;
 using test::TempTree;
 
 int refuses(NameIn, NameIn)
@@ -149,6 +151,25 @@ TEST(RenameCaseTest, changeOfCaseGoesByAThirdName)
     EXPECT_FALSE(tree.has("brief.txt"));
     EXPECT_EQ(tree.content("Brief.txt"), "x");
     EXPECT_EQ(tree.content("Brief (2).txt"), "fremd");
+}
+
+TEST(RenameShareTest, givesUpTheOldNameWhereHardLinksHaveNumbersOfTheirOwn)
+{
+    const TempTree tree;
+    tree.lines({"serviert/datei=inhalt", "serviert/link->datei", "serviert/ziel/belegt=alt", "freigabe/"});
+    const FuseMount share = FuseMount::share(tree.path("serviert"), tree.path("freigabe"));
+    if (!share)
+        GTEST_SKIP() << "no share on this machine";
+    for (const std::string name : {"datei", "link"}) {
+        const Location from = tree.path("freigabe") / name;
+        EXPECT_TRUE(renameExclusively(from, tree.path("freigabe/ziel/belegt")).error().is(std::errc::file_exists));
+        const auto outcome = renameExclusively(from, tree.path("freigabe/ziel") / name);
+        ASSERT_TRUE(outcome) << name << outcome.error().message.toStdString();
+        EXPECT_FALSE(tree.has("serviert/" + name));
+        EXPECT_TRUE(tree.has("serviert/ziel/" + name));
+    }
+    EXPECT_EQ(tree.content("serviert/ziel/datei"), "inhalt");
+    EXPECT_EQ(tree.content("serviert/ziel/belegt"), "alt");
 }
 
 } // namespace
