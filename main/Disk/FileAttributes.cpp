@@ -29,7 +29,8 @@ static_assert(std::ranges::is_sorted(packageExtensions));
 bool entryExists(const Location &location)
 {
     struct stat status;
-    return ::lstat(location.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+    // EILSEQ: the volume cannot spell the name.
+    return ::lstat(location.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR && errno != EILSEQ);
 }
 
 bool isPackageName(std::string_view name)

@@ -1,8 +1,11 @@
 #include "Disk/FileAttributes.h"
 
+#include "Support/FuseMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
+
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,6 +14,7 @@
 namespace brellin {
 namespace {
 
+using test::FuseMount;
 using test::TempTree;
 
 TEST(FileAttributesTest, tellsWhatAnEntryItselfIs)
@@ -62,6 +66,19 @@ TEST(FileAttributesTest, seesEverythingThatHasAName)
     EXPECT_TRUE(entryExists(tree.path(std::string(300, 'x')))) << "cannot be examined: no leave to use the name";
     EXPECT_FALSE(entryExists(tree.path("missing")));
     EXPECT_FALSE(entryExists(tree.path("file/below")));
+}
+
+TEST(FileAttributesTest, knowsThatANameWhichTheVolumeCannotSpellIsFree)
+{
+    TempTree tree;
+    const FuseMount card(tree.folder("karte"));
+    if (!card)
+        GTEST_SKIP() << "no such volume on this machine";
+    const Location unspeakable = tree.path("karte") / "gr\xfc\xdf"
+                                                      "e.txt";
+    ASSERT_NE(::access(unspeakable.c_str(), F_OK), 0);
+    ASSERT_EQ(errno, EILSEQ);
+    EXPECT_FALSE(entryExists(unspeakable));
 }
 
 TEST(FileAttributesTest, knowsPackagesByTheirExtension)
