@@ -126,10 +126,24 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
     if (step.replace)
         TRY(checkSourceIsThere(step));
     if (step.replace)
+        TRY(checkReplacesNoSource(step, temporary));
+    if (step.replace)
         replaced = TRY(discard(step));
     if (const Result<void> renamed = m_services.files.rename(temporary, step.dst); !renamed)
         return failure(putBack(step, replaced, renamed.error()));
     return replaced;
+}
+
+/// Seen through a second mount, the entry to be replaced and the source may have two numbers and be one. The complete copy, whose
+/// name nobody else has, then lies beside both.
+Result<void> StepRun::checkReplacesNoSource(const TransferStep &step, const Location &temporary)
+{
+    const QString replaced = folded(shownName(step.dst));
+    for (Location at = step.src; at.has_relative_path(); at = at.parent_path()) {
+        if (folded(shownName(at)) == replaced && readAttributes(at.parent_path() / temporary.filename()))
+            return failure(sentenceOf(at == step.src ? WhyItStays::IsSource : WhyItStays::HoldsSource));
+    }
+    return {};
 }
 
 Result<WrittenVolume *> StepRun::volumeFor(const Location &folder)

@@ -45,6 +45,7 @@ private:
     Result<TransferredEntry> copyInto(const TransferStep &step);
     /// Gives a complete copy its name. Gives where the entry that it replaced lies.
     Result<std::optional<Location>> place(const TransferStep &step, const Location &temporary);
+    static Result<void> checkReplacesNoSource(const TransferStep &step, const Location &temporary);
     Result<WrittenVolume *> volumeFor(const Location &folder);
     Result<void> flush();
     /// So that a removal that is cut short is found.
