@@ -44,8 +44,14 @@ Result<void> StepPerformer::checkKept(const AgentProposal &proposal) const
     if (proposal.kind == Kind::Trash && m_kept.concern(proposal.source))
         return failure(AgentError::keptForOthers());
     if (proposal.keptCopy && !haveSameContent(proposal.source, *proposal.keptCopy, m_control))
-        return failure(m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone());
+        return failure(keptCopyFailure());
     return {};
+}
+
+/// A comparison that was cancelled looks like one that found a difference.
+Failure StepPerformer::keptCopyFailure() const
+{
+    return m_control && m_control->cancelled() ? Failure::cancelled() : AgentError::keptCopyGone();
 }
 
 Result<void> StepPerformer::checkAll(const AgentProposal &proposal)
@@ -98,9 +104,23 @@ Result<JournalStep> StepPerformer::act(const AgentProposal &proposal, StepLog &l
     return failure(AgentError::noDestination());
 }
 
+/// A folder that is seen through two mounts as well shows one entry under two numbers; then the duplicate left with it.
+bool StepPerformer::isKeptApart(const Location &trashed, const Location &kept) const
+{
+    const Result<FileAttributes> gone = readAttributes(trashed);
+    const Result<FileAttributes> there = readAttributes(kept);
+    if (gone && there && gone->identity.device == there->identity.device)
+        return true;
+    return haveSameContent(trashed, kept, m_control);
+}
+
 Result<JournalStep> StepPerformer::trash(const AgentProposal &proposal)
 {
     const Location place = TRY(m_services.trash.put(proposal.source));
+    // What cannot go back to its name is told as trashed, so that it can be brought back.
+    if (proposal.keptCopy && !isKeptApart(place, *proposal.keptCopy) &&
+        m_services.trash.restore(place, proposal.source, proposal.source))
+        return failure(keptCopyFailure());
     return JournalStep{Kind::Trash, proposal.source, place, {}};
 }
 

@@ -41,7 +41,9 @@ private:
     Result<JournalStep> act(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> copy(const AgentProposal &proposal, StepLog &log);
     Result<JournalStep> move(const AgentProposal &proposal, StepLog &log);
+    Failure keptCopyFailure() const;
     Result<JournalStep> trash(const AgentProposal &proposal);
+    bool isKeptApart(const Location &trashed, const Location &kept) const;
 
     const RunServices &m_services;
     FreshGuard &m_guard;

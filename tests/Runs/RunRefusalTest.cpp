@@ -1,4 +1,6 @@
 #include "RunWorld.h"
+#include "Runs/SameContent.h"
+#include "Support/FuseMount.h"
 
 #include <fstream>
 
@@ -209,4 +211,23 @@ TEST_F(RunRefusalTest, passesOffNoCopyThatLacksWhatCameMeanwhile)
     EXPECT_EQ(outcome->failureTexts(), QStringList(u"Paket.app: "_qs + AgentError::changedSinceScan().message));
     EXPECT_FALSE(entryExists(world.disk("Programme")));
     EXPECT_EQ(world.leftovers(), 0);
+}
+
+TEST_F(RunRefusalTest, bringsBackAFileThatWasItsOwnDuplicateInASecondMount)
+{
+    world.tree().lines({"home/Fotos/a.jpg=eins", "home/Fotos/tief/b.jpg=zwei", "home/Freigabe/"});
+    const FuseMount share = FuseMount::share(world.home("Fotos"), world.home("Freigabe"));
+    if (!share)
+        GTEST_SKIP() << "no share on this machine";
+    const std::string all = test::snapshotOf(world.home("Fotos"));
+    for (const char *name : {"a.jpg", "tief"}) {
+        const AgentProposal one =
+            duplicate(("Fotos/" + std::string(name)).c_str(), ("Freigabe/" + std::string(name)).c_str());
+        ASSERT_TRUE(haveSameContent(one.source, *one.keptCopy));
+        const Result<ExecutionOutcome> outcome = execute({one});
+        ASSERT_TRUE(outcome);
+        ASSERT_EQ(outcome->failures.size(), 1u) << name;
+        EXPECT_EQ(outcome->failures[0].why.message, AgentError::keptCopyGone().message);
+        EXPECT_EQ(test::snapshotOf(world.home("Fotos")), all);
+    }
 }
