@@ -547,6 +547,9 @@ TEST(TransferEngineNamesTest, countsUpFreeNames)
     EXPECT_EQ(uniqueURL("a.txt", world.home("")), world.home("a (3).txt"));
     EXPECT_EQ(uniqueURL("b", world.home("")), world.home("b (2)"));
     EXPECT_EQ(uniqueURL("a.txt", world.home(""), {world.home("a (3).txt")}), world.home("a (4).txt"));
+    // Where nothing can be looked at, the transfer itself has to fail; counting on would never end.
+    world.tree().link("home/kreis", "kreis");
+    EXPECT_EQ(uniqueURL("a.txt", world.home("kreis"), {world.home("kreis/a.txt")}), world.home("kreis/a (2).txt"));
 }
 
 TEST(LeftoversTest, spareTheLivingAndTheFresh)
