@@ -134,7 +134,7 @@ private:
     {
         if (!m_limits.ignoresCase)
             return;
-        const QString key = shown(std::string_view(folder.append("/"))) + folded(shown(name));
+        const QString key = shown(std::string_view(folder.append("/"))) + m_limits.keyOf(shown(name));
         if (!m_names.insert(key).second)
             note(shownAs + QStringLiteral(": Am Ziel gilt dieser Name als gleich mit einem anderen."));
     }

@@ -25,6 +25,7 @@ TargetLimits TargetLimits::of(const QString &fileSystem)
         Names names = Names::Any;
         bool ignoresCase = false;
         std::int64_t fileBytes = 0; ///< 0: no limit that matters
+        bool ignoresForm = false;
     };
     constexpr std::int64_t fat = 4'294'967'295; // its size field has 32 bits
     constexpr std::array rows{
@@ -37,9 +38,9 @@ TargetLimits TargetLimits::of(const QString &fileSystem)
         Row{QLatin1StringView("fuseblk"), Names::Windows, true, 0},
         Row{QLatin1StringView("cifs"), Names::Windows, true, 0},
         Row{QLatin1StringView("smb3"), Names::Windows, true, 0},
-        Row{QLatin1StringView("hfs"), Names::Any, true, 0},
-        Row{QLatin1StringView("hfsplus"), Names::Any, true, 0},
-        Row{QLatin1StringView("apfs"), Names::Any, true, 0},
+        Row{QLatin1StringView("hfs"), Names::Any, true, 0, true},
+        Row{QLatin1StringView("hfsplus"), Names::Any, true, 0, true},
+        Row{QLatin1StringView("apfs"), Names::Any, true, 0, true},
     };
     TargetLimits limits;
     const auto row = std::ranges::find_if(rows, [&](const Row &one) { return fileSystem == one.type; });
@@ -47,6 +48,7 @@ TargetLimits TargetLimits::of(const QString &fileSystem)
         return limits;
     limits.names = row->names;
     limits.ignoresCase = row->ignoresCase;
+    limits.ignoresForm = row->ignoresForm;
     limits.keepsHoles = false;
     if (row->fileBytes > 0)
         limits.fileBytes = row->fileBytes;
@@ -64,6 +66,13 @@ std::optional<QString> TargetLimits::nameFault(std::string_view name) const
     if (name.ends_with('.') || name.ends_with(' '))
         return QStringLiteral("Das Ziel kennt keine Namen mit einem Punkt oder Leerzeichen am Ende.");
     return std::nullopt;
+}
+
+QString TargetLimits::keyOf(const QString &name) const
+{
+    if (ignoresForm)
+        return folded(name);
+    return ignoresCase ? name.toCaseFolded() : name;
 }
 
 std::optional<QString> TargetLimits::sizeFault(std::int64_t bytes) const

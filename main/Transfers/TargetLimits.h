@@ -17,7 +17,8 @@ struct TargetLimits {
         Windows
     }; ///< of Windows: no < > : " \ | ? *, no control characters, no dot or blank at the end
     Names names = Names::Any;
-    bool ignoresCase = false;              ///< sees no difference between "a" and "A" (nor between forms of "ü")
+    bool ignoresCase = false;              ///< sees no difference between "a" and "A" …
+    bool ignoresForm = false;              ///< … nor between a composed "ü" and one of two characters
     bool keepsHoles = true;                ///< a sparse file stays one
     std::size_t nameBytes = 255;           ///< longest name
     std::optional<std::int64_t> fileBytes; ///< largest file
@@ -29,6 +30,8 @@ struct TargetLimits {
     /// Why the volume cannot hold this name; nothing where it can.
     std::optional<QString> nameFault(std::string_view name) const;
     std::optional<QString> sizeFault(std::int64_t bytes) const;
+    /// Alike for names that are one there.
+    QString keyOf(const QString &name) const;
 };
 
 } // namespace brellin

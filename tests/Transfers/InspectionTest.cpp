@@ -23,11 +23,12 @@ public:
     }
     QString fileSystem(const Location &location) const override
     {
-        return isAtOrBelow(location, m_stick) ? QStringLiteral("vfat") : QStringLiteral("ext4");
+        return isAtOrBelow(location, m_stick) ? type : QStringLiteral("ext4");
     }
     Result<std::int64_t> available(const Location &) const override { return free; }
 
     std::int64_t free = 1'000'000;
+    QString type = QStringLiteral("vfat");
 
 private:
     Location m_stick;
@@ -57,7 +58,7 @@ protected:
 TEST_F(InspectionTest, findsWhatAStickCannotHold)
 {
     world.tree().lines({"home/gut/ok.txt=1", "home/Fotos/19:30 Uhr.jpg=2", "home/Fotos/ende.=3", "home/GUT=4",
-                        "home/tief/Ü=5", "home/tief/U\u0308=6"});
+                        "home/tief/Ü=5", "home/tief/ü=6"});
     std::filesystem::create_directories(world.home("groß"));
     std::ofstream(world.home("groß/film.mov"));
     std::filesystem::resize_file(world.home("groß/film.mov"), 5'000'000'000);
@@ -79,6 +80,17 @@ TEST_F(InspectionTest, findsWhatAStickCannotHold)
     EXPECT_FALSE(rest.question());
     // The same on an ordinary volume.
     EXPECT_FALSE(inspect({"gut", "Fotos", "GUT", "tief", "groß"}, world.tree().path("home"))->question());
+}
+
+TEST_F(InspectionTest, tellsFormsOfALetterApartWhereTheVolumeDoes)
+{
+    world.tree().lines({"home/formen/ü=1", "home/formen/u\u0308=2", "home/formen/Maße=3", "home/formen/Masse=4"});
+    for (const auto &[type, collisions] : {std::pair{"vfat", 0}, std::pair{"fuse.exfat", 0}, std::pair{"apfs", 2}}) {
+        volumes.type = QString::fromLatin1(type);
+        const Result<Inspection> found = inspect({"formen"}, world.tree().path("disk"));
+        ASSERT_TRUE(found);
+        EXPECT_EQ(found->obstacles.size(), collisions) << type;
+    }
 }
 
 TEST_F(InspectionTest, findsFoldersDeepInASourceThatGiveNothingUp)
