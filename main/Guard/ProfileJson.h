@@ -28,7 +28,7 @@ struct JsonTable<FolderProfile> {
 
 template <>
 inline constexpr bool recordsStandAlone<FolderProfile> = false;
-/// A profile without its root or entries would protect nothing, so it counts as damaged.
+/// A profile without its entries or an absolute root path would protect nothing, so it counts as damaged.
 template <>
 struct DecisiveKeys<FolderProfile> {
     static JsonResult<void> check(const QJsonValue &profile);

@@ -13,14 +13,15 @@ std::string composedPath(const Location &location)
     return shown(location).normalized(QString::NormalizationForm_C).toStdString();
 }
 
-/// The location a profile entry names: below the root, or an absolute path. nullopt for the root itself and for a
-/// relative path that leaves it.
+/// The location a profile entry names, wherever it is. A relative path to the project or to a folder above it means the
+/// project as a whole. nullopt for an entry that was left blank.
 std::optional<Location> meant(const Location &root, const QString &path)
 {
+    if (path.trimmed().isEmpty())
+        return std::nullopt;
     const Location written = locationFromText(path);
     const Location place = standardised(root / written);
-    const bool below = place != root && isAtOrBelow(place, root);
-    return below || written.is_absolute() ? std::optional(place) : std::nullopt;
+    return written.is_relative() && isAtOrBelow(root, place) ? root : place;
 }
 
 } // namespace

@@ -1,7 +1,10 @@
 #include "Guard/Guard.h"
 
+#include "Guard/GuardKeys.h"
+#include "Guard/StoredProfiles.h"
 #include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
+#include "System/FileUserDefaults.h"
 
 #include <gtest/gtest.h>
 
@@ -71,13 +74,43 @@ TEST_F(GuardTest, readsEntriesAsOlderVersionsStoredThem)
 {
     tree.lines({"home/Werk/fest/a=1", "home/Werk/rand/b=2", "home/Werk/c=3", "home/d=4"});
     const QString absolute = textOf(tree.path("home/Werk/fest"));
-    FolderProfile made = profile("home/Werk", {u" rand ", u"", u".", u"..", u"../d"});
+    FolderProfile made = profile("home/Werk", {u" rand ", u"", u" "});
     made.protectedEntries.push_back({.path = absolute, .reason = {}});
     const Guard asked = guard({made});
     EXPECT_TRUE(refused(asked, "home/Werk/fest/a"));
     EXPECT_TRUE(refused(asked, "home/Werk/rand/b"));
     EXPECT_FALSE(refused(asked, "home/Werk/c"));
     EXPECT_FALSE(refused(asked, "home/d"));
+}
+
+TEST_F(GuardTest, protectsWhatAnEntryNamesOutsideItsProject)
+{
+    tree.lines({"home/Werk/c=1", "home/Werk/fest/a=2", "home/extern/d=3", "home/e=4"});
+    const Guard beside = guard({profile("home/Werk", {u"../extern"})});
+    EXPECT_TRUE(refused(beside, "home/extern/d"));
+    EXPECT_FALSE(refused(beside, "home/Werk/c"));
+    EXPECT_FALSE(refused(beside, "home/e"));
+    // The project as a whole, but nothing around it.
+    for (const char16_t *const entry : {u".", u"fest/..", u"..", u"../../.."}) {
+        const Guard whole = guard({profile("home/Werk", {entry})});
+        EXPECT_TRUE(refused(whole, "home/Werk/c"));
+        EXPECT_FALSE(refused(whole, "home/e"));
+    }
+}
+
+TEST_F(GuardTest, readsNoStoredProfileWithoutAWholeRootPath)
+{
+    FileUserDefaults defaults(tree.path("settings"));
+    const auto stored = [&](const char *root) {
+        const QByteArray json = QByteArray(R"([{"rootPath": ")") + root + R"(", "protected": [{"path": "fest"}]}])";
+        EXPECT_TRUE(defaults.replace(GuardKeys::profiles, json));
+        const auto profiles = storedProfiles(defaults);
+        return profiles ? QString() : profiles.error().message;
+    };
+    EXPECT_EQ(stored("/home/anna/Werk"), QString());
+    for (const char *const root : {"", "~/Werk", "Downloads/Werk", "."})
+        EXPECT_TRUE(stored(root).contains(u"rootPath“: hier gehört ein ganzer Pfad hin"_qs))
+            << stored(root).toStdString();
 }
 
 TEST_F(GuardTest, knowsPlacesThroughOtherMounts)
