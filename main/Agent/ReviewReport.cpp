@@ -73,6 +73,21 @@ QString proposalLine(const AgentProposal &proposal)
            u'\n';
 }
 
+/// The profile of the project that contains the folder, or the symlink through which it is reached.
+std::optional<FolderProfile> profileOf(const ReviewSubject &subject)
+{
+    if (!subject.folder)
+        return std::nullopt;
+    const ProtectedPlaces places(subject.profiles);
+    std::optional<FolderProfile> profile = places.profileOf(*subject.folder);
+    Location above = standardised(*subject.folder);
+    while (!profile && above.has_relative_path()) {
+        above = above.parent_path();
+        profile = places.profileOf(above);
+    }
+    return profile;
+}
+
 std::vector<Location> foldersOf(const ReviewSubject &subject)
 {
     return subject.folder ? std::vector{*subject.folder} : subject.sourceFolders;
@@ -118,9 +133,7 @@ QString reviewText(const ReviewSubject &subject)
                    QStringLiteral("\n\n## Vorschläge des Agenten (%1)\n\n").arg(subject.proposals.size());
     for (const AgentProposal &proposal : subject.proposals)
         text += proposalLine(proposal);
-    const std::optional<FolderProfile> profile =
-        subject.folder ? ProtectedPlaces(subject.profiles).profileOf(*subject.folder) : std::nullopt;
-    if (profile) {
+    if (const std::optional<FolderProfile> profile = profileOf(subject)) {
         text += QStringLiteral("\n## Geschützt (Profil „%1“)\n\n").arg(plain(profile->name));
         for (const ProtectedEntry &entry : profile->protectedEntries)
             text += QStringLiteral("- ") + code(entry.path) + QStringLiteral(" – ") + plain(entry.reason) + u'\n';

@@ -46,12 +46,13 @@ TEST(ReviewReportTest, holdsEveryNameAsCodeAndTheProtectionOfTheFolder)
 TEST(ReviewReportTest, knowsTheProjectOfAFolderBehindALink)
 {
     const TempTree tree;
-    tree.lines({"Werk/Teil/", "Teil->Werk/Teil", "Kurz->Werk"});
+    tree.lines({"Werk/Teil/", "Teil->Werk/Teil", "Kurz->Werk", "extern/tief/", "Werk/aussen->../extern"});
     FolderProfile profile;
     profile.name = QStringLiteral("Werk");
     for (const char *const root : {"Werk", "Kurz"}) {
         profile.rootPath = textOf(tree.path(root));
-        for (const char *const folder : {"Teil", "Kurz/Teil", "Werk"}) {
+        for (const char *const folder :
+             {"Teil", "Kurz/Teil", "Werk", "Werk/aussen", "Werk/aussen/tief", "Kurz/aussen"}) {
             const ReviewSubject subject{tree.path(folder), {}, {}, {profile}};
             EXPECT_TRUE(reviewText(subject).contains(QStringLiteral("## Geschützt (Profil „Werk“)")))
                 << root << ' ' << folder;
