@@ -71,7 +71,8 @@ TEST_F(CommandLineTest, checksWithoutStoringAnything)
 
 TEST_F(CommandLineTest, namesTheRuleWhoseTargetIsRefused)
 {
-    tree.file("regeln.json", R"([{"name":"Ablage","sourcePath":"~/Downloads","targetPath":"/usr/share/x",
+    tree.file("regeln.json", R"([{"name":"Ablage","enabled":true,"sourcePath":"~/Downloads",
+                                  "action":"move","targetPath":"/usr/share/x",
                                   "conditions":[{"kind":"extensionIs","value":"pdf"}]}])");
     json({"regeln", "import", tree.path("regeln.json").native()});
     const QJsonArray refused = json({"pruefen"}).object()[QStringLiteral("refusedTargets")].toArray();

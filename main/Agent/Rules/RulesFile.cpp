@@ -46,6 +46,8 @@ Result<std::vector<Record>> readRecords(const QByteArray &json, const QString &p
         Record &record = records.emplace_back();
         if (const JsonResult<void> read = readJson(array.at(i), record); !read)
             return failure(sentence(noun, i, array.at(i), read.error()));
+        if (const JsonResult<void> whole = DecisiveKeys<Record>::check(array.at(i)); !whole)
+            return failure(sentence(noun, i, array.at(i), whole.error()));
         makeUnique(record.id, taken);
     }
     return records;
@@ -85,10 +87,6 @@ Result<std::vector<FolderProfile>> readProfiles(const QByteArray &json)
     std::vector<FolderProfile> profiles = TRY(readRecords<FolderProfile>(json, u"Profile"_qs, u"Profil"_qs));
     for (qsizetype i = 0; FolderProfile & profile : profiles) {
         ++i;
-        // A profile that protects nothing would give false confidence.
-        if (!locationFromText(profile.rootPath).is_absolute())
-            return failure(
-                u"Profil %1 („%2“): Feld „rootPath“: hier gehört ein ganzer Pfad hin."_qs.arg(i).arg(profile.name));
         for (ProtectedEntry &entry : profile.protectedEntries) {
             Result<QString> path = protectedPath(profile, entry.path, blanksOf(profile, entry));
             if (!path)

@@ -2,6 +2,10 @@
 
 #include "Support/TempTree.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <gtest/gtest.h>
 
 using namespace brellin;
@@ -9,7 +13,13 @@ using brellin::test::TempTree;
 
 namespace {
 
-QString refusal(const char *json)
+/// A rule with the keys that every rule needs, and these.
+QByteArray ruleWith(const QByteArray &more)
+{
+    return R"({"enabled": true, "sourcePath": "~/Downloads", "conditions": [], "action": "move")" + more + '}';
+}
+
+QString refusal(const QByteArray &json)
 {
     const auto rules = readRules(json);
     return rules ? u"angenommen"_qs : rules.error().message;
@@ -17,7 +27,7 @@ QString refusal(const char *json)
 
 TEST(RulesFileTest, RefusesWithOneSentence)
 {
-    EXPECT_EQ(refusal(R"([{}, {}, {"name": "Rechnungen", "action": "frobnicate"}])"),
+    EXPECT_EQ(refusal('[' + ruleWith({}) + ',' + ruleWith({}) + R"(, {"name": "Rechnungen", "action": "frobnicate"}])"),
               u"Regel 3 („Rechnungen“): Feld „action“: „frobnicate“ gibt es hier nicht."_qs);
     EXPECT_EQ(refusal(R"([{"conditions": [{}, {"kind": 7}]}])"),
               u"Regel 1: Feld „conditions[1].kind“: hier gehört ein Text hin."_qs);
@@ -28,6 +38,21 @@ TEST(RulesFileTest, RefusesWithOneSentence)
     EXPECT_EQ(refusal(R"({"rules": []})"), u"Die Regeln sind nicht lesbar: hier gehört eine Liste hin."_qs);
     for (const char *const broken : {"", "[{", "null", "[]x", "[{\"name\": \"\xFF\"}]"})
         EXPECT_TRUE(refusal(broken).startsWith(u"Die Regeln sind nicht lesbar: das ist kein gültiges JSON")) << broken;
+}
+
+/// Without its conditions a rule would take every file, and a profile without its entries would protect none.
+TEST(RulesFileTest, RefusesWhatLacksADecisiveField)
+{
+    for (const char16_t *const key : {u"enabled", u"sourcePath", u"conditions", u"action"}) {
+        QJsonObject rule = QJsonDocument::fromJson(ruleWith(R"(, "name": "A", "automatic": true)")).object();
+        rule.remove(QStringView(key));
+        EXPECT_EQ(refusal(QJsonDocument(QJsonArray{rule}).toJson()),
+                  u"Regel 1 („A“): Feld „%1“: fehlt."_qs.arg(QStringView(key)));
+    }
+    EXPECT_EQ(refusal('[' + ruleWith(R"(, "conditions": [{"kind": "nameContains"}])") + ']'),
+              u"Regel 1: Feld „conditions[0].value“: fehlt."_qs);
+    EXPECT_EQ(readProfiles(R"([{"name": "Werk", "rootPath": "/home/anna/Werk"}])").error().message,
+              u"Profil 1 („Werk“): Feld „protected“: fehlt."_qs);
 }
 
 TEST(RulesFileTest, RefusesProfilesWhoseEntriesProtectNothing)
@@ -74,7 +99,7 @@ TEST(RulesFileTest, ReadsWhatItWroteAndWhatIsMissing)
     EXPECT_TRUE(writeRules(rules).contains("\n    ")) << "for people";
     EXPECT_EQ(readRules("\xEF\xBB\xBF[]").value().size(), 0U);
 
-    const auto read = readRules(R"([{"name": "", "unbekannt": 1, "renamePattern": null}])");
+    const auto read = readRules('[' + ruleWith(R"(, "name": "", "unbekannt": 1, "renamePattern": null)") + ']');
     ASSERT_TRUE(read.has_value());
     EXPECT_EQ(read->front().name, QString());
     EXPECT_EQ(read->front().renamePattern, u"{Datum} {Name}"_qs);
@@ -83,8 +108,8 @@ TEST(RulesFileTest, ReadsWhatItWroteAndWhatIsMissing)
 
 TEST(RulesFileTest, GivesACopiedRuleItsOwnId)
 {
-    const QByteArray one = R"({"id": "11111111-2222-3333-4444-555555555555", "name": "a",
-                               "conditions": [{"id": "21111111-2222-3333-4444-555555555555", "value": "x"}]})";
+    const QByteArray one = ruleWith(R"(, "id": "11111111-2222-3333-4444-555555555555", "conditions":
+        [{"id": "21111111-2222-3333-4444-555555555555", "kind": "nameContains", "value": "x"}])");
     const auto read = readRules('[' + one + ',' + one + ']');
     ASSERT_TRUE(read.has_value());
     EXPECT_EQ(read->at(0).id, QUuid::fromString(u"11111111-2222-3333-4444-555555555555"_qs));
