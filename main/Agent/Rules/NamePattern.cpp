@@ -68,6 +68,20 @@ NamePattern::NamePattern(const QString &pattern)
     addText(pattern.mid(end));
 }
 
+/// The pieces for a file without an extension: only the text around {Endung} remains.
+NamePattern::Pieces NamePattern::withEmptyEnding(const Pieces &pieces)
+{
+    Pieces joined;
+    for (const Piece &piece : pieces) {
+        const bool isText = piece.kind == Piece::Kind::Text;
+        if (isText && !joined.empty() && joined.back().kind == Piece::Kind::Text)
+            joined.back().text += piece.text;
+        else if (piece.kind != Piece::Kind::Ending)
+            joined.push_back(piece);
+    }
+    return joined;
+}
+
 /// Strips what produces the extension, since the extension is appended to every name that lacks it.
 NamePattern::Pieces NamePattern::withoutEnding(Pieces pieces, const QString &extension)
 {
@@ -171,10 +185,16 @@ const std::vector<NamePattern::Form> &NamePattern::formsFor(std::string_view ext
     Pieces nameless = m_pieces;
     std::erase_if(nameless, [](const Piece &piece) { return piece.kind == Piece::Kind::Name; });
     const bool hasName = nameless.size() < m_pieces.size();
-    for (Pieces pieces : {withoutEnding(m_pieces, ending), hasName ? withoutEnding(nameless, ending) : Pieces()}) {
-        if (!pieces.empty())
+    const auto add = [&](const Pieces &whole) {
+        if (Pieces pieces = withoutEnding(whole, ending); !pieces.empty())
             forms.push_back(formOf(std::move(pieces), extension));
-    }
+    };
+    // First as a scan would name it, then with the dot before {Endung} left out, as a user would.
+    if (ending.isEmpty())
+        add(withEmptyEnding(m_pieces));
+    add(m_pieces);
+    if (hasName)
+        add(nameless);
     return m_forms.emplace(extension, std::move(forms)).first->second;
 }
 

@@ -41,6 +41,7 @@ private:
         std::optional<QString> remade(const QString &stem) const;
     };
 
+    static Pieces withEmptyEnding(const Pieces &pieces);
     static Pieces withoutEnding(Pieces pieces, const QString &extension);
     static Form formOf(Pieces pieces, std::string_view extension);
     const std::vector<Form> &formsFor(std::string_view extension);

@@ -38,6 +38,25 @@ QString asName(const QString &expanded)
     return text;
 }
 
+/// Appends a file's extension to a name that lacks it; an empty name stays empty.
+std::string withExtension(QString name, std::string_view extension)
+{
+    const QString ending = u'.' + shown(extension);
+    if (!name.isEmpty() && !extension.empty() && !name.endsWith(ending, Qt::CaseInsensitive))
+        name += ending;
+    return name.toStdString();
+}
+
+/// Cuts at least `bytes` off the end, whole characters.
+std::string shortened(std::string text, std::size_t bytes)
+{
+    std::size_t end = text.size() - bytes;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end;
+    text.resize(end);
+    return text;
+}
+
 } // namespace
 
 Location fixedPart(const QString &target)
@@ -137,18 +156,35 @@ const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
     return entry->second;
 }
 
-/// The expanded pattern with the file's extension appended; empty if that is not a valid name.
+/// The expanded pattern as a name; empty if that is not a valid name. Where it is too long, {Name} is shortened and never
+/// the text around it: with a part of that text missing, the next scan would not recognise the name and add to it.
+std::string RuleTargets::expandedName(const WalkedFile &file) const
+{
+    const std::string_view extension = extensionOf(file.name);
+    std::string stem(stemOf(file.name));
+    const std::string ending(file.name.substr(stem.size()));
+    while (true) {
+        const Location named = Location(file.folder) / (stem + ending);
+        std::string name = withExtension(asName(expand(m_rule.renamePattern, named, dateOf(file))), extension);
+        constexpr std::size_t fitsEverywhere = 120;
+        const std::size_t limit = name.size() <= fitsEverywhere ? 255 : nameLimit(Location(file.folder));
+        if (!m_rule.renamePattern.contains(nameMark))
+            return fittingName(name, limit);
+        if (name.size() <= limit)
+            return name;
+        // Leaves room for a number.
+        const std::size_t over = name.size() + std::string_view(" (999)").size() - limit;
+        stem = over < stem.size() ? shortened(std::move(stem), over) : std::string();
+        if (stem.empty())
+            return {};
+    }
+}
+
+/// Empty if there is no valid name.
 std::string RuleTargets::newName(const WalkedFile &file)
 {
     const std::optional<QString> remade = remadeName(file);
-    QString name = asName(remade ? *remade : expand(m_rule.renamePattern, file.location(), dateOf(file)));
-    if (name.isEmpty())
-        return {};
-    const std::string_view extension = extensionOf(file.name);
-    const QString ending = u'.' + shown(extension);
-    if (!extension.empty() && !name.endsWith(ending, Qt::CaseInsensitive))
-        name += ending;
-    return fittingName(name.toStdString());
+    return remade ? fittingName(withExtension(asName(*remade), extensionOf(file.name))) : expandedName(file);
 }
 
 /// For a name that an earlier scan may have given: rebuilds it with its own dates. Otherwise "{Datum} {Name}" would

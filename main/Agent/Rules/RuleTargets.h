@@ -56,6 +56,7 @@ private:
     const Target &targetOf(const WalkedFile &file);
     Instant dateOf(const WalkedFile &file) const { return file.created.value_or(m_now); }
     std::string newName(const WalkedFile &file);
+    std::string expandedName(const WalkedFile &file) const;
     std::optional<QString> remadeName(const WalkedFile &file);
 
     const CleanupRule &m_rule;

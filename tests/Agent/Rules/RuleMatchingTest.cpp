@@ -362,6 +362,7 @@ TEST_F(RuleMatchingTest, RenamingMakesAUsableName)
                       cut += "ä";
                   return cut + ".pdf";
               }()},
+             {"brief.pdf", QString(251, u'y') + u"{Name}"_qs, ""},
          }) {
         const TempTree folder(tree.path("home"));
         folder.file(row.file);
@@ -421,6 +422,20 @@ TEST_F(RuleMatchingTest, RenamingHappensOnce)
               1},
              {u"{Jahr}"_qs, {u"1999.pdf"_qs, u"1999 (2).pdf"_qs}, {u"1999 (2).pdf"_qs, u"1999.pdf"_qs}, 0},
              {u"{Jahr}"_qs, {u"1999 (2).pdf"_qs}, {u"1999.pdf"_qs}, 1},
+             // Without an extension the text around {Endung} remains.
+             {u"{Name} {Endung}.{Endung}"_qs, {u"LIESMICH"_qs, u"a.pdf"_qs}, {u"LIESMICH ."_qs, u"a pdf.pdf"_qs}, 1},
+             {u"{Name}-{Endung}.{Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH-."_qs}, 1},
+             {u"{Name} - {Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH -"_qs}, 1},
+             {u"{Name} v.{Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH v."_qs}, 1},
+             // A long name is shortened, not the text around it.
+             {u"{Datum} {Name} Scan"_qs,
+              {QString(240, u'x') + u".pdf"_qs},
+              {u"* "_qs + QString(229, u'x') + u" Scan.pdf"_qs},
+              1},
+             {u"Scan {Name} {Datum}"_qs,
+              {QString(120, u'ä') + u"ab"_qs},
+              {u"Scan "_qs + QString(116, u'ä') + u" *"_qs},
+              1},
          }) {
         const TempTree folder(tree.path("home"));
         for (const QString &file : row.files)
