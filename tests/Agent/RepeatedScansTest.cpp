@@ -118,6 +118,21 @@ TEST_F(RepeatedScansTest, ARefusedTargetIsSaidAndKeepsTheFilesFromLaterRules)
               u"legt."_qs);
 }
 
+TEST_F(RepeatedScansTest, ATargetThatIsNoWholePathIsRefusedToo)
+{
+    world.tree().lines({"home/Downloads/a.txt=1"});
+    CleanupAgent agent(world.services());
+    const CleanupRule later = rule(RuleAction::Move, u"~/Ziel"_qs);
+    for (const RuleAction action : {RuleAction::Move, RuleAction::Copy, RuleAction::AiSort}) {
+        use(agent, {rule(action, u"Archiv"_qs), later});
+        EXPECT_EQ(scan(agent), Lines());
+        ASSERT_EQ(agent.findings().refusedTargets.size(), 1U);
+        EXPECT_EQ(agent.findings().refusedTargets[0].files, 1);
+    }
+    use(agent, {rule(RuleAction::Move, {}), later});
+    EXPECT_EQ(scan(agent), Lines{"Downloads/a.txt -> Ziel/a.txt"}) << "not filled in yet";
+}
+
 TEST_F(RepeatedScansTest, TheTrialSaysThatNamesLikeItsOwnStay)
 {
     world.tree().lines({"home/Downloads/2019-02-03 a.txt=1", "home/Downloads/2020-02-03 b.txt=1"});

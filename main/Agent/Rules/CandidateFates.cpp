@@ -15,8 +15,9 @@ CandidateFate CandidateFates::of(const Candidate &candidate)
 bool CandidateFates::isTargetAllowed(const Candidate &candidate) const
 {
     if (candidate.needsAI)
-        return m_locations.isAllowed(*candidate.aiBase);
-    return !candidate.destination || m_locations.isAllowedEntry(*candidate.destination);
+        return candidate.aiBase->is_absolute() && m_locations.isAllowed(*candidate.aiBase);
+    const std::optional<Location> &target = candidate.destination;
+    return !target || (target->is_absolute() && m_locations.isAllowedEntry(*target));
 }
 
 } // namespace brellin

@@ -9,7 +9,7 @@ namespace brellin {
 enum class CandidateFate {
     Proposed,
     Protected,     ///< by a profile
-    TargetRefused, ///< the agent must not write to the target
+    TargetRefused, ///< the agent must not write to the target, or it is no absolute path
     AlreadyCopied  ///< the target already contains a copy
 };
 

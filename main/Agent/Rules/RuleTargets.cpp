@@ -29,6 +29,12 @@ QString asComponent(QString text)
     return text.replace(u'/', u'-').replace(QChar(0), u'-');
 }
 
+/// What a target names that is no absolute path; empty if nothing was filled in. CandidateFates refuses it.
+Location relativeTarget(QString written)
+{
+    return locationFromText(written.remove(QChar(0)).trimmed()).relative_path();
+}
+
 /// Turns an expanded pattern into a name: no leading dots, no blanks at the ends.
 QString asName(const QString &expanded)
 {
@@ -127,8 +133,10 @@ std::optional<Candidate> RuleTargets::candidate(const WalkedFile &file, const Ru
 bool RuleTargets::setFolderTarget(Candidate &candidate, const WalkedFile &file, const RuleSource &source)
 {
     const Target &target = targetOf(file);
+    if (!target.folder && !target.noFolder.empty())
+        candidate.destination = target.noFolder / file.name;
     if (!target.folder || target.folder->native() == file.folder)
-        return false;
+        return candidate.destination.has_value();
     // The target is the file's own folder by another path: moving would only add a number, again with every scan.
     const std::string_view below = file.folder.substr(source.folder.native().size());
     if (target.resolved.size() == source.resolved.size() + below.size() &&
@@ -149,9 +157,12 @@ const RuleTargets::Target &RuleTargets::targetOf(const WalkedFile &file)
     const auto [entry, isNew] = m_targets.try_emplace(std::move(key));
     if (isNew) {
         Target &target = entry->second;
-        target.folder = rulePath(expand(m_pattern, file.location(), dateOf(file)), m_home);
+        const QString written = expand(m_pattern, file.location(), dateOf(file));
+        target.folder = rulePath(written, m_home);
         if (target.folder)
             target.resolved = resolvedLocation(*target.folder).value_or(*target.folder).native();
+        else
+            target.noFolder = relativeTarget(written);
     }
     return entry->second;
 }
@@ -223,6 +234,8 @@ bool RuleTargets::setChosenByModel(Candidate &candidate) const
     candidate.needsAI = true;
     candidate.aiBase = rulePath(m_rule.targetPath, m_home);
     candidate.reason += QStringLiteral(" (KI)");
+    if (const Location written = relativeTarget(m_rule.targetPath); !candidate.aiBase && !written.empty())
+        candidate.aiBase = written;
     return candidate.aiBase.has_value();
 }
 

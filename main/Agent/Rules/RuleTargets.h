@@ -48,6 +48,7 @@ private:
     struct Target {
         std::optional<Location> folder;
         std::string resolved;
+        Location noFolder; ///< what is written in place of an absolute path; relative
     };
 
     bool setFolderTarget(Candidate &candidate, const WalkedFile &file, const RuleSource &source);
