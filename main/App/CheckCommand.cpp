@@ -59,8 +59,6 @@ ExitCode runCheckCommand(CommandContext &context)
     if (found.leftForScripts > 0)
         command.remark(counted(found.leftForScripts, QStringLiteral("bleibt"), QStringLiteral("bleiben")) +
                        QStringLiteral(" (von Skripten benutzt)"));
-    for (const RefusedTarget &refused : found.refusedTargets)
-        command.remark(refused.text());
     const ExitCode code = command.finish([&](const std::vector<AgentProposal> &proposals) {
         return QJsonObject{{QStringLiteral("proposals"), toJson(proposals, JsonDates::Iso)},
                            {QStringLiteral("checkedFiles"), static_cast<qint64>(found.checkedFiles)},

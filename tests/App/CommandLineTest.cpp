@@ -79,6 +79,7 @@ TEST_F(CommandLineTest, namesTheRuleWhoseTargetIsRefused)
     ASSERT_EQ(refused.size(), 1);
     EXPECT_EQ(refused[0][QStringLiteral("rule")].toString(), QStringLiteral("Ablage"));
     EXPECT_EQ(refused[0][QStringLiteral("files")].toInt(), 2);
+    EXPECT_EQ(run({"pruefen"}).output.count("in ihr Ziel nie etwas"), 1);
     EXPECT_TRUE(refused[0][QStringLiteral("reason")].toString().contains(u"nie etwas legt"));
     EXPECT_TRUE(run({"pruefen"}).output.contains("Regel „Ablage“: 2 Dateien bleiben"));
 }
