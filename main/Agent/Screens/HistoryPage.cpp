@@ -28,7 +28,7 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
     m_rows = addScrollingColumn(column, list, QStringLiteral("agentHistory"), 1000);
     m_dropped = makeSecondary({}, list);
     m_dropped->setObjectName(QStringLiteral("droppedRuns"));
-    m_dropped->setContentsMargins(0, scaled(12), 0, 0);
+    m_dropped->setContentsMargins(scaled(14), scaled(12), scaled(14), 0);
     m_rows->addWidget(m_dropped);
     m_rows->addStretch(1);
     m_content->addWidget(list);
