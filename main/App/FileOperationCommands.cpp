@@ -4,6 +4,7 @@
 #include "Base/Json.h"
 #include "FileOperations/BatchRenameRun.h"
 #include "FileOperations/NewEntries.h"
+#include "FileOperations/OperationTexts.h"
 #include "FileOperations/RenameFacts.h"
 #include "FileOperations/TrashActions.h"
 #include "FileOperations/ZipArchive.h"
@@ -186,7 +187,7 @@ ExitCode runRenameCommand(CommandContext &context)
         context.terminal.message(QStringLiteral("Nicht zurückbenannt: ") +
                                  printable(place, context.services.folders().home));
     if (outcome.failure) {
-        context.terminal.message(printable(QStringLiteral("Umbenennen abgebrochen: ") + outcome.failure->message));
+        context.terminal.message(printable(operationTexts::renameStopped(*outcome.failure)));
         return outcome.failure->isCancelled() ? ExitCode::Cancelled
                : outcome.notPutBack.empty()   ? ExitCode::NotPossible
                                               : ExitCode::Failed;

@@ -15,9 +15,7 @@ namespace {
 
 QString failureText(const BatchRenameOutcome &outcome)
 {
-    QString text = outcome.failure->isCancelled()
-                       ? QStringLiteral("Umbenennen abgebrochen.")
-                       : QStringLiteral("Umbenennen abgebrochen: ") + outcome.failure->message;
+    QString text = operationTexts::renameStopped(*outcome.failure);
     for (const Location &place : outcome.notPutBack)
         text += QStringLiteral("\n„%1“ ließ sich nicht zurückbenennen.").arg(shownName(place));
     return text;

@@ -19,6 +19,12 @@ QString systemRefusal()
     return QStringLiteral("Orte des Systems werden nicht verändert.");
 }
 
+QString renameStopped(const Failure &why)
+{
+    return why.isCancelled() ? QStringLiteral("Umbenennen abgebrochen.")
+                             : QStringLiteral("Umbenennen abgebrochen: ") + why.message;
+}
+
 OperationQuestion emptyTrashQuestion()
 {
     return {OperationQuestion::Kind::EmptyTrash, QStringLiteral("Papierkorb wirklich leeren?"),

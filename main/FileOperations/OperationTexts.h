@@ -12,6 +12,9 @@ QString named(const std::vector<Location> &entries);
 /// „Orte des Systems werden nicht verändert.“
 QString systemRefusal();
 
+/// „Umbenennen abgebrochen: …“, of a batch.
+QString renameStopped(const Failure &why);
+
 OperationQuestion emptyTrashQuestion();
 OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const QStringList &refused);
 OperationQuestion unpackQuestion(const Location &archive, const ArchiveSummary &summary, std::int64_t available);
