@@ -152,7 +152,7 @@ void FileOperations::deleteForGood(const std::vector<Location> &entries, Then th
     start(QStringLiteral("Prüfe %1").arg(named(entries)),
           guarded(entries,
                   [doomed, entries, home = m_services.homeTrash, &volumes = m_services.volumes](JobControl &control) {
-                      *doomed = deletableForGood(entries, {home, volumes});
+                      *doomed = deletableForGood(entries, {home, volumes}, &control);
                       return OperationOutcome{
                           {}, doomed->entries.empty() ? doomed->refused : QStringList(), control.cancelled()};
                   }),

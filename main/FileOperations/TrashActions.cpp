@@ -1,6 +1,7 @@
 #include "FileOperations/TrashActions.h"
 
 #include "Disk/TrashContents.h"
+#include "FileOperations/OperationTexts.h"
 #include "FileOperations/PermanentRemoval.h"
 
 #include <algorithm>
@@ -46,7 +47,20 @@ Result<void> deleteOne(const DoomedEntry &doomed, const Trash &trash, const Tras
         return failure(QStringLiteral("Dort liegt inzwischen etwas anderes."));
     if (const QString reason = reasonAgainst(doomed.location, ground); !reason.isEmpty())
         return failure(reason);
-    return trash.holds(doomed.location) ? deleteFromTrash(doomed.location) : deleteEntryForGood(doomed.location);
+    const bool trashed = trash.holds(doomed.location);
+    if (!doomed.seen)
+        return trashed ? deleteFromTrash(doomed.location) : deleteEntryForGood(doomed.location);
+    const std::vector<Location> kept = TRY(deleteSeenForGood(doomed.location, *doomed.seen));
+    if (!kept.empty())
+        return failure(QStringLiteral("Inzwischen kam etwas dazu oder wurde geändert; das bleibt: ") +
+                       operationTexts::named(kept));
+    return trashed ? removeTrashRecord(doomed.location) : Result<void>();
+}
+
+std::shared_ptr<const SeenTree> seenAt(const Location &entry, const JobControl *control)
+{
+    Result<SeenTree> seen = SeenTree::of(entry, control);
+    return seen ? std::make_shared<const SeenTree>(*std::move(seen)) : nullptr;
 }
 
 } // namespace
@@ -88,14 +102,14 @@ OperationOutcome emptyTrash(const TrashGround &ground, JobControl &control)
     return outcome;
 }
 
-Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground)
+Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground, const JobControl *control)
 {
     Doomed doomed;
     for (const Location &entry : entries) {
         const Result<FileAttributes> attributes = readAttributes(entry);
         const QString reason = attributes ? reasonAgainst(entry, ground) : attributes.error().message;
         if (reason.isEmpty())
-            doomed.entries.push_back({entry, attributes->identity});
+            doomed.entries.push_back({entry, attributes->identity, seenAt(entry, control)});
         else
             doomed.refused << shownName(entry) + QStringLiteral(": ") + reason;
     }

@@ -2,9 +2,12 @@
 
 #include "Base/JobControl.h"
 #include "Disk/FileAttributes.h"
+#include "Disk/SeenTree.h"
 #include "Disk/Trash.h"
 #include "Disk/Volumes.h"
 #include "FileOperations/OperationOutcome.h"
+
+#include <memory>
 
 namespace brellin {
 
@@ -25,6 +28,7 @@ OperationOutcome emptyTrash(const TrashGround &ground, JobControl &control);
 struct DoomedEntry {
     Location location;
     FileIdentity identity;
+    std::shared_ptr<const SeenTree> seen; ///< nothing where not all of it could be looked at
 
     bool operator==(const DoomedEntry &) const = default;
 };
@@ -35,9 +39,10 @@ struct Doomed {
     std::vector<DoomedEntry> entries;
     QStringList refused;
 };
-Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground);
+Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground,
+                        const JobControl *control = nullptr);
 
-/// Deletes entries for good, each only if it still is the one that was asked about. Never called but on the user's own word.
+/// Deletes entries for good, each only if it still is the one that was asked about, and of a folder only what was in it then. Never called but on the user's own word.
 /// Blocking.
 OperationOutcome deleteForGood(const std::vector<DoomedEntry> &entries, const Trash &trash, const TrashGround &ground,
                                JobControl &control);

@@ -167,6 +167,25 @@ TEST_F(FileOperationsTest, deletesNothingElseThanWasAskedAbout)
     std::filesystem::permissions(tree.root(), std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
 }
 
+TEST_F(FileOperationsTest, sparesWhatCameIntoADoomedFolderAfterTheQuestion)
+{
+    const TrashGround ground{tree.path("trash"), volumes};
+    const Location trashed = *trash.put(home("ordner"));
+    tree.file("trash/files/ordner/alt.txt", "alt");
+    const Doomed doomed = deletableForGood({trashed}, ground);
+    tree.file("trash/files/ordner/neu.txt", "neu");
+    JobControl control;
+    EXPECT_EQ(deleteForGood(doomed.entries, trash, ground, control).failures,
+              QStringList(QStringLiteral("ordner: Inzwischen kam etwas dazu oder wurde geändert; das bleibt: "
+                                         "„neu.txt“")));
+    EXPECT_EQ(tree.content("trash/files/ordner/neu.txt"), "neu");
+    EXPECT_FALSE(tree.has("trash/files/ordner/alt.txt"));
+    EXPECT_TRUE(tree.has("trash/info/ordner.trashinfo"));
+    EXPECT_EQ(deleteForGood(deletableForGood({trashed}, ground).entries, trash, ground, control).failures,
+              QStringList());
+    EXPECT_FALSE(tree.has("trash/info/ordner.trashinfo"));
+}
+
 TEST_F(FileOperationsTest, packsUnpacksAndTakesBoth)
 {
     operations.compress({home("a.txt"), home("b.txt")}, tree.path("home"));

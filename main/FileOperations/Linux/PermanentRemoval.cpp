@@ -76,10 +76,24 @@ Result<void> deleteEntryForGood(const Location &entry)
     return removeTree(place.at());
 }
 
+Result<std::vector<Location>> deleteSeenForGood(const Location &entry, const SeenTree &seen)
+{
+    Result<std::vector<Location>> kept = removeSeen(entry, seen);
+    if (kept || !kept.error().is(std::errc::permission_denied))
+        return kept;
+    openFoldersToOwner(entry);
+    return removeSeen(entry, seen);
+}
+
 Result<void> deleteFromTrash(const Location &trashed)
 {
     // The record goes last: what could not be removed still knows where it came from.
     TRY(deleteEntryForGood(trashed));
+    return removeTrashRecord(trashed);
+}
+
+Result<void> removeTrashRecord(const Location &trashed)
+{
     const Location record = trashed.parent_path().parent_path() / "info" / (trashed.filename().native() + ".trashinfo");
     if (::unlink(record.c_str()) != 0 && errno != ENOENT)
         return failure(Failure::lastSystem());
