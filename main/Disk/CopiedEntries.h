@@ -15,9 +15,9 @@ namespace brellin {
 /// What a copy has read, entry by entry, to give up that part of a source and nothing else. Filled by `copyEntry`.
 class CopiedEntries {
 public:
-    /// Whether the source's volume knows its entries again by their numbers and tells every change by their change times.
-    /// Some (FAT, many in user space) do not.
-    enum class Proof { InodeAndTime, None };
+    /// What a source's volume proves of its entries: by their numbers that they are the same, and by their change times that
+    /// they are unchanged. Network shares prove only the first, some volumes (FAT, many in user space) neither.
+    enum class Proof { InodeAndTime, Inode, None };
     /// What was written down of one entry, as it was when its copy began.
     struct Entry {
         std::uint64_t path;

@@ -36,7 +36,9 @@ Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
     m_made = OwnEntries(knownBy(destination.folder));
     if (m_options.copied) {
         using Proof = CopiedEntries::Proof;
-        const Proof proof = timesProve(source.folder) ? Proof::InodeAndTime : Proof::None;
+        const bool lasts = knownBy(source.folder) == OwnEntries::KnownBy::Inode;
+        const Proof ofEntry = lasts ? Proof::Inode : Proof::None;
+        const Proof proof = timesProve(source.folder) ? Proof::InodeAndTime : ofEntry;
         m_options.copied->begin(OwnEntries::pathMark(0, destination.name), proof);
     }
     auto outcome = m_pulse.beat();

@@ -74,6 +74,7 @@ private:
 TEST_F(SourceProofTest, timesThatProveNothingAreNotBelieved)
 {
     EXPECT_TRUE(isKept(Proof::InodeAndTime, false)) << "too young";
+    EXPECT_TRUE(isKept(Proof::Inode, true)) << "a share";
     EXPECT_TRUE(isKept(Proof::None, true)) << "a volume without change times of its own";
     EXPECT_EQ(tree.content("original"), "eins");
     EXPECT_FALSE(isKept(Proof::InodeAndTime, true));
@@ -108,7 +109,7 @@ TEST_F(SourceProofTest, findsOnlyWhatIsThereAsItWas)
         [](struct stat &now) { now.st_mtim.tv_nsec ^= 1; },
         [](struct stat &now) { ++now.st_dev; },
     };
-    for (const Proof proof : {Proof::InodeAndTime, Proof::None}) {
+    for (const Proof proof : {Proof::InodeAndTime, Proof::Inode, Proof::None}) {
         const CopiedEntries all = copied(proof, true);
         EXPECT_TRUE(all.find(all.top(), status));
         for (std::size_t i = 0; i < changes.size(); ++i) {
@@ -116,6 +117,9 @@ TEST_F(SourceProofTest, findsOnlyWhatIsThereAsItWas)
             changes[i](now);
             EXPECT_FALSE(all.find(all.top(), now)) << "change " << i;
         }
+        struct stat other = status;
+        ++other.st_ino;
+        EXPECT_EQ(all.find(all.top(), other) != nullptr, proof == Proof::None) << "another of the same size and time";
     }
 }
 

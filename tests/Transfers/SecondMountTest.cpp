@@ -33,6 +33,8 @@ protected:
     TransferWorld world;
     const Location mountPoint = world.tree().folder("freigabe");
     const FuseMount share = FuseMount::share(world.tree().path("home"), mountPoint);
+    const Location secondPoint = world.tree().folder("zweite");
+    const FuseMount second = FuseMount::share(world.tree().path("home"), secondPoint);
     std::string before;
 };
 
@@ -44,6 +46,7 @@ TEST_F(SecondMountTest, aSourceIsNotReplacedByItsOwnCopy)
         GTEST_SKIP() << "no share on this machine";
     for (const TransferKind kind : {TransferKind::Move, TransferKind::Copy}) {
         expectRefused({shared("x.txt"), world.home("x.txt"), true, {}}, kind);
+        expectRefused({shared("x.txt"), secondPoint / "x.txt", true, {}}, kind);
         expectRefused({world.home("x.txt"), shared("x.txt"), true, {}}, kind);
         expectRefused({shared("ordner"), world.home("ordner"), true, {}}, kind);
         expectRefused({shared("ordner/ordner"), world.home("ordner"), true, {}}, kind);
