@@ -106,12 +106,19 @@ Result<void> renameOverReserved(NameIn from, NameIn to)
     return failure(why);
 }
 
+Result<void> checkFree(NameIn name)
+{
+    const auto there = statusOf(name);
+    if (there || !there.error().is(std::errc::no_such_file_or_directory))
+        return failure(there ? Failure::system(EEXIST) : there.error());
+    return {};
+}
+
 /// A plain rename replaces only an empty folder by a folder. So between the look and the rename at worst an empty
 /// folder made by somebody else in that moment is lost, never a file.
 Result<void> renameFolderOntoFreeName(NameIn from, NameIn to)
 {
-    if (const auto there = statusOf(to); there || !there.error().is(std::errc::no_such_file_or_directory))
-        return failure(there ? Failure::system(EEXIST) : there.error());
+    TRY(checkFree(to));
     if (::renameat(from.folder, from.name, to.folder, to.name) == 0)
         return {};
     if (errno == EINVAL)
@@ -120,7 +127,18 @@ Result<void> renameFolderOntoFreeName(NameIn from, NameIn to)
     return failure(Failure::system(errno == ENOTEMPTY || errno == ENOTDIR ? EEXIST : errno));
 }
 
-Result<void> renameWithoutSystem(NameIn from, NameIn to)
+Result<void> renameFileOntoFreeName(NameIn from, NameIn to)
+{
+    TRY(checkFree(to));
+    if (::renameat(from.folder, from.name, to.folder, to.name) == 0)
+        return {};
+    return failure(Failure::system(errno == EISDIR ? EEXIST : errno));
+}
+
+/// How a file gets a name where neither an exclusive rename nor a hard link can do it.
+using LastResort = Result<void> (*)(NameIn from, NameIn to);
+
+Result<void> renameWithoutSystem(NameIn from, NameIn to, LastResort lastResort)
 {
     const struct stat entry = TRY(statusOf(from));
     if (S_ISDIR(entry.st_mode))
@@ -131,7 +149,7 @@ Result<void> renameWithoutSystem(NameIn from, NameIn to)
     if (linked)
         return linked;
     const int error = linked.error().code.value();
-    return error == EPERM || error == EMLINK || isRefusal(error) ? renameOverReserved(from, to) : linked;
+    return error == EPERM || error == EMLINK || isRefusal(error) ? lastResort(from, to) : linked;
 }
 
 } // namespace
@@ -143,10 +161,18 @@ Result<void> renameExclusively(NameIn from, NameIn to, SystemRename rename)
         return {};
     Result<void> outcome = failure(Failure::system(error));
     if (isRefusal(error))
-        outcome = renameWithoutSystem(from, to);
+        outcome = renameWithoutSystem(from, to, renameOverReserved);
     if (!outcome && outcome.error().is(std::errc::file_exists) && differOnlyInCase(from, to))
         return renameThroughThirdName(from, to, rename);
     return outcome;
+}
+
+Result<void> renameToReserved(NameIn from, NameIn to, SystemRename rename)
+{
+    const int error = rename(from, to);
+    if (error == 0)
+        return {};
+    return isRefusal(error) ? renameWithoutSystem(from, to, renameFileOntoFreeName) : failure(Failure::system(error));
 }
 
 Result<void> renameExclusively(const Location &from, const Location &to)

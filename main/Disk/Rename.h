@@ -20,4 +20,9 @@ int systemRename(NameIn from, NameIn to);
 /// The same for a caller that holds both folders open. `rename` stands in for a file system that refuses.
 Result<void> renameExclusively(NameIn from, NameIn to, SystemRename rename = systemRename);
 
+/// The same for a caller that has reserved the name by other means: where a file system knows neither exclusive rename nor
+/// hard links nothing is created at `to`, which a kill would leave there. It is looked whether the name is free, then renamed
+/// plainly: what somebody who ignores that reservation puts there between the two is replaced.
+Result<void> renameToReserved(NameIn from, NameIn to, SystemRename rename = systemRename);
+
 } // namespace brellin

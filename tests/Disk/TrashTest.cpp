@@ -1,13 +1,18 @@
 #include "Disk/SystemTrash.h"
 
 #include "Disk/TrashInfo.h"
+#include "Support/FailingCalls.h"
+#include "Support/FuseMount.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <functional>
 #include <set>
 
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace brellin {
@@ -306,6 +311,66 @@ TEST_F(VolumeTrashTest, aRefusedRenameLeavesNothingBehind)
     EXPECT_TRUE(place.error().is(std::errc::cross_device_link));
     EXPECT_EQ(tree.content("a"), "x");
     EXPECT_EQ(snapshotOf(home.path("Trash/info")), "");
+}
+
+/// A card that knows neither an exclusive rename nor hard links. Calls are looked at, and fail on request, one kind at a time.
+class CardTrashTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!card)
+            GTEST_SKIP() << "cannot mount a card here";
+        tree.lines({"karte/a.txt=eins"});
+    }
+    Result<Location> put(int call, const std::function<int(int)> &errorOf)
+    {
+        Result<Location> place = failure(QString());
+        EXPECT_TRUE(test::runWithFailingCalls(call, errorOf, [&] { place = trash.put(tree.path("karte/a.txt")); }));
+        return place;
+    }
+    std::string listed(const char *part) const { return snapshotOf(own / part); }
+
+    TempTree tree;
+    const test::FuseMount card{tree.folder("karte")};
+    const Location own = tree.path("karte/.Trash-" + std::to_string(::geteuid()));
+    SystemVolumes volumes;
+    SystemTrash trash{tree.path("Trash"), volumes};
+};
+
+TEST_F(CardTrashTest, keepsANameFreeByItsRecordAndNoEmptyFile)
+{
+    // A kill at the rename would leave just what is seen there.
+    std::vector<std::string> seen;
+    const auto place = put(SYS_renameat, [&](int) {
+        seen.push_back(listed("files"));
+        return 0;
+    });
+    ASSERT_TRUE(place) << messageOf(place);
+    EXPECT_EQ(seen, std::vector<std::string>{""});
+    EXPECT_EQ(tree.content(place->lexically_relative(tree.root()).native()), "eins");
+    EXPECT_FALSE(tree.has("karte/a.txt"));
+}
+
+TEST_F(CardTrashTest, takesAnotherNameThanWhatCameAfterTheRecord)
+{
+    const auto place = put(SYS_fdatasync, [&](int number) {
+        if (number == 0)
+            std::ofstream(own / "files/a.txt") << "fremd";
+        return 0;
+    });
+    ASSERT_TRUE(place) << messageOf(place);
+    EXPECT_EQ(place->filename(), "a (2).txt");
+    EXPECT_EQ(std::filesystem::file_size(own / "files/a.txt"), 5U);
+    EXPECT_FALSE(entryExists(own / "info/a.txt.trashinfo"));
+}
+
+TEST_F(CardTrashTest, aFailedRenameLeavesNothingBehind)
+{
+    const auto place = put(SYS_renameat, [](int) { return EIO; });
+    ASSERT_FALSE(place);
+    EXPECT_TRUE(place.error().is(std::errc::io_error));
+    EXPECT_EQ(tree.content("karte/a.txt"), "eins");
+    EXPECT_EQ(listed("files") + listed("info"), "");
 }
 
 } // namespace

@@ -180,7 +180,7 @@ Result<void> TrashFolder::fill(const Record &record, NameIn entry, std::string_v
     TRY(writeAll(record.file.number(), trashInfoText(origin, QDateTime::currentDateTime())));
     if (::fdatasync(record.file.number()) != 0)
         return failure(Failure::lastSystem());
-    return renameExclusively(entry, {m_files.number(), record.name.c_str()});
+    return renameToReserved(entry, {m_files.number(), record.name.c_str()});
 }
 
 Result<std::string> TrashFolder::take(NameIn entry, std::string_view origin) const
