@@ -17,37 +17,36 @@ void mix(std::uint64_t &hash, std::uint64_t value)
 }
 
 /// Of its path below a folder of this many bytes, and of what it is.
-std::uint64_t hashOf(const WalkEntry &entry, std::size_t folder, TreeMark::Times times)
+std::uint64_t hashOf(const WalkEntry &entry, std::size_t folder)
 {
     std::string path(entry.folder.substr(folder));
     path.append("/").append(entry.name);
     std::uint64_t hash = std::hash<std::string>()(path);
     mix(hash, static_cast<std::uint64_t>(entry.attributes.kind));
-    if (!entry.attributes.isFolder())
+    if (!entry.attributes.isFolder()) {
         mix(hash, static_cast<std::uint64_t>(entry.attributes.size));
-    if (!entry.attributes.isFolder() && times == TreeMark::Times::Counted)
         mix(hash, static_cast<std::uint64_t>(entry.attributes.modified.time_since_epoch().count()));
+    }
     return hash;
 }
 
 /// Calls `take` with each entry below `folder` and its hash, until it gives false.
-Result<void> forEach(const Location &folder, const JobControl *control, TreeMark::Times times,
+Result<void> forEach(const Location &folder, const JobControl *control,
                      const std::function<bool(const WalkEntry &, std::uint64_t)> &take)
 {
     const Location top = standardised(folder);
     const auto visit = [&](const WalkEntry &entry) {
-        return take(entry, hashOf(entry, top.native().size(), times)) ? WalkStep::Continue : WalkStep::Stop;
+        return take(entry, hashOf(entry, top.native().size())) ? WalkStep::Continue : WalkStep::Stop;
     };
     return walkWhole(top, {.attributes = Attribute::Size | Attribute::Modified, .prune = {}}, visit, control);
 }
 
 } // namespace
 
-Result<TreeMark> TreeMark::of(const Location &folder, const JobControl *control, Times times)
+Result<TreeMark> TreeMark::of(const Location &folder, const JobControl *control)
 {
     TreeMark mark;
-    mark.m_times = times;
-    TRY(forEach(folder, control, times, [&](const WalkEntry &, std::uint64_t hash) {
+    TRY(forEach(folder, control, [&](const WalkEntry &, std::uint64_t hash) {
         mark.m_entries.push_back(hash);
         return true;
     }));
@@ -67,7 +66,7 @@ std::shared_ptr<const TreeMark> TreeMark::shared(const Location &entry)
 Result<std::vector<Location>> TreeMark::newIn(const Location &folder, std::size_t most, const JobControl *control) const
 {
     std::vector<Location> found;
-    TRY(forEach(folder, control, m_times, [&](const WalkEntry &entry, std::uint64_t hash) {
+    TRY(forEach(folder, control, [&](const WalkEntry &entry, std::uint64_t hash) {
         if (!std::ranges::binary_search(m_entries, hash))
             found.push_back(entry.location());
         return found.size() < most;

@@ -15,12 +15,8 @@ namespace brellin {
 /// say what has gone.
 class TreeMark {
 public:
-    /// Whether an entry with another modification time counts as changed: volumes keep times more or less exactly.
-    enum class Times { Counted, Ignored };
-
     /// Fails where something in it could not be looked at. Blocking, as long as a walk takes.
-    static Result<TreeMark> of(const Location &folder, const JobControl *control = nullptr,
-                               Times times = Times::Counted);
+    static Result<TreeMark> of(const Location &folder, const JobControl *control = nullptr);
 
     /// Entries in `folder` that were not in it then, or had another size or time; at most `most` of them. A
     /// folder counts by its name. Fails as above.
@@ -34,7 +30,6 @@ public:
 
 private:
     std::vector<std::uint64_t> m_entries; ///< sorted
-    Times m_times = Times::Counted;
 };
 
 } // namespace brellin

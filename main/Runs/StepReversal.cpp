@@ -1,7 +1,7 @@
 #include "Runs/StepReversal.h"
 
 #include "Disk/SeenTree.h"
-#include "Disk/TreeMark.h"
+#include "Disk/Walk.h"
 #include "Runs/AgentError.h"
 #include "Runs/LeftCopy.h"
 #include "Runs/SameContent.h"
@@ -52,15 +52,34 @@ bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, con
     return !asLeft && now && !now->isFolder();
 }
 
-/// Whether a folder's copy contains entries that the original lacks, by name and size.
-bool holdsMore(const Location &copy, const Location &original, const JobControl *control)
+/// Whether an entry of a copy differs from the original in kind, size or content. Contents are compared only where the times
+/// differ by more than volumes round them.
+bool isOther(const WalkEntry &entry, const Location &original, JobControl *control)
+{
+    constexpr auto coarseTime = std::chrono::seconds(2);
+    const FileAttributes &now = entry.attributes;
+    const Result<FileAttributes> there = readAttributes(original);
+    if (!there || there->kind != now.kind || now.isFolder())
+        return !there || there->kind != now.kind;
+    const bool sameTime = std::chrono::abs(there->modified - now.modified) <= coarseTime;
+    return there->size != now.size ||
+           (now.isFile() && !sameTime && !haveSameContent(entry.location(), original, control));
+}
+
+/// Whether a folder's copy contains entries that the original lacks or that differ from it.
+bool holdsMore(const Location &copy, const Location &original, JobControl *control)
 {
     const Result<FileAttributes> attributes = readAttributes(copy);
     if (!attributes || !attributes->isFolder())
         return false;
-    const Result<TreeMark> known = TreeMark::of(original, control, TreeMark::Times::Ignored);
-    const Result<std::vector<Location>> more = known ? known->newIn(copy, 1, control) : failure(known.error());
-    return more && !more->empty();
+    bool more = false;
+    const auto compare = [&](const WalkEntry &entry) {
+        more = !entry.unreadable && isOther(entry, original / entry.location().lexically_relative(copy), control);
+        return more ? WalkStep::Stop : WalkStep::Continue;
+    };
+    const WalkOptions options{.attributes = Attribute::Size | Attribute::Modified};
+    const bool walked = walk(copy, options, compare, control).has_value();
+    return walked && more && !(control && control->cancelled());
 }
 
 } // namespace

@@ -399,6 +399,24 @@ TEST_F(RunTest, undoNamesWhatItTrashesOfTheUsersAndGoesByTheCopyWhereTheTrashIsG
     EXPECT_EQ(world.tree().content("home/Downloads/Paket.app/innen/daten"), "sieben");
 }
 
+TEST_F(RunTest, undoNamesACopyThatWasEditedToTheSameLength)
+{
+    const char *const edited = "disk/Programme/Paket.app/innen/daten";
+    const auto remarksAfterSaving = [&](const char *content) {
+        const Result<ExecutionOutcome> outcome = execute(everything());
+        world.tree().file(edited, content);
+        world.tree().age(edited, Instant(std::chrono::seconds(1'200'000'000)));
+        const Result<UndoOutcome> undone = undo(*outcome->run);
+        return undone ? undone->remarks : QStringList(undone.error().message);
+    };
+    EXPECT_EQ(remarksAfterSaving("SIEBEN"),
+              QStringList(QStringLiteral("Paket.app: Das Original kam zurück; die inzwischen geänderte Kopie liegt im "
+                                         "Papierkorb.")));
+    EXPECT_TRUE(world.contents().contains("SIEBEN"));
+    EXPECT_EQ(world.tree().content("home/Downloads/Paket.app/innen/daten"), "sieben");
+    EXPECT_EQ(remarksAfterSaving("sieben"), QStringList());
+}
+
 TEST_F(RunTest, triesTheRestOfAnUndoAgainAndNothingElse)
 {
     for (int n = 0;; ++n) {
