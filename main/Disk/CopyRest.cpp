@@ -16,15 +16,25 @@ namespace {
 /// Removes what the copy holds.
 class RestRemoval : public KeepingRemoval {
 public:
-    RestRemoval(Location source, EntryPlace copy, Instant since)
+    RestRemoval(Location source, EntryPlace copy, Instant since, const JobControl *control)
         : KeepingRemoval(std::move(source))
         , m_copy(std::move(copy))
         , m_since(since)
+        , m_control(control)
     {
     }
 
 private:
-    Result<bool> goes(NameIn entry, std::uint64_t, const struct stat &now) override { return isHeld(entry, now); }
+    Result<bool> goes(NameIn entry, std::uint64_t, const struct stat &now) override
+    {
+        TRY(stillWanted());
+        return isHeld(entry, now);
+    }
+
+    Result<void> stillWanted() const
+    {
+        return m_control && m_control->cancelled() ? failure(Failure::cancelled()) : Result<void>();
+    }
 
     Result<bool> isHeld(NameIn entry, const struct stat &now) const
     {
@@ -45,7 +55,8 @@ private:
         const Descriptor other = TRY(openForReading(copy));
         const SourceStatus opened = TRY(SourceStatus::ofOpen(original.number()));
         const SourceStatus held = TRY(SourceStatus::ofOpen(other.number()));
-        if (!sameEntry(opened.status, now) || !TRY(sameBytes(original.number(), other.number(), now.st_size)))
+        const auto beat = [this] { return stillWanted(); };
+        if (!sameEntry(opened.status, now) || !TRY(sameBytes(original.number(), other.number(), now.st_size, beat)))
             return false;
         constexpr auto tick = std::chrono::milliseconds(20); // of the clock that files get their times from
         const bool untouched = instantFrom(now.st_ctim) + tick < m_since;
@@ -58,14 +69,16 @@ private:
 
     EntryPlace m_copy;
     Instant m_since;
+    const JobControl *m_control;
 };
 
 } // namespace
 
-Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since)
+Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since,
+                                               const JobControl *control)
 {
     const EntryPlace place = TRY(openPlace(source));
-    return RestRemoval(standardised(source), TRY(openPlace(copy)), since).run(place.at(), 0);
+    return RestRemoval(standardised(source), TRY(openPlace(copy)), since, control).run(place.at(), 0);
 }
 
 } // namespace brellin

@@ -29,9 +29,9 @@ bool DiskFileActions::reservesNames(const Location &folder) const
 }
 
 Result<std::vector<Location>> DiskFileActions::removeHeldByCopy(const Location &source, const Location &copy,
-                                                                Instant since)
+                                                                Instant since, const JobControl *control)
 {
-    return brellin::removeHeldByCopy(source, copy, since);
+    return brellin::removeHeldByCopy(source, copy, since, control);
 }
 
 Result<CopyReport> DiskFileActions::copy(const Location &source, const Location &destination,

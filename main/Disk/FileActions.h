@@ -32,8 +32,8 @@ public:
     virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                        const Location &copy, const JobControl *control) = 0;
     /// As `removeHeldByCopy`.
-    virtual Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
-                                                           Instant since) = 0;
+    virtual Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since,
+                                                           const JobControl *control) = 0;
     /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
     /// user's own yes to exactly that; never for an assistant.
     virtual Result<void> removeForGood(const Location &entry) = 0;
@@ -66,8 +66,8 @@ public:
     Result<void> removeOwnCopy(const Location &location) override;
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy, const JobControl *control) override;
-    Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
-                                                   Instant since) override;
+    Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since,
+                                                   const JobControl *control) override;
     Result<void> removeForGood(const Location &entry) override;
     Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) override;
     Result<void> createFolder(const Location &folder) override;

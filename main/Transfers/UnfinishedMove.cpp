@@ -195,12 +195,14 @@ bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Loca
     });
 }
 
-QStringList finishMove(const UnfinishedMove &move, FileActions &files)
+QStringList finishMove(const UnfinishedMove &move, FileActions &files, const JobControl *control)
 {
     const Result<FileLock> lock = FileLock::tryNow(move.log);
     if (!lock)
         return {shownName(move.source) + QStringLiteral(": ") + lock.error().message};
-    const Result<std::vector<Location>> kept = files.removeHeldByCopy(move.source, move.copy, move.since);
+    const Result<std::vector<Location>> kept = files.removeHeldByCopy(move.source, move.copy, move.since, control);
+    if (!kept && kept.error().isCancelled())
+        return {};
     if (!kept)
         return {shownName(move.source) + QStringLiteral(": Das Original ließ sich nicht ganz entfernen: ") +
                 kept.error().message};

@@ -51,7 +51,7 @@ bool mayBeCopyOfUnfinishedMove(const Location &source, const Location &copy, con
 bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Location &logs, const JobControl &control);
 
 /// Removes what is left of the source, for good and on the user's yes, as far as the copy holds it with the same content.
-/// Gives a line for each entry that stays. Blocking.
-QStringList finishMove(const UnfinishedMove &move, FileActions &files);
+/// Gives a line for each entry that stays. A cancel leaves the rest for the next start, and says nothing. Blocking.
+QStringList finishMove(const UnfinishedMove &move, FileActions &files, const JobControl *control = nullptr);
 
 } // namespace brellin

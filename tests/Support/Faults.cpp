@@ -108,9 +108,9 @@ Result<std::vector<Location>> FaultyFileActions::removeCopied(const Location &so
 }
 
 Result<std::vector<Location>> FaultyFileActions::removeHeldByCopy(const Location &source, const Location &copy,
-                                                                  Instant since)
+                                                                  Instant since, const JobControl *control)
 {
-    return m_plan.change<std::vector<Location>>([&] { return m_real.removeHeldByCopy(source, copy, since); });
+    return m_plan.change<std::vector<Location>>([&] { return m_real.removeHeldByCopy(source, copy, since, control); });
 }
 
 Result<void> FaultyFileActions::removeForGood(const Location &entry)

@@ -53,8 +53,8 @@ public:
     Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                const Location &copy, const JobControl *control) override;
     bool reservesNames(const Location &) const override { return reserving; }
-    Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy,
-                                                   Instant since) override;
+    Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since,
+                                                   const JobControl *control) override;
     Result<void> removeForGood(const Location &entry) override;
     Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) override;
     Result<void> createFolder(const Location &folder) override;

@@ -115,7 +115,7 @@ TEST_F(UnfinishedMoveTest, isOfferedByTheNextStartWhereverItWasKilled)
             expectWholeCopy();
             EXPECT_FALSE(entryExists(world.home("Fotos")));
             EXPECT_FALSE(entryExists(world.home("brief.txt")));
-            (void)transferLeftovers(world.disk(""), world.services().logs, world.clock);
+            removeFinishedLogs(world.services().logs);
             EXPECT_TRUE(world.leftovers().empty());
         }
         startAfresh();
@@ -171,6 +171,20 @@ TEST_F(UnfinishedMoveTest, keepsWhatWasChangedBetweenItsCopyAndTheRemoval)
     dieWhileRemoving();
     EXPECT_EQ(finishAll(), QStringList(QStringLiteral("brief.txt: Weicht von der Kopie ab und bleibt am alten Ort.")));
     EXPECT_TRUE(entryExists(world.home("brief.txt")));
+}
+
+TEST_F(UnfinishedMoveTest, aCancelLeavesTheRestForTheNextStart)
+{
+    dieWhileRemoving();
+    JobControl control;
+    control.cancel();
+    for (const UnfinishedMove &move : unfinished())
+        EXPECT_EQ(finishMove(move, world.files, &control), QStringList());
+    EXPECT_EQ(world.tree().content("home/Fotos/tief/c.jpg"), "drei");
+    EXPECT_EQ(world.tree().content("home/brief.txt"), "vier");
+    EXPECT_EQ(unfinished().size(), 2u);
+    EXPECT_EQ(finishAll(), QStringList());
+    EXPECT_FALSE(world.tree().has("home/Fotos"));
 }
 
 TEST_F(UnfinishedMoveTest, itsCopyIsNotReplacedForGood)
