@@ -55,20 +55,26 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
     std::ranges::move(archives, std::back_inserter(entries));
     std::ranges::sort(entries);
     // These are known by what they stand for, and go before it.
-    std::vector<Location> reserves = logged.reserves;
-    std::erase_if(reserves, [&](const Location &one) { return one.parent_path() != standardised(folder); });
+    std::vector<Location> reserves = logged.reservesIn(standardised(folder));
     entries.insert(entries.begin(), reserves.begin(), reserves.end());
     return entries;
 }
 
 std::vector<Location> loggedLeftovers(const Location &logs)
 {
-    LoggedNames logged = LoggedNames::read(logs);
-    std::erase_if(logged.left,
-                  [](const Location &one) { return !TransferLog::isTemporaryName(one.filename().native()); });
-    std::ranges::sort(logged.left);
-    logged.left.insert(logged.left.begin(), logged.reserves.begin(), logged.reserves.end());
-    return logged.left;
+    std::vector<Location> left;
+    std::vector<Location> reserves;
+    for (const LoggedWork &work : LoggedNames::read(logs).ofTheDead) {
+        if (work.leftReserve())
+            reserves.push_back(work.to);
+        const bool isCopy = work.kind == LoggedWork::Kind::Copy;
+        if (isCopy && TransferLog::isTemporaryName(work.from.filename().native()) && entryExists(work.from))
+            left.push_back(work.from);
+    }
+    removeFinishedLogs(logs);
+    std::ranges::sort(left);
+    left.insert(left.begin(), reserves.begin(), reserves.end());
+    return left;
 }
 
 QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -129,20 +130,41 @@ TransferLog::~TransferLog()
 LoggedNames LoggedNames::read(const Location &folder)
 {
     LoggedNames names;
-    for (const TransferLogFile &log : TransferLogFile::all(folder)) {
+    for (TransferLogFile &log : TransferLogFile::all(folder)) {
         std::vector<std::string> &known = log.dead() ? names.dead : names.living;
         for (const LoggedWork &work : log.works) {
             if (work.kind == Kind::Copy)
                 known.push_back(work.from.filename().native());
-            if (log.dead() && work.leftReserve())
-                names.reserves.push_back(work.to);
-            if (log.dead() && work.kind == Kind::Copy && entryExists(work.from))
-                names.left.push_back(work.from);
         }
-        if (log.dead() && log.isOver())
-            ::unlink(log.file.c_str());
+        if (log.dead())
+            std::ranges::move(log.works, std::back_inserter(names.ofTheDead));
     }
     return names;
+}
+
+std::vector<Location> LoggedNames::reservesIn(const Location &folder) const
+{
+    std::vector<Location> reserves;
+    for (const LoggedWork &work : ofTheDead) {
+        if (work.to.parent_path() == folder && work.leftReserve())
+            reserves.push_back(work.to);
+    }
+    return reserves;
+}
+
+void removeFinishedLogs(const Location &folder)
+{
+    std::vector<TransferLogFile> logs = TransferLogFile::all(folder);
+    std::erase_if(logs, [](const TransferLogFile &log) { return !log.dead(); });
+    for (TransferLogFile &log : logs)
+        log.lock.release();
+    for (const TransferLogFile &log : logs) {
+        if (!log.isOver())
+            continue;
+        const TransferLogFile now = TransferLogFile::of(log.file);
+        if (now.dead() && now.works == log.works)
+            ::unlink(log.file.c_str());
+    }
 }
 
 } // namespace brellin

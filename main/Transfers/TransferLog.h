@@ -50,13 +50,19 @@ private:
 
 /// What the logs say of hidden entries, by their names.
 struct LoggedNames {
-    std::vector<std::string> living; ///< of transfers that live
-    std::vector<std::string> dead;   ///< of transfers that died
-    std::vector<Location> left;      ///< what of theirs is still there
-    std::vector<Location> reserves;  ///< empty files that kept names free for these
+    std::vector<std::string> living;   ///< of transfers that live
+    std::vector<std::string> dead;     ///< of transfers that died
+    std::vector<LoggedWork> ofTheDead; ///< what these were at
 
-    /// Reads all logs, and removes those of the dead that left nothing. One that cannot be read whole stays.
+    /// Reads all logs, and nothing else: whatever volumes they name may not answer.
     static LoggedNames read(const Location &folder);
+
+    /// The empty files that kept names free in a folder, with whose volume alone this waits.
+    std::vector<Location> reservesIn(const Location &folder) const;
 };
+
+/// Removes the logs of the dead that left nothing. One that cannot be read whole stays. Waits for every volume that is named,
+/// but without a lock: who finds a log locked takes its transfer for living.
+void removeFinishedLogs(const Location &folder);
 
 } // namespace brellin

@@ -122,6 +122,18 @@ bool TransferLogFile::isOver() const
     return std::ranges::none_of(works, isReserveLeft) && areOver(open);
 }
 
+TransferLogFile TransferLogFile::of(const Location &file)
+{
+    TransferLogFile log{file, {}, {}, {}};
+    if (Result<FileLock> lock = FileLock::tryNow(file))
+        log.lock = *std::move(lock);
+    if (const Result<QByteArray> text = readLog(file))
+        readLines(*text, log);
+    else
+        log.damage = text.error().message;
+    return log;
+}
+
 std::vector<TransferLogFile> TransferLogFile::all(const Location &folder)
 {
     std::vector<TransferLogFile> found;
@@ -129,16 +141,8 @@ std::vector<TransferLogFile> TransferLogFile::all(const Location &folder)
         found.push_back({unread->file, {}, {}, std::move(unread->why)});
     std::error_code none;
     for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end; entry.increment(none)) {
-        if (entry->path().extension() != ".log")
-            continue;
-        TransferLogFile log{entry->path(), {}, {}, {}};
-        if (Result<FileLock> lock = FileLock::tryNow(log.file))
-            log.lock = *std::move(lock);
-        if (const Result<QByteArray> text = readLog(log.file))
-            readLines(*text, log);
-        else
-            log.damage = text.error().message;
-        found.push_back(std::move(log));
+        if (entry->path().extension() == ".log")
+            found.push_back(of(entry->path()));
     }
     return found;
 }

@@ -46,6 +46,7 @@ struct TransferLogFile {
     /// Nothing is left of anything in it; never of one that cannot be read whole.
     bool isOver() const;
 
+    static TransferLogFile of(const Location &file);
     /// A folder that cannot be listed is there as a damaged log.
     static std::vector<TransferLogFile> all(const Location &folder);
 };

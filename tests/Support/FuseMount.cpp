@@ -3,6 +3,12 @@
 #include "Support/PrivateMount.h"
 #include "System/ProcessRunner.h"
 
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
 #include <sys/mount.h>
 
 namespace brellin::test {
@@ -20,6 +26,21 @@ std::optional<std::string> outputOf(const std::string &script, const std::string
     return done && done->exitCode == 0 ? std::optional(done->output.trimmed().toStdString()) : std::nullopt;
 }
 
+/// The process with exactly these words.
+pid_t processOf(const std::vector<std::string> &words)
+{
+    std::string wanted;
+    for (const std::string &word : words)
+        wanted.append(word).push_back('\0');
+    std::error_code none;
+    for (const auto &entry : std::filesystem::directory_iterator("/proc", none)) {
+        std::ifstream line(entry.path() / "cmdline", std::ios::binary);
+        if (std::string(std::istreambuf_iterator<char>(line), {}) == wanted)
+            return std::atoi(entry.path().filename().c_str());
+    }
+    return -1;
+}
+
 } // namespace
 
 FuseMount::FuseMount(const Location &folder) : m_folder(folder)
@@ -33,6 +54,18 @@ FuseMount::FuseMount(const Location &folder) : m_folder(folder)
         return;
     m_device = *device;
     m_mounted = outputOf("mount.exfat-fuse " + m_device + " \"$1\"", folder.native()).has_value();
+    m_server = processOf({"mount.exfat-fuse", m_device, folder.native()});
+}
+
+bool FuseMount::stop() const
+{
+    return m_server > 0 && ::kill(m_server, SIGSTOP) == 0;
+}
+
+void FuseMount::goOn() const
+{
+    if (m_server > 0)
+        ::kill(m_server, SIGCONT);
 }
 
 FuseMount FuseMount::share(const Location &served, const Location &folder)
@@ -48,6 +81,7 @@ FuseMount FuseMount::share(const Location &served, const Location &folder)
 
 FuseMount::~FuseMount()
 {
+    goOn();
     if (m_mounted)
         ::umount2(m_folder.c_str(), MNT_DETACH);
     if (!m_device.empty())

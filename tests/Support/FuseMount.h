@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <sys/types.h>
+
 namespace brellin::test {
 
 /// A volume mounted through FUSE, visible to this process only: no exclusive rename, no inode numbers that last, and
@@ -19,11 +21,16 @@ public:
     FuseMount &operator=(const FuseMount &) = delete;
     explicit operator bool() const { return m_mounted; }
 
+    /// Its server answers nobody from now on, as that of a dead share, until it goes on. False where it was not found.
+    bool stop() const;
+    void goOn() const;
+
 private:
     FuseMount(const Location &folder, bool mounted) : m_folder(folder), m_mounted(mounted) {}
 
     Location m_folder;
     std::string m_device;
+    pid_t m_server = -1;
     bool m_mounted = false;
 };
 

@@ -1,6 +1,7 @@
 #include "Transfers/TransferLog.h"
 
 #include "Support/TempTree.h"
+#include "Transfers/Leftovers.h"
 #include "Transfers/UnfinishedMove.h"
 
 #include <gtest/gtest.h>
@@ -57,9 +58,9 @@ protected:
     }
     bool staysAndIsNamed()
     {
-        const LoggedNames names = LoggedNames::read(folder);
+        const std::vector<Location> left = loggedLeftovers(folder);
         const std::vector<UnreadLog> unread = unreadTransferLogs(folder);
-        return entryExists(file) && names.left.empty() && unread.size() == 1 && unread.front().file == file &&
+        return entryExists(file) && left.empty() && unread.size() == 1 && unread.front().file == file &&
                mayBeCopyOfUnfinishedMove(tree.path("a"), tree.path("b"), folder);
     }
 
@@ -89,7 +90,7 @@ TEST_F(UnreadTransferLogTest, staysAndMakesNobodySure)
     std::filesystem::remove(file);
     tree.file("logs/" + file.filename().native(), whole + "copy\thal");
     EXPECT_TRUE(unreadTransferLogs(folder).empty()) << "a kill tears the last line";
-    LoggedNames::read(folder);
+    removeFinishedLogs(folder);
     EXPECT_FALSE(entryExists(file));
     EXPECT_FALSE(mayBeCopyOfUnfinishedMove(tree.path("a"), tree.path("b"), folder));
 }

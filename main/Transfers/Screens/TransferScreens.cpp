@@ -5,6 +5,7 @@
 #include "Transfers/Leftovers.h"
 #include "Transfers/Screens/LeftoverSheet.h"
 #include "Transfers/Screens/QuestionSheet.h"
+#include "Transfers/TransferLog.h"
 #include "Transfers/TransferQueue.h"
 
 #include <QApplication>
@@ -100,6 +101,7 @@ void TransferScreens::lookForUnfinishedMoves()
         m_services.workers,
         {m_services.logs, FileCall<std::vector<UnfinishedMove>>::Patience::None, MountWorkers::Turn::AtOnce},
         [logs = m_services.logs, kept = m_queue.offeredMoves()](const JobControl &control) {
+            removeFinishedLogs(logs);
             return unfinishedMoves(logs, &control, kept);
         },
         [this](std::vector<UnfinishedMove> moves) { offer(std::move(moves)); }, [] {});
@@ -126,7 +128,7 @@ void TransferScreens::finish(const UnfinishedMove &move)
 {
     m_finishing.start(
         m_services.workers, {move.source, FileCall<QStringList>::Patience::None, MountWorkers::Turn::AtOnce},
-        [move, &files = m_services.files](const JobControl &) { return finishMove(move, files); },
+        [move, &files = m_services.files](const JobControl &control) { return finishMove(move, files, &control); },
         [this](const QStringList &failures) { say(failures); }, [] {});
 }
 

@@ -1,6 +1,7 @@
 #include "Transfers/Screens/TransferScreens.h"
 
 #include "ScreensWorld.h"
+#include "Support/FuseMount.h"
 #include "Transfers/Screens/LeftoverSheet.h"
 #include "Transfers/Screens/QuestionSheet.h"
 #include "Transfers/TransferLog.h"
@@ -150,6 +151,41 @@ TEST_F(TransferScreensTest, leftoversAreRemovedOnlyOnAYes)
     press(other, "removeLeftovers");
     EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(half); }));
     EXPECT_EQ(world.snapshot(), before);
+}
+
+TEST_F(TransferScreensTest, aDeadShareKeepsNothingBackButItsOwnMove)
+{
+    const Location share = world.tree().folder("freigabe");
+    const FuseMount mount(share);
+    if (!mount)
+        GTEST_SKIP() << "no such volume here";
+    world.tree().lines({"freigabe/Fotos/x=x", "disk/Fotos/x=x", "home/Texte/y=y", "disk/Texte/y=y"});
+    if (::fork() == 0) {
+        TransferLog log(world.services().logs);
+        (void)log.noteRemovals({{share / "Fotos", world.disk("Fotos")}, {world.home("Texte"), world.disk("Texte")}});
+        std::ofstream(log.temporaryFor(world.disk("halb"))) << "halb";
+        ::_exit(0);
+    }
+    ::wait(nullptr);
+    ASSERT_TRUE(mount.stop());
+    screens.visit(world.home(""));
+    QTest::qWait(100); // the comparison has come to the share
+    screens.visit(world.disk(""));
+    ASSERT_TRUE(asks("leftoverSheet"));
+    press(window, "keepLeftovers");
+    transfer({"frei"}, world.disk(""));
+    EXPECT_TRUE(ended());
+    EXPECT_FALSE(shownIn(window, "unfinishedMove"));
+    // A window that closes does not wait for the share either.
+    {
+        QWidget other;
+        TransferScreens closing(queue, world.services(), world.clock, &other);
+        closing.visit(world.home(""));
+        QTest::qWait(100);
+    }
+    mount.goOn();
+    EXPECT_TRUE(asks("unfinishedMove"));
+    queue.offeredMoves().clear();
 }
 
 TEST_F(TransferScreensTest, aMoveKilledAtItsSourceIsFinishedOnAYes)
