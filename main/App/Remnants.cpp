@@ -41,7 +41,11 @@ Search searchOf(Services &services, const std::vector<Location> &folders)
 std::vector<Location> unfinishedCopies(const Search &search)
 {
     std::vector<Location> found = loggedLeftovers(search.transferLogs);
-    std::ranges::copy(notedHiddenPlaces(search.archiveLogs), std::back_inserter(found));
+    for (const Location &place : notedHiddenPlaces(search.archiveLogs)) {
+        found.push_back(place);
+        if (const std::optional<Location> reserve = reservedFor(place))
+            found.push_back(*reserve);
+    }
     for (const Location &folder : search.folders)
         std::ranges::copy(transferLeftovers(folder, search.transferLogs, SystemClock()), std::back_inserter(found));
     std::ranges::sort(found);

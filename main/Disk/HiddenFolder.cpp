@@ -8,6 +8,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <fstream>
 #include <utility>
 
 #include <unistd.h>
@@ -18,6 +19,9 @@ namespace {
 
 constexpr const char *lockName = "sperre";
 constexpr const char *contentName = "inhalt";
+/// Holds the name that an empty file may keep free.
+constexpr const char *reserveName = "name";
+constexpr std::int64_t longestName = 255;
 
 /// Where nothing tells whose a folder is, it counts as left behind once it is so old.
 constexpr std::chrono::hours foreignPatience{24};
@@ -34,6 +38,20 @@ bool isOfThisMachine(const Location &lockFile)
 {
     const Result<QByteArray> machine = readWhole(lockFile);
     return machine && (machine->isEmpty() || *machine == QSysInfo::machineUniqueId());
+}
+
+bool holdsSomething(const Location &folder)
+{
+    std::error_code error;
+    return !std::filesystem::is_empty(folder, error) && !error;
+}
+
+/// By the clock of their volume, which keeps whole or every second second. A later one may be somebody else's.
+bool cameRightAfter(const FileAttributes &file, const FileAttributes &note)
+{
+    constexpr auto coarseTime = std::chrono::seconds(2);
+    constexpr auto longestDelay = std::chrono::minutes(1);
+    return file.modified >= note.modified - coarseTime && file.modified <= note.modified + longestDelay;
 }
 
 enum class Owner { Dead, Living, Unknown };
@@ -71,8 +89,8 @@ std::vector<Location> foldersNamed(const Location &parent, std::initializer_list
 void removeAbandoned(const Location &parent, std::string_view prefix, FileActions &files)
 {
     for (const Location &folder : foldersNamed(parent, {prefix})) {
-        // What cannot go now goes another day.
-        if (ownerOf(folder) == Owner::Dead)
+        // What cannot go now goes another day. One that knows of an empty file is offered with that.
+        if (ownerOf(folder) == Owner::Dead && !reservedFor(folder))
             static_cast<void>(files.removeOwnCopy(folder));
     }
 }
@@ -122,6 +140,29 @@ Location HiddenFolder::location() const
     return m_location / contentName;
 }
 
+/// What cannot be noted is only found by nobody.
+void HiddenFolder::noteReserve(const Location &name) const
+{
+    std::ofstream(m_location / reserveName, std::ios::binary | std::ios::trunc) << name.native();
+}
+
+Result<Location> HiddenFolder::moveOut(const Location &from, const Location &wanted) const
+{
+    const bool reserves = from != location() && m_files->reservesNames(wanted.parent_path());
+    // Somebody may take each free name just before us, but not for ever.
+    constexpr int mostAttempts = 100;
+    for (int attempt = 1;; ++attempt) {
+        Location free = unique(wanted);
+        if (reserves)
+            noteReserve(free.filename());
+        const Result<void> renamed = m_files->rename(from, free);
+        if (renamed)
+            return free;
+        if (!renamed.error().is(std::errc::file_exists) || attempt == mostAttempts)
+            return failure(renamed.error());
+    }
+}
+
 Result<HiddenFolder> HiddenFolder::create(const Location &parent, std::string_view prefix, FileActions &files,
                                           const Location &notes)
 {
@@ -152,18 +193,20 @@ std::vector<Location> abandonedHiddenFolders(const Location &folder, Instant now
     return folders;
 }
 
-Result<Location> renameToFree(const Location &from, const Location &wanted, FileActions &files)
+std::optional<Location> reservedFor(const Location &hiddenFolder)
 {
-    // Somebody may take each free name just before us, but not for ever.
-    constexpr int mostAttempts = 100;
-    for (int attempt = 1;; ++attempt) {
-        Location free = unique(wanted);
-        const Result<void> renamed = files.rename(from, free);
-        if (renamed)
-            return free;
-        if (!renamed.error().is(std::errc::file_exists) || attempt == mostAttempts)
-            return failure(renamed.error());
-    }
+    const Location note = hiddenFolder / reserveName;
+    const Result<FileAttributes> noted = readAttributes(note);
+    const bool waits = holdsSomething(hiddenFolder / contentName);
+    if (!waits || !noted || !noted->isFile() || noted->size > longestName)
+        return std::nullopt;
+    const Result<QByteArray> name = readWhole(note);
+    if (!name || name->isEmpty() || name->contains('/'))
+        return std::nullopt;
+    const Location place = hiddenFolder.parent_path() / name->toStdString();
+    const Result<FileAttributes> found = readAttributes(place);
+    const bool ours = found && found->isFile() && found->size == 0 && cameRightAfter(*found, *noted);
+    return ours ? std::optional(place) : std::nullopt;
 }
 
 } // namespace brellin

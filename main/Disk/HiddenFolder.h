@@ -33,11 +33,16 @@ public:
     /// A folder in it that holds only what the caller puts there.
     Location location() const;
 
+    /// Renames `from`, which is or lies in `location()`, to `wanted` beside this folder, or to the first free name after it,
+    /// and gives that. An empty file that may keep the name free for a moment is noted before: see `reservedFor`.
+    Result<Location> moveOut(const Location &from, const Location &wanted) const;
+
     /// Removes it. A folder that stays is named: „Der versteckte Ordner „…“ ließ sich nicht entfernen: …“.
     std::optional<QString> remove();
 
 private:
     HiddenFolder(Location location, FileLock lock, HiddenNote note, FileActions &files);
+    void noteReserve(const Location &name) const;
 
     Location m_location;
     FileLock m_lock;
@@ -49,11 +54,11 @@ private:
 /// a day ago. Reads only.
 std::vector<Location> abandonedHiddenFolders(const Location &folder, Instant now);
 
+/// The empty file that one of them, abandoned, has left beside it, where it kept the name free for what still lies hidden.
+std::optional<Location> reservedFor(const Location &hiddenFolder);
+
 /// The beginnings of their names.
 inline constexpr std::string_view packingPrefix = ".brellin-zip-";
 inline constexpr std::string_view unpackingPrefix = ".brellin-entpacken-";
-
-/// Renames to `wanted`, or to the first free name after it, and gives that.
-Result<Location> renameToFree(const Location &from, const Location &wanted, FileActions &files);
 
 } // namespace brellin

@@ -12,6 +12,7 @@ namespace brellin {
 /// Lets something grow in a hidden folder in `parent`, which goes afterwards. One that stays is named in `notes` or, where
 /// the work failed, in its failure. `logs` is where the folder is noted while it is there.
 Result<Location> workHidden(const Location &parent, std::string_view prefix, FileActions &files, const Location &logs,
-                            const std::function<Result<Location>(const Location &hidden)> &work, QStringList &notes);
+                            const std::function<Result<Location>(const HiddenFolder &hidden)> &work,
+                            QStringList &notes);
 
 } // namespace brellin

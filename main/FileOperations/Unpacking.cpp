@@ -147,14 +147,14 @@ Result<Unpacked> unpack(const Location &archive, const Location &folder, const U
     SpaceWatch space(folder, services.volumes, control);
     Unpacked unpacked;
     QStringList notes;
-    const auto unpackHidden = [&](const Location &hidden) -> Result<Location> {
-        unpacked = TRY(unpackInto(hidden, reader, space, control));
-        const std::vector<Location> tops = TRY(entriesOf(hidden));
+    const auto unpackHidden = [&](const HiddenFolder &hidden) -> Result<Location> {
+        unpacked = TRY(unpackInto(hidden.location(), reader, space, control));
+        const std::vector<Location> tops = TRY(entriesOf(hidden.location()));
         if (tops.empty())
             return failure(nothingIn(unpacked.refused));
         const Location own = folder / name.substr(0, name.size() - endingOf(name).size());
-        return tops.size() == 1 ? renameToFree(tops.front(), folder / tops.front().filename(), files)
-                                : renameToFree(hidden, own, files);
+        return tops.size() == 1 ? hidden.moveOut(tops.front(), folder / tops.front().filename())
+                                : hidden.moveOut(hidden.location(), own);
     };
     unpacked.place = TRY(workHidden(folder, unpackingPrefix, files, services.logs, unpackHidden, notes));
     unpacked.notes << notes;

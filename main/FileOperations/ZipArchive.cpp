@@ -65,15 +65,15 @@ Result<Packed> compress(const std::vector<Location> &entries, const Location &in
     control.setTotal(sources.bytes());
 
     Packed packed;
-    const auto pack = [&](const Location &hidden) -> Result<Location> {
-        const Location growing = hidden / "Archiv.zip";
+    const auto pack = [&](const HiddenFolder &hidden) -> Result<Location> {
+        const Location growing = hidden.location() / "Archiv.zip";
         const ProcessOutput output = TRY(processes.run(requestFor(growing, entries, control), &control));
         if (output.exitCode != 0)
             return failure(failureOf(output));
         packed.notes << sources.missingOrChanged(control);
         if (control.cancelled())
             return failure(Failure::cancelled());
-        return renameToFree(growing, into / zipName(entries), files);
+        return hidden.moveOut(growing, into / zipName(entries));
     };
     packed.place = TRY(workHidden(into, packingPrefix, files, logs, pack, packed.notes));
     return packed;

@@ -39,11 +39,27 @@ std::vector<Location> temporaryEntries(const Location &folder)
     return walked ? found : std::vector<Location>();
 }
 
+void appendReserves(std::vector<Location> &reserves, const std::vector<Location> &archives)
+{
+    for (const Location &folder : archives) {
+        if (const std::optional<Location> reserve = reservedFor(folder))
+            reserves.push_back(*reserve);
+    }
+}
+
+/// An empty file that kept a name free, for a copy or an archive that grows under a hidden one.
+bool isReserve(const Location &leftover)
+{
+    const std::string name = leftover.filename().native();
+    return !TransferLog::isTemporaryName(name) && !name.starts_with(packingPrefix) &&
+           !name.starts_with(unpackingPrefix);
+}
+
 } // namespace
 
 std::vector<Location> transferLeftovers(const Location &folder, const Location &logs, const Clock &clock)
 {
-    std::vector<Location> archives = abandonedHiddenFolders(folder, clock.now());
+    const std::vector<Location> archives = abandonedHiddenFolders(folder, clock.now());
     std::vector<Location> entries = temporaryEntries(folder);
     const LoggedNames logged = LoggedNames::read(logs);
     const auto holds = [](const std::vector<std::string> &names, const Location &entry) {
@@ -52,10 +68,11 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
     std::erase_if(entries, [&](const Location &entry) {
         return holds(logged.living, entry) || (!holds(logged.dead, entry) && !isOld(entry, clock.now()));
     });
-    std::ranges::move(archives, std::back_inserter(entries));
+    std::ranges::copy(archives, std::back_inserter(entries));
     std::ranges::sort(entries);
     // These are known by what they stand for, and go before it.
     std::vector<Location> reserves = logged.reservesIn(standardised(folder));
+    appendReserves(reserves, archives);
     entries.insert(entries.begin(), reserves.begin(), reserves.end());
     return entries;
 }
@@ -80,10 +97,9 @@ std::vector<Location> loggedLeftovers(const Location &logs)
 QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
                                     FileActions &files)
 {
-    // An empty file that kept a name free is known by the copy that it stands for, and goes first.
+    // An empty file is known by what it kept the name free for, and goes first.
     std::vector<Location> entries = leftovers;
-    std::ranges::stable_partition(
-        entries, [](const Location &one) { return !TransferLog::isTemporaryName(one.filename().native()); });
+    std::ranges::stable_partition(entries, isReserve);
     QStringList failures;
     for (const Location &entry : entries) {
         const std::vector<Location> still = transferLeftovers(entry.parent_path(), logs, clock);

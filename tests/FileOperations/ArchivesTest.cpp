@@ -2,6 +2,7 @@
 #include "Disk/Volumes.h"
 #include "FileOperations/Unpacking.h"
 #include "FileOperations/ZipArchive.h"
+#include "Support/Faults.h"
 #include "Support/FuseMount.h"
 #include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
@@ -17,6 +18,7 @@
 #include <thread>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace brellin;
@@ -310,6 +312,58 @@ TEST_F(ArchivesTest, worksOnACardAndLeavesNothingHiddenThere)
               QStringList(QStringLiteral(
                   "Dieser Datenträger kennt keine harten Links: 2 Einträge wurden je eine eigene Kopie.")));
     EXPECT_EQ(namesIn("karte"), (Names{"a", "a.zip", "x"}));
+}
+
+TEST_F(ArchivesTest, offersTheEmptyFileThatAKilledRenameHasLeft)
+{
+    makeTar(tree.path("einzeln.tgz"), {{"x", "eins"}});
+    const std::vector<std::pair<std::string, std::function<void(FileActions &)>>> kinds{
+        {"in/a.zip",
+         [&](FileActions &there) { (void)compress({tree.path("in/a")}, tree.path("in"), there, processes, control); }},
+        {"in/x", [&](FileActions &there) {
+             (void)unpack(tree.path("einzeln.tgz"), tree.path("in"), {there, volumes, services.reader}, control);
+         }}};
+    for (const auto &[name, work] : kinds) {
+        tree.lines({"in/a=eins"});
+        FaultPlan faults;
+        FaultyFileActions reserving(faults, volumes);
+        reserving.reserving = true;
+        const auto killedAt = [&, &work = work](int point) {
+            const pid_t child = ::fork();
+            if (child == 0) {
+                faults.killAt = point;
+                work(reserving);
+                ::_exit(0);
+            }
+            int status = 0;
+            ::waitpid(child, &status, 0);
+            return WIFSIGNALED(status);
+        };
+        int reserves = 0;
+        for (int point = 0; killedAt(point); ++point) {
+            const std::vector<Location> left =
+                abandonedHiddenFolders(tree.path("in"), std::chrono::system_clock::now() + std::chrono::hours(25));
+            for (const Location &folder : left) {
+                const std::optional<Location> reserve = reservedFor(folder);
+                EXPECT_EQ(reserve.has_value(), tree.has(name) && tree.content(name).empty()) << point;
+                reserves += reserve ? 1 : 0;
+                // The next one in that folder leaves it to be offered, and takes another name.
+                if (reserve) {
+                    EXPECT_EQ(*reserve, tree.path(name));
+                    EXPECT_TRUE(compress({tree.path("in/a")}, tree.path("in"), files, processes, control));
+                    EXPECT_EQ(reservedFor(folder), reserve);
+                    tree.file(name, "von jemandem");
+                    EXPECT_EQ(reservedFor(folder), std::nullopt);
+                }
+                std::filesystem::remove_all(folder);
+            }
+            for (const auto &entry : std::filesystem::directory_iterator(tree.path("in"))) {
+                if (entry.path().filename() != "a")
+                    std::filesystem::remove(entry.path());
+            }
+        }
+        EXPECT_EQ(reserves, 2) << name; // before and after the empty file, by the two points of a change
+    }
 }
 
 TEST_F(ArchivesTest, tellsWhoseAHiddenFolderIsAndNamesOneThatStays)

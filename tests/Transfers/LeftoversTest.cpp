@@ -20,3 +20,19 @@ TEST(FreshLeftoversTest, withTheOldTimeOfTheirOriginalAreSomebodysWork)
     world.clock.time += std::chrono::hours(2);
     EXPECT_EQ(found(), std::vector{foreign});
 }
+
+TEST(ArchiveLeftoversTest, goWithTheEmptyFileThatKeptTheirNameFree)
+{
+    TransferWorld world;
+    world.tree().lines({"disk/.brellin-zip-tot/sperre=", "disk/.brellin-zip-tot/inhalt/Archiv.zip=PK",
+                        "disk/.brellin-zip-tot/name=!T.zip", "disk/!T.zip=", "disk/fremd="});
+    const Location logs = world.services().logs;
+    const auto found = [&] { return transferLeftovers(world.disk(""), logs, world.clock); };
+    const std::vector<Location> left = found();
+    EXPECT_EQ(left, (std::vector{world.disk("!T.zip"), world.disk(".brellin-zip-tot")}));
+    // In whatever order they are given, the file is known by the folder and goes before it.
+    EXPECT_EQ(removeTransferLeftovers({left.rbegin(), left.rend()}, logs, world.clock, world.files), QStringList());
+    EXPECT_EQ(found(), std::vector<Location>());
+    EXPECT_FALSE(world.tree().has("disk/!T.zip"));
+    EXPECT_TRUE(world.tree().has("disk/fremd"));
+}
