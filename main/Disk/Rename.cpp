@@ -144,7 +144,7 @@ Result<void> renameWithoutSystem(NameIn from, NameIn to, LastResort lastResort)
     if (S_ISDIR(entry.st_mode))
         return renameFolderOntoFreeName(from, to);
     if (knownBy(to.folder) == OwnEntries::KnownBy::Path)
-        return renameOverReserved(from, to);
+        return lastResort(from, to);
     auto linked = renameByLink(from, to);
     if (linked)
         return linked;
