@@ -12,7 +12,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCloseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -289,17 +288,6 @@ StoredWindow MainWindow::stored() const
         window.sidebarWidth = m_body->sizes().constFirst() * 100 / std::max(1, scaled(100));
     window.previewWidth = m_previewWidth;
     return window;
-}
-
-void MainWindow::closeEvent(QCloseEvent *event)
-{
-    if (!m_mayClose && wouldCutShort()) {
-        event->ignore();
-        askToClose([this] { closeUnasked(); });
-        return;
-    }
-    Q_EMIT closed();
-    QWidget::closeEvent(event);
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)

@@ -2,18 +2,14 @@
 #include "App/Window/MainWindow.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
-#include "Base/Edition.h"
 #include "ContentView/Screens/Crumbs.h"
 #include "Disk/FileAttributes.h"
 #include "Disk/OnWorker.h"
 #include "Features/Screens/StorageOverviewPage.h"
 #include "Features/StorageOverview.h"
-#include "FileOperations/Screens/BatchRenameSheet.h"
 #include "Look/YesNoSheet.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "Transfers/Screens/TransferPanel.h"
-
-#include <QApplication>
 
 namespace brellin {
 
@@ -112,52 +108,6 @@ void MainWindow::openFromStorage(const Location &entry)
             else
                 showEntry(entry);
         });
-}
-
-bool MainWindow::isLastWindow() const
-{
-    return std::ranges::none_of(QApplication::topLevelWidgets(), [this](const QWidget *one) {
-        return one != this && one->isVisible() && qobject_cast<const MainWindow *>(one);
-    });
-}
-
-/// A batch rename goes with its window, everything else only with the last one.
-bool MainWindow::wouldCutShort() const
-{
-    const QList<BatchRenameSheet *> renames = findChildren<BatchRenameSheet *>();
-    return std::ranges::any_of(renames, &BatchRenameSheet::isRenaming) || (isLastWindow() && m_services.busy());
-}
-
-bool MainWindow::mayQuit()
-{
-    if (!wouldCutShort() && !m_services.busy())
-        return true;
-    askToClose([this] {
-        m_mayClose = true;
-        Q_EMIT quitRequested();
-    });
-    return m_mayClose;
-}
-
-void MainWindow::closeUnasked()
-{
-    m_mayClose = true;
-    close();
-}
-
-/// Above any other sheet: what that one wants to know is part of what would be cancelled.
-void MainWindow::askToClose(const std::function<void()> &agreed)
-{
-    if (m_mayClose || (m_closeQuestion && m_closeQuestion->isVisible()))
-        return;
-    m_closeQuestion = new YesNoSheet(
-        QStringLiteral("%1 arbeitet noch").arg(Edition::name()),
-        QStringLiteral("Beim Beenden wird abgebrochen, was gerade läuft. Was fertig ist, bleibt; halb "
-                       "kopierte Dateien werden entfernt."),
-        QStringLiteral("Abbrechen und beenden"), ButtonKind::Danger, this, QStringLiteral("Weiterarbeiten lassen"));
-    m_closeQuestion->setObjectName(QStringLiteral("closeQuestion"));
-    connect(m_closeQuestion, &YesNoSheet::accepted, this, agreed);
-    m_closeQuestion->open();
 }
 
 } // namespace brellin
