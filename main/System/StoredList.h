@@ -104,9 +104,20 @@ Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QStrin
     return list.value_or(std::move(usual));
 }
 
-/// Changes the list stored under a key, based on its present content (nullopt: absent). If that cannot be decoded, the
-/// change starts from the last good version (nullopt: none), and the damaged text is kept aside. Fails without a change
-/// for a damaged list whose records do not stand alone. `change` returns the new list, or nullopt to leave it as it is.
+/// Returns what a change of a damaged list starts from: the last good version if it is whole, since it has the lost
+/// records too; otherwise the records that could be decoded, from either version.
+template <class Record>
+StoredList<Record> mendedList(const UserDefaults &defaults, const QString &key, StoredList<Record> damaged)
+{
+    const std::optional<QByteArray> text = defaults.readLastGood(key).value_or(std::nullopt);
+    StoredList<Record> good = text ? decodedList<Record>(*text) : StoredList<Record>();
+    return good.state == StoredState::Whole || !damaged.isKnown() ? good : damaged;
+}
+
+/// Changes the list stored under a key, based on its present content (nullopt: absent). If that cannot be decoded
+/// completely, the change starts from `mendedList` (nullopt: nothing can be decoded), and the damaged text is kept aside.
+/// Fails without a change for a damaged list whose records do not stand alone. `change` returns the new list, or nullopt
+/// to leave it as it is.
 template <class Record>
 Result<void>
 updateList(UserDefaults &defaults, const QString &key,
@@ -120,10 +131,8 @@ updateList(UserDefaults &defaults, const QString &key,
             refused = StoredCondition{key, defaults.fileOf(key), list.state, list.lost, false}.failure();
             return std::nullopt;
         }
-        if (list.state == StoredState::Damaged) {
-            const std::optional<QByteArray> good = defaults.readLastGood(key).value_or(std::nullopt);
-            list = good ? decodedList<Record>(*good) : StoredList<Record>();
-        }
+        if (damaged)
+            list = mendedList(defaults, key, std::move(list));
         const std::optional<std::vector<Record>> changed =
             change(list.isKnown() ? std::optional(std::move(list.records)) : std::nullopt);
         if (!changed)

@@ -214,6 +214,27 @@ TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
         << "kept aside";
 }
 
+TEST_F(DamagedListsTest, aRunWhoseRecordIsDamagedKeepsItsUndo)
+{
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    world.tree().file("home/Downloads/zweite.pdf", "drei");
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    ASSERT_THAT(agent.history.get(), SizeIs(2));
+    const QUuid second = agent.history.get().front().id;
+    QByteArray text = *world.defaults().json(RunKeys::history);
+    text.replace(text.indexOf(second.toByteArray(QUuid::WithoutBraces).toUpper()), 1, "x");
+    world.tree().file("settings/agentHistory.json", text.toStdString());
+    CleanupAgent next(world.services());
+    ASSERT_THAT(next.history.get(), SizeIs(1));
+
+    wait(next, [&] { next.undo(next.history.get().front().id); });
+    EXPECT_TRUE(world.tree().has("home/Downloads/Rechnung.pdf"));
+    ASSERT_THAT(next.history.get(), SizeIs(2));
+    EXPECT_THAT(lists(next), IsEmpty());
+    wait(next, [&] { next.undo(second); });
+    EXPECT_TRUE(world.tree().has("home/Downloads/zweite.pdf"));
+}
+
 TEST_F(DamagedListsTest, noFolderIsAnalysedWithoutAllOfTheHistory)
 {
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });

@@ -131,12 +131,18 @@ TEST_F(StoredListTest, AChangeOfADamagedListBeginsWithTheLastGoodVersion)
     EXPECT_EQ(names<Pin>(), u"abc"_qs);
     EXPECT_EQ(count("l.beschädigt-"), 1);
 
-    // A lost record is preserved in both files kept aside: the damaged text and the last good version.
+    // The same where only a record of it is lost.
     tree.file("s/l.json", R"([{"name":"a"},{"name":7}])");
     ASSERT_TRUE(append<Pin>(u"d"_qs));
-    EXPECT_EQ(names<Pin>(), u"ad"_qs);
+    EXPECT_EQ(names<Pin>(), u"abcd"_qs);
     EXPECT_EQ(count("l.beschädigt-"), 2);
     EXPECT_EQ(count("l.zuletzt-gut-"), 2);
+
+    // Where both have lost one, the records that can still be read are kept.
+    tree.file("s/l.json", R"([{"name":"a"},{"name":7}])");
+    tree.file("s/l.zuletzt-gut.json", R"([{"name":7},{"name":"d"}])");
+    ASSERT_TRUE(append<Pin>(u"e"_qs));
+    EXPECT_EQ(names<Pin>(), u"ae"_qs);
 }
 
 TEST_F(StoredListTest, AGuardingListIsNotChangedWhileItIsDamaged)
