@@ -42,6 +42,24 @@ Failure unreadable(const Location &file, const Failure &why)
     return {QStringLiteral("„%1“ ist nicht lesbar: %2").arg(shownName(file), why.message), why.code};
 }
 
+Failure leadsNowhere(const Location &link)
+{
+    return {QStringLiteral("Die Verknüpfung „%1“ führt ins Leere.").arg(shownName(link)), {}};
+}
+
+/// The link because of which a file cannot be found, such as one into a volume that is not mounted.
+std::optional<Location> danglingLink(Location place)
+{
+    std::error_code error;
+    while (std::filesystem::symlink_status(place, error).type() == std::filesystem::file_type::not_found) {
+        if (!place.has_relative_path())
+            return std::nullopt;
+        place = place.parent_path();
+    }
+    const bool dangles = std::filesystem::status(place, error).type() == std::filesystem::file_type::not_found;
+    return dangles ? std::optional(place) : std::nullopt;
+}
+
 using PutAside = std::vector<std::pair<Location, Location>>;
 
 /// Keeps a file under a second name: as a hard link, or as a copy if the volume has none. An unreadable file is renamed
@@ -121,8 +139,10 @@ Result<std::optional<QByteArray>> FileUserDefaults::readFile(const Location &fil
     Result<QByteArray> content = readWhole(file, most);
     if (content)
         return std::optional(*std::move(content));
-    if (content.error().is(std::errc::no_such_file_or_directory))
-        return std::optional<QByteArray>();
+    if (content.error().is(std::errc::no_such_file_or_directory)) {
+        const std::optional<Location> link = danglingLink(file);
+        return link ? failure(leadsNowhere(*link)) : Result<std::optional<QByteArray>>(std::nullopt);
+    }
     if (content.error().is(std::errc::file_too_large))
         return failure(tooLarge(most));
     return failure(content.error());

@@ -172,6 +172,22 @@ TEST_F(StoredListTest, ReplacesWhatCannotEvenBeReadAndKeepsItAside)
     EXPECT_EQ(count("l.zuletzt-gut-"), 1);
 }
 
+TEST_F(StoredListTest, ALinkThatLeadsNowhereIsNotAbsent)
+{
+    tree.folder("s");
+    std::filesystem::create_symlink(tree.path("platte/l.json"), file);
+    EXPECT_EQ(state<Pin>(), StoredState::Unreadable);
+    EXPECT_FALSE(append<Pin>(u"x"_qs));
+    // The same where the whole folder is on a disk that is not mounted.
+    std::filesystem::create_symlink(tree.path("platte"), tree.path("config"));
+    const FileUserDefaults elsewhere(tree.path("config/programm"));
+    const StoredList<Pin> list = storedList<Pin>(elsewhere, key);
+    EXPECT_EQ(list.state, StoredState::Unreadable);
+    EXPECT_TRUE(list.lost.join(u' ').contains(u"„config“"_qs)) << list.lost.join(u' ').toStdString();
+    tree.folder("platte");
+    EXPECT_EQ(storedList<Pin>(elsewhere, key).state, StoredState::Absent);
+}
+
 TEST_F(StoredListTest, WritesNothingThatItWouldNotRead)
 {
     ASSERT_TRUE(append<Pin>(u"a"_qs));
