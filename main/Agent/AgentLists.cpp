@@ -78,6 +78,16 @@ Result<void> agentMayBegin(const std::vector<StoredCondition> &damaged)
     return {};
 }
 
+Result<void> agentMaySearchDuplicates(const std::vector<StoredCondition> &damaged)
+{
+    const auto lost = std::ranges::find_if(damaged, [](const StoredCondition &one) {
+        return one.list == AgentKeys::duplicateFolders && one.state != StoredState::Partly;
+    });
+    if (lost != damaged.end())
+        return failure(listDamaged(*lost));
+    return {};
+}
+
 std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders)
 {
     return {folders.dir(StandardFolder::Downloads), folders.dir(StandardFolder::Desktop)};

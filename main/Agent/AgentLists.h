@@ -28,6 +28,8 @@ Result<void> agentMayAct(const UserDefaults &defaults);
 /// Fails if the agent must not start by itself: also if its schedule or the folders searched for duplicates are
 /// unknown.
 Result<void> agentMayBegin(const std::vector<StoredCondition> &damaged);
+/// Fails if the folders searched for duplicates are unknown: the default ones may be those that the user removed.
+Result<void> agentMaySearchDuplicates(const std::vector<StoredCondition> &damaged);
 
 /// The folders searched for duplicates unless the user chooses others.
 std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders);

@@ -47,8 +47,11 @@ void CleanupAgent::beginScan(Search search, ScanPurpose purpose, Cause cause)
         if (!setUp && cause == Cause::Schedule)
             return fail(setUp.error());
         ScanRequest request{rules.get(), profiles.get(), never.get(), {}, autoDuplicates.get() && setUp};
-        if (search == Search::RulesAndDuplicates)
+        if (search == Search::RulesAndDuplicates) {
+            if (const Result<void> may = agentMaySearchDuplicates(damaged.get()); !may)
+                return fail(may.error());
             request.duplicateFolders = duplicateFolders.get();
+        }
         startScan(request, purpose);
     });
 }

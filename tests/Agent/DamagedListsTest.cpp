@@ -106,6 +106,7 @@ TEST_F(DamagedListsTest, nothingIsScannedOrCarriedOutWhileADecisiveListIsDamaged
         CleanupAgent next(world.services());
         wait(next, [&] { next.start(); });
         EXPECT_EQ(home(), before);
+        EXPECT_THAT(next.proposals.get(), IsEmpty());
         // Also refused for a holder of old proposals, such as another process.
         JobControl control;
         EXPECT_FALSE(Execution(world.services()).execute(agent.proposals.get(), control));
@@ -233,6 +234,30 @@ TEST_F(DamagedListsTest, aRunWhoseRecordIsDamagedKeepsItsUndo)
     EXPECT_THAT(lists(next), IsEmpty());
     wait(next, [&] { next.undo(second); });
     EXPECT_TRUE(world.tree().has("home/Downloads/zweite.pdf"));
+}
+
+TEST_F(DamagedListsTest, noOtherFoldersThanTheUsersAreSearchedForDuplicates)
+{
+    world.tree().lines({"home/Downloads/kopie.txt=gleich", "home/Downloads/zweite.txt=gleich"});
+    ASSERT_TRUE(agent.setDuplicateFolders({world.home("Fotos")}));
+    const std::function<void()> damages[] = {[&] { cut(AgentKeys::duplicateFolders); },
+                                             [&] {
+                                                 std::filesystem::remove(fileOf(AgentKeys::duplicateFolders));
+                                                 std::filesystem::create_directory(fileOf(AgentKeys::duplicateFolders));
+                                             }};
+    const std::string before = home();
+    for (const auto &damage : damages) {
+        damage();
+        wait(agent, [&] { agent.scan(CleanupAgent::Search::RulesAndDuplicates); });
+        EXPECT_EQ(home(), before);
+        EXPECT_THAT(agent.proposals.get(), IsEmpty());
+        EXPECT_TRUE(agent.status.get().contains(u"agentDuplicateFolders.json")) << agent.status.get().toStdString();
+        ASSERT_TRUE(agent.restoreList(AgentKeys::duplicateFolders));
+        EXPECT_TRUE(waitUntil([&] { return agent.damaged.get().empty(); }));
+    }
+    cut(AgentKeys::duplicateFolders);
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_TRUE(world.tree().has("home/Ziel/Rechnung.pdf")) << "the rules do not need them";
 }
 
 TEST_F(DamagedListsTest, noFolderIsAnalysedWithoutAllOfTheHistory)
