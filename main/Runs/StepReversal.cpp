@@ -44,12 +44,15 @@ EntryMark markInStead(const JournalStep &step, const EntryMark &left, bool moves
     return left.isAt(*step.to) ? EntryMark() : left;
 }
 
-/// Whether a file differs from what the step left. Folders are expected to change.
+/// Whether a file differs from what the step left, or a folder is another one: its entries are expected to change.
 bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, const Location &place)
 {
-    const bool asLeft = !left || (entry.state.size == left->state.size && entry.state.modified == left->state.modified);
     const Result<FileAttributes> now = readAttributes(place);
-    return !asLeft && now && !now->isFolder();
+    if (!left || !now)
+        return false;
+    if (now->isFolder())
+        return !left->isOf(*now);
+    return entry.state.size != left->state.size || entry.state.modified != left->state.modified;
 }
 
 /// Whether an entry of a copy differs from the original in kind, size or content. Contents are compared only where the times
@@ -129,8 +132,10 @@ Result<UndoRemark> StepReversal::reverse(const Done &done, const JournalledStep 
     if (step.trashedOriginal && !done.volumesThere && !entryExists(step.trashedOriginal->parent_path()))
         return failure(QStringLiteral("Der Papierkorb mit dem Original ist nicht erreichbar."));
     if (step.kind == Kind::Copy) {
+        const bool changed =
+            isChanged(known.plan.entry, done.marks.to, *step.to) || holdsMore(*step.to, step.from, m_control);
         TRY(trashCopy(*step.to, known.plan.entry));
-        return UndoRemark::None;
+        return changed ? UndoRemark::CopyInTrash : UndoRemark::None;
     }
     if (known.plan.original)
         return restoreOriginal(done, known, log);

@@ -10,7 +10,8 @@ enum class UndoRemark {
     None,
     Changed,       ///< restored with later changes
     NewerAtTarget, ///< original restored; the newer file at the target stays there
-    NewerInTrash   ///< original restored; its copy, changed since, is in the Trash
+    NewerInTrash,  ///< original restored; its copy, changed since, is in the Trash
+    CopyInTrash    ///< a copy was undone; it was changed since and is in the Trash
 };
 
 /// Undoes single steps. Every part of a step checks the disk first, so that an undo interrupted at any point can be

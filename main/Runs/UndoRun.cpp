@@ -30,6 +30,9 @@ QString textOf(UndoRemark remark, const JournalStep &step)
     case UndoRemark::NewerInTrash:
         return QStringLiteral("%1: Das Original kam zurück; die inzwischen geänderte Kopie liegt im Papierkorb.")
             .arg(shownName(step.from));
+    case UndoRemark::CopyInTrash:
+        return QStringLiteral("%1: Die Kopie wurde inzwischen geändert; sie liegt im Papierkorb.")
+            .arg(shownName(*step.to));
     }
     return {};
 }
@@ -125,7 +128,8 @@ void Undoer::undoOne(std::size_t number)
         m_outcome.cancelled = true;
     } else {
         (void)m_journal.failed(number);
-        m_outcome.notRestored.push_back(one.from);
+        // The original of a copy never left.
+        m_outcome.notRestored.push_back(one.kind == AgentProposal::Kind::Copy && one.to ? *one.to : one.from);
         m_outcome.left.push_back(indexOf(number));
     }
 }

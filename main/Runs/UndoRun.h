@@ -14,7 +14,7 @@ namespace brellin {
 
 /// The result of an undo.
 struct UndoOutcome {
-    std::vector<Location> notRestored; ///< original paths, in the order of undoing
+    std::vector<Location> notRestored; ///< original paths, or those of copies; in the order of undoing
     std::vector<std::size_t> left;     ///< indices of these steps in the run
     QStringList remarks;               ///< „a.pdf: …“, on entries that came back changed
     bool cancelled = false;            ///< repeating the undo continues with the remaining steps

@@ -329,7 +329,7 @@ TEST_F(RunTest, undoLeavesStrangersThatTookTheStepsPlaces)
     }
     const Result<UndoOutcome> undone = undo(*outcome->run);
     ASSERT_TRUE(undone);
-    EXPECT_EQ(undone->notRestored, (std::vector{world.home("Downloads/kopie.txt"), world.home("Downloads/alt.zip")}));
+    EXPECT_EQ(undone->notRestored, (std::vector{world.home("Neu/Ordner/kopie.txt"), world.home("Downloads/alt.zip")}));
     for (const Location &place : {places[1], places[2], places[3]})
         EXPECT_EQ(std::filesystem::file_size(place), 5u) << place;
     // Saving creates a new file: whatever is at the target now is moved back, with a remark.
@@ -415,6 +415,49 @@ TEST_F(RunTest, undoNamesACopyThatWasEditedToTheSameLength)
     EXPECT_TRUE(world.contents().contains("SIEBEN"));
     EXPECT_EQ(world.tree().content("home/Downloads/Paket.app/innen/daten"), "sieben");
     EXPECT_EQ(remarksAfterSaving("sieben"), QStringList());
+}
+
+TEST_F(RunTest, undoNamesAFolderThatTookThePlaceOfWhatWasMoved)
+{
+    const std::vector<AgentProposal> moves = {
+        proposal(Kind::Move, world.home("Downloads/Paket.app"), world.home("Archiv/Paket.app")),
+        proposal(Kind::Move, world.home("Downloads/tief"), world.home("Archiv/tief")),
+        proposal(Kind::Move, world.home("Downloads/alt.zip"), world.home("Archiv/alt.zip"))};
+    const Result<ExecutionOutcome> outcome = execute(moves);
+    ASSERT_TRUE(outcome && outcome->run);
+    for (const char *const name : {"home/Archiv/Paket.app", "home/Archiv/alt.zip"}) {
+        std::filesystem::remove_all(world.tree().path(name));
+        world.tree().file(std::string(name) + "/fremd", "fremd");
+    }
+    world.tree().file("home/Archiv/tief/dazu", "dazu"); // still the folder that was moved
+    const Result<UndoOutcome> undone = undo(*outcome->run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->notRestored, std::vector<Location>());
+    const QString changed = QStringLiteral(": Inzwischen geändert, so kam es zurück.");
+    EXPECT_EQ(undone->remarks,
+              (QStringList{QStringLiteral("alt.zip") + changed, QStringLiteral("Paket.app") + changed}));
+}
+
+TEST_F(RunTest, undoNamesACopyThatWasWrittenToAndOneThatIsAnother)
+{
+    const Location from = world.home("Downloads/kopie.txt");
+    const Location to = world.home("Neu/kopie.txt");
+    const Result<ExecutionOutcome> written = execute({proposal(Kind::Copy, from, to)});
+    ASSERT_TRUE(written && written->run);
+    world.tree().file("home/Neu/kopie.txt", "weitergeschrieben");
+    const Result<UndoOutcome> undone = undo(*written->run);
+    ASSERT_TRUE(undone);
+    EXPECT_EQ(undone->remarks,
+              QStringList(QStringLiteral("kopie.txt: Die Kopie wurde inzwischen geändert; sie liegt im Papierkorb.")));
+    EXPECT_TRUE(world.contents().contains("weitergeschrieben"));
+
+    const Result<ExecutionOutcome> replaced = execute({proposal(Kind::Copy, from, to)});
+    ASSERT_TRUE(replaced && replaced->run);
+    std::filesystem::rename(world.tree().file("home/Neu/neu", "ganz neu"), to);
+    const Result<UndoOutcome> left = undo(*replaced->run);
+    ASSERT_TRUE(left);
+    EXPECT_EQ(left->notRestored, std::vector{to}) << "the original never left";
+    EXPECT_EQ(world.tree().content("home/Neu/kopie.txt"), "ganz neu");
 }
 
 TEST_F(RunTest, triesTheRestOfAnUndoAgainAndNothingElse)
