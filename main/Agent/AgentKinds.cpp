@@ -17,16 +17,19 @@ namespace brellin {
 
 namespace {
 
-/// Reset settings are not those of an earlier version: the rules got their examples long ago, and the user may have
-/// deleted some since.
 StoredKind settingsKind()
 {
     StoredKind kind = storedObjectKind(QStringLiteral("settings"));
-    kind.fresh = QJsonDocument(QJsonObject{{AgentKeys::rulesVersion, rulesVersion}}).toJson();
+    kind.fresh = QJsonDocument(freshSettings()).toJson();
     return kind;
 }
 
 } // namespace
+
+QJsonObject freshSettings()
+{
+    return {{AgentKeys::rulesVersion, rulesVersion}};
+}
 
 const std::vector<StoredKind> &agentKinds()
 {

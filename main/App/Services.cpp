@@ -10,7 +10,7 @@ namespace brellin {
 
 Services::Services()
     : m_folders(KnownFolders::ofThisUser())
-    , m_defaults(settingsFolder(m_folders.home), {.longLists = longAgentLists()})
+    , m_defaults(settingsFolder(m_folders.home), {.longLists = longAgentLists()}, freshSettings())
     , m_forgotten(&m_defaults)
     , m_trash(m_folders.trash.parent_path(), m_volumes)
     , m_locations(m_folders.home)

@@ -92,9 +92,10 @@ void putBack(const PutAside &gone)
 
 } // namespace
 
-FileUserDefaults::FileUserDefaults(Location folder, StoredLimits limits)
+FileUserDefaults::FileUserDefaults(Location folder, StoredLimits limits, QJsonObject fresh)
     : m_folder(std::move(folder))
     , m_limits(std::move(limits))
+    , m_fresh(std::move(fresh))
 {
     m_gate.file = m_folder / "settings.lock";
     for (const QString &key : m_limits.longLists)
@@ -181,7 +182,7 @@ Result<void> FileUserDefaults::setValue(const QString &key, const QVariant &valu
         // Fall back to the last good version rather than lose all settings.
         const std::optional<QJsonObject> earlier =
             damaged ? valuesIn(readLastGood(valuesKey).value_or(std::nullopt)) : stored;
-        QJsonObject values = earlier.value_or(QJsonObject());
+        QJsonObject values = earlier.value_or(damaged ? m_fresh : QJsonObject());
         const QJsonValue json = jsonOf(value);
         if (!damaged && values.contains(key) && values.value(key) == json)
             return std::nullopt;

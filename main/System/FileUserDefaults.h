@@ -32,8 +32,9 @@ struct StoredLimits {
 /// writes within one clock tick apart).
 class FileUserDefaults : public UserDefaults {
 public:
-    /// The folder is created at the first write.
-    explicit FileUserDefaults(Location folder, StoredLimits limits = {});
+    /// The folder is created at the first write. Plain values that are damaged and have no last good version start
+    /// again from `fresh`.
+    explicit FileUserDefaults(Location folder, StoredLimits limits = {}, QJsonObject fresh = {});
 
     std::optional<QVariant> value(const QString &key) const override;
     Result<void> setValue(const QString &key, const QVariant &value) override;
@@ -62,6 +63,7 @@ private:
 
     Location m_folder;
     StoredLimits m_limits;
+    QJsonObject m_fresh;
     Gate m_gate;                         ///< for all keys except the long lists
     std::map<QString, Gate> m_longGates; ///< complete from the beginning
 };

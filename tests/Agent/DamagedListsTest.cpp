@@ -215,6 +215,16 @@ TEST_F(DamagedListsTest, inOtherListsABadRecordCostsThatRecord)
         << "kept aside";
 }
 
+TEST_F(DamagedListsTest, aSettingStoredOverDamagedOnesBringsNoRulesBack)
+{
+    cut(QStringLiteral("settings"));
+    std::filesystem::remove(world.tree().path("settings/settings.zuletzt-gut.json"));
+    EXPECT_TRUE(agent.setIntervalHours(7));
+    CleanupAgent next(world.services());
+    EXPECT_EQ(next.intervalHours.get(), 7);
+    EXPECT_THAT(next.rules.get(), SizeIs(1));
+}
+
 TEST_F(DamagedListsTest, aRunWhoseRecordIsDamagedKeepsItsUndo)
 {
     wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });

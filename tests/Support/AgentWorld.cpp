@@ -1,5 +1,6 @@
 #include "Support/AgentWorld.h"
 
+#include "Agent/AgentKinds.h"
 #include "Agent/AgentLists.h"
 #include "Runs/Placement.h"
 
@@ -26,7 +27,7 @@ KnownFolders foldersIn(const Location &home)
 } // namespace
 
 AgentWorld::AgentWorld()
-    : m_storedDefaults(m_tree.path("settings"))
+    : m_storedDefaults(m_tree.path("settings"), {}, freshSettings())
     , m_defaults(faults, m_storedDefaults)
     , m_volumes(m_tree.path("disk"))
     , m_files(faults, m_volumes)
