@@ -240,12 +240,19 @@ void CleanupAgent::setAttended(const QObject &view, bool attended)
         m_attendedViews.erase(&view);
 }
 
-void CleanupAgent::noteChecked()
+Result<void> CleanupAgent::noteChecked()
 {
     const auto now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
     publish(lastRun, std::optional(Instant(now)));
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(now.time_since_epoch().count(), Qt::UTC);
-    m_checked = setPlain(lastRunKey, time) ? std::nullopt : lastRun.get();
+    ++m_changes;
+    const Result<void> stored = m_services.defaults.setValue(lastRunKey, time);
+    m_checked = stored ? std::nullopt : lastRun.get();
+    if (!stored)
+        return failure(
+            Failure{QStringLiteral("Der Zeitpunkt der Prüfung ließ sich nicht speichern: ") + stored.error().message,
+                    stored.error().code});
+    return {};
 }
 
 } // namespace brellin

@@ -169,7 +169,7 @@ public:
     Result<void> setIntervalHours(int hours);
     Result<void> setAutoDuplicates(bool on);
     /// Records that the user's folders have just been checked.
-    void noteChecked();
+    Result<void> noteChecked();
 
 private:
     /// The result of a worker, with the history as of then, since a long one takes time to read.

@@ -158,10 +158,11 @@ void CleanupAgent::finishScan(ScanEnd scan)
     showProposals(std::move(scan.left));
     publish(failures, std::move(texts));
     setNewSinceViewed(newSinceViewed.get() + scan.added + static_cast<int>(byItself));
-    noteChecked();
+    const Result<void> noted = noteChecked();
     publish(leftNothing, proposals.get().empty());
     end(m_findings.summary(std::ssize(proposals.get()), static_cast<std::int64_t>(byItself)) +
-        (automatic ? noteNotStored(*automatic) : QString()));
+        (automatic ? noteNotStored(*automatic) : QString()) +
+        (noted ? QString() : QStringLiteral(" · ") + noted.error().message));
 }
 
 /// Keeps the list, the badge and the time of the last check. What was executed by then is in the history and leaves the

@@ -66,8 +66,12 @@ ExitCode runCheckCommand(CommandContext &context)
                            {QStringLiteral("duplicates"), static_cast<qint64>(found.duplicates)},
                            {QStringLiteral("refusedTargets"), refusedOf(found.refusedTargets)}};
     });
-    if (command.executes() && (code == ExitCode::Done || code == ExitCode::Failed))
-        agent.noteChecked();
+    if (!command.executes() || (code != ExitCode::Done && code != ExitCode::Failed))
+        return code;
+    if (const Result<void> noted = agent.noteChecked(); !noted) {
+        context.terminal.message(noted.error().message);
+        return ExitCode::Failed;
+    }
     return code;
 }
 

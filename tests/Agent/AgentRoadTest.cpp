@@ -75,7 +75,7 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     world.model.answer = QStringLiteral("Verträge");
 
     CleanupAgent agent(world.services());
-    agent.noteChecked();
+    ASSERT_TRUE(agent.noteChecked());
     world.clock.time += std::chrono::hours(23);
     wait(agent, [&] { agent.tick(); });
     EXPECT_TRUE(agent.status.get().isEmpty()) << "not due yet";

@@ -410,4 +410,7 @@ TEST_F(DamagedListsTest, aSettingThatCannotBeStoredIsNotPretended)
     EXPECT_TRUE(agent.status.get().contains(u"settings.json")) << agent.status.get().toStdString();
     EXPECT_FALSE(agent.setIntervalHours(1));
     EXPECT_EQ(agent.intervalHours.get(), 24);
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_TRUE(agent.status.get().contains(u"settings.json")) << agent.status.get().toStdString();
+    EXPECT_TRUE(agent.status.get().contains(u"1 automatisch erledigt"));
 }
