@@ -104,6 +104,12 @@ ExitCode runUndoCommand(CommandContext &context)
     agent.recover();
     if (interruption.heard())
         return exitCodeOf(Failure::cancelled(), context.terminal);
+    // The newest run may be the one that is damaged.
+    const bool isLossy =
+        std::ranges::find(agent.damaged.get(), RunKeys::history, &StoredCondition::list) != agent.damaged.get().end();
+    if (isLossy && context.arguments.rest().empty())
+        return context.refuse(
+            QStringLiteral("Welche Aufräum-Aktion? brellin rueckgaengig ID (die IDs zeigt: brellin verlauf)"));
     const Result<std::optional<JournalRun>> meant = runMeant(agent, context.arguments.rest());
     if (!meant)
         return context.refuse(meant.error().message);

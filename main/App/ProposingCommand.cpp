@@ -3,6 +3,7 @@
 #include "Agent/AgentJson.h"
 #include "App/AgentOperation.h"
 #include "App/ProposalListing.h"
+#include "App/StoredData.h"
 #include "App/TypedLocation.h"
 #include "Base/German.h"
 
@@ -79,6 +80,8 @@ std::optional<ExitCode> ProposingCommand::propose(const std::function<void()> &s
         return exitCodeOf(Failure::cancelled(), m_context.terminal);
     if (m_agent.lastFailure())
         return exitCodeOf(*m_agent.lastFailure(), m_context.terminal);
+    for (const StoredCondition &damaged : m_agent.damaged.get())
+        m_context.terminal.message(damageNotice(damaged));
     applyOptions();
     m_found = m_agent.status.get();
     return std::nullopt;

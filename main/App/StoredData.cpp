@@ -104,13 +104,18 @@ const std::vector<StoredKind> &storedKinds()
     return kinds;
 }
 
+QString damageNotice(const StoredCondition &condition)
+{
+    return printable(condition.text()) + howToGoOn;
+}
+
 std::optional<ExitCode> refuseIfDamaged(const CommandContext &context, const QString &list)
 {
     const StoredKind *const kind = kindOf(list);
     const StoredCondition condition = kind ? conditionOf(context.services.settings(), *kind) : StoredCondition();
     if (condition.isWhole())
         return std::nullopt;
-    const ExitCode refused = context.refuse(printable(condition.text()) + howToGoOn);
+    const ExitCode refused = context.refuse(damageNotice(condition));
     return condition.state == StoredState::Partly ? std::nullopt : std::optional(refused);
 }
 

@@ -109,3 +109,44 @@ TEST_F(DataCommandTest, namesTheBadRecordsOfEveryList)
         EXPECT_TRUE(run({"daten"}).output.contains(named)) << list.toStdString();
     }
 }
+
+TEST_F(DataCommandTest, anUndoWithoutAnIdDoesNotTakeAnOlderRunForADamagedOne)
+{
+    EXPECT_EQ(run({"pruefen", "--ausfuehren"}).exitCode, 0);
+    tree.lines({"Downloads/Rechnung zwei.pdf=zwei"});
+    EXPECT_EQ(run({"pruefen", "--ausfuehren"}).exitCode, 0);
+    const QJsonArray runs = QJsonDocument::fromJson(run({"verlauf", "--json"}).output).array();
+    ASSERT_EQ(runs.size(), 2);
+    const std::string newer = runs[0][QStringLiteral("id")].toString().toStdString();
+    const std::string older = runs[1][QStringLiteral("id")].toString().toStdString();
+    const Location history = rulesFile().parent_path() / "agentHistory.json";
+    const std::string file = history.lexically_relative(tree.root()).native();
+    std::string text = tree.content(file);
+    tree.file(file, text.replace(text.find(newer), 1, "x"));
+
+    const ProcessOutput refused = run({"rueckgaengig"});
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_TRUE(refused.errors.contains("brellin verlauf")) << refused.errors.toStdString();
+    EXPECT_FALSE(tree.has("Downloads/Rechnung.pdf"));
+    EXPECT_EQ(run({"rueckgaengig", older}).exitCode, 0);
+    EXPECT_TRUE(tree.has("Downloads/Rechnung.pdf"));
+    EXPECT_EQ(run({"rueckgaengig", newer}).exitCode, 0);
+    EXPECT_TRUE(tree.has("Downloads/Rechnung zwei.pdf"));
+}
+
+TEST_F(DataCommandTest, aCheckNamesWhatItCouldNotReadOrStore)
+{
+    const std::string folder = rulesFile().parent_path().lexically_relative(tree.root()).native() + "/";
+    tree.file(folder + "agentDuplicateFolders.json", R"(["/nirgends",7])");
+    const ProcessOutput partly = run({"pruefen", "--doppelte"});
+    EXPECT_EQ(partly.exitCode, 0);
+    EXPECT_TRUE(partly.errors.contains("„agentDuplicateFolders.json“")) << partly.errors.toStdString();
+    EXPECT_TRUE(partly.errors.contains("brellin daten"));
+
+    std::filesystem::remove(tree.path(folder + "settings.json"));
+    tree.folder(folder + "settings.json");
+    const ProcessOutput unstored = run({"pruefen", "--ausfuehren"});
+    EXPECT_EQ(unstored.exitCode, 1);
+    EXPECT_TRUE(unstored.errors.contains("Der Zeitpunkt der Prüfung")) << unstored.errors.toStdString();
+    EXPECT_FALSE(tree.has("Downloads/Rechnung.pdf"));
+}
