@@ -83,8 +83,8 @@ Result<void> renameByLink(NameIn from, NameIn to)
     return failure(why);
 }
 
-/// For file systems with neither exclusive rename nor hard links that are known as such: reserves the name with an empty file of ours and
-/// renames over that.
+/// For file systems with neither exclusive rename nor hard links that are known as such: reserves the name with an empty
+/// file of ours and renames over that.
 Result<void> renameOverReserved(NameIn from, NameIn to)
 {
     const Descriptor reserved(
