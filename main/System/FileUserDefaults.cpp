@@ -252,10 +252,15 @@ Result<void> FileUserDefaults::write(const QString &key, const QByteArray &json)
 /// their original names.
 Result<void> FileUserDefaults::inPlaceOfOld(const QString &key, const std::function<Result<void>()> &act) const
 {
-    const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    QDateTime time = QDateTime::currentDateTimeUtc();
     const auto name = [&](const QString &what) {
-        return m_folder / (key + u'.' + what + u'-' + time + QStringLiteral(".json")).toStdString();
+        const QString when = time.toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+        return m_folder / (key + u'.' + what + u'-' + when + QStringLiteral(".json")).toStdString();
     };
+    // Two changes within one millisecond.
+    while (::access(name(QStringLiteral("beschädigt")).c_str(), F_OK) == 0 ||
+           ::access(name(QStringLiteral("zuletzt-gut")).c_str(), F_OK) == 0)
+        time = time.addMSecs(1);
     PutAside gone;
     Result<void> done = keepAs(fileOf(key), name(QStringLiteral("beschädigt")), limitOf(key), gone);
     if (done)

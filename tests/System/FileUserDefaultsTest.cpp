@@ -157,6 +157,14 @@ TEST_F(FileUserDefaultsTest, KeepsDamagedListsAside)
     EXPECT_EQ(files().size(), 7U) << "the values twice, and what was kept of them";
 }
 
+TEST_F(FileUserDefaultsTest, KeepsEveryVersionOfManyWithinAMillisecond)
+{
+    for (int i = 0; i <= 50; ++i)
+        ASSERT_TRUE(defaults.replace(u"l"_qs, QByteArray::number(i)));
+    EXPECT_EQ(std::ranges::count_if(files(), [](const std::string &name) { return name.starts_with("l.beschädigt-"); }),
+              50);
+}
+
 TEST_F(FileUserDefaultsTest, AnUnreadableListIsNotAnEmptyOne)
 {
     // A folder in its place is unreadable even for root.
