@@ -1,5 +1,6 @@
 #include "Guard/SystemLocations.h"
 
+#include "Guard/FolderEntry.h"
 #include "Guard/RealPath.h"
 
 #include <algorithm>
@@ -170,18 +171,14 @@ std::optional<SystemLocations::Verdict> SystemLocations::verdictOn(const FileIde
     return now && now->identity == folder ? std::optional(known->second.verdict) : std::nullopt;
 }
 
-bool SystemLocations::isRefusedFolder(const FileIdentity &folder) const
+bool SystemLocations::mayEnter(std::string_view standardised, const FileIdentity &folder) const
 {
-    return verdictOn(folder) == Verdict::Refused;
+    return isAllowedText(standardised) && verdictOn(folder) != Verdict::Refused;
 }
 
 /// As with paths, the deepest known folder above the location decides.
 bool SystemLocations::isAllowedByIdentity(std::string real) const
 {
-    const auto identityOf = [](const std::string &path) {
-        const Result<FileAttributes> attributes = readAttributes(path);
-        return attributes ? std::optional(attributes->identity) : std::nullopt;
-    };
     const std::optional<FileIdentity> itself = identityOf(real);
     if (itself && itself == identityOf("/"))
         return false;

@@ -57,8 +57,9 @@ public:
         return isAllowedText(std::string_view(standardised.native()));
     }
 
-    /// Whether a folder is one of the refused ones, whatever its path. For walks, which meet every folder on the way.
-    bool isRefusedFolder(const FileIdentity &folder) const;
+    /// Whether a walk may enter a folder that it meets at a standardised path: neither the text nor the folder itself is
+    /// refused. Reads the disk only if the folder has the number of a system folder.
+    bool mayEnter(std::string_view standardised, const FileIdentity &folder) const;
 
     /// The home folder as passed in, unresolved.
     const Location &home() const { return m_home; }

@@ -39,8 +39,8 @@ void AnalysisScope::decideFolders()
 bool AnalysisScope::isPassedBy(const SurveyedFolder &folder) const
 {
     return folder.hidden || folder.package || folder.otherVolume ||
-           isSkippedFolder(folder.location.filename().native()) || !m_locations.isAllowedText(folder.location) ||
-           m_locations.isRefusedFolder(folder.state.identity);
+           isSkippedFolder(folder.location.filename().native()) ||
+           !m_locations.mayEnter(folder.location.native(), folder.state.identity);
 }
 
 std::vector<QString> AnalysisScope::projectsNotEntered() const

@@ -155,8 +155,7 @@ WalkStep Collection::visitFolder(const WalkEntry &entry)
         if (!m_walked.insert(entry.attributes.identity).second)
             return WalkStep::SkipFolder;
     }
-    const bool allowed =
-        m_locations.isAllowedText(entry.location()) && !m_locations.isRefusedFolder(entry.attributes.identity);
+    const bool allowed = m_locations.mayEnter(entry.location().native(), entry.attributes.identity);
     return allowed ? WalkStep::Continue : WalkStep::SkipFolder;
 }
 

@@ -65,7 +65,7 @@ private:
 bool Collector::mayEnter(const WalkEntry &entry) const
 {
     const std::string named = std::string(entry.folder).append("/").append(entry.name);
-    if (!m_locations.isAllowedText(std::string_view(named)) || m_locations.isRefusedFolder(entry.attributes.identity))
+    if (!m_locations.mayEnter(named, entry.attributes.identity))
         return false;
     // Symlinks below the source are not followed, so resolved paths differ only in their prefix.
     return m_source.resolved == m_source.folder.native() ||
