@@ -9,17 +9,6 @@ namespace brellin {
 
 namespace {
 
-bool isAge(const RuleCondition &condition)
-{
-    return condition.kind == ConditionKind::OlderThanDays;
-}
-
-std::vector<RuleCondition> withoutAges(std::vector<RuleCondition> conditions)
-{
-    std::erase_if(conditions, isAge);
-    return conditions;
-}
-
 std::optional<Location> resolvedFolder(const QString &path, const Location &home)
 {
     const std::optional<Location> folder = rulePath(path, home);
@@ -78,7 +67,7 @@ std::set<QUuid> LaterMoves::trashRules(const Location &file, const FileState &st
     tested.set(name, state.size, state.modified);
     std::set<QUuid> found;
     std::set<const Rule *> followed;
-    std::vector<Place> places{{folderOf(file)}};
+    std::vector<Place> places{{m_folders.real(file).parent_path()}};
     for (std::size_t i = 0; i < places.size(); ++i) {
         const Place place = places[i];
         for (const Rule &rule : m_rules) {
@@ -93,15 +82,6 @@ std::set<QUuid> LaterMoves::trashRules(const Location &file, const FileState &st
         }
     }
     return found;
-}
-
-const Location &LaterMoves::folderOf(const Location &file)
-{
-    const Location folder = file.parent_path();
-    const auto known = m_folders.find(folder);
-    return known != m_folders.end()
-               ? known->second
-               : m_folders.emplace(folder, resolvedLocation(folder).value_or(folder)).first->second;
 }
 
 } // namespace brellin

@@ -2,10 +2,10 @@
 
 #include "Agent/Rules/RuleConditions.h"
 #include "Disk/FileAttributes.h"
+#include "Guard/EntryFolders.h"
 
 #include <QUuid>
 
-#include <map>
 #include <set>
 #include <vector>
 
@@ -39,10 +39,9 @@ private:
         bool takesAlways(const Place &place) const;
     };
     void add(const CleanupRule &rule, const Location &home);
-    const Location &folderOf(const Location &file);
 
     std::vector<Rule> m_rules;
-    std::map<Location, Location> m_folders; ///< resolved, by the path used
+    EntryFolders m_folders;
 };
 
 } // namespace brellin

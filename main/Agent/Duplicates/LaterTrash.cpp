@@ -83,8 +83,7 @@ Result<LaterTrash> LaterTrash::of(const SystemLocations &locations, const RuleMa
     rules = rulesReaching(rules, filesOf(pairs), locations.home());
     for (CleanupRule &rule : rules) {
         if (trashes(rule))
-            std::erase_if(rule.conditions,
-                          [](const RuleCondition &one) { return one.kind == ConditionKind::OlderThanDays; });
+            rule.conditions = withoutAges(std::move(rule.conditions));
     }
     if (std::ranges::none_of(rules, trashes))
         return later;

@@ -79,6 +79,17 @@ bool extensionMatches(const std::string &part, RuleFile &file)
 
 } // namespace
 
+bool isAge(const RuleCondition &condition)
+{
+    return condition.kind == ConditionKind::OlderThanDays;
+}
+
+std::vector<RuleCondition> withoutAges(std::vector<RuleCondition> conditions)
+{
+    std::erase_if(conditions, isAge);
+    return conditions;
+}
+
 std::optional<double> conditionNumber(const QString &value)
 {
     QString text = value.trimmed();

@@ -41,6 +41,10 @@ private:
     const QString *m_category = nullptr;
 };
 
+/// Whether a condition asks for a file's age, so that it holds some day if it does not hold today.
+bool isAge(const RuleCondition &condition);
+std::vector<RuleCondition> withoutAges(std::vector<RuleCondition> conditions);
+
 /// Parses a number as typed into a condition, with a decimal comma or point.
 std::optional<double> conditionNumber(const QString &value);
 
