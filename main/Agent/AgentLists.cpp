@@ -36,6 +36,13 @@ Failure listDamaged(const StoredCondition &list)
     return why;
 }
 
+template <class Test>
+Result<void> refuseOver(const std::vector<StoredCondition> &damaged, Test isRelevant)
+{
+    const auto lost = std::ranges::find_if(damaged, isRelevant);
+    return lost == damaged.end() ? Result<void>() : failure(listDamaged(*lost));
+}
+
 } // namespace
 
 AgentLists AgentLists::read(const UserDefaults &defaults, const KnownFolders &folders)
@@ -54,10 +61,7 @@ AgentLists AgentLists::read(const UserDefaults &defaults, const KnownFolders &fo
 
 Result<void> agentMayAct(const std::vector<StoredCondition> &damaged)
 {
-    const auto decisive = std::ranges::find_if(damaged, isDecisive);
-    if (decisive != damaged.end())
-        return failure(listDamaged(*decisive));
-    return {};
+    return refuseOver(damaged, isDecisive);
 }
 
 Result<void> agentMayAct(const UserDefaults &defaults)
@@ -71,21 +75,15 @@ Result<void> agentMayAct(const UserDefaults &defaults)
 
 Result<void> agentMayBegin(const std::vector<StoredCondition> &damaged)
 {
-    const auto lost = std::ranges::find_if(
-        damaged, [](const StoredCondition &one) { return isDecisive(one) || one.state != StoredState::Partly; });
-    if (lost != damaged.end())
-        return failure(listDamaged(*lost));
-    return {};
+    return refuseOver(damaged,
+                      [](const StoredCondition &one) { return isDecisive(one) || one.state != StoredState::Partly; });
 }
 
 Result<void> agentMaySearchDuplicates(const std::vector<StoredCondition> &damaged)
 {
-    const auto lost = std::ranges::find_if(damaged, [](const StoredCondition &one) {
+    return refuseOver(damaged, [](const StoredCondition &one) {
         return one.list == AgentKeys::duplicateFolders && one.state != StoredState::Partly;
     });
-    if (lost != damaged.end())
-        return failure(listDamaged(*lost));
-    return {};
 }
 
 std::vector<Location> defaultDuplicateFolders(const KnownFolders &folders)
