@@ -1,5 +1,7 @@
 #include "Runs/ReservedName.h"
 
+#include "Disk/CopyTreeRemoval.h"
+
 namespace brellin {
 
 namespace {
@@ -41,7 +43,7 @@ ReservedName clearReservedName(const RunServices &services, const JournalledStep
         return found.error().is(std::errc::no_such_file_or_directory) ? ReservedName::Settled : ReservedName::Unclear;
     const Result<FileAttributes> entry = readAttributes(reserve.entry);
     // If rename is emulated by a hard link, the entry has both names for a moment: remove the new one.
-    if (entry && found->isFile() && found->identity == entry->identity)
+    if (entry && found->isFile() && found->identity == entry->identity && keepsInodes(reserve.name.parent_path()))
         return services.files.removeOwnCopy(reserve.name) ? ReservedName::Cleared : ReservedName::Unclear;
     const bool entryStays = entry && isUnchanged(reserve.mark, *entry);
     const bool arrived = !entryStays && isUnchanged(reserve.mark, *found);
