@@ -15,8 +15,8 @@ namespace brellin {
 /// An option that a command accepts.
 struct OptionSpec {
     QString name; ///< "ausfuehren", written "--ausfuehren"
-    QString
-        valueName; ///< "MUSTER" if the option takes a value ("--ohne MUSTER" or "--ohne=MUSTER"); empty for a switch
+    /// "MUSTER" if the option takes a value ("--ohne MUSTER" or "--ohne=MUSTER"); empty for a switch.
+    QString valueName;
     QString help;
 };
 

@@ -15,7 +15,7 @@ public:
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
 
-    /// The part of a name cell that the symbol and the name fill: a click beside it begins a rubber band.
+    /// The area of a name cell that symbol and name cover: a click beside it starts a rubber band.
     QRect filledPart(const QRect &cell, const QModelIndex &index) const;
 
 private:
