@@ -5,17 +5,17 @@
 
 namespace brellin {
 
-/// The clipboard of the desktop.
+/// Pasteboard on the desktop's clipboard.
 class DesktopPasteboard : public Pasteboard {
 public:
     void setText(const QString &text) override;
 };
 
-/// Files on the desktop's clipboard, in every form that other file managers read.
+/// Puts files on the clipboard in all formats that common file managers read.
 void putOnClipboard(const ClipboardFiles &files);
-/// The files that lie there; nothing where something else does.
+/// The files on the clipboard; none if it holds something else.
 std::optional<ClipboardFiles> filesOnClipboard();
-/// What was cut has been moved: it is not moved again.
+/// Clears the clipboard after a move, so that cut files are not pasted again.
 void clearCutFiles();
 
 } // namespace brellin

@@ -4,7 +4,7 @@ class QWidget;
 
 namespace brellin {
 
-/// Whether a widget takes typed text: a field or a text that is not read only, a spin box, a choice that can be typed.
+/// Whether the widget accepts typed text: a field or text that is not read-only, a spin box, an editable combo box.
 bool isEditable(const QWidget *widget);
 
 } // namespace brellin

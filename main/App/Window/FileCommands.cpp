@@ -21,7 +21,7 @@ namespace brellin {
 
 namespace {
 
-/// The ID of the undo among the work that a panel shows; those of operations begin at 1.
+/// Work ID of undo in the panel; IDs of operations start at 1.
 constexpr int undoWork = 0;
 
 std::vector<PanelWork> workOf(const FileOperations &operations, const UserUndo &undo)
@@ -58,7 +58,7 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     new OperationQuestions(services.operations, window);
     services.notices.unread.observe(this, [this](const auto &) { tellNotices(); });
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &FileCommands::tellNotices, Qt::QueuedConnection);
-    // An empty one would take away the error that came before it.
+    // An empty text would overwrite an error shown before.
     const auto say = [this](const QString &text) {
         if (!text.isEmpty() && attentionTo(*m_window) != Attention::Elsewhere)
             Q_EMIT said(text);
@@ -98,7 +98,7 @@ void FileCommands::showWorkIn(TransferPanel &panel)
     show();
 }
 
-/// Which entry it is now is asked on a worker: its volume may have stopped answering.
+/// Reads the entry's identity on a worker, since its volume may not respond.
 void FileCommands::recordChange(const Location &from, const Location &to)
 {
     onWorker(
@@ -111,7 +111,7 @@ void FileCommands::recordChange(const Location &from, const Location &to)
         [this](const UserAction &action) { m_services.undo.record(action); });
 }
 
-/// Batches that a crash cut short are put back only if the user wants that.
+/// Interrupted batch renames are only undone if the user agrees.
 void FileCommands::visit(const Location &folder)
 {
     m_transferScreens->visit(folder);
@@ -142,7 +142,7 @@ QUuid FileCommands::idOf(const BrowserModel &pane) const
     return {};
 }
 
-/// Reads the pane again when an operation has ended, and selects what came of it.
+/// Reloads the pane when an operation has ended, and selects its results.
 FileOperations::Then FileCommands::reloading(BrowserModel &pane)
 {
     return {&pane, [&pane](const OperationOutcome &outcome) {
@@ -305,7 +305,7 @@ void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
     }
 }
 
-/// The desktop's mail program may take its time.
+/// On a worker, since starting the mail program may take seconds.
 void FileCommands::attach(const std::vector<Location> &entries)
 {
     onWorker(
@@ -336,7 +336,7 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
     sheet->begin();
 }
 
-/// A transfer outlives the pane that asked for it.
+/// The pane may have been closed while its transfer ran.
 void FileCommands::finished(const FinishedTransfer &transfer)
 {
     const auto asked = std::ranges::find(m_panes, transfer.pane, [](const auto &one) { return one.first; });
@@ -354,7 +354,8 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         pane.showError(*message);
 }
 
-/// To the user, once and in the window they are in; while they are in none, in every one until they come back.
+/// The focused window shows notices and clears them. While no window has the focus, every window shows them, and they
+/// stay unread.
 void FileCommands::tellNotices()
 {
     const Attention attention = attentionTo(*m_window);

@@ -13,19 +13,19 @@ namespace brellin {
 class TransferPanel;
 class YesNoSheet;
 
-/// What a window's commands do with files: passes the active pane's selection on to the transfers and operations, and shows
-/// in the pane what came of them. Each pane has an ID under which its transfers wait for each other.
+/// File commands of one window: starts transfers and operations with the active pane's selection and shows their
+/// outcome in that pane. Each pane has an ID; the queue runs one transfer at a time per ID.
 class FileCommands : public QObject {
     Q_OBJECT
 public:
     FileCommands(const WindowServices &services, QWidget *window);
 
-    /// A pane of this window.
+    /// Adds a pane of this window. The pane may be destroyed at any time.
     void add(BrowserModel *pane);
-    /// Shows in the window's panel what is under way besides transfers.
+    /// Shows operations and undo in the panel, beside the transfers.
     void showWorkIn(TransferPanel &panel);
 
-    // What commands of the table do with the selected entries of the pane, or in its folder.
+    // Called by the command table for the pane's selected entries or its folder.
     void newTextDocument(BrowserModel &pane);
     void moveToTrash(BrowserModel &pane);
     void deleteForGood(BrowserModel &pane);
@@ -34,7 +34,7 @@ public:
     void unpack(BrowserModel &pane);
     void makeAlias(BrowserModel &pane);
     void openTerminal(BrowserModel &pane);
-    /// Of the folder itself where nothing is selected.
+    /// Without a selection, shows those of the pane's folder.
     void showPropertiesOfSelection(BrowserModel &pane);
     void cut(BrowserModel &pane);
     void copy(BrowserModel &pane);
@@ -46,7 +46,7 @@ public:
     void undo();
     void redo();
 
-    /// A folder is shown: offers to clear up what a crash left in it.
+    /// Call when a pane shows a folder: offers to settle transfers and batch renames that a crash interrupted there.
     void visit(const Location &folder);
 
     void transfer(std::vector<Location> sources, const Location &destination, TransferKind kind, BrowserModel &pane);
@@ -71,7 +71,7 @@ private:
 
     WindowServices m_services;
     QWidget *m_window;
-    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes; ///< those that are closed as well
+    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes; ///< also closed ones, as null
     TransferScreens *m_transferScreens;
     QPointer<YesNoSheet> m_restoring;
     FileCall<std::vector<CutShortRename>> m_looking;

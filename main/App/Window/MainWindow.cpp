@@ -66,7 +66,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
 
 MainWindow::~MainWindow()
 {
-    // What the panes publish on their way out is nobody's any more.
+    // Stop observing first, so that nothing the panes publish while being destroyed is handled.
     m_following.reset();
     qApp->removeEventFilter(this);
 }
@@ -146,7 +146,7 @@ QWidget *MainWindow::buildPanes()
     return whole;
 }
 
-/// The screens may be others than last time.
+/// Fits the frame to a current screen, since screens may have changed since the last start.
 void MainWindow::placeAt(const std::vector<int> &frame)
 {
     if (frame.size() != 4) {
@@ -219,7 +219,7 @@ BrowserModel *MainWindow::pane() const
     return &tab()->active();
 }
 
-/// Everything around the panes shows the active one from now on.
+/// Rebinds everything around the panes to the active pane.
 void MainWindow::follow()
 {
     BrowserModel *const now = pane();

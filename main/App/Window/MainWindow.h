@@ -27,8 +27,8 @@ class TransferPanel;
 class TrashPage;
 class YesNoSheet;
 
-/// A window of the file manager: toolbar, sidebar, tabs with their panes, preview and status line, and the pages that stand
-/// in their place. It assembles and passes on; what happens is decided by the models.
+/// A window of the file manager: toolbar, sidebar, tabs with panes, preview, status line, and pages shown instead of
+/// the panes. It connects widgets to models; all decisions are in the models.
 class MainWindow : public QWidget {
     Q_OBJECT
 public:
@@ -37,22 +37,23 @@ public:
 
     StoredWindow stored() const;
     void addTab(const Location &folder);
-    /// Shows an entry: its folder in a new tab, the entry selected.
+    /// Opens the entry's folder in a new tab and selects the entry.
     void showEntry(const Location &entry);
-    /// Carries the command's row of the table out, unless a sheet is open.
+    /// Runs the command from the table, unless a sheet is open.
     void run(CommandId id);
     CommandState state() const;
 
-    // What commands of the table do with the window itself.
+    // Called by the command table for the window itself.
     void newTab();
     void newWindow();
     void closeCurrentTab();
     void nextTab();
     void previousTab();
     void openSelection();
-    /// The selected folders.
+    /// Opens each selected folder in a new tab.
     void openInNewTabs();
-    /// From a page to what it covers, from one of its own pages to its first; else along the history.
+    /// Leaves a subpage of the agent for its start page, or a page for the folder it covers; otherwise goes back in the
+    /// history.
     void goBack();
     void goHome();
     void goToDownloads();
@@ -66,14 +67,15 @@ public:
     void toggleSidebar();
     void showSettings();
 
-    /// Whether the program may end now. Where it is still at work, asks, and wants to quit once more after a yes.
+    /// Whether the program may quit now. If work is running, returns false and asks; emits quitRequested() when the
+    /// user agrees.
     bool mayQuit();
-    /// Closes without a question, which has been asked elsewhere.
+    /// Closes without asking about running work.
     void closeUnasked();
 
     Q_SIGNAL void newWindowRequested(const brellin::Location &folder);
     Q_SIGNAL void quitRequested();
-    /// Something that comes back at the next start has changed.
+    /// Emitted when something that is stored for the next start has changed.
     Q_SIGNAL void changed();
     Q_SIGNAL void closed();
 
@@ -84,7 +86,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// What stands where the panes are, and its words in the address bar; none where the panes are shown.
+    /// The page shown instead of the panes, and its crumbs in the address bar; null if the panes are shown.
     struct Page {
         QWidget *widget = nullptr;
         QStringList words;
@@ -161,22 +163,22 @@ private:
     QStackedWidget *m_places = nullptr;
     QSplitter *m_middle = nullptr;
     TabBar *m_tabs = nullptr;
-    QStackedWidget *m_tabPages = nullptr; ///< in the order of the tabs
+    QStackedWidget *m_tabPages = nullptr; ///< same order as the tabs
     PreviewSide *m_preview = nullptr;
     StatusBar *m_status = nullptr;
     FileCommands *m_files = nullptr;
     std::unique_ptr<StorageOverview> m_storage;
     TransferPanel *m_transfers = nullptr;
-    std::map<Place::Kind, QWidget *> m_pages; ///< made when they are first shown
+    std::map<Place::Kind, QWidget *> m_pages; ///< created on first use
     AgentView *m_agent = nullptr;
-    std::unique_ptr<QObject> m_following; ///< of the active pane
-    bool m_mayClose = false;              ///< the user has said so
+    std::unique_ptr<QObject> m_following; ///< observes the active pane
+    bool m_mayClose = false;              ///< the user agreed to close
     QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
     int m_previewWidth;
 };
 
-/// The user default that says whether windows begin with the preview.
+/// Setting: whether new windows show the preview.
 inline const QString showPreviewKey = QStringLiteral("showPreview");
 
 } // namespace brellin

@@ -6,7 +6,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 
-/// What is asked before a window closes or the program quits while something is at work.
+/// Asks before closing a window or quitting while work is running.
 namespace brellin {
 
 void MainWindow::closeEvent(QCloseEvent *event)
@@ -27,7 +27,7 @@ bool MainWindow::isLastWindow() const
     });
 }
 
-/// A batch rename goes with its window, everything else only with the last one.
+/// Closing a window ends its batch renames; other work is only cancelled when the last window closes.
 bool MainWindow::wouldCutShort() const
 {
     const QList<BatchRenameSheet *> renames = findChildren<BatchRenameSheet *>();
@@ -51,7 +51,7 @@ void MainWindow::closeUnasked()
     close();
 }
 
-/// Above any other sheet: what that one wants to know is part of what would be cancelled.
+/// Opens above any other sheet, since that sheet may belong to the work to be cancelled.
 void MainWindow::askToClose(const std::function<void()> &agreed)
 {
     if (m_mayClose || (m_closeQuestion && m_closeQuestion->isVisible()))

@@ -51,7 +51,7 @@ CommandState MainWindow::state() const
     return now;
 }
 
-/// What lies on the clipboard is asked of another program: once for each change, and not before the window is there.
+/// Reading the clipboard asks another process, so it is done once per change, and only after the window is shown.
 void MainWindow::followClipboard()
 {
     const auto look = [this] {
@@ -179,7 +179,7 @@ void MainWindow::toggleSidebar()
     Q_EMIT changed();
 }
 
-/// A sheet keeps every key, and a field those that it uses, whatever command they stand for.
+/// While a sheet is open no shortcut runs; an editable field keeps its own editing keys.
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::ShortcutOverride || watched != QApplication::focusWidget() || !isActiveWindow())
@@ -196,7 +196,7 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-/// A question or an editor stands over the window.
+/// Whether a sheet is open over this window.
 bool MainWindow::hasSheet() const
 {
     const QList<SheetFrame *> sheets = findChildren<SheetFrame *>(QString(), Qt::FindDirectChildrenOnly);

@@ -25,7 +25,7 @@ void MainWindow::buildFileCommands()
     connect(m_address, &AddressBar::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
 }
 
-/// Onto a tab: into the folder of its active pane.
+/// A drop on a tab goes into the folder of its active pane.
 void MainWindow::takeDropsOnTabs()
 {
     auto *const drops = new FileDrop(m_tabs->bar(), [this](QPoint at) -> std::optional<Location> {
@@ -49,7 +49,7 @@ void MainWindow::drop(const DroppedFiles &files, BrowserModel *onto)
                       files.kind == DropKind::Move ? TransferKind::Move : TransferKind::Copy, *onto);
 }
 
-/// Above the status line, beside the sidebar.
+/// Places the transfer panel above the status line, beside the sidebar.
 void MainWindow::placePanel()
 {
     if (!m_transfers)
@@ -87,7 +87,7 @@ QWidget *MainWindow::makeStoragePage()
     return page;
 }
 
-/// "Benutzerordner", "Downloads", "Speicherplatz"
+/// Crumbs of the storage page, e.g. "Benutzerordner", "Downloads", "Speicherplatz".
 QStringList MainWindow::storagePath() const
 {
     QStringList words;
@@ -96,7 +96,7 @@ QStringList MainWindow::storagePath() const
     return words << QStringLiteral("Speicherplatz");
 }
 
-/// A folder in this pane, a file selected in a tab of its own; which of them it is, is asked on a worker.
+/// Opens a folder in this pane, a file selected in a new tab. Which it is, is read on a worker.
 void MainWindow::openFromStorage(const Location &entry)
 {
     onWorker(

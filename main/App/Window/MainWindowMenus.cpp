@@ -131,7 +131,7 @@ void MainWindow::removeTags()
     change([](const std::vector<Location> &entries) { return FileTags::removeAll(entries); });
 }
 
-/// Changes the selected entries on a worker of their volume and reads the folder again.
+/// Changes the selected entries on a worker of their mount, then reloads the folder.
 void MainWindow::change(std::function<Result<void>(const std::vector<Location> &)> work)
 {
     const std::vector<Location> entries = locationsOf(pane()->selectedItems());
@@ -149,7 +149,7 @@ void MainWindow::change(std::function<Result<void>(const std::vector<Location> &
         });
 }
 
-/// The applications of the type are looked up when the menu opens, and not before.
+/// Looks up the applications for the type only when the menu opens.
 void MainWindow::addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items)
 {
     if (items.size() != 1 || items.front().isFolder)
@@ -181,7 +181,7 @@ void MainWindow::addSendToMenu(QMenu &menu)
     addSendToChanges(*targets);
 }
 
-/// The user's own list: the selected folder joins it, any target moves up in it or leaves it.
+/// Edits the user's list: add the selected folder, move targets up or remove them.
 void MainWindow::addSendToChanges(QMenu &menu)
 {
     SendToTargets &list = m_services.sendTo;
@@ -202,7 +202,7 @@ void MainWindow::addSendToChanges(QMenu &menu)
     menu.addAction(QStringLiteral("Übliche Ziele wiederherstellen"), this, [&list] { list.restoreDefaults(); });
 }
 
-/// The colour of a folder's drawing, which is the program's own and not a tag.
+/// The colour of the folder's icon, stored by this program; not a tag.
 void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
 {
     if (!std::ranges::all_of(items, &FileItem::isFolder))
@@ -224,7 +224,7 @@ void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
     colors->addAction(QStringLiteral("Keine Farbe"), this, [set] { set(std::nullopt); })->setEnabled(now.has_value());
 }
 
-/// Counting of big folders stops at a limit; here it goes on.
+/// Counts the folder without the limit that applies to automatic counting.
 void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
 {
     std::vector<Location> folders;
@@ -250,7 +250,7 @@ void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
                    });
 }
 
-/// Every command, in its groups, with its keys.
+/// Shows every command by group, with its shortcut.
 void MainWindow::showAllCommands(QWidget *under)
 {
     refreshState();
@@ -278,7 +278,7 @@ void MainWindow::showAllCommands(QWidget *under)
     menu->popup(under->mapToGlobal(QPoint(under->width() - menu->sizeHint().width(), under->height() + 4)));
 }
 
-/// What was done, the last first; taken back in this order.
+/// Shows the undo list, most recent first; undo works in this order.
 void MainWindow::addUndoList(QMenu &menu)
 {
     QMenu *const list = menu.addMenu(QStringLiteral("Rückgängig machen"));
@@ -311,7 +311,7 @@ void MainWindow::open(const std::vector<FileItem> &items)
     }
 }
 
-/// Whether a file is a program is read on a worker: its volume may not answer.
+/// Reads on a worker whether the file is a program, since its volume may not respond.
 void MainWindow::askBeforeStarting(const FileItem &item)
 {
     const Location entry = item.location();

@@ -104,7 +104,7 @@ QWidget *MainWindow::makeDevicePage()
                                m_places);
 }
 
-/// Raises the page of the active pane's place, and marks that place in the sidebar.
+/// Raises the page of the active pane's place, and highlights that place in the sidebar.
 void MainWindow::showPlace()
 {
     const Place now = place();
@@ -147,7 +147,7 @@ void MainWindow::showBadge(int number)
     m_sidebar->setAgentBadge(number);
 }
 
-/// An account that never trashed anything has no such folder, and a place that cannot be entered is no place.
+/// Creates the Trash if the account never used it, since navigating to a missing folder fails.
 void MainWindow::ensureTrash()
 {
     if (const Result<void> made = createPrivateFolders(m_services.folders().trash); !made)

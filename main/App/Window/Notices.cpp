@@ -8,7 +8,7 @@ namespace brellin {
 
 namespace {
 
-/// Dismissed at once, so that the same failure is heard a second time.
+/// Dismisses each error at once, since publishing an equal one again would notify nobody.
 template <class Source>
 void hearErrors(Source &source, Notices &notices)
 {

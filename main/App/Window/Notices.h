@@ -14,18 +14,19 @@ class TransferQueue;
 class UserUndo;
 class VolumeList;
 
-/// What went wrong with work that no window owns: kept until the user is in a window that says it. Lives on the main thread.
+/// Failures of work whose window or pane may be closed, kept until a focused window shows them. Lives on the main
+/// thread.
 class Notices : public Model<Notices> {
 public:
     Published<QStringList> unread;
 
     void add(const QString &message);
-    /// All of them, for a window that the user is in.
+    /// Returns all messages and clears them. Call from the focused window.
     QStringList take();
 
-    /// From now on hears what fails in these. All of them outlive the notices or go with them.
+    /// Collects errors of these from now on. All must outlive the notices or be destroyed with them.
     void hear(FileOperations &operations, UserUndo &undo, TransferQueue &transfers, VolumeList &volumes);
-    /// A pane shows itself what became of its transfers. Once it has gone, that is said here.
+    /// A pane reports errors of its own transfers. Call when it is closed, so that they are collected here instead.
     void paneGone(const QUuid &pane);
 
 private:

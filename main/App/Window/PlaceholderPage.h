@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// The page of a place whose feature is not there yet: says so, and what will stand here.
+/// A page for a place that is not implemented yet: says so, and what it will show.
 class PlaceholderPage : public QWidget {
     Q_OBJECT
 public:

@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// "Dokumente › Rechnungen › 2026": the way from the home folder, without it.
+/// The path relative to the home folder: "Dokumente › Rechnungen › 2026".
 QString wayTo(const Location &folder, const KnownFolders &folders)
 {
     std::vector<Crumb> crumbs = crumbsOf(folder, folders);

@@ -10,13 +10,13 @@ namespace brellin {
 
 class PreviewPane;
 
-/// The preview of the window: what is in the entry chosen in the active pane, and what the rules would do with it.
+/// The window's preview of the selected entry, with a hint of what the agent's rules would do with it.
 class PreviewSide : public QWidget {
     Q_OBJECT
 public:
     PreviewSide(const WindowServices &services, QWidget *parent);
 
-    /// Shows the selected entry; where several are, or none: nothing (null). What is shown already is not read again.
+    /// Null if none or several are selected: clears the preview. An unchanged item is not loaded again.
     void show(const FileItem *selected);
 
     Q_SIGNAL void tagToggled(const QString &tag);
@@ -29,11 +29,11 @@ private:
     PreviewLoader m_loader;
     RuleForecaster m_forecaster;
     PreviewPane *m_pane;
-    std::optional<FileItem> m_item; ///< the entry that is shown
+    std::optional<FileItem> m_item; ///< the item shown
 };
 
-/// "Regel „Rechnungen (PDF) ablegen“ würde diese Datei nach Dokumente › Rechnungen › 2026 verschieben."; empty where no rule
-/// would take it.
+/// "Regel „Rechnungen (PDF) ablegen“ würde diese Datei nach Dokumente › Rechnungen › 2026 verschieben."; empty if no
+/// rule matches.
 QString hintText(const RuleForecast &forecast, const KnownFolders &folders);
 
 } // namespace brellin

@@ -7,7 +7,7 @@ class QCheckBox;
 
 namespace brellin {
 
-/// The settings of the browser.
+/// The settings of the file manager.
 class SettingsSheet : public SheetFrame {
     Q_OBJECT
 public:
@@ -22,7 +22,7 @@ private:
     WindowServices m_services;
 };
 
-/// "appearance": "hell" or "dunkel" where the user chose one, else the desktop's.
+/// Applies the setting "appearance": "hell", "dunkel", or otherwise the desktop's.
 void applyAppearance(const UserDefaults &defaults, DesktopSettings &desktop);
 
 } // namespace brellin

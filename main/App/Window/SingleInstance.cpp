@@ -9,13 +9,13 @@ namespace brellin {
 
 namespace {
 
-constexpr std::chrono::milliseconds pause{30}; ///< between two tries
-constexpr qint64 longest = 65'536;             ///< bytes of one message
+constexpr std::chrono::milliseconds pause{30}; ///< between two attempts
+constexpr qint64 longest = 65'536;             ///< bytes per message
 const QByteArray greeting = "brellin 2";
 const QByteArray ready = "ok\n";
 const QByteArray go = "los\n";
 
-/// Paths as text, which keeps bytes that are no UTF-8, one a line; names may hold line breaks, so they are percent-encoded.
+/// One path per line, percent-encoded, since names may contain line breaks and invalid UTF-8.
 QByteArray messageOf(const std::vector<Location> &folders)
 {
     QByteArray message = greeting + '\n';
@@ -59,19 +59,19 @@ SingleInstance::Role SingleInstance::begin(const std::vector<Location> &folders,
     return Role::Alone;
 }
 
-/// Without a socket it is the first all the same, only that nobody can reach it.
+/// Failing to listen is ignored: this is still the first process, only unreachable for others.
 Result<void> SingleInstance::becomeFirst()
 {
     TRY(createPrivateFolders(m_folder));
     m_lock = TRY(FileLock::tryNow(m_folder / "fenster.lock"));
     const QString name = shown(m_folder / "fenster");
-    QLocalServer::removeServer(name); // of a program that was killed
+    QLocalServer::removeServer(name); // left by a killed process
     m_server.listen(name);
     return {};
 }
 
-/// The folders count as taken only when both sides have said so: one that hangs and wakes up later must not open what has
-/// been opened elsewhere by then.
+/// Hands over in two steps, so that a process that hangs and resumes later does not open folders that were opened
+/// elsewhere meanwhile.
 bool SingleInstance::handOver(const QByteArray &message, const QDeadlineTimer &deadline)
 {
     const auto left = [&deadline] { return static_cast<int>(std::max<qint64>(1, deadline.remainingTime())); };
@@ -96,8 +96,8 @@ void SingleInstance::accept()
     }
 }
 
-/// A message ends with an empty line. It stays where it is until the other side has been told that somebody is there, and
-/// has said that it leaves the folders to us.
+/// A message ends with an empty line. It stays in the buffer while the sender is told "ok"; the folders are taken once
+/// the sender confirms with "los".
 void SingleInstance::take(QLocalSocket *socket)
 {
     if (socket->bytesAvailable() > longest) {

@@ -15,23 +15,23 @@ class QLocalSocket;
 
 namespace brellin {
 
-/// One window program per user: a second start hands its folders to the first and ends. The first is whoever holds a lock,
-/// which the system takes back however the program ends: what a killed one leaves behind stands in nobody's way.
+/// One window process per user: a second process passes its folders to the first and quits. The first holds a file
+/// lock, which the kernel releases even after a kill, so that stale files never block a start.
 class SingleInstance : public QObject {
     Q_OBJECT
 public:
     enum class Role {
-        First,      ///< others hand over to this one from now on
-        HandedOver, ///< the first has taken the folders
-        Alone       ///< the first does not answer: this one runs by itself
+        First,      ///< holds the lock; later processes pass their folders here
+        HandedOver, ///< the first process has accepted the folders
+        Alone       ///< the first process does not respond: run independently
     };
-    /// So long the first may take to answer: it may be starting itself.
+    /// Time for the first process to respond; it may still be starting.
     static constexpr std::chrono::milliseconds usualPatience{4000};
 
-    /// `folder` is the user's own and private: lock and socket lie in it.
+    /// `folder` must be private to the user: lock and socket are created in it.
     explicit SingleInstance(Location folder, QObject *parent = nullptr);
 
-    /// Finds out what this start of the program is.
+    /// Determines this process's role; blocks up to `patience`.
     Role begin(const std::vector<Location> &folders, std::chrono::milliseconds patience = usualPatience);
 
     Q_SIGNAL void received(const std::vector<brellin::Location> &folders);
@@ -43,7 +43,7 @@ private:
     void take(QLocalSocket *socket);
 
     const Location m_folder;
-    FileLock m_lock; ///< of the first
+    FileLock m_lock; ///< held by the first process
     QLocalServer m_server;
 };
 

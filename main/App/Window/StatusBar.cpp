@@ -69,7 +69,7 @@ void StatusBar::paintEvent(QPaintEvent *)
         paintDigits(painter, place, right, Qt::AlignRight);
     if (!m_pane)
         return;
-    // The parts stand apart by lines instead of the bars of the text.
+    // Splits at the text's separators and draws lines instead.
     double x = place.left();
     const QStringList parts = m_pane->statusText.get().split(QStringLiteral("   |   "));
     for (qsizetype i = 0; i < parts.size(); ++i) {

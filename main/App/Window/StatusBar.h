@@ -6,14 +6,14 @@
 
 namespace brellin {
 
-/// The line below the panes: what the active one holds, and what is being done in it.
+/// The status line below the panes: the active pane's status text, and messages at the right.
 class StatusBar : public QWidget {
     Q_OBJECT
 public:
     explicit StatusBar(QWidget *parent);
 
     void setPane(BrowserModel *pane);
-    /// Says something for a few seconds at the right.
+    /// Shows a message at the right for a few seconds.
     void say(const QString &message);
 
     QSize sizeHint() const override;

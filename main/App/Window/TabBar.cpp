@@ -14,7 +14,7 @@ namespace brellin {
 
 namespace {
 
-/// Draws each tab as a folder with its name; the current one stands on the ground of the list below it.
+/// Draws each tab as a folder tab with its name; the current one has the background of the list below.
 class PaintedTabs : public QTabBar {
 public:
     explicit PaintedTabs(QWidget *parent) : QTabBar(parent)
@@ -169,7 +169,7 @@ void TabBar::remove(int tab)
 
 void TabBar::setTitle(int tab, const QString &title, const QString &toolTip)
 {
-    // An "&" in a name is no key.
+    // PaintedTabs draws the text as it is, so "&" must not be doubled.
     m_bar->setTabText(tab, title);
     m_bar->setTabToolTip(tab, toolTip);
 }

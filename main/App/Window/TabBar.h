@@ -22,7 +22,7 @@ public:
     Q_SIGNAL void closeRequested(int tab);
     Q_SIGNAL void moved(int from, int to);
     Q_SIGNAL void addRequested();
-    /// For whoever lets files be dropped onto a tab.
+    /// For installing drop handling on the tabs.
     QTabBar *bar() const { return m_bar; }
 
 protected:

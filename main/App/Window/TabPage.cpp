@@ -51,7 +51,7 @@ void TabPage::showSecond(bool shown)
         m_second->show();
         Q_EMIT paneAdded(m_panes.second());
     } else if (!shown && m_second) {
-        // Its model goes with the call that told us.
+        // The pane's model is destroyed after this callback, so the view must go first.
         delete std::exchange(m_second, nullptr);
     }
     showActive();

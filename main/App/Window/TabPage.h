@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// One tab: its one or two panes side by side.
+/// One tab with one or two panes side by side.
 class TabPage : public QWidget {
     Q_OBJECT
 public:
@@ -22,7 +22,7 @@ public:
     BrowserModel &active() const { return *m_panes.active.get(); }
     PaneView &activeView() const;
     void focusActive();
-    /// Puts the keys into the pane that does not have them.
+    /// Focuses the other pane.
     void switchPane();
 
     Q_SIGNAL void activeChanged();
@@ -30,7 +30,7 @@ public:
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
     Q_SIGNAL void menuRequested(const QPoint &global);
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files, brellin::BrowserModel *pane);
-    /// The second pane has come to be.
+    /// Emitted when the second pane was created.
     Q_SIGNAL void paneAdded(brellin::BrowserModel *pane);
 
 private:

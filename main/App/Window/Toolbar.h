@@ -14,15 +14,15 @@
 
 namespace brellin {
 
-/// The row of buttons above everything: where to, how to look at it, and the fields for path and search.
+/// The toolbar: navigation, view mode, address bar and search field.
 class Toolbar : public QWidget {
     Q_OBJECT
 public:
-    /// `actions` are the window's, one for each command.
+    /// `actions` are the window's, one per command; they must outlive the toolbar.
     Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *address, SearchField *search, QWidget *parent);
 
     void setAgentBadge(int number);
-    /// Shows what is switched on, and what can be used as its actions say.
+    /// Updates which buttons are enabled and checked. Call after the actions were updated.
     void showState(const CommandState &state);
 
     Q_SIGNAL void menuRequested(QWidget *under);
@@ -36,7 +36,7 @@ private:
 
     const std::map<CommandId, QAction *> &m_actions;
     std::map<CommandId, SymbolButton *> m_buttons;
-    QSlider *m_size = nullptr; ///< of the icons, while there are any
+    QSlider *m_size = nullptr; ///< icon size; visible in icon view only
     QPointer<BrowserModel> m_pane;
     SearchField *m_search;
 };

@@ -18,7 +18,7 @@ bool always(const State &)
 {
     return true;
 }
-/// A folder is shown, and not a page in its place.
+/// Whether a folder is shown, not a page.
 bool inFolder(const State &state)
 {
     return state.pane && !state.page;
@@ -81,7 +81,7 @@ bool withHidden(const State &state)
 }
 
 using Run = std::function<void(const CommandTarget &)>;
-/// One press makes icons larger or smaller by so many points.
+/// Points per step of the icon size.
 constexpr double iconStep = 16;
 
 Run run(void (MainWindow::*act)())
@@ -96,7 +96,7 @@ Run run(void (FileCommands::*act)())
 {
     return [act](const CommandTarget &on) { (on.files.*act)(); };
 }
-/// Works on what is selected in the pane.
+/// A command on the active pane's selection.
 Run run(void (FileCommands::*act)(BrowserModel &))
 {
     return [act](const CommandTarget &on) { (on.files.*act)(on.pane); };
@@ -118,7 +118,7 @@ constexpr int control = Qt::CTRL;
 constexpr int shift = Qt::SHIFT;
 constexpr int alt = Qt::ALT;
 
-/// One menu, in the order in which it is read.
+/// Collects the rows of one menu, in order.
 class Menu {
 public:
     explicit Menu(CommandGroup group) : m_group(group) {}

@@ -14,7 +14,7 @@ class BrowserModel;
 class FileCommands;
 class MainWindow;
 
-/// Everything that a menu, a tool button or a key can ask for.
+/// All commands of menus, toolbar and shortcuts.
 enum class CommandId {
     NewTab,
     NewWindow,
@@ -70,53 +70,53 @@ enum class CommandId {
     Quit
 };
 
-/// The menu that a command stands in.
+/// The menu that lists the command.
 enum class CommandGroup { File, Edit, Go, View };
 
-/// What commands depend on, taken when a menu opens and whenever it changes.
+/// What `enabled` and `checked` depend on; captured when a menu opens and whenever something in it changes.
 struct CommandState {
-    BrowserModel *pane = nullptr; ///< the active one
-    bool page = false;            ///< a page stands in place of the folder: the agent, photos, the network
+    BrowserModel *pane = nullptr; ///< the active pane
+    bool page = false;            ///< the pane shows a page without folder entries: agent, photos, network, Trash …
     bool agent = false;           ///< that page is the agent's
     bool manyTabs = false;
     bool dualPane = false;
     bool preview = false;
     bool sidebar = true;
     bool selected = false;       ///< something is selected in the folder
-    bool onlyFolders = false;    ///< and that is folders
-    bool archive = false;        ///< and that is one archive that can be unpacked
-    bool clipboard = false;      ///< files lie on the clipboard
-    std::optional<QString> undo; ///< what can be taken back, as the command says it
-    std::optional<QString> redo; ///< and what of it be done again
+    bool onlyFolders = false;    ///< and it is all folders
+    bool archive = false;        ///< and it is a single archive that can be unpacked
+    bool clipboard = false;      ///< the clipboard holds files
+    std::optional<QString> undo; ///< title of the next undo
+    std::optional<QString> redo; ///< title of the next redo
 };
 
-/// Whether a command works while an editable field has the focus, or leaves its keys to the field.
+/// Whether the shortcut works while an editable field has the focus, or is left to the field.
 enum class WhileEditing { LeavesKeys, Works };
 
-/// What a command acts on.
+/// The objects that a command acts on.
 struct CommandTarget {
     MainWindow &window;
     FileCommands &files; ///< of this window
-    BrowserModel &pane;  ///< the active one
+    BrowserModel &pane;  ///< the active pane
 };
 
-/// One command: what it is called, how it is typed, when it applies, what it does and what shows it as switched on.
+/// One command: title, shortcuts, when it is enabled and checked, and what it runs.
 struct WindowCommand {
     CommandId id;
     CommandGroup group;
     QString title;
-    std::vector<QKeySequence> keys; ///< the first one is shown
+    std::vector<QKeySequence> keys; ///< menus show the first
     WhileEditing editing = WhileEditing::LeavesKeys;
     std::function<bool(const CommandState &)> enabled;
     std::function<void(const CommandTarget &)> run;
-    std::function<bool(const CommandState &)> checked; ///< empty: nothing to switch
+    std::function<bool(const CommandState &)> checked; ///< empty if not checkable
 };
 
-/// The table that menus, the toolbar and keys are made from.
+/// The source of all menus, the toolbar and shortcuts.
 const std::vector<WindowCommand> &commandTable();
 const WindowCommand &windowCommand(CommandId id);
 
-/// "Strg+T": as it stands on a German keyboard.
+/// The shortcut in German, e.g. "Strg+T".
 QString keyText(const QKeySequence &key);
 
 } // namespace brellin

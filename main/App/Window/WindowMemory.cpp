@@ -37,7 +37,7 @@ StoredKind windowsKind()
 
 QRect fittingFrame(const QRect &wanted, const QRect &room)
 {
-    // What a window manager puts around a window is not known before it is shown.
+    // Estimates, since the size of the window manager's frame is unknown before the window is shown.
     constexpr int titleBar = 40;
     constexpr int edge = 2;
     const QRect inner = room.adjusted(edge, titleBar, -edge, -edge);

@@ -15,19 +15,19 @@ namespace brellin {
 class UserDefaults;
 struct StoredKind;
 
-/// A tab as it comes back.
+/// A stored tab.
 struct StoredTab {
     QUuid id;
     Location path;
-    std::optional<Location> second; ///< the folder of the other pane, where there were two
+    std::optional<Location> second; ///< folder of the second pane, if any
 
     bool operator==(const StoredTab &) const = default;
 };
 
-/// A window as it comes back.
+/// A stored window.
 struct StoredWindow {
     std::vector<StoredTab> tabs;
-    int current = 0;        ///< the tab in front
+    int current = 0;        ///< index of the current tab
     std::vector<int> frame; ///< x, y, width, height
     bool maximised = false;
     bool sidebar = true;
@@ -37,14 +37,14 @@ struct StoredWindow {
     bool operator==(const StoredWindow &) const = default;
 };
 
-/// The frame of a window that is to open at `wanted`, on a screen with room at `room`: whole on it, its title bar too.
+/// Moves and shrinks `wanted` so that the window with its title bar fits on the screen area `room`.
 QRect fittingFrame(const QRect &wanted, const QRect &room);
 
 StoredKind windowsKind();
 
-/// The windows of the last session, the user default "windows". What does not decode counts as none.
+/// The windows stored in the setting "windows", without those that have no tab. Empty if the list cannot be decoded.
 std::vector<StoredWindow> storedWindows(const UserDefaults &defaults);
-/// Says what could not be stored.
+/// Returns the failure if the windows cannot be stored.
 Result<void> storeWindows(UserDefaults &defaults, const std::vector<StoredWindow> &windows);
 
 } // namespace brellin

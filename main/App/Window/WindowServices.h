@@ -20,7 +20,7 @@ class ThumbnailImages;
 class TrashList;
 class VolumeList;
 
-/// What every window works with. Made where the programs are put together; all of it outlives the windows.
+/// Services shared by all windows; all outlive the windows.
 struct WindowServices {
     BrowserServices panes;
     AgentPorts agent;
@@ -43,7 +43,7 @@ struct WindowServices {
     ProcessRunner &processes;
     Notices &notices;
 
-    /// Work with files that would be cut short at the end of the program.
+    /// Whether file work is running that quitting would interrupt.
     bool busy() const;
     UserDefaults &defaults() const { return panes.defaults; }
     const KnownFolders &folders() const { return panes.folders; }

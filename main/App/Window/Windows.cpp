@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// A window that is moved or resized tells so many times a second.
+/// In ms. Moving or resizing a window reports a change many times a second.
 constexpr int storeDelay = 800;
 
 } // namespace
@@ -81,7 +81,7 @@ void Windows::openNew(const Location &folder)
     m_storeSoon.start(storeDelay);
 }
 
-/// What cannot be stored is not missed before the next start.
+/// Failures are ignored: the stored windows matter at the next start only.
 void Windows::store()
 {
     std::vector<StoredWindow> windows;
@@ -94,7 +94,7 @@ void Windows::store()
 
 void Windows::closed(MainWindow *window)
 {
-    // The last window comes back at the next start, as do all that are open when the program is quit.
+    // Store the last window before it closes, so that it is restored; quit() has stored all windows already.
     if (m_windows.size() == 1 && !m_quitting)
         store();
     std::erase_if(m_windows, [window](const QPointer<MainWindow> &one) { return one.isNull() || one == window; });
@@ -108,7 +108,7 @@ void Windows::closed(MainWindow *window)
 
 void Windows::quit()
 {
-    // Asked before the first window goes: after a no all are still there.
+    // Ask before closing the first window, so that all remain open if the user declines.
     if (MainWindow *const asking = front(); asking && !asking->mayQuit())
         return;
     store();

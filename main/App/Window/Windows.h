@@ -12,15 +12,16 @@ namespace brellin {
 
 class MainWindow;
 
-/// The open windows: they come back at the next start, and the program ends with the last of them.
+/// The open windows: stores and restores them, and signals when the last one closes.
 class Windows : public QObject {
     Q_OBJECT
 public:
     explicit Windows(const WindowServices &services, QObject *parent = nullptr);
 
-    /// Opens the windows of the last session, and these folders in tabs of the one in front.
+    /// Restores the windows of the last session and opens `folders` as tabs of the front one. Without stored windows
+    /// opens one new window with `folders`, or with the home folder.
     void start(const std::vector<Location> &folders);
-    /// Another start of the program asks for these folders; none: a window comes to the front.
+    /// Handles folders passed on by another process: opens them as tabs of the front window and raises it.
     void take(const std::vector<Location> &folders);
 
     Q_SIGNAL void lastClosed();
