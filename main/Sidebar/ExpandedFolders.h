@@ -9,20 +9,20 @@
 
 namespace brellin {
 
-/// The folders that are open in the trees of all windows: the user default "sidebarExpanded". Each tree goes its own way; only
-/// what another program stores changes them all. Lives on the main thread.
+/// The expanded folders of all folder trees, stored in the setting "sidebarExpanded". Windows do not follow each
+/// other's changes, only those of other programs. Lives on the main thread.
 class ExpandedFolders : public Model<ExpandedFolders> {
 public:
-    /// The settings outlive it.
+    /// `defaults` must outlive it.
     explicit ExpandedFolders(UserDefaults &defaults);
 
-    /// Rises with every change made by another program: take `stored()`.
+    /// Counts changes made by other programs. Observers then read `stored()`.
     Published<int> changesByOthers;
 
     const std::vector<Location> &stored() const { return m_stored; }
-    /// Stores that these are open or closed; the oldest are dropped beyond 500.
+    /// Stores the folders as expanded or collapsed. Keeps the 500 most recent.
     Result<void> setExpanded(const std::vector<Location> &folders, bool expanded);
-    /// The list has changed on disk, perhaps by this program. A list that cannot be read changes nothing.
+    /// Call when the list may have changed on disk. Publishes only if it differs; ignores an unreadable list.
     void reload();
 
 private:

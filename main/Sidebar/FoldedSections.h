@@ -10,17 +10,18 @@
 
 namespace brellin {
 
-/// Which sections of the sidebar are folded, in every window: the user default "sidebarFolded". Lives on the main thread.
+/// The folded sections of the sidebar, shared by all windows and stored in the setting "sidebarFolded". Lives on the
+/// main thread.
 class FoldedSections : public Model<FoldedSections> {
 public:
-    /// The settings outlive it.
+    /// `defaults` must outlive it.
     explicit FoldedSections(UserDefaults &defaults);
 
     Published<std::set<QString>> folded;
 
-    /// A failure to store it is returned; the section is folded until the program ends all the same.
+    /// Folds or unfolds for this run in any case; returns the failure if that cannot be stored.
     Result<void> setFolded(const QString &section, bool fold);
-    /// Takes over what another program has stored. A list that cannot be read changes nothing.
+    /// Takes over what another program stored; ignores an unreadable list.
     void reload();
 
 private:

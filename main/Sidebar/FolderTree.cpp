@@ -14,7 +14,7 @@ namespace brellin {
 
 namespace {
 
-/// The folders in a folder, as a person sorts them. A folder that cannot be read has none.
+/// Names of the subfolders in natural order; empty if the folder cannot be read.
 std::vector<std::string> foldersIn(const Location &folder, bool hidden, const JobControl &control)
 {
     struct Named {
@@ -85,7 +85,7 @@ void FolderTree::setShowHidden(bool show)
         refresh(path);
 }
 
-/// The deepest root that holds a folder.
+/// The deepest root that contains the folder; null if none does.
 const FolderTree::Root *FolderTree::rootOf(const Location &folder) const
 {
     const Root *deepest = nullptr;
@@ -101,7 +101,7 @@ const FolderTree::Root *FolderTree::rootOf(const Location &folder) const
 Result<void> FolderTree::expand(const Location &folder)
 {
     Result<void> stored = setExpanded({folder}, true);
-    // What is known is shown at once; it may be old.
+    // Cached children are shown at once; read again, as they may be outdated.
     refresh(folder);
     return stored;
 }
@@ -123,7 +123,7 @@ void FolderTree::reveal(const Location &folder)
         place = place.parent_path();
         above.push_back(place);
         const auto known = m_folders.find(place.native());
-        // A folder that was just created is not among the children yet.
+        // A newly created folder is missing from its parent's cached children.
         if (known != m_folders.end() && known->second->children &&
             std::ranges::find(*known->second->children, name) == known->second->children->end())
             refresh(place);
@@ -186,7 +186,7 @@ void FolderTree::finished(const std::string &path, Names names)
     rebuild();
 }
 
-/// Drops what is known of children that are no longer there.
+/// Drops what is cached below `path`, except in the subfolders `kept` and below other roots.
 void FolderTree::forgetBelow(const std::string &path, const Names &kept)
 {
     const std::set<std::string, std::less<>> names(kept.begin(), kept.end());
@@ -207,7 +207,7 @@ void FolderTree::rebuild()
     publish(rows, std::move(list));
 }
 
-/// A folder's line and those below it; reads what is open and not known yet.
+/// Adds a folder's row and those below it; starts reading expanded folders that are not cached.
 void FolderTree::addRows(std::vector<FolderTreeRow> &list, const Location &folder, const QString &name, int depth)
 {
     const std::string &path = folder.native();

@@ -19,59 +19,59 @@ namespace brellin {
 
 class ExpandedFolders;
 
-/// One visible line of the tree.
+/// One visible row of the tree.
 struct FolderTreeRow {
     Location location;
     QString name;
-    int depth = 0; ///< 0 for a root
+    int depth = 0; ///< 0 for roots
     bool expanded = false;
-    bool expandable = true; ///< unknown counts as yes, until the folder was read
+    bool expandable = true; ///< true until the folder was read
     bool loading = false;
     bool operator==(const FolderTreeRow &) const = default;
 };
 
-/// A folder at which the tree begins.
+/// A folder at the top level of the tree.
 struct FolderTreeRoot {
     Location location;
     QString name;
     bool operator==(const FolderTreeRoot &) const = default;
 };
 
-/// The folders below each root, as far as they are opened: read on demand on a worker (a server that does not answer keeps only
-/// its own line loading), cached, and opened again at the next start. Links and packages are no folders
-/// here. Lives on the main thread.
+/// The visible rows of the folder tree. Folders are read on demand, on one pool per root, so that a server that does
+/// not respond blocks only its own rows, and cached. Expanded folders are stored. Symlinks and packages do not count as
+/// folders. Lives on the main thread.
 class FolderTree : public Model<FolderTree> {
 public:
-    /// What is open at the start, and where that is stored; outlives it.
+    /// Starts with the folders expanded in `stored`, which must outlive it.
     explicit FolderTree(ExpandedFolders &stored);
 
-    /// The lines to be drawn, from top to bottom.
+    /// From top to bottom.
     Published<std::vector<FolderTreeRow>> rows;
 
-    /// "Benutzerordner" and every volume. What lies below a root that has gone is forgotten.
+    /// "Benutzerordner" and every volume. Cached folders below removed roots are dropped.
     void setRoots(std::vector<FolderTreeRoot> roots);
-    /// Whether hidden folders are listed.
+    /// Whether to list hidden folders.
     void setShowHidden(bool show);
 
-    /// A failure to store it is returned; the folder is opened or closed all the same.
+    /// Expands in any case; returns the failure if that cannot be stored.
     Result<void> expand(const Location &folder);
     Result<void> collapse(const Location &folder);
-    /// Opens the tree down to this folder, below the deepest root that holds it. The folder itself stays as it is. Not being
-    /// able to store that is no failure: nobody asked for it.
+    /// Expands all folders above this one, from the deepest root that contains it. A failure to store is ignored, since
+    /// the user did not ask for it.
     void reveal(const Location &folder);
-    /// The content of this folder has changed.
+    /// Call when the content of this folder has changed.
     void refresh(const Location &folder);
 
 private:
     using Names = std::vector<std::string>;
     struct Folder {
-        std::optional<Names> children; ///< in order; none before it was read
-        bool outdated = false;         ///< changed since the read began
+        std::optional<Names> children; ///< sorted; none before the first read
+        bool outdated = false;         ///< changed since the current read began
         Job<Names> job;
     };
     struct Root {
         FolderTreeRoot root;
-        std::shared_ptr<QThreadPool> pool; ///< of its own, so that one that does not answer holds up no other
+        std::shared_ptr<QThreadPool> pool; ///< one per root, so that an unresponsive one does not block others
     };
 
     const Root *rootOf(const Location &folder) const;
@@ -86,7 +86,7 @@ private:
     ExpandedFolders &m_stored;
     std::vector<Root> m_roots;
     bool m_showHidden = false;
-    std::set<std::string> m_expanded; ///< by path
+    std::set<std::string> m_expanded; ///< paths
     std::map<std::string, std::unique_ptr<Folder>> m_folders;
 };
 

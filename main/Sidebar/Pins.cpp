@@ -18,7 +18,7 @@ std::vector<QuickEntry>::iterator find(std::vector<QuickEntry> &entries, const Q
     return std::ranges::find(entries, id, &QuickEntry::id);
 }
 
-/// The paths that an earlier version stored, as a plain value or as JSON.
+/// The paths stored by an earlier version, as a plain list or as JSON.
 QStringList olderPaths(const UserDefaults &defaults)
 {
     const QString key = QStringLiteral("pinnedFolders");
@@ -38,7 +38,7 @@ Pins::Pins(UserDefaults &defaults, const KnownFolders &folders) : m_defaults(def
         publish(entries, stored.value_or(usualEntries()));
     } else {
         publish(entries, *older);
-        // From now on only the new list is read. Where it cannot be stored, the next start converts again.
+        // Store the new list, so that the old one is not read again. On failure the next start converts again.
         [[maybe_unused]] const Result<void> taken = change([](Entries &) {});
     }
 }
@@ -94,7 +94,7 @@ bool Pins::holds(const Location &folder) const
            entries.get().end();
 }
 
-/// What is not stored yet, or does not decode, is what is shown.
+/// If nothing is stored yet, or it cannot be decoded, edits the shown entries instead.
 Result<void> Pins::change(const std::function<void(Entries &)> &edit)
 {
     Entries changed;

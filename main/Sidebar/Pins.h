@@ -16,14 +16,14 @@
 
 namespace brellin {
 
-/// The quick access: the user's ordered list of folders, one for all windows. Every change is stored at once, on what is
-/// stored then; one that cannot be stored does not happen. Settings and folders outlive it.
+/// The quick access: the user's list of folders, shared by all windows. Each change is applied to the stored list under
+/// its lock; if it cannot be stored, nothing changes. Settings and folders must outlive it.
 class Pins : public Model<Pins> {
 public:
     /// The setting that holds the list.
     static const QString key;
 
-    /// Loads what is stored, else what an earlier version stored ("pinnedFolders"), else the usual entries.
+    /// Loads the stored list, or converts the one of an earlier version ("pinnedFolders"), or uses the default entries.
     Pins(UserDefaults &defaults, const KnownFolders &folders);
 
     Published<std::vector<QuickEntry>> entries;
@@ -32,23 +32,23 @@ public:
     std::vector<Location> folders() const;
     bool holds(const Location &folder) const;
 
-    /// Pins a folder at the end, or takes it away where it is pinned.
+    /// Appends the folder, or removes it if it is pinned.
     Result<void> toggle(const Location &folder);
     Result<void> pin(const Location &folder);
     Result<void> unpin(const Location &folder);
     Result<void> remove(const QUuid &id);
-    /// Changes the shown name only, never the folder. An empty name is ignored.
+    /// Changes the shown name, never the folder. Ignores an empty name.
     Result<void> rename(const QUuid &id, const QString &name);
-    /// Swaps with the neighbour; nothing at the ends.
+    /// Swaps with the neighbour; does nothing at the ends.
     Result<void> moveUp(const QUuid &id);
     Result<void> moveDown(const QUuid &id);
-    /// Puts the entry in front of the one that is at `index` now (the length of the list: at the end).
+    /// Moves the entry before the one now at `index`; the length of the list means the end.
     Result<void> moveTo(const QUuid &id, std::size_t index);
     Result<void> setSymbol(const QUuid &id, const QString &symbol);
     Result<void> setImage(const QUuid &id, const std::optional<Location> &image);
     Result<void> setColor(const QUuid &id, const std::optional<QString> &color);
 
-    /// Reads the list again: another program may have changed it.
+    /// Reads the list again, e.g. after another program changed it.
     void reload();
 
 private:

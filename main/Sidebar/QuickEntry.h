@@ -9,13 +9,13 @@
 
 namespace brellin {
 
-/// One entry of the quick access.
+/// An entry of the quick access.
 struct QuickEntry {
-    QUuid id; ///< identity in the list
+    QUuid id; ///< stable across renames and moves
     QString name;
-    std::optional<Location> path;      ///< the folder; none for the photo library
-    QString symbol;                    ///< drawn before the name
-    std::optional<Location> imagePath; ///< a picture drawn instead of the symbol
+    std::optional<Location> path;      ///< none for the photo library
+    QString symbol;                    ///< symbol name
+    std::optional<Location> imagePath; ///< picture shown instead of the symbol
     std::optional<QString> color;      ///< name of a palette tag
 
     bool operator==(const QuickEntry &) const = default;

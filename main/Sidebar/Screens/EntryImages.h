@@ -16,15 +16,15 @@ namespace brellin {
 
 class ThumbnailImages;
 
-/// The pictures that stand in place of symbols. When a picture was changed last is read on a worker: it may lie on a server
-/// that does not answer.
+/// Pictures shown instead of symbols. Their modification times are read on a worker, since they may lie on a server
+/// that does not respond.
 class EntryImages : public QObject {
     Q_OBJECT
 public:
-    /// Without a source there are no pictures.
+    /// If `source` is null, there are no pictures.
     EntryImages(ThumbnailImages *source, QObject *parent);
 
-    /// Null while there is none; `changed` tells.
+    /// Null until the picture is loaded; `changed` is emitted then. `side` is in pixels.
     QPixmap pixmap(const Location &image, int side);
 
     Q_SIGNAL void changed();
@@ -38,7 +38,7 @@ private:
 
     ThumbnailImages *m_source;
     std::shared_ptr<QThreadPool> m_pool;
-    std::map<std::string, std::unique_ptr<Known>> m_known; ///< by path
+    std::map<std::string, std::unique_ptr<Known>> m_known; ///< keyed by path
 };
 
 } // namespace brellin

@@ -21,7 +21,7 @@ int rowHeight()
     return scaled(28);
 }
 
-/// Grounds and rings stand a little off the edges.
+/// The background of a row, inset from its edges.
 QRectF groundOf(const QRect &line, int rightMargin)
 {
     return QRectF(line).adjusted(scaled(8), 0, -rightMargin, 0);
@@ -37,7 +37,7 @@ QFont noteFont()
     return sizedFont(0.85);
 }
 
-/// The soft ground with the bar at its left, which follows the round corners.
+/// The background of the current row, with a bar at its left clipped to the round corners.
 void paintCurrent(QPainter &painter, const QRectF &ground)
 {
     QPainterPath whole;
@@ -52,7 +52,7 @@ void paintCurrent(QPainter &painter, const QRectF &ground)
 
 } // namespace
 
-/// Where the parts of a line are; empty where it has no such part.
+/// Rectangles of a row's parts; empty if it has no such part.
 struct SidebarDelegate::Places {
     QRect chevron;
     QRect symbol;
@@ -101,7 +101,7 @@ SidebarDelegate::Places SidebarDelegate::placesOf(const SidebarRow &row, const Q
         right = places.badge.left() - scaled(6);
     }
     places.title = QRect(left, head.top(), right - left, head.height());
-    // A note that would cost the title its end is left to the tool tip.
+    // Hide the note if the title would not fit beside it; the tool tip has it as well.
     const int title = QFontMetrics(titleFont(true)).horizontalAdvance(row.title);
     const int note = row.note.isEmpty() ? 0 : static_cast<int>(digitsWidth(noteFont(), row.note)) + 1;
     if (note > 0 && title + scaled(8) + note <= places.title.width()) {
@@ -213,7 +213,7 @@ void SidebarDelegate::paintSymbol(QPainter &painter, const Places &places, const
     }
 }
 
-/// Until the picture has come, the symbol stands in for it.
+/// Paints the symbol until the picture is loaded.
 void SidebarDelegate::paintImage(QPainter &painter, const QRect &place, const SidebarRow &row) const
 {
     const double pixels = painter.device()->devicePixelRatioF();

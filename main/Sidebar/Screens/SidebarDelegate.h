@@ -7,18 +7,18 @@
 
 namespace brellin {
 
-/// Draws a line of the sidebar, says where its parts are, and edits the name of an entry in place.
+/// Paints the sidebar's rows, hit-tests their parts and edits entry names in place.
 class SidebarDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
     SidebarDelegate(const SidebarRows &rows, EntryImages &images, QObject *parent);
 
-    /// Whether the line with the keys shows a ring: only while keys are used.
+    /// Whether the row with the focus shows a ring; only for keyboard use.
     void setRing(bool shown) { m_ring = shown; }
-    /// What the lines keep free at their right: less beside a scroll bar.
+    /// Space at the right of the rows; smaller beside a scroll bar.
     void setRightMargin(int margin) { m_rightMargin = margin; }
 
-    /// What a place in a line is for.
+    /// The parts of a row that react to clicks.
     enum class Part { Line, Chevron, Eject };
     Part partAt(const QModelIndex &index, const QRect &line, QPoint place) const;
 

@@ -45,7 +45,7 @@ void SidebarList::rename(const QModelIndex &index)
     edit(index);
 }
 
-/// The ring shows where the keys are as soon as somebody uses them.
+/// Shows the focus ring only while the keyboard is used.
 void SidebarList::useKeys(bool used)
 {
     m_lines.setRing(used);
@@ -62,7 +62,7 @@ void SidebarList::mousePressEvent(QMouseEvent *event)
         event->accept();
 }
 
-/// Nothing: the two presses of a double click are two clicks.
+/// A double click counts as two clicks.
 void SidebarList::mouseDoubleClickEvent(QMouseEvent *event)
 {
     mousePressEvent(event);
@@ -126,7 +126,7 @@ void SidebarList::keyPressEvent(QKeyEvent *event)
     }
 }
 
-/// Left closes, or goes to the line above that holds this one; right opens.
+/// Left collapses the row or moves to its parent; right expands it.
 bool SidebarList::foldKey(int key, const SidebarRow &row, const QModelIndex &index)
 {
     if (key != Qt::Key_Left && key != Qt::Key_Right)
@@ -219,7 +219,7 @@ void SidebarList::dropEvent(QDropEvent *event)
     Q_EMIT moveWanted(entry, place);
 }
 
-/// Counted within the quick access: 0 is before its first entry. None where no entry could go.
+/// The index in the quick access to drop at; -1 if it cannot be dropped there.
 int SidebarList::dropPlaceAt(QPoint place) const
 {
     const QModelIndex index = indexAt(place);

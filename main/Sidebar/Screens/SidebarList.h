@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// The list of the sidebar: turns clicks, keys and drags into wishes.
+/// The sidebar's list view: turns clicks, keys and drags into signals.
 class SidebarList : public QListView {
     Q_OBJECT
 public:
@@ -16,12 +16,12 @@ public:
     void rename(const QModelIndex &index);
 
     Q_SIGNAL void chosen(const QModelIndex &index, brellin::SidebarList::Where where);
-    /// A section, or a folder's chevron.
+    /// For a section head or a folder's chevron.
     Q_SIGNAL void toggled(const QModelIndex &index);
     Q_SIGNAL void ejectWanted(const QModelIndex &index);
     Q_SIGNAL void removeWanted(const QModelIndex &index);
     Q_SIGNAL void menuWanted(const QModelIndex &index, const QPoint &screenPlace);
-    /// An entry of the quick access was dragged in front of the one at this place in the list.
+    /// Emitted when an entry was dragged; `place` is the index in the quick access to insert it before.
     Q_SIGNAL void moveWanted(const QUuid &entry, int place);
 
 protected:
@@ -49,7 +49,7 @@ private:
     SidebarRows &m_rows;
     SidebarDelegate &m_lines;
     QPersistentModelIndex m_pressed;
-    int m_dropPlace = -1; ///< in the quick access; none while nothing is dragged
+    int m_dropPlace = -1; ///< index in the quick access; -1 if nothing is dragged
 };
 
 } // namespace brellin

@@ -14,12 +14,12 @@ namespace {
 
 struct Entry {
     const char16_t *title;
-    const char16_t *name; ///< of the action, for tests
+    const char16_t *name; ///< object name of the action, for tests
     const char16_t *symbol;
     std::function<void()> SidebarActions::*run;
 };
 
-/// The menu from top to bottom, in groups.
+/// The menu's entries in order, by group.
 constexpr Entry opening[] = {
     {u"Öffnen", u"open", u"folder-open", &SidebarActions::open},
     {u"In neuem Tab öffnen", u"openInNewTab", u"square-plus", &SidebarActions::openInNewTab},

@@ -9,7 +9,7 @@ class QWidget;
 
 namespace brellin {
 
-/// What the context menu of a line can do; what is missing is left out.
+/// What a row's context menu can run; entries whose function is empty are left out.
 struct SidebarActions {
     std::function<void()> open;
     std::function<void()> openInNewTab;
@@ -27,7 +27,7 @@ struct SidebarActions {
     std::function<void()> properties;
 };
 
-/// The context menu of a line, which goes by itself; null where there would be nothing in it.
+/// The context menu of a row, which deletes itself when closed; null if it would be empty.
 QMenu *makeSidebarMenu(const SidebarRow &row, const SidebarActions &actions, QWidget *parent);
 
 } // namespace brellin

@@ -10,35 +10,35 @@
 
 namespace brellin {
 
-/// One line of the sidebar.
+/// One row of the sidebar.
 struct SidebarRow {
     enum class Kind {
-        Section, ///< a head that folds what follows
-        Gap,     ///< the head of a group without a name
+        Section, ///< head of a foldable section
+        Gap,     ///< space before a group without a title
         Quick,
         Folder,
         Volume,
-        Place ///< network, tag, Trash, photos, agent
+        Place ///< network, tag, Trash, photos or agent
     };
     Kind kind = Kind::Place;
-    QString key; ///< what the line is, from one reading to the next; of a section also its stored name
+    QString key; ///< stable across rebuilds; for a section also its stored name
     QString title;
-    std::optional<SidebarItem> choice; ///< none for a head
+    std::optional<SidebarItem> choice; ///< where it leads; none for a head
     QString toolTip;
 
     QString symbol;
-    std::optional<QColor> color;   ///< of the symbol, the folder or, without a symbol, the dot
-    std::optional<Location> image; ///< drawn instead of the symbol
-    QUuid entry;                   ///< of the quick access
+    std::optional<QColor> color;   ///< of the symbol, the folder, or the dot if there is no symbol
+    std::optional<Location> image; ///< shown instead of the symbol
+    QUuid entry;                   ///< ID in the quick access
     std::optional<QString> colorName;
 
-    int depth = 0;           ///< of a folder
-    bool expandable = false; ///< a folder with folders in it
-    bool expanded = false;   ///< a folder or a section
+    int depth = 0;           ///< for folders
+    bool expandable = false; ///< a folder that may have subfolders
+    bool expanded = false;   ///< for folders and sections
     bool loading = false;
 
-    QString note;               ///< at the right: "212 GB frei"
-    std::optional<double> used; ///< share of a volume, 0 … 1
+    QString note;               ///< at the right, e.g. "212 GB frei"
+    std::optional<double> used; ///< used share of a volume, 0 to 1
     bool ejectable = false;
     int badge = 0;
 

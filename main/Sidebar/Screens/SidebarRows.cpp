@@ -132,7 +132,7 @@ void SidebarRows::rebuild()
     follow(std::move(rows));
 }
 
-/// The head of a section, and whether its lines follow.
+/// Adds a section head; returns whether the section is unfolded.
 bool SidebarRows::addHead(Rows &rows, const QString &key, const QString &title) const
 {
     SidebarRow row;
@@ -163,7 +163,7 @@ void SidebarRows::addFolders(Rows &rows) const
             root = folder.location;
         SidebarRow row;
         row.kind = SidebarRow::Kind::Folder;
-        // One folder may stand below two roots.
+        // One folder may appear below two roots, so the key contains the root.
         row.key = keyOf(QStringLiteral("folder:"), root) + keyOf(QStringLiteral(":"), folder.location);
         row.title = folder.name;
         row.choice = SidebarItem::tree(root, folder.location);
@@ -206,7 +206,7 @@ void SidebarRows::addTags(Rows &rows) const
     }
 }
 
-/// Persistent indexes are led to the lines they stood on.
+/// Replaces the rows and moves persistent indexes with them.
 void SidebarRows::follow(Rows next)
 {
     if (next != m_rows) {
@@ -244,7 +244,7 @@ void SidebarRows::setChosen(const QString &key)
     findCurrent();
 }
 
-/// The chosen line, else the first of the quick access, the volumes and the tree.
+/// The row clicked last, otherwise the first one outside the tree, otherwise one in the tree.
 void SidebarRows::findCurrent()
 {
     QString found;

@@ -10,8 +10,8 @@
 
 namespace brellin {
 
-/// The lines of the sidebar, from top to bottom, as the models beneath have them. A change leads what stands on a line (the
-/// keys, an editor) to where that line is now.
+/// The rows of the sidebar, built from its models. A rebuild moves persistent indexes with their rows, so focus and
+/// editors stay.
 class SidebarRows : public QAbstractListModel {
     Q_OBJECT
 public:
@@ -22,15 +22,15 @@ public:
     const SidebarRow &row(const QModelIndex &index) const { return m_rows[static_cast<std::size_t>(index.row())]; }
     QModelIndex indexOf(const QString &key) const;
 
-    /// What the pane shows.
+    /// Sets the active pane's place, whose row is highlighted.
     void setCurrent(const Place &place);
-    /// The line that was chosen last: of several that lead to one place it is the one to be highlighted.
+    /// Sets the row clicked last, which is highlighted if several rows lead to the current place.
     void setChosen(const QString &key);
     bool isCurrent(const QModelIndex &index) const;
     QModelIndex current() const { return indexOf(m_currentKey); }
 
     void setAgentBadge(int number);
-    /// A volume is on its way out, or stays after all.
+    /// Marks the volume as being ejected.
     void setEjecting(const Location &volume, bool ejecting);
     void setFolded(const QString &section, bool folded);
 
@@ -39,7 +39,7 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
-    /// Another line is highlighted.
+    /// Emitted when another row is highlighted.
     Q_SIGNAL void currentMoved();
     Q_SIGNAL void failed(const QString &message);
 
@@ -59,7 +59,7 @@ private:
     std::set<Location> m_ejecting;
     std::optional<Place> m_current;
     QString m_chosenKey;
-    QString m_currentKey; ///< of the highlighted line; empty for none
+    QString m_currentKey; ///< key of the highlighted row; empty if none
     int m_agentBadge = 0;
 };
 

@@ -119,14 +119,14 @@ void SidebarView::focusList()
     d->list->setFocus(Qt::ShortcutFocusReason);
 }
 
-/// Whether a line outside the tree leads there: then the tree stays as it is.
+/// Whether a row outside the tree leads to the folder; the tree is not expanded then.
 bool SidebarView::Private::leadsElsewhere(const Location &folder) const
 {
     return sources.pins.holds(folder) || std::ranges::find(sources.volumes.volumes.get(), folder, &VolumeEntry::root) !=
                                              sources.volumes.volumes.get().end();
 }
 
-/// Where files can be put and what has properties: the Trash is no folder to the user.
+/// The folder for drops and properties; none for other places, including the Trash.
 std::optional<Location> SidebarView::Private::folderOf(const SidebarRow &row) const
 {
     const bool leadsToFolder = row.choice && placeOf(*row.choice, sources.folders).kind == Place::Kind::Folder;
@@ -181,7 +181,7 @@ void SidebarView::Private::toggle(const QModelIndex &index)
         report(sources.tree.expand(row.choice->location), notKept);
 }
 
-/// Takes a copy: the lines change as soon as this one says what happens to it.
+/// By value, since setEjecting() rebuilds the rows.
 void SidebarView::Private::eject(SidebarRow row)
 {
     if (!row.choice)
@@ -207,7 +207,7 @@ void SidebarView::Private::showMenu(const QModelIndex &index, const QPoint &scre
         menu->popup(screenPlace);
 }
 
-/// The menu acts on the line it was opened for, wherever that is when a person has decided.
+/// Actions hold persistent indexes, since rows may change while the menu is open.
 SidebarActions SidebarView::Private::actionsFor(const QModelIndex &index)
 {
     const SidebarRow row = rows->row(index);
@@ -276,7 +276,7 @@ void SidebarView::Private::addFolderActions(SidebarActions &actions, const Sideb
         actions.properties = [this, folder] { Q_EMIT q.propertiesWanted(folder); };
 }
 
-/// A chosen symbol shows at once: a picture in its place goes.
+/// Setting a symbol also removes the picture that would hide it.
 void SidebarView::Private::chooseSymbol(const SidebarRow &row, const QModelIndex &index)
 {
     auto *const choice = new SymbolChoice(row.symbol, &q);

@@ -17,46 +17,46 @@ class Pins;
 class ThumbnailImages;
 class VolumeList;
 
-/// What the sidebar shows and edits. All outlive it.
+/// The models that the sidebar shows and edits. All must outlive it.
 struct SidebarSources {
     Pins &pins;
-    FolderTree &tree; ///< its roots are set by the sidebar: "Benutzerordner" and every volume
+    FolderTree &tree; ///< roots are set by the sidebar: "Benutzerordner" and every volume
     VolumeList &volumes;
     FolderColors &colors;
     FoldedSections &folded;
     const KnownFolders &folders;
-    ThumbnailImages *images = nullptr; ///< for entries with a picture of their own
+    ThumbnailImages *images = nullptr; ///< for entries with a picture
 };
 
-/// The sidebar: quick access, folders, volumes, network, tags, Trash, photos and assistants as one list for mouse and keys.
-/// It says what was chosen; the window goes there.
+/// The sidebar: quick access, folders, volumes, network, tags, Trash, photos and agent in one list. Emits what was
+/// chosen; the window navigates.
 class SidebarView : public QWidget {
     Q_OBJECT
 public:
     SidebarView(SidebarSources sources, QWidget *parent);
     ~SidebarView() override;
 
-    /// The active pane shows this: its line is highlighted (the one that was chosen where several lead there), and the tree
-    /// opens down to a folder where no other line leads there. A search and an overview stand for their folder.
+    /// Highlights the row of the active pane's place; of several, the one clicked last. If only the tree can show the
+    /// folder, expands the tree to it. A search or an overview counts as its folder.
     void setCurrent(const Place &place);
-    /// The red number of the agent; none for 0.
+    /// Sets the agent's badge; hidden for 0.
     void setAgentBadge(int number);
-    /// Puts the keys into the list.
+    /// Focuses the list.
     void focusList();
-    /// Where files can be dropped, and the folder that a point of it stands for; nothing beside the folders.
+    /// The widget that accepts file drops, and the folder at a point of it; none for rows that are not folders.
     QWidget *dropArea() const;
     std::optional<Location> folderAt(QPoint place) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    /// Clicked, or Return.
+    /// By click or Return.
     Q_SIGNAL void chosen(const brellin::SidebarItem &choice);
-    /// Middle click, Ctrl+Return, or "In neuem Tab öffnen".
+    /// By middle click, Ctrl+Return or "In neuem Tab öffnen".
     Q_SIGNAL void chosenForNewTab(const brellin::SidebarItem &choice);
-    /// "Eigenschaften" of a folder. The menus have it as soon as somebody listens.
+    /// "Eigenschaften" of a folder. The menu offers it only if this signal is connected.
     Q_SIGNAL void propertiesWanted(const brellin::Location &folder);
-    /// Something did not work; a German text for the window to show.
+    /// A failure as a German text for the window to show.
     Q_SIGNAL void failed(const QString &message);
 
 protected:

@@ -109,7 +109,7 @@ void SymbolChoice::openAt(const QRect &line)
     m_list->setFocus();
 }
 
-/// The list passes on what it does not use, Return among it.
+/// Receives keys that the list ignores, including Return.
 void SymbolChoice::keyPressEvent(QKeyEvent *event)
 {
     const bool take = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;

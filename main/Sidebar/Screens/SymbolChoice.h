@@ -6,13 +6,13 @@ class QListWidget;
 
 namespace brellin {
 
-/// A small window in which a symbol is chosen: with a click, or with the arrow keys and Return. Goes by itself.
+/// A popup for choosing a symbol by click or with arrow keys and Return. Deletes itself when closed.
 class SymbolChoice : public QFrame {
     Q_OBJECT
 public:
     SymbolChoice(const QString &current, QWidget *parent);
 
-    /// Opens beside a line of the sidebar, on the screen.
+    /// `line` is the sidebar row, in screen coordinates.
     void openAt(const QRect &line);
 
     Q_SIGNAL void chosen(const QString &symbol);

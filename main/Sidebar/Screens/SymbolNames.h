@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// How a symbol that may be chosen for an entry is called to a person.
+/// The German name of a symbol.
 QString germanSymbolName(const QString &symbol);
 
 } // namespace brellin
