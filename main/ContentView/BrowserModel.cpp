@@ -13,9 +13,9 @@ namespace brellin {
 namespace {
 
 constexpr std::chrono::milliseconds searchDelay{200};
-/// Rows sorted by a size that is still being counted settle at most so often.
+/// Minimum time between sorts by size while folders are being counted.
 constexpr std::chrono::milliseconds displayDelay{1000};
-/// So many entries are put in order within a frame.
+/// Sorted synchronously up to this many entries, which takes less than a frame.
 constexpr std::size_t sortedAtOnce = 20'000;
 
 } // namespace
@@ -39,7 +39,7 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     arm(m_searchSoon, searchDelay, &BrowserModel::runSearch);
     arm(m_displaySoon, displayDelay, &BrowserModel::display);
     arm(m_reloadSoon, {}, &BrowserModel::takeChanges);
-    // Before anybody else hears of them.
+    // Observe first, so that other observers get a fresh summary.
     items.observe(this, [this](const FileItems &) { m_summary.reset(); });
     selection.observe(this, [this](const Selection &) { m_summary.reset(); });
     m_services.sizes.observe(this, [this](const std::vector<Location> &) { heardSizes(); });
@@ -53,7 +53,7 @@ BrowserModel::~BrowserModel()
     m_relay->pane = nullptr;
 }
 
-/// `rows` are those of `shown` where they are there already.
+/// `rows` are the sorted rows of `shown`, if known already.
 void BrowserModel::setItems(const FileItems &shown, std::optional<DisplayedItems> rows)
 {
     if (shown == items.get()) {
@@ -68,7 +68,7 @@ void BrowserModel::setItems(const FileItems &shown, std::optional<DisplayedItems
     keepWhatIsThere();
 }
 
-/// Few entries are put in order at once, many on a worker.
+/// Sorts small lists synchronously, large ones on a worker.
 void BrowserModel::display()
 {
     m_displaySoon.stop();
@@ -99,7 +99,7 @@ void BrowserModel::show(DisplayedItems rows)
     requestSizes();
 }
 
-/// What is known now, for a thread that may not ask.
+/// A copy of the known sizes, since FolderSizes may only be used on the main thread.
 KnownFolderSize BrowserModel::sizesOfFolders() const
 {
     if (!sortsBySize())
@@ -115,7 +115,7 @@ KnownFolderSize BrowserModel::sizesOfFolders() const
     };
 }
 
-/// What is selected or being renamed may have gone.
+/// Deselects entries that are gone, and cancels renaming one that is gone.
 void BrowserModel::keepWhatIsThere()
 {
     const Selection before = selection.get();
@@ -219,7 +219,7 @@ void BrowserModel::setVisibleRows(std::size_t first, std::size_t count)
 
 void BrowserModel::requestSizes()
 {
-    // A view asks again for what comes into sight: nobody waits for the others.
+    // Requesting all folders of a large list is wasteful: views request again when scrolled.
     constexpr std::size_t mostBeyond = 1000;
     const DisplayedItems &rows = displayedItems.get();
     const std::size_t first = std::min(m_firstVisible, rows.size());
@@ -286,7 +286,7 @@ QString BrowserModel::emptyTextNow() const
 void BrowserModel::setOperationError(const QString &message)
 {
     m_readFailed = false;
-    // The same failure again is news, too.
+    // Publish a change even if the message is the same as before.
     publish(errorMessage, std::optional<QString>());
     publish(errorMessage, std::optional(message));
 }

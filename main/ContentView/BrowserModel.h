@@ -33,7 +33,7 @@ namespace brellin {
 
 class FolderWatcher;
 
-/// What a pane works with; all of it outlives the pane.
+/// The ports and shared models of a pane; all must outlive it.
 struct BrowserServices {
     UserDefaults &defaults;
     const Volumes &volumes;
@@ -43,49 +43,50 @@ struct BrowserServices {
     FolderSizes &sizes;
     FolderColors &colors;
     const TagSearch &tagSearch;
-    /// Whether an entry may be made or renamed at this place: not in the system's own. Called on workers; empty: everywhere.
+    /// Whether an entry may be created or renamed at this path, i.e. not in a system location. Called on workers; empty
+    /// allows all.
     MayChange mayChange = {};
-    /// Searches below a folder. Called on workers.
+    /// The search below a folder. Called on workers; replaceable for tests.
     std::function<FolderSearchResult(SearchMatches &, const Location &folder, const QString &query, HiddenEntries,
                                      const JobControl *)>
         search = searchInto;
 };
 
-/// One pane of the browser: the folder it shows, its history, what is listed and selected, the search, and renaming in place.
-/// Lives on the main thread; file calls run on workers, and an answer that comes after the user has moved on is dropped.
+/// One pane: the current folder, history, listing, selection, search and inline renaming. Lives on the main thread;
+/// file calls run on workers, and their answers are dropped if the user has navigated away.
 class BrowserModel : public Model<BrowserModel> {
 public:
-    /// Shows `start` at once.
+    /// Loads `start`; a local folder is usually listed on return.
     BrowserModel(const BrowserServices &services, const Location &start);
     ~BrowserModel() override;
 
-    /// What the pane shows. `current`, `searching`, `tagFilter`, `showPhotos` and their like say parts of it and change before
-    /// it does: an observer of `place` finds all of them in agreement.
+    /// What the pane shows. `current`, `searching`, `tagFilter`, `showPhotos` and the like are derived from it and
+    /// published before it, so observers of `place` see them updated.
     Published<Place> place;
 
-    // What is listed.
-    Published<Location> current;                    ///< the folder shown, or below a page; standardised
-    Published<FileItems> items;                     ///< the folder's listing, or what a search or a tag found
-    Published<DisplayedItems> displayedItems;       ///< the rows of the views
-    Published<Selection> selection;                 ///< a subset of `items`
-    Published<SortOrder> sortOrder;                 ///< by name, as long as nobody chose
-    Published<bool> showHidden;                     ///< list hidden entries
-    Published<bool> loading;                        ///< a read in the background is under way
+    // Listing
+    Published<Location> current;                    ///< the folder shown, or covered by a page; standardised
+    Published<FileItems> items;                     ///< the folder's listing, or the matches of a search or tag
+    Published<DisplayedItems> displayedItems;       ///< filtered and sorted rows for the views
+    Published<Selection> selection;                 ///< subset of `items`
+    Published<SortOrder> sortOrder;                 ///< default: by name
+    Published<bool> showHidden;                     ///< whether hidden entries are listed
+    Published<bool> loading;                        ///< the folder is being read in the background
     Published<std::optional<qint64>> freeSpace;     ///< bytes available on the folder's volume
-    Published<std::optional<QString>> errorMessage; ///< shown in place of the list, or above one that is there
-    Published<QString> emptyText;                   ///< what stands where no rows are; empty while there are some
-    Published<QString> statusText;                  ///< the status line
+    Published<std::optional<QString>> errorMessage; ///< shown instead of the list, or above it if there is one
+    Published<QString> emptyText;                   ///< shown if there are no rows; otherwise empty
+    Published<QString> statusText;                  ///< text of the status line
     Published<ViewMode> viewMode;
-    Published<double> iconSize{72.0}; ///< points, 40 to 256
+    Published<double> iconSize{72.0}; ///< in points, 40 to 256
 
-    // Searching.
+    // Search
     Published<QString> searchText;
-    Published<bool> searching;                   ///< `items` are, or are about to be, what a search found
-    Published<bool> searchRunning;               ///< the search is under way
-    Published<bool> searchCapped;                ///< there are more matches than the 3,000 that are listed
+    Published<bool> searching;                   ///< `items` are, or will be, the matches of a search
+    Published<bool> searchRunning;               ///< a search for a text or tag is running
+    Published<bool> searchCapped;                ///< more matches exist than the 3,000 listed
     Published<std::optional<QString>> tagFilter; ///< the tag whose entries are shown
 
-    // Navigation.
+    // Navigation
     Published<bool> canGoBack;
     Published<bool> canGoForward;
     Published<bool> showPhotos;
@@ -93,94 +94,95 @@ public:
     Published<bool> showAgent;
     Published<std::optional<QString>> showDevice;
 
-    // Renaming.
-    Published<std::optional<FileItem>> renameTarget;             ///< renamed in place now
-    Published<QString> renameText;                               ///< its new name so far
-    Published<std::optional<std::vector<Location>>> batchRename; ///< asks for the sheet that renames several
+    // Renaming
+    Published<std::optional<FileItem>> renameTarget;             ///< the item being renamed inline
+    Published<QString> renameText;                               ///< its new name as typed
+    Published<std::optional<std::vector<Location>>> batchRename; ///< requests the batch rename sheet
 
-    /// The other pane of a window with two.
+    /// The other pane of the tab, if there are two.
     QPointer<BrowserModel> partner;
 
-    /// Reads `folder`; pure, callable from every thread.
+    /// Reads `folder`. Thread-safe; blocking.
     static Listing read(const Location &folder, HiddenEntries hidden, const Volumes &volumes)
     {
         return readListing(folder, hidden, volumes);
     }
 
-    /// Reads the folder again and watches it. A local folder is there on return unless it takes long.
+    /// Reads the folder again and watches it. A local folder is listed on return unless that takes too long.
     void load();
-    /// The refresh command: counts folder sizes anew and runs an active search again.
+    /// Reload command: counts folder sizes again and repeats an active search.
     void reload();
 
     void setSelection(Selection selected);
     void selectAll();
     std::vector<FileItem> selectedItems() const;
-    /// What is selected, looked up once for each selection and listing.
+    /// Summary of the selection, cached until selection or items change.
     const SelectionSummary &selectionSummary() const;
-    /// The selected entry where there is just one.
+    /// The selected item if exactly one is selected, otherwise null. Valid until `items` changes.
     const FileItem *onlySelected() const;
     void setSortOrder(SortOrder order);
     bool sortsBySize() const;
     void setShowHidden(bool shown);
-    /// A filter that an embedding screen puts on the list (a folder picker). Called on workers.
+    /// Sets a filter on the rows, for screens that embed a pane, such as a folder picker. Called
+    /// on workers and, for short lists, on the main thread.
     void setItemFilter(ItemFilter filter);
-    /// The rows that are on the screen: the sizes of their folders are counted first.
+    /// Sets the visible rows; sizes are counted from there on first.
     void setVisibleRows(std::size_t first, std::size_t count);
-    /// Whether `errorMessage` says why the folder cannot be read: it then stands in place of the list.
+    /// Whether `errorMessage` says why the folder cannot be read, and is shown instead of the list.
     bool readFailed() const { return m_readFailed; }
-    /// Takes away a message about something that failed (not that the folder cannot be read).
+    /// Clears the message of a failed operation; keeps the one of an unreadable folder.
     void dismissError();
-    /// Says what an operation that somebody else carried out could not do.
+    /// Shows the failure of an operation that ran outside the pane.
     void showError(const QString &message) { setOperationError(message); }
 
     void setViewMode(ViewMode mode);
     void setIconSize(double size);
-    /// Steps of the icon size; shows icons where they are not shown yet.
+    /// Changes the icon size by `delta` points; switches to icon view if needed.
     void zoomIcons(double delta);
     void saveFolderView();
     void restoreFolderView();
 
-    /// Searches for the text shortly after the last change.
+    /// Searches for the text a moment after the last change.
     void setSearchText(const QString &text);
-    /// Searches at once; an empty text puts the listing back.
+    /// Searches now; an empty text returns to the listing.
     void runSearch();
     void showTag(const QString &tag);
 
-    /// Shows any place; a search is one below `current`. What the place before was made of ends.
+    /// Goes to any place and ends the search or tag view shown before. A search runs below `current`, not below its own
+    /// folder.
     void showPlace(const Place &wanted);
-    /// From a page to the place that it covers; elsewhere nothing.
+    /// Returns from a page to the place it covers; otherwise does nothing.
     void leavePage();
 
     enum class History { Record, Keep };
-    /// The one way to another folder. What is no folder is said in `errorMessage`, and the pane stays where it was.
+    /// Goes to another folder; every navigation ends here. If it is no folder, sets `errorMessage` and stays.
     void navigate(const Location &folder, History history = History::Record);
     void navigateToTyped(const QString &text);
     void goBack();
     void goForward();
     void goUp();
-    /// What a choice in the sidebar leads to.
+    /// Goes where a row of the sidebar leads.
     void choose(const SidebarItem &item);
     const std::vector<Location> &backStack() const { return m_history.back(); }
     const std::vector<Location> &forwardStack() const { return m_history.forward(); }
 
     /// Creates "Neuer Ordner" and starts renaming it.
     void newFolder();
-    /// One selected entry is renamed in place, several by the sheet.
+    /// Renames one selected entry inline, several with the batch rename sheet.
     void beginRenameSelection();
     void startRename(const FileItem &item);
     void setRenameText(const QString &text);
     void commitRename();
     void cancelRename();
     void closeBatchRename();
-    /// Calls `told` after each new folder (`from` is empty then) and each renaming of this pane's, for whoever takes such
-    /// things back.
+    /// Sets the callback for new folders (`from` is empty) and renames made by this pane; undo records them.
     void onOwnChange(std::function<void(const Location &from, const Location &to)> told)
     {
         m_ownChange = std::move(told);
     }
 
 private:
-    /// What starts a reading, which decides how it is awaited.
+    /// Why the folder is read; decides how long load() waits for it.
     enum class Refresh { ByUser, ByWatcher };
     struct Reading;
     struct Relay;
@@ -229,34 +231,34 @@ private:
     void renameCreated();
 
     BrowserServices m_services;
-    Place m_covered;     ///< what a page was opened over
-    FileItems m_listing; ///< the last reading, kept while a search or a tag view replaces `items`
-    Location m_listed;   ///< the folder that it is of
-    mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`, where somebody has asked
+    Place m_covered;                                   ///< the place that the page covers
+    FileItems m_listing;                               ///< last listing, kept while a search or tag replaces `items`
+    Location m_listed;                                 ///< folder of `m_listing`
+    mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`; none until requested
     ItemFilter m_itemFilter;
-    int m_displayWish = 0;     ///< counts the changes of order and filter
+    int m_displayWish = 0;     ///< incremented when order or filter change
     bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read
-    bool m_restoring = false;  ///< nothing of the view is saved
+    bool m_restoring = false;  ///< restoring the view; do not save it
     std::size_t m_firstVisible = 0;
     std::size_t m_visibleCount = 0;
 
     NavigationHistory m_history;
 
     FileCall<Reading> m_load;
-    FileCall<DisplayedItems> m_display; ///< puts many entries in order
+    FileCall<DisplayedItems> m_display; ///< sorts large lists
     SearchRun m_search;
-    FileCall<bool> m_check; ///< whether there is a folder to go to
+    FileCall<bool> m_check; ///< whether the target is a folder
     FileCall<EntryChange> m_change;
     std::function<void(const Location &, const Location &)> m_ownChange;
     QTimer m_searchSoon;
     QTimer m_displaySoon;
     QTimer m_reloadSoon;
-    Mailbox m_mailbox;              ///< what watchers tell this pane
-    std::shared_ptr<Relay> m_relay; ///< through which watchers reach this pane
+    Mailbox m_mailbox;              ///< for watcher events
+    std::shared_ptr<Relay> m_relay; ///< connects watchers to this pane
     std::shared_ptr<FolderWatcher> m_watcher;
     std::chrono::steady_clock::time_point m_lastReadEnded;
     std::chrono::steady_clock::duration m_lastReadTook{};
-    std::optional<Location> m_renameAfterLoad; ///< made just now: selected and renamed as soon as it is listed
+    std::optional<Location> m_renameAfterLoad; ///< just created; selected and renamed once listed
 };
 
 } // namespace brellin

@@ -7,10 +7,10 @@ namespace brellin {
 
 namespace {
 
-/// Events that come within this time lead to one reading.
+/// Watcher events within this time cause a single reload.
 constexpr std::chrono::milliseconds reloadDelay{250};
 
-/// The Trash of a user who has thrown nothing away yet does not exist.
+/// A missing Trash folder counts as empty: it is created on first use.
 bool isMissing(const Failure &error)
 {
     return error.is(std::errc::no_such_file_or_directory);
@@ -36,25 +36,25 @@ void BrowserModel::reload()
         load();
 }
 
-/// The work of a reading; it holds nothing of the pane.
+/// Runs on a worker; must not capture the pane.
 std::function<BrowserModel::Reading(const JobControl &)> BrowserModel::reading(Refresh why)
 {
     const Location folder = current.get();
     const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
     const FileItems before = m_listed == folder ? m_listing : FileItems();
     const bool rearm = why == Refresh::ByUser || !m_watcher;
-    // What the folders in it are counted at is only known once it is listed.
+    // Sorting by size needs folder sizes, which are requested only after listing.
     const bool sorts = showsListing() && !sortsBySize();
     const DisplayOptions options{sortOrder.get(), m_itemFilter, {}};
     return [=, &volumes = m_services.volumes, relay = m_relay, wish = m_displayWish](const JobControl &control) {
         Reading result;
-        // Watched first: what changes during the reading is heard. A folder that cannot be watched is simply not.
+        // Watch before reading, so that no change is missed. A folder that cannot be watched is shown without updates.
         if (rearm) {
             if (auto watcher = FolderWatcher::watch(folder, [relay] { relay->heard(); }))
                 result.watcher = *std::move(watcher);
         }
         result.listing = readListing(folder, hidden, volumes, &control);
-        // Compared here, so that a refresh that brings nothing new costs the main thread nothing.
+        // Keep the old list if nothing changed, so that views have nothing to compare.
         if (result.listing.items.sameContent(before) && !before.empty())
             result.listing.items = before;
         else if (sorts)
@@ -121,7 +121,7 @@ void BrowserModel::applyOutcome(const Listing &listing)
     const QString &error = listing.error->message;
     m_readFailed = true;
     publish(errorMessage, std::optional(isTrash ? unreadableTrashText(error) : unreadableFolderText(error)));
-    m_watcher.reset(); // nothing is heard of a folder that is not there; a refresh watches again
+    m_watcher.reset(); // A watcher of a missing folder reports nothing; the next load creates a new one.
 }
 
 void BrowserModel::showNotAnswering()
@@ -141,7 +141,7 @@ void BrowserModel::showListing()
     setItems(m_listing);
 }
 
-/// Events come in swarms: they are gathered, and a folder that takes long to read is left in peace for three times as long.
+/// Coalesces bursts of events. After a slow read waits three times as long as the read took.
 void BrowserModel::debouncedReload()
 {
     if (m_reloadSoon.isActive())

@@ -42,7 +42,8 @@ void BrowserModel::navigate(const Location &folder, History history)
     travel(target, remember, {});
 }
 
-/// Goes there if it is a folder. `remember` puts the way into the history, `forget` takes a folder that is gone out of it.
+/// Goes to the folder if it exists. Then calls `remember` to enter the step into the history, otherwise `forget` to
+/// remove the missing folder from it.
 void BrowserModel::travel(const Location &folder, const std::function<void()> &remember,
                           const std::function<void()> &forget)
 {
@@ -123,7 +124,7 @@ void BrowserModel::navigateToTyped(const QString &text)
         navigate(current.get() / locationFromText(QString::fromStdString(typed)));
 }
 
-/// A search below the folder that is chosen stays.
+/// Keeps a search that already runs below the chosen folder.
 void BrowserModel::choose(const SidebarItem &item)
 {
     const Place wanted = placeOf(item, m_services.folders);
@@ -183,7 +184,7 @@ void BrowserModel::uncoverFolder()
         setPlace(placeOf(current.get(), m_services.folders));
 }
 
-/// The only writer of the place and of all that is derived from it.
+/// All changes of the place and of what is derived from it are published here.
 void BrowserModel::setPlace(const Place &to)
 {
     using enum Place::Kind;

@@ -7,15 +7,15 @@
 
 namespace brellin {
 
-/// What a reading of the folder brings back. Without a watcher the one that is there stays.
+/// Result of reading a folder. `watcher` is null if the current one stays.
 struct BrowserModel::Reading {
     Listing listing;
-    std::optional<DisplayedItems> rows; ///< of the listing, where they could be made with it
-    int wish = 0;                       ///< in the order that was wanted then
+    std::optional<DisplayedItems> rows; ///< sorted rows, if they could be made on the worker
+    int wish = 0;                       ///< value of `m_displayWish` that `rows` were made for
     std::shared_ptr<FolderWatcher> watcher;
 };
 
-/// The way from a watcher's thread to the pane, cut when the pane goes.
+/// Posts watcher events to the pane from the watcher's thread; disconnected when the pane is destroyed.
 struct BrowserModel::Relay {
     std::mutex mutex;
     BrowserModel *pane = nullptr;

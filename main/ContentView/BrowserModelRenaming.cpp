@@ -79,7 +79,7 @@ void BrowserModel::commitRename()
     });
 }
 
-/// One change at a time: the answer to one that is under way must not get lost.
+/// Refuses a second change while one is running, since starting it would drop the first one's answer.
 void BrowserModel::change(const Location &where, std::function<EntryChange(const JobControl &)> work)
 {
     if (m_change.running()) {
@@ -110,7 +110,7 @@ void BrowserModel::showChanged(const EntryChange &made)
 {
     const bool isNew = made.from.empty();
     if (isNew && made.to.parent_path() != current.get())
-        return; // the user has moved on
+        return; // navigated away meanwhile
     if (isNew) {
         if (!showsListing())
             leaveResults();
@@ -128,7 +128,7 @@ void BrowserModel::showChanged(const EntryChange &made)
     setSelection(selected);
 }
 
-/// What was made just now has its row.
+/// Selects the folder just created and starts renaming it, once it is listed.
 void BrowserModel::renameCreated()
 {
     const std::optional<Location> created = std::exchange(m_renameAfterLoad, std::nullopt);

@@ -38,7 +38,7 @@ void BrowserModel::runSearch()
     search([folder = current.get(), query, hidden, matches, work = m_services.search](const JobControl &control) {
         return work(*matches, folder, query, hidden, &control);
     });
-    // What is shown of the same search stays until its end.
+    // When repeating a search, the old matches stay visible until it ends.
     if (!again)
         m_search.showMatches(matches);
 }
@@ -82,7 +82,7 @@ void BrowserModel::found(const FolderSearchResult &result)
         setOperationError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
 }
 
-/// Ends what a search or a tag is at. Its place and its items stay for the caller to replace.
+/// Stops a search or tag view. The caller must replace `place` and `items`.
 void BrowserModel::leaveSearch()
 {
     m_searchSoon.stop();
@@ -92,7 +92,7 @@ void BrowserModel::leaveSearch()
     publish(searchCapped, false);
 }
 
-/// From what a search or a tag found back to the folder.
+/// Returns from a search or tag view to the folder.
 void BrowserModel::leaveResults()
 {
     leaveSearch();

@@ -9,21 +9,21 @@
 
 namespace brellin {
 
-/// The systems whose users read the texts below.
+/// Selects the wording of texts that name the system's own programs or settings.
 enum class BrowserTextSystem { Mac, Linux };
-/// The one this program is built for.
+/// The system this program is built for.
 BrowserTextSystem ownBrowserTextSystem();
 
-/// The status line: "12 Elemente   |   2 ausgewählt  3 MB   |   1,5 GB frei"; what is not known, or empty, is left out.
+/// "12 Elemente   |   2 ausgewählt  3 MB   |   1,5 GB frei"; unknown or empty parts are left out.
 QString statusLine(std::size_t count, const QString &selected, std::optional<std::int64_t> freeSpace);
 
-/// What stands in place of a folder that cannot be read; `error` is the system's description.
+/// Text for a folder that cannot be read; `error` is the system's message.
 QString unreadableFolderText(const QString &error, BrowserTextSystem system = ownBrowserTextSystem());
-/// The same for the Trash.
+/// Text for a Trash that cannot be read.
 QString unreadableTrashText(const QString &error, BrowserTextSystem system = ownBrowserTextSystem());
-/// „/kein/Ordner“ wurde nicht gefunden.
+/// "„/kein/Ordner“ wurde nicht gefunden."
 QString notFoundText(const Location &folder);
-/// A network mount that does not answer.
+/// Text for a mount that does not respond.
 QString notAnsweringText(const Location &location);
 
 } // namespace brellin

@@ -7,7 +7,7 @@ namespace brellin {
 namespace {
 
 const QString systemRefusal = QStringLiteral("Orte des Systems werden nicht verändert.");
-/// Somebody may take each free name just before us, but not for ever.
+/// Limits retries when other programs keep taking the free name first.
 constexpr int mostAttempts = 100;
 
 } // namespace

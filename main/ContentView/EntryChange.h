@@ -8,17 +8,17 @@
 
 namespace brellin {
 
-/// What became of a rename, or of a new folder (then `from` is empty).
+/// Outcome of a rename, or of creating a folder (`from` is empty then).
 struct EntryChange {
     Location from;
     Location to;
     Result<void> outcome;
 };
 
-/// Whether an entry may be made or renamed at this place; empty: everywhere.
+/// Whether an entry may be created or renamed at this path; empty allows all.
 using MayChange = std::function<bool(const Location &entry)>;
 
-/// Creates `wanted`, or the first name after it that is free. Blocking.
+/// Creates `wanted`, or the next free numbered name; `to` is the name used. Blocking.
 EntryChange createFolder(const Location &wanted, FileActions &files, const MayChange &mayChange);
 EntryChange renameEntry(const Location &from, const Location &to, FileActions &files, const MayChange &mayChange);
 

@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// A folder's path as the beginning of its entries' paths.
+/// The folder's path without a trailing slash, as a prefix of its entries' paths.
 std::string_view folderOf(const FileItem &item)
 {
     return item.folder && *item.folder != "/" ? std::string_view(*item.folder) : std::string_view();
@@ -98,7 +98,7 @@ const QString &kindOfFolder()
 const QString &kindOfFile(std::string_view name)
 {
     static const QString unknown = QStringLiteral("Datei");
-    // Neighbours are often of one kind: then no table is asked, and the text is one in memory.
+    // Neighbours often have the same type: cache the last one, which also shares its text.
     thread_local std::string lastExtension;
     thread_local QString lastKind = unknown;
     const std::string_view extension = extensionOf(name);

@@ -17,55 +17,54 @@
 
 namespace brellin {
 
-/// Whether an entry is a symbolic link, and whether that leads anywhere.
+/// Whether an entry is a symlink, and whether its target exists.
 enum class LinkState : std::uint8_t { None, Leads, Broken };
 
-/// One listed entry. Small, because a folder may hold a million of them: the folder's path is shared by its entries, and the
-/// entry's own path is made on demand.
-///
-/// A link to a folder shows as a folder; size and time are the link's own.
+/// One listed entry. Kept small, since a folder may hold a million of them: the folder's path is shared, and the
+/// entry's path is composed on demand.
+/// A link to a folder counts as a folder; size and time are the link's own.
 struct FileItem {
-    std::shared_ptr<const std::string> folder; ///< the path of the folder it lies in, never null in a listing
+    std::shared_ptr<const std::string> folder; ///< path of the containing folder; never null in a listing
     std::string nameBytes;
-    bool isFolder = false; ///< also a link to a folder; a package counts as a file
-    bool isHidden = false; ///< by a leading dot or the folder's `.hidden` list
+    bool isFolder = false; ///< also for a link to a folder; false for a package
+    bool isHidden = false; ///< leading dot, or listed in the folder's `.hidden`
     LinkState link = LinkState::None;
-    std::int64_t size = 0; ///< bytes; 0 where unknown
+    std::int64_t size = 0; ///< in bytes; 0 if unknown
     Instant modified = Instant::min();
-    QString kind;     ///< "PDF-Dokument", "Ordner", "Datei"
-    QStringList tags; ///< tag names
+    QString kind;     ///< e.g. "PDF-Dokument", "Ordner", "Datei"
+    QStringList tags; ///< tag names; none for links
 
-    /// The attributes that are read of every entry, in this order.
+    /// Names of the attributes read for each entry.
     static constexpr std::array<std::string_view, 7> keys{"isFolder", "isPackage", "isHidden", "size",
                                                           "modified", "kind",      "tags"};
 
-    /// Reads one entry. Fails where it cannot be examined.
+    /// Reads one entry; `.hidden` lists are not consulted. Fails if the entry cannot be examined.
     static Result<FileItem> at(const Location &location);
 
     Location location() const { return path(); }
-    /// The bytes of the location.
+    /// The path as bytes.
     std::string path() const;
-    /// The name for reading.
+    /// The name for display.
     QString name() const { return shown(std::string_view(nameBytes)); }
 
-    /// What the size column sorts by: folders come below every file.
+    /// Sort value of the size column: folders sort below all files.
     std::int64_t sizeSort() const { return isFolder ? -1 : size; }
-    /// "1,2 MB"; empty for a folder.
+    /// "1,2 MB"; empty for folders.
     QString sizeText() const;
 
-    /// Whether `path` is this entry's.
+    /// Whether the entry has this path.
     bool isAt(std::string_view path) const;
-    /// Whether both stand for the same entry, whatever became of it.
+    /// Whether both have the same path, whatever their attributes.
     bool sameEntry(const FileItem &other) const;
     bool operator==(const FileItem &other) const;
 };
 
-/// Of all that makes two items equal.
+/// Hashes everything that operator== compares.
 std::size_t qHash(const FileItem &item, std::size_t seed = 0) noexcept;
 
 std::vector<Location> locationsOf(const std::vector<FileItem> &items);
 
-/// What is known of an entry that a folder lists; `linkTarget` is what a link leads to.
+/// Attributes of an entry found when listing a folder; `linkTarget` is that of a link's target.
 struct ListedEntry {
     std::string_view name;
     FileAttributes attributes;
@@ -74,12 +73,12 @@ struct ListedEntry {
     bool hidden = false;
 };
 
-/// The item of a listed entry, without its tags.
+/// Makes an item without tags.
 FileItem fileItem(std::shared_ptr<const std::string> folder, const ListedEntry &entry);
 
-/// "PDF-Dokument" by the name's extension, "Datei" where nobody knows it.
+/// "PDF-Dokument", derived from the extension; "Datei" if unknown.
 const QString &kindOfFile(std::string_view name);
-/// "Ordner"
+/// "Ordner".
 const QString &kindOfFolder();
 
 } // namespace brellin

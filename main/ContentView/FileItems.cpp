@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// So many entries take longer to free than a click may take.
+/// From this many entries on, freeing takes long enough to be noticed.
 constexpr std::size_t manyItems = 20'000;
 
 } // namespace
@@ -20,7 +20,7 @@ FileItems::FileItems(std::vector<FileItem> items)
     m_shared = {new Shared{std::move(items), std::move(ranks)}, &FileItems::free};
 }
 
-/// Whoever lets go of a list last is mostly the main thread, which has better things to do.
+/// Frees large lists on a worker, since the last reference is usually released on the main thread.
 void FileItems::free(const Shared *list)
 {
     QThreadPool *const pool = list->items.size() < manyItems ? nullptr : QThreadPool::globalInstance();

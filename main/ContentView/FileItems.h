@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// A list of entries that never changes and is shared, not copied, with the place of each in the order of names: a big list
-/// is compared once, by whoever makes it, and then sorts by numbers. Made on any thread.
+/// An immutable, shared list of entries with the rank of each name. Names are compared once, on the thread that makes
+/// the list; sorting then compares numbers. Can be made on any thread.
 class FileItems {
 public:
     FileItems() = default;
@@ -21,12 +21,12 @@ public:
     auto begin() const { return list().begin(); }
     auto end() const { return list().end(); }
 
-    /// The place among all names, German, by number and without regard to case; equal names have the same.
+    /// Rank in natural name order (German, numeric, case-insensitive); equal names have equal ranks.
     std::uint32_t nameRank(std::size_t index) const { return m_shared->nameRanks[index]; }
 
-    /// Whether both are one list in memory.
+    /// Whether both share the same list in memory.
     bool operator==(const FileItems &other) const { return m_shared == other.m_shared; }
-    /// Whether both list the same, item by item.
+    /// Whether both have equal items in the same order.
     bool sameContent(const FileItems &other) const;
 
 private:

@@ -14,7 +14,7 @@ bool SearchMatches::take(const WalkEntry &entry)
         return false;
     Result<FileItem> item = FileItem::at(entry.location());
     if (!item)
-        return true; // it went while the search passed by
+        return true; // gone meanwhile
     item->isHidden = item->isHidden || entry.hidden;
     const std::scoped_lock lock(m_mutex);
     m_items.push_back(*std::move(item));

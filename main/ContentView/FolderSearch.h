@@ -14,39 +14,39 @@ namespace brellin {
 
 struct WalkEntry;
 
-/// What a search below a folder found.
+/// Result of a search below a folder.
 struct FolderSearchResult {
     FileItems items;
-    bool capped = false; ///< there may be more than the items that are listed
+    bool capped = false; ///< there are more matches than `items`
     std::optional<Failure> error;
 };
 
-/// So many matches end a search.
+/// A search stops at this many matches.
 constexpr std::size_t mostSearchResults = 3000;
 
-/// What a search has found so far: filled by its threads, up to the limit, and looked at by whoever waits for it.
+/// Matches of a running search. Thread-safe: search threads add, another thread reads.
 class SearchMatches {
 public:
-    /// False when there are enough.
+    /// Adds a match; false once the limit is reached.
     bool take(const WalkEntry &entry);
 
-    /// Whether there are more than are kept.
+    /// Whether more matches were found than are kept.
     bool capped() const { return m_count.load() > mostSearchResults; }
-    /// In an order that does not depend on the threads.
+    /// Sorted by path, so that the order does not depend on threads.
     FileItems items() const;
     std::size_t size() const;
 
 private:
-    std::atomic<std::size_t> m_count = 0; ///< offered
+    std::atomic<std::size_t> m_count = 0; ///< matches found, including those over the limit
     mutable std::mutex m_mutex;
     std::vector<FileItem> m_items;
 };
 
-/// Finds the entries below `folder` whose name contains `query`, without regard to case. Content of packages is never
-/// searched; hidden entries, and what lies in hidden folders, only where they are shown. Blocking, with several threads.
+/// Finds entries below `folder` whose name contains `query`, ignoring case. Never searches inside packages; hidden
+/// entries and folders only if `hidden` says so. Blocking; uses several threads.
 FolderSearchResult searchFolder(const Location &folder, const QString &query, HiddenEntries hidden,
                                 const JobControl *control = nullptr);
-/// The same for somebody who looks at the matches meanwhile.
+/// As above, but adds to `matches`, so that another thread can show them meanwhile.
 FolderSearchResult searchInto(SearchMatches &matches, const Location &folder, const QString &query,
                               HiddenEntries hidden, const JobControl *control);
 

@@ -27,14 +27,14 @@ ViewMode modeOf(const QString &word)
     return word == u"icons" ? ViewMode::Icons : ViewMode::Details;
 }
 
-/// Nothing where it is no dictionary.
+/// None if it is not a JSON object.
 std::optional<QJsonObject> viewsIn(const std::optional<QByteArray> &json)
 {
     const JsonResult<QJsonValue> value = parseJson(json.value_or(QByteArrayLiteral("{}")));
     return value && value->isObject() ? std::optional(value->toObject()) : std::nullopt;
 }
 
-/// "icons:96"
+/// Parses e.g. "icons:96".
 FolderView viewOf(const QString &entry, double iconSize)
 {
     const qsizetype colon = entry.indexOf(u':');
@@ -53,7 +53,7 @@ FolderView lastView(const UserDefaults &defaults)
     return {modeOf(mode), size > 0 ? validIconSize(size) : usualIconSize};
 }
 
-/// Which one goes hardly matters, as long as it is not the newest.
+/// Drops any entry but the newest; which one does not matter.
 void dropOne(QJsonObject &views, const QString &newest)
 {
     auto first = views.begin();

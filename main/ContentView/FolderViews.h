@@ -10,24 +10,25 @@ namespace brellin {
 
 struct StoredKind;
 
-/// How a folder is shown.
+/// View settings of a folder.
 struct FolderView {
     ViewMode mode = ViewMode::Details;
-    double iconSize = 72.0; ///< points
+    double iconSize = 72.0; ///< in points
 
     bool operator==(const FolderView &) const = default;
 };
 
-/// Icon sizes end here, whatever is asked for or stored.
+/// Limits an icon size to 40 to 256 points.
 double validIconSize(double size);
 
-/// The view of a folder as it was last: its own, else the one last used anywhere. Where the stored entry has no size that can
-/// be read, `iconSize` stays.
+/// The stored view of the folder, otherwise the view last used anywhere. If the stored entry has no valid size, uses
+/// `iconSize`.
 FolderView rememberedView(const UserDefaults &defaults, const Location &folder, double iconSize);
 
 StoredKind folderViewsKind();
 
-/// Remembers it for the folder and as the one last used. At most 500 folders are kept; an older entry goes for a new one.
+/// Stores the view for the folder and as the one last used. At most 500 folders are kept; beyond that an arbitrary
+/// other one is dropped.
 Result<void> rememberView(UserDefaults &defaults, const Location &folder, const FolderView &view);
 
 } // namespace brellin

@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// The value of each entry in one column as a number that sorts as the column does.
+/// Sort values of all entries in one column.
 using Column = std::vector<std::uint64_t>;
 
 std::uint64_t sortable(std::int64_t number)
@@ -38,7 +38,7 @@ Column nameColumn(const FileItems &items)
     return column;
 }
 
-/// Few different texts stand in many rows: each is compared once.
+/// Ranks texts. Few distinct texts occur in many rows, so each is compared only once.
 template <class Text>
 Column textColumn(const FileItems &items, const Text &text)
 {
@@ -87,13 +87,13 @@ Column knownSizes(const FileItems &items, const KnownFolderSize &folderSize)
     });
 }
 
-/// An entry with its value in one column: what is compared lies together in memory.
+/// An entry with its sort value, for locality while sorting.
 struct Row {
     std::uint64_t value;
     std::uint32_t index;
 };
 
-/// Sorts by one column and leaves the order of equal values as it is.
+/// Sorts stably by one column.
 void sortBy(std::vector<std::uint32_t> &rows, Column column, SortDirection direction)
 {
     const std::uint64_t turn = direction == SortDirection::Descending ? ~std::uint64_t{0} : 0;
@@ -140,7 +140,7 @@ bool sortsBySize(const SortOrder &order)
 DisplayedItems displayed(const FileItems &items, const DisplayOptions &options)
 {
     std::vector<std::uint32_t> rows = shownRows(items, options.filter);
-    // The last comparator first: each stable sort keeps what the ones before it decided.
+    // Apply the last criterion first: stable sorts preserve earlier ones among equal rows.
     for (const auto &comparator : std::views::reverse(options.order))
         sortBy(rows, columnOf(items, comparator.key), comparator.direction);
     if (sortsBySize(options.order))

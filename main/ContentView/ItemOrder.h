@@ -10,11 +10,11 @@
 
 namespace brellin {
 
-/// The columns that entries sort by.
+/// Sortable columns.
 enum class SortKey { Name, Size, Modified, Kind, Tags };
 enum class SortDirection { Ascending, Descending };
 
-/// One step of an order; the next decides where it sees no difference.
+/// One sort criterion; the next one decides between equal entries.
 struct SortComparator {
     SortKey key = SortKey::Name;
     SortDirection direction = SortDirection::Ascending;
@@ -23,13 +23,13 @@ struct SortComparator {
 };
 using SortOrder = std::vector<SortComparator>;
 
-/// The size of a folder where it is known.
+/// The size of a folder in bytes, if known.
 using KnownFolderSize = std::function<std::optional<std::int64_t>(const FileItem &folder)>;
 
-/// Which entries are shown; all where it is empty.
+/// Whether an entry is shown; empty shows all.
 using ItemFilter = std::function<bool(const FileItem &)>;
 
-/// The rows that a view draws: some of the entries of a list, in an order of their own. Shared, not copied.
+/// The rows of a view: some entries of a list in display order. Shared, cheap to copy.
 class DisplayedItems {
 public:
     DisplayedItems() = default;
@@ -43,9 +43,9 @@ public:
     bool empty() const { return size() == 0; }
     const FileItem &operator[](std::size_t row) const { return m_items[(*m_rows)[row]]; }
 
-    /// Whether both are of one list, perhaps in another order.
+    /// Whether both are made from the same list, regardless of order and filter.
     bool sharesItems(const DisplayedItems &other) const { return m_items == other.m_items; }
-    /// Whether the same entries stand in the same rows, whatever became of them.
+    /// Whether both have the same entries in the same rows, whatever their attributes.
     bool hasSameRows(const DisplayedItems &other) const;
 
     bool operator==(const DisplayedItems &) const = default;
@@ -55,17 +55,17 @@ private:
     std::shared_ptr<const std::vector<std::uint32_t>> m_rows;
 };
 
-/// What the display of a list depends on.
+/// Options of displayed().
 struct DisplayOptions {
     SortOrder order{SortComparator{}};
     ItemFilter filter = {};
-    KnownFolderSize folderSize = {}; ///< counts where the order begins with the size
+    KnownFolderSize folderSize = {}; ///< only used if sorting by size first
 };
 
-/// Whether the first comparator is the size.
+/// Whether the first criterion is the size.
 bool sortsBySize(const SortOrder &order);
 
-/// The entries that pass the filter in their order, folders before files in either direction.
+/// The entries that pass the filter, sorted; folders always come before files.
 DisplayedItems displayed(const FileItems &items, const DisplayOptions &options);
 
 } // namespace brellin

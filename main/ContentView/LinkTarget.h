@@ -9,11 +9,11 @@
 
 namespace brellin {
 
-/// Finds out what symbolic links lead to; the table of mounts is read once. For one thread.
+/// Examines the targets of symlinks; reads the mount table once. Not thread-safe.
 class LinkTargets {
 public:
-    /// A target on a network mount is not asked, it may not answer for minutes: such a link counts as leading to a folder
-    /// unless its target's name has an extension.
+    /// Sets `target.kind`. For a local link to a network mount guesses without touching the target, as the server may
+    /// not respond for minutes: a file if the name has an extension, otherwise a folder.
     LinkState examine(const Location &link, FileAttributes &target);
 
 private:

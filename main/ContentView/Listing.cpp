@@ -13,10 +13,10 @@ namespace brellin {
 
 namespace {
 
-/// So many entries are worth a thread.
+/// Entries per unit of parallel work.
 constexpr std::size_t pieceSize = 512;
 
-/// Reads the entries of one folder, piece by piece and on several threads.
+/// Reads the entries of one folder on several threads.
 class FolderReader {
 public:
     FolderReader(const Location &location, OpenFolder folder, HiddenEntries hidden)
@@ -60,7 +60,7 @@ private:
         return {};
     }
 
-    /// An entry that cannot be examined leaves its item as it is.
+    /// Leaves `items[i]` without a folder if the entry cannot be examined.
     void readEntries(std::span<const std::string_view> names, std::span<FileItem> items) const
     {
         EntryAttribute tags(*m_path, FileTags::attribute);
@@ -84,7 +84,7 @@ private:
     const std::shared_ptr<const HiddenNames> m_hiddenNames;
     const HiddenEntries m_hidden;
     NameBlock m_block;
-    std::vector<std::string_view> m_names; ///< in the block
+    std::vector<std::string_view> m_names; ///< point into m_block
 };
 
 Result<FileItems> readFolder(const Location &folder, HiddenEntries hidden, const JobControl *control)
@@ -104,7 +104,7 @@ Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes 
         listing.items = *std::move(items);
     else
         listing.error = items.error();
-    // Whoever cancelled may be gone, and the volumes with him.
+    // After a cancel, `volumes` may have been destroyed.
     if (control == nullptr || !control->cancelled()) {
         if (const Result<std::int64_t> available = volumes.available(folder))
             listing.freeSpace = *available;
@@ -123,7 +123,7 @@ FileItems readItems(const std::vector<Location> &locations, const JobControl *co
         Result<FileItem> item = FileItem::at(location);
         if (!item)
             continue;
-        // Matches often lie side by side: they share their folder's path.
+        // Neighbouring matches often share a folder: share its path.
         if (folder && *folder == *item->folder)
             item->folder = folder;
         folder = item->folder;

@@ -9,23 +9,23 @@
 
 namespace brellin {
 
-/// Whether hidden entries are listed.
+/// Whether hidden entries are included.
 enum class HiddenEntries { LeftOut, Shown };
 
-/// One reading of a folder.
+/// Result of reading a folder.
 struct Listing {
-    FileItems items; ///< in the order in which the file system lists them
+    FileItems items; ///< in directory order, unsorted
     std::optional<Failure> error;
-    std::optional<std::int64_t> freeSpace; ///< bytes that this user may still write on the folder's volume
+    std::optional<std::int64_t> freeSpace; ///< bytes available to this user on the folder's volume
     std::chrono::steady_clock::duration taken{};
 };
 
-/// Reads the entries of one folder with everything that rows show. An entry that cannot be examined is left out. Blocking,
-/// with several threads for a big folder; callable from every thread. Cancelled, the error says so.
+/// Reads a folder's entries with all attributes that rows show; leaves out entries that cannot be examined. Blocking;
+/// uses several threads for large folders. Thread-safe. `error` is set if cancelled.
 Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes &volumes,
                     const JobControl *control = nullptr);
 
-/// The same for entries from anywhere (the matches of a search); what is gone is left out.
+/// Reads entries from any folders, e.g. search matches; leaves out those that are gone.
 FileItems readItems(const std::vector<Location> &locations, const JobControl *control = nullptr);
 
 } // namespace brellin

@@ -13,7 +13,7 @@ namespace brellin {
 
 namespace {
 
-/// So many entries are worth a thread.
+/// Names per unit of parallel work.
 constexpr std::size_t namesPerPiece = 4096;
 
 QCollator collator()
@@ -26,7 +26,7 @@ QCollator collator()
 
 using Keys = std::vector<std::optional<QCollatorSortKey>>;
 
-/// `text` gives the text of an index.
+/// `text(i)` returns the text at index i.
 template <class Text>
 Keys keysOf(std::size_t count, const Text &text)
 {

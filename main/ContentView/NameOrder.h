@@ -7,11 +7,11 @@
 
 namespace brellin {
 
-/// The place of each entry in the order of names: German, numbers by their value, upper and lower case alike. Entries whose
-/// names sort alike have the same place. Uses several threads for a long list.
+/// The rank of each entry's name in natural order (German, numeric, case-insensitive); equal names have equal ranks.
+/// Uses several threads for long lists.
 std::vector<std::uint32_t> nameRanks(const std::vector<FileItem> &items);
 
-/// The same for other texts.
+/// As above for any texts.
 std::vector<std::uint32_t> textRanks(const std::vector<QString> &texts);
 
 } // namespace brellin

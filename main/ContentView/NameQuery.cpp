@@ -29,7 +29,7 @@ NameQuery::NameQuery(const QString &text) : m_folded(folded(text))
 
 bool NameQuery::matches(std::string_view name) const
 {
-    // Most names and queries are plain, and then nothing folds but letters: no text needs to be made.
+    // Fast path for ASCII names, which need no conversion.
     if (isAscii(name))
         return m_ascii && matchesAscii(name);
     return folded(shown(name)).contains(m_folded);

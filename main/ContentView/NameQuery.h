@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// A text that names are searched for, without regard to case and to how umlauts are composed.
+/// A search text for names; ignores case and Unicode composition.
 class NameQuery {
 public:
     explicit NameQuery(const QString &text);
@@ -19,7 +19,7 @@ private:
     bool matchesAscii(std::string_view name) const;
 
     QString m_folded;
-    std::optional<std::string> m_ascii; ///< the same where it is nothing but ASCII, in lower case
+    std::optional<std::string> m_ascii; ///< the text in lower case, if it is pure ASCII
 };
 
 } // namespace brellin

@@ -7,22 +7,22 @@
 
 namespace brellin {
 
-/// The folders that a pane can go back to and, once it has gone back, forward to. A step is entered when the pane has
-/// arrived: a folder that is gone is taken out instead, and what does not answer changes nothing.
+/// The back and forward stacks of a pane. A step is recorded only when the pane has arrived. A missing folder is
+/// removed; one that does not respond changes nothing.
 class NavigationHistory {
 public:
     enum class Way { Back, Forward };
 
-    /// Newest last.
+    /// The newest is last.
     const std::vector<Location> &back() const { return m_back; }
     const std::vector<Location> &forward() const { return m_forward; }
     std::optional<Location> next(Way way) const;
 
-    /// From `left` to a folder that was chosen: nothing lies forward any more.
+    /// Records leaving `left` for a chosen folder; clears the forward stack.
     void went(const Location &left);
-    /// One step along the history, from `left` to `next(way)`, which was `target` when it began.
+    /// Records a step from `left` to `target`, which was `next(way)` when the step began.
     void stepped(Way way, const Location &target, const Location &left);
-    /// `target`, which was `next(way)`, is gone.
+    /// Removes `target`, which was `next(way)`, because it is gone.
     void forget(Way way, const Location &target);
 
 private:

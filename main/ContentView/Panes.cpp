@@ -52,7 +52,7 @@ void Panes::openSecond(const Location &start)
     publish(dualPane, true);
 }
 
-/// Views hear of it before the model goes.
+/// Publishes first, so that views are destroyed before their model.
 void Panes::closeSecond()
 {
     publish(active, m_first.get());

@@ -6,25 +6,25 @@
 
 namespace brellin {
 
-/// The one or two panes of a tab, and which of them the commands act on: the one that had the focus last.
+/// The one or two panes of a tab. Commands act on the active one, which had the focus last.
 class Panes : public Model<Panes> {
 public:
-    /// Shows `start`; two panes where the user default "dualPane" says so.
+    /// Shows `start` in one pane, or in two if the setting "dualPane" is on.
     Panes(const BrowserServices &services, const Location &start);
-    /// The same for a tab that comes back with its second pane.
+    /// Restores a tab with two panes.
     Panes(const BrowserServices &services, const Location &start, const Location &second);
 
     Published<bool> dualPane;
     Published<BrowserModel *> active; ///< never null
 
     BrowserModel &first() const { return *m_first; }
-    /// Null with one pane.
+    /// Null if there is one pane.
     BrowserModel *second() const { return m_second.get(); }
 
-    /// The second pane starts in the folder of the first, and goes when it is switched off. Kept as the user's default; where it
-    /// cannot be stored, the switch works for this tab alone, and that is the failure.
+    /// Opens a second pane in the first one's folder, or closes it, and stores that as the default. If it cannot be
+    /// stored, switches this tab only and returns the failure.
     Result<void> setDualPane(bool on);
-    /// The focus has come to one of them.
+    /// Call when a pane gets the focus; others than the tab's own are ignored.
     void setActive(BrowserModel *pane);
 
 private:

@@ -20,7 +20,7 @@ SearchRun::SearchRun(MountWorkers &workers, std::function<void(const FileItems &
     QObject::connect(&m_sampling, &QTimer::timeout, &m_sampling, [this] { sample(); });
 }
 
-/// Long work: it does not wait for its turn at the mount, and nothing of the mount waits for it.
+/// Runs outside the mount's queue, since a search is long and would block other calls to that mount.
 void SearchRun::start(const Location &where, Work work)
 {
     drop();

@@ -11,18 +11,18 @@
 
 namespace brellin {
 
-/// One search at a time on a worker, its matches shown while it is under way. Lives on the main thread.
+/// Runs one search at a time on a worker and reports matches while it runs. Lives on the main thread.
 class SearchRun {
 public:
     using Work = std::function<FolderSearchResult(const JobControl &)>;
 
-    /// `found` gets what there is so far, `ended` the result; both are called from the event loop, and neither after
-    /// `drop` or another start.
+    /// `found` gets the matches so far, `ended` the result. Both are called from the event loop, never after `drop` or
+    /// another start.
     SearchRun(MountWorkers &workers, std::function<void(const FileItems &)> found,
               std::function<void(const FolderSearchResult &)> ended);
 
     void start(const Location &where, Work work);
-    /// Looks at `matches`, which the work under way fills, ten times a second from now on.
+    /// Reports `matches`, which the running work fills, every 100 ms from now on.
     void showMatches(std::shared_ptr<SearchMatches> matches);
     void drop();
 
@@ -33,7 +33,7 @@ private:
     std::function<void(const FileItems &)> m_found;
     std::function<void(const FolderSearchResult &)> m_ended;
     std::shared_ptr<SearchMatches> m_matches;
-    std::optional<std::size_t> m_shown; ///< so many of the matches
+    std::optional<std::size_t> m_shown; ///< number of matches last reported
     QTimer m_sampling;
     FileCall<FolderSearchResult> m_call;
 };

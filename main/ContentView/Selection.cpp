@@ -9,7 +9,7 @@ QByteArray keyOf(const std::string &path)
     return {path.data(), static_cast<qsizetype>(path.size())};
 }
 
-/// The path of an item, in memory that is used again for the next one: it is asked of a hundred thousand in a row.
+/// The item's path in a reused buffer, valid until the next call: called for a hundred thousand items in a row.
 QByteArrayView lookedUp(const FileItem &item)
 {
     thread_local std::string path;
@@ -32,7 +32,7 @@ bool Selection::contains(const FileItem &item) const
 {
     if (m_paths.isEmpty())
         return false;
-    // One entry is looked for in a long list with every step of an arrow key.
+    // Fast path: each arrow key looks for one entry in a long list.
     if (m_paths.size() == 1) {
         const QByteArray &only = *m_paths.constBegin();
         return item.isAt({only.constData(), static_cast<std::size_t>(only.size())});

@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// The selected entries of a pane by their paths. Cheap to copy, and small even where everything is selected.
+/// The paths of a pane's selected entries. Implicitly shared, so cheap to copy.
 class Selection {
 public:
     Selection() = default;
@@ -21,7 +21,7 @@ public:
     bool contains(const FileItem &item) const;
     bool contains(const Location &location) const;
 
-    /// Room for so many.
+    /// Reserves space for `count` entries.
     void reserve(std::size_t count) { m_paths.reserve(static_cast<qsizetype>(count)); }
     void insert(const FileItem &item);
     void insert(const Location &location);
@@ -33,12 +33,12 @@ private:
     QSet<QByteArray> m_paths;
 };
 
-/// What the commands, the preview and the status line ask of a selection: found in one pass, and without copying an entry.
+/// Totals of a selection for commands, preview and status line, found in one pass without copying items.
 struct SelectionSummary {
     std::size_t files = 0;
     std::int64_t fileBytes = 0;
-    std::vector<std::uint32_t> folders; ///< their places in the list
-    std::optional<std::uint32_t> first; ///< the place of the first selected entry
+    std::vector<std::uint32_t> folders; ///< indexes into the list
+    std::optional<std::uint32_t> first; ///< index of the first selected entry
 
     std::size_t count() const { return files + folders.size(); }
     bool onlyFolders() const { return files == 0 && !folders.empty(); }
@@ -46,7 +46,7 @@ struct SelectionSummary {
     bool operator==(const SelectionSummary &) const = default;
 };
 
-/// Of those entries of `items` that are selected.
+/// Summarises the selected entries of `items`.
 SelectionSummary summaryOf(const FileItems &items, const Selection &selection);
 
 } // namespace brellin

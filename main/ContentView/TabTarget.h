@@ -6,9 +6,9 @@
 
 namespace brellin {
 
-/// Where a new tab or window starts. Stored, so that open windows come back (TabTargetJson.h).
+/// Where a new tab or window starts; stored to restore windows (TabTargetJson.h).
 struct TabTarget {
-    QUuid id; ///< fresh for every new tab
+    QUuid id; ///< unique per tab
     Location path;
 
     bool operator==(const TabTarget &) const = default;

@@ -2,7 +2,7 @@
 
 namespace brellin {
 
-/// A list with columns, or a grid of tiles.
+/// A list with columns, or a grid of icons.
 enum class ViewMode { Details, Icons };
 
 } // namespace brellin

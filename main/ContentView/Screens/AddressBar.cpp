@@ -20,10 +20,10 @@ namespace brellin {
 
 namespace {
 
-/// So many folders stand in the menu of a step at most.
+/// Maximum number of folders in a crumb's menu.
 constexpr std::size_t mostSiblings = 200;
 
-/// One step, or the mark between two.
+/// A crumb, or the separator that opens its menu.
 class CrumbButton : public QAbstractButton {
 public:
     CrumbButton(const QString &text, bool last, QWidget *parent) : QAbstractButton(parent), m_last(last)
@@ -262,7 +262,7 @@ void AddressBar::fillMenu(QMenu *menu, const FileItems &items, const Location &n
     const DisplayedItems folders = displayed(items, options);
     for (std::size_t row = 0; row < std::min(folders.size(), mostSiblings); ++row) {
         const Location folder = folders[row].location();
-        // An "&" in a name is no key.
+        // Double the "&" of a name, so that it is shown instead of making a mnemonic.
         QAction *const action =
             menu->addAction(EntryIcons::folder(scaled(16), devicePixelRatioF()),
                             folders[row].name().replace(QLatin1Char('&'), QStringLiteral("&&")), this, [this, folder] {
@@ -280,7 +280,7 @@ void AddressBar::fillMenu(QMenu *menu, const FileItems &items, const Location &n
     menu->adjustSize();
 }
 
-/// Offers the folders that begin with what was typed, from the last "/" on.
+/// Loads the folders inside the typed path up to its last "/" for the completer.
 void AddressBar::complete(const QString &typed)
 {
     if (!m_pane || !typed.contains(QLatin1Char('/')))
@@ -325,7 +325,7 @@ bool AddressBar::eventFilter(QObject *watched, QEvent *event)
         stopEditing();
         return true;
     }
-    // A menu or the completion's list takes the focus for a moment only.
+    // Ignore focus changes by a menu or the completion popup, which are temporary.
     if (event->type() == QEvent::FocusOut && !m_field->completer()->popup()->isVisible() &&
         static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason)
         stopEditing();

@@ -15,25 +15,26 @@ class QStackedLayout;
 
 namespace brellin {
 
-/// Where the active pane is: the folders on the way to it as buttons, with a menu of what lies beside each step, or the path
-/// as text to type over.
+/// The active pane's path as buttons, each followed by a menu of the folders inside it, or as an editable text with
+/// completion.
 class AddressBar : public QWidget {
     Q_OBJECT
 public:
     AddressBar(const KnownFolders &folders, MountWorkers &workers, const Volumes &volumes, QWidget *parent);
 
-    /// Follows this pane from now on; null: nothing.
+    /// Shows this pane from now on; null shows nothing.
     void setPane(BrowserModel *pane);
-    /// Shows these words instead of a folder ("Aufräum-Agent", "Aufräumen"); an empty list goes back to the pane's.
+    /// Shows these crumbs of a page instead of a folder, e.g. "Aufräum-Agent", "Aufräumen"; empty shows the folder
+    /// again.
     void setPage(const QStringList &words);
 
-    /// Puts the path into a field with everything selected (Strg+L).
+    /// Shows the path in a text field, selected (Strg+L).
     void editPath();
     bool isEditing() const;
 
-    /// A step of a page was clicked, counted from 0.
+    /// Emitted for crumbs of a page; `step` counts from 0.
     Q_SIGNAL void pageStepClicked(int step);
-    /// Files were dropped onto a step.
+    /// Emitted when files are dropped on a crumb's folder.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 
     QSize sizeHint() const override;
@@ -58,7 +59,7 @@ private:
     MountWorkers &m_workers;
     const Volumes &m_volumes;
     QPointer<BrowserModel> m_pane;
-    std::unique_ptr<QObject> m_following; ///< its death ends following the pane before
+    std::unique_ptr<QObject> m_following; ///< receiver of observers; replaced to stop observing the previous pane
     QStringList m_page;
     std::vector<Crumb> m_crumbs;
     QStackedLayout *m_stack;
@@ -66,7 +67,7 @@ private:
     QHBoxLayout *m_row;
     QLineEdit *m_field;
     QStringListModel m_completions;
-    Location m_completed; ///< the folder whose entries are offered
+    Location m_completed; ///< folder of the completion's entries
     FileCall<Listing> m_siblings;
     FileCall<Listing> m_completing;
 };

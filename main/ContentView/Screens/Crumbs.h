@@ -9,7 +9,7 @@
 
 namespace brellin {
 
-/// One step of the way to a folder as the address bar shows it.
+/// One folder on the path shown in the address bar.
 struct Crumb {
     QString title;
     Location folder;
@@ -17,7 +17,8 @@ struct Crumb {
     bool operator==(const Crumb &) const = default;
 };
 
-/// The way to `folder`: from "Benutzerordner" where it lies in the home folder, else from "Startvolume" (the root).
+/// The folders on the path to `folder`, starting at "Benutzerordner" inside the home folder, otherwise at "Startvolume"
+/// (the root).
 std::vector<Crumb> crumbsOf(const Location &folder, const KnownFolders &folders);
 
 } // namespace brellin

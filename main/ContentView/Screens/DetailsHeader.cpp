@@ -42,7 +42,7 @@ void DetailsHeader::paintSection(QPainter *painter, const QRect &rect, int logic
     const int width = painter->fontMetrics().horizontalAdvance(title);
     const int arrow = scaled(12);
     if (sorted) {
-        // Beside the title, on its inner side.
+        // On the title's inner side: left of right-aligned titles.
         const int x = size ? place.right() - width - arrow - 4 : place.left() + width + 6;
         Symbols::paint(*painter, QRectF(x, place.center().y() - arrow / 2.0, arrow, arrow),
                        m_direction == SortDirection::Ascending ? QStringLiteral("chevron-up")

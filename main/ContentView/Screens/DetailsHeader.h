@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// The heads of the columns; the one that rows are sorted by carries a small arrow.
+/// The column headers, with an arrow on the sort column.
 class DetailsHeader : public QHeaderView {
 public:
     explicit DetailsHeader(QWidget *parent);

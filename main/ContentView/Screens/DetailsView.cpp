@@ -16,7 +16,7 @@ namespace {
 const QString widthsKey = QStringLiteral("detailsColumns");
 
 constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100};
-/// Below these widths of the view a column is left out, the least needed first.
+/// Minimum width of the view for each column; narrower views hide it.
 constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720};
 
 SortKey keyOf(Column column)
@@ -71,14 +71,14 @@ DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures
     const auto soon = QOverload<>::of(&QTimer::start);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, &m_visibleSoon, soon);
     connect(&rows, &QAbstractItemModel::layoutChanged, &m_visibleSoon, soon);
-    // Another folder begins at its top.
+    // Another folder starts at the top.
     connect(&rows, &ItemRows::replaced, this, [this] {
         scrollToTop();
         m_visibleSoon.start();
     });
 }
 
-/// The sizes of the folders that are seen are counted first.
+/// Tells the pane which rows are visible, so that their folder sizes are counted first.
 void DetailsView::tellVisible()
 {
     const int height = rowHeight(m_rows.index(0, 0));
@@ -123,7 +123,7 @@ void DetailsView::showSort(const SortOrder &order)
             static_cast<DetailsHeader *>(header())->showSort(section, order.front().direction);
 }
 
-/// Stored as "column:width" in their order.
+/// The setting holds "column:width", separated by commas, in display order.
 void DetailsView::restoreWidths()
 {
     for (int section = 0; section < columnCount; ++section)
@@ -179,7 +179,7 @@ void DetailsView::showEvent(QShowEvent *event)
     m_visibleSoon.start();
 }
 
-/// Typing goes to the next name that begins so; the same letter again goes on to the one after.
+/// Selects the next name that starts with the typed text; repeating one letter moves to the next match.
 void DetailsView::keyboardSearch(const QString &typed)
 {
     const bool repeated = m_typed.size() == 1 && m_typed == typed;
@@ -240,7 +240,7 @@ void DetailsView::mouseMoveEvent(QMouseEvent *event)
     stretchBand(point);
 }
 
-/// Rows are of one height: which of them the band touches is a division.
+/// All rows have the same height, so the rows inside the band can be computed.
 void DetailsView::stretchBand(QPoint to)
 {
     m_bandTo = to;

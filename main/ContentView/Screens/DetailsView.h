@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// The list with columns. Rows are selected by click, keys and a rubber band that begins beside a name.
+/// The details view: a list with columns and a rubber band that starts beside a name.
 class DetailsView : public QTreeView {
     Q_OBJECT
 public:
@@ -44,7 +44,7 @@ private:
     UserDefaults &m_defaults;
     RowDelegate *m_delegate;
     QTimer m_saveSoon;
-    std::optional<QPoint> m_bandFrom; ///< in the content, so that it moves along when scrolled
+    std::optional<QPoint> m_bandFrom; ///< in content coordinates, so that it scrolls with the rows
     QPoint m_bandTo;
     QItemSelection m_beforeBand;
     QString m_typed;

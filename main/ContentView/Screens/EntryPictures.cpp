@@ -31,7 +31,7 @@ void paintCentred(QPainter &painter, const QRectF &place, const QPixmap &picture
     painter.drawPixmap(QPointF(std::round(corner.x()), std::round(corner.y())), picture);
 }
 
-/// With round corners and a fine edge, so that a white picture does not melt into the ground.
+/// With round corners and a thin border, so that white pictures stand out from the background.
 void paintFramed(QPainter &painter, const QRectF &place, QPixmap picture)
 {
     const double pixels = painter.device()->devicePixelRatioF();

@@ -10,16 +10,16 @@ class QPainter;
 
 namespace brellin {
 
-/// What stands before a name: a folder in its colour, a document with its badge, or a small picture of its content.
+/// Icons of entries: coloured folders, documents with a type badge, thumbnails.
 class EntryPictures {
 public:
     EntryPictures(const FolderColors &colors, ThumbnailImages *thumbnails) : m_colors(colors), m_thumbnails(thumbnails)
     {
     }
 
-    /// Draws into the middle of `place` (points).
+    /// Paints the icon centred in `place`, in points.
     void paintSymbol(QPainter &painter, const QRectF &place, const FileItem &item) const;
-    /// The same, but with a picture of the content where there is one.
+    /// As above, but paints a thumbnail if there is one.
     void paintLarge(QPainter &painter, const QRectF &place, const FileItem &item) const;
 
 private:
@@ -29,7 +29,7 @@ private:
     ThumbnailImages *m_thumbnails;
 };
 
-/// Whether a small picture of an entry's content may exist (an image, a PDF, a video).
+/// Whether the entry's type can have a thumbnail (image, PDF, video).
 bool mayHaveThumbnail(const FileItem &item);
 
 } // namespace brellin

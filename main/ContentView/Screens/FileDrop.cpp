@@ -30,7 +30,7 @@ QMimeData *dragData(const std::vector<Location> &entries)
 std::vector<Location> draggedFiles(const QMimeData &data)
 {
     const auto files = clipboardFilesFrom([&data](const char *form) {
-        // Of a drag only the list counts: "cut" is a word of the clipboard.
+        // Ignore clipboard formats such as "cut": the drop's modifiers decide.
         return qstrcmp(form, clipboardForms::uriList) == 0 ? data.data(QString::fromLatin1(form)) : QByteArray();
     });
     return files ? files->entries : std::vector<Location>();
@@ -42,7 +42,7 @@ FileDrop::FileDrop(QWidget *target, FolderAt folderAt) : QObject(target), m_fold
     target->installEventFilter(this);
 }
 
-/// Decided by the table of mounts, without touching a volume that may not answer.
+/// Compares volumes by the mount table only, since a volume may not respond.
 std::optional<DroppedFiles> FileDrop::planned(const QDropEvent &event) const
 {
     const std::optional<Location> folder = m_folderAt(event.position().toPoint());
@@ -78,14 +78,14 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
 {
     const bool carries =
         event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove || event->type() == QEvent::Drop;
-    // A drag without files is somebody else's: entries that change places, tabs.
+    // Leave drags without files to others, e.g. reordered entries or tabs.
     if (carries &&
         !static_cast<QDropEvent *>(event)->mimeData()->hasFormat(QString::fromLatin1(clipboardForms::uriList)))
         return false;
     switch (event->type()) {
     case QEvent::DragEnter:
         m_mounts = currentMountTable();
-        // Accepted as a whole: each point then says for itself what it takes.
+        // Accept here in any case; each move then decides for its point.
         static_cast<QDropEvent *>(event)->acceptProposedAction();
         return true;
     case QEvent::DragMove: {
@@ -103,7 +103,7 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
         Q_EMIT over(std::nullopt);
         if (!plan)
             return true;
-        // We move ourselves: whoever began the drag must not remove anything.
+        // Report a copy, so that the drag's source does not delete moved files; the transfer does.
         drop->setDropAction(Qt::CopyAction);
         Q_EMIT dropped(*plan);
         return true;

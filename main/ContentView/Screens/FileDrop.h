@@ -17,31 +17,31 @@ namespace brellin {
 
 enum class DropKind { Copy, Move };
 
-/// Files that were dropped onto a folder.
+/// Files dropped on a folder.
 struct DroppedFiles {
     std::vector<Location> sources;
     Location destination;
     DropKind kind = DropKind::Copy;
 };
 
-/// What a drop does: Strg copies, Umschalt moves; else it moves on one volume and copies to another.
+/// What a drop does: Ctrl copies, Shift moves; otherwise moves within a volume and copies between volumes.
 DropKind dropKind(Qt::KeyboardModifiers keys, bool sameVolume);
 
-/// The files of a drag, in the forms of all file managers; and those that come with one, empty where it brings none.
+/// Drag data of the entries in the formats of common file managers.
 QMimeData *dragData(const std::vector<Location> &entries);
 std::vector<Location> draggedFiles(const QMimeData &data);
 
-/// Lets files be dropped onto a widget. Where they would go is asked of `folderAt`; the pointer shows what would happen. A
-/// folder is not dropped onto itself, and nothing where it is already.
+/// Accepts file drops on a widget, and shows by the pointer what a drop would do. Refuses dropping a folder into
+/// itself, and moving entries to the folder they are in.
 class FileDrop : public QObject {
     Q_OBJECT
 public:
-    /// `folderAt` gives the folder for a point of the widget, or nothing.
+    /// Returns the folder at a point of the widget, or none.
     using FolderAt = std::function<std::optional<Location>(QPoint)>;
     FileDrop(QWidget *target, FolderAt folderAt);
 
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
-    /// The folder that a drag is over; nothing when it has gone.
+    /// Emitted with the folder under the drag; none when the drag leaves.
     Q_SIGNAL void over(const std::optional<brellin::Location> &folder);
 
 protected:
@@ -52,7 +52,7 @@ private:
     void show(QDropEvent &event, const std::optional<DroppedFiles> &plan);
 
     FolderAt m_folderAt;
-    std::vector<Mount> m_mounts; ///< as they were when the drag came in
+    std::vector<Mount> m_mounts; ///< read when the drag enters
 };
 
 } // namespace brellin

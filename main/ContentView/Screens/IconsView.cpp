@@ -15,7 +15,7 @@ namespace {
 
 constexpr int nameLines = 3;
 
-/// A name in up to three centred lines, the last one shortened in its middle. Draws from `top` down and gives the height.
+/// Paints a name centred in up to three lines, eliding the last in the middle. Returns the height.
 double paintLines(QPainter &painter, const QRectF &place, const QString &name)
 {
     QTextLayout layout(name, painter.font());

@@ -6,14 +6,14 @@
 
 namespace brellin {
 
-/// Draws one tile: the picture, and the name under it in up to three lines.
+/// Paints one tile: an icon and the name below in up to three lines.
 class TileDelegate : public NameDelegate {
     Q_OBJECT
 public:
     using NameDelegate::NameDelegate;
 
     void setIconSide(int side) { m_side = side; }
-    /// The whole tile for a picture of `side` points.
+    /// Size of a tile whose icon has `side` points.
     static QSize tileSize(int side);
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -25,7 +25,7 @@ private:
     int m_side = 72;
 };
 
-/// The grid of tiles.
+/// The icon view.
 class IconsView : public QListView {
     Q_OBJECT
 public:
@@ -46,7 +46,7 @@ protected:
 
 private:
     void setIconSide(double side);
-    /// Tells which pictures are wanted first.
+    /// Tells which thumbnails to load first.
     void nameVisible();
 
     BrowserModel &m_pane;

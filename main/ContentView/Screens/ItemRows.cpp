@@ -13,7 +13,7 @@ namespace brellin {
 
 namespace {
 
-/// Where entries of one list are in another, looked up in one pass over that.
+/// Maps rows of the old list to rows of the new one in a single pass.
 class RowLookup {
 public:
     RowLookup(const DisplayedItems &before, const DisplayedItems &after) : m_before(before), m_after(after) {}
@@ -41,13 +41,13 @@ public:
             m_moved.erase(found);
         }
     }
-    /// -1 where it is no more.
+    /// The new row; -1 if the entry is gone.
     int rowOf(int row) const { return m_rows.at(row); }
 
 private:
     const DisplayedItems &m_before;
     const DisplayedItems &m_after;
-    std::unordered_map<int, int> m_rows; ///< old, new
+    std::unordered_map<int, int> m_rows; ///< old row to new row
     std::unordered_multimap<std::string_view, int> m_moved;
 };
 
@@ -88,7 +88,7 @@ void ItemRows::follow(const DisplayedItems &next)
     }
 }
 
-/// The same entries in the same rows: some of them look different now.
+/// Updates the same rows in place.
 void ItemRows::refresh(const DisplayedItems &next)
 {
     const DisplayedItems before = std::exchange(m_shown, next);
@@ -106,7 +106,7 @@ void ItemRows::refresh(const DisplayedItems &next)
         Q_EMIT dataChanged(index(first, 0), index(last, brellin::columnCount - 1));
 }
 
-/// Persistent indexes (the selection, the current row, an editor) are led to the rows where their entries are now.
+/// Moves persistent indexes (selection, current row, editor) to their entries' new rows.
 void ItemRows::rearrange(const DisplayedItems &next)
 {
     Q_EMIT layoutAboutToBeChanged();
@@ -160,7 +160,7 @@ void ItemRows::heardSizes(const std::vector<Location> &changed)
 {
     if (m_shown.empty() || changed.empty())
         return;
-    // Folders come first: only their rows are repainted.
+    // Folders come first, so only the leading rows can have changed.
     std::size_t folders = 0;
     while (folders < m_shown.size() && m_shown[folders].isFolder)
         ++folders;
@@ -242,7 +242,7 @@ bool ItemRows::setData(const QModelIndex &index, const QVariant &value, int role
     if (role != Qt::EditRole || !index.isValid())
         return false;
     m_pane.setRenameText(value.toString());
-    // Not within this call: the new listing would take the row from under the editor that is about to be closed.
+    // Deferred: the new listing would remove the row while its editor is still closing.
     QMetaObject::invokeMethod(&m_pane, [pane = &m_pane] { pane->commitRename(); }, Qt::QueuedConnection);
     return true;
 }
@@ -253,7 +253,7 @@ SelectionLink::SelectionLink(BrowserModel &pane, ItemRows &rows, QItemSelectionM
     , m_rows(rows)
     , m_views(views)
 {
-    // Several changes of one click, or of a long rubber band, are passed on once.
+    // Coalesces the many changes of one click or rubber band.
     m_soon.setSingleShot(true);
     connect(&m_soon, &QTimer::timeout, this, &SelectionLink::fromViews);
     connect(&views, &QItemSelectionModel::selectionChanged, this, [this] {

@@ -8,12 +8,12 @@
 
 namespace brellin {
 
-/// The columns of the details view, from left to right.
+/// Columns of the details view, from left to right.
 enum class Column { Name, Size, Modified, Kind, Tags };
 inline constexpr int columnCount = 5;
 
-/// The rows of a pane for Qt's views. Follows the pane's displayed items by the entries' identity, so that the selection,
-/// the scroll position and an open editor stay where they were.
+/// Item model of a pane's displayed items. Updates match entries by path, so that selection, scroll position and an
+/// open editor survive.
 class ItemRows : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -21,10 +21,10 @@ public:
 
     const FileItem &item(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
     const DisplayedItems &shown() const { return m_shown; }
-    /// The row of an entry, -1 where it is not shown.
+    /// The entry's row, -1 if it is not shown.
     int rowOf(const FileItem &wanted) const;
     int rowOf(const Location &entry) const;
-    /// The text of the size column and whether it may be out of date.
+    /// Text of the size column, and whether a folder's size may be outdated.
     QString sizeTextOf(const FileItem &item) const;
     bool sizeIsStale(const FileItem &item) const;
     QDate today() const { return m_today; }
@@ -37,14 +37,14 @@ public:
     QStringList mimeTypes() const override;
     QMimeData *mimeData(const QModelIndexList &indexes) const override;
     Qt::DropActions supportedDragActions() const override { return Qt::CopyAction | Qt::MoveAction; }
-    /// Renames.
+    /// Renames the entry.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
 
-    /// Other rows are shown now, all at once (another folder).
+    /// Emitted when all rows were replaced at once, e.g. for another folder.
     Q_SIGNAL void replaced();
 
 private:
-    /// What the rows are of.
+    /// What the rows show; if it changes, all rows are replaced.
     struct Source {
         Location folder;
         QString query;
@@ -66,12 +66,12 @@ private:
     QDate m_today;
 };
 
-/// Keeps the pane's selection and that of its views the same, in both directions.
+/// Synchronises the pane's selection with that of its views.
 class SelectionLink : public QObject {
 public:
     SelectionLink(BrowserModel &pane, ItemRows &rows, QItemSelectionModel &views);
-    /// Tells the pane at once what is selected. To be called before anything is done with it: keys that come quickly arrive
-    /// before the moment in which changes are passed on.
+    /// Passes the views' selection on to the pane at once. Call before a command, since selection changes are otherwise
+    /// passed on with a delay.
     void settle();
 
 private:

@@ -27,7 +27,7 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     field->setObjectName(QStringLiteral("nameEditor"));
     field->setProperty("kind", QStringLiteral("row"));
     field->setAccessibleName(QStringLiteral("Neuer Name"));
-    // A folder has no extension, whatever its name looks like. The selection is made once the view has filled the field in.
+    // Folders have no extension. Select later, since the view sets the text after this call.
     const qsizetype stem = item.isFolder ? item.name().size() : shown(stemOf(item.nameBytes)).size();
     QMetaObject::invokeMethod(
         field, [field, stem] { field->setSelection(0, static_cast<int>(stem)); }, Qt::QueuedConnection);
@@ -35,7 +35,7 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     return field;
 }
 
-/// Only once: a refresh of the row must not take back what was typed.
+/// Sets the text only once, so that a refresh of the row does not overwrite what was typed.
 void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
     if (editor->property("filled").toBool())
@@ -55,7 +55,7 @@ void NameDelegate::drag(QAbstractItemView &view, Qt::DropActions actions) const
     auto *const drag = new QDrag(&view);
     drag->setMimeData(data);
     drag->setPixmap(dragPicture(m_rows.item(current.row()), count, view.devicePixelRatioF()));
-    // Beside the pointer, so that the folder beneath it can be read.
+    // Beside the pointer, so that the drop target stays readable.
     drag->setHotSpot({-12, -6});
     drag->exec(actions, Qt::CopyAction);
 }

@@ -7,24 +7,23 @@
 
 namespace brellin {
 
-/// What the drawings of entries have in common: whether their pane is the active one, where a drag would drop, and renaming
-/// in place.
+/// Base of the entry delegates: active pane, drop target and inline renaming.
 class NameDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
     NameDelegate(const ItemRows &rows, const EntryPictures &pictures, QObject *parent);
 
-    /// Whether the pane of this view is the active one: the selection of the other is grey.
+    /// Whether the view's pane is active; the selection of the other pane is grey.
     void setActive(bool active) { m_active = active; }
-    /// The row that a drag would drop onto; -1 for none.
+    /// The row under a drag; -1 for none.
     void setDropRow(int row) { m_dropRow = row; }
 
-    /// The editor of a name: the stem is selected, the extension is not. Return and leaving the field rename, Esc does not.
+    /// The name editor; selects the name without its extension. Return or losing the focus renames, Esc cancels.
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
 
-    /// Drags what is selected in a view until it is dropped. The pointer carries the current entry and its name, of several
-    /// their number too.
+    /// Drags the view's selection; blocks until it is dropped. The pointer shows the current entry's icon and name, and
+    /// the number if there are several.
     void drag(QAbstractItemView &view, Qt::DropActions actions) const;
 
     Q_SIGNAL void renameEnded() const;

@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// A strip above the list on the ground of a failure.
+/// A strip above the list that shows a failure.
 class Banner : public QWidget {
 public:
     using QWidget::QWidget;
@@ -54,7 +54,7 @@ PaneView::PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *par
     showMode(pane.viewMode.get());
 }
 
-/// An open editor goes with its view, and would tell of it when there is nobody any more.
+/// Closing the editor emits signals, so disconnect before the views are destroyed.
 PaneView::~PaneView()
 {
     for (const QAbstractItemView *const one :
@@ -92,7 +92,7 @@ void PaneView::buildViews()
     for (QWidget *const one :
          {static_cast<QWidget *>(m_details), static_cast<QWidget *>(m_icons), static_cast<QWidget *>(m_message)})
         m_stack->addWidget(one);
-    // One selection for both views: switching between them keeps it.
+    // Both views share one selection, so that switching keeps it.
     auto *const selection = new QItemSelectionModel(m_rows, this);
     m_details->setSelectionModel(selection);
     m_icons->setSelectionModel(selection);
@@ -164,7 +164,7 @@ void PaneView::showMode(ViewMode)
         view().setFocus();
 }
 
-/// A failure stands in place of the list where there is none, else above it.
+/// Shows a failure instead of the list if there is none, otherwise above it.
 void PaneView::showMessage()
 {
     const std::optional<QString> &error = m_pane.errorMessage.get();
@@ -226,7 +226,7 @@ void PaneView::rename(const std::optional<FileItem> &item)
     view().edit(index);
 }
 
-/// The editor has gone: with a commit the pane knows already, without one nothing is renamed.
+/// Called when the editor was closed. A commit has already been passed on; otherwise cancels the rename.
 void PaneView::endRename()
 {
     QTimer::singleShot(0, this, [this] {
@@ -239,7 +239,7 @@ bool PaneView::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn)
         Q_EMIT focused();
-    // A key that an editor in the list did not use comes by here too.
+    // Ignore keys that propagate from an editor inside the list.
     if (event->type() == QEvent::KeyPress && watched != m_message && static_cast<QWidget *>(watched)->hasFocus()) {
         const auto *const key = static_cast<QKeyEvent *>(event);
         if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && key->modifiers() == Qt::NoModifier) {

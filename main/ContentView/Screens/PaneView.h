@@ -9,16 +9,16 @@
 
 namespace brellin {
 
-/// What a pane's screen works with beside its model; all of it outlives the screen.
+/// Shared services of the pane's screen; all must outlive it.
 struct PaneScreenServices {
     UserDefaults &defaults;
     FolderSizes &sizes;
     const FolderColors &colors;
-    ThumbnailImages *thumbnails; ///< none: no small pictures
+    ThumbnailImages *thumbnails; ///< null: no thumbnails
 };
 
-/// One pane: its entries as a list or as tiles, or what is said instead of them. Shows its model's state, and passes on
-/// what the user does.
+/// The screen of one pane: its entries as list or icons, or a message instead. Shows the model's state and emits the
+/// user's actions.
 class PaneView : public QWidget {
     Q_OBJECT
 public:
@@ -27,22 +27,22 @@ public:
     ~PaneView() override;
 
     BrowserModel &pane() { return m_pane; }
-    /// The view that is shown.
+    /// The visible view.
     QAbstractItemView &view() const;
     void setActive(bool active);
 
     Q_SIGNAL void focused();
-    /// Enter or a double click on entries that are no folders.
+    /// Return or double click on entries that are not folders.
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
-    /// A menu for the selection, or for the folder where nothing is selected.
+    /// Context menu for the selection, or for the folder if nothing is selected.
     Q_SIGNAL void menuRequested(const QPoint &global);
-    /// Onto a folder of the list, or onto the pane's own.
+    /// Dropped on a folder in the list, or on the pane's own.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 
-    /// The pane knows what is selected from now on; to be called before a command.
+    /// Passes the views' selection on to the model; call before a command.
     void settle() { m_link->settle(); }
-    /// Opens the selected entries: one folder in this pane, more in tabs.
+    /// Opens the selected entries; a single folder in this pane, several in tabs.
     void openSelection();
 
 protected:

@@ -89,7 +89,7 @@ void RowDelegate::paintName(QPainter &painter, const QRect &cell, const FileItem
     pictures().paintSymbol(painter, symbol, item);
     const QRectF text = QRectF(cell).adjusted(scaled(leftMargin + symbolSide + symbolGap), 0, -scaled(8), 0);
     painter.setPen(color(item.link == LinkState::Broken ? Token::Danger : Token::Text));
-    // In the middle, so that the extension stays in sight.
+    // Elide in the middle, so that the extension stays visible.
     const QString name = item.name().replace(QChar::LineFeed, QChar(0x21B5));
     painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                      painter.fontMetrics().elidedText(name, Qt::ElideMiddle, static_cast<int>(text.width())));

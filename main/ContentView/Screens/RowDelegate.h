@@ -4,7 +4,7 @@
 
 namespace brellin {
 
-/// Draws one cell of the details view.
+/// Paints the cells of the details view.
 class RowDelegate : public NameDelegate {
     Q_OBJECT
 public:
@@ -25,9 +25,9 @@ private:
     void paintText(QPainter &painter, const QRect &cell, const QModelIndex &index, bool selected) const;
 };
 
-/// The ground of what is selected, in the active pane or the other.
+/// Background of selected rows; grey if the pane is not active.
 QColor selectionGround(bool active);
-/// The dots of an item's tags, those of the palette.
+/// Colours of the item's tags that are in the palette.
 std::vector<QColor> tagColors(const FileItem &item);
 
 } // namespace brellin

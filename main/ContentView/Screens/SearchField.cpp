@@ -64,7 +64,7 @@ void SearchField::showState()
     m_clear->setVisible(!text().isEmpty());
 }
 
-/// A page stands in place of the folder: there is nothing to search.
+/// Disabled while a page is shown instead of a folder.
 void SearchField::changeEvent(QEvent *event)
 {
     QLineEdit::changeEvent(event);

@@ -6,14 +6,14 @@
 
 namespace brellin {
 
-/// The field for the search in the active pane's folder; shows whether the search still runs.
+/// The search field for the active pane; shows whether a search is running.
 class SearchField : public QLineEdit {
     Q_OBJECT
 public:
     SearchField(const KnownFolders &folders, QWidget *parent);
 
     void setPane(BrowserModel *pane);
-    /// Back to the list.
+    /// Emitted by Esc or Down: the focus should return to the list.
     Q_SIGNAL void left();
 
     QSize sizeHint() const override;
