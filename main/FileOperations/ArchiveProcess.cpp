@@ -15,7 +15,7 @@ namespace brellin {
 
 namespace {
 
-/// How often a waiting read looks at the cancel flag.
+/// Interval for checking the cancel flag while waiting for output.
 constexpr int pollMilliseconds = 50;
 constexpr qsizetype readingBlock = 256 * 1024;
 

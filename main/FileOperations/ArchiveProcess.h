@@ -11,11 +11,11 @@
 
 namespace brellin {
 
-/// The process that reads one archive: gets it open as its input and puts out what it finds. It is ended with this object,
-/// whatever it is at: it writes nothing and holds nothing.
+/// A child process that reads one archive: gets the open archive as its input and writes what it finds to a pipe. The
+/// destructor kills it; it has no state worth saving.
 class ArchiveProcess {
 public:
-    /// Starts "`program` `word`". `control` outlives it.
+    /// Starts "`program` `word`". `control` must outlive the process object.
     static Result<ArchiveProcess> start(const Location &program, const char *word, const Descriptor &archive,
                                         const JobControl &control);
     ~ArchiveProcess();
@@ -24,7 +24,7 @@ public:
     ArchiveProcess &operator=(const ArchiveProcess &) = delete;
     ArchiveProcess &operator=(ArchiveProcess &&) = delete;
 
-    /// So many bytes of what it puts out. Fails where it ends before, and soon after a cancel.
+    /// Reads exactly `size` bytes. Fails with EPIPE if the output ends before, and within 50 ms of a cancel.
     Result<QByteArray> read(qsizetype size);
 
 private:
@@ -35,7 +35,7 @@ private:
     Descriptor m_output;
     const JobControl *m_control;
     QByteArray m_buffer;
-    qsizetype m_taken = 0; ///< of the buffer
+    qsizetype m_taken = 0; ///< bytes of the buffer already returned
 };
 
 } // namespace brellin

@@ -72,7 +72,7 @@ Result<std::optional<ArchivedEntry>> ArchiveReader::next()
             return std::nullopt;
         }
         if (heard.kind == Message::Data || heard.kind == Message::Spoilt)
-            continue; // of an entry whose content nobody wanted
+            continue; // content of an entry that the caller skipped
         std::optional<ArchivedEntry> entry = entryFrom(heard.content);
         if (!entry)
             return failure(nonsense());

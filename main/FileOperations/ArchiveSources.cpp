@@ -40,7 +40,7 @@ void ArchiveSources::add(const Location &entry, const JobControl &control)
             count(one.location(), one.attributes);
             return WalkStep::Continue;
         };
-        // What cannot be read ends the packing itself.
+        // Unreadable folders are ignored here: packing itself fails on them.
         (void)walk(entry, {.attributes = Attribute::Size}, each, &control);
     }
     m_sources.push_back(std::move(source));

@@ -12,29 +12,29 @@
 
 namespace brellin {
 
-/// What is about to be packed, as it is before. The packing program neither tells what it leaves out nor what changes under
-/// its hands.
+/// The entries to be packed, as they were before packing. The packing program reports neither what it leaves out nor
+/// what changes while it runs.
 class ArchiveSources {
 public:
-    /// Blocking, as long as walks take.
+    /// Walks all entries; blocking.
     ArchiveSources(const std::vector<Location> &entries, const JobControl &control);
 
     std::int64_t bytes() const { return m_bytes; }
-    /// To be asked when the archive is complete: a line for each entry that is not in it, or perhaps not as it is now.
-    /// Blocking.
+    /// Call when the archive is complete: returns a line for each entry that is missing in it, or was changed
+    /// meanwhile, at most ten of each kind. Blocking.
     QStringList missingOrChanged(const JobControl &control) const;
 
 private:
     struct Source {
         Location place;
-        std::optional<FileAttributes> attributes; ///< nothing where it could not be looked at
-        std::optional<TreeMark> content;          ///< of a folder
+        std::optional<FileAttributes> attributes; ///< none if they could not be read
+        std::optional<TreeMark> content;          ///< for folders
     };
     void add(const Location &entry, const JobControl &control);
     void count(const Location &entry, const FileAttributes &attributes);
 
     std::vector<Source> m_sources;
-    std::vector<Location> m_special; ///< pipes and their like
+    std::vector<Location> m_special; ///< pipes, sockets and devices
     std::int64_t m_bytes = 0;
 };
 

@@ -42,7 +42,7 @@ void BatchRename::setFields(const BatchRenameFields &changed)
     plan();
 }
 
-/// Dates are read only once they are wanted: a hundred photos take a while.
+/// Reads dates only in date mode, since that decodes every photo.
 void BatchRename::read()
 {
     const Days days = fields.get().mode == BatchRenameFields::Mode::Date ? Days::Read : Days::Skip;

@@ -18,18 +18,18 @@
 
 namespace brellin {
 
-/// What the sheet works with; all of it outlives it.
+/// Ports and shared models; all must outlive the batch.
 struct BatchRenameServices {
     FileActions &files;
     Decoder &decoder;
     Location renameLogs;
     UserUndo &undo;
-    /// Whether an entry may be renamed; callable from every thread. Without it, every one may.
+    /// Whether an entry may be renamed. Called on workers; empty allows all.
     std::function<bool(const Location &entry)> mayChange = {};
 };
 
-/// The sheet that renames several entries: its fields, the preview that follows them, and the renaming itself with its way
-/// back. Lives on the main thread; when it goes while it renames, the batch is put back.
+/// Model of the batch rename sheet: fields, live preview, renaming and undo. Lives on the main thread. Destroying it
+/// during a run undoes the batch.
 class BatchRename : public Model<BatchRename> {
 public:
     BatchRename(BatchRenameServices services, std::vector<Location> urls);
@@ -40,19 +40,20 @@ public:
     Published<bool> reading{false}; ///< names or dates are being read
     Published<bool> running{false};
     Published<std::optional<double>> progress;
-    Published<std::vector<UserAction::Entry>> done; ///< what was renamed and can be taken back
+    Published<std::vector<UserAction::Entry>> done; ///< entries renamed that `undo` can rename back
     Published<std::optional<QString>> error;
-    Published<QString> status; ///< „3 umbenannt.“
+    Published<QString> status; ///< e.g. „3 umbenannt.“
 
     const std::vector<Location> &urls() const { return m_urls; }
 
     void setFields(const BatchRenameFields &changed);
-    /// Whether `start` would do something: everything is read, no check fails, and a name changes.
+    /// Whether `start` would rename anything: all facts are read, there is no conflict, at least one name changes, and
+    /// nothing is done yet.
     bool canStart() const;
     void start();
-    /// Gives every entry its old name back.
+    /// Renames all entries back.
     void undo();
-    /// The batch is put back.
+    /// Cancels the run, which undoes the batch.
     void cancel() { m_renaming.cancel(); }
 
 private:

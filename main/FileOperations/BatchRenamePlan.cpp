@@ -32,7 +32,7 @@ std::string numberText(int number, int digits)
     return number < 0 ? "-" + filled : filled;
 }
 
-/// Whether an accent follows that belongs to the letter before (U+0300 to U+036F).
+/// Whether the text starts with a combining accent (U+0300 to U+036F), which belongs to the letter before.
 bool beginsWithAccent(std::string_view text)
 {
     if (text.size() < 2)
@@ -42,7 +42,7 @@ bool beginsWithAccent(std::string_view text)
     return first == 0xCCU || (first == 0xCDU && second <= 0xAFU);
 }
 
-/// Replaces in bytes, so that the rest of a name stays what it is; an "ü" is found however the disk composes it.
+/// Replaces on bytes, so that invalid UTF-8 survives; finds text in composed and decomposed form.
 std::string replaced(std::string_view name, const QString &find, const std::string &by)
 {
     const std::array forms{bytesOf(find.normalized(QString::NormalizationForm_D)),
@@ -69,17 +69,17 @@ bool isValid(std::string_view name)
     return !name.empty() && name != "." && name != ".." && name.find_first_of("/:\0"sv) == std::string_view::npos;
 }
 
-/// What two names have in common that a volume cannot tell apart.
+/// Names with equal keys are the same name on the volume.
 std::string keyOf(std::string_view name, FolderNames::Case letterCase)
 {
     return letterCase == FolderNames::Case::Ignored ? bytesOf(folded(shown(name))) : std::string(name);
 }
 
-/// The names of one folder as the checks need them.
+/// Names of one folder, as keys for the checks.
 struct FolderKeys {
     FolderNames::Case letterCase = FolderNames::Case::Distinguished;
-    std::set<std::string> others;      ///< outside of the batch
-    std::map<std::string, int> wanted; ///< how often the batch wants a name
+    std::set<std::string> others;      ///< names of entries outside the batch
+    std::map<std::string, int> wanted; ///< number of entries that get this name
 };
 
 std::map<Location, FolderKeys> folderKeys(const std::vector<BatchRenameRow> &rows, const NamesInFolders &folders)
@@ -139,7 +139,7 @@ QString errorText(const BatchRenameRow &row)
     return {};
 }
 
-/// What no names can mend.
+/// Marks conflicts that do not depend on the new names.
 void markSelection(std::vector<BatchRenameRow> &rows)
 {
     std::set<Location> all;
@@ -160,7 +160,7 @@ void markSelection(std::vector<BatchRenameRow> &rows)
     }
 }
 
-/// The checks in their order, each over all rows.
+/// Text of the most important conflict; each kind is checked over all rows.
 std::optional<QString> firstError(const std::vector<BatchRenameRow> &rows)
 {
     for (const Conflict conflict : {Conflict::Twice, Conflict::Inside, Conflict::InvalidName, Conflict::TooLong,

@@ -13,18 +13,18 @@
 
 namespace brellin {
 
-/// What the sheet for renaming several entries asks for.
+/// The input fields of a batch rename.
 struct BatchRenameFields {
     enum class Mode {
-        Number,  ///< base, separator and a number
-        Replace, ///< one text by another
-        Add,     ///< something in front of and behind the stem
-        Date     ///< the day in front of the name
+        Number,  ///< base, separator and number
+        Replace, ///< replaces a text
+        Add,     ///< adds a prefix and a suffix to the stem
+        Date     ///< adds the date in front of the name
     };
     Mode mode = Mode::Number;
     QString base;
     int startNumber = 1;
-    int digits = 2; ///< at least so many, filled up with zeros; 1 and less: the plain number
+    int digits = 2; ///< minimum number of digits, padded with zeros
     QString separator = QStringLiteral(" – ");
     QString find;
     QString replaceWith;
@@ -34,18 +34,18 @@ struct BatchRenameFields {
     bool operator==(const BatchRenameFields &) const = default;
 };
 
-/// "Name + Nummer", "Ersetzen", "Ergänzen", "Datum davor".
+/// Title of the mode: "Name + Nummer", "Ersetzen", "Ergänzen", "Datum davor".
 QString title(BatchRenameFields::Mode mode);
 
-/// One entry that is to be renamed, in the order shown.
+/// One entry to be renamed, in display order.
 struct BatchRenameEntry {
     Location location;
-    QDate date; ///< the day of the photo, else of the file; needed by the date mode alone
+    QDate date; ///< when the photo was taken or the file created; only used in date mode
 
     bool operator==(const BatchRenameEntry &) const = default;
 };
 
-/// The names in one folder, and whether its volume tells upper from lower case.
+/// The names in a folder, and whether its volume is case-sensitive.
 struct FolderNames {
     enum class Case { Distinguished, Ignored };
     std::set<std::string> names;
@@ -55,20 +55,20 @@ struct FolderNames {
 };
 using NamesInFolders = std::map<Location, FolderNames>;
 
-/// One line of the preview.
+/// One row of the preview.
 struct BatchRenameRow {
     enum class Conflict {
         None,
-        InvalidName, ///< empty, or with "/" or ":"
-        TooLong,     ///< longer than a volume holds
-        Equal,       ///< another entry of the batch would be called the same
-        Taken,       ///< an entry outside of the batch is called so
-        Twice,       ///< the same entry is in the batch before
-        Inside       ///< lies in a folder that is renamed in the same batch
+        InvalidName, ///< empty, "." or "..", or contains "/", ":" or NUL
+        TooLong,     ///< longer than 255 bytes
+        Equal,       ///< another entry of the batch would get the same name
+        Taken,       ///< an entry outside the batch has this name
+        Twice,       ///< the entry is in the batch twice
+        Inside       ///< lies in a folder that is also in the batch
     };
     Location from;
     Location to;
-    std::string name; ///< the new one, as bytes
+    std::string name; ///< new name as bytes
     Conflict conflict = Conflict::None;
 
     bool changes() const { return from.native() != to.native(); }
@@ -76,16 +76,16 @@ struct BatchRenameRow {
 };
 
 struct BatchRenamePlan {
-    std::vector<BatchRenameRow> rows; ///< as many as entries, in their order
-    std::optional<QString> error;     ///< the first check that fails; nothing may be renamed then
+    std::vector<BatchRenameRow> rows; ///< one per entry, in their order
+    std::optional<QString> error;     ///< text of the first conflict; nothing may be renamed then
 
     bool operator==(const BatchRenamePlan &) const = default;
 };
 
-/// The name that an entry gets, `index` being its place in the batch.
+/// The new name of an entry; `index` is its position in the batch.
 std::string newName(const BatchRenameEntry &entry, int index, const BatchRenameFields &fields);
 
-/// What renaming would do. Names stay the bytes they are but for what the fields change.
+/// Plans the batch without touching the disk. Bytes of names that the fields do not change are kept.
 BatchRenamePlan planBatchRename(const std::vector<BatchRenameEntry> &entries, const BatchRenameFields &fields,
                                 const NamesInFolders &folders);
 

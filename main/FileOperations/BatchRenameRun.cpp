@@ -16,7 +16,7 @@ struct Move {
     Location to;
 };
 
-/// One run over a batch, with the moves made so far.
+/// Runs a batch and records the steps done.
 class Run {
 public:
     Run(FileActions &files, JobControl &control) : m_files(files), m_control(control) {}
@@ -31,12 +31,12 @@ public:
         return {};
     }
 
-    /// Gives the places of entries that did not go back.
+    /// Undoes all steps; returns the locations of entries that could not be renamed back.
     std::vector<Location> undo()
     {
         std::vector<Location> stuck;
         for (auto move = m_moves.rbegin(); move != m_moves.rend(); ++move) {
-            // One that is stuck on the way is not where the move before had left it.
+            // If a later step could not be undone, the entry is not at `to`: skip its earlier step.
             if (entryExists(move->to) && !m_files.rename(move->to, move->from))
                 stuck.push_back(move->to);
         }
@@ -72,7 +72,7 @@ LoggedRename logged(const RenamePair &pair, const FileAttributes &now)
     return one;
 }
 
-/// The batch with temporary names; entries that are no longer those of the plan are a failure.
+/// Adds temporary names. Fails if an entry is no longer the one that was planned.
 Result<std::vector<LoggedRename>> prepared(const std::vector<RenamePair> &pairs)
 {
     std::vector<LoggedRename> renames;
@@ -113,7 +113,7 @@ BatchRenameOutcome renameBatch(const std::vector<RenamePair> &pairs, FileActions
         for (const LoggedRename &one : *renames)
             outcome.done.push_back(recordOf(one.from, one.to));
     }
-    // What waits under a temporary name is found by its log.
+    // Keep the log while entries have temporary names: it is needed to restore them.
     if (outcome.notPutBack.empty())
         log->remove();
     return outcome;

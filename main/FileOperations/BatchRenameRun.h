@@ -13,20 +13,20 @@ namespace brellin {
 struct RenamePair {
     Location from;
     Location to;
-    EntryMark mark; ///< of the entry that was planned
+    EntryMark mark; ///< the entry as it was when planned
 
     bool operator==(const RenamePair &) const = default;
 };
 
 struct BatchRenameOutcome {
-    std::vector<UserAction::Entry> done; ///< all of them, or none
-    std::optional<Failure> failure;      ///< why everything was put back
-    /// Entries that could not be put back: they wait under these names and are offered for restoring.
+    std::vector<UserAction::Entry> done; ///< all changed entries, or none
+    std::optional<Failure> failure;      ///< why the batch was undone
+    /// Entries that could not be renamed back: these are their present locations, and the log stays for restoring them.
     std::vector<Location> notPutBack;
 };
 
-/// Renames in two phases, so that names may be swapped: every entry to a hidden temporary name, then all to their new ones.
-/// A failure or a cancel undoes what was done in reverse. `logs` is the folder for the log. Blocking.
+/// Renames in two phases, so that names can be swapped: first every entry to a hidden temporary name, then to the new
+/// names. A failure or a cancel undoes the steps in reverse. `logs` is the folder of the log. Blocking.
 BatchRenameOutcome renameBatch(const std::vector<RenamePair> &pairs, FileActions &files, const Location &logs,
                                JobControl &control);
 

@@ -8,8 +8,8 @@
 
 namespace brellin {
 
-/// The day on which a photo was taken; of anything else, and of a photo that does not tell, the day the file was created
-/// (where the volume does not know that: last changed). Blocking.
+/// The day a photo was taken; otherwise the day the entry was created, or modified if the volume stores no birth time.
+/// Invalid if the entry cannot be read. Blocking.
 QDate dayOf(const Location &entry, Decoder &decoder, const JobControl &control);
 
 } // namespace brellin

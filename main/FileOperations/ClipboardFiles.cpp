@@ -31,7 +31,7 @@ int digitOf(char letter)
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/// A "%" without two digits behind it stands for itself.
+/// Decodes percent-encoding; keeps a "%" that is not followed by two hex digits.
 std::string decoded(std::string_view text)
 {
     std::string bytes;
@@ -117,7 +117,7 @@ QByteArray fileUrl(const Location &entry)
 std::optional<Location> locationOfFileUrl(const QByteArray &url)
 {
     std::string_view text(url.constData(), static_cast<std::size_t>(url.size()));
-    // Some programs leave out the host with its slashes.
+    // Some programs write "file:/path" without the slashes of an empty host.
     if (text.starts_with("file:/") && !text.starts_with(scheme))
         text.remove_prefix(std::string_view("file:").size());
     else if (text.starts_with(scheme)) {
@@ -139,7 +139,7 @@ std::vector<std::pair<QByteArray, QByteArray>> clipboardFormsOf(const ClipboardF
 {
     const bool cut = files.purpose == ClipboardFiles::Purpose::Cut;
     QByteArray gnome = (cut ? QByteArray("cut\n") : QByteArray("copy\n")) + joined(files.entries, "\n");
-    gnome.chop(1); // a closing line end is taken for an empty entry
+    gnome.chop(1); // Others would parse a trailing newline as an empty entry.
     return {{clipboardForms::uriList, joined(files.entries, "\r\n")},
             {clipboardForms::gnome, gnome},
             {clipboardForms::kde, cut ? "1" : "0"},

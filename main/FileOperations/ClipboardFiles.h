@@ -12,7 +12,7 @@
 
 namespace brellin {
 
-/// Files on the clipboard, and whether they are to be moved by the next paste.
+/// Files on the clipboard, and whether pasting moves them.
 struct ClipboardFiles {
     enum class Purpose { Copy, Cut };
     Purpose purpose = Purpose::Copy;
@@ -21,7 +21,7 @@ struct ClipboardFiles {
     bool operator==(const ClipboardFiles &) const = default;
 };
 
-/// The desktop's names for what lies on the clipboard.
+/// MIME types of files on the clipboard.
 namespace clipboardForms {
 constexpr const char *uriList = "text/uri-list";
 constexpr const char *gnome = "x-special/gnome-copied-files";
@@ -29,18 +29,18 @@ constexpr const char *kde = "application/x-kde-cutselection";
 constexpr const char *text = "text/plain";
 } // namespace clipboardForms
 
-/// Every form that other file managers read, by name, with its bytes.
+/// The files as MIME type and data, in every format that common file managers read.
 std::vector<std::pair<QByteArray, QByteArray>> clipboardFormsOf(const ClipboardFiles &files);
 
-/// What lies on the clipboard as far as it is files of this machine. `form` gives the bytes of a form, empty where it is not
-/// there. Nothing where there are no files.
+/// Parses local files from the clipboard. `form` returns the data of a MIME type, empty if missing. None if there are
+/// no files.
 std::optional<ClipboardFiles> clipboardFilesFrom(const std::function<QByteArray(const char *form)> &form);
 
-/// A path as "file://" URL with its bytes percent-encoded, and the way back (local ones only).
+/// Converts a path to a "file://" URL with percent-encoded bytes, and back; none if the URL is not local.
 QByteArray fileUrl(const Location &entry);
 std::optional<Location> locationOfFileUrl(const QByteArray &url);
 
-/// The paths as text, one a line.
+/// The paths as text, one per line.
 QString pathText(const std::vector<Location> &entries);
 
 } // namespace brellin

@@ -16,7 +16,7 @@ namespace brellin {
 
 namespace {
 
-/// One entry that could be read.
+/// A readable entry.
 struct Entry {
     Location location;
     FileAttributes attributes;
@@ -51,7 +51,7 @@ QString kindsOf(const std::vector<Entry> &entries)
     return parts.join(QStringLiteral(", "));
 }
 
-/// Where a link leads. To look at the target may take as long as its volume does.
+/// The target of a link, and whether it exists. Blocks if its volume does not respond.
 PreviewFact targetFact(const Location &link)
 {
     std::error_code failed;
@@ -157,7 +157,7 @@ QString permissionText(std::uint32_t bits, EntryKind kind)
 QString modeText(std::uint32_t mode, EntryKind kind)
 {
     QString text = kind == EntryKind::Folder ? QStringLiteral("d") : QStringLiteral("-");
-    // The special bits stand in the place of "x": setuid, setgid, sticky.
+    // setuid, setgid and sticky replace the "x" of their group.
     constexpr std::array<std::pair<char, char>, 3> special{{{'s', 'S'}, {'s', 'S'}, {'t', 'T'}}};
     for (unsigned i = 0; i < groups.size(); ++i) {
         const std::uint32_t bits = mode >> groups.at(i).shift & 7U;

@@ -14,28 +14,28 @@
 
 namespace brellin {
 
-/// What the attributes of one entry, or of several together, tell a reader.
+/// Attributes of one entry, or of several together, for display.
 struct EntryFacts {
-    QString name; ///< „Brief.pdf“, „3 Elemente“
-    QString kind; ///< „PDF-Dokument“, „2 Ordner, 1 Datei“
+    QString name; ///< „Brief.pdf“ or „3 Elemente“
+    QString kind; ///< „PDF-Dokument“ or „2 Ordner, 1 Datei“
     std::vector<PreviewFact> rows;
-    QStringList tags;                       ///< that all of them carry
-    QStringList someTags;                   ///< that some of them carry
-    bool taggable = true;                   ///< links carry no tags
-    bool folder = false;                    ///< a single one
-    std::optional<std::int64_t> digestible; ///< the size where it is one file with a content
-    QStringList failures;                   ///< „Brief.pdf: …“
+    QStringList tags;                       ///< on all entries
+    QStringList someTags;                   ///< on some entries
+    bool taggable = true;                   ///< false if a link is among them, which cannot have tags
+    bool folder = false;                    ///< a single folder
+    std::optional<std::int64_t> digestible; ///< size of a single regular file
+    QStringList failures;                   ///< one line per unreadable entry, „Brief.pdf: …“
 
     bool operator==(const EntryFacts &) const = default;
 };
 
-/// Reads them. A link stands for itself. Blocking.
+/// Reads the facts; symlinks are not followed. Returns what was read so far if cancelled. Blocking.
 EntryFacts readEntryFacts(const std::vector<Location> &entries, const JobControl &control);
 
-/// What one group of permission bits (0 … 7) allows: „lesen, schreiben“, „kein Zugriff“. To go through a folder is „öffnen“.
+/// Text of three permission bits (0 to 7): „lesen, schreiben“, „kein Zugriff“. The execute bit of a folder is „öffnen“.
 QString permissionText(std::uint32_t bits, EntryKind kind);
 
-/// „-rw-r--r-- (644)“
+/// The mode as „-rw-r--r-- (644)“.
 QString modeText(std::uint32_t mode, EntryKind kind);
 
 } // namespace brellin

@@ -13,7 +13,7 @@ namespace brellin {
 
 namespace {
 
-/// The counters of `control` tell what is counted already: bytes done, files in the total.
+/// While it runs, `control` publishes the bytes counted as done, and the files counted as total.
 EntrySize countEntries(const std::vector<Location> &entries, JobControl &control)
 {
     EntrySize size{EntrySize::State::Counted};
@@ -103,7 +103,7 @@ void EntryProperties::makeDigest()
         });
 }
 
-/// One at a time: what is toggled follows from what was written before.
+/// One change at a time, since toggling depends on the tags present.
 void EntryProperties::toggleTag(const QString &tag)
 {
     if (m_tagging.running() || m_reading.running())

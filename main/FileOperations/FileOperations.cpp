@@ -17,7 +17,7 @@ using namespace operationTexts;
 
 namespace {
 
-/// What is under way when the window closes may end its step.
+/// Time for running operations to finish their current step when the program ends.
 constexpr auto patienceWithOperations = std::chrono::seconds(5);
 
 OperationOutcome failedOutcome(const QString &line)
@@ -25,7 +25,7 @@ OperationOutcome failedOutcome(const QString &line)
     return {{}, {line}, false};
 }
 
-/// What was made of one place, or why nothing was. A cancel that left something says what.
+/// Outcome of an operation with one result. A cancel is no failure, unless it left something behind.
 OperationOutcome outcomeOf(UserAction::Kind kind, const Location &from, const Result<Location> &made)
 {
     if (made)
@@ -43,7 +43,7 @@ OperationOutcome plainOutcome(const Location &entry, const Result<void> &done)
 
 } // namespace
 
-/// One operation on a thread of its own, so that one that waits for a dead volume holds up no other.
+/// One operation on its own thread, so that an unresponsive volume does not block others.
 struct FileOperations::Operation {
     int id = 0;
     QString title;
@@ -90,7 +90,7 @@ FileOperations::Work FileOperations::guarded(std::vector<Location> places, Work 
 
 void FileOperations::ended(int id, const OperationOutcome &outcome, const Finished &finished)
 {
-    // This is called by the operation's job, which must outlive the call; and what follows may start the next one.
+    // Keep the operation alive until return: its job is calling this. `tell` may start another operation.
     const Finished tell = finished;
     const auto found = std::ranges::find(m_operations, id, [](const auto &one) { return one->id; });
     const std::shared_ptr<Operation> done(std::move(*found));

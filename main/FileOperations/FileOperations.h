@@ -20,48 +20,48 @@
 
 namespace brellin {
 
-/// What file operations work with; all of it outlives them.
+/// Ports and shared models; all must outlive the operations.
 struct FileOperationServices {
     FileActions &files;
     Trash &trash;
     const Volumes &volumes;
     ProcessRunner &processes;
     Workspace &workspace;
-    Location homeTrash; ///< the folder that holds "files" and "info"
+    Location homeTrash; ///< contains "files" and "info"
     UserUndo &undo;
-    Location archiveReader; ///< the program that reads archives, "…/brellin-bild"
-    /// Whether an entry may be changed, or one of this name be made; callable from every thread. Without it, everything may.
+    Location archiveReader; ///< path of "…/brellin-bild"
+    /// Whether an entry may be changed, or one of this name created. Called on workers; empty allows all.
     std::function<bool(const Location &entry)> mayChange = {};
-    Location archiveLogs = {}; ///< where is noted what archives leave when the program dies
+    Location archiveLogs = {}; ///< folder for notes about hidden folders of archives, read after a crash
 };
 
-/// An operation under way, for a line of the panel.
+/// A running operation, for a row of the panel.
 struct RunningOperation {
     int id = 0;
-    QString title;                  ///< „Komprimiere 3 Elemente“
-    QString detail;                 ///< what it is at
-    std::optional<double> progress; ///< none where it cannot be told
+    QString title;                  ///< e.g. „Komprimiere 3 Elemente“
+    QString detail;                 ///< the entry being processed
+    std::optional<double> progress; ///< 0 to 1; none if unknown
 
     bool operator==(const RunningOperation &) const = default;
 };
 
-/// Something that the user has to decide before it happens. Cancelling is the answer that is always safe.
+/// A question that must be answered before an operation starts. Cancel is always safe.
 struct OperationQuestion {
     enum class Kind { EmptyTrash, DeleteForGood, UnpackBeyondFreeSpace };
     Kind kind = Kind::EmptyTrash;
     QString message;
     QString information;
-    QString accept; ///< the title of the button that does it; the other is "Abbrechen"
-    int id = 0;     ///< two questions of one wording are two questions
+    QString accept; ///< title of the accepting button; the other is "Abbrechen"
+    int id = 0;     ///< distinguishes questions with equal texts
 
     bool operator==(const OperationQuestion &) const = default;
 };
 
-/// The single-step file operations of panes. Everything that touches files runs on a thread of its own, several may run at
-/// once; what was done is recorded for undo. Lives on the main thread.
+/// The file operations of panes, except transfers. Each runs on a thread of its own, several at once; what they did is
+/// recorded for undo. Lives on the main thread.
 class FileOperations : public Model<FileOperations> {
 public:
-    /// Who wants to know the outcome; called once, on the main thread, unless the receiver has gone or the user declined.
+    /// Receiver of the outcome; called once on the main thread, unless the receiver was destroyed or the user declined.
     struct Then {
         QPointer<QObject> receiver;
         std::function<void(const OperationOutcome &)> call;
@@ -72,19 +72,19 @@ public:
     ~FileOperations() override;
 
     Published<std::vector<RunningOperation>> operations;
-    Published<std::optional<OperationQuestion>> question; ///< waits for `answer`; further ones wait behind it
+    Published<std::optional<OperationQuestion>> question; ///< the first unanswered question; others queue behind it
     Published<std::optional<QString>> errorMessage;
     Published<QString> status; ///< one line about the last operation that ended
 
-    /// "Neues Textdokument.txt"; the outcome names it, so that its renaming can begin.
+    /// Creates "Neues Textdokument.txt"; the outcome contains its location, for renaming it.
     void newTextDocument(const Location &folder, Then then = {});
     void trash(const std::vector<Location> &entries, Then then = {});
-    /// Asks, then removes what lies in every volume's Trash.
+    /// Asks, then permanently deletes everything in this user's Trash on all volumes.
     void emptyTrash(Then then = {});
-    /// Asks, then deletes what lies in the Trash, or where no Trash is, for good. Anything else is refused.
+    /// Asks, then permanently deletes entries that are in the Trash, or whose volume has no Trash; refuses others.
     void deleteForGood(const std::vector<Location> &entries, Then then = {});
     void compress(std::vector<Location> entries, const Location &into, Then then = {});
-    /// Asks where the archive says that it needs more than the free space.
+    /// Asks first if the archive claims to need more than the free space.
     void unpack(const Location &archive, const Location &folder, Then then = {});
     void makeAlias(std::vector<Location> sources, const Location &folder, Then then = {});
     void openTerminal(const Location &folder);
@@ -105,9 +105,9 @@ private:
     using Finished = std::function<void(const OperationOutcome &)>;
 
     void start(const QString &title, Work work, Finished finished);
-    /// The work, or the refusal where one of these places belongs to the system.
+    /// Wraps the work; refuses to start it if one of these places belongs to the system.
     Work guarded(std::vector<Location> places, Work work) const;
-    /// The usual end: records what was done, and says what came of it.
+    /// The usual end: records for undo, publishes status and errors, calls `then`.
     Finished telling(const QString &success, Then then);
     void startDeleting(std::vector<DoomedEntry> entries, Then then);
     void startUnpacking(const Location &archive, const Location &folder, Then then);

@@ -9,8 +9,8 @@
 
 namespace brellin {
 
-/// Lets something grow in a hidden folder in `parent`, which goes afterwards. One that stays is named in `notes` or, where
-/// the work failed, in its failure. `logs` is where the folder is noted while it is there.
+/// Runs `work` in a hidden folder in `parent`, then removes that folder. If it cannot be removed, says so in `notes`
+/// or, if the work failed, in its failure. While the folder exists it is noted in `logs`.
 Result<Location> workHidden(const Location &parent, std::string_view prefix, FileActions &files, const Location &logs,
                             const std::function<Result<Location>(const HiddenFolder &hidden)> &work,
                             QStringList &notes);

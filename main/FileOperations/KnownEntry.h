@@ -5,9 +5,8 @@
 
 namespace brellin {
 
-/// Whether what lies at `place` now is still the entry that was marked, worked on since or not: by its identity. Where the
-/// volume gives its entries other numbers now and then (a card put in again), one with another number is known by size and
-/// time, and so only unchanged.
+/// Whether the entry at `place` is still the marked one, by identity; its content may have changed. On volumes that do
+/// not keep inodes, an entry with another inode matches if size and time are unchanged.
 inline bool isStill(const EntryMark &mark, const FileAttributes &now, const Location &place)
 {
     if (now.identity == mark.state.identity)

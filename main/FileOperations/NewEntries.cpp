@@ -15,10 +15,10 @@ namespace {
 
 constexpr std::string_view documentName = "Neues Textdokument.txt";
 constexpr std::string_view aliasEnd = " – Verknüpfung";
-/// Somebody may take each free name just before us, but not for ever.
+/// Limits retries when other programs keep taking the free name first.
 constexpr int mostAttempts = 100;
 
-/// `create` answers as the system's calls do.
+/// `create` returns 0, or -1 with errno set.
 Result<Location> createUnique(const Location &wanted, const std::function<int(const Location &)> &create)
 {
     for (int attempt = 1;; ++attempt) {
@@ -37,7 +37,7 @@ int createEmpty(const Location &file)
     return opened < 0 ? -1 : ::close(opened);
 }
 
-/// The end is what tells an alias: a name that is too long loses something before it.
+/// Shortens a long name before the ending, which marks aliases.
 Location aliasOf(const Location &source, const Location &folder)
 {
     constexpr std::size_t roomForNumber = 8;
@@ -56,7 +56,7 @@ OperationOutcome makeAliases(const std::vector<Location> &sources, const Locatio
 {
     OperationOutcome outcome{{UserAction::Kind::Alias, {}}, {}, false};
     for (const Location &source : sources) {
-        // An alias of nothing would look like one whose target has been lost.
+        // Fail for a missing source: its alias would look broken from the start.
         const Result<FileAttributes> there = readAttributes(source);
         const Result<Location> made =
             there ? createUnique(aliasOf(source, folder),

@@ -6,10 +6,10 @@
 
 namespace brellin {
 
-/// Creates an empty "Neues Textdokument.txt" in `folder`, under a free name. Blocking.
+/// Creates an empty "Neues Textdokument.txt" in `folder`, or the next free numbered name. Blocking.
 Result<Location> createTextDocument(const Location &folder);
 
-/// Makes an alias of each source in `folder`, a link called "Brief.pdf – Verknüpfung". Blocking.
+/// Creates a symlink "Brief.pdf – Verknüpfung" in `folder` for each source; missing sources are failures. Blocking.
 OperationOutcome makeAliases(const std::vector<Location> &sources, const Location &folder);
 
 } // namespace brellin

@@ -7,13 +7,13 @@
 
 namespace brellin {
 
-/// What became of a file operation.
+/// Result of a file operation.
 struct OperationOutcome {
-    UserAction action;    ///< what was done, to be recorded; without entries where nothing was
-    QStringList failures; ///< „Brief.pdf: …“, or one sentence where it is about no entry
+    UserAction action;    ///< what was done, for undo; no entries if nothing was
+    QStringList failures; ///< „Brief.pdf: …“, or a sentence if no single entry is concerned
     bool cancelled = false;
 
-    /// Where what came into being or moved is now.
+    /// Present locations of the entries created or moved.
     std::vector<Location> places() const;
     bool operator==(const OperationOutcome &) const = default;
 };

@@ -3,16 +3,16 @@
 #include "FileOperations/FileOperations.h"
 #include "FileOperations/Unpacking.h"
 
-/// What file operations ask and say.
+/// Questions and messages of file operations.
 namespace brellin::operationTexts {
 
-/// „„Brief.pdf““, „3 Elemente“
+/// „„Brief.pdf““ or „3 Elemente“.
 QString named(const std::vector<Location> &entries);
 
 /// „Orte des Systems werden nicht verändert.“
 QString systemRefusal();
 
-/// „Umbenennen abgebrochen: …“, of a batch.
+/// „Umbenennen abgebrochen: …“, for a batch.
 QString renameStopped(const Failure &why);
 
 OperationQuestion emptyTrashQuestion();

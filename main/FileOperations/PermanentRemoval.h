@@ -7,25 +7,26 @@
 
 namespace brellin {
 
-/// Deletes an entry and everything in it for good, never through a link and never into another volume. The one place where a
-/// file of the user's ends; only for what the user was asked about.
+/// Permanently deletes an entry with its content; never follows links or enters another volume. Makes folders writable
+/// if needed. Call only for what the user has confirmed.
 Result<void> deleteEntryForGood(const Location &entry);
 
-/// The same for an entry that lies directly in a Trash, with what the Trash has written down about it.
+/// As above for an entry directly in a Trash, with its .trashinfo record.
 Result<void> deleteFromTrash(const Location &trashed);
 
-/// Deletes of an entry only what was seen; gives what stays because it came or was changed since.
+/// Permanently deletes what `seen` contains; returns what stays because it was added or changed since.
 Result<std::vector<Location>> deleteSeenForGood(const Location &entry, const SeenTree &seen);
-/// What the Trash has written down about an entry that was deleted.
+/// Removes the .trashinfo record of an entry that was deleted.
 Result<void> removeTrashRecord(const Location &trashed);
 
-/// Whether a Trash could take entries of the volume that holds `entry`.
+/// Whether the volume of `entry` has a Trash that could take it.
 bool volumeHasTrash(const Location &entry, const Location &homeTrash, const Volumes &volumes);
 
-/// Whether `entry` lies in one of this user's Trashes, at any depth.
+/// Whether `entry` is in one of this user's Trash folders, at any depth.
 bool liesInTrash(const Location &entry, const Location &homeTrash, const Volumes &volumes);
 
-/// Whether the home folder with its Trash, or another volume, lies in `entry`.
+/// Whether `entry` is or contains the home Trash or a mount point, or is the root. True if the mount table cannot be
+/// read.
 bool holdsMoreThanItself(const Location &entry, const Location &homeTrash);
 
 } // namespace brellin

@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// How far work is, from 0 to 1; nothing while it does not know how much there is.
+/// Progress from 0 to 1; none while the total is unknown.
 inline std::optional<double> progressFraction(const JobControl &control)
 {
     if (control.total() <= 0)

@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// By the type of the file system, as it usually is set up.
+/// Assumes the usual mount options of the file system.
 FolderNames::Case letterCaseOf(const Location &folder, const std::vector<Mount> &table)
 {
     constexpr std::array<std::string_view, 12> ignoring = {"vfat", "msdos", "exfat",   "ntfs",       "ntfs3", "fuseblk",

@@ -10,18 +10,18 @@
 
 namespace brellin {
 
-/// What a batch rename has to know of the disk.
+/// What a batch rename needs to know about the disk.
 struct RenameFacts {
     NamesInFolders folders;
     std::vector<EntryMark> marks; ///< of the entries, in their order
-    std::vector<QDate> days;      ///< the same; empty where nobody needs them
+    std::vector<QDate> days;      ///< likewise; empty unless requested
 
     bool operator==(const RenameFacts &) const = default;
 };
 
 enum class Days { Read, Skip };
 
-/// Reads them. Counts entries as progress. Blocking.
+/// Reads the facts; progress counts entries. Shorter lists if cancelled. Blocking.
 RenameFacts readRenameFacts(const std::vector<Location> &entries, Days days, Decoder &decoder, JobControl &control);
 
 } // namespace brellin

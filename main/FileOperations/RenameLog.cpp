@@ -33,7 +33,7 @@ struct JsonTable<LoggedRename> {
 namespace {
 
 constexpr std::string_view logEnd = ".json";
-/// "1a2b3c4d-"
+/// Length of e.g. "1a2b3c4d-".
 constexpr std::size_t tokenLength = 9;
 constexpr auto orphanAge = std::chrono::hours(1);
 
@@ -46,7 +46,7 @@ Result<void> writeFlushed(const FileLock &lock, const Location &file, const QByt
             return failure(Failure::lastSystem());
         at += std::max<ssize_t>(written, 0);
     }
-    // With the folder entry, else a power cut could leave temporary names that nobody knows.
+    // Flush the folder entry too: after a power cut nobody could restore temporary names without the log.
     return flushEntry(file);
 }
 
@@ -62,17 +62,17 @@ std::vector<std::string> namesIn(const Location &folder)
     return names;
 }
 
-/// One log as it is on the disk.
+/// A log found on disk.
 struct FoundLog {
     Location file;
-    FileLock lock; ///< not held where its batch lives
+    FileLock lock; ///< not held if its batch is running
     std::vector<LoggedRename> renames;
-    std::optional<QString> damage = {}; ///< why the renames are not known
+    std::optional<QString> damage = {}; ///< why the renames cannot be read
 
     bool lives() const { return !lock.held(); }
 };
 
-/// An empty log was never written, and so no move has begun.
+/// An empty log was never written, so its batch has not started.
 void readRenames(FoundLog &log)
 {
     const Result<QByteArray> text = readLog(log.file);
@@ -101,8 +101,8 @@ std::vector<FoundLog> foundLogs(const Location &folder)
     return found;
 }
 
-/// Nothing waits any more: the batch ended before or after its moves. Where nothing of it is to be seen at all, its volume
-/// may only be away.
+/// Whether no entry has a temporary name. If none of its entries is found at all, the volume may be unmounted: not
+/// settled.
 bool isSettled(const FoundLog &log)
 {
     if (log.damage)
@@ -126,7 +126,7 @@ bool isOldOrphan(const Location &entry, Instant now)
     return status && now - instantFrom(status->st_ctim) > orphanAge;
 }
 
-/// What waits in `folder` without any log.
+/// Old entries with temporary names in `folder` that no log mentions.
 CutShortRename orphansIn(const Location &folder, const std::set<std::string> &logged, Instant now)
 {
     CutShortRename orphans;
@@ -140,7 +140,7 @@ CutShortRename orphansIn(const Location &folder, const std::set<std::string> &lo
     return orphans;
 }
 
-/// To its old name; where that is taken, to its new one or a free one. Gives the place.
+/// Renames to the old name; if taken, to the new or a free one. Returns the location.
 Result<Location> restoreOne(const LoggedRename &one, FileActions &files)
 {
     constexpr int mostAttempts = 100;
@@ -154,7 +154,7 @@ Result<Location> restoreOne(const LoggedRename &one, FileActions &files)
     return moved ? Result<Location>(place) : failure(moved.error());
 }
 
-/// One batch on its way back, from the last entry to the first: cut short again, it is where a batch can be.
+/// Restores a batch from last to first, so that an interrupted restore leaves a state that the next one can read.
 class Restoring {
 public:
     Restoring(const CutShortRename &batch, FileActions &files)
@@ -179,11 +179,11 @@ public:
         }
         return std::move(m_lines);
     }
-    /// Every entry has its old name, or at least one that was told.
+    /// Whether every entry has its old name, or a reported one.
     bool settled() const { return m_settled && m_state.certain(); }
 
 private:
-    /// What has its new name goes aside first.
+    /// Renames an entry with its new name back to its temporary one, so that names can be swapped.
     void makeRoom(std::size_t i)
     {
         const LoggedRename &one = m_batch.renames[i];
@@ -224,7 +224,7 @@ private:
     bool m_settled = true;
 };
 
-/// A log of what nobody can tell is kept, where nobody takes it for a batch that still waits.
+/// Keeps the log of an unclear batch under another name, unless entries still have temporary names.
 void putAside(const CutShortRename &batch)
 {
     if (std::ranges::none_of(batch.renames, entryExists, &LoggedRename::temporary))
@@ -243,7 +243,7 @@ bool LoggedRename::isAt(const Location &location) const
         found->isFolder() == folder && (folder || found->size == size) && std::chrono::abs(apart) <= coarseTime;
     if (!lasting)
         return alike;
-    // A volume may come back under another device number.
+    // A remounted volume may have another device number.
     return static_cast<std::int64_t>(found->identity.inode) == inode &&
            (alike || static_cast<std::int64_t>(found->identity.device) == device);
 }

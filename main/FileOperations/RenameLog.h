@@ -15,37 +15,37 @@
 
 namespace brellin {
 
-/// The beginning of the names under which entries wait between their old and their new name. Such an entry is the
-/// original: it is never removed.
+/// Prefix of temporary names during a batch rename. Such an entry is the original: never remove it.
 constexpr std::string_view renamePrefix = ".umbenennen-";
 
-/// One entry of a batch under its three names.
+/// One entry of a batch with its old, new and temporary path.
 struct LoggedRename {
     Location from;
     Location to;
     Location temporary;
-    std::int64_t device = 0; ///< the bits of the identity's number
+    std::int64_t device = 0; ///< bits of the identity's device number
     std::int64_t inode = 0;
-    bool lasting = true; ///< the volume keeps an entry's inode
+    bool lasting = true; ///< the volume keeps inodes
     bool folder = false;
     std::int64_t size = 0;     ///< of a file
     std::int64_t modified = 0; ///< nanoseconds since 1970
 
-    /// What times may differ by on volumes that keep whole or every second second.
+    /// Tolerance for times on volumes that store them in steps of one or two seconds.
     static constexpr auto coarseTime = std::chrono::seconds(2);
 
     bool operator==(const LoggedRename &) const = default;
-    /// Whether this very entry is at `location` now; where identities do not last, as far as kind, size and time tell.
+    /// Whether this entry is at `location`. If the volume does not keep inodes, compares kind, size and time.
     bool isAt(const Location &location) const;
 };
 
-/// What a batch is about to do, on the disk before it begins, and locked while it lives. Whoever finds it unlocked finds a
-/// batch that was cut short.
+/// The log of a batch rename, written before it starts and locked while it runs. An unlocked log belongs to an
+/// interrupted batch.
 class RenameLog {
 public:
-    /// Writes and flushes a new log; `folder` is created if missing. Fails where the log would be longer than what is read.
+    /// Writes and flushes a new log; creates `folder` if missing. Fails if the log would exceed the size limit for
+    /// reading.
     static Result<RenameLog> create(const Location &folder, const std::vector<LoggedRename> &renames);
-    /// The batch is whole again: nothing waits under a temporary name.
+    /// Call when no entry has a temporary name any more.
     void remove();
 
 private:
@@ -55,9 +55,9 @@ private:
     FileLock m_lock;
 };
 
-/// Entries that wait under a temporary name because their batch was cut short.
+/// Entries with temporary names, left by an interrupted batch.
 struct CutShortRename {
-    Location log; ///< empty where no log tells of them
+    Location log; ///< empty if there is no log
     std::vector<LoggedRename> renames;
 
     bool operator==(const CutShortRename &) const = default;
@@ -65,25 +65,25 @@ struct CutShortRename {
     QString question() const;
 };
 
-/// Looks in `folder` for entries that wait under temporary names and belong to no living batch. Those that no log tells of
-/// (it may be with another user, or on another machine) count an hour after they got that name, and not while the log of a
-/// living batch cannot be read. Blocking.
+/// Finds entries in `folder` with temporary names that belong to no running batch, and removes logs of batches that
+/// left none. Entries without a log (it may be another user's, or on another machine) count one hour after their last
+/// status change, and not while the log of a running batch cannot be read. Blocking.
 std::vector<CutShortRename> cutShortRenames(const Location &logs, const Location &folder, Instant now);
 
-/// Those, in any folder, that a log tells of. Blocking.
+/// Interrupted batches that have a log, in any folder. Blocking.
 std::vector<CutShortRename> loggedCutShortRenames(const Location &logs);
 
-/// Those logs that cannot be read; no batch is known by them, and they stay. Blocking.
+/// Logs that cannot be read; their batches are unknown, and they are kept. Blocking.
 std::vector<UnreadLog> unreadRenameLogs(const Location &logs);
 
-/// A temporary name for `name` that fits its volume, and the old name that such a one tells (perhaps shortened).
+/// A temporary name for `name` within the volume's length limit, and the old name it contains, perhaps shortened.
 std::string temporaryName(std::string_view name, const Location &folder);
 std::string nameInTemporary(std::string_view temporary);
 
-/// Gives the entries of a batch that was cut short their old names back; where an old name is taken meanwhile, its new one
-/// or a free one. Removes nothing but what the batch itself left under a second name. Gives a line, „a.txt: …“, for each
-/// failure, for each other name, and for each entry that nobody can tell for sure: that one stays as it is, and so does the
-/// log. Blocking.
+/// Gives the entries of an interrupted batch their old names back; if one is taken, the new name or a free one. Removes
+/// only placeholders and second names that the batch itself left. Returns a line, „a.txt: …“, for each failure, each
+/// different name and each entry that cannot be identified; such an entry is not touched, and the log is kept.
+/// Blocking.
 QStringList restoreCutShort(const CutShortRename &batch, FileActions &files);
 
 } // namespace brellin

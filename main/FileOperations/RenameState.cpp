@@ -10,13 +10,13 @@ using At = RenameState::At;
 
 namespace {
 
-/// Where those that do not wait can be: below `newEnd` under their new names, from `oldBegin` on under their old ones.
+/// Possible names by order: entries before `newEnd` may have new names, entries from `oldBegin` on old ones.
 struct Bounds {
     std::size_t newEnd;
     std::size_t oldBegin;
 };
 
-/// Reads a batch from the disk.
+/// Determines a batch's state from the disk.
 class Reading {
 public:
     explicit Reading(const CutShortRename &batch) : m_renames(batch.renames), m_hasLog(!batch.log.empty())
@@ -53,7 +53,7 @@ private:
         return false;
     }
 
-    /// An empty file that came after the log, on a volume where a rename has to reserve its target like that.
+    /// Whether this is an empty file newer than the log, on a volume where a rename creates placeholders.
     bool keepsNameFree(const Location &location, const LoggedRename &one) const
     {
         const Result<FileAttributes> found = readAttributes(location);
@@ -76,7 +76,8 @@ private:
         return {count, 0};
     }
 
-    /// Of one that does not wait. Where identities last they say more than the order.
+    /// The state of an entry without its temporary name. Identity decides if the volume keeps inodes; otherwise the
+    /// order.
     At placeOf(std::size_t i, const Bounds &bounds) const
     {
         const LoggedRename &one = m_renames[i];
@@ -98,8 +99,8 @@ private:
         return entryExists(one.to) ? At::Unknown : At::Gone;
     }
 
-    /// Only at the names that come next, where nobody else of the batch can be: the old one of the last that waits while the
-    /// others have their old names, the new one of the first while they have their new ones.
+    /// Leftovers are possible only next to the boundary: at the old name of the last entry with a temporary name while
+    /// others have old names, or at the new name of the first one while others have new names.
     void addSurplus(const Bounds &bounds)
     {
         const auto isWaiting = [](At at) { return at == At::Temporary; };
@@ -129,7 +130,7 @@ private:
     const std::vector<LoggedRename> &m_renames;
     const bool m_hasLog;
     Instant m_begun;
-    std::optional<std::size_t> m_reserved; ///< the entry whose temporary name is only kept free
+    std::optional<std::size_t> m_reserved; ///< entry whose temporary name is a placeholder
     RenameState m_state;
 };
 

@@ -6,22 +6,21 @@
 
 namespace brellin {
 
-/// How far a batch came that was cut short, from what is on the disk and what its log noted.
-///
-/// A batch goes one way and comes back the same: first all entries from the first to the last get their temporary names,
-/// then all their new ones. So those that wait are the first ones (the others have their old names) or the last ones (the
-/// others have their new names), also after a restore that was cut short itself.
+/// State of an interrupted batch, determined from the disk and the log.
+/// A batch renames all entries in order to their temporary names, then all to their new ones; undo is the reverse. So
+/// the entries with temporary names are either the first ones (the others have old names) or the last ones (the others
+/// have new names), also after an interrupted restore.
 struct RenameState {
     enum class At {
         Old,
         Temporary,
         New,
-        Unknown, ///< something is under a name of it that may be anybody's
+        Unknown, ///< its name exists, but may belong to another entry
         Gone
     };
     std::vector<At> entries;
-    /// Names that a rename in two steps left: an empty file that kept a name free, or a second name of one file. What they
-    /// stand for is under another name.
+    /// Leftovers of an interrupted rename: empty placeholder files, or second hard links. The file itself has another
+    /// name.
     std::vector<Location> surplus;
 
     bool waits(std::size_t entry) const { return entries[entry] == At::Temporary; }

@@ -11,9 +11,9 @@ bool differOnlyInCase(const Location &from, const Location &to)
     return from.native() != to.native() && folded(shownName(from)) == folded(shownName(to));
 }
 
-/// Whether it goes through a temporary name, noted in a log. Only files get their names kept free, and only names that no other
-/// entry has. Names that differ only in case may be one entry with two numbers there: whether the other is taken shows when
-/// this one is out of the way.
+/// Whether to rename through a temporary name with a log. Placeholders are used for files only, and only if the name is
+/// free. Names that differ only in case may be one entry with two inode numbers there: whether the other is taken shows
+/// only after moving this one away.
 bool needsLog(const FileAttributes &entry, const Location &from, const Location &to, const FileActions &files)
 {
     if (!files.reservesNames(to.parent_path()))

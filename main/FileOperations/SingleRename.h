@@ -4,11 +4,11 @@
 
 namespace brellin {
 
-/// Renames one entry like `FileActions::rename`. On volumes where that keeps the new name free with an empty file it goes the
-/// way of a batch, with a log in `logs`: killed in between, it is found and settled like one. Blocking.
+/// Renames one entry like `FileActions::rename`. On volumes where that needs a placeholder file, renames like a batch
+/// with a log in `logs`, so that an interruption can be settled. Blocking.
 Result<void> renameSingle(const Location &from, const Location &to, FileActions &files, const Location &logs);
 
-/// The disk for panes: their renames are logged where they have to be.
+/// File actions of panes; their renames are logged if needed.
 class LoggedFileActions : public DiskFileActions {
 public:
     explicit LoggedFileActions(Location logs) : m_logs(std::move(logs)) {}

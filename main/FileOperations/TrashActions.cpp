@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// Everything that lies in this user's Trash, on all mounted volumes.
+/// Everything in this user's Trash on all mounted volumes.
 std::vector<TrashedEntry> everythingTrashed(const TrashGround &ground)
 {
     std::vector<TrashedEntry> all = homeTrashContents(ground.homeTrash);
@@ -19,7 +19,7 @@ std::vector<TrashedEntry> everythingTrashed(const TrashGround &ground)
         if (volume.readOnly)
             continue;
         for (TrashedEntry &entry : volumeTrashContents(volume.root)) {
-            // A mount may show a part of another one, and so the same Trash.
+            // Skip duplicates: a bind mount shows the same Trash.
             if (std::ranges::find(all, entry.place, &TrashedEntry::place) == all.end())
                 all.push_back(std::move(entry));
         }

@@ -11,30 +11,30 @@
 
 namespace brellin {
 
-/// Puts every entry in the Trash of its volume; each is tried. Blocking.
+/// Moves each entry to the Trash of its volume; continues after failures. Blocking.
 OperationOutcome putInTrash(const std::vector<Location> &entries, Trash &trash, JobControl &control);
 
-/// Where this user's Trash lies.
+/// Where this user's Trash is.
 struct TrashGround {
-    Location homeTrash; ///< the folder that holds "files" and "info"
+    Location homeTrash; ///< contains "files" and "info"
     const Volumes &volumes;
 };
 
-/// Removes for good what lies in this user's Trash on every mounted volume. Counts entries as progress. Only ever called on
-/// the user's own word. Blocking.
+/// Permanently deletes everything in this user's Trash on all mounted volumes; progress counts entries. Call only after
+/// the user confirmed. Blocking.
 OperationOutcome emptyTrash(const TrashGround &ground, JobControl &control);
 
 /// An entry that the user was asked about.
 struct DoomedEntry {
     Location location;
     FileIdentity identity;
-    std::shared_ptr<const SeenTree> seen; ///< nothing where not all of it could be looked at
+    std::shared_ptr<const SeenTree> seen; ///< its content at that time; null if it could not be read completely
 
     bool operator==(const DoomedEntry &) const = default;
 };
 
-/// Those entries that may be deleted for good: what lies in the Trash, and what no Trash can take because its volume has none.
-/// The others are named with the reason. Blocking.
+/// Splits entries into those that may be deleted permanently, because they are in a Trash or their volume has none, and
+/// others, which are refused with a reason. Blocking.
 struct Doomed {
     std::vector<DoomedEntry> entries;
     QStringList refused;
@@ -42,8 +42,8 @@ struct Doomed {
 Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground,
                         const JobControl *control = nullptr);
 
-/// Deletes entries for good, each only if it still is the one that was asked about, and of a folder only what was in it then. Never called but on the user's own word.
-/// Blocking.
+/// Permanently deletes entries that are still the ones asked about; of a folder only the content seen then, or all of
+/// it if `seen` is null. Call only after the user confirmed. Blocking.
 OperationOutcome deleteForGood(const std::vector<DoomedEntry> &entries, const Trash &trash, const TrashGround &ground,
                                JobControl &control);
 

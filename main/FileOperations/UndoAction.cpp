@@ -16,12 +16,12 @@ namespace {
 using ActionEntry = UserAction::Entry;
 using Kind = UserAction::Kind;
 
-/// What became of one entry.
+/// Result for one entry.
 struct EntryOutcome {
     enum class Fate { Undone, Stale, Failed };
     Fate fate = Fate::Undone;
-    Location place;  ///< where it is now
-    QString message; ///< also where it was undone, but not quite
+    Location place;  ///< present location
+    QString message; ///< also set if undone only partly
 };
 
 EntryOutcome failed(const Failure &why)
@@ -29,7 +29,7 @@ EntryOutcome failed(const Failure &why)
     return {EntryOutcome::Fate::Failed, {}, why.message};
 }
 
-/// On volumes that give their entries other numbers now and then, size and time are what tells.
+/// On volumes that do not keep inodes, compares size and time.
 bool isThere(const EntryMark &mark, const Location &place)
 {
     const Result<FileAttributes> now = readAttributes(place);
@@ -79,7 +79,7 @@ private:
         return renamed.error().is(std::errc::cross_device_link) ? copyBack(entry) : failed(renamed.error());
     }
 
-    /// Across volumes: what had been moved goes only once its copy is complete and on the disk, and then to the Trash.
+    /// For a move across volumes: copies back, flushes, then moves the other copy to the Trash.
     EntryOutcome copyBack(const ActionEntry &entry)
     {
         const Location temporary = m_log.temporaryFor(entry.from, reserves(entry) ? TransferLog::Renames::Reserving
@@ -107,7 +107,7 @@ private:
         return m_services.files.rename(temporary, entry.from);
     }
 
-    /// What was written there meanwhile is nowhere else.
+    /// Trashes the copied entry, unless it changed during the copy: those changes exist only there.
     Result<void> giveUpCopied(const ActionEntry &entry, const CopiedEntries &copied)
     {
         if (!TRY(changedSinceCopy(entry.to, copied, entry.from, &m_control)).empty())
@@ -124,7 +124,7 @@ private:
         return restored ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from, {}} : failed(restored.error());
     }
 
-    /// What was made goes to the Trash, unless somebody has worked on it since.
+    /// Moves a created entry to the Trash, unless it was changed since.
     EntryOutcome takeAway(const ActionEntry &entry, const FileAttributes &now)
     {
         const bool worked = now.size != entry.state.size || now.modified != entry.state.modified;
@@ -138,7 +138,7 @@ private:
         return trashed ? EntryOutcome() : failed(trashed.error());
     }
 
-    /// What somebody put into a folder that was made, or changed there, is not ours to take away.
+    /// Why a created folder is kept: something in it was added or changed since. Empty if it may go.
     QString whyItStays(const ActionEntry &entry)
     {
         constexpr std::size_t mostNamed = 3;
@@ -157,12 +157,12 @@ private:
             .arg(names.join(QStringLiteral(", ")));
     }
 
-    /// What a transfer had replaced comes back out of the Trash.
+    /// Restores what a transfer had replaced from the Trash.
     EntryOutcome withReplaced(EntryOutcome outcome, const ActionEntry &entry)
     {
         if (outcome.fate != EntryOutcome::Fate::Undone || !entry.replaced)
             return outcome;
-        // The Trash may have been emptied, and another have come to the same place from here.
+        // The Trash may have been emptied, and another entry of the same name trashed since.
         if (entry.replacedMark && !isThere(*entry.replacedMark, *entry.replaced))
             outcome.message = QStringLiteral("Was ersetzt worden war, liegt nicht mehr im Papierkorb.");
         else if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
@@ -181,7 +181,7 @@ bool onlyMoves(Kind kind)
     return kind == Kind::Rename || kind == Kind::BatchRename || kind == Kind::Move;
 }
 
-/// The same way once more, from the entries as they lie now.
+/// The action that repeats what was undone, from the entries' present locations.
 std::optional<UserAction> wayBack(Kind kind, const std::vector<ActionEntry> &moved)
 {
     if (!onlyMoves(kind) || moved.empty())
@@ -192,7 +192,7 @@ std::optional<UserAction> wayBack(Kind kind, const std::vector<ActionEntry> &mov
     return again;
 }
 
-/// Names may have been swapped: a batch goes back as a whole or not at all.
+/// A batch is undone as a whole or not at all, since names may have been swapped.
 UndoneAction undoBatch(const UserAction &action, const UndoServices &services, JobControl &control)
 {
     std::vector<RenamePair> pairs;
@@ -216,7 +216,7 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
     if (action.kind == Kind::BatchRename)
         return undoBatch(action, services, control);
     UndoneAction undone;
-    std::vector<ActionEntry> clean; ///< nothing stands in their way back
+    std::vector<ActionEntry> clean; ///< undone completely, replaced nothing
     Undoing undoing(action.kind, services, control);
     control.setTotal(static_cast<qint64>(action.entries.size()));
     for (auto entry = action.entries.rbegin(); entry != action.entries.rend(); ++entry) {

@@ -12,27 +12,29 @@
 
 namespace brellin {
 
-/// What taking back works with; all of it outlives it.
+/// Ports; all must outlive the undo.
 struct UndoServices {
     FileActions &files;
     Trash &trash;
     Location renameLogs;
-    Location transferLogs = {}; ///< what goes back is noted there while it does, as of any transfer
+    Location transferLogs = {}; ///< copies across volumes are logged here, as for any transfer
 };
 
-/// What became of taking an action back.
+/// Result of undoing an action.
 struct UndoneAction {
-    std::vector<UserAction::Entry> undone; ///< from where to where; of what went to the Trash or is gone, without `to`
-    /// Not taken back, and worth another try: a name that is taken may be freed, a volume come back.
+    /// from where to where; `to` is empty if the entry went to the Trash or was removed
+    std::vector<UserAction::Entry> undone;
+    /// Not undone, but worth another try, e.g. because a name was taken, a volume missing, or after a cancel.
     std::vector<UserAction::Entry> left;
     QStringList failures; ///< „b.txt: …“
     bool cancelled = false;
-    /// What does it once more, by being taken back in its turn: where entries have moved, and nothing was replaced.
+    /// The action whose undo repeats this one; only for moves and renames, and entries that replaced nothing.
     std::optional<UserAction> again = {};
 };
 
-/// Takes an action back, entry by entry from the last. An entry that is no longer the one it was, or whose old place is
-/// taken, is left alone and named; nothing is ever replaced, and what had been made goes to the Trash. Blocking.
+/// Undoes an action from its last entry; a batch rename as a whole or not at all. Skips and reports entries that are no
+/// longer the same, or whose old place is taken. Never replaces anything; created entries go to the Trash, an empty new
+/// folder is removed. Blocking.
 UndoneAction undoAction(const UserAction &action, const UndoServices &services, JobControl &control);
 
 } // namespace brellin

@@ -21,7 +21,7 @@ constexpr std::size_t longestPath = 3000;
 constexpr std::size_t deepestPath = 100;
 constexpr std::uint32_t permissions = 0777;
 
-/// The path in its parts; nothing where it could lead elsewhere.
+/// Splits the path; none if it is absolute, contains "..", or is too long or too deep.
 std::optional<std::vector<std::string>> partsOf(std::string_view path)
 {
     if (path.empty() || path.starts_with('/') || path.size() > longestPath)
@@ -39,7 +39,7 @@ std::optional<std::vector<std::string>> partsOf(std::string_view path)
     return parts.size() > deepestPath ? std::nullopt : std::optional(std::move(parts));
 }
 
-/// Whether a link in a folder of this depth stays inside by its text alone.
+/// Whether the link's target, as text, stays inside the tree; `depth` is that of the link's folder.
 bool staysInside(std::size_t depth, std::string_view target)
 {
     if (target.empty() || target.starts_with('/'))
@@ -77,7 +77,7 @@ Result<void> writeAt(int file, const char *bytes, std::size_t size, std::int64_t
 
 Result<Descriptor> createFile(NameIn entry, std::uint32_t mode)
 {
-    // What the umask forbids stays forbidden; set-user-id and its like are never taken over.
+    // The umask applies; setuid, setgid and sticky bits are dropped.
     Descriptor file(::openat(entry.folder, entry.name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                              (mode & permissions) | S_IRUSR | S_IWUSR));
     if (!file.isOpen())
@@ -85,13 +85,13 @@ Result<Descriptor> createFile(NameIn entry, std::uint32_t mode)
     return file;
 }
 
-/// FAT and exFAT, through the system's drivers or through FUSE, each have an answer of their own.
+/// FAT and exFAT drivers in the kernel and in FUSE return different errors.
 bool tellsOfAVolumeWithoutLinks(int error)
 {
     return error == EPERM || error == EOPNOTSUPP || error == ENOSYS || error == EMLINK;
 }
 
-/// Whether the failure is about this one entry, so that the others can still be unpacked.
+/// Whether the failure concerns only this entry, so that unpacking can continue.
 bool concernsNameOnly(const Failure &why)
 {
     return why.is(std::errc::filename_too_long) || why.is(std::errc::not_a_directory) ||
@@ -124,7 +124,7 @@ void UnpackedTree::refuse(const ArchivedEntry &entry, const QString &why)
         m_refused << QStringLiteral("… und weitere");
 }
 
-/// The folder at a path below the top, made as far as it is missing.
+/// Opens the folder at a path, creating missing ones; never follows links.
 Result<Descriptor> UnpackedTree::folderAt(const Path &path, std::uint32_t lastMode) const
 {
     Descriptor folder = TRY(openFolderPlace(NameIn{m_top.number(), "."}));
@@ -150,7 +150,7 @@ Result<void> UnpackedTree::add(const ArchivedEntry &entry, ArchiveReader &reader
         return {};
     }
     if (path->empty())
-        return {}; // the top itself
+        return {}; // the top folder itself
     Result<void> added;
     switch (entry.kind) {
     case ArchivedEntry::Kind::File:
@@ -179,7 +179,7 @@ Result<void> UnpackedTree::add(const ArchivedEntry &entry, ArchiveReader &reader
 Result<void> UnpackedTree::addFile(const Path &path, const ArchivedEntry &entry, ArchiveReader &reader)
 {
     const EntryPlace place = TRY(placeFor(path));
-    // An archive may hold a name twice: both stay.
+    // An archive may contain a name twice: keep both, numbered.
     std::string name = place.name;
     Result<Descriptor> file = createFile(place.at(), entry.mode);
     for (int number = 2; !file && file.error().is(std::errc::file_exists) && number < 1000; ++number) {
@@ -200,7 +200,7 @@ Result<void> UnpackedTree::addFile(const Path &path, const ArchivedEntry &entry,
         refuse(entry, QStringLiteral("ist im Archiv beschädigt (die Prüfsumme stimmt nicht)"));
         return {};
     }
-    // A hole at the end has no bytes that would make the file as long as it is.
+    // Extend the file if it ends in a hole.
     if (entry.size && *entry.size > length && ::ftruncate(file->number(), *entry.size) != 0)
         return failure(Failure::lastSystem());
     if (entry.modified) {
@@ -240,7 +240,7 @@ Result<void> UnpackedTree::addHardLink(const Path &path, const ArchivedEntry &en
     return {};
 }
 
-/// The content of a file of this tree once more, with its rights and time.
+/// Copies a file within the tree with its permissions and times.
 Result<void> UnpackedTree::copyInto(const EntryPlace &to, const EntryPlace &from)
 {
     const Descriptor source = TRY(openForReading(from.at()));
@@ -287,12 +287,12 @@ bool UnpackedTree::leadsOutside(const Link &link) const
         folder /= link.path[i];
     std::error_code error;
     const Location top = std::filesystem::canonical(m_folder, error);
-    // By what it says, and not by the link itself: one whose target is missing leads somewhere, too.
+    // Resolve the target text instead of the link, since links to missing targets count as well.
     const Location target = std::filesystem::weakly_canonical(folder / link.target, error);
     return error || !isAtOrBelow(standardised(target), top);
 }
 
-/// By its text alone a link may stay inside and yet lead out through another one.
+/// A link that stays inside by its text may still lead out through another link.
 void UnpackedTree::removeLinksThatLeadOutside()
 {
     for (const Link &link : m_links) {
@@ -311,7 +311,7 @@ Result<void> UnpackedTree::finish()
     for (const Link &link : m_links)
         makeLink(link);
     removeLinksThatLeadOutside();
-    // Inner folders come after those that hold them, and what is made in them sets their times.
+    // Inner folders first: setting times inside a folder changes the folder's own.
     for (auto folder = m_folderTimes.rbegin(); folder != m_folderTimes.rend(); ++folder) {
         const std::array times{timeFrom(folder->second), timeFrom(folder->second)};
         ::utimensat(AT_FDCWD, folder->first.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);

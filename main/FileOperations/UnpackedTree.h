@@ -13,22 +13,23 @@
 
 namespace brellin {
 
-/// The tree that an archive's entries become, below one folder of ours and never outside of it. No link exists in it before
-/// the last file is written, so that nothing is written through one.
+/// Creates an archive's entries below one folder, never outside. Symlinks are created after all files, so that nothing
+/// is written through one.
 class UnpackedTree {
 public:
-    /// Called with the number of bytes before they are written; a failure ends it.
+    /// Called with the number of bytes before each write; a failure ends unpacking.
     using MayWrite = std::function<Result<void>(std::int64_t bytes)>;
 
     static Result<UnpackedTree> in(const Location &folder, MayWrite mayWrite);
 
-    /// Makes one entry, its content read from `reader`. What must not be made is named in `refused`, and no failure.
+    /// Creates one entry, reading its content from `reader`. Unsafe or impossible entries are added to `refused` and
+    /// are no failure.
     Result<void> add(const ArchivedEntry &entry, ArchiveReader &reader);
-    /// Makes the links, and gives the folders their times.
+    /// Creates the symlinks and sets the folders' times.
     Result<void> finish();
 
     const QStringList &refused() const { return m_refused; }
-    /// Entries that share their content in the archive and not here: the volume knows no such links.
+    /// Number of hard links stored as copies, because the volume has no hard links.
     int separated() const { return m_separated; }
 
 private:

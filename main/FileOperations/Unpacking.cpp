@@ -16,9 +16,9 @@ namespace brellin {
 
 namespace {
 
-/// So much stays free on the volume, whatever an archive turns out to hold.
+/// Bytes kept free on the volume.
 constexpr std::int64_t reserve = 64'000'000;
-/// Between two looks at the free space.
+/// Bytes written between two checks of the free space.
 constexpr std::int64_t lookEvery = 16'000'000;
 
 constexpr std::array<std::string_view, 15> endings = {".zip",  ".tar",     ".tar.gz",   ".tgz", ".tar.bz2",
@@ -29,7 +29,7 @@ std::string_view endingOf(std::string_view name)
 {
     std::string lower(name);
     std::ranges::transform(lower, lower.begin(), [](unsigned char letter) { return std::tolower(letter); });
-    // The longest: ".tar.gz" and not ".gz".
+    // The longest match: ".tar.gz" rather than ".gz".
     std::string_view found;
     for (const std::string_view ending : endings) {
         if (lower.size() > ending.size() && lower.ends_with(ending) && ending.size() > found.size())
@@ -38,7 +38,7 @@ std::string_view endingOf(std::string_view name)
     return found;
 }
 
-/// Looks at the cancel flag at every piece, and at the free space now and then.
+/// Checks the cancel flag at every write, and the free space regularly.
 class SpaceWatch {
 public:
     SpaceWatch(Location folder, const Volumes &volumes, const JobControl &control)
@@ -64,7 +64,7 @@ private:
     const Location m_folder;
     const Volumes &m_volumes;
     const JobControl &m_control;
-    std::int64_t m_sinceLook = lookEvery; ///< the first look comes at once
+    std::int64_t m_sinceLook = lookEvery; ///< check at the first write
 };
 
 QStringList remarksOn(const ArchiveReader &reader, const UnpackedTree &tree)
@@ -97,7 +97,7 @@ Result<Unpacked> unpackInto(const Location &folder, ArchiveReader &reader, Space
     return Unpacked{{}, tree.refused(), remarksOn(reader, tree)};
 }
 
-/// All of them or none: what is not named is removed with the folder.
+/// Fails if the folder cannot be listed completely, since entries missed here would be removed with it.
 Result<std::vector<Location>> entriesOf(const Location &folder)
 {
     std::vector<Location> entries;

@@ -11,35 +11,35 @@
 
 namespace brellin {
 
-/// What an archive holds, by its own word.
+/// Content of an archive as its headers claim.
 struct ArchiveSummary {
     std::int64_t entries = 0;
-    std::int64_t bytes = 0; ///< unpacked, as far as it says
+    std::int64_t bytes = 0; ///< unpacked; entries without a size count as 0
 };
 
-/// Whether a name is one of an archive that can be unpacked: ZIP, or tar with the usual compressions.
+/// Whether the name has an archive extension that can be unpacked: ZIP, or tar with a common compression.
 bool isUnpackable(std::string_view name);
 
-/// What unpacking works with; all of it outlives it.
+/// Ports; all must outlive the unpacking.
 struct UnpackingServices {
     FileActions &files;
     const Volumes &volumes;
-    Location reader;    ///< the program that reads archives, "…/brellin-bild"
-    Location logs = {}; ///< where is noted what a crash has left
+    Location reader;    ///< path of "…/brellin-bild"
+    Location logs = {}; ///< folder for notes about hidden folders, read after a crash
 };
 
-/// Reads through an archive without unpacking it. Blocking.
+/// Reads an archive's names and sizes without unpacking. Blocking.
 Result<ArchiveSummary> summarise(const Location &archive, const Location &reader, const JobControl &control);
 
 struct Unpacked {
-    Location place;      ///< the entry that came out, or the folder with all of them
-    QStringList refused; ///< entries that were left out, with the reason: „../x: führt aus dem Ordner hinaus“
-    QStringList notes;   ///< sentences about what is not as in the archive
+    Location place;      ///< the unpacked entry, or the folder that contains several
+    QStringList refused; ///< entries left out, with reasons: „../x: führt aus dem Ordner hinaus“
+    QStringList notes;   ///< sentences about differences from the archive
 };
 
-/// Unpacks an archive into `folder`: a single entry under its own name, several in a folder of their own, always under a free
-/// name. Entries that would lie outside, links that lead outside and devices are left out. It grows hidden; a failure or a
-/// cancel leaves nothing. Ends before the volume is full. Blocking.
+/// Unpacks an archive into `folder`: a single entry under its own name, several in a new folder, always under a free
+/// name. Leaves out entries and links that lead outside, and devices. Works in a hidden folder; a failure or a cancel
+/// leaves nothing. Fails when less than 64 MB are free on the volume. Blocking.
 Result<Unpacked> unpack(const Location &archive, const Location &folder, const UnpackingServices &services,
                         JobControl &control);
 

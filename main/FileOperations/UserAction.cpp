@@ -11,7 +11,7 @@ namespace {
 
 using Kind = UserAction::Kind;
 
-/// What was made, as against what was there before.
+/// Whether the action is named after the created entry; copies are named after their source.
 bool isMade(Kind kind)
 {
     return kind == Kind::NewFolder || kind == Kind::NewFile || kind == Kind::Alias || kind == Kind::Archive ||
@@ -47,7 +47,7 @@ QString quoted(const Location &location)
     return QStringLiteral("„%1“").arg(shownName(location));
 }
 
-/// „Umbenennen von „a.txt““, by one of the entry's names.
+/// „Umbenennen von „a.txt““; `name` selects the path to name.
 QString nounOf(const UserAction &action, Location UserAction::Entry::*name)
 {
     const auto count = static_cast<qint64>(action.entries.size());
@@ -80,7 +80,7 @@ QString undoTitle(const UserAction &action)
            QStringLiteral(" rückgängig");
 }
 
-/// It lies where it came from: that is its name.
+/// Named by `to`, where undo has put the entry.
 QString redoTitle(const UserAction &again)
 {
     return nounOf(again, &UserAction::Entry::to) + QStringLiteral(" wiederholen");

@@ -13,21 +13,21 @@
 
 namespace brellin {
 
-/// Something the user did with files, as far as it must be known to take it back.
+/// A file action of the user, with what undo needs.
 struct UserAction {
     enum class Kind { Rename, BatchRename, Move, Copy, Trash, NewFolder, NewFile, Alias, Archive, Unpack };
 
-    /// One entry: where it was, where it is now, and which one it is there. What was made has no `from` that matters for
-    /// taking it back (of a copy: its source).
+    /// One entry: its old and new location, and its state at the new one. Created entries have no relevant `from`; for
+    /// copies it is the source.
     struct Entry {
         Location from;
         Location to;
         FileState state; ///< of the entry at `to`
-        /// Where the entry that it replaced lies in the Trash.
+        /// Where the entry it replaced is in the Trash.
         std::optional<Location> replaced = {};
-        std::optional<EntryMark> replacedMark = {}; ///< by which it is known there
-        std::optional<Instant> created = {};        ///< birth of the entry at `to`
-        /// Of a folder that was made: what was in it then. Nothing where that could not be seen.
+        std::optional<EntryMark> replacedMark = {}; ///< identifies that entry in the Trash
+        std::optional<Instant> created = {};        ///< birth time of the entry at `to`
+        /// Of a created folder: its content then; null if that could not be read.
         std::shared_ptr<const TreeMark> content = {};
 
         bool operator==(const Entry &) const = default;
@@ -41,14 +41,14 @@ struct UserAction {
 
 /// „Umbenennen von „a.txt“ rückgängig“, „Verschieben von 3 Elementen rückgängig“.
 QString undoTitle(const UserAction &action);
-/// „Umbenennen von „a.txt“ wiederholen“, of what does an action once more.
+/// „Umbenennen von „a.txt“ wiederholen“; `again` is the action whose undo repeats it.
 QString redoTitle(const UserAction &again);
-/// What taking it back will do, a line for each entry: „„b.txt“ heißt wieder „a.txt““.
+/// What undo will do, one line per entry: „„b.txt“ heißt wieder „a.txt““.
 QStringList undoLines(const UserAction &action);
 
-/// An entry as it is now, for a record of what was done.
+/// Records the entry as it is now at `to`. Reads the disk.
 UserAction::Entry recordOf(const Location &from, const Location &to);
-/// The same of what was made, with all that is in it.
+/// As above for a created entry, with its content.
 UserAction::Entry recordOfMade(const Location &from, const Location &to);
 
 } // namespace brellin

@@ -94,7 +94,7 @@ void UserUndo::finished(Way way, UserAction action, const UndoneAction &outcome)
     std::vector<UserAction> &source = way == Way::Back ? now : m_again;
     std::vector<UserAction> &other = way == Way::Back ? m_again : now;
     const auto place = std::ranges::find(source, action);
-    // Meanwhile the user may have done something else, which stands before it and bars the way forth.
+    // An action recorded meanwhile is newer and makes redo impossible.
     const bool undisturbed = place == source.begin() && place != source.end();
     action.entries = outcome.left;
     if (place != source.end() && outcome.left.empty())

@@ -12,8 +12,7 @@
 
 namespace brellin {
 
-/// What the user did with files in this session, the last first, the way back, and from there the way forth again. Lives on
-/// the main thread.
+/// Undo and redo of the user's file actions in this session. Lives on the main thread.
 class UserUndo : public Model<UserUndo> {
 public:
     static constexpr std::size_t mostActions = 100;
@@ -22,23 +21,23 @@ public:
     ~UserUndo() override;
 
     Published<std::vector<UserAction>> actions;  ///< newest first
-    Published<std::optional<QString>> title;     ///< of the command; nothing where there is nothing to take back
-    Published<std::optional<QString>> redoTitle; ///< the same for what was taken back last and can be done again
+    Published<std::optional<QString>> title;     ///< title of the undo command; none if there is nothing to undo
+    Published<std::optional<QString>> redoTitle; ///< title of the redo command; none if there is nothing to redo
     Published<bool> running{false};
     Published<std::optional<double>> progress;
-    Published<QString> status;                      ///< „Rückgängig gemacht.“
-    Published<std::optional<QString>> errorMessage; ///< what could not be taken back, line by line
-    Published<std::vector<Location>> restored;      ///< where the entries of the last undo are now
+    Published<QString> status;                      ///< e.g. „Rückgängig gemacht.“
+    Published<std::optional<QString>> errorMessage; ///< what could not be undone, one line each
+    Published<std::vector<Location>> restored;      ///< present locations of the entries last undone
 
-    /// Another action of the user's; one without entries is none. What was taken back before cannot be done again after it.
+    /// Adds an action, unless it has no entries, and clears redo.
     void record(UserAction action);
-    /// An action that was taken back elsewhere.
+    /// Removes an action that was undone elsewhere.
     void forget(const UserAction &action);
-    /// Takes back the newest action. Does nothing while one is being taken back.
+    /// Undoes the newest action; ignored while undo or redo is running.
     void undo();
-    /// Does again what was taken back last. As above.
+    /// Redoes the action undone last; ignored likewise.
     void redo();
-    /// Whether what is running does something again.
+    /// Whether the running operation is a redo.
     bool redoing() const { return m_way == Way::Forth; }
     void cancel() { m_job.cancel(); }
     void dismissError();
@@ -50,9 +49,9 @@ private:
     void publishActions(std::vector<UserAction> now);
 
     const UndoServices m_services;
-    std::vector<UserAction> m_again; ///< what was taken back, the last first
+    std::vector<UserAction> m_again; ///< for redo, newest first
     const std::shared_ptr<QThreadPool> m_pool;
-    Way m_way = Way::Back; ///< of what is running
+    Way m_way = Way::Back; ///< direction of the running operation
     Job<UndoneAction> m_job;
 };
 

@@ -9,13 +9,13 @@ namespace brellin {
 
 namespace {
 
-/// Packing a big folder takes as long as it takes.
+/// Effectively no limit: packing a large folder takes long.
 constexpr auto longestRun = std::chrono::hours(24 * 7);
 
-/// So zip ends where a file could not be read.
+/// zip's exit code if files could not be read.
 constexpr int someUnreadable = 18;
 
-/// To zip a single "-" means its input, and a single "@" that the names come from there.
+/// For zip "-" means standard input, and "@" names from there.
 std::string asArgument(const std::string &name)
 {
     return name == "-" || name == "@" ? "./" + name : name;

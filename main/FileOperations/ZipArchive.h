@@ -11,18 +11,18 @@
 
 namespace brellin {
 
-/// What the archive of these entries is called: "Brief.pdf.zip", "Archiv.zip" for several.
+/// The name of the archive: "Brief.pdf.zip", or "Archiv.zip" for several entries.
 std::string zipName(const std::vector<Location> &entries);
 
 struct Packed {
     Location place;
-    /// What else is to be known: what is not in it or was changed meanwhile, a hidden folder that stayed.
+    /// What the user should know: entries missing or changed meanwhile, a hidden folder that could not be removed.
     QStringList notes;
 };
 
-/// Packs entries of one folder into a ZIP archive beside them (or in `into`), under a free name, and gives its place. It
-/// grows hidden and appears when it is complete; a failure or a cancel leaves nothing, and `logs` tells
-/// what a crash has left. Counts bytes as progress. Blocking.
+/// Packs entries of one folder into a ZIP archive in `into`, under a free name. Works in a hidden folder noted in
+/// `logs`; a failure or a cancel leaves nothing. Progress counts bytes read. Fails if the entries are in different
+/// folders, or contain `into`. Blocking.
 Result<Packed> compress(const std::vector<Location> &entries, const Location &into, FileActions &files,
                         ProcessRunner &processes, JobControl &control, const Location &logs = {});
 

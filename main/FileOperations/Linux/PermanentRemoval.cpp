@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Without links on the way to it; the entry itself may be one.
+/// Resolves symlinks in the path to the entry, not the entry itself.
 Location resolved(const Location &entry)
 {
     std::error_code error;
@@ -30,7 +30,7 @@ Location resolved(const Location &entry)
     return error ? plain : folder / plain.filename();
 }
 
-/// What a volume's Trash may be called, with the home Trash first.
+/// Possible Trash folders for the entry, the home Trash first.
 std::vector<TrashPlace> placesFor(const Location &entry, const Location &homeTrash, const Volumes &volumes)
 {
     std::vector<TrashPlace> places;
@@ -42,7 +42,7 @@ std::vector<TrashPlace> placesFor(const Location &entry, const Location &homeTra
     return places;
 }
 
-/// A folder that its owner may not write to could never be emptied.
+/// Makes a folder writable, since it could not be emptied otherwise.
 void openToOwner(const Location &folder)
 {
     ::fchmodat(AT_FDCWD, folder.c_str(), S_IRWXU, AT_SYMLINK_NOFOLLOW);
@@ -56,7 +56,7 @@ void openFoldersToOwner(const Location &top)
     openToOwner(top);
     WalkOptions options;
     options.otherVolumes = false;
-    // What stays closed is named when it cannot be removed.
+    // Ignore failures: removing reports them.
     static_cast<void>(walk(top, options, [](const WalkEntry &entry) {
         if (entry.attributes.isFolder())
             openToOwner(entry.location());
@@ -87,7 +87,7 @@ Result<std::vector<Location>> deleteSeenForGood(const Location &entry, const See
 
 Result<void> deleteFromTrash(const Location &trashed)
 {
-    // The record goes last: what could not be removed still knows where it came from.
+    // Remove the record last, so that what cannot be deleted keeps its original location.
     TRY(deleteEntryForGood(trashed));
     return removeTrashRecord(trashed);
 }
