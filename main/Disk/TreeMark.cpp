@@ -2,9 +2,12 @@
 
 #include "Disk/WholeWalk.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace brellin {
 
@@ -16,12 +19,21 @@ void mix(std::uint64_t &hash, std::uint64_t value)
     hash ^= hash >> 32U;
 }
 
+/// FNV-1a. Marks are stored, so that the library's own hash, which may change with its version, will not do.
+std::uint64_t hashOf(std::string_view text)
+{
+    std::uint64_t hash = 0xCBF29CE484222325ULL;
+    for (const char c : text)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3ULL;
+    return hash;
+}
+
 /// Of its path below a folder of this many bytes, and of what it is.
 std::uint64_t hashOf(const WalkEntry &entry, std::size_t folder)
 {
     std::string path(entry.folder.substr(folder));
     path.append("/").append(entry.name);
-    std::uint64_t hash = std::hash<std::string>()(path);
+    std::uint64_t hash = hashOf(path);
     mix(hash, static_cast<std::uint64_t>(entry.attributes.kind));
     if (!entry.attributes.isFolder()) {
         mix(hash, static_cast<std::uint64_t>(entry.attributes.size));
@@ -72,6 +84,27 @@ Result<std::vector<Location>> TreeMark::newIn(const Location &folder, std::size_
         return found.size() < most;
     }));
     return found;
+}
+
+QByteArray TreeMark::bytes() const
+{
+    constexpr auto size = static_cast<qsizetype>(sizeof(std::uint64_t));
+    QByteArray all(static_cast<qsizetype>(m_entries.size()) * size, Qt::Uninitialized);
+    qToLittleEndian<quint64>(m_entries.data(), static_cast<qsizetype>(m_entries.size()), all.data());
+    return all;
+}
+
+std::optional<TreeMark> TreeMark::fromBytes(const QByteArray &bytes)
+{
+    constexpr auto size = static_cast<qsizetype>(sizeof(std::uint64_t));
+    if (bytes.size() % size != 0)
+        return std::nullopt;
+    TreeMark mark;
+    mark.m_entries.resize(static_cast<std::size_t>(bytes.size() / size));
+    qFromLittleEndian<quint64>(bytes.constData(), bytes.size() / size, mark.m_entries.data());
+    if (!std::ranges::is_sorted(mark.m_entries))
+        return std::nullopt;
+    return mark;
 }
 
 } // namespace brellin

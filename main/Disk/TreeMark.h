@@ -4,9 +4,12 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 
+#include <QByteArray>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace brellin {
@@ -25,6 +28,10 @@ public:
 
     /// Of what was just made, for a record of it; nothing of what is no folder, or could not be seen.
     static std::shared_ptr<const TreeMark> shared(const Location &entry);
+
+    /// What `fromBytes` reads again, in another run of the program as well.
+    QByteArray bytes() const;
+    static std::optional<TreeMark> fromBytes(const QByteArray &bytes);
 
     bool operator==(const TreeMark &) const = default;
 
