@@ -1,0 +1,116 @@
+#include "Records/SettledByDisk.h"
+
+namespace brellin {
+
+namespace {
+
+/// File systems and clocks round differently.
+constexpr auto clockSlack = std::chrono::seconds(2);
+
+bool isBornSince(const FileAttributes &now, Instant date)
+{
+    return now.created && *now.created >= date - clockSlack;
+}
+
+/// What was copied has the time of its original: what it looks like now may be somebody's work.
+EntryMark markAsCopied(const StepEntry &entry, const FileAttributes &now)
+{
+    EntryMark mark = EntryMark::of(now);
+    if (entry.was && !now.isFolder()) {
+        mark.state.size = entry.was->state.size;
+        mark.state.modified = entry.was->state.modified;
+    }
+    return mark;
+}
+
+/// What it replaced came into the Trash just before.
+void findReplaced(StepEntry &entry, const Trash &trash)
+{
+    if (entry.replacedMark)
+        entry.replaced = trash.find(entry.to, entry.replacedMark->state.identity);
+    if (!entry.replaced)
+        entry.replacedMark.reset();
+}
+
+std::optional<StepEntry> arrived(StepEntry entry, const RecordedStep &step, const Trash &trash)
+{
+    const Result<FileAttributes> there = readAttributes(entry.to);
+    if (!there)
+        return std::nullopt;
+    const bool same = entry.was && entry.was->isSame(*there);
+    const bool movedByCopy = step.kind == StepKind::Move && !entryExists(entry.from) && isBornSince(*there, step.date);
+    const bool copied = step.kind == StepKind::Copy && isBornSince(*there, step.date);
+    const bool moves = step.kind != StepKind::Copy;
+    if (!copied && !movedByCopy && !(moves && same))
+        return std::nullopt;
+    entry.now = same ? EntryMark::of(*there) : markAsCopied(entry, *there);
+    findReplaced(entry, trash);
+    return entry;
+}
+
+std::optional<StepEntry> trashed(StepEntry entry, const Trash &trash)
+{
+    if (!entry.was || entry.was->isAt(entry.from))
+        return std::nullopt;
+    const std::optional<Location> place = trash.find(entry.from, entry.was->state.identity);
+    if (!place)
+        return std::nullopt;
+    entry.to = *place;
+    entry.now = EntryMark::of(*place);
+    return entry;
+}
+
+std::optional<StepEntry> made(StepEntry entry, Instant date)
+{
+    const Result<FileAttributes> there = readAttributes(entry.to);
+    if (entry.to.empty() || !there || !isBornSince(*there, date))
+        return std::nullopt;
+    entry.now = EntryMark::of(*there);
+    return entry;
+}
+
+std::optional<StepEntry> settledEntry(const StepEntry &entry, const RecordedStep &step, const Trash &trash)
+{
+    switch (step.kind) {
+    case StepKind::Rename:
+    case StepKind::BatchRename:
+    case StepKind::Move:
+    case StepKind::Copy:
+        return arrived(entry, step, trash);
+    case StepKind::Trash:
+        return trashed(entry, trash);
+    default:
+        return made(entry, step.date);
+    }
+}
+
+bool isMadeBy(StepKind kind)
+{
+    return kind == StepKind::Copy || kind >= StepKind::NewFolder;
+}
+
+} // namespace
+
+std::vector<StepEntry> settledByDisk(const RecordedStep &step, const Trash &trash)
+{
+    std::vector<StepEntry> done;
+    for (const StepEntry &entry : step.entries) {
+        if (std::optional<StepEntry> one = settledEntry(entry, step, trash))
+            done.push_back(*std::move(one));
+    }
+    return done;
+}
+
+std::vector<StepEntry> takenBackByDisk(const RecordedStep &step)
+{
+    std::vector<StepEntry> back;
+    for (const StepEntry &entry : step.entries) {
+        const bool gone = !entry.now || !entry.now->isAt(entry.to);
+        const bool returned = isMadeBy(step.kind) || entryExists(entry.from);
+        if (gone && returned)
+            back.push_back(entry);
+    }
+    return back;
+}
+
+} // namespace brellin
