@@ -1,7 +1,6 @@
 #include "ContentView/BrowserModel.h"
 
 #include "Base/German.h"
-#include "ContentView/BrowserModelParts.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderViews.h"
 
@@ -18,6 +17,12 @@ constexpr std::chrono::milliseconds displayDelay{1000};
 /// Sorted synchronously up to this many entries, which takes less than a frame.
 constexpr std::size_t sortedAtOnce = 20'000;
 
+/// A missing Trash folder counts as empty: it is created on first use.
+bool isMissing(const Failure &error)
+{
+    return error.is(std::errc::no_such_file_or_directory);
+}
+
 } // namespace
 
 BrowserModel::BrowserModel(const BrowserServices &services, const Location &start)
@@ -25,12 +30,13 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     , current(standardised(start))
     , sortOrder(SortOrder{SortComparator{}})
     , m_services(services)
+    , m_reader(services.workers, services.volumes,
+               {[this](FolderReader::Reading reading) { apply(std::move(reading)); }, [this] { showNotAnswering(); },
+                [this](const std::vector<std::string> &names) { readChanges(names); }})
     , m_search(
           services.workers, [this](const FileItems &matches) { setItems(matches); },
           [this](const FolderSearchResult &result) { found(result); })
-    , m_relay(std::make_shared<Relay>())
 {
-    m_relay->pane = this;
     const auto arm = [this](QTimer &timer, std::chrono::milliseconds delay, void (BrowserModel::*act)()) {
         timer.setSingleShot(true);
         timer.setInterval(delay);
@@ -38,7 +44,6 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     };
     arm(m_searchSoon, searchDelay, &BrowserModel::runSearch);
     arm(m_displaySoon, displayDelay, &BrowserModel::display);
-    arm(m_reloadSoon, {}, &BrowserModel::takeChanges);
     // Observe first, so that other observers get a fresh summary.
     items.observe(this, [this](const FileItems &) { m_summary.reset(); });
     selection.observe(this, [this](const Selection &) { m_summary.reset(); });
@@ -47,10 +52,91 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     load();
 }
 
-BrowserModel::~BrowserModel()
+BrowserModel::~BrowserModel() = default;
+
+void BrowserModel::load()
 {
-    const std::scoped_lock lock(m_relay->mutex);
-    m_relay->pane = nullptr;
+    mirrorHistory();
+    read(FolderReader::For::User);
+}
+
+void BrowserModel::reload()
+{
+    m_services.sizes.forget(current.get());
+    requestSizes();
+    if (tagFilter.get())
+        findTag();
+    else if (searching.get())
+        runSearch();
+    else
+        load();
+}
+
+void BrowserModel::read(FolderReader::For whom)
+{
+    FolderReader::Request request{current.get(), showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut, {}};
+    // Sorting by size needs folder sizes, which are requested only after listing.
+    if (showsListing() && !sortsBySize())
+        request.order = DisplayOptions{sortOrder.get(), m_itemFilter, {}};
+    m_readWish = m_displayWish;
+    const bool another = m_reader.folder() != request.folder;
+    m_reader.read(request, whom);
+    if (!m_reader.reading())
+        return;
+    publish(loading, true);
+    if (another && showsListing())
+        setItems({});
+    updateTexts();
+}
+
+void BrowserModel::apply(FolderReader::Reading reading)
+{
+    publish(loading, false);
+    publish(freeSpace, reading.listing.freeSpace ? std::optional<qint64>(*reading.listing.freeSpace) : std::nullopt);
+    applyOutcome(reading.listing);
+    if (!showsListing())
+        updateTexts();
+    else if (reading.rows && m_readWish == m_displayWish)
+        setItems(reading.listing.items, std::move(reading.rows));
+    else
+        showListing();
+    if (!m_display.running())
+        renameCreated();
+}
+
+void BrowserModel::applyOutcome(const Listing &listing)
+{
+    const bool isTrash = current.get() == m_services.folders.trash;
+    if (!listing.error || (isTrash && isMissing(*listing.error))) {
+        if (m_readFailed)
+            clearError();
+        return;
+    }
+    const QString &error = listing.error->message;
+    m_readFailed = true;
+    publish(errorMessage, std::optional(isTrash ? unreadableTrashText(error) : unreadableFolderText(error)));
+    m_reader.unwatch(); // a missing folder cannot be watched; a refresh watches again
+}
+
+void BrowserModel::showNotAnswering()
+{
+    publish(loading, false);
+    m_readFailed = true;
+    publish(errorMessage, std::optional(notAnsweringText(current.get())));
+    if (showsListing())
+        showListing();
+}
+
+void BrowserModel::showListing()
+{
+    setItems(m_reader.listing());
+}
+
+void BrowserModel::readChanges(const std::vector<std::string> &names)
+{
+    for (const std::string &name : names)
+        m_services.sizes.touched(current.get() / name);
+    read(FolderReader::For::Watcher);
 }
 
 /// `rows` are the sorted rows of `shown`, if known already.
@@ -85,7 +171,7 @@ void BrowserModel::display()
         [list, options](const JobControl &) { return displayed(list, options); },
         [this](DisplayedItems rows) {
             show(std::move(rows));
-            if (!m_load.running())
+            if (!m_reader.reading())
                 renameCreated();
         },
         [] {});

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Base/Mailbox.h"
 #include "Base/Published.h"
 #include "ContentView/EntryChange.h"
 #include "ContentView/FileItems.h"
+#include "ContentView/FolderReader.h"
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
 #include "ContentView/NavigationHistory.h"
@@ -23,15 +23,12 @@
 #include <QPointer>
 #include <QTimer>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 namespace brellin {
-
-class FolderWatcher;
 
 /// The ports and shared models of a pane; all must outlive it.
 struct BrowserServices {
@@ -182,14 +179,8 @@ public:
     }
 
 private:
-    /// Why the folder is read; decides how long load() waits for it.
-    enum class Refresh { ByUser, ByWatcher };
-    struct Reading;
-    struct Relay;
-
-    void startReading(Refresh why);
-    std::function<Reading(const JobControl &)> reading(Refresh why);
-    void apply(Reading reading, const Location &folder);
+    void read(FolderReader::For whom);
+    void apply(FolderReader::Reading reading);
     void applyOutcome(const Listing &listing);
     void showNotAnswering();
     void showListing();
@@ -207,8 +198,7 @@ private:
     void setOperationError(const QString &message);
     void clearError();
 
-    void debouncedReload();
-    void takeChanges();
+    void readChanges(const std::vector<std::string> &names);
 
     void setPlace(const Place &to);
     void showPage(const Place &page);
@@ -232,11 +222,10 @@ private:
 
     BrowserServices m_services;
     Place m_covered;                                   ///< the place that the page covers
-    FileItems m_listing;                               ///< last listing, kept while a search or tag replaces `items`
-    Location m_listed;                                 ///< folder of `m_listing`
     mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`; none until requested
     ItemFilter m_itemFilter;
     int m_displayWish = 0;     ///< incremented when order or filter change
+    int m_readWish = 0;        ///< value of `m_displayWish` that the reading sorts for
     bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read
     bool m_restoring = false;  ///< restoring the view; do not save it
     std::size_t m_firstVisible = 0;
@@ -244,7 +233,7 @@ private:
 
     NavigationHistory m_history;
 
-    FileCall<Reading> m_load;
+    FolderReader m_reader;              ///< keeps the listing while a search or tag replaces `items`
     FileCall<DisplayedItems> m_display; ///< sorts large lists
     SearchRun m_search;
     FileCall<bool> m_check; ///< whether the target is a folder
@@ -252,12 +241,6 @@ private:
     std::function<void(const Location &, const Location &)> m_ownChange;
     QTimer m_searchSoon;
     QTimer m_displaySoon;
-    QTimer m_reloadSoon;
-    Mailbox m_mailbox;              ///< for watcher events
-    std::shared_ptr<Relay> m_relay; ///< connects watchers to this pane
-    std::shared_ptr<FolderWatcher> m_watcher;
-    std::chrono::steady_clock::time_point m_lastReadEnded;
-    std::chrono::steady_clock::duration m_lastReadTook{};
     std::optional<Location> m_renameAfterLoad; ///< just created; selected and renamed once listed
 };
 

@@ -1,4 +1,4 @@
-#include "ContentView/BrowserModelParts.h"
+#include "ContentView/BrowserModel.h"
 #include "ContentView/BrowserTexts.h"
 
 namespace brellin {
@@ -66,7 +66,7 @@ void BrowserModel::travel(const Location &folder, const std::function<void()> &r
 
 void BrowserModel::arrive(const Location &folder)
 {
-    m_load.drop();
+    m_reader.drop();
     m_renameAfterLoad.reset();
     cancelRename();
     publish(loading, false);

@@ -1,4 +1,4 @@
-#include "ContentView/BrowserModelParts.h"
+#include "ContentView/BrowserModel.h"
 #include "ContentView/BrowserTexts.h"
 
 namespace brellin {

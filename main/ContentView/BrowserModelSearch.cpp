@@ -1,4 +1,4 @@
-#include "ContentView/BrowserModelParts.h"
+#include "ContentView/BrowserModel.h"
 
 namespace brellin {
 
