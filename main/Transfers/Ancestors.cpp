@@ -16,7 +16,7 @@ FileIdentity identityOf(const struct stat &status)
     return {status.st_dev, status.st_ino};
 }
 
-/// The entry itself and, for a link, what it leads to.
+/// Identity of the entry and, for a link, of its target.
 Result<std::vector<FileIdentity>> identitiesOf(const Location &entry)
 {
     struct stat status{};
@@ -54,7 +54,7 @@ void StayingEntries::add(const Location &given)
     const Location source = standardised(given);
     const auto identities = identitiesOf(source);
     if (!identities) {
-        // One that is gone fails by itself.
+        // Ignore a missing source: its own step reports that.
         m_complete = m_complete && identities.error().is(std::errc::no_such_file_or_directory);
         return;
     }

@@ -11,27 +11,27 @@
 
 namespace brellin {
 
-/// A folder and those above it up to the root, by device and inode: a path could name them in another way, through a link or
-/// a second mount.
+/// The folder and all its ancestors up to the root, as device and inode: unlike paths these are unique, whatever links
+/// or mounts lead there.
 Result<std::vector<FileIdentity>> selfAndAncestors(const Location &folder);
 
-/// What must not be replaced while a transfer is under way, known by identity: its sources, everything in them, and the
-/// folders that hold them or the destination.
+/// Entries that a transfer must not replace, by identity: its sources, their content, and the folders that contain them
+/// or the destination.
 class StayingEntries {
 public:
     StayingEntries() = default;
     explicit StayingEntries(const std::vector<Location> &sources);
 
     void add(const Location &given);
-    /// Why an existing entry of the destination is one of these, itself or as the link that leads there; nothing where it
-    /// certainly is none.
+    /// Why an existing entry at the destination must not be replaced; for a link its target counts as well. None only
+    /// if it is certainly safe to replace.
     std::optional<WhyItStays> whyItStays(const Location &existing) const;
 
 private:
     std::set<FileIdentity> m_sources;
     std::set<FileIdentity> m_aboveSources;
-    std::set<Location> m_parents; ///< whose ancestors are in `m_aboveSources`
-    bool m_complete = true;       ///< every source there is could be looked at
+    std::set<Location> m_parents; ///< folders whose ancestors are in `m_aboveSources`
+    bool m_complete = true;       ///< all existing sources could be examined
 };
 
 } // namespace brellin

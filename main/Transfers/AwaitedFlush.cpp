@@ -11,7 +11,7 @@ namespace brellin {
 namespace {
 
 constexpr auto look = std::chrono::milliseconds(50);
-/// Most flushes end in it, and what was copied by then is brought to its end.
+/// Most flushes end within this time, so that files already copied are completed after a cancel.
 constexpr auto patienceWhenCancelled = std::chrono::seconds(1);
 
 Failure notAwaited()
@@ -33,7 +33,7 @@ Result<void> awaitFlush(FileActions &files, const std::shared_ptr<const WrittenV
             done->set_value(files.flushVolume(*volume));
         }).detach();
     } catch (const std::system_error &) {
-        return files.flushVolume(*volume); // without a thread it takes as long as it takes
+        return files.flushVolume(*volume); // no thread available: block without a limit
     }
     auto patience = std::chrono::duration_cast<std::chrono::milliseconds>(patienceWhenCancelled);
     while (flushed.wait_for(look) != std::future_status::ready) {

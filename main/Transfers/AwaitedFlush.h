@@ -7,8 +7,8 @@
 
 namespace brellin {
 
-/// Flushes a volume and waits for it. Cancelled, it waits for a moment more and then fails (`errc::operation_canceled`): what
-/// was written may or may not be on the disk then, and the flush goes on by itself, as open work. `files` outlives that.
+/// Flushes a volume and waits for it. After a cancel waits 1 s more, then fails with `errc::operation_canceled`; the
+/// flush goes on in the background as open work, and its result is unknown. `files` must outlive that.
 Result<void> awaitFlush(FileActions &files, const std::shared_ptr<const WrittenVolume> &volume,
                         const TransferState &state);
 

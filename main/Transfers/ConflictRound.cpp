@@ -79,7 +79,7 @@ void ConflictRound::answer(const Confirmation &answer)
     goOn();
 }
 
-/// Goes on to the next source that has to be asked about.
+/// Decides sources until one needs a question.
 void ConflictRound::goOn()
 {
     while (!m_open.empty()) {
@@ -94,7 +94,7 @@ void ConflictRound::goOn()
     }
 }
 
-/// False where that needs another question.
+/// Applies a choice to the first open source; false if it needs another question.
 bool ConflictRound::decide(ConflictChoice choice)
 {
     const TakenPlace &taken = *m_open.front().taken;

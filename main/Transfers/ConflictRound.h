@@ -8,27 +8,27 @@
 
 namespace brellin {
 
-/// What is to become of one source.
+/// How to transfer one source.
 struct TransferDecision {
     enum class Placing { Exactly, FreeName, Replace };
     Location src;
-    Location dst; ///< where it would go by its own name
+    Location dst; ///< destination with the source's own name
     Placing placing = Placing::Exactly;
-    std::shared_ptr<const SeenTree> removedForGood; ///< as of a step
+    std::shared_ptr<const SeenTree> removedForGood; ///< see TransferStep::removedForGood
 
     bool operator==(const TransferDecision &) const = default;
 };
 
-/// The questions about taken names, one by one in the order of the sources, and what comes of the answers. Knows no disk.
+/// Asks about name conflicts, one source after the other, and collects the decisions. Does not access the disk.
 class ConflictRound {
 public:
     using About = decltype(TransferQuestion::about);
 
     explicit ConflictRound(std::vector<ExaminedSource> sources);
 
-    /// What is to be asked now; nothing once everything is decided.
+    /// The current question; none when everything is decided or cancelled.
     std::optional<About> question() const;
-    /// An answer of another kind than the question's is dropped.
+    /// Ignores answers of another kind than the question.
     void answer(const TransferAnswer &given);
 
     bool cancelled() const { return m_cancelled; }
@@ -46,11 +46,11 @@ private:
     std::deque<ExaminedSource> m_open;
     std::vector<TransferDecision> m_decisions;
     std::optional<ConflictChoice> m_forAll;
-    bool m_asksForGood = false; ///< whether the first open one, which is to be replaced, may be removed for good
+    bool m_asksForGood = false; ///< asking whether the first open source may permanently delete what it replaces
     bool m_cancelled = false;
 };
 
-/// The steps of what was decided: finds the free names. On a worker.
+/// Turns decisions into steps; chooses free names. Reads the disk, so call on a worker.
 std::vector<TransferStep> stepsFor(const std::vector<TransferDecision> &decisions);
 
 } // namespace brellin

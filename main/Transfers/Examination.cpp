@@ -19,12 +19,12 @@ namespace {
 
 using Deadline = std::chrono::steady_clock::time_point;
 
-/// For the lines that describe folders, all together.
+/// Time limit for counting the folders of all lines together.
 constexpr std::chrono::seconds describing{2};
 
-/// What a folder holds, counted until the deadline.
+/// Content of a folder, counted until the deadline.
 struct FolderContent {
-    std::int64_t entries = 0; ///< directly in it
+    std::int64_t entries = 0; ///< direct children
     std::int64_t bytes = 0;
     bool complete = true;
 };
@@ -45,7 +45,7 @@ FolderContent contentOf(const Location &folder, Deadline deadline)
     return content;
 }
 
-/// By the folders themselves, whatever path leads to them.
+/// Compares folders by identity, so that links and mounts do not matter.
 class SourceCheck {
 public:
     static Result<SourceCheck> forDestination(const Location &folder)
@@ -55,7 +55,7 @@ public:
         return check;
     }
 
-    /// Whether the source is a folder that the destination lies in, or is.
+    /// Whether the source is the destination folder or one of its ancestors.
     bool holdsDestination(const Location &src) const
     {
         struct stat status{};
@@ -69,7 +69,7 @@ private:
     std::vector<FileIdentity> m_ancestors;
 };
 
-/// What cannot be looked at in whole can be shown to nobody.
+/// Null if not everything can be read: the user could not be shown what would be deleted.
 std::shared_ptr<const SeenTree> seenAt(const Location &entry, const JobControl &control)
 {
     Result<SeenTree> seen = SeenTree::of(entry, &control);
@@ -83,12 +83,12 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEnt
     taken.existingIsFolder = readAttributes(dst).value_or(FileAttributes()).isFolder();
     taken.stays = staying.whyItStays(dst);
     taken.trashable = services.trash.possible(dst);
-    // Before the lines, so that they tell of everything that may go.
+    // Read before the lines, so that they cover everything that may be deleted.
     if (taken.replaceable() && !taken.trashable)
         taken.seen = seenAt(dst, control);
     if (taken.replaceable() && !taken.trashable && !taken.seen)
         taken.stays = WhyItStays::NotSeen;
-    // The only complete copy of what was cut short goes for no half of it.
+    // Never delete the only complete copy of an interrupted move for what is left of its source.
     if (taken.replaceable() && !taken.trashable && mayBeCopyOfUnfinishedMove(src, dst, services.logs))
         taken.stays = unreadTransferLogs(services.logs).empty() ? WhyItStays::OnlyCopy : WhyItStays::LogUnread;
     if (taken.replaceable() && taken.trashable && isOnlyCompleteCopy(src, dst, services.logs, control))

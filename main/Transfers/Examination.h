@@ -17,14 +17,14 @@ namespace brellin {
 
 struct TransferRequest;
 
-/// What stands at the place that a source wants.
+/// An existing entry at a source's destination.
 struct TakenPlace {
     bool existingIsFolder = false;
-    std::optional<WhyItStays> stays; ///< nothing where it may be replaced
-    bool trashable = true;           ///< there is a Trash for it
-    /// What is shown of an entry that is not trashable.
+    std::optional<WhyItStays> stays; ///< why it must not be replaced; none if it may
+    bool trashable = true;           ///< a Trash can take it
+    /// Its content, as shown to the user; set if it may be replaced but not trashed.
     std::shared_ptr<const SeenTree> seen;
-    QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
+    QString existingLine; ///< e.g. "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
     bool incomingIsFolder = false;
 
@@ -32,33 +32,32 @@ struct TakenPlace {
     bool replaceable() const { return !stays; }
 };
 
-/// One source of a transfer and where it would go.
+/// A source and its destination.
 struct ExaminedSource {
     Location src;
     Location dst;
-    /// To be put beside its namesake under a free name without asking: it is in the destination already, or another source
-    /// of this transfer has its name.
+    /// Use a free name without asking: the source is in the destination folder already, or another source has the same
+    /// name.
     bool beside = false;
-    std::optional<TakenPlace> taken; ///< asked about
+    std::optional<TakenPlace> taken; ///< set if the user must be asked
 
     bool operator==(const ExaminedSource &) const = default;
 };
 
 struct Examination {
     std::vector<ExaminedSource> sources;
-    QStringList refused; ///< a line for each source that cannot go there: a folder into itself
+    QStringList refused; ///< one line per source that cannot be transferred, e.g. a folder into itself
 };
 
-/// Looks where everything would go, and changes nothing. Fails where the destination is no folder. On a worker.
+/// Examines all destinations without changing anything. Fails if the destination is not a folder. Call on a worker.
 Result<Examination> examineTransfer(const TransferRequest &request, const TransferServices &services,
                                     const JobControl &control);
 
-/// The same for steps of that transfer whose place no longer holds what the user was asked about.
+/// As above for steps whose destination has changed since the user was asked.
 Result<Examination> examineAgain(const TransferRequest &request, const std::vector<TransferStep> &steps,
                                  const TransferServices &services, const JobControl &control);
 
-/// "1,2 MB, 3. September 2026, 14:05", of a folder with the number of its entries; counting takes no longer than until
-/// `deadline`.
+/// "1,2 MB, 3. September 2026, 14:05"; for folders also the number of entries. Counting stops at `deadline`.
 QString entryLine(const Location &entry, std::chrono::steady_clock::time_point deadline);
 
 } // namespace brellin

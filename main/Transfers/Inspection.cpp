@@ -14,7 +14,7 @@ namespace brellin {
 
 namespace {
 
-/// For counting what is only renamed, all together; nothing on network volumes, where counting takes long.
+/// Time limit for measuring renames, all together; zero on network volumes, where counting is slow.
 constexpr std::chrono::milliseconds brief{300};
 
 TargetLimits limitsOf(const Location &folder, const Volumes &volumes)
@@ -24,7 +24,7 @@ TargetLimits limitsOf(const Location &folder, const Volumes &volumes)
     return limits;
 }
 
-/// One look through the sources that are to be copied.
+/// Checks the sources that will be copied.
 class Inspector {
 public:
     Inspector(TargetLimits limits, TransferKind kind, const JobControl &control)
@@ -51,7 +51,7 @@ public:
             hinder();
     }
 
-    /// What is counted without a look at it.
+    /// Adds a step that is not inspected.
     void take(const TransferSize &size) { m_result.sizes.push_back(size); }
 
     void checkSpace(const Result<std::int64_t> &available)
@@ -60,7 +60,7 @@ public:
             return;
         note(QStringLiteral("Es fehlt Platz: Gebraucht werden %1, frei sind %2.")
                  .arg(sizeText(m_space), sizeText(*available)));
-        // In their order, those that no longer fit.
+        // In order, the steps that do not fit any more.
         std::int64_t used = 0;
         for (const auto &[step, bytes] : m_spaceOf) {
             if (used + bytes > *available)
@@ -88,7 +88,7 @@ private:
                 noteAtTheSource(relative(entry), may.error());
             return WalkStep::Continue;
         };
-        // What cannot be read shows as a failure when its turn comes.
+        // Unreadable entries are reported when they are copied.
         (void)walkParallel(folder, options, visit, &m_control);
         m_spaceOf.emplace_back(m_result.sizes.size(), m_space - before);
     }
@@ -119,7 +119,7 @@ private:
         m_size.bytes += attributes.size;
         if (const auto fault = m_limits.sizeFault(attributes.size))
             note(name() + QStringLiteral(": ") + *fault);
-        // A file with several names takes its space once.
+        // Count the space of hard links once.
         if (attributes.links == 1 || m_linked.insert(attributes.identity).second)
             m_space += m_limits.keepsHoles ? std::min(attributes.size, attributes.diskSize) : attributes.size;
     }
@@ -165,7 +165,7 @@ private:
     TransferSize m_size;
     std::size_t m_faults = 0;
     std::int64_t m_space = 0;
-    std::vector<std::pair<std::size_t, std::int64_t>> m_spaceOf; ///< by step
+    std::vector<std::pair<std::size_t, std::int64_t>> m_spaceOf; ///< step index and bytes
     std::set<FileIdentity> m_linked;
     std::set<QString> m_names;
 };

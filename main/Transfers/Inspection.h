@@ -13,24 +13,24 @@
 
 namespace brellin {
 
-/// What a look through all sources before the first byte has found.
+/// Result of checking all sources before copying starts.
 struct Inspection {
     std::vector<TransferSize> sizes; ///< of the steps, in their order
-    QStringList obstacles;           ///< lines of what the destination cannot take, or a source cannot give up …
-    qsizetype atTheSource = 0;       ///< … and how many of the latter
-    std::set<std::size_t> hindered;  ///< the steps with obstacles …
-    QStringList hinderedNames;       ///< … their sources
-    bool hindersFolders = false;     ///< … and whether one of those is a folder
+    QStringList obstacles;           ///< lines about what the destination cannot store or the source cannot give up
+    qsizetype atTheSource = 0;       ///< how many of them concern the source
+    std::set<std::size_t> hindered;  ///< indices of the steps with obstacles
+    QStringList hinderedNames;       ///< names of their sources
+    bool hindersFolders = false;     ///< whether one of them is a folder
 
     TransferSize total() const;
     std::optional<ObstacleQuestion> question() const;
-    /// The same without the steps that have obstacles, which are taken out of `steps`.
+    /// The inspection without the steps that have obstacles; removes them from `steps`.
     Inspection withoutHindered(std::vector<TransferStep> &steps) const;
 };
 
-/// Measures all steps and looks for what the destination cannot take: names, sizes, names that fall together, too little free
-/// space; of a move also for folders in the sources that nothing can be taken away from. A move within a volume is one rename:
-/// it is measured for a moment at most, and has no obstacles. On a worker. Fails only when cancelled.
+/// Measures all steps and finds obstacles: invalid or colliding names, files too large, too little space; for moves
+/// also folders whose content cannot be removed. Moves within a volume are renames: they have no obstacles, and are
+/// measured for 300 ms at most, on network volumes not at all. Call on a worker. Fails only if cancelled.
 Result<Inspection> inspectSteps(const std::vector<TransferStep> &steps, TransferKind kind,
                                 const TransferServices &services, const JobControl &control);
 

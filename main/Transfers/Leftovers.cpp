@@ -11,8 +11,8 @@ namespace brellin {
 
 namespace {
 
-/// Of an entry that no log here names another machine may be at work on, as on a server: it counts as left behind once it has
-/// been there, and unchanged, for so long.
+/// Minimum age of entries without a log: another machine may be writing them on a server. Without a birth time they
+/// never count as old.
 constexpr std::chrono::hours foreignPatience{24};
 
 bool isOld(const Location &entry, Instant now)
@@ -20,7 +20,7 @@ bool isOld(const Location &entry, Instant now)
     const Result<FileAttributes> attributes = readAttributes(entry);
     if (!attributes)
         return false;
-    // A finished copy has its original's time: the birth says when it was begun.
+    // A complete copy has its original's modification time, so use the birth time as well.
     const Instant latest = std::max(attributes->modified, attributes->created.value_or(now));
     return now - latest > foreignPatience;
 }
@@ -35,7 +35,7 @@ std::vector<Location> temporaryEntries(const Location &folder)
             found.push_back(entry.location());
         return WalkStep::Continue;
     });
-    // A folder that cannot be read shows nothing to remove either.
+    // If the folder cannot be read, there is nothing to remove.
     return walked ? found : std::vector<Location>();
 }
 
@@ -47,7 +47,7 @@ void appendReserves(std::vector<Location> &reserves, const std::vector<Location>
     }
 }
 
-/// An empty file that kept a name free, for a copy or an archive that grows under a hidden one.
+/// Whether this is an empty placeholder for the final name of a hidden copy or archive.
 bool isReserve(const Location &leftover)
 {
     const std::string name = leftover.filename().native();
@@ -70,7 +70,7 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
     });
     std::ranges::copy(archives, std::back_inserter(entries));
     std::ranges::sort(entries);
-    // These are known by what they stand for, and go before it.
+    // Placeholders are recognised by their hidden entry, so they must be removed before it.
     std::vector<Location> reserves = logged.reservesIn(standardised(folder));
     appendReserves(reserves, archives);
     entries.insert(entries.begin(), reserves.begin(), reserves.end());
@@ -97,7 +97,7 @@ std::vector<Location> loggedLeftovers(const Location &logs)
 QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
                                     FileActions &files)
 {
-    // An empty file is known by what it kept the name free for, and goes first.
+    // A placeholder is recognised by its hidden entry, so remove it first.
     std::vector<Location> entries = leftovers;
     std::ranges::stable_partition(entries, isReserve);
     QStringList failures;

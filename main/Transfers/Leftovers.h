@@ -11,14 +11,16 @@
 
 namespace brellin {
 
-/// The `.brellin-kopie-…` entries in `folder` that no living transfer is working on, on this machine or, as far as one can
-/// see, elsewhere: incomplete copies that a crash left. And what is left of archives. Reads only; called on a worker when the folder is visited.
+/// Incomplete copies and archives in `folder` that a crash left, with their placeholder files first. Excludes entries
+/// of running transfers; entries without a log, perhaps of another machine, must be a day old. Reads only. Call on a
+/// worker when the folder is visited.
 std::vector<Location> transferLeftovers(const Location &folder, const Location &logs, const Clock &clock);
 
-/// Those, in any folder, that the logs name: of transfers that died on this machine. Blocking.
+/// Leftovers in any folder that logs of dead transfers mention. Also removes logs of transfers that left nothing.
+/// Blocking.
 std::vector<Location> loggedLeftovers(const Location &logs);
 
-/// Removes such entries for good, on the user's yes, each only if it is still one. Gives a line for each that stays.
+/// Permanently removes leftovers after the user agreed, if each still is one. Returns a line for each failure.
 QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
                                     FileActions &files);
 

@@ -24,7 +24,7 @@ TransferSize TransferEngine::measure(const Location &entry, const JobControl *co
         files.fetch_add(1, std::memory_order_relaxed);
         return WalkStep::Continue;
     };
-    // What cannot be read shows as a failure when its turn comes.
+    // Unreadable entries are reported when they are copied.
     (void)walkParallel(entry, options, count, control);
     return {bytes, files};
 }

@@ -35,7 +35,7 @@ Result<void> StepRun::checkAllowed(const TransferStep &step) const
     return {};
 }
 
-/// Where its folder is gone as well, it was not just this entry that somebody took away.
+/// If the parent folder is missing as well, the volume was probably removed; says so.
 Result<void> StepRun::checkSourceIsThere(const TransferStep &step)
 {
     const Result<FileAttributes> source = readAttributes(step.src);
@@ -56,7 +56,7 @@ Result<TransferredEntry> StepRun::carryOut(const TransferStep &step)
         TRY(checkStillAllowed(step));
     if (m_kind == TransferKind::Move && m_services.volumes.same(step.src, step.dst.parent_path())) {
         Result<TransferredEntry> moved = moveWithinVolume(step);
-        // Across a bind mount, or from the lower layer of an overlay, the volume looks the same and is not.
+        // Bind mounts and overlay file systems look like one volume but refuse the rename.
         if (moved || !moved.error().is(std::errc::cross_device_link))
             return moved;
     }
@@ -67,8 +67,8 @@ Result<TransferredEntry> StepRun::moveWithinVolume(const TransferStep &step)
 {
     if (m_services.files.reservesNames(step.dst.parent_path()))
         m_log.noteRename(step.src, step.dst);
-    // Never over anything: where the name is taken, this finds out whether a rename could get there at all, before the
-    // existing entry leaves.
+    // Exclusive rename first: if the name is taken, this shows whether a rename works at all before the existing entry
+    // is trashed.
     Result<void> renamed = m_services.files.rename(step.src, step.dst);
     std::optional<Location> replaced;
     if (!renamed && step.replace && renamed.error().is(std::errc::file_exists)) {
@@ -119,7 +119,7 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
 {
     if (m_state.cancelled())
         return failure(Failure::cancelled());
-    // Something is given up for this copy: it must be on the disk itself before.
+    // An entry will be deleted for this copy: flush the copy first.
     if (step.removedForGood)
         TRY(m_services.files.flush(temporary));
     std::optional<Location> replaced;
@@ -134,8 +134,8 @@ Result<std::optional<Location>> StepRun::place(const TransferStep &step, const L
     return replaced;
 }
 
-/// Seen through a second mount, the entry to be replaced and the source may have two numbers and be one. The complete copy, whose
-/// name nobody else has, then lies beside both.
+/// Through a second mount, source and replaced entry may be the same despite different numbers. Then the complete copy,
+/// whose name is unique, also shows up beside the source.
 Result<void> StepRun::checkReplacesNoSource(const TransferStep &step, const Location &temporary)
 {
     const QString replaced = folded(shownName(step.dst));
@@ -178,8 +178,8 @@ Result<void> StepRun::flush()
 
 void StepRun::settle()
 {
-    // The copies' names, too, are on the disk before the sources go.
-    const bool cancelledBefore = m_state.cancelled(); // what was copied by then is brought to its end
+    // Flush before removing sources, including the copies' names.
+    const bool cancelledBefore = m_state.cancelled(); // complete what was copied before the cancel
     const auto stopped = [&] { return !cancelledBefore && m_state.cancelled(); };
     const Result<void> flushed = flush();
     const Result<void> ready = flushed && !stopped() ? noteRemovals() : flushed;
@@ -209,7 +209,7 @@ Result<void> StepRun::noteRemovals()
     return failure(Failure{why + noted.error().message, noted.error().code});
 }
 
-/// Other steps came between, and other programs.
+/// Other steps or programs may have changed the copy meanwhile.
 Result<void> StepRun::checkCopyIsThere(const TransferredEntry &copy)
 {
     const FileState now = FileState::of(TRY(readAttributes(copy.dst)));
@@ -303,7 +303,7 @@ void StepRun::nameKept(const std::vector<Location> &kept)
         outcome.errors << QStringLiteral("… und %1 weitere, die am alten Ort bleiben.").arg(kept.size() - named);
 }
 
-/// The way back when the last rename fails: the entry that was to be replaced returns to its name.
+/// If the last rename failed, restores the replaced entry from the Trash.
 Failure StepRun::putBack(const TransferStep &step, const std::optional<Location> &trashed, Failure why)
 {
     if (!trashed || m_services.trash.restore(*trashed, step.dst, step.dst))

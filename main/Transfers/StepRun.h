@@ -10,30 +10,31 @@
 
 namespace brellin {
 
-/// One run of steps: what the engine keeps while it works.
+/// One run of steps, with the state the engine needs meanwhile.
 class StepRun {
 public:
-    /// `steps`: all that are to be carried out.
+    /// `steps`: all steps of the run.
     StepRun(const TransferServices &services, TransferKind kind, TransferState &state,
             const std::vector<TransferStep> &steps);
 
-    /// A failure leaves the source as it was, what was there at the destination in its place, and nothing else.
+    /// Carries out a step. On failure the source and the entry to be replaced are as before; if that could not be
+    /// achieved, the failure says so.
     Result<TransferredEntry> carryOut(const TransferStep &step);
 
-    /// Flushes what was written and takes away the sources of what was moved by a copy. To be called at the end. Cancelled
-    /// meanwhile, it leaves the sources that are still there: they were copied.
+    /// Call at the end: flushes what was written, then removes the sources of moves that were copies. If cancelled
+    /// meanwhile, keeps the remaining sources.
     void settle();
-    /// The same at once, where the step wants something of such a source.
+    /// Settles early if the step needs such a source.
     void settleBefore(const TransferStep &step);
-    /// Whether this step, the last one, failed because the user has to be asked again.
+    /// Whether the last step failed because the user must be asked again.
     bool asksAgainAbout(const TransferStep &step) const;
 
     TransferOutcome outcome;
 
 private:
-    /// A copy whose original goes when it is on the disk.
+    /// A copy whose source is removed after the flush.
     struct Moved {
-        std::size_t number; ///< in `outcome.done`
+        std::size_t number; ///< index in `outcome.done`
         TransferStep step;
         CopiedEntries copied;
         Instant copyBegan;
@@ -43,22 +44,22 @@ private:
     static Result<void> checkSourceIsThere(const TransferStep &step);
     Result<TransferredEntry> moveWithinVolume(const TransferStep &step);
     Result<TransferredEntry> copyInto(const TransferStep &step);
-    /// Gives a complete copy its name. Gives where the entry that it replaced lies.
+    /// Renames a complete copy to its final name. Returns the Trash location of the entry it replaced.
     Result<std::optional<Location>> place(const TransferStep &step, const Location &temporary);
     static Result<void> checkReplacesNoSource(const TransferStep &step, const Location &temporary);
     Result<WrittenVolume *> volumeFor(const Location &folder);
     Result<void> flush();
-    /// So that a removal that is cut short is found.
+    /// Logs the removals, so that an interrupted one is found.
     Result<void> noteRemovals();
     static Result<void> checkCopyIsThere(const TransferredEntry &copy);
-    /// Puts the entry that is being replaced into the Trash and gives its place there. Where that fails and `step` allows it,
-    /// removes it for good (nothing is given then), else fails with the entry untouched.
+    /// Moves the entry to be replaced to the Trash and returns its location there. If that fails and `step` allows it,
+    /// deletes it permanently and returns none; otherwise fails and leaves it untouched.
     Result<std::optional<Location>> discard(const TransferStep &step);
     Result<void> removeForGood(const TransferStep &step);
-    /// Fails where what may be removed for good is not what the user allowed.
+    /// Fails if the entry to be deleted permanently has changed since the user agreed.
     Result<void> checkStillAllowed(const TransferStep &step);
     Failure askAgain(const TransferStep &step);
-    /// Whether the whole source is gone.
+    /// Whether the source was removed completely.
     bool giveUpSource(const TransferStep &step, const CopiedEntries &copied);
     void nameKept(const std::vector<Location> &kept);
     Failure putBack(const TransferStep &step, const std::optional<Location> &trashed, Failure why);
@@ -69,12 +70,12 @@ private:
     const TransferKind m_kind;
     TransferState &m_state;
     TransferLog m_log;
-    std::map<Location, std::shared_ptr<WrittenVolume>> m_written; ///< by the folder that was written into
+    std::map<Location, std::shared_ptr<WrittenVolume>> m_written; ///< keyed by the folder written to
     std::vector<Moved> m_moved;
     StayingEntries m_staying;
 };
 
-/// "Name: reason"
+/// "Name: reason".
 QString errorLine(const Location &entry, const Failure &why);
 
 } // namespace brellin

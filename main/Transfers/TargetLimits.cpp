@@ -24,10 +24,10 @@ TargetLimits TargetLimits::of(const QString &fileSystem)
         QLatin1StringView type;
         Names names = Names::Any;
         bool ignoresCase = false;
-        std::int64_t fileBytes = 0; ///< 0: no limit that matters
+        std::int64_t fileBytes = 0; ///< 0: practically unlimited
         bool ignoresForm = false;
     };
-    constexpr std::int64_t fat = 4'294'967'295; // its size field has 32 bits
+    constexpr std::int64_t fat = 4'294'967'295; // 32-bit size field
     constexpr std::array rows{
         Row{QLatin1StringView("vfat"), Names::Windows, true, fat},
         Row{QLatin1StringView("msdos"), Names::Windows, true, fat},

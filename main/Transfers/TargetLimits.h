@@ -10,27 +10,25 @@
 
 namespace brellin {
 
-/// What a destination's volume cannot hold.
+/// What a destination's file system cannot store.
 struct TargetLimits {
-    enum class Names {
-        Any,
-        Windows
-    }; ///< of Windows: no < > : " \ | ? *, no control characters, no dot or blank at the end
+    /// `Windows` allows no < > : " \ | ? *, no control characters, and no dot or blank at the end.
+    enum class Names { Any, Windows };
     Names names = Names::Any;
-    bool ignoresCase = false;              ///< sees no difference between "a" and "A" …
-    bool ignoresForm = false;              ///< … nor between a composed "ü" and one of two characters
-    bool keepsHoles = true;                ///< a sparse file stays one
-    std::size_t nameBytes = 255;           ///< longest name
-    std::optional<std::int64_t> fileBytes; ///< largest file
+    bool ignoresCase = false;              ///< case-insensitive
+    bool ignoresForm = false;              ///< ignores Unicode composition
+    bool keepsHoles = true;                ///< stores sparse files without their holes
+    std::size_t nameBytes = 255;           ///< maximum name length
+    std::optional<std::int64_t> fileBytes; ///< maximum file size; none if irrelevant
 
-    /// By the type of the file system ("vfat").
+    /// Limits of a file system type, e.g. "vfat".
     static TargetLimits of(const QString &fileSystem);
 
     bool anythingGoes() const { return names == Names::Any && !ignoresCase && nameBytes >= 255 && !fileBytes; }
-    /// Why the volume cannot hold this name; nothing where it can.
+    /// Why the name cannot be stored; none if it can.
     std::optional<QString> nameFault(std::string_view name) const;
     std::optional<QString> sizeFault(std::int64_t bytes) const;
-    /// Alike for names that are one there.
+    /// Names with equal keys are the same name there.
     QString keyOf(const QString &name) const;
 };
 

@@ -8,7 +8,7 @@ namespace brellin {
 
 namespace {
 
-/// On a thread of its own, without anybody waiting for it.
+/// Runs at once on its own thread; the caller does not wait.
 template <class T>
 typename FileCall<T>::Request longWork(const Location &where)
 {
@@ -121,7 +121,7 @@ void Transfer::run()
     m_queue.publishAll();
 }
 
-/// What is no longer what the user said yes to is asked about again.
+/// Asks again about entries that changed since the user agreed.
 void Transfer::ran(TransferOutcome outcome)
 {
     m_outcome.add(std::move(outcome));
@@ -158,7 +158,7 @@ void Transfer::answer(const TransferAnswer &answer)
 
 void Transfer::cancel()
 {
-    // What it is at ends by itself and says how far it came.
+    // The run ends by itself and reports how far it got.
     if (m_running.running())
         return m_job->cancel();
     m_examining.drop();

@@ -7,8 +7,8 @@
 
 namespace brellin {
 
-/// One transfer of a queue on its way: looked at, asked about, measured, carried out. Tells its queue what it asks, and that
-/// it has ended, which is the end of it.
+/// One transfer of the queue: examines, asks, measures, runs. Reports questions and its end to the queue, which then
+/// destroys it.
 class Transfer {
 public:
     Transfer(TransferQueue &queue, const QUuid &id, TransferRequest request);
@@ -21,7 +21,7 @@ public:
     const std::shared_ptr<TransferJob> &job() const { return m_job; }
     const std::optional<TransferQuestion> &question() const { return m_question; }
 
-    // Each of these may be the end of this transfer: the last that its caller does with it.
+    // Each of these may destroy the transfer: the caller must not use it afterwards.
     void start();
     void answer(const TransferAnswer &answer);
     void cancel();
@@ -46,9 +46,9 @@ private:
     std::optional<ConflictRound> m_conflicts;
     QStringList m_refused;
     std::vector<TransferStep> m_steps;
-    std::vector<TransferStep> m_begun; ///< every step that was to be carried out
-    TransferSize m_total;              ///< of all these
-    TransferOutcome m_outcome;         ///< of those that were
+    std::vector<TransferStep> m_begun; ///< all steps that were started
+    TransferSize m_total;              ///< size of those steps
+    TransferOutcome m_outcome;         ///< results so far
     Inspection m_inspection;
 
     FileCall<Result<Examination>> m_examining;

@@ -12,29 +12,28 @@
 
 namespace brellin {
 
-/// Carries out planned steps, on the calling thread (a worker) and without any state of its own.
-///
-/// A copy grows under a hidden name in its destination's folder, so that a name there always means the old entry or the
-/// complete new one. What it replaces goes into the Trash only once the new one is complete, and comes back if the last
-/// rename fails. When all are made, the volume that they were written to is flushed once. Only then is what a move across
-/// volumes has copied, and nothing else, removed from the sources.
+/// Carries out planned steps on the calling worker; stateless.
+/// A copy is written under a hidden name in the destination folder, so that a visible name is always the old entry or
+/// the complete new one. An entry to be replaced is trashed only after the copy is complete, and restored if the final
+/// rename fails. After all steps the volume is flushed; only then are the sources of a move across volumes removed,
+/// limited to what was copied.
 class TransferEngine {
 public:
     explicit TransferEngine(const TransferServices &services) : m_services(services) {}
 
     using Deadline = std::chrono::steady_clock::time_point;
-    /// An entry with everything in it; links are not followed. What cannot be read, or is not reached until `deadline`, counts
-    /// as nothing.
+    /// Size of an entry with its content; links are not followed. Leaves out what cannot be read or is not reached by
+    /// `deadline`.
     static TransferSize measure(const Location &entry, const JobControl *control = nullptr,
                                 std::optional<Deadline> deadline = {});
 
-    /// A failed step is reported by a line and the next one follows; a cancel ends the run. `sizes` are those of the steps
-    /// where they are known already.
+    /// Runs the steps. A failed step adds an error line, a cancel ends the run. `sizes` are those of the steps, if
+    /// known; others are measured.
     TransferOutcome run(const std::vector<TransferStep> &steps, TransferKind kind, TransferState &state,
                         const std::vector<TransferSize> &sizes = {}) const;
 
-    /// Copies one entry with all its metadata to a place that must not exist; on failure or cancel nothing of it stays.
-    /// `copied` takes down what was copied.
+    /// Copies an entry with all metadata to a path that must not exist; removes the copy on failure or cancel. Records
+    /// what was copied in `copied`.
     Result<CopyReport> copy(const Location &source, const Location &destination, TransferState &state,
                             CopiedEntries *copied = nullptr) const;
 
@@ -42,7 +41,7 @@ private:
     const TransferServices &m_services;
 };
 
-/// The first free name for `name` in `folder`: itself, "Name (2).pdf", "Name (3).pdf" …; none of `taken`.
+/// The first free name in `folder` that is not in `taken`: "Name.pdf", "Name (2).pdf", "Name (3).pdf" …
 Location uniqueURL(const std::string &name, const Location &folder, const std::set<Location> &taken = {});
 
 } // namespace brellin

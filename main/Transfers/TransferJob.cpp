@@ -10,7 +10,7 @@ namespace brellin {
 namespace {
 
 constexpr std::chrono::milliseconds refreshing{200};
-/// The rate is that of so long.
+/// Averaging window of the rate.
 constexpr std::chrono::seconds rateWindow{3};
 
 } // namespace

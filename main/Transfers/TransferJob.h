@@ -13,7 +13,7 @@
 
 namespace brellin {
 
-/// A transfer under way, as a panel shows it, from its planning on. Lives on the main thread; the worker sees its `state` alone.
+/// A transfer as shown by a panel, from its planning on. Lives on the main thread; the worker only accesses `state`.
 class TransferJob : public Model<TransferJob> {
 public:
     struct Start {
@@ -21,17 +21,17 @@ public:
         QUuid pane;
         TransferKind kind = TransferKind::Copy;
         Location destination;
-        QString destName; ///< the destination folder's name for reading
-        int count = 0;    ///< sources
+        QString destName; ///< display name of the destination folder
+        int count = 0;    ///< number of sources
     };
     explicit TransferJob(Start start);
 
     const QUuid id;
-    const QUuid pane; ///< which one asked for it
+    const QUuid pane; ///< the pane that requested it
     const bool move;
     const Location destination;
     const QString destName;
-    Published<int> count; ///< steps; until they are planned, sources
+    Published<int> count; ///< number of steps; number of sources until planned
     const std::shared_ptr<TransferState> state;
     const std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
 
@@ -42,19 +42,19 @@ public:
     Published<QString> currentName;
     Published<bool> measuring{true};
     Published<bool> paused;
-    Published<bool> cancelling;    ///< cancelled, and not yet ended
-    Published<std::int64_t> rate;  ///< bytes a second over the last seconds; 0 while nobody can tell
-    Published<QString> detailText; ///< `detail()` as of the last refresh
+    Published<bool> cancelling;    ///< cancelled, but not ended yet
+    Published<std::int64_t> rate;  ///< bytes per second over the last 3 seconds; 0 if unknown
+    Published<QString> detailText; ///< `detail()` at the last refresh
 
-    /// Publishes what the worker has got to; called every 0.2 seconds.
+    /// Publishes the worker's progress; called every 200 ms.
     void refresh();
-    /// Done, from 0 to 1.
+    /// Share of bytes done, 0 to 1.
     double fraction() const;
-    /// „Kopiere 3 Elemente nach „Dokumente““
+    /// „Kopiere 3 Elemente nach „Dokumente““.
     QString title() const;
     /// "1,1 GB von 1,7 GB · 212 von 340 Dateien · noch 9 Sek."
     QString detail() const;
-    /// "45 MB/s"; empty while nobody can tell.
+    /// "45 MB/s"; empty if unknown.
     QString rateText() const;
 
     void cancel();
@@ -68,9 +68,9 @@ private:
         std::int64_t bytes = 0;
     };
 
-    /// It is known what there is to do, …
+    /// Called when the steps are planned.
     void plan(std::size_t steps);
-    /// … and it begins.
+    /// Called when the run begins.
     void begin(std::size_t steps, const TransferSize &total);
     std::chrono::milliseconds active() const;
     std::int64_t measureRate(std::int64_t now);

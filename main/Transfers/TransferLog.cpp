@@ -48,7 +48,7 @@ Location TransferLog::temporaryFor(const Location &dst, Renames renames)
     const std::string head = std::string(copyPrefix) + freshId() + "-";
     const std::size_t room = nameLimit(folder) - std::min(nameLimit(folder) - 1, head.size());
     const Location place = folder / (head + fittingName(dst.filename().native(), room));
-    // What could not be written is missing for others only, and only until the entry is a day old.
+    // Without a note, others recognise the entry only when it is a day old.
     (void)note({Kind::Copy, place, dst, {}, {}, renames == Renames::Reserving});
     return place;
 }
@@ -79,14 +79,14 @@ Result<void> TransferLog::note(LoggedWork work)
     if (work.kind != Kind::Removal)
         work.when = Instant(std::chrono::system_clock::now().time_since_epoch());
     const QByteArray line = work.line();
-    // There must be room for the removals, which do not begin without.
+    // Reserve half of the log for removals, which cannot start without their notes.
     const qint64 most = work.kind == Kind::Removal ? longestLog : longestLog / 2;
     if (work.kind == Kind::Copy)
         m_noted.push_back(std::move(work));
     return write(line, most);
 }
 
-/// Half a line would spoil the next one.
+/// Removes a partial line, which would corrupt the next one.
 Result<void> TransferLog::write(const QByteArray &line, qint64 most) const
 {
     if (m_folder.empty())
@@ -109,7 +109,7 @@ void TransferLog::open()
 {
     if (m_folder.empty() || !createPrivateFolders(m_folder))
         return;
-    // Who reads the logs removes a dead one, and for a moment this one looks like that.
+    // Others remove dead logs, and a new log looks dead until it is locked: retry if it was removed.
     for (int attempt = 0; attempt < 3; ++attempt) {
         m_file = m_folder / (freshId() + ".log");
         Result<FileLock> lock = FileLock::tryNow(m_file);
@@ -120,7 +120,7 @@ void TransferLog::open()
     }
 }
 
-/// What was removed, or stayed in its place, has been told when a transfer ends by itself.
+/// After a normal end the outcome was reported, so removals need no log any more.
 TransferLog::~TransferLog()
 {
     if (m_lock.held() && areOver(m_noted))

@@ -9,31 +9,32 @@
 
 namespace brellin {
 
-/// The log of a living transfer: what it is about to do with which entries. Locked while the transfer lives, so that anybody
-/// can see whose a hidden entry is; gone with it, unless it had to leave something behind. Made with the first entry.
+/// The log of a running transfer: what it is about to do with which entries. Locked while the transfer runs, so that
+/// others can tell whose a hidden entry is. Created with the first note; removed at the end, unless a hidden entry was
+/// left behind.
 class TransferLog {
 public:
     enum class Renames { AtOnce, Reserving };
-    /// `folder` holds the logs of all transfers.
+    /// `folder` contains the logs of all transfers; empty disables logging.
     explicit TransferLog(Location folder) : m_folder(std::move(folder)) {}
     ~TransferLog();
     TransferLog(const TransferLog &) = delete;
     TransferLog &operator=(const TransferLog &) = delete;
 
-    /// A new hidden place beside `dst`, whatever the length of its name, noted before it is used. Where there can be no log the
-    /// place is as good; what a crash leaves there is then found a day later.
+    /// A new hidden name beside `dst`, within the length limit, noted before use. If no log can be written the name is
+    /// valid anyway; a leftover of a crash is then found a day later.
     Location temporaryFor(const Location &dst, Renames renames = Renames::AtOnce);
-    /// An entry is about to be renamed to where an empty file may keep the name free.
+    /// Notes a rename that may create an empty placeholder at `dst`.
     void noteRename(const Location &src, const Location &dst);
-    /// Sources are about to be removed, whose copies are complete: the notes are on the disk when this succeeds.
+    /// Notes that sources of complete copies are about to be removed. Success means that the notes are flushed to disk.
     struct Removal {
         Location source;
         Location copy;
-        Instant copyBegan = {}; ///< what was changed since is compared before a later program removes it
+        Instant copyBegan = {}; ///< entries modified since are compared by content before a later removal
     };
     Result<void> noteRemovals(const std::vector<Removal> &removals);
 
-    /// Whether this is a name that `temporaryFor` gives.
+    /// Whether `temporaryFor` makes such names.
     static bool isTemporaryName(std::string_view name);
 
 private:
@@ -44,25 +45,25 @@ private:
     Location m_folder;
     Location m_file;
     FileLock m_lock;
-    std::vector<LoggedWork> m_noted;         ///< what may have to be found later
+    std::vector<LoggedWork> m_noted;         ///< copies, checked for leftovers at the end
     Location m_folderAtWork, m_volumeAtWork; ///< of the last note
 };
 
-/// What the logs say of hidden entries, by their names.
+/// Names of hidden entries in the logs.
 struct LoggedNames {
-    std::vector<std::string> living;   ///< of transfers that live
-    std::vector<std::string> dead;     ///< of transfers that died
-    std::vector<LoggedWork> ofTheDead; ///< what these were at
+    std::vector<std::string> living;   ///< of running transfers
+    std::vector<std::string> dead;     ///< of dead transfers
+    std::vector<LoggedWork> ofTheDead; ///< everything dead transfers have noted
 
-    /// Reads all logs, and nothing else: whatever volumes they name may not answer.
+    /// Reads all logs, but does not access the volumes they mention, which may not respond.
     static LoggedNames read(const Location &folder);
 
-    /// The empty files that kept names free in a folder, with whose volume alone this waits.
+    /// Placeholder files of dead transfers in a folder. Accesses only that folder's volume.
     std::vector<Location> reservesIn(const Location &folder) const;
 };
 
-/// Removes the logs of the dead that left nothing. One that cannot be read whole stays. Waits for every volume that is named,
-/// but without a lock: who finds a log locked takes its transfer for living.
+/// Removes logs of dead transfers that left nothing; keeps damaged ones. Accesses all volumes mentioned, but without
+/// holding a lock, since a locked log counts as running.
 void removeFinishedLogs(const Location &folder);
 
 } // namespace brellin

@@ -20,7 +20,7 @@ using Kind = LoggedWork::Kind;
 constexpr std::array words{std::pair{Kind::Copy, "copy"}, std::pair{Kind::Rename, "rename"},
                            std::pair{Kind::Removal, "removal"}, std::pair{Kind::Settled, "settled"}};
 
-/// A name may hold a line break or a tab, so its bytes are percent-encoded.
+/// Percent-encodes, since a name may contain newlines and tabs.
 QByteArray fieldOf(const Location &place)
 {
     return QByteArray::fromStdString(place.native()).toPercentEncoding("/");
@@ -49,7 +49,7 @@ std::optional<LoggedWork> workIn(const QByteArray &line)
                       fields[5] == "1"};
 }
 
-/// A torn last line is as if it had not been written: what it was to announce has not begun.
+/// Ignores an incomplete last line: the action it announces was not started.
 void readLines(const QByteArray &text, TransferLogFile &log)
 {
     qsizetype number = 1;
@@ -83,7 +83,7 @@ QByteArray LoggedWork::line() const
 
 bool areOver(const std::vector<LoggedWork> &works)
 {
-    // Of thousands most lie on one volume, which may be slow to ask.
+    // Collect volumes first: thousands of works usually share one, which may be slow to query.
     std::set<Location> volumes;
     for (const LoggedWork &work : works)
         volumes.insert(work.volume);

@@ -12,52 +12,52 @@
 
 namespace brellin {
 
-/// One thing that a transfer is about to do, noted before it does it.
+/// An action of a transfer, noted before it starts.
 struct LoggedWork {
     enum class Kind {
-        Copy,    ///< `from`, a hidden entry, grows and gets the name `to`
-        Rename,  ///< `from` gets the name `to`
-        Removal, ///< `from` is removed, because its complete copy stands at `to`
-        Settled  ///< of a removal: nobody has to be told of it any more
+        Copy,    ///< `from`, a hidden entry, is written and then renamed to `to`
+        Rename,  ///< `from` is renamed to `to`
+        Removal, ///< `from` is removed, since its complete copy is at `to`
+        Settled  ///< a removal that needs no more attention
     };
     Kind kind = Kind::Copy;
     Location from;
     Location to;
-    Location volume;       ///< the top of what `from` lies on
-    Instant when;          ///< it was noted; of a removal, when its copy began
-    bool reserves = false; ///< an empty file may keep `to` free for a moment
+    Location volume;       ///< mount point of the volume of `from`
+    Instant when;          ///< time of the note; for a removal, when its copy began
+    bool reserves = false; ///< the rename may create an empty placeholder at `to`
 
     bool operator==(const LoggedWork &) const = default;
     QByteArray line() const;
-    /// An empty file at `to` that kept the name free when the program died.
+    /// Whether an empty placeholder was left at `to`. Reads the disk.
     bool leftReserve() const;
 };
 
-/// The log of one transfer as it is on the disk.
+/// A transfer's log as read from disk.
 struct TransferLogFile {
     Location file;
-    FileLock lock; ///< not held where its transfer lives
+    FileLock lock; ///< not held if the transfer is running
     std::vector<LoggedWork> works;
-    std::optional<QString> damage = {}; ///< why it may tell of more than `works`
+    std::optional<QString> damage = {}; ///< why `works` may be incomplete
 
     bool dead() const { return lock.held(); }
-    /// Removals that are not settled, whether over or not.
+    /// Removals that are not settled, finished ones included.
     std::vector<LoggedWork> removals() const;
-    /// Nothing is left of anything in it; never of one that cannot be read whole.
+    /// Whether nothing noted is left on disk; false for a damaged log. Reads the disk.
     bool isOver() const;
 
     static TransferLogFile of(const Location &file);
-    /// A folder that cannot be listed is there as a damaged log.
+    /// A folder that cannot be listed is returned as a damaged log.
     static std::vector<TransferLogFile> all(const Location &folder);
 };
 
-/// Those that cannot be read whole. Blocking.
+/// The damaged logs. Blocking.
 std::vector<UnreadLog> unreadTransferLogs(const Location &folder);
 
-/// Whether nothing is left to see of any of these: their volumes are there, and no `from` is.
+/// Whether nothing is left of these works: all their volumes are mounted, and no `from` exists.
 bool areOver(const std::vector<LoggedWork> &works);
 
-/// The top of the volume on which an entry lies, "/" where nobody can tell.
+/// Mount point of the volume of an entry; "/" if unknown.
 Location volumeOf(const Location &entry);
 
 } // namespace brellin

@@ -13,17 +13,17 @@
 
 namespace brellin {
 
-/// What to do with an entry whose name is taken in the destination.
+/// What to do if the destination's name is taken.
 enum class ConflictChoice { replace, keepBoth, skip };
 
-/// A name is taken. Answered by a `ConflictAnswer`.
+/// The destination's name is taken. Answered by a `ConflictAnswer`.
 struct ConflictQuestion {
-    QString name;              ///< the entry's
-    std::size_t remaining = 1; ///< conflicts still to decide, this one included
+    QString name;              ///< of the entry
+    std::size_t remaining = 1; ///< number of open conflicts, including this one
     bool existingIsFolder = false;
-    /// Why "Ersetzen" is not offered; nothing where it is.
+    /// Why "Ersetzen" is not offered; none if it is.
     std::optional<WhyItStays> stays;
-    QString existingLine; ///< "1,2 MB, 3. September 2026, 14:05"
+    QString existingLine; ///< e.g. "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
     bool incomingIsFolder = false;
 
@@ -31,30 +31,30 @@ struct ConflictQuestion {
     bool replaceable() const { return !stays; }
 };
 
-/// The entry that is to be replaced has no Trash to go to. Answered by a `Confirmation`, which holds for this entry alone and
-/// as it is now.
+/// The entry to be replaced cannot be trashed. Answered by a `Confirmation`, valid only for this entry in its present
+/// state.
 struct NoTrashQuestion {
     QString name;
     bool existingIsFolder = false;
-    QString existingLine = {}; ///< as of a `ConflictQuestion`
+    QString existingLine = {}; ///< as in `ConflictQuestion`
 
     bool operator==(const NoTrashQuestion &) const = default;
 };
 
-/// What speaks against a transfer before its first byte: names, sizes, free space. Answered by an `ObstacleChoice`.
+/// Obstacles found before copying: names, sizes, free space. Answered by an `ObstacleChoice`.
 struct ObstacleQuestion {
-    QStringList lines; ///< one for each obstacle, at most `shownAtMost`
+    QStringList lines; ///< one per obstacle, at most `shownAtMost`
     std::size_t count = 0;
     static constexpr std::size_t shownAtMost = 12;
-    /// The selected entries that "Diese auslassen" leaves out, each as a whole.
+    /// The selected entries that "Diese auslassen" skips as a whole.
     QStringList leftOut;
     bool foldersLeftOut = false;
-    bool onlyAtTheSource = false; ///< the destination could take everything
+    bool onlyAtTheSource = false; ///< all obstacles are at the source, none at the destination
 
     bool operator==(const ObstacleQuestion &) const = default;
 };
 
-/// A question of a transfer, open until it is answered or the transfer cancelled.
+/// A transfer's question, open until answered or until the transfer is cancelled.
 struct TransferQuestion {
     QUuid id;
     QUuid transfer;
@@ -63,16 +63,17 @@ struct TransferQuestion {
     bool operator==(const TransferQuestion &) const = default;
 };
 
-/// Nothing chosen: the whole transfer is cancelled, with nothing done.
+/// Without a choice the transfer is cancelled. Nothing has been done then, unless the question was asked again during
+/// the run.
 struct ConflictAnswer {
     std::optional<ConflictChoice> choice;
-    bool forAll = false; ///< also for every further conflict
+    bool forAll = false; ///< also for all further conflicts
 };
 enum class Confirmation { Yes, No, Cancel };
 enum class ObstacleChoice { TryAnyway, LeaveOut, Cancel };
 using TransferAnswer = std::variant<ConflictAnswer, Confirmation, ObstacleChoice>;
 
-/// A question as a sheet shows it: its text, its buttons in order and what each answers. The last button is "Abbrechen".
+/// A question as shown by a sheet: texts and buttons in order, with their answers. The last button is "Abbrechen".
 struct QuestionText {
     struct Button {
         QString title;
@@ -80,9 +81,9 @@ struct QuestionText {
     };
     QString message;
     QString informative;
-    QString hint; ///< what one of the buttons does
+    QString hint; ///< explains one of the buttons
     std::vector<Button> buttons;
-    QString forAll; ///< the title of the check box; empty where there is none
+    QString forAll; ///< title of the check box; empty if there is none
 };
 QuestionText textOf(const TransferQuestion &question);
 

@@ -94,7 +94,7 @@ bool TransferQueue::busy() const
     return !m_transfers.empty() || !m_waiting.empty();
 }
 
-/// Each list is made right before it is published: whoever hears of one may change the others.
+/// Builds each list just before publishing it, since an observer of one may change the others.
 void TransferQueue::publishAll()
 {
     publish(waiting, waitingNow());
@@ -131,7 +131,7 @@ std::vector<TransferQuestion> TransferQueue::questionsNow() const
     return all;
 }
 
-/// Called by the transfer itself, as the last it does.
+/// Called last by Transfer::end(); destroys the transfer.
 void TransferQueue::ended(const QUuid &id, FinishedTransfer finished)
 {
     const auto found = std::ranges::find(m_transfers, id, [](const auto &one) { return one->id(); });

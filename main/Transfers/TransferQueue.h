@@ -20,66 +20,65 @@ namespace brellin {
 
 class Transfer;
 
-/// What somebody wants transferred.
+/// A requested transfer.
 struct TransferRequest {
     std::vector<Location> sources;
     Location destination; ///< a folder
     TransferKind kind = TransferKind::Copy;
-    QUuid pane; ///< who asks: one transfer at a time for each
+    QUuid pane; ///< the requesting pane; runs one transfer at a time
 };
 
-/// A request that waits for its pane's transfer before it.
+/// A request waiting for another transfer of its pane.
 struct WaitingTransfer {
     QUuid id;
-    QString title; ///< as of a job
+    QString title; ///< like TransferJob::title()
 
     bool operator==(const WaitingTransfer &) const = default;
 };
 
-/// What a transfer has come to.
+/// Result of a transfer.
 struct FinishedTransfer {
     TransferRecord record;
     QUuid pane;
     TransferOutcome outcome;
-    std::vector<TransferStep> steps; ///< as planned; none where it was cancelled before
+    std::vector<TransferStep> steps; ///< as planned; empty if cancelled before
 
     bool operator==(const FinishedTransfer &) const = default;
-    /// The error lines, for the pane's `errorMessage`; nothing where there are none.
+    /// The error lines for the pane's `errorMessage`; none if there are none.
     std::optional<QString> errorMessage() const;
-    /// What to select in the destination.
+    /// Entries to select in the destination.
     std::vector<Location> arrived() const;
 };
 
-/// All transfers of the program: plans each, asks what must be asked, runs it on a worker and says what came of it. One at a
-/// time for each pane, the others wait; a transfer outlives the pane that asked for it. Lives on the main thread and makes
-/// no file calls there.
+/// All transfers of the program: plans, asks, runs each on a worker and reports the result. One at a time per pane; a
+/// transfer continues if its pane is closed. Lives on the main thread and makes no file calls there.
 class TransferQueue : public Model<TransferQueue> {
 public:
     TransferQueue(TransferServices services, const Clock &clock);
-    /// Cancels everything; a step at hand ends by itself.
+    /// Cancels everything without waiting for running steps.
     ~TransferQueue() override;
 
     Published<std::vector<std::shared_ptr<TransferJob>>> jobs;
     Published<std::vector<WaitingTransfer>> waiting;
-    /// Open questions, the oldest first; at most one of each transfer.
+    /// Open questions, oldest first; at most one per transfer.
     Published<std::vector<TransferQuestion>> questions;
-    /// Changes with every transfer that ends, however it ends.
+    /// The last transfer that ended, for whatever reason.
     Published<std::optional<FinishedTransfer>> lastFinished;
 
-    /// Starts a transfer, or lets it wait for the pane's others. Gives its ID.
+    /// Starts a transfer, or queues it behind the pane's others. Returns its ID.
     QUuid transfer(TransferRequest request);
-    /// An answer to what is no longer asked, or of another kind, is dropped.
+    /// Ignores answers to closed questions and of the wrong kind.
     void answer(const QUuid &question, const TransferAnswer &answer);
-    /// Ends a transfer in whatever it is doing, or takes it out of the waiting ones.
+    /// Cancels a running or waiting transfer.
     void cancel(const QUuid &transfer);
     void cancelAll();
 
-    /// The pane's transfer that is under way, if there is one.
+    /// The pane's running transfer; null if there is none.
     std::shared_ptr<TransferJob> jobOf(const QUuid &pane) const;
-    /// Whether anything is planned, asked, under way or waiting: to be asked before the program ends.
+    /// Whether any transfer is planning, asking, running or waiting; ask before quitting.
     bool busy() const;
 
-    /// The sources of unfinished moves that were offered in any window: with another start they are offered again.
+    /// Sources of unfinished moves already offered in any window; offered again after a restart.
     std::set<Location> &offeredMoves() { return m_offeredMoves; }
 
 private:
@@ -100,7 +99,7 @@ private:
 
     TransferServices m_services;
     const Clock &m_clock;
-    std::vector<std::unique_ptr<Transfer>> m_transfers; ///< in the order in which they began
+    std::vector<std::unique_ptr<Transfer>> m_transfers; ///< in order of their start
     std::deque<Waiting> m_waiting;
     std::set<Location> m_offeredMoves;
 };

@@ -14,41 +14,41 @@
 
 namespace brellin {
 
-/// One entry that has arrived, with what it takes to send it back.
+/// An entry that was transferred, with what undo needs.
 struct TransferredEntry {
-    Location src;      ///< where it came from
-    Location dst;      ///< where it is
+    Location src;      ///< original location
+    Location dst;      ///< present location
     FileState state;   ///< of `dst` on arrival
-    TransferSize size; ///< on arrival, with everything in it
-    /// The original is gone: it was moved. False for a copy, and where the original had to stay (in whole or in part).
+    TransferSize size; ///< on arrival, with its content
+    /// Whether the original is gone. False for copies, and if the original was kept completely or partly.
     bool moved = false;
-    /// Where the entry that it replaced lies in the Trash.
+    /// Where the entry it replaced is in the Trash.
     std::optional<Location> replaced;
-    std::optional<EntryMark> replacedMark; ///< by which it is known there
-    std::optional<Instant> created;        ///< birth of `dst`
-    /// Of a copied folder: what was in it on arrival. Nothing where that could not be seen.
+    std::optional<EntryMark> replacedMark; ///< identifies that entry in the Trash
+    std::optional<Instant> created;        ///< birth time of `dst`
+    /// Of a copied folder: its content on arrival; null if that could not be read.
     std::shared_ptr<const TreeMark> content;
 
     bool operator==(const TransferredEntry &) const = default;
 };
 
-/// What came of a transfer: what stands in the destination now, and what did not work.
+/// Result of a transfer: what arrived, and what failed.
 struct TransferOutcome {
     std::vector<TransferredEntry> done;
-    QStringList errors; ///< "Name: reason", one line for each failed step, and for what was only done in part
-    QStringList notes;  ///< what copies could not keep, each said once
+    QStringList errors; ///< "Name: reason", for failed and incomplete steps
+    QStringList notes;  ///< metadata that could not be preserved, without duplicates
     TransferSize transferred;
     bool cancelled = false;
-    /// Steps that did nothing because what they were to remove for good is no longer what the user said yes to.
+    /// Steps not done because the entry to be deleted permanently has changed since the user agreed.
     std::vector<TransferStep> toAskAgain;
 
     bool operator==(const TransferOutcome &) const = default;
-    /// Takes in what came of further steps.
+    /// Appends the results of further steps.
     void add(TransferOutcome more);
 };
 
-/// One finished transfer of the user's, to be shown and taken back: a move by moving back, a copy by putting it into the
-/// Trash, each only if the entry is still the one that arrived.
+/// A finished transfer, for display and undo. Undo moves entries back, or trashes copies, if they are still the ones
+/// that arrived.
 struct TransferRecord {
     QUuid id;
     TransferKind kind = TransferKind::Copy;
@@ -59,8 +59,7 @@ struct TransferRecord {
     bool operator==(const TransferRecord &) const = default;
 };
 
-/// „3 Elemente nach „Dokumente“ kopiert“, for a list of what can be taken back. Of a move, an entry whose original had to stay
-/// counts as copied.
+/// „3 Elemente nach „Dokumente“ kopiert“, for the undo list. A moved entry whose original was kept counts as copied.
 QString titleOf(const TransferRecord &record);
 
 } // namespace brellin

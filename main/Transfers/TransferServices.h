@@ -9,14 +9,15 @@
 
 namespace brellin {
 
-/// What transfers need from outside. Everything outlives the queue and its workers.
+/// Ports of transfers; all must outlive the queue and its workers.
 struct TransferServices {
     FileActions &files;
     Trash &trash;
     const Volumes &volumes;
     MountWorkers &workers;
-    Location logs; ///< the folder of the logs of living transfers, made when it is needed
-    /// Whether an entry may be made or taken away at this place: not in the system's own. Called on workers; empty: everywhere.
+    Location logs; ///< folder of the transfers' logs, created when needed
+    /// Whether an entry may be created or removed at this path, i.e. not in a system location. Called on workers; empty
+    /// allows all.
     std::function<bool(const Location &entry)> mayChange;
 };
 

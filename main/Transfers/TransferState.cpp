@@ -46,7 +46,7 @@ void TransferState::advance(const QString &name, std::int64_t bytes, std::int64_
 
 void TransferState::waitWhilePaused()
 {
-    constexpr std::chrono::milliseconds rhythm{50}; // nobody wakes it who cancels the control alone
+    constexpr std::chrono::milliseconds rhythm{50}; // poll, since cancelling through the control does not notify
     std::unique_lock lock(m_mutex);
     while (m_progress.paused && !m_control.cancelled())
         m_changed.wait_for(lock, rhythm);

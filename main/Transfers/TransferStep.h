@@ -11,23 +11,23 @@ namespace brellin {
 
 enum class TransferKind { Copy, Move };
 
-/// One planned operation.
+/// A planned operation on one entry.
 struct TransferStep {
-    Location src;         ///< the entry to transfer, a link itself
-    Location dst;         ///< its final place
-    bool replace = false; ///< what exists at `dst` goes into the Trash first
+    Location src;         ///< the entry; a link itself, not its target
+    Location dst;         ///< final path
+    bool replace = false; ///< trash an existing entry at `dst`
 
-    /// Set where the user allowed that the entry at `dst`, for which there is no Trash, is removed for good when it is
-    /// replaced: as it was when they were asked.
+    /// Set if the entry at `dst` cannot be trashed and the user allowed deleting it permanently: its content when they
+    /// were asked.
     std::shared_ptr<const SeenTree> removedForGood;
 
     bool operator==(const TransferStep &) const = default;
 };
 
-/// What an entry holds, with everything in it.
+/// Size of an entry with its content.
 struct TransferSize {
     std::int64_t bytes = 0;
-    std::int64_t files = 0; ///< files and links, no folders
+    std::int64_t files = 0; ///< files and links, not folders
 
     bool operator==(const TransferSize &) const = default;
     TransferSize &operator+=(const TransferSize &other)

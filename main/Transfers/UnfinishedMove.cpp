@@ -14,7 +14,7 @@ namespace brellin {
 
 namespace {
 
-/// Counts what of a source stands in its copy.
+/// Compares a source with its copy.
 class Comparison {
 public:
     explicit Comparison(UnfinishedMove move) : m_move(std::move(move)) {}
@@ -33,7 +33,7 @@ public:
                 count(m_move.copy / entry.location().lexically_relative(m_move.source), entry.attributes);
             return WalkStep::Continue;
         };
-        // What cannot be read stays in any case.
+        // Unreadable entries are kept in any case.
         (void)walk(m_move.source, options, compare, control);
         return std::move(m_move);
     }
@@ -55,18 +55,18 @@ private:
     UnfinishedMove m_move;
 };
 
-/// A source of which only empty folders are left is finished, too.
+/// Also a source that contains only empty folders.
 bool canBeFinished(const UnfinishedMove &move)
 {
     return entryExists(move.copy) && (move.entries > 0 || move.differing == 0);
 }
 
-/// Under the log's lock.
+/// Notes that the removal is settled; hold the log's lock.
 void settle(const Location &log, LoggedWork removal)
 {
     removal.kind = LoggedWork::Kind::Settled;
     const QByteArray line = removal.line();
-    // What follows a torn line would be read as part of it.
+    // Remove an incomplete last line first, which would merge with the new one.
     const Result<QByteArray> text = readLog(log);
     if (!text || ::truncate(log.c_str(), text->lastIndexOf('\n') + 1) != 0)
         return;
@@ -90,11 +90,11 @@ struct NotedRemoval {
 
 struct NotedRemovals {
     std::vector<NotedRemoval> all;
-    bool complete = true; ///< every log can be read
+    bool complete = true; ///< all logs could be read
 };
 
-/// The logs are locked only while they are read: who finds them locked takes their transfers for living. Nothing is asked of
-/// a volume meanwhile.
+/// Reads all removals. Holds each log's lock only while reading, since a locked log counts as running, and accesses no
+/// volume meanwhile.
 NotedRemovals notedRemovals(const Location &logs)
 {
     NotedRemovals noted;
@@ -106,7 +106,8 @@ NotedRemovals notedRemovals(const Location &logs)
     return noted;
 }
 
-/// Whether `copy` is to `to` what `source` is to `from`: the same, the same part, or the same folder around both.
+/// Whether `copy` relates to `to` as `source` relates to `from`: both are the same, or below, or above by the same
+/// relative path.
 bool isSamePart(const Location &source, const Location &from, const Location &copy, const Location &to)
 {
     if (isAtOrBelow(source, from))
@@ -115,7 +116,7 @@ bool isSamePart(const Location &source, const Location &from, const Location &co
            from.lexically_relative(source) == to.lexically_relative(copy);
 }
 
-/// Whether `copy` holds an entry that `source` does not.
+/// Whether `copy` contains an entry that `source` lacks.
 bool holdsMore(const Location &copy, const Location &source, const JobControl &control)
 {
     const Result<FileAttributes> attributes = readAttributes(copy);
@@ -189,7 +190,7 @@ bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Loca
         const LoggedWork &removal = one.removal;
         if (!isSamePart(source, removal.from, copy, removal.to) || isAway(removal))
             return false;
-        // Of a folder around the two, only what was moved counts.
+        // For a folder above both, compare only what was moved.
         return isAtOrBelow(source, removal.from) ? holdsMore(copy, source, control)
                                                  : holdsMore(removal.to, removal.from, control);
     });

@@ -10,7 +10,7 @@ Location uniqueURL(const std::string &name, const Location &folder, const std::s
         return free;
     const std::size_t limit = nameLimit(folder);
     Location candidate = free;
-    // As `unique` does: where nobody can tell, the transfer itself has to fail; counting on would never end.
+    // Stop at a name that cannot be read, like `unique`: the transfer then fails by itself.
     for (int number = 2; taken.contains(candidate) || readAttributes(candidate); ++number)
         candidate = folder / numberedName(name, number, limit);
     return candidate;

@@ -4,16 +4,16 @@
 
 namespace brellin {
 
-/// Why an entry of the destination is not replaced.
+/// Why an existing entry at the destination must not be replaced.
 enum class WhyItStays {
-    IsSource,         ///< the same file or folder as a source of the transfer, whatever path leads there
-    HoldsSource,      ///< a folder around one
-    LiesInSource,     ///< something in one
-    HoldsDestination, ///< the folder that everything goes to, or one around it
-    InDoubt,          ///< it, or a source, could not be looked at
-    OnlyCopy,         ///< the complete copy of a move that was cut short
-    LogUnread,        ///< perhaps that: the log of a transfer cannot be read
-    NotSeen,          ///< there is no Trash for it, and not all of it can be looked at
+    IsSource,         ///< it is a source of the transfer, by whatever path
+    HoldsSource,      ///< it contains a source
+    LiesInSource,     ///< it is inside a source
+    HoldsDestination, ///< it is the destination folder or contains it
+    InDoubt,          ///< it or a source could not be examined
+    OnlyCopy,         ///< it is the only complete copy of an interrupted move
+    LogUnread,        ///< it may be that, but a log cannot be read
+    NotSeen,          ///< it cannot be trashed, and not all of it can be read
 };
 
 /// „Ersetzen geht hier nicht: …“
