@@ -5,7 +5,6 @@
 #include "Agent/AgentKinds.h"
 #include "Agent/Rules/ExampleRules.h"
 #include "Base/AbandonablePool.h"
-#include "Guard/GuardKeys.h"
 #include "Runs/Recovery.h"
 #include "Runs/RunKeys.h"
 #include "System/PlainSetting.h"
@@ -32,24 +31,11 @@ constexpr int mostThreads = 3;
 constexpr int defaultIntervalHours = 24;
 constexpr int longestIntervalHours = 24 * 366;
 
-/// Changes a stored list that is also published. A missing list starts as `fallback`; fails without a change if the
-/// list is damaged.
-template <class T>
-Result<std::vector<T>> updated(UserDefaults &defaults, const QString &key, const std::vector<T> &fallback,
-                               const std::function<std::vector<T>(std::vector<T>)> &change)
-{
-    std::vector<T> changed;
-    TRY(updateList<T>(defaults, key, [&](std::optional<std::vector<T>> stored) {
-        changed = change(stored ? *std::move(stored) : fallback);
-        return std::optional(changed);
-    }));
-    return changed;
-}
-
 } // namespace
 
 CleanupAgent::CleanupAgent(const AgentServices &services, Loading loading)
-    : m_services(services)
+    : m_lists(services.defaults, services.folders)
+    , m_services(services)
     , m_schedule([this] { tick(); })
     , m_threads(abandonablePool(patienceAtTheEnd))
 {
@@ -150,38 +136,9 @@ void CleanupAgent::publishHistory(RunHistory::Shown shown)
     publish(damaged, std::move(all));
 }
 
-Result<void> CleanupAgent::updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change)
-{
-    ++m_changes;
-    publish(rules, TRY(updated(m_services.defaults, AgentKeys::rules, exampleRules(m_services.folders), change)));
-    return {};
-}
-
-Result<void>
-CleanupAgent::updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change)
-{
-    ++m_changes;
-    publish(profiles, TRY(updated(m_services.defaults, GuardKeys::profiles, std::vector<FolderProfile>(), change)));
-    return {};
-}
-
-Result<void> CleanupAgent::addExampleRules()
-{
-    return updateRules(
-        [this](std::vector<CleanupRule> old) { return withMissingExampleRules(std::move(old), m_services.folders); });
-}
-
-Result<void> CleanupAgent::setDuplicateFolders(const std::vector<Location> &folders)
-{
-    ++m_changes;
-    TRY(storeList(m_services.defaults, AgentKeys::duplicateFolders, folders));
-    publish(duplicateFolders, folders);
-    return {};
-}
-
 Result<void> CleanupAgent::setPlain(const QString &key, const QVariant &value)
 {
-    ++m_changes;
+    ++m_settingsChanges;
     Result<void> stored = m_services.defaults.setValue(key, value);
     if (!stored)
         publish(status, QStringLiteral("Die Einstellung ließ sich nicht speichern: ") + stored.error().message);
@@ -245,7 +202,7 @@ Result<void> CleanupAgent::noteChecked()
     const auto now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
     publish(lastRun, std::optional(Instant(now)));
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(now.time_since_epoch().count(), Qt::UTC);
-    ++m_changes;
+    ++m_settingsChanges;
     const Result<void> stored = m_services.defaults.setValue(lastRunKey, time);
     m_checked = stored ? std::nullopt : lastRun.get();
     if (!stored)

@@ -1,19 +1,16 @@
 #pragma once
 
-#include "Agent/AgentLists.h"
 #include "Agent/AgentServices.h"
 #include "Agent/Analysis/FolderAnalysis.h"
 #include "Agent/Duplicates/FollowedKept.h"
 #include "Agent/ProposalGroups.h"
 #include "Agent/ProposalMemory.h"
 #include "Agent/ReviewReport.h"
-#include "Agent/Rules/CleanupRule.h"
-#include "Agent/Rules/RuleList.h"
 #include "Agent/Scan.h"
 #include "Agent/Schedule.h"
+#include "Agent/UserLists.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
-#include "Guard/FolderProfile.h"
 #include "Runs/AgentProposal.h"
 #include "Runs/Execution.h"
 #include "Runs/JournalRun.h"
@@ -33,10 +30,12 @@ struct StoredKind;
 /// Lives on the main thread. One operation at a time: while `running`, starting another one is ignored. Every operation
 /// ends by calling the `whenFinished` callback. The agent's timer starts with start().
 class CleanupAgent : public Model<CleanupAgent> {
+    UserLists m_lists; ///< first, since public properties are its own
+
 public:
-    Published<std::vector<CleanupRule>> rules;
-    Published<std::vector<Location>> duplicateFolders;
-    Published<std::vector<FolderProfile>> profiles;
+    brellin::Published<std::vector<CleanupRule>> &rules = m_lists.rules;
+    brellin::Published<std::vector<Location>> &duplicateFolders = m_lists.duplicateFolders;
+    brellin::Published<std::vector<FolderProfile>> &profiles = m_lists.profiles;
     Published<std::optional<FolderProfile>> pendingProfile; ///< awaits the user's confirmation
     Published<int> intervalHours;                           ///< 0: manual scans only
     Published<bool> autoDuplicates;
@@ -56,8 +55,9 @@ public:
     Published<std::map<QUuid, RunHistory::Aftermath>> aftermath; ///< what remains to be reported about undone runs
     Published<std::map<QUuid, QString>> notUndone;               ///< why the last undo of these runs failed
     Published<std::set<QUuid>> interruptedRuns;                  ///< interrupted runs that were recovered
-    Published<std::vector<NeverProposed>> never;                 ///< findings that must not be proposed again
-    Published<std::vector<StoredCondition>> damaged;             ///< stored lists that cannot be read completely
+    /// Findings that must not be proposed again.
+    brellin::Published<std::vector<NeverProposed>> &never = m_lists.never;
+    Published<std::vector<StoredCondition>> damaged; ///< stored lists that cannot be read completely
 
     /// When to read the stored lists: in the constructor, or on a worker by start(), since long lists would delay the
     /// window.
@@ -148,23 +148,21 @@ public:
     /// Resets a damaged list to its default. The damaged one is kept aside.
     Result<void> beginListAnew(const QString &list);
 
-    /// Replaces the stored rules or profiles with the result of `change`.
-    Result<void> updateRules(const std::function<std::vector<CleanupRule>(std::vector<CleanupRule>)> &change);
-    Result<void> updateProfiles(const std::function<std::vector<FolderProfile>(std::vector<FolderProfile>)> &change);
-    Result<void> addExampleRules();
-    /// Replaces the rule with this id, or appends a new one.
-    Result<void> saveRule(const CleanupRule &rule);
-    /// Moves a rule to an index of the list; an index beyond the end moves it to the end.
-    Result<void> moveRule(const QUuid &rule, std::size_t place);
-    /// Inserts a copy behind a rule, switched off, and returns its id.
-    Result<QUuid> duplicateRule(const QUuid &rule);
-    /// Removes a rule and returns what `restoreRule` needs.
-    Result<RemovedRule> removeRule(const QUuid &rule);
-    Result<void> restoreRule(const RemovedRule &removed);
-    /// Replaces the profile with this id or root, or appends a new one.
-    Result<void> saveProfile(const FolderProfile &profile);
-    Result<void> removeProfile(const QUuid &profile);
-    Result<void> setDuplicateFolders(const std::vector<Location> &folders);
+    /// Changes of the user's lists, see UserLists.
+    Result<void> updateRules(const UserLists::ChangeRules &change) { return m_lists.updateRules(change); }
+    Result<void> updateProfiles(const UserLists::ChangeProfiles &change) { return m_lists.updateProfiles(change); }
+    Result<void> addExampleRules() { return m_lists.addExampleRules(); }
+    Result<void> saveRule(const CleanupRule &rule) { return m_lists.saveRule(rule); }
+    Result<void> moveRule(const QUuid &rule, std::size_t place) { return m_lists.moveRule(rule, place); }
+    Result<QUuid> duplicateRule(const QUuid &rule) { return m_lists.duplicateRule(rule); }
+    Result<RemovedRule> removeRule(const QUuid &rule) { return m_lists.removeRule(rule); }
+    Result<void> restoreRule(const RemovedRule &removed) { return m_lists.restoreRule(removed); }
+    Result<void> saveProfile(const FolderProfile &profile) { return m_lists.saveProfile(profile); }
+    Result<void> removeProfile(const QUuid &profile) { return m_lists.removeProfile(profile); }
+    Result<void> setDuplicateFolders(const std::vector<Location> &folders)
+    {
+        return m_lists.setDuplicateFolders(folders);
+    }
     /// If the value cannot be stored it does not change, and the status says so too.
     Result<void> setIntervalHours(int hours);
     Result<void> setAutoDuplicates(bool on);
@@ -201,8 +199,10 @@ private:
     static void upgradeStored(const AgentServices &services);
     static std::vector<QUuid> recoverStored(const AgentServices &services);
     void takeStored(Stored stored);
-    void takeIfNew(Stored stored, const std::set<QString> &lists, int changes);
+    void takeIfNew(Stored stored, const std::set<QString> &lists, int before);
     void loadPlain();
+    /// Counts changes to stored data made by this object: what was read before one of them may be out of date.
+    int changes() const { return m_lists.changes() + m_settingsChanges; }
     void takeLists(AgentLists lists);
     void readAfresh(std::function<void()> then);
     Result<void> settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how);
@@ -258,7 +258,7 @@ private:
     bool m_cancelled = false;         ///< whether the user cancelled the current operation
     bool m_duplicatesOnly = false;    ///< the last scan searched for duplicates only
     std::optional<Instant> m_checked; ///< time of the last check, if it could not be stored
-    int m_changes = 0;                ///< counts changes to stored data made by this object
+    int m_settingsChanges = 0;        ///< counts changes to plain settings made by this object
     std::set<QString> m_toRead;       ///< requested while an operation was running
     Schedule m_schedule;
     const std::shared_ptr<QThreadPool> m_threads;

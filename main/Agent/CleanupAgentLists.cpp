@@ -11,8 +11,6 @@ namespace brellin {
 
 namespace {
 
-const QString ruleGone = QStringLiteral("Diese Regel gibt es nicht mehr.");
-
 void setTick(std::set<QUuid> &chosen, const QUuid &id, CleanupAgent::Tick tick)
 {
     if (tick == CleanupAgent::Tick::On)
@@ -92,79 +90,6 @@ Result<void> CleanupAgent::turnRound(const QUuid &proposal)
     publish(failures, std::move(texts));
     publishList(std::move(list), std::move(ticked));
     return {};
-}
-
-Result<void> CleanupAgent::saveRule(const CleanupRule &rule)
-{
-    return updateRules([&](std::vector<CleanupRule> all) { return withRule(std::move(all), rule); });
-}
-
-Result<void> CleanupAgent::moveRule(const QUuid &rule, std::size_t place)
-{
-    return updateRules([&](std::vector<CleanupRule> all) { return withRuleMoved(std::move(all), rule, place); });
-}
-
-Result<QUuid> CleanupAgent::duplicateRule(const QUuid &rule)
-{
-    std::optional<QUuid> copied;
-    TRY(updateRules([&](std::vector<CleanupRule> all) {
-        const auto found = std::ranges::find(all, rule, &CleanupRule::id);
-        if (found == all.end())
-            return all;
-        CleanupRule copy = copyOf(*found);
-        copied = copy.id;
-        all.insert(std::next(found), std::move(copy));
-        return all;
-    }));
-    if (!copied)
-        return failure(ruleGone);
-    return *copied;
-}
-
-Result<RemovedRule> CleanupAgent::removeRule(const QUuid &rule)
-{
-    std::optional<RemovedRule> removed;
-    TRY(updateRules([&](std::vector<CleanupRule> all) {
-        const auto found = std::ranges::find(all, rule, &CleanupRule::id);
-        if (found == all.end())
-            return all;
-        removed = RemovedRule{*found, static_cast<std::size_t>(found - all.begin())};
-        all.erase(found);
-        return all;
-    }));
-    if (!removed)
-        return failure(ruleGone);
-    return *std::move(removed);
-}
-
-Result<void> CleanupAgent::restoreRule(const RemovedRule &removed)
-{
-    return updateRules([&](std::vector<CleanupRule> all) { return withRuleRestored(std::move(all), removed); });
-}
-
-Result<void> CleanupAgent::saveProfile(const FolderProfile &profile)
-{
-    return updateProfiles([&](std::vector<FolderProfile> all) {
-        const auto isSame = [&](const FolderProfile &one) {
-            return one.id == profile.id || one.root() == profile.root();
-        };
-        const auto old = std::ranges::find_if(all, isSame);
-        if (old == all.end()) {
-            all.push_back(profile);
-            return all;
-        }
-        *old = profile;
-        all.erase(std::remove_if(std::next(old), all.end(), isSame), all.end());
-        return all;
-    });
-}
-
-Result<void> CleanupAgent::removeProfile(const QUuid &profile)
-{
-    return updateProfiles([&](std::vector<FolderProfile> all) {
-        std::erase_if(all, [&](const FolderProfile &one) { return one.id == profile; });
-        return all;
-    });
 }
 
 } // namespace brellin

@@ -13,14 +13,12 @@ namespace brellin {
 
 void CleanupAgent::takeLists(AgentLists lists)
 {
-    publish(rules, std::move(lists.rules));
-    publish(profiles, std::move(lists.profiles));
-    publish(duplicateFolders, std::move(lists.duplicateFolders));
-    publish(never, std::move(lists.never));
+    std::vector<StoredCondition> all = std::move(lists.damaged);
+    m_lists.take(std::move(lists));
     // Keep the condition of the history, which is not read along with the lists.
-    std::ranges::copy_if(damaged.get(), std::back_inserter(lists.damaged),
+    std::ranges::copy_if(damaged.get(), std::back_inserter(all),
                          [](const StoredCondition &one) { return one.list == RunKeys::history; });
-    publish(damaged, std::move(lists.damaged));
+    publish(damaged, std::move(all));
 }
 
 /// Calls `then` once the lists are read, within a running operation; ends it with a failure if the agent must not act.
@@ -28,8 +26,8 @@ void CleanupAgent::readAfresh(std::function<void()> then)
 {
     m_reading.start(
         m_pool, [services = m_services](JobControl &) { return AgentLists::read(services.defaults, services.folders); },
-        [this, next = std::move(then), changes = m_changes](AgentLists lists) {
-            if (changes != m_changes) // the user has changed something meanwhile: read again
+        [this, next = std::move(then), before = changes()](AgentLists lists) {
+            if (before != changes()) // the user has changed something meanwhile: read again
                 return readAfresh(next);
             takeLists(std::move(lists));
             loadPlain();
@@ -59,20 +57,20 @@ void CleanupAgent::takeStored(Stored stored)
     publish(interruptedRuns, std::set<QUuid>(stored.interrupted.begin(), stored.interrupted.end()));
 }
 
-/// Publishes what was read since `changes`, unless it is out of date: an operation was started, or something was
-/// changed here.
-void CleanupAgent::takeIfNew(Stored stored, const std::set<QString> &lists, int changes)
+/// Publishes what was read when there had been `before` changes, unless it is out of date: an operation was started, or
+/// something was changed here.
+void CleanupAgent::takeIfNew(Stored stored, const std::set<QString> &lists, int before)
 {
-    if (running.get() || changes != m_changes)
+    if (running.get() || before != changes())
         return reload(lists);
     takeStored(std::move(stored));
     if (m_failure && m_failure->is(std::errc::illegal_byte_sequence) && damaged.get().empty()) {
         m_failure.reset(); // the damage was repaired
         publish(status, QString());
     }
-    const int before = intervalHours.get();
+    const int hours = intervalHours.get();
     loadPlain();
-    if (intervalHours.get() != before)
+    if (intervalHours.get() != hours)
         m_schedule.arm(intervalHours.get());
     reload({}); // read what was requested meanwhile
 }
@@ -85,7 +83,7 @@ void CleanupAgent::reload(const std::set<QString> &lists)
     const std::set<QString> asked = std::exchange(m_toRead, {});
     m_reloading.start(
         m_pool, [services = m_services, asked](JobControl &) { return readStored(services, asked); },
-        [this, asked, changes = m_changes](Stored stored) { takeIfNew(std::move(stored), asked, changes); }, {});
+        [this, asked, before = changes()](Stored stored) { takeIfNew(std::move(stored), asked, before); }, {});
 }
 
 void CleanupAgent::reloadDamaged()

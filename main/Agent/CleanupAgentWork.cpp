@@ -54,10 +54,10 @@ void CleanupAgent::start()
         return;
     m_recovering.start(
         m_pool, [services = m_services](JobControl &) { return takeOver(services); },
-        [this, changes = m_changes](Stored found) {
+        [this, before = changes()](Stored found) {
             publish(running, false);
             publish(status, QString());
-            takeIfNew(std::move(found), {RunKeys::history}, changes);
+            takeIfNew(std::move(found), {RunKeys::history}, before);
             schedule();
             if (!running.get() && m_finished)
                 m_finished();
@@ -329,21 +329,15 @@ void CleanupAgent::neverPropose(const std::set<QUuid> &ids)
     std::vector<AgentProposal> unwanted;
     std::ranges::copy_if(proposals.get(), std::back_inserter(unwanted),
                          [&](const AgentProposal &one) { return ids.contains(one.id); });
-    ++m_changes;
-    ProposalMemory memory(m_services.defaults);
-    if (const Result<void> stored = memory.addNever(unwanted); !stored)
+    if (const Result<void> stored = m_lists.neverPropose(unwanted); !stored)
         return publish(status, stored.error().message);
-    publish(never, memory.never());
     removeFromList(ids);
 }
 
 void CleanupAgent::proposeAgain(const NeverProposed &one)
 {
-    ++m_changes;
-    ProposalMemory memory(m_services.defaults);
-    if (const Result<void> stored = memory.removeNever(one); !stored)
-        return publish(status, stored.error().message);
-    publish(never, memory.never());
+    if (const Result<void> stored = m_lists.proposeAgain(one); !stored)
+        publish(status, stored.error().message);
 }
 
 void CleanupAgent::undo(const QUuid &run)
