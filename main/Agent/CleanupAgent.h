@@ -2,16 +2,13 @@
 
 #include "Agent/AgentServices.h"
 #include "Agent/Analysis/FolderAnalysis.h"
-#include "Agent/Duplicates/FollowedKept.h"
-#include "Agent/ProposalGroups.h"
-#include "Agent/ProposalMemory.h"
+#include "Agent/ListedProposals.h"
 #include "Agent/ReviewReport.h"
 #include "Agent/Scan.h"
 #include "Agent/Schedule.h"
 #include "Agent/UserLists.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
-#include "Runs/AgentProposal.h"
 #include "Runs/Execution.h"
 #include "Runs/JournalRun.h"
 #include "Runs/RunHistory.h"
@@ -30,7 +27,9 @@ struct StoredKind;
 /// Lives on the main thread. One operation at a time: while `running`, starting another one is ignored. Every operation
 /// ends by calling the `whenFinished` callback. The agent's timer starts with start().
 class CleanupAgent : public Model<CleanupAgent> {
-    UserLists m_lists; ///< first, since public properties are its own
+    // First, since they hold public properties.
+    UserLists m_lists;
+    ListedProposals m_listed;
 
 public:
     brellin::Published<std::vector<CleanupRule>> &rules = m_lists.rules;
@@ -39,9 +38,10 @@ public:
     Published<std::optional<FolderProfile>> pendingProfile; ///< awaits the user's confirmation
     Published<int> intervalHours;                           ///< 0: manual scans only
     Published<bool> autoDuplicates;
-    Published<std::vector<AgentProposal>> proposals;
-    Published<std::set<QUuid>> chosen;            ///< ids of the ticked proposals
-    Published<std::vector<ProposalGroup>> groups; ///< the proposals by kind, with counts and sizes
+    brellin::Published<std::vector<AgentProposal>> &proposals = m_listed.proposals;
+    brellin::Published<std::set<QUuid>> &chosen = m_listed.chosen; ///< ids of the ticked proposals
+    /// The proposals by kind, with counts and sizes.
+    brellin::Published<std::vector<ProposalGroup>> &groups = m_listed.groups;
     Published<bool> leftNothing;                ///< a scan, analysis or run since the start has left nothing to propose
     Published<std::vector<JournalRun>> history; ///< newest first
     Published<std::vector<DroppedRun>> droppedRuns; ///< gone from the history early, newest first
@@ -49,9 +49,10 @@ public:
     Published<QString> status; ///< the current step, or the result of the last operation
     Published<int> newSinceViewed;
     Published<std::optional<Instant>> lastRun;
-    Published<double> progress;                                  ///< 0 … 1 while running
-    Published<QString> detail;                                   ///< the current folder or file
-    Published<std::map<QUuid, QString>> failures;                ///< why proposals could not be executed
+    Published<double> progress; ///< 0 … 1 while running
+    Published<QString> detail;  ///< the current folder or file
+    /// Why proposals could not be executed.
+    brellin::Published<std::map<QUuid, QString>> &failures = m_listed.failures;
     Published<std::map<QUuid, RunHistory::Aftermath>> aftermath; ///< what remains to be reported about undone runs
     Published<std::map<QUuid, QString>> notUndone;               ///< why the last undo of these runs failed
     Published<std::set<QUuid>> interruptedRuns;                  ///< interrupted runs that were recovered
@@ -80,7 +81,7 @@ public:
     /// What a scan may do: execute automatic proposals and record the time of the scan, or only propose. DuplicatesOnly
     /// is the purpose of `searchDuplicates`.
     enum class ScanPurpose { ActAndPropose, ProposeOnly, DuplicatesOnly };
-    enum class Tick { Off, On };
+    using Tick = ListedProposals::Tick;
     enum class Search { Rules, RulesAndDuplicates };
     void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose);
     /// Proposes the duplicates in these folders only.
@@ -97,11 +98,10 @@ public:
     void executeChosen();
     /// Removes proposals from the list; their files stay as they are.
     void discard(const std::set<QUuid> &ids);
-    void choose(const std::set<QUuid> &ids);
-    /// Ticks or unticks one proposal.
-    void setChosen(const QUuid &proposal, Tick tick);
-    /// Ticks or unticks all proposals of a kind.
-    void setGroupChosen(AgentProposal::Kind kind, Tick tick);
+    /// Ticks of the list, see ListedProposals.
+    void choose(const std::set<QUuid> &ids) { m_listed.choose(ids); }
+    void setChosen(const QUuid &proposal, Tick tick) { m_listed.setChosen(proposal, tick); }
+    void setGroupChosen(AgentProposal::Kind kind, Tick tick) { m_listed.setGroupChosen(kind, tick); }
     /// Swaps a pair of duplicates: keeps the file that was to go, and trashes the other. On failure the status gives
     /// the reason too.
     Result<void> keepInstead(const QUuid &proposal);
@@ -223,14 +223,10 @@ private:
     void finishScan(ScanEnd scan);
     void endCancelledScan(const ScanEnd &scan);
     void noteListed(ScanPurpose purpose);
-    void follow(const ChangedProposals &followed);
     void startAnalysis();
     AnalysisRequest analysisRequest(const Location &folder) const;
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
-    void publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked);
-    Result<void> turnRound(const QUuid &proposal);
-    void removeFromList(const std::set<QUuid> &ids);
     void dropProtected();
     void startExecution(const std::set<QUuid> &ticked);
     void executed(Worked<ExecutionOutcome> worked);

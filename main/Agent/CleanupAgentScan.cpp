@@ -7,32 +7,6 @@
 /// How the agent scans, and what happens to the findings.
 namespace brellin {
 
-namespace {
-
-/// Carries ticks over from the previous list to equal proposals. One that needs review now, but did not before, starts
-/// unticked.
-std::set<QUuid> tickedOf(const std::vector<AgentProposal> &list, const std::vector<AgentProposal> &before,
-                         const std::set<QUuid> &chosenBefore)
-{
-    struct Earlier {
-        bool ticked = false;
-        bool neededReview = false;
-    };
-    std::map<QByteArray, Earlier> earlier;
-    for (const AgentProposal &proposal : before)
-        earlier.emplace(sameness(proposal), Earlier{chosenBefore.contains(proposal.id), proposal.needsReview});
-    std::set<QUuid> ticked;
-    for (const AgentProposal &proposal : list) {
-        const auto known = earlier.find(sameness(proposal));
-        const bool holds = known != earlier.end() && (!proposal.needsReview || known->second.neededReview);
-        if (holds ? known->second.ticked : proposal.preselected)
-            ticked.insert(proposal.id);
-    }
-    return ticked;
-}
-
-} // namespace
-
 void CleanupAgent::scan(Search search, ScanPurpose purpose)
 {
     beginScan(search, purpose, Cause::User);
@@ -156,7 +130,7 @@ void CleanupAgent::finishScan(ScanEnd scan)
     const std::size_t byItself = automatic ? automatic->done.size() : 0;
     noteListed(ScanPurpose::ActAndPropose);
     showProposals(std::move(scan.left));
-    publish(failures, std::move(texts));
+    m_listed.noteFailures(std::move(texts));
     setNewSinceViewed(newSinceViewed.get() + scan.added + static_cast<int>(byItself));
     const Result<void> noted = noteChecked();
     publish(leftNothing, proposals.get().empty());
@@ -181,8 +155,8 @@ void CleanupAgent::endCancelledScan(const ScanEnd &scan)
         if (done.contains(sameness(proposal)))
             listed.insert(proposal.id);
     }
-    removeFromList(listed);
-    follow(scan.followed);
+    m_listed.remove(listed);
+    m_listed.follow(scan.followed);
     m_failure = Failure::cancelled();
     QString text = m_failure->message;
     if (!done.empty())
@@ -196,38 +170,6 @@ void CleanupAgent::noteListed(ScanPurpose purpose)
     m_analysis.reset();
     m_listedFolder.reset();
     m_duplicatesOnly = purpose == ScanPurpose::DuplicatesOnly;
-}
-
-/// Updates kept files in the remaining proposals to their new locations.
-void CleanupAgent::follow(const ChangedProposals &followed)
-{
-    if (followed.empty())
-        return;
-    std::vector<AgentProposal> left = withChanges(proposals.get(), followed);
-    std::set<QUuid> ticked;
-    for (const AgentProposal &one : left) {
-        if (chosen.get().contains(one.id))
-            ticked.insert(one.id);
-    }
-    publishList(std::move(left), std::move(ticked));
-}
-
-void CleanupAgent::showProposals(std::vector<AgentProposal> list)
-{
-    std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
-    publish(failures, std::map<QUuid, QString>());
-    publishList(std::move(list), std::move(ticked));
-    // The profiles may have changed since the search began.
-    dropProtected();
-}
-
-/// Publishes the list together with its ticks and groups.
-void CleanupAgent::publishList(std::vector<AgentProposal> list, std::set<QUuid> ticked)
-{
-    std::vector<ProposalGroup> changed = groupsOf(list, ticked);
-    publish(proposals, std::move(list));
-    publish(chosen, std::move(ticked));
-    publish(groups, std::move(changed));
 }
 
 } // namespace brellin

@@ -245,7 +245,7 @@ void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
 {
     m_execution.reset();
-    removeFromList(worked.unwanted);
+    m_listed.remove(worked.unwanted);
     Result<ExecutionOutcome> &result = worked.outcome;
     if (!result)
         return fail(result.error());
@@ -256,9 +256,9 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
         texts.emplace(failed.proposal, failed.why.message);
     }
     choose(ticked);
-    publish(failures, std::move(texts));
-    removeFromList(std::set<QUuid>(result->done.begin(), result->done.end()));
-    follow(worked.followed);
+    m_listed.noteFailures(std::move(texts));
+    m_listed.remove(std::set<QUuid>(result->done.begin(), result->done.end()));
+    m_listed.follow(worked.followed);
     publishHistory(std::move(worked.history));
     QString text = counting(result->done.size()) + QStringLiteral(" erledigt");
     if (result->failures.empty())
@@ -285,61 +285,6 @@ QString CleanupAgent::noteNotStored(const ExecutionOutcome &outcome)
         .arg(outcome.notStored->message);
 }
 
-void CleanupAgent::removeFromList(const std::set<QUuid> &ids)
-{
-    std::vector<AgentProposal> left = proposals.get();
-    std::erase_if(left, [&](const AgentProposal &one) { return ids.contains(one.id); });
-    std::set<QUuid> ticked = chosen.get();
-    std::erase_if(ticked, [&](const QUuid &id) { return ids.contains(id); });
-    publishList(std::move(left), std::move(ticked));
-}
-
-void CleanupAgent::discard(const std::set<QUuid> &ids)
-{
-    if (!running.get())
-        removeFromList(ids);
-}
-
-void CleanupAgent::leaveOut(const std::set<QUuid> &ids)
-{
-    if (running.get() || ids.empty())
-        return;
-    for (const AgentProposal &proposal : proposals.get())
-        m_findings.duplicates -= ids.contains(proposal.id) && proposal.keptCopy ? 1 : 0;
-    removeFromList(ids);
-    const auto left = static_cast<std::int64_t>(proposals.get().size());
-    if (m_analysis)
-        m_analysis->proposals = proposals.get();
-    publish(status, m_analysis         ? m_analysis->summary()
-                    : m_duplicatesOnly ? m_findings.duplicatesSummary()
-                                       : m_findings.summary(left, 0));
-}
-
-void CleanupAgent::choose(const std::set<QUuid> &ids)
-{
-    std::vector<ProposalGroup> changed = groupsOf(proposals.get(), ids);
-    publish(chosen, ids);
-    publish(groups, std::move(changed));
-}
-
-void CleanupAgent::neverPropose(const std::set<QUuid> &ids)
-{
-    if (running.get())
-        return;
-    std::vector<AgentProposal> unwanted;
-    std::ranges::copy_if(proposals.get(), std::back_inserter(unwanted),
-                         [&](const AgentProposal &one) { return ids.contains(one.id); });
-    if (const Result<void> stored = m_lists.neverPropose(unwanted); !stored)
-        return publish(status, stored.error().message);
-    removeFromList(ids);
-}
-
-void CleanupAgent::proposeAgain(const NeverProposed &one)
-{
-    if (const Result<void> stored = m_lists.proposeAgain(one); !stored)
-        publish(status, stored.error().message);
-}
-
 void CleanupAgent::undo(const QUuid &run)
 {
     const auto found = std::ranges::find(history.get(), run, &JournalRun::id);
@@ -364,7 +309,7 @@ void CleanupAgent::undo(const QUuid &run)
 void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
 {
     m_undo.reset();
-    follow(worked.followed);
+    m_listed.follow(worked.followed);
     publishHistory(std::move(worked.history));
     Result<UndoOutcome> &result = worked.outcome;
     if (!result || result->cancelled) {
