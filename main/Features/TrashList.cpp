@@ -134,7 +134,7 @@ void TrashList::putBack(const std::vector<Location> &places, QObject *receiver,
                         std::function<void(const TrashReturn &)> finished)
 {
     if (m_returning.running()) {
-        finished({{}, {QStringLiteral("Es wird gerade schon etwas zurückgelegt.")}, false});
+        finished({{}, {{{}, {QStringLiteral("Es wird gerade schon etwas zurückgelegt."), {}}}}, false});
         return;
     }
     std::vector<TrashedEntry> entries;

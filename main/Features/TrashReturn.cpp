@@ -64,9 +64,9 @@ Result<void> putOneBack(const TrashedEntry &entry, Trash &trash, FileActions &fi
     return failure(readable(done.error()));
 }
 
-QString nameOf(const TrashedEntry &entry)
+const Location &knownAs(const TrashedEntry &entry)
 {
-    return shownName(entry.original.empty() ? entry.place : entry.original);
+    return entry.original.empty() ? entry.place : entry.original;
 }
 
 } // namespace
@@ -84,11 +84,11 @@ TrashReturn putBack(std::vector<TrashedEntry> entries, Trash &trash, FileActions
             outcome.cancelled = true;
             break;
         }
-        control.setDetail(nameOf(entry));
+        control.setDetail(shownName(knownAs(entry)));
         if (const Result<void> done = putOneBack(entry, trash, files))
             outcome.returned.push_back(entry.original);
         else
-            outcome.failures += nameOf(entry) + QStringLiteral(": ") + done.error().message;
+            outcome.failures << EntryFailure{knownAs(entry), done.error()};
         control.advance();
     }
     return outcome;

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/JobControl.h"
-#include "Base/Location.h"
 #include "Disk/FileActions.h"
 #include "Disk/Trash.h"
 #include "Disk/TrashContents.h"
-
-#include <QStringList>
 
 #include <vector>
 
@@ -15,7 +13,7 @@ namespace brellin {
 /// The result of restoring entries from the Trash.
 struct TrashReturn {
     std::vector<Location> returned; ///< their locations outside the Trash
-    QStringList failures;           ///< „Brief.pdf: …“
+    EntryFailures failures;         ///< by their original locations
     bool cancelled = false;
 
     bool operator==(const TrashReturn &) const = default;

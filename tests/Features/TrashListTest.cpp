@@ -102,7 +102,7 @@ TEST_F(TrashListTest, putsBackWithMissingFoldersAndNeverReplaces)
     const TrashReturn outcome = putBack(places);
     // The folder was restored before the entry from inside it.
     EXPECT_EQ(outcome.returned, (std::vector<Location>{tree.path("a"), tree.path("c"), tree.path("a/tief/x")}));
-    EXPECT_EQ(outcome.failures, QStringList{u"b: Am alten Ort gibt es schon etwas mit diesem Namen."_qs});
+    EXPECT_EQ(linesOf(outcome.failures), QStringList{u"b: Am alten Ort gibt es schon etwas mit diesem Namen."_qs});
     EXPECT_EQ(tree.content("b"), "neu");
     EXPECT_EQ(tree.content("a/tief/x"), "eins");
     ASSERT_TRUE(waitUntil([&] { return list.items.get().size() == 1; }));

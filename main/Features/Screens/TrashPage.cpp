@@ -240,7 +240,7 @@ void TrashPage::Private::finished(const TrashReturn &outcome)
     if (outcome.cancelled)
         title += QStringLiteral(" Abgebrochen, der Rest blieb im Papierkorb.");
     constexpr qsizetype most = 6;
-    QStringList lines = outcome.failures.mid(0, most);
+    QStringList lines = linesOf(outcome.failures.mid(0, most));
     if (outcome.failures.size() > most)
         lines << QStringLiteral("… und %1 weitere").arg(outcome.failures.size() - most);
     reportTitle->setText(title);
