@@ -29,12 +29,13 @@ bool transferAndUndo(TransferKind kind, const std::vector<Location> &sources, co
         steps.push_back({source, folder / source.filename(), true, {}});
     TransferState state;
     const TransferOutcome outcome = TransferEngine(transfers).run(steps, kind, state);
-    say(outcome.errors + outcome.notes);
+    say(linesOf(outcome.errors) + outcome.notes);
     const TransferRecord record{QUuid::createUuid(), kind, folder, {}, outcome.done};
     JobControl control;
     const UndoneAction undone =
-        undoAction(actionOf(record), {services.files(), services.trash(), services.renameLogs(), services.transferLogs()}, control);
-    say(undone.failures);
+        undoAction(actionOf(record),
+                   {services.files(), services.trash(), services.renameLogs(), services.transferLogs()}, control);
+    say(linesOf(undone.failures));
     return outcome.errors.isEmpty() && undone.failures.isEmpty();
 }
 

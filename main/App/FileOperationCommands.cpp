@@ -51,7 +51,7 @@ void printPairs(CommandContext &context, const std::vector<UserAction::Entry> &e
 ExitCode report(CommandContext &context, const OperationOutcome &outcome)
 {
     printPairs(context, outcome.action.entries);
-    for (const QString &line : outcome.failures)
+    for (const QString &line : linesOf(outcome.failures))
         context.terminal.message(printable(line));
     if (outcome.cancelled)
         return ExitCode::Cancelled;
@@ -139,7 +139,7 @@ std::optional<QString> systemRefusal(const CommandContext &context, const std::v
 {
     for (const Location &entry : entries) {
         if (!context.services.mayChange(entry))
-            return failureLine(entry, {QStringLiteral("Orte des Systems werden nicht verändert."), {}});
+            return EntryFailure{entry, {operationTexts::systemRefusal(), {}}}.line();
     }
     return std::nullopt;
 }
@@ -148,7 +148,7 @@ std::optional<QString> missing(const std::vector<Location> &entries)
 {
     for (const Location &entry : entries) {
         if (const Result<FileAttributes> there = readAttributes(entry); !there)
-            return failureLine(entry, there.error());
+            return EntryFailure{entry, there.error()}.line();
     }
     return std::nullopt;
 }
@@ -234,7 +234,8 @@ ExitCode runZipCommand(CommandContext &context)
     OperationOutcome outcome;
     for (const Location &entry : entries)
         outcome.action.entries.push_back({entry, made->place, {}});
-    outcome.failures = made->notes;
+    for (const QString &note : made->notes)
+        outcome.failures << EntryFailure{{}, {note, {}}};
     return report(context, outcome);
 }
 

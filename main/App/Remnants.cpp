@@ -202,10 +202,10 @@ std::vector<UnreadLog> unreadLogs(Services &services)
     return unreadIn(searchOf(services, {}));
 }
 
-QStringList settleRemnants(Services &services, const std::vector<Location> &folders)
+EntryFailures settleRemnants(Services &services, const std::vector<Location> &folders)
 {
     const Search search = searchOf(services, folders);
-    QStringList failures =
+    EntryFailures failures =
         removeTransferLeftovers(unfinishedCopies(search), search.transferLogs, services.clock(), services.files());
     for (const UnfinishedMove &move : unfinishedMoves(search.transferLogs))
         failures << finishMove(move, services.files());

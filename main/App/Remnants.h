@@ -2,9 +2,8 @@
 
 #include "App/Services.h"
 #include "App/Terminal.h"
+#include "Base/EntryFailure.h"
 #include "System/LogReading.h"
-
-#include <QStringList>
 
 #include <vector>
 
@@ -44,8 +43,8 @@ std::vector<Remnant> findRemnants(Services &services, const std::vector<Location
 std::vector<UnreadLog> unreadLogs(Services &services);
 
 /// Resolves what can be resolved, as visiting a folder in the window does: removes incomplete copies, restores names,
-/// adds runs to the history. Returns one line per failure. Blocking.
-QStringList settleRemnants(Services &services, const std::vector<Location> &folders);
+/// adds runs to the history. Returns the failures. Blocking.
+EntryFailures settleRemnants(Services &services, const std::vector<Location> &folders);
 
 /// Prints a note if there are remnants. Waits two seconds at most, so that an unresponsive share does not delay the
 /// command.

@@ -68,7 +68,7 @@ void advise(CommandContext &context, const std::vector<Remnant> &remnants)
 /// Settles remnants; returns the failures and those that remain for other reasons, such as a running process.
 QStringList settled(Services &services, const std::vector<Location> &folders)
 {
-    QStringList failures = settleRemnants(services, folders);
+    QStringList failures = linesOf(settleRemnants(services, folders));
     for (const Remnant &one : findRemnants(services, folders)) {
         if (one.canBeSettled())
             failures << QStringLiteral("Nicht aufgeräumt: ") + printable(one.path, services.folders().home);

@@ -98,7 +98,7 @@ private:
             return ConflictAnswer{};
         }
         if (*m_word->choice == ConflictChoice::replace && question.stays) {
-            m_refused << question.name + QStringLiteral(": ") + sentenceOf(*question.stays);
+            refuse(question.name, sentenceOf(*question.stays));
             return ConflictAnswer{ConflictChoice::skip};
         }
         return ConflictAnswer{m_word->choice};
@@ -107,8 +107,7 @@ private:
     /// The command line never removes anything for good.
     std::optional<TransferAnswer> answerTo(const NoTrashQuestion &question)
     {
-        m_refused << question.name +
-                         QStringLiteral(": Am Ziel gibt es keinen Papierkorb; der vorhandene Eintrag bleibt.");
+        refuse(question.name, QStringLiteral("Am Ziel gibt es keinen Papierkorb; der vorhandene Eintrag bleibt."));
         return Confirmation::No;
     }
 
@@ -116,8 +115,14 @@ private:
     {
         if (canAsk())
             return std::nullopt;
-        m_refused << question.lines;
+        for (const QString &line : question.lines)
+            m_refused << EntryFailure{{}, {line, {}}};
         return ObstacleChoice::Cancel;
+    }
+
+    void refuse(const QString &name, const QString &why)
+    {
+        m_refused << EntryFailure{Location(name.toStdString()), {why, {}}};
     }
 
     void showProgress()
@@ -137,7 +142,7 @@ private:
     TransferQueue m_queue;
     TerminalAnswer m_asking;
     QEventLoop m_loop;
-    QStringList m_refused;
+    EntryFailures m_refused;
 };
 
 QJsonObject answerOf(const FinishedTransfer &finished)
@@ -151,14 +156,14 @@ QJsonObject answerOf(const FinishedTransfer &finished)
     return {{QStringLiteral("steps"), steps},
             {QStringLiteral("bytes"), static_cast<qint64>(outcome.transferred.bytes)},
             {QStringLiteral("files"), static_cast<qint64>(outcome.transferred.files)},
-            {QStringLiteral("failures"), QJsonArray::fromStringList(outcome.errors)},
+            {QStringLiteral("failures"), QJsonArray::fromStringList(linesOf(outcome.errors))},
             {QStringLiteral("cancelled"), outcome.cancelled}};
 }
 
 ExitCode report(const CommandContext &context, const FinishedTransfer &finished)
 {
     const TransferOutcome &outcome = finished.outcome;
-    for (const QString &line : outcome.errors + outcome.notes)
+    for (const QString &line : linesOf(outcome.errors) + outcome.notes)
         context.terminal.message(printable(line));
     if (context.json())
         context.terminal.printJson(answerOf(finished));

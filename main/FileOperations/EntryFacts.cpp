@@ -180,7 +180,7 @@ EntryFacts readEntryFacts(const std::vector<Location> &entries, const JobControl
         if (const Result<FileAttributes> attributes = readAttributes(entry))
             read.push_back({entry, *attributes});
         else
-            facts.failures << failureLine(entry, attributes.error());
+            facts.failures << EntryFailure{entry, attributes.error()};
     }
     facts.name = entries.size() == 1
                      ? shownName(entries.front())

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/JobControl.h"
-#include "Base/Location.h"
 #include "Disk/FileAttributes.h"
 #include "Features/PreviewContent.h"
 
@@ -24,7 +24,7 @@ struct EntryFacts {
     bool taggable = true;                   ///< false if a link is among them, which cannot have tags
     bool folder = false;                    ///< a single folder
     std::optional<std::int64_t> digestible; ///< size of a single regular file
-    QStringList failures;                   ///< one line per unreadable entry, „Brief.pdf: …“
+    EntryFailures failures;                 ///< entries that could not be read
 
     bool operator==(const EntryFacts &) const = default;
 };

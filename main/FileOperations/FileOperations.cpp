@@ -20,9 +20,9 @@ namespace {
 /// Time for running operations to finish their current step when the program ends.
 constexpr auto patienceWithOperations = std::chrono::seconds(5);
 
-OperationOutcome failedOutcome(const QString &line)
+OperationOutcome failedOutcome(const Location &entry, const Failure &why)
 {
-    return {{}, {line}, false};
+    return {{}, {{entry, why}}, false};
 }
 
 /// Outcome of an operation with one result. A cancel is no failure, unless it left something behind.
@@ -31,14 +31,23 @@ OperationOutcome outcomeOf(UserAction::Kind kind, const Location &from, const Re
     if (made)
         return {{kind, {recordOfMade(from, *made)}}, {}, false};
     if (made.error().isCancelled())
-        return {
-            {kind, {}}, made.error() == Failure::cancelled() ? QStringList() : QStringList(made.error().message), true};
-    return failedOutcome(made.error().message);
+        return {{kind, {}},
+                made.error() == Failure::cancelled() ? EntryFailures() : EntryFailures{{{}, made.error()}},
+                true};
+    return failedOutcome({}, made.error());
+}
+
+EntryFailures sentences(const QStringList &texts)
+{
+    EntryFailures all;
+    for (const QString &text : texts)
+        all << EntryFailure{{}, {text, {}}};
+    return all;
 }
 
 OperationOutcome plainOutcome(const Location &entry, const Result<void> &done)
 {
-    return done ? OperationOutcome() : failedOutcome(failureLine(entry, done.error()));
+    return done ? OperationOutcome() : failedOutcome(entry, done.error());
 }
 
 } // namespace
@@ -82,7 +91,7 @@ FileOperations::Work FileOperations::guarded(std::vector<Location> places, Work 
     return [places = std::move(places), work = std::move(work), mayChange = m_services.mayChange](JobControl &control) {
         for (const Location &place : places) {
             if (mayChange && !mayChange(place))
-                return failedOutcome(failureLine(place, {operationTexts::systemRefusal(), {}}));
+                return failedOutcome(place, {operationTexts::systemRefusal(), {}});
         }
         return work(control);
     };
@@ -99,12 +108,12 @@ void FileOperations::ended(int id, const OperationOutcome &outcome, const Finish
     tell(outcome);
 }
 
-FileOperations::Finished FileOperations::telling(const QString &success, Then then)
+FileOperations::Finished FileOperations::telling(const QString &success, Then then, const QString &lead)
 {
-    return [this, success, then = std::move(then)](const OperationOutcome &outcome) {
+    return [this, success, lead, then = std::move(then)](const OperationOutcome &outcome) {
         m_services.undo.record(outcome.action);
         if (!outcome.failures.isEmpty())
-            publish(errorMessage, std::optional(outcome.failures.join(u'\n')));
+            publish(errorMessage, std::optional(lead + linesOf(outcome.failures).join(u'\n')));
         const QString bad = outcome.cancelled ? QStringLiteral("Abgebrochen.") : QString();
         publish(status, outcome.failures.isEmpty() && bad.isEmpty() ? success : bad);
         if (then.receiver && then.call)
@@ -136,13 +145,10 @@ void FileOperations::emptyTrash(Then then)
         start(
             QStringLiteral("Leere den Papierkorb"),
             [home = m_services.homeTrash, &volumes = m_services.volumes](JobControl &control) {
-                OperationOutcome outcome = brellin::emptyTrash({home, volumes}, control);
-                if (!outcome.failures.isEmpty())
-                    outcome.failures = {QStringLiteral("Papierkorb konnte nicht geleert werden: ") +
-                                        outcome.failures.join(u'\n')};
-                return outcome;
+                return brellin::emptyTrash({home, volumes}, control);
             },
-            telling(QStringLiteral("Papierkorb geleert."), then));
+            telling(QStringLiteral("Papierkorb geleert."), then,
+                    QStringLiteral("Papierkorb konnte nicht geleert werden: ")));
     });
 }
 
@@ -154,7 +160,7 @@ void FileOperations::deleteForGood(const std::vector<Location> &entries, Then th
                   [doomed, entries, home = m_services.homeTrash, &volumes = m_services.volumes](JobControl &control) {
                       *doomed = deletableForGood(entries, {home, volumes}, &control);
                       return OperationOutcome{
-                          {}, doomed->entries.empty() ? doomed->refused : QStringList(), control.cancelled()};
+                          {}, doomed->entries.empty() ? doomed->refused : EntryFailures(), control.cancelled()};
                   }),
           [this, doomed, then = std::move(then)](const OperationOutcome &outcome) {
               if (doomed->entries.empty() || outcome.cancelled) {
@@ -188,7 +194,7 @@ void FileOperations::compress(std::vector<Location> entries, const Location &int
                       OperationOutcome outcome =
                           outcomeOf(UserAction::Kind::Archive, {},
                                     packed ? Result<Location>(packed->place) : failure(packed.error()));
-                      outcome.failures << (packed ? packed->notes : QStringList());
+                      outcome.failures << sentences(packed ? packed->notes : QStringList());
                       return outcome;
                   }),
           telling(QStringLiteral("Archiv angelegt."), std::move(then)));
@@ -208,7 +214,7 @@ void FileOperations::unpack(const Location &archive, const Location &folder, The
             const Result<ArchiveSummary> summary = summarise(archive, reader, control);
             if (!summary)
                 return {{},
-                        summary.error().isCancelled() ? QStringList() : QStringList(summary.error().message),
+                        summary.error().isCancelled() ? EntryFailures() : EntryFailures{{{}, summary.error()}},
                         control.cancelled()};
             look->summary = *summary;
             look->available = volumes.available(folder).value_or(look->available);
@@ -237,8 +243,9 @@ void FileOperations::startUnpacking(const Location &archive, const Location &fol
                           outcomeOf(UserAction::Kind::Unpack, archive,
                                     unpacked ? Result<Location>(unpacked->place) : failure(unpacked.error()));
                       if (unpacked && !unpacked->refused.isEmpty())
-                          outcome.failures << QStringLiteral("Nicht entpackt:\n") + unpacked->refused.join(u'\n');
-                      outcome.failures << (unpacked ? unpacked->notes : QStringList());
+                          outcome.failures
+                              << sentences({QStringLiteral("Nicht entpackt:\n") + unpacked->refused.join(u'\n')});
+                      outcome.failures << sentences(unpacked ? unpacked->notes : QStringList());
                       return outcome;
                   }),
           telling(QStringLiteral("„%1“ entpackt.").arg(shownName(archive)), std::move(then)));

@@ -107,8 +107,8 @@ private:
     void start(const QString &title, Work work, Finished finished);
     /// Wraps the work; refuses to start it if one of these places belongs to the system.
     Work guarded(std::vector<Location> places, Work work) const;
-    /// The usual end: records for undo, publishes status and errors, calls `then`.
-    Finished telling(const QString &success, Then then);
+    /// The usual end: records for undo, publishes status and errors, the latter after `lead`, calls `then`.
+    Finished telling(const QString &success, Then then, const QString &lead = {});
     void startDeleting(std::vector<DoomedEntry> entries, Then then);
     void startUnpacking(const Location &archive, const Location &folder, Then then);
     void ask(OperationQuestion asked, std::function<void()> accepted);

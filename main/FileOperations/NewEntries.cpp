@@ -65,7 +65,7 @@ OperationOutcome makeAliases(const std::vector<Location> &sources, const Locatio
         if (made)
             outcome.action.entries.push_back(recordOf(source, *made));
         else
-            outcome.failures << failureLine(source, made.error());
+            outcome.failures << EntryFailure{source, made.error()};
     }
     return outcome;
 }

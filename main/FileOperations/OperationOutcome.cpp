@@ -12,9 +12,4 @@ std::vector<Location> OperationOutcome::places() const
     return all;
 }
 
-QString failureLine(const Location &entry, const Failure &why)
-{
-    return shownName(entry) + QStringLiteral(": ") + why.message;
-}
-
 } // namespace brellin

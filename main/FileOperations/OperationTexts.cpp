@@ -32,13 +32,13 @@ OperationQuestion emptyTrashQuestion()
             QStringLiteral("Papierkorb leeren")};
 }
 
-OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const QStringList &refused)
+OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const EntryFailures &refused)
 {
     std::vector<Location> locations;
     std::ranges::transform(entries, std::back_inserter(locations), &DoomedEntry::location);
     QString information = QStringLiteral("Das lässt sich nicht rückgängig machen.");
     if (!refused.isEmpty())
-        information += QStringLiteral("\n\nNicht gelöscht wird:\n") + refused.join(u'\n');
+        information += QStringLiteral("\n\nNicht gelöscht wird:\n") + linesOf(refused).join(u'\n');
     return {OperationQuestion::Kind::DeleteForGood, QStringLiteral("%1 endgültig löschen?").arg(named(locations)),
             information, QStringLiteral("Endgültig löschen")};
 }

@@ -16,7 +16,7 @@ QString systemRefusal();
 QString renameStopped(const Failure &why);
 
 OperationQuestion emptyTrashQuestion();
-OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const QStringList &refused);
+OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const EntryFailures &refused);
 OperationQuestion unpackQuestion(const Location &archive, const ArchiveSummary &summary, std::int64_t available);
 
 } // namespace brellin::operationTexts

@@ -164,11 +164,11 @@ public:
     {
     }
 
-    QStringList run()
+    EntryFailures run()
     {
         for (const Location &name : m_state.surplus) {
             if (const Result<void> removed = m_files.removeOwnCopy(name); !removed)
-                m_lines << failureLine(name, removed.error());
+                m_failures << EntryFailure{name, removed.error()};
         }
         const std::size_t count = m_batch.renames.size();
         for (std::size_t i = count; i-- > 0;)
@@ -177,7 +177,7 @@ public:
             if (m_state.waits(i))
                 restore(m_batch.renames[i]);
         }
-        return std::move(m_lines);
+        return std::move(m_failures);
     }
     /// Whether every entry has its old name, or a reported one.
     bool settled() const { return m_settled && m_state.certain(); }
@@ -189,18 +189,18 @@ private:
         const LoggedRename &one = m_batch.renames[i];
         RenameState::At &at = m_state.entries[i];
         if (at == RenameState::At::Unknown)
-            m_lines << failureLine(
+            m_failures << EntryFailure{
                 entryExists(one.to) ? one.to : one.from,
                 {QStringLiteral("Ob das „%1“ ist, ließ sich nicht sicher feststellen; der Name bleibt.")
                      .arg(shownName(one.from)),
-                 {}});
+                 {}}};
         if (at != RenameState::At::New || one.to == one.from)
             return;
         if (const Result<void> moved = m_files.rename(one.to, one.temporary)) {
             at = RenameState::At::Temporary;
         } else {
             m_settled = false;
-            m_lines << failureLine(one.to, moved.error());
+            m_failures << EntryFailure{one.to, moved.error()};
         }
     }
 
@@ -209,18 +209,18 @@ private:
         const Result<Location> place = restoreOne(one, m_files);
         if (!place) {
             m_settled = false;
-            m_lines << failureLine(one.from, place.error());
+            m_failures << EntryFailure{one.from, place.error()};
         } else if (*place != one.from) {
-            m_lines << failureLine(
+            m_failures << EntryFailure{
                 one.from,
-                {QStringLiteral("Heißt jetzt „%1“, denn der alte Name ist vergeben.").arg(shownName(*place)), {}});
+                {QStringLiteral("Heißt jetzt „%1“, denn der alte Name ist vergeben.").arg(shownName(*place)), {}}};
         }
     }
 
     const CutShortRename &m_batch;
     FileActions &m_files;
     RenameState m_state;
-    QStringList m_lines;
+    EntryFailures m_failures;
     bool m_settled = true;
 };
 
@@ -338,20 +338,20 @@ std::vector<CutShortRename> loggedCutShortRenames(const Location &logs)
     return found;
 }
 
-QStringList restoreCutShort(const CutShortRename &batch, FileActions &files)
+EntryFailures restoreCutShort(const CutShortRename &batch, FileActions &files)
 {
     Result<FileLock> lock = batch.log.empty() ? Result<FileLock>() : FileLock::tryNow(batch.log);
     if (!lock)
-        return {lock.error().message};
+        return {{{}, lock.error()}};
     Restoring restoring(batch, files);
-    QStringList lines = restoring.run();
+    EntryFailures failures = restoring.run();
     if (batch.log.empty())
-        return lines;
+        return failures;
     if (restoring.settled())
         ::unlink(batch.log.c_str());
     else
         putAside(batch);
-    return lines;
+    return failures;
 }
 
 } // namespace brellin

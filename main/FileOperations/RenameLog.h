@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
@@ -7,8 +8,6 @@
 #include "Disk/FileAttributes.h"
 #include "System/FileLock.h"
 #include "System/LogReading.h"
-
-#include <QStringList>
 
 #include <string_view>
 #include <vector>
@@ -81,9 +80,8 @@ std::string temporaryName(std::string_view name, const Location &folder);
 std::string nameInTemporary(std::string_view temporary);
 
 /// Gives the entries of an interrupted batch their old names back; if one is taken, the new name or a free one. Removes
-/// only placeholders and second names that the batch itself left. Returns a line, „a.txt: …“, for each failure, each
-/// different name and each entry that cannot be identified; such an entry is not touched, and the log is kept.
-/// Blocking.
-QStringList restoreCutShort(const CutShortRename &batch, FileActions &files);
+/// only placeholders and second names that the batch itself left. Reports each failure, each different
+/// name and each entry that cannot be identified; such an entry is not touched, and the log is kept. Blocking.
+EntryFailures restoreCutShort(const CutShortRename &batch, FileActions &files);
 
 } // namespace brellin

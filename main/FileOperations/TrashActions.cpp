@@ -78,7 +78,7 @@ OperationOutcome putInTrash(const std::vector<Location> &entries, Trash &trash, 
         if (const Result<Location> trashed = trash.put(entry))
             outcome.action.entries.push_back(recordOf(entry, *trashed));
         else
-            outcome.failures << failureLine(entry, trashed.error());
+            outcome.failures << EntryFailure{entry, trashed.error()};
         control.advance();
     }
     return outcome;
@@ -96,7 +96,7 @@ OperationOutcome emptyTrash(const TrashGround &ground, JobControl &control)
         }
         control.setDetail(shownName(entry.original.empty() ? entry.place : entry.original));
         if (const Result<void> removed = deleteFromTrash(entry.place); !removed)
-            outcome.failures << failureLine(entry.place, removed.error());
+            outcome.failures << EntryFailure{entry.place, removed.error()};
         control.advance();
     }
     return outcome;
@@ -111,7 +111,7 @@ Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround 
         if (reason.isEmpty())
             doomed.entries.push_back({entry, attributes->identity, seenAt(entry, control)});
         else
-            doomed.refused << shownName(entry) + QStringLiteral(": ") + reason;
+            doomed.refused << EntryFailure{entry, attributes ? Failure{reason, {}} : attributes.error()};
     }
     return doomed;
 }
@@ -128,7 +128,7 @@ OperationOutcome deleteForGood(const std::vector<DoomedEntry> &entries, const Tr
         }
         control.setDetail(shownName(entry.location));
         if (const Result<void> removed = deleteOne(entry, trash, ground); !removed)
-            outcome.failures << failureLine(entry.location, removed.error());
+            outcome.failures << EntryFailure{entry.location, removed.error()};
         control.advance();
     }
     return outcome;

@@ -37,7 +37,7 @@ struct DoomedEntry {
 /// others, which are refused with a reason. Blocking.
 struct Doomed {
     std::vector<DoomedEntry> entries;
-    QStringList refused;
+    EntryFailures refused;
 };
 Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground,
                         const JobControl *control = nullptr);

@@ -3,7 +3,6 @@
 #include "Disk/CopyTreeRemoval.h"
 #include "FileOperations/BatchRenameRun.h"
 #include "FileOperations/KnownEntry.h"
-#include "FileOperations/OperationOutcome.h"
 #include "Transfers/TransferLog.h"
 
 #include <algorithm>
@@ -20,13 +19,13 @@ using Kind = UserAction::Kind;
 struct EntryOutcome {
     enum class Fate { Undone, Stale, Failed };
     Fate fate = Fate::Undone;
-    Location place;  ///< present location
-    QString message; ///< also set if undone only partly
+    Location place;                  ///< present location
+    std::optional<Failure> why = {}; ///< also set if undone only partly
 };
 
 EntryOutcome failed(const Failure &why)
 {
-    return {EntryOutcome::Fate::Failed, {}, why.message};
+    return {EntryOutcome::Fate::Failed, {}, why};
 }
 
 /// On volumes that do not keep inodes, compares size and time.
@@ -53,9 +52,9 @@ public:
             return {now.error().is(std::errc::no_such_file_or_directory) ? EntryOutcome::Fate::Stale
                                                                          : EntryOutcome::Fate::Failed,
                     {},
-                    now.error().message};
+                    now.error()};
         if (!isStill({entry.state, entry.created}, *now, entry.to))
-            return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Dort liegt inzwischen etwas anderes.")};
+            return {EntryOutcome::Fate::Stale, {}, Failure{QStringLiteral("Dort liegt inzwischen etwas anderes."), {}}};
         switch (m_kind) {
         case Kind::Rename:
         case Kind::BatchRename:
@@ -75,7 +74,7 @@ private:
             m_log.noteRename(entry.to, entry.from);
         const Result<void> renamed = m_services.files.rename(entry.to, entry.from);
         if (renamed)
-            return {EntryOutcome::Fate::Undone, entry.from, {}};
+            return {EntryOutcome::Fate::Undone, entry.from};
         return renamed.error().is(std::errc::cross_device_link) ? copyBack(entry) : failed(renamed.error());
     }
 
@@ -92,9 +91,9 @@ private:
         const Result<void> trashed = giveUpCopied(entry, copied);
         if (!trashed)
             return {EntryOutcome::Fate::Undone, entry.from,
-                    QStringLiteral("Zurückkopiert; „%1“ blieb auch dort liegen. %2")
-                        .arg(shownName(entry.to), trashed.error().message)};
-        return {EntryOutcome::Fate::Undone, entry.from, {}};
+                    withLead(QStringLiteral("Zurückkopiert; „%1“ blieb auch dort liegen. ").arg(shownName(entry.to)),
+                             trashed.error())};
+        return {EntryOutcome::Fate::Undone, entry.from};
     }
 
     Result<void> completeCopy(const ActionEntry &entry, const Location &temporary, CopiedEntries &copied)
@@ -121,7 +120,7 @@ private:
     EntryOutcome restore(const ActionEntry &entry)
     {
         const Result<void> restored = m_services.trash.restore(entry.to, entry.from, entry.from);
-        return restored ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from, {}} : failed(restored.error());
+        return restored ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from} : failed(restored.error());
     }
 
     /// Moves a created entry to the Trash, unless it was changed since.
@@ -129,32 +128,36 @@ private:
     {
         const bool worked = now.size != entry.state.size || now.modified != entry.state.modified;
         if (now.isFile() && worked)
-            return {EntryOutcome::Fate::Stale, {}, QStringLiteral("Das hat sich inzwischen geändert und bleibt.")};
+            return {EntryOutcome::Fate::Stale,
+                    {},
+                    Failure{QStringLiteral("Das hat sich inzwischen geändert und bleibt."), {}}};
         if (m_kind == Kind::NewFolder && m_services.files.removeEmptyFolder(entry.to))
             return {};
-        if (const QString why = now.isFolder() ? whyItStays(entry) : QString(); !why.isEmpty())
-            return {EntryOutcome::Fate::Stale, {}, why};
+        if (std::optional<Failure> why = now.isFolder() ? whyItStays(entry) : std::nullopt)
+            return {EntryOutcome::Fate::Stale, {}, std::move(why)};
         const Result<Location> trashed = m_services.trash.put(entry.to);
         return trashed ? EntryOutcome() : failed(trashed.error());
     }
 
-    /// Why a created folder is kept: something in it was added or changed since. Empty if it may go.
-    QString whyItStays(const ActionEntry &entry)
+    /// Why a created folder is kept: something in it was added or changed since. Nothing if it may go.
+    std::optional<Failure> whyItStays(const ActionEntry &entry)
     {
         constexpr std::size_t mostNamed = 3;
         const Result<std::vector<Location>> added = entry.content
                                                         ? entry.content->newIn(entry.to, mostNamed + 1, &m_control)
                                                         : failure(Failure::system(EACCES));
         if (!added)
-            return QStringLiteral(
-                "Ob darin inzwischen etwas dazukam, lässt sich nicht feststellen. Der Ordner bleibt.");
+            return Failure{
+                QStringLiteral("Ob darin inzwischen etwas dazukam, lässt sich nicht feststellen. Der Ordner bleibt."),
+                added.error().code};
         if (added->empty())
-            return {};
+            return std::nullopt;
         QStringList names;
         for (const Location &one : *added)
             names << (names.size() == mostNamed ? QStringLiteral("…") : QStringLiteral("„%1“").arg(shownName(one)));
-        return QStringLiteral("Darin kam inzwischen etwas dazu oder wurde geändert (%1). Der Ordner bleibt.")
-            .arg(names.join(QStringLiteral(", ")));
+        return Failure{QStringLiteral("Darin kam inzwischen etwas dazu oder wurde geändert (%1). Der Ordner bleibt.")
+                           .arg(names.join(QStringLiteral(", "))),
+                       {}};
     }
 
     /// Restores what a transfer had replaced from the Trash.
@@ -164,9 +167,9 @@ private:
             return outcome;
         // The Trash may have been emptied, and another entry of the same name trashed since.
         if (entry.replacedMark && !isThere(*entry.replacedMark, *entry.replaced))
-            outcome.message = QStringLiteral("Was ersetzt worden war, liegt nicht mehr im Papierkorb.");
+            outcome.why = Failure{QStringLiteral("Was ersetzt worden war, liegt nicht mehr im Papierkorb."), {}};
         else if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
-            outcome.message = QStringLiteral("Was ersetzt worden war, bleibt im Papierkorb. ") + back.error().message;
+            outcome.why = withLead(QStringLiteral("Was ersetzt worden war, bleibt im Papierkorb. "), back.error());
         return outcome;
     }
 
@@ -204,7 +207,7 @@ UndoneAction undoBatch(const UserAction &action, const UndoServices &services, J
     if (outcome.failure) {
         undone.left = action.entries;
         undone.cancelled = outcome.failure->isCancelled();
-        undone.failures << outcome.failure->message;
+        undone.failures << EntryFailure{{}, *outcome.failure};
     }
     return undone;
 }
@@ -226,13 +229,13 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
             continue;
         }
         const EntryOutcome outcome = undoing.undo(*entry);
-        if (!outcome.message.isEmpty())
-            undone.failures << failureLine(entry->to, {outcome.message, {}});
+        if (outcome.why)
+            undone.failures << EntryFailure{entry->to, *outcome.why};
         if (outcome.fate == EntryOutcome::Fate::Undone)
             undone.undone.push_back({entry->to, outcome.place, entry->state});
         else if (outcome.fate == EntryOutcome::Fate::Failed)
             undone.left.push_back(*entry);
-        if (outcome.fate == EntryOutcome::Fate::Undone && outcome.message.isEmpty() && !entry->replaced)
+        if (outcome.fate == EntryOutcome::Fate::Undone && !outcome.why && !entry->replaced)
             clean.push_back(undone.undone.back());
         control.advance();
     }

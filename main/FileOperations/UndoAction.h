@@ -1,11 +1,10 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/JobControl.h"
 #include "Disk/FileActions.h"
 #include "Disk/Trash.h"
 #include "FileOperations/UserAction.h"
-
-#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -26,7 +25,7 @@ struct UndoneAction {
     std::vector<UserAction::Entry> undone;
     /// Not undone, but worth another try, e.g. because a name was taken, a volume missing, or after a cancel.
     std::vector<UserAction::Entry> left;
-    QStringList failures; ///< „b.txt: …“
+    EntryFailures failures;
     bool cancelled = false;
     /// The action whose undo repeats this one; only for moves and renames, and entries that replaced nothing.
     std::optional<UserAction> again = {};

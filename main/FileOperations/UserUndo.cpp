@@ -107,7 +107,7 @@ void UserUndo::finished(Way way, UserAction action, const UndoneAction &outcome)
     publish(progress, std::optional<double>());
     publish(restored, placesOf(outcome.undone));
     if (!outcome.failures.isEmpty())
-        publish(errorMessage, std::optional(outcome.failures.join(u'\n')));
+        publish(errorMessage, std::optional(linesOf(outcome.failures).join(u'\n')));
     publish(status, way == Way::Back ? statusOf(outcome, QStringLiteral("Rückgängig gemacht."),
                                                 QStringLiteral("Das ließ sich nicht rückgängig machen."),
                                                 QStringLiteral("Zum Teil rückgängig gemacht."))

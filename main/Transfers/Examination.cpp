@@ -140,7 +140,7 @@ Result<Examination> examineTransfer(const TransferRequest &request, const Transf
             return failure(Failure::cancelled());
         const Location src = standardised(given);
         if (src == folder || isAtOrBelow(folder, src) || check.holdsDestination(src)) {
-            found.refused << shownName(src) + QStringLiteral(": Ein Ordner kann nicht in sich selbst liegen.");
+            found.refused << EntryFailure{src, {QStringLiteral("Ein Ordner kann nicht in sich selbst liegen."), {}}};
             continue;
         }
         ExaminedSource source{src, folder / src.filename(), false, std::nullopt};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/JobControl.h"
 #include "Base/Result.h"
 #include "Disk/SeenTree.h"
@@ -46,7 +47,7 @@ struct ExaminedSource {
 
 struct Examination {
     std::vector<ExaminedSource> sources;
-    QStringList refused; ///< one line per source that cannot be transferred, e.g. a folder into itself
+    EntryFailures refused; ///< sources that cannot be transferred, e.g. a folder into itself
 };
 
 /// Examines all destinations without changing anything. Fails if the destination is not a folder. Call on a worker.

@@ -94,19 +94,19 @@ std::vector<Location> loggedLeftovers(const Location &logs)
     return left;
 }
 
-QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
-                                    FileActions &files)
+EntryFailures removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
+                                      FileActions &files)
 {
     // A placeholder is recognised by its hidden entry, so remove it first.
     std::vector<Location> entries = leftovers;
     std::ranges::stable_partition(entries, isReserve);
-    QStringList failures;
+    EntryFailures failures;
     for (const Location &entry : entries) {
         const std::vector<Location> still = transferLeftovers(entry.parent_path(), logs, clock);
         if (std::ranges::find(still, entry) == still.end())
             continue;
         if (const Result<void> removed = files.removeOwnCopy(entry); !removed)
-            failures << shownName(entry) + QStringLiteral(": ") + removed.error().message;
+            failures << EntryFailure{entry, removed.error()};
     }
     return failures;
 }

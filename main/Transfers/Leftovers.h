@@ -1,11 +1,8 @@
 #pragma once
 
-#include "Base/Location.h"
-#include "Base/Result.h"
+#include "Base/EntryFailure.h"
 #include "Disk/FileActions.h"
 #include "System/Clock.h"
-
-#include <QStringList>
 
 #include <vector>
 
@@ -20,8 +17,8 @@ std::vector<Location> transferLeftovers(const Location &folder, const Location &
 /// Blocking.
 std::vector<Location> loggedLeftovers(const Location &logs);
 
-/// Permanently removes leftovers after the user agreed, if each still is one. Returns a line for each failure.
-QStringList removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
-                                    FileActions &files);
+/// Permanently removes leftovers after the user agreed, if each still is one. Returns those that failed.
+EntryFailures removeTransferLeftovers(const std::vector<Location> &leftovers, const Location &logs, const Clock &clock,
+                                      FileActions &files);
 
 } // namespace brellin

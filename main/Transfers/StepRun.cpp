@@ -21,11 +21,6 @@ StepRun::StepRun(const TransferServices &services, TransferKind kind, TransferSt
         m_staying.add(step.src);
 }
 
-QString errorLine(const Location &entry, const Failure &why)
-{
-    return shownName(entry) + QStringLiteral(": ") + why.message;
-}
-
 Result<void> StepRun::checkAllowed(const TransferStep &step) const
 {
     if (!m_services.mayChange)
@@ -161,13 +156,12 @@ Result<void> StepRun::flush()
     for (const auto &[folder, volume] : m_written) {
         const Result<void> one = awaitFlush(m_services.files, volume, m_state);
         if (!one && one.error().isCancelled())
-            outcome.errors << errorLine(folder, one.error());
+            outcome.errors << EntryFailure{folder, one.error()};
         else if (!one && m_moved.empty())
-            outcome.errors << errorLine(folder,
-                                        {QStringLiteral("Der Datenträger hat nicht alles geschrieben, was "
-                                                        "kopiert wurde; das sollte noch einmal kopiert werden: ") +
-                                             one.error().message,
-                                         {}});
+            outcome.errors << EntryFailure{
+                folder, withLead(QStringLiteral("Der Datenträger hat nicht alles geschrieben, was "
+                                                "kopiert wurde; das sollte noch einmal kopiert werden: "),
+                                 one.error())};
         if (!one)
             flushed = one;
     }
@@ -191,7 +185,7 @@ void StepRun::settle()
         if (safe)
             outcome.done[one.number].moved = giveUpSource(one.step, one.copied);
         else
-            outcome.errors << errorLine(one.step.src, {stays + safe.error().message, {}});
+            outcome.errors << EntryFailure{one.step.src, withLead(stays, safe.error())};
     }
     m_moved.clear();
 }
@@ -205,8 +199,7 @@ Result<void> StepRun::noteRemovals()
     const Result<void> noted = m_log.noteRemovals(removals);
     if (noted)
         return {};
-    const QString why = QStringLiteral("Dass es entfernt wird, ließ sich nicht vermerken: ");
-    return failure(Failure{why + noted.error().message, noted.error().code});
+    return failure(withLead(QStringLiteral("Dass es entfernt wird, ließ sich nicht vermerken: "), noted.error()));
 }
 
 /// Other steps or programs may have changed the copy meanwhile.
@@ -242,8 +235,7 @@ Result<std::optional<Location>> StepRun::discard(const TransferStep &step)
         return std::optional(*trashed);
     if (!step.removedForGood)
         return failure(
-            Failure{QStringLiteral("Der vorhandene Eintrag kam nicht in den Papierkorb: ") + trashed.error().message,
-                    trashed.error().code});
+            withLead(QStringLiteral("Der vorhandene Eintrag kam nicht in den Papierkorb: "), trashed.error()));
     TRY(removeForGood(step));
     return std::optional<Location>();
 }
@@ -283,7 +275,7 @@ bool StepRun::giveUpSource(const TransferStep &step, const CopiedEntries &copied
             kept.error().isCancelled()
                 ? QStringLiteral("Kopiert; was am alten Ort noch mit der Kopie verglichen werden müsste, bleibt dort: ")
                 : QStringLiteral("Kopiert, aber das Original ließ sich nicht ganz entfernen: ");
-        outcome.errors << errorLine(step.src, {stays + kept.error().message, {}});
+        outcome.errors << EntryFailure{step.src, withLead(stays, kept.error())};
         return false;
     }
     nameKept(*kept);
@@ -297,10 +289,11 @@ void StepRun::nameKept(const std::vector<Location> &kept)
         const QString why =
             QStringLiteral("Kam während des Verschiebens dazu, wurde geändert oder fehlt in der Kopie und bleibt am "
                            "alten Ort.");
-        outcome.errors << errorLine(kept[i], {why, {}});
+        outcome.errors << EntryFailure{kept[i], {why, {}}};
     }
     if (kept.size() > named)
-        outcome.errors << QStringLiteral("… und %1 weitere, die am alten Ort bleiben.").arg(kept.size() - named);
+        outcome.errors << EntryFailure{
+            {}, {QStringLiteral("… und %1 weitere, die am alten Ort bleiben.").arg(kept.size() - named), {}}};
 }
 
 /// If the last rename failed, restores the replaced entry from the Trash.

@@ -75,7 +75,4 @@ private:
     StayingEntries m_staying;
 };
 
-/// "Name: reason".
-QString errorLine(const Location &entry, const Failure &why);
-
 } // namespace brellin

@@ -48,7 +48,7 @@ void Transfer::examined(Result<Examination> found)
 {
     if (!found) {
         TransferOutcome outcome;
-        outcome.errors << shownName(m_request.destination) + QStringLiteral(": ") + found.error().message;
+        outcome.errors << EntryFailure{m_request.destination, found.error()};
         return end(std::move(outcome));
     }
     m_refused += found->refused;

@@ -44,7 +44,7 @@ private:
     const std::shared_ptr<TransferJob> m_job;
     std::optional<TransferQuestion> m_question;
     std::optional<ConflictRound> m_conflicts;
-    QStringList m_refused;
+    EntryFailures m_refused;
     std::vector<TransferStep> m_steps;
     std::vector<TransferStep> m_begun; ///< all steps that were started
     TransferSize m_total;              ///< size of those steps

@@ -23,7 +23,7 @@ TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, Tran
             run.outcome.transferred += size;
             run.outcome.done.push_back(std::move(*done));
         } else if (!done.error().isCancelled() && !run.asksAgainAbout(step)) {
-            run.outcome.errors << errorLine(step.src, done.error());
+            run.outcome.errors << EntryFailure{step.src, done.error()};
         }
         state.finishStep(size);
     }

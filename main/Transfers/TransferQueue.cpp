@@ -10,7 +10,7 @@ namespace brellin {
 
 std::optional<QString> FinishedTransfer::errorMessage() const
 {
-    return outcome.errors.isEmpty() ? std::nullopt : std::optional(outcome.errors.join(u'\n'));
+    return outcome.errors.isEmpty() ? std::nullopt : std::optional(linesOf(outcome.errors).join(u'\n'));
 }
 
 std::vector<Location> FinishedTransfer::arrived() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/Instant.h"
 #include "Disk/EntryMark.h"
 #include "Disk/TreeMark.h"
@@ -35,8 +36,8 @@ struct TransferredEntry {
 /// Result of a transfer: what arrived, and what failed.
 struct TransferOutcome {
     std::vector<TransferredEntry> done;
-    QStringList errors; ///< "Name: reason", for failed and incomplete steps
-    QStringList notes;  ///< metadata that could not be preserved, without duplicates
+    EntryFailures errors; ///< failed and incomplete steps
+    QStringList notes;    ///< metadata that could not be preserved, without duplicates
     TransferSize transferred;
     bool cancelled = false;
     /// Steps not done because the entry to be deleted permanently has changed since the user agreed.

@@ -196,22 +196,21 @@ bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Loca
     });
 }
 
-QStringList finishMove(const UnfinishedMove &move, FileActions &files, const JobControl *control)
+EntryFailures finishMove(const UnfinishedMove &move, FileActions &files, const JobControl *control)
 {
     const Result<FileLock> lock = FileLock::tryNow(move.log);
     if (!lock)
-        return {shownName(move.source) + QStringLiteral(": ") + lock.error().message};
+        return {{move.source, lock.error()}};
     const Result<std::vector<Location>> kept = files.removeHeldByCopy(move.source, move.copy, move.since, control);
     if (!kept && kept.error().isCancelled())
         return {};
     if (!kept)
-        return {shownName(move.source) + QStringLiteral(": Das Original ließ sich nicht ganz entfernen: ") +
-                kept.error().message};
+        return {{move.source, withLead(QStringLiteral("Das Original ließ sich nicht ganz entfernen: "), kept.error())}};
     settle(move.log, {LoggedWork::Kind::Settled, move.source, move.copy, volumeOf(move.source), move.since, false});
-    QStringList lines;
+    EntryFailures staying;
     for (const Location &one : *kept)
-        lines << shownName(one) + QStringLiteral(": Weicht von der Kopie ab und bleibt am alten Ort.");
-    return lines;
+        staying << EntryFailure{one, {QStringLiteral("Weicht von der Kopie ab und bleibt am alten Ort."), {}}};
+    return staying;
 }
 
 } // namespace brellin

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Base/EntryFailure.h"
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Disk/FileActions.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <cstdint>
 #include <set>
@@ -49,8 +49,8 @@ bool mayBeCopyOfUnfinishedMove(const Location &source, const Location &copy, con
 bool isOnlyCompleteCopy(const Location &source, const Location &copy, const Location &logs, const JobControl &control);
 
 /// Permanently removes what is left of the source and has the same content in the copy; call only after the user
-/// agreed. Returns a line for each entry kept. After a cancel returns nothing and keeps the rest for the next start.
+/// agreed. Returns the entries kept. After a cancel returns nothing and keeps the rest for the next start.
 /// Blocking.
-QStringList finishMove(const UnfinishedMove &move, FileActions &files, const JobControl *control = nullptr);
+EntryFailures finishMove(const UnfinishedMove &move, FileActions &files, const JobControl *control = nullptr);
 
 } // namespace brellin

@@ -87,7 +87,7 @@ protected:
         files.reserving = onStick;
         QStringList lines;
         for (const CutShortRename &batch : cutShort())
-            lines += restoreCutShort(batch, files);
+            lines += linesOf(restoreCutShort(batch, files));
         return lines;
     }
     /// Gives every entry another inode, and the log the word that they do not last, as on an exFAT stick.
@@ -178,7 +178,7 @@ TEST_F(BatchRenameTest, restoresAfterAKillAtEveryStep)
         DiskFileActions files;
         for (const CutShortRename &batch : found) {
             EXPECT_FALSE(batch.log.empty());
-            EXPECT_EQ(restoreCutShort(batch, files), QStringList());
+            EXPECT_EQ(linesOf(restoreCutShort(batch, files)), QStringList());
         }
         EXPECT_FALSE(hasLogs()) << n;
         if (survived)
@@ -199,7 +199,7 @@ TEST_F(BatchRenameTest, restoresUnderAnotherNameWhatSomebodyElseHasTaken)
     tree.file("f/b.jpg", "auch neu");
     DiskFileActions files;
     for (const CutShortRename &batch : cutShort()) {
-        EXPECT_EQ(restoreCutShort(batch, files),
+        EXPECT_EQ(linesOf(restoreCutShort(batch, files)),
                   QStringList({QStringLiteral("b.jpg: Heißt jetzt „b (2).jpg“, denn der alte Name ist vergeben."),
                                QStringLiteral("a.jpg: Heißt jetzt „a (2).jpg“, denn der alte Name ist vergeben.")}));
     }
@@ -361,7 +361,7 @@ TEST_F(BatchRenameTest, leavesLivingBatchesAndYoungOrphansAlone)
     const std::vector<CutShortRename> orphans = cutShort(std::chrono::hours(2));
     ASSERT_EQ(orphans.size(), 1U);
     DiskFileActions files;
-    EXPECT_EQ(restoreCutShort(orphans.front(), files), QStringList());
+    EXPECT_EQ(linesOf(restoreCutShort(orphans.front(), files)), QStringList());
     EXPECT_EQ(snapshotOf(folder), before);
     // A log whose volume is away is kept for when it is back.
     std::filesystem::create_directories(logs);

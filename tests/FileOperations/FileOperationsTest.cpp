@@ -78,7 +78,7 @@ TEST_F(FileOperationsTest, makesDocumentsAndAliasesUnderFreeNames)
     const std::string longest(250, 'x');
     tree.file("home/" + longest, "lang");
     const OperationOutcome alias = makeAliases({home(longest.c_str()), home(longest.c_str())}, tree.path("home"));
-    EXPECT_EQ(alias.failures, QStringList());
+    EXPECT_EQ(linesOf(alias.failures), QStringList());
     EXPECT_NE(alias.places()[0].native().find(" – Verknüpfung"), std::string::npos);
 }
 
@@ -154,7 +154,7 @@ TEST_F(FileOperationsTest, deletesNothingElseThanWasAskedAbout)
     std::filesystem::rename(trashed, tree.path("weg"));
     tree.file("trash/files/a.txt", "anderes");
     JobControl control;
-    EXPECT_EQ(deleteForGood(doomed.entries, trash, ground, control).failures,
+    EXPECT_EQ(linesOf(deleteForGood(doomed.entries, trash, ground, control).failures),
               QStringList(QStringLiteral("a.txt: Dort liegt inzwischen etwas anderes.")));
     EXPECT_EQ(tree.content("trash/files/a.txt"), "anderes");
     // Without any Trash the user may say that it shall go for good.
@@ -175,13 +175,13 @@ TEST_F(FileOperationsTest, sparesWhatCameIntoADoomedFolderAfterTheQuestion)
     const Doomed doomed = deletableForGood({trashed}, ground);
     tree.file("trash/files/ordner/neu.txt", "neu");
     JobControl control;
-    EXPECT_EQ(deleteForGood(doomed.entries, trash, ground, control).failures,
+    EXPECT_EQ(linesOf(deleteForGood(doomed.entries, trash, ground, control).failures),
               QStringList(QStringLiteral("ordner: Inzwischen kam etwas dazu oder wurde geändert; das bleibt: "
                                          "„neu.txt“")));
     EXPECT_EQ(tree.content("trash/files/ordner/neu.txt"), "neu");
     EXPECT_FALSE(tree.has("trash/files/ordner/alt.txt"));
     EXPECT_TRUE(tree.has("trash/info/ordner.trashinfo"));
-    EXPECT_EQ(deleteForGood(deletableForGood({trashed}, ground).entries, trash, ground, control).failures,
+    EXPECT_EQ(linesOf(deleteForGood(deletableForGood({trashed}, ground).entries, trash, ground, control).failures),
               QStringList());
     EXPECT_FALSE(tree.has("trash/info/ordner.trashinfo"));
 }

@@ -65,7 +65,7 @@ TEST_F(StuckNamesTest, keepTheirLogUntilTheyAreBack)
         }
         DiskFileActions real;
         if (!cutShort().empty()) {
-            EXPECT_EQ(restoreCutShort(cutShort().front(), real), QStringList());
+            EXPECT_EQ(linesOf(restoreCutShort(cutShort().front(), real)), QStringList());
         }
         EXPECT_TRUE(cutShort().empty());
         EXPECT_TRUE(std::filesystem::is_empty(logs));

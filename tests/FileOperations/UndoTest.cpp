@@ -67,7 +67,7 @@ TEST_F(UndoTest, takesEveryKindBack)
 {
     const std::string before = snapshot();
     std::filesystem::rename(home("a.txt"), home("neu.txt"));
-    EXPECT_EQ(undo(Kind::Rename, {recordOf(home("a.txt"), home("neu.txt"))}).failures, QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::Rename, {recordOf(home("a.txt"), home("neu.txt"))}).failures), QStringList());
     EXPECT_EQ(snapshot(), before);
 
     std::filesystem::rename(home("a.txt"), home("ordner/a.txt"));
@@ -79,7 +79,7 @@ TEST_F(UndoTest, takesEveryKindBack)
     EXPECT_EQ(snapshot(), before);
 
     const Result<Location> trashed = realTrash.put(home("ordner"));
-    EXPECT_EQ(undo(Kind::Trash, {recordOf(home("ordner"), *trashed)}).failures, QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::Trash, {recordOf(home("ordner"), *trashed)}).failures), QStringList());
     EXPECT_EQ(snapshot(), before);
 
     std::filesystem::copy(home("a.txt"), home("kopie.txt"));
@@ -147,7 +147,8 @@ TEST_F(UndoTest, killedOnItsWayLeavesNothingThatIsNotOffered)
             int status = 0;
             ::waitpid(child, &status, 0);
             const std::vector<Location> left = loggedLeftovers(services.transferLogs);
-            EXPECT_EQ(removeTransferLeftovers(left, services.transferLogs, SystemClock(), files), QStringList());
+            EXPECT_EQ(linesOf(removeTransferLeftovers(left, services.transferLogs, SystemClock(), files)),
+                      QStringList());
             const std::string all = snapshot() + snapshotOf(tree.path("trash"));
             EXPECT_EQ(all.find(".brellin-kopie"), std::string::npos) << all;
             for (const char *name : {"a.txt", "b.txt"})
@@ -166,7 +167,7 @@ TEST_F(UndoTest, bringsBackWhatWasWorkedOnAtTheOtherVolume)
     std::filesystem::rename(home("a.txt"), disk("a.txt"));
     UserAction::Entry entry = moved();
     tree.file("disk/a.txt", "weitergeschrieben");
-    EXPECT_EQ(undo(Kind::Move, {entry}).failures, QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::Move, {entry}).failures), QStringList());
     EXPECT_EQ(tree.content("home/a.txt"), "weitergeschrieben");
     EXPECT_FALSE(tree.has("disk/a.txt"));
 
@@ -178,10 +179,11 @@ TEST_F(UndoTest, bringsBackWhatWasWorkedOnAtTheOtherVolume)
     };
     const UndoneAction undone = undo(Kind::Move, {moved(), recordOf(home("ordner"), disk("ordner"))});
     EXPECT_EQ(undone.undone.size(), 2U);
-    EXPECT_EQ(undone.failures, (QStringList{QStringLiteral("ordner: Zurückkopiert; „ordner“ blieb auch dort liegen. "
-                                                           "Das hat sich inzwischen geändert."),
-                                            QStringLiteral("a.txt: Zurückkopiert; „a.txt“ blieb auch dort liegen. "
-                                                           "Das hat sich inzwischen geändert.")}));
+    EXPECT_EQ(linesOf(undone.failures),
+              (QStringList{QStringLiteral("ordner: Zurückkopiert; „ordner“ blieb auch dort liegen. "
+                                          "Das hat sich inzwischen geändert."),
+                           QStringLiteral("a.txt: Zurückkopiert; „a.txt“ blieb auch dort liegen. "
+                                          "Das hat sich inzwischen geändert.")}));
     EXPECT_EQ(tree.content("disk/a.txt") + tree.content("disk/ordner/neu"), "währenddessenwährenddessen");
     EXPECT_EQ(tree.content("home/a.txt"), "weitergeschrieben");
 }
@@ -198,8 +200,11 @@ TEST_F(UndoTest, leavesAloneWhatIsNoLongerTheSame)
     tree.file("home/kopie", "weitergeschrieben");
     const std::string before = snapshot();
     const UndoneAction undone = undo(Kind::Move, {renamed, gone});
-    EXPECT_EQ(undone.failures, (QStringList{QStringLiteral("b.txt: Die Datei oder der Ordner ist nicht mehr da."),
-                                            QStringLiteral("a.txt: Dort liegt inzwischen etwas anderes.")}));
+    EXPECT_EQ(linesOf(undone.failures),
+              (QStringList{QStringLiteral("b.txt: Die Datei oder der Ordner ist nicht mehr da."),
+                           QStringLiteral("a.txt: Dort liegt inzwischen etwas anderes.")}));
+    EXPECT_EQ(undone.failures.front().entry, home("b.txt"));
+    EXPECT_TRUE(undone.failures.front().why.is(std::errc::no_such_file_or_directory));
     EXPECT_TRUE(undone.left.empty()); // trying again would not help
     EXPECT_EQ(undo(Kind::Copy, {copied}).failures.size(), 1);
     EXPECT_EQ(snapshot(), before);
@@ -212,7 +217,7 @@ TEST_F(UndoTest, sparesWhatWasAddedToAFolderThatWasMade)
     const UserAction::Entry made = recordOfMade({}, home("neu"));
     tree.lines({"home/kopie/innen/Abgabe.txt=seit gestern", "home/neu/Notiz.txt=meins"});
     const std::string before = snapshot();
-    EXPECT_EQ(undo(Kind::Copy, {copied}).failures,
+    EXPECT_EQ(linesOf(undo(Kind::Copy, {copied}).failures),
               QStringList(QStringLiteral("kopie: Darin kam inzwischen etwas dazu oder wurde geändert („Abgabe.txt“). "
                                          "Der Ordner bleibt.")));
     EXPECT_EQ(undo(Kind::NewFolder, {made}).failures.size(), 1);
@@ -224,7 +229,7 @@ TEST_F(UndoTest, sparesWhatWasAddedToAFolderThatWasMade)
 
     // What went from it is no reason to keep the rest.
     std::filesystem::remove(home("kopie/tief"));
-    EXPECT_EQ(undo(Kind::Copy, {copied}).failures, QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::Copy, {copied}).failures), QStringList());
     EXPECT_TRUE(tree.has("trash/files/kopie/innen/tiefer"));
     // One that could not be looked into is not known.
     tree.lines({"home/kopie/tief=drei"});
@@ -250,7 +255,7 @@ TEST_F(UndoTest, knowsWhatWasReplacedWhereNumbersChange)
     copied.replacedMark = EntryMark::of(*replaced);
     copied.replacedMark->state.identity.inode += 7;
     JobControl control;
-    EXPECT_EQ(undoAction({Kind::Copy, {copied}}, there, control).failures, QStringList());
+    EXPECT_EQ(linesOf(undoAction({Kind::Copy, {copied}}, there, control).failures), QStringList());
     EXPECT_EQ(tree.content("karte/a.txt"), "eins");
 }
 
@@ -269,11 +274,11 @@ TEST_F(UndoTest, knowsAnEntryWhereNumbersChange)
     UserAction::Entry made = recordOf(card / "woanders", card / "kopie");
     for (UserAction::Entry *const one : {&file, &folder, &batch, &made})
         one->state.identity.inode += 1000; // as after the card was put in again
-    EXPECT_EQ(undo(Kind::Rename, {file}).failures, QStringList());
-    EXPECT_EQ(undo(Kind::Move, {folder}).failures, QStringList());
-    EXPECT_EQ(undo(Kind::BatchRename, {batch}).failures, QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::Rename, {file}).failures), QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::Move, {folder}).failures), QStringList());
+    EXPECT_EQ(linesOf(undo(Kind::BatchRename, {batch}).failures), QStringList());
     JobControl control;
-    EXPECT_EQ(undoAction({Kind::Copy, {made}}, there, control).failures, QStringList());
+    EXPECT_EQ(linesOf(undoAction({Kind::Copy, {made}}, there, control).failures), QStringList());
     EXPECT_FALSE(tree.has("karte/kopie"));
     EXPECT_EQ(tree.content("karte/a.txt"), "eins");
     EXPECT_EQ(tree.content("karte/alt/tief"), "zwei");
@@ -299,7 +304,7 @@ TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
     tree.file("home/a.txt", "ein anderes");
     ASSERT_EQ(realTrash.put(home("a.txt")).value(), *replaced);
     std::filesystem::rename(home("beiseite"), home("a.txt"));
-    EXPECT_EQ(undo(Kind::Copy, {copied}).failures,
+    EXPECT_EQ(linesOf(undo(Kind::Copy, {copied}).failures),
               QStringList(QStringLiteral("a.txt: Was ersetzt worden war, liegt nicht mehr im Papierkorb.")));
     EXPECT_FALSE(tree.has("home/a.txt"));
     EXPECT_EQ(tree.content("trash/files/a.txt"), "ein anderes");
@@ -307,7 +312,7 @@ TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
     // A number that was given to another file since does not make it the one that was moved.
     UserAction::Entry renamed = recordOf(home("x.txt"), home("b.txt"));
     renamed.created = *renamed.created - std::chrono::seconds(5);
-    EXPECT_EQ(undo(Kind::Rename, {renamed}).failures,
+    EXPECT_EQ(linesOf(undo(Kind::Rename, {renamed}).failures),
               QStringList(QStringLiteral("b.txt: Dort liegt inzwischen etwas anderes.")));
 }
 

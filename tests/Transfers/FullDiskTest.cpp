@@ -101,7 +101,7 @@ TEST_P(FullDiskTest, losesNothingHoweverLittleRoomThereIs)
             std::ranges::any_of(outcome.done, [](const auto &one) { return one.dst.filename() == "film.bin"; });
         EXPECT_EQ(world.copiesOf('f', 6), film ? each : 1);
         EXPECT_EQ(world.copiesOf('a', 1), 1u);
-        for (const QString &line : outcome.errors)
+        for (const QString &line : linesOf(outcome.errors))
             EXPECT_TRUE(line.contains(Failure::system(ENOSPC).message)) << line.toStdString();
         partly += outcome.done.size() == 1 ? 1 : 0;
         if (outcome.done.size() == 2)

@@ -31,7 +31,8 @@ TEST(ArchiveLeftoversTest, goWithTheEmptyFileThatKeptTheirNameFree)
     const std::vector<Location> left = found();
     EXPECT_EQ(left, (std::vector{world.disk("!T.zip"), world.disk(".brellin-zip-tot")}));
     // In whatever order they are given, the file is known by the folder and goes before it.
-    EXPECT_EQ(removeTransferLeftovers({left.rbegin(), left.rend()}, logs, world.clock, world.files), QStringList());
+    EXPECT_EQ(linesOf(removeTransferLeftovers({left.rbegin(), left.rend()}, logs, world.clock, world.files)),
+              QStringList());
     EXPECT_EQ(found(), std::vector<Location>());
     EXPECT_FALSE(world.tree().has("disk/!T.zip"));
     EXPECT_TRUE(world.tree().has("disk/fremd"));

@@ -24,8 +24,8 @@ protected:
         TransferState state;
         const TransferOutcome outcome = TransferEngine(world.services()).run({step}, kind, state);
         ASSERT_EQ(outcome.errors.size(), 1) << step.src;
-        EXPECT_TRUE(outcome.errors[0].contains(QStringLiteral("Ersetzen geht hier nicht")))
-            << outcome.errors[0].toStdString();
+        EXPECT_TRUE(outcome.errors[0].line().contains(QStringLiteral("Ersetzen geht hier nicht")))
+            << outcome.errors[0].line().toStdString();
         EXPECT_TRUE(outcome.done.empty());
         EXPECT_EQ(world.snapshot(), before) << step.src;
     }

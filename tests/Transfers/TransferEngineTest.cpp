@@ -104,7 +104,7 @@ TEST_P(TransferEngineTest, bringsEverythingAndTrashesWhatItReplaces)
 {
     const auto world = fresh();
     const TransferOutcome outcome = world->run();
-    EXPECT_EQ(outcome.errors, QStringList());
+    EXPECT_EQ(linesOf(outcome.errors), QStringList());
     EXPECT_FALSE(outcome.cancelled);
     ASSERT_EQ(outcome.done.size(), 3u);
     EXPECT_EQ(outcome.transferred, (TransferSize{40, 5}));
@@ -134,7 +134,7 @@ TEST_P(TransferEngineTest, losesNothingWhenAnyOperationFails)
             world->expectNoHalves();
             EXPECT_TRUE(world->leftovers().empty());
             if (world->faults.changes() <= n) {
-                EXPECT_EQ(outcome.errors, QStringList());
+                EXPECT_EQ(linesOf(outcome.errors), QStringList());
                 EXPECT_GT(n, 4); // the faults did hit
                 break;
             }
@@ -166,7 +166,7 @@ TEST_P(TransferEngineTest, losesNothingWhenKilledAtAnyMoment)
         // What the dead one left is found at the next visit, and goes only then.
         const TransferServices services = world->services();
         const auto left = transferLeftovers(world->target, services.logs, world->clock);
-        EXPECT_EQ(removeTransferLeftovers(left, services.logs, world->clock, services.files), QStringList());
+        EXPECT_EQ(linesOf(removeTransferLeftovers(left, services.logs, world->clock, services.files)), QStringList());
         removeFinishedLogs(services.logs);
         world->expectEveryByte();
         EXPECT_LE(world->leftovers().size(), 1u); // the log of one that left nothing is read when something is found
@@ -195,7 +195,7 @@ TEST_P(TransferEngineTest, stopsAtEveryStepWithoutATrace)
         const bool copied = GetParam().kind == TransferKind::Copy || GetParam().across == Across::Volumes;
         EXPECT_EQ(outcome.cancelled, copied);
         EXPECT_EQ(outcome.done.size(), copied ? static_cast<std::size_t>(n) : 3u);
-        EXPECT_EQ(outcome.errors, QStringList()); // a cancel is no error
+        EXPECT_EQ(linesOf(outcome.errors), QStringList()); // a cancel is no error
         EXPECT_TRUE(world->leftovers().empty());
         world->expectEveryByte();
         world->expectNoHalves();
@@ -213,7 +213,9 @@ TEST_P(TransferEngineTest, leavesWhatHasTakenThePlaceMeanwhile)
     TransferState state;
     const TransferOutcome outcome = TransferEngine(world->services()).run({step}, world->kind, state);
     EXPECT_TRUE(outcome.done.empty());
-    EXPECT_EQ(outcome.errors, QStringList(QStringLiteral("einzeln.pdf: ") + Failure::system(EEXIST).message));
+    ASSERT_EQ(outcome.errors.size(), 1);
+    EXPECT_EQ(outcome.errors.front(), (EntryFailure{step.src, Failure::system(EEXIST)}));
+    EXPECT_EQ(outcome.errors.front().line(), QStringLiteral("einzeln.pdf: ") + Failure::system(EEXIST).message);
     EXPECT_EQ(world->tree().content(world->relative("einzeln.pdf")), "von anderen");
     EXPECT_TRUE(world->leftovers().empty());
     world->expectEveryByte();
@@ -227,7 +229,7 @@ TEST_P(TransferEngineTest, takesLinksForThemselves)
     const TransferStep steps[] = {world->step("zeiger", true), world->step("nirgendwohin", false)};
     TransferState state;
     const TransferOutcome outcome = TransferEngine(world->services()).run({steps[0], steps[1]}, world->kind, state);
-    EXPECT_EQ(outcome.errors, QStringList());
+    EXPECT_EQ(linesOf(outcome.errors), QStringList());
     EXPECT_EQ(std::filesystem::read_symlink(world->target / "zeiger"), "../fremd");
     EXPECT_EQ(std::filesystem::read_symlink(world->target / "nirgendwohin"), "fehlt");
     for (const TransferStep &step : steps)
@@ -253,7 +255,7 @@ TEST(TransferEngineMoveTest, keepsWhatAppearedInTheSourceMeanwhile)
     EXPECT_EQ(world.tree().content("home/von/einzeln.pdf"), "geändert");
     EXPECT_FALSE(world.tree().has("home/von/Ordner/innen/b.txt"));
     ASSERT_EQ(outcome.errors.size(), 2);
-    EXPECT_TRUE(outcome.errors[0].startsWith(QStringLiteral("neu.txt: ")));
+    EXPECT_TRUE(outcome.errors[0].line().startsWith(QStringLiteral("neu.txt: ")));
     EXPECT_FALSE(outcome.done[1].moved); // undoing it must not expect an empty place
     world.expectEveryByte();
 }
@@ -297,7 +299,7 @@ TEST(TransferEngineMoveTest, keepsTheSourcesWhenCancelledWhileTheDiskWrites)
         TransferEngine(world.services())
             .run({{world.home("a"), world.disk("a"), false, {}}, {world.home("b"), world.disk("b"), false, {}}},
                  TransferKind::Move, state);
-    EXPECT_EQ(outcome.errors, QStringList());
+    EXPECT_EQ(linesOf(outcome.errors), QStringList());
     ASSERT_EQ(outcome.done.size(), 2u);
     for (const char *const name : {"a", "b"}) {
         EXPECT_TRUE(entryExists(world.home(name)));
@@ -320,7 +322,7 @@ TEST_P(TransferEngineTest, waitsNotForADiskThatNeverAnswersOnceCancelled)
     };
     const TransferOutcome outcome = TransferEngine(world->services()).run(world->steps(), world->kind, state);
     ASSERT_EQ(outcome.done.size(), 3u);
-    EXPECT_EQ(outcome.errors,
+    EXPECT_EQ(linesOf(outcome.errors),
               QStringList(QStringLiteral("Ziel: Ob der Datenträger alles geschrieben hat, ist nicht bekannt; das "
                                          "Warten darauf wurde abgebrochen.")));
     for (const TransferredEntry &one : outcome.done) {
@@ -340,7 +342,7 @@ TEST(TransferEngineMoveTest, takesPartsOfOneSourceInTheirOrder)
         {world.home("von/Ordner/innen/b.txt"), world.disk("b.txt"), false, {}},
         {world.home("von/Ordner"), world.disk("Ordner"), false, {}},
     };
-    EXPECT_EQ(TransferEngine(world.services()).run(steps, TransferKind::Move, state).errors, QStringList());
+    EXPECT_EQ(linesOf(TransferEngine(world.services()).run(steps, TransferKind::Move, state).errors), QStringList());
     EXPECT_FALSE(entryExists(world.disk("Ordner/innen/b.txt")));
     EXPECT_EQ(world.tree().content("disk/b.txt"), "im neuen Ordner");
     EXPECT_FALSE(entryExists(world.home("von/Ordner")));
@@ -372,7 +374,7 @@ TEST(TransferEngineReplaceTest, saysWhereTheSourcesVolumeWentAway)
     };
     const TransferOutcome outcome = world.run();
     ASSERT_EQ(outcome.errors.size(), 3);
-    for (const QString &line : outcome.errors)
+    for (const QString &line : linesOf(outcome.errors))
         EXPECT_TRUE(line.contains(QStringLiteral("Der Ort des Originals"))) << line.toStdString();
     EXPECT_EQ(world.tree().content("disk/Ziel/a.txt"), "alte Datei");
     EXPECT_TRUE(world.leftovers().empty());
@@ -386,7 +388,7 @@ TEST_P(TransferEngineTest, saysBeforeItBeginsWhatHasGone)
         std::filesystem::rename(gone, world->home("abgezogen"));
         const TransferOutcome outcome = world->run();
         ASSERT_EQ(outcome.errors.size(), wholeVolume ? 3 : 1);
-        EXPECT_EQ(outcome.errors.front().contains(QStringLiteral("Der Ort des Originals")), wholeVolume);
+        EXPECT_EQ(outcome.errors.front().line().contains(QStringLiteral("Der Ort des Originals")), wholeVolume);
         EXPECT_EQ(world->tree().content(world->relative("a.txt")), "alte Datei");
         EXPECT_TRUE(world->leftovers().empty());
         world->expectEveryByte();
@@ -426,11 +428,11 @@ TEST(TransferEngineReplaceTest, removesForGoodOnlyWhatTheUserWasAskedAbout)
     // The yes was to what stood here then: something else, even of the same name and size, is asked about again.
     step.removedForGood = std::make_shared<const SeenTree>(*SeenTree::of(world.home("neu.txt")));
     const TransferOutcome changed = run();
-    EXPECT_EQ(changed.errors, QStringList());
+    EXPECT_EQ(linesOf(changed.errors), QStringList());
     EXPECT_EQ(changed.toAskAgain, std::vector{step});
     EXPECT_EQ(world.tree().content("disk/neu.txt"), "alt");
     step.removedForGood = std::make_shared<const SeenTree>(*SeenTree::of(world.disk("neu.txt")));
-    EXPECT_EQ(run().errors, QStringList());
+    EXPECT_EQ(linesOf(run().errors), QStringList());
     EXPECT_EQ(world.tree().content("disk/neu.txt"), "neu");
     EXPECT_TRUE(world.leftovers().empty());
 }
@@ -467,7 +469,7 @@ TEST(TransferEngineReplaceTest, sparesWhatArrivesBetweenTheYesAndTheRemoval)
                 world.files.beforeRemoval = [&](const Location &) { act(); };
             TransferState state;
             const TransferOutcome outcome = TransferEngine(world.services()).run({step}, TransferKind::Move, state);
-            EXPECT_EQ(outcome.errors, QStringList());
+            EXPECT_EQ(linesOf(outcome.errors), QStringList());
             EXPECT_EQ(outcome.toAskAgain, std::vector{step});
             EXPECT_TRUE(std::ranges::includes(world.contents(), contents));
             EXPECT_TRUE(world.tree().has("home/Ordner/neu.txt"));
@@ -534,7 +536,7 @@ TEST(TransferEngineNamesTest, carriesNamesOfAnyLengthAndBytes)
         steps.push_back({world.home(name), world.disk(name), false, {}});
     }
     TransferState state;
-    EXPECT_EQ(TransferEngine(world.services()).run(steps, TransferKind::Move, state).errors, QStringList());
+    EXPECT_EQ(linesOf(TransferEngine(world.services()).run(steps, TransferKind::Move, state).errors), QStringList());
     for (const std::string &name : names)
         EXPECT_EQ(world.tree().content("disk/" + name), name);
     EXPECT_TRUE(world.leftovers().empty());
@@ -574,8 +576,8 @@ TEST(LeftoversTest, spareTheLivingAndTheFresh)
     const std::vector<Location> old{world.disk(".brellin-kopie-0A1B2C3D-fremd.txt")};
     EXPECT_EQ(during, old);
     EXPECT_EQ(found(), old);
-    EXPECT_EQ(removeTransferLeftovers({old.front(), world.disk(".brellin-kopie-notiz"), world.disk("a.txt")},
-                                      services.logs, world.clock, services.files),
+    EXPECT_EQ(linesOf(removeTransferLeftovers({old.front(), world.disk(".brellin-kopie-notiz"), world.disk("a.txt")},
+                                              services.logs, world.clock, services.files)),
               QStringList());
     EXPECT_FALSE(entryExists(old.front()));
     EXPECT_TRUE(entryExists(world.disk(".brellin-kopie-notiz")));
@@ -590,8 +592,8 @@ TEST(LeftoversTest, offerWhatAKilledPackingLeft)
     HiddenFolder living = HiddenFolder::create(world.disk(""), unpackingPrefix, world.files).value();
     const std::vector<Location> found = transferLeftovers(world.disk(""), services.logs, world.clock);
     EXPECT_EQ(found, std::vector{world.disk(".brellin-zip-tot")});
-    EXPECT_EQ(removeTransferLeftovers({found.front(), living.location().parent_path()}, services.logs, world.clock,
-                                      services.files),
+    EXPECT_EQ(linesOf(removeTransferLeftovers({found.front(), living.location().parent_path()}, services.logs,
+                                              world.clock, services.files)),
               QStringList());
     EXPECT_FALSE(entryExists(found.front()));
     EXPECT_TRUE(entryExists(living.location()));

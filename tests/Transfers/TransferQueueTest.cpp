@@ -286,7 +286,7 @@ TEST_F(TransferQueueTest, asksBeforeItRemovesForGood)
     EXPECT_EQ(world.tree().content("disk/a"), "alt");
     EXPECT_EQ(asked.size(), 4u);
     const FinishedTransfer done = replaceThen(Confirmation::Yes);
-    EXPECT_EQ(done.outcome.errors, QStringList());
+    EXPECT_EQ(linesOf(done.outcome.errors), QStringList());
     EXPECT_EQ(world.tree().content("disk/a"), "neu");
 }
 
@@ -308,7 +308,7 @@ TEST_F(TransferQueueTest, aYesToARemovalHoldsForWhatWasShown)
     // One yes is no yes for the next entry, and none for what came later.
     EXPECT_EQ(questions, 3);
     EXPECT_TRUE(textOf(asked.back()).informative.startsWith(QStringLiteral("Im Ziel: 2 Einträge, ")));
-    EXPECT_EQ(done.outcome.errors, QStringList());
+    EXPECT_EQ(linesOf(done.outcome.errors), QStringList());
     EXPECT_EQ(done.arrived(), std::vector{world.disk("b")});
     EXPECT_EQ(world.tree().content("disk/b"), "auch neu");
     EXPECT_EQ(world.tree().content("disk/a/dazu"), "kam dazu");

@@ -79,7 +79,7 @@ protected:
     {
         QStringList lines;
         for (const UnfinishedMove &move : unfinished())
-            lines += finishMove(move, world.files);
+            lines += linesOf(finishMove(move, world.files));
         return lines;
     }
     void expectWholeCopy() const
@@ -179,7 +179,7 @@ TEST_F(UnfinishedMoveTest, aCancelLeavesTheRestForTheNextStart)
     JobControl control;
     control.cancel();
     for (const UnfinishedMove &move : unfinished())
-        EXPECT_EQ(finishMove(move, world.files, &control), QStringList());
+        EXPECT_EQ(linesOf(finishMove(move, world.files, &control)), QStringList());
     EXPECT_EQ(world.tree().content("home/Fotos/tief/c.jpg"), "drei");
     EXPECT_EQ(world.tree().content("home/brief.txt"), "vier");
     EXPECT_EQ(unfinished().size(), 2u);
@@ -242,7 +242,10 @@ TEST_F(UnfinishedMoveTest, keepsTheSourcesWhereTheirRemovalCannotBeNoted)
     TransferState progress;
     const TransferOutcome outcome = TransferEngine(world.services()).run(steps(), TransferKind::Move, progress);
     EXPECT_EQ(outcome.errors.size(), 2);
-    EXPECT_TRUE(outcome.errors.join(u' ').contains(QStringLiteral("bleibt vorsichtshalber stehen")));
+    for (const EntryFailure &error : outcome.errors) {
+        EXPECT_TRUE(error.line().contains(QStringLiteral("bleibt vorsichtshalber stehen")));
+        EXPECT_TRUE(error.why.is(std::errc::no_space_on_device));
+    }
     expectWholeCopy();
     EXPECT_EQ(world.tree().content("home/Fotos/tief/c.jpg"), "drei");
     EXPECT_TRUE(world.tree().has("home/brief.txt"));
@@ -296,7 +299,8 @@ TEST(TransferReserveTest, goesWithTheCopyThatItKeptTheNameFor)
             for (const char *folder : {"disk", "home"}) {
                 auto left = transferLeftovers(world.tree().path(folder), services.logs, world.clock);
                 std::ranges::sort(left); // in whatever order they are given
-                EXPECT_EQ(removeTransferLeftovers(left, services.logs, world.clock, services.files), QStringList());
+                EXPECT_EQ(linesOf(removeTransferLeftovers(left, services.logs, world.clock, services.files)),
+                          QStringList());
             }
             for (const char *file : {"disk/a.txt", "home/y.txt"})
                 EXPECT_TRUE(!world.tree().has(file) || !world.tree().content(file).empty()) << file;
@@ -324,7 +328,7 @@ TEST(MoveTest, refusesASourceThatCannotBeTakenAwayBeforeItCopies)
     const std::vector<TransferStep> steps{{stick / "Ordner", world.disk("Ordner"), false, {}}};
     const TransferOutcome outcome = TransferEngine(world.services()).run(steps, TransferKind::Move, state);
     ASSERT_EQ(outcome.errors.size(), 1);
-    EXPECT_TRUE(outcome.errors[0].startsWith(QStringLiteral(
+    EXPECT_TRUE(outcome.errors[0].line().startsWith(QStringLiteral(
         "Ordner: Das Original lässt sich nicht entfernen, denn in „stick“ kann nichts geändert werden")));
     EXPECT_EQ(copies, 0);
     EXPECT_FALSE(world.tree().has("disk/Ordner"));

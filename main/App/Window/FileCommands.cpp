@@ -377,13 +377,13 @@ void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)
             m_services.panes.workers, found.front().renames.front().from, MountWorkers::Turn::OfMount,
             &m_services.notices,
             [found, &files = m_services.renaming.files] {
-                QStringList failures;
+                EntryFailures failures;
                 for (const CutShortRename &batch : found)
                     failures += restoreCutShort(batch, files);
                 return failures;
             },
-            [&notices = m_services.notices](const QStringList &failures) {
-                for (const QString &line : failures)
+            [&notices = m_services.notices](const EntryFailures &failures) {
+                for (const QString &line : linesOf(failures))
                     notices.add(line);
             });
     });

@@ -274,7 +274,7 @@ void PropertiesSheet::Private::refreshDigest()
 
 void PropertiesSheet::Private::refreshError()
 {
-    QStringList lines = properties->facts.get().value_or(EntryFacts()).failures;
+    QStringList lines = linesOf(properties->facts.get().value_or(EntryFacts()).failures);
     if (properties->errorMessage.get())
         lines.prepend(*properties->errorMessage.get());
     constexpr qsizetype most = 5;

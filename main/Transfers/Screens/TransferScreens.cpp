@@ -85,11 +85,11 @@ void TransferScreens::offer(std::vector<Location> leftovers)
 void TransferScreens::removeAll(const std::vector<Location> &leftovers)
 {
     m_removing.start(
-        m_services.workers, {leftovers.front(), FileCall<QStringList>::Patience::None, MountWorkers::Turn::AtOnce},
+        m_services.workers, {leftovers.front(), FileCall<EntryFailures>::Patience::None, MountWorkers::Turn::AtOnce},
         [leftovers, logs = m_services.logs, &clock = m_clock, &files = m_services.files](const JobControl &) {
             return removeTransferLeftovers(leftovers, logs, clock, files);
         },
-        [this](const QStringList &failures) { say(failures); }, [] {});
+        [this](const EntryFailures &failures) { say(failures); }, [] {});
 }
 
 /// Searches all logs, wherever the moves were: unrelated to the visited volume, and possibly slow.
@@ -127,15 +127,15 @@ void TransferScreens::offer(std::vector<UnfinishedMove> moves)
 void TransferScreens::finish(const UnfinishedMove &move)
 {
     m_finishing.start(
-        m_services.workers, {move.source, FileCall<QStringList>::Patience::None, MountWorkers::Turn::AtOnce},
+        m_services.workers, {move.source, FileCall<EntryFailures>::Patience::None, MountWorkers::Turn::AtOnce},
         [move, &files = m_services.files](const JobControl &control) { return finishMove(move, files, &control); },
-        [this](const QStringList &failures) { say(failures); }, [] {});
+        [this](const EntryFailures &failures) { say(failures); }, [] {});
 }
 
-void TransferScreens::say(const QStringList &failures)
+void TransferScreens::say(const EntryFailures &failures)
 {
     if (!failures.isEmpty())
-        Q_EMIT failed(failures.join(u'\n'));
+        Q_EMIT failed(linesOf(failures).join(u'\n'));
 }
 
 } // namespace brellin

@@ -42,7 +42,7 @@ private:
     void lookForUnfinishedMoves();
     void offer(std::vector<UnfinishedMove> moves);
     void finish(const UnfinishedMove &move);
-    void say(const QStringList &failures);
+    void say(const EntryFailures &failures);
 
     TransferQueue &m_queue;
     const TransferServices m_services;
@@ -53,9 +53,9 @@ private:
     QPointer<SheetFrame> m_offer;
     std::set<Location> m_kept; ///< leftovers the user has chosen to keep
     FileCall<std::vector<Location>> m_looking;
-    FileCall<QStringList> m_removing;
+    FileCall<EntryFailures> m_removing;
     FileCall<std::vector<UnfinishedMove>> m_comparing;
-    FileCall<QStringList> m_finishing;
+    FileCall<EntryFailures> m_finishing;
 };
 
 } // namespace brellin
