@@ -4,7 +4,7 @@
 #include "Decoding/MediaFacts.h"
 #include "Decoding/PdfPage.h"
 #include "Decoding/Pictures.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <QFile>
 #include <QJsonDocument>

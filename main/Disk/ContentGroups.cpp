@@ -1,7 +1,6 @@
 #include "Disk/ContentGroups.h"
 
 #include "Base/ParallelFor.h"
-#include "Disk/Descriptor.h"
 #include "Disk/OpenContent.h"
 
 #include <algorithm>

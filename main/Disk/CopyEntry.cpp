@@ -2,7 +2,7 @@
 
 #include "Disk/CopyTree.h"
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <cerrno>
 #include <utility>

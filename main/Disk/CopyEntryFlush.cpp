@@ -2,7 +2,7 @@
 
 #include "Disk/CopyEntry.h"
 #include "Disk/CopyTreeFolders.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <cerrno>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "Disk/Digest.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>

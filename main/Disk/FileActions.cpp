@@ -1,7 +1,7 @@
 #include "Disk/FileActions.h"
 
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/Rename.h"
 
 #include <cerrno>

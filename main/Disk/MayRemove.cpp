@@ -1,6 +1,6 @@
 #include "Disk/MayRemove.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/FileAttributes.h"
 
 #include <fcntl.h>

@@ -3,7 +3,7 @@
 #include "Base/Location.h"
 #include "Base/Result.h"
 #include "Disk/CopyTreeFolders.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <cstdint>
 #include <optional>

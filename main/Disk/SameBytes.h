@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/Result.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <functional>
 

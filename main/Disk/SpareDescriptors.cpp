@@ -1,5 +1,7 @@
 #include "Disk/SpareDescriptors.h"
 
+#include "Disk/EntryPlace.h"
+
 namespace brellin {
 
 Result<SpareDescriptors> SpareDescriptors::take()

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Base/Descriptor.h"
 #include "Base/Result.h"
-#include "Disk/Descriptor.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 
 #include "Base/German.h"
 #include "Base/RecentDate.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/FileTypes.h"
 #include "Disk/Walk.h"
 #include "Features/FolderCount.h"

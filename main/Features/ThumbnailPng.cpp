@@ -1,6 +1,6 @@
 #include "Features/ThumbnailPng.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <QtEndian>
 

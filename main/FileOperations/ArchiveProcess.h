@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Base/Descriptor.h"
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
-#include "Disk/Descriptor.h"
 
 #include <QByteArray>
 

@@ -3,7 +3,7 @@
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "FileOperations/ArchiveProcess.h"
 #include "System/ArchiveStream.h"
 

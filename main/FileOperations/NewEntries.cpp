@@ -1,6 +1,6 @@
 #include "FileOperations/NewEntries.h"
 
-#include "Disk/Descriptor.h"
+#include "Base/Descriptor.h"
 #include "Disk/FreeName.h"
 
 #include <functional>
@@ -32,9 +32,9 @@ Result<Location> createUnique(const Location &wanted, const std::function<int(co
 
 int createEmpty(const Location &file)
 {
-    const int opened = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                              S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH);
-    return opened < 0 ? -1 : ::close(opened);
+    Descriptor created(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                              S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+    return created.isOpen() && created.close() ? 0 : -1;
 }
 
 /// Shortens a long name before the ending, which marks aliases.

@@ -1,6 +1,6 @@
 #include "FileOperations/RenameFacts.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/MountTable.h"
 #include "FileOperations/CaptureDay.h"
 

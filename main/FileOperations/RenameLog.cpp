@@ -2,7 +2,7 @@
 
 #include "Base/German.h"
 #include "Base/Json.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/FreeName.h"
 #include "FileOperations/OperationOutcome.h"
 #include "FileOperations/RenameState.h"

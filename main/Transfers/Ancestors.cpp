@@ -1,6 +1,6 @@
 #include "Transfers/Ancestors.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <algorithm>
 #include <utility>

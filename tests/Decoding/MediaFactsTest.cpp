@@ -1,6 +1,6 @@
 #include "Decoding/MediaFacts.h"
 #include "Decoding/ArchiveListing.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Support/SmallPdf.h"
 #include "Support/TempTree.h"
 

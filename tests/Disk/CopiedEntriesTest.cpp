@@ -2,7 +2,7 @@
 
 #include "Disk/CopyEntry.h"
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/MetadataMark.h"
 #include "Support/FailingCalls.h"
 #include "Support/TempTree.h"

@@ -1,6 +1,7 @@
 #include "Disk/MayRemove.h"
 
-#include "Disk/Descriptor.h"
+#include "Base/Descriptor.h"
+
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>

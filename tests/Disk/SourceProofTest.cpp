@@ -1,7 +1,7 @@
 #include "Disk/CopiedEntries.h"
 
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/MetadataMark.h"
 #include "Disk/RemovalWalk.h"
 #include "Support/TempTree.h"

@@ -1,4 +1,4 @@
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Support/FailingDisk.h"
 #include "Support/PrivateMount.h"
 #include "TransferWorld.h"

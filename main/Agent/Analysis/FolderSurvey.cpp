@@ -2,7 +2,7 @@
 
 #include "Agent/Rules/ScriptNames.h"
 #include "Disk/CloudFiles.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/FileTypes.h"
 #include "Disk/Walk.h"
 #include "Guard/ProjectDetection.h"

@@ -1,6 +1,6 @@
 #include "Agent/Model/TextBeginning.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <QByteArray>
 #include <QStringDecoder>

@@ -1,7 +1,7 @@
 #include "Agent/Rules/ScriptNames.h"
 
 #include "Base/Location.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,11 +1,13 @@
 #include "Decoding/VideoPicture.h"
 
+#include "Base/Descriptor.h"
 #include "Decoding/Confinement.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "System/DecoderProtocol.h"
 
 #include <QStandardPaths>
 
+#include <array>
 #include <cerrno>
 #include <vector>
 
@@ -60,22 +62,24 @@ Result<QByteArray> drawVideo(const Location &program, const Location &video, int
     // Open the file here, refusing symlinks and pipes, and pass it on as a descriptor.
     const EntryPlace place = TRY(openPlace(video));
     const Descriptor open = TRY(openForReading(place.at()));
-    const int handedOn = ::dup(open.number());
+    const Descriptor handedOn(::dup(open.number()));
     const std::vector<std::string> words{
-        program.native(),    "-i", "/proc/self/fd/" + std::to_string(handedOn), "-o", "-", "-c", "png", "-s",
+        program.native(),    "-i", "/proc/self/fd/" + std::to_string(handedOn.number()), "-o", "-", "-c", "png", "-s",
         std::to_string(side)};
-    int ends[2];
-    if (handedOn < 0 || ::pipe(ends) != 0)
+    std::array<int, 2> ends{};
+    if (!handedOn.isOpen() || ::pipe(ends.data()) != 0)
         return failure(Failure::lastSystem());
+    Descriptor picture(ends[0]);
+    Descriptor drawing(ends[1]);
     const pid_t child = ::fork();
     if (child == 0) {
-        become(words, ends[1]);
+        become(words, drawing.number());
         ::_exit(127);
     }
-    ::close(handedOn);
-    ::close(ends[1]);
-    QByteArray bytes = child > 0 ? readAll(ends[0]) : QByteArray();
-    ::close(ends[0]);
+    drawing.reset();
+    QByteArray bytes = child > 0 ? readAll(picture.number()) : QByteArray();
+    // A program that has more to say ends instead of waiting for us.
+    picture.reset();
     int status = 0;
     if (child > 0)
         ::waitpid(child, &status, 0);

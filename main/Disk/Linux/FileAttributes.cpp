@@ -1,6 +1,6 @@
 #include "Disk/FileAttributes.h"
 
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/Linux/Statx.h"
 
 #include <sys/sysmacros.h>

@@ -1,6 +1,6 @@
 #include "Disk/FolderWatcher.h"
 
-#include "Disk/Descriptor.h"
+#include "Base/Descriptor.h"
 #include "Disk/FileAttributes.h"
 
 #include <array>
@@ -17,6 +17,7 @@
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brellin {

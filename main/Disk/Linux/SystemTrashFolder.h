@@ -2,7 +2,7 @@
 
 #include "Base/Location.h"
 #include "Base/Result.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/FileAttributes.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #include "FileOperations/PermanentRemoval.h"
 
 #include "Disk/CopyTreeRemoval.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 #include "Disk/FileAttributes.h"
 #include "Disk/Linux/SystemTrashFolder.h"
 #include "Disk/MountTable.h"

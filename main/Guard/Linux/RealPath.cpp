@@ -1,7 +1,7 @@
 #include "Guard/RealPath.h"
 
 #include "Base/Location.h"
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <array>
 #include <cerrno>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Descriptor.h"
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
@@ -12,27 +13,6 @@
 #include <sys/stat.h>
 
 namespace brellin {
-
-/// An open file or folder of the system, closed at the end.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor() { reset(); }
-    Descriptor(Descriptor &&other) noexcept : m_number(other.m_number) { other.m_number = -1; }
-    Descriptor &operator=(Descriptor &&other) noexcept;
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int number() const { return m_number; }
-    bool isOpen() const { return m_number >= 0; }
-    void reset();
-    /// Closes, and says so where the system only now admits that a write failed (network volumes).
-    Result<void> close();
-
-private:
-    int m_number = -1;
-};
 
 /// A name in a folder that is held open: it stays the same place while the path to it changes.
 struct NameIn {

@@ -1,11 +1,10 @@
-#include "Disk/Descriptor.h"
+#include "Disk/EntryPlace.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -20,30 +19,6 @@ struct CloseStream {
 };
 
 } // namespace
-
-Descriptor &Descriptor::operator=(Descriptor &&other) noexcept
-{
-    if (this != &other) {
-        reset();
-        m_number = std::exchange(other.m_number, -1);
-    }
-    return *this;
-}
-
-void Descriptor::reset()
-{
-    if (const int number = std::exchange(m_number, -1); number >= 0)
-        ::close(number);
-}
-
-Result<void> Descriptor::close()
-{
-    const int number = std::exchange(m_number, -1);
-    // After EINTR the descriptor is gone as well; closing it again might hit another thread's.
-    if (number >= 0 && ::close(number) != 0 && errno != EINTR)
-        return failure(Failure::lastSystem());
-    return {};
-}
 
 Result<EntryPlace> openPlace(const Location &location)
 {
