@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace brellin {
 
@@ -21,22 +20,22 @@ constexpr int pollMilliseconds = 50;
 constexpr std::chrono::seconds startingTime(20);
 
 /// A socket pair instead of pipes: writing to a dead process then gives an error instead of SIGPIPE.
-Result<std::array<int, 2>> connectedPair()
+Result<std::array<Descriptor, 2>> connectedPair()
 {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
         return failure(Failure::lastSystem());
-    return ends;
+    return std::array{Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 } // namespace
 
 Result<void> DecoderProcess::start(const Location &program, const JobControl *control)
 {
-    const auto [ours, theirs] = TRY(connectedPair());
-    const int error = decoderProgram::start(m_pid, program, decoderWords::worker, theirs, theirs);
-    ::close(theirs);
-    m_socket = ours;
+    auto [ours, theirs] = TRY(connectedPair());
+    const int error = decoderProgram::start(m_pid, program, decoderWords::worker, theirs.number(), theirs.number());
+    theirs.reset();
+    m_socket = std::move(ours);
     if (error != 0) {
         m_pid = -1;
         end();
@@ -78,7 +77,7 @@ Result<void> DecoderProcess::waitFor(short event, Moment deadline, const JobCont
             return failure(Failure::cancelled());
         if (steady_clock::now() >= deadline)
             return failure(Failure::system(ETIMEDOUT));
-        pollfd waiting{m_socket, event, 0};
+        pollfd waiting{m_socket.number(), event, 0};
         if (::poll(&waiting, 1, pollMilliseconds) > 0)
             return {};
     }
@@ -88,8 +87,8 @@ Result<void> DecoderProcess::send(const QByteArray &bytes, Moment deadline, cons
 {
     for (qsizetype sent = 0; sent < bytes.size();) {
         TRY(waitFor(POLLOUT, deadline, control));
-        const ssize_t length = ::send(m_socket, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent),
-                                      MSG_NOSIGNAL | MSG_DONTWAIT);
+        const ssize_t length = ::send(m_socket.number(), bytes.constData() + sent,
+                                      static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (length < 0 && errno != EINTR && errno != EAGAIN)
             return failure(Failure::lastSystem());
         sent += std::max<ssize_t>(length, 0);
@@ -111,7 +110,8 @@ Result<QByteArray> DecoderProcess::receiveExactly(qsizetype size, Moment deadlin
     QByteArray bytes(size, Qt::Uninitialized);
     for (qsizetype received = 0; received < size;) {
         TRY(waitFor(POLLIN, deadline, control));
-        const ssize_t length = ::recv(m_socket, bytes.data() + received, static_cast<std::size_t>(size - received), 0);
+        const ssize_t length =
+            ::recv(m_socket.number(), bytes.data() + received, static_cast<std::size_t>(size - received), 0);
         if (length == 0)
             return failure(Failure::system(EPIPE));
         if (length < 0 && errno != EINTR)
@@ -123,9 +123,7 @@ Result<QByteArray> DecoderProcess::receiveExactly(qsizetype size, Moment deadlin
 
 void DecoderProcess::end()
 {
-    if (m_socket >= 0)
-        ::close(m_socket);
-    m_socket = -1;
+    m_socket.reset();
     if (m_pid > 0)
         decoderProgram::end(m_pid);
     m_pid = -1;

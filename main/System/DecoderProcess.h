@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Descriptor.h"
 #include "Base/JobControl.h"
 #include "Base/Location.h"
 #include "System/DecoderProtocol.h"
@@ -40,7 +41,7 @@ private:
 
     const std::chrono::milliseconds m_patience;
     pid_t m_pid = -1;
-    int m_socket = -1;
+    Descriptor m_socket;
     int m_asked = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "System/ProcessRunner.h"
 
+#include "Base/Descriptor.h"
 #include "System/ChildStart.h"
 #include "System/ProcessReading.h"
 #include "System/ToolEnvironment.h"
@@ -30,30 +31,31 @@ constexpr int outputPollMilliseconds = 50;
 
 class Pipe {
 public:
-    Pipe() = default;
-    Pipe(const Pipe &) = delete;
-    Pipe &operator=(const Pipe &) = delete;
-    ~Pipe()
+    bool open()
     {
-        closeRead();
-        closeWrite();
+        std::array<int, 2> ends{};
+        return ::pipe2(ends.data(), O_CLOEXEC) == 0 && take(ends);
     }
-    bool open() { return ::pipe2(m_ends.data(), O_CLOEXEC) == 0; }
     /// A socket, since writing to one whose other end is closed does not raise SIGPIPE.
-    bool openSocket() { return ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, m_ends.data()) == 0; }
-    int readEnd() const { return m_ends[0]; }
-    int writeEnd() const { return m_ends[1]; }
-    void closeRead() { close(m_ends[0]); }
-    void closeWrite() { close(m_ends[1]); }
+    bool openSocket()
+    {
+        std::array<int, 2> ends{};
+        return ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0 && take(ends);
+    }
+    int readEnd() const { return m_read.number(); }
+    int writeEnd() const { return m_write.number(); }
+    void closeRead() { m_read.reset(); }
+    void closeWrite() { m_write.reset(); }
 
 private:
-    static void close(int &end)
+    bool take(const std::array<int, 2> &ends)
     {
-        if (end >= 0)
-            ::close(end);
-        end = -1;
+        m_read = Descriptor(ends[0]);
+        m_write = Descriptor(ends[1]);
+        return true;
     }
-    std::array<int, 2> m_ends{-1, -1};
+    Descriptor m_read;
+    Descriptor m_write;
 };
 
 /// A running program with its pipes. Arguments are passed on as raw bytes.

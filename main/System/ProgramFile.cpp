@@ -1,5 +1,7 @@
 #include "System/ProgramFile.h"
 
+#include "Base/Descriptor.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -50,13 +52,9 @@ bool isProgram(const Location &entry)
         return false;
     if (std::ranges::binary_search(scriptEndings, std::string_view(ending)))
         return true;
-    const int file = ::open(entry.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const Descriptor file(::open(entry.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     // Executable but unreadable: assume a program.
-    if (file < 0)
-        return true;
-    const bool program = beginsLikeProgram(file);
-    ::close(file);
-    return program;
+    return !file.isOpen() || beginsLikeProgram(file.number());
 }
 
 } // namespace brellin

@@ -1,5 +1,6 @@
 #include "Transfers/UnfinishedMove.h"
 
+#include "Base/Descriptor.h"
 #include "Base/German.h"
 #include "Disk/Walk.h"
 #include "Transfers/TransferLogLines.h"
@@ -70,11 +71,11 @@ void settle(const Location &log, LoggedWork removal)
     const Result<QByteArray> text = readLog(log);
     if (!text || ::truncate(log.c_str(), text->lastIndexOf('\n') + 1) != 0)
         return;
-    const int file = ::open(log.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW);
-    if (file < 0)
+    const Descriptor file(::open(log.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW));
+    if (!file.isOpen())
         return;
-    [[maybe_unused]] const ssize_t written = ::write(file, line.constData(), static_cast<std::size_t>(line.size()));
-    ::close(file);
+    [[maybe_unused]] const ssize_t written =
+        ::write(file.number(), line.constData(), static_cast<std::size_t>(line.size()));
 }
 
 bool isAway(const LoggedWork &removal)

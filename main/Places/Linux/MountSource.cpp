@@ -1,9 +1,10 @@
 #include "Places/MountSource.h"
 
+#include "Base/Descriptor.h"
+
 #include <QSocketNotifier>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace brellin {
 
@@ -12,18 +13,15 @@ namespace {
 /// The kernel signals each change of the open mount table with POLLPRI.
 class MountWatch : public QObject {
 public:
-    MountWatch(int table, std::function<void()> changed) : m_table(table), m_notifier(table, QSocketNotifier::Exception)
+    MountWatch(Descriptor table, std::function<void()> changed)
+        : m_table(std::move(table))
+        , m_notifier(m_table.number(), QSocketNotifier::Exception)
     {
         connect(&m_notifier, &QSocketNotifier::activated, this, [changed = std::move(changed)] { changed(); });
     }
-    ~MountWatch() override
-    {
-        m_notifier.setEnabled(false);
-        ::close(m_table);
-    }
 
 private:
-    int m_table;
+    Descriptor m_table; ///< outlives its notifier
     QSocketNotifier m_notifier;
 };
 
@@ -31,8 +29,8 @@ private:
 
 std::unique_ptr<QObject> SystemMountSource::watch(std::function<void()> changed)
 {
-    const int table = ::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
-    return table < 0 ? nullptr : std::make_unique<MountWatch>(table, std::move(changed));
+    Descriptor table(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+    return table.isOpen() ? std::make_unique<MountWatch>(std::move(table), std::move(changed)) : nullptr;
 }
 
 } // namespace brellin

@@ -1,5 +1,7 @@
 #include "System/ChildStart.h"
 
+#include "Base/Descriptor.h"
+
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -116,15 +118,16 @@ int errorFrom(int report)
 
 Result<pid_t> startChild(const ChildStart &start)
 {
-    std::array<int, 2> report{};
-    if (::pipe2(report.data(), O_CLOEXEC) != 0)
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         return failure(Failure::lastSystem());
-    const pid_t child = Launch(start, report[1]).fork();
+    const Descriptor report(ends[0]);
+    Descriptor childsReport(ends[1]);
+    const pid_t child = Launch(start, childsReport.number()).fork();
     int error = child < 0 ? errno : 0;
-    ::close(report[1]);
+    childsReport.reset();
     if (child > 0)
-        error = errorFrom(report[0]);
-    ::close(report[0]);
+        error = errorFrom(report.number());
     if (error == 0)
         return child;
     if (child > 0)

@@ -1,5 +1,7 @@
 #include "System/Linux/ProgramStart.h"
 
+#include "Base/Descriptor.h"
+
 #include <system_error>
 #include <thread>
 
@@ -56,13 +58,9 @@ private:
 
 bool endsWithin(pid_t program, std::chrono::milliseconds patience)
 {
-    const int handle = static_cast<int>(::syscall(SYS_pidfd_open, program, 0U));
-    if (handle < 0)
-        return false;
-    pollfd ended{handle, POLLIN, 0};
-    const bool hasEnded = ::poll(&ended, 1, static_cast<int>(patience.count())) > 0;
-    ::close(handle);
-    return hasEnded;
+    const Descriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, program, 0U)));
+    pollfd ended{handle.number(), POLLIN, 0};
+    return handle.isOpen() && ::poll(&ended, 1, static_cast<int>(patience.count())) > 0;
 }
 
 /// Reaps the program on exit, so that it does not remain a zombie.
