@@ -4,7 +4,7 @@
 #include "Base/German.h"
 #include "Disk/FreeName.h"
 #include "Guard/ProtectedPlaces.h"
-#include "System/FileLock.h"
+#include "System/AtomicWrite.h"
 
 #include <QDateTime>
 

@@ -1,7 +1,8 @@
 #include "App/ListCommand.h"
 
 #include "Disk/FileAttributes.h"
-#include "System/FileLock.h"
+#include "System/AtomicWrite.h"
+#include "System/ReadWhole.h"
 
 #include <array>
 

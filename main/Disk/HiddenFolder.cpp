@@ -3,6 +3,7 @@
 #include "Disk/FileAttributes.h"
 #include "Disk/FreeName.h"
 #include "Disk/Walk.h"
+#include "System/ReadWhole.h"
 
 #include <QSysInfo>
 #include <QUuid>

@@ -1,6 +1,8 @@
 #include "Disk/HiddenNote.h"
 
 #include "Disk/FileAttributes.h"
+#include "System/PrivateFolders.h"
+#include "System/ReadWhole.h"
 
 #include <QByteArray>
 #include <QUuid>

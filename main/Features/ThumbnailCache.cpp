@@ -1,7 +1,7 @@
 #include "Features/ThumbnailCache.h"
 
 #include "Base/Edition.h"
-#include "System/FileLock.h"
+#include "System/PrivateFolders.h"
 
 #include <QCryptographicHash>
 #include <QStandardPaths>

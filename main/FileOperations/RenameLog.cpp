@@ -6,6 +6,7 @@
 #include "Disk/FreeName.h"
 #include "FileOperations/OperationOutcome.h"
 #include "FileOperations/RenameState.h"
+#include "System/PrivateFolders.h"
 
 #include <QUuid>
 

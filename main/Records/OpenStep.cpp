@@ -3,6 +3,7 @@
 #include "Records/OpenFile.h"
 #include "Records/StepLines.h"
 #include "Records/StepRecords.h"
+#include "System/PrivateFolders.h"
 
 #include <algorithm>
 #include <map>

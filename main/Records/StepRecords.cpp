@@ -4,8 +4,10 @@
 #include "Records/OpenFile.h"
 #include "Records/SettledByDisk.h"
 #include "Records/StepLines.h"
+#include "System/AtomicWrite.h"
 #include "System/LogReading.h"
 #include "System/PlainSetting.h"
+#include "System/PrivateFolders.h"
 
 #include <algorithm>
 

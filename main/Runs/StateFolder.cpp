@@ -1,6 +1,7 @@
 #include "Runs/StateFolder.h"
 
 #include "Runs/AgentError.h"
+#include "System/PrivateFolders.h"
 
 namespace brellin {
 

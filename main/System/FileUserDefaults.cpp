@@ -1,6 +1,9 @@
 #include "System/FileUserDefaults.h"
 
+#include "System/AtomicWrite.h"
 #include "System/LogReading.h"
+#include "System/PrivateFolders.h"
+#include "System/ReadWhole.h"
 
 #include <QDateTime>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "System/LogReading.h"
 
 #include "Base/German.h"
-#include "System/FileLock.h"
+#include "System/ReadWhole.h"
 
 namespace brellin {
 

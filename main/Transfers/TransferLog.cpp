@@ -2,6 +2,7 @@
 
 #include "Disk/FileAttributes.h"
 #include "Disk/FreeName.h"
+#include "System/PrivateFolders.h"
 
 #include <QUuid>
 

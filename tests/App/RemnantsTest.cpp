@@ -2,6 +2,7 @@
 #include "FileOperations/RenameLog.h"
 #include "Runs/RunJournal.h"
 #include "Support/WaitUntil.h"
+#include "System/PrivateFolders.h"
 #include "Transfers/TransferLog.h"
 
 #include <QJsonArray>

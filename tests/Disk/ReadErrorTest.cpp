@@ -2,7 +2,7 @@
 #include "Disk/CopyEntry.h"
 #include "Disk/Digest.h"
 #include "Support/TempTree.h"
-#include "System/FileLock.h"
+#include "System/ReadWhole.h"
 
 #include <gtest/gtest.h>
 

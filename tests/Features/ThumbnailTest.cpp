@@ -3,8 +3,9 @@
 #include "Support/FakeDecoder.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
-#include "System/FileLock.h"
+#include "System/AtomicWrite.h"
 #include "System/MemoryUserDefaults.h"
+#include "System/ReadWhole.h"
 
 #include <QCryptographicHash>
 

@@ -8,6 +8,7 @@
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 #include "System/Clock.h"
+#include "System/ReadWhole.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,10 @@
 #include "System/FileUserDefaults.h"
 
-#include "Support/FailingCalls.h"
 #include "Support/TempTree.h"
+#include "System/AtomicWrite.h"
 #include "System/FileLock.h"
 #include "System/MemoryUserDefaults.h"
+#include "System/PrivateFolders.h"
 
 #include <QDateTime>
 
@@ -15,7 +16,6 @@
 #include <vector>
 
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -191,87 +191,6 @@ TEST_F(FileUserDefaultsTest, AMemoryCopyNeverWritesThrough)
     EXPECT_EQ(memory.value(u"zahl"_qs)->toInt(), 2);
     EXPECT_EQ(memory.json(u"l"_qs), "[1]2");
     EXPECT_EQ(tree.snapshot(), before);
-}
-
-TEST(FileLockTest, IsHeldByOneAndGivenBackByTheDead)
-{
-    const TempTree tree;
-    const Location file = tree.path("lock");
-    std::array<int, 2> ready{};
-    ASSERT_EQ(::pipe(ready.data()), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const auto lock = FileLock::tryNow(file);
-        const char held = lock ? 'j' : 'n';
-        [[maybe_unused]] const auto written = ::write(ready[1], &held, 1);
-        ::pause();
-        ::_exit(0);
-    }
-    char held = 0;
-    ASSERT_EQ(::read(ready[0], &held, 1), 1);
-    EXPECT_EQ(held, 'j');
-    const auto refused = FileLock::tryNow(file);
-    ASSERT_FALSE(refused);
-    EXPECT_TRUE(refused.error().is(std::errc::resource_unavailable_try_again));
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
-    auto mine = FileLock::wait(file, std::chrono::seconds(20));
-    ASSERT_TRUE(mine);
-    EXPECT_FALSE(FileLock::tryNow(file)) << "one object at a time, in one program as well";
-    const auto late = FileLock::wait(file, std::chrono::milliseconds(20));
-    ASSERT_FALSE(late);
-    EXPECT_TRUE(late.error().is(std::errc::resource_unavailable_try_again));
-    mine->release();
-    EXPECT_TRUE(FileLock::tryNow(file));
-    ::close(ready[0]);
-    ::close(ready[1]);
-}
-
-TEST(AtomicWriteTest, ReplacesWholeFilesThroughLinks)
-{
-    const TempTree tree;
-    tree.lines({"echt/datei=alt", "link->echt/datei"});
-    EXPECT_TRUE(writeAtomically(tree.path("link"), "neu"));
-    EXPECT_EQ(tree.content("echt/datei"), "neu");
-    EXPECT_TRUE(std::filesystem::is_symlink(tree.path("link")));
-    EXPECT_FALSE(writeAtomically(tree.path("fehlt/datei"), "x"));
-    EXPECT_FALSE(writeAtomically(tree.path("echt"), "x")) << "a folder";
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 2) << "nothing left beside it";
-}
-
-TEST(AtomicWriteTest, IsOnTheDiskWithItsName)
-{
-    const TempTree tree;
-    const Location file = tree.file("datei", "alt");
-    int flushes = 0;
-    bool written = false;
-    const auto writeWithErrorAt = [&](int failing) {
-        flushes = 0;
-        const auto errorOf = [&](int number) { return ++flushes, number == failing ? EIO : 0; };
-        return brellin::test::runWithFailingCalls(SYS_fsync, errorOf,
-                                                  [&] { written = writeAtomically(file, "neu").has_value(); });
-    };
-    if (!writeWithErrorAt(0))
-        GTEST_SKIP() << "the system cannot make calls fail here";
-    EXPECT_FALSE(written);
-    EXPECT_EQ(tree.content("datei"), "alt") << "bytes that are not on the disk replace nothing";
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 1) << "nothing left beside it";
-    (void)writeWithErrorAt(1);
-    EXPECT_FALSE(written) << "its name may be lost";
-    (void)writeWithErrorAt(-1);
-    EXPECT_TRUE(written);
-    EXPECT_EQ(flushes, 2);
-}
-
-TEST(PrivateFoldersTest, AreTheUsersAloneOnEveryLevel)
-{
-    const TempTree tree;
-    const mode_t before = ::umask(0);
-    EXPECT_TRUE(createPrivateFolders(tree.path("a/b/c")));
-    EXPECT_TRUE(createPrivateFolders(tree.path("a/b/d")));
-    ::umask(before);
-    for (const char *const name : {"a", "a/b", "a/b/c", "a/b/d"})
-        EXPECT_EQ(std::filesystem::status(tree.path(name)).permissions(), std::filesystem::perms::owner_all) << name;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "App/Start/SettingsWatch.h"
 
 #include "Disk/FolderWatcher.h"
-#include "System/FileLock.h"
+#include "System/PrivateFolders.h"
 
 namespace brellin {
 

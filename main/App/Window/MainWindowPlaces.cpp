@@ -10,7 +10,7 @@
 #include "Features/StorageOverview.h"
 #include "Look/Theme.h"
 #include "Sidebar/Screens/SidebarView.h"
-#include "System/FileLock.h"
+#include "System/PrivateFolders.h"
 
 namespace brellin {
 

@@ -1,5 +1,7 @@
 #include "App/Window/SingleInstance.h"
 
+#include "System/PrivateFolders.h"
+
 #include <QDeadlineTimer>
 #include <QLocalSocket>
 #include <QThread>

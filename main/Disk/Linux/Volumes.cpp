@@ -1,7 +1,7 @@
 #include "Disk/Volumes.h"
 
 #include "Disk/MountTable.h"
-#include "System/FileLock.h"
+#include "System/ReadWhole.h"
 
 #include <cerrno>
 #include <optional>

@@ -2,7 +2,7 @@
 
 #include "Features/Screens/ThumbnailPixels.h"
 #include "Features/Thumbnails.h"
-#include "System/FileLock.h"
+#include "System/ReadWhole.h"
 
 #include <QCache>
 #include <QHash>

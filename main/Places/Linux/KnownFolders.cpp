@@ -1,6 +1,6 @@
 #include "Places/KnownFolders.h"
 
-#include "System/FileLock.h"
+#include "System/ReadWhole.h"
 
 #include <cstdlib>
 #include <string_view>
