@@ -22,6 +22,7 @@ enum class LinkState : std::uint8_t { None, Leads, Broken };
 
 /// One listed entry. Kept small, since a folder may hold a million of them: the folder's path is shared, and the
 /// entry's path is composed on demand.
+///
 /// A link to a folder counts as a folder; size and time are the link's own.
 struct FileItem {
     std::shared_ptr<const std::string> folder; ///< path of the containing folder; never null in a listing

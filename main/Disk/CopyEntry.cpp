@@ -11,8 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// Goes up from the target's folder by the folders themselves: a path could name the source in another way, through a
-/// link or a second mount.
+/// Compares the target's ancestors by identity, since links and mounts give a folder several paths.
 Result<void> refuseIntoItself(const struct stat &source, const Descriptor &destinationFolder)
 {
     Descriptor folder = TRY(openFolderPlace(NameIn{destinationFolder.number(), "."}));

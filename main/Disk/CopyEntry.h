@@ -13,50 +13,47 @@
 
 namespace brellin {
 
-/// How a copy tells what it is at. Called on the copying thread, at least every 100 ms while bytes flow and once at the
-/// end of a complete copy.
+/// Progress of a copy. Reported on the copying thread, at least every 100 ms while bytes flow, and once at the end of a
+/// complete copy.
 struct CopyProgress {
-    std::int64_t bytes = 0; ///< copied so far, in the whole tree
-    std::int64_t files = 0; ///< files and links finished so far (folders are not counted)
-    Location current;       ///< the source being copied
+    std::int64_t bytes = 0; ///< copied so far in the whole tree
+    std::int64_t files = 0; ///< files and links finished so far, not folders
+    Location current;       ///< source being copied
 };
 
 struct CopyOptions {
-    const JobControl *control = nullptr; ///< a cancel takes effect within 100 ms and leaves nothing behind
+    const JobControl *control = nullptr; ///< a cancel takes effect within 100 ms and removes the copy
     std::function<void(const CopyProgress &)> progress;
-    std::chrono::milliseconds interval{50}; ///< between two calls of `progress`
-    CopiedEntries *copied = nullptr;        ///< takes down what was copied, for `removeCopied`
+    std::chrono::milliseconds interval{50}; ///< minimum time between calls of `progress`
+    CopiedEntries *copied = nullptr;        ///< records what was copied, for `removeCopied`
 };
 
-/// What a complete copy could not keep, said once each ("Erweiterte Attribute …"); empty as a rule.
+/// What a complete copy could not preserve, each sentence once ("Erweiterte Attribute …"); usually empty.
 struct CopyReport {
     QStringList notKept;
-    std::int64_t bytes = 0; ///< of the copied files' content, holes not counted where they are kept
+    std::int64_t bytes = 0; ///< of the copied files' content, without holes if they are preserved
     std::int64_t files = 0; ///< as in `CopyProgress`
 };
 
-/// Copies a file, link or folder to `destination`, which must not exist (never over anything: `errc::file_exists`) and
-/// whose folder must. Data is cloned where the file system can, else copied in the kernel, else read and written;
-/// holes stay holes. Extended attributes, ACL, times, mode and, where permitted, owner come along; a link stays a
-/// link; hard links inside the copied tree stay linked. Links are never followed; trees may be of any depth, and go on
-/// into mounts.
+/// Copies a file, link or folder to `destination`, which must not exist (`errc::file_exists`), in an existing folder.
+/// Clones data where possible, otherwise copies in the kernel, otherwise reads and writes; preserves holes. Copies
+/// extended attributes, ACLs, times, mode and, if permitted, owner; hard links within the tree stay linked. Never
+/// follows links; descends into mounts; trees may have any depth.
 ///
-/// A file is copied as long as it was when the copy reached it. One that somebody writes into meanwhile is copied again, twice
-/// (once above 1 GB), and then is a failure; what was only appended is left out. A socket,
-/// pipe or device is a failure (`errc::not_supported`), never a hang. A folder is not copied into itself, by whatever
-/// path (`errc::invalid_argument`). The message of a failure inside a folder begins with the entry's path there:
-/// „„Bilder/a.jpg“: …“. On failure or cancel nothing that the copy made stays; what somebody else put into its folders
-/// meanwhile does.
+/// A file is copied in the length it had when the copy reached it; appended data is left out. If it is modified
+/// meanwhile, it is copied again, at most twice (once above 1 GB), then the copy fails. Sockets, pipes and devices fail
+/// with `errc::not_supported`. Copying a folder into itself, by whatever path, fails with `errc::invalid_argument`. A
+/// failure inside a folder starts with the entry's relative path: „„Bilder/a.jpg“: …“. On failure or cancel the copy is
+/// removed, except for what others put into its folders meanwhile.
 Result<CopyReport> copyEntry(const Location &source, const Location &destination, const CopyOptions &options = {});
 
-/// Writes what lies at `location` (a file, or everything in a folder) to the disk itself, with the folder entry that
-/// names it, and lets the system forget its cached pages, so that a following read comes from the disk. After a failure
-/// the copy must be made again: a second flush would not see the error.
+/// Flushes a file, or everything in a folder, to disk, together with the folder entry, and drops cached pages, so that
+/// a following read comes from the disk. After a failure copy again: a second flush would not report the error.
 Result<void> flushEntry(const Location &location);
 
-/// Removes a file, link or whole folder for good, never following a link, never into another mount (a folder that holds
-/// one stays: `errc::device_or_resource_busy`). Only for what this program itself just made: an incomplete or rejected
-/// copy. `errc::no_such_file_or_directory` is success.
+/// Permanently removes a file, link or folder; never follows links or enters another mount (a folder containing one is
+/// kept: `errc::device_or_resource_busy`). Only for what this program itself just created, i.e. an incomplete or
+/// rejected copy. A missing entry is success.
 Result<void> removeOwnCopy(const Location &location);
 
 } // namespace brellin

@@ -12,9 +12,8 @@ namespace brellin {
 
 namespace {
 
-/// Flushes file by file while there are few. Of many each would wait for the disk, so from then on the whole volume is
-/// flushed once (the system reports failed writes there as well), at the price of waiting for what others wrote; not where
-/// that reaches no disk.
+/// Flushes single files while there are few. From a limit on flushes the whole volume once, which also reports failed
+/// writes but waits for writes of others; not where that has no effect.
 class TreeFlush {
 public:
     Result<void> run(NameIn top)
@@ -47,7 +46,7 @@ private:
         if (!folder && !S_ISREG(status.st_mode))
             return {};
         auto opened = folder ? openFolder(entry) : openForReading(entry);
-        // A copy may have got rights that keep its owner out: then the volume is flushed as a whole.
+        // Copied permissions may lock out the owner: flush the whole volume instead.
         if (!opened && opened.error().is(std::errc::permission_denied))
             return flushVolumeOnce(TRY(openFolder({entry.folder, "."})).number());
         if (!opened)
@@ -70,7 +69,7 @@ private:
             return write(above->number());
         if (!above.error().is(std::errc::permission_denied))
             return failure(above.error());
-        // One may put something into a folder that one may not read: its volume can be had through what was put there.
+        // The folder may be write-only: flush its volume through the entry put there.
         const struct stat status = TRY(statusOf(top));
         const auto within = S_ISDIR(status.st_mode) ? openFolder(top) : openForReading(top);
         return within ? flushVolumeOnce(within->number()) : Result<void>();
@@ -85,8 +84,7 @@ private:
             return flushVolumeOnce(file);
         if (flushFile(file) == 0)
             return {};
-        // Some file systems know no flush of a folder (its entries are written with its files there), some in user space none
-        // at all. What could not be written would be told in other words.
+        // Some file systems cannot flush folders, some FUSE ones nothing at all. Write errors have other codes.
         if (errno == EINVAL || errno == ENOTSUP || errno == ENOSYS)
             return {};
         return failure(Failure::lastSystem());

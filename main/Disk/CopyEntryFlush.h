@@ -2,15 +2,15 @@
 
 namespace brellin {
 
-/// What each system calls by another name. 0, or -1 with `errno` set.
+/// Flushing calls that differ between systems. They return 0, or -1 with `errno` set.
 
-/// Writes an open file or folder to the disk, past the disk's own cache.
+/// Flushes a file or folder through the disk's cache.
 int flushFile(int file);
-/// Writes everything of the volume that `file` lies on.
+/// Flushes the whole volume of `file`.
 int flushVolume(int file);
-/// Whether `flushVolume` reaches the disk of what `file` lies on. A file system in user space hears of single files only.
+/// Whether `flushVolume` works for the volume of `file`. FUSE file systems only flush single files.
 bool isFlushedAsAWhole(int file);
-/// Lets the system forget its pages of a file that has been written.
+/// Drops the cached pages of a flushed file.
 int forgetPages(int file);
 
 } // namespace brellin

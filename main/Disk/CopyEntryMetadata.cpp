@@ -11,10 +11,10 @@ namespace {
 
 constexpr mode_t allBits = 07777;
 
-/// The target does not keep such things, or not for this user. That is no reason to refuse a copy.
+/// Whether the target cannot store this, at all or for this user. No reason to fail the copy.
 bool cannotKeep(int error)
 {
-    // NOLINTNEXTLINE(misc-redundant-expression): one number here, two elsewhere
+    // NOLINTNEXTLINE(misc-redundant-expression): equal on Linux, different elsewhere
     return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS || error == EINVAL;
 }
 
@@ -22,12 +22,12 @@ bool cannotKeep(int error)
 
 Result<std::uint64_t> CopyMetadata::apply(int source, const struct stat &from, int destination, const struct stat &made)
 {
-    // A change of owner clears capabilities and the bits that lend rights, so it comes first.
+    // First the owner, since changing it clears capabilities, setuid and setgid.
     const Kept kept = TRY(giveOwner(from, destination, made));
     MetadataMark mark(from);
     const AccessList list = TRY(copyAttributes(source, destination, mark));
     mode_t mode = from.st_mode & allBits;
-    // Nobody else's program may come to run with this user's rights.
+    // If the owner changed, drop setuid and setgid: nobody else's program may run with this user's rights.
     if (!kept.user)
         mode &= ~static_cast<mode_t>(S_ISUID);
     if (!kept.group)
@@ -47,7 +47,7 @@ Result<CopyMetadata::Kept> CopyMetadata::giveOwner(const struct stat &from, int 
         return Kept{true, true};
     if (!cannotKeep(errno))
         return failure(Failure::lastSystem());
-    // A group that this user is in may be given even so.
+    // Even so the user may assign a group they are in.
     const bool group = from.st_gid == made.st_gid || ::fchown(destination, static_cast<uid_t>(-1), from.st_gid) == 0;
     return Kept{from.st_uid == made.st_uid, group};
 }
@@ -80,7 +80,7 @@ Result<void> CopyMetadata::applyToLink(const struct stat &from, NameIn destinati
         ::fchownat(destination.folder, destination.name, from.st_uid, from.st_gid, AT_SYMLINK_NOFOLLOW) != 0 &&
         !cannotKeep(errno))
         return failure(Failure::lastSystem());
-    // A link's own time is seen by nobody; a target that keeps none loses nothing.
+    // Ignore lost times of links, which nobody sees.
     const timespec times[2] = {from.st_atim, from.st_mtim};
     if (::utimensat(destination.folder, destination.name, times, AT_SYMLINK_NOFOLLOW) != 0 && !cannotKeep(errno))
         return failure(Failure::lastSystem());

@@ -12,19 +12,19 @@
 
 namespace brellin {
 
-/// Gives copies the owner, rights, attributes and times of their originals, and remembers what a target could not keep.
+/// Copies owner, permissions, attributes and times, and records what the target could not store.
 class CopyMetadata {
 public:
-    /// `from` is the status of the open `source`, `made` that of the open copy. Gives the `MetadataMark` of what was there to be
-    /// taken over.
+    /// `from` is the status of `source`, `made` that of the new copy. Returns the `MetadataMark` of the source's
+    /// metadata.
     Result<std::uint64_t> apply(int source, const struct stat &from, int destination, const struct stat &made);
-    /// The same for a link, by name.
+    /// As above for a symlink, by name.
     Result<void> applyToLink(const struct stat &from, NameIn destination, const struct stat &made);
-    /// Takes off what a new file or folder got from the folder that it was made in: an original has its own rights
-    /// only.
+    /// Removes permissions that a new file or folder inherited from its parent folder, so that it gets only the
+    /// original's.
     void dropInheritedAccess(int destination);
 
-    /// A German sentence for each kind of thing that was lost at least once.
+    /// A German sentence for each kind of metadata that was lost.
     QStringList notKept() const;
     void hardLinkWasSplit() { m_lost.hardLinks = true; }
 
@@ -42,7 +42,7 @@ private:
     enum class AccessList { None, Set };
 
     static Result<Kept> giveOwner(const struct stat &from, int destination, const struct stat &made);
-    /// Extended attributes and access lists (the platform's half).
+    /// Copies extended attributes and ACLs; implemented per platform.
     Result<AccessList> copyAttributes(int source, int destination, MetadataMark &mark);
     Result<void> giveMode(int destination, mode_t mode);
     Result<void> giveTimes(const struct stat &from, int destination);

@@ -7,20 +7,20 @@
 
 namespace brellin {
 
-/// What every part of a copy calls while it works: counts, reports now and then, and says when to stop.
+/// Progress of a copy, shared by all its parts: counts, reports and checks for a cancel.
 class CopyPulse {
 public:
-    /// `current` makes the location of what is being copied; it is asked only when a report is due.
+    /// `current` returns the path being copied; called only for reports.
     CopyPulse(const CopyOptions &options, std::function<Location()> current);
 
     void addBytes(std::int64_t bytes) { m_progress.bytes += bytes; }
     std::int64_t bytes() const { return m_progress.bytes; }
-    /// What was copied beyond `bytes` does not count: it is copied again.
+    /// Resets the count before copying a file again.
     void takeBackTo(std::int64_t bytes) { m_progress.bytes = bytes; }
     void addFile() { ++m_progress.files; }
-    /// To be called at least every 50 ms. Fails when the copy was cancelled.
+    /// Call at least every 50 ms. Fails if the copy was cancelled.
     Result<void> beat();
-    /// The last report, of a complete copy.
+    /// The final report of a complete copy.
     CopyProgress finished();
 
 private:

@@ -13,7 +13,7 @@ namespace brellin {
 
 namespace {
 
-/// Removes what the copy holds.
+/// Removes what the copy contains.
 class RestRemoval : public KeepingRemoval {
 public:
     RestRemoval(Location source, EntryPlace copy, Instant since, const JobControl *control)
@@ -58,7 +58,7 @@ private:
         const auto beat = [this] { return stillWanted(); };
         if (!sameEntry(opened.status, now) || !TRY(sameBytes(original.number(), other.number(), now.st_size, beat)))
             return false;
-        constexpr auto tick = std::chrono::milliseconds(20); // of the clock that files get their times from
+        constexpr auto tick = std::chrono::milliseconds(20); // resolution of the kernel's file time clock
         const bool untouched = instantFrom(now.st_ctim) + tick < m_since;
         const auto mark = MetadataMark::of(original.number(), now);
         if (!untouched && mark != MetadataMark::of(other.number(), held.status))

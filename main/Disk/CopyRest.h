@@ -9,11 +9,10 @@
 
 namespace brellin {
 
-/// Ends a removal that was cut short: removes of `source`, for good, what stands the same at `copy` (kind, name and content,
-/// and rights and attributes where something was changed after `since`), never through a link and never into another mount.
-/// Gives the entries that stay because they differ; fails with the first reason why anything else stays, after having removed
-/// the rest.
-/// A cancel is a failure, too: the rest stays.
+/// Completes an interrupted removal: permanently removes from `source` what is the same at `copy` (kind, name and
+/// content; also permissions and attributes if changed after `since`). Never follows links or enters another mount.
+/// Returns the entries kept because they differ; fails with the first other reason to keep one, after removing the
+/// rest. A cancel is a failure as well.
 Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since,
                                                const JobControl *control = nullptr);
 

@@ -53,7 +53,7 @@ Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
         return CopyReport{m_metadata.notKept(), done.bytes, done.files};
     }
     if (!m_made.empty()) {
-        // Their descriptors are needed for the way back where these have run out.
+        // Free descriptors, which removing the copy needs if they have run out.
         m_sources = CopyTreeFolders();
         m_destinations = CopyTreeFolders();
         m_top.reset();
@@ -84,7 +84,7 @@ Result<void> CopyTree::copyContents()
     return {};
 }
 
-/// `type` is what the folder says of it, to save a look; what is opened is looked at again.
+/// `type` is from the folder listing and saves a call; the opened entry is checked again.
 Result<void> CopyTree::copyEntry(NameIn source, unsigned char type, NameIn destination)
 {
     if (type == DT_REG)
@@ -153,7 +153,7 @@ Result<bool> CopyTree::isWholeCopy(int source, const SourceStatus &seen, const s
     const bool rewritten = now.st_size == seen.status.st_size && !sameModified(seen.status, now);
     if (rewritten || now.st_size < seen.status.st_size)
         return false;
-    // It grew, as logs do, or something else of it was changed, or its times are too young to tell.
+    // It grew, its metadata changed, or its times are too recent to prove anything: compare content.
     return sameBytes(source, copy, seen.status.st_size, [this] { return m_pulse.beat(); });
 }
 
@@ -183,7 +183,7 @@ Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
     Descriptor original = TRY(openFolder(source));
     const SourceStatus seen = TRY(SourceStatus::ofOpen(original.number()));
     const struct stat &status = seen.status;
-    // By way of a mount a folder may hold itself, or the place where its copy is being made.
+    // Through a mount a folder may contain itself or its copy.
     if (m_sources.contains(status) || m_destinations.contains(status))
         return failure(QStringLiteral("Der Ordner enthält sich selbst."));
     std::vector<ListedName> entries = TRY(listFolder(original.number(), m_options.control));
@@ -198,7 +198,7 @@ Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
     return {};
 }
 
-/// A folder gets its rights and times when nothing changes in it any more.
+/// Sets a folder's permissions and times after its content is complete, which would change them.
 Result<void> CopyTree::leaveFolder()
 {
     const Level left = std::move(m_levels.back());
@@ -249,7 +249,7 @@ Result<Descriptor> CopyTree::createFolder(NameIn destination, struct stat &made)
     return folder;
 }
 
-/// `entry` is the copy, whose marks count.
+/// `entry` is in the copy, whose paths identify entries.
 void CopyTree::takeDown(NameIn entry, const SourceStatus &source, std::uint64_t mark)
 {
     takeDownAt(OwnEntries::pathMark(atTop() ? 0 : m_levels.back().path, entry.name), source, mark);

@@ -15,39 +15,40 @@
 
 namespace brellin {
 
-/// One copy of a whole entry: walks down the source with its folders held open, so that nobody can lead it elsewhere,
-/// and makes each entry exclusively, closed to others until its rights are set at the end.
+/// Copies an entry with its content. Holds the source's folders open, so that it cannot be redirected; creates each
+/// entry exclusively and private until its permissions are set at the end.
 class CopyTree {
 public:
-    /// `source` is what progress shows.
+    /// `source` is only used for progress.
     CopyTree(Location source, const CopyOptions &options);
 
-    /// On failure takes back what it made.
+    /// Removes what it created if it fails.
     Result<CopyReport> run(NameIn source, NameIn destination);
 
 private:
     struct Level {
         std::string name;
-        std::uint64_t path; ///< as `OwnEntries::pathMark` counts
+        std::uint64_t path; ///< from `OwnEntries::pathMark`
         SourceStatus source;
         std::vector<ListedName> entries;
         std::size_t next = 0;
     };
-    /// Where the first copy of a file with several names lies.
+    /// The first copy of a file with several hard links.
     struct FirstCopy {
         std::string folder; ///< relative to the copied folder
         std::string name;
         ino_t inode;
-        SourceStatus source; ///< what was copied …
-        std::uint64_t mark;  ///< … and its metadata
+        SourceStatus source; ///< status of the source when copied
+        std::uint64_t mark;  ///< its metadata
     };
 
     Result<void> copyContents();
     Result<void> copyEntry(NameIn source, unsigned char type, NameIn destination);
     Result<void> copyFile(NameIn source, NameIn destination);
-    /// Copies until nobody has written into the source meanwhile, a few times at most. Gives what the source was then.
+    /// Copies until the source was unchanged meanwhile, within the limit of attempts. Returns the source's status for
+    /// the final copy.
     Result<SourceStatus> copyContent(int source, SourceStatus seen, int destination);
-    /// Whether a copy holds what the source was when it was `seen`, though it may be something else `now`.
+    /// Whether the copy has the content that the source had at `seen`, even if `now` differs.
     Result<bool> isWholeCopy(int source, const SourceStatus &seen, const struct stat &now, int copy);
     Result<void> copyLink(NameIn source, const SourceStatus &original, NameIn destination);
     Result<void> enterFolder(NameIn source, NameIn destination);
@@ -74,7 +75,7 @@ private:
     CopyTreeFolders m_destinations;
     std::vector<Level> m_levels;
     OwnEntries m_made;
-    Descriptor m_top; ///< of the copied folder, for links to a first copy
+    Descriptor m_top; ///< the copied folder, for linking to a first copy
     std::map<std::pair<dev_t, ino_t>, FirstCopy> m_firstCopies;
 };
 

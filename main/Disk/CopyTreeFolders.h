@@ -9,21 +9,21 @@
 
 namespace brellin {
 
-/// The open folders from the top of a tree down to where the work is. Only the deepest stay open, so that a tree may
-/// be of any depth; the others are opened again through "..", and must be the same folders then.
+/// The open folders from the top of a tree down to the current one. Keeps only the deepest open, so that a tree may
+/// have any depth; reopens others through "..", checking that they are the same.
 class CopyTreeFolders {
 public:
-    /// How many folders stay open at once, at least one.
+    /// `keptOpen` is the number of folders kept open, at least one.
     explicit CopyTreeFolders(std::size_t keptOpen = 32) : m_keptOpen(keptOpen) {}
 
     std::size_t depth() const { return m_levels.size(); }
     /// The deepest folder.
     int current() const { return m_levels.back().folder.number(); }
-    /// Whether this folder is one of them: entering it would never end.
+    /// Whether this folder is among them: entering it would loop.
     bool contains(const struct stat &folder) const;
 
     void enter(Descriptor folder, const struct stat &status);
-    /// Gives up the deepest folder, which stays open for its last changes; the one above is the current one then.
+    /// Returns the deepest folder, still open for final changes; its parent becomes the current one.
     Result<Descriptor> leave();
 
 private:
@@ -36,8 +36,8 @@ private:
     std::vector<Level> m_levels;
 };
 
-/// A folder by its path below an open one ("" for that one), to work in it. Opened piece by piece: the path may be longer than
-/// the system takes at once, and no piece may be a link.
+/// Opens a folder by its path below an open one; "" opens that one again. Opens one component at a time, since the path
+/// may exceed the system's limit; never follows links.
 Result<Descriptor> openFolderBelow(int top, std::string_view relative);
 
 } // namespace brellin

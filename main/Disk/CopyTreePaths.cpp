@@ -9,7 +9,7 @@
 
 namespace brellin {
 
-/// Below the top, "" directly in it.
+/// Path below the top; empty directly in it.
 std::string CopyTree::relativeFolder() const
 {
     std::string path;
@@ -29,7 +29,7 @@ Location CopyTree::current() const
     return location;
 }
 
-/// A failure deep inside says where, as far as a line can hold it.
+/// Adds the path to a failure inside the tree, or only the name if the path is too long for one line.
 Failure CopyTree::named(Failure why, std::string_view name) const
 {
     if (why.isCancelled())
@@ -41,8 +41,7 @@ Failure CopyTree::named(Failure why, std::string_view name) const
     return why;
 }
 
-/// False where there is no copy yet, or where it cannot be linked to or is older than this: then the file is copied for
-/// itself.
+/// False if there is no first copy, or it cannot be linked to or is outdated: the caller then copies the file.
 Result<bool> CopyTree::linkToFirstCopy(const SourceStatus &source, NameIn destination)
 {
     const auto first = m_firstCopies.find({source.status.st_dev, source.status.st_ino});

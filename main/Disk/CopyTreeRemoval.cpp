@@ -24,7 +24,7 @@ private:
         return !m_only || m_only->contains(path, now.st_ino);
     }
 
-    /// A copy may have got rights that keep its owner out.
+    /// Copied permissions may lock out the owner: grants access first.
     Result<Descriptor> open(NameIn entry) override
     {
         auto folder = openFolder(entry);
@@ -40,7 +40,7 @@ private:
             note(Failure::lastSystem(), name);
     }
 
-    /// With what is not ours it stays, and that is right.
+    /// With `only`, a folder that contains entries of others is kept; that is no failure.
     void filled(std::string_view name) override
     {
         if (!m_only)
@@ -54,7 +54,7 @@ private:
 
 std::uint64_t OwnEntries::pathMark(std::uint64_t folder, std::string_view name)
 {
-    // The constant spreads the bits (2^64 / golden ratio), so that "a/b" and "b/a" differ.
+    // The constant (2^64 / golden ratio) spreads the bits, so that "a/b" and "b/a" differ.
     return (folder * 0x9E3779B97F4A7C15ULL + 1) ^ std::hash<std::string_view>()(name);
 }
 

@@ -10,19 +10,19 @@
 
 namespace brellin {
 
-/// The entries that a copy itself made, to take back these and nothing else. They are known by their inodes; on volumes
-/// that give a file a new number now and then (FAT, many in user space), by their paths below the top.
+/// The entries that a copy created, so that only these are removed on failure. Identified by inode or, on volumes that
+/// do not keep inodes (FAT, exFAT, FUSE), by path below the top.
 class OwnEntries {
 public:
     enum class KnownBy { Inode, Path };
     explicit OwnEntries(KnownBy knownBy = KnownBy::Inode) : m_knownBy(knownBy) {}
 
-    /// A number for a path: that of the folder (0 at the top) and the name in it.
+    /// A hash of a path, from that of its folder (0 at the top) and the name in it.
     static std::uint64_t pathMark(std::uint64_t folder, std::string_view name);
 
     bool empty() const { return m_marks.empty(); }
     void add(std::uint64_t path, ino_t inode) { m_marks.push_back(m_knownBy == KnownBy::Inode ? inode : path); }
-    /// To be called once, after the last `add`.
+    /// Call once after the last `add`.
     void sort();
     bool contains(std::uint64_t path, ino_t inode) const;
 
@@ -31,16 +31,15 @@ private:
     std::vector<std::uint64_t> m_marks;
 };
 
-/// How the entries of an open folder's volume are known again.
+/// How to identify entries on the volume of an open folder.
 OwnEntries::KnownBy knownBy(int folder);
-/// Whether times tell every change there at once. What another machine keeps may have changed there while this one still
-/// answers from its cache.
+/// Whether times reveal every change on that volume. Not on network file systems, whose cached times may be outdated.
 bool timesProve(int folder);
-/// Whether that volume keeps an entry's inode, of the one that holds `folder`.
+/// Whether the volume of `folder` keeps inodes.
 bool keepsInodes(const Location &folder);
 
-/// Removes an entry and everything in it for good, never through a link and never into another mount; with `only`, no
-/// entry that is not among these (nor a folder that holds one). Goes on after a failure and gives the first.
+/// Permanently removes an entry with its content; never follows links or enters another mount. With `only`, removes
+/// just those entries, and keeps folders that contain others. Continues after failures and returns the first.
 Result<void> removeTree(NameIn top, const OwnEntries *only = nullptr);
 
 } // namespace brellin

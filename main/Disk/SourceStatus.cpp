@@ -11,7 +11,7 @@ SourceStatus SourceStatus::of(const struct stat &status)
     using namespace std::chrono;
     const auto changed = seconds(status.st_ctim.tv_sec) + nanoseconds(status.st_ctim.tv_nsec);
     const nanoseconds tick = status.st_ctim.tv_nsec == 0 ? nanoseconds(seconds(2)) : nanoseconds(milliseconds(20));
-    // A clock that was set back, or another computer's: then it proves nothing.
+    // A change time in the future, e.g. by another machine's clock, is never settled.
     return {status, system_clock::now().time_since_epoch() - changed > tick};
 }
 

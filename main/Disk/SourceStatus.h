@@ -7,22 +7,22 @@
 
 namespace brellin {
 
-/// What a source was when its copy began.
+/// Status of a source when its copy began.
 struct SourceStatus {
     struct stat status;
-    /// Its change time lies so far back that whatever changes it from now on gives it another one: volumes count in ticks of
-    /// some milliseconds, some in whole seconds.
+    /// The change time is old enough that any later change must alter it: volumes store times in steps of some
+    /// milliseconds or whole seconds.
     bool settled;
 
     static SourceStatus of(const struct stat &status);
-    /// Of an open file or folder.
+    /// Status of an open file or folder.
     static Result<SourceStatus> ofOpen(int file);
 };
 
-/// Whether the time of modification is the same.
+/// Whether the modification time is the same.
 bool sameModified(const struct stat &a, const struct stat &b);
 
-/// Whether neither content nor anything else of an entry was changed between two looks, as far as its times tell.
+/// Whether size, modification and change time are the same.
 bool sameTimesAndSize(const struct stat &a, const struct stat &b);
 
 } // namespace brellin

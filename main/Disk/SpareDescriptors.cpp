@@ -6,7 +6,7 @@ namespace brellin {
 
 Result<SpareDescriptors> SpareDescriptors::take()
 {
-    // A removal holds its place, four folders, the one that it enters and the stream that lists it.
+    // A removal needs its place, four folders, the one being entered and its listing stream.
     constexpr int enough = 8;
     SpareDescriptors spare;
     for (int i = 0; i < enough; ++i)

@@ -7,8 +7,7 @@
 
 namespace brellin {
 
-/// A few descriptors put aside before something is made, so that it can be taken away again where the work on it fails for
-/// want of them.
+/// A few reserved descriptors: release them to clean up when an operation failed because descriptors ran out.
 class SpareDescriptors {
 public:
     static Result<SpareDescriptors> take();

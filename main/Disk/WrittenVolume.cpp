@@ -12,7 +12,7 @@ Result<WrittenVolume> WrittenVolume::open(const Location &folder)
     auto opened = openFolder({place.number(), "."});
     if (opened && isFlushedAsAWhole(opened->number()))
         volume.m_folder = *std::move(opened);
-    // Into a folder that may not be read one can still write.
+    // The folder may be write-only.
     else if (!opened && !opened.error().is(std::errc::permission_denied))
         return failure(opened.error());
     return volume;
@@ -27,7 +27,7 @@ void WrittenVolume::wrote(const Location &entry)
 Result<void> WrittenVolume::flush() const
 {
     for (const Location &entry : m_entries) {
-        // Who took it away meanwhile does not need it on the disk.
+        // Removed meanwhile: no flush needed.
         if (const Result<void> flushed = flushEntry(entry);
             !flushed && !flushed.error().is(std::errc::no_such_file_or_directory))
             return flushed;

@@ -8,22 +8,21 @@
 
 namespace brellin {
 
-/// The volume of a folder that is going to be written into, held from before the first byte: so its flush hears of every write
-/// that failed since, also of one that the system tried and gave up long before the flush.
+/// The volume of a folder to be written to. Open it before the first write: its flush then reports all writes that
+/// failed since, including earlier writeback by the system.
 class WrittenVolume {
 public:
-    /// A link to a folder is followed.
+    /// Follows a link to a folder.
     static Result<WrittenVolume> open(const Location &folder);
 
-    /// To be called for every entry that was written there.
+    /// Call for every entry written there.
     void wrote(const Location &entry);
-    /// Writes everything to the disk itself: the volume at once or, where that does not reach a driver in user space, file by
-    /// file.
+    /// Flushes the whole volume or, on FUSE file systems where that has no effect, file by file.
     Result<void> flush() const;
 
 private:
-    Descriptor m_folder;             ///< not open where the flush goes file by file, …
-    std::vector<Location> m_entries; ///< … and then these are flushed
+    Descriptor m_folder;             ///< not open if flushing file by file
+    std::vector<Location> m_entries; ///< the entries to flush in that case
 };
 
 } // namespace brellin

@@ -7,6 +7,7 @@
 namespace brellin {
 
 /// State of an interrupted batch, determined from the disk and the log.
+///
 /// A batch renames all entries in order to their temporary names, then all to their new ones; undo is the reverse. So
 /// the entries with temporary names are either the first ones (the others have old names) or the last ones (the others
 /// have new names), also after an interrupted restore.

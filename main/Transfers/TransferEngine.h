@@ -13,6 +13,7 @@
 namespace brellin {
 
 /// Carries out planned steps on the calling worker; stateless.
+///
 /// A copy is written under a hidden name in the destination folder, so that a visible name is always the old entry or
 /// the complete new one. An entry to be replaced is trashed only after the copy is complete, and restored if the final
 /// rename fails. After all steps the volume is flushed; only then are the sources of a move across volumes removed,

@@ -17,13 +17,13 @@ namespace {
 constexpr std::size_t bufferSize = std::size_t(1) << 20;
 constexpr off_t smallFile = 128 << 10;
 
-/// The volumes offer no such call, for no file: not for a reason that lies in this one.
+/// Whether the volumes do not support the call at all, independent of this file.
 bool isNeverOffered(int error)
 {
     return error == EXDEV || error == EOPNOTSUPP || error == ENOTTY || error == ENOSYS;
 }
 
-/// Some volumes make a file longer only by writing to its end.
+/// Some volumes can only extend a file by writing.
 bool cannotGrow(const Failure &why)
 {
     return why.is(std::errc::operation_not_permitted) || why.is(std::errc::invalid_argument) ||
@@ -59,7 +59,7 @@ Result<void> CopyData::copy(int source, const struct stat &status, int destinati
         m_device = status.st_dev;
         m_mayClone = m_mayCopyInKernel = true;
     }
-    // Files of the kernel say that they are empty and are not.
+    // Kernel files (procfs, sysfs) report size 0 but have content.
     if (status.st_size == 0)
         return readAndWrite(source, destination, 0, std::numeric_limits<off_t>::max());
     if (m_mayClone && cloned(source, destination)) {
@@ -93,7 +93,7 @@ bool CopyData::cloned(int source, int destination)
     return false;
 }
 
-/// Only what holds data is copied; the size is set at the end, so that a hole there stays one, too.
+/// Copies only data; sets the size at the end, so that a final hole is preserved.
 Result<void> CopyData::copyExtents(int source, off_t size, int destination)
 {
     for (off_t at = 0; at < size;) {
@@ -123,7 +123,7 @@ Result<void> CopyData::copyRange(int source, int destination, off_t from, off_t 
     return readAndWrite(source, destination, from, end);
 }
 
-/// Every error only ends this way of copying: reading and writing goes on from there, and meets and names a true one.
+/// Stops at any error: reading and writing continues from there and reports real errors.
 Result<off_t> CopyData::copyInKernel(int source, int destination, off_t from, off_t end)
 {
     using Clock = std::chrono::steady_clock;
@@ -136,7 +136,7 @@ Result<off_t> CopyData::copyInKernel(int source, int destination, off_t from, of
             continue;
         if (copied < 0)
             m_mayCopyInKernel = !isNeverOffered(errno);
-        // Some file systems answer "nothing" though there is more.
+        // Some file systems return 0 before the end.
         if (copied <= 0)
             return to;
         m_pulse.addBytes(copied);

@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-// What the system allows at most (XATTR_LIST_MAX, XATTR_SIZE_MAX).
+// The kernel's limits (XATTR_LIST_MAX, XATTR_SIZE_MAX).
 constexpr std::size_t longestList = 65536;
 constexpr std::size_t longestValue = 65536;
 
@@ -19,7 +19,7 @@ constexpr const char *defaultAccessList = "system.posix_acl_default";
 
 enum class AttributeClass { Own, AccessList, Security, Foreign };
 
-/// Labels of security modules, of integrity checks and of overlays belong to the place where a file lies, not to it.
+/// Labels of security modules, integrity checks and overlays depend on the location, so they are not copied.
 AttributeClass classOf(std::string_view name)
 {
     if (name.starts_with("user."))
@@ -29,7 +29,7 @@ AttributeClass classOf(std::string_view name)
     return name == "security.capability" ? AttributeClass::Security : AttributeClass::Foreign;
 }
 
-/// A full disk is a failure. A single attribute that is too big for the target is answered with the same error.
+/// Whether the disk is full. The same error is returned for an attribute too large for the target.
 bool isFull(int destination, int error)
 {
     struct statvfs volume{};
@@ -78,7 +78,7 @@ Result<CopyMetadata::AccessList> CopyMetadata::copyAttributes(int source, int de
 
 void CopyMetadata::dropInheritedAccess(int destination)
 {
-    // Most have none, and many volumes know none: nothing to do then.
+    // Ignore errors: most have no ACL, and many volumes do not support them.
     ::fremovexattr(destination, defaultAccessList);
     ::fremovexattr(destination, accessList);
 }

@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// Nothing where the volume does not answer.
+/// None if the volume does not respond.
 std::optional<std::uint32_t> kindOfVolume(int folder)
 {
     struct statfs volume{};
