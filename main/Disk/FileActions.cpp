@@ -84,7 +84,7 @@ Result<void> DiskFileActions::removeEmptyFolder(const Location &folder)
 {
     if (::rmdir(folder.c_str()) == 0)
         return {};
-    // Some systems answer "exists" for a folder that is not empty.
+    // Some systems return EEXIST for a folder that is not empty.
     return failure(Failure::system(errno == EEXIST ? ENOTEMPTY : errno));
 }
 

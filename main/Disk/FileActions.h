@@ -10,42 +10,42 @@
 
 namespace brellin {
 
-/// The port for everything that changes the user's files: what a fault can hit. The Trash is a port of its own.
+/// Port for everything that changes the user's files, so that tests can inject faults. The Trash is a separate port.
 class FileActions {
 public:
     virtual ~FileActions() = default;
 
-    /// As `renameExclusively`.
+    /// See `renameExclusively`.
     virtual Result<void> rename(const Location &from, const Location &to) = 0;
-    /// Whether that may keep a name in this folder free with an empty file for a moment.
+    /// Whether `rename` may create an empty placeholder in this folder for a moment.
     virtual bool reservesNames(const Location &folder) const = 0;
-    /// As `copyEntry`.
+    /// See `copyEntry`.
     virtual Result<CopyReport> copy(const Location &source, const Location &destination,
                                     const CopyOptions &options) = 0;
-    /// As `flushEntry`.
+    /// See `flushEntry`.
     virtual Result<void> flush(const Location &location) = 0;
-    /// As `WrittenVolume::flush`.
+    /// See `WrittenVolume::flush`.
     virtual Result<void> flushVolume(const WrittenVolume &volume) = 0;
-    /// As `removeOwnCopy`.
+    /// See `removeOwnCopy`.
     virtual Result<void> removeOwnCopy(const Location &location) = 0;
-    /// As `removeCopied`.
+    /// See `removeCopied`.
     virtual Result<std::vector<Location>> removeCopied(const Location &source, const CopiedEntries &copied,
                                                        const Location &copy, const JobControl *control) = 0;
-    /// As `removeHeldByCopy`.
+    /// See `removeHeldByCopy`.
     virtual Result<std::vector<Location>> removeHeldByCopy(const Location &source, const Location &copy, Instant since,
                                                            const JobControl *control) = 0;
-    /// Removes a file, link or whole folder for good, never following a link and never into another mount. Only on the
-    /// user's own yes to exactly that; never for an assistant.
+    /// Permanently removes a file, link or folder; never follows links or enters another mount. Only after the user
+    /// confirmed exactly that, never for an assistant.
     virtual Result<void> removeForGood(const Location &entry) = 0;
-    /// As `removeSeen`. On the user's own yes to exactly that; an assistant's, of a copy that it made itself and whose original
-    /// was just seen to hold the same.
+    /// See `removeSeen`. Only after the user confirmed exactly that; an assistant may use it for a copy it made itself,
+    /// after checking that the original has the same content.
     virtual Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen) = 0;
-    /// Creates one folder; `errc::file_exists` where anything has the name.
+    /// Creates one folder; `errc::file_exists` if the name is taken.
     virtual Result<void> createFolder(const Location &folder) = 0;
-    /// Removes one folder if it is empty (`errc::directory_not_empty` else), never more.
+    /// Removes one folder if it is empty, otherwise fails with `errc::directory_not_empty`.
     virtual Result<void> removeEmptyFolder(const Location &folder) = 0;
-    /// As `rename` between two folders that are held open, and only where the system itself can do it exclusively: any
-    /// failure may be followed by `rename`.
+    /// `rename` between two open folders, only if the system supports that exclusively. After any failure the caller
+    /// may try `rename`.
     virtual Result<void> renameHeld(const HeldFolder &from, const std::string &name, const HeldFolder &to,
                                     const std::string &newName)
     {
@@ -53,7 +53,7 @@ public:
     }
 };
 
-/// The real ones.
+/// The real implementation.
 class DiskFileActions : public FileActions {
 public:
     Result<void> rename(const Location &from, const Location &to) override;

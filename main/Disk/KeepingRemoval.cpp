@@ -22,7 +22,7 @@ bool KeepingRemoval::mayGo(NameIn entry, std::uint64_t path, const struct stat &
     return false;
 }
 
-/// What is in it has been named, or came this very moment.
+/// Lists the folder only if nothing was kept so far, i.e. an entry was added just now.
 void KeepingRemoval::filled(std::string_view name)
 {
     if (m_kept.empty() && !failed())

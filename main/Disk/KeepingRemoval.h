@@ -6,17 +6,17 @@
 
 namespace brellin {
 
-/// Removes of a tree what a derived class says, and tells the names of the rest.
+/// Removes the entries of a tree that a derived class selects, and collects those kept.
 class KeepingRemoval : protected RemovalWalk {
 public:
-    /// Gives the entries that stay; fails with the first reason why anything else does, after having removed what goes.
+    /// Returns the entries kept; fails with the first other reason to keep one, after removing the rest.
     Result<std::vector<Location>> run(NameIn top, std::uint64_t path);
 
 protected:
-    /// `top` as it is told.
+    /// `top` is the path used in results.
     explicit KeepingRemoval(Location top) : m_top(std::move(top)) {}
 
-    /// Whether an entry goes. A failure keeps and names it; a cancel keeps it and is the failure of the whole.
+    /// Whether to remove the entry. On failure the entry is kept and listed; a cancel makes the whole removal fail.
     virtual Result<bool> goes(NameIn entry, std::uint64_t path, const struct stat &now) = 0;
 
 private:

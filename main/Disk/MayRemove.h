@@ -7,17 +7,17 @@
 
 namespace brellin {
 
-/// Whether an entry can be taken away from where it is, as far as the rights of its folder, its own where it is a folder, a
-/// lock against changes, and the volume tell: to be known before a copy is made for that.
+/// Whether an entry can be removed from its folder, judging by permissions, sticky bit, immutable flags and the volume.
+/// Check before copying for a move.
 Result<void> checkMayRemove(const Location &entry);
 
-/// The same of what lies directly in a folder. An empty one has nothing to give up; what cannot be told is no failure.
+/// Whether the direct content of a folder can be removed. True for empty folders, and if it cannot be determined.
 Result<void> checkMayEmpty(const Location &folder);
 
-/// Whether the entry is locked against changes, or against all but appending, whoever owns it.
+/// Whether the entry is immutable or append-only.
 bool isLocked(const Location &entry);
 
-/// Whether a sticky folder keeps this entry because another user owns both.
+/// Whether the sticky bit keeps this user from removing the entry: they own neither it nor the folder.
 bool isKeptBySticky(const struct stat &folder, const struct stat &entry);
 
 } // namespace brellin

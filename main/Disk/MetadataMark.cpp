@@ -15,7 +15,7 @@ MetadataMark::MetadataMark(const struct stat &status)
 void MetadataMark::add(std::string_view attribute, std::string_view value)
 {
     const std::hash<std::string_view> hash;
-    // Summed up, since a volume lists attributes in any order; the constant (2^64 / golden ratio) ties a value to its name.
+    // A sum, since attributes are listed in any order; the constant (2^64 / golden ratio) ties each value to its name.
     m_number += (hash(attribute) * 0x9E3779B97F4A7C15ULL + 1) ^ hash(value);
 }
 

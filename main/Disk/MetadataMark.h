@@ -7,8 +7,8 @@
 
 namespace brellin {
 
-/// One number for what a copy takes over beside the content: rights, owner, access lists and extended attributes. The order
-/// of `add` does not matter.
+/// A hash of the metadata that a copy preserves: permissions, owner, ACLs and extended attributes. Independent of the
+/// order of `add`.
 class MetadataMark {
 public:
     MetadataMark() = default;
@@ -16,14 +16,14 @@ public:
     void add(std::string_view attribute, std::string_view value);
     std::uint64_t number() const { return m_number; }
 
-    /// That of an open file or folder as it is now; of a link, `MetadataMark(status)` is all there is.
+    /// The present mark of an open file or folder. For links use `MetadataMark(status)`.
     static std::uint64_t of(int file, const struct stat &status);
 
 private:
     std::uint64_t m_number = 0;
 };
 
-/// Whether a copy takes over an extended attribute of this name.
+/// Whether a copy preserves this extended attribute.
 bool isCopiedAttribute(std::string_view name);
 
 } // namespace brellin

@@ -94,7 +94,7 @@ void RemovalWalk::note(const Failure &why, std::string_view name)
     m_failure = top ? why : Failure{QStringLiteral("„%1“: %2").arg(shown(name), why.message), why.code};
 }
 
-/// The first level is the top itself, whatever its name.
+/// The first level is the top itself, so its name is ignored.
 Location RemovalWalk::placeOf(std::string_view name, const Location &top) const
 {
     if (m_levels.empty())

@@ -15,36 +15,36 @@
 
 namespace brellin {
 
-/// Removes a tree for good, each folder after what is in it, never through a link and never into another mount. What of it
-/// may go, a derived class says. Goes on after a failure and keeps the first, with the name where it is not the top's; what
-/// has vanished meanwhile is none.
+/// Permanently removes a tree bottom-up; never follows links or enters another mount. A derived class decides what to
+/// remove. Continues after failures and returns the first, with the entry's name unless it is the top. Vanished entries
+/// are no failure.
 class RemovalWalk {
 public:
     virtual ~RemovalWalk() = default;
 
 protected:
-    /// `path` is the mark of the top, as `OwnEntries::pathMark` counts.
+    /// `path` is the top's `OwnEntries::pathMark`.
     Result<void> run(NameIn top, std::uint64_t path);
 
-    /// Asked once for every entry there is, for a folder before what is in it; one that may not go is not entered either.
+    /// Called once per entry, for a folder before its content; a folder that is kept is not entered.
     virtual bool mayGo(NameIn entry, std::uint64_t path, const struct stat &now) = 0;
     virtual Result<Descriptor> open(NameIn folder) { return openFolder(folder); }
-    /// A folder that may go has been opened and proved to be the one that was asked for.
+    /// Called when a folder to be removed was opened and proved to be the same.
     virtual void entered(std::string_view, const Descriptor &, const struct stat &) {}
-    /// What may go, does: anything but a folder, and a folder that everything in it was tried of.
+    /// Remove an entry: a file, or a folder after its content was processed.
     virtual Result<void> removeFile(NameIn entry, const struct stat &now);
     virtual Result<void> removeFolder(NameIn entry);
-    /// A folder that may go still holds something in the end.
+    /// Called if a folder to be removed is not empty in the end.
     virtual void filled(std::string_view name) = 0;
 
     bool failed() const { return m_failure.has_value(); }
     void note(const Failure &why, std::string_view name);
     bool atTop() const { return m_levels.empty(); }
-    /// The folder at hand below the top, "" for that itself.
+    /// Path of the current folder below the top, "" for the top.
     std::string relativeFolder() const;
-    /// Of a name in the folder at hand, if the walk began at `top`.
+    /// Path of a name in the current folder, given the path of the top.
     Location placeOf(std::string_view name, const Location &top) const;
-    /// Where that entry stands in another tree of the same shape.
+    /// The corresponding entry in another tree with the same structure.
     Result<EntryPlace> counterpartOf(NameIn entry, const EntryPlace &otherTop) const;
 
 private:
@@ -60,7 +60,7 @@ private:
     Result<void> leave(NameIn top);
 
     std::uint64_t m_mount = 0;
-    CopyTreeFolders m_folders{4}; ///< few: a removal is also what follows when descriptors have run out
+    CopyTreeFolders m_folders{4}; ///< few, since a removal may follow when descriptors have run out
     std::vector<Level> m_levels;
     std::optional<Failure> m_failure;
 };

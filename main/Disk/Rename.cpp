@@ -13,10 +13,10 @@ namespace brellin {
 
 namespace {
 
-/// The file system (NFS, 9p, many in user space) knows no exclusive rename.
+/// Whether the file system (NFS, 9p, many FUSE ones) has no exclusive rename.
 bool isRefusal(int error)
 {
-    // NOLINTNEXTLINE(misc-redundant-expression): one number here, two elsewhere
+    // NOLINTNEXTLINE(misc-redundant-expression): equal on Linux, different elsewhere
     return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
 }
 
@@ -31,8 +31,8 @@ QString foldedName(NameIn entry)
     return folded(shown(std::string_view(entry.name)));
 }
 
-/// Both names lead to one entry because the volume sees no difference between them: same folder, same letters. Two hard
-/// links may look like that as well; going through a third name then finds the target taken.
+/// Whether both names refer to one entry, because the volume ignores case or composition. Two hard links may look the
+/// same; renaming through a third name then finds the target taken.
 bool differOnlyInCase(NameIn from, NameIn to)
 {
     const auto fromFolder = statusOf({from.folder, "."});
@@ -42,7 +42,7 @@ bool differOnlyInCase(NameIn from, NameIn to)
            std::string_view(from.name) != to.name && foldedName(from) == foldedName(to);
 }
 
-/// The name in between is one that a person would recognise, should the program die there.
+/// Uses a numbered name in between, which is meaningful if the program dies then.
 Result<void> renameThroughThirdName(NameIn from, NameIn to, SystemRename rename)
 {
     std::string third;
@@ -64,27 +64,27 @@ Result<void> renameThroughThirdName(NameIn from, NameIn to, SystemRename rename)
     return done;
 }
 
-/// The target is a hard link for a moment, so that it appears whole and never over anything. Only where both names then lead
-/// to one number: the old name would else be taken for a stranger's, and stay.
+/// Creates a hard link and removes the old name, so that the file appears completely and never replaces anything.
+/// Requires that both names report the same inode: otherwise the old name would be kept as another file's.
 Result<void> renameByLink(NameIn from, NameIn to)
 {
     if (::linkat(from.folder, from.name, to.folder, to.name, 0) != 0)
         return failure(Failure::lastSystem());
     const Result<struct stat> linked = statusOf(to);
-    // Something else took the old name meanwhile: what was to be renamed has its new name only, and the other stays.
+    // Another entry has taken the old name meanwhile: keep it.
     if (linked && !leadsTo(from, *linked))
         return {};
     if (::unlinkat(from.folder, from.name, 0) == 0)
         return {};
     const Failure why = Failure::lastSystem();
-    // Takes back the new name only while the old one certainly leads to the same file.
+    // Undo only while the old name certainly refers to the same file.
     if (linked && leadsTo(from, *linked) && leadsTo(to, *linked))
         ::unlinkat(to.folder, to.name, 0);
     return failure(why);
 }
 
-/// For file systems with neither exclusive rename nor hard links that are known as such: reserves the name with an empty
-/// file of ours and renames over that.
+/// For file systems known to have neither exclusive rename nor hard links: creates an empty placeholder and renames
+/// over it.
 Result<void> renameOverReserved(NameIn from, NameIn to)
 {
     const Descriptor reserved(
@@ -114,8 +114,8 @@ Result<void> checkFree(NameIn name)
     return {};
 }
 
-/// A plain rename replaces only an empty folder by a folder. So between the look and the rename at worst an empty
-/// folder made by somebody else in that moment is lost, never a file.
+/// A plain rename can only replace an empty folder. At worst an empty folder created between check and rename is lost,
+/// never a file.
 Result<void> renameFolderOntoFreeName(NameIn from, NameIn to)
 {
     TRY(checkFree(to));
@@ -135,7 +135,7 @@ Result<void> renameFileOntoFreeName(NameIn from, NameIn to)
     return failure(Failure::system(errno == EISDIR ? EEXIST : errno));
 }
 
-/// How a file gets a name where neither an exclusive rename nor a hard link can do it.
+/// Renames a file if neither exclusive rename nor hard links work.
 using LastResort = Result<void> (*)(NameIn from, NameIn to);
 
 Result<void> renameWithoutSystem(NameIn from, NameIn to, LastResort lastResort)

@@ -6,23 +6,22 @@
 
 namespace brellin {
 
-/// Renames within a volume and never onto anything: `errc::file_exists` where `to` is taken, `errc::cross_device_link`
-/// where the two lie on different volumes (or the system says so). Uses the system's exclusive rename; on file systems
-/// that refuse that, files go by hard link and unlink, or over an empty file that keeps the name free (always where inodes do
-/// not last), and folders only onto a name that is free. A rename that changes only upper and lower case (or the composition
-/// of letters) works on volumes that see no difference, too.
+/// Renames within a volume, never replacing anything: `errc::file_exists` if `to` is taken, `errc::cross_device_link`
+/// between volumes (or if the system says so). Uses the system's exclusive rename. On file systems without it, files
+/// are renamed by hard link and unlink or, always where inodes are not kept, over an empty placeholder; folders only to
+/// a free name. Renames that only change case or composition work on volumes that ignore those as well.
 Result<void> renameExclusively(const Location &from, const Location &to);
 
-/// The system's exclusive rename: 0, or the `errno` value it failed with.
+/// The system's exclusive rename: 0, or the `errno` value.
 using SystemRename = int (*)(NameIn from, NameIn to);
 int systemRename(NameIn from, NameIn to);
 
-/// The same for a caller that holds both folders open. `rename` stands in for a file system that refuses.
+/// As above between open folders. `rename` is replaceable for tests.
 Result<void> renameExclusively(NameIn from, NameIn to, SystemRename rename = systemRename);
 
-/// The same for a caller that has reserved the name by other means: where a file system knows neither exclusive rename nor
-/// hard links nothing is created at `to`, which a kill would leave there. It is looked whether the name is free, then renamed
-/// plainly: what somebody who ignores that reservation puts there between the two is replaced.
+/// As above for callers that have reserved the name by other means: on file systems without exclusive rename and hard
+/// links creates no placeholder, which a kill would leave at `to`. Checks that the name is free, then renames plainly:
+/// an entry that another program puts there in between is replaced.
 Result<void> renameToReserved(NameIn from, NameIn to, SystemRename rename = systemRename);
 
 } // namespace brellin

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t comparedPiece = std::size_t(256) << 10;
 
-/// Reads until `wanted` bytes are there or the file ends.
+/// Reads until `wanted` bytes are read or the file ends.
 Result<std::size_t> readAt(int file, char *into, std::size_t wanted, off_t at)
 {
     std::size_t got = 0;

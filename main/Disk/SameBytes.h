@@ -9,11 +9,11 @@
 
 namespace brellin {
 
-/// Whether two open files hold the same first `size` bytes. False where one of them ends before that; a failure where one
-/// cannot be read. `beat` is called after every piece and may end the comparison with its failure.
+/// Whether the first `size` bytes of two open files are equal; false if one is shorter, a failure if one cannot be
+/// read. `beat` is called after each piece; its failure ends the comparison.
 Result<bool> sameBytes(int a, int b, off_t size, const std::function<Result<void>()> &beat = {});
 
-/// Whether two symbolic links hold the same text. False where one of them cannot be read.
+/// Whether two symlinks have the same text; false if one cannot be read.
 bool sameLinkTarget(NameIn a, NameIn b);
 
 } // namespace brellin

@@ -28,7 +28,7 @@ std::uint64_t markBelow(std::uint64_t top, const Location &relative)
     return mark;
 }
 
-/// Removes what is still as it was seen.
+/// Removes what is unchanged.
 class SeenRemoval : public KeepingRemoval {
 public:
     SeenRemoval(Location entry, const SeenTree &seen) : KeepingRemoval(std::move(entry)), m_seen(seen) {}

@@ -12,17 +12,18 @@
 
 namespace brellin {
 
-/// An entry with everything in it as it was when somebody looked: names, kinds, sizes and times, and identities where the
-/// volume keeps them. What a yes to a removal for good was given to.
+/// An entry with its content as the user was shown it before a permanent removal: names, kinds, sizes, times and, if
+/// the volume keeps them, inodes.
 class SeenTree {
 public:
-    /// Fails where not all of it can be looked at, and when cancelled.
+    /// Fails if not everything can be read, and if cancelled.
     static Result<SeenTree> of(const Location &entry, const JobControl *control = nullptr);
 
     bool operator==(const SeenTree &) const = default;
-    /// The mark of the entry itself, as `OwnEntries::pathMark` counts.
+    /// The `OwnEntries::pathMark` of the entry itself.
     std::uint64_t top() const { return m_top; }
-    /// Whether the entry at `path` is as it was. Of a folder its name: what is in it is asked for one by one.
+    /// Whether the entry at `path` is unchanged. For folders only the folder itself: its content is checked entry by
+    /// entry.
     bool holds(std::uint64_t path, const struct stat &now) const;
 
 private:
@@ -42,9 +43,8 @@ private:
     bool m_inodesLast = true;
 };
 
-/// Removes an entry for good: of everything that lies there now only what `seen` holds, never through a link and never into
-/// another mount. Gives the entries that stay because they are new or have changed; fails with the first reason why anything
-/// else stays.
+/// Permanently removes what `seen` contains of an entry; never follows links or enters another mount. Returns the
+/// entries kept because they are new or changed; fails with the first other reason to keep one.
 Result<std::vector<Location>> removeSeen(const Location &entry, const SeenTree &seen);
 
 } // namespace brellin

@@ -14,7 +14,7 @@ namespace brellin {
 
 namespace {
 
-/// Goes through a source that was copied, and keeps what is not as it was then.
+/// Walks a copied source and keeps what has changed since.
 class SourceWalk : public KeepingRemoval {
 public:
     enum class Act { Remove, Look };
@@ -42,7 +42,7 @@ private:
             return {};
         if (now.st_nlink < 2)
             return RemovalWalk::removeFile(entry, now);
-        // Its other names see their change time move by this, and are still what was copied.
+        // Removing one hard link changes the change time of the others, which are still unchanged.
         const auto opened = openForReading(entry);
         TRY(RemovalWalk::removeFile(entry, now));
         struct stat after{};
@@ -62,7 +62,7 @@ private:
         return one != m_changedByUs.end() && sameTimesAndSize(one->second, now);
     }
 
-    /// The copy may have been at anybody's hands for as long as the transfer took.
+    /// Check the copy as well: it may have been changed while the transfer ran.
     Result<bool> isInCopy(NameIn entry, const struct stat &now) const
     {
         const EntryPlace place = TRY(counterpartOf(entry, m_copy));
@@ -71,7 +71,7 @@ private:
         return (copy.st_mode & S_IFMT) == (now.st_mode & S_IFMT) && sized && !sameEntry(copy, now);
     }
 
-    /// Asks the entry itself where its times prove nothing.
+    /// Compares metadata and content if times prove nothing.
     Result<bool> isStillTheSame(NameIn entry, const CopiedEntries::Entry &copied, const struct stat &now)
     {
         if (S_ISLNK(now.st_mode))
@@ -114,10 +114,10 @@ private:
     const CopiedEntries &m_copied;
     EntryPlace m_copy;
     const JobControl *m_control; ///< may be null
-    /// So that what was copied before a cancel is brought to its end where that takes but a moment.
+    /// Pieces still compared after a cancel, so that small files copied before it are completed.
     int m_piecesAfterCancel = 64;
     std::map<std::pair<dev_t, ino_t>, struct stat>
-        m_changedByUs; ///< files with several names, as our removal left them
+        m_changedByUs; ///< status of hard-linked files after we removed one link
 };
 
 Result<std::vector<Location>> walkSource(SourceWalk::Act act, const Location &source, const CopiedEntries &copied,

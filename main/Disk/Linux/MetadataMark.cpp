@@ -9,7 +9,7 @@ namespace brellin {
 std::uint64_t MetadataMark::of(int file, const struct stat &status)
 {
     MetadataMark mark(status);
-    // What the system allows at most (XATTR_LIST_MAX, XATTR_SIZE_MAX).
+    // The kernel's limits (XATTR_LIST_MAX, XATTR_SIZE_MAX).
     std::vector<char> names(65536);
     std::vector<char> value(65536);
     const ssize_t length = ::flistxattr(file, names.data(), names.size());
