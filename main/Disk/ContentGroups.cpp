@@ -14,12 +14,12 @@ namespace brellin {
 
 namespace {
 
-/// So many files of one size are held open together and read once; of more, each is looked into first.
+/// Up to this many files of one size are opened and read together; larger groups are split by their ends first.
 constexpr std::size_t openTogether = 8;
 
 using Numbers = std::vector<std::size_t>;
 
-/// One search at work. Its lists are filled by several threads.
+/// One search; several threads fill its lists.
 class Grouping {
 public:
     Grouping(const std::vector<SeenFile> &files, const JobControl *control) : m_files(files), m_control(control) {}
@@ -54,7 +54,7 @@ void Grouping::take(Numbers numbers, QByteArray digest)
     m_groups.push_back({std::move(numbers), std::move(digest)});
 }
 
-/// In the order of their first files on the disk.
+/// Files of equal size, ordered by inode for fast reading.
 std::vector<Numbers> Grouping::ofOneSize() const
 {
     std::unordered_map<std::int64_t, Numbers> bySize;
@@ -111,7 +111,7 @@ void Grouping::compareOpened(const std::vector<Opened> &opened)
 void Grouping::compareTogether(const Numbers &numbers)
 {
     std::vector<Opened> files = opened(numbers);
-    // Two small files are sooner compared than looked into.
+    // Reading two small files costs less than hashing their ends first.
     if (files.size() == 2 && files.front().content.fitsOnePiece())
         return compareOpened(files);
     std::map<std::size_t, std::vector<Opened>> byEnds;
@@ -129,10 +129,10 @@ void Grouping::compare(const std::vector<Numbers> &few)
     parallelFor(few.size(), [&](std::size_t i) { compareTogether(few[i]); }, m_control);
 }
 
-/// Splits groups too big to be held open by the beginnings and ends of their files.
+/// Splits groups that are too large to be opened together by the hash of their files' ends.
 std::vector<Numbers> Grouping::alikeAtTheEnds(const std::vector<Numbers> &many) const
 {
-    std::vector<std::pair<std::size_t, std::size_t>> all; // group, number
+    std::vector<std::pair<std::size_t, std::size_t>> all; // group, index
     for (std::size_t group = 0; group < many.size(); ++group) {
         for (const std::size_t number : many[group])
             all.emplace_back(group, number);

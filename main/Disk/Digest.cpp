@@ -19,8 +19,8 @@ namespace {
 
 constexpr std::int64_t pieceSize = 1'048'576;
 
-/// The algorithm, looked up once: for a small file the look-up would take longer than the digest.
-/// The library is not cleaned up at the end of the program, nor is this: a worker may still be at a digest then.
+/// The algorithm, fetched once, since that takes longer than the digest of a small file. Never freed, like the library:
+/// a worker may still be using it at exit.
 const EVP_MD *algorithm()
 {
     static const EVP_MD *const sha256 = [] {
@@ -30,8 +30,8 @@ const EVP_MD *algorithm()
     return sha256;
 }
 
-/// Opens a regular file and nothing else. It is looked at before it is opened, since merely opening a pipe or device may
-/// have an effect, and once more after that.
+/// Opens regular files only. Checks before opening, since opening a pipe or device may have side effects, and again
+/// afterwards.
 Result<Descriptor> openRegularFile(NameIn entry, std::int64_t &size)
 {
     const Failure noFile{QStringLiteral("Nur eine Datei hat eine Prüfsumme."),
@@ -49,7 +49,7 @@ Result<Descriptor> openRegularFile(NameIn entry, std::int64_t &size)
     return file;
 }
 
-/// The next bytes, as many as the system hands out at once; 0 at the end.
+/// Reads the next bytes; 0 at the end.
 Result<std::size_t> readPiece(const Descriptor &file, char *piece, std::size_t capacity)
 {
     for (;;) {
@@ -93,7 +93,7 @@ Result<QByteArray> sha256(const Location &file, JobControl *control, DigestProgr
 {
     std::int64_t size = 0;
     const Descriptor source = TRY(openRegularFile({AT_FDCWD, file.c_str()}, size));
-    // Most files are small and need no big piece.
+    // Small files need only a small buffer.
     const auto capacity = static_cast<std::size_t>(std::clamp<std::int64_t>(size, 4096, pieceSize));
     const auto piece = std::make_unique_for_overwrite<char[]>(capacity);
     Sha256 hash;

@@ -12,22 +12,22 @@ struct evp_md_ctx_st;
 
 namespace brellin {
 
-/// The SHA-256 of a file's content as 64 lower-case hexadecimal digits, read in pieces of 1 MiB without touching the
-/// file's access time (where the system lets us). A link is not followed, only a regular file has a digest. `control`
-/// can cancel between two pieces; with `DigestProgress::CountBytes` its `done` counter grows by the bytes read.
+/// SHA-256 of a file's content as 64 lower-case hexadecimal digits, read in pieces of 1 MiB; preserves the access time
+/// where possible. Fails for links and anything but regular files. `control` can cancel between pieces; with
+/// `DigestProgress::CountBytes` its `done` counter grows by the bytes read.
 enum class DigestProgress { None, CountBytes };
 Result<QByteArray> sha256(const Location &file, JobControl *control = nullptr,
                           DigestProgress progress = DigestProgress::None);
 
-/// The SHA-256 of a few bytes, in the same form.
+/// SHA-256 of a byte array, in the same form.
 QByteArray sha256OfBytes(const QByteArray &bytes);
 
-/// The same of bytes that come piece by piece.
+/// SHA-256 of data added in pieces.
 class Sha256 {
 public:
     Sha256();
     void add(const char *bytes, std::size_t size);
-    /// Ends the digest. Empty where the library failed: never mistaken for a digest.
+    /// Finishes and returns the digest; empty if the library failed.
     QByteArray hex();
 
 private:

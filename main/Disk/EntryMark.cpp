@@ -40,7 +40,7 @@ bool EntryMark::isOf(const FileAttributes &now) const
 {
     if (created && now.created && *created != *now.created)
         return false;
-    // The number of a device is another after a new start, that of an inode is given again: it tells nothing without a birth.
+    // Device numbers change at a restart and inodes are reused, so without a birth they prove nothing.
     const bool born = created && now.created && now.identity.inode == state.identity.inode;
     return born || (now.size == state.size && now.modified == state.modified);
 }

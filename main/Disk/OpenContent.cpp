@@ -20,7 +20,7 @@ constexpr std::int64_t endSize = 4096;
 constexpr std::int64_t smallSize = 65'536;
 constexpr std::int64_t pieceOfContent = 1'048'576;
 
-/// Room for one piece. Kept by its thread: thousands of small files would else get and give back memory each.
+/// A buffer kept per thread, since allocating for thousands of small files is slow.
 char *pieceFor(std::size_t size, std::size_t number)
 {
     thread_local std::array<std::vector<char>, 2> kept;
@@ -51,7 +51,7 @@ bool OpenContent::fitsOnePiece() const
     return m_size <= smallSize;
 }
 
-/// A file that ends before that has changed meanwhile.
+/// Fails if the file ends early, i.e. was changed meanwhile.
 Result<void> OpenContent::read(std::int64_t offset, char *into, std::size_t size) const
 {
     for (std::size_t at = 0; at < size;) {

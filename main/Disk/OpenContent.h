@@ -12,22 +12,22 @@
 
 namespace brellin {
 
-/// The content of a regular file that was opened as the one that somebody saw. Everything is read through this handle, so
-/// that it is that file's whatever becomes of its name.
+/// The content of a regular file that was opened in the state it was seen in. Reads through one descriptor, so that
+/// renames do not matter.
 class OpenContent {
 public:
-    /// Fails where the file is no longer as it was seen.
+    /// Fails if the file has changed since it was seen.
     static Result<OpenContent> open(const std::string &path, const FileState &seen);
 
-    /// Whether all of it is read at once.
+    /// Whether the file is small, 64 KiB at most.
     bool fitsOnePiece() const;
-    /// A hash of its first and its last 4 KiB: files that differ there are told apart, nothing more. No digest.
+    /// Hash of the first and last 4 KiB, for telling files apart quickly. Not a digest.
     Result<std::size_t> endsHash() const;
     /// SHA-256, hexadecimal.
     Result<QByteArray> digest(const JobControl *control) const;
 
-    /// Compares files of one size byte by byte. The SHA-256 of each of them, read once; empty where they are not all the
-    /// same, where one cannot be read to its end, and when cancelled.
+    /// Compares files of one size byte by byte, reading each once. Returns their common SHA-256; empty if they differ,
+    /// cannot be read completely, or if cancelled.
     static QByteArray commonDigest(const std::vector<const OpenContent *> &files, const JobControl *control);
 
 private:

@@ -19,7 +19,7 @@ void mix(std::uint64_t &hash, std::uint64_t value)
     hash ^= hash >> 32U;
 }
 
-/// FNV-1a. Marks are stored, so that the library's own hash, which may change with its version, will not do.
+/// FNV-1a. Marks are stored, so std::hash is unsuitable: it may change between versions.
 std::uint64_t hashOf(std::string_view text)
 {
     std::uint64_t hash = 0xCBF29CE484222325ULL;
@@ -28,7 +28,7 @@ std::uint64_t hashOf(std::string_view text)
     return hash;
 }
 
-/// Of its path below a folder of this many bytes, and of what it is.
+/// Hash of the entry's path below the folder and its attributes; `folder` is the length of the folder's path.
 std::uint64_t hashOf(const WalkEntry &entry, std::size_t folder)
 {
     std::string path(entry.folder.substr(folder));
@@ -42,7 +42,7 @@ std::uint64_t hashOf(const WalkEntry &entry, std::size_t folder)
     return hash;
 }
 
-/// Calls `take` with each entry below `folder` and its hash, until it gives false.
+/// Calls `take` for each entry below `folder` with its hash, until it returns false.
 Result<void> forEach(const Location &folder, const JobControl *control,
                      const std::function<bool(const WalkEntry &, std::uint64_t)> &take)
 {

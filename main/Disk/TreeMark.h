@@ -14,22 +14,22 @@
 
 namespace brellin {
 
-/// What was in a folder at one time, to tell later what has come or was changed since. Eight bytes for each entry: it cannot
-/// say what has gone.
+/// A compact record of a folder's content, to find what was added or changed since. Eight bytes per entry: it cannot
+/// tell what was removed.
 class TreeMark {
 public:
-    /// Fails where something in it could not be looked at. Blocking, as long as a walk takes.
+    /// Fails if not everything can be read. Walks the folder; blocking.
     static Result<TreeMark> of(const Location &folder, const JobControl *control = nullptr);
 
-    /// Entries in `folder` that were not in it then, or had another size or time; at most `most` of them. A
-    /// folder counts by its name. Fails as above.
+    /// Entries in `folder` that were added, or have another size or time; at most `most`. Subfolders are compared by
+    /// path only. Fails like `of`.
     Result<std::vector<Location>> newIn(const Location &folder, std::size_t most,
                                         const JobControl *control = nullptr) const;
 
-    /// Of what was just made, for a record of it; nothing of what is no folder, or could not be seen.
+    /// Mark of a folder that was just created; null if `entry` is no folder or cannot be read.
     static std::shared_ptr<const TreeMark> shared(const Location &entry);
 
-    /// What `fromBytes` reads again, in another run of the program as well.
+    /// Serialised form for fromBytes(); stable across runs.
     QByteArray bytes() const;
     static std::optional<TreeMark> fromBytes(const QByteArray &bytes);
 

@@ -10,7 +10,7 @@
 
 namespace brellin {
 
-/// Attributes that a walk reads of every entry besides name and kind. What is not named is not read.
+/// Attributes to read for each entry besides name and kind.
 enum class Attribute : unsigned {
     None = 0,
     Identity = 1, ///< device, inode, hard links, mount
@@ -32,24 +32,24 @@ constexpr bool contains(Attribute set, Attribute one)
 /// Which entries a walk shows.
 struct WalkOptions {
     Attribute attributes = Attribute::None;
-    bool subfolders = true;     ///< go into sub-folders
-    bool hidden = true;         ///< show hidden entries (leading dot, or named in their folder's `.hidden`)
-    bool insidePackages = true; ///< go into packages; they are shown in any case
-    bool otherVolumes = true;   ///< go into folders on which another volume is mounted
-    /// Folder names that are shown but not entered. Called from several threads in the parallel form.
-    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    bool subfolders = true;     ///< enter subfolders
+    bool hidden = true;         ///< show hidden entries: leading dot, or listed in their folder's `.hidden`
+    bool insidePackages = true; ///< enter packages; they are shown in any case
+    bool otherVolumes = true;   ///< enter folders on which another volume is mounted
+    /// Names of folders to show but not enter. Called from several threads by walkParallel().
+    // NOLINTNEXTLINE(readability-redundant-member-init): lets designated initialisers omit it
     std::function<bool(std::string_view name)> prune = {};
 };
 
-/// One entry, valid during the call that shows it.
+/// One entry, valid during the call.
 struct WalkEntry {
-    std::string_view folder; ///< the absolute path of the folder it lies in, without a closing "/" (but "/" itself)
+    std::string_view folder; ///< absolute path of its folder, without a trailing "/" except for "/"
     std::string_view name;
-    int depth = 0;             ///< 0 for an entry directly in the walked folder
-    bool hidden = false;       ///< known only where `WalkOptions::hidden` is false or the name begins with a dot
-    bool package = false;      ///< a folder that is shown as one thing
-    FileAttributes attributes; ///< `kind` always, the others as asked for
-    /// The attributes could not be read (a file that vanished, a folder without search permission): only `kind` holds.
+    int depth = 0;             ///< 0 for direct children of the walked folder
+    bool hidden = false;       ///< only reliable if `WalkOptions::hidden` is false or the name has a leading dot
+    bool package = false;      ///< a folder shown as a single item
+    FileAttributes attributes; ///< `kind`, and those requested
+    /// The attributes could not be read, e.g. because the file vanished: only `kind` is valid.
     bool unreadable = false;
 
     Location location() const;
@@ -58,29 +58,28 @@ struct WalkEntry {
 enum class WalkStep {
     Continue,
     SkipFolder, ///< do not enter the folder just shown
-    Stop        ///< end the walk; it counts as complete
+    Stop        ///< end the walk successfully
 };
 
 struct WalkOutcome {
-    std::int64_t entries = 0;           ///< shown
-    std::int64_t unreadableFolders = 0; ///< below the walked one, passed over
+    std::int64_t entries = 0;           ///< number of entries shown
+    std::int64_t unreadableFolders = 0; ///< subfolders skipped
 };
 
-/// Walks below `folder`, each folder before its content, in the file system's order, one entry at a time and with flat
-/// memory. Links are shown, never followed; a folder that is its own ancestor (a mount loop) is not entered again;
-/// trees of any depth are walked with a bounded number of open files. Access times are left alone where the system
-/// lets us. Fails if `folder` itself cannot be read or is no folder (a link to a folder is followed here), and with
-/// `Failure::cancelled` when `control` says so.
+/// Walks below `folder`, each folder before its content, in directory order and with constant memory. Shows links but
+/// never follows them; does not enter a folder that is its own ancestor (mount loop). Trees may have any depth: the
+/// number of open files is bounded. Preserves access times where possible. Fails if `folder` cannot be read or is no
+/// folder (a link to one is followed), and with `Failure::cancelled` if cancelled.
 Result<WalkOutcome> walk(const Location &folder, const WalkOptions &options,
                          const std::function<WalkStep(const WalkEntry &)> &visit, const JobControl *control = nullptr);
 
-/// The same with several threads (`threads` 0: one per core) for big trees: `visit` is called concurrently and the order
-/// is not defined, but for a folder coming before its content. `visit` gets the number of the calling thread
-/// (0 … threads-1), so that it can collect without a lock.
+/// As above with several threads (0: one per core) for large trees: `visit` is called concurrently, in any order except
+/// that a folder comes before its content. `thread` is the caller's index (0 … threads-1), for collecting without
+/// locks.
 Result<WalkOutcome> walkParallel(const Location &folder, const WalkOptions &options,
                                  const std::function<WalkStep(const WalkEntry &, int thread)> &visit,
                                  const JobControl *control = nullptr, int threads = 0);
-/// The number of threads that `walkParallel` uses when none is given.
+/// Default number of threads of `walkParallel`.
 int walkThreads();
 
 } // namespace brellin

@@ -9,13 +9,13 @@ namespace brellin {
 
 namespace {
 
-/// Folders below this depth are not handed to other threads: each hand-over copies the path and the ancestors, which
-/// would make a very deep tree expensive.
+/// Maximum depth of folders handed to other threads: each branch copies path and ancestors, which is expensive in very
+/// deep trees.
 constexpr int deepestHandOver = 128;
-/// Names of a folder are shared from this many bytes on (some 800 names), less is done before another thread wakes.
+/// Minimum size of names shared with other threads (some 800 names); less is done before another thread wakes up.
 constexpr std::size_t sharedNames = 32 * 1024;
 
-/// The folder went away or became something else since it was listed: nothing that could not be read.
+/// Whether the folder was removed or replaced since it was listed; not counted as unreadable.
 bool hasVanished(const Failure &why)
 {
     return why.is(std::errc::no_such_file_or_directory) || why.is(std::errc::not_a_directory) ||
@@ -71,7 +71,7 @@ Result<void> BranchWalker::walk(WalkBranch branch) noexcept
     } catch (const std::bad_alloc &) {
         m_run.error = ENOMEM;
     } catch (...) {
-        m_run.error = ENOTRECOVERABLE; // out of the visitor
+        m_run.error = ENOTRECOVERABLE; // an exception of the visitor
     }
     m_run.ended = true;
     return {};
@@ -95,7 +95,7 @@ Result<void> BranchWalker::walkAll(WalkBranch branch)
     return {};
 }
 
-/// Goes into a folder whose path is already the path at hand.
+/// Enters a folder; m_path is its path already.
 Result<void> BranchWalker::enter(OpenFolder folder, NameBlock names, bool namesOnly)
 {
     while (m_levels.size() - m_closed >= m_openFolders && giveUpOldest()) {
@@ -139,13 +139,13 @@ bool BranchWalker::hasMoreNames()
     return m_levels.back().names.unread() > 0;
 }
 
-/// Examining the entries of a huge folder is work for all threads: true when others took the names just read.
+/// Shares the names just read with other threads if the folder is large; true if they were taken.
 bool BranchWalker::handOverNames()
 {
     Level &level = m_levels.back();
     if (m_run.options.attributes == Attribute::None || level.names.unread() < sharedNames || !mayHandOver())
         return false;
-    // A handle of its own: threads that use one and the same get into each other's way in the kernel.
+    // Use a separate descriptor: threads sharing one contend in the kernel.
     Result<OpenFolder> folder = level.folder.again();
     if (!folder)
         return false;
@@ -239,7 +239,7 @@ Result<OpenFolder> BranchWalker::openChild(const char *name)
     }
 }
 
-/// Only mounts can lead back to where one came from: nothing loops as long as none was crossed.
+/// Loops are only possible through mounts, so check only after crossing one.
 bool BranchWalker::mayLoop(const OpenFolder &folder) const
 {
     return folder.mount() == 0 || folder.mount() != m_run.topMount;
@@ -270,7 +270,7 @@ WalkBranch BranchWalker::branchOf(OpenFolder folder, std::string path, int depth
     return branch;
 }
 
-/// Back to the nearest folder above that can go on.
+/// Returns to the nearest ancestor that can be continued.
 void BranchWalker::leave()
 {
     OpenFolder below = std::move(m_levels.back().folder);
@@ -293,8 +293,8 @@ void BranchWalker::drop()
         m_path.resize(m_levels.back().pathLength);
 }
 
-/// Opens a folder again whose handle was given up: the way back is "..", or, if the folder below was moved or may not
-/// be searched, the path. Either must lead to the very folder that was left.
+/// Reopens a folder whose descriptor was closed, through ".." or, if the subfolder was moved or is not searchable, by
+/// path. Checks that it is the same folder.
 bool BranchWalker::reopen(Level &level, const OpenFolder &below)
 {
     const FileIdentity identity = level.folder.identity();
@@ -308,7 +308,7 @@ bool BranchWalker::reopen(Level &level, const OpenFolder &below)
     return true;
 }
 
-/// Closes the open folder that is needed last, but never the one at hand, and remembers what is left of its names.
+/// Closes the outermost open folder, never the current one, and remembers its remaining names.
 bool BranchWalker::giveUpOldest()
 {
     if (m_closed + 1 >= m_levels.size())

@@ -10,55 +10,55 @@
 
 namespace brellin {
 
-/// The path of a name in a folder.
+/// Path of a name in a folder.
 std::string childPath(std::string_view folder, std::string_view name);
 
-/// What everyone who takes part in one walk shares.
+/// State shared by all threads of a walk.
 struct WalkRun {
     const WalkOptions &options;
     const JobControl *control = nullptr;
-    std::uint64_t topMount = 0;      ///< the mount of the walked folder
-    std::atomic<bool> ended = false; ///< a visitor said Stop, or the walk cannot go on
-    std::atomic<int> error = 0;      ///< the `errno` value that says why it cannot
+    std::uint64_t topMount = 0;      ///< mount ID of the walked folder
+    std::atomic<bool> ended = false; ///< a visitor returned Stop, or the walk failed
+    std::atomic<int> error = 0;      ///< `errno` value of that failure
 
     bool isCancelled() const { return control != nullptr && control->cancelled(); }
     bool isOver() const { return ended.load(std::memory_order_relaxed) || isCancelled(); }
-    /// What the whole walk comes to.
+    /// Result of the whole walk.
     Result<WalkOutcome> result(const WalkOutcome &outcome) const;
 };
 
-/// A part of a tree that can be walked on its own: everything below a folder, or what a run of its names leads to.
+/// A part of the tree that can be walked independently: everything below a folder, or below some of its names.
 struct WalkBranch {
     OpenFolder folder;
     std::string path; ///< of the folder
-    int depth = 0;    ///< of the entries in it
-    /// The folder and those above it up to the walked one: what must not be entered again.
+    int depth = 0;    ///< depth of its entries
+    /// The folder and its ancestors up to the walked one, which must not be entered again.
     std::vector<FileIdentity> ancestors;
-    bool namesOnly = false; ///< only `names`, not the whole folder
+    bool namesOnly = false; ///< walk only `names`, not the whole folder
     NameBlock names;
 
-    /// The folder from which a walk starts.
+    /// The branch for a whole walk.
     static Result<WalkBranch> top(const Location &folder);
 };
 
-/// Where the entries of a branch go, and the parts of it that others may walk.
+/// Receives the entries of a branch, and branches for other threads.
 class WalkSink {
 public:
     virtual ~WalkSink() = default;
     virtual WalkStep show(const WalkEntry &entry) = 0;
-    /// Whether someone has too little to do.
+    /// Whether other threads need work.
     virtual bool wantsBranches() const { return false; }
     virtual void take(WalkBranch) {}
 };
 
-/// Walks branches, one after the other, each folder before its content and in the file system's order. However deep the
-/// tree, only `openFolders` handles are kept: of the folders farther up the remaining names are remembered instead, and
-/// on the way back they are opened again from below and recognised by their identity.
+/// Walks branches one after the other, each folder before its content, in directory order. Keeps only `openFolders`
+/// descriptors open at any depth: for outer folders it remembers the remaining names, and on the way back reopens them
+/// from below, checking their identity.
 class BranchWalker {
 public:
     BranchWalker(WalkRun &run, WalkSink &sink, std::size_t openFolders);
 
-    /// Fails if not even the first names of the branch's folder can be read.
+    /// Fails if the first names of the branch's folder cannot be read.
     Result<void> walk(WalkBranch branch) noexcept;
     const WalkOutcome &outcome() const { return m_outcome; }
 
@@ -97,12 +97,12 @@ private:
     const std::size_t m_openFolders;
     WalkOutcome m_outcome;
     WalkEntry m_entry;
-    std::string m_path; ///< of the folder at hand
+    std::string m_path; ///< path of the current folder
     int m_baseDepth = 0;
     std::vector<FileIdentity> m_baseAncestors;
-    std::vector<Level> m_levels;    ///< from the branch's folder down to the one at hand
-    std::size_t m_closed = 0;       ///< so many of them, counted from the branch's folder, have given up their handle
-    std::vector<NameBlock> m_spare; ///< blocks to be used again
+    std::vector<Level> m_levels;    ///< from the branch's folder to the current one
+    std::size_t m_closed = 0;       ///< number of levels, from the outermost, whose descriptor was closed
+    std::vector<NameBlock> m_spare; ///< blocks for reuse
 };
 
 } // namespace brellin

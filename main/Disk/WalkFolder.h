@@ -12,21 +12,21 @@
 
 namespace brellin {
 
-/// One name as a folder lists it. A zero byte follows `bytes`; they are valid as long as their block.
+/// A name in a folder listing. `bytes` is followed by a zero byte and valid as long as its block.
 struct WalkName {
     std::string_view bytes;
     EntryKind kind = EntryKind::Special;
-    bool kindKnown = false; ///< some file systems list names only
+    bool kindKnown = false; ///< false on file systems that list names only
 
     const char *text() const { return bytes.data(); }
 };
 
-/// A run of names in the form in which the system hands them out, read one after the other.
+/// A block of names as returned by the system.
 class NameBlock {
 public:
-    /// False when no name is left.
+    /// False if no name is left.
     bool next(WalkName &name);
-    /// Bytes not yet read through.
+    /// Number of bytes not read yet.
     std::size_t unread() const { return m_end - m_position; }
 
 private:
@@ -37,45 +37,44 @@ private:
     std::size_t m_end = 0;
 };
 
-/// The names that a folder's `.hidden` list asks to hide.
+/// Names in a folder's `.hidden` list.
 using HiddenNames = std::set<std::string, std::less<>>;
 
 enum class LastLink { Follow, Refuse };
 
-/// An open folder: everything in it is reached through this handle, never by a path that may be too long or may lead
-/// elsewhere by now. All a walk needs from the platform is here. Access times are left alone where the system lets us.
+/// An open folder. Entries are accessed through its descriptor, since a path may be too long or have changed. Contains
+/// all platform calls of a walk. Preserves access times where possible.
 class OpenFolder {
 public:
-    /// The folder of that path; a link to a folder is followed only where that is asked for.
+    /// Opens a folder by path; `link` says whether to follow a link to a folder.
     static Result<OpenFolder> open(const std::string &path, LastLink link);
-    /// A folder in this one, never through a link.
+    /// Opens a subfolder; never follows a link.
     Result<OpenFolder> child(const char *name) const;
     Result<OpenFolder> parent() const;
-    /// The same folder under a handle of its own.
+    /// Opens the same folder with a new descriptor.
     Result<OpenFolder> again() const;
 
     bool isOpen() const { return m_folder.isOpen(); }
-    /// Gives the handle back; identity and mount stay known.
+    /// Closes the descriptor; identity() and mount() stay valid.
     void close() { m_folder.reset(); }
 
     const FileIdentity &identity() const { return m_identity; }
-    /// 0 where the system does not tell mounts apart.
+    /// 0 if the system does not distinguish mounts.
     std::uint64_t mount() const { return m_mount; }
     bool onVolumeOf(const OpenFolder &other) const
     {
         return m_identity.device == other.m_identity.device && m_mount == other.m_mount;
     }
-    /// Whether another volume is mounted on the folder of this name. Does not touch that volume, which may be a server
-    /// that no longer answers.
+    /// Whether another volume is mounted on this subfolder. Does not access that volume, which may not respond.
     bool hasVolumeAt(const char *name) const;
 
-    /// The next names in the file system's order; an empty block at the end. What the block held is dropped.
+    /// Replaces the block by the next names in directory order; empty at the end.
     Result<void> readNames(NameBlock &block) const;
-    /// All names up to the end, behind those that the block still holds, in no more memory than they need.
+    /// Appends all remaining names to the block, with no more memory than needed.
     Result<void> readRemainingNames(NameBlock &block) const;
-    /// False when the entry cannot be examined (it vanished, the folder lacks the search permission).
+    /// False if the entry cannot be examined, e.g. because it vanished.
     bool readAttributes(const char *name, Attribute wanted, FileAttributes &attributes) const;
-    /// The names in this folder's `.hidden` list, null when it has none.
+    /// The folder's `.hidden` list; null if there is none.
     std::shared_ptr<const HiddenNames> hiddenNames() const;
 
 private:

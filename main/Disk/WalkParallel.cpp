@@ -16,13 +16,13 @@ namespace brellin {
 
 namespace {
 
-/// Branches that wait for a thread. So few that memory and open handles stay bounded, so many that nobody waits.
+/// Maximum number of waiting branches: few enough to bound memory and descriptors, enough to keep all threads busy.
 constexpr std::size_t waitingBranches = 32;
 constexpr std::size_t openFoldersPerThread = 12;
 constexpr int mostThreads = 16;
 
-/// What the threads of one walk share. A thread that finds a folder passes it on while there is room, and else walks it
-/// itself; the walk is complete when nothing waits and nobody works.
+/// State shared by the threads of one walk. A thread passes on the folders it finds while there is room, and otherwise
+/// walks them itself. The walk is complete when no branch is waiting and no thread is working.
 class BranchQueue {
 public:
     explicit BranchQueue(WalkRun &run) : m_run(run) {}
@@ -39,14 +39,14 @@ public:
         m_changed.notify_one();
     }
 
-    /// The next branch, with which the caller counts as working; none when the walk is over.
+    /// Returns the next branch and counts the caller as working; none when the walk is over.
     std::optional<WalkBranch> take()
     {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return !m_waiting.empty() || m_working == 0 || m_run.isOver(); });
         if (m_waiting.empty() || m_run.isOver())
             return std::nullopt;
-        // The oldest: it lies nearest to the top and is likely the biggest.
+        // Take the oldest, which is nearest to the top and probably the largest.
         std::optional<WalkBranch> branch(std::move(m_waiting.front()));
         m_waiting.pop_front();
         m_count.store(m_waiting.size(), std::memory_order_relaxed);
@@ -68,7 +68,7 @@ private:
     std::condition_variable m_changed;
     std::deque<WalkBranch> m_waiting;
     std::atomic<std::size_t> m_count = 0;
-    int m_working = 1; ///< whoever starts
+    int m_working = 1; ///< the starting thread
 };
 
 class Worker : public WalkSink {
@@ -87,7 +87,7 @@ public:
     bool wantsBranches() const override { return m_queue.hasRoom(); }
     void take(WalkBranch branch) override { m_queue.put(std::move(branch)); }
 
-    /// Walks one branch; the caller has been counted as working.
+    /// Walks one branch; the caller must be counted as working.
     Result<void> walk(WalkBranch branch) noexcept
     {
         Result<void> walked = m_walker.walk(std::move(branch));
@@ -140,7 +140,7 @@ Result<WalkOutcome> walkParallel(const Location &folder, const WalkOptions &opti
             for (std::size_t number = 1; number < workers.size(); ++number)
                 helpers.emplace_back(&Worker::walkWaiting, workers[number].get());
         } catch (const std::system_error &) {
-            // The system has no more threads: those that are there do the work.
+            // No more threads available: continue with those running.
         }
         started = workers[0]->walk(std::move(top));
         workers[0]->walkWaiting();

@@ -4,8 +4,8 @@
 
 namespace brellin {
 
-/// A walk that shows everything or fails: also where one entry or folder cannot be looked at, and when cancelled. Ends without
-/// a failure where `visit` stops it.
+/// A walk that also fails if any entry or folder cannot be read, or if cancelled. `visit` may stop it without a
+/// failure.
 Result<void> walkWhole(const Location &folder, const WalkOptions &options,
                        const std::function<WalkStep(const WalkEntry &)> &visit, const JobControl *control = nullptr);
 

@@ -17,9 +17,9 @@ namespace brellin {
 
 namespace {
 
-/// Some 1,500 names: few calls for a big folder, and still little enough that threads can share one.
+/// About 1,500 names: few system calls for large folders, small enough for threads to share.
 constexpr std::size_t blockSize = 64 * 1024;
-/// A longer list is not one that a person wrote.
+/// Longer lists are ignored: nobody writes them by hand.
 constexpr std::size_t longestHiddenList = 256 * 1024;
 
 void take(WalkName &name, const dirent64 &record)
