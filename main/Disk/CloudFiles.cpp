@@ -4,7 +4,7 @@ namespace brellin {
 
 namespace {
 
-/// A file of more bytes than this does not fit into its own record on the disk.
+/// Smaller files may occupy no blocks because file systems store them inline.
 constexpr std::int64_t largestInline = 65'536;
 
 } // namespace

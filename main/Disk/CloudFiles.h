@@ -6,17 +6,16 @@
 
 namespace brellin {
 
-/// Whether a file is only a place holder whose content a cloud service would have to download first: it occupies nothing,
-/// and a server or a program answers for it. On a local disk such a file is one big hole, as complete as any other.
+/// Whether the file is a placeholder whose content a cloud service would download on access: it occupies no disk space,
+/// and a network or FUSE file system answers for it. On a local disk such a file is just one big hole.
 bool isPlaceHolder(const Location &file, const FileAttributes &attributes);
-/// The same for an entry of a walk; makes its location only where it is needed.
+/// As above for an entry of a walk; composes its path only if needed.
 bool isPlaceHolder(const WalkEntry &entry);
 
-/// Whether a file's attributes are those of a place holder, wherever it lies.
+/// Whether the attributes look like a placeholder's: more than 64 KiB in size, but no disk space.
 bool occupiesNothing(const FileAttributes &attributes);
 
-/// Whether the system itself keeps what is in a folder: no network file system, and none in user space. Where it does not
-/// tell, it is not local.
+/// Whether the kernel itself stores the folder's content: neither a network nor a FUSE file system. False if unknown.
 bool liesOnLocalDisk(const Location &folder);
 
 } // namespace brellin

@@ -15,20 +15,20 @@
 
 namespace brellin {
 
-/// One call to the file system on a worker of its mount, made by a main-thread object that wants the answer.
+/// A file system call on a worker of its mount, for a main-thread object that needs the result.
 ///
-/// For a local volume the main thread waits a moment, so that what is there at once shows at once. Exactly one of
-/// `finished` and `notAnswering` is called on the main thread, perhaps still within `start`; neither when the call was
-/// dropped, replaced by another start, or destroyed. The work itself ends when it notices, holding nothing of its owner.
+/// For a local volume `start` waits up to the workers' patience, so that a fast answer shows without a flash. Exactly
+/// one of `finished` and `notAnswering` is called on the main thread, possibly within `start`; neither if the call was
+/// dropped, replaced or destroyed. The work must not capture its owner; it should poll the cancel flag.
 template <class T>
 class FileCall {
 public:
     enum class Patience {
-        Moment, ///< wait for a local volume as long as the workers' patience lasts
+        Moment, ///< wait for a local volume, up to the workers' patience
         None
     };
     struct Request {
-        Location where; ///< decides the mount
+        Location where; ///< selects the mount
         Patience patience = Patience::Moment;
         MountWorkers::Turn turn = MountWorkers::Turn::OfMount;
     };
@@ -65,7 +65,7 @@ public:
             giveUpAfter(workers, request.where, std::move(notAnswering));
     }
 
-    /// Cancels the work; its answer goes nowhere.
+    /// Cancels the work; its result is discarded.
     void drop()
     {
         if (!m_link)
@@ -82,7 +82,7 @@ private:
         std::mutex mutex;
         std::condition_variable ready;
         std::optional<T> result;
-        Mailbox *receiver = nullptr; ///< null while nobody waits for an event
+        Mailbox *receiver = nullptr; ///< null while nobody waits for the result
         std::function<void()> arrived;
 
         void run(const std::function<T(const JobControl &)> &work)
@@ -94,7 +94,7 @@ private:
                 post();
             ready.notify_all();
         }
-        /// Nothing goes to the owner from now on; false where that was so before.
+        /// Detaches the receiver; false if that was done before.
         bool leave()
         {
             const std::scoped_lock lock(mutex);
@@ -143,7 +143,7 @@ private:
                            });
     }
 
-    /// It may be running the event that ends it. What is still on the way to it finds that it has left.
+    /// Deletes the receiver later, since its own event may be running. Pending events find that it has left.
     void release()
     {
         if (m_receiver)
@@ -151,7 +151,7 @@ private:
     }
 
     std::shared_ptr<Link> m_link;
-    std::unique_ptr<Mailbox> m_receiver; ///< lives on the main thread; its death drops what is on the way
+    std::unique_ptr<Mailbox> m_receiver; ///< lives on the main thread; deleting it drops pending events
 };
 
 } // namespace brellin

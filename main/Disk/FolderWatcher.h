@@ -10,33 +10,33 @@
 
 namespace brellin {
 
-/// What happened in a watched folder since it was last told.
+/// Changes in a watched folder since the last take().
 struct FolderChanges {
-    std::set<std::string> names; ///< of entries that came, went or changed; not all where it was many
-    bool gone = false;           ///< the folder itself was removed or moved away
+    std::set<std::string> names; ///< entries added, removed or changed; incomplete if there were many
+    bool gone = false;           ///< the folder itself was removed or moved
 
     bool operator==(const FolderChanges &) const = default;
 };
 
-/// Watches the entries of one folder, not what lies deeper, for as long as it lives.
+/// Watches the entries of one folder, not its subfolders.
 class FolderWatcher {
 public:
-    /// Called on a thread of the watchers, once until the changes are taken. Quick, and calls nothing of the watcher.
+    /// Called on a watcher thread, once until the changes are taken. Must be fast, and must not call the watcher.
     using Heard = std::function<void()>;
     enum class Means {
-        Events, ///< by the system's events; where it has none left to give, by looking
-        Looking ///< every two seconds at the folder's times: sees what comes and goes only
+        Events, ///< system events; polls if the system has no watches left
+        Looking ///< polls the folder's times every 2 s: notices only added and removed entries
     };
 
-    /// Blocks as long as the volume does. Fails for what is no folder that can be read.
+    /// Blocks as long as the volume does. Fails if `folder` is no readable folder.
     static Result<std::shared_ptr<FolderWatcher>> watch(const Location &folder, Heard heard,
                                                         Means means = Means::Events);
-    /// After it `heard` is not called any more, and no call is under way.
+    /// `heard` is not called or running any more afterwards.
     ~FolderWatcher();
     FolderWatcher(const FolderWatcher &) = delete;
     FolderWatcher &operator=(const FolderWatcher &) = delete;
 
-    /// What happened since the last time; `heard` is called again for what comes now.
+    /// Returns the changes since the last call; `heard` is called again for later ones.
     FolderChanges take();
 
 private:

@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-/// Blank, tab, newline and backslash stand as "\040" …
+/// Decodes "\040" for blank, tab, newline and backslash.
 std::string unescaped(std::string_view field)
 {
     std::string text;
@@ -45,8 +45,7 @@ bool isReadOnly(std::string_view options)
     return std::ranges::find(words, "ro") != words.end();
 }
 
-/// "36 35 98:0 /root /point rw,noatime shared:1 … - ext3 /dev/sda1 rw": between the options and the dash stands any
-/// number of fields.
+/// "36 35 98:0 /root /point rw,noatime shared:1 … - ext3 /dev/sda1 rw": any number of fields between options and dash.
 std::optional<Mount> parseLine(std::string_view line)
 {
     const std::vector<std::string_view> fields = split(line, ' ');
@@ -62,7 +61,7 @@ std::optional<Mount> parseLine(std::string_view line)
     return mount;
 }
 
-/// Where the system mounts for itself. Users' volumes below /run/media and /media are not in it.
+/// Mount points of the system; users' volumes in /media, /run/media and /var/mnt are not among them.
 bool isSystemPoint(std::string_view point)
 {
     constexpr std::array<std::string_view, 12> system = {"/boot", "/dev", "/efi", "/etc", "/lib", "/proc",
@@ -72,7 +71,7 @@ bool isSystemPoint(std::string_view point)
     return std::ranges::any_of(system, [&](std::string_view folder) { return isAtOrBelow(point, folder); });
 }
 
-/// A whole file system of a disk (of btrfs also a sub-volume, which is how it is usually mounted) or of a server.
+/// Whether this is a whole file system of a disk or server, or a btrfs subvolume.
 bool holdsFiles(const Mount &mount)
 {
     if (isNetworkFileSystem(mount.fileSystem))
@@ -113,7 +112,7 @@ bool isNetworkFileSystem(std::string_view type)
 
 namespace {
 
-/// The root has no name of its own.
+/// Name of the volume; empty for the root.
 QString nameOf(const Location &point)
 {
     return point == "/" ? QStringLiteral("Startvolume") : shownName(point);

@@ -13,20 +13,20 @@ namespace brellin {
 
 namespace {
 
-/// So long the end of the program waits for calls under way.
+/// Time to wait for running calls at exit.
 constexpr std::chrono::seconds lastWait{2};
 
 } // namespace
 
-/// The threads that are out. They hold it together with the workers: one that is abandoned may come back after them.
+/// The running threads. Shared with them, since an abandoned one may outlive the workers.
 struct MountWorkers::Active {
     using Work = std::function<void()>;
     std::mutex mutex;
     std::condition_variable changed;
     int threads = 0;
-    std::deque<Work> waiting; ///< for a thread to come back; only while the system gives no more
+    std::deque<Work> waiting; ///< only if the system provides no more threads: waits for one to become free
 
-    /// A system that gives no more threads makes work late, or done where it was asked for, but never lost.
+    /// If no thread can be created, queues the work or runs it synchronously, but never drops it.
     static void launch(const std::shared_ptr<Active> &active, Work work)
     {
         std::unique_lock lock(active->mutex);
@@ -47,7 +47,7 @@ struct MountWorkers::Active {
     {
         while (work) {
             work();
-            work = nullptr; // what it holds goes before the thread counts as gone
+            work = nullptr; // destroy captures before the thread counts as ended
             const std::scoped_lock lock(mutex);
             if (waiting.empty()) {
                 --threads;
@@ -64,9 +64,9 @@ struct MountWorkers::Lane {
     std::mutex mutex;
     std::deque<std::function<void()>> waiting;
     bool running = false;
-    bool givenUp = false; ///< somebody has waited too long for the call that is out
+    bool givenUp = false; ///< a caller has given up waiting for the running call
 
-    /// The next call; empty, and the lane at rest, where none waits.
+    /// The next call; if there is none, returns an empty one and marks the lane as idle.
     std::function<void()> next()
     {
         const std::scoped_lock lock(mutex);

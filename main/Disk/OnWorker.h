@@ -9,8 +9,8 @@
 
 namespace brellin {
 
-/// Does `work` on a worker for the volume at `where`, and gives its answer to `then` on the main thread, unless `receiver`
-/// has gone by then. For what need not be dropped or awaited; else see FileCall.
+/// Runs `work` on a worker for the volume of `where`, and passes its result to `then` on the main thread, unless
+/// `receiver` is destroyed by then. Use FileCall if the call must be dropped or awaited.
 template <class Work, class Then>
 void onWorker(MountWorkers &workers, const Location &where, MountWorkers::Turn turn, QObject *receiver, Work work,
               Then then)

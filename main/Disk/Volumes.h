@@ -10,39 +10,38 @@
 
 namespace brellin {
 
-/// One mounted volume.
+/// A mounted volume.
 struct Volume {
     Location root;
-    QString name;       ///< label or last component, for reading
-    QString fileSystem; ///< "ext4", "vfat", "nfs4" …
+    QString name;       ///< label or last component of the mount point
+    QString fileSystem; ///< e.g. "ext4", "vfat", "nfs4"
     bool local = true;
     bool readOnly = false;
 
     bool operator==(const Volume &) const = default;
 };
 
-/// The port for questions about volumes.
+/// Port for queries about volumes.
 class Volumes {
 public:
     virtual ~Volumes() = default;
 
-    /// Whether two entries lie on one volume, so that a rename may go from one to the other: same device and same
-    /// mount. Of an entry that does not exist, its deepest existing parent decides; doubt answers false.
+    /// Whether two entries are on the same volume, so that a rename is possible: same device and same mount. A missing
+    /// entry counts as its nearest existing ancestor; false if unknown.
     virtual bool same(const Location &a, const Location &b) const = 0;
-    /// Decided from the mount table by path text, without touching the volume.
+    /// Decided by the mount table and the path's text, without accessing the volume.
     virtual bool isLocal(const Location &location) const = 0;
-    /// The top folder of the volume that holds `location`, found by walking up until the mount changes.
+    /// The top folder of the volume that contains `location`, found by walking up until the mount changes.
     virtual Result<Location> top(const Location &location) const = 0;
-    /// What a person sees as volumes: the root, removable and network mounts; no system or bind mounts.
+    /// The volumes that users know: root, removable and network mounts, no system or bind mounts.
     virtual std::vector<Volume> mounted() const = 0;
-    /// The type of the file system that holds `location` ("vfat"), whether a person sees it as a volume or not; empty where
-    /// nobody can tell.
+    /// File system type of `location` ("vfat"), also for volumes not listed by mounted(); empty if unknown.
     virtual QString fileSystem(const Location &location) const = 0;
-    /// Bytes that this user may still write. A failure where the volume does not tell.
+    /// Bytes available to this user; fails if the volume does not tell.
     virtual Result<std::int64_t> available(const Location &location) const = 0;
 };
 
-/// The real one.
+/// The real implementation.
 class SystemVolumes : public Volumes {
 public:
     bool same(const Location &a, const Location &b) const override;

@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-/// Not the mount table: the walk may have come here through a link, and only the kernel knows where that led.
+/// By statfs, not the mount table: the path may lead through links.
 constexpr auto remoteTypes = std::to_array<std::uint32_t>({
     FUSE_SUPER_MAGIC,
     NFS_SUPER_MAGIC,

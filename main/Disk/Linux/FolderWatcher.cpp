@@ -25,13 +25,13 @@ namespace brellin {
 namespace {
 
 constexpr int lookingInterval = 2000; // milliseconds
-/// More names are of no use to anybody: everything is read again.
+/// With more names everything is read again anyway.
 constexpr std::size_t mostNames = 1000;
 constexpr std::uint32_t events = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_MODIFY |
                                  IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 constexpr std::uint32_t goneEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT;
 
-/// What looking compares.
+/// Compared when polling.
 struct FolderTimes {
     FileIdentity identity;
     timespec modified{};
@@ -51,13 +51,13 @@ std::optional<FolderTimes> timesOf(const std::string &folder)
     return FolderTimes{{status.st_dev, status.st_ino}, status.st_mtim};
 }
 
-/// Too many watches or instances: no fault of the folder.
+/// Whether watches or instances are exhausted, which is not the folder's fault.
 bool isExhausted(int error)
 {
     return error == ENOSPC || error == EMFILE || error == ENFILE || error == ENOMEM;
 }
 
-/// An inotify instance of its own for each folder: a shared one would give two watchers of one folder the same watch.
+/// One inotify instance per folder: in a shared one, two watchers of a folder would get the same watch.
 Result<Descriptor> eventsOf(const std::string &folder)
 {
     Descriptor instance(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
@@ -71,8 +71,8 @@ Result<Descriptor> eventsOf(const std::string &folder)
 struct FolderWatcher::State {
     std::string folder;
     Heard heard;
-    Descriptor source; ///< closed where the folder is looked at
-    std::mutex mutex;  ///< of what follows
+    Descriptor source; ///< closed if the folder is polled
+    std::mutex mutex;  ///< protects the members below
     FolderChanges changes;
     std::optional<FolderTimes> times;
     bool told = false;
@@ -88,7 +88,7 @@ struct FolderWatcher::State {
     {
         alignas(inotify_event) std::array<char, 16 * 1024> buffer;
         const std::scoped_lock lock(mutex);
-        // What is left keeps the descriptor ready: whoever takes the changes need not wait for the end of a flood.
+        // Remaining events keep the descriptor ready, so take() need not wait for the end of a burst.
         const ssize_t length = closed ? 0 : ::read(source.number(), buffer.data(), buffer.size());
         if (length <= 0)
             return;
@@ -119,7 +119,7 @@ struct FolderWatcher::State {
     }
 };
 
-/// What the thread shares with the watchers. It outlives them where a volume holds the thread up.
+/// State shared by the thread and the watchers. Outlives them if a volume blocks the thread.
 class FolderWatcher::Waiting {
 public:
     Waiting() : m_poll(::epoll_create1(EPOLL_CLOEXEC)), m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
@@ -139,9 +139,9 @@ public:
             const std::uint64_t id = ++m_lastId;
             m_states.emplace(id, state);
             if (state->source.isOpen() && !listen(state->source.number(), id))
-                state->source.reset(); // looked at, then
+                state->source.reset(); // switch to polling
         }
-        wake(); // it may have to look from now on
+        wake(); // it may have to poll from now on
     }
 
     void remove(const std::shared_ptr<State> &state)
@@ -220,8 +220,8 @@ private:
     std::atomic<bool> m_stopped = false;
 };
 
-/// The thread that waits for the events of all watchers. Told to end with the last of them, and not awaited: it may be
-/// looking at a folder of a server that does not answer.
+/// The thread that waits for the events of all watchers. Ends with the last one, but is not joined: it may be blocked
+/// by an unresponsive server.
 class FolderWatcher::Hub {
 public:
     Hub() = default;
@@ -229,7 +229,7 @@ public:
     Hub(const Hub &) = delete;
     Hub &operator=(const Hub &) = delete;
 
-    /// Fails where the system gives no descriptor or no thread.
+    /// Fails if no descriptor or thread is available.
     static Result<std::shared_ptr<Hub>> shared()
     {
         static std::mutex mutex;

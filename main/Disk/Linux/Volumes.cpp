@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Where a rename could lead from and to: device and mount.
+/// Device and mount: a rename requires both to be equal.
 struct Ground {
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
@@ -31,7 +31,7 @@ struct Ground {
 
 enum class Links { Follow, Keep };
 
-/// nullopt with errno set where the entry cannot be examined.
+/// None with errno set if the entry cannot be examined.
 std::optional<Ground> groundOf(const Location &location, Links links)
 {
     struct statx status{};
@@ -46,8 +46,7 @@ bool isMissing(int error)
     return error == ENOENT || error == ENOTDIR;
 }
 
-/// Of the entry itself or, where it does not exist, of its deepest existing parent (there a link is followed, as the
-/// system does on the way to the entry).
+/// Ground of the entry itself or of its nearest existing ancestor, whose links are followed like in a path.
 std::optional<Ground> groundUnder(const Location &location)
 {
     Location place = standardised(location);
@@ -59,7 +58,7 @@ std::optional<Ground> groundUnder(const Location &location)
     return ground;
 }
 
-/// The folder, all links resolved, that `location` is or lies in, as deep as it exists.
+/// The existing folder, with links resolved, that `location` is or is in.
 Result<Location> existingFolder(const Location &location)
 {
     Location place = standardised(location);
@@ -79,7 +78,7 @@ Result<Location> existingFolder(const Location &location)
     return resolved;
 }
 
-/// The name that its owner gave a disk ("" if none): a link named so leads to the device.
+/// The disk's label, "" if none: a symlink named after the label points to the device.
 QString labelOf(const std::string &device)
 {
     std::error_code error;
@@ -90,7 +89,7 @@ QString labelOf(const std::string &device)
         std::error_code dangling;
         if (fs::canonical(label.path(), dangling) != target || dangling)
             continue;
-        // "\x20" is a blank: bytes that a file name in /dev should not have.
+        // Names in /dev encode a blank as "\x20".
         QByteArray name = QByteArray::fromStdString(label.path().filename().native());
         return QString::fromUtf8(QByteArray::fromPercentEncoding(name.replace("\\x", "%")));
     }
@@ -168,7 +167,7 @@ Result<std::int64_t> SystemVolumes::available(const Location &location) const
     struct statvfs status{};
     if (::statvfs(folder.c_str(), &status) != 0)
         return failure(Failure::lastSystem());
-    // Many network volumes do not know; that is not to be taken for a full one.
+    // Many network volumes do not report sizes: not to be mistaken for full.
     if (status.f_blocks == 0)
         return failure(Failure::system(ENOTSUP));
     return static_cast<std::int64_t>(status.f_bavail) * static_cast<std::int64_t>(status.f_frsize);
