@@ -5,14 +5,14 @@
 
 namespace brellin {
 
-/// Reads one extended attribute of many entries of one folder, each by one call. For one thread at a time.
+/// Reads one extended attribute of many entries in a folder, with one call each. Not thread-safe.
 class EntryAttribute {
 public:
-    /// `folder` is absolute, `attribute` the attribute's name ("user.xdg.tags").
+    /// `folder` must be absolute; `attribute` is e.g. "user.xdg.tags".
     EntryAttribute(std::string_view folder, const char *attribute);
 
-    /// The attribute's bytes of the entry with this name, never of a link's target; empty where it has none or cannot be read.
-    /// Valid until the next call.
+    /// The attribute's value for the entry of this name, without following links; empty if missing or unreadable. Valid
+    /// until the next call.
     std::string_view read(std::string_view name);
 
 private:

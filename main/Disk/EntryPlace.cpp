@@ -38,7 +38,7 @@ Result<struct stat> statusOf(NameIn entry)
 
 Result<std::vector<ListedName>> listFolder(int folder, const JobControl *control)
 {
-    // The stream closes its descriptor, and the original one is still needed.
+    // The stream closes its descriptor, so give it a copy.
     const int copy = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
     const std::unique_ptr<DIR, CloseStream> stream(copy < 0 ? nullptr : ::fdopendir(copy));
     if (!stream) {

@@ -14,13 +14,13 @@
 
 namespace brellin {
 
-/// A name in a folder that is held open: it stays the same place while the path to it changes.
+/// A name in an open folder: remains valid when the folder's path changes.
 struct NameIn {
     int folder;
     const char *name;
 };
 
-/// An entry by its open folder and its name there.
+/// An entry as its open folder and its name.
 struct EntryPlace {
     Descriptor folder;
     std::string name;
@@ -28,44 +28,42 @@ struct EntryPlace {
     NameIn at() const { return {folder.number(), name.c_str()}; }
 };
 
-/// Opens the folder that holds `location`, as far as the system needs it for what lies in it: permission to read it is
-/// not required. Links on the way are followed, the last component is not looked at. `errc::device_or_resource_busy`
-/// for the root, which lies in no folder.
+/// Opens the folder containing `location`; requires no read permission. Follows links in the path, but does not access
+/// the last component. The root fails with `errc::device_or_resource_busy`, since no folder contains it.
 Result<EntryPlace> openPlace(const Location &location);
 
-/// The same for a folder itself; by its path a link to a folder is followed, by its name in another one it is not.
+/// Opens a folder likewise. A path to a link is followed, a name in a folder is not.
 Result<Descriptor> openFolderPlace(const Location &folder);
 Result<Descriptor> openFolderPlace(NameIn folder);
 
-/// Opens a folder to list it, never through a link and, where the system lets us, without touching its access time.
+/// Opens a folder for listing; never follows a link, and preserves its access time where possible.
 Result<Descriptor> openFolder(NameIn entry);
 
-/// Opens a regular file for reading: never through a link, never waiting for a pipe's other end and, where the system
-/// lets us, without touching its access time.
+/// Opens a regular file for reading; never follows a link or blocks on a pipe, and preserves its access time where
+/// possible.
 Result<Descriptor> openForReading(NameIn entry);
 
-/// The first bytes of an open file, at most `most`; where reading fails, those before that.
+/// Reads the first bytes, at most `most`; fewer if reading fails.
 std::string readBeginning(const Descriptor &file, std::size_t most);
 
-/// A number for the mount that an open folder lies on, different for two mounts of one device where the system can
-/// tell; 0 where it cannot.
+/// ID of the mount of an open folder, which distinguishes two mounts of one device; 0 if the system does not tell.
 Result<std::uint64_t> mountOf(int folder);
 
-/// What an entry is, without following a link.
+/// Status without following links.
 Result<struct stat> statusOf(NameIn entry);
 
-/// All attributes of what is open …
+/// All attributes of an open file.
 Result<FileAttributes> attributesOf(const Descriptor &opened);
-/// … and of an entry in an open folder, without following a link.
+/// All attributes of an entry in an open folder, without following links.
 Result<FileAttributes> attributesOf(NameIn entry);
 
-/// A name in a folder with what the folder says of its kind (`DT_REG` …, `DT_UNKNOWN` where it does not).
+/// A name in a folder with its type from the listing (`DT_REG` …, `DT_UNKNOWN` if missing).
 struct ListedName {
     std::string name;
     unsigned char type;
 };
 
-/// Everything in an open folder but "." and "..". Cancelled by `control`.
+/// All entries of an open folder except "." and "..". Fails if cancelled.
 Result<std::vector<ListedName>> listFolder(int folder, const JobControl *control = nullptr);
 
 inline bool sameEntry(const struct stat &a, const struct stat &b)

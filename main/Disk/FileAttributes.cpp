@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-// Sorted. Folders that their programs show as one thing: taking single files out of them breaks them.
+// Sorted. Folders that programs treat as one item: removing single files would break them.
 constexpr auto packageExtensions =
     std::to_array<std::string_view>({"aplibrary",    "app",           "appex",        "band",       "bundle",
                                      "component",    "download",      "dsym",         "fcpbundle",  "framework",
@@ -29,13 +29,13 @@ static_assert(std::ranges::is_sorted(packageExtensions));
 bool entryExists(const Location &location)
 {
     struct stat status;
-    // EILSEQ: the volume cannot spell the name.
+    // EILSEQ: the volume cannot represent the name.
     return ::lstat(location.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR && errno != EILSEQ);
 }
 
 bool isPackageName(std::string_view name)
 {
-    // Most folders have no dot: they are answered without a copy.
+    // Fast path without a copy, since most folders have no dot.
     return name.find('.') != std::string_view::npos &&
            std::ranges::binary_search(packageExtensions, std::string_view(lowerExtensionOf(name)));
 }

@@ -13,11 +13,11 @@ namespace brellin {
 enum class EntryKind : std::uint8_t {
     File,
     Folder,
-    Link,   ///< a symbolic link, whatever it points to
+    Link,   ///< symbolic link, whatever its target
     Special ///< socket, pipe or device
 };
 
-/// Which file a name leads to: stable while the file exists, also through a rename on its volume.
+/// Identifies a file while it exists, also after a rename within its volume.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -25,16 +25,16 @@ struct FileIdentity {
     auto operator<=>(const FileIdentity &) const = default;
 };
 
-/// What one entry is (a link itself, never its target). A field that was not asked for, or that the file system does
-/// not keep, is at its default.
+/// Attributes of one entry; of a link itself, never its target. Fields that were not requested, or that the file system
+/// does not store, have their default.
 struct FileAttributes {
     EntryKind kind = EntryKind::Special;
     FileIdentity identity;
-    std::int64_t size = 0;     ///< bytes; of a regular file or the text of a link
-    std::int64_t diskSize = 0; ///< bytes really occupied
-    std::uint32_t links = 1;   ///< hard links
-    std::uint32_t mode = 0;    ///< permission bits, without the type
-    std::uint64_t mount = 0;   ///< the mount the entry lies on, where the system tells
+    std::int64_t size = 0;     ///< bytes; only of regular files and link texts
+    std::int64_t diskSize = 0; ///< bytes occupied on disk
+    std::uint32_t links = 1;   ///< number of hard links
+    std::uint32_t mode = 0;    ///< permission bits without the type
+    std::uint64_t mount = 0;   ///< mount ID, if the system tells
     Instant modified;
     std::optional<Instant> created; ///< birth time
     Instant accessed;
@@ -45,23 +45,22 @@ struct FileAttributes {
     bool isLink() const { return kind == EntryKind::Link; }
 };
 
-/// All attributes of one entry, without following a link in the last component.
+/// Reads all attributes without following a link in the last component.
 Result<FileAttributes> readAttributes(const Location &location);
 
-/// Whether anything has this name, a dangling link included. An entry that cannot be examined counts as existing.
+/// Whether the name is taken, by a dangling link as well. True if the entry cannot be examined.
 bool entryExists(const Location &location);
 
-/// Whether a folder of this name is shown as one thing (an application or document bundle), by its extension.
+/// Whether a folder of this name is shown as a single item (application or document bundle), by its extension.
 bool isPackageName(std::string_view name);
 
-/// Whether a name is hidden by its leading dot (a folder's `.hidden` list is the walker's business).
+/// Whether the name has a leading dot; `.hidden` lists are evaluated by walks.
 inline bool isDotName(std::string_view name)
 {
     return name.starts_with('.');
 }
 
-/// What a scan remembers of a source, to notice later that it is no longer the same: identity, size and modification
-/// time must be equal.
+/// What a scan remembers of a file, to notice changes: identity, size and modification time must be equal.
 struct FileState {
     FileIdentity identity;
     std::int64_t size = 0;

@@ -12,7 +12,7 @@ using enum TypeTrait;
 constexpr std::uint32_t source = SourceCode | Text;
 constexpr std::uint32_t script = source | bits(Script);
 
-// Sorted by extension. A plain 0: known, but of no kind that matters here.
+// Sorted by extension. 0: a known type without relevant traits.
 constexpr auto corrections = std::to_array<CorrectedType>({
     {"3fr", bits(Image), "image/x-hasselblad-3fr", u"Hasselblad-Rohbild"},
     {"apk", bits(Application), "application/vnd.android.package-archive", u"Android-Paket"},
@@ -84,8 +84,8 @@ constexpr auto corrections = std::to_array<CorrectedType>({
 });
 static_assert(std::ranges::is_sorted(corrections, {}, &CorrectedType::extension));
 
-// Archives are listed one by one: half the document formats of our time inherit from application/zip. Sorted, as are the
-// lists below; they hold the names of several generations of the database.
+// Archives are listed explicitly, since many document formats inherit from application/zip. Sorted, as are the lists
+// below; they contain the names of several database versions.
 constexpr auto archives = std::to_array<std::string_view>({
     "application/gzip",
     "application/vnd.efi.img",
@@ -169,7 +169,7 @@ constexpr auto presentationWords =
 constexpr auto spreadsheetWords = std::to_array<std::string_view>(
     {"gnumeric", "lotus-1-2-3", "ms-excel", "opendocument.spreadsheet", "spreadsheetml", "xml.calc"});
 
-// Source code that does not inherit from C, as C++, Java and others do in the database.
+// Source code types that do not inherit from C in the database, unlike C++, Java and others.
 constexpr auto sources = std::to_array<std::string_view>({
     "application/sql",    "application/vnd.coffeescript",
     "application/x-php",  "text/rust",

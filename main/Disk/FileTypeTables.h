@@ -16,7 +16,7 @@ constexpr std::uint32_t operator|(TypeTrait a, TypeTrait b)
     return bits(a) | bits(b);
 }
 
-/// What the shared MIME database does not know or takes for something else than what people have.
+/// A correction for an extension that the shared MIME database lacks or gets wrong.
 struct CorrectedType {
     std::string_view extension;
     std::uint32_t traits;
@@ -25,7 +25,7 @@ struct CorrectedType {
 };
 std::span<const CorrectedType> correctedTypes();
 
-/// The traits that follow from a type's own name, without what it inherits.
+/// Traits that follow from the MIME name alone, without its ancestors.
 std::uint32_t namedTraits(std::string_view mimeName);
 
 } // namespace brellin

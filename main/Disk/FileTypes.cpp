@@ -20,9 +20,9 @@ namespace {
 
 using enum TypeTrait;
 
-/// No known extension is longer.
+/// Longer than any known extension.
 constexpr std::size_t longestExtension = 32;
-/// Extensions are remembered up to this number: file names may have any number of different ones ("Bericht.1037").
+/// Limits the cache, since names may have any number of extensions ("Bericht.1037").
 constexpr std::size_t mostRemembered = 20'000;
 
 struct TextHash {
@@ -32,7 +32,7 @@ struct TextHash {
 template <class T>
 using TextMap = std::unordered_map<std::string, T, TextHash, std::equal_to<>>;
 
-/// An extension with ASCII letters in lower case, without an allocation.
+/// An extension in ASCII lower case, without allocation.
 class LowerCase {
 public:
     explicit LowerCase(std::string_view extension)
@@ -43,7 +43,7 @@ public:
         std::ranges::transform(extension, m_letters.begin(), lower);
         m_length = extension.size();
     }
-    /// Empty for what cannot be an extension.
+    /// Empty if it cannot be an extension.
     std::string_view text() const { return {m_letters.data(), m_length}; }
 
 private:
@@ -65,7 +65,7 @@ QMimeType mimeTypeOf(std::string_view extension)
     return QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension);
 }
 
-/// What a type is by its own name and by what it descends from.
+/// Traits of a type and its ancestors.
 std::uint32_t traitsOf(const QMimeType &type)
 {
     std::uint32_t traits = namedTraits(type.name().toStdString());
@@ -79,7 +79,7 @@ std::uint32_t traitsOf(const QMimeType &type)
     inherit(Xml, QStringLiteral("application/xml"));
     inherit(Json, QStringLiteral("application/json"));
     inherit(SourceCode, QStringLiteral("text/x-csrc"));
-    // JSON descends from JavaScript there, but is none.
+    // In the database JSON inherits from JavaScript, but it is no script.
     const bool runs = type.inherits(QStringLiteral("application/x-executable"));
     if (runs && (traits & bits(Text)) != 0 && (traits & bits(Json)) == 0)
         traits |= Script | SourceCode;
@@ -93,7 +93,7 @@ bool isOneOf(std::string_view extension, std::initializer_list<std::string_view>
     return std::ranges::find(list, extension) != list.end();
 }
 
-/// The first that holds decides.
+/// The first matching rule decides.
 Category categoryOf(const FileType &type, std::string_view extension)
 {
     if (!type.known)
@@ -119,7 +119,7 @@ struct Answer {
     Category category;
 };
 
-/// Everything looked up so far. Types are few and stay; extensions are forgotten by nobody but bounded in number.
+/// Cache of all lookups. Types are few; extensions are limited in number.
 class TypeTable {
 public:
     Answer answer(std::string_view extension)
@@ -181,7 +181,7 @@ private:
 
     std::shared_mutex m_mutex;
     const FileType m_unknown;
-    TextMap<std::unique_ptr<const FileType>> m_types; ///< by MIME name, the corrected ones by "." and extension
+    TextMap<std::unique_ptr<const FileType>> m_types; ///< keyed by MIME name; corrections by "." and extension
     TextMap<Answer> m_answers;
     TextMap<QString> m_descriptions;
 };
@@ -201,7 +201,7 @@ const FileType &fileTypeOf(std::string_view extension)
 
 namespace {
 
-/// How people call what they meet every day, where the database is more exact than they are.
+/// Common names for frequent types, where the database is more technical.
 constexpr std::array<std::pair<std::string_view, const char16_t *>, 14> everydayNames{{
     {"csv", u"CSV-Tabelle"},
     {"dmg", u"Festplatten-Image"},

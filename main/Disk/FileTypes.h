@@ -7,7 +7,7 @@
 
 namespace brellin {
 
-/// What a type of file is a kind of. A type may be several (a script is source code and text).
+/// Traits of a file type. A type may have several: a script is source code and text.
 enum class TypeTrait : std::uint32_t {
     Image = 1u << 0,
     Movie = 1u << 1,
@@ -24,24 +24,24 @@ enum class TypeTrait : std::uint32_t {
     Application = 1u << 12
 };
 
-/// The type that an extension stands for.
+/// The type of an extension.
 struct FileType {
-    bool known = false;       ///< false: nobody knows this extension, and nothing else holds
+    bool known = false;       ///< false: unknown extension, other members are empty
     std::uint32_t traits = 0; ///< `TypeTrait` bits
-    QString mimeName;         ///< "application/pdf"
+    QString mimeName;         ///< e.g. "application/pdf"
 
     bool conformsTo(TypeTrait trait) const { return (traits & static_cast<std::uint32_t>(trait)) != 0; }
 };
 
-/// The type of an extension (without dot, any case), from the shared MIME database and a small table where that errs.
-/// Answers are cached; callable from every thread.
+/// The type of an extension (without dot, case-insensitive), from the shared MIME database and a table of corrections.
+/// Cached and thread-safe.
 const FileType &fileTypeOf(std::string_view extension);
 
-/// The German description of an extension's type ("PDF-Dokument"), empty where there is none.
+/// The German description of an extension's type ("PDF-Dokument"); empty if there is none.
 QString typeDescription(std::string_view extension);
 
-/// One of the seven German category words, decided by extension alone: "Bilder", "Videos", "Musik", "Archive",
-/// "Dokumente", "Programme", "Sonstige". The reference stays valid.
+/// The German category of an extension: "Bilder", "Videos", "Musik", "Archive", "Dokumente", "Programme" or "Sonstige".
+/// The reference stays valid.
 const QString &fileCategory(std::string_view extension);
 
 } // namespace brellin

@@ -15,8 +15,7 @@ bool isContinuation(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// At most `limit` bytes of `text`, without the front part of a character that no longer fits. Bytes that are no UTF-8
-/// are characters of their own.
+/// At most `limit` bytes of `text`, cut at a UTF-8 character boundary; invalid bytes count as characters.
 std::string_view cut(std::string_view text, std::size_t limit)
 {
     if (text.size() <= limit)
@@ -28,8 +27,8 @@ std::string_view cut(std::string_view text, std::size_t limit)
     return text.substr(0, startsCharacter ? end : limit);
 }
 
-/// `name` with `insertion` before its extension, the stem cut to what `limit` leaves. Where the extension leaves
-/// nothing for the stem it is none that anybody could read, and is cut like the rest.
+/// Inserts before the extension and shortens the stem to fit `limit`. If the extension leaves no room for the stem, it
+/// is cut as well.
 std::string composed(std::string_view name, std::string_view insertion, std::size_t limit)
 {
     std::string_view stem = stemOf(name);
@@ -42,8 +41,8 @@ std::string composed(std::string_view name, std::string_view insertion, std::siz
     return std::string(cut(stem, room)).append(insertion).append(tail);
 }
 
-/// Whether an attempt to use this name may succeed. Where nobody can tell (no permission, a dead network volume) the
-/// attempt itself has to fail with the true reason: trying further names would never end.
+/// Whether trying this name may succeed. Also true if that cannot be determined (no permission, unresponsive server):
+/// the attempt then fails with the real reason, while trying more names would never end.
 bool mayBeFree(const Location &location)
 {
     const auto attributes = readAttributes(location);

@@ -8,14 +8,14 @@
 
 namespace brellin {
 
-/// A folder that is held open for one operation after the other in it: all of them go to this very folder, whatever
-/// becomes of its path meanwhile. Permission to read it is not required.
+/// An open folder for several operations: all of them affect this folder, even if its path changes. Requires no read
+/// permission.
 class HeldFolder {
 public:
-    /// A link to a folder is followed.
+    /// Follows a link to a folder.
     static Result<HeldFolder> open(const Location &folder) { return HeldFolder(folder, TRY(openFolderPlace(folder))); }
 
-    const Location &path() const { return m_path; } ///< by which it was opened
+    const Location &path() const { return m_path; } ///< path it was opened by
     int number() const { return m_folder.number(); }
     NameIn entry(const std::string &name) const { return {m_folder.number(), name.c_str()}; }
 

@@ -20,17 +20,17 @@ namespace {
 
 constexpr const char *lockName = "sperre";
 constexpr const char *contentName = "inhalt";
-/// Holds the name that an empty file may keep free.
+/// File with the name of a possible placeholder.
 constexpr const char *reserveName = "name";
 constexpr std::int64_t longestName = 255;
 
-/// Where nothing tells whose a folder is, it counts as left behind once it is so old.
+/// Minimum age of folders whose owner is unknown.
 constexpr std::chrono::hours foreignPatience{24};
 
 void nameThisMachine(const FileLock &lock)
 {
     const QByteArray machine = QSysInfo::machineUniqueId();
-    // Where it cannot be written, the lock itself has to do.
+    // If the ID cannot be written, the lock alone has to do.
     [[maybe_unused]] const ssize_t written =
         ::write(lock.descriptor(), machine.constData(), static_cast<std::size_t>(machine.size()));
 }
@@ -47,7 +47,7 @@ bool holdsSomething(const Location &folder)
     return !std::filesystem::is_empty(folder, error) && !error;
 }
 
-/// By the clock of their volume, which keeps whole or every second second. A later one may be somebody else's.
+/// Compares times of one volume, which may have steps of 2 s. A file created much later may be somebody else's.
 bool cameRightAfter(const FileAttributes &file, const FileAttributes &note)
 {
     constexpr auto coarseTime = std::chrono::seconds(2);
@@ -57,7 +57,7 @@ bool cameRightAfter(const FileAttributes &file, const FileAttributes &note)
 
 enum class Owner { Dead, Living, Unknown };
 
-/// One without a lock may still be in the making.
+/// Without a lock file the folder may just be being created: Unknown.
 Owner ownerOf(const Location &folder)
 {
     const Location lockFile = folder / lockName;
@@ -90,7 +90,8 @@ std::vector<Location> foldersNamed(const Location &parent, std::initializer_list
 void removeAbandoned(const Location &parent, std::string_view prefix, FileActions &files)
 {
     for (const Location &folder : foldersNamed(parent, {prefix})) {
-        // What cannot go now goes another day. One that knows of an empty file is offered with that.
+        // Folders that cannot be removed are tried again next time. Those with a placeholder are offered to the user
+        // together with it.
         if (ownerOf(folder) == Owner::Dead && !reservedFor(folder))
             static_cast<void>(files.removeOwnCopy(folder));
     }
@@ -123,8 +124,8 @@ HiddenFolder::~HiddenFolder()
 std::optional<QString> HiddenFolder::remove()
 {
     FileActions &files = *std::exchange(m_files, nullptr);
-    // Under the lock all that takes long. A file that is open leaves another one behind on a FUSE volume when it is removed,
-    // and so the lock's goes last, and closed.
+    // Remove the content while locked, since that may take long. Then release the lock before removing its file:
+    // removing an open file on FUSE leaves another one behind.
     static_cast<void>(files.removeOwnCopy(location()));
     m_lock.release();
     const Result<void> removed = files.removeOwnCopy(m_location);
@@ -141,7 +142,7 @@ Location HiddenFolder::location() const
     return m_location / contentName;
 }
 
-/// What cannot be noted is only found by nobody.
+/// If this fails, only the placeholder will not be found after a crash.
 void HiddenFolder::noteReserve(const Location &name) const
 {
     std::ofstream(m_location / reserveName, std::ios::binary | std::ios::trunc) << name.native();
@@ -150,7 +151,7 @@ void HiddenFolder::noteReserve(const Location &name) const
 Result<Location> HiddenFolder::moveOut(const Location &from, const Location &wanted) const
 {
     const bool reserves = from != location() && m_files->reservesNames(wanted.parent_path());
-    // Somebody may take each free name just before us, but not for ever.
+    // Limits retries when other programs keep taking the free name first.
     constexpr int mostAttempts = 100;
     for (int attempt = 1;; ++attempt) {
         Location free = unique(wanted);
@@ -175,7 +176,7 @@ Result<HiddenFolder> HiddenFolder::create(const Location &parent, std::string_vi
         note.discard();
         return failure(created.error());
     }
-    // Volumes that know no locks do without: there nothing is taken for abandoned.
+    // On volumes without locks the folder stays unlocked and never counts as abandoned by a dead process.
     Result<FileLock> lock = FileLock::tryNow(folder / lockName);
     if (lock)
         nameThisMachine(*lock);

@@ -15,13 +15,13 @@
 
 namespace brellin {
 
-/// A hidden folder in which something of ours grows until it is complete, and which goes with this object, with all that is
-/// left in it. While it lives it is locked, so that one that nobody works in any more can be told; the lock names the
-/// machine, because not every volume that machines share knows the locks of all of them.
+/// A hidden folder for building a result until it is complete; removed with its content by the destructor. Locked while
+/// it is used, so that abandoned ones can be recognised. The lock file contains the machine's ID, since not every
+/// shared volume passes locks on to other machines.
 class HiddenFolder {
 public:
-    /// In `parent`, the name beginning with `prefix` (which begins with a dot). Removes those that a killed program has left
-    /// there. `notes` is where it is noted while it is there. `files` outlives it.
+    /// Creates the folder in `parent`; `prefix` must start with a dot. Removes folders that a killed process of this
+    /// machine left there. While it exists it is noted in `notes`. `files` must outlive it.
     static Result<HiddenFolder> create(const Location &parent, std::string_view prefix, FileActions &files,
                                        const Location &notes = {});
     ~HiddenFolder();
@@ -30,14 +30,14 @@ public:
     HiddenFolder &operator=(const HiddenFolder &) = delete;
     HiddenFolder &operator=(HiddenFolder &&) = delete;
 
-    /// A folder in it that holds only what the caller puts there.
+    /// The subfolder for the caller's content.
     Location location() const;
 
-    /// Renames `from`, which is or lies in `location()`, to `wanted` beside this folder, or to the first free name after it,
-    /// and gives that. An empty file that may keep the name free for a moment is noted before: see `reservedFor`.
+    /// Renames `from`, which is `location()` or in it, to `wanted` beside the hidden folder or the next free name, and
+    /// returns that. If the rename may need a placeholder, notes its name first: see `reservedFor`.
     Result<Location> moveOut(const Location &from, const Location &wanted) const;
 
-    /// Removes it. A folder that stays is named: „Der versteckte Ordner „…“ ließ sich nicht entfernen: …“.
+    /// Removes the folder. On failure returns a sentence: „Der versteckte Ordner „…“ ließ sich nicht entfernen: …“.
     std::optional<QString> remove();
 
 private:
@@ -47,17 +47,18 @@ private:
     Location m_location;
     FileLock m_lock;
     HiddenNote m_note;
-    FileActions *m_files; ///< null once moved from
+    FileActions *m_files; ///< null after a move
 };
 
-/// The hidden folders of archives in `folder` that a killed program has left, on this machine or, where that cannot be told,
-/// a day ago. Reads only.
+/// Hidden folders of archives in `folder` whose process was killed on this machine; others must be a day old, by birth
+/// time as well. Reads only.
 std::vector<Location> abandonedHiddenFolders(const Location &folder, Instant now);
 
-/// The empty file that one of them, abandoned, has left beside it, where it kept the name free for what still lies hidden.
+/// The empty placeholder that an abandoned hidden folder left beside it for its result's name; none if the result was
+/// renamed already.
 std::optional<Location> reservedFor(const Location &hiddenFolder);
 
-/// The beginnings of their names.
+/// Prefixes of the folders' names.
 inline constexpr std::string_view packingPrefix = ".brellin-zip-";
 inline constexpr std::string_view unpackingPrefix = ".brellin-entpacken-";
 

@@ -24,7 +24,7 @@ HiddenNote::HiddenNote(const Location &place, const Location &notes)
         return;
     m_lock = *std::move(lock);
     const QByteArray path = QByteArray::fromStdString(place.native());
-    // A note that cannot be written names no place, and goes with the next look at them.
+    // If writing fails, the note is empty and removed at the next search.
     [[maybe_unused]] const ssize_t written =
         ::write(m_lock.descriptor(), path.constData(), static_cast<std::size_t>(path.size()));
 }
@@ -38,7 +38,7 @@ void HiddenNote::discard()
 
 namespace {
 
-/// A path, however long.
+/// Longer than any path.
 constexpr qint64 longestNote = qint64(64) << 10U;
 
 Result<QByteArray> readNote(const Location &note)
@@ -49,7 +49,7 @@ Result<QByteArray> readNote(const Location &note)
     return path;
 }
 
-/// Calls `read` with each note whose owner is dead.
+/// Calls `read` for each note that is not locked by a living owner.
 void forEachNote(const Location &notes, const std::function<void(const Location &, const Result<QByteArray> &)> &read)
 {
     std::error_code none;

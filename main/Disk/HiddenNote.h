@@ -8,12 +8,12 @@
 
 namespace brellin {
 
-/// Says in this program's own folder where something hidden grows, so that what a killed program left is found without a
-/// visit to its place. Locked while its owner lives; whoever makes it discards it.
+/// Notes the path of a hidden folder in this program's data, so that leftovers of a killed process are found without
+/// visiting the place. Locked while its owner lives; the owner must discard it.
 class HiddenNote {
 public:
     HiddenNote() = default;
-    /// `notes` holds them all. Where none can be made there is none: what is left is then found on the spot only.
+    /// `notes` is the folder of all notes. If no note can be written, leftovers are only found on the spot.
     HiddenNote(const Location &place, const Location &notes);
 
     void discard();
@@ -23,10 +23,10 @@ private:
     FileLock m_lock;
 };
 
-/// The noted places of the dead that something is still at. Notes of places where nothing is any more go; those of volumes
-/// that are away stay. Blocking.
+/// Noted paths of dead processes that still exist. Removes notes whose path is gone; keeps them while the volume is
+/// missing. Blocking.
 std::vector<Location> notedHiddenPlaces(const Location &notes);
-/// The notes, or their folder, that cannot be read. They stay. Blocking.
+/// Notes, or their folder, that cannot be read; they are kept. Blocking.
 std::vector<UnreadLog> unreadHiddenNotes(const Location &notes);
 
 } // namespace brellin

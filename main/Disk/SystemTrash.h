@@ -5,11 +5,11 @@
 
 namespace brellin {
 
-/// The system's own Trash: on Linux the one of the freedesktop.org Trash specification 1.0 (home trash for the home
-/// volume, `$topdir/.Trash/$uid` or `$topdir/.Trash-$uid` elsewhere). `volumes` outlives it.
+/// The system's Trash, on Linux by version 1.0 of freedesktop.org's Trash: the home Trash for the home volume,
+/// `$topdir/.Trash/$uid` or `$topdir/.Trash-$uid` elsewhere. `volumes` must outlive it.
 class SystemTrash : public Trash {
 public:
-    /// `homeTrash` is the folder holding "files" and "info" ($XDG_DATA_HOME/Trash).
+    /// `homeTrash` contains "files" and "info" ($XDG_DATA_HOME/Trash).
     SystemTrash(Location homeTrash, const Volumes &volumes);
 
     Result<Location> put(const Location &entry) override;

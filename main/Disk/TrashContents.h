@@ -8,19 +8,19 @@
 
 namespace brellin {
 
-/// One entry of a Trash.
+/// One trashed entry.
 struct TrashedEntry {
-    Location place;    ///< where it lies now
-    Location original; ///< where it came from; empty where the Trash does not tell, or tells what cannot be
+    Location place;    ///< present location
+    Location original; ///< original location; empty if unknown or invalid
     std::optional<Instant> deleted;
 
     bool operator==(const TrashedEntry &) const = default;
 };
 
-/// What lies in the home Trash (the folder that holds "files" and "info").
+/// Content of the home Trash; `homeTrash` contains "files" and "info".
 std::vector<TrashedEntry> homeTrashContents(const Location &homeTrash);
 
-/// What this user has in the Trash of the volume with this top. May hang on a network volume.
+/// This user's trashed entries on the volume mounted at `top`. Blocks if the volume does not respond.
 std::vector<TrashedEntry> volumeTrashContents(const Location &top);
 
 } // namespace brellin

@@ -46,7 +46,7 @@ std::string percentDecoded(std::string_view text)
     return bytes;
 }
 
-/// The text up to the next end of line, which is taken off `rest`.
+/// Returns the first line of `rest` and removes it.
 std::string_view nextLine(std::string_view &rest)
 {
     const std::size_t end = rest.find('\n');
@@ -75,7 +75,7 @@ std::optional<std::string> originInTrashInfo(std::string_view text)
             return std::nullopt;
         if (!line.starts_with(pathKey))
             continue;
-        // Of several the first one holds.
+        // The first of several lines counts.
         std::string origin = percentDecoded(line.substr(pathKey.size()));
         if (origin.empty() || origin.find('\0') != std::string::npos)
             return std::nullopt;

@@ -8,14 +8,14 @@
 
 namespace brellin {
 
-/// The record that a freedesktop.org Trash keeps of an entry: where it came from and when it went.
+/// The .trashinfo record of the freedesktop.org Trash: origin and deletion date.
 std::string trashInfoText(std::string_view origin, const QDateTime &deleted);
 
-/// The origin that such a record names (bytes, as stored: absolute, or relative to the volume's top); nullopt where the
-/// text is no record. Reads what other programs write, too: "%" without two digits behind it stands for itself.
+/// The origin in a .trashinfo record as stored: absolute, or relative to the volume's top; none if the text is no
+/// record. Also reads records of other programs: a "%" without two hex digits stays as it is.
 std::optional<std::string> originInTrashInfo(std::string_view text);
 
-/// When the entry went into the Trash, in the user's time zone; nullopt where the record does not tell.
+/// The deletion date in the user's time zone; none if missing.
 std::optional<QDateTime> deletionInTrashInfo(std::string_view text);
 
 } // namespace brellin

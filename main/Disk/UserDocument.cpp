@@ -11,7 +11,7 @@ namespace brellin {
 
 namespace {
 
-// Sorted. Some of these have several meanings; here they are taken for what fills program folders.
+// Sorted. Ambiguous extensions count as what is common in program folders.
 constexpr auto codeExtensions = std::to_array<std::string_view>(
     {"c",    "cjs",  "cpp",  "css",    "go",    "h",    "htm", "html", "java", "js",   "jsx",
      "kt",   "less", "lock", "m",      "map",   "md",   "mjs", "php",  "py",   "rb",   "rs",

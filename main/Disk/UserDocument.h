@@ -6,10 +6,10 @@
 
 namespace brellin {
 
-/// Whether a file is likely something that a person made or keeps (a letter, a photo, an invoice) rather than part of a
-/// program or its sources. Decided by the extension alone.
+/// Whether the file is probably a user's document (letter, photo, invoice …) rather than part of a program or its
+/// source code. Decided by extension only.
 bool isUserDocument(const Location &file);
-/// The same for an extension, without dot and in any case.
+/// As above for an extension without dot, case-insensitive.
 bool isUserDocumentExtension(std::string_view extension);
 
 } // namespace brellin

@@ -8,7 +8,7 @@ namespace brellin {
 
 namespace {
 
-/// The most that Linux gives out.
+/// The kernel's limit.
 constexpr std::size_t longestAttribute = 65536;
 
 } // namespace
@@ -36,7 +36,7 @@ std::string_view EntryAttribute::read(std::string_view name)
     }
     if (length >= 0)
         return {m_value.data(), static_cast<std::size_t>(length)};
-    // What is mounted in the folder may be another file system, but then its entry is one of many.
+    // An entry on another mount may differ, but is one of many.
     m_supported = errno != EOPNOTSUPP;
     return {};
 }

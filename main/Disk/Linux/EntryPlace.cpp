@@ -9,7 +9,7 @@ namespace brellin {
 
 namespace {
 
-/// Only the owner of a file may leave its access time alone; everybody else opens it as usual.
+/// Only the owner may open a file without changing its access time; falls back to a normal open.
 Result<Descriptor> openQuietly(NameIn entry, int flags)
 {
     int number = ::openat(entry.folder, entry.name, flags | O_NOATIME);

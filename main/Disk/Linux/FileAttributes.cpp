@@ -13,7 +13,7 @@ namespace {
 
 Instant instantOf(const statx_timestamp &time)
 {
-    // What nanoseconds in 64 bits can hold, from 1677 to 2262: a file system may keep times beyond.
+    // Range of nanoseconds in 64 bits, 1677 to 2262: file systems may store times beyond.
     constexpr std::int64_t limit = 9'223'372'035;
     const std::int64_t seconds = std::clamp<std::int64_t>(time.tv_sec, -limit, limit);
     return Instant(std::chrono::seconds(seconds) + std::chrono::nanoseconds(time.tv_nsec));

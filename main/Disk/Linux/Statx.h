@@ -8,16 +8,16 @@
 
 namespace brellin {
 
-/// The kind in a file mode's type bits.
+/// Kind from the type bits of a mode.
 EntryKind kindOf(unsigned mode);
 
-/// What statx must be asked for, so that `attributesFrom` finds what is wanted.
+/// The statx mask for the wanted attributes.
 unsigned statxMask(Attribute wanted);
 
-/// The kind and the wanted attributes; the others stay at their defaults.
+/// Kind and wanted attributes; others keep their defaults.
 FileAttributes attributesFrom(const struct statx &status, Attribute wanted);
 
-/// Never follows a link, never mounts what is only mounted on demand.
+/// Never follows links or triggers automounts.
 constexpr int statxFlags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
 
 } // namespace brellin

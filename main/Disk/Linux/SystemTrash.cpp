@@ -18,8 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The entry's path with the links on the way to it resolved, as deep as its folders exist; the entry itself may be a
-/// link and stays one.
+/// Resolves links in the path as far as its folders exist, but not the entry itself.
 Location resolved(const Location &entry)
 {
     std::error_code error;
@@ -33,7 +32,7 @@ bool isIdentity(const Location &location, const FileIdentity &identity)
     return attributes && attributes->identity == identity;
 }
 
-/// Whether `path` (resolved) is the entry with this identity or lies below it.
+/// Whether `path` (resolved) is the entry with this identity or below it.
 bool leadsThrough(Location path, const FileIdentity &identity)
 {
     for (; path.has_relative_path(); path = path.parent_path()) {
@@ -43,7 +42,7 @@ bool leadsThrough(Location path, const FileIdentity &identity)
     return false;
 }
 
-/// Whether `entry` (resolved) is a volume's Trash, anybody's, or lies in one.
+/// Whether `entry` (resolved) is, or is in, any user's Trash on its volume.
 bool isInVolumeTrash(const Location &entry, const Location &top)
 {
     const Location below = entry.lexically_relative(top);
@@ -57,11 +56,11 @@ Result<bool> holdsMount(const Location &folder)
     return std::ranges::any_of(table, [&](const Mount &mount) { return isAtOrBelow(Location(mount.point), folder); });
 }
 
-/// What `put` knows of an entry before it chooses a Trash.
+/// Facts about an entry, needed to choose a Trash.
 struct Candidate {
     Location path;     ///< standardised
-    Location resolved; ///< the same without links on the way
-    Location top;      ///< of its volume
+    Location resolved; ///< without links in its path
+    Location top;      ///< top of its volume
 };
 
 Result<Candidate> examined(const Location &entry, const Location &homeTrash, const Volumes &volumes)
@@ -86,16 +85,16 @@ Result<Candidate> examined(const Location &entry, const Location &homeTrash, con
     return candidate;
 }
 
-/// Where the entry may go, best first. What lies on the home volume goes into the home Trash or nowhere.
+/// Possible Trashes, best first. Entries on the home volume only go to the home Trash.
 std::vector<TrashPlace> placesFor(const Candidate &candidate, const Location &homeTrash, const Volumes &volumes)
 {
-    // A name inside, so that a link as "files" counts by what it leads to.
+    // Append a name, so that a link "files" is followed.
     if (volumes.same(candidate.resolved.parent_path(), homeTrash / "files" / "any"))
         return {TrashPlace::home(homeTrash)};
     return {TrashPlace::shared(candidate.top), TrashPlace::own(candidate.top)};
 }
 
-/// What the record says: on volumes relative to the top, so that it holds wherever the volume is mounted.
+/// The stored origin; relative to the top on volumes, so that it is valid at any mount point.
 Result<std::string> originFor(const TrashPlace &place, const Candidate &candidate)
 {
     if (place.kind == TrashPlace::Kind::Home)
@@ -120,7 +119,8 @@ bool isSameFolder(const Location &a, const Location &b)
     return a == b || fs::equivalent(a, b, error);
 }
 
-/// Removing an entry from its folder needs the right to write there and, below a sticky folder, to own one of the two.
+/// Whether permissions allow removing the entry: write access to its folder and, with the sticky bit, ownership of one
+/// of the two.
 bool mayLeaveFolder(const Location &entry)
 {
     const Location folder = entry.parent_path();
@@ -129,13 +129,13 @@ bool mayLeaveFolder(const Location &entry)
     const auto folderStatus = at(folder / ".");
     if (!status || !folderStatus || ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
         return false;
-    // A folder's ".." is written when it gets another parent.
+    // Moving a folder to another parent changes its "..", so it must be writable.
     if (S_ISDIR(status->st_mode) && ::faccessat(AT_FDCWD, entry.c_str(), W_OK, AT_EACCESS) != 0)
         return false;
     return !isKeptBySticky(*folderStatus, *status);
 }
 
-/// The Trash that `trashed` lies in directly, by path; nullopt where there is none that belongs to this user.
+/// The Trash that `trashed` is directly in, by path; none if there is none of this user.
 std::optional<TrashPlace> placeHolding(const Location &trashed, const Location &homeTrash, const Volumes &volumes)
 {
     const Location entry = standardised(trashed);

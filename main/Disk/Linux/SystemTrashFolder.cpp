@@ -32,7 +32,7 @@ Result<void> createIfMissing(NameIn folder)
     return {};
 }
 
-/// With the folders above it: a new account has no data folder yet.
+/// Also creates parent folders: a new account has no data folder yet.
 Result<void> createFolders(const Location &folder)
 {
     Location above;
@@ -46,7 +46,7 @@ Result<void> createFolders(const Location &folder)
 
 enum class Genuine { OwnFolder, StickyFolder };
 
-/// A folder of a Trash on a volume, which others may write to as well.
+/// Opens a folder of a Trash on a volume, where others may have created it.
 Result<Descriptor> openGenuine(NameIn entry, Genuine what, Missing missing)
 {
     if (missing == Missing::Create && what == Genuine::OwnFolder)
@@ -59,7 +59,7 @@ Result<Descriptor> openGenuine(NameIn entry, Genuine what, Missing missing)
     return folder;
 }
 
-/// The folder that holds "files" and "info".
+/// Opens the folder that contains "files" and "info".
 Result<Descriptor> openBase(const TrashPlace &place, Missing missing)
 {
     if (place.kind == TrashPlace::Kind::Home) {
@@ -78,7 +78,7 @@ bool writable(const Location &folder)
     return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-/// Whether what a Trash lacks can be added: what it has must be as it should, or it stays unusable.
+/// Whether missing folders can be created. Existing ones must be valid.
 bool canBeCompleted(const TrashPlace &place)
 {
     const auto base = openBase(place, Missing::Fail);
@@ -125,7 +125,7 @@ Result<TrashFolder> TrashFolder::open(const TrashPlace &place, Missing missing)
             TRY(createIfMissing({base.number(), "files"}));
             TRY(createIfMissing({base.number(), "info"}));
         }
-        // In one's own home a link is one's own wish.
+        // Follow links in the home Trash, since only the user can create them.
         folder.m_files = TRY(openFolderPlace(place.folder / "files"));
         folder.m_info = TRY(openFolderPlace(place.folder / "info"));
         return folder;
@@ -157,7 +157,7 @@ Result<TrashFolder::Record> TrashFolder::reserve(std::string_view wanted) const
         static_cast<std::size_t>(longest > 64 ? std::min(longest, 255L) : 255L) - recordEnd.size();
     std::string name = fittingName(wanted, limit);
     for (int number = 2;; ++number) {
-        // An entry without a record, left by another program, takes its name, too.
+        // Also skip names of entries without a record, left by other programs.
         if (!statusOf({m_files.number(), name.c_str()})) {
             const int file = ::openat(m_info.number(), recordName(name).c_str(),
                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -166,15 +166,15 @@ Result<TrashFolder::Record> TrashFolder::reserve(std::string_view wanted) const
             if (errno != EEXIST)
                 return failure(Failure::lastSystem());
         }
-        // Thousands of one name ("index.html") must not each look at all those before.
+        // Choose random numbers after a few attempts, since thousands of equal names ("index.html") would make counting
+        // slow.
         constexpr int inOrder = 12;
         const int next = number <= inOrder ? number : QRandomGenerator::global()->bounded(inOrder, 100'000'000);
         name = numberedName(wanted, next, limit);
     }
 }
 
-/// The record reaches the disk before the entry moves: after a power cut an entry in the Trash must still know its
-/// origin.
+/// Flushes the record before the entry is moved, so that a trashed entry has its origin even after a power cut.
 Result<void> TrashFolder::fill(const Record &record, NameIn entry, std::string_view origin) const
 {
     TRY(writeAll(record.file.number(), trashInfoText(origin, QDateTime::currentDateTime())));
@@ -199,7 +199,7 @@ Result<std::string> TrashFolder::take(NameIn entry, std::string_view origin) con
 Result<void> TrashFolder::give(const std::string &name, NameIn destination) const
 {
     TRY(renameExclusively({m_files.number(), name.c_str()}, destination));
-    // The entry is out; a record that stays behind is an orphan that nobody takes for an entry.
+    // If removing fails, an orphaned record remains, which is ignored.
     ::unlinkat(m_info.number(), recordName(name).c_str(), 0);
     return {};
 }
@@ -216,7 +216,7 @@ std::optional<std::string> TrashFolder::recordOf(const std::string &name) const
     struct stat status{};
     if (!file || ::fstat(file->number(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    // A path has at most 4096 bytes, each of which may stand as three.
+    // A path has at most 4096 bytes, each encoded as up to three.
     std::array<char, 16384> text{};
     std::size_t size = 0;
     while (size < text.size()) {

@@ -11,58 +11,58 @@
 
 namespace brellin {
 
-/// Where a Trash is, or would be.
+/// The location of a Trash, which may not exist.
 struct TrashPlace {
     enum class Kind {
-        Home,   ///< the user's, for the home volume
-        Shared, ///< "$topdir/.Trash/$uid", below a folder that an administrator made for everybody
+        Home,   ///< the user's Trash for the home volume
+        Shared, ///< "$topdir/.Trash/$uid", in a folder created by an administrator
         Own     ///< "$topdir/.Trash-$uid"
     };
     Kind kind = Kind::Home;
-    Location folder; ///< holds "files" and "info"
-    Location top;    ///< the volume's top, to which stored origins are relative (not in the home Trash)
+    Location folder; ///< contains "files" and "info"
+    Location top;    ///< the volume's top, to which stored origins are relative; empty for the home Trash
 
     static TrashPlace home(const Location &folder) { return {Kind::Home, folder, {}}; }
     static TrashPlace shared(const Location &top);
     static TrashPlace own(const Location &top);
 
-    /// A stored origin as an absolute path.
+    /// The absolute path of a stored origin.
     Location absolute(const std::string &origin) const { return top / origin; }
 };
 
 enum class Missing { Fail, Create };
 
-/// A Trash held open: its two folders, checked to be genuine.
+/// An open Trash: its two folders, checked.
 class TrashFolder {
 public:
-    /// Of a Trash on a volume every folder must be no link and belong to this user, a shared one must be protected by
-    /// the sticky bit: else somebody else could read or take what is put in.
+    /// On volumes every folder must be no link and belong to this user, and a shared one must have the sticky bit:
+    /// otherwise others could read or take its content.
     static Result<TrashFolder> open(const TrashPlace &place, Missing missing);
 
-    /// Whether `open` with `Missing::Create` would work, as far as permissions tell. Creates nothing.
+    /// Whether `open` with `Missing::Create` would succeed, judging by permissions. Creates nothing.
     static bool usable(const TrashPlace &place);
 
-    /// Writes the record, then renames the entry in: the entry never is in the Trash without its record. Gives its name
-    /// there.
+    /// Writes the record, then renames the entry in, so that it is never in the Trash without its record. Returns its
+    /// name there.
     Result<std::string> take(NameIn entry, std::string_view origin) const;
 
     /// Renames `name` out to a free place, then removes its record.
     Result<void> give(const std::string &name, NameIn destination) const;
 
-    /// The origin in the record of `name`, nullopt where there is none that can be read.
+    /// The origin in the record of `name`; none if there is no readable record.
     std::optional<std::string> originOf(const std::string &name) const;
 
-    /// The text of that record.
+    /// The text of the record.
     std::optional<std::string> recordOf(const std::string &name) const;
 
     /// The names of all entries.
     std::vector<std::string> names() const;
 
-    /// The entries' names whose identity is this one (several where it has hard links).
+    /// Names of entries with this identity; several if it has hard links.
     std::vector<std::string> namesOf(const FileIdentity &identity) const;
 
 private:
-    /// The descriptor and name of a new, empty record: that reserves the entry's name.
+    /// A new, empty record that reserves the entry's name.
     struct Record {
         std::string name;
         Descriptor file;

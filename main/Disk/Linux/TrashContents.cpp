@@ -10,7 +10,7 @@ namespace brellin {
 
 namespace {
 
-/// A record on a volume may have been written anywhere: it must not lead out of the volume.
+/// A record on a volume may be forged: its origin must not lead out of the volume.
 Location originalOf(const TrashPlace &place, const std::string &record)
 {
     const std::optional<std::string> origin = originInTrashInfo(record);
