@@ -97,7 +97,7 @@ TEST_F(BrowserModelTest, staysWhereItIsWhenThereIsNoSuchFolder)
     std::filesystem::remove_all(world.home("A"));
     pane.goBack();
     EXPECT_NE(error(), QString());
-    pane.goBack(); // past the folder that is gone
+    pane.goBack(); // skips the missing folder
     EXPECT_EQ(pane.current.get(), world.tree.path("home"));
 }
 
@@ -175,12 +175,12 @@ TEST_F(BrowserModelTest, showsTheMatchesOfASearchThatIsStillUnderWay)
     ASSERT_TRUE(waitFor([&] { return !other.searchRunning.get(); }));
     EXPECT_EQ(found(), "brief.txt innen");
     EXPECT_EQ(other.selection.get().size(), 1u);
-    // The same once more: what is there stays until it ends.
+    // Repeating the search keeps the matches until it ends.
     other.reload();
     EXPECT_EQ(found(), "brief.txt innen");
     mayGoOn.release();
     ASSERT_TRUE(waitFor([&] { return !other.searchRunning.get(); }));
-    // What comes after the user has left is dropped.
+    // Matches that arrive after leaving the search are dropped.
     other.setSearchText(u"anderes"_qs);
     other.runSearch();
     ASSERT_TRUE(waitFor([&] { return found() == "brief.txt"; }));
@@ -206,7 +206,7 @@ TEST_F(BrowserModelTest, knowsWhatTheSelectionIsLike)
     world.tree.file("home/brief.txt", "1234567");
     pane.load();
     EXPECT_EQ(pane.selectionSummary().fileBytes, 7) << "of the entries as they are now";
-    // Names that only look alike.
+    // Similar paths of other entries.
     EXPECT_FALSE(pane.items.get()[0].isAt("/brief.txt"));
     EXPECT_FALSE(item("brief.txt").isAt(world.home("A-brief.txt").native()));
 }
@@ -223,14 +223,14 @@ TEST_F(BrowserModelTest, putsManyEntriesInOrderBesideTheMainThread)
     pane.setSortOrder({{SortKey::Size, SortDirection::Descending}});
     EXPECT_EQ(first(), "0") << "nobody waits for it";
     ASSERT_TRUE(waitFor([&] { return first() == "7"; }));
-    // Of two wishes the second one holds.
+    // The second of two sort orders wins.
     std::vector<std::string> seen;
     pane.displayedItems.observe(&pane, [&](const DisplayedItems &rows) { seen.push_back(rows[0].nameBytes); });
     pane.setSortOrder({{SortKey::Name, SortDirection::Ascending}});
     pane.setSortOrder({{SortKey::Name, SortDirection::Descending}});
     ASSERT_TRUE(waitFor([&] { return !seen.empty(); }));
     EXPECT_EQ(seen, std::vector<std::string>{std::to_string(many - 1)});
-    // What is made is found and renamed although its row comes later.
+    // A new folder is selected and renamed although its row appears later.
     pane.setSortOrder({{SortKey::Size, SortDirection::Ascending}});
     pane.newFolder();
     ASSERT_TRUE(waitFor([&] { return pane.renameTarget.get().has_value(); }));
@@ -407,7 +407,7 @@ TEST_F(BrowserModelTest, dropsAnAnswerThatComesAfterTheUserMovedOn)
     auto second = std::make_unique<BrowserModel>(world.services(), world.tree.path("remote/r"));
     EXPECT_TRUE(second->loading.get());
     EXPECT_EQ(second->emptyText.get(), u"Lade vom Netzlaufwerk …"_qs);
-    second.reset(); // while its reading is on the way
+    second.reset(); // while it is being read
     bool later = false;
     QTimer::singleShot(50, &pane, [&] { later = true; });
     ASSERT_TRUE(waitFor([&] { return later; }));

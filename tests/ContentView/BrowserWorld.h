@@ -17,7 +17,7 @@
 
 namespace brellin::test {
 
-/// Runs the event loop until the condition holds; false when it does not within ten seconds.
+/// Runs the event loop until the condition holds; false after ten seconds.
 inline bool waitFor(const std::function<bool()> &condition)
 {
     QElapsedTimer time;
@@ -27,7 +27,7 @@ inline bool waitFor(const std::function<bool()> &condition)
     return condition();
 }
 
-/// Volumes of which one folder comes over a network.
+/// Volumes of which one folder is on a network mount.
 class PartlyRemoteVolumes : public SystemVolumes {
 public:
     explicit PartlyRemoteVolumes(Location remote) : m_remote(std::move(remote)) {}
@@ -46,13 +46,13 @@ public:
     std::vector<Location> found;
 };
 
-/// Settings on a full disk.
+/// Settings on a full disk: every write fails.
 class UnwritableDefaults : public MemoryUserDefaults {
 public:
     Result<void> setValue(const QString &, const QVariant &) override { return failure(Failure::system(ENOSPC)); }
 };
 
-/// What a pane needs, over a temporary tree with "home", "remote" (a network mount) and a Trash.
+/// The services of a pane over a temporary tree with "home", "remote" (a network mount) and a Trash.
 struct BrowserWorld {
     TempTree tree;
     MemoryUserDefaults defaults;
@@ -60,7 +60,7 @@ struct BrowserWorld {
     FaultPlan faults;
     FaultyFileActions files{faults, volumes};
     KnownFolders folders = knownFolders();
-    /// However busy the machine is, a local folder is waited for.
+    /// Always wait for local folders, even on a busy machine.
     MountWorkers workers{volumes, std::chrono::seconds(10), std::chrono::seconds(10)};
     FakeClock clock;
     FolderSizes sizes{defaults, volumes, clock};

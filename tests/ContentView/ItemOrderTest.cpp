@@ -67,7 +67,7 @@ TEST(ItemOrderTest, letsTheNextComparatorDecideWhereOneSeesNoDifference)
     EXPECT_EQ(rowNames(displayed(items, {.order = {}})), "b a c B");
 }
 
-/// Below sixteen rows any sort happens to be stable.
+/// Uses more than sixteen rows, since std::sort is stable for fewer.
 TEST(ItemOrderTest, leavesEqualRowsOfALongListAsTheyStand)
 {
     std::vector<std::string> lines;

@@ -21,7 +21,7 @@ void PrintTo(const Place &place, std::ostream *out)
 
 namespace {
 
-/// What is derived from a place, by the names that screens read.
+/// The properties derived from a place.
 struct Derived {
     bool searching = false;
     std::optional<QString> tag;

@@ -26,7 +26,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// One entry of an archive that a test makes.
+/// An entry of an archive made by a test.
 struct Made {
     std::string path;
     std::string content = {};
@@ -105,7 +105,7 @@ TEST_F(ArchivesTest, packsAndUnpacksWhateverNamesAndLinks)
     ASSERT_TRUE(made) << made.error().message.toStdString();
     EXPECT_EQ(made->place.filename(), "Archiv.zip");
     EXPECT_GT(control.total(), 0);
-    EXPECT_EQ(namesIn("in").size(), all.size() + 1); // nothing hidden is left
+    EXPECT_EQ(namesIn("in").size(), all.size() + 1); // no hidden folder is left
 
     const Result<Unpacked> unpacked = unpack(made->place, tree.path("out"), services, control);
     ASSERT_TRUE(unpacked) << unpacked.error().message.toStdString();
@@ -152,7 +152,7 @@ TEST_F(ArchivesTest, packsNothingRatherThanAPart)
 
 namespace {
 
-/// Packs, and has somebody at work in the folder before it ends.
+/// Changes the folder while the packing program runs.
 class DisturbedRunner : public ProcessRunner {
 public:
     explicit DisturbedRunner(std::function<void()> meanwhile) : m_meanwhile(std::move(meanwhile)) {}
@@ -212,7 +212,7 @@ TEST_F(ArchivesTest, unpacksOneEntryByItselfAndSeveralInAFolder)
     EXPECT_EQ(tree.content("out/bilder (2)/b"), "eins");
     struct stat status{};
     ASSERT_EQ(::stat(tree.path("out/bilder (2)/a.jpg").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0755U); // no set-user-id
+    EXPECT_EQ(status.st_mode & 07777, 0755U); // setuid was dropped
     EXPECT_EQ(status.st_mtime, 1'000'000'000);
     EXPECT_TRUE(tree.has("out/bilder (2)/tief"));
 
@@ -237,7 +237,7 @@ TEST_F(ArchivesTest, letsNothingOutOfItsFolder)
         {"raus/opfer", "böse"},
         {"absolut", {}, AE_IFLNK, secret},
         {"gut/hoch", {}, AE_IFLNK, "../.."},
-        // Each stays inside by its text; one through the other does not.
+        // Each link stays inside by its text, but one through the other leads outside.
         {"tief/a/oben", {}, AE_IFLNK, "../.."},
         {"tief/b", {}, AE_IFLNK, "a/oben/../opfer"},
         {"hart", {}, 0, "../opfer"},
@@ -249,7 +249,8 @@ TEST_F(ArchivesTest, letsNothingOutOfItsFolder)
     EXPECT_EQ(tree.content("out/opfer"), "unberührt");
     EXPECT_EQ(namesIn("out"), (Names{"Reise", "opfer"}));
     EXPECT_EQ(namesIn("out/Reise"), (Names{"gut", "raus", "tief"}));
-    EXPECT_TRUE(std::filesystem::is_directory(tree.path("out/Reise/raus"))); // made by what should have gone through it
+    // created because an entry's path goes through the refused link
+    EXPECT_TRUE(std::filesystem::is_directory(tree.path("out/Reise/raus")));
     EXPECT_EQ(namesIn("out/Reise/gut"), (Names{"datei", "zeiger"}));
     EXPECT_EQ(tree.content("out/Reise/gut/zeiger"), "gut");
     EXPECT_FALSE(tree.has("out/Reise/tief/b"));
@@ -287,7 +288,7 @@ TEST_F(ArchivesTest, leavesOutWhatIsSpoiltAndSaysThatAnArchiveIsCut)
 
     makeTar(tree.path("a.tar"), {{"a", "eins"}, {"b", "zwei"}}, false);
     EXPECT_EQ(unpack(tree.path("a.tar"), tree.path("out"), services, control)->notes, QStringList());
-    constexpr int twoEntries = 4 * 512; // each a head and a block
+    constexpr int twoEntries = 4 * 512; // each has a header and a data block
     std::filesystem::resize_file(tree.path("a.tar"), twoEntries);
     const Result<Unpacked> cut = unpack(tree.path("a.tar"), tree.path("out"), services, control);
     ASSERT_TRUE(cut);
@@ -347,7 +348,7 @@ TEST_F(ArchivesTest, offersTheEmptyFileThatAKilledRenameHasLeft)
                 const std::optional<Location> reserve = reservedFor(folder);
                 EXPECT_EQ(reserve.has_value(), tree.has(name) && tree.content(name).empty()) << point;
                 reserves += reserve ? 1 : 0;
-                // The next one in that folder leaves it to be offered, and takes another name.
+                // The next unpacking in that folder keeps it for the offer and uses another name.
                 if (reserve) {
                     EXPECT_EQ(*reserve, tree.path(name));
                     EXPECT_TRUE(compress({tree.path("in/a")}, tree.path("in"), files, processes, control));
@@ -362,7 +363,7 @@ TEST_F(ArchivesTest, offersTheEmptyFileThatAKilledRenameHasLeft)
                     std::filesystem::remove(entry.path());
             }
         }
-        EXPECT_EQ(reserves, 2) << name; // before and after the empty file, by the two points of a change
+        EXPECT_EQ(reserves, 2) << name; // the kill points before and after creating the placeholder
     }
 }
 
@@ -376,7 +377,7 @@ TEST_F(ArchivesTest, tellsWhoseAHiddenFolderIsAndNamesOneThatStays)
     std::vector<Location> abandoned = abandonedHiddenFolders(tree.path("in"), now);
     std::ranges::sort(abandoned);
     EXPECT_EQ(abandoned, (std::vector{tree.path("in/.brellin-entpacken-tot"), tree.path("in/.brellin-zip-tot")}));
-    // Another machine's, and one that never got its lock, count after a day.
+    // Folders of another machine, and those without a lock, count as abandoned after a day.
     EXPECT_EQ(abandonedHiddenFolders(tree.path("in"), now + std::chrono::hours(25)).size(), 4U);
 
     class Stubborn : public DiskFileActions {
@@ -401,7 +402,7 @@ TEST_F(ArchivesTest, survivesWhateverBecomesOfTheReader)
         std::filesystem::permissions(reader, std::filesystem::perms::owner_all);
         return unpack(tree.path("a.tgz"), tree.path("out"), {files, volumes, reader}, control);
     };
-    // It ends at once or in the middle, crashes, babbles, names a place that cannot be, is not there.
+    // The reader ends early or late, crashes, writes garbage or an impossible path, or is missing.
     const std::string entry = R"(printf 'e\040\000\000\000\000\000\000\000\001a\000\000\000\000\000\000\001\244')"
                               R"(; head -c 18 /dev/zero; )";
     for (const std::string &script :
@@ -416,7 +417,7 @@ TEST_F(ArchivesTest, survivesWhateverBecomesOfTheReader)
     const UnpackingServices missing{files, volumes, tree.path("fehlt")};
     EXPECT_EQ(unpack(tree.path("a.tgz"), tree.path("out"), missing, control).error().message,
               QStringLiteral("Das Programm „fehlt“ lässt sich nicht starten."));
-    // One that hangs goes with the cancel.
+    // A reader that hangs is killed by a cancel.
     std::jthread canceller([&] {
         (void)waitUntil([&] { return tree.has("hängt"); });
         control.cancel();
@@ -443,7 +444,7 @@ TEST_F(ArchivesTest, endsBeforeTheVolumeIsFull)
 
 TEST_F(ArchivesTest, leavesNothingOnADiskThatRunsFull)
 {
-    /// Says that there is room, as a network volume may.
+    /// Reports free space that does not exist, like some network volumes.
     class Boasting : public SystemVolumes {
     public:
         Result<std::int64_t> available(const Location &) const override { return 1'000'000'000'000; }
@@ -455,7 +456,7 @@ TEST_F(ArchivesTest, leavesNothingOnADiskThatRunsFull)
         const PrivateMount small(disk, "tmpfs", "size=512k");
         if (!small)
             GTEST_SKIP() << "cannot mount a small volume here";
-        // Of what cannot be made smaller.
+        // Incompressible content.
         std::string noise(5'000, 'x');
         std::ranges::generate(noise,
                               [n = 1U]() mutable { return static_cast<char>((n = n * 1664525U + 1013904223U) >> 24); });

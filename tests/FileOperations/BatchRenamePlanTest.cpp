@@ -58,7 +58,7 @@ TEST(BatchRenamePlanTest, replacesEveryOccurrenceAndLeavesOtherBytesAlone)
     EXPECT_EQ(newNames({"a.txt"}, fields), (Names{"a.txt"}));
     fields.find = QStringLiteral("ü");
     fields.replaceWith = QStringLiteral("ue");
-    // Composed, decomposed, and beside a byte that is no UTF-8.
+    // Composed, decomposed, and beside invalid UTF-8.
     EXPECT_EQ(newNames({"für-für.txt", "fu\u0308r.txt", "\xFF\u00FC.txt"}, fields),
               (Names{"fuer-fuer.txt", "fuer.txt", "\xFFue.txt"}));
     fields.find = QStringLiteral("u");
@@ -100,9 +100,9 @@ TEST(BatchRenamePlanTest, marksConflictsInTheirRowsAndShowsTheFirstCheckThatFail
         {"a", "..", {"a"}, {}, {Conflict::InvalidName}, invalid},
         {"a", "b", {"a", "b"}, {{"a", "b"}}, {Conflict::Equal, Conflict::Equal}, equal},
         {"a", "b", {"a"}, {{"a", "b"}}, {Conflict::Taken}, "„b“ gibt es in diesem Ordner schon."},
-        // The entry that has the name gives it up.
+        // The present owner of the name is renamed as well.
         {"1", "2", {"1.txt", "x2.txt"}, {{"1.txt", "x2.txt"}}, {Conflict::None, Conflict::None}, nullptr},
-        // The checks come in their order, whatever the order of the rows.
+        // Conflicts are reported by kind, not in the order of rows.
         {"a", "b", {"a", "b", ":"}, {}, {Conflict::Equal, Conflict::Equal, Conflict::InvalidName}, invalid},
         {"a", "B", {"a"}, {{"a", "b"}}, {Conflict::None}, nullptr},
         {"a", "B", {"a"}, {{"a", "b"}, ignoring}, {Conflict::Taken}, "„B“ gibt es in diesem Ordner schon."},
@@ -141,7 +141,7 @@ TEST(BatchRenamePlanTest, refusesAFolderWithItsContentAndAnEntryTwice)
     EXPECT_EQ(nested.rows[1].conflict, Conflict::Inside);
     EXPECT_EQ(nested.rows[2].conflict, Conflict::None);
     EXPECT_EQ(nested.rows[3].conflict, Conflict::None);
-    // Different names for one entry would go one over the other.
+    // An entry that is in the batch twice would get two names.
     const BatchRenamePlan twice = planBatchRename(entriesOf({"a", "b", "a"}), fieldsOf(Mode::Number), {});
     EXPECT_EQ(twice.error, QStringLiteral("„a“ ist zweimal ausgewählt."));
     EXPECT_EQ(twice.rows[2].conflict, Conflict::Twice);

@@ -24,7 +24,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A folder with a swap, a chain, a rename of letters only and a name that is no UTF-8.
+/// A folder with a swap, a chain, a case-only rename and an invalid UTF-8 name.
 class BatchRenameTest : public testing::Test {
 protected:
     BatchRenameTest()
@@ -57,7 +57,7 @@ protected:
         files.reserving = onStick;
         return renameBatch(pairs, files, logs, control);
     }
-    /// Renames in a process that is killed at point `n`; whether it came to its end before.
+    /// Renames in a process that is killed at point `n`; whether it completed before.
     bool killAt(int n)
     {
         const pid_t child = ::fork();
@@ -72,7 +72,7 @@ protected:
         ::waitpid(child, &status, 0);
         return WIFEXITED(status);
     }
-    /// Restores what is cut short, killed at point `n` (-1: never), and gives the lines.
+    /// Restores interrupted batches, killed at point `n` (-1: never); returns the lines.
     QStringList restore(int n = -1)
     {
         if (n >= 0 && ::fork() == 0) {
@@ -91,7 +91,7 @@ protected:
             lines += linesOf(restoreCutShort(batch, files));
         return lines;
     }
-    /// Gives every entry another inode, and the log the word that they do not last, as on an exFAT stick.
+    /// Gives every entry another inode and marks the log as without lasting inodes, as on an exFAT stick.
     void forgetInodes() const
     {
         std::vector<Location> entries;
@@ -127,7 +127,7 @@ protected:
     const Location logs = tree.path("logs");
     SystemVolumes volumes;
     FaultPlan faults;
-    bool onStick = false; ///< neither exclusive rename nor lasting identities
+    bool onStick = false; ///< neither exclusive rename nor lasting inodes
     std::vector<RenamePair> pairs;
     std::string before;
     std::string after;
@@ -185,7 +185,7 @@ TEST_F(BatchRenameTest, restoresAfterAKillAtEveryStep)
         if (survived)
             break;
         ++kills;
-        // Only a kill after the last move finds nothing to restore and everything renamed.
+        // Only a kill after the last rename leaves nothing to restore.
         EXPECT_EQ(snapshotOf(folder), n == 23 ? after : before) << n;
         EXPECT_EQ(found.size(), n == 0 || n == 23 ? 0U : 1U) << n;
     }
@@ -225,7 +225,7 @@ TEST_F(BatchRenameTest, restoresOnVolumesThatReserveNamesAndForgetInodes)
         EXPECT_EQ(restore(), QStringList()) << n;
         EXPECT_FALSE(hasLogs()) << n;
         if (snapshotOf(folder) != before) {
-            // Only a kill after the last move finds everything renamed.
+            // Only a kill after the last rename leaves the new names.
             EXPECT_EQ(tree.content("f/leer"), "sieben") << n;
             EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 8) << n;
             std::filesystem::rename(folder / "leer", folder / "anderes");
@@ -266,7 +266,7 @@ TEST_F(BatchRenameTest, aSingleRenameIsLoggedWhereItsNameIsKeptFree)
         forgetInodes();
         EXPECT_EQ(restore(), QStringList());
         EXPECT_FALSE(hasLogs());
-        if (!entryExists(from)) // killed after the last move
+        if (!entryExists(from)) // killed after the last rename
             std::filesystem::rename(to, from);
         ASSERT_EQ(snapshotOf(folder), before);
     }
@@ -276,7 +276,7 @@ TEST_F(BatchRenameTest, aSingleRenameIsLoggedWhereItsNameIsKeptFree)
     const Result<void> onto = renamed(-1);
     EXPECT_TRUE(!onto && onto.error().is(std::errc::file_exists));
     EXPECT_EQ(tree.content("f/c"), "drei");
-    // Elsewhere it costs no log.
+    // On other volumes no log is written.
     std::filesystem::remove_all(to);
     std::filesystem::remove_all(logs);
     onStick = false;
@@ -342,7 +342,7 @@ TEST_F(BatchRenameTest, leavesWhatNobodyCanTellAndKeepsItsLog)
     EXPECT_EQ(tree.content("f/c"), "drei");
     EXPECT_EQ(tree.content("f/d/inhalt"), "vier");
     EXPECT_TRUE(hasLogs());
-    EXPECT_TRUE(cutShort(std::chrono::hours(2)).empty()); // nothing waits, and it is not asked again
+    EXPECT_TRUE(cutShort(std::chrono::hours(2)).empty()); // nothing to restore, and not offered again
     EXPECT_TRUE(hasLogs());
 }
 
@@ -356,7 +356,7 @@ TEST_F(BatchRenameTest, leavesLivingBatchesAndYoungOrphansAlone)
         EXPECT_TRUE(cutShort(std::chrono::hours(2)).empty());
     }
     EXPECT_EQ(cutShort().size(), 1U);
-    // Without any log: the name itself tells the old one, but somebody else may be at work.
+    // Without a log the temporary name contains the old one, but another process may be using it.
     std::filesystem::remove_all(logs);
     EXPECT_TRUE(cutShort().empty());
     const std::vector<CutShortRename> orphans = cutShort(std::chrono::hours(2));
@@ -364,7 +364,7 @@ TEST_F(BatchRenameTest, leavesLivingBatchesAndYoungOrphansAlone)
     DiskFileActions files;
     EXPECT_EQ(linesOf(restoreCutShort(orphans.front(), files)), QStringList());
     EXPECT_EQ(snapshotOf(folder), before);
-    // A log whose volume is away is kept for when it is back.
+    // The log of a volume that is not mounted is kept.
     std::filesystem::create_directories(logs);
     JobControl control;
     {
@@ -398,7 +398,7 @@ TEST_F(BatchRenameTest, theSheetPreviewsRenamesAndTakesBack)
     UserUndo undo({files, trash, logs});
     BatchRename sheet({files, decoder, logs, undo}, {folder / "b.jpg", folder / "c"});
     ASSERT_TRUE(waitUntil([&] { return !sheet.reading.get(); }));
-    EXPECT_TRUE(decoder.asked().empty()); // dates are read once they are wanted
+    EXPECT_TRUE(decoder.asked().empty()); // dates are read only when needed
     EXPECT_EQ(sheet.preview.get().rows[0].name, "01.jpg");
     EXPECT_TRUE(sheet.canStart());
 
@@ -429,5 +429,5 @@ TEST_F(BatchRenameTest, theSheetPreviewsRenamesAndTakesBack)
     sheet.undo();
     ASSERT_TRUE(waitUntil([&] { return !sheet.running.get(); }));
     EXPECT_EQ(snapshotOf(folder), before);
-    EXPECT_TRUE(undo.actions.get().empty()); // it is not to be taken back a second time
+    EXPECT_TRUE(undo.actions.get().empty()); // cannot be undone a second time
 }

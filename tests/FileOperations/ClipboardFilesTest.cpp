@@ -79,10 +79,10 @@ TEST(ClipboardFilesTest, readsWhatOthersWriteAndOnlyFilesOfThisMachine)
         const std::optional<ClipboardFiles> files = read({{"text/uri-list", row.list}});
         EXPECT_EQ(files ? files->entries : std::vector<Location>(), row.entries) << row.list.constData();
     }
-    // Neither words that look like a form of ours nor an empty clipboard are files.
+    // Neither a malformed format nor an empty clipboard contains files.
     EXPECT_EQ(read({{"x-special/gnome-copied-files", "move\nfile:///a"}}), std::nullopt);
     EXPECT_EQ(read({}), std::nullopt);
-    // The form that says what is to happen counts before the one that does not.
+    // The format that distinguishes cut from copy has priority.
     EXPECT_EQ(read({{"x-special/gnome-copied-files", "cut\nfile:///a\n"}, {"text/uri-list", "file:///b"}}),
               (ClipboardFiles{Purpose::Cut, {"/a"}}));
 }

@@ -27,7 +27,7 @@ public:
     Result<void> openTerminal(const Location &) override { return failure(QStringLiteral("Es gibt kein Terminal.")); }
 };
 
-/// Only the test's own tree is a volume, so that no real Trash is in reach.
+/// Only the test's own tree is a volume, so that no real Trash is accessible.
 class OneVolume : public SystemVolumes {
 public:
     explicit OneVolume(Location root) : m_root(std::move(root)) {}
@@ -100,7 +100,7 @@ TEST_F(FileOperationsTest, emptiesEveryTrashOnlyWhenTheAnswerIsYes)
     ASSERT_TRUE(trash.put(home("a.txt")));
     ::chmod(home("ordner/tief").c_str(), 0);
     ASSERT_TRUE(trash.put(home("ordner")));
-    ::chmod(tree.path("trash/files/ordner").c_str(), 0500); // nobody could remove anything from it
+    ::chmod(tree.path("trash/files/ordner").c_str(), 0500); // not writable: cannot be emptied as it is
     const std::string user = std::to_string(::geteuid());
     tree.lines({"auswärts=bleibt"});
     tree.file(".Trash-" + user + "/files/alt", "vom Stick");
@@ -150,14 +150,14 @@ TEST_F(FileOperationsTest, deletesNothingElseThanWasAskedAbout)
     const Location trashed = *trash.put(home("a.txt"));
     const Doomed doomed = deletableForGood({trashed, tree.root(), tree.path("trash")}, ground);
     EXPECT_EQ(doomed.entries.size(), 1U);
-    EXPECT_EQ(doomed.refused.size(), 2); // what holds the Trash goes in no case
+    EXPECT_EQ(doomed.refused.size(), 2); // the Trash itself is never deleted
     std::filesystem::rename(trashed, tree.path("weg"));
     tree.file("trash/files/a.txt", "anderes");
     JobControl control;
     EXPECT_EQ(linesOf(deleteForGood(doomed.entries, trash, ground, control).failures),
               QStringList(QStringLiteral("a.txt: Dort liegt inzwischen etwas anderes.")));
     EXPECT_EQ(tree.content("trash/files/a.txt"), "anderes");
-    // Without any Trash the user may say that it shall go for good.
+    // If the volume has no Trash, the user may delete permanently.
     const TrashGround none{tree.path("home/b.txt/nirgends"), volumes};
     std::filesystem::permissions(tree.root(), std::filesystem::perms::owner_write,
                                  std::filesystem::perm_options::remove);

@@ -10,7 +10,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A disk on which no rename succeeds any more after some.
+/// A disk whose renames fail after some have succeeded.
 class FailingRenames : public DiskFileActions {
 public:
     explicit FailingRenames(int good) : m_good(good) {}
@@ -23,7 +23,7 @@ private:
     int m_good;
 };
 
-/// Names that a log could spoil, and that change places in a ring.
+/// Names with bytes that could corrupt a log, renamed in a cycle.
 class StuckNamesTest : public testing::Test {
 protected:
     StuckNamesTest()
@@ -57,7 +57,7 @@ TEST_F(StuckNamesTest, keepTheirLogUntilTheyAreBack)
         ASSERT_TRUE(outcome.failure);
         EXPECT_FALSE(outcome.notPutBack.empty());
         ASSERT_EQ(cutShort().size(), 1u);
-        // The disk gets better only after a few tries.
+        // The disk recovers only after a few attempts.
         for (int later = 0; later < 3 && !cutShort().empty(); ++later) {
             FailingRenames again(later);
             const bool stuck = !restoreCutShort(cutShort().front(), again).isEmpty();

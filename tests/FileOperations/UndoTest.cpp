@@ -22,7 +22,7 @@ using Kind = UserAction::Kind;
 
 namespace {
 
-/// A home and a second disk in one tree.
+/// A home and a second volume in one tree.
 class UndoTest : public testing::Test {
 protected:
     UndoTest() { tree.lines({"home/a.txt=eins", "home/b.txt=zwei", "home/ordner/tief=drei", "disk/alt=vier"}); }
@@ -92,7 +92,7 @@ TEST_F(UndoTest, takesEveryKindBack)
     undo(Kind::Alias, alias.action.entries);
     EXPECT_EQ(snapshot(), before);
     EXPECT_TRUE(tree.has("trash/files/kopie.txt"));
-    EXPECT_FALSE(tree.has("trash/files/leer")); // an empty folder holds nothing that could be missed
+    EXPECT_FALSE(tree.has("trash/files/leer")); // an empty folder is removed instead of trashed
 }
 
 TEST_F(UndoTest, bringsBackWhatCrossedVolumesAndWhatItReplaced)
@@ -112,7 +112,7 @@ TEST_F(UndoTest, bringsBackWhatCrossedVolumesAndWhatItReplaced)
             EXPECT_EQ(snapshot(), before) << n;
             continue;
         }
-        // It is back; what could not go, or not come back, is still there and was named.
+        // Restored, or still there and reported.
         EXPECT_EQ(tree.content("home/ordner/tief"), "drei");
         std::filesystem::remove_all(home("ordner"));
         if (!tree.has("disk/alt"))
@@ -171,7 +171,7 @@ TEST_F(UndoTest, bringsBackWhatWasWorkedOnAtTheOtherVolume)
     EXPECT_EQ(tree.content("home/a.txt"), "weitergeschrieben");
     EXPECT_FALSE(tree.has("disk/a.txt"));
 
-    // What is written while it goes back is not in the copy.
+    // Changes made while it is copied back are not in the copy.
     std::filesystem::rename(home("a.txt"), disk("a.txt"));
     std::filesystem::rename(home("ordner"), disk("ordner"));
     files.afterCopy = [&](const Location &source, const Location &) {
@@ -205,7 +205,7 @@ TEST_F(UndoTest, leavesAloneWhatIsNoLongerTheSame)
                            QStringLiteral("a.txt: Dort liegt inzwischen etwas anderes.")}));
     EXPECT_EQ(undone.failures.front().entry, home("b.txt"));
     EXPECT_TRUE(undone.failures.front().why.is(std::errc::no_such_file_or_directory));
-    EXPECT_TRUE(undone.left.empty()); // trying again would not help
+    EXPECT_TRUE(undone.left.empty()); // a retry would not help
     EXPECT_EQ(undo(Kind::Copy, {copied}).failures.size(), 1);
     EXPECT_EQ(snapshot(), before);
 }
@@ -227,11 +227,11 @@ TEST_F(UndoTest, sparesWhatWasAddedToAFolderThatWasMade)
     EXPECT_EQ(tree.content("home/kopie/tief"), "geändert");
     EXPECT_EQ(tree.content("home/neu/Notiz.txt"), "meins");
 
-    // What went from it is no reason to keep the rest.
+    // Entries removed from it do not keep it from being trashed.
     std::filesystem::remove(home("kopie/tief"));
     EXPECT_EQ(linesOf(undo(Kind::Copy, {copied}).failures), QStringList());
     EXPECT_TRUE(tree.has("trash/files/kopie/innen/tiefer"));
-    // One that could not be looked into is not known.
+    // A copy whose content was not recorded is kept.
     tree.lines({"home/kopie/tief=drei"});
     EXPECT_EQ(undo(Kind::Copy, {recordOf(home("ordner"), home("kopie"))}).failures.size(), 1);
     EXPECT_TRUE(tree.has("home/kopie/tief"));
@@ -273,7 +273,7 @@ TEST_F(UndoTest, knowsAnEntryWhereNumbersChange)
     UserAction::Entry batch = recordOf(card / "b.txt", card / "stapel.txt");
     UserAction::Entry made = recordOf(card / "woanders", card / "kopie");
     for (UserAction::Entry *const one : {&file, &folder, &batch, &made})
-        one->state.identity.inode += 1000; // as after the card was put in again
+        one->state.identity.inode += 1000; // as after reinserting the card
     EXPECT_EQ(linesOf(undo(Kind::Rename, {file}).failures), QStringList());
     EXPECT_EQ(linesOf(undo(Kind::Move, {folder}).failures), QStringList());
     EXPECT_EQ(linesOf(undo(Kind::BatchRename, {batch}).failures), QStringList());
@@ -297,7 +297,7 @@ TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
     UserAction::Entry copied = recordOfMade(home("b.txt"), home("a.txt"));
     copied.replaced = *replaced;
     copied.replacedMark = EntryMark::of(*replaced);
-    // The Trash is emptied, and another file from the same place takes the name there.
+    // The Trash is emptied, and another file from the same location gets the name.
     std::filesystem::remove(*replaced);
     std::filesystem::remove(tree.path("trash/info/a.txt.trashinfo"));
     std::filesystem::rename(home("a.txt"), home("beiseite"));
@@ -309,7 +309,7 @@ TEST_F(UndoTest, bringsBackOnlyTheVeryEntryThatWasReplaced)
     EXPECT_FALSE(tree.has("home/a.txt"));
     EXPECT_EQ(tree.content("trash/files/a.txt"), "ein anderes");
 
-    // A number that was given to another file since does not make it the one that was moved.
+    // A reused inode is not the renamed entry.
     UserAction::Entry renamed = recordOf(home("x.txt"), home("b.txt"));
     renamed.created = *renamed.created - std::chrono::seconds(5);
     EXPECT_EQ(linesOf(undo(Kind::Rename, {renamed}).failures),
@@ -358,7 +358,7 @@ TEST_F(UndoTest, theModelKeepsTheNewestAndSaysWhatWillHappen)
     model.undo();
     ASSERT_TRUE(waitUntil([&] { return !model.running.get(); }));
     EXPECT_TRUE(model.errorMessage.get()->startsWith(u"c.txt: Es gibt schon etwas mit diesem Namen."));
-    EXPECT_EQ(model.title.get(), QStringLiteral("Umbenennen von „b.txt“ rückgängig")); // stays, to be tried again
+    EXPECT_EQ(model.title.get(), QStringLiteral("Umbenennen von „b.txt“ rückgängig")); // stays, for another attempt
 }
 
 TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
@@ -383,7 +383,7 @@ TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
     model.redo();
     ASSERT_TRUE(settled());
     EXPECT_EQ(model.status.get(), QStringLiteral("Wiederholt."));
-    model.redo(); // across the volumes again, the copies that came back being other entries
+    model.redo(); // across volumes again; the copied-back entries have other inodes
     ASSERT_TRUE(settled());
     EXPECT_EQ(model.errorMessage.get(), std::nullopt);
     EXPECT_EQ(tree.content("home/neu.txt") + tree.content("disk/b.txt") + tree.content("disk/ordner/tief"),
@@ -392,7 +392,7 @@ TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
     EXPECT_EQ(model.redoTitle.get(), std::nullopt);
     EXPECT_EQ(model.title.get(), QStringLiteral("Verschieben von 2 Elementen rückgängig"));
 
-    // Another entry under the name is left alone.
+    // Another entry with the same name is not touched.
     model.undo();
     ASSERT_TRUE(settled());
     std::filesystem::rename(home("b.txt"), home("c.txt"));
@@ -411,7 +411,7 @@ TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
     const std::string before = snapshot();
     model.redo();
     EXPECT_FALSE(model.running.get());
-    // What is made or trashed has no way forth; taking it back again would need its place in the Trash.
+    // Creating and trashing cannot be redone.
     model.undo();
     ASSERT_TRUE(settled());
     EXPECT_EQ(model.redoTitle.get(), std::nullopt);

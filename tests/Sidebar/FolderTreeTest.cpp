@@ -15,7 +15,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Acts between the end of a worker's work and the moment at which its answer is heard.
+/// Runs code after a worker has finished and before its answer is delivered.
 class BeforeNextAnswer : public QObject {
 public:
     explicit BeforeNextAnswer(std::function<void()> act) : m_act(std::move(act))
@@ -48,7 +48,7 @@ protected:
         return {{files.path("home"), QStringLiteral("Benutzerordner")},
                 {files.path("platte"), QStringLiteral("Platte")}};
     }
-    /// One line per row: depth in blanks, "-" open, "+" closed, "." empty.
+    /// One line per row: indented by depth; "-" expanded, "+" collapsed, "." empty.
     static QString text(const FolderTree &tree)
     {
         QStringList lines;
@@ -118,7 +118,7 @@ TEST_F(FolderTreeTest, hearsOfNewAndVanishedFolders)
     std::filesystem::remove_all(files.path("home/B9"));
     tree.refresh(files.path("home"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n+Platte")));
-    // A second request while the first is under way sees what came after the first had looked.
+    // A refresh during a read starts another read, which sees what the first one missed.
     const BeforeNextAnswer between([&] {
         files.folder("home/z");
         tree.refresh(files.path("home"));

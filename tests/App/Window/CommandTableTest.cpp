@@ -14,10 +14,10 @@ using brellin::test::WindowWorld;
 
 namespace {
 
-/// Brings the window to where a command applies, and tells by all that a command may change whether it did anything.
+/// Prepares the window so that a command is enabled, and compares everything a command may change.
 class CommandTableTest : public WindowWorld {
 protected:
-    /// The views of a folder are stored: another one than the other tests'.
+    /// Uses its own folder, since the view of a folder is stored.
     CommandTableTest() { folder = folder.parent_path() / "befehle"; }
 
     void begin()
@@ -44,7 +44,7 @@ protected:
         pane().searchRunning.observe(window, [this](bool) { ++searches; });
         operations().operations.observe(window, [this](const auto &) { ++operationSteps; });
     }
-    /// A question that is still open would come up in the next window.
+    /// Closes open questions, which would appear in the next window.
     void end()
     {
         EXPECT_TRUE(waitUntil([this] { return operations().operations.get().empty(); }));
@@ -63,7 +63,7 @@ protected:
     }
     FileOperations &operations() const { return composition->forWindows().operations; }
 
-    /// What only some commands need.
+    /// What only some commands require.
     void prepareFor(CommandId id)
     {
         if (id == CommandId::Open || id == CommandId::OpenInNewTab)

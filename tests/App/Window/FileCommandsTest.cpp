@@ -101,7 +101,7 @@ TEST_F(FileCommandsTest, trashesWhatIsSelectedNowAndPutsItBack)
     file("b.txt", "zwei");
     open();
     click(QStringLiteral("a.txt"));
-    // The next click and the key come in one go, faster than the pane is told of the selection.
+    // Click and key arrive before the pane is told about the selection.
     QTest::mouseClick(details()->viewport(), Qt::LeftButton, {}, placeOf(QStringLiteral("b.txt")));
     QTest::keyClick(details(), Qt::Key_Delete);
     ASSERT_TRUE(goes("b.txt"));

@@ -12,7 +12,7 @@ namespace {
 
 class PlacesTest : public WindowWorld {
 protected:
-    /// What is in front where the panes were at the beginning.
+    /// The widget shown in place of the panes.
     QWidget *front() const { return panes->currentWidget(); }
     void begin()
     {

@@ -13,7 +13,7 @@ using brellin::test::WindowWorld;
 
 namespace {
 
-/// Two windows, and a third that is none of them, for what has to find the user.
+/// Two windows of the program and one that belongs to neither, to test which one shows a question.
 class QuestionsTest : public WindowWorld {
 protected:
     void SetUp() override
@@ -142,7 +142,7 @@ TEST_F(QuestionsTest, aTransferWhoseWindowHasClosedTellsAnother)
 
 TEST_F(QuestionsTest, theLastWindowAsksBeforeItEndsAnOperationAndQuittingAsksBeforeTheFirstGoes)
 {
-    // It occupies no disk, and the packing program for minutes.
+    // Sparse: needs no disk space, but packing it takes minutes.
     std::filesystem::resize_file(file("lang"), 64LL << 30);
     open();
     openSecond();

@@ -73,7 +73,7 @@ TEST_F(WindowSettingsTest, takeEffectAtOnceAndAreKept)
     key(Qt::Key_Escape);
     ASSERT_TRUE(sheetGoes());
     EXPECT_EQ(kept(u"terminal").toString(), QStringLiteral("konsole")) << "also when Esc closes the sheet";
-    // They are there the next time.
+    // They are kept when the sheet is opened again.
     openSheet();
     EXPECT_EQ(find<QComboBox>(QStringLiteral("appearance"))->currentText(), QStringLiteral("Dunkel"));
     EXPECT_EQ(find<QComboBox>(QStringLiteral("fontFactor"))->currentText(), QStringLiteral("Schrift 125 %"));
@@ -133,7 +133,7 @@ TEST_F(WindowSettingsTest, nameWhatIsDamagedAndKeepALastGoodVersionOfTheRest)
         std::filesystem::remove(settings / file);
 }
 
-/// A drag of files over the sidebar, without a mouse.
+/// A drag of files over the sidebar, sent as events.
 class SidebarDropTest : public WindowWorld {
 protected:
     bool drops(const Location &source, QPoint place)
@@ -151,7 +151,7 @@ protected:
         QCoreApplication::sendEvent(area, &drop);
         return taken;
     }
-    /// A place that stands for this folder.
+    /// A point in the row of this folder.
     std::optional<QPoint> placeFor(const Location &wanted) const
     {
         const auto *const sidebar = find<SidebarView>(QStringLiteral("sidebar"));

@@ -17,7 +17,7 @@ using brellin::test::WindowWorld;
 
 namespace {
 
-/// Types every key of every command into a field and looks at what happens.
+/// Types every shortcut into a field and checks who handles it.
 class ShortcutTest : public WindowWorld {
 protected:
     ShortcutTest()
@@ -30,7 +30,7 @@ protected:
     {
         return find<QAction>(QStringLiteral("command%1").arg(static_cast<int>(id)));
     }
-    /// `field` gives the field with the keys in it, anew for each key.
+    /// `field` returns the focused field; called again for each key.
     void typeAllInto(const char *kind, const std::function<QWidget *()> &field)
     {
         for (const WindowCommand &one : commandTable()) {
@@ -87,7 +87,7 @@ TEST_F(ShortcutTest, noFieldOfTheWindowGivesItsKeysAway)
     ASSERT_TRUE(rowsBecome({QStringLiteral("unter"), QStringLiteral("a.txt")}));
     typeAllInto("name in place", [this]() -> QWidget * {
         const auto editor = [this] { return shownOne<QLineEdit>(QStringLiteral("nameEditor")); };
-        if (!editor()) { // the last key has ended it
+        if (!editor()) { // closed by the previous key
             click(QStringLiteral("a.txt"));
             window->run(CommandId::Rename);
             EXPECT_TRUE(waitUntil([&] { return editor() && editor()->hasFocus(); }));
@@ -126,7 +126,7 @@ TEST_F(ShortcutTest, everyCommandRestsWhereItCannotApply)
         EXPECT_TRUE(enabled(id)) << windowCommand(id).title.toStdString();
     EXPECT_FALSE(enabled(Unpack));
     EXPECT_FALSE(enabled(OpenInNewTab));
-    // A page in the folder's place has no entries to work on.
+    // A page shown instead of the folder has no entries.
     window->run(CommandId::Agent);
     ASSERT_TRUE(waitUntil([&] { return !enabled(MoveToTrash); }));
     for (const CommandId id : {NewFolder, MoveToTrash, Cut, Copy, Paste, Compress, Rename, Up})

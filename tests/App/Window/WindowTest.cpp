@@ -45,11 +45,11 @@ TEST_F(WindowTest, goesIntoFoldersAndBack)
     EXPECT_TRUE(folderBecomes(folder / "Briefe"));
     key(Qt::Key_Backspace);
     EXPECT_TRUE(folderBecomes(folder));
-    // By keys alone: type-ahead, Enter.
+    // With the keyboard only: type-ahead and Return.
     type(QStringLiteral("bri"));
     key(Qt::Key_Return);
     EXPECT_TRUE(folderBecomes(folder / "Briefe"));
-    // By the address bar.
+    // With the address bar.
     QTest::mouseClick(find<QAbstractButton>(QStringLiteral("crumb0")), Qt::LeftButton);
     EXPECT_TRUE(folderBecomes(services->folders().home));
 }
@@ -94,7 +94,7 @@ TEST_F(WindowTest, makesAndRenamesInPlace)
     ASSERT_NE(editor, nullptr);
     ASSERT_TRUE(waitUntil([&] { return editor->selectedText() == QStringLiteral("Brief.alt"); }))
         << editor->selectedText().toStdString();
-    // A change from outside in the middle of it takes nothing away.
+    // A change by another program meanwhile does not end the editor.
     type(QStringLiteral("Zettel"));
     file("anderes.txt");
     ASSERT_TRUE(waitUntil([this] { return rows().contains(QStringLiteral("anderes.txt")); }));
@@ -211,7 +211,7 @@ TEST_F(WindowTest, windowsComeBackAtTheNextStart)
     ASSERT_EQ(stored[0].tabs.size(), 2U);
     EXPECT_EQ(stored[0].tabs[0].path, folder / "eins");
     EXPECT_EQ(stored[0].tabs[1].path, folder);
-    // Garbage counts as nothing.
+    // Unreadable data counts as no windows.
     ASSERT_TRUE(services->settings().update(QStringLiteral("windows"),
                                             [](const auto &) { return UserDefaults::Change{"[{\"tabs\":7}]"}; }));
     EXPECT_TRUE(storedWindows(services->settings()).empty());

@@ -18,7 +18,7 @@
 
 namespace brellin::test {
 
-/// A real window on no screen over the real services, in the folder "d" of a home of its own.
+/// A real window on an offscreen display, with the real services, showing folder "d" of a temporary home.
 class WindowWorld : public ::testing::Test {
 protected:
     WindowWorld()
@@ -38,7 +38,7 @@ protected:
         StoredWindow from;
         from.tabs.push_back({QUuid::createUuid(), folder, std::nullopt});
         window = new MainWindow(composition->forWindows(), from);
-        window->resize(1200, 700); // the screen that is none is smaller
+        window->resize(1200, 700); // larger than the offscreen display's default
         window->show();
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window));
@@ -65,7 +65,7 @@ protected:
         EXPECT_NE(found, nullptr) << name.toStdString();
         return found;
     }
-    /// The first of that name that is shown.
+    /// The first visible widget with this object name.
     template <class Widget>
     Widget *shownOne(const QString &name) const
     {
@@ -76,7 +76,7 @@ protected:
     }
     QAbstractItemView *details() const { return shownOne<QAbstractItemView>(QStringLiteral("detailsView")); }
 
-    /// None while the folder is still being read.
+    /// Empty while the folder is being read.
     QStringList rows() const
     {
         QStringList names;
@@ -118,7 +118,7 @@ protected:
         QTest::mouseDClick(details()->viewport(), Qt::LeftButton, {}, place);
         QCoreApplication::processEvents();
     }
-    /// A key for whoever has the focus.
+    /// Sends a key to the focused widget.
     static void key(int code, Qt::KeyboardModifiers keys = {})
     {
         QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(code), keys);

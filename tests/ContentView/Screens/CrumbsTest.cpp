@@ -20,7 +20,7 @@ TEST(CrumbsTest, leadFromTheHomeFolderOrFromTheRoot)
     EXPECT_EQ(way("/home/anna/Briefe/2026"),
               "Benutzerordner=/home/anna Briefe=/home/anna/Briefe 2026=/home/anna/Briefe/2026");
     EXPECT_EQ(way("/"), "Startvolume=/");
-    // A folder whose path only begins like the home folder's lies elsewhere, and so do those above it.
+    // A path with the home folder's path as a mere prefix is outside, as are its ancestors.
     EXPECT_EQ(way("/home/annabell"), "Startvolume=/ home=/home annabell=/home/annabell");
     EXPECT_EQ(way("/home"), "Startvolume=/ home=/home");
 }

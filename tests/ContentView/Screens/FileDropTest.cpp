@@ -40,7 +40,7 @@ TEST(FileDropTest, bringsEveryNameAndNeverAsAWordOfTheClipboard)
     EXPECT_TRUE(draggedFiles(web).empty());
 }
 
-/// What a drop of `source` onto `target` would do; nothing: it is refused.
+/// What dropping `source` on `target` would do; none if refused.
 std::optional<DroppedFiles> dropped(const Location &source, const Location &target, Qt::KeyboardModifiers keys = {})
 {
     QWidget widget;

@@ -16,7 +16,7 @@ namespace {
 
 class ItemRowsTest : public ::testing::Test {
 protected:
-    /// Exactly these files lie in the folder, and the pane has read it.
+    /// Replaces the folder's content by these files and waits for the pane.
     void setFiles(const std::map<std::string, std::string> &files)
     {
         for (const FileItem &item : pane.items.get())
@@ -36,7 +36,7 @@ protected:
 TEST_F(ItemRowsTest, indexesStayWithTheirEntriesWhateverHappens)
 {
     std::mt19937 random(7);
-    setFiles({{"fest", ""}}); // there is always something, or the rows begin anew
+    setFiles({{"fest", ""}}); // never empty, since that would reset the model
     for (int round = 0; round < 60; ++round) {
         std::map<std::string, QPersistentModelIndex> held;
         for (int row = 0; row < rows.rowCount(); ++row)

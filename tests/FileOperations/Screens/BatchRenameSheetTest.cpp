@@ -41,7 +41,7 @@ protected:
     ~BatchRenameSheetTest() override
     {
         delete sheet;
-        EXPECT_TRUE(OpenWork::wait(std::chrono::seconds(60))); // a batch is put back without anybody waiting
+        EXPECT_TRUE(OpenWork::wait(std::chrono::seconds(60))); // the batch is undone in the background
     }
 
     void open(const std::vector<std::string> &names = {"f/a.jpg", "f/b.jpg", "f/c.jpg"})

@@ -51,7 +51,7 @@ protected:
     }
     void click(const char *name) { QTest::mouseClick(find<QWidget>(QString::fromUtf8(name)), Qt::LeftButton); }
     QString text(const char *label) const { return find<QLabel>(QString::fromUtf8(label))->text(); }
-    /// The value of a row: „kein Zugriff“.
+    /// The value of a row, e.g. „kein Zugriff“.
     QString row(const char *label) const
     {
         for (const PreviewFact &fact : properties->facts.get()->rows)

@@ -73,7 +73,7 @@ protected:
         volumes.start();
     }
 
-    /// The window has the sidebar once the disks have told what they know.
+    /// Adds the sidebar to the window once the volumes have been read.
     SidebarView &open()
     {
         view =
@@ -99,7 +99,7 @@ protected:
             all << rows()->index(row).data().toString();
         return all;
     }
-    /// The last line with this title that is of this kind.
+    /// The last row of this title and kind.
     QModelIndex line(const QString &title, SidebarRow::Kind kind) const
     {
         for (int row = rows()->rowCount() - 1; row >= 0; --row)
