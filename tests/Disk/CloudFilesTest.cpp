@@ -46,7 +46,7 @@ TEST(CloudFilesTest, AFileSystemInUserSpaceIsNotTheLocalDisk)
     if (device < 0)
         GTEST_SKIP() << "no file systems in user space here";
     {
-        // Another user's: the kernel answers for it without asking its program, which there is not.
+        // Mounted for another user: the kernel answers without asking the FUSE process, which does not exist.
         const std::string options = "fd=" + std::to_string(device) + ",rootmode=40000,user_id=12345,group_id=12345";
         const PrivateMount cloud(tree.path("wolke"), "fuse", options.c_str());
         if (cloud) {

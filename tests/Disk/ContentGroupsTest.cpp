@@ -27,7 +27,7 @@ protected:
     std::vector<SeenFile> files;
 };
 
-/// Different ways lead to the answer: few small files, few big ones, files of several pieces, and many of one size.
+/// Covers all code paths: few small files, few large ones, files of several pieces, and many of one size.
 std::string contentOf(std::size_t size, char first, char middle, char last)
 {
     std::string content(size, 'x');
@@ -83,7 +83,7 @@ TEST_F(ContentGroupsTest, leavesOutWhatIsGoneOrNoLongerAsItWasSeen)
     EXPECT_EQ(groups().size(), 2u);
     EXPECT_EQ(groups()[0].files, (std::vector<std::size_t>{2, 4}));
     EXPECT_EQ(groups()[1].files, (std::vector<std::size_t>{3, 5}));
-    // Nobody waits for the other end of a pipe.
+    // Does not block on a pipe.
     std::filesystem::remove(files[2].path);
     ASSERT_EQ(::mkfifo(files[2].path.c_str(), 0600), 0);
     EXPECT_EQ(groups().size(), 1u);

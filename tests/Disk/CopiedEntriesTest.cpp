@@ -26,10 +26,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Whether the change times of what is copied lie so far back that they tell of a later change.
+/// Whether change times are old enough to prove that nothing changed since.
 enum class Times { Fresh, Settled };
 
-/// A folder that is copied, taken down and then given up.
+/// A folder that is copied with a record and then removed.
 class CopiedEntriesTest : public testing::TestWithParam<Times> {
 protected:
     CopiedEntriesTest()
@@ -59,14 +59,14 @@ protected:
         return names;
     }
 
-    /// Changes an entry and puts its time of modification back.
+    /// Changes an entry and restores its modification time.
     void changeInSecret(const char *name, const std::function<void(const Location &)> &change) const
     {
         const auto time = fs::last_write_time(tree.path(name));
         change(tree.path(name));
         fs::last_write_time(tree.path(name), time);
     }
-    /// Moves the change time and nothing else.
+    /// Changes only the change time.
     void touchRights(const char *name) const
     {
         fs::permissions(tree.path(name), fs::status(tree.path(name)).permissions());
@@ -93,7 +93,7 @@ TEST_P(CopiedEntriesTest, leavesAndNamesWhatIsNewOrChanged)
 {
     tree.file("quelle/tief/leer/neu.txt", "kam dazu");
     tree.file("quelle/tief/b.txt", "länger als zuvor");
-    // Another file under a copied name, of the same size and time.
+    // Another file with a copied name, of the same size and time.
     const auto time = fs::last_write_time(tree.path("quelle/a.txt"));
     tree.file("fremd", "ACHT");
     fs::last_write_time(tree.path("fremd"), time);
@@ -144,7 +144,7 @@ TEST_P(CopiedEntriesTest, leavesWhatGotTagsOrRightsMeanwhile)
 
 TEST_P(CopiedEntriesTest, isNotMisledByTimesThatMoveWithoutAChange)
 {
-    // The same rights once more, another name for a while, and a name outside the source.
+    // The same permissions again, a temporary rename, and a link outside the source.
     touchRights("quelle/tief/b.txt");
     fs::rename(tree.path("quelle/einzeln.txt"), tree.path("quelle/kurz"));
     fs::rename(tree.path("quelle/kurz"), tree.path("quelle/einzeln.txt"));
@@ -185,7 +185,7 @@ TEST_P(CopiedEntriesTest, looksWithoutRemoving)
     EXPECT_EQ(tree.snapshot(), before);
 }
 
-/// As on a volume that gives its entries other numbers and keeps no change times of their own.
+/// As on a volume that keeps neither inodes nor change times.
 TEST_P(CopiedEntriesTest, comparesContentWhereTimesProveNothing)
 {
     copied.begin(OwnEntries::pathMark(0, "a.txt"), CopiedEntries::Proof::None);
@@ -197,7 +197,7 @@ TEST_P(CopiedEntriesTest, comparesContentWhereTimesProveNothing)
     EXPECT_EQ(remove().value_or(std::vector<Location>()), std::vector<Location>{tree.path("quelle/a.txt")});
     changeInSecret("quelle/a.txt", [&](const Location &one) {
         fs::remove(one);
-        tree.file("quelle/a.txt", "eins"); // another number
+        tree.file("quelle/a.txt", "eins"); // another inode
         fs::permissions(one, static_cast<fs::perms>(seen.status.st_mode & 07777));
         fs::last_write_time(one, fs::last_write_time(copy / "a.txt"));
     });
@@ -219,7 +219,7 @@ TEST_P(CopiedEntriesTest, comparesContentWhereTheVolumeDoesNotSayWhatItIs)
     EXPECT_FALSE(copied.isProvenBy(*known, *statusOf({AT_FDCWD, a.c_str()})));
 }
 
-/// A file with three names is written to after the first of them was copied, and loses that one.
+/// A file with three hard links is changed after the first was copied, which is then removed.
 TEST(CopiedNamesTest, ofAFileThatChangedBetweenThemAreNotTheFirstCopy)
 {
     const TempTree tree;

@@ -37,7 +37,7 @@ std::string messageOf(const auto &result)
     return result ? std::string() : result.error().message.toStdString();
 }
 
-/// Root may do everything; this is what an ordinary person may. Gives the tree to them first.
+/// Drops root's privileges, after giving the tree to an ordinary user.
 class OrdinaryUser {
 public:
     explicit OrdinaryUser(const TempTree &tree)
@@ -75,7 +75,7 @@ void fillTree(const TempTree &tree)
     tree.folder("ziel");
 }
 
-/// Calls `act` at the n-th report of a copy.
+/// Calls `act` at the n-th progress report.
 CopyOptions actingAt(int n, std::function<void()> act)
 {
     CopyOptions options;
@@ -137,16 +137,16 @@ TEST(CopyEntryFailureTest, whatOthersPutIntoAHalfCopyStays)
     }
 }
 
-/// A large file that somebody works on while it is copied, to a place on its own volume and on another one.
+/// A large file that is modified while it is copied, within its volume and to another.
 class ChangingSourceTest : public testing::TestWithParam<bool> {
 protected:
     ChangingSourceTest() : target(GetParam() ? test::otherVolume() : std::filesystem::temp_directory_path())
     {
         tree.file("a", std::string(size, 'x'));
-        std::this_thread::sleep_for(std::chrono::milliseconds(40)); // its times tell of later changes
+        std::this_thread::sleep_for(std::chrono::milliseconds(40)); // until its times are settled
     }
 
-    /// What a copy gave, with `change` at its n-th report for each n of `at`; "" where it failed.
+    /// Content of the copy, with `change` at the progress reports `at`; "" if it failed.
     std::string copiedWhile(std::set<int> at, const std::function<void()> &change)
     {
         int reports = 0;
@@ -162,7 +162,7 @@ protected:
         (void)removeOwnCopy(target.path("b"));
         return content;
     }
-    /// Other bytes from the beginning on.
+    /// Overwrites the beginning with other bytes.
     void rewrite() const { std::fstream(tree.path("a"), std::ios::in | std::ios::out) << std::string(size, ++letter); }
 
     static constexpr std::size_t size = 5 << 20;
@@ -200,7 +200,7 @@ TEST_P(ChangingSourceTest, takesAFileThatOnlyGrewAsItWas)
         always.insert(n);
     const auto grow = [&] { std::ofstream(tree.path("a"), std::ios::app) << "noch eine Zeile\n"; };
     EXPECT_EQ(copiedWhile(always, grow), std::string(size, 'x'));
-    // With other bytes at its beginning it is another one.
+    // Other bytes at the beginning make it another file.
     const std::string now = tree.content("a");
     EXPECT_EQ(copiedWhile({1},
                           [&] {
@@ -216,7 +216,7 @@ TEST_P(ChangingSourceTest, isNotDisturbedByNewRights)
     EXPECT_EQ(copiedWhile({1}, [&] { ::chmod(tree.path("a").c_str(), 0600); }), std::string(size, 'x'));
 }
 
-/// What the copy and the digest make of errors of single calls, whichever they hit.
+/// Copy and digest report errors of single calls.
 TEST(CopyEntryFailureTest, aReadErrorIsNoEndOfAFile)
 {
     const TempTree tree;
@@ -268,7 +268,7 @@ TEST(CopyEntryFailureTest, fillsHolesWhereTheTargetHasNone)
     }
 }
 
-/// On another volume, so that nothing is cloned.
+/// To another volume, so that nothing is cloned.
 TEST(CopyEntryFailureTest, whatGotShorterIsNoCopyOfWhatItWas)
 {
     const Location other = test::otherVolume();
@@ -349,7 +349,7 @@ TEST(CopyEntryFailureTest, aFullDiskLeavesNothing)
     if (!small)
         GTEST_SKIP() << "cannot mount a small volume here";
     tree.file("klein/vorher", "bleibt");
-    tree.file("ein Stück", std::string(1 << 20, 'x')); // written at once, and only a part of it finds room
+    tree.file("ein Stück", std::string(1 << 20, 'x')); // written in one call, only part of which fits
     const std::string before = tree.snapshot();
     for (const std::string source : {"a", "a/gross", "ein Stück"}) {
         const auto report = copyEntry(tree.path(source), tree.path("klein/b"));
@@ -386,7 +386,7 @@ TEST(CopyEntryFailureTest, aMountInsideDoesNotMakeACopyEndless)
     EXPECT_FALSE(copyEntry(tree.path("a"), tree.path("ziel/b")));
     EXPECT_EQ(snapshotOf(tree.path("ziel")), "");
     ::umount2(tree.path("a/schleife").c_str(), MNT_DETACH);
-    // The copy's own place, reached through a mount within the source.
+    // The copy's own folder, through a mount inside the source.
     ASSERT_EQ(::mount(tree.path("ziel").c_str(), tree.path("a/schleife").c_str(), nullptr, MS_BIND, nullptr), 0);
     EXPECT_FALSE(copyEntry(tree.path("a"), tree.path("ziel/b")));
     EXPECT_EQ(snapshotOf(tree.path("ziel")), "");

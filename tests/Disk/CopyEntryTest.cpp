@@ -46,7 +46,7 @@ std::string attribute(const Location &entry, const char *name)
     return size < 0 ? "(none)" : value.substr(0, static_cast<std::size_t>(size));
 }
 
-/// An access list as the system stores it: owner, one more user (1234: read), group, mask, others.
+/// An ACL as stored by the system: owner, one more user (1234: read), group, mask, others.
 std::string accessList()
 {
     struct Entry {
@@ -61,7 +61,7 @@ std::string accessList()
     return bytes;
 }
 
-/// On the same volume and across two: other ways of copying are taken there.
+/// Within a volume and across two, which use different ways of copying.
 class CopyEntryTest : public ::testing::TestWithParam<bool> {
 protected:
     void SetUp() override
@@ -158,7 +158,7 @@ TEST_P(CopyEntryTest, holesStayHoles)
     EXPECT_LT(copy.st_blocks, 1024);
     EXPECT_EQ(target.content("b"), tree.content("a"));
 
-    // Nothing but a hole.
+    // A file that is a single hole.
     ASSERT_EQ(::truncate(tree.file("c").c_str(), 1 << 20), 0);
     ASSERT_TRUE(copyEntry(tree.path("c"), target.path("c")));
     EXPECT_EQ(target.content("c"), std::string(1 << 20, '\0'));
@@ -188,7 +188,7 @@ TEST(CopyEntryTreeTest, linksAreCopiedNotFollowed)
         EXPECT_EQ(std::filesystem::read_symlink(tree.path(name + " Kopie")),
                   std::filesystem::read_symlink(tree.path(name)));
     }
-    // Links on the way to source and target are followed: that is where the person is.
+    // Links in the paths of source and target are followed.
     ASSERT_TRUE(copyEntry(tree.path("zum ordner/x"), tree.path("zum ordner/y")));
     EXPECT_EQ(tree.content("ordner/y"), "x");
 }
@@ -235,7 +235,7 @@ TEST(CopyEntryTreeTest, progressGrowsToTheWhole)
         std::ranges::any_of(seen, [&](const auto &progress) { return progress.current == tree.path("a/b/klein"); }));
 }
 
-/// Makes the open files few, as a long session may find them.
+/// Limits the number of descriptors, as in a process that uses many.
 class FewDescriptors {
 public:
     FewDescriptors()
@@ -254,7 +254,7 @@ private:
 
 constexpr int manyLevels = 10'000;
 
-/// A chain of folders far beyond the longest path, with two names of one file at its ends.
+/// A chain of folders longer than any path, with hard links of one file at both ends.
 void makeDeep(const Location &top)
 {
     ASSERT_EQ(::mkdir(top.c_str(), 0755), 0);
@@ -274,7 +274,7 @@ void makeDeep(const Location &top)
 
 TEST(CopyEntryTreeTest, treesOfAnyDepthAreCopiedFlushedAndRemoved)
 {
-    // In memory where there is such a volume: making so many folders takes a disk half a minute.
+    // In memory if possible: creating so many folders takes half a minute on disk.
     const TempTree tree(test::otherVolume().empty() ? std::filesystem::temp_directory_path() : test::otherVolume());
     makeDeep(tree.path("a"));
     {

@@ -13,13 +13,13 @@ using namespace brellin;
 
 namespace {
 
-/// "/remote" comes over a network.
+/// "/remote" is on a network mount.
 class SomeVolumes : public SystemVolumes {
 public:
     bool isLocal(const Location &location) const override { return !isAtOrBelow(location, Location("/remote")); }
 };
 
-/// Something that a worker waits for.
+/// Blocks a worker until it is opened.
 class Gate {
 public:
     void open() { m_promise.set_value(); }
@@ -61,11 +61,11 @@ protected:
     }
     static int one(const JobControl &) { return 1; }
 
-    // A busy machine takes its time to start a thread: only what never comes may run out of time.
+    // Starting a thread may be slow on a busy machine: only calls that never return may time out.
     static constexpr std::chrono::seconds aLongTime{20};
     SomeVolumes volumes;
     MountWorkers workers{volumes, aLongTime, aLongTime};
-    std::vector<int> answers; ///< -1: not answering
+    std::vector<int> answers; ///< -1: notAnswering
 };
 
 } // namespace
@@ -95,7 +95,7 @@ TEST_F(FileCallTest, givesUpAMountThatDoesNotAnswerAndAsksItAgainLater)
     start(call, {"/remote/a"}, gate.work(2), hasty);
     ASSERT_TRUE(waitForAnswers(1));
     EXPECT_EQ(answers, std::vector{-1});
-    start(call, {"/remote/b"}, one, hasty); // at once: the mount still hangs
+    start(call, {"/remote/b"}, one, hasty); // at once, since the mount is still blocked
     EXPECT_EQ(answers, (std::vector{-1, -1}));
     start(call, {"/elsewhere"}, one, hasty);
     EXPECT_EQ(answers.back(), 1);

@@ -91,7 +91,7 @@ TEST(FileTypesTest, answersAnyNumberOfExtensionsFromEveryThread)
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 3; ++thread)
         threads.emplace_back([thread] {
-            for (int number = 0; number < 7'000; ++number) { // together more than are remembered
+            for (int number = 0; number < 7'000; ++number) { // more in total than the cache holds
                 const std::string extension = "e" + std::to_string(thread) + "x" + std::to_string(number);
                 ASSERT_FALSE(fileTypeOf(extension).known);
                 ASSERT_TRUE(fileTypeOf("pdf").conformsTo(TypeTrait::Pdf));

@@ -13,7 +13,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A flush of "a" during which the system's calls of one kind fail as `errorOf` says.
+/// A flush of "a" during which system calls of one kind fail as `errorOf` says.
 class FlushTest : public testing::Test {
 protected:
     bool flush(int call, const std::function<int(int number)> &errorOf)
@@ -42,7 +42,7 @@ TEST_F(FlushTest, reachesEveryFileAndFolderAndTellsEachError)
     if (!offered)
         GTEST_SKIP() << "the system cannot make calls fail here";
     constexpr int files = 2;
-    constexpr int folders = 3; // with the one that holds its name
+    constexpr int folders = 3; // including the parent folder
     EXPECT_EQ(calls, files + folders);
     for (int n = 0; n < files + folders; ++n) {
         EXPECT_FALSE(flush(SYS_fsync, [&](int number) { return number == n ? EIO : 0; })) << n;
@@ -58,7 +58,7 @@ TEST_F(FlushTest, needsNoFolderAboveThatMayBeRead)
     EXPECT_TRUE(flush(SYS_openat, [](int) { return 0; }));
     if (!offered)
         GTEST_SKIP() << "the system cannot make calls fail here";
-    const int last = calls - 1; // the folder above
+    const int last = calls - 1; // the parent folder
     EXPECT_TRUE(flush(SYS_openat, [&](int number) { return number == last ? EACCES : 0; }));
     EXPECT_EQ(calls, last + 2) << "what was put there is opened once more";
     EXPECT_FALSE(flush(SYS_openat, [&](int number) { return number == last ? EIO : 0; }));

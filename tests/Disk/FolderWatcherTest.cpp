@@ -18,7 +18,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// What a watcher's thread says, for a test that waits for it.
+/// Records calls from the watcher's thread and lets a test wait for them.
 class Ear {
 public:
     FolderWatcher::Heard heard()
@@ -52,7 +52,7 @@ std::shared_ptr<FolderWatcher> watch(const Location &folder, Ear &ear,
     return FolderWatcher::watch(folder, ear.heard(), means).value();
 }
 
-/// Waits until a name was heard of; everything heard on the way.
+/// Waits until a name is reported; returns all changes so far.
 FolderChanges changesUntil(FolderWatcher &watcher, Ear &ear, const std::string &name)
 {
     FolderChanges all;
@@ -73,7 +73,7 @@ TEST(FolderWatcherTest, hearsOfEveryKindOfChangeOnceUntilItIsTaken)
     Ear ear;
     const auto watcher = watch(tree.root(), ear);
     tree.file("neu");
-    tree.file("unter/tiefer"); // none of ours
+    tree.file("unter/tiefer"); // not a direct child
     tree.file("alt", "mehr");
     std::filesystem::remove(tree.path("weg"));
     std::filesystem::rename(tree.path("neu"), tree.path("umbenannt"));
@@ -133,7 +133,7 @@ TEST(FolderWatcherTest, goesWithoutWaitingForAFolderThatDoesNotAnswer)
     std::promise<void> gone;
     std::promise<void> looking;
     bool wentFirst = false;
-    // The second look is the thread's: it hangs until the watcher has gone, or has waited for it in vain.
+    // The second poll, on the thread, blocks until the watcher is destroyed or has timed out.
     const auto hang = [&](int number) {
         if (number == 1) {
             looking.set_value();

@@ -17,7 +17,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// Whether a process of another user may remove it.
+/// Whether a process of another user may remove the entry.
 bool mayAnother(const Location &entry)
 {
     const pid_t child = ::fork();

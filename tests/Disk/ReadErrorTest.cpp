@@ -11,7 +11,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A regular file of the kernel that says it is empty, and whose first bytes cannot be read.
+/// A kernel file that reports size 0 and whose first bytes cannot be read.
 const Location unreadable = "/proc/self/mem";
 
 } // namespace

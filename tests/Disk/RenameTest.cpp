@@ -31,7 +31,7 @@ Result<void> renamed(const Location &from, const Location &to, SystemRename rena
     return renameExclusively(source.at(), target.at(), rename);
 }
 
-/// Every promise holds with the system's rename as well as on a file system that refuses it.
+/// Runs with the system's exclusive rename and on a file system without it.
 class RenameTest : public ::testing::TestWithParam<SystemRename> {
 protected:
     TempTree tree;
@@ -112,7 +112,7 @@ TEST_P(RenameTest, saysThatVolumesDiffer)
     }
 }
 
-/// A volume that sees no difference between "a" and "A" answers so for its own name.
+/// Simulates a case-insensitive volume.
 int ignoresCase(NameIn from, NameIn to)
 {
     if (std::string_view(from.name) == "brief.txt" && std::string_view(to.name) == "Brief.txt")
@@ -132,7 +132,7 @@ TEST(RenameCaseTest, changeOfCaseThatFindsTheTargetTakenLeavesBoth)
     EXPECT_EQ(tree.snapshot(), before);
 }
 
-/// The volume of `ignoresCase` again; the second name vanishes with the first, as it does where both are one.
+/// The same volume; removing one name removes the other, which is the same entry.
 int vanishesWithTheOther(NameIn from, NameIn to)
 {
     const int error = ignoresCase(from, to);

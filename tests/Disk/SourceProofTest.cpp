@@ -20,7 +20,7 @@ namespace {
 
 using Proof = CopiedEntries::Proof;
 
-/// A file and a copy that differs from it though neither size nor any time tells: it was written to in the same tick.
+/// A file and a copy with different content but equal size and times: it was written within one clock tick.
 class SourceProofTest : public testing::Test {
 protected:
     SourceProofTest()
@@ -51,7 +51,7 @@ protected:
     std::uint64_t mark = 0;
 };
 
-/// Removes a folder in which something happens after the look at "tief" and before it is opened.
+/// A removal with a change between examining "tief" and opening it.
 class DisturbedRemoval : private RemovalWalk {
 public:
     explicit DisturbedRemoval(std::function<void()> meanwhile) : m_meanwhile(std::move(meanwhile)) {}
@@ -97,7 +97,7 @@ TEST_F(SourceProofTest, aCancelEndsALongComparisonAndKeepsWhatItWouldHaveProven)
     EXPECT_TRUE(tree.has("original"));
     EXPECT_EQ(remove(20'000'000, Proof::InodeAndTime), std::vector<Location>()); // nothing to compare
     EXPECT_FALSE(tree.has("original"));
-    EXPECT_EQ(remove(20, Proof::None), std::vector<Location>()); // a matter of a moment
+    EXPECT_EQ(remove(20, Proof::None), std::vector<Location>()); // compared within a moment
     EXPECT_FALSE(tree.has("original"));
 }
 

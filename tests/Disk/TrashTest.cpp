@@ -162,7 +162,7 @@ TEST_F(SystemTrashTest, findsByOriginAndIdentity)
     tree.file("a", "neu");
     const FileIdentity second = identityOf(origin);
     const Location secondPlace = *trash.put(origin);
-    // As a kill between writing the record and moving the entry leaves it.
+    // As left by a kill between writing the record and moving the entry.
     tree.file("daten/Trash/info/geist.trashinfo", trashInfoText(origin.native(), QDateTime::currentDateTime()));
     EXPECT_EQ(trash.find(origin, first), firstPlace);
     EXPECT_EQ(trash.find(origin, second), secondPlace);
@@ -210,7 +210,7 @@ TEST_F(SystemTrashTest, leavesTheEntryWhereTheRecordCannotBeWritten)
     EXPECT_EQ(tree.snapshot(), before);
 }
 
-/// The Trash of a volume that is not the home's: its top is a stand-in, so that no other folder of the machine changes.
+/// A volume other than the home's. Its top is simulated, so that no other folder of the machine is changed.
 class OtherVolume : public SystemVolumes {
 public:
     explicit OtherVolume(Location root) : m_root(std::move(root)) {}
@@ -253,7 +253,7 @@ TEST_F(VolumeTrashTest, keepsOriginsRelativeToTheTop)
     EXPECT_FALSE(trash.restore(*place, tree.path("ü.txt"), tree.path("ü.txt")));
     EXPECT_FALSE(home.has("Trash"));
 
-    // By way of a link, and after the folder it came from is gone.
+    // Through a link, and after the original folder is gone.
     home.link("stick", tree.root().native());
     std::filesystem::remove(tree.path("a b"));
     EXPECT_EQ(trash.find(home.path("stick/a b/ü.txt"), identity), *place);
@@ -268,7 +268,7 @@ TEST_F(VolumeTrashTest, usesOnlyGenuineFolders)
         std::string what;
         std::string line;
         mode_t mode;
-        std::string expected; ///< where the entry goes, empty: nowhere
+        std::string expected; ///< where the entry goes; empty if nowhere
     };
     const Row rows[] = {
         {"shared", ".Trash/", 01777, ".Trash/" + user + "/files/a"},
@@ -295,7 +295,7 @@ TEST_F(VolumeTrashTest, usesOnlyGenuineFolders)
     }
 }
 
-/// The home Trash said to be on the same volume, while a rename says otherwise (a bind mount, an overlay).
+/// Claims one volume although renames fail, like a bind mount or an overlay.
 class SameEverywhere : public SystemVolumes {
 public:
     bool same(const Location &, const Location &) const override { return true; }
@@ -313,7 +313,7 @@ TEST_F(VolumeTrashTest, aRefusedRenameLeavesNothingBehind)
     EXPECT_EQ(snapshotOf(home.path("Trash/info")), "");
 }
 
-/// A card that knows neither an exclusive rename nor hard links. Calls are looked at, and fail on request, one kind at a time.
+/// A volume with neither exclusive rename nor hard links. Calls of one kind are observed and fail on request.
 class CardTrashTest : public ::testing::Test {
 protected:
     void SetUp() override
@@ -339,7 +339,7 @@ protected:
 
 TEST_F(CardTrashTest, keepsANameFreeByItsRecordAndNoEmptyFile)
 {
-    // A kill at the rename would leave just what is seen there.
+    // A kill at the rename would leave this state.
     std::vector<std::string> seen;
     const auto place = put(SYS_renameat, [&](int) {
         seen.push_back(listed("files"));

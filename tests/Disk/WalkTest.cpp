@@ -26,7 +26,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Names = std::vector<std::string>;
 
-/// The path below the walked folder.
+/// The path relative to the walked folder.
 std::string below(const Location &root, const WalkEntry &entry)
 {
     const std::string path = entry.location().native().substr(root.native().size() + 1);
@@ -73,7 +73,7 @@ Names sorted(Names names)
     return names;
 }
 
-/// The file system's order, folder by folder, each followed by its content.
+/// Names in directory order, each folder followed by its content.
 void listInto(Names &names, const Location &folder, const std::string &prefix)
 {
     for (const auto &entry : std::filesystem::directory_iterator(folder)) {
@@ -295,14 +295,14 @@ TEST(WalkTest, leavesAccessTimesAlone)
     EXPECT_EQ(readAttributes(tree.path("folder")).value().accessed, instantFrom(times[0]));
 }
 
-/// Where many entries are made: in memory if possible. An ext4 whose inodes were used a moment ago is slow at it.
+/// In memory if possible: an ext4 file system is slow to reuse inodes freed a moment ago.
 Location quickFolder()
 {
     const Location other = test::otherVolume();
     return other.empty() ? std::filesystem::temp_directory_path() : other;
 }
 
-/// A chain of folders "d", each with the files "a" and "z" beside it. Longer than any path can be.
+/// A chain of folders "d" longer than any path, each with files "a" and "z".
 class DeepTree {
 public:
     explicit DeepTree(int depth)
@@ -355,7 +355,7 @@ TEST(WalkTest, goesAnyDepthWithFewOpenFolders)
 TEST(WalkTest, findsItsWayBackFromAFolderThatWasMoved)
 {
     constexpr int depth = 100;
-    // From the deepest folder ".." leads up to the one that was moved, and from there elsewhere than one came from.
+    // From the deepest folder ".." leads to the moved one, and from there away from the original path.
     const auto walkAndMove = [](const DeepTree &tree, const std::function<void()> &alsoDo) {
         return walk(tree.root(), {}, [&](const WalkEntry &entry) {
             if (entry.depth == depth - 1 && entry.name == "d") {
@@ -385,7 +385,7 @@ TEST(WalkTest, remembersTheNamesOfFoldersThatItHadToClose)
     std::string chain;
     for (int level = 0; level < 50; ++level)
         chain += "/d";
-    // One of the chains comes early, whether a folder lists old or new names first.
+    // One of the chains is listed early in any directory order.
     tree.folder("first" + chain);
     for (int number = 0; number < 6000; ++number)
         ::close(
@@ -418,7 +418,7 @@ TEST(WalkTest, sharesOneHugeFolderBetweenThreads)
     EXPECT_EQ(sorted(shownInParallel(tree.root(), options, 1)), serial);
 }
 
-/// Runs in a process with mounts of its own; 0 when everything is as it should be.
+/// Runs in a process with its own mounts; returns 0 if everything is correct.
 int walkAcrossMounts(const Location &root)
 {
     if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
@@ -432,7 +432,7 @@ int walkAcrossMounts(const Location &root)
                        shownBy(root / "inner", here) == Names{"loop"};
     const Names all = {"inner", "inner/loop", "volume", "volume/file"};
     const bool ends = sorted(shownBy(root)) == all && sorted(shownInParallel(root)) == all;
-    // From inside, the loop is found only one mount farther on.
+    // Inside the loop it is detected only one mount later.
     const bool endsInside = sorted(shownBy(root / "inner")) == Names{"loop", "loop/inner", "loop/volume"};
     return (stays ? 0 : 1) + (ends ? 0 : 2) + (endsInside ? 0 : 4);
 }

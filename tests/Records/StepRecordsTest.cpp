@@ -36,7 +36,7 @@ protected:
         step.settle({there(from, to)});
     }
 
-    /// What a program does that is killed at its end.
+    /// Runs `work` in a process that is killed at its end.
     void killedAfter(const std::function<void(StepRecords &)> &work)
     {
         const pid_t child = ::fork();

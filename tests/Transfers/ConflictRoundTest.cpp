@@ -19,7 +19,7 @@ ExaminedSource taken(const char *name, Existing existing)
     return {Location("/von") / name, Location("/nach") / name, false, place};
 }
 
-/// The name that is asked about; with " für immer" where that is the question.
+/// The name asked about, with " für immer" for the question about permanent deletion.
 std::string asks(const ConflictRound &round)
 {
     const auto about = round.question();

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::int64_t page = 4096;
 
-/// A disk with room for so many pages, onto which a file and a folder shall go, each in the place of another.
+/// A disk with room for a number of pages, and a file and a folder that replace others on it.
 class FullDisk : public TransferWorld {
 public:
     explicit FullDisk(std::int64_t freePages) : small(disk(""), "tmpfs", "size=512k")
@@ -40,7 +40,7 @@ public:
         TransferState state;
         return TransferEngine(services()).run(steps, kind, state);
     }
-    /// How often a content is there; each exactly once means: nothing lost, nothing half, nothing left.
+    /// How often this content exists; exactly once means that nothing is lost, incomplete or left over.
     std::size_t copiesOf(char letter, std::size_t pages) const
     {
         std::size_t found = 0;
@@ -87,7 +87,7 @@ TEST_P(FullDiskTest, losesNothingHoweverLittleRoomThereIs)
         for (const std::string &content : world.all)
             EXPECT_TRUE(now.contains(content)) << content.front() << " is lost";
         EXPECT_TRUE(world.leftovers().empty());
-        // What was done is there in whole, and only that; a move has taken it away, and nothing else.
+        // What was transferred is complete, and moves removed exactly that.
         EXPECT_EQ(outcome.done.size() + static_cast<std::size_t>(outcome.errors.size()), 2u);
         for (const char *const name : {"film.bin", "Ordner"}) {
             const Location dst = world.disk(replace ? "Ziel" : "") / name;
@@ -111,7 +111,7 @@ TEST_P(FullDiskTest, losesNothingHoweverLittleRoomThereIs)
     EXPECT_GT(partly, 0u);
 }
 
-/// More than the medium holds, by files of which the system has written many by itself before the end.
+/// Writes more than the medium holds, so that the kernel writes back part of it before the flush.
 TEST(FailingDiskTest, isNotedWhenTheSystemBringsTheBytesToIt)
 {
     for (const TransferKind kind : {TransferKind::Copy, TransferKind::Move}) {
@@ -123,7 +123,7 @@ TEST(FailingDiskTest, isNotedWhenTheSystemBringsTheBytesToIt)
         for (int i = 0; i < 40; ++i)
             world.tree().file("home/Ordner/" + std::to_string(i),
                               std::string(size / 40, static_cast<char>('a' + i % 26)));
-        // Another program's flush hears of the errors first: whoever begins to listen after it hears nothing.
+        // Another process's flush consumes the errors: a descriptor opened later would not see them.
         world.files.afterCopy = [&](const Location &, const Location &) {
             const Descriptor folder = *openFolder({AT_FDCWD, world.disk("").c_str()});
             ::syncfs(folder.number());

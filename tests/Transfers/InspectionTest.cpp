@@ -12,7 +12,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A machine whose disk is a memory stick with little room.
+/// A machine whose disk is a memory stick with little space.
 class StickVolumes : public SystemVolumes {
 public:
     explicit StickVolumes(Location stick) : m_stick(std::move(stick)) {}
@@ -78,7 +78,7 @@ TEST_F(InspectionTest, findsWhatAStickCannotHold)
     EXPECT_EQ(steps[0].src, world.home("gut"));
     EXPECT_EQ(rest.total(), (TransferSize{1, 1}));
     EXPECT_FALSE(rest.question());
-    // The same on an ordinary volume.
+    // No obstacles on an ordinary volume.
     EXPECT_FALSE(inspect({"gut", "Fotos", "GUT", "tief", "groß"}, world.tree().path("home"))->question());
 }
 
@@ -111,7 +111,7 @@ TEST_F(InspectionTest, findsFoldersDeepInASourceThatGiveNothingUp)
     TransferQuestion question;
     question.about = *found->question();
     EXPECT_EQ(textOf(question).message, QStringLiteral("Nicht alles lässt sich vom alten Ort entfernen"));
-    // A copy takes nothing away.
+    // Copying removes nothing from the source.
     EXPECT_FALSE(inspect({"Fotos", "b"}, disk, TransferKind::Copy)->question());
 }
 
@@ -127,7 +127,7 @@ TEST_F(InspectionTest, missesRoomForWhatComesLastAndCountsLinksOnce)
     EXPECT_EQ(found->obstacles[0].toStdString(), "Es fehlt Platz: Gebraucht werden 1,2 MB, frei sind 1 MB.");
     EXPECT_EQ(found->hindered, std::set<std::size_t>{1});
     EXPECT_EQ(found->total(), (TransferSize{1'800'000, 3}));
-    // A rename takes no room.
+    // A rename needs no space.
     volumes.free = 0;
     EXPECT_FALSE(inspect({"a", "b.bin"}, world.home("b"), TransferKind::Move)->question());
 }
@@ -144,7 +144,7 @@ TEST(ProgressLineTest, tellsTheRestOnlyWhenItCanBeTrusted)
     line.paused = true;
     EXPECT_FALSE(line.remaining());
     line = {false, 1'000, 1'700'000'000, 0, 1, 5s, false};
-    EXPECT_FALSE(line.remaining()); // the first bytes say nothing
+    EXPECT_FALSE(line.remaining()); // too early for an estimate
     EXPECT_EQ(remainingText(59s), QStringLiteral("59 Sek."));
     EXPECT_EQ(remainingText(60s), QStringLiteral("1 Min."));
     EXPECT_EQ(remainingText(100s), QStringLiteral("2 Min."));

@@ -30,7 +30,7 @@ TEST(ArchiveLeftoversTest, goWithTheEmptyFileThatKeptTheirNameFree)
     const auto found = [&] { return transferLeftovers(world.disk(""), logs, world.clock); };
     const std::vector<Location> left = found();
     EXPECT_EQ(left, (std::vector{world.disk("!T.zip"), world.disk(".brellin-zip-tot")}));
-    // In whatever order they are given, the file is known by the folder and goes before it.
+    // In any order: the placeholder is recognised by the folder and removed first.
     EXPECT_EQ(linesOf(removeTransferLeftovers({left.rbegin(), left.rend()}, logs, world.clock, world.files)),
               QStringList());
     EXPECT_EQ(found(), std::vector<Location>());

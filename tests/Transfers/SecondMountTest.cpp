@@ -9,7 +9,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// "home" is seen at "freigabe" as well, with other numbers.
+/// "home" is also mounted at "freigabe", with other device and inode numbers.
 class SecondMountTest : public testing::Test {
 protected:
     SecondMountTest()

@@ -22,7 +22,7 @@ TEST(StayingEntriesTest, saysWhyAndTellsDoubtFromIdentity)
     EXPECT_EQ(StayingEntries({tree.path("quelle.txt")}).whyItStays(tree.path("ziel/zurück")),
               WhyItStays::HoldsDestination);
 
-    // What nobody can look at may be anything; what is known stays known.
+    // An entry that cannot be examined is in doubt; a known one is not.
     EXPECT_EQ(why("kreis/x"), WhyItStays::InDoubt);
     StayingEntries doubtful(sources);
     doubtful.add(tree.path("kreis/x"));

@@ -19,7 +19,7 @@ namespace {
 
 enum class Across { OneVolume, Volumes };
 
-/// A file that replaces another, a folder that replaces another, a file without a namesake and one that is missing.
+/// A file and a folder that replace others, a file without a conflict, and a missing file.
 class EngineWorld : public TransferWorld {
 public:
     EngineWorld(TransferKind theKind, Across across)
@@ -56,7 +56,7 @@ public:
         for (const std::string &content : all)
             EXPECT_TRUE(now.contains(content)) << content << " is lost";
     }
-    /// Under each final name stands the whole old entry, the whole new one, or nothing (the old one is then in the Trash).
+    /// Each final name has the complete old or new entry, or is free (the old one is in the Trash).
     void expectNoHalves() const
     {
         const auto contentIn = [&](const Location &place) {
@@ -135,10 +135,10 @@ TEST_P(TransferEngineTest, losesNothingWhenAnyOperationFails)
             EXPECT_TRUE(world->leftovers().empty());
             if (world->faults.changes() <= n) {
                 EXPECT_EQ(linesOf(outcome.errors), QStringList());
-                EXPECT_GT(n, 4); // the faults did hit
+                EXPECT_GT(n, 4); // the faults had an effect
                 break;
             }
-            // A step that failed is named, and what it was to replace is back where it was.
+            // A failed step is reported, and the entry to be replaced is back.
             if (outcome.done.size() < 3) {
                 EXPECT_EQ(outcome.errors.size(), 1);
                 EXPECT_TRUE(entryExists(world->target / "a.txt"));
@@ -163,17 +163,17 @@ TEST_P(TransferEngineTest, losesNothingWhenKilledAtAnyMoment)
         ::waitpid(child, &status, 0);
         world->expectEveryByte();
         world->expectNoHalves();
-        // What the dead one left is found at the next visit, and goes only then.
+        // A killed transfer's leftovers are found at the next visit, and only removed then.
         const TransferServices services = world->services();
         const auto left = transferLeftovers(world->target, services.logs, world->clock);
         EXPECT_EQ(linesOf(removeTransferLeftovers(left, services.logs, world->clock, services.files)), QStringList());
         removeFinishedLogs(services.logs);
         world->expectEveryByte();
-        EXPECT_LE(world->leftovers().size(), 1u); // the log of one that left nothing is read when something is found
+        EXPECT_LE(world->leftovers().size(), 1u); // the log of an unfinished removal
         for (const Location &one : world->leftovers())
             EXPECT_EQ(one.extension(), ".log");
         if (WIFEXITED(status)) {
-            EXPECT_GT(n, 9); // the kills did hit
+            EXPECT_GT(n, 9); // the kills had an effect
             break;
         }
     }
@@ -181,7 +181,7 @@ TEST_P(TransferEngineTest, losesNothingWhenKilledAtAnyMoment)
 
 TEST_P(TransferEngineTest, stopsAtEveryStepWithoutATrace)
 {
-    /// Cancels when the n-th copy has just been made.
+    /// Cancels right after the n-th copy.
     for (int n = 0; n < 3; ++n) {
         SCOPED_TRACE(n);
         const auto world = fresh();
@@ -234,7 +234,7 @@ TEST_P(TransferEngineTest, takesLinksForThemselves)
     EXPECT_EQ(std::filesystem::read_symlink(world->target / "nirgendwohin"), "fehlt");
     for (const TransferStep &step : steps)
         EXPECT_EQ(entryExists(step.src), world->kind == TransferKind::Copy);
-    // What the link led to that was replaced, and the one that went away.
+    // The targets of the replaced link and of the moved one.
     EXPECT_EQ(world->tree().content("home/fremd/bleibt.txt"), "bleibt");
     ASSERT_TRUE(outcome.done.front().replaced);
     EXPECT_EQ(std::filesystem::read_symlink(*outcome.done.front().replaced), world->home("fremd"));
@@ -256,7 +256,7 @@ TEST(TransferEngineMoveTest, keepsWhatAppearedInTheSourceMeanwhile)
     EXPECT_FALSE(world.tree().has("home/von/Ordner/innen/b.txt"));
     ASSERT_EQ(outcome.errors.size(), 2);
     EXPECT_TRUE(outcome.errors[0].line().startsWith(QStringLiteral("neu.txt: ")));
-    EXPECT_FALSE(outcome.done[1].moved); // undoing it must not expect an empty place
+    EXPECT_FALSE(outcome.done[1].moved); // undo must not expect the source to be gone
     world.expectEveryByte();
 }
 
@@ -354,7 +354,7 @@ TEST(TransferEngineReplaceTest, replacesNeitherTheSourceNorWhatHoldsIt)
     world.tree().lines({"home/x/x/x.txt=innen", "home/y.txt=eins"});
     std::filesystem::create_symlink(world.home("."), world.home("umweg"));
     TransferState state;
-    // home/x holds what would replace it; home/umweg/y.txt is home/y.txt.
+    // home/x contains its replacement; home/umweg/y.txt is home/y.txt.
     const std::vector<TransferStep> steps{{world.home("x/x"), world.home("x"), true, {}},
                                           {world.home("umweg/y.txt"), world.home("y.txt"), true, {}}};
     const std::string before = world.snapshot();
@@ -419,13 +419,13 @@ TEST(TransferEngineReplaceTest, removesForGoodOnlyWhatTheUserWasAskedAbout)
     TransferStep step{world.home("neu.txt"), world.disk("neu.txt"), true, {}};
     const auto run = [&] {
         world.faults = FaultPlan{};
-        world.faults.failAt = 1; // the Trash refuses, after the copy
+        world.faults.failAt = 1; // trashing fails after the copy
         if (step.removedForGood)
-            world.faults.failAt = 2; // ... and the flush
+            world.faults.failAt = 2; // … and so does the flush
         return TransferEngine(world.services()).run({step}, TransferKind::Copy, state);
     };
     EXPECT_EQ(run().errors.size(), 1);
-    // The yes was to what stood here then: something else, even of the same name and size, is asked about again.
+    // The confirmation was for other content: ask again even if name and size are equal.
     step.removedForGood = std::make_shared<const SeenTree>(*SeenTree::of(world.home("neu.txt")));
     const TransferOutcome changed = run();
     EXPECT_EQ(linesOf(changed.errors), QStringList());
@@ -458,7 +458,7 @@ TEST(TransferEngineReplaceTest, sparesWhatArrivesBetweenTheYesAndTheRemoval)
             const auto act = [&] {
                 change(world);
                 contents = world.contents();
-                contents.erase("alt"); // the yes holds for it
+                contents.erase("alt"); // confirmed by the user
                 contents.erase("x");
             };
             if (moment == Moment::AfterTheYes)
@@ -485,7 +485,7 @@ TEST(TransferEngineReplaceTest, replacesNoOtherSourceOfTheTransfer)
         world.tree().lines({"home/A/neu=neu", "disk/A/inner=innen", "home/b=neu", "disk/tief/b=alt", "disk/x/b/q=q"});
         std::filesystem::create_directory_symlink(world.disk("x"), world.disk("b"));
         TransferState state;
-        // Z/A holds a source; "b" leads into what holds one.
+        // Z/A contains a source; "b" leads into a folder that contains one.
         const std::vector<TransferStep> steps{{world.home("A"), world.disk("A"), true, {}},
                                               {world.disk("A/inner"), world.disk("inner"), false, {}},
                                               {world.home("b"), world.disk("b"), true, {}},
@@ -500,7 +500,7 @@ TEST(TransferEngineReplaceTest, replacesNoOtherSourceOfTheTransfer)
     }
 }
 
-/// However few descriptors the process may have, down to one less than it needs.
+/// With any limit on descriptors, down to one less than needed.
 TEST_P(TransferEngineTest, leavesNothingWhenDescriptorsRunOut)
 {
 #ifdef __SANITIZE_ADDRESS__
@@ -550,7 +550,7 @@ TEST(TransferEngineNamesTest, countsUpFreeNames)
     EXPECT_EQ(uniqueURL("a.txt", world.home("")), world.home("a (3).txt"));
     EXPECT_EQ(uniqueURL("b", world.home("")), world.home("b (2)"));
     EXPECT_EQ(uniqueURL("a.txt", world.home(""), {world.home("a (3).txt")}), world.home("a (4).txt"));
-    // Where nothing can be looked at, the transfer itself has to fail; counting on would never end.
+    // If names cannot be checked, stop: the transfer fails by itself.
     world.tree().link("home/kreis", "kreis");
     EXPECT_EQ(uniqueURL("a.txt", world.home("kreis"), {world.home("kreis/a.txt")}), world.home("kreis/a (2).txt"));
 }
@@ -564,7 +564,7 @@ TEST(LeftoversTest, spareTheLivingAndTheFresh)
     const auto found = [&] { return transferLeftovers(world.disk(""), services.logs, world.clock); };
     world.clock.time = Instant(std::chrono::system_clock::now().time_since_epoch());
     EXPECT_TRUE(found().empty());
-    // Its own copy, while it lives, is not even offered when it is old.
+    // The transfer's own copy is not offered while it runs, however old it is.
     std::vector<Location> during;
     world.files.afterCopy = [&](const Location &, const Location &) {
         world.clock.time += std::chrono::hours(30);

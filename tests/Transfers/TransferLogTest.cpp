@@ -42,7 +42,7 @@ TEST(TransferLogTest, bringsBackNamesOfAnyBytes)
 
 namespace {
 
-/// The log of a transfer that died: its hidden copy is gone, its removal was not begun.
+/// The log of a dead transfer: its hidden copy is gone, its removal has not begun.
 class UnreadTransferLogTest : public testing::Test {
 protected:
     UnreadTransferLogTest()

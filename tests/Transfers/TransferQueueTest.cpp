@@ -14,7 +14,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A queue whose questions a test answers.
+/// A queue whose questions are answered by the test.
 class TransferQueueTest : public testing::Test {
 protected:
     TransferQueueTest()
@@ -114,7 +114,7 @@ TEST_F(ThreeConflictsTest, cancelledAtAnyQuestionNothingHappens)
         EXPECT_EQ(std::get<ConflictQuestion>(asked[at].about).remaining, 3 - at);
         EXPECT_EQ(world.snapshot(), before);
     }
-    // Not by an answer but from outside, while the question stands.
+    // Cancelled while the question is open.
     reply = {};
     const QUuid id = queue->transfer(request({"frei", "a"}, world.disk("")));
     ASSERT_TRUE(waitUntil([&] { return !queue->questions.get().empty(); }));
@@ -132,10 +132,10 @@ TEST_F(ThreeConflictsTest, wrongAndLateAnswersAreDropped)
     const QUuid first = queue->questions.get().front().id;
     queue->answer(first, ObstacleChoice::TryAnyway);
     queue->answer(first, ConflictAnswer{ConflictChoice::skip});
-    queue->answer(first, ConflictAnswer{ConflictChoice::replace, true}); // a double click on the sheet
+    queue->answer(first, ConflictAnswer{ConflictChoice::replace, true}); // a second answer from a double click
     ASSERT_EQ(queue->questions.get().size(), 1u);
     EXPECT_EQ(std::get<ConflictQuestion>(queue->questions.get().front().about).name, QStringLiteral("b"));
-    queue.reset(); // the program ends with the question open
+    queue.reset(); // the program quits with an open question
     EXPECT_EQ(world.snapshot(), before);
 }
 
@@ -164,7 +164,7 @@ TEST_F(TransferQueueTest, noFolderGoesIntoItselfByAnyPath)
     }
     EXPECT_EQ(world.snapshot(), before);
     EXPECT_EQ(run(request({"A", "B"}, world.home("A/tief"))).arrived(), std::vector{world.home("A/tief/B")});
-    EXPECT_EQ(run(request({"B"}, world.home("B"))).outcome.errors.size(), 1); // no folder to go to
+    EXPECT_EQ(run(request({"B"}, world.home("B"))).outcome.errors.size(), 1); // the destination is no folder
 }
 
 TEST_F(TransferQueueTest, offersNoReplacementOfTheSourceOrWhatHoldsIt)
@@ -196,7 +196,7 @@ TEST_F(TransferQueueTest, offersNoReplacementOfAnotherSource)
     EXPECT_EQ(std::get<ConflictQuestion>(asked[0].about).stays, WhyItStays::HoldsSource);
     EXPECT_EQ(std::get<ConflictQuestion>(asked[1].about).stays, std::nullopt);
     EXPECT_EQ(world.tree().content("home/Z/innen"), "2");
-    // Everything in a source: the folder itself is refused, and its content is not given up for another.
+    // The destination is in a source: the folder itself is refused, and its content is not replaced.
     (void)run(request({"b", "Z"}, world.home("Z")));
     world.tree().file("home/b", "6");
     (void)run(request({"b", "Z"}, world.home("Z")));
@@ -206,13 +206,13 @@ TEST_F(TransferQueueTest, offersNoReplacementOfAnotherSource)
 TEST_F(TransferQueueTest, takesTurnsWithinAPaneAndSurvivesItsPanes)
 {
     world.tree().lines({"home/a=1", "home/b=2", "home/c=3", "disk/a=alt", "home/woanders/"});
-    queue->transfer(request({"a"}, world.disk(""))); // stops at its question
+    queue->transfer(request({"a"}, world.disk(""))); // waits for its answer
     const QUuid second = queue->transfer(request({"b"}, world.disk("")));
     const QUuid third = queue->transfer(request({"c"}, world.disk("")));
     EXPECT_EQ(queue->waiting.get().size(), 2u);
     EXPECT_EQ(queue->waiting.get()[0].title, QStringLiteral("Kopiere 1 Element nach „disk“"));
     queue->cancel(second);
-    pane = QUuid::createUuid(); // another pane need not wait
+    pane = QUuid::createUuid(); // another pane does not wait
     queue->transfer(request({"b"}, world.home("woanders")));
     ASSERT_TRUE(waitUntil([&] { return !finished.empty() && !queue->questions.get().empty(); }));
     EXPECT_EQ(finished.back().arrived(), std::vector{world.home("woanders/b")});
@@ -239,7 +239,7 @@ TEST_F(TransferQueueTest, showsATransferFromItsPlanningOn)
     ASSERT_TRUE(waitUntil([&] { return !queue->busy(); }));
     EXPECT_EQ(job->title(), QStringLiteral("Kopiere 1 Element nach „disk“"));
 
-    // Cancelled while it is still being looked at.
+    // Cancelled while being examined.
     const QUuid second = queue->transfer(request({"a"}, world.disk("")));
     queue->cancel(second);
     EXPECT_TRUE(queue->jobs.get().empty());
@@ -261,7 +261,7 @@ TEST_F(TransferQueueTest, pausesAndCancelsInTheMiddleOfACopy)
     const std::shared_ptr<TransferJob> job = queue->jobOf(pane);
     EXPECT_EQ(job->detail(), QStringLiteral("0 Byte von 2 Byte · 0 von 2 Dateien · angehalten"));
     EXPECT_EQ(copies, 0);
-    queue->cancel(id); // a paused one hears it, too
+    queue->cancel(id); // also while paused
     ASSERT_TRUE(waitUntil([&] { return !queue->busy(); }));
     EXPECT_TRUE(finished.back().outcome.cancelled);
     EXPECT_EQ(copies, 0);
@@ -271,7 +271,7 @@ TEST_F(TransferQueueTest, pausesAndCancelsInTheMiddleOfACopy)
 
 TEST_F(TransferQueueTest, asksBeforeItRemovesForGood)
 {
-    // Nothing can be trashed here: the disk's Trash folder is a file.
+    // Nothing can be trashed here: the volume's Trash folder is a file.
     world.tree().lines({"home/a=neu", "disk/a=alt", "disk/.Trash-" + std::to_string(::geteuid()) + "="});
     const auto replaceThen = [&](Confirmation confirmation) {
         reply = [confirmation](const TransferQuestion &question) -> TransferAnswer {
@@ -299,13 +299,13 @@ TEST_F(TransferQueueTest, aYesToARemovalHoldsForWhatWasShown)
         if (!std::holds_alternative<NoTrashQuestion>(question.about))
             return ConflictAnswer{ConflictChoice::replace, true};
         ++questions;
-        // Between the first yes and the removal something arrives.
+        // A new entry arrives between confirmation and removal.
         if (questions == 1)
             world.tree().file("disk/a/dazu", "kam dazu");
         return questions < 3 ? Confirmation::Yes : Confirmation::No;
     };
     const FinishedTransfer done = run(request({"a", "b"}, world.disk("")));
-    // One yes is no yes for the next entry, and none for what came later.
+    // A confirmation is valid neither for the next entry nor for later changes.
     EXPECT_EQ(questions, 3);
     EXPECT_TRUE(textOf(asked.back()).informative.startsWith(QStringLiteral("Im Ziel: 2 Einträge, ")));
     EXPECT_EQ(linesOf(done.outcome.errors), QStringList());
@@ -326,7 +326,7 @@ TEST_F(TransferQueueTest, endsWithTheProgramEvenWhilePaused)
     });
     queue->transfer(request({"a", "b"}, world.disk("")));
     ASSERT_TRUE(waitUntil([&] { return queue->jobOf(pane) && !queue->jobOf(pane)->measuring.get(); }));
-    // What a quitting program does while the queue still stands and no events run.
+    // As at shutdown, when the queue still exists and no events are processed.
     EXPECT_TRUE(OpenWork::cancelAndWait(std::chrono::seconds(2)));
     EXPECT_TRUE(queue->jobOf(pane)->state->cancelled());
     EXPECT_FALSE(world.tree().has("disk/a"));

@@ -14,7 +14,7 @@
 
 namespace brellin::test {
 
-/// A small machine for transfers: a home volume ("home") and a disk ("disk"), each with a Trash, with faults on request.
+/// Services for transfers: a home volume ("home") and a disk ("disk"), each with a Trash, with faults on request.
 class TransferWorld {
 public:
     TransferWorld()
@@ -33,7 +33,7 @@ public:
     Location disk(std::string_view relative) const { return m_tree.path("disk") / relative; }
     TransferServices services() { return {files, trash, m_volumes, m_workers, m_tree.path("state/transfers"), {}}; }
 
-    /// Home and disk as one text, without what is in the disk's Trash.
+    /// Home and disk as text, without the disk's Trash.
     std::string snapshot() const
     {
         std::istringstream lines(snapshotOf(m_tree.path("home")) + "--\n" + snapshotOf(m_tree.path("disk")));
@@ -42,7 +42,7 @@ public:
             text += line.starts_with(".Trash-") ? std::string() : line + "\n";
         return text;
     }
-    /// The content of every file, wherever it is.
+    /// The content of every file anywhere.
     std::set<std::string> contents() const
     {
         std::set<std::string> all;
@@ -55,7 +55,7 @@ public:
         }
         return all;
     }
-    /// Hidden copies and logs that were left.
+    /// Hidden copies and logs.
     std::vector<Location> leftovers() const
     {
         std::vector<Location> found;
@@ -67,7 +67,7 @@ public:
     }
 
 private:
-    /// Hundreds of runs that flush would wait for a busy disk.
+    /// On a memory file system if possible, since hundreds of runs flush.
     static Location quickFolder()
     {
         const Location memory = "/dev/shm";

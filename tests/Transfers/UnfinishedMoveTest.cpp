@@ -21,7 +21,7 @@ using namespace brellin::test;
 
 namespace {
 
-/// A folder on its way to the disk by a process that dies.
+/// A folder being moved to the disk by a process that is killed.
 class UnfinishedMoveTest : public testing::Test {
 protected:
     UnfinishedMoveTest()
@@ -35,7 +35,7 @@ protected:
         return {{world.home("Fotos"), world.disk("Fotos"), false, {}},
                 {world.home("brief.txt"), world.disk("brief.txt"), false, {}}};
     }
-    /// Moves and dies at point `n`; whether it came to its end before.
+    /// Moves until killed at point `n`; whether it completed before.
     bool killAt(int n)
     {
         const pid_t child = ::fork();
@@ -51,7 +51,7 @@ protected:
         ::waitpid(child, &status, 0);
         return WIFEXITED(status);
     }
-    /// Dies when the removal of the first source is about to begin, and then in the midst of it.
+    /// Killed just before the removal of the first source, then during it.
     void dieWhileRemoving()
     {
         for (int n = 0; n < 100; ++n) {
@@ -63,7 +63,7 @@ protected:
         std::filesystem::remove(world.home("Fotos/a.jpg"));
         std::filesystem::remove(world.home("Fotos/tief/b.jpg"));
     }
-    /// Everything again as it was.
+    /// Restores the initial state.
     void startAfresh()
     {
         std::filesystem::remove_all(world.tree().path("state"));
@@ -130,7 +130,7 @@ TEST_F(UnfinishedMoveTest, removesOnlyWhatTheCopyHolds)
     EXPECT_EQ(unfinishedMoves(world.services().logs, nullptr, {world.home("Fotos")}).size(), 1u);
     EXPECT_EQ(unfinished()[0].entries, 3);
     EXPECT_TRUE(unfinished()[0].question().contains(QStringLiteral("sind noch 3 Dateien da.")));
-    // Same size and time, other content; a new one; and the copy of one is gone.
+    // Same size and time but other content; a new file; and a missing copy.
     const auto time = std::filesystem::last_write_time(world.home("Fotos/tief/c.jpg"));
     world.tree().file("home/Fotos/tief/c.jpg", "DREI");
     std::filesystem::last_write_time(world.home("Fotos/tief/c.jpg"), time);
@@ -147,7 +147,7 @@ TEST_F(UnfinishedMoveTest, removesOnlyWhatTheCopyHolds)
     EXPECT_EQ(world.tree().content("home/brief.txt"), "vier");
     EXPECT_FALSE(entryExists(world.home("Fotos/zweiter Name")));
     EXPECT_FALSE(entryExists(world.home("Fotos/verweis")));
-    EXPECT_TRUE(unfinished().empty()); // said once
+    EXPECT_TRUE(unfinished().empty()); // reported only once
 }
 
 TEST_F(UnfinishedMoveTest, keepsWhatWasTaggedSince)
@@ -270,7 +270,7 @@ TEST_F(UnfinishedMoveTest, survivesWhileItsVolumeIsAway)
     }
     EXPECT_TRUE(unfinished().empty());
     EXPECT_TRUE(transferLeftovers(world.disk(""), world.services().logs, world.clock).empty());
-    EXPECT_FALSE(std::filesystem::is_empty(world.services().logs)); // for when it is back
+    EXPECT_FALSE(std::filesystem::is_empty(world.services().logs)); // kept until the volume is back
 }
 
 TEST(TransferReserveTest, goesWithTheCopyThatItKeptTheNameFor)
@@ -298,7 +298,7 @@ TEST(TransferReserveTest, goesWithTheCopyThatItKeptTheNameFor)
             const TransferServices services = world.services();
             for (const char *folder : {"disk", "home"}) {
                 auto left = transferLeftovers(world.tree().path(folder), services.logs, world.clock);
-                std::ranges::sort(left); // in whatever order they are given
+                std::ranges::sort(left); // in any order
                 EXPECT_EQ(linesOf(removeTransferLeftovers(left, services.logs, world.clock, services.files)),
                           QStringList());
             }

@@ -17,7 +17,7 @@
 
 namespace brellin::test {
 
-/// A window with a field that has the keys, and a queue whose copies can be held.
+/// A window with a focused field, and a queue whose copies can be paused.
 class ScreensWorld : public testing::Test {
 protected:
     ScreensWorld()
@@ -38,7 +38,7 @@ protected:
         EXPECT_TRUE(waitUntil([this] { return !queue.busy(); }));
     }
 
-    /// Each copy stops at its end until the gate lets it through.
+    /// Makes each copy wait at its end for the gate.
     void holdCopies()
     {
         holding = true;

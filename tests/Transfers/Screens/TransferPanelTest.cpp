@@ -191,7 +191,7 @@ TEST_F(TransferPanelTest, otherWorkHasItsLinesToo)
     EXPECT_FALSE(panel.isVisible());
     EXPECT_TRUE(field->hasFocus());
 
-    // The next work under the same number is another, also while the panel is still leaving.
+    // Reusing an ID is new work, even while the panel is sliding out.
     Theme::shared().setMotion(true);
     panel.showWork({{7, QStringLiteral("Komprimiere 3 Elemente"), {}, 0.5}});
     ASSERT_TRUE(appears(panel, "workCancel"));

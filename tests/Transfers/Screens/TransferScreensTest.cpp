@@ -76,7 +76,7 @@ TEST_F(TransferScreensTest, eachConflictIsAskedInTurnAndTheFolderIsCalledOne)
         return shownIn(window, "conflictSheet") &&
                shownIn(window, "conflictSheet")->accessibleName().contains(QStringLiteral("„b“"));
     }));
-    // Return is the usual button, wherever the keys are but on another.
+    // Return activates the default button unless another button has the focus.
     shownIn(window, "forAll")->setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     ASSERT_TRUE(appears(window, "conflictSheet"));
@@ -130,7 +130,7 @@ TEST_F(TransferScreensTest, aQuestionStandsOverTheActiveWindow)
 
 TEST_F(TransferScreensTest, leftoversAreRemovedOnlyOnAYes)
 {
-    // As a crash leaves them: hidden, logged by nobody that lives.
+    // As a crash leaves them: hidden, and in no running transfer's log.
     TransferLog dead(world.tree().path("fremd"));
     const Location half = world.disk(dead.temporaryFor(world.disk("Film.mkv")).filename().native());
     world.tree().file("disk/" + half.filename().native(), "halb");
@@ -141,7 +141,7 @@ TEST_F(TransferScreensTest, leftoversAreRemovedOnlyOnAYes)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_TRUE(std::filesystem::exists(half));
 
-    // Declined once, it is not asked again here; a new window does.
+    // A declined offer is not repeated in this window, but in a new one.
     QWidget other;
     other.resize(800, 600);
     other.show();
@@ -169,14 +169,14 @@ TEST_F(TransferScreensTest, aDeadShareKeepsNothingBackButItsOwnMove)
     ::wait(nullptr);
     ASSERT_TRUE(mount.stop());
     screens.visit(world.home(""));
-    QTest::qWait(100); // the comparison has come to the share
+    QTest::qWait(100); // the comparison is waiting for the share
     screens.visit(world.disk(""));
     ASSERT_TRUE(asks("leftoverSheet"));
     press(window, "keepLeftovers");
     transfer({"frei"}, world.disk(""));
     EXPECT_TRUE(ended());
     EXPECT_FALSE(shownIn(window, "unfinishedMove"));
-    // A window that closes does not wait for the share either.
+    // Closing a window does not wait for the share.
     {
         QWidget other;
         TransferScreens closing(queue, world.services(), world.clock, &other);
@@ -202,7 +202,7 @@ TEST_F(TransferScreensTest, aMoveKilledAtItsSourceIsFinishedOnAYes)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     EXPECT_TRUE(world.tree().has("home/Fotos/x"));
 
-    // Another window does not ask again, the next start does.
+    // Another window does not ask again, but the next start does.
     QWidget other;
     other.resize(800, 600);
     other.show();
