@@ -1,10 +1,10 @@
-# The commands for people. The set-up is in tools/setup, the build in CMake; this file only puts names to them.
+# Short commands. The set-up is in tools/setup, the build in CMake.
 
-# What `make run` gives to the program, for example: make run ARGS="verlauf --json". Without: the window, and where there
-# is no display a check by the rules.
+# Arguments of the program for `make run`, e.g. make run ARGS="verlauf --json". Default: the window or, without a display,
+# a check by the rules.
 ARGS ?= $(if $(DISPLAY)$(WAYLAND_DISPLAY),,pruefen)
 
-# The folder of tests/ that "make test" is to run alone, for example: make test ROOM=Agent
+# Limits "make test" to one folder of tests/, e.g. make test ROOM=Agent
 ROOM ?=
 
 .PHONY: setup build run test lint format coverage bench soak clean help
@@ -25,7 +25,7 @@ test: setup
 	@tools/timed "Tests" \
 	    ctest --preset release --parallel "$$(getconf _NPROCESSORS_ONLN)" $(if $(ROOM),--label-regex '^$(ROOM)$$')
 
-# With SINCE=COMMIT only what changed since.
+# With SINCE=COMMIT checks only what changed since.
 lint:
 	@tools/setup build format lint
 	@tools/lint $(if $(SINCE),--since $(SINCE))
@@ -45,7 +45,7 @@ bench:
 	@build/bench/bin/brellin-bench
 	@bench/peers.py build/bench/bin
 
-# ARGS choose a part: make soak ARGS="--part kill --only exfat --minutes 5"
+# ARGS selects a part: make soak ARGS="--part kill --only exfat --minutes 5"
 soak: ARGS =
 soak:
 	@tools/setup build soak
@@ -57,11 +57,11 @@ clean:
 
 help:
 	@echo 'make build    install what is missing and build the programs into build/release'
-	@echo 'make run      build, then run it; ARGS="..." are its arguments (without: the window)'
-	@echo 'make test     build, then run all tests; ROOM=... those of one folder of tests/'
+	@echo 'make run      build, then run; ARGS="..." are its arguments (default: the window)'
+	@echo 'make test     build, then run all tests; ROOM=... only those of one folder of tests/'
 	@echo 'make lint     check layout and code with clang-format and clang-tidy; SINCE=COMMIT only what changed since'
-	@echo 'make format   lay the source out as clang-format wants it'
-	@echo 'make coverage how much of each room the tests reach'
-	@echo 'make bench    measure, also against programs of the same kind'
-	@echo 'make soak     kill and disturb the program on volumes of every kind (as root, an hour); ARGS="..." choose a part'
+	@echo 'make format   format the source with clang-format'
+	@echo 'make coverage print the line coverage of each room'
+	@echo 'make bench    run benchmarks, also against comparable programs'
+	@echo 'make soak     kill and disturb the program on all kinds of volumes (as root, an hour); ARGS="..." selects a part'
 	@echo 'make clean    remove everything that was built'

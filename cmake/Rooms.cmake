@@ -1,10 +1,9 @@
-# One folder per room under main/. A room says which rooms it may know, and gets one static library:
+# One folder per room under main/. A room lists the rooms it may include, and is built as one static library:
 #
 #     brellin_room(Agent USES Base Disk System Places LINKS Qt6::Core)
 #
-# Its sources are the .cpp files of its folder and those of the platform's sub-folder (Linux/ or Mac/). LINKS names
-# libraries from outside. Qt Core comes with every room. A room that SHOWS something (a Screens/ folder, Look, the
-# window) gets Qt Widgets and Qt's meta-object compiler.
+# Its sources are the .cpp files in its folder and in the platform's sub-folder (Linux/ or Mac/). LINKS lists external
+# libraries besides Qt Core. Rooms with SHOWS (Screens/ folders, Look, the window) use Qt Widgets and moc.
 
 if(APPLE)
     set(BRELLIN_PLATFORM_FOLDER Mac)
@@ -12,8 +11,8 @@ else()
     set(BRELLIN_PLATFORM_FOLDER Linux)
 endif()
 
-# The headers that nearly every source reads, compiled once for all rooms: reading them is more than half of the work on a
-# source. One set for logic, one with Qt Widgets. Each source still includes what it uses.
+# Precompiled headers shared by all rooms: parsing them takes more than half of the time of compiling a source. One set
+# for logic, one with Qt Widgets. Each source still includes what it uses.
 set(BRELLIN_PRECOMPILED_LOGIC
     <algorithm> <array> <chrono> <expected> <filesystem> <functional> <map> <memory> <mutex> <optional> <set> <string>
     <string_view> <vector> <QObject> <QPointer> <QString> <QStringList> <QThreadPool> <QTimer> <QUuid> <QVariant>)
@@ -22,7 +21,7 @@ set(BRELLIN_PRECOMPILED_SCREENS
     <QLineEdit> <QPainter> <QPushButton> <QStyledItemDelegate> <QWidget>)
 
 function(brellin_precompiled NAME)
-    # Unlike WRITE this leaves an equal file alone, so that configuring again compiles nothing.
+    # Unlike WRITE this does not touch an equal file, so that reconfiguring recompiles nothing.
     file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/precompiled/${NAME}.cpp CONTENT "// carries the precompiled headers\n")
     add_library(${NAME} OBJECT ${CMAKE_BINARY_DIR}/precompiled/${NAME}.cpp)
     target_include_directories(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/main)
@@ -33,10 +32,10 @@ target_link_libraries(PrecompiledLogic PRIVATE Qt6::Core)
 brellin_precompiled(PrecompiledScreens ${BRELLIN_PRECOMPILED_SCREENS})
 target_link_libraries(PrecompiledScreens PRIVATE Qt6::Widgets)
 
-# With BRELLIN_JOINED, COUNT sources each are compiled as one: what they include and instantiate is then done once. They
-# share one unnamed namespace, so names in there are unique within a room. Built singly (preset dev, asan), every source
-# shows whether it includes what it uses, and GCC what it warns of only there: a local name that hides a name of another
-# source, and a class whose members are of the unnamed namespace, are no faults of a source that was joined.
+# With BRELLIN_JOINED, groups of COUNT sources are compiled as one (unity build), which parses headers and instantiates
+# templates once. They share one unnamed namespace, so names in it must be unique within a room. Single builds (presets
+# dev, asan) show missing includes. Two GCC warnings are false alarms in joined sources: shadowing a name of another
+# source, and classes with members of a type in an unnamed namespace.
 function(brellin_joined TARGET COUNT)
     if(BRELLIN_JOINED)
         set_target_properties(${TARGET} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${COUNT})
@@ -67,8 +66,8 @@ function(brellin_room ROOM)
     endif()
 endfunction()
 
-# The tests of one room: all *Test.cpp files of tests/<Room>/ in one program, found by CTest one by one. The tests of what
-# SHOWS something lie in tests/<Room>/Screens (AgentScreens: tests/Agent/Screens) and run in an offscreen window.
+# The tests of one room: all *Test.cpp files of tests/<Room>/ as one program, whose tests CTest discovers singly. Tests of
+# rooms with SHOWS are in tests/<Room>/Screens (AgentScreens: tests/Agent/Screens) and use an offscreen display.
 function(brellin_tests ROOM)
     cmake_parse_arguments(ARG "SHOWS" "FOLDER" "USES" ${ARGN})
     if(NOT ARG_FOLDER)
@@ -90,7 +89,7 @@ function(brellin_tests ROOM)
         target_precompile_headers(test_${ROOM} REUSE_FROM PrecompiledTests)
     endif()
     target_link_libraries(test_${ROOM} PRIVATE ${ROOM} ${ARG_USES} ${SUPPORT})
-    # "make test ROOM=Agent" builds tests_Agent, and runs what bears the label Agent: also the tests of its screens.
+    # "make test ROOM=Agent" builds tests_Agent and runs tests with the label Agent, including those of its screens.
     string(REGEX REPLACE "/.*" "" TOP ${ARG_FOLDER})
     if(NOT TARGET tests_${TOP})
         add_custom_target(tests_${TOP})

@@ -1,4 +1,4 @@
-# How every target is compiled and linked.
+# Compiler and linker options of all targets.
 
 set(CMAKE_CXX_STANDARD 23)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -7,19 +7,19 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
-# With paths taken relative to the source tree, one clone finds what another has compiled.
+# Paths relative to the source tree let several clones share the cache.
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER
         ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1
         CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
     if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-        add_compile_options(-fpch-preprocess) # what ccache needs to see through precompiled headers
+        add_compile_options(-fpch-preprocess) # required by ccache for precompiled headers
     endif()
 endif()
 
 if(NOT APPLE)
-    add_link_options(-Wl,--as-needed) # a program loads only the libraries that it calls
+    add_link_options(-Wl,--as-needed) # load only libraries that are used
     find_program(MOLD mold)
     if(MOLD)
         add_link_options(-fuse-ld=mold)
@@ -28,35 +28,35 @@ endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    add_compile_options(-Wno-restrict) # false alarms in std::string's operator+ when optimising (GCC bug 105651)
+    add_compile_options(-Wno-restrict) # false alarms in optimised std::string operator+ (GCC bug 105651)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
-    # GCC 12's own stable_sort calls what the standard has deprecated. Of Qt, QT_DISABLE_DEPRECATED_BEFORE takes care.
+    # GCC 12's stable_sort uses deprecated functions. For Qt there is QT_DISABLE_DEPRECATED_BEFORE.
     add_compile_options(-Wno-deprecated-declarations)
 endif()
 if(BRELLIN_WARNINGS_AS_ERRORS)
     add_compile_options(-Werror)
 endif()
 
-# Text is made from bytes only where the code says so.
+# Require explicit conversions between bytes and text.
 add_compile_definitions(
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
     QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
-# The standard library checks its callers wherever we look for faults.
+# Enable the standard library's assertions in debug and sanitizer builds.
 add_compile_definitions($<$<OR:$<CONFIG:Debug>,$<BOOL:${BRELLIN_SANITIZE}>>:_GLIBCXX_ASSERTIONS>)
 if(BRELLIN_SANITIZE)
     set(BRELLIN_SANITIZERS address,undefined)
     if(BRELLIN_SANITIZE STREQUAL "thread")
-        set(BRELLIN_SANITIZERS thread) # the two shadow the memory each in its own way
+        set(BRELLIN_SANITIZERS thread) # cannot be combined with the address sanitizer
     endif()
     add_compile_options(-fsanitize=${BRELLIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${BRELLIN_SANITIZERS})
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # With the sanitizers' code in between, GCC 12 no longer sees that an empty std::optional holds nothing.
+        # False alarms of GCC 12 in sanitizer builds, about empty std::optional …
         add_compile_options(-Wno-maybe-uninitialized)
         if(BRELLIN_SANITIZE STREQUAL "thread")
-            add_compile_options(-Wno-array-bounds -Wno-stringop-overflow) # nor how long the sum of two strings is
+            add_compile_options(-Wno-array-bounds -Wno-stringop-overflow) # … and about concatenated strings
         endif()
     endif()
 endif()

@@ -18,7 +18,7 @@ void say(const QStringList &lines)
         std::cerr << line.toStdString() << '\n';
 }
 
-/// Moves or copies, replacing what is there, and takes it back.
+/// Moves or copies, replacing existing entries, then undoes that.
 bool transferAndUndo(TransferKind kind, const std::vector<Location> &sources, const Location &folder)
 {
     Services services;
