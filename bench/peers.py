@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Holds our programs against programs of the same kind: bench/peers.py BIN [--runs N] [--only NAME] [--scale X]
+"""Compares our programs with similar ones: bench/peers.py BIN [--runs N] [--only NAME] [--scale X]
 
-BIN is the folder of our built programs. Trees are generated in a temporary folder; the two sides take turns within one
-run, and the median of several runs counts. Setting a run up is not timed. Printed is ours / theirs: below 1 we are
-faster. What both sides did is compared once before anything is timed.
+BIN is the folder of our built programs. Trees are generated in a temporary folder; the two sides take turns, and the
+median of several runs counts. Setting up a run is not timed. Prints ours / theirs: below 1 we are faster. The results
+of both sides are compared once before timing.
 """
 
 import argparse
@@ -43,7 +43,7 @@ def write_file(path, content, age=0.0):
 
 
 def make_names(folder, files, folders):
-    """Empty files evenly in sub-folders, two levels deep; one in 10,000 is called "Rechnung …"."""
+    """Empty files evenly in subfolders on two levels; one in 10,000 is named "Rechnung …"."""
     for number in range(folders):
         inner = folder / f"Bereich {number % 40}" / f"Ordner {number}"
         inner.mkdir(parents=True)
@@ -53,7 +53,7 @@ def make_names(folder, files, folders):
 
 
 def make_downloads(folder, files):
-    """Small files of ten kinds in 50 sub-folders, some of them old."""
+    """Small files of ten kinds in 50 subfolders, some of them old."""
     kinds = ["pdf", "jpg", "txt", "zip", "docx", "mp3", "html", "dmg", "csv", "bin"]
     for number in range(50):
         (folder / f"Ordner {number}").mkdir(parents=True)
@@ -81,7 +81,7 @@ def make_big_file(path, size):
 # -- running ----------------------------------------------------------------------------------------------------------
 
 def rules_file(path, rules):
-    """A rules file as "brellin regeln import" reads it, from (kind, value, action, source, target) rows."""
+    """A rules file for "brellin regeln import" from (kind, value, action, source, target) rows."""
     path.write_text(json.dumps([{
         "id": str(uuid.uuid4()).upper(), "enabled": True, "name": f"Regel {number}", "sourcePath": str(source),
         "includeSubfolders": True,
@@ -91,7 +91,7 @@ def rules_file(path, rules):
 
 
 class Home:
-    """A home folder of its own, so that nothing of the user's is read or changed."""
+    """A temporary home folder, so that the user's is neither read nor changed."""
 
     def __init__(self, folder):
         self.folder = folder
@@ -118,7 +118,7 @@ def seconds_of(command, **options):
 
 
 class Contest:
-    """One comparison. A subclass makes its tree, and runs either side from the same start."""
+    """One comparison. Subclasses create the tree and run either side from the same initial state."""
 
     title = ""
     peer = ""
@@ -133,7 +133,7 @@ class Contest:
         return max(10, int(full * self.scale))
 
     def make(self):
-        """Makes the tree, and checks that both sides do the same."""
+        """Creates the tree and checks that both sides do the same."""
 
     def ours(self):
         raise NotImplementedError
@@ -161,7 +161,7 @@ class NameSearch(Contest):
 
 
 class PaneList(Contest):
-    """Everything that rows show is read, tags too, and sorted; the peer leaves the order as it is and writes its lines."""
+    """We read everything that rows show, including tags, and sort; the peer does not sort, but prints its lines."""
 
     title = "listing and sorting a folder of 100,000 files"
     peer = "ls -lU"
@@ -286,7 +286,7 @@ class Moves(Contest):
 
 
 class Copy(Contest):
-    """Copies self.folder/source; the copy is removed and the disk left quiet before each run."""
+    """Copies self.folder/source; before each run removes the copy and waits until the disk is idle."""
 
     peer = "cp -a"
 
@@ -311,8 +311,8 @@ class Copy(Contest):
 
 
 class Duplicates(Contest):
-    """20,000 pictures, a fifth of them copies of others and a fifth of one size with contents of their own. We find by
-    SHA-256 and read nothing else; the peer compares as it does by itself unless told to use SHA-256 too."""
+    """20,000 pictures, a fifth of them copies of others and a fifth of equal size with different contents. We compare by
+    SHA-256; the peer uses its default unless told to use SHA-256 too."""
 
     def make(self):
         self.home = Home(self.folder / "home")
@@ -368,7 +368,7 @@ class DuplicatesRdfind(Duplicates):
 
 
 class FolderSize(Contest):
-    """We count bytes of content, the peer the room on the disk and with folders: what both do is to look at every entry."""
+    """We count bytes of content, the peer disk usage including folders; both examine every entry."""
 
     title = "size of a folder of 200,000 files"
     peer = "du -s"
@@ -419,7 +419,7 @@ class CopyBig(Copy):
 
 
 class Transfer(Copy):
-    """The same by the whole program: planned, measured and with progress."""
+    """Copying by the complete program: planned, measured and with progress."""
 
     def copied(self, command):
         """`command` copies self.folder/source into a folder."""
@@ -455,7 +455,7 @@ class TransferBig(Transfer, CopyBig):
 
 
 class TransferMove(Contest):
-    """One rename, however much there is in the folder; what remains is starting the program and a look at it."""
+    """A single rename, whatever the folder contains; the rest is starting the program and examining the folder."""
 
     title = "moving a folder of 100,000 files, and back"
     peer = "mv twice"
@@ -480,8 +480,8 @@ class TransferMove(Contest):
 
 
 class WindowStart(Contest):
-    """From the start of the program to a window on a virtual display that shows something: its picture is of more than one
-    colour. Both find a session bus of their own: without one the peer takes itself for a second start and ends."""
+    """From program start until the window on a virtual display is painted, i.e. has more than one colour. Each side has its
+    own session bus: without one the peer takes itself for a second instance and quits."""
 
     title = "window of a folder with 1,000 files"
     peer = "pcmanfm-qt"
@@ -552,7 +552,7 @@ def machine(folder):
 
 
 def hold(contest, runs):
-    """The medians of both sides in seconds. They take turns, and take turns in beginning."""
+    """The medians of both sides in seconds. They take turns, also in starting first."""
     contest.make()
     sides = [contest.ours, contest.theirs]
     for side in sides:

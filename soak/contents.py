@@ -1,4 +1,4 @@
-"""What lies in folders, by the digests of contents: the only witness that nothing was lost and nothing is torn."""
+"""The files in folders by the digests of their contents, which prove that nothing was lost or torn."""
 
 import hashlib
 import os
@@ -6,7 +6,7 @@ import random
 import stat
 from collections import defaultdict
 
-# Own entries that are not finished, by the beginnings of their names.
+# Prefixes of the names of our own unfinished entries.
 HIDDEN = (".brellin-", ".umbenennen-")
 
 
@@ -19,7 +19,7 @@ def is_hidden(path):
 
 
 class Originals:
-    """The contents that a scenario begins with. No content is empty: an empty file is never a whole one."""
+    """The initial contents of a scenario. None is empty, since an empty file counts as incomplete."""
 
     def __init__(self):
         self.places = {}
@@ -33,7 +33,7 @@ class Originals:
         self.places[digest(data)] = path
 
     def tree(self, folder, tag, count=5):
-        """Unlike files on two levels, with names that need care everywhere."""
+        """Different files on two levels, with difficult names."""
         names = ["a.bin", "unter/b ä.bin", "unter/c'\"$.bin" if not tag.startswith("plain") else "unter/c.bin", "d.bin",
                  "unter/tief/e.bin", "f.bin"]
         sizes = [1, 4096, 70_000, 300_000, 20, 1_500_000]
@@ -42,7 +42,7 @@ class Originals:
 
 
 class Inventory:
-    """Every regular file below some folders, by digest. Nothing is followed."""
+    """All regular files below some folders, by digest. Does not follow links."""
 
     def __init__(self, folders):
         self.places = defaultdict(list)
@@ -62,12 +62,12 @@ class Inventory:
         return [str(path) for key, path in originals.places.items() if key not in self.places]
 
     def only_hidden(self, originals):
-        """Contents that are there, but only under names that nobody sees."""
+        """Contents that only exist under hidden names."""
         return [self.places[key][0] for key in originals.places
                 if key in self.places and all(map(is_hidden, self.places[key]))]
 
     def strange(self, originals, allowed=lambda path: False):
-        """Contents under visible names that no scenario began with: torn or empty."""
+        """Contents under visible names that the scenario did not start with: torn or empty ones."""
         return [path for key, paths in self.places.items() if key not in originals.places for path in paths
                 if not is_hidden(path) and not allowed(path)]
 

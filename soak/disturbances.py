@@ -1,4 +1,4 @@
-"""Other programs at work while a command is: sources that change in the midst of a transfer, a share whose server stops."""
+"""Other programs acting during a command: sources that change during a transfer, a share whose server stops."""
 
 import os
 import signal
@@ -15,7 +15,7 @@ SERVER = "/usr/lib/openssh/sftp-server"
 PAIRS = [("ext4", "xfs"), ("btrfs", "tmpfs"), ("ext4", "exfat"), ("ext4", "ntfs"), ("ntfs", "ext4"), ("exfat", "ext4")]
 
 
-# -- changes: each gives the contents that must be somewhere afterwards, besides those that were not touched -----------
+# -- changes: each returns the contents that must exist afterwards, besides the unchanged ones -----------------------
 
 def put_back_times(path, change):
     before = path.stat()
@@ -70,14 +70,14 @@ def rename_away(path):
 CHANGES = [overwrite, exchange, append, add_beside, add_folder, rename_away]
 
 
-# -- a transfer that is stopped, disturbed and let go on ------------------------------------------------------------
+# -- a transfer that is paused, disturbed and continued ------------------------------------------------------------
 
 def children(process):
     return [int(number) for number in Path(f"/proc/{process}/task/{process}/children").read_text().split()]
 
 
 def is_stopped(process):
-    """A traced program stands for a moment at every call; one that was stopped, for good and with all its threads."""
+    """Whether all threads have stopped for good, rather than just for a moment at a traced call."""
     def stands(task):
         return task.joinpath("stat").read_text().rpartition(")")[2].split()[0] in "Tt"
     for _ in range(8):
@@ -88,7 +88,7 @@ def is_stopped(process):
 
 
 def stopped_child(tracer, seconds):
-    """The program that strace runs, once it stands still."""
+    """The program run by strace, once it has stopped."""
     end = time.monotonic() + seconds
     while time.monotonic() < end and tracer.poll() is None:
         try:
@@ -102,7 +102,7 @@ def stopped_child(tracer, seconds):
 
 
 def let_go_on(tracer, seconds):
-    """Whether it ends. The call is counted for each thread: each that comes to its own stops the program once more."""
+    """Whether it ends. strace counts calls per thread, so each thread that reaches its own stops the program again."""
     end = time.monotonic() + seconds
     while tracer.poll() is None and time.monotonic() < end:
         stopped = stopped_child(tracer, 0.2)
@@ -117,7 +117,7 @@ def let_go_on(tracer, seconds):
 
 
 class ChangedMeanwhile:
-    """A move across volumes whose source changes at each point at which the move changes something."""
+    """A move across volumes whose source is changed at each point where the move changes something."""
 
     def __init__(self, world, say):
         self.world = world
@@ -177,7 +177,7 @@ class ChangedMeanwhile:
 # -- a share whose server stops ---------------------------------------------------------------------------------------
 
 class Share:
-    """A folder of this machine as a share: sshfs on the server program itself, without a network."""
+    """A local folder as a share: sshfs connected directly to the server program, without a network."""
 
     def __init__(self, world):
         self.served = world.base / "serviert"
@@ -229,7 +229,7 @@ class StoppedServer:
         return [tally]
 
     def started(self, share):
-        """A copy that is under way when the server stops."""
+        """A copy that is running when the server stops."""
         words = [self.world.brellin, "kopieren", str(self.world.on("home") / "T"), str(share.mounted)]
         copy = subprocess.Popen(words, env=self.world.account(), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                 stderr=subprocess.DEVNULL)
@@ -241,7 +241,7 @@ class StoppedServer:
         return copy
 
     def others_work(self):
-        """Commands that have nothing to do with the share."""
+        """Commands that do not use the share."""
         started = time.monotonic()
         ending = finish(["timeout", "20", self.world.brellin, "schnellzugriff"], self.world.account())
         return [] if ending.code == 0 else [f"another command: {ending.code} after {time.monotonic() - started:.0f} s"]

@@ -1,4 +1,4 @@
-"""What is done while it is disturbed: a command, the contents before it, and what must hold after the next start."""
+"""Scenarios: a command, the contents before it, and what must hold after the next start."""
 
 import json
 import os
@@ -17,7 +17,7 @@ DAY = 86_400
 
 
 class World:
-    """One account and one folder on each volume, made afresh for every try."""
+    """One account and one folder on each volume, created anew for every try."""
 
     def __init__(self, volumes, programs):
         self.volumes = volumes
@@ -48,7 +48,7 @@ class World:
         return folder
 
     def everything(self):
-        """Where contents may be: the account with its Trash, the volumes with theirs, without what the program stores."""
+        """Where contents may be: the account and the volumes with their Trashes, without the program's own data."""
         tops = [self.home / name for name in os.listdir(self.home) if not name.startswith(".")]
         tops.append(self.home / ".local/share/Trash/files")
         for top in self.volumes.folders.values():
@@ -59,20 +59,20 @@ class World:
         return finish([self.brellin, *map(str, words)], self.account())
 
     def json(self, *words):
-        """What a command answers with --json; what else it has to say stands around that."""
+        """The JSON output of a command with --json, without other messages around it."""
         text = self.run(*words, "--json").text
         return json.loads(text[text.index("["):text.rindex("]") + 1])
 
 
 @dataclass
 class Case:
-    """A scenario as it stands before its command."""
+    """A scenario before its command runs."""
 
     originals: Originals
     words: list
-    # A visible file that may have a content of its own, as a new archive.
+    # A visible file that may have new content, e.g. a new archive.
     made: callable = lambda path: False
-    # What else must hold at the end: gives what does not.
+    # Further checks at the end; returns the findings.
     after: callable = lambda world: []
     again: bool = True
     folders: list = field(default_factory=list)
@@ -117,7 +117,7 @@ def rename(kind):
             wrong = [name for name in here if not (name in names or name.endswith(".txt"))]
             return [f"a name that nobody gave: {name}" for name in wrong] + \
                 ([f"{len(here)} entries instead of {len(files)}"] if len(here) != len(files) else [])
-        # The new names are old ones of others, so that there is a cycle to be broken.
+        # New names are old names of others, which makes a cycle.
         return Case(originals, [world.brellin, "umbenennen", "--modus", "nummer", "--basis", "0", "--trenner", "",
                                 "--stellen", "1", "--start", "3", *files], after=after, again=False)
     return build
@@ -164,7 +164,7 @@ def trash(kind):
 
 
 def undone(verb, source, target):
-    """A transfer and its ⌘Z, in one program: both are disturbed."""
+    """A transfer and its undo in one program; both are disturbed."""
     def build(world):
         case = transfer(verb, source, target, replacing=True)(world)
         files = [word for word in case.words if isinstance(word, Path)]
@@ -178,7 +178,7 @@ UNTIDY = [("Downloads/Rechnung 1.pdf", 900), ("Downloads/Rechnung 2.pdf", 200_00
 
 
 def untidy_home(world, documents):
-    """An account for the agent, its Documents on another volume."""
+    """An account for the agent with its Documents on another volume."""
     originals = Originals()
     target = world.on(documents) / "Documents"
     target.mkdir()
@@ -192,9 +192,9 @@ def untidy_home(world, documents):
 
 
 def back_in_place(originals):
-    """After a run was taken back: everything is where it was."""
+    """After a run was undone: everything is where it was."""
     def after(world):
-        # What one failure has kept back is tried again by itself, as the program says then.
+        # What a failure kept back is undone separately, as the program then says.
         world.run("rueckgaengig")
         for run in world.json("verlauf"):
             world.run("rueckgaengig", run["id"])
@@ -243,14 +243,14 @@ def all_scenarios():
 
 
 def faults(case, world):
-    """What is wrong with the contents now, whatever happened."""
+    """Faults in the present contents, whatever happened."""
     inventory = Inventory(world.everything())
     return [f"lost: {path}" for path in inventory.lost(case.originals)] + \
         [f"torn or foreign: {path}" for path in inventory.strange(case.originals, case.made)]
 
 
 def unlisted_remnants(case, world):
-    """Hidden entries of ours that no start offers."""
+    """Our hidden entries that no start offers to remove."""
     listed = subprocess.run([world.brellin, "reste", "--json"], env=world.account(), capture_output=True, text=True,
                             check=False).stdout
     return [path for path in Inventory(world.everything()).hidden() if os.path.basename(path) not in listed]

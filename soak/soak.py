@@ -1,11 +1,10 @@
 #!/usr/bin/env python3
-"""Kills and disturbs the program at every call by which it changes something, and looks whether a byte was lost.
+"""Kills and disturbs the program at every call by which it changes something, and checks whether data was lost.
 
     soak/soak.py BIN [--part kill|error|change|share]... [--only TEXT] [--minutes N] [--list]
 
-BIN is the folder of the built programs. Volumes of every kind are loop devices, so it runs as root. The time is shared
-out evenly; points are taken in an order that covers each scenario from the beginning. Ends with 1 where something was
-found.
+BIN is the folder of the built programs. Volumes are loop devices, so it needs root. The time is divided evenly; points
+are tried in an order that spreads over each scenario from the start. Exits with 1 if there are findings.
 """
 
 import argparse
@@ -37,7 +36,7 @@ def say(line):
 
 
 def jobs(world, parts, scenarios):
-    """What is to be done, each with the time it may take."""
+    """The parts to run, each with its time limit."""
     found = []
     for scenario in scenarios:
         sweep = Sweep(world, scenario, say)

@@ -1,4 +1,4 @@
-"""SIGKILL, and errors, at every call by which a scenario changes something, each followed by the next start."""
+"""SIGKILL and errors at every call by which a scenario changes something, each followed by the next start."""
 
 import time
 from dataclasses import dataclass, field
@@ -24,7 +24,7 @@ class Tally:
 
 
 class Sweep:
-    """Tries one scenario at its points, for as long as it may."""
+    """Tries one scenario at its points within its time limit."""
 
     def __init__(self, world, scenario, say):
         self.world = world
@@ -70,7 +70,7 @@ class Sweep:
         ending = with_injection(list(map(str, case.words)), self.world.account(), point, "signal=KILL")
         if ending.code is None:
             return False, ["hangs"]
-        # A file under its final name may be half for as long as nobody has started again, where that is announced.
+        # Until the next start, a file may be incomplete under its final name if that is documented.
         return ending.killed, [f"lost: {path}" for path in Inventory(self.world.everything()).lost(case.originals)] + \
             self.next_start(case)
 
@@ -85,7 +85,7 @@ class Sweep:
         return True, findings + self.next_start(case)
 
     def next_start(self, case):
-        """What a person does after a crash: looks what is left, has it settled, and does the same once more."""
+        """What users do after a crash: list leftovers, resolve them, and repeat the command."""
         self.world.run("reste", *case.folders, "--aufraeumen")
         findings = faults(case, self.world)
         findings += [f"hidden and not offered: {path}" for path in unlisted_remnants(case, self.world)]

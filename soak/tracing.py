@@ -1,4 +1,4 @@
-"""Where a command changes something, and running it once more with a signal or an error at one such call."""
+"""Finds the calls by which a command changes something, and reruns it with a signal or an error at one of them."""
 
 import os
 import re
@@ -9,7 +9,7 @@ from dataclasses import dataclass
 CHANGING = ("openat open creat renameat2 renameat rename unlinkat unlink rmdir mkdirat mkdir linkat symlinkat symlink write "
             "pwrite64 copy_file_range ftruncate fallocate fsync fdatasync syncfs fchmod fchmodat fchown fchownat fsetxattr "
             "setxattr fremovexattr utimensat ioctl").split()
-# Calls that an injected error may be given to: an error of openat of a library says nothing of files.
+# Calls that get injected errors; e.g. an openat error of a library would not test files.
 FAILING = [call for call in CHANGING if call not in ("openat", "open", "ioctl", "write")] + ["pread64", "read"]
 LINE = re.compile(r"^(\d+) +(\w+)\((.*)$")
 PATIENCE = 120
@@ -17,7 +17,7 @@ PATIENCE = 120
 
 @dataclass(frozen=True)
 class Point:
-    """The n-th time that a thread makes this call."""
+    """The n-th time a thread makes this call."""
 
     call: str
     number: int
@@ -28,7 +28,7 @@ class Point:
 
 @dataclass
 class Ending:
-    """How a command ended: its exit code, None where it hung, negative where a signal killed it."""
+    """How a command ended: its exit code, None if it hung, negative if a signal killed it."""
 
     code: int | None
     text: str
@@ -49,14 +49,14 @@ def finish(words, account):
 
 
 def touches(call, rest, folders):
-    """Whether a call opens for writing, or changes, something below these folders."""
+    """Whether a call changes something below these folders, or opens it for writing."""
     if call in ("openat", "open"):
         return ("O_WRONLY" in rest or "O_RDWR" in rest or "O_CREAT" in rest) and any(f in rest for f in folders)
     return any(folder in rest for folder in folders)
 
 
 def points(words, account, folders, log, calls):
-    """Runs the command once and gives the points at which it changes something below `folders`."""
+    """Runs the command once and returns the points at which it changes something below `folders`."""
     subprocess.run(["strace", "-f", "-qq", "-y", "-s", "4096", "-o", log, "-e", "trace=" + ",".join(calls), *words],
                    env=account, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                    timeout=PATIENCE, check=False)
@@ -82,7 +82,7 @@ def with_injection(words, account, point, what):
 
 
 def spread(found):
-    """All of them, in an order whose every beginning covers the whole: time may end before they do."""
+    """All points, in an order whose prefixes spread over the whole, since time may run out."""
     step = 1
     while step < len(found):
         step *= 2

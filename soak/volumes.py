@@ -1,4 +1,4 @@
-"""Small volumes of every kind that the program is used on, mounted in a mount namespace of this process."""
+"""Small volumes of all supported kinds, mounted in a private mount namespace."""
 
 import os
 import subprocess
@@ -6,7 +6,7 @@ import sys
 from contextlib import ExitStack
 from pathlib import Path
 
-# How a volume of each kind is made and mounted; {image} is a file, {device} a loop device on it.
+# How to create and mount each kind of volume; {image} is a file, {device} a loop device on it.
 MEGABYTES = {"xfs": 320}
 MAKE = {
     "ext4": ["mkfs.ext4", "-q", "{image}"],
@@ -28,7 +28,7 @@ WITHOUT_LINKS = ("exfat",)
 
 
 def in_own_namespace():
-    """Starts this program again where its mounts are seen by nobody else and go with it."""
+    """Restarts this program in a mount namespace of its own, whose mounts end with it."""
     if os.environ.get("BRELLIN_SOAK_NAMESPACE"):
         return
     if os.geteuid() != 0:
@@ -43,7 +43,7 @@ def run(words, **values):
 
 
 class Volumes:
-    """The mounted volumes by their kinds: `volumes["ext4"]` is a folder. Each is made when first asked for."""
+    """The mounted volumes by kind: `volumes["ext4"]` is a folder. Each is created on first use."""
 
     def __init__(self, base):
         self.base = Path(base)
