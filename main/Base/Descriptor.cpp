@@ -24,7 +24,7 @@ void Descriptor::reset()
 Result<void> Descriptor::close()
 {
     const int number = std::exchange(m_number, -1);
-    // After EINTR the descriptor is gone as well; closing it again might hit another thread's.
+    // After EINTR the descriptor is closed as well; closing it again might hit another thread's.
     if (number >= 0 && ::close(number) != 0 && errno != EINTR)
         return failure(Failure::lastSystem());
     return {};

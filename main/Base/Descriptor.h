@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// Owns a descriptor of the system (file, folder, socket, pipe end) and closes it on destruction.
+/// Owns a file descriptor (file, folder, socket or pipe end) and closes it on destruction.
 class Descriptor {
 public:
     Descriptor() = default;
@@ -20,7 +20,7 @@ public:
     int number() const { return m_number; }
     bool isOpen() const { return m_number >= 0; }
     void reset();
-    /// Closes and reports a write error that the system admits only now (network volumes).
+    /// Closes and returns write errors that are reported only then (network volumes).
     Result<void> close();
 
 private:

@@ -8,22 +8,22 @@
 
 namespace brellin {
 
-/// An entry that could not be handled, or not completely, and why. Kept like this until it is shown, so that whoever gets
-/// it can find the entry and branch on the cause.
+/// An entry that could not be processed, or only partly, with the cause. Converted to text only when shown, so that
+/// callers can find the entry and branch on the cause.
 struct EntryFailure {
-    Location entry; ///< empty: `why` is a sentence about no single entry
+    Location entry; ///< empty if `why` concerns no single entry
     Failure why;
 
     bool operator==(const EntryFailure &) const = default;
-    /// „Brief.pdf: Keine Berechtigung.“, or the sentence alone.
+    /// „Brief.pdf: Keine Berechtigung.“; without an entry only the sentence.
     QString line() const;
 };
 using EntryFailures = QList<EntryFailure>;
 
-/// The line of each, in order.
+/// The lines of all failures, in order.
 QStringList linesOf(const EntryFailures &failures);
 
-/// The same cause with text in front of what it says.
+/// The same cause with `lead` prepended to its message.
 Failure withLead(const QString &lead, const Failure &why);
 
 } // namespace brellin

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// Writes all of it at the end of an open file.
+/// Appends all bytes to an open file; removes a partial write.
 Result<void> appendAll(int descriptor, const QByteArray &bytes);
 
 } // namespace brellin

@@ -60,7 +60,7 @@ void OpenStep::settle(std::vector<StepEntry> done)
     if (const Result<void> written = done.empty() ? Result<void>() : records->append(lineOf(std::move(done)));
         !written) {
         records->tell(written.error());
-        // The note stays, to be settled by what is found.
+        // Keep the note: settle() then determines from disk what was done.
         m_file.clear();
     }
     removeNote();

@@ -7,20 +7,20 @@ namespace brellin {
 
 class StepRecords;
 
-/// A step under way: noted on the disk before it begins, with the lock held while its owner lives. One that nobody settles
-/// was cut short; `StepRecords::settle` finds out how far it came.
+/// A step in progress: noted on disk before it starts, and locked while its process lives. `StepRecords::settle`
+/// determines the outcome of steps that were interrupted.
 class OpenStep {
 public:
-    /// Of nothing: nothing is recorded.
+    /// Records nothing.
     OpenStep() = default;
-    /// As if nothing had happened, where it was not settled.
+    /// An unsettled step is discarded, as if it had not happened.
     ~OpenStep();
     OpenStep(OpenStep &&other) noexcept;
     OpenStep &operator=(OpenStep &&) = delete;
     OpenStep(const OpenStep &) = delete;
     OpenStep &operator=(const OpenStep &) = delete;
 
-    /// What the step did; of an undo, the entries that were taken back. Blocking.
+    /// Records what the step did; for an undo, the entries that were undone. Blocking.
     void settle(std::vector<StepEntry> done);
 
     const QUuid &id() const { return m_step.id; }

@@ -17,25 +17,25 @@ enum class StepKind { Rename, BatchRename, Move, Copy, Trash, NewFolder, NewFile
 
 /// What a step does with one entry.
 struct StepEntry {
-    Location from;                         ///< where it was, or what it is made from; empty for what is new
-    Location to;                           ///< where it is afterwards; empty while nobody can know
+    Location from;                         ///< before the step, or the source of what it creates; empty if new
+    Location to;                           ///< after the step; empty if not known in advance
     std::optional<EntryMark> was = {};     ///< the entry at `from`, before
     std::optional<EntryMark> now = {};     ///< the entry at `to`, afterwards
-    std::optional<Location> replaced = {}; ///< where the entry that it replaced lies in the Trash
+    std::optional<Location> replaced = {}; ///< location in the Trash of the entry that was replaced
     std::optional<EntryMark> replacedMark = {};
-    std::shared_ptr<const TreeMark> content = {}; ///< of a folder that was made: what was in it then
+    std::shared_ptr<const TreeMark> content = {}; ///< content of a created folder at that time
     bool takenBack = false;
 
     bool operator==(const StepEntry &) const = default;
 };
 
-/// Something that the user did with files, as the history keeps it.
+/// A file action of the user, as stored in the history.
 struct RecordedStep {
     QUuid id = QUuid::createUuid();
     Instant date;
     StepKind kind = StepKind::Rename;
     std::vector<StepEntry> entries;
-    std::optional<Instant> takenBack = {}; ///< when the last of its entries was
+    std::optional<Instant> takenBack = {}; ///< when its last entry was undone
 
     bool operator==(const RecordedStep &) const = default;
 };

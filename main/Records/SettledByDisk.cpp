@@ -4,7 +4,7 @@ namespace brellin {
 
 namespace {
 
-/// File systems and clocks round differently.
+/// Tolerance for clocks and file systems with different time steps.
 constexpr auto clockSlack = std::chrono::seconds(2);
 
 bool isBornSince(const FileAttributes &now, Instant date)
@@ -12,7 +12,8 @@ bool isBornSince(const FileAttributes &now, Instant date)
     return now.created && *now.created >= date - clockSlack;
 }
 
-/// What was copied has the time of its original: what it looks like now may be somebody's work.
+/// The mark that the copy was created with: size and time of its original, since its present ones may be from later
+/// changes.
 EntryMark markAsCopied(const StepEntry &entry, const FileAttributes &now)
 {
     EntryMark mark = EntryMark::of(now);
@@ -23,7 +24,7 @@ EntryMark markAsCopied(const StepEntry &entry, const FileAttributes &now)
     return mark;
 }
 
-/// What it replaced came into the Trash just before.
+/// The replaced entry was trashed just before.
 void findReplaced(StepEntry &entry, const Trash &trash)
 {
     if (entry.replacedMark)

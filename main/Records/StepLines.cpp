@@ -12,7 +12,7 @@ namespace brellin {
 
 namespace {
 
-/// A folder with more entries than these is recorded without them: a million would be eleven megabytes.
+/// The content of larger folders is not recorded: a million entries would take 11 MB.
 constexpr qsizetype mostContentBytes = qsizetype(20'000) * 8;
 
 struct TakenBackLine {
@@ -130,7 +130,7 @@ void takeBack(RecordedStep &step, const TakenBackLine &back)
         step.takenBack = back.date;
 }
 
-/// Puts lines together as they are read.
+/// Combines lines as they are read.
 class Reading {
 public:
     void take(StepLine line)
@@ -162,7 +162,7 @@ private:
             m_content.steps.push_back(std::move(step));
             return;
         }
-        // A crash right after a line leaves the note that is settled to the same line.
+        // After a crash right after writing a line, its note is settled to the same line.
         RecordedStep &earlier = m_content.steps[*known];
         for (StepEntry &entry : step.entries) {
             const auto same = [&](const StepEntry &one) { return one.from == entry.from && one.to == entry.to; };

@@ -22,7 +22,7 @@ namespace {
 constexpr std::string_view openPrefix = "offen-";
 constexpr std::string_view asidePrefix = "verlauf.beschädigt-";
 constexpr std::chrono::seconds patienceWithOthers{10};
-/// So many steps are written before a program looks again whether old ones have to go.
+/// Number of steps written between two checks for old ones.
 constexpr int tidyEvery = 500;
 constexpr qint64 mostBytes = qint64(64) << 20U;
 
@@ -54,7 +54,8 @@ std::vector<Location> filesIn(const Location &folder, std::string_view prefix)
     return files;
 }
 
-/// A file that its owner removed between our open and lock is none; one without content may be about to be locked.
+/// Fails for a file that its owner removed between open and lock, and for a recent empty one, whose owner may be about
+/// to lock it.
 Result<FileLock> lockOfDead(const Location &file)
 {
     constexpr time_t beginning = 60;
@@ -67,7 +68,7 @@ Result<FileLock> lockOfDead(const Location &file)
     return lock;
 }
 
-/// Drops what is too old, or too much; `steps` is by date.
+/// Drops old and surplus steps; `steps` is sorted by date.
 void dropOld(std::vector<RecordedStep> &steps, Instant now)
 {
     const auto old = [now](const RecordedStep &step) { return step.date < now - StepRecords::longestKept; };
@@ -76,7 +77,7 @@ void dropOld(std::vector<RecordedStep> &steps, Instant now)
         steps.erase(steps.begin(), steps.end() - static_cast<std::ptrdiff_t>(StepRecords::mostSteps));
 }
 
-/// From the newest backwards, as many as there is room for.
+/// The newest steps that fit, as lines.
 QByteArray textOf(const std::vector<RecordedStep> &steps)
 {
     std::vector<QByteArray> lines;
@@ -91,7 +92,7 @@ QByteArray textOf(const std::vector<RecordedStep> &steps)
     return text;
 }
 
-/// A line that a crash or a full disk tore would spoil the next one.
+/// Removes a torn last line, which would corrupt the next one.
 Result<void> cutTornLine(int descriptor, const Location &file)
 {
     const off_t size = ::lseek(descriptor, 0, SEEK_END);
@@ -114,7 +115,7 @@ Result<void> appendAll(int descriptor, const QByteArray &bytes)
             continue;
         if (written < 0) {
             const Failure why = Failure::lastSystem();
-            // A torn line that stays is cut off by whoever writes next.
+            // If this fails, the next writer removes the torn line.
             (void)!::ftruncate(descriptor, before);
             return failure(why);
         }
@@ -191,7 +192,7 @@ Result<void> StepRecords::append(const QByteArray &line)
     return ::fdatasync(open) == 0 ? Result<void>() : failure(Failure::lastSystem());
 }
 
-/// With the lock held. A damaged file is put aside with all that is in it.
+/// Requires the lock. Keeps a damaged file under another name.
 Result<void> StepRecords::tidy()
 {
     const Result<QByteArray> text = readLog(file());
@@ -201,7 +202,7 @@ Result<void> StepRecords::tidy()
     const std::size_t before = content.steps.size();
     const Instant now = m_clock.now();
     dropOld(content.steps, now);
-    // A few too many are read as if they were not there, and go together.
+    // read() ignores surplus steps; drop them only when there are enough to rewrite the file.
     const bool much = before > content.steps.size() + mostSteps / 20 || text->size() > mostBytes;
     if (content.lost.isEmpty() && !much)
         return {};

@@ -13,43 +13,43 @@
 
 namespace brellin {
 
-/// What was read of the recorded steps.
+/// The recorded steps as read.
 struct KeptSteps {
     std::vector<RecordedStep> steps; ///< newest first
-    StoredCondition condition;       ///< of their file
+    StoredCondition condition;       ///< of the file
 
     bool operator==(const KeptSteps &) const = default;
 };
 
-/// The user's steps of the last 90 days, at most 10,000, in one file of lines ("verlauf.jsonl", mode 0600), shared by all
-/// programs under a lock, with a note beside it for each step under way. What cannot be recorded holds up no step: it is
-/// told once. Thread-safe; every call may wait for the disk.
+/// The user's steps of the last 90 days, at most 10,000, in one file of lines ("verlauf.jsonl", mode 0600), shared by
+/// all processes under a lock, with a note beside it for each step in progress. A step that cannot be recorded is done
+/// anyway; that is reported once. Thread-safe; every call may block on the disk.
 class StepRecords {
 public:
     static constexpr std::size_t mostSteps = 10'000;
     static constexpr std::chrono::days longestKept{90};
-    /// The switch "Verlauf führen", on unless switched off.
+    /// The setting "Verlauf führen"; on by default.
     static const QString setting;
 
-    /// The folder is made with the first step. All of it outlives the records.
+    /// The folder is created with the first step. `defaults` and `clock` must outlive the records.
     StepRecords(Location folder, const UserDefaults &defaults, const Clock &clock);
 
-    /// A step is about to begin. An id lets several parts of one step add up.
+    /// Call before a step. Parts of one step may share an id; they are combined.
     OpenStep begin(StepKind kind, std::vector<StepEntry> entries, const QUuid &id = QUuid::createUuid());
-    /// Entries of an earlier step are about to be taken back.
+    /// Call before entries of an earlier step are undone.
     OpenStep takeBack(const QUuid &step, StepKind kind, std::vector<StepEntry> entries);
 
-    /// Never waits for a step under way.
+    /// Does not wait for steps in progress.
     KeptSteps read() const;
-    /// Settles the steps that a crash cut short by what is found at their places.
+    /// Determines from disk what interrupted steps did, and records it.
     void settle(const Trash &trash);
-    /// Forgets all steps but those under way.
+    /// Removes all steps except those in progress, and damaged files that were put aside.
     Result<void> clear();
 
-    /// Hears, once and on any thread, that something could not be recorded.
+    /// Called once, on any thread, if something could not be recorded.
     void onFailure(std::function<void(const QString &)> told);
 
-    /// Whoever records a step that another part of the program is to name asks for it by its place, once.
+    /// Passes the id of a recorded step to another part of the program by location; stepAt() removes it.
     void remember(const Location &place, const QUuid &step);
     QUuid stepAt(const Location &place);
 
@@ -71,7 +71,7 @@ private:
     const Clock &m_clock;
     std::mutex m_mutex;
     std::function<void(const QString &)> m_told;
-    std::optional<QString> m_untold; ///< failed before anybody listened
+    std::optional<QString> m_untold; ///< failure before onFailure() was called
     bool m_failed = false;
     std::map<Location, QUuid> m_places;
     std::atomic<int> m_written{0};

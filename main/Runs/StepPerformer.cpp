@@ -104,7 +104,8 @@ Result<JournalStep> StepPerformer::act(const AgentProposal &proposal, StepLog &l
     return failure(AgentError::noDestination());
 }
 
-/// A folder that is seen through two mounts as well shows one entry under two numbers; then the duplicate left with it.
+/// Seen through two mounts, one entry may have two numbers: then trashing the duplicate has removed the kept file as
+/// well.
 bool StepPerformer::isKeptApart(const Location &trashed, const Location &kept) const
 {
     const Result<FileAttributes> gone = readAttributes(trashed);
@@ -117,7 +118,7 @@ bool StepPerformer::isKeptApart(const Location &trashed, const Location &kept) c
 Result<JournalStep> StepPerformer::trash(const AgentProposal &proposal)
 {
     const Location place = TRY(m_services.trash.put(proposal.source));
-    // What cannot go back to its name is told as trashed, so that it can be brought back.
+    // If it cannot be restored, report it as trashed, so that undo can restore it.
     if (proposal.keptCopy && !isKeptApart(place, *proposal.keptCopy) &&
         m_services.trash.restore(place, proposal.source, proposal.source))
         return failure(keptCopyFailure());

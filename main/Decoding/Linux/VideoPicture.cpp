@@ -78,7 +78,7 @@ Result<QByteArray> drawVideo(const Location &program, const Location &video, int
     }
     drawing.reset();
     QByteArray bytes = child > 0 ? readAll(picture.number()) : QByteArray();
-    // A program that has more to say ends instead of waiting for us.
+    // Close the pipe, so that a program that keeps writing ends.
     picture.reset();
     int status = 0;
     if (child > 0)
