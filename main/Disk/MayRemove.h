@@ -11,7 +11,8 @@ namespace brellin {
 /// Check before copying for a move.
 Result<void> checkMayRemove(const Location &entry);
 
-/// Whether the direct content of a folder can be removed. True for empty folders, and if it cannot be determined.
+/// Whether the direct content of a folder can be removed. Fails only if the folder must not be changed and is not known to
+/// be empty; other errors are ignored.
 Result<void> checkMayEmpty(const Location &folder);
 
 /// Whether the entry is immutable or append-only.
