@@ -11,8 +11,8 @@
 
 namespace brellin {
 
-/// The folder and all its ancestors up to the root, as device and inode: unlike paths these are unique, whatever links
-/// or mounts lead there.
+/// The folder and all its ancestors up to the root, as device and inode, which unlike paths do not depend on links and
+/// bind mounts.
 Result<std::vector<FileIdentity>> selfAndAncestors(const Location &folder);
 
 /// Entries that a transfer must not replace, by identity: its sources, their content, and the folders that contain them

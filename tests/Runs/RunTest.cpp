@@ -535,7 +535,7 @@ TEST(EntryMarkTest, tellsAnEntryFromAnotherWithItsNumber)
 
 TEST_F(RunTest, undoLeavesSystemLocationsAlone)
 {
-    // As a history says that somebody has edited.
+    // As in a history that was edited by hand.
     world.tree().lines({"home/Library/fest.txt=zehn", "home/Library/kopie.txt=elf"});
     JournalRun run;
     const auto add = [&](Kind kind, const char *from, const char *to) {

@@ -12,16 +12,16 @@ namespace brellin::test {
 /// removing an open file leaves a hidden one. Needs root and the tools; otherwise nothing is mounted.
 class FuseMount {
 public:
-    /// Mounts a small exFAT volume on `folder`, as on memory cards: no hard links. The image lies beside that.
+    /// Mounts a small exFAT volume without hard links on `folder`. Its image file is created beside it.
     explicit FuseMount(const Location &folder);
-    /// Mounts `served` on `folder` as a share of a server would be: hard links of one file have different numbers.
+    /// Mounts `served` on `folder` like a server's share: hard links of one file have different inode numbers.
     static FuseMount share(const Location &served, const Location &folder);
     ~FuseMount();
     FuseMount(const FuseMount &) = delete;
     FuseMount &operator=(const FuseMount &) = delete;
     explicit operator bool() const { return m_mounted; }
 
-    /// Its server answers nobody from now on, as that of a dead share, until it goes on. False where it was not found.
+    /// Stops the server, like that of a dead share, until goOn(). False if its process was not found.
     bool stop() const;
     void goOn() const;
 
