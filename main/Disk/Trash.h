@@ -13,11 +13,13 @@ class Trash {
 public:
     virtual ~Trash() = default;
 
-    /// Moves an entry (a link itself, not its target) to its volume's Trash and returns its location there. Fails if
-    /// the volume has no usable Trash; the entry is unchanged then.
+    /// Moves an entry (a link itself, not its target) to its volume's Trash and returns its location there. Fails, with
+    /// the entry unchanged, if the volume has no usable Trash, or if the entry is in a Trash or contains one or another
+    /// volume.
     virtual Result<Location> put(const Location &entry) = 0;
 
-    /// Whether `put` would find a usable Trash for this entry.
+    /// Whether `put` would probably succeed: the entry may be moved, and its volume has a usable Trash. Changes
+    /// nothing.
     virtual bool possible(const Location &entry) const = 0;
 
     /// Moves `trashed`, a location returned by `put`, to exactly `destination`, which must be free

@@ -19,7 +19,7 @@ namespace {
 
 /// About 1,500 names: few system calls for large folders, small enough for threads to share.
 constexpr std::size_t blockSize = 64 * 1024;
-/// Longer lists are ignored: nobody writes them by hand.
+/// Only this much of a list is read: nobody writes longer ones by hand.
 constexpr std::size_t longestHiddenList = 256 * 1024;
 
 void take(WalkName &name, const dirent64 &record)
