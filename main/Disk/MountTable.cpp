@@ -112,7 +112,7 @@ bool isNetworkFileSystem(std::string_view type)
 
 namespace {
 
-/// Name of the volume; empty for the root.
+/// The last component of the mount point; "Startvolume" for the root, which has none.
 QString nameOf(const Location &point)
 {
     return point == "/" ? QStringLiteral("Startvolume") : shownName(point);
