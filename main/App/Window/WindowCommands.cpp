@@ -96,7 +96,7 @@ Run run(void (FileCommands::*act)())
 {
     return [act](const CommandTarget &on) { (on.files.*act)(); };
 }
-/// A command on the active pane's selection.
+/// A command on the active pane, usually on its selection.
 Run run(void (FileCommands::*act)(BrowserModel &))
 {
     return [act](const CommandTarget &on) { (on.files.*act)(on.pane); };
