@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string_view>
+#include <vector>
 
 namespace brellin {
 
@@ -62,8 +63,8 @@ enum class WalkStep {
 };
 
 struct WalkOutcome {
-    std::int64_t entries = 0;           ///< number of entries shown
-    std::int64_t unreadableFolders = 0; ///< subfolders skipped
+    std::int64_t entries = 0;         ///< number of entries shown
+    std::vector<Location> unreadable; ///< subfolders skipped or not read completely, in no order
 };
 
 /// Walks below `folder`, each folder before its content, in directory order and with constant memory. Shows links but

@@ -114,8 +114,10 @@ Result<void> BranchWalker::enter(OpenFolder folder, NameBlock names, bool namesO
         m_spare.pop_back();
     }
     const Result<void> read = readNames();
-    if (!read)
+    if (!read) {
+        m_outcome.unreadable.emplace_back(m_path);
         drop();
+    }
     return read;
 }
 
@@ -133,7 +135,7 @@ bool BranchWalker::hasMoreNames()
     if (m_levels.back().allNamesRead)
         return false;
     if (!readNames()) {
-        ++m_outcome.unreadableFolders;
+        m_outcome.unreadable.emplace_back(m_path);
         return false;
     }
     return m_levels.back().names.unread() > 0;
@@ -210,7 +212,8 @@ void BranchWalker::descend(const WalkName &name)
         return;
     Result<OpenFolder> folder = openChild(name.text());
     if (!folder) {
-        m_outcome.unreadableFolders += hasVanished(folder.error()) ? 0 : 1;
+        if (!hasVanished(folder.error()))
+            m_outcome.unreadable.emplace_back(childPath(m_path, name.bytes));
         return;
     }
     if (!m_run.options.otherVolumes && !folder->onVolumeOf(here))
@@ -224,8 +227,7 @@ void BranchWalker::descend(const WalkName &name)
     if (!m_path.ends_with('/'))
         m_path += '/';
     m_path += name.bytes;
-    if (!enter(*std::move(folder), {}, false))
-        ++m_outcome.unreadableFolders;
+    (void)enter(*std::move(folder), {}, false); // notes what cannot be read
 }
 
 Result<OpenFolder> BranchWalker::openChild(const char *name)
@@ -276,7 +278,7 @@ void BranchWalker::leave()
     OpenFolder below = std::move(m_levels.back().folder);
     drop();
     while (!m_levels.empty() && !m_levels.back().folder.isOpen() && !reopen(m_levels.back(), below)) {
-        ++m_outcome.unreadableFolders;
+        m_outcome.unreadable.emplace_back(m_path);
         below.close();
         drop();
     }
@@ -315,7 +317,7 @@ bool BranchWalker::giveUpOldest()
         return false;
     Level &level = m_levels[m_closed++];
     if (!level.allNamesRead && !level.folder.readRemainingNames(level.names))
-        ++m_outcome.unreadableFolders;
+        m_outcome.unreadable.emplace_back(m_path.substr(0, level.pathLength));
     level.allNamesRead = true;
     level.folder.close();
     return true;

@@ -97,16 +97,15 @@ public:
 
     void walkWaiting() noexcept
     {
-        while (std::optional<WalkBranch> branch = m_queue.take()) {
-            if (!walk(*std::move(branch)))
-                ++m_unreadable;
-        }
+        while (std::optional<WalkBranch> branch = m_queue.take())
+            (void)walk(*std::move(branch)); // the walker notes what cannot be read
     }
 
     void addTo(WalkOutcome &outcome) const
     {
         outcome.entries += m_walker.outcome().entries;
-        outcome.unreadableFolders += m_walker.outcome().unreadableFolders + m_unreadable;
+        const std::vector<Location> &unreadable = m_walker.outcome().unreadable;
+        outcome.unreadable.insert(outcome.unreadable.end(), unreadable.begin(), unreadable.end());
     }
 
 private:
@@ -114,7 +113,6 @@ private:
     const Visit &m_visit;
     const int m_number;
     BranchWalker m_walker;
-    std::int64_t m_unreadable = 0;
 };
 
 } // namespace

@@ -13,7 +13,7 @@ Result<void> walkWhole(const Location &folder, const WalkOptions &options,
         return complete ? visit(entry) : WalkStep::Stop;
     };
     const WalkOutcome outcome = TRY(walk(folder, options, look, control));
-    return complete && outcome.unreadableFolders == 0 ? Result<void>() : failure(Failure::system(EACCES));
+    return complete && outcome.unreadable.empty() ? Result<void>() : failure(Failure::system(EACCES));
 }
 
 } // namespace brellin

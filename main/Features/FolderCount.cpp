@@ -87,7 +87,7 @@ Result<FolderCount> countFolder(const Location &folder, const JobControl *contro
         count.files += tally.files;
         count.entries += tally.entries;
     }
-    count.unreadable = outcome.unreadableFolders;
+    count.unreadable = std::ssize(outcome.unreadable);
     count.complete = !capped;
     return count;
 }

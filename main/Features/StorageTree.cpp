@@ -115,7 +115,7 @@ Result<void> StorageTree::count(const JobControl &control)
         },
         &control));
     const std::scoped_lock lock(m_mutex);
-    m_totals.unreadable = outcome.unreadableFolders;
+    m_totals.unreadable = std::ssize(outcome.unreadable);
     return {};
 }
 

@@ -18,7 +18,7 @@ bool holdsAllOf(const Location &original, const Location &copy)
         holdsAll = there && there->kind == entry.attributes.kind;
         return holdsAll ? WalkStep::Continue : WalkStep::Stop;
     });
-    return walked && walked->unreadableFolders == 0 && holdsAll;
+    return walked && walked->unreadable.empty() && holdsAll;
 }
 
 } // namespace

@@ -46,7 +46,7 @@ std::optional<std::map<std::string, ComparedEntry>> entriesBelow(const Location 
         return complete ? WalkStep::Continue : WalkStep::Stop;
     };
     const Result<WalkOutcome> outcome = walk(folder, {.attributes = Attribute::Size, .prune = {}}, collect, control);
-    if (!outcome || outcome->unreadableFolders > 0 || !complete)
+    if (!outcome || !outcome->unreadable.empty() || !complete)
         return std::nullopt;
     return entries;
 }

@@ -23,7 +23,7 @@ Result<TreeState> TreeState::of(const Location &folder, const JobControl *contro
     };
     const WalkOptions options{.attributes = Attribute::Size | Attribute::Modified, .otherVolumes = false, .prune = {}};
     const WalkOutcome walked = TRY(walk(folder, options, add, control));
-    if (unknown || walked.unreadableFolders > 0)
+    if (unknown || !walked.unreadable.empty())
         return failure(Failure::system(EACCES));
     return state;
 }

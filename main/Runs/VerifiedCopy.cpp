@@ -38,7 +38,7 @@ Result<std::map<std::string, std::int64_t>> filesBelow(const Location &folder, c
     };
     const WalkOutcome outcome = TRY(walk(folder, {.attributes = Attribute::Size, .prune = {}}, collect, control));
     // Unreadable folders cannot be known to be equal.
-    if (outcome.unreadableFolders > 0)
+    if (!outcome.unreadable.empty())
         return failure(Failure::system(EACCES));
     return files;
 }

@@ -129,7 +129,7 @@ bool holdsMore(const Location &copy, const Location &source, const JobControl &c
         return more ? WalkStep::Stop : WalkStep::Continue;
     };
     const Result<WalkOutcome> walked = walk(copy, {}, compare, &control);
-    return more || !walked || walked->unreadableFolders > 0;
+    return more || !walked || !walked->unreadable.empty();
 }
 
 } // namespace

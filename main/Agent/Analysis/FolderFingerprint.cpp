@@ -22,8 +22,7 @@ std::optional<QByteArray> fingerprint(const Location &folder, const JobControl *
         return std::ssize(files) < fingerprintFiles ? WalkStep::Continue : WalkStep::Stop;
     };
     const Result<WalkOutcome> outcome = walk(top, {.attributes = Attribute::Size, .prune = {}}, collect, control);
-    if (!outcome || outcome->unreadableFolders > 0 || !complete || files.empty() ||
-        std::ssize(files) >= fingerprintFiles)
+    if (!outcome || !outcome->unreadable.empty() || !complete || files.empty() || std::ssize(files) >= fingerprintFiles)
         return std::nullopt;
     std::ranges::sort(files);
     QByteArray text;

@@ -2,16 +2,13 @@
 
 #include "Agent/Rules/ScriptNames.h"
 #include "Disk/CloudFiles.h"
-#include "Disk/EntryPlace.h"
 #include "Disk/FileTypes.h"
-#include "Disk/Walk.h"
+#include "Disk/UnreadableFolders.h"
 #include "Guard/ProjectDetection.h"
 
 #include <algorithm>
 #include <set>
 #include <unordered_map>
-
-#include <fcntl.h>
 
 namespace brellin {
 
@@ -29,7 +26,7 @@ private:
     void addFile(const WalkEntry &entry, std::size_t folder);
     void addLink(const WalkEntry &entry);
     Result<void> markListedHidden();
-    void markUnreadable(std::int64_t unreadable);
+    void markUnreadable(const std::vector<Location> &unreadable);
     void sumUp();
 
     FolderSurvey &m_survey;
@@ -64,10 +61,8 @@ Result<void> SurveyWalk::run(const Location &folder)
     const Result<WalkOutcome> outcome = walk(folder, options, show, m_control);
     if (!outcome && outcome.error().isCancelled())
         return failure(outcome.error());
-    if (outcome)
-        markUnreadable(outcome->unreadableFolders);
-    else
-        m_survey.m_folders.front().complete = false;
+    m_survey.m_folders.front().complete = outcome.has_value();
+    markUnreadable(unreadableIn(folder, outcome));
     TRY(markListedHidden());
     sumUp();
     return {};
@@ -163,22 +158,14 @@ Result<void> SurveyWalk::markListedHidden()
     return {};
 }
 
-/// The walk only counts unreadable folders, so find out which ones they are.
-void SurveyWalk::markUnreadable(std::int64_t unreadable)
+void SurveyWalk::markUnreadable(const std::vector<Location> &unreadable)
 {
-    if (unreadable == 0)
-        return;
-    std::int64_t found = 0;
-    for (SurveyedFolder &folder : m_survey.m_folders) {
-        if (folder.level == 0 || folder.otherVolume || openFolder({AT_FDCWD, folder.location.c_str()}))
-            continue;
-        folder.complete = false;
-        ++found;
+    for (const Location &folder : unreadable) {
+        const auto number = m_numbers.find(folder.native());
+        if (number != m_numbers.end())
+            m_survey.m_folders[number->second].complete = false;
     }
-    if (found >= unreadable)
-        return;
-    for (SurveyedFolder &folder : m_survey.m_folders)
-        folder.complete = false;
+    addUnreadable(m_survey.m_unreadable, unreadable);
 }
 
 void SurveyWalk::sumUp()

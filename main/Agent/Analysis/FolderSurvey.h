@@ -59,6 +59,9 @@ public:
     /// The scripts searched for file names, sorted by path.
     const std::vector<SurveyedFile> &scripts() const { return m_scripts; }
 
+    /// Folders that count as empty, by path.
+    const std::vector<Location> &unreadable() const { return m_unreadable; }
+
     /// Whether a symlink outside `location` points to it or into it.
     bool isLinkedTo(const Location &location) const;
     /// Whether `folder` is `other` or below it, by index.
@@ -71,6 +74,7 @@ private:
     std::vector<SurveyedFile> m_largeVideos;
     std::vector<SurveyedFile> m_scripts;
     std::vector<SurveyedLink> m_links;
+    std::vector<Location> m_unreadable;
 };
 
 } // namespace brellin
