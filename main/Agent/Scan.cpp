@@ -8,6 +8,7 @@
 #include "Agent/Rules/CandidateFates.h"
 #include "Agent/Rules/RuleMatching.h"
 #include "Base/German.h"
+#include "Disk/UnreadableFolders.h"
 #include "Guard/Guard.h"
 
 #include <algorithm>
@@ -58,6 +59,7 @@ Result<ScanFindings> Scanner::scan()
     m_findings.activeRules = std::ranges::count(m_request.rules, true, &CleanupRule::enabled);
     m_findings.checkedFiles = evaluation.checkedFiles;
     m_findings.leftForScripts = evaluation.leftForScripts;
+    m_findings.unreadable = evaluation.unreadable;
     Duplicates duplicates;
     if (m_request.duplicateFolders) {
         m_control.setStage(QStringLiteral("Suche doppelte Dateien …"));
@@ -66,6 +68,7 @@ Result<ScanFindings> Scanner::scan()
     m_control.setStage(QStringLiteral("Prüfe Ordner …"));
     m_findings.duplicatesCapped = duplicates.capped;
     m_findings.duplicateFiles = duplicates.files;
+    addUnreadable(m_findings.unreadable, duplicates.unreadable);
     TRY(proposeDuplicates(duplicates, evaluation.candidates));
     TRY(proposeCandidates(evaluation.candidates));
     return std::move(m_findings);

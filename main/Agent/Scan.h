@@ -43,6 +43,8 @@ struct ScanFindings {
     std::int64_t duplicates = 0;     ///< number of proposals based on equal content
     std::int64_t duplicateFiles = 0; ///< files compared for duplicates
     bool duplicatesCapped = false;   ///< the limit of compared files was reached
+    /// Folders that could not be searched, by path. The summaries do not mention them.
+    std::vector<Location> unreadable;
 
     /// "3 Regeln aktiv · 120 Dateien geprüft · 2 doppelt · 5 Vorschläge", and the number executed automatically, if
     /// any.

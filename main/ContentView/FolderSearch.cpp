@@ -1,7 +1,7 @@
 #include "ContentView/FolderSearch.h"
 
 #include "ContentView/NameQuery.h"
-#include "Disk/Walk.h"
+#include "Disk/UnreadableFolders.h"
 
 #include <algorithm>
 #include <tuple>
@@ -57,7 +57,10 @@ FolderSearchResult searchInto(SearchMatches &matches, const Location &folder, co
         return !wanted.matches(entry.name) || matches.take(entry) ? WalkStep::Continue : WalkStep::Stop;
     };
     FolderSearchResult result;
-    if (const Result<WalkOutcome> outcome = walkParallel(folder, options, visit, control); !outcome)
+    const Result<WalkOutcome> outcome = walkParallel(folder, options, visit, control);
+    if (outcome)
+        addUnreadable(result.unreadable, outcome->unreadable);
+    else
         result.error = outcome.error();
     result.items = matches.items();
     result.capped = matches.capped();

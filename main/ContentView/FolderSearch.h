@@ -17,7 +17,8 @@ struct WalkEntry;
 /// Result of a search below a folder.
 struct FolderSearchResult {
     FileItems items;
-    bool capped = false; ///< there are more matches than `items`
+    bool capped = false;              ///< there are more matches than `items`
+    std::vector<Location> unreadable; ///< folders that could not be searched, by path
     std::optional<Failure> error;
 };
 

@@ -3,6 +3,7 @@
 #include "Runs/StateFolder.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
+#include "Support/ClosedFolders.h"
 #include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
@@ -326,4 +327,21 @@ TEST_F(ScanTest, saysThatARunIsNotInTheHistoryYetAndFindsItAgain)
         EXPECT_EQ(one.tree().content("home/Downloads/a.pdf"), "1");
     }
     EXPECT_TRUE(said);
+}
+
+TEST_F(ScanTest, namesFoldersThatCannotBeReadButNotInTheSummary)
+{
+    world.tree().lines({"home/Downloads/zu/a.pdf", "home/Downloads/offen/b.pdf", "home/Texte/zu/c.pdf"});
+    ScanRequest request;
+    request.rules = {moving(u"pdf"_qs, world.home("Papiere")), moving(u"pdf"_qs, world.home("Papiere"))};
+    request.rules.back().sourcePath = textOf(world.home("Texte/zu"));
+    request.duplicateFolders = std::vector{world.home("Downloads"), world.home("Texte"), world.home("fehlt")};
+    const AgentServices services = world.services();
+    JobControl control;
+    const ClosedFolders closed(world.tree(), {"home/Downloads/zu", "home/Texte/zu"});
+    if (!closed)
+        GTEST_SKIP() << "privileges cannot be dropped";
+    const ScanFindings found = scanFolders(services, request, control).value();
+    EXPECT_EQ(found.unreadable, (std::vector{world.home("Downloads/zu"), world.home("Texte/zu")}));
+    EXPECT_EQ(found.summary(1, 0), u"2 Regeln aktiv · 1 Datei geprüft · 0 doppelt · 1 Vorschlag"_qs);
 }

@@ -3,6 +3,7 @@
 #include "ContentView/BrowserWorld.h"
 #include "ContentView/FolderSearch.h"
 #include "Features/FileTags.h"
+#include "Support/ClosedFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -185,4 +186,16 @@ TEST(FolderSearchTest, endsAtTheCapAndSaysSo)
     EXPECT_TRUE(all.capped);
     std::filesystem::remove(tree.path("a/treffer 7"));
     EXPECT_FALSE(searchFolder(tree.root(), u"treffer"_qs, HiddenEntries::Shown).capped);
+}
+
+TEST(FolderSearchTest, namesFoldersThatCannotBeRead)
+{
+    const TempTree tree;
+    tree.lines({"zu/Brief", "offen/Brief", "offen/zu/Brief"});
+    const ClosedFolders closed(tree, {"zu", "offen/zu"});
+    if (!closed)
+        GTEST_SKIP() << "privileges cannot be dropped";
+    const FolderSearchResult found = searchFolder(tree.root(), u"brief"_qs, HiddenEntries::LeftOut);
+    EXPECT_EQ(found.items.size(), 1U);
+    EXPECT_EQ(found.unreadable, (std::vector{tree.path("offen/zu"), tree.path("zu")}));
 }

@@ -7,6 +7,7 @@
 #include "Agent/Duplicates/DuplicateReasons.h"
 #include "Base/German.h"
 #include "Disk/CloudFiles.h"
+#include "Disk/UnreadableFolders.h"
 #include "Guard/ProjectDetection.h"
 
 #include <algorithm>
@@ -210,6 +211,8 @@ Result<AnalysisFindings> Analysis::run()
 {
     const Duplicates documents = TRY(findDocuments());
     m_result.duplicatesCapped = documents.capped;
+    m_result.unreadable = m_scope.survey().unreadable();
+    addUnreadable(m_result.unreadable, documents.unreadable);
     TRY(findFolders());
     const RuleMatching matching(m_services.locations, m_services.clock);
     const LaterTrash later =

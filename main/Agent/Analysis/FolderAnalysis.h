@@ -42,6 +42,7 @@ struct AnalysisFindings {
     int leftForScripts = 0;                ///< loose files that stay because a script names them
     std::vector<QString> projectsNotEntered; ///< names of skipped projects
     bool duplicatesCapped = false;           ///< the limit of compared documents was reached
+    std::vector<Location> unreadable;        ///< folders that count as empty, by path
 
     /// The closing line: "12 Vorschläge · 2 doppelt · 3 bleiben (von Skripten benutzt)", or why there are no proposals.
     QString summary() const;

@@ -3,8 +3,8 @@
 #include "Agent/Duplicates/SkippedFolders.h"
 #include "Disk/CloudFiles.h"
 #include "Disk/ContentGroups.h"
+#include "Disk/UnreadableFolders.h"
 #include "Disk/UserDocument.h"
-#include "Disk/Walk.h"
 
 #include <algorithm>
 #include <atomic>
@@ -61,6 +61,7 @@ public:
     bool capped() const { return m_capped; }
     /// In the order of the folders given, and by path within one.
     const std::vector<Document> &documents() const { return m_documents; }
+    const std::vector<Location> &unreadable() const { return m_unreadable; }
 
 private:
     /// The results of one thread.
@@ -86,6 +87,7 @@ private:
     std::atomic<bool> m_capped = false;
     std::vector<Part> m_parts;
     std::vector<Document> m_documents; ///< of the folders finished so far
+    std::vector<Location> m_unreadable;
 };
 
 Result<void> Collection::collect(const std::vector<Location> &folders)
@@ -115,9 +117,9 @@ Result<void> Collection::add(const Location &folder)
         m_pace == Pace::Together
             ? walkParallel(top, options, visitWith, m_control)
             : walk(top, options, [&](const WalkEntry &entry) { return visitWith(entry, 0); }, m_control);
-    // An unreadable folder counts as empty.
     if (!outcome && outcome.error().isCancelled())
         return failure(outcome.error());
+    addUnreadable(m_unreadable, unreadableIn(top, outcome));
     gather();
     return {};
 }
@@ -220,7 +222,8 @@ std::vector<std::pair<Group, QByteArray>> groupsOf(const std::vector<Document> &
 
 Result<Duplicates> duplicatesIn(const Collection &collection, const JobControl *control)
 {
-    Duplicates found{{}, static_cast<std::int64_t>(collection.documents().size()), collection.capped()};
+    Duplicates found{
+        {}, static_cast<std::int64_t>(collection.documents().size()), collection.capped(), collection.unreadable()};
     for (const auto &[group, digest] : groupsOf(collection.documents(), control)) {
         const Document &kept = *group.front();
         const Location keptLocation = kept.location();

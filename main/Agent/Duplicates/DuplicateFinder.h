@@ -24,9 +24,10 @@ struct DuplicatePair {
 };
 
 struct Duplicates {
-    std::vector<DuplicatePair> pairs; ///< grouped by kept file
-    std::int64_t files = 0;           ///< user documents compared
-    bool capped = false;              ///< the search stopped at its limit of 20,000 files
+    std::vector<DuplicatePair> pairs;      ///< grouped by kept file
+    std::int64_t files = 0;                ///< user documents compared
+    bool capped = false;                   ///< the search stopped at its limit of 20,000 files
+    std::vector<Location> unreadable = {}; ///< folders that count as empty, by path
 };
 
 /// Finds user documents with equal content in and below these folders, whatever their names. In each group the oldest

@@ -5,6 +5,7 @@
 #include "Agent/Rules/RuleTargets.h"
 #include "Agent/Rules/RuleWalk.h"
 #include "Agent/Rules/ScriptNames.h"
+#include "Disk/UnreadableFolders.h"
 
 #include <algorithm>
 #include <deque>
@@ -111,6 +112,7 @@ private:
     bool m_lookedAtOnly = false;
     std::map<std::size_t, std::int64_t> m_keptNames; ///< by rule number
     std::int64_t m_checked = 0;
+    std::vector<Location> m_unreadable;
     std::unordered_set<std::size_t> m_checkedInSeveral;
 };
 
@@ -189,6 +191,7 @@ Result<void> Evaluation::evaluate(const RuleSource &source)
         m_checkedInSeveral.insert(walk.checked.begin(), walk.checked.end());
     else
         m_checked += walk.checkedFiles;
+    addUnreadable(m_unreadable, walk.unreadable);
     SourceScripts scripts(walk);
     for (const WalkedFile &file : walk.files) {
         if (m_control != nullptr && m_control->cancelled())
@@ -269,6 +272,7 @@ RuleEvaluation Evaluation::summary()
         entry->second = std::min(entry->second, one.rule);
     }
     RuleEvaluation result;
+    result.unreadable = std::move(m_unreadable);
     result.checkedFiles = m_checked + static_cast<std::int64_t>(m_checkedInSeveral.size());
     std::vector<std::pair<std::size_t, Candidate *>> held;
     for (RuledFile &one : m_verdicts) {

@@ -22,6 +22,7 @@ struct RuleEvaluation {
     std::vector<Candidate> candidates;
     std::int64_t checkedFiles = 0;           ///< distinct files tested by an enabled rule
     std::int64_t leftForScripts = 0;         ///< distinct files left alone because a script names them
+    std::vector<Location> unreadable;        ///< folders that could not be searched, by path
     std::map<QUuid, std::int64_t> keptNames; ///< files that already match the rename rule's pattern
 };
 

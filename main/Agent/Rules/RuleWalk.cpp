@@ -3,7 +3,7 @@
 #include "Agent/Rules/HalfWritten.h"
 #include "Agent/Rules/ScriptNames.h"
 #include "Disk/CloudFiles.h"
-#include "Disk/Walk.h"
+#include "Disk/UnreadableFolders.h"
 #include "Guard/Placeholders.h"
 
 #include <algorithm>
@@ -213,7 +213,9 @@ Result<RuleWalk> walkSource(const RuleSource &source, const SystemLocations &loc
         control, threads);
     if (!walked && walked.error().isCancelled())
         return failure(walked.error());
-    return joined(collectors);
+    RuleWalk found = joined(collectors);
+    found.unreadable = unreadableIn(source.folder, walked);
+    return found;
 }
 
 } // namespace brellin

@@ -72,6 +72,7 @@ struct RuleWalk {
     std::vector<WalkedName> awaited;  ///< final names of unfinished downloads beside them
     std::vector<WalkedName> reserved; ///< names a browser reserves with an empty file meanwhile
     std::int64_t checkedFiles = 0;    ///< all files and packages tested
+    std::vector<Location> unreadable; ///< folders that count as empty, in no order
     std::vector<std::size_t> checked; ///< hashes of their resolved paths; only if the source overlaps
     TextStore texts;                  ///< backs the views above
 

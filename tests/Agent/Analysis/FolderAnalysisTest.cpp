@@ -2,6 +2,7 @@
 
 #include "Agent/Analysis/AccessTimes.h"
 #include "Base/German.h"
+#include "Support/ClosedFolders.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -309,6 +310,16 @@ TEST_F(FolderAnalysisTest, AProtectedLinkProtectsWhatItPointsTo)
     for (const char *const folder : {"home/Werk/verweis", "home/Fremd", "home/kurz"})
         EXPECT_EQ(analyse(folder).end, End::Protected) << folder;
     EXPECT_THAT(linesOf(), ElementsAre("+ move frei.pdf -> Unterlagen/frei.pdf"));
+}
+
+TEST_F(FolderAnalysisTest, NamesFoldersThatCannotBeRead)
+{
+    tree().lines({"home/X/zu/a.pdf", "home/X/tief/zu/b.pdf", "home/X/frei.pdf"});
+    const test::ClosedFolders closed(tree(), {"home/X/zu", "home/X/tief/zu"});
+    if (!closed)
+        GTEST_SKIP() << "privileges cannot be dropped";
+    EXPECT_EQ(analyse().summary(), u"1 Vorschlag · 0 doppelt"_qs) << "what is unknown is not proposed as removable";
+    EXPECT_THAT(findings.unreadable, ElementsAre(tree().path("home/X/tief/zu"), tree().path("home/X/zu")));
 }
 
 TEST_F(FolderAnalysisTest, CanBeCancelled)
