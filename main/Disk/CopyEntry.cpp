@@ -38,7 +38,7 @@ Result<CopyReport> copyEntry(const Location &source, const Location &destination
     const struct stat status = TRY(statusOf(from.at()));
     if (S_ISDIR(status.st_mode))
         TRY(refuseIntoItself(status, to.folder));
-    return CopyTree(standardised(source), options).run(from.at(), to.at());
+    return CopyTree(standardised(source), to.folder.number(), options).run(from.at(), to.at());
 }
 
 Result<void> removeOwnCopy(const Location &location)

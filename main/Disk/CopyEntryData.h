@@ -4,6 +4,7 @@
 #include "Disk/CopyEntryProgress.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include <sys/stat.h>
@@ -19,8 +20,11 @@ public:
     /// Copies the bytes that `source` had at `status`; ignores data appended later, fails if it became shorter.
     /// Preserves holes. `destination` must be empty and open for writing.
     Result<void> copy(int source, const struct stat &status, int destination);
+    /// Subtracts the bytes of the last file from the progress, before copying it again.
+    void takeBack() { count(-m_ofFile); }
 
 private:
+    void count(std::int64_t bytes);
     bool cloned(int source, int destination);
     /// Preserves holes if the target supports them, otherwise writes zeros.
     Result<void> copyWithHoles(int source, off_t size, int destination);
@@ -32,6 +36,7 @@ private:
     char *buffer();
 
     CopyPulse &m_pulse;
+    std::int64_t m_ofFile = 0; ///< bytes counted for the last file
     std::unique_ptr<char[]> m_buffer;
     dev_t m_device = 0; ///< source volume that the next two flags are valid for
     bool m_mayClone = true;

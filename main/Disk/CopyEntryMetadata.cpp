@@ -87,6 +87,14 @@ Result<void> CopyMetadata::applyToLink(const struct stat &from, NameIn destinati
     return {};
 }
 
+void CopyMetadata::include(const CopyMetadata &other)
+{
+    m_lost.attributes = m_lost.attributes || other.m_lost.attributes;
+    m_lost.rights = m_lost.rights || other.m_lost.rights;
+    m_lost.times = m_lost.times || other.m_lost.times;
+    m_lost.hardLinks = m_lost.hardLinks || other.m_lost.hardLinks;
+}
+
 QStringList CopyMetadata::notKept() const
 {
     QStringList texts;

@@ -22,11 +22,13 @@ public:
     Result<void> applyToLink(const struct stat &from, NameIn destination, const struct stat &made);
     /// Removes permissions that a new file or folder inherited from its parent folder, so that it gets only the
     /// original's.
-    void dropInheritedAccess(int destination);
+    static void dropInheritedAccess(int destination);
 
     /// A German sentence for each kind of metadata that was lost.
     QStringList notKept() const;
     void hardLinkWasSplit() { m_lost.hardLinks = true; }
+    /// Adds what another thread of the copy recorded.
+    void include(const CopyMetadata &other);
 
 private:
     struct Kept {

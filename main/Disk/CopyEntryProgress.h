@@ -2,23 +2,26 @@
 
 #include "Disk/CopyEntry.h"
 
+#include <atomic>
 #include <chrono>
 #include <functional>
+#include <thread>
 
 namespace brellin {
 
-/// Progress of a copy, shared by all its parts: counts, reports and checks for a cancel.
+/// Progress of a copy, shared by all its parts and threads: counts, reports and checks for a cancel. Reports only on the
+/// thread that created it.
 class CopyPulse {
 public:
     /// `current` returns the path being copied; called only for reports.
     CopyPulse(const CopyOptions &options, std::function<Location()> current);
 
-    void addBytes(std::int64_t bytes) { m_progress.bytes += bytes; }
-    std::int64_t bytes() const { return m_progress.bytes; }
-    /// Resets the count before copying a file again.
-    void takeBackTo(std::int64_t bytes) { m_progress.bytes = bytes; }
-    void addFile() { ++m_progress.files; }
-    /// Call at least every 50 ms. Fails if the copy was cancelled.
+    /// Negative before copying a file again.
+    void addBytes(std::int64_t bytes) { m_bytes.fetch_add(bytes, std::memory_order_relaxed); }
+    void addFile() { m_files.fetch_add(1, std::memory_order_relaxed); }
+    /// Makes beat() fail on all threads.
+    void stop() { m_stopped.store(true, std::memory_order_relaxed); }
+    /// Call at least every 50 ms. Fails if the copy was cancelled or stopped.
     Result<void> beat();
     /// The final report of a complete copy.
     CopyProgress finished();
@@ -26,9 +29,14 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    CopyProgress soFar() const;
+
     const CopyOptions &m_options;
     std::function<Location()> m_current;
-    CopyProgress m_progress;
+    std::atomic<std::int64_t> m_bytes = 0;
+    std::atomic<std::int64_t> m_files = 0;
+    std::atomic<bool> m_stopped = false;
+    const std::thread::id m_reporter = std::this_thread::get_id();
     Clock::time_point m_reported = Clock::now();
 };
 

@@ -29,7 +29,7 @@ Location CopyTree::current() const
     return location;
 }
 
-/// Adds the path to a failure inside the tree, or only the name if the path is too long for one line.
+/// A failure deep inside says where, as far as a line can hold it.
 Failure CopyTree::named(Failure why, std::string_view name) const
 {
     if (why.isCancelled())
@@ -39,28 +39,6 @@ Failure CopyTree::named(Failure why, std::string_view name) const
     path = path.empty() || path.size() + name.size() > readable ? std::string(name) : path.append("/").append(name);
     why.message = QStringLiteral("„%1“: %2").arg(shown(std::string_view(path)), why.message);
     return why;
-}
-
-/// False if there is no first copy, or it cannot be linked to or is outdated: the caller then copies the file.
-Result<bool> CopyTree::linkToFirstCopy(const SourceStatus &source, NameIn destination)
-{
-    const auto first = m_firstCopies.find({source.status.st_dev, source.status.st_ino});
-    if (first == m_firstCopies.end())
-        return false;
-    const FirstCopy &known = first->second;
-    const auto folder = openFolderBelow(m_top.number(), known.folder);
-    const NameIn copy{folder ? folder->number() : -1, known.name.c_str()};
-    const auto status = folder ? statusOf(copy) : Result<struct stat>(failure(folder.error()));
-    const bool same = status && status->st_ino == known.inode && sameTimesAndSize(known.source.status, source.status);
-    if (same && ::linkat(copy.folder, copy.name, destination.folder, destination.name, 0) == 0) {
-        madeEntry(destination, *status);
-        takeDown(destination, known.source, known.mark);
-        return true;
-    }
-    if (same && errno == EEXIST)
-        return failure(Failure::system(EEXIST));
-    m_metadata.hardLinkWasSplit();
-    return false;
 }
 
 } // namespace brellin

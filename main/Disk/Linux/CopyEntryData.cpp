@@ -55,6 +55,7 @@ Result<void> writeAt(int file, const char *bytes, std::size_t size, off_t at)
 
 Result<void> CopyData::copy(int source, const struct stat &status, int destination)
 {
+    m_ofFile = 0;
     if (status.st_dev != m_device) {
         m_device = status.st_dev;
         m_mayClone = m_mayCopyInKernel = true;
@@ -63,7 +64,7 @@ Result<void> CopyData::copy(int source, const struct stat &status, int destinati
     if (status.st_size == 0)
         return readAndWrite(source, destination, 0, std::numeric_limits<off_t>::max());
     if (m_mayClone && cloned(source, destination)) {
-        m_pulse.addBytes(status.st_size);
+        count(status.st_size);
         return {};
     }
     constexpr blkcnt_t blockSize = 512;
@@ -77,11 +78,10 @@ Result<void> CopyData::copy(int source, const struct stat &status, int destinati
 
 Result<void> CopyData::copyWithHoles(int source, off_t size, int destination)
 {
-    const std::int64_t before = m_pulse.bytes();
     Result<void> copied = copyExtents(source, size, destination);
     if (copied || !cannotGrow(copied.error()))
         return copied;
-    m_pulse.takeBackTo(before);
+    takeBack();
     return readAndWrite(source, destination, 0, size);
 }
 
@@ -139,7 +139,7 @@ Result<off_t> CopyData::copyInKernel(int source, int destination, off_t from, of
         // Some file systems return 0 before the end.
         if (copied <= 0)
             return to;
-        m_pulse.addBytes(copied);
+        count(copied);
         TRY(m_pulse.beat());
         const auto took = Clock::now() - begun;
         if (took < std::chrono::milliseconds(10))
@@ -166,10 +166,16 @@ Result<void> CopyData::readAndWrite(int source, int destination, off_t from, off
             return failure(becameShorter());
         TRY(writeAt(destination, buffer(), static_cast<std::size_t>(got), from));
         from += got;
-        m_pulse.addBytes(got);
+        count(got);
         TRY(m_pulse.beat());
     }
     return {};
+}
+
+void CopyData::count(std::int64_t bytes)
+{
+    m_ofFile += bytes;
+    m_pulse.addBytes(bytes);
 }
 
 char *CopyData::buffer()
