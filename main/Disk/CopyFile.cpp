@@ -93,6 +93,14 @@ Result<void> CopyFile::run(NameIn source, NameIn destination, const CopyPlace &p
     return {};
 }
 
+Result<void> CopyFile::closeFolder(int source, int destination, const SourceStatus &seen, std::uint64_t path)
+{
+    const struct stat made = TRY(statusOf({destination, "."}));
+    const std::uint64_t mark = TRY(m_metadata.apply(source, seen.status, destination, made));
+    m_common.record.copied(path, seen, mark);
+    return {};
+}
+
 Result<void> CopyFile::copyOpened(int original, SourceStatus seen, NameIn destination, const CopyPlace &place)
 {
     const struct stat first = seen.status;

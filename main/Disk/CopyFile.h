@@ -80,6 +80,8 @@ public:
 
     /// `errc::not_supported` where `source` is no regular file.
     Result<void> run(NameIn source, NameIn destination, const CopyPlace &place);
+    /// Sets a folder's permissions and times; call after its content is complete, which would change them.
+    Result<void> closeFolder(int source, int destination, const SourceStatus &seen, std::uint64_t path);
     /// Also for entries of other kinds: records what the target could not store.
     CopyMetadata &metadata() { return m_metadata; }
 

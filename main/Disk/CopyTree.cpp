@@ -1,8 +1,10 @@
 #include "Disk/CopyTree.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <memory>
 #include <utility>
 
 #include <dirent.h>
@@ -17,6 +19,7 @@ CopyTree::CopyTree(Location source, int folder, const CopyOptions &options)
     , m_pulse(options, [this] { return current(); })
     , m_common{m_pulse, CopyRecord(knownBy(folder), options.copied)}
     , m_file(m_common)
+    , m_crew(m_common)
 {
 }
 
@@ -34,6 +37,10 @@ Result<CopyReport> CopyTree::run(NameIn source, NameIn destination)
         outcome = copyEntry(source, DT_UNKNOWN, destination);
     if (outcome)
         outcome = copyContents();
+    m_crew.stop();
+    // A failure of the helper cancels this thread; report that failure.
+    if (!outcome && outcome.error().isCancelled() && m_crew.failure())
+        outcome = failure(*m_crew.failure());
     m_common.record.sort();
     if (outcome) {
         const CopyProgress done = m_pulse.finished();
@@ -66,11 +73,13 @@ Result<void> CopyTree::copyContents()
         }
         const ListedName &entry = level.entries[level.next++];
         const char *const name = entry.name.c_str();
+        if (entry.type == DT_DIR)
+            TRY(m_crew.makeRoom(m_file));
         const auto copied = copyEntry({m_sources.current(), name}, entry.type, {m_destinations.current(), name});
         if (!copied)
-            return failure(named(copied.error(), entry.name));
+            return failure(namedFailure(copied.error(), relativeFolder(), entry.name));
     }
-    return {};
+    return m_crew.finish(m_file);
 }
 
 /// `type` is from the folder listing and saves a call; the opened entry is checked again.
@@ -129,22 +138,42 @@ Result<void> CopyTree::enterFolder(NameIn source, NameIn destination)
     m_sources.enter(std::move(original), status);
     m_destinations.enter(std::move(copy), made);
     m_levels.push_back({source.name, path, seen, std::move(entries)});
+    handOverFiles();
     return {};
 }
 
-/// Sets a folder's permissions and times after its content is complete, which would change them.
+void CopyTree::handOverFiles()
+{
+    Level &level = m_levels.back();
+    const auto isFile = [](const ListedName &entry) { return entry.type == DT_REG; };
+    if (!m_crew.wants(static_cast<std::size_t>(std::ranges::count_if(level.entries, isFile))))
+        return;
+    auto source = openFolder({m_sources.current(), "."});
+    auto destination = openFolder({m_destinations.current(), "."});
+    if (!source || !destination)
+        return; // out of descriptors: they are copied as they come
+    auto folder = std::make_shared<CopyFolder>(*std::move(source), *std::move(destination), level.source, level.path,
+                                               relativeFolder());
+    for (ListedName &entry : level.entries) {
+        if (isFile(entry))
+            folder->files.push_back(std::move(entry.name));
+    }
+    std::erase_if(level.entries, isFile);
+    level.handedOver = folder;
+    m_crew.add(std::move(folder));
+}
+
 Result<void> CopyTree::leaveFolder()
 {
     const Level left = std::move(m_levels.back());
     m_levels.pop_back();
     const Descriptor original = TRY(m_sources.leave());
     const Descriptor copy = TRY(m_destinations.leave());
-    const struct stat made = TRY(statusOf({copy.number(), "."}));
-    const auto applied = m_file.metadata().apply(original.number(), left.source.status, copy.number(), made);
-    if (applied)
-        m_common.record.copied(left.path, left.source, *applied);
-    else
-        return failure(atTop() ? applied.error() : named(applied.error(), left.name));
+    if (left.handedOver)
+        return m_crew.leave(*left.handedOver, m_file);
+    const auto closed = m_file.closeFolder(original.number(), copy.number(), left.source, left.path);
+    if (!closed)
+        return failure(atTop() ? closed.error() : namedFailure(closed.error(), relativeFolder(), left.name));
     return {};
 }
 
@@ -168,6 +197,28 @@ Result<Descriptor> CopyTree::createFolder(NameIn destination, struct stat &made)
 CopyPlace CopyTree::place() const
 {
     return {atTop() ? 0 : m_levels.back().path, atTop(), [this] { return relativeFolder(); }};
+}
+
+/// Path below the top; empty directly in it.
+std::string CopyTree::relativeFolder() const
+{
+    std::string path;
+    for (std::size_t i = 1; i < m_levels.size(); ++i)
+        path += (i > 1 ? "/" : "") + m_levels[i].name;
+    return path;
+}
+
+Location CopyTree::current() const
+{
+    if (m_crew.current())
+        return m_source / *m_crew.current();
+    if (atTop())
+        return m_source;
+    Location location = m_source / relativeFolder();
+    const Level &level = m_levels.back();
+    if (level.next > 0)
+        location /= level.entries[level.next - 1].name;
+    return location;
 }
 
 } // namespace brellin

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Disk/CopyCrew.h"
 #include "Disk/CopyEntry.h"
 #include "Disk/CopyFile.h"
 #include "Disk/CopyTreeFolders.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,6 +28,7 @@ private:
         SourceStatus source;
         std::vector<ListedName> entries;
         std::size_t next = 0;
+        std::shared_ptr<CopyFolder> handedOver = {}; ///< has the files, which are no longer in `entries`
     };
 
     Result<void> copyContents();
@@ -34,6 +37,8 @@ private:
     Result<void> copyEntry(NameIn source, unsigned char type, NameIn destination);
     Result<void> copyLink(NameIn source, const SourceStatus &original, NameIn destination);
     Result<void> enterFolder(NameIn source, NameIn destination);
+    /// Hands the files of the folder just entered to the crew if the copy is large enough.
+    void handOverFiles();
     Result<void> leaveFolder();
 
     Result<Descriptor> createFolder(NameIn destination, struct stat &made);
@@ -42,7 +47,6 @@ private:
     bool atTop() const { return m_levels.empty(); }
     std::string relativeFolder() const;
     Location current() const;
-    Failure named(Failure why, std::string_view name) const;
 
     Location m_source;
     const CopyOptions &m_options;
@@ -52,6 +56,7 @@ private:
     CopyTreeFolders m_sources;
     CopyTreeFolders m_destinations;
     std::vector<Level> m_levels;
+    CopyCrew m_crew; ///< last, so that its thread ends before what it uses
 };
 
 } // namespace brellin

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -134,6 +135,86 @@ TEST(CopyEntryFailureTest, whatOthersPutIntoAHalfCopyStays)
             EXPECT_FALSE(tree.has("ziel/b/tief"));
             ASSERT_TRUE(removeOwnCopy(tree.path("ziel/b")));
         }
+    }
+}
+
+/// A tree large enough for a second thread, with hard links across folders and two large files.
+class ManyFilesTest : public testing::Test {
+protected:
+    ManyFilesTest()
+    {
+        tree.file("a/eins", "1");
+        for (int folder = 0; folder < 8; ++folder) {
+            for (int file = 0; file < 16; ++file)
+                tree.file(inFolder(folder, file), std::string(static_cast<std::size_t>(file) * 100, 'x'));
+            ::link(tree.path("a/eins").c_str(), tree.path(inFolder(folder, 99)).c_str());
+        }
+        tree.lines({"a/ordner3/tief/zwei=2", "a/weg->nirgends"});
+        tree.file("a/ordner5/gross", std::string(5 << 20, 'g'));
+        tree.file("a/ordner6/gross", std::string(5 << 20, 'h'));
+        ::chmod(tree.path("a/ordner4").c_str(), 0711);
+        tree.folder("ziel");
+    }
+    static std::string inFolder(int folder, int file)
+    {
+        return "a/ordner" + std::to_string(folder) + "/" + std::to_string(file);
+    }
+
+    TempTree tree;
+};
+
+TEST_F(ManyFilesTest, arriveAsTheyWereAndAreTakenDownOneByOne)
+{
+    const std::string before = snapshotOf(tree.path("a"));
+    CopiedEntries copied;
+    CopyOptions options;
+    options.copied = &copied;
+    std::vector<CopyProgress> seen;
+    options.interval = std::chrono::milliseconds(0);
+    options.progress = [&, thread = std::this_thread::get_id()](const CopyProgress &progress) {
+        EXPECT_EQ(std::this_thread::get_id(), thread);
+        seen.push_back(progress);
+    };
+    const auto report = copyEntry(tree.path("a"), tree.path("ziel/b"), options);
+    ASSERT_TRUE(report) << messageOf(report);
+    EXPECT_EQ(snapshotOf(tree.path("ziel/b")), before);
+    EXPECT_EQ(statusOf({AT_FDCWD, tree.path("ziel/b/eins").c_str()})->st_nlink, 9U);
+    EXPECT_EQ(report->files, seen.back().files);
+    EXPECT_EQ(report->files, 8 * 17 + 5);
+    EXPECT_TRUE(std::ranges::is_sorted(seen, {}, &CopyProgress::bytes));
+    const auto kept = removeCopied(tree.path("a"), copied, tree.path("ziel/b"));
+    ASSERT_TRUE(kept) << messageOf(kept);
+    EXPECT_TRUE(kept->empty());
+    EXPECT_FALSE(tree.has("a"));
+}
+
+TEST_F(ManyFilesTest, leaveNothingWhenOneFailsOrTheyAreCancelled)
+{
+    const std::string before = tree.snapshot();
+    for (const int n : {0, 20, 70, 130}) {
+        JobControl control;
+        CopyOptions options = actingAt(n, [&] { control.cancel(); });
+        options.control = &control;
+        const auto report = copyEntry(tree.path("a"), tree.path("ziel/b"), options);
+        EXPECT_TRUE(report || report.error().isCancelled()) << messageOf(report);
+        EXPECT_TRUE(removeOwnCopy(report ? tree.path("ziel/b") : tree.path("ziel/fehlt")));
+        ASSERT_EQ(tree.snapshot(), before) << "cancelled at report " << n;
+    }
+}
+
+TEST_F(ManyFilesTest, aFailureOfOneIsToldByItsPath)
+{
+    ::chmod(tree.path("a/ordner4").c_str(), 0500);
+    const OrdinaryUser user(tree);
+    const std::string before = tree.snapshot();
+    for (const int folder : {0, 7}) {
+        const Location closed = tree.path(inFolder(folder, 13));
+        ::chmod(closed.c_str(), 0);
+        const auto report = copyEntry(tree.path("a"), tree.path("ziel/b"));
+        ::chmod(closed.c_str(), 0644);
+        ASSERT_FALSE(report);
+        EXPECT_EQ(messageOf(report).find("„" + inFolder(folder, 13).substr(2) + "“: "), 0U) << messageOf(report);
+        ASSERT_EQ(tree.snapshot(), before);
     }
 }
 
