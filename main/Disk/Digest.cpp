@@ -1,23 +1,26 @@
 #include "Disk/Digest.h"
 
 #include "Disk/EntryPlace.h"
+#include "Disk/ReadAhead.h"
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <functional>
 #include <memory>
+#include <string_view>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace brellin {
 
 namespace {
 
 constexpr std::int64_t pieceSize = 1'048'576;
+/// From this size on, a thread that reads ahead takes less time than it costs to start.
+constexpr std::int64_t worthReadingAhead = 2 * pieceSize;
 
 /// The algorithm, fetched once, since that takes longer than the digest of a small file. Never freed, like the library:
 /// a worker may still be using it at exit.
@@ -49,15 +52,36 @@ Result<Descriptor> openRegularFile(NameIn entry, std::int64_t &size)
     return file;
 }
 
-/// Reads the next bytes; 0 at the end.
-Result<std::size_t> readPiece(const Descriptor &file, char *piece, std::size_t capacity)
+using AddPiece = std::function<void(std::string_view)>;
+
+Result<void> stillWanted(const JobControl *control)
 {
+    return control != nullptr && control->cancelled() ? failure(Failure::cancelled()) : Result<void>();
+}
+
+Result<void> addAll(const Descriptor &file, std::int64_t size, const JobControl *control, const AddPiece &add)
+{
+    // Small files need only a small buffer.
+    const auto capacity = static_cast<std::size_t>(std::clamp<std::int64_t>(size, 4096, pieceSize));
+    const auto piece = std::make_unique_for_overwrite<char[]>(capacity);
     for (;;) {
-        const ssize_t length = ::read(file.number(), piece, capacity);
-        if (length >= 0)
-            return static_cast<std::size_t>(length);
-        if (errno != EINTR)
-            return failure(Failure::lastSystem());
+        TRY(stillWanted(control));
+        const std::size_t length = TRY(readFully(file.number(), piece.get(), capacity));
+        if (length == 0)
+            return {};
+        add({piece.get(), length});
+    }
+}
+
+Result<void> addAllReadAhead(const Descriptor &file, const JobControl *control, const AddPiece &add)
+{
+    ReadAhead pieces(file.number());
+    for (;;) {
+        TRY(stillWanted(control));
+        const std::string_view piece = TRY(pieces.next());
+        if (piece.empty())
+            return {};
+        add(piece);
     }
 }
 
@@ -93,20 +117,13 @@ Result<QByteArray> sha256(const Location &file, JobControl *control, DigestProgr
 {
     std::int64_t size = 0;
     const Descriptor source = TRY(openRegularFile({AT_FDCWD, file.c_str()}, size));
-    // Small files need only a small buffer.
-    const auto capacity = static_cast<std::size_t>(std::clamp<std::int64_t>(size, 4096, pieceSize));
-    const auto piece = std::make_unique_for_overwrite<char[]>(capacity);
     Sha256 hash;
-    for (;;) {
-        if (control != nullptr && control->cancelled())
-            return failure(Failure::cancelled());
-        const std::size_t length = TRY(readPiece(source, piece.get(), capacity));
-        if (length == 0)
-            break;
-        hash.add(piece.get(), length);
+    const auto add = [&](std::string_view piece) {
+        hash.add(piece.data(), piece.size());
         if (control != nullptr && progress == DigestProgress::CountBytes)
-            control->advance(static_cast<qint64>(length));
-    }
+            control->advance(static_cast<qint64>(piece.size()));
+    };
+    TRY(size < worthReadingAhead ? addAll(source, size, control, add) : addAllReadAhead(source, control, add));
     QByteArray digest = hash.hex();
     if (digest.isEmpty())
         return failure(QStringLiteral("Die Prüfsumme ließ sich nicht berechnen."));

@@ -12,8 +12,8 @@ struct evp_md_ctx_st;
 
 namespace brellin {
 
-/// SHA-256 of a file's content as 64 lower-case hexadecimal digits, read in pieces of 1 MiB; preserves the access time
-/// where possible. Fails for links and anything but regular files. `control` can cancel between pieces; with
+/// SHA-256 of a file's content as 64 lower-case hexadecimal digits, preserves the access time where possible. Large files are
+/// read ahead by a second thread. Fails for links and anything but regular files. `control` can cancel between pieces; with
 /// `DigestProgress::CountBytes` its `done` counter grows by the bytes read.
 enum class DigestProgress { None, CountBytes };
 Result<QByteArray> sha256(const Location &file, JobControl *control = nullptr,

@@ -1,12 +1,16 @@
 #include "Disk/Digest.h"
 
+#include "Support/FailingCalls.h"
 #include "Support/TempTree.h"
 
 #include <QCryptographicHash>
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
 
 namespace brellin {
@@ -23,7 +27,7 @@ TEST(DigestTest, isTheSha256OfTheContent)
     EXPECT_EQ(sha256(tree.file("abc", "abc")).value(),
               "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
     EXPECT_EQ(sha256OfBytes("abc"), sha256(tree.path("abc")).value());
-    for (const std::size_t size : {piece - 1, piece, piece + 1, 3 * piece + 17}) {
+    for (const std::size_t size : {piece - 1, piece, piece + 1, 2 * piece, 3 * piece + 17}) {
         std::string content(size, '\0');
         for (std::size_t at = 0; at < size; ++at)
             content[at] = static_cast<char>(at * 31 + at / 251);
@@ -33,6 +37,29 @@ TEST(DigestTest, isTheSha256OfTheContent)
         EXPECT_EQ(sha256(tree.file("big", content), &control, DigestProgress::CountBytes).value(), expected) << size;
         EXPECT_EQ(control.done(), static_cast<qint64>(size));
     }
+}
+
+/// Closes its file while the thread that reads ahead is still at work, and fails where that one fails.
+TEST(DigestTest, endsEarlyWhenCancelledAndNeverTakesAReadErrorForTheEnd)
+{
+    TempTree tree;
+    const Location file = tree.file("big", std::string(8 * piece, 'x'));
+    for (int n = 0; n < 3; ++n) {
+        Result<QByteArray> digest;
+        const auto act = [&] { digest = sha256(file); };
+        if (!test::runWithFailingCalls(SYS_read, [&](int number) { return number == n * 10 ? EIO : 0; }, act))
+            GTEST_SKIP() << "the system cannot make calls fail here";
+        EXPECT_TRUE(!digest && digest.error().is(std::errc::io_error)) << n;
+    }
+    JobControl control;
+    std::jthread canceller([&] {
+        while (control.done() == 0)
+            std::this_thread::yield();
+        control.cancel();
+    });
+    const auto cancelled = sha256(file, &control, DigestProgress::CountBytes);
+    EXPECT_TRUE(cancelled || cancelled.error().isCancelled());
+    EXPECT_GT(control.done(), 0);
 }
 
 TEST(DigestTest, isRefusedForAnythingButAFile)
