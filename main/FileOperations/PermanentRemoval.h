@@ -7,11 +7,8 @@
 
 namespace brellin {
 
-/// Permanently deletes an entry with its content; never follows links or enters another volume. Makes folders writable
-/// if needed. Call only for what the user has confirmed.
-Result<void> deleteEntryForGood(const Location &entry);
-
-/// As above for an entry directly in a Trash, with its .trashinfo record.
+/// Permanently deletes an entry directly in a Trash with its content and its .trashinfo record; never follows links or
+/// enters another volume. Makes folders writable if needed. Call only for what the user has confirmed.
 Result<void> deleteFromTrash(const Location &trashed);
 
 /// Permanently deletes what `seen` contains; returns what stays because it was added or changed since.

@@ -47,20 +47,24 @@ Result<void> deleteOne(const DoomedEntry &doomed, const Trash &trash, const Tras
         return failure(QStringLiteral("Dort liegt inzwischen etwas anderes."));
     if (const QString reason = reasonAgainst(doomed.location, ground); !reason.isEmpty())
         return failure(reason);
-    const bool trashed = trash.holds(doomed.location);
-    if (!doomed.seen)
-        return trashed ? deleteFromTrash(doomed.location) : deleteEntryForGood(doomed.location);
     const std::vector<Location> kept = TRY(deleteSeenForGood(doomed.location, *doomed.seen));
     if (!kept.empty())
         return failure(QStringLiteral("Inzwischen kam etwas dazu oder wurde geändert; das bleibt: ") +
                        operationTexts::named(kept));
-    return trashed ? removeTrashRecord(doomed.location) : Result<void>();
+    return trash.holds(doomed.location) ? removeTrashRecord(doomed.location) : Result<void>();
 }
 
-std::shared_ptr<const SeenTree> seenAt(const Location &entry, const JobControl *control)
+Result<DoomedEntry> doomedAt(const Location &entry, const TrashGround &ground, const JobControl *control)
 {
+    const FileAttributes attributes = TRY(readAttributes(entry));
+    if (const QString reason = reasonAgainst(entry, ground); !reason.isEmpty())
+        return failure(reason);
     Result<SeenTree> seen = SeenTree::of(entry, control);
-    return seen ? std::make_shared<const SeenTree>(*std::move(seen)) : nullptr;
+    if (!seen)
+        return failure(
+            Failure{QStringLiteral("Was darin liegt, lässt sich nicht ganz ansehen: ") + seen.error().message,
+                    seen.error().code});
+    return DoomedEntry{entry, attributes.identity, std::make_shared<const SeenTree>(*std::move(seen))};
 }
 
 } // namespace
@@ -106,12 +110,10 @@ Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround 
 {
     Doomed doomed;
     for (const Location &entry : entries) {
-        const Result<FileAttributes> attributes = readAttributes(entry);
-        const QString reason = attributes ? reasonAgainst(entry, ground) : attributes.error().message;
-        if (reason.isEmpty())
-            doomed.entries.push_back({entry, attributes->identity, seenAt(entry, control)});
+        if (Result<DoomedEntry> one = doomedAt(entry, ground, control))
+            doomed.entries.push_back(*std::move(one));
         else
-            doomed.refused << EntryFailure{entry, attributes ? Failure{reason, {}} : attributes.error()};
+            doomed.refused << EntryFailure{entry, one.error()};
     }
     return doomed;
 }

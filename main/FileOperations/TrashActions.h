@@ -28,13 +28,13 @@ OperationOutcome emptyTrash(const TrashGround &ground, JobControl &control);
 struct DoomedEntry {
     Location location;
     FileIdentity identity;
-    std::shared_ptr<const SeenTree> seen; ///< its content at that time; null if it could not be read completely
+    std::shared_ptr<const SeenTree> seen; ///< its content at that time; never null
 
     bool operator==(const DoomedEntry &) const = default;
 };
 
-/// Splits entries into those that may be deleted permanently, because they are in a Trash or their volume has none, and
-/// others, which are refused with a reason. Blocking.
+/// Splits entries into those that may be deleted permanently, because they are in a Trash or their volume has none and
+/// their content can be read completely, and others, which are refused with a reason. Blocking.
 struct Doomed {
     std::vector<DoomedEntry> entries;
     EntryFailures refused;
@@ -42,8 +42,8 @@ struct Doomed {
 Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground,
                         const JobControl *control = nullptr);
 
-/// Permanently deletes entries that are still the ones asked about; of a folder only the content seen then, or all of
-/// it if `seen` is null. Call only after the user confirmed. Blocking.
+/// Permanently deletes entries that are still the ones asked about; of a folder only the content seen then. Call only
+/// after the user confirmed. Blocking.
 OperationOutcome deleteForGood(const std::vector<DoomedEntry> &entries, const Trash &trash, const TrashGround &ground,
                                JobControl &control);
 

@@ -1,6 +1,7 @@
 #include "FileOperations/FileOperations.h"
 #include "Disk/SystemTrash.h"
 #include "FileOperations/NewEntries.h"
+#include "Support/FailingCalls.h"
 #include "Support/Faults.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace brellin;
@@ -184,6 +186,26 @@ TEST_F(FileOperationsTest, sparesWhatCameIntoADoomedFolderAfterTheQuestion)
     EXPECT_EQ(linesOf(deleteForGood(deletableForGood({trashed}, ground).entries, trash, ground, control).failures),
               QStringList());
     EXPECT_FALSE(tree.has("trash/info/ordner.trashinfo"));
+}
+
+TEST_F(FileOperationsTest, deletesNoFolderForGoodThatItCannotReadCompletely)
+{
+    const TrashGround ground{tree.path("trash"), volumes};
+    const Location trashed = *trash.put(home("ordner"));
+    Doomed doomed;
+    const bool failed = runWithFailingCalls(
+        SYS_getdents64, [](int) { return EACCES; }, [&] { doomed = deletableForGood({trashed}, ground); });
+    if (!failed)
+        GTEST_SKIP() << "system calls cannot fail on purpose here";
+    EXPECT_TRUE(doomed.entries.empty());
+    ASSERT_EQ(linesOf(doomed.refused).size(), 1);
+    EXPECT_TRUE(
+        linesOf(doomed.refused).front().startsWith(u"ordner: Was darin liegt, lässt sich nicht ganz ansehen: "));
+    // What comes into the folder after the question is spared, so nothing at all may be deleted here.
+    JobControl control;
+    tree.file("trash/files/ordner/neu.txt", "neu");
+    std::ignore = deleteForGood(doomed.entries, trash, ground, control);
+    EXPECT_EQ(tree.content("trash/files/ordner/neu.txt"), "neu");
 }
 
 TEST_F(FileOperationsTest, packsUnpacksAndTakesBoth)

@@ -64,8 +64,6 @@ void openFoldersToOwner(const Location &top)
     }));
 }
 
-} // namespace
-
 Result<void> deleteEntryForGood(const Location &entry)
 {
     const EntryPlace place = TRY(openPlace(entry));
@@ -75,6 +73,8 @@ Result<void> deleteEntryForGood(const Location &entry)
     openFoldersToOwner(entry);
     return removeTree(place.at());
 }
+
+} // namespace
 
 Result<std::vector<Location>> deleteSeenForGood(const Location &entry, const SeenTree &seen)
 {
