@@ -30,7 +30,6 @@ void TransferState::beginEntry(const QString &name)
 {
     const std::scoped_lock lock(m_mutex);
     m_progress.name = name;
-    m_progress.inFile = 0;
 }
 
 void TransferState::advance(const QString &name, std::int64_t bytes, std::int64_t files)
@@ -63,7 +62,6 @@ void TransferState::finishStep(const TransferSize &size)
     const std::scoped_lock lock(m_mutex);
     m_progress.itemBase += size.bytes;
     m_progress.inItem = 0;
-    m_progress.inFile = 0;
     m_progress.files = std::max(m_progress.files, m_filesBefore + size.files);
     m_filesBefore = m_progress.files;
 }

@@ -18,15 +18,14 @@ class TransferState {
 public:
     struct Progress {
         std::int64_t itemBase = 0; ///< bytes of finished steps
-        std::int64_t inItem = 0;   ///< bytes of the current step so far, the current file included
-        std::int64_t inFile = 0;   ///< always 0; `inItem` includes the current file
+        std::int64_t inItem = 0;   ///< bytes of the current step so far, including those of the current file
         std::int64_t files = 0;    ///< number of finished files
         QString name;              ///< entry being copied
         bool cancelled = false;
         bool paused = false;
         bool flushing = false; ///< everything is copied and being flushed
 
-        std::int64_t bytes() const { return itemBase + inItem + inFile; }
+        std::int64_t bytes() const { return itemBase + inItem; }
     };
     Progress progress() const;
 
