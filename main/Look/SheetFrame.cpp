@@ -1,3 +1,5 @@
+#include "Look/SheetFrame.h"
+
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
 #include "Look/Labels.h"

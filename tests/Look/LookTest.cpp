@@ -2,6 +2,7 @@
 #include "Look/Cards.h"
 #include "Look/Digits.h"
 #include "Look/EntryIcons.h"
+#include "Look/SheetFrame.h"
 #include "Look/Symbols.h"
 #include "Look/Theme.h"
 

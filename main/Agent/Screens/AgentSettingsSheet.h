@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/Screens/AgentPorts.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 class QCheckBox;
 class QComboBox;

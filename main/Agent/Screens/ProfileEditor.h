@@ -2,7 +2,7 @@
 
 #include "Agent/Screens/AgentPorts.h"
 #include "Base/Job.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 #include <functional>
 

@@ -2,7 +2,7 @@
 
 #include "Agent/Screens/AgentPorts.h"
 #include "Agent/Screens/RuleListModel.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 class QListView;
 class QPushButton;

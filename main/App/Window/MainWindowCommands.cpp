@@ -6,7 +6,7 @@
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
 #include "FileOperations/Unpacking.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 #include "Sidebar/Pins.h"
 #include "Sidebar/Screens/SidebarView.h"
 

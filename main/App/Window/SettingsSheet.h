@@ -1,7 +1,7 @@
 #pragma once
 
 #include "App/Window/WindowServices.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 class QCheckBox;
 
@@ -16,7 +16,7 @@ public:
 
 private:
     void addAppearance();
-    QCheckBox *addSwitch(const QString &key, bool usual, const QString &title, const QString &explanation);
+    QCheckBox *addSwitch(const SwitchSetting &setting, const QString &title, const QString &explanation);
     void store(const QString &key, const QVariant &value);
 
     WindowServices m_services;

@@ -1,7 +1,6 @@
 #include "ContentView/Screens/PaneView.h"
 
 #include "Look/Buttons.h"
-#include "Look/Cards.h"
 #include "Look/Theme.h"
 
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 #include "Places/ServerQuestion.h"
 
 class QCheckBox;

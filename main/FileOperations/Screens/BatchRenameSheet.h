@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FileOperations/BatchRename.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 #include <memory>
 

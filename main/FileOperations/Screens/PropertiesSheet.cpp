@@ -5,6 +5,7 @@
 #include "Features/Screens/PreviewFactList.h"
 #include "Features/Screens/PreviewTagRow.h"
 #include "Look/Buttons.h"
+#include "Look/Cards.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FileOperations/EntryProperties.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 #include <memory>
 

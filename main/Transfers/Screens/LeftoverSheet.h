@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/Location.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 
 #include <vector>
 

@@ -4,8 +4,8 @@
 #include "App/Start/WindowComposition.h"
 #include "App/Window/MainWindow.h"
 #include "Base/German.h"
-#include "Look/Cards.h"
 #include "Look/DesktopSettings.h"
+#include "Look/SheetFrame.h"
 #include "Look/Theme.h"
 #include "Transfers/Screens/TransferPanel.h"
 

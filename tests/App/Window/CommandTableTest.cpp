@@ -1,7 +1,7 @@
 #include "App/Window/WindowWorld.h"
 
 #include "App/Window/DesktopPasteboard.h"
-#include "Look/Cards.h"
+#include "Look/SheetFrame.h"
 #include "Sidebar/Pins.h"
 
 #include <QClipboard>
