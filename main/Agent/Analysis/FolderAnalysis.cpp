@@ -3,6 +3,7 @@
 #include "Agent/Analysis/AccessTimes.h"
 #include "Agent/Analysis/DuplicateDocuments.h"
 #include "Agent/Analysis/DuplicateFolders.h"
+#include "Agent/Analysis/FileUse.h"
 #include "Agent/Analysis/ProtectedEntries.h"
 #include "Agent/Duplicates/DuplicateReasons.h"
 #include "Base/German.h"

@@ -2,6 +2,7 @@
 
 #include "Agent/Analysis/AccessTimes.h"
 #include "Agent/Analysis/AnalysisReasons.h"
+#include "Agent/Analysis/FileUse.h"
 #include "Agent/Analysis/FolderNames.h"
 #include "Base/German.h"
 

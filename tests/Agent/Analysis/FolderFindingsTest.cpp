@@ -1,6 +1,7 @@
 #include "Agent/Analysis/FolderFindings.h"
 
 #include "Agent/Analysis/AnalysisReasons.h"
+#include "Agent/Analysis/FileUse.h"
 #include "Agent/Analysis/FolderFingerprint.h"
 #include "Agent/Analysis/FolderNames.h"
 #include "Agent/Analysis/FolderProtection.h"
