@@ -5,7 +5,7 @@
 #include "Agent/Duplicates/LaterTrash.h"
 #include "Agent/Model/AiSorting.h"
 #include "Agent/NeverSet.h"
-#include "Agent/Rules/CandidateFates.h"
+#include "Agent/Rules/CandidateVerdicts.h"
 #include "Agent/Rules/RuleMatching.h"
 #include "Base/German.h"
 #include "Disk/UnreadableFolders.h"
@@ -155,16 +155,16 @@ AgentProposal Scanner::proposalOf(const Candidate &candidate)
 Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
 {
     AiSorting sorting(m_services.forModel(), m_control);
-    CandidateFates fates(m_services.locations, m_guard, &m_control);
+    CandidateVerdicts verdicts(m_services.locations, m_guard, &m_control);
     m_control.setTotal(static_cast<qint64>(candidates.size()));
     for (const Candidate &candidate : candidates) {
         if (m_control.cancelled())
             return failure(Failure::cancelled());
         m_control.advance();
-        const CandidateFate fate = fates.of(candidate);
-        if (fate == CandidateFate::TargetRefused)
+        const RuleVerdict verdict = verdicts.of(candidate);
+        if (verdict == RuleVerdict::TargetRefused)
             noteRefused(candidate);
-        if (fate != CandidateFate::Proposed)
+        if (verdict != RuleVerdict::Takes)
             continue;
         AgentProposal proposal = proposalOf(candidate);
         if (candidate.needsAI) {

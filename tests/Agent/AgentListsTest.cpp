@@ -194,7 +194,7 @@ TEST_F(AgentListsTest, triesTheEditedRuleAmongTheOthers)
     EXPECT_EQ(trial.outcome.get()->files[0].source, world.home("Downloads/b.txt"));
     EXPECT_EQ(trial.outcome.get()->files[0].destination, world.home("Ziel/b.txt"));
     ASSERT_TRUE(trial.explanation.get());
-    EXPECT_EQ(trial.explanation.get()->verdict, RuleExplanation::Verdict::Takes);
+    EXPECT_EQ(trial.explanation.get()->verdict, RuleVerdict::Takes);
     EXPECT_TRUE(world.tree().has("home/Downloads/b.txt"));
 
     trial.setRule(edited, rules, {});

@@ -1,18 +1,18 @@
-#include "Agent/Rules/CandidateFates.h"
+#include "Agent/Rules/CandidateVerdicts.h"
 
 namespace brellin {
 
-CandidateFate CandidateFates::of(const Candidate &candidate)
+RuleVerdict CandidateVerdicts::of(const Candidate &candidate)
 {
     if (m_guard.isProtectedAsWhole(candidate.source))
-        return CandidateFate::Protected;
+        return RuleVerdict::Protected;
     if (!isTargetAllowed(candidate))
-        return CandidateFate::TargetRefused;
+        return RuleVerdict::TargetRefused;
     const bool copied = candidate.kind == AgentProposal::Kind::Copy && m_copies.hold(candidate);
-    return copied ? CandidateFate::AlreadyCopied : CandidateFate::Proposed;
+    return copied ? RuleVerdict::AlreadyCopied : RuleVerdict::Takes;
 }
 
-bool CandidateFates::isTargetAllowed(const Candidate &candidate) const
+bool CandidateVerdicts::isTargetAllowed(const Candidate &candidate) const
 {
     if (candidate.needsAI)
         return candidate.aiBase->is_absolute() && m_locations.isAllowed(*candidate.aiBase);

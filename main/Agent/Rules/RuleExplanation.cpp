@@ -115,54 +115,33 @@ std::vector<ConditionOutcome> conditionOutcomes(const CleanupRule &rule, const L
 QString RuleExplanation::text() const
 {
     switch (verdict) {
-    case Verdict::Takes:
+    case RuleVerdict::Takes:
         return QStringLiteral("Die Regel nimmt diese Datei.");
-    case Verdict::RuleOff:
+    case RuleVerdict::RuleOff:
         return QStringLiteral("Die Regel ist ausgeschaltet.");
-    case Verdict::SourceRefused:
+    case RuleVerdict::SourceRefused:
         return QStringLiteral("In den Ordner der Regel schaut der Agent nicht.");
-    case Verdict::OutsideSource:
+    case RuleVerdict::OutsideSource:
         return QStringLiteral("Die Datei liegt nicht dort, wo die Regel sucht.");
-    case Verdict::ConditionFails: {
+    case RuleVerdict::ConditionFails: {
         const auto failed = std::ranges::find_if(conditions, [](const ConditionOutcome &one) { return !one.lets(); });
         return failed == conditions.end() ? QString() : failed->text();
     }
-    case Verdict::NotLookedAt:
+    case RuleVerdict::NotLookedAt:
         return QStringLiteral("Versteckte und unfertige Dateien, Skripte und Ordner lässt der Agent liegen.");
-    case Verdict::NamedByScript:
+    case RuleVerdict::NamedByScript:
         return QStringLiteral("Die Datei bleibt, weil ein Skript sie benutzt.");
-    case Verdict::Protected:
+    case RuleVerdict::Protected:
         return QStringLiteral("Die Datei ist geschützt und bleibt, wie sie ist.");
-    case Verdict::TargetRefused:
+    case RuleVerdict::TargetRefused:
         return QStringLiteral("Die Datei bleibt, weil der Agent in das Ziel der Regel nie etwas legt.");
-    case Verdict::AlreadyCopied:
+    case RuleVerdict::AlreadyCopied:
         return QStringLiteral("Die Kopie dieser Datei steht schon im Ziel.");
-    case Verdict::NothingToDo:
+    case RuleVerdict::NoRule:
+    case RuleVerdict::NothingToDo:
         return QStringLiteral("Für diese Datei bleibt nichts zu tun.");
     }
     return {};
-}
-
-QString RuleForecast::text(const Location &home) const
-{
-    if (!rule)
-        return QStringLiteral("Keine Regel nimmt diese Datei.");
-    const QString name = QStringLiteral("Regel „%1“").arg(rule->name);
-    if (outcome == Outcome::Protected)
-        return name + QStringLiteral(" – bleibt, weil die Datei geschützt ist");
-    if (outcome == Outcome::TargetRefused)
-        return name + QStringLiteral(" – bleibt, weil der Agent in ihr Ziel nie etwas legt");
-    if (outcome == Outcome::AlreadyCopied)
-        return name + QStringLiteral(" – die Kopie steht schon im Ziel");
-    if (outcome == Outcome::NamedByScript)
-        return name + QStringLiteral(" – bleibt, weil ein Skript die Datei benutzt");
-    if (!destination)
-        return name + QStringLiteral(" → In den Papierkorb");
-    if (chosenByModel)
-        return name + QStringLiteral(" → ") + shownFromHome(*destination, home) + QStringLiteral("/ … (KI)");
-    if (kind == AgentProposal::Kind::Rename)
-        return name + QStringLiteral(" → ") + shownName(*destination);
-    return name + QStringLiteral(" → ") + shownFromHome(destination->parent_path(), home) + u'/';
 }
 
 } // namespace brellin

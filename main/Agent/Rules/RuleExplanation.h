@@ -2,6 +2,7 @@
 
 #include "Agent/Rules/Candidate.h"
 #include "Agent/Rules/CleanupRule.h"
+#include "Agent/Rules/RuleVerdict.h"
 #include "Base/Instant.h"
 
 #include <QString>
@@ -31,47 +32,13 @@ struct ConditionOutcome {
 
 /// Why a rule takes a file, or does not.
 struct RuleExplanation {
-    enum class Verdict {
-        Takes,
-        RuleOff,
-        SourceRefused,  ///< the rule's folder is a system location or not a valid path
-        OutsideSource,  ///< the file is not in the rule's folder
-        ConditionFails, ///< see `conditions`
-        NotLookedAt,    ///< hidden, a script, an unfinished download, inside a package, or not a file
-        NamedByScript,
-        Protected,     ///< by a profile
-        TargetRefused, ///< the agent must not write to the target
-        AlreadyCopied, ///< the target already contains a copy
-        NothingToDo    ///< already in place or already named so, or the target or name is invalid
-    };
-    Verdict verdict = Verdict::NotLookedAt;
+    RuleVerdict verdict = RuleVerdict::NotLookedAt;
     std::vector<ConditionOutcome> conditions; ///< in the rule's order
     std::optional<Candidate> candidate;       ///< set for `Takes`
 
     bool operator==(const RuleExplanation &) const = default;
     /// One German sentence.
     QString text() const;
-};
-
-/// What all rules together would do with one file.
-struct RuleForecast {
-    enum class Outcome {
-        NoRule, ///< no rule takes it
-        Taken,
-        Protected,     ///< taken by a rule, but protected by a profile
-        TargetRefused, ///< taken by a rule, but the agent must not write to its target
-        AlreadyCopied, ///< taken by a rule, but its target already contains a copy
-        NamedByScript  ///< taken by a rule, but named by a script
-    };
-    Outcome outcome = Outcome::NoRule;
-    std::optional<CleanupRule> rule; ///< the rule that takes it, or would
-    AgentProposal::Kind kind = AgentProposal::Kind::Move;
-    std::optional<Location> destination; ///< none for the Trash; if the model chooses, the folder in which it does
-    bool chosenByModel = false;
-
-    bool operator==(const RuleForecast &) const = default;
-    /// "Regel „Rechnungen (PDF) ablegen“ → ~/Dokumente/Rechnungen/2026/"
-    QString text(const Location &home) const;
 };
 
 /// Tests the conditions of a rule separately for one file. Reads its attributes.

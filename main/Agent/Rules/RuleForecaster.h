@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/Rules/RuleExplanation.h"
+#include "Agent/Rules/RuleForecast.h"
 #include "Agent/Rules/RuleMatching.h"
 #include "Agent/Rules/RuleServices.h"
 #include "Base/Job.h"

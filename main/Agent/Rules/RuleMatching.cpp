@@ -1,6 +1,6 @@
 #include "Agent/Rules/RuleMatching.h"
 
-#include "Agent/Rules/CandidateFates.h"
+#include "Agent/Rules/CandidateVerdicts.h"
 #include "Agent/Rules/RuleConditions.h"
 #include "Agent/Rules/RuleTargets.h"
 #include "Agent/Rules/RuleWalk.h"
@@ -34,7 +34,7 @@ struct RuledFile {
 /// The result of all rules for one file.
 struct OneFile {
     bool lookedAt = false;
-    std::optional<RuledFile> verdict;
+    std::optional<RuledFile> first;
 };
 
 /// The file's path with the symlinks above it resolved.
@@ -94,7 +94,7 @@ private:
     void addToSource(std::size_t number);
     void markOverlaps();
     Result<void> evaluate(const RuleSource &source);
-    std::optional<RuledFile> verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts);
+    std::optional<RuledFile> firstRuleOn(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts);
     bool isLeftOut(const WalkedFile &file, const RuleSource &source) const;
     void noteWanted(std::optional<std::size_t> rule, const WalkedFile &file, const RuleSource &source);
     void dropTrashOfWanted();
@@ -105,7 +105,7 @@ private:
     const JobControl *m_control;
     std::deque<ActiveRule> m_rules; ///< sources point into it
     std::vector<RuleSource> m_sources;
-    std::vector<RuledFile> m_verdicts;
+    std::vector<RuledFile> m_ruled;
     /// Files of overlapping sources that are already as a rule wants them, and the first such rule.
     std::unordered_map<std::string, std::size_t> m_wanted;
     std::string m_only; ///< only this file is evaluated; empty: all
@@ -179,8 +179,8 @@ Result<OneFile> Evaluation::runFor(const Location &file)
     dropTrashOfWanted();
     OneFile result;
     result.lookedAt = m_lookedAtOnly;
-    if (const auto first = std::ranges::min_element(m_verdicts, {}, &RuledFile::rule); first != m_verdicts.end())
-        result.verdict = std::move(*first);
+    if (const auto first = std::ranges::min_element(m_ruled, {}, &RuledFile::rule); first != m_ruled.end())
+        result.first = std::move(*first);
     return result;
 }
 
@@ -199,13 +199,14 @@ Result<void> Evaluation::evaluate(const RuleSource &source)
         if (isLeftOut(file, source) || walk.isAwaited(file))
             continue;
         m_lookedAtOnly = true;
-        if (std::optional<RuledFile> decided = verdict(file, source, scripts))
-            m_verdicts.push_back(*std::move(decided));
+        if (std::optional<RuledFile> ruled = firstRuleOn(file, source, scripts))
+            m_ruled.push_back(*std::move(ruled));
     }
     return {};
 }
 
-std::optional<RuledFile> Evaluation::verdict(const WalkedFile &file, const RuleSource &source, SourceScripts &scripts)
+std::optional<RuledFile> Evaluation::firstRuleOn(const WalkedFile &file, const RuleSource &source,
+                                                 SourceScripts &scripts)
 {
     RuleFile tested;
     tested.set(file.name, file.package ? std::nullopt : std::optional(file.state.size), file.state.modified);
@@ -254,7 +255,7 @@ void Evaluation::dropTrashOfWanted()
 {
     if (m_wanted.empty())
         return;
-    std::erase_if(m_verdicts, [this](const RuledFile &one) {
+    std::erase_if(m_ruled, [this](const RuledFile &one) {
         const auto wanted = m_wanted.find(one.file);
         return wanted != m_wanted.end() && wanted->second < one.rule &&
                m_rules[one.rule].rule.action == RuleAction::Trash;
@@ -265,7 +266,7 @@ void Evaluation::dropTrashOfWanted()
 RuleEvaluation Evaluation::summary()
 {
     std::unordered_map<std::string_view, std::size_t> first;
-    for (const RuledFile &one : m_verdicts) {
+    for (const RuledFile &one : m_ruled) {
         if (one.file.empty())
             continue;
         const auto [entry, isNew] = first.try_emplace(one.file, one.rule);
@@ -275,7 +276,7 @@ RuleEvaluation Evaluation::summary()
     result.unreadable = std::move(m_unreadable);
     result.checkedFiles = m_checked + static_cast<std::int64_t>(m_checkedInSeveral.size());
     std::vector<std::pair<std::size_t, Candidate *>> held;
-    for (RuledFile &one : m_verdicts) {
+    for (RuledFile &one : m_ruled) {
         if (!one.file.empty() && first.at(one.file) != one.rule)
             continue;
         if (one.candidate)
@@ -292,41 +293,11 @@ RuleEvaluation Evaluation::summary()
     return result;
 }
 
-CandidateFate fateOf(const Candidate &candidate, const SystemLocations &locations,
-                     const std::vector<FolderProfile> &profiles, JobControl *control)
+RuleVerdict verdictOf(const Candidate &candidate, const SystemLocations &locations,
+                      const std::vector<FolderProfile> &profiles, JobControl *control)
 {
     const Guard guard(locations, profiles);
-    return CandidateFates(locations, guard, control).of(candidate);
-}
-
-RuleExplanation::Verdict verdictFor(CandidateFate fate)
-{
-    switch (fate) {
-    case CandidateFate::Protected:
-        return RuleExplanation::Verdict::Protected;
-    case CandidateFate::TargetRefused:
-        return RuleExplanation::Verdict::TargetRefused;
-    case CandidateFate::AlreadyCopied:
-        return RuleExplanation::Verdict::AlreadyCopied;
-    case CandidateFate::Proposed:
-        break;
-    }
-    return RuleExplanation::Verdict::Takes;
-}
-
-RuleForecast::Outcome outcomeOf(CandidateFate fate)
-{
-    switch (fate) {
-    case CandidateFate::Protected:
-        return RuleForecast::Outcome::Protected;
-    case CandidateFate::TargetRefused:
-        return RuleForecast::Outcome::TargetRefused;
-    case CandidateFate::AlreadyCopied:
-        return RuleForecast::Outcome::AlreadyCopied;
-    case CandidateFate::Proposed:
-        break;
-    }
-    return RuleForecast::Outcome::Taken;
+    return CandidateVerdicts(locations, guard, control).of(candidate);
 }
 
 } // namespace
@@ -368,33 +339,33 @@ std::optional<Location> RuleMatching::foundIn(const CleanupRule &rule, const Loc
 Result<RuleExplanation> RuleMatching::explain(const CleanupRule &rule, const std::vector<FolderProfile> &profiles,
                                               const Location &file, JobControl *control) const
 {
-    using Verdict = RuleExplanation::Verdict;
-    RuleExplanation result{
-        .verdict = Verdict::NothingToDo, .conditions = conditionOutcomes(rule, file, m_clock.now()), .candidate = {}};
-    const auto because = [&](Verdict verdict) {
+    RuleExplanation result{.verdict = RuleVerdict::NothingToDo,
+                           .conditions = conditionOutcomes(rule, file, m_clock.now()),
+                           .candidate = {}};
+    const auto because = [&](RuleVerdict verdict) {
         result.verdict = verdict;
         return result;
     };
     const std::optional<Location> source = rulePath(rule.sourcePath, m_locations.home());
     if (!rule.enabled)
-        return because(Verdict::RuleOff);
+        return because(RuleVerdict::RuleOff);
     if (!source || !m_locations.isAllowed(*source))
-        return because(Verdict::SourceRefused);
+        return because(RuleVerdict::SourceRefused);
     const std::optional<Location> entry = foundIn(rule, file);
     if (!entry)
-        return because(Verdict::OutsideSource);
+        return because(RuleVerdict::OutsideSource);
     if (!std::ranges::all_of(result.conditions, &ConditionOutcome::lets))
-        return because(Verdict::ConditionFails);
+        return because(RuleVerdict::ConditionFails);
     OneFile found = TRY(Evaluation({rule}, m_locations, m_clock.now(), control).runFor(*entry));
     if (!found.lookedAt)
-        return because(Verdict::NotLookedAt);
-    if (!found.verdict)
+        return because(RuleVerdict::NotLookedAt);
+    if (!found.first)
         return result;
-    if (!found.verdict->candidate)
-        return because(Verdict::NamedByScript);
-    result.verdict = verdictFor(fateOf(*found.verdict->candidate, m_locations, profiles, control));
-    if (result.verdict == Verdict::Takes)
-        result.candidate = std::move(found.verdict->candidate);
+    if (!found.first->candidate)
+        return because(RuleVerdict::NamedByScript);
+    result.verdict = verdictOf(*found.first->candidate, m_locations, profiles, control);
+    if (result.verdict == RuleVerdict::Takes)
+        result.candidate = std::move(found.first->candidate);
     return result;
 }
 
@@ -411,15 +382,15 @@ Result<RuleForecast> RuleMatching::forecast(const std::vector<CleanupRule> &rule
     if (asked.empty())
         return result;
     OneFile found = TRY(Evaluation(asked, m_locations, m_clock.now(), control).runFor(*foundIn(asked.front(), file)));
-    if (!found.verdict)
+    if (!found.first)
         return result;
-    result.rule = asked[found.verdict->rule];
-    if (!found.verdict->candidate) {
-        result.outcome = RuleForecast::Outcome::NamedByScript;
+    result.rule = asked[found.first->rule];
+    if (!found.first->candidate) {
+        result.verdict = RuleVerdict::NamedByScript;
         return result;
     }
-    const Candidate &candidate = *found.verdict->candidate;
-    result.outcome = outcomeOf(fateOf(candidate, m_locations, profiles, control));
+    const Candidate &candidate = *found.first->candidate;
+    result.verdict = verdictOf(candidate, m_locations, profiles, control);
     result.kind = candidate.kind;
     result.chosenByModel = candidate.needsAI;
     result.destination = candidate.needsAI ? candidate.aiBase : candidate.destination;

@@ -3,6 +3,7 @@
 #include "Agent/Rules/Candidate.h"
 #include "Agent/Rules/CleanupRule.h"
 #include "Agent/Rules/RuleExplanation.h"
+#include "Agent/Rules/RuleForecast.h"
 #include "Base/JobControl.h"
 #include "Base/Result.h"
 #include "Guard/FolderProfile.h"

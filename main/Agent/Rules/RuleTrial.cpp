@@ -1,6 +1,6 @@
 #include "Agent/Rules/RuleTrial.h"
 
-#include "Agent/Rules/CandidateFates.h"
+#include "Agent/Rules/CandidateVerdicts.h"
 #include "Agent/Rules/RuleList.h"
 #include "Agent/Rules/RuleMatching.h"
 #include "Base/AbandonablePool.h"
@@ -80,12 +80,12 @@ Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRu
     outcome.leftForScripts = found.leftForScripts;
     if (const auto kept = found.keptNames.find(id); kept != found.keptNames.end())
         outcome.keptNames = kept->second;
-    CandidateFates fates(services.locations, guard, control);
+    CandidateVerdicts verdicts(services.locations, guard, control);
     for (const Candidate &one : found.candidates) {
-        const CandidateFate fate = one.rule == id ? fates.of(one) : CandidateFate::Protected;
-        outcome.refused += fate == CandidateFate::TargetRefused ? 1 : 0;
-        outcome.copied += fate == CandidateFate::AlreadyCopied ? 1 : 0;
-        if (fate != CandidateFate::Proposed)
+        const RuleVerdict verdict = one.rule == id ? verdicts.of(one) : RuleVerdict::Protected;
+        outcome.refused += verdict == RuleVerdict::TargetRefused ? 1 : 0;
+        outcome.copied += verdict == RuleVerdict::AlreadyCopied ? 1 : 0;
+        if (verdict != RuleVerdict::Takes)
             continue;
         ++outcome.count;
         outcome.bytes += one.isPackage ? 0 : one.seen.size;

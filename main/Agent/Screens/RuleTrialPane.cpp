@@ -168,7 +168,7 @@ void RuleTrialPane::showExplanation()
     const std::optional<RuleExplanation> &found = m_trial.explanation.get();
     if (!found)
         return;
-    const bool takes = found->verdict == RuleExplanation::Verdict::Takes;
+    const bool takes = found->verdict == RuleVerdict::Takes;
     addLine(m_explanation, takes ? QStringLiteral("check") : QStringLiteral("x"),
             takes ? Token::Success : Token::Danger, found->text());
     for (const ConditionOutcome &one : found->conditions)

@@ -44,23 +44,18 @@ QString deedOf(const RuleForecast &forecast, const KnownFolders &folders)
 
 QString hintText(const RuleForecast &forecast, const KnownFolders &folders)
 {
-    if (forecast.outcome == RuleForecast::Outcome::NoRule || !forecast.rule)
+    if (forecast.verdict == RuleVerdict::NoRule || !forecast.rule)
         return {};
     const QString would =
         QStringLiteral("Regel „%1“ würde diese Datei %2").arg(forecast.rule->name, deedOf(forecast, folders));
-    switch (forecast.outcome) {
-    case RuleForecast::Outcome::Protected:
+    if (forecast.verdict == RuleVerdict::Protected)
         return would + QStringLiteral(" – aber sie ist geschützt.");
-    case RuleForecast::Outcome::TargetRefused:
+    if (forecast.verdict == RuleVerdict::TargetRefused)
         return would + QStringLiteral(" – aber in dieses Ziel legt der Agent nie etwas.");
-    case RuleForecast::Outcome::AlreadyCopied:
+    if (forecast.verdict == RuleVerdict::AlreadyCopied)
         return would + QStringLiteral(" – aber die Kopie steht schon dort.");
-    case RuleForecast::Outcome::NamedByScript:
+    if (forecast.verdict == RuleVerdict::NamedByScript)
         return would + QStringLiteral(" – aber ein Skript benutzt sie.");
-    case RuleForecast::Outcome::Taken:
-    case RuleForecast::Outcome::NoRule:
-        break;
-    }
     return would + QStringLiteral(".");
 }
 

@@ -19,7 +19,7 @@ namespace {
 class RuleExplanationTest : public ::testing::Test {
 protected:
     using enum ConditionKind;
-    using Verdict = RuleExplanation::Verdict;
+    using Verdict = RuleVerdict;
 
     RuleExplanationTest() { tree.lines({"home/Downloads/", "home/Bilder/", "system/"}); }
 
@@ -120,11 +120,11 @@ TEST_F(RuleExplanationTest, foretellsWhatAScanWouldDo)
     FolderProfile profile;
     profile.rootPath = textOf(home("Downloads"));
     profile.protectedEntries = {{.path = u"a.txt"_qs, .reason = {}}};
-    EXPECT_EQ(forecast(rules, "Downloads/a.txt", {profile}).outcome, RuleForecast::Outcome::Protected);
+    EXPECT_EQ(forecast(rules, "Downloads/a.txt", {profile}).verdict, Verdict::Protected);
     // Also protected when reached through a symlink.
     tree.lines({"home/DL->Downloads"});
     rest.sourcePath = textOf(home("DL"));
-    EXPECT_EQ(forecast({rest}, "DL/a.txt", {profile}).outcome, RuleForecast::Outcome::Protected);
+    EXPECT_EQ(forecast({rest}, "DL/a.txt", {profile}).verdict, Verdict::Protected);
     EXPECT_EQ(explain(rest, "DL/a.txt", {profile}).verdict, Verdict::Protected);
     EXPECT_EQ(explain(rest, "DL/bild.png", {profile}).verdict, Verdict::Takes);
 }
@@ -137,20 +137,19 @@ TEST_F(RuleExplanationTest, takesNothingThatAScanLeaves)
     refusedForModel.action = RuleAction::AiSort;
     CleanupRule copy = rule();
     copy.action = RuleAction::Copy;
-    using Outcome = RuleForecast::Outcome;
-    const std::vector<std::tuple<CleanupRule, std::string, Verdict, Outcome>> rows = {
-        {refused, "Downloads/a.txt", Verdict::TargetRefused, Outcome::TargetRefused},
-        {refusedForModel, "Downloads/a.txt", Verdict::TargetRefused, Outcome::TargetRefused},
-        {copy, "Downloads/a.txt", Verdict::AlreadyCopied, Outcome::AlreadyCopied},
-        {copy, "Downloads/b.txt", Verdict::Takes, Outcome::Taken},
-        {rule(), "Downloads/a.txt", Verdict::Takes, Outcome::Taken},
+    const std::vector<std::tuple<CleanupRule, std::string, Verdict>> rows = {
+        {refused, "Downloads/a.txt", Verdict::TargetRefused},
+        {refusedForModel, "Downloads/a.txt", Verdict::TargetRefused},
+        {copy, "Downloads/a.txt", Verdict::AlreadyCopied},
+        {copy, "Downloads/b.txt", Verdict::Takes},
+        {rule(), "Downloads/a.txt", Verdict::Takes},
     };
-    for (const auto &[one, file, verdict, outcome] : rows) {
+    for (const auto &[one, file, verdict] : rows) {
         SCOPED_TRACE(file + " " + one.targetPath.toStdString());
         const RuleExplanation found = explain(one, file);
         EXPECT_EQ(found.verdict, verdict) << found.text().toStdString();
         EXPECT_EQ(found.candidate.has_value(), verdict == Verdict::Takes);
-        EXPECT_EQ(forecast({one}, file).outcome, outcome);
+        EXPECT_EQ(forecast({one}, file).verdict, verdict);
     }
 }
 
@@ -174,7 +173,7 @@ TEST_F(RuleExplanationTest, aFileInItsPlaceIsNotThrownAwayByALaterRule)
     EXPECT_THAT(candidates({trash, keep}), ElementsAre("a.txt", "b.pdf"));
     EXPECT_THAT(candidates({keep, rule()}),
                 ElementsAre("a.txt", "b.pdf")); // a later rule may move it, which loses nothing
-    EXPECT_EQ(forecast({keep, trash}, "Downloads/a.txt").outcome, RuleForecast::Outcome::NoRule);
+    EXPECT_EQ(forecast({keep, trash}, "Downloads/a.txt").verdict, Verdict::NoRule);
 }
 
 TEST_F(RuleExplanationTest, warnsOfRulesThatCannotWork)

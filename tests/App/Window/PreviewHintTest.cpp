@@ -13,7 +13,7 @@ protected:
         folders.home = "/home/anna";
         forecast.rule = CleanupRule();
         forecast.rule->name = QStringLiteral("Rechnungen");
-        forecast.outcome = RuleForecast::Outcome::Taken;
+        forecast.verdict = RuleVerdict::Takes;
         forecast.destination = Location("/home/anna/Briefe/2026/r.pdf");
     }
     std::string text() const { return hintText(forecast, folders).toStdString(); }
@@ -45,11 +45,11 @@ TEST_F(PreviewHintTest, saysWhatWouldHappenAndWhereTo)
 
 TEST_F(PreviewHintTest, saysWhyItWouldNot)
 {
-    forecast.outcome = RuleForecast::Outcome::Protected;
+    forecast.verdict = RuleVerdict::Protected;
     EXPECT_TRUE(text().ends_with("verschieben – aber sie ist geschützt.")) << text();
-    forecast.outcome = RuleForecast::Outcome::NamedByScript;
+    forecast.verdict = RuleVerdict::NamedByScript;
     EXPECT_TRUE(text().ends_with("verschieben – aber ein Skript benutzt sie.")) << text();
-    forecast.outcome = RuleForecast::Outcome::NoRule;
+    forecast.verdict = RuleVerdict::NoRule;
     EXPECT_EQ(text(), "");
 }
 
