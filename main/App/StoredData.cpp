@@ -2,6 +2,7 @@
 
 #include "Agent/AgentKinds.h"
 #include "ContentView/FolderViews.h"
+#include "ContentView/StoredWindows.h"
 #include "Features/FolderColors.h"
 #include "Places/NetworkServers.h"
 #include "SendTo/SendToTargets.h"
@@ -96,8 +97,8 @@ const std::vector<StoredKind> &storedKinds()
         all.push_back(storedKind<QuickEntry>(QStringLiteral("quickAccess")));
         all.push_back(storedKind<Location>(QStringLiteral("sidebarExpanded")));
         all.push_back(storedKind<QString>(QStringLiteral("sidebarFolded")));
-        for (const StoredKind &kind : {FolderColors::kind(), folderViewsKind(), SendToTargets::kind(),
-                                       NetworkServers::kind(), storedRecordsKind(QStringLiteral("windows"))})
+        for (const StoredKind &kind :
+             {FolderColors::kind(), folderViewsKind(), SendToTargets::kind(), NetworkServers::kind(), windowsKind()})
             all.push_back(kind);
         return all;
     }();

@@ -33,20 +33,6 @@ Checked checkedObject(const QByteArray &text, const std::function<QString(const 
     return partly(lost, object.size());
 }
 
-Checked checkedRecords(const QByteArray &text)
-{
-    const JsonResult<QJsonValue> json = parseJson(text);
-    if (!json || !json->isArray())
-        return damaged(json ? JsonError{{}, QStringLiteral("hier gehört eine Liste hin")} : json.error());
-    const QJsonArray array = json->toArray();
-    QStringList lost;
-    for (qsizetype i = 0; i < array.size(); ++i) {
-        if (!array.at(i).isObject())
-            lost << JsonError{QStringLiteral("[%1]").arg(i), QStringLiteral("hier gehört ein Objekt hin")}.sentence();
-    }
-    return partly(lost, array.size());
-}
-
 /// The last good version, if it can be decoded completely.
 std::optional<QByteArray> lastGood(const UserDefaults &defaults, const StoredKind &kind)
 {
@@ -59,11 +45,6 @@ std::optional<QByteArray> lastGood(const UserDefaults &defaults, const StoredKin
 StoredKind storedObjectKind(const QString &key, const std::function<QString(const QJsonValue &)> &fault)
 {
     return {key, [fault](const QByteArray &text) { return checkedObject(text, fault); }};
-}
-
-StoredKind storedRecordsKind(const QString &key)
-{
-    return {key, checkedRecords};
 }
 
 bool hasLastGood(const UserDefaults &defaults, const StoredKind &kind)

@@ -27,8 +27,6 @@ StoredKind storedKind(const QString &key)
 /// An object whose keys are user data (paths). `fault` returns what is wrong with a value, without a full stop; empty
 /// if nothing.
 StoredKind storedObjectKind(const QString &key, const std::function<QString(const QJsonValue &)> &fault = {});
-/// A list of another room; only checks that its records are objects.
-StoredKind storedRecordsKind(const QString &key);
 
 /// Whether there is a last good version that can be decoded completely.
 bool hasLastGood(const UserDefaults &defaults, const StoredKind &kind);

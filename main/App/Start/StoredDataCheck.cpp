@@ -4,7 +4,6 @@
 #include "App/Remnants.h"
 #include "App/StoredData.h"
 #include "App/Window/Notices.h"
-#include "App/Window/WindowMemory.h"
 
 #include <algorithm>
 
@@ -12,13 +11,11 @@ namespace brellin {
 
 namespace {
 
-/// All lists except the agent's. The kind of the window list replaces the general one, which does not know its records.
+/// All lists except the agent's, which it checks itself.
 std::vector<StoredKind> kindsToCheck()
 {
-    const StoredKind windows = windowsKind();
     std::vector<StoredKind> kinds = storedKinds();
-    std::erase_if(kinds, [&](const StoredKind &one) { return one.key == windows.key || agentKind(one.key); });
-    kinds.push_back(windows);
+    std::erase_if(kinds, [](const StoredKind &one) { return agentKind(one.key); });
     return kinds;
 }
 

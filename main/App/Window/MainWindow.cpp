@@ -1,6 +1,7 @@
 #include "App/Window/MainWindow.h"
 
 #include "App/Window/FileCommands.h"
+#include "App/Window/FittingFrame.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
 #include "Features/StorageOverview.h"

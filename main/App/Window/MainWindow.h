@@ -2,7 +2,7 @@
 
 #include "App/Window/TabPage.h"
 #include "App/Window/Toolbar.h"
-#include "App/Window/WindowMemory.h"
+#include "ContentView/StoredWindows.h"
 
 #include <QPointer>
 #include <QStackedWidget>

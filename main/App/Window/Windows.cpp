@@ -1,7 +1,7 @@
 #include "App/Window/Windows.h"
 
 #include "App/Window/MainWindow.h"
-#include "App/Window/WindowMemory.h"
+#include "ContentView/StoredWindows.h"
 
 #include <QApplication>
 

@@ -1,4 +1,4 @@
-#include "App/Window/WindowMemory.h"
+#include "ContentView/StoredWindows.h"
 #include "Support/StartedProgram.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"

@@ -1,6 +1,7 @@
 #include "App/Window/WindowWorld.h"
 
 #include "App/Window/EditableFocus.h"
+#include "App/Window/FittingFrame.h"
 #include "App/Window/Windows.h"
 #include "Features/FileTags.h"
 
@@ -217,7 +218,7 @@ TEST_F(WindowTest, windowsComeBackAtTheNextStart)
     EXPECT_TRUE(storedWindows(services->settings()).empty());
 }
 
-TEST(WindowMemoryTest, aFrameFitsTheScreenThatIsThere)
+TEST(FittingFrameTest, aFrameFitsTheScreenThatIsThere)
 {
     const QRect room(0, 0, 1280, 800);
     const QRect usual(100, 100, 900, 600);
