@@ -15,18 +15,6 @@ bool isContinuation(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// At most `limit` bytes of `text`, cut at a UTF-8 character boundary; invalid bytes count as characters.
-std::string_view cut(std::string_view text, std::size_t limit)
-{
-    if (text.size() <= limit)
-        return text;
-    std::size_t end = limit;
-    while (end > 0 && limit - end < 3 && isContinuation(text[end]))
-        --end;
-    const bool startsCharacter = static_cast<unsigned char>(text[end]) >= 0xC0U;
-    return text.substr(0, startsCharacter ? end : limit);
-}
-
 /// Inserts before the extension and shortens the stem to fit `limit`. If the extension leaves no room for the stem, it
 /// is cut as well.
 std::string composed(std::string_view name, std::string_view insertion, std::size_t limit)
@@ -38,7 +26,7 @@ std::string composed(std::string_view name, std::string_view insertion, std::siz
         tail = {};
     }
     const std::size_t room = limit - std::min(limit, insertion.size() + tail.size());
-    return std::string(cut(stem, room)).append(insertion).append(tail);
+    return std::string(cutText(stem, room)).append(insertion).append(tail);
 }
 
 /// Whether trying this name may succeed. Also true if that cannot be determined (no permission, unresponsive server):
@@ -50,6 +38,17 @@ bool mayBeFree(const Location &location)
 }
 
 } // namespace
+
+std::string_view cutText(std::string_view text, std::size_t limit)
+{
+    if (text.size() <= limit)
+        return text;
+    std::size_t end = limit;
+    while (end > 0 && limit - end < 3 && isContinuation(text[end]))
+        --end;
+    const bool startsCharacter = static_cast<unsigned char>(text[end]) >= 0xC0U;
+    return text.substr(0, startsCharacter ? end : limit);
+}
 
 std::size_t nameLimit(const Location &folder)
 {

@@ -11,6 +11,9 @@ namespace brellin {
 /// `limit` bytes (255 on Linux and macOS volumes).
 std::string numberedName(std::string_view name, int number, std::size_t limit = 255);
 
+/// At most `limit` bytes of `text`, cut at a UTF-8 character boundary; invalid bytes count as characters.
+std::string_view cutText(std::string_view text, std::size_t limit);
+
 /// `name` shortened to `limit` bytes at a character boundary of its stem; keeps the extension.
 std::string fittingName(std::string_view name, std::size_t limit = 255);
 

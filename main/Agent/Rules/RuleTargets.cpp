@@ -29,7 +29,7 @@ QString asComponent(QString text)
     return text.replace(u'/', u'-').replace(QChar(0), u'-');
 }
 
-/// What a target names that is no absolute path; empty if nothing was filled in. CandidateFates refuses it.
+/// What a target names that is no absolute path; empty if nothing was filled in. CandidateVerdicts refuses it.
 Location relativeTarget(QString written)
 {
     return locationFromText(written.remove(QChar(0)).trimmed()).relative_path();
@@ -51,16 +51,6 @@ std::string withExtension(QString name, std::string_view extension)
     if (!name.isEmpty() && !extension.empty() && !name.endsWith(ending, Qt::CaseInsensitive))
         name += ending;
     return name.toStdString();
-}
-
-/// Cuts at least `bytes` off the end, whole characters.
-std::string shortened(std::string text, std::size_t bytes)
-{
-    std::size_t end = text.size() - bytes;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
-        --end;
-    text.resize(end);
-    return text;
 }
 
 } // namespace
@@ -185,7 +175,7 @@ std::string RuleTargets::expandedName(const WalkedFile &file) const
             return name;
         // Leaves room for a number.
         const std::size_t over = name.size() + std::string_view(" (999)").size() - limit;
-        stem = over < stem.size() ? shortened(std::move(stem), over) : std::string();
+        stem = over < stem.size() ? std::string(cutText(stem, stem.size() - over)) : std::string();
         if (stem.empty())
             return {};
     }
