@@ -2,6 +2,7 @@
 
 #include "Disk/FileAttributes.h"
 #include "Disk/FreeName.h"
+#include "Disk/NameReserve.h"
 #include "Disk/Walk.h"
 #include "System/ReadWhole.h"
 
@@ -45,14 +46,6 @@ bool holdsSomething(const Location &folder)
 {
     std::error_code error;
     return !std::filesystem::is_empty(folder, error) && !error;
-}
-
-/// Compares times of one volume, which may have steps of 2 s. A file created much later may be somebody else's.
-bool cameRightAfter(const FileAttributes &file, const FileAttributes &note)
-{
-    constexpr auto coarseTime = std::chrono::seconds(2);
-    constexpr auto longestDelay = std::chrono::minutes(1);
-    return file.modified >= note.modified - coarseTime && file.modified <= note.modified + longestDelay;
 }
 
 enum class Owner { Dead, Living, Unknown };
@@ -207,7 +200,7 @@ std::optional<Location> reservedFor(const Location &hiddenFolder)
         return std::nullopt;
     const Location place = hiddenFolder.parent_path() / name->toStdString();
     const Result<FileAttributes> found = readAttributes(place);
-    const bool ours = found && found->isFile() && found->size == 0 && cameRightAfter(*found, *noted);
+    const bool ours = found && mayBeReserve(*found, noted->modified, ReserveCreated::RightAfterNote);
     return ours ? std::optional(place) : std::nullopt;
 }
 

@@ -4,6 +4,7 @@
 #include "Base/Json.h"
 #include "Disk/EntryPlace.h"
 #include "Disk/FreeName.h"
+#include "Disk/NameReserve.h"
 #include "FileOperations/OperationOutcome.h"
 #include "FileOperations/RenameState.h"
 #include "System/PrivateFolders.h"

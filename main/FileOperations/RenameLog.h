@@ -29,9 +29,6 @@ struct LoggedRename {
     std::int64_t size = 0;     ///< of a file
     std::int64_t modified = 0; ///< nanoseconds since 1970
 
-    /// Tolerance for times on volumes that store them in steps of one or two seconds.
-    static constexpr auto coarseTime = std::chrono::seconds(2);
-
     bool operator==(const LoggedRename &) const = default;
     /// Whether this entry is at `location`. If the volume does not keep inodes, compares kind, size and time.
     bool isAt(const Location &location) const;

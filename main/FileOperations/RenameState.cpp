@@ -1,5 +1,7 @@
 #include "FileOperations/RenameState.h"
 
+#include "Disk/NameReserve.h"
+
 #include <algorithm>
 #include <functional>
 #include <optional>
@@ -57,8 +59,7 @@ private:
     bool keepsNameFree(const Location &location, const LoggedRename &one) const
     {
         const Result<FileAttributes> found = readAttributes(location);
-        return found && !one.lasting && found->isFile() && found->size == 0 &&
-               found->modified >= m_begun - LoggedRename::coarseTime;
+        return found && !one.lasting && mayBeReserve(*found, m_begun, ReserveCreated::AnyTimeAfterNote);
     }
 
     Bounds boundsOf() const

@@ -1,26 +1,16 @@
 #include "Runs/ReservedName.h"
 
 #include "Disk/CopyTreeRemoval.h"
+#include "Disk/NameReserve.h"
 
 namespace brellin {
 
 namespace {
 
-/// FAT stores modification times in steps of two seconds.
-constexpr auto coarseTime = std::chrono::seconds(2);
-/// The empty file is created right after the journal line, unless the volume is slow. A later one may be someone
-/// else's.
-constexpr auto longestDelay = std::chrono::minutes(1);
-
 /// Compares without inode number and exact time: such volumes keep neither across a remount.
 bool isUnchanged(const EntryMark &mark, const FileAttributes &now)
 {
     return now.size == mark.state.size && std::chrono::abs(now.modified - mark.state.modified) <= coarseTime;
-}
-
-bool cameAfter(const FileAttributes &found, Instant noted)
-{
-    return found.modified >= noted - coarseTime && found.modified <= noted + longestDelay;
 }
 
 Result<void> trashReserve(const RunServices &services, const Location &name)
@@ -49,7 +39,8 @@ ReservedName clearReservedName(const RunServices &services, const JournalledStep
     const bool arrived = !entryStays && isUnchanged(reserve.mark, *found);
     if (!found->isFile() || found->size > 0 || !entry || arrived)
         return ReservedName::Settled;
-    const bool ours = entryStays && cameAfter(*found, reserve.noted);
+    // The empty file is created right after the journal line.
+    const bool ours = entryStays && mayBeReserve(*found, reserve.noted, ReserveCreated::RightAfterNote);
     return ours && trashReserve(services, reserve.name) ? ReservedName::Cleared : ReservedName::Unclear;
 }
 

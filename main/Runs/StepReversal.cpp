@@ -1,5 +1,6 @@
 #include "Runs/StepReversal.h"
 
+#include "Disk/NameReserve.h"
 #include "Disk/SeenTree.h"
 #include "Disk/Walk.h"
 #include "Runs/AgentError.h"
@@ -59,7 +60,6 @@ bool isChanged(const EntryMark &entry, const std::optional<EntryMark> &left, con
 /// differ by more than volumes round them.
 bool isOther(const WalkEntry &entry, const Location &original, JobControl *control)
 {
-    constexpr auto coarseTime = std::chrono::seconds(2);
     const FileAttributes &now = entry.attributes;
     const Result<FileAttributes> there = readAttributes(original);
     if (!there || there->kind != now.kind || now.isFolder())
@@ -70,7 +70,7 @@ bool isOther(const WalkEntry &entry, const Location &original, JobControl *contr
 }
 
 /// Whether a folder's copy contains entries that the original lacks or that differ from it.
-bool holdsMore(const Location &copy, const Location &original, JobControl *control)
+bool holdsOther(const Location &copy, const Location &original, JobControl *control)
 {
     const Result<FileAttributes> attributes = readAttributes(copy);
     if (!attributes || !attributes->isFolder())
@@ -133,7 +133,7 @@ Result<UndoRemark> StepReversal::reverse(const Done &done, const JournalledStep 
         return failure(QStringLiteral("Der Papierkorb mit dem Original ist nicht erreichbar."));
     if (step.kind == Kind::Copy) {
         const bool changed =
-            isChanged(known.plan.entry, done.marks.to, *step.to) || holdsMore(*step.to, step.from, m_control);
+            isChanged(known.plan.entry, done.marks.to, *step.to) || holdsOther(*step.to, step.from, m_control);
         TRY(trashCopy(*step.to, known.plan.entry));
         return changed ? UndoRemark::CopyInTrash : UndoRemark::None;
     }
@@ -170,7 +170,7 @@ Result<UndoRemark> StepReversal::restoreOriginal(const Done &done, const Journal
     if (!restored)
         return failure(Failure::system(ENOENT));
     const bool changed =
-        isChanged(known.plan.entry, done.marks.to, *step.to) || holdsMore(*step.to, *restored, m_control);
+        isChanged(known.plan.entry, done.marks.to, *step.to) || holdsOther(*step.to, *restored, m_control);
     // Nothing at the target: an earlier attempt or the user removed the copy.
     if (!known.plan.entry.isAt(*step.to))
         return entryExists(*step.to) ? UndoRemark::NewerAtTarget : UndoRemark::None;

@@ -1,6 +1,7 @@
 #include "Transfers/TransferLogLines.h"
 
 #include "Disk/FileAttributes.h"
+#include "Disk/NameReserve.h"
 #include "Disk/Volumes.h"
 
 #include <QByteArrayList>
@@ -92,11 +93,11 @@ bool areOver(const std::vector<LoggedWork> &works)
 
 bool LoggedWork::leftReserve() const
 {
-    constexpr auto coarseTime = std::chrono::seconds(2);
     if (!reserves || !entryExists(from))
         return false;
     const Result<FileAttributes> found = readAttributes(to);
-    return found && found->isFile() && found->size == 0 && found->modified >= when - coarseTime;
+    // A copy gets its name when all of it is written, which may be hours after the note.
+    return found && mayBeReserve(*found, when, ReserveCreated::AnyTimeAfterNote);
 }
 
 std::vector<LoggedWork> TransferLogFile::removals() const

@@ -2,6 +2,7 @@
 
 #include "Base/Descriptor.h"
 #include "Base/German.h"
+#include "Disk/NameReserve.h"
 #include "Disk/Walk.h"
 #include "Transfers/TransferLogLines.h"
 
@@ -42,7 +43,6 @@ public:
 private:
     void count(const Location &copy, const FileAttributes &original)
     {
-        constexpr auto coarseTime = std::chrono::seconds(2);
         const Result<FileAttributes> there = readAttributes(copy);
         if (!there || there->kind != original.kind || there->size != original.size ||
             std::chrono::abs(there->modified - original.modified) > coarseTime) {
