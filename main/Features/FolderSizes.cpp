@@ -1,7 +1,7 @@
 #include "Features/FolderSizes.h"
 
 #include "Base/AbandonablePool.h"
-#include "System/PlainSetting.h"
+#include "Features/NetworkSettings.h"
 
 #include <algorithm>
 #include <utility>
@@ -67,7 +67,7 @@ bool FolderSizes::isDue(const std::string &folder) const
 
 bool FolderSizes::countsNetworks() const
 {
-    return plainSetting(m_defaults, QStringLiteral("folderSizesNetwork"), false);
+    return folderSizesNetwork.isOn(m_defaults);
 }
 
 void FolderSizes::request(QObject *owner, const std::vector<Location> &folders)

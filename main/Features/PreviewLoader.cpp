@@ -1,7 +1,7 @@
 #include "Features/PreviewLoader.h"
 
 #include "Base/AbandonablePool.h"
-#include "System/PlainSetting.h"
+#include "Features/NetworkSettings.h"
 
 #include <algorithm>
 
@@ -103,8 +103,7 @@ void PreviewLoader::complete()
 {
     if (!m_wish || m_wish->entry != m_basics.entry)
         return;
-    m_wish->countsFolders =
-        m_volumes.isLocal(m_wish->entry) || plainSetting(m_defaults, QStringLiteral("folderSizesNetwork"), false);
+    m_wish->countsFolders = m_volumes.isLocal(m_wish->entry) || folderSizesNetwork.isOn(m_defaults);
     m_job = std::make_unique<Job<PreviewContent>>();
     m_job->start(
         pool(),

@@ -1,7 +1,7 @@
 #include "Features/Thumbnails.h"
 
 #include "Base/AbandonablePool.h"
-#include "System/PlainSetting.h"
+#include "Features/NetworkSettings.h"
 
 #include <QPointer>
 
@@ -147,7 +147,7 @@ std::optional<ThumbnailWish> Thumbnails::nextLocal(Order &order)
 
 bool Thumbnails::admits(const Location &entry) const
 {
-    return m_volumes.isLocal(entry) || plainSetting(m_defaults, QStringLiteral("thumbnailsNetwork"), false);
+    return m_volumes.isLocal(entry) || thumbnailsNetwork.isOn(m_defaults);
 }
 
 void Thumbnails::start(Lane &lane, const ThumbnailWish &wish)

@@ -1,5 +1,6 @@
 #include "App/Window/SettingsSheet.h"
 
+#include "Features/NetworkSettings.h"
 #include "Look/Buttons.h"
 #include "Look/DesktopSettings.h"
 #include "Look/Labels.h"
@@ -18,6 +19,7 @@ namespace {
 
 const QString appearanceKey = QStringLiteral("appearance");
 const QString scaleKey = QStringLiteral("fontFactor");
+constexpr double usualScale = 1.0;
 const QString light = QStringLiteral("hell");
 const QString dark = QStringLiteral("dunkel");
 
@@ -26,8 +28,8 @@ const QString dark = QStringLiteral("dunkel");
 void applyAppearance(const UserDefaults &defaults, DesktopSettings &desktop)
 {
     Theme &theme = Theme::shared();
-    const double factor = plainSetting(defaults, scaleKey, 1.0);
-    theme.setFontFactor(factor >= 0.8 && factor <= 2 ? factor : 1.0);
+    const double factor = plainSetting(defaults, scaleKey, usualScale);
+    theme.setFontFactor(factor >= 0.8 && factor <= 2 ? factor : usualScale);
     const QString chosen = plainSetting(defaults, appearanceKey, QString());
     if (chosen != light && chosen != dark) {
         desktop.setFollowsAppearance(true);
@@ -48,11 +50,9 @@ SettingsSheet::SettingsSheet(const WindowServices &services, QWidget *window)
     addAppearance();
     content()->addSpacing(scaled(10));
     content()->addWidget(makeHeading(QStringLiteral("Ordnergrößen und Vorschaubilder"), this));
-    addSwitch(QStringLiteral("folderSizesNetwork"), false,
-              QStringLiteral("Ordnergrößen auch auf Netzlaufwerken berechnen"),
+    addSwitch(folderSizesNetwork, QStringLiteral("Ordnergrößen auch auf Netzlaufwerken berechnen"),
               QStringLiteral("Kann lange dauern und den Server belasten."));
-    addSwitch(QStringLiteral("thumbnailsNetwork"), false,
-              QStringLiteral("Vorschaubilder auch auf Netzlaufwerken zeigen"),
+    addSwitch(thumbnailsNetwork, QStringLiteral("Vorschaubilder auch auf Netzlaufwerken zeigen"),
               QStringLiteral("Dafür wird jede Datei vom Server gelesen."));
     content()->addSpacing(scaled(10));
     content()->addWidget(makeHeading(QStringLiteral("Terminal"), this));
@@ -88,7 +88,7 @@ void SettingsSheet::addAppearance()
     size->setAccessibleName(QStringLiteral("Schriftgröße"));
     for (const int percent : {90, 100, 110, 125, 150})
         size->addItem(QStringLiteral("Schrift %1 %").arg(percent), percent / 100.0);
-    const double factor = plainSetting(m_services.defaults(), scaleKey, 1.0);
+    const double factor = plainSetting(m_services.defaults(), scaleKey, usualScale);
     const int shownFactor = size->findText(QStringLiteral("Schrift %1 %").arg(qRound(factor * 100)));
     size->setCurrentIndex(shownFactor >= 0 ? shownFactor : size->findText(QStringLiteral("Schrift 100 %")));
     connect(size, &QComboBox::activated, this, [this, size] { store(scaleKey, size->currentData()); });
@@ -98,12 +98,12 @@ void SettingsSheet::addAppearance()
     content()->addLayout(row);
 }
 
-QCheckBox *SettingsSheet::addSwitch(const QString &key, bool usual, const QString &title, const QString &explanation)
+QCheckBox *SettingsSheet::addSwitch(const SwitchSetting &setting, const QString &title, const QString &explanation)
 {
     auto *const box = new QCheckBox(title, this);
-    box->setObjectName(key);
-    box->setChecked(plainSetting(m_services.defaults(), key, usual));
-    connect(box, &QCheckBox::toggled, this, [this, key](bool on) { store(key, on); });
+    box->setObjectName(setting.key);
+    box->setChecked(setting.isOn(m_services.defaults()));
+    connect(box, &QCheckBox::toggled, this, [this, key = setting.key](bool on) { store(key, on); });
     content()->addWidget(box);
     TextLabel *const text = makeSecondary(explanation, this);
     text->setContentsMargins(scaled(28), 0, 0, 0);

@@ -7,6 +7,8 @@ class QCheckBox;
 
 namespace brellin {
 
+struct SwitchSetting;
+
 /// The settings of the file manager.
 class SettingsSheet : public SheetFrame {
     Q_OBJECT
