@@ -24,7 +24,6 @@ public:
 
     /// Restarts the period; stops if the interval is 0.
     void arm(int intervalHours);
-    bool isArmed() const { return m_timer.isActive(); }
 
 private:
     QTimer m_timer;

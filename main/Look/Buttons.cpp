@@ -92,12 +92,6 @@ void SymbolButton::setBadge(int number)
     update();
 }
 
-void SymbolButton::setUnusable(const QString &reason)
-{
-    setEnabled(reason.isEmpty());
-    setToolTip(reason.isEmpty() ? m_title : QStringLiteral("%1 – %2").arg(m_title, reason));
-}
-
 QSize SymbolButton::sizeHint() const
 {
     return {scaled(30), scaled(30)};

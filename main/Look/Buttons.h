@@ -24,8 +24,6 @@ public:
     void setSymbol(const QString &symbol);
     /// A red number at the upper right corner; hidden for 0.
     void setBadge(int number);
-    /// Disables the button with a reason, shown in its tool tip; an empty reason enables it.
-    void setUnusable(const QString &reason);
 
     QSize sizeHint() const override;
 

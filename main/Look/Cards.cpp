@@ -85,12 +85,6 @@ Card::Card(QWidget *parent) : QWidget(parent), m_content(new QVBoxLayout(this))
     m_content->setContentsMargins(reach + 6, reach + 6, reach + 6, reach + 6);
 }
 
-void Card::setGround(Token token)
-{
-    m_ground = token;
-    update();
-}
-
 void Card::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -98,7 +92,7 @@ void Card::paintEvent(QPaintEvent *)
     const QRectF card = QRectF(rect()).adjusted(reach, reach, -reach, -reach);
     paintShadow(painter, card, cardRadius);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color(m_ground));
+    painter.setBrush(color(Token::Card));
     painter.drawRoundedRect(card, cardRadius, cardRadius);
 }
 

@@ -24,14 +24,12 @@ class Card : public QWidget {
 public:
     explicit Card(QWidget *parent);
     QVBoxLayout *content() const { return m_content; }
-    void setGround(Token token);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     QVBoxLayout *m_content;
-    Token m_ground = Token::Card;
 };
 
 /// A thin separator line.

@@ -57,7 +57,6 @@ private:
     Result<std::optional<QByteArray>> readFile(const Location &file, qint64 most) const;
     Result<void> write(const QString &key, const QByteArray &json);
     static Result<FileLock> lockAgainstOthers(const Gate &gate);
-    Result<QJsonObject> readValues() const;
     Result<void> removeBoth(const QString &key);
     Result<void> inPlaceOfOld(const QString &key, const std::function<Result<void>()> &act) const;
 

@@ -129,14 +129,6 @@ bool ScriptNames::contain(std::string_view name) const
            std::ranges::any_of(m_texts, [&](const Text &one) { return one.text.find(name) != std::string::npos; });
 }
 
-bool ScriptNames::mentionWhole(std::string_view name) const
-{
-    const std::string other = composedBytes(shown(name));
-    return mention(name) && std::ranges::any_of(m_texts, [&](const Text &one) {
-               return containsWhole(one, name) || containsWhole(one, other);
-           });
-}
-
 std::optional<std::size_t> ScriptNames::firstOtherMentioningWhole(std::string_view name) const
 {
     if (!mention(name))

@@ -23,10 +23,8 @@ public:
     /// Whether any script contains this file name. Ignores names shorter than three characters.
     bool mention(std::string_view name) const;
 
-    /// The same for whole names only: "alt" matches in "alt/liste.txt", but not in "gestaltung" or "alt.bak".
-    bool mentionWhole(std::string_view name) const;
-
-    /// Index of the first script that contains the whole name, ignoring scripts of this very name.
+    /// Index of the first script that contains the whole name, ignoring scripts of this very name: "alt" matches in
+    /// "alt/liste.txt", but not in "gestaltung" or "alt.bak".
     std::optional<std::size_t> firstOtherMentioningWhole(std::string_view name) const;
 
 private:

@@ -32,7 +32,6 @@ public:
 
     /// Shows only proposals with this text in their name, folders or reason.
     void setFilter(const QString &text);
-    bool isFiltered() const { return !m_filter.isEmpty(); }
     /// Toggles a proposal, or all visible ones of a group.
     void toggle(int row);
     /// Visible proposals that are not ticked.
