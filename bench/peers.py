@@ -419,20 +419,27 @@ class CopyBig(Copy):
 
 
 class Transfer(Copy):
-    """Copying by the complete program: planned, measured and with progress."""
+    """The same by the whole program: planned, measured, with progress, and flushed at the end. So is the peer's copy."""
 
-    def copied(self, command):
-        """`command` copies self.folder/source into a folder."""
+    peer = "cp -a, sync -f"
+
+    def copied(self, command, flush=None):
+        """`command` copies self.folder/source into a folder, which `flush` writes to the disk."""
         target = self.folder / "copy"
         shutil.rmtree(target, ignore_errors=True)
         target.mkdir()
         os.sync()
         taken = seconds_of([*command, self.folder / "source", target])
+        if flush:
+            taken += seconds_of([*flush, target])
         self.check(target / "source")
         return taken
 
     def ours(self):
         return self.copied([self.bin / "brellin", "kopieren"])
+
+    def theirs(self):
+        return self.copied(["cp", "-a"], flush=["sync", "-f"])
 
 
 class TransferSmall(Transfer, CopySmall):
