@@ -224,3 +224,32 @@ TEST_F(NetworkServersTest, theListIsRememberedRenamedAndForgotten)
     EXPECT_EQ(again.servers.get(),
               (std::vector<NetworkServer>{{QStringLiteral("ftp://alt/"), QStringLiteral("Archiv")}}));
 }
+
+TEST_F(NetworkServersTest, disconnectsOneAtATimeAndSaysWhyNot)
+{
+    std::optional<Result<void>> gone;
+    const auto disconnect = [&] {
+        gone.reset();
+        servers.disconnectFrom(QStringLiteral("smb://nas/Musik"), &receiver,
+                               [&](const Result<void> &done) { gone = done; });
+    };
+    const auto said = [&] {
+        EXPECT_TRUE(waitUntil([&] { return gone.has_value(); }));
+        return *gone ? QStringLiteral("getrennt") : gone->error().message;
+    };
+    script("exit 0");
+    disconnect();
+    std::optional<Result<void>> second;
+    servers.disconnectFrom(QStringLiteral("ftp://alt/"), &receiver, [&](const Result<void> &done) { second = done; });
+    ASSERT_TRUE(second && !*second);
+    EXPECT_EQ(second->error().message, QStringLiteral("Es wird gerade schon ein Server getrennt."));
+    EXPECT_EQ(said(), QStringLiteral("getrennt"));
+    EXPECT_EQ(tree.content("calls"), "mount --unmount smb://nas/Musik\n");
+
+    script("echo 'gio: smb://nas/Musik: Location is not mounted' >&2; exit 2");
+    disconnect();
+    EXPECT_EQ(said(), QStringLiteral("getrennt")) << "somebody else was faster";
+    script("echo 'gio: smb://nas/Musik: There are outstanding operations' >&2; exit 2");
+    disconnect();
+    EXPECT_EQ(said(), QStringLiteral("Der Server „nas“ wird noch benutzt."));
+}
