@@ -35,24 +35,9 @@ const AgentProposal *proposalFor(const CleanupAgent &agent, const Location &sour
     return found == list.end() ? nullptr : &*found;
 }
 
-} // namespace
-
-/// End to end: the timer finds a scan due, rules and duplicates make candidates, protection and the model are applied,
-/// automatic proposals are executed across volumes, the others are proposed, ticked and executed, and everything is
-/// undone.
-TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
+/// Rules of every kind, one of them automatic, a protected folder and one to be searched for duplicates.
+void storeRulesAndProfile(AgentWorld &world)
 {
-    AgentWorld world;
-    const auto downloads = [&](const char *name) { return world.home("Downloads") / name; };
-    world.tree().lines({"home/Downloads/Rechnung Mai.pdf=Rechnung", "home/Downloads/Vertrag Strom.txt=Vertrag",
-                        "home/Downloads/Film.mov=Film", "home/Downloads/Projekt/intern Rechnung.pdf=geheim",
-                        "home/Downloads/Notiz_Idee (2).csv=Idee"});
-    world.tree().file("home/Downloads/Foto.jpg", "Foto");
-    ::usleep(12'000); // makes the copy younger
-    world.tree().file("home/Downloads/Foto Kopie.jpg", "Foto");
-    world.tree().age("home/Downloads/Film.mov", world.clock.time - std::chrono::hours(5000));
-    const std::string before = world.snapshot();
-
     CleanupRule toDisk = rule(QStringLiteral("Filme"), world.home("Downloads"), QStringLiteral("film"),
                               RuleAction::Move, world.disk("Filme"));
     toDisk.automatic = true;
@@ -73,7 +58,27 @@ TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
     ASSERT_TRUE(
         storeList(world.defaults(), QStringLiteral("agentDuplicateFolders"), std::vector{world.home("Downloads")}));
     world.model.answer = QStringLiteral("Verträge");
+}
 
+} // namespace
+
+/// End to end: the timer finds a scan due, rules and duplicates make candidates, protection and the model are applied,
+/// automatic proposals are executed across volumes, the others are proposed, ticked and executed, and everything is
+/// undone.
+TEST(AgentRoadTest, leadsFromTheTimerToTheUndo)
+{
+    AgentWorld world;
+    const auto downloads = [&](const char *name) { return world.home("Downloads") / name; };
+    world.tree().lines({"home/Downloads/Rechnung Mai.pdf=Rechnung", "home/Downloads/Vertrag Strom.txt=Vertrag",
+                        "home/Downloads/Film.mov=Film", "home/Downloads/Projekt/intern Rechnung.pdf=geheim",
+                        "home/Downloads/Notiz_Idee (2).csv=Idee"});
+    world.tree().file("home/Downloads/Foto.jpg", "Foto");
+    ::usleep(12'000); // makes the copy younger
+    world.tree().file("home/Downloads/Foto Kopie.jpg", "Foto");
+    world.tree().age("home/Downloads/Film.mov", world.clock.time - std::chrono::hours(5000));
+    const std::string before = world.snapshot();
+
+    ASSERT_NO_FATAL_FAILURE(storeRulesAndProfile(world));
     CleanupAgent agent(world.services());
     ASSERT_TRUE(agent.noteChecked());
     world.clock.time += std::chrono::hours(23);

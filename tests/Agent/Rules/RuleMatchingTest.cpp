@@ -383,66 +383,68 @@ TEST_F(RuleMatchingTest, RenamingMakesAUsableName)
     }
 }
 
+/// Files, the pattern of a rule that renames them, and what they are called in the end.
+struct RenamingRow {
+    QString pattern;
+    std::vector<QString> files;
+    std::vector<QString> named; ///< final names; "*" is the file's birth date, "+" its year
+    int rounds;                 ///< number of rounds that rename something
+};
+
+const std::vector<RenamingRow> &renamingRows()
+{
+    static const std::vector<RenamingRow> rows{
+        {u"{Jahr} {Name}"_qs, {u"brief.pdf"_qs}, {u"+ brief.pdf"_qs}, 1},
+        {u"{Jahr} {Name}"_qs, {u"1999 brief.pdf"_qs}, {u"1999 brief.pdf"_qs}, 0},
+        {u"{Datum} {Name}"_qs, {u"2019-02-03 brief_an (2).pdf"_qs}, {u"2019-02-03 brief an.pdf"_qs}, 1},
+        {u"{Datum} {Name}"_qs, {u"2019-13-03 brief.pdf"_qs}, {u"* 2019-13-03 brief.pdf"_qs}, 1},
+        {u"{Datum} {Name}.{Endung}"_qs, {u"brief.pdf"_qs, u"LIESMICH"_qs}, {u"* LIESMICH."_qs, u"* brief.pdf"_qs}, 1},
+        {u" .{Datum} {Name} . "_qs, {u"brief.pdf"_qs}, {u"* brief ..pdf"_qs}, 1},
+        {u"{Name} "_qs, {u"brief.pdf"_qs}, {u"brief.pdf"_qs}, 0},
+        {u"{Name}{Name}"_qs, {u"brief.pdf"_qs, u"ja_ja.pdf"_qs}, {u"briefbrief.pdf"_qs, u"ja jaja ja.pdf"_qs}, 1},
+        {u"{Name} {Tag}.{Monat}.{Jahr}"_qs, {u"LIESMICH 01.02.2020"_qs}, {u"LIESMICH 01.02.2020"_qs}, 0},
+        {u"{Name} {Datum}"_qs,
+         {u"a 2020-01-02.pdf"_qs, u"a 2020-01-02 (2).pdf"_qs},
+         {u"a 2020-01-02 (2).pdf"_qs, u"a 2020-01-02.pdf"_qs},
+         0},
+        {u"{Datum} {Name}"_qs, {u"(2).pdf"_qs}, {u"*.pdf"_qs}, 1},
+        {u"a/{Name}_{Jahr}"_qs, {u"a-brief_1999.pdf"_qs}, {u"a-brief_1999.pdf"_qs}, 0},
+        {u"{Name} [{Kategorie}]"_qs,
+         {u"a.pdf"_qs, u"b [Bilder].pdf"_qs},
+         {u"a [Dokumente].pdf"_qs, u"b [Bilder] [Dokumente].pdf"_qs},
+         1},
+        {u"Foto {Name}"_qs,
+         {u"Foto vom Meer.jpg"_qs, u"Fotos.jpg"_qs},
+         {u"Foto Fotos.jpg"_qs, u"Foto vom Meer.jpg"_qs},
+         1},
+        {u"{Jahr}"_qs, {u"1999.pdf"_qs, u"1999 (2).pdf"_qs}, {u"1999 (2).pdf"_qs, u"1999.pdf"_qs}, 0},
+        {u"{Jahr}"_qs, {u"1999 (2).pdf"_qs}, {u"1999.pdf"_qs}, 1},
+        // Without an extension the text around {Endung} remains.
+        {u"{Name} {Endung}.{Endung}"_qs, {u"LIESMICH"_qs, u"a.pdf"_qs}, {u"LIESMICH ."_qs, u"a pdf.pdf"_qs}, 1},
+        {u"{Name}-{Endung}.{Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH-."_qs}, 1},
+        {u"{Name} - {Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH -"_qs}, 1},
+        {u"{Name} v.{Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH v."_qs}, 1},
+        // A long name is shortened, not the text around it.
+        {u"{Datum} {Name} Scan"_qs,
+         {QString(240, u'x') + u".pdf"_qs},
+         {u"* "_qs + QString(229, u'x') + u" Scan.pdf"_qs},
+         1},
+        {u"Scan {Name} {Datum}"_qs, {QString(120, u'ä') + u"ab"_qs}, {u"Scan "_qs + QString(116, u'ä') + u" *"_qs}, 1},
+    };
+    return rows;
+}
+
 TEST_F(RuleMatchingTest, RenamingHappensOnce)
 {
     tree.file("jahr");
     const QString y = year("jahr");
-    struct Row {
-        QString pattern;
-        std::vector<QString> files;
-        std::vector<QString> named; ///< final names; "*" is the file's birth date, "+" its year
-        int rounds;                 ///< number of rounds that rename something
-    };
     const auto renamed = [&](const CleanupRule &one) {
         const std::vector<Candidate> found = evaluate({one}).candidates;
         for (const Candidate &candidate : found)
             std::filesystem::rename(candidate.source, *candidate.destination);
         return !found.empty();
     };
-    for (const Row &row : std::initializer_list<Row>{
-             {u"{Jahr} {Name}"_qs, {u"brief.pdf"_qs}, {u"+ brief.pdf"_qs}, 1},
-             {u"{Jahr} {Name}"_qs, {u"1999 brief.pdf"_qs}, {u"1999 brief.pdf"_qs}, 0},
-             {u"{Datum} {Name}"_qs, {u"2019-02-03 brief_an (2).pdf"_qs}, {u"2019-02-03 brief an.pdf"_qs}, 1},
-             {u"{Datum} {Name}"_qs, {u"2019-13-03 brief.pdf"_qs}, {u"* 2019-13-03 brief.pdf"_qs}, 1},
-             {u"{Datum} {Name}.{Endung}"_qs,
-              {u"brief.pdf"_qs, u"LIESMICH"_qs},
-              {u"* LIESMICH."_qs, u"* brief.pdf"_qs},
-              1},
-             {u" .{Datum} {Name} . "_qs, {u"brief.pdf"_qs}, {u"* brief ..pdf"_qs}, 1},
-             {u"{Name} "_qs, {u"brief.pdf"_qs}, {u"brief.pdf"_qs}, 0},
-             {u"{Name}{Name}"_qs, {u"brief.pdf"_qs, u"ja_ja.pdf"_qs}, {u"briefbrief.pdf"_qs, u"ja jaja ja.pdf"_qs}, 1},
-             {u"{Name} {Tag}.{Monat}.{Jahr}"_qs, {u"LIESMICH 01.02.2020"_qs}, {u"LIESMICH 01.02.2020"_qs}, 0},
-             {u"{Name} {Datum}"_qs,
-              {u"a 2020-01-02.pdf"_qs, u"a 2020-01-02 (2).pdf"_qs},
-              {u"a 2020-01-02 (2).pdf"_qs, u"a 2020-01-02.pdf"_qs},
-              0},
-             {u"{Datum} {Name}"_qs, {u"(2).pdf"_qs}, {u"*.pdf"_qs}, 1},
-             {u"a/{Name}_{Jahr}"_qs, {u"a-brief_1999.pdf"_qs}, {u"a-brief_1999.pdf"_qs}, 0},
-             {u"{Name} [{Kategorie}]"_qs,
-              {u"a.pdf"_qs, u"b [Bilder].pdf"_qs},
-              {u"a [Dokumente].pdf"_qs, u"b [Bilder] [Dokumente].pdf"_qs},
-              1},
-             {u"Foto {Name}"_qs,
-              {u"Foto vom Meer.jpg"_qs, u"Fotos.jpg"_qs},
-              {u"Foto Fotos.jpg"_qs, u"Foto vom Meer.jpg"_qs},
-              1},
-             {u"{Jahr}"_qs, {u"1999.pdf"_qs, u"1999 (2).pdf"_qs}, {u"1999 (2).pdf"_qs, u"1999.pdf"_qs}, 0},
-             {u"{Jahr}"_qs, {u"1999 (2).pdf"_qs}, {u"1999.pdf"_qs}, 1},
-             // Without an extension the text around {Endung} remains.
-             {u"{Name} {Endung}.{Endung}"_qs, {u"LIESMICH"_qs, u"a.pdf"_qs}, {u"LIESMICH ."_qs, u"a pdf.pdf"_qs}, 1},
-             {u"{Name}-{Endung}.{Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH-."_qs}, 1},
-             {u"{Name} - {Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH -"_qs}, 1},
-             {u"{Name} v.{Endung}"_qs, {u"LIESMICH"_qs}, {u"LIESMICH v."_qs}, 1},
-             // A long name is shortened, not the text around it.
-             {u"{Datum} {Name} Scan"_qs,
-              {QString(240, u'x') + u".pdf"_qs},
-              {u"* "_qs + QString(229, u'x') + u" Scan.pdf"_qs},
-              1},
-             {u"Scan {Name} {Datum}"_qs,
-              {QString(120, u'ä') + u"ab"_qs},
-              {u"Scan "_qs + QString(116, u'ä') + u" *"_qs},
-              1},
-         }) {
+    for (const RenamingRow &row : renamingRows()) {
         const TempTree folder(tree.path("home"));
         for (const QString &file : row.files)
             folder.file(file.toStdString());
