@@ -1,0 +1,79 @@
+#include "Look/DesktopSettings.h"
+
+#include "Look/Theme.h"
+#include "Support/StartedProgram.h"
+#include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+using namespace brellin;
+using namespace brellin::test;
+
+namespace {
+
+const QString appearanceSpace = QStringLiteral("org.freedesktop.appearance");
+const QString schemeKey = QStringLiteral("color-scheme");
+constexpr uint dark = 1;
+
+/// Acts as the desktop's portal.
+class FakePortal : public QDBusVirtualObject {
+public:
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        if (message.member() != u"Read" || message.arguments() != QVariantList{appearanceSpace, schemeKey})
+            return false;
+        // Wrapped twice, as real portals do.
+        const QDBusVariant inner(scheme);
+        connection.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(inner)))));
+        ++asked;
+        return true;
+    }
+    uint scheme = dark;
+    int asked = 0;
+};
+
+bool becomes(Appearance wanted)
+{
+    return waitUntil([wanted] { return Theme::shared().appearance() == wanted; });
+}
+
+} // namespace
+
+TEST(DesktopSettingsTest, followDarkModeFromTheStartUnlessTheUserChose)
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+        GTEST_SKIP() << "no dbus-daemon here";
+    const TempTree tree;
+    const std::string address = "unix:path=" + tree.path("bus").native();
+    const StartedProgram daemon({"dbus-daemon", "--session", "--nofork", "--address=" + address});
+    ASSERT_TRUE(waitUntil([&] { return tree.has("bus"); }));
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+    FakePortal portal;
+    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromStdString(address), QStringLiteral("portal"));
+    ASSERT_TRUE(bus.registerVirtualObject(QStringLiteral("/org"), &portal, QDBusConnection::SubPath));
+    ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+
+    Theme::install(*qApp);
+    Theme &theme = Theme::shared();
+    theme.setAppearance(Appearance::Light);
+    DesktopSettings settings(theme, nullptr);
+    EXPECT_TRUE(becomes(Appearance::Dark)) << "at the start";
+
+    // The user's own choice stays until they follow the desktop again.
+    settings.setFollowsAppearance(false);
+    theme.setAppearance(Appearance::Light);
+    EXPECT_EQ(theme.appearance(), Appearance::Light);
+    settings.setFollowsAppearance(true);
+    EXPECT_EQ(theme.appearance(), Appearance::Dark);
+    EXPECT_EQ(portal.asked, 1);
+    QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
+}
