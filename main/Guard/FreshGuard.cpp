@@ -21,10 +21,10 @@ Result<void> FreshGuard::check(const Location &entry, Guard::Review review)
     return m_guard->check(entry, review);
 }
 
-Result<void> FreshGuard::checkIn(const std::string &realFolder, const Location &entry, Guard::Review review)
+Result<void> FreshGuard::checkIn(const SystemLocations::Examined &folder, const Location &entry, Guard::Review review)
 {
     TRY(refresh());
-    return m_guard->checkIn(realFolder, entry, review);
+    return m_guard->checkIn(folder, entry, review);
 }
 
 } // namespace brellin

@@ -23,7 +23,7 @@ public:
     Result<void> refresh();
     /// Like `Guard::check` and `Guard::checkIn`, but refuse everything if the profiles cannot be read.
     Result<void> check(const Location &entry, Guard::Review review);
-    Result<void> checkIn(const std::string &realFolder, const Location &entry, Guard::Review review);
+    Result<void> checkIn(const SystemLocations::Examined &folder, const Location &entry, Guard::Review review);
 
 private:
     const SystemLocations &m_locations;

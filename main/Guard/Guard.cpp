@@ -67,11 +67,11 @@ Result<void> Guard::check(const Location &entry, Review review) const
     return checkReal(standardised(entry), realEntry(entry), review);
 }
 
-Result<void> Guard::checkIn(const std::string &realFolder, const Location &entry, Review review) const
+Result<void> Guard::checkIn(const SystemLocations::Examined &folder, const Location &entry, Review review) const
 {
-    if (!m_locations.isAllowedEntryIn(realFolder, entry))
+    if (!m_locations.isAllowedFileIn(folder, entry))
         return failure(systemLocation());
-    return checkReal(entry, Location(realFolder) / entry.filename(), review);
+    return checkReal(entry, Location(folder.real) / entry.filename(), review);
 }
 
 Result<void> Guard::checkReal(const Location &entry, const Location &real, Review review) const

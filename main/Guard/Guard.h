@@ -36,8 +36,8 @@ public:
     /// Refuses system locations, protected entries and, without review, entries of a software project that no profile
     /// covers. The failure holds a German sentence with the reason.
     Result<void> check(const Location &entry, Review review) const;
-    /// The same for an entry at a standardised path whose folder is already resolved to `realFolder`.
-    Result<void> checkIn(const std::string &realFolder, const Location &entry, Review review) const;
+    /// The same for an entry at a standardised path, no folder, in a folder that was examined.
+    Result<void> checkIn(const SystemLocations::Examined &folder, const Location &entry, Review review) const;
 
 private:
     Result<void> checkReal(const Location &entry, const Location &real, Review review) const;

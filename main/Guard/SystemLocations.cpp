@@ -120,6 +120,7 @@ SystemLocations::SystemLocations(const Location &home, const std::vector<Locatio
 
 SystemLocations::SystemLocations(const Location &home, const SystemFolders &system)
     : m_home(home)
+    , m_root(identityOf("/"))
     , m_dotFoldersInHome(system.dotFoldersInHome)
 {
     if (isUsable(home.native())) {
@@ -176,12 +177,15 @@ bool SystemLocations::mayEnter(std::string_view standardised, const FileIdentity
     return isAllowedText(standardised) && verdictOn(folder) != Verdict::Refused;
 }
 
-/// As with paths, the deepest known folder above the location decides.
-bool SystemLocations::isAllowedByIdentity(std::string real) const
+bool SystemLocations::isAllowedByIdentity(const std::string &real) const
 {
     const std::optional<FileIdentity> itself = identityOf(real);
-    if (itself && itself == identityOf("/"))
-        return false;
+    return (!itself || itself != m_root) && isWayUpAllowed(real);
+}
+
+/// As with paths, the deepest known folder decides, beginning with the location itself.
+bool SystemLocations::isWayUpAllowed(std::string real) const
+{
     // An exception that was created later ("/run/media", with the first stick) has no known identity.
     const auto isException = [this](const std::string &path) {
         return std::ranges::any_of(
@@ -283,22 +287,29 @@ bool SystemLocations::isAllowedEntry(const Location &location) const
     if (!isAllowedText(std::string_view(path)) || holdsRefused(path))
         return false;
     const std::optional<std::string> parent = resolvedPath(path.substr(0, std::max<std::size_t>(path.rfind('/'), 1)));
-    return parent && isAllowedAsResolved(path, *parent);
+    const std::optional<std::string> real = parent ? allowedByText(path, *parent) : std::nullopt;
+    return real && isAllowedByIdentity(*real);
 }
 
-bool SystemLocations::isAllowedEntryIn(const std::string &realFolder, const Location &standardised) const
+SystemLocations::Examined SystemLocations::examined(std::string realFolder) const
+{
+    const bool allowed = isUsable(realFolder) && isWayUpAllowed(realFolder);
+    return {std::move(realFolder), allowed};
+}
+
+bool SystemLocations::isAllowedFileIn(const Examined &folder, const Location &standardised) const
 {
     const std::string &path = standardised.native();
-    return isUsable(path) && isStandardised(path) && isAllowedText(std::string_view(path)) && !holdsRefused(path) &&
-           isAllowedAsResolved(path, realFolder);
+    return folder.allowed && isUsable(path) && isStandardised(path) && isAllowedText(std::string_view(path)) &&
+           !holdsRefused(path) && allowedByText(path, folder.real);
 }
 
-/// Checks the resolved path; the caller has checked the path as given.
-bool SystemLocations::isAllowedAsResolved(const std::string &path, const std::string &realFolder) const
+/// The resolved path of an entry, unless its text is refused; the caller has checked the path as given.
+std::optional<std::string> SystemLocations::allowedByText(const std::string &path, const std::string &realFolder) const
 {
-    const std::string real = joined(realFolder, std::string_view(path).substr(path.rfind('/') + 1));
-    const bool byText = real == path || (isAllowedText(std::string_view(real)) && !holdsRefused(real));
-    return byText && isAllowedByIdentity(real);
+    std::string real = joined(realFolder, std::string_view(path).substr(path.rfind('/') + 1));
+    const bool allowed = real == path || (isAllowedText(std::string_view(real)) && !holdsRefused(real));
+    return allowed ? std::optional(std::move(real)) : std::nullopt;
 }
 
 } // namespace brellin

@@ -47,8 +47,18 @@ public:
     /// component is not followed, since the link itself is moved. Also refuses a folder that contains a refused place
     /// (the home folder with its Library).
     bool isAllowedEntry(const Location &location) const;
-    /// The same for an entry at a standardised path whose folder is already resolved to `realFolder`.
-    bool isAllowedEntryIn(const std::string &realFolder, const Location &standardised) const;
+
+    /// A folder whose own identity and those of the folders above it were looked up once, for the many entries in it.
+    struct Examined {
+        std::string real; ///< its resolved path
+        bool allowed = false;
+    };
+    /// Examines a folder by its resolved path. The answer holds while the path leads to the same folders: whoever keeps
+    /// it must notice when one of them is moved or replaced.
+    Examined examined(std::string realFolder) const;
+    /// Like `isAllowedEntry` for an entry at a standardised path in an examined folder. The entry must not be a folder,
+    /// which could be a system folder itself. Does not read the disk.
+    bool isAllowedFileIn(const Examined &folder, const Location &standardised) const;
 
     /// The check by text only: takes a standardised path and does not read the disk.
     bool isAllowedText(std::string_view standardised) const;
@@ -83,17 +93,19 @@ private:
     void add(const Location &folder, Verdict verdict);
     void addRefusedAsResolved(const Location &folder);
     bool holdsRefused(std::string_view standardised) const;
-    bool isAllowedAsResolved(const std::string &path, const std::string &realFolder) const;
+    std::optional<std::string> allowedByText(const std::string &path, const std::string &realFolder) const;
     void identify(const std::string &folder, Verdict verdict);
     void identifyDotFolders();
     std::optional<Verdict> verdictOn(const FileIdentity &folder) const;
-    bool isAllowedByIdentity(std::string real) const;
+    bool isAllowedByIdentity(const std::string &real) const;
+    bool isWayUpAllowed(std::string real) const;
 
     Location m_home;
     std::vector<Place> m_homes; ///< as named and as resolved
     /// The deepest place containing a location decides; at equal depth, the refusal.
     std::vector<Place> m_places;
     std::map<FileIdentity, Known> m_known; ///< existing places and dot folders
+    std::optional<FileIdentity> m_root;    ///< of "/"
     bool m_dotFoldersInHome = false;
 };
 

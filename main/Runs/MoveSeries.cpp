@@ -36,11 +36,23 @@ bool isPlainMove(const AgentProposal &proposal)
 
 } // namespace
 
-std::optional<MoveSeries::Folder> MoveSeries::hold(const Location &folder)
+bool MoveSeries::Folder::isInPlace() const
+{
+    return realPathOf(held.number()) == place.real;
+}
+
+/// nullopt also if the agent may not work in the folder.
+std::optional<MoveSeries::Folder> MoveSeries::hold(const Location &folder) const
 {
     Result<HeldFolder> held = HeldFolder::open(folder);
     std::optional<std::string> real = held ? realPathOf(held->number()) : std::nullopt;
-    return real ? std::optional(Folder{*std::move(held), *std::move(real)}) : std::nullopt;
+    if (!real)
+        return std::nullopt;
+    SystemLocations::Examined place = m_services.locations.examined(*std::move(real));
+    // What was examined by its path must be what is held, not something mounted over it.
+    const Result<FileAttributes> opened = attributesOf(held->entry("."));
+    const bool same = opened && identityOf(place.real) == opened->identity;
+    return place.allowed && same ? std::optional(Folder{*std::move(held), std::move(place)}) : std::nullopt;
 }
 
 /// Whether this move has the same folders as the previous one. Opens them at the second entry of a series.
@@ -67,8 +79,9 @@ bool MoveSeries::begin(const Location &source, const Location &wanted)
 
 bool MoveSeries::isAllowed(const AgentProposal &proposal) const
 {
-    return m_guard.checkIn(m_from->real, proposal.source, reviewOf(proposal)) &&
-           m_services.locations.isAllowedEntryIn(m_to->real, *proposal.destination);
+    return m_from->isInPlace() && m_to->isInPlace() &&
+           m_guard.checkIn(m_from->place, proposal.source, reviewOf(proposal)) &&
+           m_services.locations.isAllowedFileIn(m_to->place, *proposal.destination);
 }
 
 std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
@@ -89,7 +102,7 @@ std::optional<MoveSeries::Moved> MoveSeries::moved(const AgentProposal &proposal
 {
     // TOCTOU: the check went by path; the open folder must hold the same entry.
     const Result<FileAttributes> source = attributesOf(m_from->held.entry(name));
-    if (!source || FileState::of(*source) != *proposal.seen ||
+    if (!source || source->isFolder() || FileState::of(*source) != *proposal.seen ||
         !m_services.files.renameHeld(m_from->held, name, m_to->held, newName))
         return std::nullopt;
     const std::optional<EntryMark> mark = EntryMark::of(*proposal.destination);

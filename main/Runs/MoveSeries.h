@@ -11,8 +11,9 @@
 
 namespace brellin {
 
-/// Fast path for consecutive moves between the same two folders. Keeps both folders open, so that their resolved paths
-/// and the check for one volume hold for every entry.
+/// Fast path for consecutive moves of files between the same two folders. Keeps both folders open, so that the check for
+/// one volume and for system locations above them hold for every entry. Before each move makes sure that both are still
+/// where they were checked, whichever of the folders above them was moved.
 class MoveSeries {
 public:
     /// Both must outlive the series.
@@ -28,21 +29,24 @@ public:
     };
 
     /// Moves the entry to exactly the wanted place and returns what lies there now. nullopt, with nothing changed, if
-    /// the fast path does not apply: the first of a series, a taken name, a changed entry, or a folder that is missing,
-    /// refused or swapped. The caller then takes the slow path with all checks.
+    /// the fast path does not apply: the first of a series, a taken name, a changed entry, an entry that is a folder, or
+    /// a folder that is missing, refused or swapped. The caller then takes the slow path with all checks.
     std::optional<Moved> move(const AgentProposal &proposal);
 
 private:
     struct Folder {
         HeldFolder held;
-        std::string real; ///< its path without symlinks
+        SystemLocations::Examined place;
+
+        /// Whether it still lies where it was examined.
+        bool isInPlace() const;
     };
 
     bool begin(const Location &source, const Location &wanted);
     bool isAllowed(const AgentProposal &proposal) const;
     std::optional<Moved> moved(const AgentProposal &proposal, const std::string &name, const std::string &newName);
     std::optional<Moved> takenBack(const AgentProposal &proposal, const std::string &name, const std::string &newName);
-    static std::optional<Folder> hold(const Location &folder);
+    std::optional<Folder> hold(const Location &folder) const;
 
     const RunServices &m_services;
     FreshGuard &m_guard;

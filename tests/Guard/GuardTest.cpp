@@ -34,7 +34,7 @@ protected:
         const std::string folder = resolvedLocation(at.parent_path()).value_or(at.parent_path()).native();
         const bool refused = !guard.check(at, Review::Asked).has_value();
         EXPECT_EQ(guard.isProtectedAsWhole(at), refused) << at;
-        EXPECT_EQ(!guard.checkIn(folder, at, Review::Asked).has_value(), refused) << at;
+        EXPECT_EQ(!guard.checkIn(locations.examined(folder), at, Review::Asked).has_value(), refused) << at;
         return refused;
     }
 

@@ -132,7 +132,14 @@ TEST_F(LinkedLocationsTest, KnowsSystemFoldersThatAreMountedElsewhere)
         EXPECT_FALSE(knowing.isAllowed(tree.path(folder))) << folder;
     EXPECT_FALSE(knowing.isAllowedEntry(tree.path("home/bild")));
     EXPECT_FALSE(knowing.isAllowedEntry(tree.path("home/bild/neu.txt")));
-    EXPECT_FALSE(knowing.isAllowedEntryIn(tree.path("home/bild").native(), tree.path("home/bild/inside")));
+    const auto inExamined = [&](std::string_view folder, const char *name) {
+        return knowing.isAllowedFileIn(knowing.examined(tree.path(folder).native()), tree.path(folder) / name);
+    };
+    EXPECT_FALSE(inExamined("home/bild", "neu.txt"));
+    EXPECT_FALSE(inExamined("home/bild/inside", "neu.txt"));
+    EXPECT_FALSE(inExamined("home/tief", "x"));
+    EXPECT_TRUE(inExamined("home/gut", "a.txt"));
+    EXPECT_FALSE(inExamined("home", "Library"));
     EXPECT_TRUE(knowing.isAllowed(tree.path("home/gut")));
     EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/gut/a.txt")));
     EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/Downloads/a.txt")));

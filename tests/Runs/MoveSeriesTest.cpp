@@ -4,10 +4,13 @@
 #include "Runs/RunHistory.h"
 #include "Runs/UndoRun.h"
 #include "Support/AgentWorld.h"
+#include "Support/PrivateMount.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <memory>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -30,23 +33,30 @@ protected:
         before = world.snapshot();
     }
 
+    AgentProposal move(const std::string &name, const Location &target) const
+    {
+        AgentProposal one;
+        one.kind = AgentProposal::Kind::Move;
+        one.source = world.home("Downloads") / name;
+        one.destination = target / name;
+        one.seen = FileState::of(readAttributes(one.source).value_or(FileAttributes()));
+        return one;
+    }
     std::vector<AgentProposal> moves() const
     {
         std::vector<AgentProposal> all;
-        for (const char *name : {"a.txt", "b.txt", "c.txt", "d.txt"}) {
-            AgentProposal one;
-            one.kind = AgentProposal::Kind::Move;
-            one.source = world.home("Downloads") / name;
-            one.destination = world.home("Ablage") / name;
-            one.seen = FileState::of(readAttributes(one.source).value_or(FileAttributes()));
-            all.push_back(one);
-        }
+        for (const char *name : {"a.txt", "b.txt", "c.txt", "d.txt"})
+            all.push_back(move(name, world.home("Ablage")));
         return all;
     }
     ExecutionOutcome execute(const std::vector<AgentProposal> &proposals)
     {
+        return execute(proposals, world.services());
+    }
+    static ExecutionOutcome execute(const std::vector<AgentProposal> &proposals, const RunServices &services)
+    {
         JobControl control;
-        Result<ExecutionOutcome> outcome = Execution(world.services()).execute(proposals, control);
+        Result<ExecutionOutcome> outcome = Execution(services).execute(proposals, control);
         EXPECT_TRUE(outcome);
         return outcome ? *std::move(outcome) : ExecutionOutcome();
     }
@@ -224,3 +234,77 @@ TEST_F(MoveSeriesTest, goesNowhereIntoSystemLocations)
     }
     EXPECT_EQ(held, 0);
 }
+
+namespace {
+
+/// What happens to the folders of a series between the second move and the third.
+struct FolderSwap {
+    const char *name;
+    std::function<std::unique_ptr<PrivateMount>(const AgentWorld &)> act;
+    bool isMount = false;
+};
+
+class FolderSwapTest : public MoveSeriesTest, public testing::WithParamInterface<FolderSwap> {};
+
+/// Moves a folder into the refused Library, with a link in its place that leads there.
+FolderSwap linked(const char *name, const char *folder)
+{
+    return {name, [folder](const AgentWorld &world) -> std::unique_ptr<PrivateMount> {
+                fs::rename(world.home(folder), world.home("Library/weg"));
+                fs::create_directory_symlink(world.home("Library/weg"), world.home(folder));
+                return nullptr;
+            }};
+}
+
+/// Mounts the refused Library over a folder.
+FolderSwap covered(const char *name, const char *folder)
+{
+    const auto mount = [folder](const AgentWorld &world) {
+        return std::unique_ptr<PrivateMount>(
+            new PrivateMount(PrivateMount::bind(world.home("Library"), world.home(folder))));
+    };
+    return {name, mount, true};
+}
+
+} // namespace
+
+TEST_P(FolderSwapTest, isNoticedBeforeTheNextMove)
+{
+    world.tree().lines({"home/Library/c.txt=System", "home/Tief/Innen/"});
+    if (GetParam().isMount && !PrivateMount::possible())
+        GTEST_SKIP() << "no mounts here";
+    const AgentServices all = world.services();
+    const SystemLocations locations(world.home("")); // knows the Library by its identity
+    const RunServices services{all.defaults, all.files, all.trash,       all.volumes,
+                               all.clock,    locations, all.stateFolder, all.mayAct};
+    std::vector<AgentProposal> proposals;
+    for (const char *name : {"a.txt", "b.txt", "c.txt", "d.txt"})
+        proposals.push_back(move(name, world.home("Tief/Innen")));
+    int moved = 0;
+    std::unique_ptr<PrivateMount> mounted;
+    world.files().afterHeldRename = [&] {
+        if (moved++ == 0)
+            mounted = GetParam().act(world);
+    };
+    const ExecutionOutcome outcome = execute(proposals, services);
+    mounted.reset();
+    EXPECT_GE(moved, 1);
+    // The second one had moved when it happened, and is found where it went; the others stay.
+    ASSERT_GE(outcome.failures.size(), 2u);
+    for (std::size_t left : {1u, 2u}) {
+        const FailedProposal &failed = outcome.failures[outcome.failures.size() - left];
+        EXPECT_EQ(failed.proposal, proposals[proposals.size() - left].id);
+        EXPECT_TRUE(entryExists(failed.source)) << failed.source;
+    }
+    EXPECT_EQ(world.tree().content("home/Library/c.txt"), "System");
+    EXPECT_FALSE(entryExists(world.home("Library/d.txt")));
+    EXPECT_FALSE(entryExists(world.home("Tief/Innen/c.txt")));
+    for (const char *content : {"eins", "zwei", "drei", "vier", "fünf"})
+        EXPECT_TRUE(world.contents().contains(content)) << content;
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, FolderSwapTest,
+                         testing::Values(linked("targetLinked", "Tief/Innen"), linked("aboveTargetLinked", "Tief"),
+                                         linked("sourceLinked", "Downloads"), covered("targetCovered", "Tief/Innen"),
+                                         covered("aboveTargetCovered", "Tief"), covered("sourceCovered", "Downloads")),
+                         [](const auto &swap) { return std::string(swap.param.name); });

@@ -61,7 +61,10 @@ Result<void> FaultyFileActions::renameHeld(const HeldFolder &from, const std::st
             return failure(Failure::system(EXDEV));
         if (beforeHeldRename)
             beforeHeldRename(from.path() / name);
-        return m_real.renameHeld(from, name, to, newName);
+        Result<void> renamed = m_real.renameHeld(from, name, to, newName);
+        if (renamed && afterHeldRename)
+            afterHeldRename();
+        return renamed;
     });
 }
 

@@ -78,6 +78,8 @@ public:
     QStringList notKept;
     /// Called before each rename between held folders; a test can swap folders here.
     std::function<void(const Location &from)> beforeHeldRename;
+    /// Called after each of them that succeeded, between two steps of a series.
+    std::function<void()> afterHeldRename;
 
 private:
     Result<void> renameOverReserve(const Location &from, const Location &to);
