@@ -15,7 +15,7 @@ public:
 
     bool contains(const AgentProposal &proposal) const
     {
-        return m_all.contains(entriesOf(NeverProposed::of(proposal)));
+        return !m_all.empty() && m_all.contains(entriesOf(NeverProposed::of(proposal)));
     }
 
 private:

@@ -12,12 +12,25 @@ RuleVerdict CandidateVerdicts::of(const Candidate &candidate)
     return copied ? RuleVerdict::AlreadyCopied : RuleVerdict::Takes;
 }
 
-bool CandidateVerdicts::isTargetAllowed(const Candidate &candidate) const
+bool CandidateVerdicts::isTargetAllowed(const Candidate &candidate)
 {
     if (candidate.needsAI)
         return candidate.aiBase->is_absolute() && m_locations.isAllowed(*candidate.aiBase);
     const std::optional<Location> &target = candidate.destination;
-    return !target || (target->is_absolute() && m_locations.isAllowedEntry(*target));
+    return !target || (target->is_absolute() && isAllowedEntry(*target));
+}
+
+bool CandidateVerdicts::isAllowedEntry(const Location &target)
+{
+    if (!isStandardised(target.native()))
+        return m_locations.isAllowedEntry(target);
+    const std::string folder = target.parent_path().native();
+    const auto [known, isNew] = m_targets.try_emplace(folder);
+    if (isNew) {
+        const std::optional<Location> real = resolvedLocation(folder);
+        known->second = real ? m_locations.examined(real->native()) : SystemLocations::Examined();
+    }
+    return m_locations.isAllowedFileIn(known->second, target);
 }
 
 } // namespace brellin

@@ -4,6 +4,9 @@
 #include "Agent/Rules/RuleVerdict.h"
 #include "Guard/Guard.h"
 
+#include <map>
+#include <string>
+
 namespace brellin {
 
 /// Decides whether candidates become proposals, for a scan as well as for previews of one. Use one instance per scan. Read-only.
@@ -21,11 +24,13 @@ public:
     RuleVerdict of(const Candidate &candidate);
 
 private:
-    bool isTargetAllowed(const Candidate &candidate) const;
+    bool isTargetAllowed(const Candidate &candidate);
+    bool isAllowedEntry(const Location &target);
 
     const SystemLocations &m_locations;
     const Guard &m_guard;
     EarlierCopies m_copies;
+    std::map<std::string, SystemLocations::Examined> m_targets; ///< target folders, each examined once
 };
 
 } // namespace brellin
