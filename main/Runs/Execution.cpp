@@ -71,7 +71,8 @@ void Runner::performOne(StepPerformer &performer, const AgentProposal &proposal)
     if (performed) {
         m_marks.push_back(performed->marks);
         // If this line cannot be written (disk full), recovery determines the result from the disk.
-        (void)m_journal.done(m_next, performed->step, m_marks.back());
+        (void)(performed->inSeries ? m_journal.renamed(m_next, performed->step, m_marks.back())
+                                   : m_journal.done(m_next, performed->step, m_marks.back()));
         m_steps.push_back(performed->step);
         if (performed->trouble)
             fail(proposal, *performed->trouble);
@@ -148,6 +149,7 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
         outcome.run = JournalRun{id, now, std::move(runner.steps()), false};
         Result<std::vector<DroppedRun>> stored = RunHistory(m_services.defaults).add(*outcome.run, traces);
         if (!stored) {
+            (void)runner.journal().writeRenamed();
             outcome.notStored = stored.error();
             return std::move(outcome);
         }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -118,7 +119,17 @@ std::vector<UnreadLog> RunJournal::unread(const Location &folder)
     return found;
 }
 
+/// What was kept back goes first. If that cannot be written, recovery determines it from the disk.
 Result<void> RunJournal::append(const QByteArray &lines)
+{
+    if (m_renamed.isEmpty())
+        return write(lines);
+    const QByteArray all = std::exchange(m_renamed, {}) + lines;
+    m_renamedSteps = 0;
+    return write(all);
+}
+
+Result<void> RunJournal::write(const QByteArray &lines)
 {
     for (qsizetype at = 0; at < lines.size();) {
         const ssize_t written =
@@ -191,6 +202,17 @@ Result<void> RunJournal::copied(std::size_t step, const EntryMark &copy)
 Result<void> RunJournal::done(std::size_t step, const JournalStep &result, const StepMarks &marks)
 {
     return append(journalLines::done(step, result, marks));
+}
+
+Result<void> RunJournal::renamed(std::size_t step, const JournalStep &result, const StepMarks &marks)
+{
+    m_renamed += journalLines::done(step, result, marks);
+    return ++m_renamedSteps < mostRenamed ? Result<void>() : writeRenamed();
+}
+
+Result<void> RunJournal::writeRenamed()
+{
+    return append({});
 }
 
 Result<void> RunJournal::failed(std::size_t step)

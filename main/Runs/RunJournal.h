@@ -57,7 +57,8 @@ struct JournalContent {
 /// to an interrupted run.
 ///
 /// Plans are written and flushed before their first step acts. Results are appended without a flush; they survive a
-/// killed process, but not a power failure. A torn last line is ignored. An invalid complete line is skipped, and
+/// killed process, but not a power failure. Those of renames within one volume are written several at a time, since
+/// recovery finds such an entry by its identity as well, unless somebody has saved the file anew by then. A torn last line is ignored. An invalid complete line is skipped, and
 /// discard() then only renames the file.
 class RunJournal {
 public:
@@ -92,6 +93,12 @@ public:
     /// Flushes: after this the original may be trashed.
     Result<void> copied(std::size_t step, const EntryMark &copy);
     Result<void> done(std::size_t step, const JournalStep &result, const StepMarks &marks = {});
+    /// The same for a rename within one volume: kept back until `mostRenamed` have come together, or anything else is
+    /// written.
+    Result<void> renamed(std::size_t step, const JournalStep &result, const StepMarks &marks);
+    static constexpr int mostRenamed = 64;
+    /// Writes what `renamed` kept back: before anything that may take long, and before the journal is left to recovery.
+    Result<void> writeRenamed();
     Result<void> failed(std::size_t step);
     Result<void> flush();
 
@@ -105,12 +112,15 @@ private:
     RunJournal(Location file, FileLock lock) : m_file(std::move(file)), m_lock(std::move(lock)) {}
     static Result<RunJournal> open(const Location &file);
     Result<void> append(const QByteArray &lines);
+    Result<void> write(const QByteArray &lines);
 
     Location m_file;
     FileLock m_lock;
     JournalContent m_content;
     std::size_t m_planned = 0;
-    off_t m_size = 0; ///< file size
+    off_t m_size = 0;     ///< file size
+    QByteArray m_renamed; ///< lines kept back
+    int m_renamedSteps = 0;
 };
 
 } // namespace brellin

@@ -17,6 +17,8 @@ public:
     {
     }
 
+    /// Before a step that may take long: the results of those before it are written first.
+    void beginningAlone() { (void)m_journal.writeRenamed(); }
     Result<void> creatingFolder(const Location &folder)
     {
         TRY(m_journal.folder(folder));

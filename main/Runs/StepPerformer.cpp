@@ -72,11 +72,13 @@ Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &pro
     if (const std::optional<MoveSeries::Moved> moved = m_series.move(proposal)) {
         return Performed{{proposal.kind, proposal.source, moved->location, {}},
                          {moved->mark, {}},
-                         moved->astray ? std::optional(AgentError::targetSwapped(moved->location)) : std::nullopt};
+                         moved->astray ? std::optional(AgentError::targetSwapped(moved->location)) : std::nullopt,
+                         !moved->astray};
     }
+    log.beginningAlone();
     JournalStep step = TRY(performAlone(proposal, log));
     const StepMarks marks = marksOf(step);
-    return Performed{std::move(step), marks, {}};
+    return Performed{std::move(step), marks, {}, false};
 }
 
 Result<JournalStep> StepPerformer::performAlone(const AgentProposal &proposal, StepLog &log)

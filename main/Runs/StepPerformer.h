@@ -29,6 +29,7 @@ public:
         JournalStep step;
         StepMarks marks;                ///< of what the step left
         std::optional<Failure> trouble; ///< executed, but not as wanted
+        bool inSeries = false;          ///< as one of many quick moves within a volume
     };
     Result<Performed> perform(const AgentProposal &proposal, StepLog &log);
 

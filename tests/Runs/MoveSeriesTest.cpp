@@ -2,6 +2,7 @@
 #include "Runs/Execution.h"
 #include "Runs/Recovery.h"
 #include "Runs/RunHistory.h"
+#include "Runs/RunJournal.h"
 #include "Runs/UndoRun.h"
 #include "Support/AgentWorld.h"
 #include "Support/PrivateMount.h"
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <functional>
 #include <memory>
 
@@ -308,3 +310,48 @@ INSTANTIATE_TEST_SUITE_P(Folders, FolderSwapTest,
                                          linked("sourceLinked", "Downloads"), covered("targetCovered", "Tief/Innen"),
                                          covered("aboveTargetCovered", "Tief"), covered("sourceCovered", "Downloads")),
                          [](const auto &swap) { return std::string(swap.param.name); });
+
+TEST_F(MoveSeriesTest, isRecoveredAfterAKillBeforeItsResultsAreWritten)
+{
+    constexpr int files = RunJournal::mostRenamed + 6;
+    for (const int killed : {1, 2, RunJournal::mostRenamed - 1, RunJournal::mostRenamed, files - 2}) {
+        SCOPED_TRACE(testing::Message() << "killed after " << killed << " moves of the series");
+        std::vector<AgentProposal> all;
+        for (int number = 0; number < files; ++number) {
+            const std::string name = "f" + std::to_string(number);
+            world.tree().file("home/Downloads/" + name, name);
+            all.push_back(move(name, world.home("Ablage")));
+        }
+        before = world.snapshot();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            world.files().afterHeldRename = [&, moved = 0]() mutable {
+                if (++moved == killed)
+                    ::kill(::getpid(), SIGKILL);
+            };
+            execute(all);
+            ::_exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status));
+        // Somebody saves the last one anew, as a file of its own. It is not taken for the one that was moved.
+        const std::string last = "home/Ablage/f" + std::to_string(killed);
+        world.tree().file("home/neu", "neu");
+        const bool savedAnew = killed == 2;
+        if (savedAnew)
+            fs::rename(world.home("neu"), world.tree().path(last));
+        else
+            fs::remove(world.home("neu"));
+        recoverInterruptedRuns(world.services());
+        const std::vector<JournalRun> runs = RunHistory(world.defaults()).runs();
+        ASSERT_FALSE(runs.empty());
+        EXPECT_EQ(runs.front().steps.size(), static_cast<std::size_t>(killed + (savedAnew ? 0 : 1)));
+        undoAll();
+        EXPECT_EQ(savedAnew ? world.tree().content(last) : std::string("neu"), "neu");
+        if (!savedAnew) {
+            EXPECT_EQ(world.snapshot(), before);
+        }
+        fs::remove(world.tree().path(last));
+    }
+}
