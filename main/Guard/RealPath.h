@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace brellin {
 
@@ -12,5 +13,9 @@ int realPath(const std::string &path, std::string &real);
 
 /// The same for an open folder. nullopt if the system cannot tell or the folder has been removed.
 std::optional<std::string> realPathOf(int openFolder);
+
+/// Whether an open folder still lies at the path that `realPathOf` told earlier: one call, as cheap as they come. Not if
+/// it was moved, one of the folders above it was, or it was removed.
+bool isOpenAt(int openFolder, std::string_view real);
 
 } // namespace brellin

@@ -38,7 +38,7 @@ bool isPlainMove(const AgentProposal &proposal)
 
 bool MoveSeries::Folder::isInPlace() const
 {
-    return realPathOf(held.number()) == place.real;
+    return isOpenAt(held.number(), place.real);
 }
 
 /// nullopt also if the agent may not work in the folder.

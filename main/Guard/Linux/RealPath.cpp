@@ -43,16 +43,22 @@ int realPathStepByStep(const char *path, std::string &real)
     return 0;
 }
 
-/// The kernel's path of an open folder or file; nullopt without /proc.
-std::optional<std::string> nameOfOpen(int number)
+/// The kernel's path of an open folder or file, in `buffer`; empty without /proc.
+std::string_view nameOfOpen(int number, std::array<char, PATH_MAX> &buffer)
 {
     std::array<char, 32> link{};
     std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", number);
-    std::array<char, PATH_MAX> buffer; // NOLINT(*-member-init): filled by the system
     const ssize_t length = ::readlink(link.data(), buffer.data(), buffer.size());
     if (length <= 0 || static_cast<std::size_t>(length) == buffer.size() || buffer.front() != '/')
-        return std::nullopt;
-    return std::string(buffer.data(), static_cast<std::size_t>(length));
+        return {};
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+std::optional<std::string> nameOfOpen(int number)
+{
+    std::array<char, PATH_MAX> buffer; // NOLINT(*-member-init): filled by the system
+    const std::string_view name = nameOfOpen(number, buffer);
+    return name.empty() ? std::nullopt : std::optional(std::string(name));
 }
 
 int realPathThroughLinks(const char *path, std::string &real)
@@ -88,6 +94,14 @@ std::optional<std::string> realPathOf(int openFolder)
     struct stat status{};
     const bool isThere = ::fstat(openFolder, &status) == 0 && status.st_nlink > 0;
     return isThere ? nameOfOpen(openFolder) : std::nullopt;
+}
+
+bool isOpenAt(int openFolder, std::string_view real)
+{
+    // Of a removed folder the kernel's path ends with " (deleted)".
+    std::array<char, PATH_MAX> buffer; // NOLINT(*-member-init): filled by the system
+    const std::string_view name = nameOfOpen(openFolder, buffer);
+    return !name.empty() && name == real;
 }
 
 } // namespace brellin
