@@ -1,5 +1,6 @@
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
+#include "ContentView/Selection.h"
 
 #include <benchmark/benchmark.h>
 
@@ -101,5 +102,24 @@ void sameRows(benchmark::State &state)
         benchmark::DoNotOptimize(before.hasSameRows(after));
 }
 BENCHMARK(sameRows)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+/// What Ctrl+A costs a pane: the selection, the ranges of its views and the summary for commands and the status line.
+void selectAll(benchmark::State &state, std::size_t hidden)
+{
+    const FileItems items = someItems(static_cast<int>(state.range(0)));
+    const auto filter = [&](const FileItem &item) { return &item - &items[0] >= static_cast<std::ptrdiff_t>(hidden); };
+    const DisplayedItems rows = displayed(items, {.filter = filter});
+    for (auto _ : state) {
+        const Selection all = Selection::ofAll(rows);
+        std::size_t selected = 0;
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            selected += all.contains(rows[row]) ? 1 : 0;
+        benchmark::DoNotOptimize(selected);
+        benchmark::DoNotOptimize(summaryOf(items, all));
+    }
+}
+BENCHMARK_CAPTURE(selectAll, whole, 0)->Arg(100'000)->Unit(benchmark::kMillisecond);
+/// With a filter that hides something the entries are looked up by their paths.
+BENCHMARK_CAPTURE(selectAll, filtered, 1)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -229,12 +229,7 @@ void BrowserModel::setSelection(Selection selected)
 
 void BrowserModel::selectAll()
 {
-    Selection all;
-    const DisplayedItems &rows = displayedItems.get();
-    all.reserve(rows.size());
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        all.insert(rows[row]);
-    setSelection(std::move(all));
+    setSelection(Selection::ofAll(displayedItems.get()));
 }
 
 std::vector<FileItem> BrowserModel::selectedItems() const

@@ -43,6 +43,9 @@ public:
     bool empty() const { return size() == 0; }
     const FileItem &operator[](std::size_t row) const { return m_items[(*m_rows)[row]]; }
 
+    /// The whole list, including entries that the filter hides.
+    const FileItems &items() const { return m_items; }
+
     /// Whether both are made from the same list, regardless of order and filter.
     bool sharesItems(const DisplayedItems &other) const { return m_items == other.m_items; }
     /// Whether both have the same entries in the same rows, whatever their attributes.

@@ -1,5 +1,8 @@
 #include "ContentView/Selection.h"
 
+#include <functional>
+#include <utility>
+
 namespace brellin {
 
 namespace {
@@ -28,9 +31,51 @@ Selection::Selection(const std::vector<Location> &locations)
         insert(location);
 }
 
+Selection Selection::ofAll(const DisplayedItems &rows)
+{
+    Selection all;
+    if (rows.size() == rows.items().size()) {
+        all.m_list = rows.items();
+        return all;
+    }
+    all.reserve(rows.size());
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        all.insert(rows[row]);
+    return all;
+}
+
+/// Compares addresses: true only for an element of this list, not for the same entry in a newer one.
+bool Selection::isInList(const FileItem &item) const
+{
+    const std::less<const FileItem *> before;
+    const FileItem *const first = &m_list[0];
+    return !before(&item, first) && before(&item, first + m_list.size());
+}
+
+/// The selection as paths; drops the list.
+QSet<QByteArray> &Selection::paths() const
+{
+    if (m_list.empty())
+        return m_paths;
+    const FileItems list = std::exchange(m_list, {});
+    m_paths.reserve(static_cast<qsizetype>(list.size()));
+    for (const FileItem &item : list)
+        m_paths.insert(lookedUp(item).toByteArray());
+    return m_paths;
+}
+
+bool Selection::operator==(const Selection &other) const
+{
+    if (size() != other.size() || empty())
+        return size() == other.size();
+    return (!m_list.empty() && m_list == other.m_list) || paths() == other.paths();
+}
+
 bool Selection::contains(const FileItem &item) const
 {
-    if (m_paths.isEmpty())
+    if (!m_list.empty() && isInList(item))
+        return true;
+    if (paths().isEmpty())
         return false;
     // Fast path: each arrow key looks for one entry in a long list.
     if (m_paths.size() == 1) {
@@ -43,22 +88,22 @@ bool Selection::contains(const FileItem &item) const
 
 bool Selection::contains(const Location &location) const
 {
-    return m_paths.contains(keyOf(location.native()));
+    return paths().contains(keyOf(location.native()));
 }
 
 void Selection::insert(const FileItem &item)
 {
-    m_paths.insert(lookedUp(item).toByteArray());
+    paths().insert(lookedUp(item).toByteArray());
 }
 
 void Selection::insert(const Location &location)
 {
-    m_paths.insert(keyOf(location.native()));
+    paths().insert(keyOf(location.native()));
 }
 
 void Selection::remove(const Location &location)
 {
-    m_paths.remove(keyOf(location.native()));
+    paths().remove(keyOf(location.native()));
 }
 
 SelectionSummary summaryOf(const FileItems &items, const Selection &selection)

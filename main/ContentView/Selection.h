@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ContentView/FileItems.h"
+#include "ContentView/ItemOrder.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -10,27 +10,34 @@
 
 namespace brellin {
 
-/// The paths of a pane's selected entries. Implicitly shared, so cheap to copy.
+/// The paths of a pane's selected entries. Implicitly shared, so cheap to copy. If a whole list is selected, keeps only a
+/// reference to that list until entries of another one are looked up. Not thread-safe.
 class Selection {
 public:
     Selection() = default;
     explicit Selection(const std::vector<Location> &locations);
+    /// All displayed rows; in constant time unless the filter hides entries.
+    static Selection ofAll(const DisplayedItems &rows);
 
-    bool empty() const { return m_paths.isEmpty(); }
-    std::size_t size() const { return static_cast<std::size_t>(m_paths.size()); }
+    bool empty() const { return size() == 0; }
+    std::size_t size() const { return m_list.empty() ? static_cast<std::size_t>(m_paths.size()) : m_list.size(); }
     bool contains(const FileItem &item) const;
     bool contains(const Location &location) const;
 
     /// Reserves space for `count` entries.
-    void reserve(std::size_t count) { m_paths.reserve(static_cast<qsizetype>(count)); }
+    void reserve(std::size_t count) { paths().reserve(static_cast<qsizetype>(count)); }
     void insert(const FileItem &item);
     void insert(const Location &location);
     void remove(const Location &location);
 
-    bool operator==(const Selection &) const = default;
+    bool operator==(const Selection &other) const;
 
 private:
-    QSet<QByteArray> m_paths;
+    bool isInList(const FileItem &item) const;
+    QSet<QByteArray> &paths() const;
+
+    mutable FileItems m_list; ///< selected as a whole; `m_paths` is then empty
+    mutable QSet<QByteArray> m_paths;
 };
 
 /// Totals of a selection for commands, preview and status line, found in one pass without copying items.

@@ -14,8 +14,8 @@ int realPath(const std::string &path, std::string &real);
 /// The same for an open folder. nullopt if the system cannot tell or the folder has been removed.
 std::optional<std::string> realPathOf(int openFolder);
 
-/// Whether an open folder still lies at the path that `realPathOf` told earlier: one call, as cheap as they come. Not if
-/// it was moved, one of the folders above it was, or it was removed.
+/// Whether an open folder still has the path that `realPathOf` returned earlier. False if it was removed, or if it or a
+/// folder above it was moved. One system call.
 bool isOpenAt(int openFolder, std::string_view real);
 
 } // namespace brellin

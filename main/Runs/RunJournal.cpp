@@ -119,7 +119,7 @@ std::vector<UnreadLog> RunJournal::unread(const Location &folder)
     return found;
 }
 
-/// What was kept back goes first. If that cannot be written, recovery determines it from the disk.
+/// Writes the buffered results first. If that fails, recovery determines them from the disk.
 Result<void> RunJournal::append(const QByteArray &lines)
 {
     if (m_renamed.isEmpty())

@@ -93,11 +93,11 @@ public:
     /// Flushes: after this the original may be trashed.
     Result<void> copied(std::size_t step, const EntryMark &copy);
     Result<void> done(std::size_t step, const JournalStep &result, const StepMarks &marks = {});
-    /// The same for a rename within one volume: kept back until `mostRenamed` have come together, or anything else is
-    /// written.
+    /// Like `done` for a rename within one volume, but buffered: written when `mostRenamed` results have been collected or
+    /// with the next other line.
     Result<void> renamed(std::size_t step, const JournalStep &result, const StepMarks &marks);
     static constexpr int mostRenamed = 64;
-    /// Writes what `renamed` kept back: before anything that may take long, and before the journal is left to recovery.
+    /// Writes the buffered results. Call before anything that may take long, and before leaving the journal to recovery.
     Result<void> writeRenamed();
     Result<void> failed(std::size_t step);
     Result<void> flush();
@@ -119,7 +119,7 @@ private:
     JournalContent m_content;
     std::size_t m_planned = 0;
     off_t m_size = 0;     ///< file size
-    QByteArray m_renamed; ///< lines kept back
+    QByteArray m_renamed; ///< buffered lines
     int m_renamedSteps = 0;
 };
 

@@ -211,6 +211,31 @@ TEST_F(BrowserModelTest, knowsWhatTheSelectionIsLike)
     EXPECT_FALSE(item("brief.txt").isAt(world.home("A-brief.txt").native()));
 }
 
+TEST_F(BrowserModelTest, selectsAllThatIsShownAndNothingThatComesLater)
+{
+    pane.selectAll();
+    const Selection byPath({world.home("A"), world.home("B"), world.home("brief.txt")});
+    EXPECT_EQ(pane.selection.get(), byPath);
+    EXPECT_EQ(pane.selectedItems().size(), 3u);
+    std::filesystem::remove(world.home("brief.txt"));
+    world.tree.file("home/neu.txt", "neu");
+    pane.load();
+    EXPECT_EQ(pane.selection.get(), Selection({world.home("A"), world.home("B")}));
+    EXPECT_FALSE(pane.selection.get().contains(item("neu.txt")));
+
+    // One is taken out of the whole list, or put to it.
+    pane.selectAll();
+    Selection changed = pane.selection.get();
+    EXPECT_TRUE(changed.contains(world.home("neu.txt")));
+    changed.remove(world.home("B"));
+    EXPECT_EQ(changed, Selection({world.home("A"), world.home("neu.txt")}));
+    EXPECT_EQ(pane.selection.get().size(), 3u) << "a copy of its own";
+
+    pane.setItemFilter([](const FileItem &one) { return one.isFolder; });
+    pane.selectAll();
+    EXPECT_EQ(pane.selection.get(), Selection({world.home("A"), world.home("B")}));
+}
+
 TEST_F(BrowserModelTest, putsManyEntriesInOrderBesideTheMainThread)
 {
     constexpr int many = 20'100;

@@ -280,10 +280,14 @@ void SelectionLink::fromViews()
     std::size_t count = 0;
     for (const QItemSelectionRange &range : ranges)
         count += static_cast<std::size_t>(range.height());
-    selected.reserve(count);
-    for (const QItemSelectionRange &range : ranges)
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            selected.insert(m_rows.item(row));
+    if (count == m_rows.shown().size()) {
+        selected = Selection::ofAll(m_rows.shown());
+    } else {
+        selected.reserve(count);
+        for (const QItemSelectionRange &range : ranges)
+            for (int row = range.top(); row <= range.bottom(); ++row)
+                selected.insert(m_rows.item(row));
+    }
     m_linking = true;
     m_pane.setSelection(selected);
     m_linking = false;
