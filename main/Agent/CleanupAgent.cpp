@@ -197,19 +197,29 @@ void CleanupAgent::setAttended(const QObject &view, bool attended)
         m_attendedViews.erase(&view);
 }
 
-Result<void> CleanupAgent::noteChecked()
+CleanupAgent::Check CleanupAgent::storeCheck(const AgentServices &services)
 {
-    const auto now = std::chrono::floor<std::chrono::milliseconds>(m_services.clock.now());
-    publish(lastRun, std::optional(Instant(now)));
+    const auto now = std::chrono::floor<std::chrono::milliseconds>(services.clock.now());
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(now.time_since_epoch().count(), Qt::UTC);
-    ++m_settingsChanges;
-    const Result<void> stored = m_services.defaults.setValue(lastRunKey, time);
-    m_checked = stored ? std::nullopt : lastRun.get();
+    Result<void> stored = services.defaults.setValue(lastRunKey, time);
     if (!stored)
-        return failure(
+        stored = failure(
             Failure{QStringLiteral("Der Zeitpunkt der Prüfung ließ sich nicht speichern: ") + stored.error().message,
                     stored.error().code});
-    return {};
+    return {now, std::move(stored)};
+}
+
+Result<void> CleanupAgent::takeCheck(const Check &check)
+{
+    ++m_settingsChanges;
+    publish(lastRun, std::optional(check.time));
+    m_checked = check.stored ? std::nullopt : lastRun.get();
+    return check.stored;
+}
+
+Result<void> CleanupAgent::noteChecked()
+{
+    return takeCheck(storeCheck(m_services));
 }
 
 } // namespace brellin

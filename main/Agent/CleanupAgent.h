@@ -178,13 +178,21 @@ private:
         ChangedProposals followed = {}; ///< changes to the listed proposals
         std::set<QUuid> unwanted = {};  ///< listed proposals that must never be proposed
     };
+    /// A check of the user's folders that was recorded, or could not be.
+    struct Check {
+        Instant time;
+        Result<void> stored;
+    };
+    static Check storeCheck(const AgentServices &services);
+    Result<void> takeCheck(const Check &check);
     /// The result of a scan's second phase: the remaining proposals, and how many of them are new.
     struct ScanEnd {
         Result<ExecutionOutcome> automatic;
         RunHistory::Shown history;
         std::vector<AgentProposal> left;
         int added = 0;
-        ChangedProposals followed = {}; ///< changes to the previous list, which stays if the scan is cancelled
+        std::optional<Check> noted = {}; ///< nullopt: cancelled
+        ChangedProposals followed = {};  ///< changes to the previous list, which stays if the scan is cancelled
     };
 
     static ScanEnd carryOut(const AgentServices &services, std::vector<AgentProposal> found,

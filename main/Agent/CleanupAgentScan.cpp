@@ -103,8 +103,10 @@ CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std:
         scan.left = withChanges(std::move(scan.left), followed);
         scan.followed = followedKept(listed, *scan.automatic->run);
     }
-    if (!scan.automatic || !scan.automatic->cancelled)
+    if (!scan.automatic || !scan.automatic->cancelled) {
         scan.added = ProposalMemory(services.defaults).countNew(scan.left).value_or(0);
+        scan.noted = storeCheck(services);
+    }
     scan.history = RunHistory(services.defaults).shown();
     return scan;
 }
@@ -132,7 +134,7 @@ void CleanupAgent::finishScan(ScanEnd scan)
     showProposals(std::move(scan.left));
     m_listed.noteFailures(std::move(texts));
     setNewSinceViewed(newSinceViewed.get() + scan.added + static_cast<int>(byItself));
-    const Result<void> noted = noteChecked();
+    const Result<void> noted = takeCheck(*scan.noted);
     publish(leftNothing, proposals.get().empty());
     end(m_findings.summary(std::ssize(proposals.get()), static_cast<std::int64_t>(byItself)) +
         (automatic ? noteNotStored(*automatic) : QString()) +

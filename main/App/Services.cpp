@@ -8,14 +8,15 @@
 
 namespace brellin {
 
-Services::Services()
+Services::Services(Writing writing)
     : m_folders(KnownFolders::ofThisUser())
     , m_defaults(settingsFolder(m_folders.home), {.longLists = longAgentLists()}, freshSettings())
+    , m_settings(writing == Writing::OnWorker ? static_cast<UserDefaults &>(m_deferred) : m_defaults)
     , m_forgotten(&m_defaults)
     , m_trash(m_folders.trash.parent_path(), m_volumes)
     , m_locations(m_folders.home)
     , m_userLocations(m_folders.home, ::geteuid())
-    , m_model(m_defaults)
+    , m_model(settings())
     , m_decoder(m_processes, decoderProgram())
     , m_pdfReader(m_processes, decoderProgram())
     , m_tagSearch({m_folders.trash.parent_path()})

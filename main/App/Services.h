@@ -5,6 +5,7 @@
 #include "Disk/SystemTrash.h"
 #include "Features/TagSearch.h"
 #include "System/Decoders.h"
+#include "System/DeferredUserDefaults.h"
 #include "System/FileUserDefaults.h"
 #include "System/LocalModelServer.h"
 #include "System/MemoryUserDefaults.h"
@@ -17,10 +18,12 @@ namespace brellin {
 /// The real services, created only here. All paths derive from HOME and the XDG variables.
 class Services {
 public:
-    Services();
+    /// When plain settings are written: before `setValue` returns, or on a worker, for programs with windows.
+    enum class Writing { AtOnce, OnWorker };
+    explicit Services(Writing writing = Writing::AtOnce);
 
     /// For an agent that stores its settings.
-    AgentServices forAgent() { return agentServices(m_defaults); }
+    AgentServices forAgent() { return agentServices(settings()); }
     /// For an agent that only proposes: what it stores is discarded with these services.
     AgentServices forProposingAgent() { return agentServices(m_forgotten); }
 
@@ -44,7 +47,9 @@ public:
     /// The folders of the logs of archive operations and of batch renames.
     Location archiveLogs() const { return m_stateFolder / "archive"; }
     Location renameLogs() const { return m_stateFolder / "umbenennen"; }
-    UserDefaults &settings() { return m_defaults; }
+    UserDefaults &settings() { return m_settings; }
+    /// What `settings()` are with `Writing::OnWorker`.
+    DeferredUserDefaults &deferredSettings() { return m_deferred; }
     /// Settings for read-only use: writes are discarded.
     UserDefaults &forgottenSettings() { return m_forgotten; }
     const TagSearch &tagSearch() const { return m_tagSearch; }
@@ -54,6 +59,8 @@ private:
 
     KnownFolders m_folders;
     FileUserDefaults m_defaults;
+    DeferredUserDefaults m_deferred{m_defaults};
+    UserDefaults &m_settings; ///< one of these two
     MemoryUserDefaults m_forgotten;
     SystemVolumes m_volumes;
     SystemTrash m_trash;

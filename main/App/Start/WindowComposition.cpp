@@ -45,6 +45,19 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     m_transfers.lastFinished.observe(&m_transfers,
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
     m_notices.hear(m_operations, m_undo, m_transfers, m_volumeList);
+    services.deferredSettings().onFailure([this](const Failure &why) { settingNotStored(why); });
+}
+
+WindowComposition::~WindowComposition()
+{
+    m_services.deferredSettings().onFailure({});
+}
+
+/// The agent shows the stored settings again.
+void WindowComposition::settingNotStored(const Failure &why)
+{
+    m_notices.add(QStringLiteral("Die Einstellung ließ sich nicht speichern: ") + why.message);
+    m_agent.reload({QStringLiteral("settings")});
 }
 
 /// Done here, since the window or pane that started the transfer may be closed.

@@ -29,6 +29,9 @@ class WindowComposition {
 public:
     /// Both must outlive this object.
     WindowComposition(Services &services, DesktopSettings &desktop);
+    ~WindowComposition();
+    WindowComposition(const WindowComposition &) = delete;
+    WindowComposition &operator=(const WindowComposition &) = delete;
 
     WindowServices forWindows();
     /// Starts observing volumes, and starts the agent: recovery, then its timer.
@@ -39,6 +42,7 @@ public:
 private:
     void takeNote(const TransferRecord &record);
     void reload(const std::set<std::string> &lists);
+    void settingNotStored(const Failure &why);
 
     Services &m_services;
     DesktopSettings &m_desktop;

@@ -6,7 +6,9 @@
 #include "Sidebar/ExpandedFolders.h"
 #include "Sidebar/FoldedSections.h"
 #include "Sidebar/Screens/SidebarView.h"
+#include "System/FileLock.h"
 #include "System/FileUserDefaults.h"
+#include "System/PlainSetting.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -94,6 +96,36 @@ TEST_F(WindowSettingsTest, nonsenseCountsAsUsual)
     openSheet();
     EXPECT_EQ(find<QComboBox>(QStringLiteral("appearance"))->currentText(), QStringLiteral("Wie das System"));
     EXPECT_EQ(find<QComboBox>(QStringLiteral("fontFactor"))->currentText(), QStringLiteral("Schrift 100 %"));
+}
+
+TEST_F(WindowSettingsTest, doNotWaitForAnotherProgramAndSayWhatCannotBeStored)
+{
+    const QString network = QStringLiteral("folderSizesNetwork");
+    ASSERT_TRUE(services->settings().setValue(network, false));
+    ASSERT_TRUE(services->deferredSettings().finish(std::chrono::seconds(20)));
+    const Location settings = services->settings().fileOf(network).parent_path();
+    const auto isStored = [&] { return plainSetting(FileUserDefaults(settings), network, false); };
+    open();
+    openSheet();
+    Result<FileLock> other = FileLock::wait(settings / "settings.lock", std::chrono::seconds(20));
+    ASSERT_TRUE(other);
+    auto *const box = find<QCheckBox>(network);
+    box->click();
+    EXPECT_TRUE(kept(u"folderSizesNetwork").toBool());
+    EXPECT_FALSE(isStored()) << "the other program still holds the lock";
+    other->release();
+    EXPECT_TRUE(waitUntil(isStored));
+    // Now the lock cannot be taken at all.
+    std::filesystem::remove(settings / "settings.lock");
+    std::filesystem::create_directory(settings / "settings.lock");
+    const WindowServices all = composition->forWindows();
+    QStringList said;
+    all.notices.unread.observe(window, [&](const QStringList &unread) { said += unread; });
+    box->click();
+    EXPECT_TRUE(waitUntil([&] { return !said.isEmpty(); }));
+    EXPECT_TRUE(said.join(u' ').startsWith(QStringLiteral("Die Einstellung ließ sich nicht speichern: ")));
+    EXPECT_TRUE(kept(u"folderSizesNetwork").toBool()) << "as it is stored";
+    std::filesystem::remove(settings / "settings.lock");
 }
 
 TEST_F(WindowSettingsTest, followWhatAnotherProgramStores)

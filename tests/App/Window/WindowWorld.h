@@ -28,7 +28,7 @@ protected:
         std::filesystem::create_directories(home / "d");
         folder = home / "d";
         Theme::install(*qApp);
-        services = std::make_unique<Services>();
+        services = std::make_unique<Services>(Services::Writing::OnWorker);
         desktop = std::make_unique<DesktopSettings>(Theme::shared(), nullptr);
         composition = std::make_unique<WindowComposition>(*services, *desktop);
     }

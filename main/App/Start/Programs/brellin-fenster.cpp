@@ -39,6 +39,14 @@ void loadGermanTexts(QApplication &application)
         QCoreApplication::installTranslator(texts);
 }
 
+/// No window is left to show a failure in.
+void storeSettings(DeferredUserDefaults &settings)
+{
+    constexpr std::chrono::seconds patience{20}; // four times as long as a write waits for another program's lock
+    if (const Result<void> stored = settings.finish(patience); !stored)
+        qWarning("Die Einstellung ließ sich nicht speichern: %s", qUtf8Printable(stored.error().message));
+}
+
 } // namespace
 
 /// The window program. `brellin` without a command executes it.
@@ -52,7 +60,7 @@ int main(int argc, char **argv)
     QLocale::setDefault(german());
     loadGermanTexts(application);
 
-    Services services;
+    Services services(Services::Writing::OnWorker);
     const std::vector<Location> folders = foldersOf(argc, argv);
     SingleInstance instance(stateFolder(services.folders().home));
     if (instance.begin(folders) == SingleInstance::Role::HandedOver)
@@ -67,5 +75,7 @@ int main(int argc, char **argv)
     QObject::connect(&windows, &Windows::lastClosed, &application, &QCoreApplication::quit);
     windows.start(folders);
     composition.start();
-    return Shutdown::end(QApplication::exec());
+    const int code = QApplication::exec();
+    storeSettings(services.deferredSettings());
+    return Shutdown::end(code);
 }
