@@ -1,18 +1,16 @@
 #pragma once
 
 #include "Agent/AgentServices.h"
-#include "Agent/Analysis/FolderAnalysis.h"
 #include "Agent/ListedProposals.h"
+#include "Agent/OperationEnd.h"
 #include "Agent/ReviewReport.h"
-#include "Agent/Scan.h"
 #include "Agent/Schedule.h"
 #include "Agent/UserLists.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
-#include "Runs/Execution.h"
+#include "Runs/AgentError.h"
 #include "Runs/JournalRun.h"
 #include "Runs/RunHistory.h"
-#include "Runs/UndoRun.h"
 
 #include <map>
 #include <set>
@@ -24,8 +22,8 @@ struct StoredKind;
 
 /// The cleanup agent: holds the user's rules, finds what they would do, executes approved proposals and undoes runs.
 ///
-/// Lives on the main thread. One operation at a time: while `running`, starting another one is ignored. Every operation
-/// ends by calling the `whenFinished` callback. The agent's timer starts with start().
+/// Lives on the main thread. One operation at a time: while `running`, starting another one fails. An operation hands
+/// what it found to its `Done` callback. The agent's timer starts with start().
 class CleanupAgent : public Model<CleanupAgent> {
     // First, since they hold public properties.
     UserLists m_lists;
@@ -78,24 +76,29 @@ public:
     /// Sets a callback for each tick, for the daily search for receipts.
     void onReceiptTick(std::function<void()> ask) { m_receiptTick = std::move(ask); }
 
+    /// Called once with what an operation found or why it failed, after everything is published; also if the operation
+    /// cannot begin. Not called any more once the agent is destroyed.
+    template <class Found>
+    using Done = std::function<void(const Result<Found> &)>;
+
     /// What a scan may do: execute automatic proposals and record the time of the scan, or only propose. DuplicatesOnly
     /// is the purpose of `searchDuplicates`.
     enum class ScanPurpose { ActAndPropose, ProposeOnly, DuplicatesOnly };
     using Tick = ListedProposals::Tick;
     enum class Search { Rules, RulesAndDuplicates };
-    void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose);
+    void scan(Search search, ScanPurpose purpose = ScanPurpose::ActAndPropose, const Done<ScanFindings> &done = {});
     /// Proposes the duplicates in these folders only.
-    void searchDuplicates(const std::vector<Location> &folders);
+    void searchDuplicates(const std::vector<Location> &folders, const Done<ScanFindings> &done = {});
 
     /// Analyses one folder and replaces the proposals. For a software project without a profile sets `pendingProfile`.
-    void analyze(const Location &folder);
+    void analyze(const Location &folder, const Done<AnalysisFindings> &done = {});
     /// Stores the edited pending profile and repeats the analysis.
-    void confirmPendingProfile(const FolderProfile &profile);
+    void confirmPendingProfile(const FolderProfile &profile, const Done<AnalysisFindings> &done = {});
     /// Ends the analysis without proposals.
     void cancelPendingProfile();
 
     /// Executes the ticked proposals as one run, in the order of the list.
-    void executeChosen();
+    void executeChosen(const Done<ExecutionOutcome> &done = {});
     /// Removes proposals from the list; their files stay as they are.
     void discard(const std::set<QUuid> &ids);
     /// Ticks of the list, see ListedProposals.
@@ -109,7 +112,7 @@ public:
     void neverPropose(const std::set<QUuid> &ids);
     void proposeAgain(const NeverProposed &one);
     /// Undoes a run of the history; for a run already undone, retries what was not restored.
-    void undo(const QUuid &run);
+    void undo(const QUuid &run, const Done<UndoOutcome> &done = {});
     /// Cancels the current operation. It still finishes, as soon as it can stop.
     void cancel();
 
@@ -126,19 +129,14 @@ public:
     /// view's destruction.
     void setAttended(const QObject &view, bool attended);
 
-    /// Results of the last operations.
+    /// The findings of the last scan, without what was left out since.
     const ScanFindings &findings() const { return m_findings; }
     /// Removes proposals from the result of the last scan or analysis, and from its totals.
     void leaveOut(const std::set<QUuid> &ids);
-    const std::optional<AnalysisFindings> &analysis() const { return m_analysis; }
     /// The analysed folder that the proposals are about; nullopt: they come from a scan.
     const std::optional<Location> &listedFolder() const { return m_listedFolder; }
-    const std::optional<ExecutionOutcome> &lastExecution() const { return m_execution; }
-    const std::optional<UndoOutcome> &lastUndo() const { return m_undo; }
-    /// Why the last operation could not be started or completed.
+    /// Why the last operation failed or was incomplete; belongs to `status`.
     const std::optional<Failure> &lastFailure() const { return m_failure; }
-    /// Sets a callback for the end of each operation, called after everything is published.
-    void whenFinished(std::function<void()> finished) { m_finished = std::move(finished); }
 
     /// Re-reads the stored data on a worker after the current operation; another process may have changed it. The
     /// history, which is long, is read only if `lists` contains it.
@@ -217,12 +215,14 @@ private:
     static Stored takeOver(const AgentServices &services);
     void publishHistory(RunHistory::Shown shown);
     bool begin(const QString &what);
-    void end(const QString &what);
+    template <class Found>
+    bool begin(const QString &what, const Done<Found> &done);
+    void end(const QString &what, const OperationEnd &how);
     void fail(const Failure &why);
     void watch(const JobControl &control);
     /// Who started a scan.
     enum class Cause { User, Schedule };
-    void beginScan(Search search, ScanPurpose purpose, Cause cause);
+    void readForScan(Search search, ScanPurpose purpose, Cause cause);
     void scanIfDue();
     void reloadDamaged();
     Result<void> setPlain(const QString &key, const QVariant &value);
@@ -249,12 +249,10 @@ private:
     AgentServices m_services;
     ScanFindings m_findings;
     std::optional<AnalysisFindings> m_analysis;
-    std::optional<ExecutionOutcome> m_execution;
-    std::optional<UndoOutcome> m_undo;
     std::optional<Failure> m_failure;
     std::optional<Location> m_analysedFolder; ///< awaits confirmation of its profile
     std::optional<Location> m_listedFolder;
-    std::function<void()> m_finished;
+    std::function<void(const OperationEnd &)> m_ended; ///< of the current operation
     std::function<void()> m_receiptTick;
     std::set<const QObject *> m_views; ///< views whose destruction is observed
     std::set<const QObject *> m_visibleViews;
@@ -279,5 +277,18 @@ private:
     Job<QString> m_handingOver;
     std::unique_ptr<Job<std::set<QUuid>>> m_dropping;
 };
+
+template <class Found>
+bool CleanupAgent::begin(const QString &what, const Done<Found> &done)
+{
+    if (!begin(what)) {
+        if (done)
+            done(failure(AgentError::alreadyWorking()));
+        return false;
+    }
+    if (done)
+        m_ended = [done](const OperationEnd &how) { done(resultOf<Found>(how)); };
+    return true;
+}
 
 } // namespace brellin

@@ -7,15 +7,20 @@
 /// How the agent scans, and what happens to the findings.
 namespace brellin {
 
-void CleanupAgent::scan(Search search, ScanPurpose purpose)
+namespace {
+
+const QString checkingRules = QStringLiteral("Prüfe Regeln …");
+
+} // namespace
+
+void CleanupAgent::scan(Search search, ScanPurpose purpose, const Done<ScanFindings> &done)
 {
-    beginScan(search, purpose, Cause::User);
+    if (begin(checkingRules, done))
+        readForScan(search, purpose, Cause::User);
 }
 
-void CleanupAgent::beginScan(Search search, ScanPurpose purpose, Cause cause)
+void CleanupAgent::readForScan(Search search, ScanPurpose purpose, Cause cause)
 {
-    if (!begin(QStringLiteral("Prüfe Regeln …")))
-        return;
     readAfresh([this, search, purpose, cause] {
         const Result<void> setUp = agentMayBegin(damaged.get());
         if (!setUp && cause == Cause::Schedule)
@@ -37,13 +42,13 @@ void CleanupAgent::scanIfDue()
     // The damage is known and reported; re-read the lists in case it was repaired elsewhere.
     if (!agentMayBegin(damaged.get()))
         return reloadDamaged();
-    if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()))
-        beginScan(Search::RulesAndDuplicates, ScanPurpose::ActAndPropose, Cause::Schedule);
+    if (isScanDue(intervalHours.get(), lastRun.get(), m_services.clock.now()) && begin(checkingRules))
+        readForScan(Search::RulesAndDuplicates, ScanPurpose::ActAndPropose, Cause::Schedule);
 }
 
-void CleanupAgent::searchDuplicates(const std::vector<Location> &folders)
+void CleanupAgent::searchDuplicates(const std::vector<Location> &folders, const Done<ScanFindings> &done)
 {
-    if (!begin(QStringLiteral("Suche doppelte Dateien …")))
+    if (!begin(QStringLiteral("Suche doppelte Dateien …"), done))
         return;
     readAfresh([this, folders] {
         startScan({{}, profiles.get(), never.get(), folders, false, rules.get()}, ScanPurpose::DuplicatesOnly);
@@ -71,7 +76,8 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
         publish(leftNothing, proposals.get().empty());
         return end(purpose == ScanPurpose::DuplicatesOnly
                        ? m_findings.duplicatesSummary()
-                       : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0));
+                       : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0),
+                   m_findings);
     }
     m_finishing.start(
         m_pool,
@@ -137,8 +143,9 @@ void CleanupAgent::finishScan(ScanEnd scan)
     const Result<void> noted = takeCheck(*scan.noted);
     publish(leftNothing, proposals.get().empty());
     end(m_findings.summary(std::ssize(proposals.get()), static_cast<std::int64_t>(byItself)) +
-        (automatic ? noteNotStored(*automatic) : QString()) +
-        (noted ? QString() : QStringLiteral(" · ") + noted.error().message));
+            (automatic ? noteNotStored(*automatic) : QString()) +
+            (noted ? QString() : QStringLiteral(" · ") + noted.error().message),
+        m_findings);
 }
 
 /// Keeps the list, the badge and the time of the last check. What was executed by then is in the history and leaves the
@@ -163,7 +170,7 @@ void CleanupAgent::endCancelledScan(const ScanEnd &scan)
     QString text = m_failure->message;
     if (!done.empty())
         text = QStringLiteral("Abgebrochen · %1 automatisch erledigt").arg(german().toString(qulonglong(done.size())));
-    end(text + noteNotStored(automatic));
+    end(text + noteNotStored(automatic), Failure::cancelled());
 }
 
 /// From now on the list shows the result of a scan.

@@ -59,8 +59,6 @@ void CleanupAgent::start()
             publish(status, QString());
             takeIfNew(std::move(found), {RunKeys::history}, before);
             schedule();
-            if (!running.get() && m_finished)
-                m_finished();
         });
 }
 
@@ -91,20 +89,22 @@ bool CleanupAgent::begin(const QString &what)
     return true;
 }
 
-void CleanupAgent::end(const QString &what)
+void CleanupAgent::end(const QString &what, const OperationEnd &how)
 {
+    // An observer may begin the next operation.
+    const auto ended = std::exchange(m_ended, {});
     publish(detail, QString());
     publish(running, false);
     publish(status, what);
     reload({});
-    if (m_finished)
-        m_finished();
+    if (ended)
+        ended(how);
 }
 
 void CleanupAgent::fail(const Failure &why)
 {
     m_failure = why;
-    end(why.message);
+    end(why.message, why);
 }
 
 void CleanupAgent::watch(const JobControl &control)
@@ -147,9 +147,9 @@ AnalysisRequest CleanupAgent::analysisRequest(const Location &folder) const
     return {folder, profiles.get(), rules.get(), {}, m_services.clock.now(), choose};
 }
 
-void CleanupAgent::analyze(const Location &folder)
+void CleanupAgent::analyze(const Location &folder, const Done<AnalysisFindings> &done)
 {
-    if (!begin(QStringLiteral("Prüfe Ordner …")))
+    if (!begin(QStringLiteral("Prüfe Ordner …"), done))
         return;
     publish(pendingProfile, std::optional<FolderProfile>());
     m_analysedFolder = folder;
@@ -181,24 +181,31 @@ void CleanupAgent::analyzed(Result<AnalysisFindings> found)
     if (m_analysis->end == AnalysisFindings::End::NeedsProfile)
         publish(pendingProfile, m_analysis->detected);
     publish(leftNothing, proposals.get().empty() && m_analysis->end == AnalysisFindings::End::Done);
-    end(m_analysis->summary());
+    end(m_analysis->summary(), *m_analysis);
 }
 
-void CleanupAgent::confirmPendingProfile(const FolderProfile &profile)
+void CleanupAgent::confirmPendingProfile(const FolderProfile &profile, const Done<AnalysisFindings> &done)
 {
-    if (running.get() || !pendingProfile.get())
+    if (running.get() || !pendingProfile.get()) {
+        if (done)
+            done(failure(AgentError::alreadyWorking()));
         return;
+    }
     const Result<void> stored = updateProfiles([&](std::vector<FolderProfile> all) {
         std::erase_if(all, [&](const FolderProfile &one) { return one.root() == profile.root(); });
         all.push_back(profile);
         return all;
     });
     // Do not touch the folder unless its protection is stored.
-    if (!stored)
-        return fail(stored.error());
+    if (!stored) {
+        fail(stored.error());
+        if (done)
+            done(failure(stored.error()));
+        return;
+    }
     publish(pendingProfile, std::optional<FolderProfile>());
     if (m_analysedFolder)
-        analyze(Location(*m_analysedFolder));
+        analyze(Location(*m_analysedFolder), done);
 }
 
 void CleanupAgent::cancelPendingProfile()
@@ -213,10 +220,10 @@ void CleanupAgent::cancelPendingProfile()
     publish(status, QStringLiteral("Abgebrochen – ohne Schutzprofil wird ein Software-Projekt nicht aufgeräumt."));
 }
 
-void CleanupAgent::executeChosen()
+void CleanupAgent::executeChosen(const Done<ExecutionOutcome> &done)
 {
     const std::set<QUuid> ticked = chosen.get();
-    if (begin(QStringLiteral("Führe Vorschläge aus …")))
+    if (begin(QStringLiteral("Führe Vorschläge aus …"), done))
         readAfresh([this, ticked] { startExecution(ticked); });
 }
 
@@ -244,7 +251,6 @@ void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 
 void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
 {
-    m_execution.reset();
     m_listed.remove(worked.unwanted);
     Result<ExecutionOutcome> &result = worked.outcome;
     if (!result)
@@ -269,9 +275,8 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
     text += noteNotStored(*result);
     if (!result->dropped.empty())
         text += u' ' + textOf(result->dropped);
-    m_execution = *std::move(result);
     publish(leftNothing, proposals.get().empty());
-    end(text);
+    end(text, *std::move(result));
 }
 
 /// The suffix for a run that could not be stored in the history; its journal stays for recovery.
@@ -285,14 +290,17 @@ QString CleanupAgent::noteNotStored(const ExecutionOutcome &outcome)
         .arg(outcome.notStored->message);
 }
 
-void CleanupAgent::undo(const QUuid &run)
+void CleanupAgent::undo(const QUuid &run, const Done<UndoOutcome> &done)
 {
     const auto found = std::ranges::find(history.get(), run, &JournalRun::id);
     const auto known = aftermath.get().find(run);
     const bool hasRest = known != aftermath.get().end() && !known->second.left.empty();
-    if (found == history.get().end() || (found->undone && !hasRest))
+    if (found == history.get().end() || (found->undone && !hasRest)) {
+        if (done)
+            done(failure(Failure()));
         return;
-    if (!begin(QStringLiteral("Mache rückgängig …")))
+    }
+    if (!begin(QStringLiteral("Mache rückgängig …"), done))
         return;
     noteNotUndone(run, {});
     const auto work = [services = m_services, taken = *found, listed = proposals.get()](JobControl &control) {
@@ -308,7 +316,6 @@ void CleanupAgent::undo(const QUuid &run)
 
 void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
 {
-    m_undo.reset();
     m_listed.follow(worked.followed);
     publishHistory(std::move(worked.history));
     Result<UndoOutcome> &result = worked.outcome;
@@ -320,8 +327,7 @@ void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
                      : why.message);
         return fail(why);
     }
-    m_undo = *std::move(result);
-    end(m_undo->status());
+    end(result->status(), *result);
 }
 
 void CleanupAgent::noteNotUndone(const QUuid &run, const QString &why)

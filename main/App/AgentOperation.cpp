@@ -21,21 +21,24 @@ QString progressLine(const CleanupAgent &agent)
 
 } // namespace
 
-void waitFor(CleanupAgent &agent, Terminal &terminal, const std::function<void()> &start)
+void runOperation(CleanupAgent &agent, Terminal &terminal,
+                  const std::function<void(const std::function<void()> &)> &start)
 {
     QEventLoop loop;
+    bool over = false;
     const Interruption interruption([&] { agent.cancel(); });
-    agent.whenFinished([&] { loop.quit(); });
     QTimer progress;
     QObject::connect(&progress, &QTimer::timeout, &progress, [&] {
         terminal.progress(progressLine(agent));
         progress.setInterval(200);
     });
     progress.start(1000);
-    start();
-    if (agent.running.get())
+    start([&] {
+        over = true;
+        loop.quit();
+    });
+    if (!over)
         loop.exec();
-    agent.whenFinished({});
     terminal.clearProgress();
 }
 

@@ -35,11 +35,13 @@ ExitCode runAnalyzeCommand(CommandContext &context)
         return context.refuse(folder.error().message);
     ProposingCommand command(context);
     CleanupAgent &agent = command.agent();
-    if (const std::optional<ExitCode> ended = command.propose([&] { agent.analyze(*folder); }))
+    if (const std::optional<ExitCode> ended =
+            command.propose<AnalysisFindings>([&](const auto &done) { agent.analyze(*folder, done); }))
         return *ended;
     if (agent.pendingProfile.get() && context.arguments.has(QStringLiteral("profil-bestaetigen"))) {
         const FolderProfile profile = *agent.pendingProfile.get();
-        if (const std::optional<ExitCode> ended = command.propose([&] { agent.confirmPendingProfile(profile); }))
+        if (const std::optional<ExitCode> ended = command.propose<AnalysisFindings>(
+                [&](const auto &done) { agent.confirmPendingProfile(profile, done); }))
             return *ended;
     }
     const bool pending = agent.pendingProfile.get().has_value();
@@ -70,13 +72,12 @@ ExitCode runReportCommand(CommandContext &context)
     }
     ProposingCommand command(context);
     CleanupAgent &agent = command.agent();
-    const auto search = [&] {
-        if (folder)
-            agent.analyze(*folder);
-        else
-            agent.scan(CleanupAgent::Search::RulesAndDuplicates, CleanupAgent::ScanPurpose::ProposeOnly);
-    };
-    if (const std::optional<ExitCode> ended = command.propose(search))
+    const std::optional<ExitCode> ended =
+        folder ? command.propose<AnalysisFindings>([&](const auto &done) { agent.analyze(*folder, done); })
+               : command.propose<ScanFindings>([&](const auto &done) {
+                     agent.scan(CleanupAgent::Search::RulesAndDuplicates, CleanupAgent::ScanPurpose::ProposeOnly, done);
+                 });
+    if (ended)
         return *ended;
     if (agent.pendingProfile.get())
         context.terminal.message(agent.status.get());

@@ -51,8 +51,8 @@ ExitCode runCheckCommand(CommandContext &context)
     CleanupAgent &agent = command.agent();
     const auto search = context.arguments.has(QStringLiteral("doppelte")) ? CleanupAgent::Search::RulesAndDuplicates
                                                                           : CleanupAgent::Search::Rules;
-    if (const std::optional<ExitCode> ended =
-            command.propose([&] { agent.scan(search, CleanupAgent::ScanPurpose::ProposeOnly); }))
+    if (const std::optional<ExitCode> ended = command.propose<ScanFindings>(
+            [&](const auto &done) { agent.scan(search, CleanupAgent::ScanPurpose::ProposeOnly, done); }))
         return *ended;
     const ScanFindings &found = agent.findings();
     sayIfCapped(context, found);
@@ -90,7 +90,8 @@ ExitCode runDuplicatesCommand(CommandContext &context)
         return context.refuse(QStringLiteral("Welche Ordner? brellin doppelte ORDNER…"));
     ProposingCommand command(context);
     CleanupAgent &agent = command.agent();
-    if (const std::optional<ExitCode> ended = command.propose([&] { agent.searchDuplicates(folders); }))
+    if (const std::optional<ExitCode> ended =
+            command.propose<ScanFindings>([&](const auto &done) { agent.searchDuplicates(folders, done); }))
         return *ended;
     const ScanFindings &found = agent.findings();
     sayIfCapped(context, found);

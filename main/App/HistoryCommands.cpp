@@ -125,30 +125,30 @@ ExitCode runUndoCommand(CommandContext &context)
         return ExitCode::Done;
     }
     const QUuid id = (*meant)->id;
-    waitFor(agent, context.terminal, [&] { agent.undo(id); });
-    if (!agent.lastUndo()) {
-        const ExitCode code = exitCodeOf(agent.lastFailure().value_or(Failure()), context.terminal);
+    const Result<UndoOutcome> outcome =
+        waitFor<UndoOutcome>(agent, context.terminal, [&](const auto &done) { agent.undo(id, done); });
+    if (!outcome) {
+        const ExitCode code = exitCodeOf(outcome.error(), context.terminal);
         if (code == ExitCode::Cancelled && context.json())
             context.terminal.printJson(undoAnswer(*meant, {}, agent.status.get()));
         else if (code == ExitCode::Cancelled)
             context.terminal.message(QStringLiteral("Ein Teil ist schon zurückgelegt. Weiter: brellin rueckgaengig"));
         return code;
     }
-    const UndoOutcome &outcome = *agent.lastUndo();
     const auto run = std::ranges::find(agent.history.get(), id, &JournalRun::id);
     const std::optional<JournalRun> now = run == agent.history.get().end() ? std::nullopt : std::optional(*run);
     if (context.json())
-        context.terminal.printJson(undoAnswer(now, outcome, agent.status.get()));
+        context.terminal.printJson(undoAnswer(now, *outcome, agent.status.get()));
     else
         context.terminal.print(agent.status.get());
-    for (const QString &remark : outcome.remarks)
+    for (const QString &remark : outcome->remarks)
         context.terminal.message(printable(remark));
-    for (const Location &place : outcome.notRestored)
+    for (const Location &place : outcome->notRestored)
         context.terminal.message(QStringLiteral("Nicht zurückgelegt: ") +
                                  printable(place, context.services.folders().home));
-    if (!outcome.notRestored.empty())
+    if (!outcome->notRestored.empty())
         context.terminal.message(QStringLiteral("Rest noch einmal versuchen: brellin rueckgaengig ") + idText(id));
-    return outcome.notRestored.empty() ? ExitCode::Done : ExitCode::Failed;
+    return outcome->notRestored.empty() ? ExitCode::Done : ExitCode::Failed;
 }
 
 } // namespace brellin

@@ -1,7 +1,6 @@
 #include "App/ProposingCommand.h"
 
 #include "Agent/AgentJson.h"
-#include "App/AgentOperation.h"
 #include "App/ProposalListing.h"
 #include "App/StoredData.h"
 #include "App/TypedLocation.h"
@@ -72,14 +71,12 @@ bool ProposingCommand::executes() const
     return m_context.arguments.has(QStringLiteral("ausfuehren"));
 }
 
-std::optional<ExitCode> ProposingCommand::propose(const std::function<void()> &search)
+std::optional<ExitCode> ProposingCommand::proposed(const std::optional<Failure> &why)
 {
-    if (!m_interruption->heard())
-        waitFor(m_agent, m_context.terminal, search);
     if (m_interruption->heard())
         return exitCodeOf(Failure::cancelled(), m_context.terminal);
-    if (m_agent.lastFailure())
-        return exitCodeOf(*m_agent.lastFailure(), m_context.terminal);
+    if (why)
+        return exitCodeOf(*why, m_context.terminal);
     for (const StoredCondition &damaged : m_agent.damaged.get())
         m_context.terminal.message(damageNotice(damaged));
     applyOptions();
@@ -138,10 +135,12 @@ ExitCode ProposingCommand::execute()
         return ExitCode::Done;
     if (m_interruption->heard())
         return exitCodeOf(Failure::cancelled(), m_context.terminal);
-    waitFor(m_agent, m_context.terminal, [this] { m_agent.executeChosen(); });
-    if (!m_agent.lastExecution())
-        return exitCodeOf(m_agent.lastFailure().value_or(Failure()), m_context.terminal);
-    return report(*m_agent.lastExecution());
+    Result<ExecutionOutcome> outcome = waitFor<ExecutionOutcome>(
+        m_agent, m_context.terminal, [this](const auto &done) { m_agent.executeChosen(done); });
+    if (!outcome)
+        return exitCodeOf(outcome.error(), m_context.terminal);
+    m_execution = *std::move(outcome);
+    return report(*m_execution);
 }
 
 ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head)
@@ -160,7 +159,7 @@ ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vec
     // There is no JSON answer for a run that was not started.
     if (code == ExitCode::NotPossible || !m_context.json())
         return code;
-    const std::optional<ExecutionOutcome> &outcome = m_agent.lastExecution();
+    const std::optional<ExecutionOutcome> &outcome = m_execution;
     QJsonObject answer = head(proposals);
     answer[QStringLiteral("run")] = outcome ? toJson(outcome->run, JsonDates::Iso) : QJsonValue();
     answer[QStringLiteral("failures")] = QJsonArray::fromStringList(outcome ? outcome->failureTexts() : QStringList());

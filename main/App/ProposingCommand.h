@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/CleanupAgent.h"
+#include "App/AgentOperation.h"
 #include "App/Command.h"
 #include "App/Interruption.h"
 
@@ -24,7 +25,14 @@ public:
 
     /// Runs the search. Returns the exit code if the command ends here: after a failure or Ctrl-C, even if the search
     /// has completed.
-    std::optional<ExitCode> propose(const std::function<void()> &search);
+    template <class Found>
+    std::optional<ExitCode> propose(const std::function<void(const CleanupAgent::Done<Found> &)> &search)
+    {
+        Result<Found> found = failure(Failure::cancelled());
+        if (!m_interruption->heard())
+            found = waitFor<Found>(m_agent, m_context.terminal, search);
+        return proposed(found ? std::nullopt : std::optional(found.error()));
+    }
     /// Appends to the search's summary.
     void remark(const QString &text) { m_found += QStringLiteral(" · ") + text; }
     /// Lists the proposals, executes them if requested, and prints the answer. `head` returns the command's own JSON
@@ -32,6 +40,7 @@ public:
     ExitCode finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head);
 
 private:
+    std::optional<ExitCode> proposed(const std::optional<Failure> &why);
     void applyOptions();
     ExitCode execute();
     ExitCode report(const ExecutionOutcome &outcome) const;
@@ -41,6 +50,7 @@ private:
     std::optional<InterruptionNote> m_interruption{std::in_place};
     CleanupAgent m_agent;
     QString m_found; ///< summary of the search
+    std::optional<ExecutionOutcome> m_execution;
 };
 
 } // namespace brellin

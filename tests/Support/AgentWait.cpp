@@ -7,11 +7,11 @@ namespace brellin::test {
 void wait(CleanupAgent &agent, const std::function<void()> &operation)
 {
     QEventLoop loop;
-    agent.whenFinished([&] { loop.quit(); });
+    QObject watcher;
     operation();
-    if (agent.running.get())
+    agent.running.observe(&watcher, [&](bool) { loop.quit(); });
+    while (agent.running.get())
         loop.exec();
-    agent.whenFinished({});
 }
 
 } // namespace brellin::test
