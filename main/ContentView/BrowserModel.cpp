@@ -3,6 +3,7 @@
 #include "Base/German.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderViews.h"
+#include "ContentView/NameQuery.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -64,12 +65,44 @@ void BrowserModel::reload()
 {
     m_services.sizes.forget(current.get());
     requestSizes();
+    refresh();
+}
+
+void BrowserModel::refresh()
+{
     if (tagFilter.get())
         findTag();
     else if (searching.get())
         runSearch();
     else
         load();
+}
+
+void BrowserModel::showChanges(const std::vector<ChangedEntry> &changes)
+{
+    if (showsListing()) {
+        load();
+        return;
+    }
+    const auto belongs = [now = place.get(), hidden = showHidden.get()](const FileItem &item) {
+        if (now.kind == Place::Kind::Tag)
+            return item.tags.contains(now.name);
+        return (hidden || !item.isHidden) && isAtOrBelow(item.location(), now.location) &&
+               NameQuery(now.name).matches(item.nameBytes);
+    };
+    m_update.start(
+        m_services.workers, {current.get()},
+        [changes, belongs, before = items.get()](const JobControl &) {
+            return updatedResults(before, changes, belongs);
+        },
+        [this, of = place.get()](const FileItems &now) {
+            if (place.get() != of)
+                return;
+            setItems(now);
+            takeArrival();
+            refresh();
+        },
+        [] {});
 }
 
 void BrowserModel::read(FolderReader::For whom)
@@ -100,8 +133,10 @@ void BrowserModel::apply(FolderReader::Reading reading)
         setItems(reading.listing.items, std::move(reading.rows));
     else
         showListing();
-    if (!m_display.running())
+    if (!m_display.running()) {
+        takeArrival();
         renameCreated();
+    }
 }
 
 void BrowserModel::applyOutcome(const Listing &listing)
@@ -171,8 +206,10 @@ void BrowserModel::display()
         [list, options](const JobControl &) { return displayed(list, options); },
         [this](DisplayedItems rows) {
             show(std::move(rows));
-            if (!m_reader.reading())
+            if (!m_reader.reading()) {
+                takeArrival();
                 renameCreated();
+            }
         },
         [] {});
 }
@@ -232,6 +269,76 @@ void BrowserModel::selectAll()
     setSelection(Selection::ofAll(displayedItems.get()));
 }
 
+void BrowserModel::setPosition(const ViewPosition &seen)
+{
+    publish(position, seen);
+}
+
+void BrowserModel::select(const std::vector<Location> &entries)
+{
+    if (!entries.empty())
+        arriveWith({Selection(entries), {entries.front(), {}}, {}});
+}
+
+void BrowserModel::selectFirstOf(std::vector<Location> entries)
+{
+    arriveWith({{}, {}, std::move(entries)});
+}
+
+void BrowserModel::arriveWith(Arrival wanted)
+{
+    m_arrival = std::move(wanted);
+    if (!m_reader.reading() && !m_display.running() && !searchRunning.get())
+        takeArrival();
+}
+
+/// Selects what was asked for as far as it is listed, and scrolls there.
+void BrowserModel::takeArrival()
+{
+    if (!m_arrival || (m_reader.reading() && showsListing()))
+        return;
+    Arrival wanted = *std::exchange(m_arrival, std::nullopt);
+    Selection there;
+    if (!wanted.selected.empty()) {
+        for (const FileItem &item : items.get())
+            if (wanted.selected.contains(item))
+                there.insert(item);
+    }
+    for (const Location &one : wanted.firstOf) {
+        if (!std::ranges::any_of(items.get(), [&](const FileItem &item) { return item.isAt(one.native()); }))
+            continue;
+        there.insert(one);
+        wanted.position = {one, {}};
+        break;
+    }
+    if (!there.empty())
+        setSelection(std::move(there));
+    publish(position, wanted.position);
+}
+
+std::vector<Location> BrowserModel::neighboursOfSelection() const
+{
+    const DisplayedItems &rows = displayedItems.get();
+    std::optional<std::size_t> before;
+    std::optional<std::size_t> after;
+    bool passed = false;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (selection.get().contains(rows[row])) {
+            passed = true;
+            after.reset();
+        } else if (passed && !after) {
+            after = row;
+        } else if (!passed) {
+            before = row;
+        }
+    }
+    std::vector<Location> beside;
+    for (const std::optional<std::size_t> &row : {after, before})
+        if (row)
+            beside.push_back(rows[*row].location());
+    return beside;
+}
+
 std::vector<FileItem> BrowserModel::selectedItems() const
 {
     std::vector<FileItem> selected;
@@ -280,6 +387,9 @@ void BrowserModel::setShowHidden(bool isShown)
         return;
     publish(showHidden, isShown);
     reload();
+    // The listing below results is shown after them.
+    if (!showsListing())
+        load();
 }
 
 void BrowserModel::setItemFilter(ItemFilter filter)

@@ -7,6 +7,7 @@
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
 #include "ContentView/NavigationHistory.h"
+#include "ContentView/ResultsUpdate.h"
 #include "ContentView/SearchRun.h"
 #include "ContentView/Selection.h"
 #include "ContentView/ViewMode.h"
@@ -75,6 +76,8 @@ public:
     Published<QString> statusText;                  ///< text of the status line
     Published<ViewMode> viewMode;
     Published<double> iconSize{72.0}; ///< in points, 40 to 256
+    /// Where the view stands. Written by the view, and by the pane to restore what the user left.
+    Published<ViewPosition> position;
 
     // Search
     Published<QString> searchText;
@@ -110,6 +113,9 @@ public:
     /// Reload command: counts folder sizes again and repeats an active search.
     void reload();
 
+    /// Shows what the program itself changed: in results at once, which are then searched again; a folder is read again.
+    void showChanges(const std::vector<ChangedEntry> &changes);
+
     void setSelection(Selection selected);
     void selectAll();
     std::vector<FileItem> selectedItems() const;
@@ -117,6 +123,13 @@ public:
     const SelectionSummary &selectionSummary() const;
     /// The selected item if exactly one is selected, otherwise null. Valid until `items` changes.
     const FileItem *onlySelected() const;
+    /// Selects entries and scrolls to the first one, as soon as they are listed.
+    void select(const std::vector<Location> &entries);
+    /// Selects the first of these that is listed.
+    void selectFirstOf(std::vector<Location> entries);
+    /// The rows after and before the selection: one of them becomes current when the selected entries leave.
+    std::vector<Location> neighboursOfSelection() const;
+    void setPosition(const ViewPosition &seen);
     void setSortOrder(SortOrder order);
     bool sortsBySize() const;
     void setShowHidden(bool shown);
@@ -158,10 +171,18 @@ public:
     void goBack();
     void goForward();
     void goUp();
+    /// Shows an entry selected in its folder.
+    void showEntry(const Location &entry);
+    /// From the results of a search or tag to their folder, as it was left.
+    void endResults();
     /// Goes where a row of the sidebar leads.
     void choose(const SidebarItem &item);
-    const std::vector<Location> &backStack() const { return m_history.back(); }
-    const std::vector<Location> &forwardStack() const { return m_history.forward(); }
+    /// The folders of the history; Back and Forward also lead to results and pages that were shown between them.
+    std::vector<Location> backStack() const { return m_history.folders(NavigationHistory::Way::Back, current.get()); }
+    std::vector<Location> forwardStack() const
+    {
+        return m_history.folders(NavigationHistory::Way::Forward, current.get());
+    }
 
     /// Creates "Neuer Ordner" and starts renaming it.
     void newFolder();
@@ -179,6 +200,13 @@ public:
     }
 
 private:
+    /// What is selected and shown once the place is listed.
+    struct Arrival {
+        Selection selected;
+        ViewPosition position;
+        std::vector<Location> firstOf; ///< select the first that is listed
+    };
+
     void read(FolderReader::For whom);
     void apply(FolderReader::Reading reading);
     void applyOutcome(const Listing &listing);
@@ -202,13 +230,24 @@ private:
 
     void setPlace(const Place &to);
     void showPage(const Place &page);
+    void openPage(const Place &page);
     void uncoverFolder();
-    void travel(const Location &folder, const std::function<void()> &remember, const std::function<void()> &forget);
-    void arrive(const Location &folder);
+    void go(const Location &folder, History history, std::optional<Arrival> then);
+    void travel(const Location &folder, const std::function<void()> &arrived, const std::function<void()> &gone);
+    void arrive(const Location &folder, std::optional<Arrival> then);
+    void arriveWith(Arrival wanted);
+    void takeArrival();
+    PlaceVisit visit() const;
+    void record();
     void mirrorHistory();
     void step(NavigationHistory::Way way);
+    void revisit(const PlaceVisit &to);
 
     bool showsListing() const;
+    void refresh();
+    void openSearch(const QString &query);
+    void startSearch(const QString &query);
+    void openTag(const QString &tag);
     void leaveSearch();
     void leaveResults();
     void findTag();
@@ -232,12 +271,14 @@ private:
     std::size_t m_visibleCount = 0;
 
     NavigationHistory m_history;
+    std::optional<Arrival> m_arrival;
 
     FolderReader m_reader;              ///< keeps the listing while a search or tag replaces `items`
     FileCall<DisplayedItems> m_display; ///< sorts large lists
     SearchRun m_search;
     FileCall<bool> m_check; ///< whether the target is a folder
     FileCall<EntryChange> m_change;
+    FileCall<FileItems> m_update; ///< own changes in results
     std::function<void(const Location &, const Location &)> m_ownChange;
     QTimer m_searchSoon;
     QTimer m_displaySoon;

@@ -5,12 +5,6 @@ namespace brellin {
 
 namespace {
 
-template <class T>
-std::optional<T> when(bool holds, const T &value)
-{
-    return holds ? std::optional(value) : std::nullopt;
-}
-
 bool isFolder(const Location &location)
 {
     std::error_code error;
@@ -21,50 +15,64 @@ bool isFolder(const Location &location)
 
 void BrowserModel::navigate(const Location &folder, History history)
 {
+    go(folder, history, {});
+}
+
+void BrowserModel::go(const Location &folder, History history, std::optional<Arrival> then)
+{
     const Location target = standardised(folder);
-    const bool leftTag = place.get().kind == Place::Kind::Tag;
-    uncoverFolder();
-    if (leftTag)
-        leaveResults();
+    const bool leavesTag = place.get().kind == Place::Kind::Tag;
+    const bool leavesOverlay = leavesTag || place.get().coversFolder();
+    const auto remember = [this, left = visit(), history] {
+        if (history == History::Record)
+            m_history.went(left);
+    };
+    if (leavesOverlay) {
+        remember();
+        leavesTag ? leaveResults() : uncoverFolder();
+    }
     if (target == current.get()) {
         m_check.drop();
-        if (leftTag)
+        m_arrival = std::move(then);
+        if (leavesOverlay)
             load();
         else
             reload();
         return;
     }
-    const Location from = current.get();
-    const auto remember = [this, from, history] {
-        if (history == History::Record)
-            m_history.went(from);
+    const auto arrived = [=, this] {
+        if (!leavesOverlay)
+            remember();
+        arrive(target, then);
     };
-    travel(target, remember, {});
+    travel(target, arrived, {});
 }
 
-/// Goes to the folder if it exists. Then calls `remember` to enter the step into the history, otherwise `forget` to
-/// remove the missing folder from it.
-void BrowserModel::travel(const Location &folder, const std::function<void()> &remember,
-                          const std::function<void()> &forget)
+/// Calls `arrived` if the folder exists, otherwise `gone` before the error is shown. A page is left either way.
+void BrowserModel::travel(const Location &folder, const std::function<void()> &arrived,
+                          const std::function<void()> &gone)
 {
     const bool known = folder == m_services.folders.trash;
+    const auto fail = [this](const QString &why) {
+        uncoverFolder();
+        mirrorHistory();
+        setOperationError(why);
+    };
     m_check.start(
         m_services.workers, {folder}, [folder, known](const JobControl &) { return known || isFolder(folder); },
-        [=, this](bool exists) {
+        [=](bool exists) {
             if (exists) {
-                remember();
-                arrive(folder);
+                arrived();
                 return;
             }
-            if (forget)
-                forget();
-            mirrorHistory();
-            setOperationError(notFoundText(folder));
+            if (gone)
+                gone();
+            fail(notFoundText(folder));
         },
-        [=, this] { setOperationError(notAnsweringText(folder)); });
+        [=] { fail(notAnsweringText(folder)); });
 }
 
-void BrowserModel::arrive(const Location &folder)
+void BrowserModel::arrive(const Location &folder, std::optional<Arrival> then)
 {
     m_reader.drop();
     m_renameAfterLoad.reset();
@@ -74,25 +82,69 @@ void BrowserModel::arrive(const Location &folder)
     leaveSearch();
     setPlace(placeOf(folder, m_services.folders));
     setSelection({});
+    m_arrival = std::move(then);
     restoreFolderView();
     load();
 }
 
+PlaceVisit BrowserModel::visit() const
+{
+    return {place.get(), current.get(), selection.get(), position.get()};
+}
+
+/// Call before another place is shown.
+void BrowserModel::record()
+{
+    m_history.went(visit());
+    mirrorHistory();
+}
+
 void BrowserModel::mirrorHistory()
 {
-    publish(canGoBack, !m_history.back().empty());
-    publish(canGoForward, !m_history.forward().empty());
+    publish(canGoBack, !m_history.empty(NavigationHistory::Way::Back));
+    publish(canGoForward, !m_history.empty(NavigationHistory::Way::Forward));
 }
 
 void BrowserModel::step(NavigationHistory::Way way)
 {
-    const std::optional<Location> target = m_history.next(way);
+    const std::optional<PlaceVisit> target = m_history.next(way);
     if (!target)
         return;
-    uncoverFolder();
-    const auto remember = [this, way, to = *target] { m_history.stepped(way, to, current.get()); };
-    const auto forget = [this, way, to = *target] { m_history.forget(way, to); };
-    travel(*target, remember, forget);
+    const auto arrived = [this, way, to = *target, left = visit()] {
+        m_history.stepped(way, to, left);
+        revisit(to);
+    };
+    const auto gone = [this, way, to = *target] { m_history.forget(way, to); };
+    if (target->folder == current.get()) {
+        m_check.drop();
+        arrived();
+    } else {
+        travel(target->folder, arrived, gone);
+    }
+}
+
+/// Shows a place of the history as it was left; its folder exists.
+void BrowserModel::revisit(const PlaceVisit &to)
+{
+    const Arrival then{to.selected, to.position, {}};
+    const bool isFolder = to.place == placeOf(to.folder, m_services.folders);
+    if (to.folder != current.get()) {
+        arrive(to.folder, isFolder ? std::optional(then) : std::nullopt);
+    } else if (isFolder) {
+        setSelection({});
+        m_arrival = then;
+        leaveResults();
+        load();
+    }
+    if (to.place.coversFolder())
+        openPage(to.place);
+    else if (to.place.kind == Place::Kind::Tag)
+        openTag(to.place.name);
+    else if (to.place.kind == Place::Kind::Search)
+        openSearch(to.place.name);
+    if (!isFolder && !to.place.coversFolder())
+        m_arrival = then;
+    mirrorHistory();
 }
 
 void BrowserModel::goBack()
@@ -105,11 +157,22 @@ void BrowserModel::goForward()
     step(NavigationHistory::Way::Forward);
 }
 
+/// Selects the folder that the user came from.
 void BrowserModel::goUp()
 {
-    const Location parent = current.get().parent_path();
-    if (parent != current.get())
-        navigate(parent);
+    const Location from = current.get();
+    if (from.parent_path() != from)
+        go(from.parent_path(), History::Record, Arrival{Selection({from}), {from, {}}, {}});
+}
+
+void BrowserModel::showEntry(const Location &entry)
+{
+    const Arrival then{Selection({entry}), {entry, {}}, {}};
+    if (place.get().kind == Place::Kind::Search && entry.parent_path() == current.get()) {
+        record();
+        leaveResults();
+    }
+    go(entry.parent_path(), History::Record, then);
 }
 
 void BrowserModel::navigateToTyped(const QString &text)
@@ -122,81 +185,6 @@ void BrowserModel::navigateToTyped(const QString &text)
         navigate(m_services.folders.home / typed.substr(std::min<std::size_t>(typed.size(), 2)));
     else
         navigate(current.get() / locationFromText(QString::fromStdString(typed)));
-}
-
-/// Keeps a search that already runs below the chosen folder.
-void BrowserModel::choose(const SidebarItem &item)
-{
-    const Place wanted = placeOf(item, m_services.folders);
-    if (place.get() != Place::search(wanted.location, place.get().name))
-        showPlace(wanted);
-}
-
-void BrowserModel::showPlace(const Place &wanted)
-{
-    using enum Place::Kind;
-    switch (wanted.kind) {
-    case Folder:
-    case Trash:
-        if (place.get() == Place::search(wanted.location, place.get().name))
-            leaveResults();
-        else if (place.get() != wanted)
-            navigate(wanted.location);
-        return;
-    case Search:
-        publish(searchText, wanted.name);
-        runSearch();
-        return;
-    case Tag:
-        showTag(wanted.name);
-        return;
-    case Photos:
-    case Network:
-    case Agent:
-    case Device:
-    case Storage:
-        showPage(wanted);
-        return;
-    }
-}
-
-void BrowserModel::showPage(const Place &page)
-{
-    m_check.drop();
-    const Place before = place.get();
-    if (!before.coversFolder())
-        m_covered = before;
-    leaveSearch();
-    setPlace(page);
-    if (before.kind == Place::Kind::Search || before.kind == Place::Kind::Tag)
-        showListing();
-}
-
-void BrowserModel::leavePage()
-{
-    if (place.get().coversFolder())
-        showPlace(m_covered);
-}
-
-void BrowserModel::uncoverFolder()
-{
-    if (place.get().coversFolder())
-        setPlace(placeOf(current.get(), m_services.folders));
-}
-
-/// All changes of the place and of what is derived from it are published here.
-void BrowserModel::setPlace(const Place &to)
-{
-    using enum Place::Kind;
-    if (to.kind == Folder || to.kind == Trash)
-        publish(current, to.location);
-    publish(searching, to.kind == Search);
-    publish(tagFilter, when(to.kind == Tag, to.name));
-    publish(showPhotos, to.kind == Photos);
-    publish(showNetwork, to.kind == Network);
-    publish(showAgent, to.kind == Agent);
-    publish(showDevice, when(to.kind == Device, to.name));
-    publish(place, to);
 }
 
 } // namespace brellin

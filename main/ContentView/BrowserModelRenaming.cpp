@@ -112,20 +112,23 @@ void BrowserModel::showChanged(const EntryChange &made)
     if (isNew && made.to.parent_path() != current.get())
         return; // navigated away meanwhile
     if (isNew) {
-        if (!showsListing())
+        if (!showsListing()) {
+            record();
             leaveResults();
+        }
         m_renameAfterLoad = made.to;
         load();
         return;
     }
-    Selection selected = selection.get();
-    const bool wasSelected = selected.contains(made.from);
-    reload();
-    if (!wasSelected)
-        return;
-    selected.remove(made.from);
-    selected.insert(made.to);
-    setSelection(selected);
+    if (Selection selected = selection.get(); selected.contains(made.from)) {
+        selected.remove(made.from);
+        selected.insert(made.to);
+        m_arrival = Arrival{std::move(selected), {made.to, {}}, {}};
+    }
+    if (showsListing())
+        reload();
+    else
+        showChanges({{made.from, made.to}});
 }
 
 /// Selects the folder just created and starts renaming it, once it is listed.

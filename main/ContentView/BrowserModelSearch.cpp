@@ -24,12 +24,27 @@ void BrowserModel::runSearch()
     publish(searchCapped, false);
     const QString query = searchText.get().trimmed();
     if (query.isEmpty()) {
-        if (searching.get()) {
-            setPlace(placeOf(current.get(), m_services.folders));
-            showListing();
-        }
+        if (searching.get())
+            endResults();
         return;
     }
+    // Refining a search is no step of the history.
+    if (place.get() != Place::search(current.get(), place.get().name)) {
+        record();
+        m_arrival.reset();
+    }
+    startSearch(query);
+}
+
+void BrowserModel::openSearch(const QString &query)
+{
+    leaveSearch();
+    publish(searchText, query);
+    startSearch(query);
+}
+
+void BrowserModel::startSearch(const QString &query)
+{
     const Place wanted = Place::search(current.get(), query);
     const bool again = place.get() == wanted;
     setPlace(wanted);
@@ -45,7 +60,15 @@ void BrowserModel::runSearch()
 
 void BrowserModel::showTag(const QString &tag)
 {
+    if (place.get() != Place::tag(tag))
+        record();
+    openTag(tag);
+}
+
+void BrowserModel::openTag(const QString &tag)
+{
     m_check.drop();
+    m_arrival.reset();
     leaveSearch();
     setSelection({});
     setPlace(Place::tag(tag));
@@ -78,6 +101,7 @@ void BrowserModel::found(const FolderSearchResult &result)
     publish(searchRunning, false);
     publish(searchCapped, result.capped);
     setItems(result.items);
+    takeArrival();
     if (result.error && !result.error->isCancelled())
         setOperationError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
 }
@@ -90,6 +114,20 @@ void BrowserModel::leaveSearch()
     publish(searchText, QString());
     publish(searchRunning, false);
     publish(searchCapped, false);
+}
+
+/// Restores selection and scroll position of the folder if the user came from there.
+void BrowserModel::endResults()
+{
+    if (showsListing())
+        return;
+    const std::optional<PlaceVisit> before = m_history.next(NavigationHistory::Way::Back);
+    if (before && before->place == placeOf(current.get(), m_services.folders)) {
+        goBack();
+        return;
+    }
+    record();
+    leaveResults();
 }
 
 /// Returns from a search or tag view to the folder.

@@ -1,30 +1,44 @@
 #include "ContentView/NavigationHistory.h"
 
+#include <utility>
+
 namespace brellin {
 
-std::optional<Location> NavigationHistory::next(Way way) const
+std::vector<Location> NavigationHistory::folders(Way way, const Location &current) const
 {
-    const std::vector<Location> &folders = way == Way::Back ? m_back : m_forward;
-    return folders.empty() ? std::nullopt : std::optional(folders.back());
+    std::vector<Location> all;
+    for (const PlaceVisit &visit : stack(way)) {
+        if (all.empty() || all.back() != visit.folder)
+            all.push_back(visit.folder);
+    }
+    if (!all.empty() && all.back() == current)
+        all.pop_back();
+    return all;
 }
 
-void NavigationHistory::went(const Location &left)
+std::optional<PlaceVisit> NavigationHistory::next(Way way) const
 {
-    m_back.push_back(left);
+    const std::vector<PlaceVisit> &visits = stack(way);
+    return visits.empty() ? std::nullopt : std::optional(visits.back());
+}
+
+void NavigationHistory::went(PlaceVisit left)
+{
+    m_back.push_back(std::move(left));
     m_forward.clear();
 }
 
-void NavigationHistory::stepped(Way way, const Location &target, const Location &left)
+void NavigationHistory::stepped(Way way, const PlaceVisit &target, PlaceVisit left)
 {
     forget(way, target);
-    stack(way == Way::Back ? Way::Forward : Way::Back).push_back(left);
+    stack(way == Way::Back ? Way::Forward : Way::Back).push_back(std::move(left));
 }
 
-void NavigationHistory::forget(Way way, const Location &target)
+void NavigationHistory::forget(Way way, const PlaceVisit &target)
 {
-    std::vector<Location> &folders = stack(way);
-    if (!folders.empty() && folders.back() == target)
-        folders.pop_back();
+    std::vector<PlaceVisit> &visits = stack(way);
+    if (!visits.empty() && visits.back().place == target.place && visits.back().folder == target.folder)
+        visits.pop_back();
 }
 
 } // namespace brellin

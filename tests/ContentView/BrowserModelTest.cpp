@@ -124,7 +124,7 @@ TEST_F(BrowserModelTest, choosesWhatTheSidebarOffers)
     EXPECT_EQ(pane.current.get(), world.tree.path("home"));
     pane.choose(SidebarItem::place(world.tree.path("home")));
     EXPECT_FALSE(pane.showDevice.get().has_value());
-    EXPECT_FALSE(pane.canGoBack.get());
+    EXPECT_TRUE(pane.backStack().empty()) << "pages are no folders";
     world.tagSearch.found = {world.home("A/innen"), world.home("fehlt")};
     pane.choose(SidebarItem::tag(u"Rot"_qs));
     ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
@@ -133,6 +133,45 @@ TEST_F(BrowserModelTest, choosesWhatTheSidebarOffers)
     pane.choose(SidebarItem::quick(world.tree.path("home")));
     EXPECT_EQ(rows(), "A B brief.txt");
     EXPECT_FALSE(pane.tagFilter.get().has_value());
+}
+
+TEST_F(BrowserModelTest, leadsBackThroughResultsAndPages)
+{
+    const auto settled = [this] { return !pane.searchRunning.get() && !pane.loading.get(); };
+    world.tagSearch.found = {world.home("A/innen"), world.home("brief.txt")};
+    const Location home = world.tree.path("home");
+    const std::vector<Place> way{Place::folder(home), Place::tag(u"Rot"_qs), Place::agent(),
+                                 Place::folder(world.home("A")), Place::search(world.home("A"), u"in"_qs)};
+    for (std::size_t i = 1; i < way.size(); ++i) {
+        pane.setSelection(Selection({world.home("brief.txt")}));
+        pane.showPlace(way[i]);
+        ASSERT_TRUE(waitFor(settled));
+    }
+    EXPECT_EQ(pane.backStack(), std::vector{home}) << "folders alone";
+    for (std::size_t i = way.size() - 1; i-- > 0;) {
+        pane.goBack();
+        ASSERT_TRUE(waitFor(settled));
+        EXPECT_EQ(pane.place.get(), way[i]);
+        EXPECT_EQ(rows(), i == 0 ? "A B brief.txt" : i == 3 ? "innen" : i == 1 ? "brief.txt innen" : rows());
+        EXPECT_EQ(pane.selection.get().size(), i == 0 || i == 1 ? 1U : 0U) << i << ": as it was left";
+    }
+    EXPECT_FALSE(pane.canGoBack.get());
+    for (std::size_t i = 1; i < way.size(); ++i) {
+        pane.goForward();
+        ASSERT_TRUE(waitFor(settled));
+        EXPECT_EQ(pane.place.get(), way[i]);
+    }
+    EXPECT_EQ(rows(), "innen");
+    EXPECT_FALSE(pane.canGoForward.get());
+    // Refining a search is no step, and its end leads back to the folder.
+    pane.showPlace(Place::search(world.home("A"), u"inne"_qs));
+    ASSERT_TRUE(waitFor(settled));
+    pane.endResults();
+    EXPECT_EQ(pane.place.get(), way[3]);
+    EXPECT_TRUE(pane.canGoForward.get());
+    pane.goUp();
+    EXPECT_EQ(pane.selection.get(), Selection({world.home("A")})) << "where the user came from";
+    EXPECT_EQ(pane.position.get().current, world.home("A"));
 }
 
 TEST_F(BrowserModelTest, searchesBelowTheFolderAndPutsTheListingBack)
