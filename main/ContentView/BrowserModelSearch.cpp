@@ -78,15 +78,20 @@ void BrowserModel::openTag(const QString &tag)
 
 void BrowserModel::findTag()
 {
-    const QString tag = *tagFilter.get();
-    search([tag, home = m_services.folders.home, &port = m_services.tagSearch](const JobControl &control) {
+    const bool again = !items.get().empty();
+    const auto matches = std::make_shared<SearchMatches>();
+    search([tag = *tagFilter.get(), matches, home = m_services.folders.home,
+            &port = m_services.tagSearch](const JobControl &control) {
         FolderSearchResult result;
-        if (const Result<std::vector<Location>> entries = port.find(tag, home, control))
+        const auto found = [&matches](const Location &entry) { (void)matches->take(entry); };
+        if (const Result<std::vector<Location>> entries = port.find(tag, home, control, found))
             result.items = readItems(*entries, &control);
         else
             result.error = entries.error();
         return result;
     });
+    if (!again)
+        m_search.showMatches(matches);
 }
 
 void BrowserModel::search(SearchRun::Work work)
@@ -103,7 +108,7 @@ void BrowserModel::found(const FolderSearchResult &result)
     setItems(result.items);
     takeArrival();
     if (result.error && !result.error->isCancelled())
-        setOperationError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
+        showError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
 }
 
 /// Stops a search or tag view. The caller must replace `place` and `items`.

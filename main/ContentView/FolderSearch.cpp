@@ -10,12 +10,22 @@ namespace brellin {
 
 bool SearchMatches::take(const WalkEntry &entry)
 {
+    return take(entry.location(), entry.hidden);
+}
+
+bool SearchMatches::take(const Location &entry)
+{
+    return take(entry, false);
+}
+
+bool SearchMatches::take(const Location &entry, bool hidden)
+{
     if (m_count.fetch_add(1, std::memory_order_relaxed) >= mostSearchResults)
         return false;
-    Result<FileItem> item = FileItem::at(entry.location());
+    Result<FileItem> item = FileItem::at(entry);
     if (!item)
-        return true; // gone meanwhile
-    item->isHidden = item->isHidden || entry.hidden;
+        return true; // deleted meanwhile
+    item->isHidden = item->isHidden || hidden;
     const std::scoped_lock lock(m_mutex);
     m_items.push_back(*std::move(item));
     return true;

@@ -30,6 +30,7 @@ class SearchMatches {
 public:
     /// Adds a match; false once the limit is reached.
     bool take(const WalkEntry &entry);
+    bool take(const Location &entry);
 
     /// Whether more matches were found than are kept.
     bool capped() const { return m_count.load() > mostSearchResults; }
@@ -38,6 +39,8 @@ public:
     std::size_t size() const;
 
 private:
+    bool take(const Location &entry, bool hidden);
+
     std::atomic<std::size_t> m_count = 0; ///< matches found, including those over the limit
     mutable std::mutex m_mutex;
     std::vector<FileItem> m_items;

@@ -54,31 +54,34 @@ TagSearch::~TagSearch() = default;
 
 WalkTagSearch::WalkTagSearch(std::vector<Location> leftOut) : m_leftOut(std::move(leftOut)) {}
 
-Result<std::vector<Location>> WalkTagSearch::find(const QString &tag, const Location &scope,
-                                                  const JobControl &control) const
+Result<std::vector<Location>> WalkTagSearch::find(const QString &tag, const Location &scope, const JobControl &control,
+                                                  const Found &found) const
 {
     const auto closed = closedFolders(m_leftOut);
-    std::vector<std::vector<Location>> found(static_cast<std::size_t>(walkThreads()));
+    std::vector<std::vector<Location>> parts(static_cast<std::size_t>(walkThreads()));
     const auto visit = [&](const WalkEntry &entry, int thread) {
         if (entry.attributes.isFolder() || entry.attributes.isFile()) {
             Location place = entry.location();
             if (entry.attributes.isFolder() && closed.contains(place.native()))
                 return WalkStep::SkipFolder;
-            if (FileTags::holdsTag(FileTags::rawTags(place), tag))
-                found[static_cast<std::size_t>(thread)].push_back(std::move(place));
+            if (FileTags::holdsTag(FileTags::rawTags(place), tag)) {
+                if (found)
+                    found(place);
+                parts[static_cast<std::size_t>(thread)].push_back(std::move(place));
+            }
         }
         return WalkStep::Continue;
     };
     TRY(walkParallel(scope, WalkOptions{}, visit, &control));
     std::vector<Location> all;
-    for (std::vector<Location> &part : found)
+    for (std::vector<Location> &part : parts)
         std::ranges::move(part, std::back_inserter(all));
     std::ranges::sort(all, {}, [](const Location &place) -> const std::string & { return place.native(); });
     return all;
 }
 
 Result<std::vector<Location>> MdfindTagSearch::find(const QString &tag, const Location &scope,
-                                                    const JobControl &control) const
+                                                    const JobControl &control, const Found &) const
 {
     QString query = QStringLiteral("kMDItemUserTags == ") + quoted(tag);
     if (const QString english = FileTags::english(tag); !english.isEmpty() && english != tag)

@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 namespace brellin {
@@ -14,10 +15,13 @@ namespace brellin {
 /// Port for finding tagged entries. Blocking: call on workers only.
 class TagSearch {
 public:
+    /// Called for each match while the search runs, by several threads at once. Empty: not wanted.
+    using Found = std::function<void(const Location &)>;
+
     virtual ~TagSearch();
     /// All entries below `scope` with this tag, sorted by path.
-    virtual Result<std::vector<Location>> find(const QString &tag, const Location &scope,
-                                               const JobControl &control) const = 0;
+    virtual Result<std::vector<Location>> find(const QString &tag, const Location &scope, const JobControl &control,
+                                               const Found &found) const = 0;
 };
 
 /// Walks all entries below the scope, including hidden ones. Does not enter network mounts, since an unresponsive one
@@ -26,8 +30,8 @@ class WalkTagSearch : public TagSearch {
 public:
     /// `leftOut`: folders to skip (the Trash).
     explicit WalkTagSearch(std::vector<Location> leftOut = {});
-    Result<std::vector<Location>> find(const QString &tag, const Location &scope,
-                                       const JobControl &control) const override;
+    Result<std::vector<Location>> find(const QString &tag, const Location &scope, const JobControl &control,
+                                       const Found &found) const override;
 
 private:
     std::vector<Location> m_leftOut;
@@ -37,8 +41,8 @@ private:
 class MdfindTagSearch : public TagSearch {
 public:
     explicit MdfindTagSearch(ProcessRunner &processes) : m_processes(processes) {}
-    Result<std::vector<Location>> find(const QString &tag, const Location &scope,
-                                       const JobControl &control) const override;
+    Result<std::vector<Location>> find(const QString &tag, const Location &scope, const JobControl &control,
+                                       const Found &found) const override;
 
 private:
     ProcessRunner &m_processes;

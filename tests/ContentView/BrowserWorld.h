@@ -9,8 +9,10 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QSemaphore>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -39,11 +41,16 @@ private:
 
 class FakeTagSearch : public TagSearch {
 public:
-    Result<std::vector<Location>> find(const QString &, const Location &, const JobControl &) const override
+    Result<std::vector<Location>> find(const QString &, const Location &, const JobControl &,
+                                       const Found &tell) const override
     {
+        std::ranges::for_each(found, tell);
+        mayEnd.acquire();
+        mayEnd.release();
         return found;
     }
     std::vector<Location> found;
+    mutable QSemaphore mayEnd{1}; ///< acquire to keep searches from ending
 };
 
 /// Settings on a full disk: every write fails.

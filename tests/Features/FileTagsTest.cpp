@@ -132,10 +132,10 @@ TEST_F(FileTagsTest, findsUnderBothNamesEverywhereButInTheTrash)
     store("Papierkorb/weg.txt", "Rot");
     const WalkTagSearch search({tree.path("Papierkorb")});
     const std::vector<Location> expected = paths({".versteckt/d.txt", "Ordner", "a.txt"});
-    EXPECT_EQ(search.find(rot, tree.root(), control), expected);
-    EXPECT_EQ(search.find(QStringLiteral("Red"), tree.root(), control), expected);
+    EXPECT_EQ(search.find(rot, tree.root(), control, {}), expected);
+    EXPECT_EQ(search.find(QStringLiteral("Red"), tree.root(), control, {}), expected);
     control.cancel();
-    const auto cancelled = search.find(rot, tree.root(), control);
+    const auto cancelled = search.find(rot, tree.root(), control, {});
     ASSERT_FALSE(cancelled);
     EXPECT_TRUE(cancelled.error().isCancelled());
 }
@@ -146,14 +146,14 @@ TEST(MdfindTagSearchTest, asksForBothNamesAndReadsPathsAsBytes)
     index.answer = "/b/caf\xE9\n\n/a/x y.txt\n";
     const MdfindTagSearch search(index);
     const JobControl control;
-    EXPECT_EQ(search.find(QStringLiteral("Grün"), "/home/anna", control),
+    EXPECT_EQ(search.find(QStringLiteral("Grün"), "/home/anna", control, {}),
               (std::vector<Location>{"/a/x y.txt", "/b/caf\xE9"}));
     EXPECT_EQ(index.asked.program, "/usr/bin/mdfind");
     EXPECT_EQ(index.asked.arguments, (std::vector<std::string>{"-onlyin", "/home/anna",
                                                                "kMDItemUserTags == \"Grün\" || "
                                                                "kMDItemUserTags == \"Green\""}));
-    EXPECT_TRUE(search.find(QStringLiteral("a\"b\\"), "/", control));
+    EXPECT_TRUE(search.find(QStringLiteral("a\"b\\"), "/", control, {}));
     EXPECT_EQ(index.asked.arguments.back(), "kMDItemUserTags == \"a\\\"b\\\\\"");
     index.exitCode = 1;
-    EXPECT_FALSE(search.find(QStringLiteral("Rot"), "/", control));
+    EXPECT_FALSE(search.find(QStringLiteral("Rot"), "/", control, {}));
 }
