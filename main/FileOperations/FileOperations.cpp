@@ -112,12 +112,15 @@ FileOperations::Finished FileOperations::telling(const QString &success, Then th
 {
     return [this, success, lead, then = std::move(then)](const OperationOutcome &outcome) {
         m_services.undo.record(outcome.action);
-        if (!outcome.failures.isEmpty())
-            publish(errorMessage, std::optional(lead + linesOf(outcome.failures).join(u'\n')));
+        OperationOutcome told = outcome;
+        told.lead = lead;
+        const bool heard = then.receiver && then.call;
+        if (!outcome.failures.isEmpty() && !(heard && then.failures == Failures::ToReceiver))
+            publish(errorMessage, std::optional(told.message()));
         const QString bad = outcome.cancelled ? QStringLiteral("Abgebrochen.") : QString();
         publish(status, outcome.failures.isEmpty() && bad.isEmpty() ? success : bad);
-        if (then.receiver && then.call)
-            then.call(outcome);
+        if (heard)
+            then.call(told);
     };
 }
 

@@ -61,10 +61,21 @@ struct OperationQuestion {
 /// recorded for undo. Lives on the main thread.
 class FileOperations : public Model<FileOperations> {
 public:
+    /// Where failures go while the receiver lives: into `errorMessage`, or only to the receiver, which shows them itself.
+    enum class Failures { Publish, ToReceiver };
     /// Receiver of the outcome; called once on the main thread, unless the receiver was destroyed or the user declined.
     struct Then {
+        Then() {}
+        Then(QObject *to, std::function<void(const OperationOutcome &)> heard, Failures whereTo = Failures::Publish)
+            : receiver(to)
+            , call(std::move(heard))
+            , failures(whereTo)
+        {
+        }
+
         QPointer<QObject> receiver;
         std::function<void(const OperationOutcome &)> call;
+        Failures failures = Failures::Publish;
     };
     enum class Answer { Accept, Cancel };
 

@@ -12,4 +12,9 @@ std::vector<Location> OperationOutcome::places() const
     return all;
 }
 
+QString OperationOutcome::message() const
+{
+    return lead + linesOf(failures).join(u'\n');
+}
+
 } // namespace brellin

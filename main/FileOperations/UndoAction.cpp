@@ -19,8 +19,11 @@ using Kind = UserAction::Kind;
 struct EntryOutcome {
     enum class Fate { Undone, Stale, Failed };
     Fate fate = Fate::Undone;
-    Location place;                  ///< present location
+    Location place;                  ///< present location; empty if in the Trash or removed
     std::optional<Failure> why = {}; ///< also set if undone only partly
+    Location trashed = {};           ///< present location in the Trash
+    /// What came back in its place, or went away for it.
+    std::optional<Location> replaced = {};
 };
 
 EntryOutcome failed(const Failure &why)
@@ -35,10 +38,23 @@ bool isThere(const EntryMark &mark, const Location &place)
     return now && (keepsInodes(place.parent_path()) ? mark.isSame(*now) : mark.isOf(*now));
 }
 
+bool isUnchanged(const EntryMark &mark, const Location &place)
+{
+    const std::optional<EntryMark> now = EntryMark::of(place);
+    return now && isThere(mark, place) && now->state.size == mark.state.size &&
+           now->state.modified == mark.state.modified;
+}
+
+bool onlyMoves(Kind kind)
+{
+    return kind == Kind::Rename || kind == Kind::BatchRename || kind == Kind::Move;
+}
+
 class Undoing {
 public:
-    Undoing(Kind kind, const UndoServices &services, JobControl &control)
-        : m_kind(kind)
+    Undoing(const UserAction &action, const UndoServices &services, JobControl &control)
+        : m_kind(action.kind)
+        , m_undone(action.undone)
         , m_services(services)
         , m_control(control)
         , m_log(services.transferLogs)
@@ -47,6 +63,8 @@ public:
 
     EntryOutcome undo(const ActionEntry &entry)
     {
+        if (m_undone && entry.to.empty())
+            return makeAgain(entry);
         const Result<FileAttributes> now = readAttributes(entry.to);
         if (!now)
             return {now.error().is(std::errc::no_such_file_or_directory) ? EntryOutcome::Fate::Stale
@@ -55,6 +73,8 @@ public:
                     now.error()};
         if (!isStill({entry.state, entry.created}, *now, entry.to))
             return {EntryOutcome::Fate::Stale, {}, Failure{QStringLiteral("Dort liegt inzwischen etwas anderes."), {}}};
+        if (m_undone)
+            return replacingAgain(entry);
         switch (m_kind) {
         case Kind::Rename:
         case Kind::BatchRename:
@@ -135,8 +155,47 @@ private:
             return {};
         if (std::optional<Failure> why = now.isFolder() ? whyItStays(entry) : std::nullopt)
             return {EntryOutcome::Fate::Stale, {}, std::move(why)};
-        const Result<Location> trashed = m_services.trash.put(entry.to);
-        return trashed ? EntryOutcome() : failed(trashed.error());
+        return putAway(entry.to);
+    }
+
+    EntryOutcome putAway(const Location &entry)
+    {
+        const Result<Location> trashed = m_services.trash.put(entry);
+        return trashed ? EntryOutcome{EntryOutcome::Fate::Undone, {}, {}, *trashed} : failed(trashed.error());
+    }
+
+    /// Redo of a new folder whose undo removed it.
+    EntryOutcome makeAgain(const ActionEntry &entry)
+    {
+        const Result<void> made = m_services.files.createFolder(entry.from);
+        return made ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from} : failed(made.error());
+    }
+
+    EntryOutcome redo(const ActionEntry &entry)
+    {
+        if (m_kind == Kind::Trash)
+            return putAway(entry.to);
+        return onlyMoves(m_kind) ? moveBack(entry) : restore(entry);
+    }
+
+    /// Redo of what had replaced something: that goes to the Trash first, and comes back if the redo fails.
+    EntryOutcome replacingAgain(const ActionEntry &entry)
+    {
+        if (!entry.replaced)
+            return redo(entry);
+        if (!entry.replacedMark || !isUnchanged(*entry.replacedMark, *entry.replaced))
+            return {EntryOutcome::Fate::Stale,
+                    {},
+                    Failure{QStringLiteral("Was ersetzt würde, ist nicht mehr dasselbe."), {}}};
+        const Result<Location> aside = m_services.trash.put(*entry.replaced);
+        if (!aside)
+            return failed(aside.error());
+        EntryOutcome outcome = redo(entry);
+        if (outcome.fate == EntryOutcome::Fate::Undone)
+            outcome.replaced = *aside;
+        else if (const Result<void> back = m_services.trash.restore(*aside, *entry.replaced, *entry.replaced); !back)
+            outcome.why = withLead(QStringLiteral("Was ersetzt werden sollte, liegt im Papierkorb. "), back.error());
+        return outcome;
     }
 
     /// Why a created folder is kept: something in it was added or changed since. Nothing if it may go.
@@ -170,28 +229,36 @@ private:
             outcome.why = Failure{QStringLiteral("Was ersetzt worden war, liegt nicht mehr im Papierkorb."), {}};
         else if (const Result<void> back = m_services.trash.restore(*entry.replaced, entry.to, entry.to); !back)
             outcome.why = withLead(QStringLiteral("Was ersetzt worden war, bleibt im Papierkorb. "), back.error());
+        else
+            outcome.replaced = entry.to;
         return outcome;
     }
 
     const Kind m_kind;
+    const bool m_undone;
     const UndoServices &m_services;
     JobControl &m_control;
     TransferLog m_log;
 };
 
-bool onlyMoves(Kind kind)
+/// The entry of the action that repeats what was undone, from where the entry is now.
+ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const EntryOutcome &outcome)
 {
-    return kind == Kind::Rename || kind == Kind::BatchRename || kind == Kind::Move;
-}
-
-/// The action that repeats what was undone, from the entries' present locations.
-std::optional<UserAction> wayBack(Kind kind, const std::vector<ActionEntry> &moved)
-{
-    if (!onlyMoves(kind) || moved.empty())
-        return std::nullopt;
-    UserAction again{kind, {}};
-    std::ranges::transform(moved, std::back_inserter(again.entries),
-                           [](const ActionEntry &entry) { return recordOf(entry.from, entry.to); });
+    const bool made = !onlyMoves(action.kind) && action.kind != Kind::Trash;
+    const Location now = outcome.place.empty() ? outcome.trashed : outcome.place;
+    ActionEntry again;
+    if (made && action.undone)
+        again = recordOfMade(entry.source, now);
+    else if (!now.empty())
+        again = recordOf(entry.to, now);
+    else
+        again.from = entry.to;
+    if (made && !action.undone)
+        again.source = entry.from;
+    if (outcome.replaced) {
+        again.replaced = outcome.replaced;
+        again.replacedMark = EntryMark::of(*outcome.replaced);
+    }
     return again;
 }
 
@@ -203,7 +270,12 @@ UndoneAction undoBatch(const UserAction &action, const UndoServices &services, J
         return RenamePair{entry.to, entry.from, {entry.state, entry.created}};
     });
     const BatchRenameOutcome outcome = renameBatch(pairs, services.files, services.renameLogs, control);
-    UndoneAction undone{outcome.done, {}, {}, false, wayBack(action.kind, outcome.done)};
+    UndoneAction undone{outcome.done, {}, {}, false, {}};
+    if (!outcome.done.empty()) {
+        undone.again = UserAction{action.kind, {}, !action.undone};
+        std::ranges::transform(outcome.done, std::back_inserter(undone.again->entries),
+                               [](const ActionEntry &entry) { return recordOf(entry.from, entry.to); });
+    }
     if (outcome.failure) {
         undone.left = action.entries;
         undone.cancelled = outcome.failure->isCancelled();
@@ -219,8 +291,8 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
     if (action.kind == Kind::BatchRename)
         return undoBatch(action, services, control);
     UndoneAction undone;
-    std::vector<ActionEntry> clean; ///< undone completely, replaced nothing
-    Undoing undoing(action.kind, services, control);
+    UserAction again{action.kind, {}, !action.undone};
+    Undoing undoing(action, services, control);
     control.setTotal(static_cast<qint64>(action.entries.size()));
     for (auto entry = action.entries.rbegin(); entry != action.entries.rend(); ++entry) {
         if (control.cancelled()) {
@@ -230,17 +302,19 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
         }
         const EntryOutcome outcome = undoing.undo(*entry);
         if (outcome.why)
-            undone.failures << EntryFailure{entry->to, *outcome.why};
+            undone.failures << EntryFailure{entry->to.empty() ? entry->from : entry->to, *outcome.why};
         if (outcome.fate == EntryOutcome::Fate::Undone)
             undone.undone.push_back({entry->to, outcome.place, entry->state});
         else if (outcome.fate == EntryOutcome::Fate::Failed)
             undone.left.push_back(*entry);
-        if (outcome.fate == EntryOutcome::Fate::Undone && !outcome.why && !entry->replaced)
-            clean.push_back(undone.undone.back());
+        if (outcome.fate == EntryOutcome::Fate::Undone && !outcome.why)
+            again.entries.push_back(againFrom(action, *entry, outcome));
         control.advance();
     }
     std::ranges::reverse(undone.left);
-    undone.again = wayBack(action.kind, clean);
+    std::ranges::reverse(again.entries);
+    if (!again.entries.empty())
+        undone.again = std::move(again);
     return undone;
 }
 

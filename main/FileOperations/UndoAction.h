@@ -27,7 +27,7 @@ struct UndoneAction {
     std::vector<UserAction::Entry> left;
     EntryFailures failures;
     bool cancelled = false;
-    /// The action whose undo repeats this one; only for moves and renames, and entries that replaced nothing.
+    /// The action whose undo repeats this one, of the entries that were undone completely.
     std::optional<UserAction> again = {};
 };
 

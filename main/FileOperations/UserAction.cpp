@@ -74,16 +74,24 @@ QString lineFor(Kind kind, const UserAction::Entry &entry)
 
 } // namespace
 
-QString undoTitle(const UserAction &action)
+QString nameOf(const UserAction &action)
 {
-    return nounOf(action, isMade(action.kind) ? &UserAction::Entry::to : &UserAction::Entry::from) +
-           QStringLiteral(" rückgängig");
+    const bool made = isMade(action.kind);
+    if (!action.undone)
+        return nounOf(action, made ? &UserAction::Entry::to : &UserAction::Entry::from);
+    if (action.kind == Kind::Copy)
+        return nounOf(action, &UserAction::Entry::source);
+    return nounOf(action, made ? &UserAction::Entry::from : &UserAction::Entry::to);
 }
 
-/// Named by `to`, where undo has put the entry.
+QString undoTitle(const UserAction &action)
+{
+    return nameOf(action) + QStringLiteral(" rückgängig");
+}
+
 QString redoTitle(const UserAction &again)
 {
-    return nounOf(again, &UserAction::Entry::to) + QStringLiteral(" wiederholen");
+    return nameOf(again) + QStringLiteral(" wiederholen");
 }
 
 QStringList undoLines(const UserAction &action)

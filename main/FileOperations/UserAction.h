@@ -29,12 +29,17 @@ struct UserAction {
         std::optional<Instant> created = {};        ///< birth time of the entry at `to`
         /// Of a created folder: its content then; null if that could not be read.
         std::shared_ptr<const TreeMark> content = {};
+        /// Of a created entry that was undone: what it was made from.
+        Location source = {};
 
         bool operator==(const Entry &) const = default;
     };
 
     Kind kind = Kind::Rename;
     std::vector<Entry> entries;
+    /// The undoing of such an action, kept for redo: `to` is where an entry is now (empty if it was removed), `from` where
+    /// redo puts it, and `replaced` what it replaces there again. What went to the Trash once more has no `from`.
+    bool undone = false;
 
     bool operator==(const UserAction &) const = default;
 };
@@ -43,6 +48,8 @@ struct UserAction {
 QString undoTitle(const UserAction &action);
 /// „Umbenennen von „a.txt“ wiederholen“; `again` is the action whose undo repeats it.
 QString redoTitle(const UserAction &again);
+/// „Umbenennen von „a.txt““, as the titles name it.
+QString nameOf(const UserAction &action);
 /// What undo will do, one line per entry: „„b.txt“ heißt wieder „a.txt““.
 QStringList undoLines(const UserAction &action);
 

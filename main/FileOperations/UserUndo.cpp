@@ -22,13 +22,16 @@ std::vector<Location> placesOf(const std::vector<UserAction::Entry> &undone)
     return places;
 }
 
-QString statusOf(const UndoneAction &outcome, const QString &whole, const QString &nothing, const QString &partly)
+QString statusOf(const UserAction &action, const UndoneAction &outcome)
 {
     if (outcome.cancelled)
         return QStringLiteral("Abgebrochen.");
-    if (outcome.left.empty())
-        return whole;
-    return outcome.undone.empty() ? nothing : partly;
+    const QString name = nameOf(action);
+    if (outcome.undone.empty())
+        return name + (action.undone ? QStringLiteral(" ließ sich nicht wiederholen.")
+                                     : QStringLiteral(" ließ sich nicht rückgängig machen."));
+    const QString partly = outcome.undone.size() < action.entries.size() ? QStringLiteral(" zum Teil") : QString();
+    return name + partly + (action.undone ? QStringLiteral(" wiederholt.") : QStringLiteral(" rückgängig gemacht."));
 }
 
 } // namespace
@@ -81,6 +84,10 @@ void UserUndo::start(Way way, const UserAction &action)
 {
     m_way = way;
     publish(running, true);
+    // The same entries may be undone again.
+    publish(restored, std::vector<Location>());
+    publish(undone, std::vector<UserAction::Entry>());
+    publish(status, QString());
     publish(errorMessage, std::optional<QString>());
     m_job.start(
         *m_pool, [action, services = m_services](JobControl &control) { return undoAction(action, services, control); },
@@ -96,6 +103,7 @@ void UserUndo::finished(Way way, UserAction action, const UndoneAction &outcome)
     const auto place = std::ranges::find(source, action);
     // An action recorded meanwhile is newer and makes redo impossible.
     const bool undisturbed = place == source.begin() && place != source.end();
+    const QString told = statusOf(action, outcome);
     action.entries = outcome.left;
     if (place != source.end() && outcome.left.empty())
         source.erase(place);
@@ -106,14 +114,10 @@ void UserUndo::finished(Way way, UserAction action, const UndoneAction &outcome)
     publishActions(std::move(now));
     publish(progress, std::optional<double>());
     publish(restored, placesOf(outcome.undone));
+    publish(undone, outcome.undone);
     if (!outcome.failures.isEmpty())
         publish(errorMessage, std::optional(linesOf(outcome.failures).join(u'\n')));
-    publish(status, way == Way::Back ? statusOf(outcome, QStringLiteral("Rückgängig gemacht."),
-                                                QStringLiteral("Das ließ sich nicht rückgängig machen."),
-                                                QStringLiteral("Zum Teil rückgängig gemacht."))
-                                     : statusOf(outcome, QStringLiteral("Wiederholt."),
-                                                QStringLiteral("Das ließ sich nicht wiederholen."),
-                                                QStringLiteral("Zum Teil wiederholt.")));
+    publish(status, told);
     publish(running, false);
 }
 

@@ -25,9 +25,11 @@ public:
     Published<std::optional<QString>> redoTitle; ///< title of the redo command; none if there is nothing to redo
     Published<bool> running{false};
     Published<std::optional<double>> progress;
-    Published<QString> status;                      ///< e.g. „Rückgängig gemacht.“
+    Published<QString> status;                      ///< e.g. „Umbenennen von „a.txt“ rückgängig gemacht.“
     Published<std::optional<QString>> errorMessage; ///< what could not be undone, one line each
     Published<std::vector<Location>> restored;      ///< present locations of the entries last undone
+    /// From where to where the last undo or redo moved entries; `to` is empty if one went to the Trash. Empty while running.
+    Published<std::vector<UserAction::Entry>> undone;
 
     /// Adds an action, unless it has no entries, and clears redo.
     void record(UserAction action);

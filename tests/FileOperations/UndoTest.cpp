@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <set>
+#include <sstream>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -30,6 +31,16 @@ protected:
     Location home(const char *name) const { return tree.path("home") / name; }
     Location disk(const char *name) const { return tree.path("disk") / name; }
     std::string snapshot() const { return snapshotOf(tree.path("home")) + snapshotOf(tree.path("disk")); }
+
+    /// The second disk has a Trash of its own.
+    std::string outsideTheTrash() const
+    {
+        std::istringstream lines(snapshot());
+        std::string kept;
+        for (std::string line; std::getline(lines, line);)
+            kept += line.starts_with(".Trash") ? "" : line + "\n";
+        return kept;
+    }
 
     std::set<std::string> contentsOf(const std::vector<const char *> &folders) const
     {
@@ -349,7 +360,7 @@ TEST_F(UndoTest, theModelKeepsTheNewestAndSaysWhatWillHappen)
     EXPECT_TRUE(model.running.get());
     model.undo(); // one at a time
     ASSERT_TRUE(waitUntil([&] { return !model.running.get(); }));
-    EXPECT_EQ(model.status.get(), QStringLiteral("Rückgängig gemacht."));
+    EXPECT_EQ(model.status.get(), QStringLiteral("Umbenennen von „a.txt“ rückgängig gemacht."));
     EXPECT_EQ(model.restored.get(), std::vector{home("a.txt")});
     EXPECT_EQ(model.actions.get().size(), 99U);
 
@@ -358,7 +369,13 @@ TEST_F(UndoTest, theModelKeepsTheNewestAndSaysWhatWillHappen)
     model.undo();
     ASSERT_TRUE(waitUntil([&] { return !model.running.get(); }));
     EXPECT_TRUE(model.errorMessage.get()->startsWith(u"c.txt: Es gibt schon etwas mit diesem Namen."));
+    EXPECT_EQ(model.status.get(), QStringLiteral("Umbenennen von „b.txt“ ließ sich nicht rückgängig machen."));
     EXPECT_EQ(model.title.get(), QStringLiteral("Umbenennen von „b.txt“ rückgängig")); // stays, for another attempt
+    std::filesystem::rename(home("c.txt"), home("weg.txt"));
+    model.undo();
+    ASSERT_TRUE(waitUntil([&] { return !model.running.get(); }));
+    EXPECT_EQ(model.status.get(), QStringLiteral("Umbenennen von „b.txt“ ließ sich nicht rückgängig machen."))
+        << "what is gone for good";
 }
 
 TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
@@ -382,7 +399,7 @@ TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
     EXPECT_EQ(tree.content("home/a.txt"), "eins");
     model.redo();
     ASSERT_TRUE(settled());
-    EXPECT_EQ(model.status.get(), QStringLiteral("Wiederholt."));
+    EXPECT_EQ(model.status.get(), QStringLiteral("Umbenennen von „a.txt“ wiederholt."));
     model.redo(); // across volumes again; the copied-back entries have other inodes
     ASSERT_TRUE(settled());
     EXPECT_EQ(model.errorMessage.get(), std::nullopt);
@@ -408,14 +425,76 @@ TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
     EXPECT_TRUE(model.redoTitle.get());
     model.record({Kind::NewFile, {recordOf({}, home("c.txt"))}});
     EXPECT_EQ(model.redoTitle.get(), std::nullopt);
-    const std::string before = snapshot();
     model.redo();
     EXPECT_FALSE(model.running.get());
-    // Creating and trashing cannot be redone.
-    model.undo();
-    ASSERT_TRUE(settled());
-    EXPECT_EQ(model.redoTitle.get(), std::nullopt);
-    EXPECT_NE(snapshot(), before);
+}
+
+TEST_F(UndoTest, doesEveryKindAgainAndBack)
+{
+    tree.folder("home/leer");
+    std::filesystem::copy(home("a.txt"), home("kopie.txt"));
+    std::filesystem::rename(home("ordner"), disk("ordner"));
+    const Result<Location> trashed = realTrash.put(home("b.txt"));
+    // A copy and a move, each of which replaced what now lies in the Trash.
+    const Result<Location> oldCopy = realTrash.put(disk("alt"));
+    tree.file("disk/alt", "Ersatz");
+    tree.file("home/ziel", "davor");
+    const Result<Location> oldTarget = realTrash.put(home("ziel"));
+    tree.file("home/ziel", "bewegt");
+    UserAction::Entry copied = recordOf(home("a.txt"), disk("alt"));
+    copied.replaced = *oldCopy;
+    UserAction::Entry moved = recordOf(home("quelle"), home("ziel"));
+    moved.replaced = *oldTarget;
+    const std::vector<UserAction> actions{{Kind::NewFolder, {recordOfMade({}, home("leer"))}},
+                                          {Kind::Copy, {recordOfMade(home("a.txt"), home("kopie.txt"))}},
+                                          {Kind::Move, {recordOf(home("ordner"), disk("ordner"))}},
+                                          {Kind::Trash, {recordOf(home("b.txt"), *trashed)}},
+                                          {Kind::Copy, {copied}},
+                                          {Kind::Move, {moved}}};
+    const std::vector<QString> names{
+        QStringLiteral("Anlegen von „leer“"),       QStringLiteral("Kopieren von „a.txt“"),
+        QStringLiteral("Verschieben von „ordner“"), QStringLiteral("Legen von „b.txt“ in den Papierkorb"),
+        QStringLiteral("Kopieren von „a.txt“"),     QStringLiteral("Verschieben von „quelle“")};
+    for (std::size_t i = 0; i < actions.size(); ++i) {
+        SCOPED_TRACE(i);
+        UserUndo model(services);
+        const auto settled = [&] { return waitUntil([&] { return !model.running.get(); }); };
+        const std::string done = outsideTheTrash();
+        model.record(actions[i]);
+        std::string undone;
+        for (int turn = 0; turn < 2; ++turn) {
+            model.undo();
+            ASSERT_TRUE(settled());
+            EXPECT_EQ(model.errorMessage.get(), std::nullopt);
+            EXPECT_EQ(model.status.get(), names[i] + QStringLiteral(" rückgängig gemacht."));
+            undone = turn == 0 ? outsideTheTrash() : undone;
+            EXPECT_EQ(outsideTheTrash(), undone);
+            EXPECT_NE(undone, done);
+            EXPECT_EQ(model.redoTitle.get(), names[i] + QStringLiteral(" wiederholen"));
+            model.redo();
+            ASSERT_TRUE(settled());
+            EXPECT_EQ(model.errorMessage.get(), std::nullopt);
+            EXPECT_EQ(outsideTheTrash(), done) << "turn " << turn;
+            EXPECT_EQ(model.title.get(), names[i] + QStringLiteral(" rückgängig"));
+        }
+    }
+}
+
+TEST_F(UndoTest, doesNotReplaceAgainWhatHasChanged)
+{
+    const Result<Location> old = realTrash.put(home("b.txt"));
+    std::filesystem::rename(home("a.txt"), home("b.txt"));
+    UserAction::Entry moved = recordOf(home("a.txt"), home("b.txt"));
+    moved.replaced = *old;
+    JobControl control;
+    const UndoneAction undone = undoAction({Kind::Move, {moved}}, services, control);
+    ASSERT_TRUE(undone.again);
+    tree.file("home/b.txt", "inzwischen bearbeitet");
+    const std::string before = snapshot();
+    const UndoneAction redone = undoAction(*undone.again, services, control);
+    EXPECT_TRUE(redone.undone.empty());
+    EXPECT_EQ(redone.failures.size(), 1);
+    EXPECT_EQ(snapshot(), before);
 }
 
 TEST_F(UndoTest, aSwapIsDoneAgainAsAWhole)
