@@ -474,12 +474,13 @@ QString BrowserModel::emptyTextNow() const
                                : QStringLiteral("Hier ist nichts Passendes.");
 }
 
-void BrowserModel::setOperationError(const QString &message)
+void BrowserModel::showFailure(PaneFailure failure)
 {
     m_readFailed = false;
-    // Publish a change even if the message is the same as before.
+    m_failure = std::move(failure);
+    // Publish a change even if the same error occurred again.
     publish(errorMessage, std::optional<QString>());
-    publish(errorMessage, std::optional(message));
+    publish(errorMessage, std::optional(m_failure.message));
 }
 
 void BrowserModel::clearError()
@@ -519,7 +520,7 @@ void BrowserModel::saveFolderView()
         return;
     const FolderView view{viewMode.get(), iconSize.get()};
     if (const Result<void> saved = rememberView(m_services.defaults, current.get(), view); !saved)
-        setOperationError(QStringLiteral("Die Ansicht konnte nicht gespeichert werden: ") + saved.error().message);
+        showError(QStringLiteral("Die Ansicht konnte nicht gespeichert werden: ") + saved.error().message);
 }
 
 void BrowserModel::restoreFolderView()

@@ -7,6 +7,7 @@
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
 #include "ContentView/NavigationHistory.h"
+#include "ContentView/PaneFailure.h"
 #include "ContentView/ResultsUpdate.h"
 #include "ContentView/SearchRun.h"
 #include "ContentView/Selection.h"
@@ -142,8 +143,11 @@ public:
     bool readFailed() const { return m_readFailed; }
     /// Clears the message of a failed operation; keeps the one of an unreadable folder.
     void dismissError();
-    /// Shows the failure of an operation that ran outside the pane.
-    void showError(const QString &message) { setOperationError(message); }
+    /// Shows the failure of an operation carried out elsewhere.
+    void showError(const QString &message) { showFailure({message, message, {}, {}}); }
+    void showFailure(PaneFailure failure);
+    /// The failure that `errorMessage` tells; not that the folder cannot be read.
+    const PaneFailure &lastFailure() const { return m_failure; }
 
     void setViewMode(ViewMode mode);
     void setIconSize(double size);
@@ -223,7 +227,6 @@ private:
     void updateTexts();
     QString selectionText() const;
     QString emptyTextNow() const;
-    void setOperationError(const QString &message);
     void clearError();
 
     void readChanges(const std::vector<std::string> &names);
@@ -254,6 +257,8 @@ private:
     void search(SearchRun::Work work);
     void found(const FolderSearchResult &result);
 
+    void create(const Location &wanted);
+    void rename(const Location &from, const Location &to);
     void change(const Location &where, std::function<EntryChange(const JobControl &)> work);
     void changed(const EntryChange &made);
     void showChanged(const EntryChange &made);
@@ -272,6 +277,7 @@ private:
 
     NavigationHistory m_history;
     std::optional<Arrival> m_arrival;
+    PaneFailure m_failure;
 
     FolderReader m_reader;              ///< keeps the listing while a search or tag replaces `items`
     FileCall<DisplayedItems> m_display; ///< sorts large lists

@@ -56,7 +56,7 @@ void BrowserModel::travel(const Location &folder, const std::function<void()> &a
     const auto fail = [this](const QString &why) {
         uncoverFolder();
         mirrorHistory();
-        setOperationError(why);
+        showError(why);
     };
     m_check.start(
         m_services.workers, {folder}, [folder, known](const JobControl &) { return known || isFolder(folder); },

@@ -16,10 +16,13 @@ bool isForbidden(const QString &name)
 
 void BrowserModel::newFolder()
 {
-    const Location wanted = current.get() / newFolderName.toStdString();
-    change(current.get(), [wanted, &files = m_services.files, mayChange = m_services.mayChange](const JobControl &) {
-        return createFolder(wanted, files, mayChange);
-    });
+    create(current.get() / newFolderName.toStdString());
+}
+
+void BrowserModel::create(const Location &wanted)
+{
+    change(wanted.parent_path(), [wanted, &files = m_services.files, mayChange = m_services.mayChange](
+                                     const JobControl &) { return createFolder(wanted, files, mayChange); });
 }
 
 void BrowserModel::beginRenameSelection()
@@ -69,11 +72,15 @@ void BrowserModel::commitRename()
     if (!target || name.isEmpty() || name == target->name())
         return;
     if (isForbidden(name)) {
-        setOperationError(QStringLiteral("Der Name darf keine Zeichen „/“ oder „:“ enthalten."));
+        showError(QStringLiteral("Der Name darf keine Zeichen „/“ oder „:“ enthalten."));
         return;
     }
     const Location from = target->location();
-    const Location to = from.parent_path() / name.toStdString();
+    rename(from, from.parent_path() / name.toStdString());
+}
+
+void BrowserModel::rename(const Location &from, const Location &to)
+{
     change(from, [from, to, &files = m_services.files, mayChange = m_services.mayChange](const JobControl &) {
         return renameEntry(from, to, files, mayChange);
     });
@@ -83,18 +90,21 @@ void BrowserModel::commitRename()
 void BrowserModel::change(const Location &where, std::function<EntryChange(const JobControl &)> work)
 {
     if (m_change.running()) {
-        setOperationError(QStringLiteral("Die vorige Änderung ist noch nicht fertig."));
+        showError(QStringLiteral("Die vorige Änderung ist noch nicht fertig."));
         return;
     }
     m_change.start(
         m_services.workers, {where}, std::move(work), [this](const EntryChange &made) { changed(made); },
-        [this, where] { setOperationError(notAnsweringText(where)); });
+        [this, where] { showError(notAnsweringText(where)); });
 }
 
 void BrowserModel::changed(const EntryChange &made)
 {
     if (!made.outcome) {
-        setOperationError(made.outcome.error().message);
+        const EntryFailure failed{made.from.empty() ? made.to : made.from, made.outcome.error()};
+        showFailure(paneFailure(failed.why.message, {failed}, [this, from = made.from, to = made.to](const auto &) {
+            from.empty() ? create(to) : rename(from, to);
+        }));
         return;
     }
     dismissError();

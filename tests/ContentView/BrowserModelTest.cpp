@@ -135,6 +135,43 @@ TEST_F(BrowserModelTest, choosesWhatTheSidebarOffers)
     EXPECT_FALSE(pane.tagFilter.get().has_value());
 }
 
+TEST_F(BrowserModelTest, showsTaggedEntriesBeforeTheSearchEnds)
+{
+    world.tagSearch.found = {world.home("A/innen"), world.home("brief.txt")};
+    world.tagSearch.mayEnd.acquire();
+    pane.showTag(u"Rot"_qs);
+    EXPECT_TRUE(waitFor([&] { return rows() == "brief.txt innen"; }));
+    EXPECT_TRUE(pane.searchRunning.get());
+    world.tagSearch.mayEnd.release();
+    ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
+    EXPECT_EQ(rows(), "brief.txt innen");
+}
+
+TEST_F(BrowserModelTest, showsOwnChangesInResultsBeforeItSearchesAgain)
+{
+    pane.setSearchText(u"e"_qs);
+    pane.runSearch();
+    ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
+    ASSERT_EQ(rows(), "brief.txt innen");
+    std::filesystem::rename(world.home("A"), world.home("C"));
+    std::filesystem::remove(world.home("brief.txt"));
+    world.tree.lines({"home/B/neu=x", "home/B/.verborgen.e=x", "home/B/anders.txt=x"});
+    pane.showChanges({{world.home("A"), world.home("C")},
+                      {world.home("brief.txt"), {}},
+                      {{}, world.home("B/neu")},
+                      {{}, world.home("B/.verborgen.e")},
+                      {{}, world.home("B/anders.txt")}});
+    EXPECT_EQ(rows(), "anders.txt innen neu") << "at once";
+    EXPECT_EQ(pane.items.get().size(), 3U);
+    EXPECT_TRUE(pane.searchRunning.get());
+    // Hidden entries are switched on while results are shown: they are listed after it as well.
+    pane.setShowHidden(true);
+    ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
+    EXPECT_NE(rows().find(".verborgen.e"), std::string::npos);
+    pane.endResults();
+    EXPECT_EQ(rows(), "B C .versteckt");
+}
+
 TEST_F(BrowserModelTest, leadsBackThroughResultsAndPages)
 {
     const auto settled = [this] { return !pane.searchRunning.get() && !pane.loading.get(); };
