@@ -75,6 +75,8 @@ Column columnOf(const FileItems &items, SortKey key)
         return textColumn(items, [](const FileItem &item) { return item.kind; });
     case SortKey::Tags:
         return textColumn(items, [](const FileItem &item) { return item.tags.join(u','); });
+    case SortKey::Folder:
+        return textColumn(items, [](const FileItem &item) { return shown(std::string_view(*item.folder)); });
     }
     return {};
 }

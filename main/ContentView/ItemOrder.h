@@ -11,7 +11,7 @@
 namespace brellin {
 
 /// Sortable columns.
-enum class SortKey { Name, Size, Modified, Kind, Tags };
+enum class SortKey { Name, Size, Modified, Kind, Tags, Folder };
 enum class SortDirection { Ascending, Descending };
 
 /// One sort criterion; the next one decides between equal entries.

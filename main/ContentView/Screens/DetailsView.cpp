@@ -15,9 +15,9 @@ namespace {
 
 const QString widthsKey = QStringLiteral("detailsColumns");
 
-constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100};
+constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 220};
 /// Minimum width of the view for each column; narrower views hide it.
-constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720};
+constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720, 380};
 
 SortKey keyOf(Column column)
 {
@@ -32,6 +32,8 @@ SortKey keyOf(Column column)
         return SortKey::Kind;
     case Column::Tags:
         return SortKey::Tags;
+    case Column::Folder:
+        return SortKey::Folder;
     }
     return SortKey::Name;
 }
@@ -63,6 +65,7 @@ DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures
     setIndentation(0);
     buildHeader();
     pane.sortOrder.observe(this, [this](const SortOrder &order) { showSort(order); });
+    pane.place.observe(this, [this](const Place &) { chooseColumns(); });
     m_typedEnds.setSingleShot(true);
     connect(&m_typedEnds, &QTimer::timeout, this, [this] { m_typed.clear(); });
     m_visibleSoon.setSingleShot(true);
@@ -128,6 +131,7 @@ void DetailsView::restoreWidths()
 {
     for (int section = 0; section < columnCount; ++section)
         header()->resizeSection(section, scaled(usualWidths.at(static_cast<std::size_t>(section))));
+    header()->moveSection(header()->visualIndex(static_cast<int>(Column::Folder)), 1);
     const QString stored = plainSetting(m_defaults, widthsKey, QString());
     int place = 0;
     for (const QString &one : stored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
@@ -155,9 +159,18 @@ void DetailsView::saveWidths()
 
 void DetailsView::chooseColumns()
 {
-    for (int section = 1; section < columnCount; ++section)
-        header()->setSectionHidden(section,
-                                   viewport()->width() < scaled(neededWidths.at(static_cast<std::size_t>(section))));
+    const Place::Kind kind = m_pane.place.get().kind;
+    const bool results = kind == Place::Kind::Search || kind == Place::Kind::Tag;
+    for (int section = 1; section < columnCount; ++section) {
+        const bool fits = viewport()->width() >= scaled(neededWidths.at(static_cast<std::size_t>(section)));
+        header()->setSectionHidden(section, !fits || (section == static_cast<int>(Column::Folder) && !results));
+    }
+}
+
+bool DetailsView::endTyping()
+{
+    m_typedEnds.stop();
+    return !std::exchange(m_typed, QString()).isEmpty();
 }
 
 void DetailsView::setActive(bool active)

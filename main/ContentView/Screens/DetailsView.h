@@ -16,6 +16,8 @@ public:
     void setActive(bool active);
 
     void keyboardSearch(const QString &typed) override;
+    /// Forgets the beginning of a name typed so far; false if there is none.
+    bool endTyping();
 
     Q_SIGNAL void middleClicked(const QModelIndex &index);
 

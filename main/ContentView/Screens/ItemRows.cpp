@@ -150,6 +150,17 @@ QString ItemRows::sizeTextOf(const FileItem &item) const
     return m_sizes.calculating(folder) ? QStringLiteral("Zähle …") : folderSizeText(m_sizes.size(folder));
 }
 
+/// Below the folder of a search from there on, otherwise the whole path.
+QString ItemRows::folderTextOf(const FileItem &item) const
+{
+    const Location folder = item.location().parent_path();
+    const Place &now = m_pane.place.get();
+    if (now.kind != Place::Kind::Search || !isAtOrBelow(folder, now.location))
+        return brellin::shown(folder);
+    const Location below = folder.lexically_relative(now.location);
+    return below == "." ? shownName(now.location) : brellin::shown(below);
+}
+
 bool ItemRows::sizeIsStale(const FileItem &item) const
 {
     const std::optional<FolderSize> size = item.isFolder ? m_sizes.size(item.location()) : std::nullopt;
@@ -201,14 +212,16 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return entry.kind;
     case Column::Tags:
         return entry.tags.join(QStringLiteral(", "));
+    case Column::Folder:
+        return folderTextOf(entry);
     }
     return {};
 }
 
 QVariant ItemRows::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    static const QStringList titles{QStringLiteral("Name"), QStringLiteral("Größe"), QStringLiteral("Geändert"),
-                                    QStringLiteral("Art"), QStringLiteral("Markierungen")};
+    static const QStringList titles{QStringLiteral("Name"), QStringLiteral("Größe"),        QStringLiteral("Geändert"),
+                                    QStringLiteral("Art"),  QStringLiteral("Markierungen"), QStringLiteral("Ort")};
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= titles.size())
         return {};
     return titles.at(section);

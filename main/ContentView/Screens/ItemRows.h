@@ -9,8 +9,8 @@
 namespace brellin {
 
 /// Columns of the details view, from left to right.
-enum class Column { Name, Size, Modified, Kind, Tags };
-inline constexpr int columnCount = 5;
+enum class Column { Name, Size, Modified, Kind, Tags, Folder };
+inline constexpr int columnCount = 6;
 
 /// Item model of a pane's displayed items. Updates match entries by path, so that selection, scroll position and an
 /// open editor survive.
@@ -44,6 +44,7 @@ public:
     Q_SIGNAL void replaced();
 
 private:
+    QString folderTextOf(const FileItem &item) const;
     /// What the rows show; if it changes, all rows are replaced.
     struct Source {
         Location folder;
