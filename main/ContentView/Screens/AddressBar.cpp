@@ -115,6 +115,7 @@ AddressBar::AddressBar(const KnownFolders &folders, MountWorkers &workers, const
     connect(m_field, &QLineEdit::returnPressed, this, [this] {
         const QString typed = m_field->text();
         stopEditing();
+        Q_EMIT left();
         if (m_pane)
             m_pane->navigateToTyped(typed);
     });
@@ -313,7 +314,7 @@ void AddressBar::complete(const QString &typed)
 
 void AddressBar::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton && m_page.isEmpty())
+    if (event->button() == Qt::LeftButton)
         editPath();
 }
 
@@ -323,6 +324,7 @@ bool AddressBar::eventFilter(QObject *watched, QEvent *event)
         return QWidget::eventFilter(watched, event);
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
         stopEditing();
+        Q_EMIT left();
         return true;
     }
     // Ignore focus changes by a menu or the completion popup, which are temporary.

@@ -34,6 +34,8 @@ public:
 
     /// Emitted for crumbs of a page; `step` counts from 0.
     Q_SIGNAL void pageStepClicked(int step);
+    /// Return or Esc in the field: the focus belongs to what is shown.
+    Q_SIGNAL void left();
     /// Emitted when files are dropped on a crumb's folder.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 

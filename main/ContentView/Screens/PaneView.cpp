@@ -5,7 +5,11 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <map>
 
 namespace brellin {
 
@@ -47,7 +51,12 @@ PaneView::PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *par
 
     pane.viewMode.observe(this, [this](ViewMode mode) { showMode(mode); });
     pane.renameTarget.observe(this, [this](const std::optional<FileItem> &item) { rename(item); });
-    pane.errorMessage.observe(this, [this](const auto &) { showMessage(); });
+    pane.position.observe(this, [this](const ViewPosition &wanted) { followPosition(wanted); });
+    pane.errorMessage.observe(this, [this](const std::optional<QString> &error) {
+        if (error)
+            addRemedies();
+        showMessage();
+    });
     pane.emptyText.observe(this, [this](const QString &) { showMessage(); });
     pane.displayedItems.observe(this, [this](const DisplayedItems &) { showMessage(); });
     showMode(pane.viewMode.get());
@@ -69,12 +78,55 @@ void PaneView::buildBanner()
     row->setContentsMargins(scaled(14), scaled(6), scaled(8), scaled(6));
     m_bannerText = makeBody({}, m_banner);
     m_bannerText->setToken(Token::Danger);
+    m_bannerText->setObjectName(QStringLiteral("bannerText"));
     row->addWidget(m_bannerText, 1);
+    m_remedies = new QWidget(m_banner);
+    auto *const buttons = new QHBoxLayout(m_remedies);
+    buttons->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_remedies, 0, Qt::AlignTop);
     auto *const close = new SymbolButton(QStringLiteral("x"), QStringLiteral("Meldung schließen"),
                                          QStringLiteral("closeBanner"), m_banner, Token::Danger);
     connect(close, &QAbstractButton::clicked, this, [this] { m_pane.dismissError(); });
     row->addWidget(close, 0, Qt::AlignTop);
     m_banner->hide();
+}
+
+/// One button for each remedy of the failure.
+void PaneView::addRemedies()
+{
+    QLayout &buttons = *m_remedies->layout();
+    while (QLayoutItem *const old = buttons.takeAt(0)) {
+        old->widget()->deleteLater();
+        delete old;
+    }
+    static const std::map<Remedy, std::pair<QString, QString>> titles{
+        {Remedy::Retry, {QStringLiteral("Erneut versuchen"), QStringLiteral("bannerRetry")}},
+        {Remedy::FreeSpace, {QStringLiteral("Platz schaffen"), QStringLiteral("bannerFreeSpace")}},
+        {Remedy::ShowRights, {QStringLiteral("Rechte zeigen"), QStringLiteral("bannerShowRights")}}};
+    for (const Remedy remedy : m_pane.lastFailure().remedies) {
+        const auto &[title, name] = titles.at(remedy);
+        QPushButton *const button = makeButton(title, ButtonKind::Link, name, m_remedies);
+        connect(button, &QAbstractButton::clicked, this, [this, remedy] { apply(remedy); });
+        buttons.addWidget(button);
+    }
+}
+
+void PaneView::apply(Remedy remedy)
+{
+    const PaneFailure failure = m_pane.lastFailure();
+    focusList();
+    switch (remedy) {
+    case Remedy::Retry:
+        m_pane.dismissError();
+        failure.retry();
+        break;
+    case Remedy::FreeSpace:
+        m_pane.showPlace(Place::storage(m_pane.current.get()));
+        break;
+    case Remedy::ShowRights:
+        Q_EMIT rightsWanted(failure.entry);
+        break;
+    }
 }
 
 void PaneView::buildViews()
@@ -96,6 +148,7 @@ void PaneView::buildViews()
     m_details->setSelectionModel(selection);
     m_icons->setSelectionModel(selection);
     m_link = new SelectionLink(m_pane, *m_rows, *selection);
+    connect(selection, &QItemSelectionModel::currentRowChanged, this, &PaneView::tellPosition);
     link(m_details);
     link(m_icons);
     connect(m_details, &DetailsView::middleClicked, this, [this](const QModelIndex &index) {
@@ -111,6 +164,7 @@ void PaneView::buildViews()
 void PaneView::link(QAbstractItemView *view)
 {
     view->installEventFilter(this);
+    connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this, &PaneView::tellPosition);
     takeDrops(view);
     connect(view, &QAbstractItemView::doubleClicked, this, &PaneView::open);
     connect(view, &QWidget::customContextMenuRequested, this, [this, view](const QPoint &at) {
@@ -163,25 +217,70 @@ void PaneView::showMode(ViewMode)
         view().setFocus();
 }
 
-/// Shows a failure instead of the list if there is none, otherwise above it.
+/// Failed operations stand above the list; that the folder cannot be read stands in its place.
 void PaneView::showMessage()
 {
-    const std::optional<QString> &error = m_pane.errorMessage.get();
+    const bool failed = m_pane.errorMessage.get().has_value() && !m_pane.readFailed();
+    m_bannerText->setText(failed ? m_pane.lastFailure().text : QString());
+    m_banner->setVisible(failed);
     const bool empty = m_pane.displayedItems.get().empty();
-    m_banner->setVisible(error && !empty);
-    m_bannerText->setText(error.value_or(QString()));
-    const QString text = error ? *error : m_pane.emptyText.get();
+    const bool unread = m_pane.readFailed() && m_pane.errorMessage.get();
+    const QString text = unread ? *m_pane.errorMessage.get() : m_pane.emptyText.get();
     const bool focus = m_stack->currentWidget() && m_stack->currentWidget()->hasFocus();
     if (!empty || text.isEmpty()) {
         m_stack->setCurrentWidget(&view());
     } else {
-        m_message->setSymbol(error ? QStringLiteral("circle-alert") : QStringLiteral("folder-open"),
-                             error ? Token::Danger : Token::Tertiary);
+        m_message->setSymbol(unread ? QStringLiteral("circle-alert") : QStringLiteral("folder-open"),
+                             unread ? Token::Danger : Token::Tertiary);
         m_message->setTexts(text.section(QStringLiteral("\n\n"), 0, 0), text.section(QStringLiteral("\n\n"), 1));
         m_stack->setCurrentWidget(m_message);
     }
     if (focus)
         m_stack->currentWidget()->setFocus();
+}
+
+void PaneView::tellPosition()
+{
+    if (m_moving)
+        return;
+    m_moving = true;
+    const QModelIndex current = view().currentIndex();
+    ViewPosition now = m_pane.position.get();
+    if (!current.isValid())
+        now.current.clear();
+    else if (const FileItem &item = m_rows->item(current.row()); !item.isAt(now.current.native()))
+        now.current = item.location();
+    now.scroll = view().verticalScrollBar()->value();
+    m_pane.setPosition(now);
+    m_moving = false;
+}
+
+void PaneView::followPosition(const ViewPosition &wanted)
+{
+    if (m_moving || (wanted.current.empty() && !wanted.scroll))
+        return;
+    m_moving = true;
+    QAbstractItemView &list = view();
+    list.doItemsLayout(); // otherwise the scroll bar still has the range of the old rows
+    const int row = wanted.current.empty() ? -1 : m_rows->rowOf(wanted.current);
+    if (row >= 0)
+        list.selectionModel()->setCurrentIndex(m_rows->index(row, 0), QItemSelectionModel::NoUpdate);
+    if (wanted.scroll)
+        list.verticalScrollBar()->setValue(*wanted.scroll);
+    else if (row >= 0)
+        list.scrollTo(m_rows->index(row, 0));
+    m_moving = false;
+}
+
+void PaneView::focusFirst()
+{
+    focusList();
+    settle();
+    if (!m_pane.selection.get().empty() || m_rows->rowCount() == 0)
+        return;
+    const auto select = QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+    view().selectionModel()->setCurrentIndex(m_rows->index(0, 0), select);
+    settle();
 }
 
 void PaneView::open(const QModelIndex &index)
@@ -199,6 +298,10 @@ void PaneView::openSelection()
 {
     settle();
     const std::vector<FileItem> selected = m_pane.selectedItems();
+    if (selected.empty()) {
+        open(view().currentIndex());
+        return;
+    }
     std::vector<FileItem> files;
     for (const FileItem &item : selected) {
         if (!item.isFolder)
@@ -234,18 +337,45 @@ void PaneView::endRename()
     });
 }
 
+bool PaneView::keyPressed(const QKeyEvent &key, bool inView)
+{
+    if (key.modifiers() != Qt::NoModifier && key.modifiers() != Qt::KeypadModifier)
+        return false;
+    if (inView && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
+        openSelection();
+        return true;
+    }
+    if (key.key() != Qt::Key_Escape)
+        return false;
+    if (!endOne())
+        Q_EMIT escaped();
+    return true;
+}
+
+/// Ends the innermost thing that Esc can end in this pane; false if there is none.
+bool PaneView::endOne()
+{
+    if (m_details->endTyping())
+        return true;
+    if (m_pane.errorMessage.get() && !m_pane.readFailed()) {
+        m_pane.dismissError();
+        return true;
+    }
+    const Place::Kind kind = m_pane.place.get().kind;
+    if (kind != Place::Kind::Search && kind != Place::Kind::Tag)
+        return false;
+    m_pane.endResults();
+    return true;
+}
+
 bool PaneView::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn)
         Q_EMIT focused();
     // Ignore keys that propagate from an editor inside the list.
-    if (event->type() == QEvent::KeyPress && watched != m_message && static_cast<QWidget *>(watched)->hasFocus()) {
-        const auto *const key = static_cast<QKeyEvent *>(event);
-        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && key->modifiers() == Qt::NoModifier) {
-            openSelection();
-            return true;
-        }
-    }
+    if (event->type() == QEvent::KeyPress && static_cast<QWidget *>(watched)->hasFocus() &&
+        keyPressed(*static_cast<QKeyEvent *>(event), watched != m_message))
+        return true;
     return QWidget::eventFilter(watched, event);
 }
 

@@ -39,6 +39,15 @@ public:
     Q_SIGNAL void menuRequested(const QPoint &global);
     /// Dropped on a folder in the list, or on the pane's own.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
+    /// „Rechte zeigen“ for the entry of a failure.
+    Q_SIGNAL void rightsWanted(const brellin::Location &entry);
+    /// Esc, with nothing left to end in this pane.
+    Q_SIGNAL void escaped();
+
+    /// Focuses the list, or the message in its place.
+    void focusList() { m_stack->currentWidget()->setFocus(); }
+    /// Focuses the list and selects its first row if nothing is selected.
+    void focusFirst();
 
     /// Passes the views' selection on to the model; call before a command.
     void settle() { m_link->settle(); }
@@ -51,6 +60,12 @@ protected:
 private:
     void buildViews();
     void buildBanner();
+    void addRemedies();
+    void apply(Remedy remedy);
+    void tellPosition();
+    void followPosition(const ViewPosition &wanted);
+    bool keyPressed(const QKeyEvent &key, bool inView);
+    bool endOne();
     void link(QAbstractItemView *view);
     void takeDrops(QAbstractItemView *view);
     void showDrop(const std::optional<Location> &folder);
@@ -71,6 +86,8 @@ private:
     EmptyState *m_message = nullptr;
     QWidget *m_banner = nullptr;
     TextLabel *m_bannerText = nullptr;
+    QWidget *m_remedies = nullptr;
+    bool m_moving = false; ///< the position follows the pane
 };
 
 } // namespace brellin

@@ -17,11 +17,7 @@ SearchField::SearchField(const KnownFolders &folders, QWidget *parent)
     setObjectName(QStringLiteral("searchField"));
     setProperty("kind", QStringLiteral("search"));
     m_clear->setToolTip(QStringLiteral("Suche beenden"));
-    connect(m_clear, &QAction::triggered, this, [this] {
-        clear();
-        if (m_pane)
-            m_pane->setSearchText({});
-    });
+    connect(m_clear, &QAction::triggered, this, &SearchField::endSearch);
     connect(this, &QLineEdit::textEdited, this, [this](const QString &typed) {
         if (m_pane)
             m_pane->setSearchText(typed);
@@ -72,15 +68,23 @@ void SearchField::changeEvent(QEvent *event)
         showState();
 }
 
+/// Empties the field and puts the folder back at once.
+void SearchField::endSearch()
+{
+    clear();
+    if (!m_pane)
+        return;
+    m_pane->setSearchText({});
+    m_pane->runSearch();
+}
+
 void SearchField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
-        clear();
-        if (m_pane)
-            m_pane->setSearchText({});
+        endSearch();
         Q_EMIT left();
     } else if (event->key() == Qt::Key_Down) {
-        Q_EMIT left();
+        Q_EMIT wentDown();
     } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && m_pane) {
         m_pane->runSearch();
     } else {

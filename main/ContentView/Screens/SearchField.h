@@ -13,8 +13,10 @@ public:
     SearchField(const KnownFolders &folders, QWidget *parent);
 
     void setPane(BrowserModel *pane);
-    /// Emitted by Esc or Down: the focus should return to the list.
+    /// Esc: the focus belongs to the list.
     Q_SIGNAL void left();
+    /// The down arrow: to the first of the entries.
+    Q_SIGNAL void wentDown();
 
     QSize sizeHint() const override;
 
@@ -24,6 +26,7 @@ protected:
 
 private:
     void showState();
+    void endSearch();
 
     const KnownFolders &m_folders;
     QPointer<BrowserModel> m_pane;
