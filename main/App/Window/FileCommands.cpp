@@ -37,6 +37,21 @@ std::vector<PanelWork> workOf(const FileOperations &operations, const UserUndo &
     return work;
 }
 
+/// What an action changed in the listings. What it put in the Trash is in none.
+std::vector<ChangedEntry> changesOf(const UserAction &action)
+{
+    using Kind = UserAction::Kind;
+    const bool moved = action.kind == Kind::Rename || action.kind == Kind::BatchRename || action.kind == Kind::Move;
+    std::vector<ChangedEntry> changes;
+    for (const UserAction::Entry &entry : action.entries) {
+        if (action.kind == Kind::Trash)
+            changes.push_back({entry.from, {}});
+        else
+            changes.push_back({moved ? entry.from : Location(), entry.to});
+    }
+    return changes;
+}
+
 std::vector<Location> selectedIn(const BrowserModel &pane)
 {
     return locationsOf(pane.selectedItems());
@@ -50,7 +65,7 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     , m_window(window)
     , m_transferScreens(new TransferScreens(services.transfers, services.forTransfers, services.clock, window))
 {
-    connect(m_transferScreens, &TransferScreens::failed, this, &FileCommands::said);
+    connect(m_transferScreens, &TransferScreens::failed, this, &FileCommands::failed);
     services.transfers.lastFinished.observe(this, [this](const std::optional<FinishedTransfer> &last) {
         if (last)
             finished(*last);
@@ -67,7 +82,7 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     services.undo.status.observe(this, say);
     services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.redoTitle.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
-    services.undo.restored.observe(this, [this](const auto &) { loadPanes(); });
+    services.undo.undone.observe(this, [this](const auto &undone) { showUndone(undone); });
 }
 
 void FileCommands::add(BrowserModel *pane)
@@ -142,61 +157,88 @@ QUuid FileCommands::idOf(const BrowserModel &pane) const
     return {};
 }
 
-/// Reloads the pane when an operation has ended, and selects its results.
-FileOperations::Then FileCommands::reloading(BrowserModel &pane)
+/// Shows the outcome in the pane: its rows, what came of it selected, or the neighbour of what left, and what failed.
+FileOperations::Then FileCommands::showingIn(BrowserModel &pane, const RetryOf &retry)
 {
-    return {&pane, [&pane](const OperationOutcome &outcome) {
-                pane.load();
-                std::vector<Location> here;
-                for (const Location &place : outcome.places())
-                    if (place.parent_path() == pane.current.get())
-                        here.push_back(place);
-                if (!here.empty())
-                    pane.setSelection(Selection(here));
-            }};
+    const auto show = [&pane, retry, beside = pane.neighboursOfSelection()](const OperationOutcome &outcome) {
+        pane.showChanges(changesOf(outcome.action));
+        std::vector<Location> here;
+        for (const Location &place : outcome.places())
+            if (place.parent_path() == pane.current.get())
+                here.push_back(place);
+        if (!here.empty())
+            pane.select(here);
+        else if (pane.selection.get().empty())
+            pane.selectFirstOf(beside);
+        if (!outcome.failures.isEmpty())
+            pane.showFailure(paneFailure(outcome.message(), outcome.failures, retry));
+        else if (!outcome.cancelled)
+            pane.dismissError();
+    };
+    return {&pane, show, FileOperations::Failures::ToReceiver};
 }
 
 void FileCommands::newTextDocument(BrowserModel &pane)
 {
-    m_services.operations.newTextDocument(pane.current.get(), {&pane, [&pane](const OperationOutcome &outcome) {
-                                                                   pane.load();
-                                                                   if (outcome.places().empty())
-                                                                       return;
-                                                                   pane.setSelection(Selection(outcome.places()));
-                                                                   pane.beginRenameSelection();
-                                                               }});
+    FileOperations::Then then = showingIn(pane, [this, &pane](const auto &) { newTextDocument(pane); });
+    then.call = [&pane, show = then.call](const OperationOutcome &outcome) {
+        show(outcome);
+        if (!outcome.places().empty())
+            pane.beginRenameSelection();
+    };
+    m_services.operations.newTextDocument(pane.current.get(), std::move(then));
 }
 
 void FileCommands::moveToTrash(BrowserModel &pane)
 {
     if (const std::vector<Location> selected = selectedIn(pane); !selected.empty())
-        m_services.operations.trash(selected, reloading(pane));
+        trash(selected, pane);
+}
+
+void FileCommands::trash(const std::vector<Location> &entries, BrowserModel &pane)
+{
+    m_services.operations.trash(entries, showingIn(pane, [this, &pane](const auto &failed) { trash(failed, pane); }));
 }
 
 void FileCommands::deleteForGood(BrowserModel &pane)
 {
-    m_services.operations.deleteForGood(selectedIn(pane), reloading(pane));
+    m_services.operations.deleteForGood(selectedIn(pane), showingIn(pane, {}));
 }
 
 void FileCommands::emptyTrash(BrowserModel &pane)
 {
-    m_services.operations.emptyTrash(reloading(pane));
+    m_services.operations.emptyTrash(showingIn(pane, {}));
 }
 
 void FileCommands::compress(BrowserModel &pane)
 {
-    m_services.operations.compress(selectedIn(pane), pane.current.get(), reloading(pane));
+    compress(selectedIn(pane), pane);
+}
+
+void FileCommands::compress(const std::vector<Location> &entries, BrowserModel &pane)
+{
+    m_services.operations.compress(entries, pane.current.get(),
+                                   showingIn(pane, [this, &pane, entries](const auto &) { compress(entries, pane); }));
 }
 
 void FileCommands::unpack(BrowserModel &pane)
 {
-    if (const std::vector<Location> selected = selectedIn(pane); !selected.empty())
-        m_services.operations.unpack(selected.front(), pane.current.get(), reloading(pane));
+    const std::vector<Location> selected = selectedIn(pane);
+    if (selected.empty())
+        return;
+    const auto again = [this, &pane](const auto &) { unpack(pane); };
+    m_services.operations.unpack(selected.front(), pane.current.get(), showingIn(pane, again));
 }
 
 void FileCommands::makeAlias(BrowserModel &pane)
 {
-    m_services.operations.makeAlias(selectedIn(pane), pane.current.get(), reloading(pane));
+    makeAliases(selectedIn(pane), pane);
+}
+
+void FileCommands::makeAliases(const std::vector<Location> &sources, BrowserModel &pane)
+{
+    m_services.operations.makeAlias(sources, pane.current.get(),
+                                    showingIn(pane, [this, &pane](const auto &failed) { makeAliases(failed, pane); }));
 }
 
 void FileCommands::openTerminal(BrowserModel &pane)
@@ -253,8 +295,11 @@ void FileCommands::redo()
 void FileCommands::transfer(std::vector<Location> sources, const Location &destination, TransferKind kind,
                             BrowserModel &pane)
 {
-    if (!sources.empty())
-        m_services.transfers.transfer({std::move(sources), destination, kind, idOf(pane)});
+    if (sources.empty())
+        return;
+    if (kind == TransferKind::Move)
+        m_beside[idOf(pane)] = pane.neighboursOfSelection();
+    m_services.transfers.transfer({std::move(sources), destination, kind, idOf(pane)});
 }
 
 void FileCommands::paste(BrowserModel &pane)
@@ -294,7 +339,7 @@ void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)
         transfer(selected, target.folder, TransferKind::Copy, pane);
         break;
     case SendToTarget::Kind::Zip:
-        m_services.operations.compress(selected, pane.current.get(), reloading(pane));
+        compress(selected, pane);
         break;
     case SendToTarget::Kind::DesktopAlias:
         m_services.operations.makeAlias(selected, m_services.folders().dir(StandardFolder::Desktop));
@@ -329,9 +374,14 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
 {
     auto *const sheet = new BatchRenameSheet(std::make_unique<BatchRename>(m_services.renaming, entries), m_window);
     connect(sheet, &SheetFrame::closed, &pane, [&pane] { pane.closeBatchRename(); });
-    connect(sheet, &BatchRenameSheet::renamed, &pane, [&pane](const std::vector<Location> &places) {
-        pane.load();
-        pane.setSelection(Selection(places));
+    connect(sheet, &BatchRenameSheet::renamed, &pane, [&pane, entries](const std::vector<Location> &places) {
+        std::vector<ChangedEntry> changes;
+        for (const Location &entry : entries)
+            changes.push_back({entry, {}});
+        for (const Location &place : places)
+            changes.push_back({{}, place});
+        pane.showChanges(changes);
+        pane.select(places);
     });
     sheet->begin();
 }
@@ -346,15 +396,49 @@ void FileCommands::finished(const FinishedTransfer &transfer)
 
 void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane)
 {
-    pane.reload();
+    std::vector<ChangedEntry> changes;
+    for (const TransferredEntry &entry : transfer.outcome.done)
+        changes.push_back({entry.moved ? entry.src : Location(), entry.dst});
+    const bool results = pane.searching.get() || pane.tagFilter.get();
+    if (results)
+        pane.showChanges(changes);
+    else
+        pane.reload();
     if (const std::vector<Location> arrived = transfer.arrived();
         !arrived.empty() && arrived.front().parent_path() == pane.current.get())
-        pane.setSelection(Selection(arrived));
-    if (const std::optional<QString> message = transfer.errorMessage())
-        pane.showError(*message);
+        pane.select(arrived);
+    else if (pane.selection.get().empty())
+        pane.selectFirstOf(m_beside[transfer.pane]);
+    const std::optional<QString> message = transfer.errorMessage();
+    if (!message) {
+        pane.dismissError();
+        return;
+    }
+    const auto again = [this, &pane, to = transfer.record.destination, kind = transfer.record.kind](
+                           const std::vector<Location> &failed) { this->transfer(failed, to, kind, pane); };
+    pane.showFailure(paneFailure(*message, transfer.outcome.errors, again));
 }
 
-/// The focused window shows notices and clears them. While no window has the focus, every window shows them, and they
+/// What came back is selected where it is shown.
+void FileCommands::showUndone(const std::vector<UserAction::Entry> &undone)
+{
+    if (undone.empty())
+        return;
+    std::vector<ChangedEntry> changes;
+    std::vector<Location> back;
+    for (const UserAction::Entry &entry : undone) {
+        changes.push_back({entry.from, entry.to});
+        if (!entry.to.empty())
+            back.push_back(entry.to);
+    }
+    for (const auto &[id, pane] : m_panes) {
+        if (!pane)
+            continue;
+        pane->showChanges(changes);
+        pane->select(back);
+    }
+}
+
 /// stay unread.
 void FileCommands::tellNotices()
 {
@@ -363,7 +447,7 @@ void FileCommands::tellNotices()
         return;
     const QStringList messages =
         attention == Attention::Here ? m_services.notices.take() : m_services.notices.unread.get();
-    Q_EMIT said(messages.join(QStringLiteral(" · ")));
+    Q_EMIT failed(messages.join(u'\n'));
 }
 
 void FileCommands::offerRestoring(const std::vector<CutShortRename> &found)

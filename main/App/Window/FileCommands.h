@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QUuid>
 
+#include <map>
+
 namespace brellin {
 
 class TransferPanel;
@@ -54,6 +56,8 @@ public:
     void showProperties(const std::vector<Location> &entries);
 
     Q_SIGNAL void said(const QString &message);
+    /// A failure that belongs to no pane.
+    Q_SIGNAL void failed(const QString &message);
     Q_SIGNAL void stateChanged();
 
 private:
@@ -64,8 +68,12 @@ private:
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
+    void trash(const std::vector<Location> &entries, BrowserModel &pane);
+    void compress(const std::vector<Location> &entries, BrowserModel &pane);
+    void makeAliases(const std::vector<Location> &sources, BrowserModel &pane);
+    void showUndone(const std::vector<UserAction::Entry> &undone);
     void tellNotices();
-    FileOperations::Then reloading(BrowserModel &pane);
+    FileOperations::Then showingIn(BrowserModel &pane, const RetryOf &retry);
     void loadPanes();
     QUuid idOf(const BrowserModel &pane) const;
 
@@ -75,6 +83,8 @@ private:
     TransferScreens *m_transferScreens;
     QPointer<YesNoSheet> m_restoring;
     FileCall<std::vector<CutShortRename>> m_looking;
+    /// Beside what a pane's last move took away, for its end.
+    std::map<QUuid, std::vector<Location>> m_beside;
 };
 
 } // namespace brellin

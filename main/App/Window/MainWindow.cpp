@@ -1,5 +1,6 @@
 #include "App/Window/MainWindow.h"
 
+#include "App/Window/DesktopPasteboard.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/FittingFrame.h"
 #include "App/Window/StatusBar.h"
@@ -32,7 +33,9 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     m_toolbar = new Toolbar(m_actions, m_address, m_search, this);
     connect(m_toolbar, &Toolbar::menuRequested, this, &MainWindow::showAllCommands);
     connect(m_address, &AddressBar::pageStepClicked, this, [this](int step) { goToPageStep(step); });
-    connect(m_search, &SearchField::left, this, [this] { tab()->focusActive(); });
+    connect(m_address, &AddressBar::left, this, &MainWindow::focusPlace);
+    connect(m_search, &SearchField::left, this, &MainWindow::focusPlace);
+    connect(m_search, &SearchField::wentDown, this, [this] { tab()->activeView().focusFirst(); });
 
     buildFileCommands();
     auto *const column = new QVBoxLayout(this);
@@ -92,7 +95,7 @@ void MainWindow::buildBody(const StoredWindow &from)
         if (!toFolder)
             choose(item);
     });
-    connect(m_sidebar, &SidebarView::failed, this, &MainWindow::say);
+    connect(m_sidebar, &SidebarView::failed, this, &MainWindow::fail);
     connect(m_sidebar, &SidebarView::propertiesWanted, this,
             [this](const Location &folder) { m_files->showProperties({folder}); });
     m_places = new QStackedWidget(m_body);
@@ -171,6 +174,8 @@ TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Locati
     connect(page, &TabPage::openRequested, this, &MainWindow::open);
     connect(page, &TabPage::tabRequested, this, &MainWindow::addTab);
     connect(page, &TabPage::menuRequested, this, &MainWindow::showMenu);
+    connect(page, &TabPage::rightsWanted, this, [this](const Location &entry) { m_files->showProperties({entry}); });
+    connect(page, &TabPage::escaped, this, [] { clearCutFiles(); });
     connect(page, &TabPage::dropped, this, &MainWindow::drop);
     const auto know = [this, page](BrowserModel *pane) {
         m_files->add(pane);
@@ -257,7 +262,11 @@ void MainWindow::showTitles()
     for (int index = 0; index < m_tabPages->count(); ++index) {
         const auto *const page = static_cast<TabPage *>(m_tabPages->widget(index));
         const Location folder = page->active().current.get();
-        m_tabs->setTitle(index, m_services.folders().title(folder), shown(folder));
+        const Place &place = page->active().place.get();
+        if (place.kind == Place::Kind::Tag)
+            m_tabs->setTitle(index, tagTitle(place.name), tagTitle(place.name));
+        else
+            m_tabs->setTitle(index, m_services.folders().title(folder), shown(folder));
     }
 }
 
@@ -266,7 +275,15 @@ void MainWindow::choose(const SidebarItem &item)
     if (placeOf(item, m_services.folders()).kind == Place::Kind::Trash)
         ensureTrash();
     pane()->choose(item);
-    if (!place().isPage() && !m_sidebar->isAncestorOf(QApplication::focusWidget()))
+    focusPlace();
+}
+
+/// Focuses the list of the active pane, or the page in its place.
+void MainWindow::focusPlace()
+{
+    if (place().isPage())
+        m_places->currentWidget()->setFocus();
+    else
         tab()->focusActive();
 }
 

@@ -52,6 +52,8 @@ public:
     void openSelection();
     /// Opens each selected folder in a new tab.
     void openInNewTabs();
+    /// The selected result in its folder.
+    void showInFolder();
     /// Leaves a subpage of the agent for its start page, or a page for the folder it covers; otherwise goes back in the
     /// history.
     void goBack();
@@ -114,6 +116,7 @@ private:
     void showTitles();
     void showBadge(int number);
     void choose(const SidebarItem &item);
+    void focusPlace();
     void ensureTrash();
     void goToPageStep(int step);
     void showPreview(bool shown);
@@ -123,6 +126,8 @@ private:
     void followClipboard();
     bool hasSheet() const;
     const Place &place() const;
+    /// „Markierung Rot“
+    static QString tagTitle(const QString &tag);
     Page pageOf(const Place &shown);
     QWidget *made(Place::Kind kind, QWidget *(MainWindow::*make)());
     QWidget *makeAgentPage();
@@ -138,6 +143,8 @@ private:
     void askToStart(const Location &program);
     void openNow(const Location &entry);
     void say(const QString &message);
+    /// Shows a failure in the active pane's banner.
+    void fail(const QString &message);
     void showMenu(const QPoint &global);
     void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addSendToMenu(QMenu &menu);

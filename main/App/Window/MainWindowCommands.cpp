@@ -37,6 +37,7 @@ CommandState MainWindow::state() const
     now.pane = pane();
     now.page = place().isPage();
     now.agent = place().kind == Place::Kind::Agent;
+    now.results = place().kind == Place::Kind::Search || place().kind == Place::Kind::Tag;
     now.manyTabs = m_tabPages->count() > 1;
     now.dualPane = tab()->panes().dualPane.get();
     now.preview = m_preview && !m_preview->isHidden();
@@ -118,6 +119,12 @@ void MainWindow::openInNewTabs()
             addTab(item.location());
 }
 
+void MainWindow::showInFolder()
+{
+    if (const FileItem *const only = pane()->onlySelected())
+        pane()->showEntry(only->location());
+}
+
 void MainWindow::goHome()
 {
     pane()->navigate(m_services.folders().home);
@@ -148,13 +155,13 @@ void MainWindow::focusSearch()
 void MainWindow::togglePin()
 {
     if (const Result<void> pinned = m_services.pins.toggle(pane()->current.get()); !pinned)
-        say(pinned.error().message);
+        fail(pinned.error().message);
 }
 
 void MainWindow::toggleDualPane()
 {
     if (const Result<void> kept = tab()->panes().setDualPane(!tab()->panes().dualPane.get()); !kept)
-        say(kept.error().message);
+        fail(kept.error().message);
     tab()->focusActive();
     Q_EMIT changed();
 }
@@ -168,7 +175,7 @@ void MainWindow::togglePreview()
 {
     const bool shown = !state().preview;
     if (const Result<void> kept = m_services.defaults().setValue(showPreviewKey, shown); !kept)
-        say(kept.error().message);
+        fail(kept.error().message);
     showPreview(shown);
     previewSelection();
 }
@@ -206,6 +213,11 @@ bool MainWindow::hasSheet() const
 void MainWindow::say(const QString &message)
 {
     m_status->say(message);
+}
+
+void MainWindow::fail(const QString &message)
+{
+    pane()->showError(message);
 }
 
 } // namespace brellin

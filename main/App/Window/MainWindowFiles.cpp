@@ -18,6 +18,7 @@ void MainWindow::buildFileCommands()
     m_storage = std::make_unique<StorageOverview>();
     m_files = new FileCommands(m_services, this);
     connect(m_files, &FileCommands::said, this, &MainWindow::say);
+    connect(m_files, &FileCommands::failed, this, &MainWindow::fail);
     connect(m_files, &FileCommands::stateChanged, this, [this] {
         if (m_tabPages && tab())
             refreshState();

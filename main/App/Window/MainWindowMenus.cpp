@@ -61,6 +61,8 @@ void MainWindow::showMenu(const QPoint &global)
     add(Open, QStringLiteral("external-link"));
     addOpenWithMenu(*menu, selected);
     add(OpenInNewTab, QStringLiteral("square-plus"));
+    if (m_actions.at(ShowInFolder)->isEnabled())
+        add(ShowInFolder, QStringLiteral("folder-open"));
     addSendToMenu(*menu);
     menu->addSeparator();
     add(Cut, QStringLiteral("scissors"));
@@ -94,7 +96,7 @@ void MainWindow::addPinEntry(QMenu &menu, const Location &folder)
                           : QStringLiteral("An Schnellzugriff anheften"),
                    this, [this, folder] {
                        if (const Result<void> done = m_services.pins.toggle(folder); !done)
-                           say(done.error().message);
+                           fail(done.error().message);
                    });
 }
 
@@ -141,11 +143,17 @@ void MainWindow::change(std::function<Result<void>(const std::vector<Location> &
     onWorker(
         m_services.panes.workers, entries.front(), MountWorkers::Turn::OfMount, this,
         [entries, work = std::move(work)] { return work(entries); },
-        [this, where](const Result<void> &done) {
-            if (!done)
-                say(done.error().message);
-            if (where)
-                where->load();
+        [where, entries](const Result<void> &done) {
+            if (!where)
+                return;
+            std::vector<ChangedEntry> changes;
+            for (const Location &entry : entries)
+                changes.push_back({entry, entry});
+            where->showChanges(changes);
+            if (done)
+                where->dismissError();
+            else
+                where->showError(done.error().message);
         });
 }
 
@@ -297,7 +305,7 @@ void MainWindow::addUndoList(QMenu &menu)
 void MainWindow::showSettings()
 {
     auto *const sheet = new SettingsSheet(m_services, this);
-    connect(sheet, &SettingsSheet::failed, this, &MainWindow::say);
+    connect(sheet, &SettingsSheet::failed, this, &MainWindow::fail);
     sheet->open();
 }
 
@@ -305,7 +313,7 @@ void MainWindow::open(const std::vector<FileItem> &items)
 {
     for (const FileItem &item : items) {
         if (item.link == LinkState::Broken)
-            say(QStringLiteral("„%1“ verweist auf etwas, das es nicht mehr gibt.").arg(item.name()));
+            fail(QStringLiteral("„%1“ verweist auf etwas, das es nicht mehr gibt.").arg(item.name()));
         else
             askBeforeStarting(item);
     }
@@ -346,8 +354,8 @@ void MainWindow::openNow(const Location &entry)
         [entry, &workspace = m_services.agent.workspace] { return workspace.open(entry); },
         [this, entry](const Result<void> &opened) {
             if (!opened)
-                say(QStringLiteral("„%1“ kann nicht geöffnet werden: %2")
-                        .arg(shownName(entry), opened.error().message));
+                fail(QStringLiteral("„%1“ kann nicht geöffnet werden: %2")
+                         .arg(shownName(entry), opened.error().message));
         });
 }
 

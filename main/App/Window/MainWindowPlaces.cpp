@@ -20,6 +20,11 @@ const QString pathMark = QStringLiteral(" › ");
 
 } // namespace
 
+QString MainWindow::tagTitle(const QString &tag)
+{
+    return QStringLiteral("Markierung ") + tag;
+}
+
 const Place &MainWindow::place() const
 {
     return pane()->place.get();
@@ -31,8 +36,9 @@ MainWindow::Page MainWindow::pageOf(const Place &shown)
     switch (shown.kind) {
     case Folder:
     case Search:
-    case Tag:
         break;
+    case Tag:
+        return {m_places->widget(0), {tagTitle(shown.name)}};
     case Trash:
         return {made(Trash, &MainWindow::makeTrashPage), {QStringLiteral("Papierkorb")}};
     case Photos:
@@ -119,17 +125,14 @@ void MainWindow::showPlace()
     else if (arrived || m_storage->top.get() != now.location)
         m_storage->count(now.location);
     refreshState();
-    if (arrived && now.isPage())
-        page->setFocus();
+    if (arrived)
+        focusPlace();
 }
 
 void MainWindow::goBack()
 {
     if (place().kind == Place::Kind::Agent && m_agent->path().contains(pathMark)) {
         m_agent->showStart();
-    } else if (place().coversFolder()) {
-        pane()->leavePage();
-        tab()->focusActive();
     } else {
         pane()->goBack();
     }
@@ -151,16 +154,13 @@ void MainWindow::showBadge(int number)
 void MainWindow::ensureTrash()
 {
     if (const Result<void> made = createPrivateFolders(m_services.folders().trash); !made)
-        say(made.error().message);
+        fail(made.error().message);
 }
 
 void MainWindow::showEntry(const Location &entry)
 {
     addTab(entry.parent_path());
-    pane()->setSelection(Selection({entry}));
-    const QModelIndexList rows = tab()->activeView().view().selectionModel()->selectedRows();
-    if (!rows.isEmpty())
-        tab()->activeView().view().scrollTo(rows.constFirst());
+    pane()->select({entry});
 }
 
 void MainWindow::showPreview(bool shown)

@@ -37,6 +37,8 @@ PaneView *TabPage::addView(BrowserModel &pane)
     connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
     connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
     connect(view, &PaneView::menuRequested, this, &TabPage::menuRequested);
+    connect(view, &PaneView::rightsWanted, this, &TabPage::rightsWanted);
+    connect(view, &PaneView::escaped, this, &TabPage::escaped);
     connect(view, &PaneView::dropped, this, [this, &pane](const DroppedFiles &files) { Q_EMIT dropped(files, &pane); });
     m_splitter->addWidget(view);
     return view;
@@ -71,13 +73,13 @@ void TabPage::showActive()
 
 void TabPage::focusActive()
 {
-    activeView().view().setFocus();
+    activeView().focusList();
 }
 
 void TabPage::switchPane()
 {
     if (m_second)
-        (&activeView() == m_first ? m_second : m_first)->view().setFocus();
+        (&activeView() == m_first ? m_second : m_first)->focusList();
 }
 
 } // namespace brellin

@@ -29,6 +29,8 @@ public:
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
     Q_SIGNAL void menuRequested(const QPoint &global);
+    Q_SIGNAL void rightsWanted(const brellin::Location &entry);
+    Q_SIGNAL void escaped();
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files, brellin::BrowserModel *pane);
     /// Emitted when the second pane was created.
     Q_SIGNAL void paneAdded(brellin::BrowserModel *pane);

@@ -31,6 +31,10 @@ bool withFolders(const State &state)
 {
     return inFolder(state) && state.onlyFolders;
 }
+bool withResult(const State &state)
+{
+    return inFolder(state) && state.results && state.pane->onlySelected();
+}
 bool withArchive(const State &state)
 {
     return inFolder(state) && state.archive;
@@ -41,11 +45,11 @@ bool withManyTabs(const State &state)
 }
 bool withBack(const State &state)
 {
-    return state.page || (state.pane && state.pane->canGoBack.get());
+    return state.agent || (state.pane && state.pane->canGoBack.get());
 }
 bool withForward(const State &state)
 {
-    return inFolder(state) && state.pane->canGoForward.get();
+    return state.pane && state.pane->canGoForward.get();
 }
 bool withParent(const State &state)
 {
@@ -155,6 +159,7 @@ std::vector<WindowCommand> fileMenu()
              run(&MainWindow::openSelection));
     menu.add(OpenInNewTab, QStringLiteral("In neuem Tab öffnen"), {control | Qt::Key_Return}, leaves, withFolders,
              run(&MainWindow::openInNewTabs));
+    menu.add(ShowInFolder, QStringLiteral("Im Ordner zeigen"), {}, leaves, withResult, run(&MainWindow::showInFolder));
     menu.add(Rename, QStringLiteral("Umbenennen"), {Qt::Key_F2}, leaves, withSelection,
              run(&BrowserModel::beginRenameSelection));
     menu.add(Compress, QStringLiteral("Als ZIP komprimieren"), {}, leaves, withSelection, run(&FileCommands::compress));
@@ -199,7 +204,7 @@ std::vector<WindowCommand> editMenu()
     menu.add(CopyPath, QStringLiteral("Pfad kopieren"), {control | alt | Qt::Key_C}, leaves, withSelection,
              run(&FileCommands::copyPath));
     menu.add(Search, QStringLiteral("Suchen"), {control | Qt::Key_F}, works, inFolder, run(&MainWindow::focusSearch));
-    menu.add(EditPath, QStringLiteral("Pfad eingeben"), {control | Qt::Key_L}, works, inFolder,
+    menu.add(EditPath, QStringLiteral("Pfad eingeben"), {control | Qt::Key_L}, works, always,
              run(&MainWindow::editPath));
     menu.add(Pin, QStringLiteral("Ordner an Schnellzugriff anheften"), {}, leaves, inFolder,
              run(&MainWindow::togglePin));

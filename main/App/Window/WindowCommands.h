@@ -25,6 +25,7 @@ enum class CommandId {
     NewTextDocument,
     Open,
     OpenInNewTab,
+    ShowInFolder,
     Rename,
     MoveToTrash,
     DeleteForGood,
@@ -78,6 +79,7 @@ struct CommandState {
     BrowserModel *pane = nullptr; ///< the active pane
     bool page = false;            ///< the pane shows a page without folder entries: agent, photos, network, Trash …
     bool agent = false;           ///< that page is the agent's
+    bool results = false;         ///< of a search or tag
     bool manyTabs = false;
     bool dualPane = false;
     bool preview = false;

@@ -28,6 +28,7 @@ protected:
         file("kaputt.zip", "kein Archiv");
         file("unter/c.txt", "drei");
         ASSERT_TRUE(services->settings().setValue(QStringLiteral("terminal"), QStringLiteral("true")));
+        ASSERT_TRUE(services->settings().setValue(QStringLiteral("dualPane"), QVariant()));
         open();
         window->addTab(folder);
         window->run(CommandId::DualPane);
@@ -75,6 +76,11 @@ protected:
         if (id == CommandId::Reload) {
             pane().showPlace(Place::search(folder, QStringLiteral("txt")));
             ASSERT_TRUE(waitUntil([this] { return !pane().searchRunning.get(); }));
+        }
+        if (id == CommandId::ShowInFolder) {
+            pane().showPlace(Place::search(folder, QStringLiteral("txt")));
+            ASSERT_TRUE(waitUntil([this] { return !pane().searchRunning.get(); }));
+            pane().select({pane().items.get()[0].location()});
         }
         if (id == CommandId::Undo || id == CommandId::Redo) {
             window->run(CommandId::Rename);

@@ -38,7 +38,7 @@ TEST_F(PlacesTest, everyPlaceHasItsPageAndItsTitle)
         {Place::search(folder, QStringLiteral("a")), QStringLiteral("d")},
         {Place::agent(), agentTitle},
         {Place::trash(services->folders().trash), QStringLiteral("Papierkorb")},
-        {Place::tag(QStringLiteral("Rot")), QStringLiteral("Papierkorb")},
+        {Place::tag(QStringLiteral("Rot")), QStringLiteral("Markierung Rot")},
         {Place::folder(folder), QStringLiteral("d")},
         {Place::device(QStringLiteral("Kamera")), QStringLiteral("Kamera")},
         {Place::storage(folder), QStringLiteral("Speicherplatz")},
@@ -74,7 +74,8 @@ TEST_F(PlacesTest, aPageBelongsToThePaneThatOpenedIt)
     window->run(CommandId::Back);
     EXPECT_EQ(front(), entries);
     EXPECT_TRUE(rowsBecome({QStringLiteral("b.txt")})) << "what the page covered";
-    window->run(CommandId::StorageOverview);
+    window->run(CommandId::Forward);
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Speicherplatz"));
     pane().choose(SidebarItem::place(folder));
     EXPECT_EQ(front(), entries) << "the folder that the page covers can be chosen";
 }
