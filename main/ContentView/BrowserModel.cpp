@@ -1,12 +1,8 @@
 #include "ContentView/BrowserModel.h"
 
-#include "Base/German.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderViews.h"
 #include "ContentView/NameQuery.h"
-
-#include <algorithm>
-#include <unordered_map>
 
 namespace brellin {
 
@@ -15,8 +11,6 @@ namespace {
 constexpr std::chrono::milliseconds searchDelay{200};
 /// Minimum time between sorts by size while folders are being counted.
 constexpr std::chrono::milliseconds displayDelay{1000};
-/// Sorted synchronously up to this many entries, which takes less than a frame.
-constexpr std::size_t sortedAtOnce = 20'000;
 
 /// A missing Trash folder counts as empty: it is created on first use.
 bool isMissing(const Failure &error)
@@ -174,213 +168,6 @@ void BrowserModel::readChanges(const std::vector<std::string> &names)
     read(FolderReader::For::Watcher);
 }
 
-/// `rows` are the sorted rows of `shown`, if known already.
-void BrowserModel::setItems(const FileItems &shown, std::optional<DisplayedItems> rows)
-{
-    if (shown == items.get()) {
-        updateTexts();
-        return;
-    }
-    publish(items, shown);
-    if (rows)
-        show(*std::move(rows));
-    else
-        display();
-    keepWhatIsThere();
-}
-
-/// Sorts small lists synchronously, large ones on a worker.
-void BrowserModel::display()
-{
-    m_displaySoon.stop();
-    m_display.drop();
-    const FileItems list = items.get();
-    const DisplayOptions options{sortOrder.get(), m_itemFilter, sizesOfFolders()};
-    if (list.size() <= sortedAtOnce) {
-        show(displayed(list, options));
-        return;
-    }
-    using Call = FileCall<DisplayedItems>;
-    m_display.start(
-        m_services.workers, {current.get(), Call::Patience::None, MountWorkers::Turn::AtOnce},
-        [list, options](const JobControl &) { return displayed(list, options); },
-        [this](DisplayedItems rows) {
-            show(std::move(rows));
-            if (!m_reader.reading()) {
-                takeArrival();
-                renameCreated();
-            }
-        },
-        [] {});
-}
-
-void BrowserModel::show(DisplayedItems rows)
-{
-    m_display.drop();
-    publish(displayedItems, std::move(rows));
-    updateTexts();
-    requestSizes();
-}
-
-/// A copy of the known sizes, since FolderSizes may only be used on the main thread.
-KnownFolderSize BrowserModel::sizesOfFolders() const
-{
-    if (!sortsBySize())
-        return {};
-    const auto sizes = std::make_shared<std::unordered_map<const FileItem *, std::int64_t>>();
-    for (const FileItem &item : items.get()) {
-        if (const auto known = item.isFolder ? knownSize(item) : std::nullopt)
-            sizes->emplace(&item, *known);
-    }
-    return [sizes](const FileItem &folder) {
-        const auto known = sizes->find(&folder);
-        return known == sizes->end() ? std::nullopt : std::optional(known->second);
-    };
-}
-
-/// Deselects entries that are gone, and cancels renaming one that is gone.
-void BrowserModel::keepWhatIsThere()
-{
-    const Selection before = selection.get();
-    const std::optional<FileItem> renamed = renameTarget.get();
-    if (before.empty() && !renamed)
-        return;
-    if (selectionSummary().count() < before.size()) {
-        Selection left;
-        for (const FileItem &item : items.get()) {
-            if (before.contains(item))
-                left.insert(item);
-        }
-        setSelection(left);
-    }
-    const auto isRenamed = [&renamed](const FileItem &item) { return item.sameEntry(*renamed); };
-    if (renamed && std::ranges::none_of(items.get(), isRenamed))
-        cancelRename();
-}
-
-void BrowserModel::setSelection(Selection selected)
-{
-    publish(selection, std::move(selected));
-    updateTexts();
-}
-
-void BrowserModel::selectAll()
-{
-    setSelection(Selection::ofAll(displayedItems.get()));
-}
-
-void BrowserModel::setPosition(const ViewPosition &seen)
-{
-    publish(position, seen);
-}
-
-void BrowserModel::select(const std::vector<Location> &entries)
-{
-    if (!entries.empty())
-        arriveWith({Selection(entries), {entries.front(), {}}, {}});
-}
-
-void BrowserModel::selectFirstOf(std::vector<Location> entries)
-{
-    arriveWith({{}, {}, std::move(entries)});
-}
-
-void BrowserModel::arriveWith(Arrival wanted)
-{
-    m_arrival = std::move(wanted);
-    if (!m_reader.reading() && !m_display.running() && !searchRunning.get())
-        takeArrival();
-}
-
-/// Selects what was asked for as far as it is listed, and scrolls there.
-void BrowserModel::takeArrival()
-{
-    if (!m_arrival || (m_reader.reading() && showsListing()))
-        return;
-    Arrival wanted = *std::exchange(m_arrival, std::nullopt);
-    Selection there;
-    if (!wanted.selected.empty()) {
-        for (const FileItem &item : items.get())
-            if (wanted.selected.contains(item))
-                there.insert(item);
-    }
-    for (const Location &one : wanted.firstOf) {
-        if (!std::ranges::any_of(items.get(), [&](const FileItem &item) { return item.isAt(one.native()); }))
-            continue;
-        there.insert(one);
-        wanted.position = {one, {}};
-        break;
-    }
-    if (!there.empty())
-        setSelection(std::move(there));
-    publish(position, wanted.position);
-}
-
-std::vector<Location> BrowserModel::neighboursOfSelection() const
-{
-    const DisplayedItems &rows = displayedItems.get();
-    std::optional<std::size_t> before;
-    std::optional<std::size_t> after;
-    bool passed = false;
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        if (selection.get().contains(rows[row])) {
-            passed = true;
-            after.reset();
-        } else if (passed && !after) {
-            after = row;
-        } else if (!passed) {
-            before = row;
-        }
-    }
-    std::vector<Location> beside;
-    for (const std::optional<std::size_t> &row : {after, before})
-        if (row)
-            beside.push_back(rows[*row].location());
-    return beside;
-}
-
-std::vector<FileItem> BrowserModel::selectedItems() const
-{
-    std::vector<FileItem> selected;
-    const Selection &wanted = selection.get();
-    for (const FileItem &item : items.get()) {
-        if (selected.size() == wanted.size())
-            break;
-        if (wanted.contains(item))
-            selected.push_back(item);
-    }
-    return selected;
-}
-
-const SelectionSummary &BrowserModel::selectionSummary() const
-{
-    if (!m_summary)
-        m_summary = summaryOf(items.get(), selection.get());
-    return *m_summary;
-}
-
-const FileItem *BrowserModel::onlySelected() const
-{
-    if (selection.get().size() != 1)
-        return nullptr;
-    const std::optional<std::uint32_t> index = selectionSummary().first;
-    return index ? &items.get()[*index] : nullptr;
-}
-
-void BrowserModel::setSortOrder(SortOrder order)
-{
-    if (order == sortOrder.get())
-        return;
-    ++m_displayWish;
-    publish(sortOrder, std::move(order));
-    display();
-}
-
-bool BrowserModel::sortsBySize() const
-{
-    return brellin::sortsBySize(sortOrder.get());
-}
-
 void BrowserModel::setShowHidden(bool isShown)
 {
     if (isShown == showHidden.get())
@@ -392,71 +179,10 @@ void BrowserModel::setShowHidden(bool isShown)
         load();
 }
 
-void BrowserModel::setItemFilter(ItemFilter filter)
-{
-    ++m_displayWish;
-    m_itemFilter = std::move(filter);
-    display();
-}
-
-void BrowserModel::setVisibleRows(std::size_t first, std::size_t count)
-{
-    if (first == m_firstVisible && count == m_visibleCount)
-        return;
-    m_firstVisible = first;
-    m_visibleCount = count;
-    requestSizes();
-}
-
-void BrowserModel::requestSizes()
-{
-    // Requesting all folders of a large list is wasteful: views request again when scrolled.
-    constexpr std::size_t mostBeyond = 1000;
-    const DisplayedItems &rows = displayedItems.get();
-    const std::size_t first = std::min(m_firstVisible, rows.size());
-    const std::size_t end = std::min(rows.size(), first + m_visibleCount + mostBeyond);
-    std::vector<Location> folders;
-    for (std::size_t row = first; row < end && rows[row].isFolder; ++row) {
-        if (rows[row].link == LinkState::None)
-            folders.push_back(rows[row].location());
-    }
-    m_services.sizes.request(this, std::move(folders));
-}
-
-void BrowserModel::heardSizes()
-{
-    if (sortsBySize() && !m_displaySoon.isActive())
-        m_displaySoon.start();
-    if (!selection.get().empty())
-        updateTexts();
-}
-
-std::optional<std::int64_t> BrowserModel::knownSize(const FileItem &folder) const
-{
-    if (folder.link != LinkState::None)
-        return std::nullopt;
-    const std::optional<FolderSize> known = m_services.sizes.size(folder.location());
-    return known ? std::optional(known->bytes) : std::nullopt;
-}
-
 void BrowserModel::updateTexts()
 {
     publish(statusText, statusLine(items.get().size(), selectionText(), freeSpace.get()));
     publish(emptyText, emptyTextNow());
-}
-
-QString BrowserModel::selectionText() const
-{
-    if (selection.get().empty())
-        return {};
-    const SelectionSummary &summary = selectionSummary();
-    std::int64_t bytes = summary.fileBytes;
-    for (const std::uint32_t index : summary.folders)
-        bytes += knownSize(items.get()[index]).value_or(0);
-    QString text = german().toString(static_cast<qint64>(selection.get().size())) + QStringLiteral(" ausgewählt");
-    if (bytes >= 1)
-        text += QStringLiteral("  ") + sizeText(bytes);
-    return text;
 }
 
 QString BrowserModel::emptyTextNow() const

@@ -181,6 +181,7 @@ public:
     void endResults();
     /// Goes where a row of the sidebar leads.
     void choose(const SidebarItem &item);
+    const Location &home() const { return m_services.folders.home; }
     /// The folders of the history; Back and Forward also lead to results and pages that were shown between them.
     std::vector<Location> backStack() const { return m_history.folders(NavigationHistory::Way::Back, current.get()); }
     std::vector<Location> forwardStack() const
