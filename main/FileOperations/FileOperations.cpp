@@ -68,6 +68,7 @@ FileOperations::~FileOperations() = default;
 
 void FileOperations::start(const QString &title, Work work, Finished finished)
 {
+    publish(status, QString()); // the same result again is news
     auto made = std::make_unique<Operation>();
     Operation *const operation = made.get();
     operation->id = ++m_lastId;

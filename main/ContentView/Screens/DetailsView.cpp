@@ -15,7 +15,7 @@ namespace {
 
 const QString widthsKey = QStringLiteral("detailsColumns");
 
-constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 220};
+constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200};
 /// Minimum width of the view for each column; narrower views hide it.
 constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720, 380};
 
@@ -162,8 +162,11 @@ void DetailsView::chooseColumns()
     const Place::Kind kind = m_pane.place.get().kind;
     const bool results = kind == Place::Kind::Search || kind == Place::Kind::Tag;
     for (int section = 1; section < columnCount; ++section) {
-        const bool fits = viewport()->width() >= scaled(neededWidths.at(static_cast<std::size_t>(section)));
-        header()->setSectionHidden(section, !fits || (section == static_cast<int>(Column::Folder) && !results));
+        const bool folder = section == static_cast<int>(Column::Folder);
+        // In results the others make room for it, so that names remain readable.
+        const int room = results && !folder ? usualWidths.at(static_cast<std::size_t>(Column::Folder)) : 0;
+        const bool fits = viewport()->width() >= scaled(neededWidths.at(static_cast<std::size_t>(section)) + room);
+        header()->setSectionHidden(section, !fits || (folder && !results));
     }
 }
 

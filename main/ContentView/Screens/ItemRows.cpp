@@ -150,15 +150,19 @@ QString ItemRows::sizeTextOf(const FileItem &item) const
     return m_sizes.calculating(folder) ? QStringLiteral("Zähle …") : folderSizeText(m_sizes.size(folder));
 }
 
-/// Below the folder of a search from there on, otherwise the whole path.
+/// Relative to the folder of a search, „~/Bilder“ in the home folder, otherwise the whole path.
 QString ItemRows::folderTextOf(const FileItem &item) const
 {
     const Location folder = item.location().parent_path();
     const Place &now = m_pane.place.get();
-    if (now.kind != Place::Kind::Search || !isAtOrBelow(folder, now.location))
+    const bool found = now.kind == Place::Kind::Search && isAtOrBelow(folder, now.location);
+    const Location above = found ? now.location : m_pane.home();
+    if (!isAtOrBelow(folder, above))
         return brellin::shown(folder);
-    const Location below = folder.lexically_relative(now.location);
-    return below == "." ? shownName(now.location) : brellin::shown(below);
+    const Location below = folder.lexically_relative(above);
+    if (found)
+        return below == "." ? shownName(above) : brellin::shown(below);
+    return below == "." ? QStringLiteral("~") : QStringLiteral("~/") + brellin::shown(below);
 }
 
 bool ItemRows::sizeIsStale(const FileItem &item) const
