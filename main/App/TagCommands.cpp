@@ -91,7 +91,8 @@ ExitCode runTaggedCommand(CommandContext &context)
     const QString tag = QString::fromStdString(words.front());
     using Found = Result<std::vector<Location>>;
     const auto found = workWithProgress<Found>(
-        context.terminal, [&](JobControl &control) { return context.services.tagSearch().find(tag, scope, control, {}); },
+        context.terminal,
+        [&](JobControl &control) { return context.services.tagSearch().find(tag, scope, control, {}); },
         [&](const JobControl &) { return QStringLiteral("Suche „%1“ …").arg(tag); });
     if (!found && found.error().isCancelled())
         return exitCodeOf(found.error(), context.terminal);
