@@ -96,6 +96,7 @@ void PaneView::addRemedies()
 {
     QLayout &buttons = *m_remedies->layout();
     while (QLayoutItem *const old = buttons.takeAt(0)) {
+        old->widget()->hide(); // may be the button whose click is being handled
         old->widget()->deleteLater();
         delete old;
     }
@@ -246,7 +247,7 @@ void PaneView::tellPosition()
     m_moving = true;
     const QModelIndex current = view().currentIndex();
     ViewPosition now = m_pane.position.get();
-    if (!current.isValid())
+    if (!current.isValid() || current.row() >= m_rows->rowCount())
         now.current.clear();
     else if (const FileItem &item = m_rows->item(current.row()); !item.isAt(now.current.native()))
         now.current = item.location();

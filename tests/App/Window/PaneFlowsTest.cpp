@@ -11,6 +11,8 @@
 #include <QSignalSpy>
 #include <QTabBar>
 
+#include <cerrno>
+
 using namespace brellin;
 using brellin::test::waitUntil;
 using brellin::test::WindowWorld;
@@ -255,6 +257,26 @@ TEST_F(PaneFlowsTest, aFailureStaysUntilItIsMended)
     type(QStringLiteral("d"));
     key(Qt::Key_Return);
     EXPECT_TRUE(waitUntil([this] { return has("d.txt") && banner().isEmpty(); })) << "until the next success";
+}
+
+TEST_F(PaneFlowsTest, theBannerLeadsToSpaceAndRights)
+{
+    const Location entry = file("a.txt");
+    open();
+    const auto fails = [&](int cause) {
+        const EntryFailure failed{entry, Failure::system(cause)};
+        pane().showFailure(paneFailure(failed.line(), {failed}));
+    };
+    fails(EACCES);
+    QTest::mouseClick(shownOne<QAbstractButton>(QStringLiteral("bannerShowRights")), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([this] { return shownOne<QWidget>(QStringLiteral("propertiesSheet")) != nullptr; }));
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([this] { return shownOne<QWidget>(QStringLiteral("propertiesSheet")) == nullptr; }));
+    EXPECT_FALSE(banner().isEmpty()) << "the sheet has taken the key";
+    fails(ENOSPC);
+    EXPECT_EQ(shownOne<QAbstractButton>(QStringLiteral("bannerShowRights")), nullptr);
+    QTest::mouseClick(shownOne<QAbstractButton>(QStringLiteral("bannerFreeSpace")), Qt::LeftButton);
+    EXPECT_EQ(pane().place.get(), Place::storage(folder));
 }
 
 TEST_F(PaneFlowsTest, saysWhatWasTakenBackAndWhatNot)
