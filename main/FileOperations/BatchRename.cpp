@@ -4,6 +4,7 @@
 #include "Base/German.h"
 #include "FileOperations/OperationTexts.h"
 #include "FileOperations/ProgressFraction.h"
+#include "FileOperations/RecordedAction.h"
 
 #include <algorithm>
 #include <iterator>
@@ -107,12 +108,15 @@ void BatchRename::run(std::vector<RenamePair> pairs, Direction direction)
 {
     publish(running, true);
     publish(error, std::optional<QString>());
+    if (direction == Direction::Forth)
+        m_step = QUuid::createUuid();
+    const auto rename = direction == Direction::Forth ? renameBatchRecorded : takeBatchBack;
     m_renaming.start(
         *m_pool,
-        [pairs = std::move(pairs), &files = m_services.files, logs = m_services.renameLogs,
-         mayChange = m_services.mayChange](JobControl &control) -> BatchRenameOutcome {
+        [pairs = std::move(pairs), rename, step = m_step, &files = m_services.files, logs = m_services.renameLogs,
+         records = m_services.records, mayChange = m_services.mayChange](JobControl &control) -> BatchRenameOutcome {
             const bool allowed = !mayChange || std::ranges::all_of(pairs, mayChange, &RenamePair::from);
-            return allowed ? renameBatch(pairs, files, logs, control)
+            return allowed ? rename(pairs, files, logs, control, records, step)
                            : BatchRenameOutcome{{}, Failure{operationTexts::systemRefusal(), {}}, {}};
         },
         [this, direction](const BatchRenameOutcome &outcome) { finished(outcome, direction); },
@@ -131,11 +135,11 @@ void BatchRename::finished(const BatchRenameOutcome &outcome, Direction directio
         direction == Direction::Forth ? QStringLiteral("%1 umbenannt.") : QStringLiteral("%1 zurückbenannt.");
     publish(status, text.arg(german().toString(static_cast<qlonglong>(outcome.done.size()))));
     if (direction == Direction::Forth) {
-        m_services.undo.record({UserAction::Kind::BatchRename, outcome.done});
+        m_services.undo.record({UserAction::Kind::BatchRename, outcome.done, false, m_step});
         publish(done, outcome.done);
         return;
     }
-    m_services.undo.forget({UserAction::Kind::BatchRename, done.get()});
+    m_services.undo.forget({UserAction::Kind::BatchRename, done.get(), false, m_step});
     publish(done, std::vector<UserAction::Entry>());
 }
 

@@ -26,6 +26,7 @@ struct BatchRenameServices {
     UserUndo &undo;
     /// Whether an entry may be renamed. Called on workers; empty allows all.
     std::function<bool(const Location &entry)> mayChange = {};
+    StepRecords *records = nullptr; ///< where it is recorded; null: nowhere
 };
 
 /// Model of the batch rename sheet: fields, live preview, renaming and undo. Lives on the main thread. Destroying it
@@ -69,6 +70,7 @@ private:
     const std::shared_ptr<QThreadPool> m_pool;
     RenameFacts m_facts;
     bool m_factsKnown = false;
+    QUuid m_step; ///< of what was renamed, in the history
     Job<RenameFacts> m_reading;
     Job<BatchRenameOutcome> m_renaming;
 };

@@ -4,6 +4,7 @@
 #include "FileOperations/NewEntries.h"
 #include "FileOperations/OperationTexts.h"
 #include "FileOperations/ProgressFraction.h"
+#include "FileOperations/RecordedAction.h"
 #include "FileOperations/Unpacking.h"
 #include "FileOperations/ZipArchive.h"
 
@@ -98,6 +99,11 @@ FileOperations::Work FileOperations::guarded(std::vector<Location> places, Work 
     };
 }
 
+FileOperations::Work FileOperations::guarded(std::vector<Location> places, StepPlan step, Work work) const
+{
+    return guarded(std::move(places), recorded(m_services.records, std::move(step), std::move(work)));
+}
+
 void FileOperations::ended(int id, const OperationOutcome &outcome, const Finished &finished)
 {
     // Keep the operation alive until return: its job is calling this. `tell` may start another operation.
@@ -129,7 +135,7 @@ void FileOperations::newTextDocument(const Location &folder, Then then)
 {
     start(QStringLiteral("Lege Textdokument an"),
           guarded(
-              {folder / "Neu"},
+              {folder / "Neu"}, {StepKind::NewFile, {}, {}},
               [folder](JobControl &) { return outcomeOf(UserAction::Kind::NewFile, {}, createTextDocument(folder)); }),
           telling({}, std::move(then)));
 }
@@ -138,8 +144,10 @@ void FileOperations::trash(const std::vector<Location> &entries, Then then)
 {
     const QString what = named(entries);
     start(QStringLiteral("Lege %1 in den Papierkorb").arg(what),
-          guarded(entries, [entries, &trash = m_services.trash](
-                               JobControl &control) { return putInTrash(entries, trash, control); }),
+          guarded(entries, {StepKind::Trash, entries, {}},
+                  [entries, &trash = m_services.trash](JobControl &control) {
+                      return putInTrash(entries, trash, control);
+                  }),
           telling(QStringLiteral("%1 in den Papierkorb gelegt.").arg(what), std::move(then)));
 }
 
@@ -191,7 +199,7 @@ void FileOperations::compress(std::vector<Location> entries, const Location &int
 {
     const QString title = QStringLiteral("Komprimiere %1").arg(named(entries));
     start(title,
-          guarded({into / "Neu"},
+          guarded({into / "Neu"}, {StepKind::Archive, {}, into / zipName(entries)},
                   [entries = std::move(entries), into, &files = m_services.files, &processes = m_services.processes,
                    logs = m_services.archiveLogs](JobControl &control) {
                       const Result<Packed> packed = brellin::compress(entries, into, files, processes, control, logs);
@@ -238,7 +246,7 @@ void FileOperations::unpack(const Location &archive, const Location &folder, The
 void FileOperations::startUnpacking(const Location &archive, const Location &folder, Then then)
 {
     start(QStringLiteral("Entpacke „%1“").arg(shownName(archive)),
-          guarded({folder / "Neu"},
+          guarded({folder / "Neu"}, {StepKind::Unpack, {archive}, {}},
                   [archive, folder,
                    services = UnpackingServices{m_services.files, m_services.volumes, m_services.archiveReader,
                                                 m_services.archiveLogs}](JobControl &control) {
@@ -258,7 +266,7 @@ void FileOperations::startUnpacking(const Location &archive, const Location &fol
 void FileOperations::makeAlias(std::vector<Location> sources, const Location &folder, Then then)
 {
     start(QStringLiteral("Lege Verknüpfungen an"),
-          guarded({folder / "Neu"},
+          guarded({folder / "Neu"}, {StepKind::Alias, {}, {}},
                   [sources = std::move(sources), folder](JobControl &) { return makeAliases(sources, folder); }),
           telling({}, std::move(then)));
 }

@@ -32,7 +32,8 @@ struct FileOperationServices {
     Location archiveReader; ///< path of "…/brellin-bild"
     /// Whether an entry may be changed, or one of this name created. Called on workers; empty allows all.
     std::function<bool(const Location &entry)> mayChange = {};
-    Location archiveLogs = {}; ///< folder for notes about hidden folders of archives, read after a crash
+    Location archiveLogs = {};      ///< folder for notes about hidden folders of archives, read after a crash
+    StepRecords *records = nullptr; ///< where operations are recorded; null: nowhere
 };
 
 /// A running operation, for a row of the panel.
@@ -118,6 +119,8 @@ private:
     void start(const QString &title, Work work, Finished finished);
     /// Wraps the work; refuses to start it if one of these places belongs to the system.
     Work guarded(std::vector<Location> places, Work work) const;
+    /// The same, recorded as a step.
+    Work guarded(std::vector<Location> places, StepPlan step, Work work) const;
     /// The usual end: records for undo, publishes status and errors, the latter after `lead`, calls `then`.
     Finished telling(const QString &success, Then then, const QString &lead = {});
     void startDeleting(std::vector<DoomedEntry> entries, Then then);

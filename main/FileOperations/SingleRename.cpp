@@ -1,6 +1,7 @@
 #include "FileOperations/SingleRename.h"
 
 #include "FileOperations/BatchRenameRun.h"
+#include "FileOperations/RecordedAction.h"
 
 namespace brellin {
 
@@ -37,6 +38,35 @@ Result<void> renameSingle(const Location &from, const Location &to, FileActions 
                                    .arg(shownName(outcome.notPutBack.front())),
                                outcome.failure->code});
     return outcome.failure ? Result<void>(failure(*outcome.failure)) : Result<void>();
+}
+
+namespace {
+
+/// Does one thing to an entry as a step.
+Result<void> doRecorded(StepRecords *records, StepKind kind, const Location &from, const Location &to,
+                        const std::function<Result<void>()> &act)
+{
+    if (!records)
+        return act();
+    OpenStep step = records->begin(kind, {{from, to, from.empty() ? std::nullopt : EntryMark::of(from)}});
+    Result<void> done = act();
+    if (done) {
+        records->remember(to, step.id());
+        step.settle(stepEntries({from.empty() ? recordOfMade(from, to) : recordOf(from, to)}));
+    }
+    return done;
+}
+
+} // namespace
+
+Result<void> LoggedFileActions::rename(const Location &from, const Location &to)
+{
+    return doRecorded(m_records, StepKind::Rename, from, to, [&] { return renameSingle(from, to, m_disk, m_logs); });
+}
+
+Result<void> LoggedFileActions::createFolder(const Location &folder)
+{
+    return doRecorded(m_records, StepKind::NewFolder, {}, folder, [&] { return m_disk.createFolder(folder); });
 }
 
 } // namespace brellin

@@ -11,12 +11,15 @@
 
 namespace brellin {
 
+class StepRecords;
+
 /// Ports; all must outlive the undo.
 struct UndoServices {
     FileActions &files;
     Trash &trash;
     Location renameLogs;
     Location transferLogs = {}; ///< copies across volumes are logged here, as for any transfer
+    StepRecords *records = nullptr; ///< for `undoRecorded`; null: nothing is recorded
 };
 
 /// Result of undoing an action.

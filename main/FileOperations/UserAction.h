@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "Disk/EntryMark.h"
 #include "Disk/TreeMark.h"
+#include "Records/RecordedStep.h"
 
 #include <QString>
 #include <QStringList>
@@ -15,7 +16,7 @@ namespace brellin {
 
 /// A file action of the user, with what undo needs.
 struct UserAction {
-    enum class Kind { Rename, BatchRename, Move, Copy, Trash, NewFolder, NewFile, Alias, Archive, Unpack };
+    using Kind = StepKind;
 
     /// One entry: its old and new location, and its state at the new one. Created entries have no relevant `from`; for
     /// copies it is the source.
@@ -40,6 +41,7 @@ struct UserAction {
     /// The undoing of such an action, kept for redo: `to` is where an entry is now (empty if it was removed), `from` where
     /// redo puts it, and `replaced` what it replaces there again. What went to the Trash once more has no `from`.
     bool undone = false;
+    QUuid step = {}; ///< its id in the history; null: it is not there
 
     bool operator==(const UserAction &) const = default;
 };

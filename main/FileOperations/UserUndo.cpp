@@ -2,6 +2,7 @@
 
 #include "Base/AbandonablePool.h"
 #include "FileOperations/ProgressFraction.h"
+#include "FileOperations/RecordedAction.h"
 
 #include <algorithm>
 #include <utility>
@@ -90,7 +91,7 @@ void UserUndo::start(Way way, const UserAction &action)
     publish(status, QString());
     publish(errorMessage, std::optional<QString>());
     m_job.start(
-        *m_pool, [action, services = m_services](JobControl &control) { return undoAction(action, services, control); },
+        *m_pool, [action, services = m_services](JobControl &control) { return undoRecorded(action, services, control); },
         [this, way, action](const UndoneAction &outcome) { finished(way, action, outcome); },
         [this](const JobControl &control) { publish(progress, progressFraction(control)); });
 }

@@ -40,4 +40,11 @@ struct RecordedStep {
     bool operator==(const RecordedStep &) const = default;
 };
 
+/// What is known of a step before it begins.
+struct StepPlan {
+    StepKind kind = StepKind::Rename;
+    std::vector<Location> from; ///< empty: something is made of nothing that matters
+    Location to;                ///< where they go, or what is made; empty: not known
+};
+
 } // namespace brellin

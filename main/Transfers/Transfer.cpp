@@ -1,6 +1,6 @@
 #include "Transfers/Transfer.h"
 
-#include "Transfers/TransferEngine.h"
+#include "Transfers/RecordedTransfer.h"
 
 #include <utility>
 
@@ -113,9 +113,9 @@ void Transfer::run()
     const TransferServices services = m_queue.m_services;
     m_running.start(
         services.workers, longWork<TransferOutcome>(m_request.destination),
-        [services, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes,
+        [services, id = m_id, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes,
          open = OpenWork::begin(TransferState::controlOf(m_job->state))](const JobControl &) {
-            return TransferEngine(services).run(steps, kind, *state, sizes);
+            return runRecorded(services, id, steps, kind, *state, sizes);
         },
         [this](TransferOutcome outcome) { ran(std::move(outcome)); }, {});
     m_queue.publishAll();

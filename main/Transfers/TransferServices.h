@@ -9,6 +9,8 @@
 
 namespace brellin {
 
+class StepRecords;
+
 /// Ports of transfers; all must outlive the queue and its workers.
 struct TransferServices {
     FileActions &files;
@@ -19,6 +21,7 @@ struct TransferServices {
     /// Whether an entry may be created or removed at this path, i.e. not in a system location. Called on workers; empty
     /// allows all.
     std::function<bool(const Location &entry)> mayChange;
+    StepRecords *records = nullptr; ///< where the user's transfers are recorded; null: nowhere
 };
 
 } // namespace brellin
