@@ -73,6 +73,8 @@ ExitCode runCommand(const Command &command, const std::vector<std::string> &word
     Services services;
     CommandContext context{services, terminal, *arguments};
     ExitCode code = command.run(context);
+    if (const std::optional<QString> unrecorded = services.records().takeFailure())
+        terminal.message(printable(*unrecorded));
     if (command.name != QStringLiteral("reste"))
         mentionRemnants(services, terminal);
     if (!Terminal::allWritten()) {

@@ -5,6 +5,7 @@
 #include "FileOperations/BatchRenameRun.h"
 #include "FileOperations/NewEntries.h"
 #include "FileOperations/OperationTexts.h"
+#include "FileOperations/RecordedAction.h"
 #include "FileOperations/RenameFacts.h"
 #include "FileOperations/TrashActions.h"
 #include "FileOperations/ZipArchive.h"
@@ -180,7 +181,8 @@ ExitCode runRenameCommand(CommandContext &context)
     const auto outcome = workWithProgress<BatchRenameOutcome>(
         context.terminal,
         [&](JobControl &control) {
-            return renameBatch(prepared.pairs, context.services.files(), context.services.renameLogs(), control);
+            return renameBatchRecorded(prepared.pairs, context.services.files(), context.services.renameLogs(), control,
+                                       &context.services.records(), QUuid::createUuid());
         },
         [](const JobControl &control) { return progressText(QStringLiteral("Benenne um"), control); });
     for (const Location &place : outcome.notPutBack)
@@ -207,7 +209,8 @@ ExitCode runTrashCommand(CommandContext &context)
         context,
         workWithProgress<OperationOutcome>(
             context.terminal,
-            [&](JobControl &control) { return putInTrash(entries, context.services.trash(), control); },
+            recorded(&context.services.records(), {StepKind::Trash, entries, {}},
+                     [&](JobControl &control) { return putInTrash(entries, context.services.trash(), control); }),
             [](const JobControl &control) { return progressText(QStringLiteral("Lege in den Papierkorb"), control); }));
 }
 
@@ -223,8 +226,13 @@ ExitCode runZipCommand(CommandContext &context)
     const auto made = workWithProgress<Result<Packed>>(
         context.terminal,
         [&](JobControl &control) {
-            return compress(entries, entries.front().parent_path(), context.services.files(),
-                            context.services.processes(), control, context.services.archiveLogs());
+            const Location folder = entries.front().parent_path();
+            OpenStep step = context.services.records().begin(StepKind::Archive, {{{}, folder / zipName(entries)}});
+            Result<Packed> packed = compress(entries, folder, context.services.files(), context.services.processes(),
+                                             control, context.services.archiveLogs());
+            if (packed)
+                step.settle(stepEntries({recordOfMade({}, packed->place)}));
+            return packed;
         },
         [](const JobControl &control) { return progressText(QStringLiteral("Komprimiere"), control); });
     if (!made) {
@@ -248,18 +256,18 @@ ExitCode runAliasCommand(CommandContext &context)
     const std::vector<Location> made = folders.empty() ? entries : std::vector{typedLocation(folders.front()) / "Neu"};
     if (const std::optional<QString> why = systemRefusal(context, made))
         return context.refuse(printable(*why));
+    const OperationWork make = [&](JobControl &) {
+        OperationOutcome all;
+        for (const Location &entry : entries) {
+            const OperationOutcome one =
+                makeAliases({entry}, folders.empty() ? entry.parent_path() : typedLocation(folders[0]));
+            std::ranges::copy(one.action.entries, std::back_inserter(all.action.entries));
+            all.failures << one.failures;
+        }
+        return all;
+    };
     return report(context, workWithProgress<OperationOutcome>(
-                               context.terminal,
-                               [&](JobControl &) {
-                                   OperationOutcome all;
-                                   for (const Location &entry : entries) {
-                                       const OperationOutcome one = makeAliases(
-                                           {entry}, folders.empty() ? entry.parent_path() : typedLocation(folders[0]));
-                                       std::ranges::copy(one.action.entries, std::back_inserter(all.action.entries));
-                                       all.failures << one.failures;
-                                   }
-                                   return all;
-                               },
+                               context.terminal, recorded(&context.services.records(), {StepKind::Alias, {}, {}}, make),
                                [](const JobControl &) { return QStringLiteral("Lege Verknüpfungen an"); }));
 }
 

@@ -21,6 +21,7 @@ Services::Services(Writing writing)
     , m_pdfReader(m_processes, decoderProgram())
     , m_tagSearch({m_folders.trash.parent_path()})
     , m_stateFolder(stateFolder(m_folders.home))
+    , m_records(m_stateFolder / "verlauf", m_defaults, m_clock)
 {
 }
 
@@ -31,9 +32,8 @@ Location Services::decoderProgram()
 
 TransferServices Services::forTransfers(MountWorkers &workers)
 {
-    return {m_files, m_trash,        m_volumes,
-            workers, transferLogs(), [this](const Location &entry) {
-                return mayChange(entry); }};
+    const auto mayTransfer = [this](const Location &entry) { return mayChange(entry); };
+    return {m_files, m_trash, m_volumes, workers, transferLogs(), mayTransfer, &m_records};
 }
 
 AgentServices Services::agentServices(UserDefaults &defaults)

@@ -4,6 +4,7 @@
 #include "App/UserLocations.h"
 #include "Disk/SystemTrash.h"
 #include "Features/TagSearch.h"
+#include "Records/StepRecords.h"
 #include "System/Decoders.h"
 #include "System/DeferredUserDefaults.h"
 #include "System/FileUserDefaults.h"
@@ -52,6 +53,8 @@ public:
     DeferredUserDefaults &deferredSettings() { return m_deferred; }
     /// Settings for read-only use: writes are discarded.
     UserDefaults &forgottenSettings() { return m_forgotten; }
+    /// The history of the user's own steps.
+    StepRecords &records() { return m_records; }
     const TagSearch &tagSearch() const { return m_tagSearch; }
 
 private:
@@ -74,6 +77,7 @@ private:
     PdfReader m_pdfReader;
     WalkTagSearch m_tagSearch;
     Location m_stateFolder;
+    StepRecords m_records;
 };
 
 } // namespace brellin

@@ -11,6 +11,7 @@ UserAction actionOf(const TransferRecord &record)
             action.entries.push_back(
                 {entry.src, entry.dst, entry.state, entry.replaced, entry.replacedMark, entry.created, entry.content});
     }
+    action.step = record.id;
     return action;
 }
 

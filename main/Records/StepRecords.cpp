@@ -278,6 +278,12 @@ void StepRecords::tell(const Failure &why)
         m_untold = text;
 }
 
+std::optional<QString> StepRecords::takeFailure()
+{
+    const std::scoped_lock guard(m_mutex);
+    return std::exchange(m_untold, std::nullopt);
+}
+
 void StepRecords::remember(const Location &place, const QUuid &step)
 {
     const std::scoped_lock guard(m_mutex);

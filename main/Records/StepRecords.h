@@ -49,6 +49,9 @@ public:
     /// Called once, on any thread, if something could not be recorded.
     void onFailure(std::function<void(const QString &)> told);
 
+    /// The failure that onFailure() would be told, for a program that asks at its end; only once.
+    std::optional<QString> takeFailure();
+
     /// Passes the id of a recorded step to another part of the program by location; stepAt() removes it.
     void remember(const Location &place, const QUuid &step);
     QUuid stepAt(const Location &place);

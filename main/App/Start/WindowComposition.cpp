@@ -32,11 +32,11 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_placed(m_images, services.volumes())
     , m_workspace(services.settings(), DesktopEnvironment::ofThisUser(services.folders().home))
     , m_transfers(services.forTransfers(m_workers), services.clock())
-    , m_paneFiles(services.renameLogs())
-    , m_undo({services.files(), services.trash(), services.renameLogs(), services.transferLogs()})
+    , m_paneFiles(services.renameLogs(), &services.records())
+    , m_undo({services.files(), services.trash(), services.renameLogs(), services.transferLogs(), &services.records()})
     , m_operations({services.files(), services.trash(), services.volumes(), services.processes(), m_workspace,
                     services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services),
-                    services.archiveLogs()})
+                    services.archiveLogs(), &services.records()})
     , m_sendTo(services.settings(), services.folders())
     , m_agent(services.forAgent(), CleanupAgent::Loading::WithStart)
     , m_model(services.forAgent().forModel())
@@ -46,11 +46,18 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
     m_notices.hear(m_operations, m_undo, m_transfers, m_volumeList);
     services.deferredSettings().onFailure([this](const Failure &why) { settingNotStored(why); });
+    services.records().onFailure([notices = QPointer(&m_notices)](const QString &text) {
+        Mailbox::ofMainThread().post([notices, text] {
+            if (notices)
+                notices->add(text);
+        });
+    });
 }
 
 WindowComposition::~WindowComposition()
 {
     m_services.deferredSettings().onFailure({});
+    m_services.records().onFailure({});
 }
 
 /// The agent shows the stored settings again.
@@ -96,9 +103,11 @@ WindowServices WindowComposition::forWindows()
             m_operations,
             m_undo,
             m_sendTo,
-            {m_services.files(), m_services.decoder(), m_services.renameLogs(), m_undo, mayChange(m_services)},
+            {m_services.files(), m_services.decoder(), m_services.renameLogs(), m_undo, mayChange(m_services),
+             &m_services.records()},
             m_services.processes(),
-            m_notices};
+            m_notices,
+            m_services.records()};
 }
 
 /// Another process has changed stored data.
@@ -129,6 +138,8 @@ void WindowComposition::start()
     m_volumeList.start();
     m_agent.start();
     m_check.start();
+    m_workers.run(m_services.records().folder(), MountWorkers::Turn::AtOnce,
+                  [&records = m_services.records(), &trash = m_services.trash()] { records.settle(trash); });
     m_watch = std::make_unique<SettingsWatch>(m_services.settings().fileOf(Pins::key).parent_path(),
                                               [this](const std::set<std::string> &lists) { reload(lists); });
 }

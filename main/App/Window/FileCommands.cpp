@@ -8,6 +8,7 @@
 #include "FileOperations/Screens/PropertiesSheet.h"
 #include "Look/Attention.h"
 #include "Look/YesNoSheet.h"
+#include "Records/StepRecords.h"
 #include "SendTo/MailAttachment.h"
 #include "Transfers/Screens/TransferPanel.h"
 
@@ -118,10 +119,11 @@ void FileCommands::recordChange(const Location &from, const Location &to)
 {
     onWorker(
         m_services.panes.workers, to, MountWorkers::Turn::OfMount, this,
-        [from, to] {
+        [from, to, &records = m_services.records] {
+            const QUuid step = records.stepAt(to);
             if (from.empty())
-                return UserAction{UserAction::Kind::NewFolder, {recordOfMade(from, to)}};
-            return UserAction{UserAction::Kind::Rename, {recordOf(from, to)}};
+                return UserAction{UserAction::Kind::NewFolder, {recordOfMade(from, to)}, step};
+            return UserAction{UserAction::Kind::Rename, {recordOf(from, to)}, step};
         },
         [this](const UserAction &action) { m_services.undo.record(action); });
 }

@@ -16,6 +16,7 @@ class FoldedSections;
 class NetworkServers;
 class Notices;
 class Pins;
+class StepRecords;
 class ThumbnailImages;
 class TrashList;
 class VolumeList;
@@ -42,6 +43,7 @@ struct WindowServices {
     BatchRenameServices renaming;
     ProcessRunner &processes;
     Notices &notices;
+    StepRecords &records;
 
     /// Whether file work is running that quitting would interrupt.
     bool busy() const;
