@@ -36,7 +36,11 @@ std::vector<Command> agentCommands()
          QStringLiteral("Regeln zeigen, sichern, ersetzen oder um die Beispiele ergänzen"),
          {},
          runRulesCommand},
-        {QStringLiteral("verlauf"), {}, QStringLiteral("zeigen, was wann aufgeräumt wurde"), {}, runHistoryCommand},
+        {QStringLiteral("verlauf"),
+         QStringLiteral("[--alle | suchen NAME]"),
+         QStringLiteral("zeigen, was wann aufgeräumt wurde, oder wohin eine Datei ging"),
+         {{QStringLiteral("alle"), {}, QStringLiteral("auch zeigen, was du selbst mit Dateien getan hast")}},
+         runHistoryCommand},
         {QStringLiteral("rueckgaengig"),
          QStringLiteral("[ID]"),
          QStringLiteral(

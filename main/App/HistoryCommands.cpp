@@ -4,6 +4,7 @@
 #include "App/Command.h"
 #include "App/Interruption.h"
 #include "App/StoredData.h"
+#include "App/UserHistoryCommand.h"
 #include "Base/German.h"
 #include "Runs/Recovery.h"
 #include "Runs/RunKeys.h"
@@ -66,8 +67,10 @@ QJsonObject undoAnswer(const std::optional<JournalRun> &run, const UndoOutcome &
 
 ExitCode runHistoryCommand(CommandContext &context)
 {
-    if (!context.arguments.rest().empty())
-        return context.refuse(QStringLiteral("„verlauf“ nimmt keine weiteren Angaben."));
+    const std::vector<std::string> &words = context.arguments.rest();
+    const bool searches = !words.empty() && asciiWord(words.front()) == QStringLiteral("suchen");
+    if (!words.empty() && (!searches || words.size() != 2))
+        return context.refuse(QStringLiteral("So nicht: brellin verlauf [--alle | suchen NAME]"));
     if (const std::optional<ExitCode> damaged = refuseIfDamaged(context, RunKeys::history))
         return *damaged;
     {
@@ -77,6 +80,10 @@ ExitCode runHistoryCommand(CommandContext &context)
         if (interruption.heard())
             return exitCodeOf(Failure::cancelled(), context.terminal);
     }
+    if (searches)
+        return searchHistory(context, QString::fromStdString(words[1]));
+    if (context.arguments.has(QStringLiteral("alle")))
+        return showWholeHistory(context);
     const CleanupAgent agent(context.services.forProposingAgent());
     const std::vector<JournalRun> &history = agent.history.get();
     if (const QString dropped = textOf(RunHistory(context.services.settings()).dropped()); !dropped.isEmpty())
