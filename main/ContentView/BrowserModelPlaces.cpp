@@ -44,6 +44,7 @@ void BrowserModel::showPlace(const Place &wanted)
     case Agent:
     case Device:
     case Storage:
+    case History:
         showPage(wanted);
         return;
     }

@@ -23,8 +23,7 @@ using OperationWork = std::function<OperationOutcome(JobControl &)>;
 /// itself.
 OperationWork recorded(StepRecords *records, StepPlan plan, OperationWork work);
 
-/// Undoes like `undoAction` and records it: as taking the action's step back or, of an action without one, which repeats
-/// another, as a step of its own. Blocking.
+/// Undoes like `undoAction` and records it: as taking the action's step back; a redo is a step of its own. Blocking.
 UndoneAction undoRecorded(const UserAction &action, const UndoServices &services, JobControl &control);
 
 /// Renames like `renameBatch` and records it as this step.

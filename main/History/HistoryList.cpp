@@ -47,16 +47,6 @@ UndoneAction refusal(const QString &why)
     return undone;
 }
 
-std::vector<Location> placesOf(const std::vector<UserAction::Entry> &undone)
-{
-    std::vector<Location> places;
-    for (const UserAction::Entry &entry : undone) {
-        if (!entry.to.empty())
-            places.push_back(entry.to);
-    }
-    return places;
-}
-
 } // namespace
 
 HistoryList::HistoryList(HistoryServices services)
@@ -154,8 +144,8 @@ void HistoryList::tookBack(const TakenBack &outcome)
     else
         publish(status, outcome.title + (lines.isEmpty() ? QStringLiteral(" gemacht.")
                                                          : QStringLiteral(" gemacht, aber nicht alles.")));
-    publish(restored, std::vector<Location>());
-    publish(restored, placesOf(outcome.undone.undone));
+    publish(undone, std::vector<UserAction::Entry>());
+    publish(undone, outcome.undone.undone);
     publish(takingBack, false);
     reload();
 }

@@ -48,9 +48,10 @@ public:
     Published<bool> loading{false};
     Published<bool> searching{false};
     Published<bool> takingBack{false};
-    Published<QString> status;                 ///< what came of taking back or clearing, for the page
-    Published<QStringList> failures;           ///< why it was not, or not all
-    Published<std::vector<Location>> restored; ///< where the entries taken back are now
+    Published<QString> status;       ///< what came of taking back or clearing, for the page
+    Published<QStringList> failures; ///< why it was not, or not all
+    /// From where to where the last step taken back moved entries; `to` is empty if one went to the Trash.
+    Published<std::vector<UserAction::Entry>> undone;
 
     /// Reads both lists again.
     void reload();

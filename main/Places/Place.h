@@ -19,7 +19,8 @@ struct Place {
         Network, ///< network servers
         Agent,   ///< the cleanup agent
         Device,  ///< the camera or phone called `name`
-        Storage  ///< space used in the folder `location`
+        Storage, ///< space used in the folder `location`
+        History  ///< what the user and the agent did with files
     };
     Kind kind = Kind::Folder;
     Location location; ///< standardised; for Folder, Search, Trash and Storage
@@ -40,6 +41,7 @@ struct Place {
     static Place network() { return {Kind::Network, {}, {}}; }
     static Place agent() { return {Kind::Agent, {}, {}}; }
     static Place device(QString name) { return {Kind::Device, {}, std::move(name)}; }
+    static Place history() { return {Kind::History, {}, {}}; }
     static Place storage(Location folder) { return {Kind::Storage, std::move(folder), {}}; }
 };
 

@@ -136,7 +136,7 @@ TEST_F(HistoryListTest, takesAStepBackAndSaysWhyNot)
     move(StepKind::Rename, at("Wand.png"), at("Tapete.png"));
     reload();
     const QUuid step = list.steps.get().front().id;
-    session.record({StepKind::Rename, {recordOf(at("Wand.png"), at("Tapete.png"))}, step});
+    session.record({StepKind::Rename, {recordOf(at("Wand.png"), at("Tapete.png"))}, false, step});
 
     tree.file("Wand.png", "steht im Weg");
     takeBack(step);

@@ -2,6 +2,7 @@
 
 #include "App/TransferUndo.h"
 #include "Features/ThumbnailCache.h"
+#include "Runs/RunKeys.h"
 
 namespace brellin {
 
@@ -34,6 +35,12 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_transfers(services.forTransfers(m_workers), services.clock())
     , m_paneFiles(services.renameLogs(), &services.records())
     , m_undo({services.files(), services.trash(), services.renameLogs(), services.transferLogs(), &services.records()})
+    , m_history(
+          {services.records(),
+           services.settings(),
+           {services.files(), services.trash(), services.renameLogs(), services.transferLogs(), &services.records()},
+           m_undo,
+           mayChange(services)})
     , m_operations({services.files(), services.trash(), services.volumes(), services.processes(), m_workspace,
                     services.folders().trash.parent_path(), m_undo, Services::decoderProgram(), mayChange(services),
                     services.archiveLogs(), &services.records()})
@@ -107,7 +114,8 @@ WindowServices WindowComposition::forWindows()
              &m_services.records()},
             m_services.processes(),
             m_notices,
-            m_services.records()};
+            m_services.records(),
+            m_history};
 }
 
 /// Another process has changed stored data.
@@ -130,6 +138,8 @@ void WindowComposition::reload(const std::set<std::string> &lists)
         if (list.starts_with("agent") || list == "settings")
             ofAgent.insert(QString::fromStdString(list));
     }
+    if (lists.contains(RunKeys::history.toStdString()))
+        m_history.reload();
     m_agent.reload(ofAgent);
 }
 

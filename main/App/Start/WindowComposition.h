@@ -14,6 +14,7 @@
 #include "Features/Thumbnails.h"
 #include "Features/TrashList.h"
 #include "FileOperations/SingleRename.h"
+#include "History/HistoryList.h"
 #include "Places/NetworkServers.h"
 #include "Places/UDisksService.h"
 #include "Places/VolumeList.h"
@@ -65,6 +66,7 @@ private:
     TransferQueue m_transfers;
     LoggedFileActions m_paneFiles;
     UserUndo m_undo;
+    HistoryList m_history;
     FileOperations m_operations;
     SendToTargets m_sendTo;
     DesktopPasteboard m_pasteboard;

@@ -6,6 +6,7 @@
 #include "FileOperations/Screens/BatchRenameSheet.h"
 #include "FileOperations/Screens/OperationQuestions.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
+#include "History/HistoryList.h"
 #include "Look/Attention.h"
 #include "Look/YesNoSheet.h"
 #include "Records/StepRecords.h"
@@ -84,6 +85,7 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.redoTitle.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.undone.observe(this, [this](const auto &undone) { showUndone(undone); });
+    services.history.undone.observe(this, [this](const auto &undone) { showUndone(undone); });
 }
 
 void FileCommands::add(BrowserModel *pane)
@@ -122,8 +124,8 @@ void FileCommands::recordChange(const Location &from, const Location &to)
         [from, to, &records = m_services.records] {
             const QUuid step = records.stepAt(to);
             if (from.empty())
-                return UserAction{UserAction::Kind::NewFolder, {recordOfMade(from, to)}, step};
-            return UserAction{UserAction::Kind::Rename, {recordOf(from, to)}, step};
+                return UserAction{UserAction::Kind::NewFolder, {recordOfMade(from, to)}, false, step};
+            return UserAction{UserAction::Kind::Rename, {recordOf(from, to)}, false, step};
         },
         [this](const UserAction &action) { m_services.undo.record(action); });
 }

@@ -133,6 +133,7 @@ private:
     QWidget *makeAgentPage();
     QWidget *makeNetworkPage();
     QWidget *makeTrashPage();
+    QWidget *makeHistoryPage();
     QWidget *makePhotosPage();
     QWidget *makeDevicePage();
     QWidget *makeStoragePage();

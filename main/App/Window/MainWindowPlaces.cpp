@@ -8,6 +8,7 @@
 #include "Features/Screens/ThumbnailImages.h"
 #include "Features/Screens/TrashPage.h"
 #include "Features/StorageOverview.h"
+#include "History/Screens/UserHistoryPage.h"
 #include "Look/Theme.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "System/PrivateFolders.h"
@@ -53,6 +54,8 @@ MainWindow::Page MainWindow::pageOf(const Place &shown)
         return {made(Device, &MainWindow::makeDevicePage), {shown.name}};
     case Storage:
         return {made(Storage, &MainWindow::makeStoragePage), storagePath()};
+    case History:
+        return {made(History, &MainWindow::makeHistoryPage), {QStringLiteral("Verlauf")}};
     }
     return {m_places->widget(0), {}};
 }
@@ -92,6 +95,22 @@ QWidget *MainWindow::makeTrashPage()
             m_services.panes.sizes.touched(entry);
     });
     return trash;
+}
+
+QWidget *MainWindow::makeHistoryPage()
+{
+    auto *const page = new UserHistoryPage(m_services.history, m_services.folders(), m_services.clock, m_places);
+    connect(page, &UserHistoryPage::showRequested, this, [this](const Location &entry) {
+        if (isAtOrBelow(entry, m_services.folders().trash.parent_path()))
+            goToTrash();
+        else
+            showEntry(entry);
+    });
+    connect(page, &UserHistoryPage::undoRunRequested, this,
+            [this](const QUuid &run) { m_services.agent.agent.undo(run); });
+    m_services.agent.agent.history.observe(page, [this](const auto &) { m_services.history.reload(); });
+    m_services.agent.agent.status.observe(page, [page](const QString &text) { page->tell(text); });
+    return page;
 }
 
 QWidget *MainWindow::makePhotosPage()

@@ -5,6 +5,7 @@
 #include "Look/DesktopSettings.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
+#include "Records/StepRecords.h"
 #include "System/PlainSetting.h"
 
 #include <QCheckBox>
@@ -54,6 +55,10 @@ SettingsSheet::SettingsSheet(const WindowServices &services, QWidget *window)
               QStringLiteral("Kann lange dauern und den Server belasten."));
     addSwitch(thumbnailsNetwork, QStringLiteral("Vorschaubilder auch auf Netzlaufwerken zeigen"),
               QStringLiteral("Dafür wird jede Datei vom Server gelesen."));
+    content()->addSpacing(scaled(10));
+    content()->addWidget(makeHeading(QStringLiteral("Verlauf"), this));
+    addSwitch(StepRecords::setting, true, QStringLiteral("Verlauf führen"),
+              QStringLiteral("Was du mit Dateien tust, bleibt 90 Tage lang auf diesem Rechner vermerkt."));
     content()->addSpacing(scaled(10));
     content()->addWidget(makeHeading(QStringLiteral("Terminal"), this));
     auto *const terminal =

@@ -233,6 +233,8 @@ std::vector<WindowCommand> goMenu()
     menu.add(CommandId::Trash, QStringLiteral("Papierkorb"), {}, works, always, run(&MainWindow::goToTrash));
     menu.add(CommandId::Agent, QStringLiteral("Aufräum-Agent"), {control | shift | Qt::Key_K}, works, always,
              showPage(Place::agent()), [](const State &state) { return state.agent; });
+    menu.add(CommandId::History, QStringLiteral("Verlauf"), {control | alt | Qt::Key_H}, works, always,
+             showPage(Place::history()));
     menu.add(NextTab, QStringLiteral("Nächster Tab"), {control | Qt::Key_PageDown, control | Qt::Key_Tab}, works,
              withManyTabs, run(&MainWindow::nextTab));
     menu.add(PreviousTab, QStringLiteral("Vorheriger Tab"),

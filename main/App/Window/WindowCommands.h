@@ -55,6 +55,7 @@ enum class CommandId {
     Photos,
     Trash,
     Agent,
+    History,
     EditPath,
     Search,
     ShowHidden,

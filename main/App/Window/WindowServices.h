@@ -13,6 +13,7 @@ class Decoder;
 class DesktopSettings;
 class ExpandedFolders;
 class FoldedSections;
+class HistoryList;
 class NetworkServers;
 class Notices;
 class Pins;
@@ -44,6 +45,7 @@ struct WindowServices {
     ProcessRunner &processes;
     Notices &notices;
     StepRecords &records;
+    HistoryList &history;
 
     /// Whether file work is running that quitting would interrupt.
     bool busy() const;

@@ -43,6 +43,7 @@ TEST_F(PlacesTest, everyPlaceHasItsPageAndItsTitle)
         {Place::device(QStringLiteral("Kamera")), QStringLiteral("Kamera")},
         {Place::storage(folder), QStringLiteral("Speicherplatz")},
         {Place::network(), QStringLiteral("Netzwerk")},
+        {Place::history(), QStringLiteral("Verlauf")},
     };
     for (const auto &[place, title] : expected) {
         SCOPED_TRACE(title.toStdString());
