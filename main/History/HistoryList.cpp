@@ -3,7 +3,6 @@
 #include "Base/AbandonablePool.h"
 #include "FileOperations/OperationTexts.h"
 #include "FileOperations/RecordedAction.h"
-#include "System/PlainSetting.h"
 
 #include <algorithm>
 #include <utility>
@@ -164,12 +163,12 @@ void HistoryList::clear()
 
 bool HistoryList::on() const
 {
-    return plainSetting(m_services.defaults, StepRecords::setting, true);
+    return StepRecords::setting.isOn(m_services.defaults);
 }
 
 void HistoryList::setOn(bool on)
 {
-    if (const Result<void> kept = m_services.defaults.setValue(StepRecords::setting, on); !kept) {
+    if (const Result<void> kept = m_services.defaults.setValue(StepRecords::setting.key, on); !kept) {
         publish(failures, QStringList(kept.error().message));
         publish(status, QStringLiteral("Das ließ sich nicht speichern."));
     }

@@ -6,7 +6,6 @@
 #include "Records/StepLines.h"
 #include "System/AtomicWrite.h"
 #include "System/LogReading.h"
-#include "System/PlainSetting.h"
 #include "System/PrivateFolders.h"
 
 #include <algorithm>
@@ -124,7 +123,7 @@ Result<void> appendAll(int descriptor, const QByteArray &bytes)
     return {};
 }
 
-const QString StepRecords::setting = QStringLiteral("keepHistory");
+const SwitchSetting StepRecords::setting{QStringLiteral("keepHistory"), true};
 
 StepRecords::StepRecords(Location folder, const UserDefaults &defaults, const Clock &clock)
     : m_folder(std::move(folder))
@@ -135,7 +134,7 @@ StepRecords::StepRecords(Location folder, const UserDefaults &defaults, const Cl
 
 bool StepRecords::on() const
 {
-    return plainSetting(m_defaults, setting, true);
+    return setting.isOn(m_defaults);
 }
 
 OpenStep StepRecords::begin(StepKind kind, std::vector<StepEntry> entries, const QUuid &id)

@@ -4,6 +4,7 @@
 #include "Records/OpenStep.h"
 #include "System/Clock.h"
 #include "System/StoredCondition.h"
+#include "System/SwitchSetting.h"
 #include "System/UserDefaults.h"
 
 #include <atomic>
@@ -29,7 +30,7 @@ public:
     static constexpr std::size_t mostSteps = 10'000;
     static constexpr std::chrono::days longestKept{90};
     /// The setting "Verlauf führen"; on by default.
-    static const QString setting;
+    static const SwitchSetting setting;
 
     /// The folder is created with the first step. `defaults` and `clock` must outlive the records.
     StepRecords(Location folder, const UserDefaults &defaults, const Clock &clock);

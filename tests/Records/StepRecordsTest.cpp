@@ -215,11 +215,11 @@ TEST_F(StepRecordsTest, dropsWhatIsOldOrTooMuch)
 
 TEST_F(StepRecordsTest, writesNothingWhenSwitchedOffAndForgetsEverythingOnRequest)
 {
-    ASSERT_TRUE(defaults.setValue(StepRecords::setting, false));
+    ASSERT_TRUE(defaults.setValue(StepRecords::setting.key, false));
     record(StepKind::Rename, at("a.txt"), at("a.txt"));
     EXPECT_FALSE(entryExists(records.folder()));
 
-    ASSERT_TRUE(defaults.setValue(StepRecords::setting, true));
+    ASSERT_TRUE(defaults.setValue(StepRecords::setting.key, true));
     record(StepKind::Rename, at("a.txt"), at("a.txt"));
     OpenStep living = records.begin(StepKind::Rename, {moved(at("b.txt"), at("c.txt"))});
     ASSERT_TRUE(records.clear());

@@ -57,7 +57,7 @@ SettingsSheet::SettingsSheet(const WindowServices &services, QWidget *window)
               QStringLiteral("Dafür wird jede Datei vom Server gelesen."));
     content()->addSpacing(scaled(10));
     content()->addWidget(makeHeading(QStringLiteral("Verlauf"), this));
-    addSwitch(StepRecords::setting, true, QStringLiteral("Verlauf führen"),
+    addSwitch(StepRecords::setting, QStringLiteral("Verlauf führen"),
               QStringLiteral("Was du mit Dateien tust, bleibt 90 Tage lang auf diesem Rechner vermerkt."));
     content()->addSpacing(scaled(10));
     content()->addWidget(makeHeading(QStringLiteral("Terminal"), this));
