@@ -25,8 +25,11 @@ StepKind stepKind(AgentProposal::Kind kind)
 HistoryStep stepOf(const RecordedStep &step)
 {
     HistoryStep shown{HistoryStep::By::User, step.id, step.date, step.takenBack.has_value(), {}};
-    std::ranges::transform(step.entries, std::back_inserter(shown.entries),
-                           [&](const StepEntry &entry) { return HistoryEntry{step.kind, entry}; });
+    for (const StepEntry &entry : step.entries) {
+        shown.entries.push_back({step.kind, entry});
+        // Only for taking it back, which reads the step again.
+        shown.entries.back().entry.content.reset();
+    }
     return shown;
 }
 

@@ -154,7 +154,13 @@ void UserHistoryPage::connectAll()
         refreshRows();
     });
     m_history.trails.observe(this, [this](const auto &) { refreshRows(); });
-    m_history.searched.observe(this, [this](const auto &) { refreshRows(); });
+    m_history.searched.observe(this, [this](const QString &name) {
+        // The page of another window may have searched.
+        const QSignalBlocker quiet(m_name);
+        if (!m_name->hasFocus() && !m_typing.isActive() && m_name->text().trimmed() != name)
+            m_name->setText(name);
+        refreshRows();
+    });
     for (Published<bool> *const one : {&m_history.loading, &m_history.searching, &m_history.takingBack})
         one->observe(this, [this](bool) { refreshState(); });
     m_history.damage.observe(this, [this](const auto &) { refreshState(); });
@@ -178,6 +184,7 @@ void UserHistoryPage::showEvent(QShowEvent *event)
     if (event->spontaneous())
         return;
     m_on->setChecked(m_history.on());
+    m_name->setText(m_history.searched.get());
     m_history.reload();
 }
 
