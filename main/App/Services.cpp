@@ -21,7 +21,7 @@ Services::Services(Writing writing)
     , m_pdfReader(m_processes, decoderProgram())
     , m_tagSearch({m_folders.trash.parent_path()})
     , m_stateFolder(stateFolder(m_folders.home))
-    , m_records(m_stateFolder / "verlauf", m_defaults, m_clock)
+    , m_records(m_stateFolder / "verlauf", settings(), m_clock)
 {
 }
 
