@@ -97,9 +97,9 @@ HistoryRows::HistoryRows(const KnownFolders &folders, QWidget *parent) : QTreeWi
     header()->setSectionResizeMode(What, QHeaderView::Stretch);
     header()->setSectionResizeMode(From, QHeaderView::Interactive);
     header()->setSectionResizeMode(To, QHeaderView::Interactive);
-    header()->resizeSection(From, scaled(210));
-    header()->resizeSection(To, scaled(210));
-    header()->resizeSection(When, scaled(150));
+    header()->resizeSection(From, scaled(165));
+    header()->resizeSection(To, scaled(165));
+    header()->resizeSection(When, scaled(130));
     connect(this, &QTreeWidget::itemExpanded, this, &HistoryRows::fill);
 }
 
@@ -107,7 +107,10 @@ HistoryRows::HistoryRows(const KnownFolders &folders, QWidget *parent) : QTreeWi
 void HistoryRows::drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const
 {
     const bool selected = selectionModel()->isSelected(index);
-    painter->fillRect(rect, color(selected ? Token::AccentSoft : Token::Content));
+    const bool active = isActiveWindow() && hasFocus();
+    painter->fillRect(rect, color(selected && active ? Token::AccentSoft : Token::Content));
+    if (selected && !active)
+        painter->fillRect(rect, faded(Token::Text, 0.08));
     if (!model()->hasChildren(index))
         return;
     const double side = scaled(14);

@@ -318,6 +318,8 @@ void UserHistoryPage::takeCurrentBack()
     const HistoryRow *const row = m_rows->current();
     if (!whyNotBack().isEmpty())
         return;
+    // The button is disabled meanwhile and would pass the focus on to anything.
+    m_rows->setFocus();
     if (row->by == HistoryStep::By::Agent)
         Q_EMIT undoRunRequested(QUuid(row->step));
     else

@@ -132,6 +132,7 @@ TEST_F(UserHistoryPageTest, findsAnEntryByAnOldNameAndBringsItBackByKeyboard)
     ASSERT_TRUE(waitUntil([&] { return !list.takingBack.get() && tree.has("Tapete.png"); }));
     ASSERT_TRUE(
         waitUntil([&] { return !list.searching.get() && rows().filter(QStringLiteral("gemacht")).size() == 1; }));
+    EXPECT_TRUE(shown->hasFocus());
     EXPECT_EQ(find<QLabel>("historyOutcome")->text(),
               QStringLiteral("Verschieben von „Tapete.png“ rückgängig gemacht."));
 }
