@@ -18,7 +18,7 @@ struct UndoServices {
     FileActions &files;
     Trash &trash;
     Location renameLogs;
-    Location transferLogs = {}; ///< copies across volumes are logged here, as for any transfer
+    Location transferLogs = {};     ///< copies across volumes are logged here, as for any transfer
     StepRecords *records = nullptr; ///< for `undoRecorded`; null: nothing is recorded
 };
 

@@ -91,7 +91,8 @@ void UserUndo::start(Way way, const UserAction &action)
     publish(status, QString());
     publish(errorMessage, std::optional<QString>());
     m_job.start(
-        *m_pool, [action, services = m_services](JobControl &control) { return undoRecorded(action, services, control); },
+        *m_pool,
+        [action, services = m_services](JobControl &control) { return undoRecorded(action, services, control); },
         [this, way, action](const UndoneAction &outcome) { finished(way, action, outcome); },
         [this](const JobControl &control) { publish(progress, progressFraction(control)); });
 }
