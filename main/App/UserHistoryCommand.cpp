@@ -64,7 +64,7 @@ QJsonObject stepAnswer(const HistoryStep &step)
     return answer;
 }
 
-QStringList rowOf(const HistoryStep &step, const KnownFolders &folders)
+QStringList historyRow(const HistoryStep &step, const KnownFolders &folders)
 {
     QString way;
     if (step.entries.size() == 1) {
@@ -102,7 +102,7 @@ ExitCode showWholeHistory(CommandContext &context)
     std::vector<QStringList> rows;
     for (const HistoryStep &step : wholeHistory(context)) {
         json.append(stepAnswer(step));
-        rows.push_back(rowOf(step, context.services.folders()));
+        rows.push_back(historyRow(step, context.services.folders()));
     }
     if (context.json())
         context.terminal.printJson(json);
@@ -130,7 +130,7 @@ ExitCode searchHistory(CommandContext &context, const QString &name)
         context.terminal.print(printable(historyTexts::nowText(trail, place, place && trash.holds(*place), folders)));
         std::vector<QStringList> rows;
         std::ranges::transform(trail.steps, std::back_inserter(rows), [&](const EntryTrail::Step &step) {
-            QStringList row = rowOf(asStep(step), folders);
+            QStringList row = historyRow(asStep(step), folders);
             row.front().prepend(QStringLiteral("  "));
             return row;
         });
