@@ -22,6 +22,7 @@ namespace {
 const QString appearanceSpace = QStringLiteral("org.freedesktop.appearance");
 const QString schemeKey = QStringLiteral("color-scheme");
 constexpr uint dark = 1;
+constexpr uint light = 2;
 
 /// Acts as the desktop's portal.
 class FakePortal : public QDBusVirtualObject {
@@ -41,6 +42,16 @@ public:
     int asked = 0;
 };
 
+/// As the portal sends it when the user changes the setting.
+QDBusMessage changed(const QString &space, const QString &key, const QVariant &value)
+{
+    QDBusMessage signal =
+        QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                   QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
+    signal << space << key << QVariant::fromValue(QDBusVariant(value));
+    return signal;
+}
+
 bool becomes(Appearance wanted)
 {
     return waitUntil([wanted] { return Theme::shared().appearance() == wanted; });
@@ -48,7 +59,7 @@ bool becomes(Appearance wanted)
 
 } // namespace
 
-TEST(DesktopSettingsTest, followDarkModeFromTheStartUnlessTheUserChose)
+TEST(DesktopSettingsTest, followDarkModeUnlessTheUserChose)
 {
     if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
         GTEST_SKIP() << "no dbus-daemon here";
@@ -68,12 +79,19 @@ TEST(DesktopSettingsTest, followDarkModeFromTheStartUnlessTheUserChose)
     DesktopSettings settings(theme, nullptr);
     EXPECT_TRUE(becomes(Appearance::Dark)) << "at the start";
 
+    ASSERT_TRUE(bus.send(changed(appearanceSpace, schemeKey, light)));
+    EXPECT_TRUE(becomes(Appearance::Light)) << "while the program runs";
+
     // The user's own choice stays until they follow the desktop again.
     settings.setFollowsAppearance(false);
-    theme.setAppearance(Appearance::Light);
+    ASSERT_TRUE(bus.send(changed(appearanceSpace, schemeKey, dark)));
+    ASSERT_TRUE(
+        bus.send(changed(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"), false)));
+    EXPECT_TRUE(waitUntil([&] { return !theme.motion(); }));
     EXPECT_EQ(theme.appearance(), Appearance::Light);
     settings.setFollowsAppearance(true);
     EXPECT_EQ(theme.appearance(), Appearance::Dark);
     EXPECT_EQ(portal.asked, 1);
+    theme.setMotion(true);
     QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
 }

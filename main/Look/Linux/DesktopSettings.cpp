@@ -36,6 +36,8 @@ DesktopSettings::DesktopSettings(Theme &theme, QObject *parent) : QObject(parent
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
+    // connect() looks up the slot's parameter types by name, and refuses a slot whose types it does not know.
+    qRegisterMetaType<QDBusVariant>();
     bus.connect(service, object, settings, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask();
