@@ -137,6 +137,9 @@ public:
     const std::optional<Location> &listedFolder() const { return m_listedFolder; }
     /// Why the last operation failed or was incomplete; belongs to `status`.
     const std::optional<Failure> &lastFailure() const { return m_failure; }
+    /// The folders that the last operation, a scan or an analysis, could not search, by path; `status` does not mention
+    /// them. Empty after any other operation.
+    const std::vector<Location> &notSearched() const { return m_notSearched; }
 
     /// Re-reads the stored data on a worker after the current operation; another process may have changed it. The
     /// history, which is long, is read only if `lists` contains it.
@@ -250,6 +253,7 @@ private:
     ScanFindings m_findings;
     std::optional<AnalysisFindings> m_analysis;
     std::optional<Failure> m_failure;
+    std::vector<Location> m_notSearched;
     std::optional<Location> m_analysedFolder; ///< awaits confirmation of its profile
     std::optional<Location> m_listedFolder;
     std::function<void(const OperationEnd &)> m_ended; ///< of the current operation

@@ -34,6 +34,14 @@ Result<AnalysisFindings> analyzeKnowing(const AgentServices &services, AnalysisR
     return found;
 }
 
+std::vector<Location> unreadableOf(const OperationEnd &how)
+{
+    if (const auto *const scanned = std::get_if<ScanFindings>(&how))
+        return scanned->unreadable;
+    const auto *const analyzed = std::get_if<AnalysisFindings>(&how);
+    return analyzed ? analyzed->unreadable : std::vector<Location>();
+}
+
 std::set<QUuid> unwantedOf(const std::vector<AgentProposal> &proposals, const std::vector<NeverProposed> &never)
 {
     const NeverSet refused(never);
@@ -82,6 +90,7 @@ bool CleanupAgent::begin(const QString &what)
     if (running.get())
         return false;
     m_failure.reset();
+    m_notSearched.clear();
     m_cancelled = false;
     publish(running, true);
     publish(progress, 0.0);
@@ -93,6 +102,7 @@ void CleanupAgent::end(const QString &what, const OperationEnd &how)
 {
     // An observer may begin the next operation.
     const auto ended = std::exchange(m_ended, {});
+    m_notSearched = unreadableOf(how);
     publish(detail, QString());
     publish(running, false);
     publish(status, what);

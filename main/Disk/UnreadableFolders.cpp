@@ -29,4 +29,12 @@ QString unreadableText(const std::vector<Location> &folders)
            QStringLiteral(" nicht lesbar");
 }
 
+QStringList shown(const std::vector<Location> &folders)
+{
+    QStringList names;
+    for (const Location &folder : folders)
+        names << shown(folder);
+    return names;
+}
+
 } // namespace brellin

@@ -2,7 +2,7 @@
 
 #include "Disk/Walk.h"
 
-#include <QString>
+#include <QStringList>
 
 namespace brellin {
 
@@ -14,5 +14,8 @@ void addUnreadable(std::vector<Location> &all, const std::vector<Location> &more
 
 /// „3 Ordner nicht lesbar“
 QString unreadableText(const std::vector<Location> &folders);
+
+/// The paths as text.
+QStringList shown(const std::vector<Location> &folders);
 
 } // namespace brellin

@@ -7,7 +7,8 @@
 
 namespace brellin::test {
 
-/// Folders of a tree that cannot be read while this lives. Root reads everything, and so is another user meanwhile.
+/// Folders of a tree that cannot be read while this lives. Root reads everything, so meanwhile the process, with the
+/// programs it starts, is another user, who owns the tree.
 class ClosedFolders {
 public:
     ClosedFolders(const TempTree &tree, std::initializer_list<std::string_view> folders);

@@ -1,6 +1,8 @@
 #include "Agent/Screens/RunLine.h"
 
+#include "Disk/UnreadableFolders.h"
 #include "Look/Buttons.h"
+#include "Look/DetailsSheet.h"
 #include "Look/Labels.h"
 #include "Look/Symbols.h"
 #include "Look/Theme.h"
@@ -27,6 +29,7 @@ RunLine::RunLine(CleanupAgent &agent, QWidget *parent, Beside beside)
     , m_detail(new ElidedLabel({}, Token::Tertiary, 0.92, this))
     , m_bar(new QProgressBar(this))
     , m_cancel(makeButton(QStringLiteral("Abbrechen"), ButtonKind::Usual, QStringLiteral("agentCancel"), this))
+    , m_details(makeButton(QStringLiteral("Einzelheiten"), ButtonKind::Usual, QStringLiteral("agentDetails"), this))
 {
     setObjectName(QStringLiteral("agentRunLine"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -47,8 +50,10 @@ RunLine::RunLine(CleanupAgent &agent, QWidget *parent, Beside beside)
     row->addWidget(m_symbol, 0, Qt::AlignTop);
     row->addLayout(texts, 1);
     row->addWidget(m_cancel);
+    row->addWidget(m_details);
 
     connect(m_cancel, &QPushButton::clicked, this, [this] { m_agent.cancel(); });
+    connect(m_details, &QPushButton::clicked, this, &RunLine::showNotSearched);
     connect(&Theme::shared(), &Theme::changed, this, &RunLine::showState);
     m_agent.running.observe(this, [this](bool) { showState(); });
     m_agent.damaged.observe(this, [this](const auto &) { showState(); });
@@ -71,8 +76,15 @@ void RunLine::showState()
     m_bar->setVisible(running);
     m_cancel->setVisible(running);
     m_detail->setVisible(running);
+    m_details->setVisible(!running && !m_agent.notSearched().empty());
     setVisible(running || (!m_agent.status.get().isEmpty() && !isToldBeside()));
     showProgress();
+}
+
+void RunLine::showNotSearched()
+{
+    const std::vector<Location> &folders = m_agent.notSearched();
+    (new DetailsSheet(unreadableText(folders), shown(folders), this))->open();
 }
 
 bool RunLine::isToldBeside() const

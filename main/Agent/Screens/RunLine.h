@@ -23,6 +23,7 @@ public:
 private:
     void showState();
     void showProgress();
+    void showNotSearched();
     bool isToldBeside() const;
 
     CleanupAgent &m_agent;
@@ -32,6 +33,7 @@ private:
     ElidedLabel *m_detail;
     QProgressBar *m_bar;
     QPushButton *m_cancel;
+    QPushButton *m_details; ///< for folders that could not be searched
 };
 
 } // namespace brellin

@@ -4,6 +4,7 @@
 #include "Agent/Screens/ScreenWorld.h"
 #include "Guard/GuardKeys.h"
 #include "Runs/RunKeys.h"
+#include "Support/ClosedFolders.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -48,6 +49,38 @@ TEST_F(AgentStartTest, countsLiveAndLeadsToTheAreas)
     click("cardRecipes");
     click("sheetDone");
     EXPECT_EQ(view->path(), QStringLiteral("Aufräum-Agent"));
+}
+
+TEST_F(AgentStartTest, namesTheFoldersThatAScanCouldNotRead)
+{
+    tree().lines({"home/Downloads/zu/a.pdf=1", "home/Downloads/auch zu/b.pdf=2"});
+    CleanupRule everywhere = movingPdfs();
+    everywhere.includeSubfolders = true;
+    show({everywhere});
+    const auto look = [this] { agent->scan(CleanupAgent::Search::Rules, CleanupAgent::ScanPurpose::ProposeOnly); };
+    wait(*agent, look);
+    EXPECT_FALSE(find("agentDetails"));
+    {
+        const ClosedFolders closed(tree(), {"home/Downloads/zu", "home/Downloads/auch zu"});
+        if (!closed)
+            GTEST_SKIP() << "privileges cannot be dropped";
+        wait(*agent, look);
+    }
+    EXPECT_EQ(agent->status.get(), QStringLiteral("1 Regel aktiv · 0 Dateien geprüft · 0 doppelt · 0 Vorschläge"));
+    click("agentDetails");
+    ASSERT_TRUE(find("detailsSheet"));
+    EXPECT_EQ(spoken("detailsSheet"), QStringLiteral("2 Ordner nicht lesbar"));
+    QStringList texts;
+    for (const QLabel *const label : find("detailsSheet")->findChildren<QLabel *>())
+        texts << label->text();
+    EXPECT_TRUE(texts.contains(shown(home("Downloads/auch zu")) + u'\n' + shown(home("Downloads/zu"))))
+        << texts.join(u'|').toStdString();
+    click("detailsClose");
+    EXPECT_FALSE(find("detailsSheet"));
+
+    // The next operation says nothing of them.
+    wait(*agent, look);
+    EXPECT_FALSE(find("agentDetails"));
 }
 
 TEST_F(AgentStartTest, takesTheRedNumberAwayWhenItIsSeen)
