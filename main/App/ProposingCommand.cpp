@@ -81,6 +81,7 @@ std::optional<ExitCode> ProposingCommand::proposed(const std::optional<Failure> 
         m_context.terminal.message(damageNotice(damaged));
     applyOptions();
     m_found = m_agent.status.get();
+    m_notSearched = m_agent.notSearched();
     return std::nullopt;
 }
 
@@ -163,6 +164,8 @@ ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vec
     QJsonObject answer = head(proposals);
     answer[QStringLiteral("run")] = outcome ? toJson(outcome->run, JsonDates::Iso) : QJsonValue();
     answer[QStringLiteral("failures")] = QJsonArray::fromStringList(outcome ? outcome->failureTexts() : QStringList());
+    answer[QStringLiteral("unreadable")] = static_cast<qint64>(m_notSearched.size());
+    answer[QStringLiteral("unreadableFolders")] = toJson(m_notSearched);
     answer[QStringLiteral("status")] = m_agent.status.get();
     m_context.terminal.printJson(answer);
     return code;

@@ -50,6 +50,7 @@ private:
     std::optional<InterruptionNote> m_interruption{std::in_place};
     CleanupAgent m_agent;
     QString m_found; ///< summary of the search
+    std::vector<Location> m_notSearched;
     std::optional<ExecutionOutcome> m_execution;
 };
 

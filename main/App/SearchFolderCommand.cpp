@@ -5,6 +5,7 @@
 #include "Base/Job.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderSearch.h"
+#include "Disk/UnreadableFolders.h"
 
 #include <QEventLoop>
 
@@ -50,6 +51,8 @@ ExitCode runSearchFolderCommand(CommandContext &context)
         context.terminal.printColumns(rowsOf(items, folder));
     if (result.capped)
         context.terminal.message(QStringLiteral("Gezeigt werden nur die ersten 3.000 Treffer."));
+    if (!result.unreadable.empty())
+        context.terminal.message(unreadableText(result.unreadable) + u'.');
     if (!result.error)
         return ExitCode::Done;
     context.terminal.message(unreadableFolderText(result.error->message));

@@ -1,5 +1,6 @@
 #include "App/ProgramTest.h"
 #include "Disk/FileAttributes.h"
+#include "Support/ClosedFolders.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -257,4 +258,22 @@ TEST_F(CommandLineTest, tidiesAFolderAsFarAsItIsToldAndTakesItBack)
     for (int run = 0; run < 2; ++run)
         EXPECT_EQ(json({"rueckgaengig"}).object()[QStringLiteral("notRestored")].toInt(), 0);
     EXPECT_EQ(snapshotOf(tree.path("Ablage")), before);
+}
+
+TEST_F(CommandLineTest, namesFoldersThatCannotBeRead)
+{
+    tree.lines({"Texte/zu/a.txt=1", "Texte/auch zu/c.txt=1", "Texte/offen/b.txt=1"});
+    const Location folder = tree.path("Texte");
+    const ClosedFolders closed(tree, {"Texte/zu", "Texte/auch zu"});
+    if (!closed || ::access(BRELLIN_PROGRAM, X_OK) != 0)
+        GTEST_SKIP() << "privileges cannot be dropped";
+    for (const char *const command : {"doppelte", "analysieren"}) {
+        const QJsonObject answer = json({command, folder}).object();
+        EXPECT_EQ(answer[u"unreadable"].toInt(), 2) << command;
+        EXPECT_EQ(answer[u"unreadableFolders"].toArray(),
+                  (QJsonArray{textOf(folder / "auch zu"), textOf(folder / "zu")}));
+        EXPECT_FALSE(answer[u"status"].toString().contains(u"lesbar"));
+    }
+    EXPECT_EQ(json({"pruefen"}).object()[u"unreadable"].toInt(-1), 0);
+    EXPECT_EQ(run({"suchen", folder, "txt"}).errors, "2 Ordner nicht lesbar.\n");
 }
