@@ -82,10 +82,11 @@ public:
 
     // Search
     Published<QString> searchText;
-    Published<bool> searching;                   ///< `items` are, or will be, the matches of a search
-    Published<bool> searchRunning;               ///< a search for a text or tag is running
-    Published<bool> searchCapped;                ///< more matches exist than the 3,000 listed
-    Published<std::optional<QString>> tagFilter; ///< the tag whose entries are shown
+    Published<bool> searching;                    ///< `items` are, or will be, the matches of a search
+    Published<bool> searchRunning;                ///< a search for a text or tag is running
+    Published<bool> searchCapped;                 ///< more matches exist than the 3,000 listed
+    Published<std::vector<Location>> notSearched; ///< folders that the search could not read, by path
+    Published<std::optional<QString>> tagFilter;  ///< the tag whose entries are shown
 
     // Navigation
     Published<bool> canGoBack;

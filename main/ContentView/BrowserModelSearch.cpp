@@ -22,6 +22,7 @@ void BrowserModel::runSearch()
     m_search.drop();
     publish(searchRunning, false);
     publish(searchCapped, false);
+    publish(notSearched, std::vector<Location>());
     const QString query = searchText.get().trimmed();
     if (query.isEmpty()) {
         if (searching.get())
@@ -105,6 +106,7 @@ void BrowserModel::found(const FolderSearchResult &result)
 {
     publish(searchRunning, false);
     publish(searchCapped, result.capped);
+    publish(notSearched, result.unreadable);
     setItems(result.items);
     takeArrival();
     if (result.error && !result.error->isCancelled())
@@ -119,6 +121,7 @@ void BrowserModel::leaveSearch()
     publish(searchText, QString());
     publish(searchRunning, false);
     publish(searchCapped, false);
+    publish(notSearched, std::vector<Location>());
 }
 
 /// Restores selection and scroll position of the folder if the user came from there.

@@ -1,5 +1,8 @@
 #include "App/Window/StatusBar.h"
 
+#include "Disk/UnreadableFolders.h"
+#include "Look/Buttons.h"
+#include "Look/DetailsSheet.h"
 #include "Look/Digits.h"
 #include "Look/Theme.h"
 
@@ -7,11 +10,15 @@
 
 namespace brellin {
 
-StatusBar::StatusBar(QWidget *parent) : QWidget(parent)
+StatusBar::StatusBar(QWidget *parent)
+    : QWidget(parent)
+    , m_details(makeButton(QStringLiteral("Einzelheiten"), ButtonKind::Link, QStringLiteral("searchDetails"), this))
 {
     setObjectName(QStringLiteral("statusBar"));
     m_saidEnds.setSingleShot(true);
     connect(&m_saidEnds, &QTimer::timeout, this, [this] { say({}); });
+    connect(m_details, &QAbstractButton::clicked, this, &StatusBar::showNotSearched);
+    m_details->hide();
 }
 
 void StatusBar::setPane(BrowserModel *pane)
@@ -19,16 +26,39 @@ void StatusBar::setPane(BrowserModel *pane)
     m_pane = pane;
     m_following = std::make_unique<QObject>();
     if (pane) {
-        const auto follow = [this](const auto &) {
-            setAccessibleName(m_pane ? m_pane->statusText.get() : QString());
-            update();
-        };
+        const auto follow = [this](const auto &) { showState(); };
         pane->statusText.observe(m_following.get(), follow);
         pane->searchRunning.observe(m_following.get(), follow);
         pane->searchCapped.observe(m_following.get(), follow);
+        pane->notSearched.observe(m_following.get(), follow);
         pane->loading.observe(m_following.get(), follow);
     }
+    showState();
+}
+
+void StatusBar::showState()
+{
+    setAccessibleName(m_pane ? m_pane->statusText.get() : QString());
+    m_details->setVisible(m_pane && !m_pane->notSearched.get().empty());
+    placeDetails();
     update();
+}
+
+void StatusBar::placeDetails()
+{
+    const int wide = m_details->sizeHint().width();
+    m_details->setGeometry(width() - scaled(14) - wide, 1, wide, height() - 1);
+}
+
+void StatusBar::resizeEvent(QResizeEvent *)
+{
+    placeDetails();
+}
+
+void StatusBar::showNotSearched()
+{
+    const std::vector<Location> folders = m_pane ? m_pane->notSearched.get() : std::vector<Location>();
+    (new DetailsSheet(unreadableText(folders), shown(folders), this))->open();
 }
 
 void StatusBar::say(const QString &message)
@@ -62,11 +92,12 @@ void StatusBar::paintEvent(QPaintEvent *)
     painter.fillRect(QRect(0, 0, width(), 1), color(Token::Line));
     painter.setFont(sizedFont(0.92));
     painter.setPen(color(Token::Secondary));
-    const QRectF place = QRectF(rect()).adjusted(scaled(14), 1, -scaled(14), 0);
-    const QString right = rightText();
-    const double taken = right.isEmpty() ? 0 : digitsWidth(painter.font(), right);
-    if (!right.isEmpty())
-        paintDigits(painter, place, right, Qt::AlignRight);
+    const int right = m_details->isVisible() ? width() - m_details->x() + scaled(10) : scaled(14);
+    const QRectF place = QRectF(rect()).adjusted(scaled(14), 1, -right, 0);
+    const QString said = rightText();
+    const double taken = said.isEmpty() ? 0 : digitsWidth(painter.font(), said);
+    if (!said.isEmpty())
+        paintDigits(painter, place, said, Qt::AlignRight);
     if (!m_pane)
         return;
     // Splits at the text's separators and draws lines instead.
