@@ -17,9 +17,9 @@ namespace {
 constexpr std::size_t pieceSize = 512;
 
 /// Reads the entries of one folder on several threads.
-class FolderReader {
+class ListingReader {
 public:
-    FolderReader(const Location &location, OpenFolder folder, HiddenEntries hidden)
+    ListingReader(const Location &location, OpenFolder folder, HiddenEntries hidden)
         : m_path(std::make_shared<const std::string>(location.native()))
         , m_folder(std::move(folder))
         , m_hiddenNames(m_folder.hiddenNames())
@@ -89,7 +89,7 @@ private:
 
 Result<FileItems> readFolder(const Location &folder, HiddenEntries hidden, const JobControl *control)
 {
-    FolderReader reader(folder, TRY(OpenFolder::open(folder.native(), LastLink::Follow)), hidden);
+    ListingReader reader(folder, TRY(OpenFolder::open(folder.native(), LastLink::Follow)), hidden);
     return FileItems(TRY(reader.read(control)));
 }
 
