@@ -76,6 +76,7 @@ void RunLine::showState()
     m_bar->setVisible(running);
     m_cancel->setVisible(running);
     m_detail->setVisible(running);
+    layout()->setAlignment(m_symbol, running ? Qt::AlignTop : Qt::AlignVCenter);
     m_details->setVisible(!running && !m_agent.notSearched().empty());
     setVisible(running || (!m_agent.status.get().isEmpty() && !isToldBeside()));
     showProgress();
