@@ -36,6 +36,8 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     connect(m_address, &AddressBar::left, this, &MainWindow::focusPlace);
     connect(m_search, &SearchField::left, this, &MainWindow::focusPlace);
     connect(m_search, &SearchField::wentDown, this, [this] { tab()->activeView().focusFirst(); });
+    const auto openBehind = [this](const Location &folder) { openTab(folder, TabOpening::InBackground); };
+    connect(m_address, &AddressBar::backgroundTabRequested, this, openBehind);
 
     buildFileCommands();
     auto *const column = new QVBoxLayout(this);
@@ -46,7 +48,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     column->addWidget(m_body, 1);
 
     for (const StoredTab &one : from.tabs)
-        m_tabPages->addWidget(makeTab({one.id, one.path}, one.second));
+        insertTab(m_tabPages->count(), one);
     if (m_tabPages->count() == 0)
         addTab(services.folders().home);
     m_tabs->setCurrent(std::clamp(from.current, 0, m_tabPages->count() - 1));
@@ -91,9 +93,9 @@ void MainWindow::buildBody(const StoredWindow &from)
     connect(m_sidebar, &SidebarView::chosenForNewTab, this, [this](const SidebarItem &item) {
         const Place wanted = placeOf(item, m_services.folders());
         const bool toFolder = wanted.kind == Place::Kind::Folder;
-        addTab(toFolder ? wanted.location : pane()->current.get());
+        openTab(toFolder ? wanted.location : pane()->current.get(), TabOpening::InBackground);
         if (!toFolder)
-            choose(item);
+            tabAt(m_tabPages->count() - 1)->active().choose(item);
     });
     connect(m_sidebar, &SidebarView::failed, this, &MainWindow::fail);
     connect(m_sidebar, &SidebarView::propertiesWanted, this,
@@ -130,13 +132,8 @@ QWidget *MainWindow::buildPanes()
     takeDropsOnTabs();
     connect(m_tabs, &TabBar::addRequested, this, [this] { run(CommandId::NewTab); });
     connect(m_tabs, &TabBar::closeRequested, this, &MainWindow::closeTab);
-    connect(m_tabs, &TabBar::moved, this, [this](int from, int to) {
-        QWidget *const page = m_tabPages->widget(from);
-        m_tabPages->removeWidget(page);
-        m_tabPages->insertWidget(to, page);
-        m_tabPages->setCurrentIndex(m_tabs->current());
-        Q_EMIT changed();
-    });
+    connect(m_tabs, &TabBar::menuRequested, this, &MainWindow::showTabMenu);
+    connect(m_tabs, &TabBar::moved, this, &MainWindow::moveTabPage);
     connect(m_tabs, &TabBar::currentChanged, this, [this](int index) {
         if (index < 0 || index >= m_tabPages->count())
             return;
@@ -166,58 +163,27 @@ void MainWindow::placeAt(const std::vector<int> &frame)
 TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Location> &second)
 {
     auto *const page = new TabPage(m_services, target, second, m_tabPages);
-    m_tabs->add(m_services.folders().title(target.path));
     connect(page, &TabPage::activeChanged, this, [this, page] {
         if (page == tab())
             follow();
     });
     connect(page, &TabPage::openRequested, this, &MainWindow::open);
     connect(page, &TabPage::tabRequested, this, &MainWindow::addTab);
+    connect(page, &TabPage::backgroundTabRequested, this,
+            [this](const Location &folder) { openTab(folder, TabOpening::InBackground); });
     connect(page, &TabPage::menuRequested, this, &MainWindow::showMenu);
     connect(page, &TabPage::rightsWanted, this, [this](const Location &entry) { m_files->showProperties({entry}); });
     connect(page, &TabPage::escaped, this, [] { clearCutFiles(); });
     connect(page, &TabPage::dropped, this, &MainWindow::drop);
     const auto know = [this, page](BrowserModel *pane) {
         m_files->add(pane);
-        pane->current.observe(page, [this](const Location &) { showTitles(); });
+        pane->place.observe(page, [this](const Place &) { showTitles(); });
     };
     connect(page, &TabPage::paneAdded, this, know);
     know(&page->panes().first());
     if (BrowserModel *const beside = page->panes().second())
         know(beside);
     return page;
-}
-
-void MainWindow::addTab(const Location &folder)
-{
-    const int index = m_tabPages->addWidget(makeTab(TabTarget::fresh(folder), std::nullopt));
-    m_tabs->setCurrent(index);
-    m_tabPages->setCurrentIndex(index);
-    follow();
-    tab()->focusActive();
-    Q_EMIT changed();
-}
-
-void MainWindow::closeTab(int index)
-{
-    if (m_tabPages->count() <= 1) {
-        close();
-        return;
-    }
-    QWidget *const page = m_tabPages->widget(index);
-    m_following.reset();
-    m_tabPages->removeWidget(page);
-    m_tabs->remove(index);
-    m_tabPages->setCurrentIndex(m_tabs->current());
-    follow();
-    delete page;
-    tab()->focusActive();
-    Q_EMIT changed();
-}
-
-TabPage *MainWindow::tab() const
-{
-    return static_cast<TabPage *>(m_tabPages->currentWidget());
 }
 
 BrowserModel *MainWindow::pane() const
@@ -260,7 +226,7 @@ void MainWindow::follow()
 void MainWindow::showTitles()
 {
     for (int index = 0; index < m_tabPages->count(); ++index) {
-        const auto *const page = static_cast<TabPage *>(m_tabPages->widget(index));
+        const TabPage *const page = tabAt(index);
         const Location folder = page->active().current.get();
         const Place &place = page->active().place.get();
         if (place.kind == Place::Kind::Tag)
@@ -290,13 +256,8 @@ void MainWindow::focusPlace()
 StoredWindow MainWindow::stored() const
 {
     StoredWindow window;
-    for (int index = 0; index < m_tabPages->count(); ++index) {
-        auto *const page = static_cast<TabPage *>(m_tabPages->widget(index));
-        StoredTab one{page->id(), page->panes().first().current.get(), std::nullopt};
-        if (page->panes().second())
-            one.second = page->panes().second()->current.get();
-        window.tabs.push_back(one);
-    }
+    for (int index = 0; index < m_tabPages->count(); ++index)
+        window.tabs.push_back(storedTab(index));
     window.current = m_tabs->current();
     const QRect frame = normalGeometry().isValid() ? normalGeometry() : geometry();
     window.frame = {frame.x(), frame.y(), frame.width(), frame.height()};

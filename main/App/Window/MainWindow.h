@@ -36,6 +36,7 @@ public:
     ~MainWindow() override;
 
     StoredWindow stored() const;
+    /// Opens a tab and shows it.
     void addTab(const Location &folder);
     /// Opens the entry's folder in a new tab and selects the entry.
     void showEntry(const Location &entry);
@@ -47,6 +48,10 @@ public:
     void newTab();
     void newWindow();
     void closeCurrentTab();
+    void closeOthers();
+    void duplicateCurrentTab();
+    /// Opens the tab closed last again, with the folders it showed.
+    void reopenTab();
     void nextTab();
     void previousTab();
     void openSelection();
@@ -88,6 +93,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    enum class TabOpening { InFront, InBackground };
     /// The page shown instead of the panes, and its crumbs in the address bar; null if the panes are shown.
     struct Page {
         QWidget *widget = nullptr;
@@ -108,8 +114,18 @@ private:
     void askToClose(const std::function<void()> &agreed);
     void placeAt(const std::vector<int> &frame);
     TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
+    void openTab(const Location &folder, TabOpening opening);
+    void insertTab(int index, const StoredTab &wanted);
+    void showTab(int index);
     void closeTab(int index);
+    void closeOtherTabs(int index);
+    void duplicateTab(int index);
+    void moveTabPage(int from, int to);
+    void showTabMenu(int index, const QPoint &global);
+    StoredTab storedTab(int index) const;
+    bool goByMouse(const QWidget *over, const QMouseEvent &press);
 
+    TabPage *tabAt(int index) const;
     TabPage *tab() const;
     BrowserModel *pane() const;
     void follow();
@@ -172,6 +188,8 @@ private:
     QSplitter *m_middle = nullptr;
     TabBar *m_tabs = nullptr;
     QStackedWidget *m_tabPages = nullptr; ///< same order as the tabs
+    /// The tabs closed last, newest last, with the index they had.
+    std::vector<std::pair<int, StoredTab>> m_closedTabs;
     PreviewSide *m_preview = nullptr;
     StatusBar *m_status = nullptr;
     FileCommands *m_files = nullptr;

@@ -39,6 +39,7 @@ CommandState MainWindow::state() const
     now.agent = place().kind == Place::Kind::Agent;
     now.results = place().kind == Place::Kind::Search || place().kind == Place::Kind::Tag;
     now.manyTabs = m_tabPages->count() > 1;
+    now.closedTabs = !m_closedTabs.empty();
     now.dualPane = tab()->panes().dualPane.get();
     now.preview = m_preview && !m_preview->isHidden();
     now.sidebar = m_sidebar->isVisibleTo(this);
@@ -90,21 +91,6 @@ void MainWindow::newTab()
 void MainWindow::newWindow()
 {
     Q_EMIT newWindowRequested(pane()->current.get());
-}
-
-void MainWindow::closeCurrentTab()
-{
-    closeTab(m_tabs->current());
-}
-
-void MainWindow::nextTab()
-{
-    m_tabs->setCurrent((m_tabs->current() + 1) % m_tabs->count());
-}
-
-void MainWindow::previousTab()
-{
-    m_tabs->setCurrent((m_tabs->current() + m_tabs->count() - 1) % m_tabs->count());
 }
 
 void MainWindow::openSelection()
@@ -186,9 +172,27 @@ void MainWindow::toggleSidebar()
     Q_EMIT changed();
 }
 
+/// The mouse's own buttons for back and forward, in the pane or page they are pressed over. The second of two quick presses
+/// is a double click.
+bool MainWindow::goByMouse(const QWidget *over, const QMouseEvent &press)
+{
+    const bool back = press.button() == Qt::BackButton;
+    if ((!back && press.button() != Qt::ForwardButton) || !m_places->isAncestorOf(over) || hasSheet())
+        return false;
+    tab()->activatePaneOf(over);
+    const CommandId id = back ? CommandId::Back : CommandId::Forward;
+    if (m_actions.at(id)->isEnabled())
+        run(id);
+    return true;
+}
+
 /// While a sheet is open no shortcut runs; an editable field keeps its own editing keys.
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick) {
+        const auto *const over = qobject_cast<QWidget *>(watched);
+        return over && goByMouse(over, *static_cast<QMouseEvent *>(event));
+    }
     if (event->type() != QEvent::ShortcutOverride || watched != QApplication::focusWidget() || !isActiveWindow())
         return QWidget::eventFilter(watched, event);
     const bool editable = isEditable(QApplication::focusWidget());

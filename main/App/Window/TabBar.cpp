@@ -5,10 +5,17 @@
 #include "Look/Symbols.h"
 #include "Look/Theme.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <utility>
 
 namespace brellin {
 
@@ -23,7 +30,6 @@ public:
         setAccessibleName(QStringLiteral("Tabs"));
         setDrawBase(false);
         setExpanding(false);
-        setMovable(true);
         setUsesScrollButtons(true);
         setElideMode(Qt::ElideMiddle);
         setFocusPolicy(Qt::TabFocus);
@@ -39,7 +45,7 @@ public:
 protected:
     QSize tabSizeHint(int tab) const override
     {
-        const int text = QFontMetrics(sizedFont(1, QFont::DemiBold)).horizontalAdvance(tabText(tab));
+        const int text = QFontMetrics(sizedFont(1, QFont::DemiBold)).horizontalAdvance(title(tab));
         return {std::min(scaled(240), text + scaled(66)), scaled(29)};
     }
     QSize minimumTabSizeHint(int) const override { return {scaled(80), scaled(29)}; }
@@ -55,25 +61,40 @@ protected:
             paintTab(painter, currentIndex());
     }
 
+    /// Selects and drags tabs by itself: QTabBar would show a dragged tab in the style of the system.
     void mousePressEvent(QMouseEvent *event) override
     {
-        const int tab = closeOver(event->position().toPoint());
-        if (event->button() != Qt::MiddleButton && tab < 0)
-            QTabBar::mousePressEvent(event);
+        const QPoint point = event->position().toPoint();
+        const int tab = tabAt(point);
+        m_press = {event->button(), tab, closeOver(point) >= 0, point.x(), 0};
+        if (!m_press.drags())
+            return;
+        setCurrentIndex(tab); // may scroll
+        m_press.left = tabRect(tab).left();
+    }
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        const int way = event->position().toPoint().x() - m_press.x;
+        if (m_press.drags() && (m_dragged || std::abs(way) >= QApplication::startDragDistance()))
+            dragTo(m_press.left + way);
+        update();
     }
     void mouseReleaseEvent(QMouseEvent *event) override
     {
         const QPoint point = event->position().toPoint();
-        const int tab = event->button() == Qt::MiddleButton ? tabAt(point) : closeOver(point);
-        if (tab >= 0)
-            Q_EMIT tabCloseRequested(tab);
-        else
-            QTabBar::mouseReleaseEvent(event);
-    }
-    void mouseMoveEvent(QMouseEvent *event) override
-    {
-        QTabBar::mouseMoveEvent(event);
+        const Press press = std::exchange(m_press, {});
+        const bool dragged = std::exchange(m_dragged, std::nullopt).has_value();
         update();
+        if (dragged || press.tab < 0 || press.button != event->button())
+            return;
+        if (press.closes ? closeOver(point) == press.tab
+                         : press.button == Qt::MiddleButton && tabAt(point) == press.tab)
+            Q_EMIT tabCloseRequested(press.tab);
+    }
+    void contextMenuEvent(QContextMenuEvent *event) override
+    {
+        const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+        Q_EMIT customContextMenuRequested(byKey ? tabRect(currentIndex()).center() : event->pos());
     }
     void leaveEvent(QEvent *event) override
     {
@@ -82,6 +103,30 @@ protected:
     }
 
 private:
+    /// Where a mouse button went down.
+    struct Press {
+        Qt::MouseButton button = Qt::NoButton;
+        int tab = -1;
+        bool closes = false; ///< on the tab's ×
+        int x = 0;
+        int left = 0; ///< of the tab at that time
+
+        bool drags() const { return button == Qt::LeftButton && tab >= 0 && !closes; }
+    };
+
+    /// Shows the current tab there, and moves it past each neighbour whose middle it covers.
+    void dragTo(int left)
+    {
+        const int width = tabRect(currentIndex()).width();
+        m_dragged = std::clamp(left, 0, std::max(0, this->width() - width));
+        while (currentIndex() + 1 < count() && *m_dragged + width > tabRect(currentIndex() + 1).center().x())
+            moveTab(currentIndex(), currentIndex() + 1);
+        while (currentIndex() > 0 && *m_dragged < tabRect(currentIndex() - 1).center().x())
+            moveTab(currentIndex(), currentIndex() - 1);
+    }
+
+    QString title(int tab) const { return tabText(tab).replace(QStringLiteral("&&"), QStringLiteral("&")); }
+
     static QRect closePlace(const QRect &tab)
     {
         const int side = scaled(18);
@@ -91,7 +136,9 @@ private:
     void paintTab(QPainter &painter, int tab)
     {
         const bool current = tab == currentIndex();
-        const QRect place = tabRect(tab);
+        QRect place = tabRect(tab);
+        if (current && m_dragged)
+            place.moveLeft(*m_dragged);
         const bool hovered = place.contains(mapFromGlobal(QCursor::pos())) && underMouse();
         if (current)
             paintCurrent(painter, place);
@@ -102,7 +149,7 @@ private:
         painter.setPen(color(current ? Token::Text : Token::Secondary));
         const QRect text = place.adjusted(scaled(36), 0, -scaled(26), 0);
         painter.drawText(text, Qt::AlignVCenter,
-                         painter.fontMetrics().elidedText(tabText(tab), Qt::ElideMiddle, text.width()));
+                         painter.fontMetrics().elidedText(title(tab), Qt::ElideMiddle, text.width()));
         if (hovered && count() > 1)
             paintClose(painter, closePlace(place));
         if (hasFocus() && current) {
@@ -136,7 +183,16 @@ private:
         }
         Symbols::paint(painter, QRectF(place).adjusted(3, 3, -3, -3), QStringLiteral("x"), color(Token::Secondary));
     }
+
+    Press m_press;
+    std::optional<int> m_dragged; ///< left edge of the current tab while it is dragged
 };
+
+/// For QTabBar, which makes a mnemonic of a single "&".
+QString escaped(QString title)
+{
+    return title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
 
 } // namespace
 
@@ -155,11 +211,15 @@ TabBar::TabBar(QWidget *parent) : QWidget(parent), m_bar(new PaintedTabs(this))
     connect(m_bar, &QTabBar::currentChanged, this, &TabBar::currentChanged);
     connect(m_bar, &QTabBar::tabCloseRequested, this, &TabBar::closeRequested);
     connect(m_bar, &QTabBar::tabMoved, this, &TabBar::moved);
+    connect(m_bar, &QWidget::customContextMenuRequested, this, [this](QPoint point) {
+        if (const int tab = m_bar->tabAt(point); tab >= 0)
+            Q_EMIT menuRequested(tab, m_bar->mapToGlobal(point));
+    });
 }
 
-int TabBar::add(const QString &title)
+void TabBar::insert(int tab, const QString &title)
 {
-    return m_bar->addTab(title);
+    m_bar->insertTab(tab, escaped(title));
 }
 
 void TabBar::remove(int tab)
@@ -169,8 +229,7 @@ void TabBar::remove(int tab)
 
 void TabBar::setTitle(int tab, const QString &title, const QString &toolTip)
 {
-    // PaintedTabs draws the text as it is, so "&" must not be doubled.
-    m_bar->setTabText(tab, title);
+    m_bar->setTabText(tab, escaped(title));
     m_bar->setTabToolTip(tab, toolTip);
 }
 

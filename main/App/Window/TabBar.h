@@ -5,13 +5,13 @@
 
 namespace brellin {
 
-/// The tabs of a window: drag reorders, the middle button closes, "+" adds.
+/// The tabs of a window: drag reorders, the middle button and × close, "+" adds.
 class TabBar : public QWidget {
     Q_OBJECT
 public:
     explicit TabBar(QWidget *parent);
 
-    int add(const QString &title);
+    void insert(int tab, const QString &title);
     void remove(int tab);
     void setTitle(int tab, const QString &title, const QString &toolTip);
     int current() const { return m_bar->currentIndex(); }
@@ -22,6 +22,7 @@ public:
     Q_SIGNAL void closeRequested(int tab);
     Q_SIGNAL void moved(int from, int to);
     Q_SIGNAL void addRequested();
+    Q_SIGNAL void menuRequested(int tab, const QPoint &global);
     /// For installing drop handling on the tabs.
     QTabBar *bar() const { return m_bar; }
 

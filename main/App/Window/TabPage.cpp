@@ -36,6 +36,7 @@ PaneView *TabPage::addView(BrowserModel &pane)
     connect(view, &PaneView::focused, this, [this, &pane] { m_panes.setActive(&pane); });
     connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
     connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
+    connect(view, &PaneView::backgroundTabRequested, this, &TabPage::backgroundTabRequested);
     connect(view, &PaneView::menuRequested, this, &TabPage::menuRequested);
     connect(view, &PaneView::rightsWanted, this, &TabPage::rightsWanted);
     connect(view, &PaneView::escaped, this, &TabPage::escaped);
@@ -74,6 +75,13 @@ void TabPage::showActive()
 void TabPage::focusActive()
 {
     activeView().focusList();
+}
+
+void TabPage::activatePaneOf(const QWidget *inside)
+{
+    for (PaneView *const view : {m_first, m_second})
+        if (view && view->isAncestorOf(inside))
+            m_panes.setActive(&view->pane());
 }
 
 void TabPage::switchPane()

@@ -22,12 +22,15 @@ public:
     BrowserModel &active() const { return *m_panes.active.get(); }
     PaneView &activeView() const;
     void focusActive();
+    /// Makes the pane that contains the widget active; does nothing if none does.
+    void activatePaneOf(const QWidget *inside);
     /// Focuses the other pane.
     void switchPane();
 
     Q_SIGNAL void activeChanged();
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
+    Q_SIGNAL void backgroundTabRequested(const brellin::Location &folder);
     Q_SIGNAL void menuRequested(const QPoint &global);
     Q_SIGNAL void rightsWanted(const brellin::Location &entry);
     Q_SIGNAL void escaped();

@@ -43,6 +43,10 @@ bool withManyTabs(const State &state)
 {
     return state.manyTabs;
 }
+bool withClosedTabs(const State &state)
+{
+    return state.closedTabs;
+}
 bool withBack(const State &state)
 {
     return state.agent || (state.pane && state.pane->canGoBack.get());
@@ -151,6 +155,11 @@ std::vector<WindowCommand> fileMenu()
              run(&MainWindow::newWindow));
     menu.add(CloseTab, QStringLiteral("Tab schließen"), {control | Qt::Key_W}, works, always,
              run(&MainWindow::closeCurrentTab));
+    menu.add(CloseOtherTabs, QStringLiteral("Andere Tabs schließen"), {}, works, withManyTabs,
+             run(&MainWindow::closeOthers));
+    menu.add(DuplicateTab, QStringLiteral("Tab duplizieren"), {}, works, always, run(&MainWindow::duplicateCurrentTab));
+    menu.add(ReopenTab, QStringLiteral("Geschlossenen Tab wieder öffnen"), {control | shift | Qt::Key_T}, works,
+             withClosedTabs, run(&MainWindow::reopenTab));
     menu.add(NewFolder, QStringLiteral("Neuer Ordner"), {control | shift | Qt::Key_N}, leaves, inFolder,
              run(&BrowserModel::newFolder));
     menu.add(NewTextDocument, QStringLiteral("Neues Textdokument"), {}, leaves, inFolder,

@@ -19,6 +19,9 @@ enum class CommandId {
     NewTab,
     NewWindow,
     CloseTab,
+    CloseOtherTabs,
+    DuplicateTab,
+    ReopenTab,
     NextTab,
     PreviousTab,
     NewFolder,
@@ -82,6 +85,7 @@ struct CommandState {
     bool agent = false;           ///< that page is the agent's
     bool results = false;         ///< of a search or tag
     bool manyTabs = false;
+    bool closedTabs = false; ///< a closed tab can be opened again
     bool dualPane = false;
     bool preview = false;
     bool sidebar = true;

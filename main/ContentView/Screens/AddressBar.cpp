@@ -35,6 +35,7 @@ public:
         setSizePolicy(last ? QSizePolicy::Preferred : QSizePolicy::Maximum, QSizePolicy::Preferred);
     }
     void setSymbol(const QString &symbol) { m_symbol = symbol; }
+    void onMiddleClick(std::function<void()> act) { m_middleClicked = std::move(act); }
 
     QSize sizeHint() const override
     {
@@ -66,6 +67,13 @@ protected:
     }
     void enterEvent(QEnterEvent *) override { update(); }
     void leaveEvent(QEvent *) override { update(); }
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        if (event->button() == Qt::MiddleButton && m_middleClicked && rect().contains(event->position().toPoint()))
+            m_middleClicked();
+        else
+            QAbstractButton::mouseReleaseEvent(event);
+    }
     void keyPressEvent(QKeyEvent *event) override
     {
         if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)
@@ -81,6 +89,7 @@ private:
 
     bool m_last;
     QString m_symbol;
+    std::function<void()> m_middleClicked;
 };
 
 } // namespace
@@ -196,9 +205,9 @@ void AddressBar::addStep(const QString &title, int step, bool last)
     connect(button, &QAbstractButton::clicked, this, [this, step] { goTo(step); });
     m_row->addWidget(button);
     if (m_page.isEmpty()) {
-        auto *const drop = new FileDrop(button, [folder = m_crumbs[static_cast<std::size_t>(step)].folder](QPoint) {
-            return std::optional(folder);
-        });
+        const Location folder = m_crumbs[static_cast<std::size_t>(step)].folder;
+        button->onMiddleClick([this, folder] { Q_EMIT backgroundTabRequested(folder); });
+        auto *const drop = new FileDrop(button, [folder](QPoint) { return std::optional(folder); });
         connect(drop, &FileDrop::dropped, this, &AddressBar::dropped);
     }
 }

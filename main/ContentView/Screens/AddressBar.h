@@ -36,6 +36,8 @@ public:
     Q_SIGNAL void pageStepClicked(int step);
     /// Return or Esc in the field: the focus belongs to what is shown.
     Q_SIGNAL void left();
+    /// Middle click on a crumb's folder.
+    Q_SIGNAL void backgroundTabRequested(const brellin::Location &folder);
     /// Emitted when files are dropped on a crumb's folder.
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
 

@@ -152,14 +152,12 @@ void PaneView::buildViews()
     connect(selection, &QItemSelectionModel::currentRowChanged, this, &PaneView::tellPosition);
     link(m_details);
     link(m_icons);
-    connect(m_details, &DetailsView::middleClicked, this, [this](const QModelIndex &index) {
+    const auto openBehind = [this](const QModelIndex &index) {
         if (index.isValid() && m_rows->item(index.row()).isFolder)
-            Q_EMIT tabRequested(m_rows->item(index.row()).location());
-    });
-    connect(m_icons, &IconsView::middleClicked, this, [this](const QModelIndex &index) {
-        if (index.isValid() && m_rows->item(index.row()).isFolder)
-            Q_EMIT tabRequested(m_rows->item(index.row()).location());
-    });
+            Q_EMIT backgroundTabRequested(m_rows->item(index.row()).location());
+    };
+    connect(m_details, &DetailsView::middleClicked, this, openBehind);
+    connect(m_icons, &IconsView::middleClicked, this, openBehind);
 }
 
 void PaneView::link(QAbstractItemView *view)

@@ -35,6 +35,8 @@ public:
     /// Return or double click on entries that are not folders.
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
+    /// Middle click on a folder.
+    Q_SIGNAL void backgroundTabRequested(const brellin::Location &folder);
     /// Context menu for the selection, or for the folder if nothing is selected.
     Q_SIGNAL void menuRequested(const QPoint &global);
     /// Dropped on a folder in the list, or on the pane's own.

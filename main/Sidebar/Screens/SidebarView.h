@@ -52,7 +52,7 @@ public:
 
     /// By click or Return.
     Q_SIGNAL void chosen(const brellin::SidebarItem &choice);
-    /// By middle click, Ctrl+Return or "In neuem Tab öffnen".
+    /// By middle click, Ctrl+Return or "In neuem Tab öffnen": in the background.
     Q_SIGNAL void chosenForNewTab(const brellin::SidebarItem &choice);
     /// "Eigenschaften" of a folder. The menu offers it only if this signal is connected.
     Q_SIGNAL void propertiesWanted(const brellin::Location &folder);

@@ -71,6 +71,8 @@ protected:
             pane().setSelection(Selection({folder / "unter"}));
         if (id == CommandId::Unpack)
             pane().setSelection(Selection({folder / "kaputt.zip"}));
+        if (id == CommandId::ReopenTab)
+            window->run(CommandId::CloseTab);
         if (id == CommandId::Details)
             pane().setViewMode(ViewMode::Icons);
         if (id == CommandId::Reload) {

@@ -172,8 +172,9 @@ TEST_F(WindowTest, tabsAndPanesKeepToThemselves)
     open();
     QTest::mouseClick(details()->viewport(), Qt::MiddleButton, {}, placeOf(QStringLiteral("eins")));
     QCoreApplication::processEvents();
-    EXPECT_EQ(pane().current.get(), folder / "eins") << "in a tab of its own";
     EXPECT_EQ(find<QTabBar>(QStringLiteral("tabs"))->count(), 2);
+    key(Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_EQ(pane().current.get(), folder / "eins") << "in a tab of its own";
     key(Qt::Key_F3);
     ASSERT_TRUE(window->state().dualPane);
     auto *const second = shownOne<QWidget>(QStringLiteral("secondPane"));
