@@ -4,6 +4,7 @@
 #include "App/Window/PreviewSide.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
+#include "ContentView/Screens/Crumbs.h"
 #include "Features/Screens/NetworkPage.h"
 #include "Features/Screens/ThumbnailImages.h"
 #include "Features/Screens/TrashPage.h"
@@ -161,6 +162,11 @@ void MainWindow::goToPageStep(int step)
 {
     if (place().kind == Place::Kind::Agent && step == 0)
         m_agent->showStart();
+    if (place().kind != Place::Kind::Storage)
+        return;
+    const std::vector<Crumb> crumbs = crumbsOf(m_storage->shown.get(), m_services.folders());
+    if (static_cast<std::size_t>(step) < crumbs.size())
+        pane()->navigate(crumbs[static_cast<std::size_t>(step)].folder);
 }
 
 void MainWindow::showBadge(int number)

@@ -22,6 +22,14 @@ namespace {
 
 /// Maximum number of folders in a crumb's menu.
 constexpr std::size_t mostSiblings = 200;
+/// Points beside the crumbs that remain for a click that edits the path.
+constexpr int freeRoom = 24;
+
+/// Double the "&" of a name, so that a menu shows it instead of making a mnemonic.
+QString menuText(QString name)
+{
+    return name.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
 
 /// A crumb, or the separator that opens its menu.
 class CrumbButton : public QAbstractButton {
@@ -164,6 +172,8 @@ void AddressBar::editPath()
     if (!m_pane)
         return;
     m_field->setText(shown(m_pane->current.get()));
+    m_completed.reset();
+    m_completions.setStringList({});
     m_stack->setCurrentWidget(m_field);
     m_field->setFocus();
     m_field->selectAll();
@@ -178,22 +188,83 @@ void AddressBar::stopEditing()
 void AddressBar::rebuild()
 {
     while (QLayoutItem *const old = m_row->takeAt(0)) {
-        if (old->widget())
+        if (old->widget()) {
+            old->widget()->hide();
             old->widget()->deleteLater();
+        }
         delete old;
     }
+    m_stepWidgets.clear();
+    addOverflow();
     m_crumbs = m_pane && m_page.isEmpty() ? crumbsOf(m_pane->current.get(), m_folders) : std::vector<Crumb>();
     const int count = m_page.isEmpty() ? static_cast<int>(m_crumbs.size()) : static_cast<int>(m_page.size());
     for (int step = 0; step < count; ++step) {
         const bool last = step == count - 1;
-        addStep(m_page.isEmpty() ? m_crumbs[static_cast<std::size_t>(step)].title : m_page.at(step), step, last);
+        const QString title = m_page.isEmpty() ? m_crumbs[static_cast<std::size_t>(step)].title : m_page.at(step);
+        m_stepWidgets.push_back({addStep(title, step, last)});
         if (!last)
-            addSeparator(step);
+            m_stepWidgets.back().push_back(addSeparator(step));
     }
     m_row->addStretch(1);
+    fit();
 }
 
-void AddressBar::addStep(const QString &title, int step, bool last)
+/// Takes the place of the first steps when the bar is too narrow for all.
+void AddressBar::addOverflow()
+{
+    auto *const button = new CrumbButton({}, false, m_steps);
+    button->setObjectName(QStringLiteral("crumbOverflow"));
+    button->setSymbol(QStringLiteral("ellipsis"));
+    button->setAccessibleName(QStringLiteral("Ordner darüber"));
+    button->setToolTip(button->accessibleName());
+    connect(button, &QAbstractButton::clicked, this, &AddressBar::openOverflow);
+    m_row->addWidget(button);
+    m_overflow = button;
+}
+
+/// Hides the first steps until the current one can be read.
+void AddressBar::fit()
+{
+    const auto widthOf = [](const std::vector<QWidget *> &step) {
+        int width = 0;
+        for (const QWidget *const one : step)
+            width += one->maximumWidth() < QWIDGETSIZE_MAX ? one->maximumWidth() : one->sizeHint().width();
+        return width;
+    };
+    const QMargins margins = m_row->contentsMargins();
+    const int room = width() - margins.left() - margins.right() - scaled(freeRoom);
+    int needed = 0;
+    for (const std::vector<QWidget *> &step : m_stepWidgets)
+        needed += widthOf(step);
+    const bool overflows = needed > room && m_stepWidgets.size() > 1;
+    if (overflows)
+        needed += m_overflow->sizeHint().width();
+    m_overflow->setVisible(overflows);
+    for (std::size_t step = 0; step < m_stepWidgets.size(); ++step) {
+        const bool hides = needed > room && step + 1 < m_stepWidgets.size();
+        if (hides)
+            needed -= widthOf(m_stepWidgets[step]);
+        for (QWidget *const one : m_stepWidgets[step])
+            one->setVisible(!hides);
+    }
+}
+
+/// The hidden steps, the nearest first.
+void AddressBar::openOverflow()
+{
+    auto *const menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("overflow"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (std::size_t step = m_stepWidgets.size(); step-- > 0;) {
+        const auto *const crumb = static_cast<QAbstractButton *>(m_stepWidgets[step].front());
+        if (crumb->isHidden())
+            menu->addAction(EntryIcons::folder(scaled(16), devicePixelRatioF()), menuText(crumb->text()), this,
+                            [this, step] { goTo(static_cast<int>(step)); });
+    }
+    menu->popup(m_overflow->mapToGlobal(QPoint(0, m_overflow->height())));
+}
+
+QWidget *AddressBar::addStep(const QString &title, int step, bool last)
 {
     auto *const button = new CrumbButton(title, last, m_steps);
     button->setObjectName(QStringLiteral("crumb%1").arg(step));
@@ -210,19 +281,21 @@ void AddressBar::addStep(const QString &title, int step, bool last)
         auto *const drop = new FileDrop(button, [folder](QPoint) { return std::optional(folder); });
         connect(drop, &FileDrop::dropped, this, &AddressBar::dropped);
     }
+    return button;
 }
 
+/// Every crumb navigates; that of the folder shown refreshes it, or ends the search in it.
 void AddressBar::goTo(int step)
 {
     if (!m_page.isEmpty())
         Q_EMIT pageStepClicked(step);
-    else if (m_pane && static_cast<std::size_t>(step) < m_crumbs.size() - 1)
+    else if (m_pane && m_pane->searching.get() && static_cast<std::size_t>(step) + 1 == m_crumbs.size())
+        m_pane->endResults();
+    else if (m_pane)
         m_pane->navigate(m_crumbs[static_cast<std::size_t>(step)].folder);
-    else
-        editPath();
 }
 
-void AddressBar::addSeparator(int step)
+QWidget *AddressBar::addSeparator(int step)
 {
     auto *const mark = new CrumbButton({}, false, m_steps);
     mark->setSymbol(QStringLiteral("chevron-right"));
@@ -237,6 +310,7 @@ void AddressBar::addSeparator(int step)
         mark->setEnabled(false);
     }
     m_row->addWidget(mark);
+    return mark;
 }
 
 void AddressBar::openMenu(int step, QWidget *under)
@@ -272,13 +346,11 @@ void AddressBar::fillMenu(QMenu *menu, const FileItems &items, const Location &n
     const DisplayedItems folders = displayed(items, options);
     for (std::size_t row = 0; row < std::min(folders.size(), mostSiblings); ++row) {
         const Location folder = folders[row].location();
-        // Double the "&" of a name, so that it is shown instead of making a mnemonic.
-        QAction *const action =
-            menu->addAction(EntryIcons::folder(scaled(16), devicePixelRatioF()),
-                            folders[row].name().replace(QLatin1Char('&'), QStringLiteral("&&")), this, [this, folder] {
-                                if (m_pane)
-                                    m_pane->navigate(folder);
-                            });
+        QAction *const action = menu->addAction(EntryIcons::folder(scaled(16), devicePixelRatioF()),
+                                                menuText(folders[row].name()), this, [this, folder] {
+                                                    if (m_pane)
+                                                        m_pane->navigate(folder);
+                                                });
         QFont titled = menu->font();
         titled.setWeight(folder == next ? QFont::DemiBold : QFont::Normal);
         action->setFont(titled);
@@ -295,20 +367,22 @@ void AddressBar::complete(const QString &typed)
 {
     if (!m_pane || !typed.contains(QLatin1Char('/')))
         return;
-    QString above = typed.left(typed.lastIndexOf(QLatin1Char('/')) + 1);
-    const QString written = above;
-    if (above.startsWith(QLatin1Char('~')))
+    const QString written = typed.left(typed.lastIndexOf(QLatin1Char('/')) + 1);
+    QString above = written;
+    if (above.startsWith(QStringLiteral("~/")))
         above.replace(0, 1, shown(m_folders.home));
-    const Location folder = standardised(Location(above.toStdString()));
-    if (folder == m_completed)
+    const Location folder = standardised(m_pane->current.get() / above.toStdString());
+    const bool hiddenToo = m_pane->showHidden.get() || typed.mid(written.size()).startsWith(QLatin1Char('.'));
+    const HiddenEntries hidden = hiddenToo ? HiddenEntries::Shown : HiddenEntries::LeftOut;
+    if (m_completed == std::pair(written, hidden))
         return;
     m_completing.start(
         m_workers, {.where = folder, .patience = FileCall<Listing>::Patience::None},
-        [folder, volumes = &m_volumes](const JobControl &control) {
-            return readListing(folder, HiddenEntries::LeftOut, *volumes, &control);
+        [folder, hidden, volumes = &m_volumes](const JobControl &control) {
+            return readListing(folder, hidden, *volumes, &control);
         },
-        [this, folder, written](const Listing &listing) {
-            m_completed = folder;
+        [this, hidden, written](const Listing &listing) {
+            m_completed = {written, hidden};
             QStringList paths;
             for (const FileItem &item : listing.items)
                 if (item.isFolder)
@@ -347,6 +421,7 @@ void AddressBar::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     m_field->setFixedHeight(height());
+    fit();
 }
 
 void AddressBar::paintEvent(QPaintEvent *)

@@ -51,8 +51,11 @@ protected:
 
 private:
     void rebuild();
-    void addStep(const QString &title, int step, bool last);
-    void addSeparator(int step);
+    QWidget *addStep(const QString &title, int step, bool last);
+    QWidget *addSeparator(int step);
+    void addOverflow();
+    void fit();
+    void openOverflow();
     void openMenu(int step, QWidget *under);
     void fillMenu(QMenu *menu, const FileItems &items, const Location &next);
     void stopEditing();
@@ -70,8 +73,11 @@ private:
     QWidget *m_steps;
     QHBoxLayout *m_row;
     QLineEdit *m_field;
+    std::vector<std::vector<QWidget *>> m_stepWidgets; ///< of each step: its crumb and the separator behind it
+    QWidget *m_overflow = nullptr;                     ///< stands for the steps that do not fit
     QStringListModel m_completions;
-    Location m_completed; ///< folder of the completion's entries
+    /// The folder as typed of the completion's entries, and whether these include hidden ones.
+    std::optional<std::pair<QString, HiddenEntries>> m_completed;
     FileCall<Listing> m_siblings;
     FileCall<Listing> m_completing;
 };
