@@ -2,6 +2,7 @@
 
 #include "Agent/AgentKinds.h"
 #include "ContentView/FolderViews.h"
+#include "ContentView/StoredShortcuts.h"
 #include "ContentView/StoredWindows.h"
 #include "Features/FolderColors.h"
 #include "Places/NetworkServers.h"
@@ -97,8 +98,8 @@ const std::vector<StoredKind> &storedKinds()
         all.push_back(storedKind<QuickEntry>(QStringLiteral("quickAccess")));
         all.push_back(storedKind<Location>(QStringLiteral("sidebarExpanded")));
         all.push_back(storedKind<QString>(QStringLiteral("sidebarFolded")));
-        for (const StoredKind &kind :
-             {FolderColors::kind(), folderViewsKind(), SendToTargets::kind(), NetworkServers::kind(), windowsKind()})
+        for (const StoredKind &kind : {FolderColors::kind(), folderViewsKind(), SendToTargets::kind(),
+                                       NetworkServers::kind(), windowsKind(), shortcutsKind()})
             all.push_back(kind);
         return all;
     }();

@@ -47,6 +47,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     , m_sendTo(services.settings(), services.folders())
     , m_agent(services.forAgent(), CleanupAgent::Loading::WithStart)
     , m_model(services.forAgent().forModel())
+    , m_shortcuts(services.settings())
     , m_check(services, m_notices)
 {
     m_transfers.lastFinished.observe(&m_transfers,
@@ -115,7 +116,8 @@ WindowServices WindowComposition::forWindows()
             m_services.processes(),
             m_notices,
             m_services.records(),
-            m_history};
+            m_history,
+            m_shortcuts};
 }
 
 /// Another process has changed stored data.
@@ -133,6 +135,8 @@ void WindowComposition::reload(const std::set<std::string> &lists)
         m_colors.reload();
     if (lists.contains("sendToTargets"))
         m_sendTo.reload();
+    if (lists.contains("shortcuts"))
+        m_shortcuts.reload();
     std::set<QString> ofAgent;
     for (const std::string &list : lists) {
         if (list.starts_with("agent") || list == "settings")

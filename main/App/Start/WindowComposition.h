@@ -6,6 +6,7 @@
 #include "App/Start/StoredDataCheck.h"
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/Notices.h"
+#include "App/Window/Shortcuts.h"
 #include "App/Window/WindowServices.h"
 #include "Features/FolderColors.h"
 #include "Features/FolderSizes.h"
@@ -73,6 +74,7 @@ private:
     CleanupAgent m_agent;
     ModelSettings m_model;
     Notices m_notices;
+    Shortcuts m_shortcuts;
     StoredDataCheck m_check;
     std::unique_ptr<SettingsWatch> m_watch;
 };

@@ -73,6 +73,9 @@ public:
     void togglePreview();
     void toggleSidebar();
     void showSettings();
+    void showShortcuts();
+    /// The menu of all commands.
+    void openMenu();
 
     /// Whether the program may quit now. If work is running, returns false and asks; emits quitRequested() when the
     /// user agrees.
@@ -174,7 +177,9 @@ private:
     void toggleTag(const QString &tag);
     void removeTags();
     void change(std::function<Result<void>(const std::vector<Location> &)> work);
-    void showAllCommands(QWidget *under);
+    QMenu *showAllCommands(QWidget *under);
+    QString titleWithKey(CommandId id) const;
+    void showKeys();
 
     WindowServices m_services;
     std::map<CommandId, QAction *> m_actions;

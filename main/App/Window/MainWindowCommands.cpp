@@ -23,12 +23,21 @@ void MainWindow::buildActions()
     for (const WindowCommand &one : commandTable()) {
         auto *const action = new QAction(one.title, this);
         action->setObjectName(QStringLiteral("command%1").arg(static_cast<int>(one.id)));
-        action->setShortcuts(QList<QKeySequence>(one.keys.begin(), one.keys.end()));
         action->setShortcutContext(Qt::WindowShortcut);
         connect(action, &QAction::triggered, this, [this, id = one.id] { run(id); });
         addAction(action);
         m_actions[one.id] = action;
     }
+}
+
+void MainWindow::showKeys()
+{
+    for (const auto &[id, action] : m_actions) {
+        const Shortcuts::Keys keys = m_services.shortcuts.keysOf(id);
+        action->setShortcuts(QList<QKeySequence>(keys.begin(), keys.end()));
+    }
+    m_toolbar->showKeys(m_services.shortcuts);
+    m_tabs->showKeyOfAdding(m_services.shortcuts.textOf(CommandId::NewTab));
 }
 
 CommandState MainWindow::state() const
@@ -198,8 +207,9 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     const bool editable = isEditable(QApplication::focusWidget());
     const QKeySequence typed(static_cast<QKeyEvent *>(event)->keyCombination());
     const bool kept = hasSheet() || (editable && std::ranges::any_of(commandTable(), [&](const WindowCommand &one) {
+                                         const Shortcuts::Keys keys = m_services.shortcuts.keysOf(one.id);
                                          return one.editing == WhileEditing::LeavesKeys &&
-                                                std::ranges::find(one.keys, typed) != one.keys.end();
+                                                std::ranges::find(keys, typed) != keys.end();
                                      }));
     if (!kept)
         return QWidget::eventFilter(watched, event);

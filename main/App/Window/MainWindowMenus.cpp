@@ -1,6 +1,7 @@
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/SettingsSheet.h"
+#include "App/Window/ShortcutSheet.h"
 #include "Disk/FileTypes.h"
 #include "Disk/OnWorker.h"
 #include "Features/FileTags.h"
@@ -38,8 +39,7 @@ void MainWindow::showMenu(const QPoint &global)
         QAction *const entry =
             menu->addAction(Symbols::icon(symbol), windowCommand(id).title, this, [this, id] { run(id); });
         entry->setEnabled(m_actions.at(id)->isEnabled());
-        if (!windowCommand(id).keys.empty())
-            entry->setText(windowCommand(id).title + QLatin1Char('\t') + keyText(windowCommand(id).keys.front()));
+        entry->setText(titleWithKey(id));
     };
     using enum CommandId;
     if (selected.empty()) {
@@ -258,23 +258,24 @@ void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
                    });
 }
 
+QString MainWindow::titleWithKey(CommandId id) const
+{
+    const QString key = m_services.shortcuts.textOf(id);
+    return key.isEmpty() ? windowCommand(id).title : windowCommand(id).title + QLatin1Char('\t') + key;
+}
+
 /// Shows every command by group, with its shortcut.
-void MainWindow::showAllCommands(QWidget *under)
+QMenu *MainWindow::showAllCommands(QWidget *under)
 {
     refreshState();
     QMenu *const menu = makeMenu(this, QStringLiteral("commandsMenu"));
     const CommandState now = state();
-    const std::array<std::pair<CommandGroup, QString>, 4> groups{{{CommandGroup::File, QStringLiteral("Ablage")},
-                                                                  {CommandGroup::Edit, QStringLiteral("Bearbeiten")},
-                                                                  {CommandGroup::Go, QStringLiteral("Gehe zu")},
-                                                                  {CommandGroup::View, QStringLiteral("Darstellung")}}};
-    for (const auto &[group, title] : groups) {
-        QMenu *const part = menu->addMenu(title);
+    for (const CommandGroup group : {CommandGroup::File, CommandGroup::Edit, CommandGroup::Go, CommandGroup::View}) {
+        QMenu *const part = menu->addMenu(titleOf(group));
         for (const WindowCommand &one : commandTable()) {
-            if (one.group != group)
+            if (one.group != group || one.id == CommandId::AllCommands)
                 continue;
-            const QString keys = one.keys.empty() ? QString() : QLatin1Char('\t') + keyText(one.keys.front());
-            QAction *const entry = part->addAction(one.title + keys, this, [this, id = one.id] { run(id); });
+            QAction *const entry = part->addAction(titleWithKey(one.id), this, [this, id = one.id] { run(id); });
             entry->setEnabled(one.enabled(now));
             if (one.checked) {
                 entry->setCheckable(true);
@@ -284,6 +285,14 @@ void MainWindow::showAllCommands(QWidget *under)
     }
     addUndoList(*menu);
     menu->popup(under->mapToGlobal(QPoint(under->width() - menu->sizeHint().width(), under->height() + 4)));
+    return menu;
+}
+
+/// By key, so with the first entry current.
+void MainWindow::openMenu()
+{
+    QMenu *const menu = showAllCommands(m_toolbar->menuButton());
+    menu->setActiveAction(menu->actions().constFirst());
 }
 
 /// Shows the undo list, most recent first; undo works in this order.
@@ -307,6 +316,11 @@ void MainWindow::showSettings()
     auto *const sheet = new SettingsSheet(m_services, this);
     connect(sheet, &SettingsSheet::failed, this, &MainWindow::fail);
     sheet->open();
+}
+
+void MainWindow::showShortcuts()
+{
+    (new ShortcutSheet(m_services.shortcuts, this))->open();
 }
 
 void MainWindow::open(const std::vector<FileItem> &items)

@@ -118,7 +118,7 @@ private:
     void dragTo(int left)
     {
         const int width = tabRect(currentIndex()).width();
-        m_dragged = std::clamp(left, 0, std::max(0, this->width() - width));
+        m_dragged = std::clamp(left, 0, tabRect(count() - 1).right() + 1 - width);
         while (currentIndex() + 1 < count() && *m_dragged + width > tabRect(currentIndex() + 1).center().x())
             moveTab(currentIndex(), currentIndex() + 1);
         while (currentIndex() > 0 && *m_dragged < tabRect(currentIndex() - 1).center().x())
@@ -202,8 +202,9 @@ TabBar::TabBar(QWidget *parent) : QWidget(parent), m_bar(new PaintedTabs(this))
     row->setContentsMargins(scaled(8), scaled(5), scaled(8), 0);
     row->setSpacing(scaled(4));
     row->addWidget(m_bar, 0, Qt::AlignBottom);
-    auto *const plus = new SymbolButton(QStringLiteral("plus"), QStringLiteral("Neuer Tab (Strg+T)"),
+    auto *const plus = new SymbolButton(QStringLiteral("plus"), QStringLiteral("Neuer Tab"),
                                         QStringLiteral("newTabButton"), this, Token::Secondary);
+    m_plus = plus;
     plus->setFixedSize(scaled(26), scaled(26));
     row->addWidget(plus);
     row->addStretch(1);
@@ -231,6 +232,12 @@ void TabBar::setTitle(int tab, const QString &title, const QString &toolTip)
 {
     m_bar->setTabText(tab, escaped(title));
     m_bar->setTabToolTip(tab, toolTip);
+}
+
+void TabBar::showKeyOfAdding(const QString &key)
+{
+    const QString help = QStringLiteral("Neuer Tab");
+    m_plus->setToolTip(key.isEmpty() ? help : QStringLiteral("%1 (%2)").arg(help, key));
 }
 
 void TabBar::paintEvent(QPaintEvent *)

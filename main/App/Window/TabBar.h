@@ -18,6 +18,9 @@ public:
     void setCurrent(int tab) { m_bar->setCurrentIndex(tab); }
     int count() const { return m_bar->count(); }
 
+    /// In the tool tip of "+"; empty for none.
+    void showKeyOfAdding(const QString &key);
+
     Q_SIGNAL void currentChanged(int tab);
     Q_SIGNAL void closeRequested(int tab);
     Q_SIGNAL void moved(int from, int to);
@@ -31,6 +34,7 @@ protected:
 
 private:
     QTabBar *m_bar;
+    QWidget *m_plus;
 };
 
 } // namespace brellin

@@ -36,10 +36,10 @@ Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *addr
     row->addWidget(add(NewFolder, QStringLiteral("folder-plus"), QStringLiteral("Neuer Ordner")));
     row->addWidget(search);
     row->addWidget(add(CommandId::Agent, QStringLiteral("wand.and.sparkles"), QStringLiteral("Aufräum-Agent")));
-    auto *const more = new SymbolButton(QStringLiteral("ellipsis"), QStringLiteral("Alle Befehle"),
-                                        QStringLiteral("commandsButton"), this);
-    connect(more, &QAbstractButton::clicked, this, [this, more] { Q_EMIT menuRequested(more); });
-    row->addWidget(more);
+    m_more = new SymbolButton(QStringLiteral("ellipsis"), QStringLiteral("Alle Befehle"),
+                              QStringLiteral("commandsButton"), this);
+    connect(m_more, &QAbstractButton::clicked, this, [this] { Q_EMIT menuRequested(m_more); });
+    row->addWidget(m_more);
 }
 
 void Toolbar::buildSize()
@@ -51,7 +51,6 @@ void Toolbar::buildSize()
     m_size->setPageStep(48);
     m_size->setFixedWidth(scaled(90));
     m_size->setAccessibleName(QStringLiteral("Symbolgröße"));
-    m_size->setToolTip(QStringLiteral("Symbolgröße (Strg++ / Strg+−)"));
     m_size->hide();
     connect(m_size, &QSlider::valueChanged, this, [this](int side) {
         if (m_pane)
@@ -62,14 +61,28 @@ void Toolbar::buildSize()
 SymbolButton *Toolbar::add(CommandId id, const QString &symbol, const QString &help)
 {
     const WindowCommand &command = windowCommand(id);
-    const QString keys = command.keys.empty() ? QString() : QStringLiteral(" (%1)").arg(keyText(command.keys.front()));
-    auto *const button =
-        new SymbolButton(symbol, help + keys, QStringLiteral("tool%1").arg(static_cast<int>(id)), this);
+    auto *const button = new SymbolButton(symbol, help, QStringLiteral("tool%1").arg(static_cast<int>(id)), this);
     button->setAccessibleName(command.title);
     button->setCheckable(static_cast<bool>(command.checked) && id != CommandId::Sidebar);
     connect(button, &QAbstractButton::clicked, m_actions.at(id), &QAction::trigger);
     m_buttons[id] = button;
+    m_helps[id] = help;
     return button;
+}
+
+void Toolbar::showKeys(const Shortcuts &shortcuts)
+{
+    const auto inBrackets = [](const QString &keys) {
+        return keys.isEmpty() ? keys : QStringLiteral(" (%1)").arg(keys);
+    };
+    for (const auto &[id, button] : m_buttons)
+        button->setToolTip(m_helps.at(id) + inBrackets(shortcuts.textOf(id)));
+    m_more->setToolTip(QStringLiteral("Alle Befehle") + inBrackets(shortcuts.textOf(CommandId::AllCommands)));
+    QStringList zoom{shortcuts.textOf(CommandId::LargerIcons), shortcuts.textOf(CommandId::SmallerIcons)};
+    zoom.removeAll(QString());
+    m_size->setToolTip(
+        QStringLiteral("Symbolgröße") +
+        inBrackets(zoom.join(QStringLiteral(" / ")).replace(QStringLiteral("+-"), QStringLiteral("+−"))));
 }
 
 void Toolbar::setAgentBadge(int number)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "App/Window/WindowCommands.h"
+#include "App/Window/Shortcuts.h"
 #include "ContentView/Screens/AddressBar.h"
 #include "ContentView/Screens/SearchField.h"
 #include "Look/Buttons.h"
@@ -24,6 +24,10 @@ public:
     void setAgentBadge(int number);
     /// Updates which buttons are enabled and checked. Call after the actions were updated.
     void showState(const CommandState &state);
+    /// Shows the commands' keys in the tool tips.
+    void showKeys(const Shortcuts &shortcuts);
+    /// The button that opens the menu of all commands.
+    QWidget *menuButton() const { return m_more; }
 
     Q_SIGNAL void menuRequested(QWidget *under);
 
@@ -36,6 +40,8 @@ private:
 
     const std::map<CommandId, QAction *> &m_actions;
     std::map<CommandId, SymbolButton *> m_buttons;
+    std::map<CommandId, QString> m_helps; ///< tool tips without keys
+    SymbolButton *m_more = nullptr;
     QSlider *m_size = nullptr; ///< icon size; visible in icon view only
     QPointer<BrowserModel> m_pane;
     SearchField *m_search;

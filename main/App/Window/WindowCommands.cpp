@@ -188,6 +188,9 @@ std::vector<WindowCommand> fileMenu()
              run(&FileCommands::showPropertiesOfSelection));
     menu.add(Settings, QStringLiteral("Einstellungen …"), {control | Qt::Key_Comma}, works, always,
              run(&MainWindow::showSettings));
+    menu.add(CommandId::Shortcuts, QStringLiteral("Tastenkürzel …"), {Qt::Key_F1}, works, always,
+             run(&MainWindow::showShortcuts));
+    menu.add(AllCommands, QStringLiteral("Alle Befehle"), {Qt::Key_F10}, works, always, run(&MainWindow::openMenu));
     menu.add(Quit, QStringLiteral("Beenden"), {control | Qt::Key_Q}, works, always, run(&MainWindow::quitRequested));
     return menu.commands;
 }
@@ -297,9 +300,24 @@ const WindowCommand &windowCommand(CommandId id)
     return *std::ranges::find(commandTable(), id, &WindowCommand::id);
 }
 
+QString titleOf(CommandGroup group)
+{
+    switch (group) {
+    case CommandGroup::File:
+        return QStringLiteral("Ablage");
+    case CommandGroup::Edit:
+        return QStringLiteral("Bearbeiten");
+    case CommandGroup::Go:
+        return QStringLiteral("Gehe zu");
+    case CommandGroup::View:
+        return QStringLiteral("Darstellung");
+    }
+    return {};
+}
+
 QString keyText(const QKeySequence &key)
 {
-    static const std::array<std::pair<QString, QString>, 9> words{
+    static const std::array<std::pair<QString, QString>, 18> words{
         {{QStringLiteral("Ctrl"), QStringLiteral("Strg")},
          {QStringLiteral("Shift"), QStringLiteral("Umschalt")},
          {QStringLiteral("Return"), QStringLiteral("Eingabe")},
@@ -308,7 +326,16 @@ QString keyText(const QKeySequence &key)
          {QStringLiteral("Right"), QStringLiteral("→")},
          {QStringLiteral("Up"), QStringLiteral("↑")},
          {QStringLiteral("Down"), QStringLiteral("↓")},
-         {QStringLiteral("Del"), QStringLiteral("Entf")}}};
+         {QStringLiteral("Del"), QStringLiteral("Entf")},
+         {QStringLiteral("Ins"), QStringLiteral("Einfg")},
+         {QStringLiteral("PgUp"), QStringLiteral("Bild ↑")},
+         {QStringLiteral("PgDown"), QStringLiteral("Bild ↓")},
+         {QStringLiteral("Home"), QStringLiteral("Pos1")},
+         {QStringLiteral("End"), QStringLiteral("Ende")},
+         {QStringLiteral("Space"), QStringLiteral("Leertaste")},
+         {QStringLiteral("Backtab"), QStringLiteral("Tab")},
+         {QStringLiteral("Back"), QStringLiteral("Browser zurück")},
+         {QStringLiteral("Forward"), QStringLiteral("Browser vor")}}};
     QStringList parts = key.toString(QKeySequence::PortableText).split(QLatin1Char('+'));
     for (QString &part : parts)
         for (const auto &[english, german] : words)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QKeySequence>
+#include <QObject>
 #include <QString>
 
 #include <array>
@@ -10,11 +11,13 @@
 
 namespace brellin {
 
+Q_NAMESPACE
+
 class BrowserModel;
 class FileCommands;
 class MainWindow;
 
-/// All commands of menus, toolbar and shortcuts.
+/// All commands of menus, toolbar and shortcuts. Stored shortcuts contain the names.
 enum class CommandId {
     NewTab,
     NewWindow,
@@ -72,11 +75,16 @@ enum class CommandId {
     Sidebar,
     Pin,
     Settings,
+    Shortcuts,
+    AllCommands,
     Quit
 };
+Q_ENUM_NS(CommandId)
 
 /// The menu that lists the command.
 enum class CommandGroup { File, Edit, Go, View };
+/// „Bearbeiten“
+QString titleOf(CommandGroup group);
 
 /// What `enabled` and `checked` depend on; captured when a menu opens and whenever something in it changes.
 struct CommandState {
@@ -112,7 +120,7 @@ struct WindowCommand {
     CommandId id;
     CommandGroup group;
     QString title;
-    std::vector<QKeySequence> keys; ///< menus show the first
+    std::vector<QKeySequence> keys; ///< unless the user has chosen own ones; menus show the first
     WhileEditing editing = WhileEditing::LeavesKeys;
     std::function<bool(const CommandState &)> enabled;
     std::function<void(const CommandTarget &)> run;

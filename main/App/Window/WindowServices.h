@@ -17,6 +17,7 @@ class HistoryList;
 class NetworkServers;
 class Notices;
 class Pins;
+class Shortcuts;
 class StepRecords;
 class ThumbnailImages;
 class TrashList;
@@ -46,6 +47,7 @@ struct WindowServices {
     Notices &notices;
     StepRecords &records;
     HistoryList &history;
+    Shortcuts &shortcuts;
 
     /// Whether file work is running that quitting would interrupt.
     bool busy() const;

@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QDialog>
+#include <QMenu>
 #include <QMimeData>
 
 using namespace brellin;
@@ -116,7 +117,8 @@ protected:
         const QWidget *const focus = QApplication::focusWidget();
         all << (focus ? QString::number(reinterpret_cast<quintptr>(focus)) : QString());
         for (const QWidget *const one : window->findChildren<QWidget *>())
-            if (one->isVisible() && (qobject_cast<const SheetFrame *>(one) || qobject_cast<const QDialog *>(one)))
+            if (one->isVisible() && (qobject_cast<const SheetFrame *>(one) || qobject_cast<const QDialog *>(one) ||
+                                     qobject_cast<const QMenu *>(one)))
                 all << QString::fromLatin1(one->metaObject()->className());
         const QMimeData *const clipboard = QApplication::clipboard()->mimeData();
         return all << clipboard->text() << clipboard->formats()

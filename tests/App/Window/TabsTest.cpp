@@ -49,7 +49,7 @@ protected:
     void press(QPoint point) const { QTest::mousePress(bar(), Qt::LeftButton, {}, point); }
     void release(QPoint point) const { QTest::mouseRelease(bar(), Qt::LeftButton, {}, point); }
     /// The action of an open menu; closes the menu.
-    static void choose(QMenu *menu, const QString &title)
+    void choose(QMenu *menu, const QString &title) const
     {
         ASSERT_NE(menu, nullptr);
         for (QAction *const action : menu->actions())
@@ -57,6 +57,8 @@ protected:
                 EXPECT_TRUE(action->isEnabled()) << title.toStdString();
                 action->trigger();
                 menu->close();
+                window->activateWindow();
+                ASSERT_TRUE(QTest::qWaitForWindowActive(window));
                 return;
             }
         ADD_FAILURE() << title.toStdString();
