@@ -175,6 +175,9 @@ public:
     void navigateToTyped(const QString &text);
     void goBack();
     void goForward();
+    /// Back or forward by several steps; does nothing if there are fewer.
+    void goInHistory(NavigationHistory::Way way, std::size_t steps);
+    const NavigationHistory &history() const { return m_history; }
     void goUp();
     /// Shows an entry selected in its folder.
     void showEntry(const Location &entry);
@@ -245,7 +248,6 @@ private:
     PlaceVisit visit() const;
     void record();
     void mirrorHistory();
-    void step(NavigationHistory::Way way);
     void revisit(const PlaceVisit &to);
 
     bool showsListing() const;

@@ -105,21 +105,22 @@ void BrowserModel::mirrorHistory()
     publish(canGoForward, !m_history.empty(NavigationHistory::Way::Forward));
 }
 
-void BrowserModel::step(NavigationHistory::Way way)
+void BrowserModel::goInHistory(NavigationHistory::Way way, std::size_t steps)
 {
-    const std::optional<PlaceVisit> target = m_history.next(way);
-    if (!target)
+    const std::vector<PlaceVisit> &visits = m_history.visits(way);
+    if (steps == 0 || steps > visits.size())
         return;
-    const auto arrived = [this, way, to = *target, left = visit()] {
-        m_history.stepped(way, to, left);
-        revisit(to);
+    const PlaceVisit target = visits[visits.size() - steps];
+    const auto arrived = [this, way, steps, target, left = visit()] {
+        m_history.stepped(way, steps, target, left);
+        revisit(target);
     };
-    const auto gone = [this, way, to = *target] { m_history.forget(way, to); };
-    if (target->folder == current.get()) {
+    const auto gone = [this, way, target] { m_history.forget(way, target); };
+    if (target.folder == current.get()) {
         m_check.drop();
         arrived();
     } else {
-        travel(target->folder, arrived, gone);
+        travel(target.folder, arrived, gone);
     }
 }
 
@@ -149,12 +150,12 @@ void BrowserModel::revisit(const PlaceVisit &to)
 
 void BrowserModel::goBack()
 {
-    step(NavigationHistory::Way::Back);
+    goInHistory(NavigationHistory::Way::Back, 1);
 }
 
 void BrowserModel::goForward()
 {
-    step(NavigationHistory::Way::Forward);
+    goInHistory(NavigationHistory::Way::Forward, 1);
 }
 
 /// Selects the folder that the user came from.

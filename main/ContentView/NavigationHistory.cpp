@@ -1,5 +1,7 @@
 #include "ContentView/NavigationHistory.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace brellin {
@@ -28,17 +30,26 @@ void NavigationHistory::went(PlaceVisit left)
     m_forward.clear();
 }
 
-void NavigationHistory::stepped(Way way, const PlaceVisit &target, PlaceVisit left)
+void NavigationHistory::stepped(Way way, std::size_t steps, const PlaceVisit &target, PlaceVisit left)
 {
+    std::vector<PlaceVisit> &from = stack(way);
+    std::vector<PlaceVisit> &onto = stack(way == Way::Back ? Way::Forward : Way::Back);
+    onto.push_back(std::move(left));
+    for (; steps > 1 && !from.empty(); --steps) {
+        onto.push_back(std::move(from.back()));
+        from.pop_back();
+    }
     forget(way, target);
-    stack(way == Way::Back ? Way::Forward : Way::Back).push_back(std::move(left));
 }
 
 void NavigationHistory::forget(Way way, const PlaceVisit &target)
 {
     std::vector<PlaceVisit> &visits = stack(way);
-    if (!visits.empty() && visits.back().place == target.place && visits.back().folder == target.folder)
-        visits.pop_back();
+    const auto found = std::find_if(visits.rbegin(), visits.rend(), [&target](const PlaceVisit &one) {
+        return one.place == target.place && one.folder == target.folder;
+    });
+    if (found != visits.rend())
+        visits.erase(std::next(found).base());
 }
 
 } // namespace brellin

@@ -34,13 +34,15 @@ public:
     /// The stack of folders alone, newest last: results and pages shown over a folder are no steps of it.
     std::vector<Location> folders(Way way, const Location &current) const;
     bool empty(Way way) const { return stack(way).empty(); }
+    /// All steps, newest last.
+    const std::vector<PlaceVisit> &visits(Way way) const { return stack(way); }
     std::optional<PlaceVisit> next(Way way) const;
 
     /// Records leaving `left` for a chosen place; clears the forward stack.
     void went(PlaceVisit left);
-    /// Records a step from `left` to `target`, which was `next(way)` when the step began.
-    void stepped(Way way, const PlaceVisit &target, PlaceVisit left);
-    /// Removes `target`, which was `next(way)`, because it is gone.
+    /// Records going `steps` from `left` to `target`, which was that far away when the step began.
+    void stepped(Way way, std::size_t steps, const PlaceVisit &target, PlaceVisit left);
+    /// Removes `target` because it is gone.
     void forget(Way way, const PlaceVisit &target);
 
 private:

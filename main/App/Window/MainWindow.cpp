@@ -3,6 +3,7 @@
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/FittingFrame.h"
+#include "App/Window/PlaceTitles.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
 #include "Features/StorageOverview.h"
@@ -32,6 +33,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     buildActions();
     m_toolbar = new Toolbar(m_actions, m_address, m_search, this);
     connect(m_toolbar, &Toolbar::menuRequested, this, &MainWindow::showAllCommands);
+    connect(m_toolbar, &Toolbar::historyRequested, this, &MainWindow::showHistory);
     connect(m_address, &AddressBar::pageStepClicked, this, [this](int step) { goToPageStep(step); });
     connect(m_address, &AddressBar::left, this, &MainWindow::focusPlace);
     connect(m_search, &SearchField::left, this, &MainWindow::focusPlace);
@@ -232,7 +234,7 @@ void MainWindow::showTitles()
         const Location folder = page->active().current.get();
         const Place &place = page->active().place.get();
         if (place.kind == Place::Kind::Tag)
-            m_tabs->setTitle(index, tagTitle(place.name), tagTitle(place.name));
+            m_tabs->setTitle(index, titleOf(place, m_services.folders()), titleOf(place, m_services.folders()));
         else
             m_tabs->setTitle(index, m_services.folders().title(folder), shown(folder));
     }

@@ -124,6 +124,7 @@ private:
     void closeOtherTabs(int index);
     void duplicateTab(int index);
     void moveTabPage(int from, int to);
+    void showHistory(NavigationHistory::Way way, QWidget *under);
     void showTabMenu(int index, const QPoint &global);
     StoredTab storedTab(int index) const;
     bool goByMouse(const QWidget *over, const QMouseEvent &press);
@@ -145,8 +146,6 @@ private:
     void followClipboard();
     bool hasSheet() const;
     const Place &place() const;
-    /// „Markierung Rot“
-    static QString tagTitle(const QString &tag);
     Page pageOf(const Place &shown);
     QWidget *made(Place::Kind kind, QWidget *(MainWindow::*make)());
     QWidget *makeAgentPage();

@@ -1,5 +1,6 @@
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
+#include "App/Window/PlaceTitles.h"
 #include "App/Window/SettingsSheet.h"
 #include "App/Window/ShortcutSheet.h"
 #include "Disk/FileTypes.h"
@@ -293,6 +294,26 @@ void MainWindow::openMenu()
 {
     QMenu *const menu = showAllCommands(m_toolbar->menuButton());
     menu->setActiveAction(menu->actions().constFirst());
+}
+
+/// The places that the arrow leads to, the nearest first.
+void MainWindow::showHistory(NavigationHistory::Way way, QWidget *under)
+{
+    constexpr std::size_t most = 20;
+    const std::vector<PlaceVisit> &visits = pane()->history().visits(way);
+    if (visits.empty() || hasSheet())
+        return;
+    QMenu *const menu = makeMenu(this, QStringLiteral("historyMenu"));
+    for (std::size_t steps = 1; steps <= std::min(visits.size(), most); ++steps) {
+        const Place &place = visits[visits.size() - steps].place;
+        // Double the "&" of a name, so that it makes no mnemonic.
+        const QString title = titleOf(place, m_services.folders()).replace(QLatin1Char('&'), QStringLiteral("&&"));
+        menu->addAction(iconOf(place), title, this, [pane = QPointer(pane()), way, steps] {
+            if (pane)
+                pane->goInHistory(way, steps);
+        });
+    }
+    menu->popup(under->mapToGlobal(QPoint(0, under->height() + 4)));
 }
 
 /// Shows the undo list, most recent first; undo works in this order.

@@ -1,5 +1,6 @@
 #include "Agent/Screens/AgentView.h"
 #include "App/Window/MainWindow.h"
+#include "App/Window/PlaceTitles.h"
 #include "App/Window/PlaceholderPage.h"
 #include "App/Window/PreviewSide.h"
 #include "App/Window/StatusBar.h"
@@ -22,11 +23,6 @@ const QString pathMark = QStringLiteral(" › ");
 
 } // namespace
 
-QString MainWindow::tagTitle(const QString &tag)
-{
-    return QStringLiteral("Markierung ") + tag;
-}
-
 const Place &MainWindow::place() const
 {
     return pane()->place.get();
@@ -35,28 +31,29 @@ const Place &MainWindow::place() const
 MainWindow::Page MainWindow::pageOf(const Place &shown)
 {
     using enum Place::Kind;
+    const QString title = titleOf(shown, m_services.folders());
     switch (shown.kind) {
     case Folder:
     case Search:
         break;
     case Tag:
-        return {m_places->widget(0), {tagTitle(shown.name)}};
+        return {m_places->widget(0), {title}};
     case Trash:
-        return {made(Trash, &MainWindow::makeTrashPage), {QStringLiteral("Papierkorb")}};
+        return {made(Trash, &MainWindow::makeTrashPage), {title}};
     case Photos:
-        return {made(Photos, &MainWindow::makePhotosPage), {QStringLiteral("Fotos-Mediathek")}};
+        return {made(Photos, &MainWindow::makePhotosPage), {title}};
     case Network:
-        return {made(Network, &MainWindow::makeNetworkPage), {QStringLiteral("Netzwerk")}};
+        return {made(Network, &MainWindow::makeNetworkPage), {title}};
     case Agent: {
         QWidget *const page = made(Agent, &MainWindow::makeAgentPage);
         return {page, m_agent->path().split(pathMark)};
     }
     case Device:
-        return {made(Device, &MainWindow::makeDevicePage), {shown.name}};
+        return {made(Device, &MainWindow::makeDevicePage), {title}};
     case Storage:
         return {made(Storage, &MainWindow::makeStoragePage), storagePath()};
     case History:
-        return {made(History, &MainWindow::makeHistoryPage), {QStringLiteral("Verlauf")}};
+        return {made(History, &MainWindow::makeHistoryPage), {title}};
     }
     return {m_places->widget(0), {}};
 }

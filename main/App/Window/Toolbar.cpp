@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QSignalBlocker>
+#include <QTimer>
 
 namespace brellin {
 
@@ -23,6 +24,8 @@ Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *addr
         add(CommandId::Sidebar, QStringLiteral("panel-left"), QStringLiteral("Seitenleiste ein-/ausblenden")));
     row->addWidget(add(Back, QStringLiteral("chevron-left"), QStringLiteral("Zurück")));
     row->addWidget(add(Forward, QStringLiteral("chevron-right"), QStringLiteral("Vorwärts")));
+    offerHistory(m_buttons.at(Back), NavigationHistory::Way::Back);
+    offerHistory(m_buttons.at(Forward), NavigationHistory::Way::Forward);
     row->addWidget(add(Up, QStringLiteral("arrow-up"), QStringLiteral("Übergeordneter Ordner")));
     row->addWidget(add(Reload, QStringLiteral("rotate-cw"), QStringLiteral("Aktualisieren")));
     row->addWidget(address, 1);
@@ -68,6 +71,23 @@ SymbolButton *Toolbar::add(CommandId id, const QString &symbol, const QString &h
     m_buttons[id] = button;
     m_helps[id] = help;
     return button;
+}
+
+void Toolbar::offerHistory(SymbolButton *arrow, NavigationHistory::Way way)
+{
+    constexpr int longPress = 400; // ms
+    const auto offer = [this, arrow, way] {
+        arrow->setDown(false); // so that the release is no click
+        Q_EMIT historyRequested(way, arrow);
+    };
+    arrow->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(arrow, &QWidget::customContextMenuRequested, this, offer);
+    auto *const held = new QTimer(arrow);
+    held->setSingleShot(true);
+    held->setInterval(longPress);
+    connect(arrow, &QAbstractButton::pressed, held, qOverload<>(&QTimer::start));
+    connect(arrow, &QAbstractButton::released, held, &QTimer::stop);
+    connect(held, &QTimer::timeout, this, offer);
 }
 
 void Toolbar::showKeys(const Shortcuts &shortcuts)

@@ -30,12 +30,15 @@ public:
     QWidget *menuButton() const { return m_more; }
 
     Q_SIGNAL void menuRequested(QWidget *under);
+    /// Long press or right click on the arrow.
+    Q_SIGNAL void historyRequested(brellin::NavigationHistory::Way way, QWidget *under);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void buildSize();
+    void offerHistory(SymbolButton *arrow, NavigationHistory::Way way);
     SymbolButton *add(CommandId id, const QString &symbol, const QString &help);
 
     const std::map<CommandId, QAction *> &m_actions;

@@ -158,6 +158,46 @@ TEST_F(TabsTest, theMenuOfATabActsOnThatTab)
     EXPECT_TRUE(rowsBecome({QStringLiteral("x.txt")}));
 }
 
+TEST_F(TabsTest, theArrowsListTheHistory)
+{
+    open();
+    pane().navigate(folder / "eins");
+    ASSERT_TRUE(folderBecomes(folder / "eins"));
+    pane().showPlace(Place::agent());
+    pane().navigate(folder / "zwei");
+    ASSERT_TRUE(folderBecomes(folder / "zwei"));
+    const auto titles = [](const QMenu *menu) {
+        QStringList all;
+        for (const QAction *const action : menu->actions()) {
+            all << action->text();
+            EXPECT_FALSE(action->icon().isNull());
+        }
+        return all.join(QLatin1Char('|'));
+    };
+    const auto arrow = [this](CommandId id) {
+        return find<QAbstractButton>(QStringLiteral("tool%1").arg(static_cast<int>(id)));
+    };
+    const auto listed = [this] { return shownOne<QMenu>(QStringLiteral("historyMenu")); };
+    // A long press, whose release is no click.
+    QTest::mousePress(arrow(CommandId::Back), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([&] { return listed() != nullptr; }));
+    QTest::mouseRelease(arrow(CommandId::Back), Qt::LeftButton);
+    EXPECT_EQ(pane().current.get(), folder / "zwei");
+    EXPECT_EQ(titles(listed()), QStringLiteral("Aufräum-Agent|eins|d"));
+    choose(listed(), QStringLiteral("d"));
+    EXPECT_TRUE(folderBecomes(folder));
+    EXPECT_TRUE(pane().history().empty(NavigationHistory::Way::Back));
+    // A right click on the other one.
+    QContextMenuEvent wanted(QContextMenuEvent::Mouse, {5, 5}, arrow(CommandId::Forward)->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(arrow(CommandId::Forward), &wanted);
+    ASSERT_TRUE(waitUntil([&] { return listed() != nullptr; }));
+    EXPECT_EQ(titles(listed()), QStringLiteral("eins|Aufräum-Agent|zwei"));
+    choose(listed(), QStringLiteral("Aufräum-Agent"));
+    EXPECT_TRUE(waitUntil([this] { return window->state().agent; }));
+    key(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_TRUE(folderBecomes(folder / "eins"));
+}
+
 TEST_F(TabsTest, theMouseGoesBackAndForwardInThePaneBelowIt)
 {
     open();
