@@ -203,6 +203,7 @@ QString BrowserModel::emptyTextNow() const
 void BrowserModel::showFailure(PaneFailure failure)
 {
     m_readFailed = false;
+    publish(refusedPath, std::optional<RefusedPath>());
     m_failure = std::move(failure);
     // Publish a change even if the same error occurred again.
     publish(errorMessage, std::optional<QString>());
@@ -212,6 +213,7 @@ void BrowserModel::showFailure(PaneFailure failure)
 void BrowserModel::clearError()
 {
     m_readFailed = false;
+    publish(refusedPath, std::optional<RefusedPath>());
     publish(errorMessage, std::optional<QString>());
 }
 

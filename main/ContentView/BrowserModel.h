@@ -51,6 +51,15 @@ struct BrowserServices {
         search = searchInto;
 };
 
+/// A typed path that leads to no folder.
+struct RefusedPath {
+    QString typed;
+    QString reason;
+    Location file; ///< what is there instead; empty if nothing
+
+    bool operator==(const RefusedPath &) const = default;
+};
+
 /// One pane: the current folder, history, listing, selection, search and inline renaming. Lives on the main thread;
 /// file calls run on workers, and their answers are dropped if the user has navigated away.
 class BrowserModel : public Model<BrowserModel> {
@@ -91,14 +100,16 @@ public:
     // Navigation
     Published<bool> canGoBack;
     Published<bool> canGoForward;
+    Published<std::optional<RefusedPath>> refusedPath; ///< of `navigateToTyped`, until the message is dismissed
     Published<bool> showPhotos;
     Published<bool> showNetwork;
     Published<bool> showAgent;
     Published<std::optional<QString>> showDevice;
 
     // Renaming
-    Published<std::optional<FileItem>> renameTarget;             ///< the item being renamed inline
-    Published<QString> renameText;                               ///< its new name as typed
+    Published<std::optional<FileItem>> renameTarget; ///< the item being renamed inline
+    Published<QString> renameText;                   ///< its new name as typed
+    Published<std::optional<QString>> renameRefusal; ///< why `renameText` was refused; the item is still being renamed
     Published<std::optional<std::vector<Location>>> batchRename; ///< requests the batch rename sheet
 
     /// The other pane of the tab, if there are two.
@@ -172,6 +183,8 @@ public:
     enum class History { Record, Keep };
     /// Goes to another folder; every navigation ends here. If it is no folder, sets `errorMessage` and stays.
     void navigate(const Location &folder, History history = History::Record);
+    /// Goes to a path as typed, also relative or with "~"; nothing is trimmed. A path that leads to no folder becomes
+    /// `refusedPath`.
     void navigateToTyped(const QString &text);
     void goBack();
     void goForward();
@@ -199,8 +212,14 @@ public:
     void beginRenameSelection();
     void startRename(const FileItem &item);
     void setRenameText(const QString &text);
-    void commitRename();
+    enum class RenameNext { None, After, Before };
+    /// Renames the item, and then begins to rename the row after or before it. A refused name stays in `renameText`.
+    void commitRename(RenameNext then = RenameNext::None);
+    /// The same when the editor loses the focus; a name that was refused already is given up.
+    void leaveRename();
     void cancelRename();
+    /// Whether a name is being given; the answer is outstanding.
+    bool isRenaming() const { return m_change.running(); }
     void closeBatchRename();
     /// Sets the callback for new folders (`from` is empty) and renames made by this pane; undo records them.
     void onOwnChange(std::function<void(const Location &from, const Location &to)> told)
@@ -267,6 +286,11 @@ private:
     void changed(const EntryChange &made);
     void showChanged(const EntryChange &made);
     void renameCreated();
+    bool isRenamed(const Location &entry) const;
+    void refuseRename(const QString &reason);
+    void finishRename();
+    void beginNext(const Location &next);
+    std::optional<Location> besideRenamed(RenameNext which) const;
 
     BrowserServices m_services;
     Place m_covered;                                   ///< the place that the page covers
@@ -286,12 +310,14 @@ private:
     FolderReader m_reader;              ///< keeps the listing while a search or tag replaces `items`
     FileCall<DisplayedItems> m_display; ///< sorts large lists
     SearchRun m_search;
-    FileCall<bool> m_check; ///< whether the target is a folder
+    FileCall<std::filesystem::file_type> m_check; ///< what the target is
+    std::optional<QString> m_typed;               ///< what the target was typed as
     FileCall<EntryChange> m_change;
     FileCall<FileItems> m_update; ///< own changes in results
     std::function<void(const Location &, const Location &)> m_ownChange;
     QTimer m_searchSoon;
     QTimer m_displaySoon;
+    std::optional<Location> m_renameNext;      ///< renamed after the current item
     std::optional<Location> m_renameAfterLoad; ///< just created; selected and renamed once listed
 };
 

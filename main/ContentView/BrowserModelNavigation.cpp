@@ -5,10 +5,10 @@ namespace brellin {
 
 namespace {
 
-bool isFolder(const Location &location)
+std::filesystem::file_type typeOf(const Location &location)
 {
     std::error_code error;
-    return std::filesystem::is_directory(location, error);
+    return std::filesystem::status(location, error).type();
 }
 
 } // namespace
@@ -52,6 +52,7 @@ void BrowserModel::go(const Location &folder, History history, std::optional<Arr
 void BrowserModel::travel(const Location &folder, const std::function<void()> &arrived,
                           const std::function<void()> &gone)
 {
+    using Type = std::filesystem::file_type;
     const bool known = folder == m_services.folders.trash;
     const auto fail = [this](const QString &why) {
         uncoverFolder();
@@ -59,15 +60,20 @@ void BrowserModel::travel(const Location &folder, const std::function<void()> &a
         showError(why);
     };
     m_check.start(
-        m_services.workers, {folder}, [folder, known](const JobControl &) { return known || isFolder(folder); },
-        [=](bool exists) {
-            if (exists) {
+        m_services.workers, {folder},
+        [folder, known](const JobControl &) { return known ? Type::directory : typeOf(folder); },
+        [=, this, typed = m_typed](Type found) {
+            if (found == Type::directory) {
                 arrived();
                 return;
             }
             if (gone)
                 gone();
             fail(notFoundText(folder));
+            const bool isFile = found != Type::not_found && found != Type::none;
+            if (typed)
+                publish(refusedPath,
+                        std::optional(RefusedPath{*typed, notFoundText(folder), isFile ? folder : Location()}));
         },
         [=] { fail(notAnsweringText(folder)); });
 }
@@ -178,14 +184,16 @@ void BrowserModel::showEntry(const Location &entry)
 
 void BrowserModel::navigateToTyped(const QString &text)
 {
-    const std::string typed = text.trimmed().toStdString();
-    if (typed.empty())
+    if (text.isEmpty())
         return;
+    const std::string typed = text.toStdString();
     const bool fromHome = typed == "~" || typed.starts_with("~/");
+    m_typed = text;
     if (fromHome)
         navigate(m_services.folders.home / typed.substr(std::min<std::size_t>(typed.size(), 2)));
     else
-        navigate(current.get() / locationFromText(QString::fromStdString(typed)));
+        navigate(current.get() / locationFromText(text));
+    m_typed.reset();
 }
 
 } // namespace brellin

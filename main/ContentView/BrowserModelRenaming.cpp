@@ -1,6 +1,8 @@
 #include "ContentView/BrowserModel.h"
 #include "ContentView/BrowserTexts.h"
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
@@ -49,34 +51,103 @@ void BrowserModel::closeBatchRename()
 
 void BrowserModel::startRename(const FileItem &item)
 {
+    publish(renameRefusal, std::optional<QString>());
     publish(renameText, item.name());
     publish(renameTarget, std::optional(item));
 }
 
 void BrowserModel::setRenameText(const QString &text)
 {
+    if (text != renameText.get())
+        publish(renameRefusal, std::optional<QString>());
     publish(renameText, text);
 }
 
 void BrowserModel::cancelRename()
 {
+    m_renameNext.reset();
+    if (renameRefusal.get())
+        dismissError();
+    publish(renameRefusal, std::optional<QString>());
     publish(renameTarget, std::optional<FileItem>());
     publish(renameText, QString());
 }
 
-void BrowserModel::commitRename()
+void BrowserModel::commitRename(RenameNext then)
 {
     const std::optional<FileItem> target = renameTarget.get();
     const QString name = renameText.get();
-    cancelRename();
-    if (!target || name.isEmpty() || name == target->name())
+    if (!target)
         return;
+    m_renameNext = besideRenamed(then);
+    if (name.isEmpty() || name == target->name()) {
+        finishRename();
+        return;
+    }
     if (isForbidden(name)) {
-        showError(QStringLiteral("Der Name darf keine Zeichen „/“ oder „:“ enthalten."));
+        const QString reason = QStringLiteral("Der Name darf keine Zeichen „/“ oder „:“ enthalten.");
+        refuseRename(reason);
+        showError(reason);
         return;
     }
     const Location from = target->location();
     rename(from, from.parent_path() / name.toStdString());
+}
+
+void BrowserModel::leaveRename()
+{
+    if (renameRefusal.get())
+        cancelRename();
+    else
+        commitRename();
+}
+
+/// Call before the error is shown, which then stands at the field only. Published again if it is the same.
+void BrowserModel::refuseRename(const QString &reason)
+{
+    publish(renameRefusal, std::optional<QString>());
+    publish(renameRefusal, std::optional(reason));
+}
+
+bool BrowserModel::isRenamed(const Location &entry) const
+{
+    const std::optional<FileItem> &target = renameTarget.get();
+    return target && !entry.empty() && target->isAt(entry.native());
+}
+
+/// Ends renaming the item; the next one, if any, begins.
+void BrowserModel::finishRename()
+{
+    const std::optional<Location> next = std::exchange(m_renameNext, std::nullopt);
+    cancelRename();
+    if (next)
+        beginNext(*next);
+}
+
+void BrowserModel::beginNext(const Location &next)
+{
+    // Otherwise what was renamed is selected once it is listed.
+    m_arrival.reset();
+    const FileItems &all = items.get();
+    const auto found = std::ranges::find_if(all, [&next](const FileItem &one) { return one.isAt(next.native()); });
+    if (found == all.end())
+        return;
+    setSelection(Selection({next}));
+    startRename(*found);
+}
+
+std::optional<Location> BrowserModel::besideRenamed(RenameNext which) const
+{
+    const DisplayedItems &rows = displayedItems.get();
+    if (which == RenameNext::None)
+        return std::nullopt;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (!rows[row].sameEntry(*renameTarget.get()))
+            continue;
+        const std::size_t beside = which == RenameNext::After ? row + 1 : row - 1;
+        return beside < rows.size() ? std::optional(rows[beside].location()) : std::nullopt;
+    }
+    return std::nullopt;
 }
 
 void BrowserModel::rename(const Location &from, const Location &to)
@@ -101,6 +172,8 @@ void BrowserModel::change(const Location &where, std::function<EntryChange(const
 void BrowserModel::changed(const EntryChange &made)
 {
     if (!made.outcome) {
+        if (isRenamed(made.from))
+            refuseRename(made.outcome.error().message);
         const EntryFailure failed{made.from.empty() ? made.to : made.from, made.outcome.error()};
         showFailure(paneFailure(failed.why.message, {failed}, [this, from = made.from, to = made.to](const auto &) {
             from.empty() ? create(to) : rename(from, to);
@@ -111,7 +184,13 @@ void BrowserModel::changed(const EntryChange &made)
     m_services.sizes.touched(made.to);
     if (!made.from.empty())
         m_services.colors.moved(made.from, made.to);
+    // The editor closes before its row changes.
+    const std::optional<Location> next = std::exchange(m_renameNext, std::nullopt);
+    if (isRenamed(made.from))
+        cancelRename();
     showChanged(made);
+    if (next)
+        beginNext(*next);
     if (m_ownChange)
         m_ownChange(made.from, made.to);
 }

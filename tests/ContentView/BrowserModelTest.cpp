@@ -103,7 +103,10 @@ TEST_F(BrowserModelTest, staysWhereItIsWhenThereIsNoSuchFolder)
 
 TEST_F(BrowserModelTest, takesTypedPaths)
 {
-    pane.navigateToTyped(u" ~/A "_qs);
+    pane.navigateToTyped(u"~/A "_qs);
+    EXPECT_EQ(pane.refusedPath.get()->typed, u"~/A "_qs) << "the blank may be part of the name";
+    pane.navigateToTyped(u"~/A"_qs);
+    EXPECT_EQ(pane.refusedPath.get(), std::nullopt);
     EXPECT_EQ(pane.current.get(), world.home("A"));
     pane.navigateToTyped(u"~"_qs);
     EXPECT_EQ(pane.current.get(), world.tree.path("home"));
@@ -414,9 +417,12 @@ TEST_F(BrowserModelTest, refusesNamesAndLosesNothingWhenARenameFails)
         pane.startRename(item("brief.txt"));
         pane.setRenameText(name);
         pane.commitRename();
-        EXPECT_FALSE(pane.renameTarget.get().has_value());
         const QString said = error();
-        pane.dismissError();
+        EXPECT_EQ(pane.renameRefusal.get().value_or(QString()), said);
+        EXPECT_EQ(pane.renameTarget.get().has_value(), !said.isEmpty());
+        EXPECT_EQ(pane.renameText.get(), said.isEmpty() ? QString() : name) << "what was typed stays";
+        pane.cancelRename();
+        EXPECT_EQ(error(), QString());
         return said;
     };
     EXPECT_EQ(renameTo({}), QString());

@@ -3,6 +3,7 @@
 #include "ContentView/Listing.h"
 #include "Look/Cards.h"
 #include "Look/EntryIcons.h"
+#include "Look/FieldReason.h"
 #include "Look/Symbols.h"
 #include "Look/Theme.h"
 
@@ -136,6 +137,8 @@ AddressBar::AddressBar(const KnownFolders &folders, MountWorkers &workers, const
         if (m_pane)
             m_pane->navigateToTyped(typed);
     });
+    m_reason = new FieldReason(m_field);
+    connect(m_reason, &FieldReason::actionClicked, this, &AddressBar::showRefusedFile);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
 }
 
@@ -148,8 +151,11 @@ void AddressBar::setPane(BrowserModel *pane)
 {
     m_pane = pane;
     m_following = std::make_unique<QObject>();
-    if (pane)
+    if (pane) {
         pane->current.observe(m_following.get(), [this](const Location &) { rebuild(); });
+        pane->refusedPath.observe(m_following.get(),
+                                  [this](const std::optional<RefusedPath> &refused) { showRefused(refused); });
+    }
     stopEditing();
     rebuild();
 }
@@ -183,6 +189,30 @@ void AddressBar::stopEditing()
 {
     m_completing.drop();
     m_stack->setCurrentWidget(m_steps);
+    if (m_pane && m_pane->refusedPath.get())
+        m_pane->dismissError();
+}
+
+/// What was typed stays in the field.
+void AddressBar::showRefused(const std::optional<RefusedPath> &refused)
+{
+    if (!refused) {
+        m_reason->clear();
+        return;
+    }
+    editPath();
+    m_field->setText(refused->typed);
+    m_reason->show(refused->reason, refused->file.empty() ? QString() : QStringLiteral("Im Ordner zeigen"));
+}
+
+void AddressBar::showRefusedFile()
+{
+    if (!m_pane || !m_pane->refusedPath.get())
+        return;
+    const Location file = m_pane->refusedPath.get()->file;
+    stopEditing();
+    Q_EMIT left();
+    m_pane->showEntry(file);
 }
 
 void AddressBar::rebuild()
@@ -412,7 +442,8 @@ bool AddressBar::eventFilter(QObject *watched, QEvent *event)
     }
     // Ignore focus changes by a menu or the completion popup, which are temporary.
     if (event->type() == QEvent::FocusOut && !m_field->completer()->popup()->isVisible() &&
-        static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason)
+        static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason &&
+        !m_reason->isAncestorOf(QApplication::focusWidget()))
         stopEditing();
     return QWidget::eventFilter(watched, event);
 }

@@ -15,6 +15,8 @@ class QStackedLayout;
 
 namespace brellin {
 
+class FieldReason;
+
 /// The active pane's path as buttons, each followed by a menu of the folders inside it, or as an editable text with
 /// completion.
 class AddressBar : public QWidget {
@@ -59,6 +61,8 @@ private:
     void openMenu(int step, QWidget *under);
     void fillMenu(QMenu *menu, const FileItems &items, const Location &next);
     void stopEditing();
+    void showRefused(const std::optional<RefusedPath> &refused);
+    void showRefusedFile();
     void complete(const QString &typed);
     void goTo(int step);
 
@@ -73,6 +77,7 @@ private:
     QWidget *m_steps;
     QHBoxLayout *m_row;
     QLineEdit *m_field;
+    FieldReason *m_reason;
     std::vector<std::vector<QWidget *>> m_stepWidgets; ///< of each step: its crumb and the separator behind it
     QWidget *m_overflow = nullptr;                     ///< stands for the steps that do not fit
     QStringListModel m_completions;

@@ -207,6 +207,8 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return {};
     switch (static_cast<Column>(index.column())) {
     case Column::Name:
+        if (role == Qt::EditRole && m_pane.renameTarget.get() && m_pane.renameTarget.get()->sameEntry(entry))
+            return m_pane.renameText.get();
         return entry.name();
     case Column::Size:
         return sizeTextOf(entry);
@@ -259,8 +261,13 @@ bool ItemRows::setData(const QModelIndex &index, const QVariant &value, int role
     if (role != Qt::EditRole || !index.isValid())
         return false;
     m_pane.setRenameText(value.toString());
-    // Deferred: the new listing would remove the row while its editor is still closing.
-    QMetaObject::invokeMethod(&m_pane, [pane = &m_pane] { pane->commitRename(); }, Qt::QueuedConnection);
+    // Deferred: the new listing would remove the row while its editor is still closing. Once: editor and view both
+    // submit a name whose row is left.
+    if (!std::exchange(m_leaves, true))
+        QTimer::singleShot(0, this, [this] {
+            m_leaves = false;
+            m_pane.leaveRename();
+        });
     return true;
 }
 

@@ -61,6 +61,7 @@ private:
     void heardSizes(const std::vector<Location> &changed);
 
     BrowserModel &m_pane;
+    bool m_leaves = false; ///< the name editor is being left
     FolderSizes &m_sizes;
     DisplayedItems m_shown;
     Source m_source;

@@ -1,10 +1,12 @@
 #include "ContentView/Screens/NameDelegate.h"
 
 #include "Base/German.h"
+#include "Look/FieldReason.h"
 #include "Look/Theme.h"
 
 #include <QAbstractItemView>
 #include <QDrag>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPainter>
@@ -32,6 +34,8 @@ QWidget *NameDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     QMetaObject::invokeMethod(
         field, [field, stem] { field->setSelection(0, static_cast<int>(stem)); }, Qt::QueuedConnection);
     connect(field, &QObject::destroyed, this, &NameDelegate::renameEnded);
+    m_editor = field;
+    m_reason = new FieldReason(field);
     return field;
 }
 
@@ -42,6 +46,47 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
         return;
     editor->setProperty("filled", true);
     QStyledItemDelegate::setEditorData(editor, index);
+}
+
+void NameDelegate::refuseName(const QString &reason)
+{
+    if (!isEditing())
+        return;
+    m_reason->show(reason);
+    m_editor->setFocus();
+}
+
+void NameDelegate::closeName()
+{
+    if (isEditing())
+        Q_EMIT closeEditor(m_editor);
+}
+
+/// Instead of QStyledItemDelegate, which closes the editor whether or not the name is accepted.
+bool NameDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    using Next = BrowserModel::RenameNext;
+    if (watched != m_editor)
+        return QStyledItemDelegate::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress) {
+        const auto *const typed = static_cast<QKeyEvent *>(event);
+        const int key = typed->key();
+        const bool tab = key == Qt::Key_Tab || key == Qt::Key_Backtab;
+        const bool back = key == Qt::Key_Backtab || (typed->modifiers() & Qt::ShiftModifier);
+        if (tab || key == Qt::Key_Return || key == Qt::Key_Enter) {
+            Q_EMIT nameSubmitted(m_editor->text(), !tab ? Next::None : back ? Next::Before : Next::After);
+            return true;
+        }
+    }
+    if (event->type() != QEvent::FocusOut)
+        return QStyledItemDelegate::eventFilter(watched, event);
+    const Qt::FocusReason why = static_cast<QFocusEvent *>(event)->reason();
+    // These leave the focus where it was, as does a drag.
+    const bool returns =
+        why == Qt::PopupFocusReason || why == Qt::ActiveWindowFocusReason || why == Qt::MenuBarFocusReason;
+    if (!returns && m_editor->isVisible())
+        Q_EMIT commitData(m_editor);
+    return false;
 }
 
 void NameDelegate::drag(QAbstractItemView &view, Qt::DropActions actions) const

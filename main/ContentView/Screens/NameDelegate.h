@@ -3,9 +3,13 @@
 #include "ContentView/Screens/EntryPictures.h"
 #include "ContentView/Screens/ItemRows.h"
 
+#include <QLineEdit>
+#include <QPointer>
 #include <QStyledItemDelegate>
 
 namespace brellin {
+
+class FieldReason;
 
 /// Base of the entry delegates: active pane, drop target and inline renaming.
 class NameDelegate : public QStyledItemDelegate {
@@ -18,17 +22,25 @@ public:
     /// The row under a drag; -1 for none.
     void setDropRow(int row) { m_dropRow = row; }
 
-    /// The name editor; selects the name without its extension. Return or losing the focus renames, Esc cancels.
+    /// The name editor; selects the name without its extension. Esc cancels. Return, Tab and losing the focus submit the
+    /// name and leave the editor open, until `closeName`.
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    bool isEditing() const { return m_editor && !m_editor->isHidden(); }
+    /// Marks the name and says below it why it was refused.
+    void refuseName(const QString &reason);
+    void closeName();
 
     /// Drags the view's selection; blocks until it is dropped. The pointer shows the current entry's icon and name, and
     /// the number if there are several.
     void drag(QAbstractItemView &view, Qt::DropActions actions) const;
 
+    /// By Return (None), Tab (After) or Shift+Tab (Before).
+    Q_SIGNAL void nameSubmitted(const QString &name, brellin::BrowserModel::RenameNext then);
     Q_SIGNAL void renameEnded() const;
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     const ItemRows &rows() const { return m_rows; }
     const EntryPictures &pictures() const { return m_pictures; }
     bool isActive() const { return m_active; }
@@ -41,6 +53,8 @@ private:
     const EntryPictures &m_pictures;
     bool m_active = true;
     int m_dropRow = -1;
+    mutable QPointer<QLineEdit> m_editor;
+    mutable QPointer<FieldReason> m_reason; ///< of the editor
 };
 
 } // namespace brellin

@@ -51,6 +51,8 @@ PaneView::PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *par
 
     pane.viewMode.observe(this, [this](ViewMode mode) { showMode(mode); });
     pane.renameTarget.observe(this, [this](const std::optional<FileItem> &item) { rename(item); });
+    pane.renameRefusal.observe(this, [this](const std::optional<QString> &reason) { showRefusal(reason); });
+    pane.refusedPath.observe(this, [this](const auto &) { showMessage(); });
     pane.position.observe(this, [this](const ViewPosition &wanted) { followPosition(wanted); });
     pane.errorMessage.observe(this, [this](const std::optional<QString> &error) {
         if (error)
@@ -173,7 +175,14 @@ void PaneView::link(QAbstractItemView *view)
         settle();
         Q_EMIT menuRequested(view->viewport()->mapToGlobal(at));
     });
-    connect(static_cast<NameDelegate *>(view->itemDelegate()), &NameDelegate::renameEnded, this, &PaneView::endRename);
+    auto *const editing = static_cast<NameDelegate *>(view->itemDelegate());
+    connect(editing, &NameDelegate::renameEnded, this, &PaneView::endRename);
+    // Deferred: renaming closes the editor, whose event this is.
+    const auto submit = [this](const QString &name, BrowserModel::RenameNext then) {
+        m_pane.setRenameText(name);
+        m_pane.commitRename(then);
+    };
+    connect(editing, &NameDelegate::nameSubmitted, this, submit, Qt::QueuedConnection);
 }
 
 void PaneView::takeDrops(QAbstractItemView *view)
@@ -219,7 +228,9 @@ void PaneView::showMode(ViewMode)
 /// Failed operations stand above the list; that the folder cannot be read stands in its place.
 void PaneView::showMessage()
 {
-    const bool failed = m_pane.errorMessage.get().has_value() && !m_pane.readFailed();
+    // What was typed is refused at its field.
+    const bool atField = m_pane.renameRefusal.get() || m_pane.refusedPath.get();
+    const bool failed = m_pane.errorMessage.get().has_value() && !m_pane.readFailed() && !atField;
     m_bannerText->setText(failed ? m_pane.lastFailure().text : QString());
     m_banner->setVisible(failed);
     const bool empty = m_pane.displayedItems.get().empty();
@@ -316,6 +327,7 @@ void PaneView::openSelection()
 
 void PaneView::rename(const std::optional<FileItem> &item)
 {
+    names().closeName();
     if (!item)
         return;
     const int row = m_rows->rowOf(*item);
@@ -327,11 +339,27 @@ void PaneView::rename(const std::optional<FileItem> &item)
     view().edit(index);
 }
 
+/// The view may have closed the editor, because another row became current; then it is opened again.
+void PaneView::showRefusal(const std::optional<QString> &reason)
+{
+    showMessage();
+    if (!reason)
+        return;
+    if (!names().isEditing())
+        rename(m_pane.renameTarget.get());
+    names().refuseName(*reason);
+}
+
+NameDelegate &PaneView::names() const
+{
+    return *static_cast<NameDelegate *>(view().itemDelegate());
+}
+
 /// Called when the editor was closed. A commit has already been passed on; otherwise cancels the rename.
 void PaneView::endRename()
 {
     QTimer::singleShot(0, this, [this] {
-        if (m_pane.renameTarget.get())
+        if (m_pane.renameTarget.get() && !m_pane.isRenaming() && !names().isEditing())
             m_pane.cancelRename();
     });
 }

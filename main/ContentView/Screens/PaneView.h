@@ -76,6 +76,8 @@ private:
     void open(const QModelIndex &index);
     void rename(const std::optional<FileItem> &item);
     void endRename();
+    void showRefusal(const std::optional<QString> &reason);
+    NameDelegate &names() const;
 
     BrowserModel &m_pane;
     ItemRows *m_rows;

@@ -244,17 +244,16 @@ TEST_F(PaneFlowsTest, aFailureStaysUntilItIsMended)
     EXPECT_TRUE(waitUntil([this] { return !has("a.txt") && banner().isEmpty(); }));
     EXPECT_TRUE(waitUntil([this] { return selected() == QStringList(QStringLiteral("b.txt")); }));
 
-    // A refused name is named, too, and offers nothing that would not help.
+    // A refused name is said at its field.
     file("c.txt");
     ASSERT_TRUE(waitUntil([this] { return rows().contains(QStringLiteral("c.txt")); }));
     click(QStringLiteral("c.txt"));
     key(Qt::Key_F2);
     type(QStringLiteral("b"));
     key(Qt::Key_Return);
-    ASSERT_TRUE(bannerBecomes(QStringLiteral("c.txt: Es gibt schon etwas mit diesem Namen.")));
-    EXPECT_EQ(shownOne<QAbstractButton>(QStringLiteral("bannerRetry")), nullptr);
-    key(Qt::Key_F2);
-    type(QStringLiteral("d"));
+    ASSERT_TRUE(waitUntil([this] { return shownOne<QWidget>(QStringLiteral("fieldReason")) != nullptr; }));
+    EXPECT_EQ(banner(), QString());
+    shownOne<QLineEdit>(QStringLiteral("nameEditor"))->setText(QStringLiteral("d.txt"));
     key(Qt::Key_Return);
     EXPECT_TRUE(waitUntil([this] { return has("d.txt") && banner().isEmpty(); })) << "until the next success";
 }
@@ -383,7 +382,8 @@ TEST_F(PaneFlowsTest, aTagViewIsAPlace)
     key(Qt::Key_L, Qt::ControlModifier);
     type(QStringLiteral("/gibt/es/nicht"));
     key(Qt::Key_Return);
-    ASSERT_TRUE(bannerBecomes(QStringLiteral("„/gibt/es/nicht“ wurde nicht gefunden.")));
+    ASSERT_TRUE(waitUntil(
+        [this] { return pane().errorMessage.get() == QStringLiteral("„/gibt/es/nicht“ wurde nicht gefunden."); }));
     EXPECT_EQ(window->windowTitle(), QStringLiteral("d"));
     EXPECT_EQ(rows(), (QStringList{QStringLiteral("unter"), QStringLiteral("c.txt")}));
 }
