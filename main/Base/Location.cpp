@@ -21,6 +21,8 @@ bool isValidUtf8(std::string_view bytes)
 
 Location standardised(const Location &location)
 {
+    if (isStandardised(location.native()))
+        return location;
     std::error_code nowhere; // ignored: without a working folder the path stays relative, and nothing is found there
     Location absolute = location;
     if (!location.is_absolute())
@@ -71,8 +73,9 @@ QString shown(const Location &location)
 
 QString shownName(const Location &location)
 {
-    const Location name = location.filename();
-    return name.empty() ? shown(location) : shown(name);
+    const std::string_view path = location.native();
+    const std::string_view name = path.substr(path.rfind('/') + 1);
+    return shown(name.empty() ? path : name);
 }
 
 QString textOf(const Location &location)
