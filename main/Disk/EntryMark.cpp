@@ -1,5 +1,6 @@
 #include "Disk/EntryMark.h"
 
+#include <array>
 #include <charconv>
 #include <string>
 #include <string_view>
@@ -26,6 +27,15 @@ bool takeInstant(std::string_view &text, Instant &instant)
     const bool taken = takeNumber(text, nanoseconds);
     instant = Instant(std::chrono::nanoseconds(nanoseconds));
     return taken;
+}
+
+template <class Number>
+void appendNumber(std::string &text, Number number)
+{
+    if (!text.empty())
+        text += ':';
+    std::array<char, 20> digits; // NOLINT(*-member-init): filled by to_chars
+    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
 }
 
 } // namespace
@@ -60,14 +70,15 @@ bool EntryMark::isAt(const Location &location) const
 
 QString EntryMark::text() const
 {
-    QString text = QStringLiteral("%1:%2:%3:%4")
-                       .arg(state.identity.device)
-                       .arg(state.identity.inode)
-                       .arg(state.size)
-                       .arg(state.modified.time_since_epoch().count());
+    std::string text;
+    text.reserve(5 * std::string_view("-9223372036854775808:").size());
+    appendNumber(text, state.identity.device);
+    appendNumber(text, state.identity.inode);
+    appendNumber(text, state.size);
+    appendNumber(text, state.modified.time_since_epoch().count());
     if (created)
-        text += QStringLiteral(":%1").arg(created->time_since_epoch().count());
-    return text;
+        appendNumber(text, created->time_since_epoch().count());
+    return QString::fromStdString(text);
 }
 
 std::optional<EntryMark> EntryMark::parse(const QString &text)

@@ -2,6 +2,8 @@
 
 #include "Runs/RunJson.h"
 
+#include <algorithm>
+
 namespace brellin::journalLines {
 
 namespace {
@@ -9,14 +11,19 @@ namespace {
 /// Written by hand: ten times faster than QJsonDocument, and 10,000 steps make 20,000 lines.
 void appendText(QByteArray &line, const QString &text)
 {
+    const auto isSpecial = [](char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; };
+    const QByteArray bytes = text.toUtf8();
     line += '"';
-    for (const char c : text.toUtf8()) {
-        if (c == '"' || c == '\\')
-            line += '\\';
-        if (static_cast<unsigned char>(c) < 0x20)
-            line += "\\u00" + QByteArray::number(c, 16).rightJustified(2, '0');
+    for (auto plain = bytes.begin(); plain != bytes.end();) {
+        const auto special = std::find_if(plain, bytes.end(), isSpecial);
+        line.append(plain, special - plain);
+        if (special == bytes.end())
+            break;
+        if (static_cast<unsigned char>(*special) < 0x20)
+            line += "\\u00" + QByteArray::number(*special, 16).rightJustified(2, '0');
         else
-            line += c;
+            line.append('\\').append(*special);
+        plain = special + 1;
     }
     line += '"';
 }
