@@ -6,6 +6,9 @@ namespace brellin {
 
 const EntryFolders::Folder &EntryFolders::folderOf(const Location &entry)
 {
+    const std::string_view path = entry.native();
+    if (const auto known = m_folders.find(path.substr(0, path.rfind('/'))); known != m_folders.end())
+        return known->second;
     const Location folder = entry.parent_path();
     const auto [known, isNew] = m_folders.try_emplace(folder.native());
     if (isNew) {

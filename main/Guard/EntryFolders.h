@@ -22,7 +22,7 @@ private:
     };
     const Folder &folderOf(const Location &entry);
 
-    std::map<std::string, Folder> m_folders; ///< keyed by the path asked for
+    std::map<std::string, Folder, std::less<>> m_folders; ///< keyed by the path asked for
 };
 
 } // namespace brellin

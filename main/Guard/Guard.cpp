@@ -40,12 +40,16 @@ FolderEntry Guard::entryOf(const Location &entry) const
 
 bool Guard::isProtected(const Location &entry) const
 {
+    if (m_protected.empty())
+        return false;
     const Location named = standardised(entry);
     return m_protected.over(named, m_folders.real(named)).has_value();
 }
 
 bool Guard::isProtectedAsWhole(const Location &entry) const
 {
+    if (m_protected.empty())
+        return false;
     const Location named = standardised(entry);
     return m_protected.of(named, m_folders.real(named)).has_value();
 }
@@ -71,7 +75,9 @@ Result<void> Guard::checkIn(const SystemLocations::Examined &folder, const Locat
 {
     if (!m_locations.isAllowedFileIn(folder, entry))
         return failure(systemLocation());
-    return checkReal(entry, Location(folder.real) / entry.filename(), review);
+    const std::string_view path = entry.native();
+    const bool isReal = path.substr(0, path.rfind('/')) == folder.real;
+    return checkReal(entry, isReal ? entry : Location(folder.real) / entry.filename(), review);
 }
 
 Result<void> Guard::checkReal(const Location &entry, const Location &real, Review review) const

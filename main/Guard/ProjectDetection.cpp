@@ -104,7 +104,7 @@ std::optional<Location> ProjectRoots::rootAt(const Location &folder)
     std::vector<Location> unknown;
     std::optional<Location> root;
     for (Location at = folder; !isAtOrBelow(m_home, at) && at.has_relative_path(); at = at.parent_path()) {
-        const auto known = m_roots.find(at);
+        const auto known = m_roots.find(at.native());
         if (known != m_roots.end()) {
             root = known->second;
             break;
@@ -116,13 +116,16 @@ std::optional<Location> ProjectRoots::rootAt(const Location &folder)
         }
     }
     for (const Location &at : unknown)
-        m_roots.emplace(at, root);
+        m_roots.emplace(at.native(), root);
     return root;
 }
 
 std::optional<Location> ProjectRoots::above(const Location &location)
 {
-    return rootAt(location.parent_path());
+    // Most questions are about many entries of one folder.
+    const std::string_view path = location.native();
+    const auto known = m_roots.find(path.substr(0, path.rfind('/')));
+    return known != m_roots.end() ? known->second : rootAt(location.parent_path());
 }
 
 std::optional<Location> ProjectRoots::outermostAbove(const Location &location)

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace brellin {
@@ -38,7 +39,7 @@ private:
     std::optional<Location> rootAt(const Location &folder);
 
     Location m_home;
-    std::map<Location, std::optional<Location>> m_roots;
+    std::map<std::string, std::optional<Location>, std::less<>> m_roots; ///< by folder
 };
 
 } // namespace brellin

@@ -26,6 +26,9 @@ class ProtectedPlaces {
 public:
     explicit ProtectedPlaces(const std::vector<FolderProfile> &profiles);
 
+    /// Whether no profile protects anything.
+    bool empty() const { return m_held.empty(); }
+
     /// The protection that applies if the entry goes: it is protected, lies below something protected, or contains
     /// something protected or a project with a profile. `real` is its path with the symlinks above it resolved.
     std::optional<Protection> of(const Location &entry, const Location &real) const;

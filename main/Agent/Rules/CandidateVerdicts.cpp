@@ -24,6 +24,9 @@ bool CandidateVerdicts::isAllowedEntry(const Location &target)
 {
     if (!isStandardised(target.native()))
         return m_locations.isAllowedEntry(target);
+    const std::string_view path = target.native();
+    if (const auto known = m_targets.find(path.substr(0, path.rfind('/'))); known != m_targets.end())
+        return m_locations.isAllowedFileIn(known->second, target);
     const std::string folder = target.parent_path().native();
     const auto [known, isNew] = m_targets.try_emplace(folder);
     if (isNew) {

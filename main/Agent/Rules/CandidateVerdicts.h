@@ -30,7 +30,7 @@ private:
     const SystemLocations &m_locations;
     const Guard &m_guard;
     EarlierCopies m_copies;
-    std::map<std::string, SystemLocations::Examined> m_targets; ///< target folders, each examined once
+    std::map<std::string, SystemLocations::Examined, std::less<>> m_targets; ///< target folders, each examined once
 };
 
 } // namespace brellin
