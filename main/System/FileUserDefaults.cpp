@@ -8,7 +8,10 @@
 #include <QDateTime>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cerrno>
+
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brellin {
@@ -51,16 +54,18 @@ Failure leadsNowhere(const Location &link)
 }
 
 /// The link because of which a file cannot be found, such as one into a volume that is not mounted.
-std::optional<Location> danglingLink(Location place)
+std::optional<Location> danglingLink(std::string place)
 {
-    std::error_code error;
-    while (std::filesystem::symlink_status(place, error).type() == std::filesystem::file_type::not_found) {
-        if (!place.has_relative_path())
+    const auto isMissing = [] { return errno == ENOENT || errno == ENOTDIR; };
+    struct stat found{};
+    while (::lstat(place.c_str(), &found) != 0) {
+        const std::size_t slash = place.rfind('/');
+        if (!isMissing() || slash == std::string::npos || place == "/")
             return std::nullopt;
-        place = place.parent_path();
+        place.resize(std::max<std::size_t>(slash, 1));
     }
-    const bool dangles = std::filesystem::status(place, error).type() == std::filesystem::file_type::not_found;
-    return dangles ? std::optional(place) : std::nullopt;
+    const bool dangles = S_ISLNK(found.st_mode) && ::stat(place.c_str(), &found) != 0 && isMissing();
+    return dangles ? std::optional(Location(place)) : std::nullopt;
 }
 
 using PutAside = std::vector<std::pair<Location, Location>>;
@@ -144,7 +149,7 @@ Result<std::optional<QByteArray>> FileUserDefaults::readFile(const Location &fil
     if (content)
         return std::optional(*std::move(content));
     if (content.error().is(std::errc::no_such_file_or_directory)) {
-        const std::optional<Location> link = danglingLink(file);
+        const std::optional<Location> link = danglingLink(file.native());
         return link ? failure(leadsNowhere(*link)) : Result<std::optional<QByteArray>>(std::nullopt);
     }
     if (content.error().is(std::errc::file_too_large))

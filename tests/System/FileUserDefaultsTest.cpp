@@ -179,6 +179,27 @@ TEST_F(FileUserDefaultsTest, AnUnreadableListIsNotAnEmptyOne)
     EXPECT_TRUE(tree.has("s/einstellungen/l.json"));
 }
 
+TEST_F(FileUserDefaultsTest, WhatALinkHidesIsNotAbsent)
+{
+    const auto read = [&](const char *folder) { return FileUserDefaults(tree.path(folder)).read(u"l"_qs); };
+    const auto isAbsent = [&](const char *folder) { return !read(folder).value_or(Old("")).has_value(); };
+    EXPECT_TRUE(isAbsent("fehlt/tief")) << "no folder yet";
+    tree.lines({"datei=x", "gut/"});
+    EXPECT_FALSE(read("datei/tief")) << "a file where the folder should be is no empty list";
+    // A volume that is not mounted: the link to the file, the folder or one above it leads nowhere.
+    std::filesystem::create_directory_symlink(tree.path("weg"), tree.path("verweis"));
+    std::filesystem::create_symlink(tree.path("weg/l.json"), tree.path("gut/l.json"));
+    for (const char *const folder : {"verweis", "verweis/tief", "gut"}) {
+        const Result<Old> hidden = read(folder);
+        ASSERT_FALSE(hidden) << folder;
+        EXPECT_TRUE(hidden.error().message.contains(u"führt ins Leere"_qs)) << folder;
+    }
+    // The link to a folder that exists hides nothing.
+    std::filesystem::create_directory_symlink(tree.path("gut"), tree.path("weg"));
+    std::filesystem::remove(tree.path("gut/l.json"));
+    EXPECT_TRUE(isAbsent("verweis"));
+}
+
 TEST_F(FileUserDefaultsTest, AMemoryCopyNeverWritesThrough)
 {
     EXPECT_TRUE(defaults.setValue(u"zahl"_qs, 1));
