@@ -67,13 +67,13 @@ void Runner::performOne(StepPerformer &performer, const AgentProposal &proposal)
 {
     m_control.setDetail(shownName(proposal.source));
     StepLog log(m_journal, m_createdFolders, m_next);
-    const Result<StepPerformer::Performed> performed = performer.perform(proposal, log);
+    Result<StepPerformer::Performed> performed = performer.perform(proposal, log);
     if (performed) {
         m_marks.push_back(performed->marks);
         // If this line cannot be written (disk full), recovery determines the result from the disk.
         (void)(performed->inSeries ? m_journal.renamed(m_next, performed->step, m_marks.back())
                                    : m_journal.done(m_next, performed->step, m_marks.back()));
-        m_steps.push_back(performed->step);
+        m_steps.push_back(std::move(performed->step));
         if (performed->trouble)
             fail(proposal, *performed->trouble);
         else

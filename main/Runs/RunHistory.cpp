@@ -189,11 +189,12 @@ const QStringList &RunHistory::shownLists()
 
 RunHistory::Shown RunHistory::shown() const
 {
-    const StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, RunKeys::history);
-    Shown all{stored.value_or({}), {}, {}, {}};
-    all.dropped = droppedBeside(all.runs, m_defaults);
+    StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, RunKeys::history);
+    Shown all;
     if (!stored.isWhole())
         all.damage = conditionOf(m_defaults, storedKind<JournalRun>(RunKeys::history), stored);
+    all.runs = std::move(stored).value_or({});
+    all.dropped = droppedBeside(all.runs, m_defaults);
     for (const JournalRun &run : all.runs) {
         if (!run.undone)
             continue;

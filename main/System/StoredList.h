@@ -43,11 +43,10 @@ struct StoredList {
     /// There is a decodable list, possibly with records missing.
     bool isKnown() const { return state == StoredState::Whole || state == StoredState::Partly; }
     /// The records; `usual` if there is no list or it cannot be decoded.
-    std::vector<Record> value_or(std::vector<Record> usual) const
+    std::vector<Record> value_or(std::vector<Record> usual) const & { return isKnown() ? records : std::move(usual); }
+    std::vector<Record> value_or(std::vector<Record> usual) &&
     {
-        if (isKnown())
-            return records;
-        return usual;
+        return isKnown() ? std::move(records) : std::move(usual);
     }
 };
 
@@ -101,7 +100,7 @@ Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QStrin
     StoredList<Record> list = storedList<Record>(defaults, key);
     if (!list.isWhole())
         return failure(StoredCondition{key, defaults.fileOf(key), list.state, list.lost, false}.failure());
-    return list.value_or(std::move(usual));
+    return std::move(list).value_or(std::move(usual));
 }
 
 /// Returns what a change of a damaged list starts from: the last good version if it is whole, since it has the lost
