@@ -1,6 +1,7 @@
 #include "App/ProposalListing.h"
 
 #include "Base/German.h"
+#include "Base/LocalDays.h"
 
 #include <algorithm>
 #include <map>
@@ -36,14 +37,30 @@ QString targetOf(const AgentProposal &proposal, const Location &home)
     return QStringLiteral("→ ") + printable(proposal.destination->parent_path(), home) + u'/';
 }
 
-QStringList rowOf(const AgentProposal &proposal, const Location &home, bool ticked)
+/// Days as texts. The files of a folder share few of them.
+class DayTexts {
+public:
+    const QString &of(Instant instant)
+    {
+        const auto [text, isNew] = m_texts.try_emplace(m_days.of(instant));
+        if (isNew)
+            text->second = longDate(instant);
+        return text->second;
+    }
+
+private:
+    LocalDays m_days;
+    std::map<QDate, QString> m_texts;
+};
+
+QStringList rowOf(const AgentProposal &proposal, const Location &home, bool ticked, DayTexts &days)
 {
     const QString size = proposal.seen && !proposal.isFolder ? sizeText(proposal.seen->size) : QString();
     QString mark = ticked ? QStringLiteral("[x] ") : QStringLiteral("[ ] ");
     if (proposal.needsReview)
         mark += QStringLiteral("⚠ ");
     return {mark + printable(proposal.source, home), QString(std::max<qsizetype>(0, 9 - size.size()), u' ') + size,
-            proposal.seen ? longDate(proposal.seen->modified) : QString(), targetOf(proposal, home)};
+            proposal.seen ? days.of(proposal.seen->modified) : QString(), targetOf(proposal, home)};
 }
 
 } // namespace
@@ -53,11 +70,12 @@ void printProposals(Terminal &terminal, const Location &home, const CleanupAgent
     // Groups in the order of their first proposal.
     std::vector<std::pair<Kind, QString>> order;
     std::map<std::pair<Kind, QString>, std::vector<QStringList>> groups;
+    DayTexts days;
     for (const AgentProposal &proposal : agent.proposals.get()) {
-        const std::pair group{proposal.kind, proposal.reason};
-        if (!groups.contains(group))
-            order.push_back(group);
-        groups[group].push_back(rowOf(proposal, home, agent.chosen.get().contains(proposal.id)));
+        const auto [group, isNew] = groups.try_emplace({proposal.kind, proposal.reason});
+        if (isNew)
+            order.push_back(group->first);
+        group->second.push_back(rowOf(proposal, home, agent.chosen.get().contains(proposal.id), days));
     }
     std::vector<qsizetype> widths;
     for (const auto &[group, rows] : groups)

@@ -26,12 +26,20 @@ qsizetype terminalWidth()
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
+/// Printable ASCII, one cell each; spares looking up the category.
+bool isPlain(QChar c)
+{
+    return c >= u' ' && c <= u'~';
+}
+
 } // namespace
 
 QString printable(const QString &text)
 {
     QString clean = text;
     for (QChar &c : clean) {
+        if (isPlain(c))
+            continue;
         if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format || c.isNonCharacter())
             c = QChar::ReplacementCharacter;
     }
@@ -41,14 +49,16 @@ QString printable(const QString &text)
 QString printable(const Location &location, const Location &home)
 {
     if (location != home && home.has_relative_path() && isAtOrBelow(location, home))
-        return printable(QStringLiteral("~/") + shown(location.lexically_relative(home)));
+        return printable(QStringLiteral("~/") +
+                         shown(std::string_view(location.native()).substr(home.native().size() + 1)));
     return printable(shown(location));
 }
 
 qsizetype cells(const QString &text)
 {
     return std::ranges::count_if(text, [](QChar c) {
-        return !c.isLowSurrogate() && c.category() != QChar::Mark_NonSpacing && c.category() != QChar::Mark_Enclosing;
+        return isPlain(c) ||
+               (!c.isLowSurrogate() && c.category() != QChar::Mark_NonSpacing && c.category() != QChar::Mark_Enclosing);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "Base/CommaList.h"
 #include "Base/German.h"
+#include "Base/LocalDays.h"
 #include "Base/Location.h"
 #include "Base/RecentDate.h"
 
@@ -120,6 +121,17 @@ TEST(GermanTest, DatesAreThoseOfTheUsersTimeZone)
     EXPECT_EQ(longDateTime(late), u"3. September 2026, 00:05"_qs);
     EXPECT_EQ(isoDay(late), u"2026-09-03"_qs);
     EXPECT_EQ(longDate(Instant(-1ns)), u"1. Januar 1970"_qs);
+}
+
+TEST(GermanTest, CachedDaysEndAtTheLocalMidnight)
+{
+    // In 2026 Berlin's clocks change on 29 March and 25 October: days of 23 and of 25 hours.
+    for (const auto change : {std::chrono::year{2026} / 3 / 29, std::chrono::year{2026} / 10 / 25}) {
+        LocalDays days;
+        const Instant around = std::chrono::sys_days{change};
+        for (auto hours = -30h; hours < 50h; ++hours)
+            EXPECT_EQ(days.of(around + hours), localDay(around + hours)) << hours.count();
+    }
 }
 
 TEST(GermanTest, RecentDaysHaveNames)

@@ -61,19 +61,6 @@ Location fixedPart(const QString &target)
     return locationFromText(mark < 0 ? target : target.first(target.lastIndexOf(u'/', mark) + 1));
 }
 
-QDate LocalDays::of(Instant instant)
-{
-    auto after = m_days.upper_bound(instant);
-    if (after != m_days.begin() && instant < std::prev(after)->second.end)
-        return std::prev(after)->second.date;
-    const QDate date = localDay(instant);
-    const auto beginning = [](const QDate &day) {
-        return Instant(std::chrono::milliseconds(day.startOfDay().toMSecsSinceEpoch()));
-    };
-    m_days.insert_or_assign(beginning(date), Day{beginning(date.addDays(1)), date});
-    return date;
-}
-
 RuleTargets::RuleTargets(const CleanupRule &rule, Location home, Instant now)
     : m_rule(rule)
     , m_home(std::move(home))

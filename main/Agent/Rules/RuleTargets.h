@@ -4,6 +4,7 @@
 #include "Agent/Rules/CleanupRule.h"
 #include "Agent/Rules/NamePattern.h"
 #include "Agent/Rules/RuleWalk.h"
+#include "Base/LocalDays.h"
 #include "Guard/RulePath.h"
 
 #include <QDate>
@@ -17,20 +18,6 @@ namespace brellin {
 
 /// A target path up to its first placeholder: every folder it expands to is at or below this one.
 Location fixedPart(const QString &target);
-
-/// Local calendar days of many instants. Caches each day, since every time zone conversion costs several file
-/// operations.
-class LocalDays {
-public:
-    QDate of(Instant instant);
-
-private:
-    struct Day {
-        Instant end;
-        QDate date;
-    };
-    std::map<Instant, Day> m_days; ///< by the start of the day
-};
 
 /// Computes the destinations of one rule. Caches the folders its placeholders expand to.
 class RuleTargets {
