@@ -240,8 +240,7 @@ void CleanupAgent::executeChosen(const Done<ExecutionOutcome> &done)
 /// Leaves out proposals that the user has put on the never-propose list in another window.
 void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
 {
-    const auto work = [services = m_services, ticked, listed = proposals.get(),
-                       refused = never.get()](JobControl &control) {
+    auto work = [services = m_services, ticked, listed = proposals.get(), refused = never.get()](JobControl &control) {
         std::set<QUuid> unwanted = unwantedOf(listed, refused);
         std::vector<AgentProposal> wanted;
         std::ranges::copy_if(listed, std::back_inserter(wanted), [&](const AgentProposal &one) {
@@ -255,7 +254,7 @@ void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
                                         std::move(unwanted)};
     };
     m_executing.start(
-        m_pool, work, [this](Worked<ExecutionOutcome> worked) { executed(std::move(worked)); },
+        m_pool, std::move(work), [this](Worked<ExecutionOutcome> worked) { executed(std::move(worked)); },
         [this](const JobControl &control) { watch(control); });
 }
 
@@ -271,7 +270,8 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
         ticked.erase(failed.proposal);
         texts.emplace(failed.proposal, failed.why.message);
     }
-    choose(ticked);
+    if (!texts.empty())
+        choose(ticked);
     m_listed.noteFailures(std::move(texts));
     m_listed.remove(std::set<QUuid>(result->done.begin(), result->done.end()));
     m_listed.follow(worked.followed);

@@ -3,6 +3,9 @@
 #include "Agent/Duplicates/DuplicateSwap.h"
 #include "Agent/ProposalMemory.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace brellin {
 
 namespace {
@@ -28,7 +31,7 @@ std::set<QUuid> tickedOf(const std::vector<AgentProposal> &list, const std::vect
         earlier.emplace(sameness(proposal), Earlier{chosenBefore.contains(proposal.id), proposal.needsReview});
     std::set<QUuid> ticked;
     for (const AgentProposal &proposal : list) {
-        const auto known = earlier.find(sameness(proposal));
+        const auto known = earlier.empty() ? earlier.end() : earlier.find(sameness(proposal));
         const bool holds = known != earlier.end() && (!proposal.needsReview || known->second.neededReview);
         if (holds ? known->second.ticked : proposal.preselected)
             ticked.insert(proposal.id);
@@ -47,10 +50,14 @@ void ListedProposals::show(std::vector<AgentProposal> list)
 
 void ListedProposals::remove(const std::set<QUuid> &ids)
 {
-    std::vector<AgentProposal> left = proposals.get();
-    std::erase_if(left, [&](const AgentProposal &one) { return ids.contains(one.id); });
-    std::set<QUuid> ticked = chosen.get();
-    std::erase_if(ticked, [&](const QUuid &id) { return ids.contains(id); });
+    if (ids.empty())
+        return;
+    std::vector<AgentProposal> left;
+    std::ranges::copy_if(proposals.get(), std::back_inserter(left),
+                         [&](const AgentProposal &one) { return !ids.contains(one.id); });
+    std::set<QUuid> ticked;
+    std::set_difference(chosen.get().begin(), chosen.get().end(), ids.begin(), ids.end(),
+                        std::inserter(ticked, ticked.end()));
     replace(std::move(left), std::move(ticked));
 }
 
@@ -77,6 +84,8 @@ Result<void> ListedProposals::keepInstead(const QUuid &proposal)
 
 void ListedProposals::choose(const std::set<QUuid> &ids)
 {
+    if (ids == chosen.get())
+        return;
     std::vector<ProposalGroup> changed = groupsOf(proposals.get(), ids);
     publish(chosen, ids);
     publish(groups, std::move(changed));

@@ -30,6 +30,8 @@ public:
 
     bool covers(const Location &source) const
     {
+        if (m_patterns.empty())
+            return false;
         const QString name = folded(shownName(source));
         const QString path = folded(shown(source));
         return std::ranges::any_of(m_places, [&](const Location &place) { return isAtOrBelow(source, place); }) ||
@@ -146,7 +148,8 @@ ExitCode ProposingCommand::execute()
 
 ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head)
 {
-    const std::vector<AgentProposal> proposals = m_agent.proposals.get();
+    const std::vector<AgentProposal> proposals =
+        m_context.json() ? m_agent.proposals.get() : std::vector<AgentProposal>();
     // Restore the default signals, so that Ctrl-C ends a long listing at once.
     if (!executes())
         m_interruption.reset();
