@@ -10,7 +10,7 @@ namespace brellin {
 class SystemTrash : public Trash {
 public:
     /// `homeTrash` contains "files" and "info" ($XDG_DATA_HOME/Trash).
-    SystemTrash(Location homeTrash, const Volumes &volumes);
+    SystemTrash(const Location &homeTrash, const Volumes &volumes);
 
     Result<Location> put(const Location &entry) override;
     bool possible(const Location &entry) const override;

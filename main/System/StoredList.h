@@ -97,7 +97,7 @@ StoredList<Record> storedList(const UserDefaults &defaults, const QString &key)
 template <class Record>
 Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QString &key, std::vector<Record> usual)
 {
-    StoredList<Record> list = storedList<Record>(defaults, key);
+    const StoredList<Record> list = storedList<Record>(defaults, key);
     if (!list.isWhole())
         return failure(StoredCondition{key, defaults.fileOf(key), list.state, list.lost, false}.failure());
     return std::move(list).value_or(std::move(usual));
@@ -106,10 +106,10 @@ Result<std::vector<Record>> wholeList(const UserDefaults &defaults, const QStrin
 /// Returns what a change of a damaged list starts from: the last good version if it is whole, since it has the lost
 /// records too; otherwise the records that could be decoded, from either version.
 template <class Record>
-StoredList<Record> mendedList(const UserDefaults &defaults, const QString &key, StoredList<Record> damaged)
+StoredList<Record> mendedList(const UserDefaults &defaults, const QString &key, const StoredList<Record> &damaged)
 {
     const std::optional<QByteArray> text = defaults.readLastGood(key).value_or(std::nullopt);
-    StoredList<Record> good = text ? decodedList<Record>(*text) : StoredList<Record>();
+    const StoredList<Record> good = text ? decodedList<Record>(*text) : StoredList<Record>();
     return good.state == StoredState::Whole || !damaged.isKnown() ? good : damaged;
 }
 
@@ -131,7 +131,7 @@ updateList(UserDefaults &defaults, const QString &key,
             return std::nullopt;
         }
         if (damaged)
-            list = mendedList(defaults, key, std::move(list));
+            list = mendedList(defaults, key, list);
         const std::optional<std::vector<Record>> changed =
             change(list.isKnown() ? std::optional(std::move(list.records)) : std::nullopt);
         if (!changed)

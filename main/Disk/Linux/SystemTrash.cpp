@@ -157,7 +157,7 @@ std::optional<TrashPlace> placeHolding(const Location &trashed, const Location &
 
 } // namespace
 
-SystemTrash::SystemTrash(Location homeTrash, const Volumes &volumes)
+SystemTrash::SystemTrash(const Location &homeTrash, const Volumes &volumes)
     : m_homeTrash(standardised(homeTrash))
     , m_volumes(volumes)
 {
