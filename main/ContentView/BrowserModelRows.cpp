@@ -118,7 +118,7 @@ void BrowserModel::requestSizes()
         if (rows[row].link == LinkState::None)
             folders.push_back(rows[row].location());
     }
-    m_services.sizes.request(this, std::move(folders));
+    m_services.sizes.request(this, folders);
 }
 
 void BrowserModel::heardSizes()

@@ -47,7 +47,7 @@ Selection Selection::ofAll(const DisplayedItems &rows)
 /// Compares addresses: true only for an element of this list, not for the same entry in a newer one.
 bool Selection::isInList(const FileItem &item) const
 {
-    const std::less<const FileItem *> before;
+    const std::less<> before; // also orders unrelated pointers
     const FileItem *const first = &m_list[0];
     return !before(&item, first) && before(&item, first + m_list.size());
 }

@@ -75,7 +75,7 @@ std::optional<CopyCrew::Portion> CopyCrew::take(Take which)
     CopyFolder &folder = **at;
     const std::size_t from = folder.next;
     folder.next = std::min(folder.files.size(), from + filesAtOnce);
-    const Portion portion{*at, from, folder.next};
+    Portion portion{*at, from, folder.next};
     if (folder.next == folder.files.size())
         m_waiting.erase(at);
     m_working = m_working || which == Take::Oldest;
@@ -134,7 +134,7 @@ Result<void> CopyCrew::copied(CopyFolder &folder, std::size_t number, CopyFile &
 {
     if (folder.pending.fetch_sub(number) != number)
         return {};
-    const Result<void> closed =
+    Result<void> closed =
         file.closeFolder(folder.source.number(), folder.destination.number(), folder.status, folder.path);
     if (closed || folder.relative.empty())
         return closed;

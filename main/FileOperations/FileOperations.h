@@ -66,7 +66,7 @@ public:
     enum class Failures { Publish, ToReceiver };
     /// Receiver of the outcome; called once on the main thread, unless the receiver was destroyed or the user declined.
     struct Then {
-        Then() {}
+        Then() {} // NOLINT(modernize-use-equals-default): could not be a default argument then
         Then(QObject *to, std::function<void(const OperationOutcome &)> heard, Failures whereTo = Failures::Publish)
             : receiver(to)
             , call(std::move(heard))

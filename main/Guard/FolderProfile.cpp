@@ -1,5 +1,7 @@
 #include "Guard/FolderProfile.h"
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
@@ -32,13 +34,11 @@ bool FolderProfile::isProtected(const Location &location) const
     if (!inside)
         return false;
     const std::string below = composedEntry(*inside);
-    for (const ProtectedEntry &entry : protectedEntries) {
+    return std::ranges::any_of(protectedEntries, [&below](const ProtectedEntry &entry) {
         const std::string guarded = composedEntry(Location(locationFromText(entry.path)).lexically_normal());
         const std::string_view folder = std::string_view(guarded).substr(0, guarded.find_last_not_of('/') + 1);
-        if (!folder.empty() && isAtOrBelow(std::string_view(below), folder))
-            return true;
-    }
-    return false;
+        return !folder.empty() && isAtOrBelow(std::string_view(below), folder);
+    });
 }
 
 } // namespace brellin

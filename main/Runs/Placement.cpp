@@ -50,7 +50,7 @@ Result<void> Placement::createFolders(const Location &folder, StepLog &log)
         return failure(Failure::system(ENOTDIR));
     TRY(createFolders(folder.parent_path(), log));
     TRY(log.creatingFolder(folder));
-    const Result<void> created = m_services.files.createFolder(folder);
+    Result<void> created = m_services.files.createFolder(folder);
     if (created)
         m_newFolders.push_back(folder);
     else
@@ -66,7 +66,7 @@ Result<Location> Placement::atFreeName(const Location &wanted, StepLog &log,
     m_newFolders.clear();
     Result<void> placed = createFolders(wanted.parent_path(), log);
     for (int attempt = 0; placed && attempt < attempts; ++attempt) {
-        const Location free = unique(wanted);
+        Location free = unique(wanted);
         placed = place(free);
         if (placed)
             return free;

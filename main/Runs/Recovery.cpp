@@ -78,7 +78,7 @@ std::optional<Location> Settlement::placeLeftCopy(const JournalledStep &step)
 {
     if (!step.copied || !step.plan.to || !step.copied->isAt(*step.temporary))
         return std::nullopt;
-    const Location free = unique(*step.plan.to);
+    Location free = unique(*step.plan.to);
     if (!m_services.files.rename(*step.temporary, free))
         return std::nullopt;
     return free;

@@ -252,10 +252,10 @@ Result<void> RunHistory::markUndone(const QUuid &run, const Aftermath &aftermath
                                 {aftermath.remarks.begin(), aftermath.remarks.end()}}));
     return updateList<JournalRun>(m_defaults, RunKeys::history, [&](std::optional<std::vector<JournalRun>> stored) {
         if (!stored)
-            return std::optional<std::vector<JournalRun>>();
+            return stored;
         for (JournalRun &one : *stored)
             one.undone = one.undone || one.id == run;
-        return std::optional(*std::move(stored));
+        return stored;
     });
 }
 

@@ -4,6 +4,7 @@
 #include "Disk/FileAttributes.h"
 #include "Disk/Walk.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 
@@ -57,11 +58,10 @@ bool sameFolder(const Location &a, const Location &b, JobControl *control)
     const auto second = entriesBelow(b, control);
     if (!first || !second || *first != *second)
         return false;
-    for (const auto &[path, entry] : *first) {
-        if (entry.kind == EntryKind::File && !sameFile(a / path, b / path, control))
-            return false;
-    }
-    return true;
+    return std::ranges::all_of(*first, [&](const auto &one) {
+        const auto &[path, entry] = one;
+        return entry.kind != EntryKind::File || sameFile(a / path, b / path, control);
+    });
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "Disk/FileAttributes.h"
 #include "Disk/Walk.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 
@@ -49,11 +50,10 @@ bool verifyFolder(const Location &original, const Location &copy, JobControl *co
     const auto copies = filesBelow(copy, control);
     if (!originals || !copies || *originals != *copies)
         return false;
-    for (const auto &[path, size] : *originals) {
-        if (size < digestLimit && !sameContent(original / path, copy / path, control))
-            return false;
-    }
-    return true;
+    return std::ranges::all_of(*originals, [&](const auto &file) {
+        const auto &[path, size] = file;
+        return size >= digestLimit || sameContent(original / path, copy / path, control);
+    });
 }
 
 bool sameTarget(const Location &original, const Location &copy)

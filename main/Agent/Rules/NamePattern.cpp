@@ -22,8 +22,8 @@ QString composed(const QString &text)
 /// A regular expression for any date in the place of a date placeholder.
 QString dateExpression(const QString &placeholder)
 {
-    const QString year = QStringLiteral("[0-9]{4}");
-    const QString month = QStringLiteral("(?:0[1-9]|1[0-2])");
+    QString year = QStringLiteral("[0-9]{4}");
+    QString month = QStringLiteral("(?:0[1-9]|1[0-2])");
     const QString day = QStringLiteral("(?:0[1-9]|[12][0-9]|3[01])");
     if (placeholder == u"{Jahr}")
         return year;

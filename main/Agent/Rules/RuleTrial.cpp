@@ -74,7 +74,7 @@ Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRu
     edited.enabled = true;
     const QUuid id = edited.id;
     const RuleMatching matching(services.locations, services.clock);
-    const RuleEvaluation found = TRY(matching.evaluateCounting(withRule(std::move(rules), std::move(edited)), control));
+    const RuleEvaluation found = TRY(matching.evaluateCounting(withRule(std::move(rules), edited), control));
     const Guard guard(services.locations, profiles);
     TrialOutcome outcome;
     outcome.leftForScripts = found.leftForScripts;
