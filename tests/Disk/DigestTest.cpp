@@ -44,6 +44,7 @@ TEST(DigestTest, endsEarlyWhenCancelledAndNeverTakesAReadErrorForTheEnd)
 {
     TempTree tree;
     const Location file = tree.file("big", std::string(8 * piece, 'x'));
+    ASSERT_TRUE(sha256(file)); // the library reads its own configuration the first time
     for (int n = 0; n < 3; ++n) {
         Result<QByteArray> digest;
         const auto act = [&] { digest = sha256(file); };
