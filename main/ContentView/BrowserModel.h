@@ -149,7 +149,7 @@ public:
     /// Sets a filter on the rows, for screens that embed a pane, such as a folder picker. Called
     /// on workers and, for short lists, on the main thread.
     void setItemFilter(ItemFilter filter);
-    /// Sets the visible rows; sizes are counted from there on first.
+    /// Sets the visible rows, none for a hidden view: sizes are counted from there on first, and again once outdated.
     void setVisibleRows(std::size_t first, std::size_t count);
     /// Whether `errorMessage` says why the folder cannot be read, and is shown instead of the list.
     bool readFailed() const { return m_readFailed; }

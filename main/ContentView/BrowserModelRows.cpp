@@ -108,17 +108,25 @@ void BrowserModel::setVisibleRows(std::size_t first, std::size_t count)
 
 void BrowserModel::requestSizes()
 {
-    // Requesting all folders of a large list is wasteful: views request again when scrolled.
+    // Requesting all folders of a large list is wasteful, unless they are sorted by size: views request again when
+    // scrolled.
     constexpr std::size_t mostBeyond = 1000;
     const DisplayedItems &rows = displayedItems.get();
     const std::size_t first = std::min(m_firstVisible, rows.size());
-    const std::size_t end = std::min(rows.size(), first + m_visibleCount + mostBeyond);
+    const std::size_t visibleEnd = std::min(rows.size(), first + m_visibleCount);
     std::vector<Location> folders;
-    for (std::size_t row = first; row < end && rows[row].isFolder; ++row) {
-        if (rows[row].link == LinkState::None)
-            folders.push_back(rows[row].location());
-    }
-    m_services.sizes.request(this, folders);
+    const auto add = [&](std::size_t from, std::size_t to) {
+        for (std::size_t row = from; row < to && rows[row].isFolder; ++row) {
+            if (rows[row].link == LinkState::None)
+                folders.push_back(rows[row].location());
+        }
+    };
+    add(first, visibleEnd);
+    const std::size_t onScreen = folders.size();
+    add(visibleEnd, sortsBySize() ? rows.size() : std::min(rows.size(), visibleEnd + mostBeyond));
+    if (sortsBySize())
+        add(0, first);
+    m_services.sizes.request(this, folders, onScreen);
 }
 
 void BrowserModel::heardSizes()
@@ -129,12 +137,14 @@ void BrowserModel::heardSizes()
         updateTexts();
 }
 
+/// A lower bound is no known size.
 std::optional<std::int64_t> BrowserModel::knownSize(const FileItem &folder) const
 {
     if (folder.link != LinkState::None)
         return std::nullopt;
     const std::optional<FolderSize> known = m_services.sizes.size(folder.location());
-    return known ? std::optional(known->bytes) : std::nullopt;
+    const bool whole = known && known->state != FolderSize::State::Capped;
+    return whole ? std::optional(known->bytes) : std::nullopt;
 }
 
 } // namespace brellin

@@ -4,6 +4,7 @@
 #include "Features/NetworkSettings.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace brellin {
@@ -14,6 +15,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto goodFor = 5min;
+constexpr auto ageingInterval = 30s;
 
 } // namespace
 
@@ -29,6 +31,7 @@ FolderSizes::FolderSizes(const UserDefaults &defaults, const Volumes &volumes, C
     connect(&m_telling, &QTimer::timeout, this, [this] { tell(); });
     m_again.setSingleShot(true);
     connect(&m_again, &QTimer::timeout, this, [this] { takeUpAgain(); });
+    connect(&m_ageing, &QTimer::timeout, this, [this] { age(); });
 }
 
 FolderSizes::~FolderSizes() = default;
@@ -70,10 +73,15 @@ bool FolderSizes::countsNetworks() const
     return folderSizesNetwork.isOn(m_defaults);
 }
 
-void FolderSizes::request(QObject *owner, const std::vector<Location> &folders)
+void FolderSizes::request(QObject *owner, const std::vector<Location> &folders, std::size_t onScreen)
 {
     Wish &wish = wishOf(owner);
     wish.folders.clear();
+    wish.onScreen.clear();
+    for (const Location &folder : folders | std::views::take(onScreen))
+        wish.onScreen.push_back(folder.native());
+    if (!wish.onScreen.empty() && !m_ageing.isActive())
+        m_ageing.start(ageingInterval);
     wish.waiting.clear();
     wish.networkWaiting.clear();
     for (const Location &folder : folders) {
@@ -86,12 +94,29 @@ void FolderSizes::request(QObject *owner, const std::vector<Location> &folders)
     serve();
 }
 
+void FolderSizes::age()
+{
+    bool anyOnScreen = false;
+    for (const Wish &wish : m_wishes) {
+        anyOnScreen = anyOnScreen || !wish.onScreen.empty();
+        for (const std::string &folder : wish.onScreen) {
+            const auto known = m_known.find(folder);
+            if (known == m_known.end() || !isStale(known->second))
+                continue;
+            announce(folder);
+            countLater(folder);
+        }
+    }
+    if (!anyOnScreen)
+        m_ageing.stop();
+}
+
 /// The owner's request, moved to the front.
 FolderSizes::Wish &FolderSizes::wishOf(QObject *owner)
 {
     const auto found = std::ranges::find(m_wishes, owner, &Wish::owner);
     if (found == m_wishes.end()) {
-        m_wishes.insert(m_wishes.begin(), Wish{owner, {}, {}, {}});
+        m_wishes.insert(m_wishes.begin(), Wish{owner, {}, {}, {}, {}});
         connect(owner, &QObject::destroyed, this, [this, owner] { endWish(owner); });
     } else {
         std::rotate(m_wishes.begin(), found, found + 1);

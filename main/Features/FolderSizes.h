@@ -53,9 +53,12 @@ public:
 
     /// The cached size; nullopt if the folder was not counted yet.
     std::optional<FolderSize> size(const Location &folder) const;
-    /// Sets the folders on display, visible ones first: unknown and stale ones are counted in this order. Replaces the
-    /// owner's previous request; ends with the owner's destruction.
-    void request(QObject *owner, const std::vector<Location> &folders);
+    /// Sets the folders on display, visible ones first: unknown and stale ones are counted in this order. The first
+    /// `onScreen` are counted again as they become older than five minutes. Replaces the owner's previous request; ends
+    /// with the owner's destruction.
+    void request(QObject *owner, const std::vector<Location> &folders, std::size_t onScreen = 0);
+    /// Announces and recounts what became too old on screen. Called every half minute.
+    void age();
     /// Counts a folder without limit, before all others ("Berechnen").
     void calculate(const Location &folder);
     /// Cancels `calculate`; keeps the previous size.
@@ -82,6 +85,7 @@ private:
     struct Wish {
         QObject *owner = nullptr;
         std::set<std::string> folders;
+        std::vector<std::string> onScreen;
         std::deque<std::string> waiting;        ///< to be counted, next one first
         std::deque<std::string> networkWaiting; ///< those found to be on network volumes
     };
@@ -138,6 +142,7 @@ private:
     Lane m_network;
     Lane m_full;
     QTimer m_again;
+    QTimer m_ageing;
     std::vector<Location> m_changed;
     QTimer m_telling;
     std::vector<Observer> m_observers;

@@ -149,6 +149,26 @@ TEST_F(FolderSizesTest, isCountedAgainWhenTouchedOrOld)
     EXPECT_EQ(bytes("b"), 5);
 }
 
+TEST_F(FolderSizesTest, whatGrowsOldOnScreenIsCountedAgain)
+{
+    tree.lines({"a/x=1", "b/x=22"});
+    std::vector<Location> heard;
+    sizes.observe(&owner, [&](const auto &changed) { heard.insert(heard.end(), changed.begin(), changed.end()); });
+    sizes.request(&owner, paths({"a", "b"}), 1);
+    ASSERT_TRUE(waitUntil([&] { return heard.size() == 2; }));
+    heard.clear();
+    for (const char *name : {"a/y", "b/y"})
+        tree.file(name, "333");
+    sizes.age();
+    clock.time += std::chrono::minutes(6);
+    sizes.age();
+    ASSERT_TRUE(waitUntil([&] { return !heard.empty(); }));
+    EXPECT_EQ(heard, paths({"a"})) << "shown as outdated at once";
+    ASSERT_TRUE(waitUntil([&] { return stateOf("a") == State::Current; }));
+    EXPECT_EQ(bytes("a"), 4);
+    EXPECT_EQ(stateOf("b"), State::Stale) << "not on screen";
+}
+
 TEST_F(FolderSizesTest, forgetsBelowAFolderOnly)
 {
     tree.lines({"a/x=1", "a/unter/y=22", "ab/x=333"});

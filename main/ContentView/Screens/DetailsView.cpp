@@ -84,6 +84,8 @@ DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures
 /// Tells the pane which rows are visible, so that their folder sizes are counted first.
 void DetailsView::tellVisible()
 {
+    if (!isVisible() && m_pane.viewMode.get() == ViewMode::Details)
+        m_pane.setVisibleRows(0, 0);
     const int height = rowHeight(m_rows.index(0, 0));
     if (!isVisible() || height <= 0)
         return;
@@ -192,6 +194,12 @@ void DetailsView::resizeEvent(QResizeEvent *event)
 void DetailsView::showEvent(QShowEvent *event)
 {
     QTreeView::showEvent(event);
+    m_visibleSoon.start();
+}
+
+void DetailsView::hideEvent(QHideEvent *event)
+{
+    QTreeView::hideEvent(event);
     m_visibleSoon.start();
 }
 

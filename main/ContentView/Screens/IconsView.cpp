@@ -158,6 +158,8 @@ void IconsView::setIconSide(double side)
 
 void IconsView::nameVisible()
 {
+    if (!isVisible() && m_pane.viewMode.get() == ViewMode::Icons)
+        m_pane.setVisibleRows(0, 0);
     if (!isVisible())
         return;
     std::vector<Location> wanted;
@@ -195,6 +197,12 @@ void IconsView::resizeEvent(QResizeEvent *event)
 void IconsView::showEvent(QShowEvent *event)
 {
     QListView::showEvent(event);
+    m_visibleSoon.start(30);
+}
+
+void IconsView::hideEvent(QHideEvent *event)
+{
+    QListView::hideEvent(event);
     m_visibleSoon.start(30);
 }
 
