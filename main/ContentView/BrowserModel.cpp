@@ -27,7 +27,8 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     , m_services(services)
     , m_reader(services.workers, services.volumes,
                {[this](FolderReader::Reading reading) { apply(std::move(reading)); }, [this] { showNotAnswering(); },
-                [this](const std::vector<std::string> &names) { readChanges(names); }})
+                [this](const Location &folder, const std::vector<std::string> &names) { touch(folder, names); },
+                [this] { read(FolderReader::For::Watcher); }})
     , m_search(
           services.workers, [this](const FileItems &matches) { setItems(matches); },
           [this](const FolderSearchResult &result) { found(result); })
@@ -161,11 +162,12 @@ void BrowserModel::showListing()
     setItems(m_reader.listing());
 }
 
-void BrowserModel::readChanges(const std::vector<std::string> &names)
+void BrowserModel::touch(const Location &folder, const std::vector<std::string> &names)
 {
+    if (names.empty())
+        m_services.sizes.touched(folder);
     for (const std::string &name : names)
-        m_services.sizes.touched(current.get() / name);
-    read(FolderReader::For::Watcher);
+        m_services.sizes.touched(folder / name);
 }
 
 void BrowserModel::setShowHidden(bool isShown)

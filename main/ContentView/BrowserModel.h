@@ -253,7 +253,7 @@ private:
     QString emptyTextNow() const;
     void clearError();
 
-    void readChanges(const std::vector<std::string> &names);
+    void touch(const Location &folder, const std::vector<std::string> &names);
 
     void setPlace(const Place &to);
     void showPage(const Place &page);

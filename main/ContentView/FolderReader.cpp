@@ -92,6 +92,7 @@ std::function<FolderReader::Answer(const JobControl &)> FolderReader::work(const
 void FolderReader::read(const Request &request, For whom)
 {
     m_soon.stop();
+    tellEntries();
     if (m_folder != request.folder)
         m_watcher.reset();
     using Call = FileCall<Answer>;
@@ -110,8 +111,10 @@ void FolderReader::take(Answer answer, const Location &folder)
 {
     m_lastEnded = std::chrono::steady_clock::now();
     m_lastTook = answer.reading.listing.taken;
-    if (answer.watcher)
+    if (answer.watcher) {
+        tellEntries();
         m_watcher = std::move(answer.watcher);
+    }
     m_listing = answer.reading.listing.items;
     m_folder = folder;
     m_handlers.read(std::move(answer.reading));
@@ -142,10 +145,22 @@ void FolderReader::tellChanges()
     }
     if (!m_watcher)
         return;
+    if (!tellEntries())
+        m_handlers.entriesChanged(m_folder, {});
+    m_handlers.changed();
+}
+
+/// Passes on what the watcher has noticed so far; returns whether it named entries.
+bool FolderReader::tellEntries()
+{
+    if (!m_watcher)
+        return false;
     const FolderChanges changes = m_watcher->take();
     if (changes.gone)
         m_watcher.reset();
-    m_handlers.changed({changes.names.begin(), changes.names.end()});
+    if (!changes.names.empty())
+        m_handlers.entriesChanged(m_folder, {changes.names.begin(), changes.names.end()});
+    return !changes.names.empty();
 }
 
 } // namespace brellin

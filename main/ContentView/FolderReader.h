@@ -37,8 +37,11 @@ public:
     struct Handlers {
         std::function<void(Reading)> read;
         std::function<void()> notAnswering;
-        /// The folder changed; called once for a burst of events, with the names of the entries. Expected to call `read`.
-        std::function<void(const std::vector<std::string> &)> changed;
+        /// These entries of the folder changed. Each change is told once, also if the folder is read or left for
+        /// another reason. No names if the folder changed, but the system does not tell where.
+        std::function<void(const Location &folder, const std::vector<std::string> &names)> entriesChanged;
+        /// The folder changed; called once for a burst of events. Expected to call `read`.
+        std::function<void()> changed;
     };
 
     FolderReader(MountWorkers &workers, const Volumes &volumes, Handlers handlers);
@@ -65,6 +68,7 @@ private:
     void gaveUp(const Location &folder);
     void heard();
     void tellChanges();
+    bool tellEntries();
 
     MountWorkers &m_workers;
     const Volumes &m_volumes;

@@ -36,7 +36,8 @@ public:
     FolderWatcher(const FolderWatcher &) = delete;
     FolderWatcher &operator=(const FolderWatcher &) = delete;
 
-    /// Returns the changes since the last call; `heard` is called again for later ones.
+    /// Returns the changes since the last call, also those that `heard` was not called for yet; it is called again for
+    /// later ones.
     FolderChanges take();
 
 private:

@@ -358,6 +358,59 @@ TEST_F(BrowserModelTest, followsWhatHappensInTheFolderAndKeepsSelectionAndRename
     EXPECT_TRUE(waitFor([&] { return item("neu.txt").size == 7; }));
 }
 
+TEST_F(BrowserModelTest, noChangeIsLostToTheSizesWhenTheFolderIsReadOrLeft)
+{
+    QObject above;
+    const Location home = world.tree.path("home");
+    const auto isCounted = [&] {
+        const auto size = world.sizes.size(home);
+        return size && size->state == FolderSize::State::Current;
+    };
+    const auto count = [&] {
+        world.sizes.request(&above, {home});
+        return waitFor(isCounted);
+    };
+    ASSERT_TRUE(count());
+    world.tree.file("home/neu", "x");
+    pane.load();
+    EXPECT_FALSE(isCounted()) << "the watcher is replaced before its delay ends";
+    ASSERT_TRUE(count());
+    world.tree.file("home/noch eins", "x");
+    pane.navigate(world.home("B"));
+    EXPECT_FALSE(isCounted());
+}
+
+TEST_F(BrowserModelTest, countsEveryFolderWhenSortedBySize)
+{
+    const Location many = world.tree.path("many");
+    for (int i = 0; i < 1400; ++i)
+        world.tree.folder("many/" + std::to_string(1000 + i));
+    world.tree.file("many/2399/gross", "1234567890");
+    world.tree.file("many/1700/klein", "1");
+    pane.navigate(many);
+    pane.setVisibleRows(500, 20);
+    pane.setSortOrder({{SortKey::Size, SortDirection::Descending}});
+    ASSERT_TRUE(waitFor([&] { return pane.displayedItems.get()[0].nameBytes == "2399"; }));
+    EXPECT_EQ(pane.displayedItems.get()[1].nameBytes, "1700");
+    for (int i = 1000; i < 2400; ++i)
+        ASSERT_TRUE(waitFor([&] { return world.sizes.size(many / std::to_string(i)).has_value(); })) << i;
+}
+
+TEST_F(BrowserModelTest, aLowerBoundIsNoKnownSize)
+{
+    FolderSizes upToTwo(world.defaults, world.volumes, world.clock, 2);
+    BrowserServices services{world.defaults, world.volumes, world.files,  world.folders,
+                             world.workers,  upToTwo,       world.colors, world.tagSearch};
+    world.tree.lines({"home/A/a=123", "home/A/b=123", "home/A/c=123", "home/B/x=1"});
+    BrowserModel other(services, world.tree.path("home"));
+    ASSERT_TRUE(waitFor([&] { return upToTwo.size(world.home("A")) && upToTwo.size(world.home("B")); }));
+    ASSERT_EQ(upToTwo.size(world.home("A"))->state, FolderSize::State::Capped);
+    other.setSortOrder({{SortKey::Size, SortDirection::Descending}});
+    EXPECT_EQ(rowNames(other.displayedItems.get()), "B A brief.txt");
+    other.setSelection(Selection({world.home("A"), world.home("B")}));
+    EXPECT_TRUE(other.statusText.get().contains(u"2 ausgewählt  1 Byte "_qs)) << other.statusText.get().toStdString();
+}
+
 TEST_F(BrowserModelTest, keepsASearchWhenSomethingHappensInTheFolder)
 {
     pane.setSearchText(u"innen"_qs);

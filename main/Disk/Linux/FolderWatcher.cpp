@@ -86,18 +86,25 @@ struct FolderWatcher::State {
 
     void readEvents()
     {
-        alignas(inotify_event) std::array<char, 16 * 1024> buffer;
         const std::scoped_lock lock(mutex);
         // Remaining events keep the descriptor ready, so take() need not wait for the end of a burst.
-        const ssize_t length = closed ? 0 : ::read(source.number(), buffer.data(), buffer.size());
+        if (!closed && readSome())
+            tell();
+    }
+
+    /// Reads one buffer of events; false if none is waiting. The mutex must be locked.
+    bool readSome()
+    {
+        alignas(inotify_event) std::array<char, 16 * 1024> buffer;
+        const ssize_t length = ::read(source.number(), buffer.data(), buffer.size());
         if (length <= 0)
-            return;
+            return false;
         for (const char *at = buffer.data(); at < buffer.data() + length;) {
             const auto *event = reinterpret_cast<const inotify_event *>(at);
             take(*event);
             at += sizeof(inotify_event) + event->len;
         }
-        tell();
+        return true;
     }
 
     void take(const inotify_event &event)
@@ -300,6 +307,9 @@ FolderWatcher::~FolderWatcher()
 FolderChanges FolderWatcher::take()
 {
     const std::scoped_lock lock(m_state->mutex);
+    // What the thread has not read yet, so that nothing is lost if this watcher ends now.
+    if (m_state->source.isOpen())
+        (void)m_state->readSome();
     m_state->told = false;
     return std::exchange(m_state->changes, {});
 }
