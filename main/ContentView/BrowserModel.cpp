@@ -144,6 +144,7 @@ void BrowserModel::applyOutcome(const Listing &listing)
     }
     const QString &error = listing.error->message;
     m_readFailed = true;
+    publish(folderGone, isMissing(*listing.error));
     publish(errorMessage, std::optional(isTrash ? unreadableTrashText(error) : unreadableFolderText(error)));
     m_reader.unwatch(); // a missing folder cannot be watched; a refresh watches again
 }
@@ -216,6 +217,7 @@ void BrowserModel::clearError()
 {
     m_readFailed = false;
     publish(refusedPath, std::optional<RefusedPath>());
+    publish(folderGone, false);
     publish(errorMessage, std::optional<QString>());
 }
 

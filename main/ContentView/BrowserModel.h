@@ -153,6 +153,8 @@ public:
     void setVisibleRows(std::size_t first, std::size_t count);
     /// Whether `errorMessage` says why the folder cannot be read, and is shown instead of the list.
     bool readFailed() const { return m_readFailed; }
+    /// Whether the folder does not exist; `goUp` then goes to the nearest one above that does.
+    Published<bool> folderGone{false};
     /// Clears the message of a failed operation; keeps the one of an unreadable folder.
     void dismissError();
     /// Shows the failure of an operation carried out elsewhere.
@@ -261,6 +263,7 @@ private:
     void uncoverFolder();
     void go(const Location &folder, History history, std::optional<Arrival> then);
     void travel(const Location &folder, const std::function<void()> &arrived, const std::function<void()> &gone);
+    void goToNearest();
     void arrive(const Location &folder, std::optional<Arrival> then);
     void arriveWith(Arrival wanted);
     void takeArrival();
@@ -312,6 +315,7 @@ private:
     SearchRun m_search;
     FileCall<std::filesystem::file_type> m_check; ///< what the target is
     std::optional<QString> m_typed;               ///< what the target was typed as
+    FileCall<Location> m_nearest;
     FileCall<EntryChange> m_change;
     FileCall<FileItems> m_update; ///< own changes in results
     std::function<void(const Location &, const Location &)> m_ownChange;

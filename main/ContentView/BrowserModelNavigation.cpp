@@ -165,10 +165,25 @@ void BrowserModel::goForward()
 }
 
 /// Selects the folder that the user came from.
+void BrowserModel::goToNearest()
+{
+    const auto nearest = [from = current.get()](const JobControl &) {
+        Location above = from.parent_path();
+        while (!isFolder(above) && above.has_relative_path())
+            above = above.parent_path();
+        return above;
+    };
+    m_nearest.start(
+        m_services.workers, {current.get()}, nearest, [this](const Location &folder) { navigate(folder); },
+        [this, from = current.get()] { showError(notAnsweringText(from)); });
+}
+
 void BrowserModel::goUp()
 {
     const Location from = current.get();
-    if (from.parent_path() != from)
+    if (folderGone.get())
+        goToNearest();
+    else if (from.parent_path() != from)
         go(from.parent_path(), History::Record, Arrival{Selection({from}), {from, {}}, {}});
 }
 

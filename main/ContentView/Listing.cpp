@@ -104,8 +104,10 @@ Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes 
         listing.items = *std::move(items);
     else
         listing.error = items.error();
+    const bool missing = listing.error && (listing.error->is(std::errc::no_such_file_or_directory) ||
+                                           listing.error->is(std::errc::not_a_directory));
     // After a cancel, `volumes` may have been destroyed.
-    if (control == nullptr || !control->cancelled()) {
+    if (!missing && (control == nullptr || !control->cancelled())) {
         if (const Result<std::int64_t> available = volumes.available(folder))
             listing.freeSpace = *available;
     }

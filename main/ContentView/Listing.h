@@ -16,7 +16,8 @@ enum class HiddenEntries { LeftOut, Shown };
 struct Listing {
     FileItems items; ///< in directory order, unsorted
     std::optional<Failure> error;
-    std::optional<std::int64_t> freeSpace; ///< bytes available to this user on the folder's volume
+    std::optional<std::int64_t>
+        freeSpace; ///< bytes available to this user on the volume; none if the folder is missing
     std::chrono::steady_clock::duration taken{};
 };
 

@@ -131,6 +131,12 @@ void EmptyState::setTexts(const QString &title, const QString &text)
     m_text->setVisible(!text.isEmpty());
 }
 
+void EmptyState::addButton(QWidget *button)
+{
+    auto *const column = static_cast<QVBoxLayout *>(layout());
+    column->insertWidget(column->count() - 1, button, 0, Qt::AlignHCenter);
+}
+
 void EmptyState::setSymbol(const QString &symbol, Token token)
 {
     m_symbol->setPixmap(Symbols::pixmap(symbol, scaled(40), color(token), devicePixelRatioF()));

@@ -54,6 +54,8 @@ public:
     EmptyState(const QString &symbol, const QString &title, const QString &text, QWidget *parent);
     void setTexts(const QString &title, const QString &text);
     void setSymbol(const QString &symbol, Token token);
+    /// Adds a button below the texts.
+    void addButton(QWidget *button);
 
 private:
     QLabel *m_symbol;

@@ -434,13 +434,28 @@ TEST_F(BrowserModelTest, saysThatTheFolderIsGoneAndFindsItAgain)
     EXPECT_EQ(error(), u"Ordner kann nicht geöffnet werden: Die Datei oder der Ordner ist nicht mehr da."_qs);
     EXPECT_EQ(rows(), "");
     EXPECT_EQ(pane.emptyText.get(), QString());
+    EXPECT_EQ(pane.freeSpace.get(), std::nullopt);
+    EXPECT_EQ(pane.statusText.get(), u"0 Elemente"_qs);
     world.tree.file("home/A/wieder");
     pane.reload();
+    EXPECT_FALSE(pane.folderGone.get());
     EXPECT_EQ(error(), QString());
     EXPECT_EQ(rows(), "wieder");
     pane.navigate(world.folders.trash);
     EXPECT_EQ(error(), QString()) << "nothing was thrown away yet";
     EXPECT_EQ(pane.emptyText.get(), u"Dieser Ordner ist leer."_qs);
+}
+
+TEST_F(BrowserModelTest, leavesAFolderThatIsGoneForTheNearestOneAbove)
+{
+    world.tree.folder("home/A/tief/tiefer");
+    pane.navigate(world.home("A/tief/tiefer"));
+    std::filesystem::remove_all(world.home("A"));
+    ASSERT_TRUE(waitFor([&] { return pane.folderGone.get(); }));
+    pane.goUp();
+    ASSERT_TRUE(waitFor([&] { return pane.current.get() == world.tree.path("home"); }));
+    EXPECT_EQ(error(), QString());
+    EXPECT_FALSE(pane.folderGone.get());
 }
 
 TEST_F(BrowserModelTest, makesANewFolderAndRenamesIt)

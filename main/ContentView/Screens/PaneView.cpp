@@ -138,6 +138,14 @@ void PaneView::buildViews()
     m_icons = new IconsView(m_pane, *m_rows, m_pictures, m_services.thumbnails, m_stack);
     m_message = new EmptyState(QStringLiteral("folder-open"), {}, {}, m_stack);
     m_message->setObjectName(QStringLiteral("paneMessage"));
+    m_goUp = makeButton(QStringLiteral("Übergeordneten Ordner öffnen"), ButtonKind::Usual,
+                        QStringLiteral("goUpFromGone"), m_message);
+    m_goUp->hide();
+    m_message->addButton(m_goUp);
+    connect(m_goUp, &QAbstractButton::clicked, this, [this] {
+        focusList();
+        m_pane.goUp();
+    });
     m_message->setFocusPolicy(Qt::StrongFocus);
     m_message->setContextMenuPolicy(Qt::CustomContextMenu);
     m_message->installEventFilter(this);
@@ -243,6 +251,7 @@ void PaneView::showMessage()
         m_message->setSymbol(unread ? QStringLiteral("circle-alert") : QStringLiteral("folder-open"),
                              unread ? Token::Danger : Token::Tertiary);
         m_message->setTexts(text.section(QStringLiteral("\n\n"), 0, 0), text.section(QStringLiteral("\n\n"), 1));
+        m_goUp->setVisible(m_pane.folderGone.get());
         m_stack->setCurrentWidget(m_message);
     }
     if (focus)

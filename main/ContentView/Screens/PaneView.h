@@ -7,6 +7,8 @@
 
 #include <QStackedWidget>
 
+class QPushButton;
+
 namespace brellin {
 
 /// Shared services of the pane's screen; all must outlive it.
@@ -88,6 +90,7 @@ private:
     DetailsView *m_details = nullptr;
     IconsView *m_icons = nullptr;
     EmptyState *m_message = nullptr;
+    QPushButton *m_goUp = nullptr; ///< shown if the folder is gone
     QWidget *m_banner = nullptr;
     TextLabel *m_bannerText = nullptr;
     QWidget *m_remedies = nullptr;
