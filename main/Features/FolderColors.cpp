@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 
+#include <set>
 #include <utility>
 
 namespace brellin {
@@ -24,6 +25,38 @@ QString paletteName(const QJsonValue &value)
 {
     const QString tag = FileTags::germanName(value.toString());
     return isPaletteName(tag) ? tag : QString();
+}
+
+/// Old to new path; empty if the entry is gone.
+using PathMoves = std::map<std::string, std::string>;
+
+/// The path itself and all above it, the deepest first, until `seen` returns true.
+template <class Seen>
+void climb(const std::string &path, const Seen &seen)
+{
+    for (Location place = path; !seen(place.native()) && place.has_relative_path();)
+        place = place.parent_path();
+}
+
+/// Where `path` is after the moves, empty if it is gone; none if it is still there.
+std::optional<std::string> pathAfter(const std::string &path, const PathMoves &moves)
+{
+    std::optional<std::string> now;
+    climb(path, [&](const std::string &place) {
+        const auto move = moves.find(place);
+        if (move == moves.end())
+            return false;
+        now = move->second.empty() ? std::string() : move->second + path.substr(place.size());
+        return true;
+    });
+    return now;
+}
+
+bool isIn(const std::string &path, const std::set<std::string> &folders)
+{
+    bool found = false;
+    climb(path, [&](const std::string &place) { return found = folders.contains(place); });
+    return found;
 }
 
 } // namespace
@@ -72,22 +105,31 @@ void FolderColors::setColor(const Location &folder, std::optional<QString> tagNa
     });
 }
 
-void FolderColors::moved(const Location &from, const Location &to)
+void FolderColors::moved(const std::vector<EntryMove> &moves)
 {
-    const std::string old = standardised(from).native();
-    const std::string fresh = standardised(to).native();
-    if (old == fresh)
+    PathMoves there;
+    std::set<std::string> arrived;
+    for (const EntryMove &move : moves) {
+        if (move.from.empty() || move.from == move.to)
+            continue;
+        there[standardised(move.from).native()] = move.to.empty() ? std::string() : standardised(move.to).native();
+        if (!move.to.empty())
+            arrived.insert(standardised(move.to).native());
+    }
+    if (there.empty())
         return;
     change([&](Colors &colors) {
+        Colors after;
         Colors carried;
-        std::erase_if(colors, [&](const auto &entry) {
-            if (!isAtOrBelow(std::string_view(entry.first), std::string_view(old)))
-                return false;
-            carried[fresh + entry.first.substr(old.size())] = entry.second;
-            return true;
-        });
+        for (const auto &[path, tag] : colors) {
+            if (const std::optional<std::string> now = pathAfter(path, there); now && !now->empty())
+                carried[*now] = tag;
+            else if (!now && !isIn(path, arrived))
+                after[path] = tag;
+        }
         for (auto &[path, tag] : carried)
-            colors[path] = tag;
+            after[path] = tag;
+        colors = std::move(after);
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "Base/Location.h"
 #include "Base/Published.h"
+#include "Features/EntryMove.h"
 #include "System/UserDefaults.h"
 
 #include <QPointer>
@@ -28,8 +29,10 @@ public:
     std::optional<QString> color(const Location &folder) const;
     /// Sets or removes a folder's colour. Ignores names outside the palette.
     void setColor(const Location &folder, std::optional<QString> tagName);
-    /// Call after a folder was renamed or moved: updates its colour and those of the folders below.
-    void moved(const Location &from, const Location &to);
+    /// Call after entries were renamed, moved or trashed: their colours and those of the folders below go along. What
+    /// arrives has no colour of what was there before. The moves count as simultaneous, since names may be swapped.
+    void moved(const std::vector<EntryMove> &moves);
+    void moved(const Location &from, const Location &to) { moved({{from, to}}); }
     /// Re-reads the setting; another process may have changed it.
     void reload();
     /// Calls `heard` with each folder whose colour has changed, until `receiver` is destroyed.

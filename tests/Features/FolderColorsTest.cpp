@@ -50,6 +50,26 @@ TEST_F(FolderColorsTest, goAlongWithAMovedFolderAndWhatIsInIt)
     EXPECT_EQ(stored(), QStringLiteral(R"({"/a/xy":"Grau","/b/neu/tief":"Blau"})"));
 }
 
+TEST_F(FolderColorsTest, followSeveralMovesAtOnce)
+{
+    colors.setColor("/a", QStringLiteral("Rot"));
+    colors.setColor("/a/tief", QStringLiteral("Gelb"));
+    colors.setColor("/b", QStringLiteral("Blau"));
+    colors.moved({{"/a", "/b"}, {"/b", "/a"}});
+    EXPECT_EQ(colors.color("/a"), QStringLiteral("Blau"));
+    EXPECT_EQ(colors.color("/b"), QStringLiteral("Rot"));
+    EXPECT_EQ(colors.color("/b/tief"), QStringLiteral("Gelb"));
+    EXPECT_FALSE(colors.color("/a/tief"));
+    // Replaced by an entry without a colour, which does not inherit one; then gone for good.
+    colors.moved({{"/b", "/trash/b"}, {"/c", "/b"}, {{}, "/a"}});
+    EXPECT_FALSE(colors.color("/b"));
+    EXPECT_EQ(colors.color("/trash/b/tief"), QStringLiteral("Gelb"));
+    EXPECT_EQ(colors.color("/a"), QStringLiteral("Blau")) << "created beside it";
+    colors.moved({{"/other", "/trash/b"}});
+    colors.moved({{"/a", {}}});
+    EXPECT_EQ(stored(), QStringLiteral("{}"));
+}
+
 TEST_F(FolderColorsTest, keepWhatAnotherProgramStoredAndNamesOfAnyBytes)
 {
     colors.setColor("/a", QStringLiteral("Rot"));
