@@ -262,6 +262,13 @@ ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const 
     return again;
 }
 
+void addMoves(std::vector<EntryMove> &moves, const ActionEntry &entry, const EntryOutcome &outcome)
+{
+    if (entry.replaced && outcome.replaced)
+        moves.push_back({*entry.replaced, *outcome.replaced});
+    moves.push_back({entry.to, outcome.place.empty() ? outcome.trashed : outcome.place});
+}
+
 /// A batch is undone as a whole or not at all, since names may have been swapped.
 UndoneAction undoBatch(const UserAction &action, const UndoServices &services, JobControl &control)
 {
@@ -270,7 +277,9 @@ UndoneAction undoBatch(const UserAction &action, const UndoServices &services, J
         return RenamePair{entry.to, entry.from, {entry.state, entry.created}};
     });
     const BatchRenameOutcome outcome = renameBatch(pairs, services.files, services.renameLogs, control);
-    UndoneAction undone{outcome.done, {}, {}, false, {}};
+    UndoneAction undone;
+    undone.undone = outcome.done;
+    undone.moves = movesOf({action.kind, outcome.done});
     if (!outcome.done.empty()) {
         undone.again = UserAction{action.kind, {}, !action.undone};
         std::ranges::transform(outcome.done, std::back_inserter(undone.again->entries),
@@ -303,9 +312,10 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
         const EntryOutcome outcome = undoing.undo(*entry);
         if (outcome.why)
             undone.failures << EntryFailure{entry->to.empty() ? entry->from : entry->to, *outcome.why};
-        if (outcome.fate == EntryOutcome::Fate::Undone)
+        if (outcome.fate == EntryOutcome::Fate::Undone) {
             undone.undone.push_back({entry->to, outcome.place, entry->state});
-        else if (outcome.fate == EntryOutcome::Fate::Failed)
+            addMoves(undone.moves, *entry, outcome);
+        } else if (outcome.fate == EntryOutcome::Fate::Failed)
             undone.left.push_back(*entry);
         if (outcome.fate == EntryOutcome::Fate::Undone && !outcome.why)
             again.entries.push_back(againFrom(action, *entry, outcome));

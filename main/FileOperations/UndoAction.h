@@ -26,6 +26,7 @@ struct UndoServices {
 struct UndoneAction {
     /// from where to where; `to` is empty if the entry went to the Trash or was removed
     std::vector<UserAction::Entry> undone;
+    std::vector<EntryMove> moves; ///< what became of these entries, and of those they had replaced
     /// Not undone, but worth another try, e.g. because a name was taken, a volume missing, or after a cancel.
     std::vector<UserAction::Entry> left;
     EntryFailures failures;

@@ -102,6 +102,18 @@ QStringList undoLines(const UserAction &action)
     return lines;
 }
 
+std::vector<EntryMove> movesOf(const UserAction &action)
+{
+    const bool created = isMade(action.kind);
+    std::vector<EntryMove> moves;
+    for (const UserAction::Entry &entry : action.entries) {
+        if (entry.replaced)
+            moves.push_back({entry.to, *entry.replaced});
+        moves.push_back({created ? Location() : entry.from, entry.to});
+    }
+    return moves;
+}
+
 UserAction::Entry recordOf(const Location &from, const Location &to)
 {
     const FileAttributes now = readAttributes(to).value_or(FileAttributes());

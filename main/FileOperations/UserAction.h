@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "Disk/EntryMark.h"
 #include "Disk/TreeMark.h"
+#include "Features/EntryMove.h"
 #include "Records/RecordedStep.h"
 
 #include <QString>
@@ -54,6 +55,9 @@ QString redoTitle(const UserAction &again);
 QString nameOf(const UserAction &action);
 /// What undo will do, one line per entry: „„b.txt“ heißt wieder „a.txt““.
 QStringList undoLines(const UserAction &action);
+
+/// What became of the entries, including those that were replaced.
+std::vector<EntryMove> movesOf(const UserAction &action);
 
 /// Records the entry as it is now at `to`. Reads the disk.
 UserAction::Entry recordOf(const Location &from, const Location &to);

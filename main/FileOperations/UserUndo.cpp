@@ -47,6 +47,7 @@ void UserUndo::record(UserAction action)
 {
     if (action.entries.empty())
         return;
+    publishMoves(movesOf(action));
     m_again.clear();
     std::vector<UserAction> now = actions.get();
     now.insert(now.begin(), std::move(action));
@@ -57,6 +58,10 @@ void UserUndo::record(UserAction action)
 
 void UserUndo::forget(const UserAction &action)
 {
+    std::vector<EntryMove> back = movesOf(action);
+    for (EntryMove &move : back)
+        std::swap(move.from, move.to);
+    publishMoves(std::move(back));
     std::vector<UserAction> now = actions.get();
     std::erase(now, action);
     publishActions(std::move(now));
@@ -67,6 +72,12 @@ void UserUndo::publishActions(std::vector<UserAction> now)
     publish(title, now.empty() ? std::nullopt : std::optional(undoTitle(now.front())));
     publish(redoTitle, m_again.empty() ? std::nullopt : std::optional(brellin::redoTitle(m_again.front())));
     publish(actions, std::move(now));
+}
+
+void UserUndo::publishMoves(std::vector<EntryMove> made)
+{
+    publish(moves, std::move(made));
+    publish(moves, std::vector<EntryMove>());
 }
 
 void UserUndo::undo()
@@ -99,6 +110,7 @@ void UserUndo::start(Way way, const UserAction &action)
 
 void UserUndo::finished(Way way, UserAction action, const UndoneAction &outcome)
 {
+    publishMoves(outcome.moves);
     std::vector<UserAction> now = actions.get();
     std::vector<UserAction> &source = way == Way::Back ? now : m_again;
     std::vector<UserAction> &other = way == Way::Back ? m_again : now;

@@ -31,6 +31,9 @@ public:
     /// From where to where the last undo or redo moved entries; `to` is empty if one went to the Trash. Empty while running.
     Published<std::vector<UserAction::Entry>> undone;
 
+    /// What became of the entries last recorded, undone or redone; published before everything else, then empty again.
+    Published<std::vector<EntryMove>> moves;
+
     /// Adds an action, unless it has no entries, and clears redo.
     void record(UserAction action);
     /// Removes an action that was undone elsewhere.
@@ -49,6 +52,7 @@ private:
     void start(Way way, const UserAction &action);
     void finished(Way way, UserAction action, const UndoneAction &outcome);
     void publishActions(std::vector<UserAction> now);
+    void publishMoves(std::vector<EntryMove> made);
 
     const UndoServices m_services;
     std::vector<UserAction> m_again; ///< for redo, newest first
