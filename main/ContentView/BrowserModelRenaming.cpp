@@ -182,8 +182,6 @@ void BrowserModel::changed(const EntryChange &made)
     }
     dismissError();
     m_services.sizes.touched(made.to);
-    if (!made.from.empty())
-        m_services.colors.moved(made.from, made.to);
     // The editor closes before its row changes.
     const std::optional<Location> next = std::exchange(m_renameNext, std::nullopt);
     if (isRenamed(made.from))

@@ -86,7 +86,7 @@ TrashReturn putBack(std::vector<TrashedEntry> entries, Trash &trash, FileActions
         }
         control.setDetail(shownName(knownAs(entry)));
         if (const Result<void> done = putOneBack(entry, trash, files))
-            outcome.returned.push_back(entry.original);
+            outcome.returned.push_back({entry.place, entry.original});
         else
             outcome.failures << EntryFailure{knownAs(entry), done.error()};
         control.advance();

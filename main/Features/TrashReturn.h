@@ -5,6 +5,7 @@
 #include "Disk/FileActions.h"
 #include "Disk/Trash.h"
 #include "Disk/TrashContents.h"
+#include "Features/EntryMove.h"
 
 #include <vector>
 
@@ -12,8 +13,8 @@ namespace brellin {
 
 /// The result of restoring entries from the Trash.
 struct TrashReturn {
-    std::vector<Location> returned; ///< their locations outside the Trash
-    EntryFailures failures;         ///< by their original locations
+    std::vector<EntryMove> returned; ///< from the Trash
+    EntryFailures failures;          ///< by their original locations
     bool cancelled = false;
 
     bool operator==(const TrashReturn &) const = default;

@@ -101,7 +101,9 @@ TEST_F(TrashListTest, putsBackWithMissingFoldersAndNeverReplaces)
     refresh();
     const TrashReturn outcome = putBack(places);
     // The folder was restored before the entry from inside it.
-    EXPECT_EQ(outcome.returned, (std::vector<Location>{tree.path("a"), tree.path("c"), tree.path("a/tief/x")}));
+    EXPECT_EQ(outcome.returned,
+              (std::vector<EntryMove>{
+                  {places[1], tree.path("a")}, {places[3], tree.path("c")}, {places[0], tree.path("a/tief/x")}}));
     EXPECT_EQ(linesOf(outcome.failures), QStringList{u"b: Am alten Ort gibt es schon etwas mit diesem Namen."_qs});
     EXPECT_EQ(tree.content("b"), "neu");
     EXPECT_EQ(tree.content("a/tief/x"), "eins");
@@ -119,9 +121,9 @@ TEST_F(TrashListTest, putsManyBackInTheOrderOfTheList)
         places.push_back(put(name.c_str()));
     }
     refresh();
-    std::vector<Location> origins;
+    std::vector<EntryMove> origins;
     for (const TrashItem &one : list.items.get())
-        origins.push_back(one.entry.original);
+        origins.push_back({one.entry.place, one.entry.original});
     EXPECT_EQ(origins.size(), places.size());
     EXPECT_EQ(putBack(places).returned, origins);
 }
@@ -136,7 +138,7 @@ TEST_F(TrashListTest, makesFoldersOnlyForWhatComesBack)
     std::filesystem::remove(places[0]);
     EXPECT_EQ(putBack({places[0]}).failures.size(), 1);
     EXPECT_FALSE(tree.has("weg"));
-    EXPECT_EQ(putBack({places[1]}).returned, std::vector<Location>{tree.path("weg/tief/y")});
+    EXPECT_EQ(putBack({places[1]}).returned, (std::vector<EntryMove>{{places[1], tree.path("weg/tief/y")}}));
     EXPECT_EQ(tree.content("weg/tief/y"), "zwei");
 }
 
@@ -148,6 +150,6 @@ TEST_F(TrashListTest, aForeignRecordLeadsNowhereOutsideItsVolume)
     refresh();
     const TrashReturn outcome = putBack({up, absolute, fine});
     EXPECT_EQ(outcome.failures.size(), 2);
-    EXPECT_EQ(outcome.returned, std::vector<Location>{tree.path("stick/gut")});
+    EXPECT_EQ(outcome.returned, (std::vector<EntryMove>{{fine, tree.path("stick/gut")}}));
     EXPECT_FALSE(tree.has("ausserhalb"));
 }

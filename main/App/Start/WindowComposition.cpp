@@ -52,6 +52,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
 {
     m_transfers.lastFinished.observe(&m_transfers,
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
+    m_undo.moves.observe(&m_undo, [this](const std::vector<EntryMove> &moves) { follow(moves); });
     m_notices.hear(m_operations, m_undo, m_transfers, m_volumeList);
     services.deferredSettings().onFailure([this](const Failure &why) { settingNotStored(why); });
     services.records().onFailure([notices = QPointer(&m_notices)](const QString &text) {
@@ -79,11 +80,23 @@ void WindowComposition::settingNotStored(const Failure &why)
 void WindowComposition::takeNote(const TransferRecord &record)
 {
     m_undo.record(actionOf(record));
-    for (const TransferredEntry &entry : record.entries) {
+    // Of a move, copies whose original was kept cannot be undone.
+    for (const TransferredEntry &entry : record.entries)
         m_sizes.touched(entry.dst);
-        if (entry.moved)
-            m_colors.moved(entry.src, entry.dst);
+}
+
+/// Sizes and colours of folders go along with what was done, undone and redone.
+void WindowComposition::follow(const std::vector<EntryMove> &moves)
+{
+    for (const EntryMove &move : moves) {
+        if (!move.from.empty())
+            m_sizes.touched(move.from);
+        if (!move.to.empty())
+            m_sizes.touched(move.to);
     }
+    m_colors.moved(moves);
+    if (!moves.empty())
+        m_volumeList.refresh();
 }
 
 WindowServices WindowComposition::forWindows()

@@ -43,6 +43,7 @@ public:
 
 private:
     void takeNote(const TransferRecord &record);
+    void follow(const std::vector<EntryMove> &moves);
     void reload(const std::set<std::string> &lists);
     void settingNotStored(const Failure &why);
 

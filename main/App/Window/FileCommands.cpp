@@ -120,14 +120,14 @@ void FileCommands::showWorkIn(TransferPanel &panel)
 void FileCommands::recordChange(const Location &from, const Location &to)
 {
     onWorker(
-        m_services.panes.workers, to, MountWorkers::Turn::OfMount, this,
+        m_services.panes.workers, to, MountWorkers::Turn::OfMount, &m_services.undo,
         [from, to, &records = m_services.records] {
             const QUuid step = records.stepAt(to);
             if (from.empty())
                 return UserAction{UserAction::Kind::NewFolder, {recordOfMade(from, to)}, false, step};
             return UserAction{UserAction::Kind::Rename, {recordOf(from, to)}, false, step};
         },
-        [this](const UserAction &action) { m_services.undo.record(action); });
+        [&undo = m_services.undo](const UserAction &action) { undo.record(action); });
 }
 
 /// Interrupted batch renames are only undone if the user agrees.

@@ -88,9 +88,10 @@ QWidget *MainWindow::makeTrashPage()
 {
     auto *const trash = new TrashPage(m_services.trash, m_places);
     connect(trash, &TrashPage::placeWanted, this, &MainWindow::addTab);
-    connect(trash, &TrashPage::returned, this, [this](const std::vector<Location> &returned) {
-        for (const Location &entry : returned)
-            m_services.panes.sizes.touched(entry);
+    connect(trash, &TrashPage::returned, this, [this](const std::vector<EntryMove> &returned) {
+        for (const EntryMove &move : returned)
+            m_services.panes.sizes.touched(move.to);
+        m_services.panes.colors.moved(returned);
     });
     return trash;
 }

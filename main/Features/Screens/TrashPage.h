@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Location.h"
+#include "Features/EntryMove.h"
 
 #include <QWidget>
 
@@ -21,8 +22,7 @@ public:
 
     /// "Ort zeigen": asks to show the folder an entry came from.
     Q_SIGNAL void placeWanted(const brellin::Location &folder);
-    /// Entries were restored to these locations.
-    Q_SIGNAL void returned(const std::vector<brellin::Location> &places);
+    Q_SIGNAL void returned(const std::vector<brellin::EntryMove> &moves);
 
 protected:
     bool event(QEvent *event) override;

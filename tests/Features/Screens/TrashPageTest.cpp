@@ -96,7 +96,11 @@ TEST_F(TrashPageTest, whatIsPutBackLiesWhereItWas)
     ASSERT_TRUE(waitUntil([this] { return text("trashCounts") == u"2 Elemente · 12 Byte"; }));
 
     std::vector<Location> returned;
-    QObject::connect(&page, &TrashPage::returned, [&](const std::vector<Location> &places) { returned = places; });
+    QObject::connect(&page, &TrashPage::returned, [&](const std::vector<EntryMove> &moves) {
+        returned.clear();
+        for (const EntryMove &move : moves)
+            returned.push_back(move.to);
+    });
     select(QStringLiteral("Oma.txt"));
     EXPECT_EQ(text("trashCounts"), QStringLiteral("1 Element ausgewählt · 4 Byte"));
     QTest::mouseClick(find<QPushButton>("trashPutBack"), Qt::LeftButton);
