@@ -2,20 +2,27 @@
 
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "Disk/FolderWatcher.h"
 #include "Disk/Walk.h"
 #include "Sidebar/ExpandedFolders.h"
 
 #include <QCollator>
 
 #include <algorithm>
+#include <mutex>
 #include <utility>
 
 namespace brellin {
 
 namespace {
 
-/// Names of the subfolders in natural order; empty if the folder cannot be read.
-std::vector<std::string> foldersIn(const Location &folder, bool hidden, const JobControl &control)
+/// Watcher events within this time cause a single reading.
+constexpr std::chrono::milliseconds changesDelay{500};
+/// Every watched folder takes one of the few watches that the system grants each user.
+constexpr int mostWatched = 32;
+
+/// Names of the subfolders in natural order.
+Result<std::vector<std::string>> foldersIn(const Location &folder, bool hidden, const JobControl &control)
 {
     struct Named {
         QCollatorSortKey sortKey;
@@ -28,14 +35,14 @@ std::vector<std::string> foldersIn(const Location &folder, bool hidden, const Jo
     WalkOptions options;
     options.subfolders = false;
     options.hidden = hidden;
-    [[maybe_unused]] const Result<WalkOutcome> walked = walk(
+    TRY(walk(
         folder, options,
         [&](const WalkEntry &entry) {
-            if (entry.attributes.isFolder() && !entry.package)
+            if (entry.attributes.isFolder())
                 found.push_back({collator.sortKey(shown(entry.name)), std::string(entry.name)});
             return WalkStep::Continue;
         },
-        &control);
+        &control));
     std::ranges::sort(found, [](const Named &a, const Named &b) {
         const int order = a.sortKey.compare(b.sortKey);
         return order != 0 ? order < 0 : a.name < b.name;
@@ -49,13 +56,35 @@ std::vector<std::string> foldersIn(const Location &folder, bool hidden, const Jo
 
 } // namespace
 
-FolderTree::FolderTree(ExpandedFolders &stored) : m_stored(stored)
+/// Posts watcher events to the tree from the watcher's thread; disconnected when the tree is destroyed.
+struct FolderTree::Relay {
+    std::mutex mutex;
+    FolderTree *tree = nullptr;
+
+    void heard(const std::string &path)
+    {
+        const std::scoped_lock lock(mutex);
+        if (tree)
+            tree->m_mailbox.post([to = tree, path] { to->heard(path); });
+    }
+};
+
+FolderTree::FolderTree(ExpandedFolders &stored) : m_stored(stored), m_relay(std::make_shared<Relay>())
 {
+    m_relay->tree = this;
+    m_soon.setSingleShot(true);
+    connect(&m_soon, &QTimer::timeout, this, [this] { readHeard(); });
     takeStored();
     m_stored.changesByOthers.observe(this, [this](int) {
         takeStored();
         rebuild();
     });
+}
+
+FolderTree::~FolderTree()
+{
+    const std::scoped_lock lock(m_relay->mutex);
+    m_relay->tree = nullptr;
 }
 
 void FolderTree::takeStored()
@@ -81,8 +110,7 @@ void FolderTree::setShowHidden(bool show)
 {
     if (std::exchange(m_showHidden, show) == show)
         return;
-    for (const auto &[path, folder] : m_folders)
-        refresh(path);
+    refreshAll();
 }
 
 /// The deepest root that contains the folder; null if none does.
@@ -118,10 +146,13 @@ void FolderTree::reveal(const Location &folder)
     if (!root)
         return;
     std::vector<Location> above;
+    std::vector<Location> opened;
     for (Location place = target; place != root->root.location;) {
         const std::string name = place.filename().native();
         place = place.parent_path();
         above.push_back(place);
+        if (!m_expanded.contains(place.native()))
+            opened.push_back(place);
         const auto known = m_folders.find(place.native());
         // A newly created folder is missing from its parent's cached children.
         if (known != m_folders.end() && known->second->children &&
@@ -129,6 +160,8 @@ void FolderTree::reveal(const Location &folder)
             refresh(place);
     }
     (void)setExpanded(above, true);
+    for (const Location &branch : opened)
+        refresh(branch);
 }
 
 Result<void> FolderTree::setExpanded(const std::vector<Location> &folders, bool expanded)
@@ -158,6 +191,38 @@ void FolderTree::refresh(const Location &folder)
         read(folder.native());
 }
 
+void FolderTree::refreshAll()
+{
+    for (const auto &[path, folder] : m_folders)
+        refresh(path);
+}
+
+bool FolderTree::mayWatch(const std::string &path) const
+{
+    const auto isWatched = [](const auto &entry) { return entry.second->watcher != nullptr; };
+    return m_expanded.contains(path) && !m_folders.at(path)->watcher &&
+           std::ranges::count_if(m_folders, isWatched) < mostWatched;
+}
+
+void FolderTree::heard(const std::string &path)
+{
+    m_heard.insert(path);
+    if (!m_soon.isActive())
+        m_soon.start(changesDelay);
+}
+
+void FolderTree::readHeard()
+{
+    for (const std::string &path : std::exchange(m_heard, {})) {
+        const auto known = m_folders.find(path);
+        if (known == m_folders.end() || !known->second->watcher)
+            continue;
+        if (known->second->watcher->take().gone)
+            known->second->watcher.reset();
+        refresh(path);
+    }
+}
+
 void FolderTree::read(const std::string &path)
 {
     const Root *const root = rootOf(path);
@@ -169,20 +234,35 @@ void FolderTree::read(const std::string &path)
     folder->outdated = false;
     folder->job.start(
         *root->pool,
-        [location = Location(path), hidden = m_showHidden](JobControl &control) {
-            return foldersIn(location, hidden, control);
+        [location = Location(path), hidden = m_showHidden, watched = mayWatch(path),
+         relay = m_relay](JobControl &control) {
+            Answer answer;
+            // Watch before reading, so that no change is missed.
+            if (watched) {
+                auto watcher =
+                    FolderWatcher::watch(location, [relay, path = location.native()] { relay->heard(path); });
+                answer.watcher = watcher.value_or(nullptr);
+            }
+            Result<Names> names = foldersIn(location, hidden, control);
+            answer.gone = !names && names.error().is(std::errc::no_such_file_or_directory);
+            answer.names = std::move(names).value_or(Names());
+            return answer;
         },
-        [this, path](Names names) { finished(path, std::move(names)); });
+        [this, path](Answer answer) { finished(path, std::move(answer)); });
 }
 
-void FolderTree::finished(const std::string &path, Names names)
+void FolderTree::finished(const std::string &path, Answer answer)
 {
     const std::unique_ptr<Folder> &folder = m_folders.at(path);
     const bool again = folder->outdated;
-    forgetBelow(path, names);
-    folder->children = std::move(names);
+    forgetBelow(path, answer.names);
+    folder->children = std::move(answer.names);
+    if (answer.watcher)
+        folder->watcher = std::move(answer.watcher);
     if (again)
         read(path);
+    if (answer.gone)
+        refresh(Location(path).parent_path());
     rebuild();
 }
 
@@ -201,6 +281,10 @@ void FolderTree::forgetBelow(const std::string &path, const Names &kept)
 
 void FolderTree::rebuild()
 {
+    for (const auto &[path, folder] : m_folders) {
+        if (!m_expanded.contains(path))
+            folder->watcher.reset();
+    }
     std::vector<FolderTreeRow> list;
     for (const Root &one : m_roots)
         addRows(list, one.root.location, one.root.name, 0);

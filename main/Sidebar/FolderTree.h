@@ -2,11 +2,13 @@
 
 #include "Base/Job.h"
 #include "Base/Location.h"
+#include "Base/Mailbox.h"
 #include "Base/Published.h"
 #include "Base/Result.h"
 
 #include <QString>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <map>
 #include <memory>
@@ -18,6 +20,7 @@
 namespace brellin {
 
 class ExpandedFolders;
+class FolderWatcher;
 
 /// One visible row of the tree.
 struct FolderTreeRow {
@@ -38,12 +41,13 @@ struct FolderTreeRoot {
 };
 
 /// The visible rows of the folder tree. Folders are read on demand, on one pool per root, so that a server that does
-/// not respond blocks only its own rows, and cached. Expanded folders are stored. Symlinks and packages do not count as
-/// folders. Lives on the main thread.
+/// not respond blocks only its own rows, and cached. Expanded folders are stored, and watched for changes, unless there
+/// are many. Symlinks do not count as folders. Lives on the main thread.
 class FolderTree : public Model<FolderTree> {
 public:
     /// Starts with the folders expanded in `stored`, which must outlive it.
     explicit FolderTree(ExpandedFolders &stored);
+    ~FolderTree() override;
 
     /// From top to bottom.
     Published<std::vector<FolderTreeRow>> rows;
@@ -61,13 +65,22 @@ public:
     void reveal(const Location &folder);
     /// Call when the content of this folder has changed.
     void refresh(const Location &folder);
+    /// Re-reads all folders read so far.
+    void refreshAll();
 
 private:
     using Names = std::vector<std::string>;
+    struct Relay;
+    struct Answer {
+        Names names;
+        bool gone = false;
+        std::shared_ptr<FolderWatcher> watcher;
+    };
     struct Folder {
         std::optional<Names> children; ///< sorted; none before the first read
         bool outdated = false;         ///< changed since the current read began
-        Job<Names> job;
+        Job<Answer> job;
+        std::shared_ptr<FolderWatcher> watcher; ///< only of expanded folders
     };
     struct Root {
         FolderTreeRoot root;
@@ -78,7 +91,10 @@ private:
     Result<void> setExpanded(const std::vector<Location> &folders, bool expanded);
     void takeStored();
     void read(const std::string &path);
-    void finished(const std::string &path, Names names);
+    void finished(const std::string &path, Answer answer);
+    bool mayWatch(const std::string &path) const;
+    void heard(const std::string &path);
+    void readHeard();
     void forgetBelow(const std::string &path, const Names &kept);
     void rebuild();
     void addRows(std::vector<FolderTreeRow> &list, const Location &folder, const QString &name, int depth);
@@ -88,6 +104,10 @@ private:
     bool m_showHidden = false;
     std::set<std::string> m_expanded; ///< paths
     std::map<std::string, std::unique_ptr<Folder>> m_folders;
+    std::set<std::string> m_heard; ///< changed, waiting for `m_soon`
+    QTimer m_soon;
+    Mailbox m_mailbox;              ///< for watcher events
+    std::shared_ptr<Relay> m_relay; ///< connects watchers to this tree
 };
 
 } // namespace brellin

@@ -39,8 +39,8 @@ class FolderTreeTest : public testing::Test {
 protected:
     FolderTreeTest()
     {
-        files.lines({"home/b10/", "home/B9/tief/tiefer/", "home/a/x.txt=1", "home/.punkt/", "home/verweis->a",
-                     "home/Programm.app/", "platte/alt/"});
+        files.lines(
+            {"home/b10/", "home/B9/tief/tiefer/", "home/a/x.txt=1", "home/.punkt/", "home/verweis->a", "platte/alt/"});
         tree.setRoots(roots());
     }
     std::vector<FolderTreeRoot> roots() const
@@ -125,6 +125,39 @@ TEST_F(FolderTreeTest, hearsOfNewAndVanishedFolders)
     });
     tree.refresh(files.path("home"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n +z\n+Platte")));
+}
+
+TEST_F(FolderTreeTest, followsChangesInOpenBranches)
+{
+    tree.reveal(files.path("home/B9/tief"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n+Platte")));
+    files.folder("home/B9/Programm.app");
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n -B9\n  +Programm.app\n  +tief\n +b10\n+Platte")));
+    std::filesystem::rename(files.path("home/a"), files.path("home/c"));
+    std::filesystem::remove_all(files.path("home/B9"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +b10\n +c\n+Platte")));
+    // A branch that was closed meanwhile is read again when it is opened, and watched again.
+    EXPECT_TRUE(tree.collapse(files.path("home")));
+    files.folder("home/d");
+    tree.reveal(files.path("home/d"));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +b10\n +c\n +d\n+Platte")));
+    files.folder("home/e");
+    EXPECT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +b10\n +c\n +d\n +e\n+Platte")));
+}
+
+TEST_F(FolderTreeTest, aBranchThatIsGoneGoesWhenEverythingIsReadAgain)
+{
+    // More open folders than are watched.
+    std::string above = "platte/alt";
+    for (int depth = 0; depth < 40; ++depth)
+        above += "/x";
+    files.folder(above + "/letzter");
+    tree.reveal(files.path(above + "/letzter"));
+    const auto count = [&] { return static_cast<int>(tree.rows.get().size()); };
+    ASSERT_TRUE(waitUntil([&] { return count() == 2 + 1 + 40 + 1; }));
+    std::filesystem::remove_all(files.path(above));
+    tree.refreshAll();
+    EXPECT_TRUE(waitUntil([&] { return count() == 2 + 1 + 39; })) << count();
 }
 
 TEST_F(FolderTreeTest, followsAnotherProgramButNotAnotherWindow)

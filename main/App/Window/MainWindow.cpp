@@ -92,6 +92,7 @@ void MainWindow::buildBody(const StoredWindow &from)
                                  m_services.folded, m_services.folders(), &m_services.thumbnails},
                                 m_body);
     m_sidebar->setVisible(from.sidebar);
+    m_services.undo.moves.observe(m_tree.get(), [this](const std::vector<EntryMove> &moves) { followInTree(moves); });
     takeDropsOnSidebar();
     connect(m_sidebar, &SidebarView::chosen, this, &MainWindow::choose);
     connect(m_sidebar, &SidebarView::chosenForNewTab, this, [this](const SidebarItem &item) {
@@ -215,7 +216,11 @@ void MainWindow::follow()
     now->canGoForward.observe(receiver, refresh);
     now->viewMode.observe(receiver, refresh);
     now->iconSize.observe(receiver, refresh);
-    now->showHidden.observe(receiver, refresh);
+    now->showHidden.observe(receiver, [this](bool hidden) {
+        m_tree->setShowHidden(hidden);
+        refreshState();
+    });
+    m_tree->setShowHidden(now->showHidden.get());
     now->selection.observe(receiver, [this](const Selection &) {
         refreshState();
         previewSelection();

@@ -76,6 +76,8 @@ public:
     void showShortcuts();
     /// The menu of all commands.
     void openMenu();
+    /// Reads the pane and the sidebar's tree again.
+    void reload();
 
     /// Whether the program may quit now. If work is running, returns false and asks; emits quitRequested() when the
     /// user agrees.
@@ -109,6 +111,7 @@ private:
     void buildFileCommands();
     void takeDropsOnTabs();
     void takeDropsOnSidebar();
+    void followInTree(const std::vector<EntryMove> &moves);
     void drop(const DroppedFiles &files, BrowserModel *onto);
     void openFromStorage(const Location &entry);
     void placePanel();

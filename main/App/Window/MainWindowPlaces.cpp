@@ -12,6 +12,7 @@
 #include "Features/StorageOverview.h"
 #include "History/Screens/UserHistoryPage.h"
 #include "Look/Theme.h"
+#include "Sidebar/FolderTree.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "System/PrivateFolders.h"
 
@@ -92,6 +93,7 @@ QWidget *MainWindow::makeTrashPage()
         for (const EntryMove &move : returned)
             m_services.panes.sizes.touched(move.to);
         m_services.panes.colors.moved(returned);
+        followInTree(returned);
     });
     return trash;
 }
@@ -165,6 +167,26 @@ void MainWindow::goToPageStep(int step)
     const std::vector<Crumb> crumbs = crumbsOf(m_storage->shown.get(), m_services.folders());
     if (static_cast<std::size_t>(step) < crumbs.size())
         pane()->navigate(crumbs[static_cast<std::size_t>(step)].folder);
+}
+
+void MainWindow::reload()
+{
+    pane()->reload();
+    m_tree->refreshAll();
+}
+
+/// Branches that are not watched have to be told.
+void MainWindow::followInTree(const std::vector<EntryMove> &moves)
+{
+    std::set<Location> folders;
+    for (const EntryMove &move : moves) {
+        for (const Location &entry : {move.from, move.to}) {
+            if (!entry.empty())
+                folders.insert(entry.parent_path());
+        }
+    }
+    for (const Location &folder : folders)
+        m_tree->refresh(folder);
 }
 
 void MainWindow::showBadge(int number)

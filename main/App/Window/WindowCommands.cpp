@@ -235,7 +235,7 @@ std::vector<WindowCommand> goMenu()
     menu.add(Up, QStringLiteral("Übergeordneter Ordner"), {control | Qt::Key_Up, alt | Qt::Key_Up, Qt::Key_Backspace},
              leaves, withParent, run(&BrowserModel::goUp));
     menu.add(Reload, QStringLiteral("Aktualisieren"), {control | Qt::Key_R, Qt::Key_F5}, works, inFolder,
-             run(&BrowserModel::reload));
+             run(&MainWindow::reload));
     menu.add(Home, QStringLiteral("Benutzerordner"), {control | shift | Qt::Key_H}, works, always,
              run(&MainWindow::goHome));
     menu.add(Downloads, QStringLiteral("Downloads"), {control | alt | Qt::Key_L}, works, always,
