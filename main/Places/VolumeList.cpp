@@ -16,6 +16,9 @@ Result<VolumeSpace> volumeSpace(const Location &root)
     struct statvfs status{};
     if (::statvfs(root.c_str(), &status) != 0)
         return failure(Failure::lastSystem());
+    // Many network volumes do not report sizes: not to be mistaken for full.
+    if (status.f_blocks == 0)
+        return failure(Failure::system(ENOTSUP));
     const auto block = static_cast<std::int64_t>(status.f_frsize);
     return VolumeSpace{static_cast<std::int64_t>(status.f_blocks) * block,
                        static_cast<std::int64_t>(status.f_bavail) * block};

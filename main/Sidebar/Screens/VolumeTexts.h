@@ -8,15 +8,12 @@
 
 namespace brellin {
 
-/// "212 GB frei", or "antwortet nicht"; empty if the space is unknown.
+/// "212,45 GB frei", as in the status line, or "antwortet nicht"; empty if the space is unknown.
 QString volumeNote(const VolumeEntry &volume);
 /// Mount point, free space and capacity.
 QString volumeToolTip(const VolumeEntry &volume);
 QString volumeSymbol(const VolumeEntry &volume);
 /// 0 to 1; none if unknown.
 std::optional<double> usedShare(const VolumeEntry &volume);
-
-/// A rounded size: "8,7 GB", "212 GB", "1,8 TB".
-QString roundedSize(qint64 bytes);
 
 } // namespace brellin
