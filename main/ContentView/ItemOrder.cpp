@@ -134,6 +134,13 @@ bool DisplayedItems::hasSameRows(const DisplayedItems &other) const
     return true;
 }
 
+SortOrder orderBy(SortKey key, SortDirection direction)
+{
+    if (key == SortKey::Name)
+        return {{key, direction}};
+    return {{key, direction}, {SortKey::Name, SortDirection::Ascending}};
+}
+
 bool sortsBySize(const SortOrder &order)
 {
     return !order.empty() && order.front().key == SortKey::Size;

@@ -23,6 +23,9 @@ struct SortComparator {
 };
 using SortOrder = std::vector<SortComparator>;
 
+/// The order by one column; equal entries are sorted by name.
+SortOrder orderBy(SortKey key, SortDirection direction);
+
 /// The size of a folder in bytes, if known.
 using KnownFolderSize = std::function<std::optional<std::int64_t>(const FileItem &folder)>;
 

@@ -66,6 +66,19 @@ TEST_F(ListAndSearchCommandsTest, listsAFolderAsAPaneShowsIt)
     EXPECT_EQ(plain.exitCode, 0);
 }
 
+TEST_F(ListAndSearchCommandsTest, sortsFoldersByTheirContent)
+{
+    tree.lines({"sortiert/b/x=1", "sortiert/a/x=1", "sortiert/viel/tief/x=12345", "sortiert/leer/",
+                "sortiert/App.app/x=123", "sortiert/datei=123456789"});
+    const auto sorted = [&](std::vector<std::string> more) {
+        std::vector<std::string> words{"liste", tree.path("sortiert"), "--sortiert", "groesse"};
+        words.insert(words.end(), more.begin(), more.end());
+        return names(json(words).object()[u"items"].toArray());
+    };
+    EXPECT_EQ(sorted({}), u"leer|a|b|App.app|viel|datei"_qs);
+    EXPECT_EQ(sorted({"--absteigend"}), u"viel|App.app|a|b|leer|datei"_qs);
+}
+
 TEST_F(ListAndSearchCommandsTest, searchesBelowAFolder)
 {
     EXPECT_EQ(names(json({"suchen", tree.root(), "RECHNUNG"}).array()), u"Rechnung 2.pdf"_qs);
@@ -80,6 +93,7 @@ TEST_F(ListAndSearchCommandsTest, saysWhatIsWrong)
     const QJsonObject answer = json({"liste", tree.path("fehlt")}).object();
     EXPECT_EQ(answer[u"error"].toString(),
               u"Ordner kann nicht geöffnet werden: Die Datei oder der Ordner ist nicht mehr da."_qs);
+    EXPECT_TRUE(answer[u"freeSpace"].isNull()) << "of a folder that is not there";
     EXPECT_EQ(run({"liste", tree.path("fehlt")}).exitCode, 1);
     EXPECT_EQ(run({"suchen", tree.path("fehlt"), "x"}).exitCode, 1);
     EXPECT_EQ(run({"liste", tree.root(), "--sortiert", "farbe"}).exitCode, 2);

@@ -109,7 +109,7 @@ void DetailsView::buildHeader()
         const SortOrder &now = m_pane.sortOrder.get();
         const bool same = !now.empty() && now.front().key == key;
         const bool up = same && now.front().direction == SortDirection::Descending;
-        m_pane.setSortOrder({{key, !same || up ? SortDirection::Ascending : SortDirection::Descending}});
+        m_pane.setSortOrder(orderBy(key, !same || up ? SortDirection::Ascending : SortDirection::Descending));
     });
     m_saveSoon.setSingleShot(true);
     connect(&m_saveSoon, &QTimer::timeout, this, &DetailsView::saveWidths);
