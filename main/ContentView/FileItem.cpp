@@ -66,7 +66,7 @@ FileItem fileItem(std::shared_ptr<const std::string> folder, const ListedEntry &
     FileItem item;
     item.folder = std::move(folder);
     item.nameBytes = entry.name;
-    item.isFolder = (entry.attributes.isFolder() || leadsToFolder) && !isPackageName(entry.name);
+    item.isFolder = entry.attributes.isFolder() || leadsToFolder;
     item.isHidden = entry.hidden;
     item.link = entry.link;
     item.size = entry.attributes.size;

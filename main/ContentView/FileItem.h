@@ -27,7 +27,7 @@ enum class LinkState : std::uint8_t { None, Leads, Broken };
 struct FileItem {
     std::shared_ptr<const std::string> folder; ///< path of the containing folder; never null in a listing
     std::string nameBytes;
-    bool isFolder = false; ///< also for a link to a folder; false for a package
+    bool isFolder = false; ///< also for a link to a folder
     bool isHidden = false; ///< leading dot, or listed in the folder's `.hidden`
     LinkState link = LinkState::None;
     std::int64_t size = 0; ///< in bytes; 0 if unknown

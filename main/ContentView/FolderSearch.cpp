@@ -62,7 +62,7 @@ FolderSearchResult searchInto(SearchMatches &matches, const Location &folder, co
                               HiddenEntries hidden, const JobControl *control)
 {
     const NameQuery wanted(query);
-    const WalkOptions options{.hidden = hidden == HiddenEntries::Shown, .insidePackages = false};
+    const WalkOptions options{.hidden = hidden == HiddenEntries::Shown};
     const auto visit = [&](const WalkEntry &entry, int) {
         return !wanted.matches(entry.name) || matches.take(entry) ? WalkStep::Continue : WalkStep::Stop;
     };

@@ -46,7 +46,7 @@ private:
     std::vector<FileItem> m_items;
 };
 
-/// Finds entries below `folder` whose name contains `query`, ignoring case. Never searches inside packages; hidden
+/// Finds entries below `folder` whose name contains `query`, ignoring case; hidden
 /// entries and folders only if `hidden` says so. Blocking; uses several threads.
 FolderSearchResult searchFolder(const Location &folder, const QString &query, HiddenEntries hidden,
                                 const JobControl *control = nullptr);

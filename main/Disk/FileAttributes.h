@@ -51,7 +51,7 @@ Result<FileAttributes> readAttributes(const Location &location);
 /// Whether the name is taken, by a dangling link as well. True if the entry cannot be examined.
 bool entryExists(const Location &location);
 
-/// Whether a folder of this name is shown as a single item (application or document bundle), by its extension.
+/// Whether the agent treats a folder of this name as one unit (application or document bundle), by its extension.
 bool isPackageName(std::string_view name);
 
 /// Whether the name has a leading dot; `.hidden` lists are evaluated by walks.

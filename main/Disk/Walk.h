@@ -48,7 +48,7 @@ struct WalkEntry {
     std::string_view name;
     int depth = 0;             ///< 0 for direct children of the walked folder
     bool hidden = false;       ///< only reliable if `WalkOptions::hidden` is false or the name has a leading dot
-    bool package = false;      ///< a folder shown as a single item
+    bool package = false;      ///< a folder whose content belongs together
     FileAttributes attributes; ///< `kind`, and those requested
     /// The attributes could not be read, e.g. because the file vanished: only `kind` is valid.
     bool unreadable = false;

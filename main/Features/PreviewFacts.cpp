@@ -18,9 +18,9 @@ QString kindOf(const Location &entry, const FileAttributes &attributes)
         return QStringLiteral("Verweis");
     if (attributes.kind == EntryKind::Special)
         return QStringLiteral("Sonderdatei");
-    const QString known = typeDescription(lowerExtensionOf(entry.filename().native()));
     if (attributes.isFolder())
-        return isPackageName(entry.filename().native()) && !known.isEmpty() ? known : QStringLiteral("Ordner");
+        return QStringLiteral("Ordner");
+    const QString known = typeDescription(lowerExtensionOf(entry.filename().native()));
     return known.isEmpty() ? QStringLiteral("Datei") : known;
 }
 

@@ -35,7 +35,7 @@ std::map<std::string, FileItem> listed(const TempTree &tree, HiddenEntries hidde
 
 } // namespace
 
-TEST(ListingTest, tellsFoldersPackagesFilesAndLinksApart)
+TEST(ListingTest, tellsFoldersFilesAndLinksApart)
 {
     const TempTree tree;
     tree.lines({"Ordner/", "Spiel.app/", "brief.pdf=12345", "ohne=x", "zum Ordner->Ordner", "zur Datei->brief.pdf",
@@ -48,7 +48,7 @@ TEST(ListingTest, tellsFoldersPackagesFilesAndLinksApart)
         LinkState link;
     };
     for (const Expected &one : {Expected{"Ordner", true, LinkState::None},
-                                {"Spiel.app", false, LinkState::None},
+                                {"Spiel.app", true, LinkState::None},
                                 {"brief.pdf", false, LinkState::None},
                                 {"zum Ordner", true, LinkState::Leads},
                                 {"zur Datei", false, LinkState::Leads},
@@ -64,6 +64,7 @@ TEST(ListingTest, tellsFoldersPackagesFilesAndLinksApart)
     EXPECT_EQ(items["Ordner"].sizeText(), QString());
     EXPECT_EQ(items["zur Datei"].size, 9) << "the link's own";
     EXPECT_EQ(items["Ordner"].kind, u"Ordner"_qs);
+    EXPECT_EQ(items["Spiel.app"].kind, u"Ordner"_qs);
     EXPECT_EQ(items["ohne"].kind, u"Datei"_qs);
     EXPECT_NE(items["brief.pdf"].kind, u"Datei"_qs);
 }
@@ -165,9 +166,10 @@ TEST(FolderSearchTest, findsNamesInSubfoldersWithoutRegardToCase)
             names += item.path().substr(tree.root().native().size()) + "\n";
         return names;
     };
-    EXPECT_EQ(found(u"rechnung"_qs, HiddenEntries::LeftOut), "/Rechnung.pdf\n/a/RECHNUNGEN\n/a/b/meine rechnung\n");
+    EXPECT_EQ(found(u"rechnung"_qs, HiddenEntries::LeftOut),
+              "/Rechnung.pdf\n/Paket.app/Rechnung\n/a/RECHNUNGEN\n/a/b/meine rechnung\n");
     EXPECT_EQ(found(u"RECHNUNG"_qs, HiddenEntries::Shown),
-              "/Rechnung.pdf\n/.verborgen/Rechnung\n/a/RECHNUNGEN\n/a/b/meine rechnung\n");
+              "/Rechnung.pdf\n/.verborgen/Rechnung\n/Paket.app/Rechnung\n/a/RECHNUNGEN\n/a/b/meine rechnung\n");
     EXPECT_EQ(found(u"Üb"_qs, HiddenEntries::LeftOut), "/a/U\xcc\x88"
                                                        "bung\n/a/b/\xc3\xbc"
                                                        "bersicht\n");
