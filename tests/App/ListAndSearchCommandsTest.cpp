@@ -79,6 +79,16 @@ TEST_F(ListAndSearchCommandsTest, sortsFoldersByTheirContent)
     EXPECT_EQ(sorted({"--absteigend"}), u"viel|App.app|a|b|leer|datei"_qs);
 }
 
+TEST_F(ListAndSearchCommandsTest, aTrashThatWasNeverUsedIsEmpty)
+{
+    ::unsetenv("XDG_DATA_HOME");
+    const std::string trash = tree.path(".local/share/Trash/files");
+    const QJsonObject answer = json({"liste", trash}).object();
+    EXPECT_TRUE(answer[u"error"].isNull());
+    EXPECT_EQ(answer[u"status"].toString(), u"0 Elemente"_qs);
+    EXPECT_EQ(run({"liste", trash}).exitCode, 0);
+}
+
 TEST_F(ListAndSearchCommandsTest, searchesBelowAFolder)
 {
     EXPECT_EQ(names(json({"suchen", tree.root(), "RECHNUNG"}).array()), u"Rechnung 2.pdf"_qs);

@@ -16,6 +16,8 @@
 #include "Sidebar/Screens/SidebarView.h"
 #include "System/PrivateFolders.h"
 
+#include <set>
+
 namespace brellin {
 
 namespace {
