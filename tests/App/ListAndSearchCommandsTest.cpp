@@ -60,7 +60,7 @@ TEST_F(ListAndSearchCommandsTest, listsAFolderAsAPaneShowsIt)
     EXPECT_TRUE(folder[u"isFolder"].toBool());
     EXPECT_EQ(
         names(json({"liste", root, "--sortiert", "größe", "--absteigend", "--alle"}).object()[u"items"].toArray()),
-        u".versteckt|Ordner|gross.txt|Brief 9.pdf|Brief 10.pdf|kaputt�|klein.TXT"_qs);
+        u"Ordner|.versteckt|gross.txt|Brief 9.pdf|Brief 10.pdf|kaputt�|klein.TXT"_qs);
     const ProcessOutput plain = run({"liste", root});
     EXPECT_TRUE(plain.output.contains("7 Byte")) << plain.output.toStdString();
     EXPECT_EQ(plain.exitCode, 0);

@@ -158,7 +158,7 @@ void IconsView::setIconSide(double side)
 
 void IconsView::nameVisible()
 {
-    if (!isVisible() && m_pane.viewMode.get() == ViewMode::Icons)
+    if (!isVisible() && m_pane.viewMode.get() == brellin::ViewMode::Icons)
         m_pane.setVisibleRows(0, 0);
     if (!isVisible())
         return;

@@ -8,7 +8,7 @@
 
 namespace brellin {
 
-/// "212,45 GB frei", as in the status line, or "antwortet nicht"; empty if the space is unknown.
+/// "212,4 GB frei", as in the status line, or "antwortet nicht"; empty if the space is unknown.
 QString volumeNote(const VolumeEntry &volume);
 /// Mount point, free space and capacity.
 QString volumeToolTip(const VolumeEntry &volume);

@@ -158,6 +158,7 @@ TEST_F(FoldersFollowTest, theTreeFollowsOperationsReloadAndTheHiddenSwitch)
 
 TEST_F(FoldersFollowTest, aFolderThatGoesOffersItsParent)
 {
+    file("bleibt");
     file("innen/tief/x");
     open();
     pane().navigate(folder / "innen/tief");

@@ -347,7 +347,7 @@ TEST_F(SidebarViewTest, aVolumeIsEjectedWithAClickAndAFailureIsSaid)
     open();
     const auto usb = [this] { return line(QStringLiteral("Sicherung"), SidebarRow::Kind::Volume); };
     ASSERT_TRUE(waitUntil([&] { return rows()->row(usb()).used && rows()->row(usb()).ejectable; }));
-    EXPECT_EQ(usb().data(Qt::AccessibleTextRole).toString(), QStringLiteral("Sicherung, 212 GB frei"));
+    EXPECT_EQ(usb().data(Qt::AccessibleTextRole).toString(), QStringLiteral("Sicherung, 212,4 GB frei"));
     EXPECT_FALSE(rows()->row(line(QStringLiteral("Startvolume"), SidebarRow::Kind::Volume)).ejectable);
     const QRect place = list()->visualRect(usb());
     QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, QPoint(place.right() - scaled(22), place.top() + 14));
@@ -355,7 +355,7 @@ TEST_F(SidebarViewTest, aVolumeIsEjectedWithAClickAndAFailureIsSaid)
     EXPECT_EQ(failures,
               QStringList{QStringLiteral("„Sicherung“ wurde nicht ausgeworfen: Ein Programm benutzt es noch.")});
     EXPECT_TRUE(chosen.empty());
-    EXPECT_EQ(rows()->row(usb()).note, QStringLiteral("212 GB frei")) << "it stays";
+    EXPECT_EQ(rows()->row(usb()).note, QStringLiteral("212,4 GB frei")) << "it stays";
     trigger(usb(), QStringLiteral("eject"));
     EXPECT_EQ(rows()->row(usb()).note, QStringLiteral("auswerfen …"));
     EXPECT_TRUE(waitUntil([this] { return bus.ejected == 2 && failures.size() == 2; }));
