@@ -169,7 +169,7 @@ void BrowserModel::goToNearest()
 {
     const auto nearest = [from = current.get()](const JobControl &) {
         Location above = from.parent_path();
-        while (!isFolder(above) && above.has_relative_path())
+        while (typeOf(above) != std::filesystem::file_type::directory && above.has_relative_path())
             above = above.parent_path();
         return above;
     };
