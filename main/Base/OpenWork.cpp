@@ -7,7 +7,8 @@
 /// Called by the thread sanitizer only. Qt is not instrumented, so its lock-protected accesses would be reported as
 /// races. Defined here, since every program with workers links this file, and an environment variable would not reach
 /// the programs that tests start.
-extern "C" const char *__tsan_default_options() // NOLINT(bugprone-reserved-identifier): the name is the sanitizer's own
+// NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming): the name is the sanitizer's own
+extern "C" const char *__tsan_default_options()
 {
     return "ignore_noninstrumented_modules=1";
 }

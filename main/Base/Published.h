@@ -78,8 +78,6 @@ private:
 template <class Owner>
 class Model : public QObject {
 public:
-    using QObject::QObject;
-
     /// Hides brellin::Published inside the owner; the same with write access for Model.
     template <class T>
     class Published : public brellin::Published<T> {
@@ -97,6 +95,10 @@ protected:
     {
         property.write(std::move(value));
     }
+
+private:
+    friend Owner; // only the class named can be made of this base
+    explicit Model(QObject *parent = nullptr) : QObject(parent) {}
 };
 
 } // namespace brellin
