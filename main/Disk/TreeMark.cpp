@@ -88,6 +88,8 @@ Result<std::vector<Location>> TreeMark::newIn(const Location &folder, std::size_
 
 QByteArray TreeMark::bytes() const
 {
+    if (m_entries.empty())
+        return {};
     constexpr auto size = static_cast<qsizetype>(sizeof(std::uint64_t));
     QByteArray all(static_cast<qsizetype>(m_entries.size()) * size, Qt::Uninitialized);
     qToLittleEndian<quint64>(m_entries.data(), static_cast<qsizetype>(m_entries.size()), all.data());
@@ -100,6 +102,8 @@ std::optional<TreeMark> TreeMark::fromBytes(const QByteArray &bytes)
     if (bytes.size() % size != 0)
         return std::nullopt;
     TreeMark mark;
+    if (bytes.isEmpty())
+        return mark;
     mark.m_entries.resize(static_cast<std::size_t>(bytes.size() / size));
     qFromLittleEndian<quint64>(bytes.constData(), bytes.size() / size, mark.m_entries.data());
     if (!std::ranges::is_sorted(mark.m_entries))

@@ -68,13 +68,16 @@ bool NameDelegate::eventFilter(QObject *watched, QEvent *event)
     using Next = BrowserModel::RenameNext;
     if (watched != m_editor)
         return QStyledItemDelegate::eventFilter(watched, event);
+    auto *const field = qobject_cast<QLineEdit *>(watched);
+    if (!field)
+        return false; // it is being destroyed
     if (event->type() == QEvent::KeyPress) {
         const auto *const typed = static_cast<QKeyEvent *>(event);
         const int key = typed->key();
         const bool tab = key == Qt::Key_Tab || key == Qt::Key_Backtab;
         const bool back = key == Qt::Key_Backtab || (typed->modifiers() & Qt::ShiftModifier);
         if (tab || key == Qt::Key_Return || key == Qt::Key_Enter) {
-            Q_EMIT nameSubmitted(m_editor->text(), !tab ? Next::None : back ? Next::Before : Next::After);
+            Q_EMIT nameSubmitted(field->text(), !tab ? Next::None : back ? Next::Before : Next::After);
             return true;
         }
     }
@@ -84,8 +87,8 @@ bool NameDelegate::eventFilter(QObject *watched, QEvent *event)
     // These leave the focus where it was, as does a drag.
     const bool returns =
         why == Qt::PopupFocusReason || why == Qt::ActiveWindowFocusReason || why == Qt::MenuBarFocusReason;
-    if (!returns && m_editor->isVisible())
-        Q_EMIT commitData(m_editor);
+    if (!returns && field->isVisible())
+        Q_EMIT commitData(field);
     return false;
 }
 

@@ -53,7 +53,7 @@ private:
     const EntryPictures &m_pictures;
     bool m_active = true;
     int m_dropRow = -1;
-    mutable QPointer<QLineEdit> m_editor;
+    mutable QPointer<QWidget> m_editor;     ///< a QLineEdit, but for the time of its destructor
     mutable QPointer<FieldReason> m_reason; ///< of the editor
 };
 
