@@ -1,8 +1,7 @@
 #include "Look/DesktopSettings.h"
 
 #include "Look/Theme.h"
-#include "Support/StartedProgram.h"
-#include "Support/TempTree.h"
+#include "Support/PrivateBus.h"
 #include "Support/WaitUntil.h"
 
 #include <QApplication>
@@ -10,7 +9,6 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -61,15 +59,11 @@ bool becomes(Appearance wanted)
 
 TEST(DesktopSettingsTest, followDarkModeUnlessTheUserChose)
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+    const PrivateBus own("DBUS_SESSION_BUS_ADDRESS");
+    if (!own)
         GTEST_SKIP() << "no dbus-daemon here";
-    const TempTree tree;
-    const std::string address = "unix:path=" + tree.path("bus").native();
-    const StartedProgram daemon({"dbus-daemon", "--session", "--nofork", "--address=" + address});
-    ASSERT_TRUE(waitUntil([&] { return tree.has("bus"); }));
-    ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
     FakePortal portal;
-    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromStdString(address), QStringLiteral("portal"));
+    QDBusConnection bus = QDBusConnection::connectToBus(own.address(), QStringLiteral("portal"));
     ASSERT_TRUE(bus.registerVirtualObject(QStringLiteral("/org"), &portal, QDBusConnection::SubPath));
     ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
 
