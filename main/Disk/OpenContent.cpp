@@ -1,5 +1,6 @@
 #include "Disk/OpenContent.h"
 
+#include "Disk/BytesAt.h"
 #include "Disk/Digest.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <string_view>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace brellin {
 
@@ -54,15 +54,7 @@ bool OpenContent::fitsOnePiece() const
 /// Fails if the file ends early, i.e. was changed meanwhile.
 Result<void> OpenContent::read(std::int64_t offset, char *into, std::size_t size) const
 {
-    for (std::size_t at = 0; at < size;) {
-        const ssize_t length = ::pread(m_file.number(), into + at, size - at, offset + static_cast<std::int64_t>(at));
-        if (length < 0 && errno == EINTR)
-            continue;
-        if (length <= 0)
-            return failure(Failure::system(length < 0 ? errno : EIO));
-        at += static_cast<std::size_t>(length);
-    }
-    return {};
+    return TRY(readAt(m_file.number(), into, size, offset)) == size ? Result<void>() : failure(Failure::system(EIO));
 }
 
 Result<std::size_t> OpenContent::endsHash() const

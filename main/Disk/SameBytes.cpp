@@ -1,8 +1,9 @@
 #include "Disk/SameBytes.h"
 
+#include "Disk/BytesAt.h"
+
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <optional>
@@ -16,23 +17,6 @@ namespace brellin {
 namespace {
 
 constexpr std::size_t comparedPiece = std::size_t(256) << 10;
-
-/// Reads until `wanted` bytes are read or the file ends.
-Result<std::size_t> readAt(int file, char *into, std::size_t wanted, off_t at)
-{
-    std::size_t got = 0;
-    while (got < wanted) {
-        const ssize_t length = ::pread(file, into + got, wanted - got, at + static_cast<off_t>(got));
-        if (length < 0 && errno == EINTR)
-            continue;
-        if (length < 0)
-            return failure(Failure::lastSystem());
-        if (length == 0)
-            break;
-        got += static_cast<std::size_t>(length);
-    }
-    return got;
-}
 
 std::optional<std::string> targetOf(NameIn link)
 {

@@ -1,5 +1,6 @@
 #include "FileOperations/UnpackedTree.h"
 
+#include "Disk/BytesAt.h"
 #include "Disk/FreeName.h"
 
 #include <algorithm>
@@ -59,20 +60,6 @@ timespec timeFrom(Instant instant)
 {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(instant);
     return {static_cast<time_t>(seconds.time_since_epoch().count()), static_cast<long>((instant - seconds).count())};
-}
-
-Result<void> writeAt(int file, const char *bytes, std::size_t size, std::int64_t at)
-{
-    while (size > 0) {
-        const ssize_t written = ::pwrite(file, bytes, size, at);
-        if (written < 0 && errno != EINTR)
-            return failure(Failure::lastSystem());
-        const std::size_t step = static_cast<std::size_t>(std::max<ssize_t>(written, 0));
-        bytes += step;
-        size -= step;
-        at += static_cast<std::int64_t>(step);
-    }
-    return {};
 }
 
 Result<Descriptor> createFile(NameIn entry, std::uint32_t mode)
@@ -250,16 +237,12 @@ Result<void> UnpackedTree::copyInto(const EntryPlace &to, const EntryPlace &from
     Descriptor copy = TRY(createFile(to.at(), status.st_mode));
     std::vector<char> piece(static_cast<std::size_t>(256) * 1024);
     for (std::int64_t at = 0;;) {
-        const ssize_t length = ::pread(source.number(), piece.data(), piece.size(), at);
-        if (length < 0 && errno == EINTR)
-            continue;
-        if (length < 0)
-            return failure(Failure::lastSystem());
+        const std::size_t length = TRY(readAt(source.number(), piece.data(), piece.size(), at));
         if (length == 0)
             break;
-        TRY(m_mayWrite(length));
-        TRY(writeAt(copy.number(), piece.data(), static_cast<std::size_t>(length), at));
-        at += length;
+        TRY(m_mayWrite(static_cast<std::int64_t>(length)));
+        TRY(writeAt(copy.number(), piece.data(), length, at));
+        at += static_cast<std::int64_t>(length);
     }
     const std::array times{status.st_atim, status.st_mtim};
     ::futimens(copy.number(), times.data());

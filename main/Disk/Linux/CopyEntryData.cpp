@@ -1,5 +1,7 @@
 #include "Disk/CopyEntryData.h"
 
+#include "Disk/BytesAt.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -34,21 +36,6 @@ bool cannotGrow(const Failure &why)
 Failure becameShorter()
 {
     return {QStringLiteral("Die Datei wurde während des Kopierens kürzer."), {}};
-}
-
-Result<void> writeAt(int file, const char *bytes, std::size_t size, off_t at)
-{
-    while (size > 0) {
-        const ssize_t written = ::pwrite(file, bytes, size, at);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return failure(written == 0 ? Failure::system(EIO) : Failure::lastSystem());
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-        at += written;
-    }
-    return {};
 }
 
 } // namespace
