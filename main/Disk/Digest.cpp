@@ -1,5 +1,6 @@
 #include "Disk/Digest.h"
 
+#include "Disk/BytesAt.h"
 #include "Disk/EntryPlace.h"
 #include "Disk/ReadAhead.h"
 
@@ -64,12 +65,13 @@ Result<void> addAll(const Descriptor &file, std::int64_t size, const JobControl 
     // Small files need only a small buffer.
     const auto capacity = static_cast<std::size_t>(std::clamp<std::int64_t>(size, 4096, pieceSize));
     const auto piece = std::make_unique_for_overwrite<char[]>(capacity);
-    for (;;) {
+    for (off_t at = 0;;) {
         TRY(stillWanted(control));
-        const std::size_t length = TRY(readFully(file.number(), piece.get(), capacity));
+        const std::size_t length = TRY(readAt(file.number(), piece.get(), capacity, at));
         if (length == 0)
             return {};
         add({piece.get(), length});
+        at += static_cast<off_t>(length);
     }
 }
 

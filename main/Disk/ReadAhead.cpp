@@ -1,9 +1,8 @@
 #include "Disk/ReadAhead.h"
 
-#include <cerrno>
-#include <system_error>
+#include "Disk/BytesAt.h"
 
-#include <unistd.h>
+#include <system_error>
 
 namespace brellin {
 
@@ -32,10 +31,12 @@ ReadAhead::~ReadAhead()
     m_changed.notify_all();
 }
 
-bool ReadAhead::readInto(Piece &piece) const
+bool ReadAhead::readInto(Piece &piece)
 {
-    piece.length = readFully(m_file, piece.bytes.get(), pieceReadAhead);
-    return piece.length && *piece.length > 0;
+    piece.length = readAt(m_file, piece.bytes.get(), pieceReadAhead, m_at);
+    const std::size_t length = piece.length.value_or(0);
+    m_at += static_cast<off_t>(length);
+    return length > 0;
 }
 
 void ReadAhead::readAll()
@@ -70,22 +71,6 @@ Result<std::string_view> ReadAhead::next()
         m_changed.notify_all();
     }
     return std::string_view(piece.bytes.get(), length);
-}
-
-Result<std::size_t> readFully(int file, char *into, std::size_t capacity)
-{
-    std::size_t got = 0;
-    while (got < capacity) {
-        const ssize_t length = ::read(file, into + got, capacity - got);
-        if (length < 0 && errno == EINTR)
-            continue;
-        if (length < 0)
-            return failure(Failure::lastSystem());
-        if (length == 0)
-            break;
-        got += static_cast<std::size_t>(length);
-    }
-    return got;
 }
 
 } // namespace brellin

@@ -9,13 +9,15 @@
 #include <string_view>
 #include <thread>
 
+#include <sys/types.h>
+
 namespace brellin {
 
 /// Reads an open file in pieces on a thread of its own, ahead of the caller. If no thread can be started, it reads on the
 /// calling one.
 class ReadAhead {
 public:
-    /// Starts at the file's position. `file` must outlive this.
+    /// Starts at the beginning. `file` must outlive this.
     explicit ReadAhead(int file);
     /// Waits for the current read.
     ~ReadAhead();
@@ -34,9 +36,10 @@ private:
 
     void readAll();
     /// False at the end and after a failure.
-    bool readInto(Piece &piece) const;
+    bool readInto(Piece &piece);
 
     const int m_file;
+    off_t m_at = 0; ///< of the next read; used by the thread that reads only
     std::array<Piece, pieces> m_ring;
     std::mutex m_mutex; ///< guards the members below
     std::condition_variable m_changed;
@@ -45,8 +48,5 @@ private:
     bool m_dropped = false;
     std::jthread m_reader;
 };
-
-/// Reads `capacity` bytes, or fewer at the end of the file.
-Result<std::size_t> readFully(int file, char *into, std::size_t capacity);
 
 } // namespace brellin
