@@ -1,6 +1,6 @@
 #include "Records/StepRecords.h"
 
-#include "Base/German.h"
+#include "Base/Descriptor.h"
 #include "Records/OpenFile.h"
 #include "Records/SettledByDisk.h"
 #include "Records/StepLines.h"
@@ -24,22 +24,6 @@ constexpr std::chrono::seconds patienceWithOthers{10};
 /// Number of steps written between two checks for old ones.
 constexpr int tidyEvery = 500;
 constexpr qint64 mostBytes = qint64(64) << 20U;
-
-class ClosedAtEnd {
-public:
-    explicit ClosedAtEnd(int descriptor) : m_descriptor(descriptor) {}
-    ~ClosedAtEnd()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    ClosedAtEnd(const ClosedAtEnd &) = delete;
-    ClosedAtEnd &operator=(const ClosedAtEnd &) = delete;
-    operator int() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 std::vector<Location> filesIn(const Location &folder, std::string_view prefix)
 {
@@ -183,12 +167,12 @@ Result<void> StepRecords::append(const QByteArray &line)
     const FileLock held = TRY(lock());
     if (m_written++ % tidyEvery == 0)
         TRY(tidy());
-    const ClosedAtEnd open(::open(file().c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600));
-    if (open < 0)
+    const Descriptor open(::open(file().c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!open.isOpen())
         return failure(Failure::lastSystem());
-    TRY(cutTornLine(open, file()));
-    TRY(appendAll(open, line));
-    return ::fdatasync(open) == 0 ? Result<void>() : failure(Failure::lastSystem());
+    TRY(cutTornLine(open.number(), file()));
+    TRY(appendAll(open.number(), line));
+    return ::fdatasync(open.number()) == 0 ? Result<void>() : failure(Failure::lastSystem());
 }
 
 /// Requires the lock. Keeps a damaged file under another name.
