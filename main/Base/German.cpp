@@ -37,11 +37,6 @@ QString longDateTime(Instant instant)
     return german().toString(localTime(instant), QStringLiteral("d. MMMM yyyy, HH:mm"));
 }
 
-QString isoDay(Instant instant)
-{
-    return localDay(instant).toString(Qt::ISODate);
-}
-
 QString sizeText(qint64 bytes)
 {
     struct Unit {

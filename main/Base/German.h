@@ -18,8 +18,6 @@ QDate localDay(Instant instant);
 QString longDate(Instant instant);
 /// "3. September 2026, 14:05"
 QString longDateTime(Instant instant);
-/// "2026-09-03"
-QString isoDay(Instant instant);
 
 /// Formats a size in decimal units, as a file manager does: "0 Byte", "1 Byte", "999 Byte", "12 KB", "1,2 MB", "3,45
 /// GB". No decimals below 1 MB, one below 1 GB, two above; trailing zeros are dropped.

@@ -262,7 +262,7 @@ TEST_F(FolderAnalysisTest, NobodyOpenedIt)
                              "weg? · ⚠ Prüfung empfohlen");
     request.profiles = {profile("home/X")};
     request.profiles[0].archiveAfterDays = 39;
-    const std::string year = isoDay(SystemClock().now()).first(4).toStdString();
+    const std::string year = std::to_string(localDay(SystemClock().now()).year());
     EXPECT_THAT(linesOf(), testing::Contains("? move Gelesen/ -> Archiv/" + year + "/Gelesen"));
     for (const int limit : {40, 200000}) {
         request.profiles[0].archiveAfterDays = limit;

@@ -459,7 +459,7 @@ TEST_F(RuleMatchingTest, RenamingHappensOnce)
         for (const auto &entry : std::filesystem::directory_iterator(folder.root()))
             names.push_back(entry.path().filename().native());
         std::ranges::sort(names);
-        const QString day = isoDay(SystemClock().now());
+        const QString day = localDay(SystemClock().now()).toString(Qt::ISODate);
         std::vector<std::string> expected;
         for (QString name : row.named)
             expected.push_back(name.replace(u'*', day).replace(u'+', y).toStdString());
