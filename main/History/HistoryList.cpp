@@ -125,8 +125,11 @@ void HistoryList::takeBack(const QUuid &step)
     const bool started = m_takingBack.start(
         *m_pool, [services = m_services, step](JobControl &control) { return takeBackNow(services, step, control); },
         [this](const TakenBack &outcome) { tookBack(outcome); });
-    if (started)
-        publish(takingBack, true);
+    if (!started)
+        return;
+    publish(takingBack, true);
+    // The same entries may be taken back again.
+    publish(undone, std::vector<UserAction::Entry>());
 }
 
 void HistoryList::tookBack(const TakenBack &outcome)
@@ -143,7 +146,6 @@ void HistoryList::tookBack(const TakenBack &outcome)
     else
         publish(status, outcome.title + (lines.isEmpty() ? QStringLiteral(" gemacht.")
                                                          : QStringLiteral(" gemacht, aber nicht alles.")));
-    publish(undone, std::vector<UserAction::Entry>());
     publish(undone, outcome.undone.undone);
     publish(takingBack, false);
     reload();

@@ -51,6 +51,7 @@ public:
     Published<QString> status;       ///< what came of taking back or clearing, for the page
     Published<QStringList> failures; ///< why it was not, or not all
     /// From where to where the last step taken back moved entries; `to` is empty if one went to the Trash.
+    /// Empty while one is being taken back.
     Published<std::vector<UserAction::Entry>> undone;
 
     /// Reads both lists again.

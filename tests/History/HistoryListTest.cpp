@@ -157,6 +157,18 @@ TEST_F(HistoryListTest, takesAStepBackAndSaysWhyNot)
               QStringLiteral("Dieser Schritt ist schon rückgängig gemacht oder vergessen."));
 }
 
+TEST_F(HistoryListTest, tellsOfTheSameEntriesEachTimeTheyAreTakenBack)
+{
+    int told = 0;
+    list.undone.observe(&list, [&](const auto &undone) { told += undone.empty() ? 0 : 1; });
+    for (int time = 1; time <= 2; ++time) {
+        move(StepKind::Rename, at("Wand.png"), at("Tapete.png"));
+        reload();
+        takeBack(list.steps.get().front().id);
+        EXPECT_EQ(told, time);
+    }
+}
+
 TEST_F(HistoryListTest, refusesPlacesOfTheSystem)
 {
     move(StepKind::Move, at("Wand.png"), at("Bilder/Wand.png"));
