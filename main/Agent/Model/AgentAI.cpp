@@ -2,11 +2,11 @@
 
 #include "Agent/Model/ModelTexts.h"
 #include "Agent/Model/TextBeginning.h"
+#include "Base/Graphemes.h"
 #include "Disk/FileTypes.h"
 #include "Disk/Walk.h"
 
 #include <QRegularExpression>
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <map>
@@ -49,15 +49,6 @@ QString promptFor(const Location &file, const QStringList &existing, const QStri
                        "einen neuen kurzen Namen."),
     }
         .join(u'\n');
-}
-
-/// The index after the first `count` graphemes.
-qsizetype endOfCharacters(const QString &text, int count)
-{
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    while (count > 0 && finder.toNextBoundary() >= 0)
-        --count;
-    return finder.position() < 0 ? text.size() : finder.position();
 }
 
 /// No invisible or unassigned characters.
@@ -162,14 +153,14 @@ QString AgentAI::textSnippet(const Location &file, const PdfText &pdfText, const
 {
     static const QRegularExpression whiteSpace(QStringLiteral("\\s+"), QRegularExpression::UseUnicodePropertiesOption);
     const QString text = rawText(file, pdfText, control).replace(whiteSpace, QStringLiteral(" "));
-    return text.left(endOfCharacters(text, mostSnippetCharacters));
+    return firstGraphemes(text, mostSnippetCharacters);
 }
 
 std::optional<QString> AgentAI::sanitize(const QString &answer, const QStringList &existing)
 {
     QString name = trimmedOfDecoration(firstLine(answer));
     name.replace(u'/', u'-').replace(u':', u'-');
-    if (name.isEmpty() || endOfCharacters(name, mostNameCharacters) < name.size())
+    if (name.isEmpty() || endOfGraphemes(name, mostNameCharacters) < name.size())
         return std::nullopt;
     if (!isPlain(name) || name.toUtf8().size() > mostNameBytes)
         return std::nullopt;
