@@ -18,12 +18,26 @@ std::vector<QuickEntry>::iterator find(std::vector<QuickEntry> &entries, const Q
     return std::ranges::find(entries, id, &QuickEntry::id);
 }
 
-/// The paths stored by an earlier version, as a plain list or as JSON.
-QStringList olderPaths(const UserDefaults &defaults)
+/// The paths stored by an earlier version, as a plain list or as JSON. An empty list is the user's, too.
+std::optional<QStringList> olderPaths(const UserDefaults &defaults)
 {
     const QString key = QStringLiteral("pinnedFolders");
-    const std::vector<QString> list = storedList<QString>(defaults, key).value_or({});
-    return list.empty() ? plainSetting(defaults, key, QStringList()) : QStringList(list.begin(), list.end());
+    if (const StoredList<QString> list = storedList<QString>(defaults, key); list.isKnown())
+        return QStringList(list.records.begin(), list.records.end());
+    const QStringList paths = plainSetting(defaults, key, QStringList());
+    const QVariant value = defaults.value(key).value_or(QVariant());
+    const bool isList = value.metaType().id() == QMetaType::QStringList || value == QVariant(QVariantList());
+    return isList || !paths.isEmpty() ? std::optional(paths) : std::nullopt;
+}
+
+/// Another program may have stored a folder as "/home/anna/Briefe/".
+std::vector<QuickEntry> withStandardPaths(std::vector<QuickEntry> entries)
+{
+    for (QuickEntry &entry : entries) {
+        if (entry.path)
+            entry.path = standardised(*entry.path);
+    }
+    return entries;
 }
 
 } // namespace
@@ -35,7 +49,7 @@ Pins::Pins(UserDefaults &defaults, const KnownFolders &folders) : m_defaults(def
     const StoredList<QuickEntry> stored = storedList<QuickEntry>(m_defaults, key);
     const std::optional<Entries> older = stored.isKnown() ? std::nullopt : olderEntries();
     if (!older) {
-        publish(entries, stored.value_or(usualEntries()));
+        publish(entries, withStandardPaths(stored.value_or(usualEntries())));
     } else {
         publish(entries, *older);
         // Store the new list, so that the old one is not read again. On failure the next start converts again.
@@ -50,12 +64,12 @@ QuickEntry Pins::entryFor(const Location &folder) const
 
 std::optional<Pins::Entries> Pins::olderEntries() const
 {
-    const QStringList paths = olderPaths(m_defaults);
-    if (paths.isEmpty())
+    const std::optional<QStringList> paths = olderPaths(m_defaults);
+    if (!paths)
         return std::nullopt;
     Entries converted;
-    std::ranges::transform(paths, std::back_inserter(converted),
-                           [&](const QString &path) { return entryFor(locationFromText(path)); });
+    std::ranges::transform(*paths, std::back_inserter(converted),
+                           [&](const QString &path) { return entryFor(standardised(locationFromText(path))); });
     return converted;
 }
 
@@ -101,7 +115,7 @@ Result<void> Pins::change(const std::function<void(Entries &)> &edit)
     const Entries shownNow = entries.get();
     TRY(updateList<QuickEntry>(m_defaults, key, [&](std::optional<Entries> stored) -> std::optional<Entries> {
         const bool fresh = !stored;
-        changed = stored ? *std::move(stored) : shownNow;
+        changed = stored ? withStandardPaths(*std::move(stored)) : shownNow;
         const Entries before = changed;
         edit(changed);
         return fresh || changed != before ? std::optional(changed) : std::nullopt;
@@ -203,7 +217,7 @@ Result<void> Pins::setColor(const QUuid &id, const std::optional<QString> &color
 
 void Pins::reload()
 {
-    publish(entries, storedList<QuickEntry>(m_defaults, key).value_or(entries.get()));
+    publish(entries, withStandardPaths(storedList<QuickEntry>(m_defaults, key).value_or(entries.get())));
 }
 
 } // namespace brellin

@@ -99,6 +99,22 @@ TEST_F(PinsTest, takeOverTheOlderListOnceAndSurviveGarbage)
     }
 }
 
+TEST_F(PinsTest, anEmptyOlderListStaysEmpty)
+{
+    for (const QVariant &none : {QVariant(QStringList()), QVariant(QVariantList())}) {
+        MemoryUserDefaults settings;
+        ASSERT_TRUE(settings.setValue(QStringLiteral("pinnedFolders"), none));
+        EXPECT_TRUE(Pins(settings, folders).entries.get().empty());
+        EXPECT_TRUE(Pins(settings, folders).entries.get().empty()) << "also at the next start";
+    }
+    MemoryUserDefaults json;
+    ASSERT_TRUE(json.update(QStringLiteral("pinnedFolders"), [](const auto &) { return UserDefaults::Change{"[]"}; }));
+    EXPECT_TRUE(Pins(json, folders).entries.get().empty());
+    MemoryUserDefaults text;
+    ASSERT_TRUE(text.setValue(QStringLiteral("pinnedFolders"), QStringLiteral("")));
+    EXPECT_EQ(Pins(text, folders).entries.get().size(), 4U) << "what is no list counts as absent";
+}
+
 TEST_F(PinsTest, everyChangeIsStoredAtOnce)
 {
     store(defaults, "[]");
@@ -154,4 +170,16 @@ TEST_F(PinsTest, whatCannotBeStoredDoesNotHappen)
     const auto before = pins.entries.get();
     EXPECT_FALSE(pins.toggle("/eins"));
     EXPECT_EQ(pins.entries.get(), before);
+}
+
+TEST_F(PinsTest, aFolderStoredWithAClosingSlashIsThatFolder)
+{
+    store(defaults, R"([{"id":"6F9619FF-8B86-D011-B42D-00CF4FC964FF","name":"Mein","path":"/p/mein/"}])");
+    Pins pins(defaults, folders);
+    EXPECT_TRUE(pins.holds("/p/mein"));
+    EXPECT_EQ(pins.folders(), std::vector<Location>{"/p/mein"});
+    ASSERT_TRUE(pins.pin("/p/mein"));
+    EXPECT_EQ(names(pins).size(), 1) << "it is pinned already";
+    ASSERT_TRUE(pins.toggle("/p/mein/"));
+    EXPECT_EQ(storedNames(), QStringList());
 }
