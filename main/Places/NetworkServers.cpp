@@ -53,6 +53,7 @@ NetworkServers::NetworkServers(UserDefaults &defaults, ProcessRunner &processes,
     , m_processes(processes)
     , m_program(std::move(program))
     , m_pool(abandonablePool(std::chrono::seconds(2)))
+    , m_disconnectingPool(abandonablePool(std::chrono::seconds(2)))
 {
     reload();
 }
@@ -135,7 +136,7 @@ void NetworkServers::disconnectFrom(const QString &address, QObject *receiver,
         return;
     }
     m_disconnecting.start(
-        *m_pool,
+        *m_disconnectingPool,
         [command = MountCommand(m_processes, m_program), address = *parsed](JobControl &control) {
             return command.unmount(address, control);
         },

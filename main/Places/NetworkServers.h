@@ -73,6 +73,8 @@ private:
     ProcessRunner &m_processes;
     const std::string m_program;
     std::shared_ptr<QThreadPool> m_pool;
+    /// Its own thread, since connecting may wait for the user's password.
+    std::shared_ptr<QThreadPool> m_disconnectingPool;
     std::shared_ptr<Meeting> m_meeting;
     Job<Result<Location>> m_connecting;
     Job<Result<void>> m_disconnecting;

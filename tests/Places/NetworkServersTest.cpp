@@ -225,6 +225,21 @@ TEST_F(NetworkServersTest, theListIsRememberedRenamedAndForgotten)
               (std::vector<NetworkServer>{{QStringLiteral("ftp://alt/"), QStringLiteral("Archiv")}}));
 }
 
+TEST_F(NetworkServersTest, disconnectsWhileAnotherServerWaitsForItsPassword)
+{
+    script("if [ \"$2\" = --unmount ]; then exit 0; fi\n" + login + "exit 0");
+    connectTo("smb://nas/Bilder");
+    ASSERT_TRUE(asked());
+    std::optional<Result<void>> gone;
+    servers.disconnectFrom(QStringLiteral("smb://alt/Musik"), &receiver,
+                           [&](const Result<void> &done) { gone = done; });
+    EXPECT_TRUE(waitUntil([&] { return gone.has_value(); }));
+    EXPECT_TRUE(gone && *gone);
+    EXPECT_TRUE(servers.question.get()) << "the question is still open";
+    servers.cancel();
+    EXPECT_TRUE(finished());
+}
+
 TEST_F(NetworkServersTest, disconnectsOneAtATimeAndSaysWhyNot)
 {
     std::optional<Result<void>> gone;
