@@ -128,7 +128,17 @@ const FolderTree::Root *FolderTree::rootOf(const Location &folder) const
 
 Result<void> FolderTree::expand(const Location &folder)
 {
-    Result<void> stored = setExpanded({folder}, true);
+    std::vector<Location> opened{folder};
+    for (const Location &above : foldersAbove(folder)) {
+        if (m_revealed.contains(above.native()))
+            opened.push_back(above);
+    }
+    for (const Location &one : opened) {
+        m_revealed.erase(one.native());
+        m_expanded.insert(one.native());
+    }
+    Result<void> stored = m_stored.setExpanded(opened, true);
+    rebuild();
     // Cached children are shown at once; read again, as they may be outdated.
     refresh(folder);
     return stored;
@@ -136,48 +146,53 @@ Result<void> FolderTree::expand(const Location &folder)
 
 Result<void> FolderTree::collapse(const Location &folder)
 {
-    return setExpanded({folder}, false);
+    m_revealed.erase(folder.native());
+    Result<void> stored;
+    if (m_expanded.erase(folder.native()) > 0)
+        stored = m_stored.setExpanded({folder}, false);
+    rebuild();
+    return stored;
+}
+
+/// From the next one to the root; none if no root contains the folder.
+std::vector<Location> FolderTree::foldersAbove(const Location &folder) const
+{
+    const Root *const root = rootOf(folder);
+    std::vector<Location> above;
+    for (Location place = folder; root && place != root->root.location;) {
+        place = place.parent_path();
+        above.push_back(place);
+    }
+    return above;
 }
 
 void FolderTree::reveal(const Location &folder)
 {
     const Location target = standardised(folder);
-    const Root *const root = rootOf(target);
-    if (!root)
-        return;
-    std::vector<Location> above;
-    std::vector<Location> opened;
-    for (Location place = target; place != root->root.location;) {
-        const std::string name = place.filename().native();
-        place = place.parent_path();
-        above.push_back(place);
-        if (!m_expanded.contains(place.native()))
-            opened.push_back(place);
+    leave(target);
+    std::vector<Location> outdated;
+    std::string name = target.filename().native();
+    for (const Location &place : foldersAbove(target)) {
         const auto known = m_folders.find(place.native());
+        const bool opens = !isExpanded(place.native()) && m_revealed.insert(place.native()).second;
         // A newly created folder is missing from its parent's cached children.
-        if (known != m_folders.end() && known->second->children &&
-            std::ranges::find(*known->second->children, name) == known->second->children->end())
-            refresh(place);
+        const bool missing = known != m_folders.end() && known->second->children &&
+                             std::ranges::find(*known->second->children, name) == known->second->children->end();
+        if (opens || missing)
+            outdated.push_back(place);
+        name = place.filename().native();
     }
-    (void)setExpanded(above, true);
-    for (const Location &branch : opened)
+    rebuild();
+    for (const Location &branch : outdated)
         refresh(branch);
 }
 
-Result<void> FolderTree::setExpanded(const std::vector<Location> &folders, bool expanded)
+void FolderTree::leave(const Location &folder)
 {
-    std::vector<Location> changed;
-    for (const Location &folder : folders) {
-        const bool different =
-            expanded ? m_expanded.insert(folder.native()).second : m_expanded.erase(folder.native()) > 0;
-        if (different)
-            changed.push_back(folder);
-    }
-    if (changed.empty())
-        return {};
-    Result<void> stored = m_stored.setExpanded(changed, expanded);
-    rebuild();
-    return stored;
+    const Location target = standardised(folder);
+    const auto left = [&](const std::string &path) { return !isAtOrBelow(target, Location(path)); };
+    if (std::erase_if(m_revealed, left) > 0)
+        rebuild();
 }
 
 void FolderTree::refresh(const Location &folder)
@@ -200,7 +215,7 @@ void FolderTree::refreshAll()
 bool FolderTree::mayWatch(const std::string &path) const
 {
     const auto isWatched = [](const auto &entry) { return entry.second->watcher != nullptr; };
-    return m_expanded.contains(path) && !m_folders.at(path)->watcher &&
+    return isExpanded(path) && !m_folders.at(path)->watcher &&
            std::ranges::count_if(m_folders, isWatched) < mostWatched;
 }
 
@@ -282,7 +297,7 @@ void FolderTree::forgetBelow(const std::string &path, const Names &kept)
 void FolderTree::rebuild()
 {
     for (const auto &[path, folder] : m_folders) {
-        if (!m_expanded.contains(path))
+        if (!isExpanded(path))
             folder->watcher.reset();
     }
     std::vector<FolderTreeRow> list;
@@ -295,7 +310,7 @@ void FolderTree::rebuild()
 void FolderTree::addRows(std::vector<FolderTreeRow> &list, const Location &folder, const QString &name, int depth)
 {
     const std::string &path = folder.native();
-    const bool expanded = m_expanded.contains(path);
+    const bool expanded = isExpanded(path);
     if (expanded && !m_folders.contains(path))
         read(path);
     const auto known = m_folders.find(path);

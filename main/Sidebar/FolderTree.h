@@ -57,12 +57,13 @@ public:
     /// Whether to list hidden folders.
     void setShowHidden(bool show);
 
-    /// Expands in any case; returns the failure if that cannot be stored.
+    /// For the user, with what it lies in. Expands in any case; returns the failure if that cannot be stored.
     Result<void> expand(const Location &folder);
     Result<void> collapse(const Location &folder);
-    /// Expands all folders above this one, from the deepest root that contains it. A failure to store is ignored, since
-    /// the user did not ask for it.
+    /// Expands all folders above this one, from the deepest root that contains it, for as long as the pane is there.
     void reveal(const Location &folder);
+    /// Collapses what was only revealed, except the folder and those above it.
+    void leave(const Location &folder);
     /// Call when the content of this folder has changed.
     void refresh(const Location &folder);
     /// Re-reads all folders read so far.
@@ -88,7 +89,8 @@ private:
     };
 
     const Root *rootOf(const Location &folder) const;
-    Result<void> setExpanded(const std::vector<Location> &folders, bool expanded);
+    bool isExpanded(const std::string &path) const { return m_expanded.contains(path) || m_revealed.contains(path); }
+    std::vector<Location> foldersAbove(const Location &folder) const;
     void takeStored();
     void read(const std::string &path);
     void finished(const std::string &path, Answer answer);
@@ -102,7 +104,8 @@ private:
     ExpandedFolders &m_stored;
     std::vector<Root> m_roots;
     bool m_showHidden = false;
-    std::set<std::string> m_expanded; ///< paths
+    std::set<std::string> m_expanded; ///< paths, by the user; stored
+    std::set<std::string> m_revealed; ///< others that lead to the pane's folder
     std::map<std::string, std::unique_ptr<Folder>> m_folders;
     std::set<std::string> m_heard; ///< changed, waiting for `m_soon`
     QTimer m_soon;

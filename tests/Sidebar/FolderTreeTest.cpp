@@ -95,8 +95,9 @@ TEST_F(FolderTreeTest, followsThePaneAndRemembersWhatIsOpen)
     tree.reveal(files.path("home/B9/tief"));
     const QString open = QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n+Platte");
     ASSERT_TRUE(shows(tree, open));
-    tree.reveal(files.path("sonstwo"));
-    EXPECT_EQ(text(tree), open);
+    EXPECT_TRUE(ExpandedFolders(defaults).stored().empty()) << "nobody asked for it";
+    EXPECT_TRUE(tree.expand(files.path("home")));
+    EXPECT_TRUE(tree.expand(files.path("home/B9")));
 
     ExpandedFolders kept(defaults);
     FolderTree next(kept);
@@ -108,13 +109,38 @@ TEST_F(FolderTreeTest, followsThePaneAndRemembersWhatIsOpen)
     ASSERT_TRUE(shows(next, open)) << "a volume that comes back is as open as it was";
 }
 
+TEST_F(FolderTreeTest, foldsWhatThePaneHasLeft)
+{
+    const QString deep = QStringLiteral("-Benutzerordner\n +a\n -B9\n  -tief\n   +tiefer\n +b10\n+Platte");
+    tree.reveal(files.path("home/B9/tief/tiefer"));
+    ASSERT_TRUE(shows(tree, deep));
+    tree.reveal(files.path("home/B9/tief"));
+    EXPECT_EQ(text(tree), deep) << "up again: what lies inside stays in view";
+    tree.reveal(files.path("home/a"));
+    EXPECT_EQ(text(tree), QStringLiteral("-Benutzerordner\n +a\n +B9\n +b10\n+Platte"));
+    tree.leave(files.path("platte/alt"));
+    EXPECT_EQ(text(tree), QStringLiteral("+Benutzerordner\n+Platte"));
+
+    // What the user has opened stays, and so does what it lies in.
+    tree.reveal(files.path("home/B9/tief"));
+    EXPECT_TRUE(tree.expand(files.path("home/B9/tief")));
+    tree.reveal(files.path("platte/alt"));
+    const QString both = QStringLiteral("-Benutzerordner\n +a\n -B9\n  -tief\n   +tiefer\n +b10\n-Platte\n +alt");
+    ASSERT_TRUE(shows(tree, both));
+    stored.reload();
+    EXPECT_TRUE(ExpandedFolders(defaults).setExpanded({files.path("home/a")}, true));
+    stored.reload();
+    EXPECT_TRUE(shows(tree, QString(both).replace(QStringLiteral("+a\n"), QStringLiteral("-a\n"))))
+        << "another program's change closes nothing that the pane shows";
+}
+
 TEST_F(FolderTreeTest, hearsOfNewAndVanishedFolders)
 {
     tree.reveal(files.path("home/B9/tief"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n+Platte")));
     files.folder("home/neu");
     tree.reveal(files.path("home/neu"));
-    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n -B9\n  +tief\n +b10\n +neu\n+Platte")));
+    ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +B9\n +b10\n +neu\n+Platte")));
     std::filesystem::remove_all(files.path("home/B9"));
     tree.refresh(files.path("home"));
     ASSERT_TRUE(shows(tree, QStringLiteral("-Benutzerordner\n +a\n +b10\n +neu\n+Platte")));

@@ -92,7 +92,11 @@ void SidebarView::setCurrent(const Place &place)
     const bool ofFolder = place.kind == Place::Kind::Search || place.kind == Place::Kind::Storage;
     const Place shown = ofFolder ? placeOf(place.location, d->sources.folders) : place;
     d->rows->setCurrent(shown);
-    if (shown.kind == Place::Kind::Folder && !d->leadsElsewhere(shown.location))
+    if (shown.kind != Place::Kind::Folder)
+        return;
+    if (d->leadsElsewhere(shown.location))
+        d->sources.tree.leave(shown.location);
+    else
         d->sources.tree.reveal(shown.location);
 }
 

@@ -37,7 +37,7 @@ public:
     ~SidebarView() override;
 
     /// Highlights the row of the active pane's place; of several, the one clicked last. If only the tree can show the
-    /// folder, expands the tree to it. A search or an overview counts as its folder.
+    /// folder, expands the tree to it; collapses what it so expanded for another. A search or an overview counts as its folder.
     void setCurrent(const Place &place);
     /// Sets the agent's badge; hidden for 0.
     void setAgentBadge(int number);
