@@ -76,6 +76,13 @@ SidebarDelegate::Places SidebarDelegate::placesOf(const SidebarRow &row, const Q
     const QRect head(line.left(), line.top(), line.width(), std::min(line.height(), rowHeight()));
     const int side = scaled(16);
     int left = head.left() + scaled(16);
+    if (row.kind == SidebarRow::Kind::Section) {
+        places.title = line.adjusted(scaled(16), scaled(7), -m_rightMargin - scaled(9), 0);
+        const int arrow = scaled(14);
+        places.chevron =
+            QRect(places.title.right() - arrow + 1, places.title.center().y() - arrow / 2 + 1, arrow, arrow);
+        return places;
+    }
     const auto square = [&](int at) { return QRect(at, head.center().y() - side / 2 + 1, side, side); };
     if (row.kind == SidebarRow::Kind::Folder) {
         left += row.depth * scaled(14);
@@ -178,14 +185,13 @@ void SidebarDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem 
 
 void SidebarDelegate::paintSection(QPainter &painter, const QStyleOptionViewItem &option, const SidebarRow &row) const
 {
-    const QRect line = option.rect.adjusted(scaled(16), scaled(7), -m_rightMargin - scaled(9), 0);
+    const Places places = placesOf(row, option.rect);
     painter.setFont(sizedFont(0.85, QFont::DemiBold));
     painter.setPen(color(Token::Tertiary));
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, row.title);
+    painter.drawText(places.title, Qt::AlignLeft | Qt::AlignVCenter, row.title);
     if (row.expanded && !(option.state & (QStyle::State_MouseOver | QStyle::State_HasFocus)))
         return;
-    const int side = scaled(14);
-    Symbols::paint(painter, QRect(line.right() - side + 1, line.center().y() - side / 2 + 1, side, side),
+    Symbols::paint(painter, places.chevron,
                    row.expanded ? QStringLiteral("chevron-down") : QStringLiteral("chevron-right"),
                    color(Token::Tertiary));
 }

@@ -88,7 +88,7 @@ void SidebarList::released(const QModelIndex &index, QPoint place)
     const SidebarDelegate::Part part = m_lines.partAt(index, visualRect(index), place);
     if (part == SidebarDelegate::Part::Eject)
         Q_EMIT ejectWanted(index);
-    else if (part == SidebarDelegate::Part::Chevron || m_rows.row(index).kind == SidebarRow::Kind::Section)
+    else if (part == SidebarDelegate::Part::Chevron)
         Q_EMIT toggled(index);
     else if (m_rows.row(index).choice)
         Q_EMIT chosen(index, QApplication::keyboardModifiers() & Qt::ControlModifier ? Where::NewTab : Where::Here);

@@ -16,7 +16,7 @@ public:
     void rename(const QModelIndex &index);
 
     Q_SIGNAL void chosen(const QModelIndex &index, brellin::SidebarList::Where where);
-    /// For a section head or a folder's chevron.
+    /// By the arrow of a section head or a folder, or a key.
     Q_SIGNAL void toggled(const QModelIndex &index);
     Q_SIGNAL void ejectWanted(const QModelIndex &index);
     Q_SIGNAL void removeWanted(const QModelIndex &index);

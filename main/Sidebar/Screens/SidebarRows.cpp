@@ -123,7 +123,6 @@ void SidebarRows::rebuild()
     rows.push_back(placeRow(QStringLiteral("Papierkorb"), QStringLiteral("trash"),
                             SidebarItem::place(m_sources.folders.trash),
                             QStringLiteral("Was im Papierkorb liegt, von allen Laufwerken")));
-    rows.push_back(placeRow(QStringLiteral("Fotos"), QStringLiteral("photo"), SidebarItem::photos()));
     if (addHead(rows, QStringLiteral("assistants"), QStringLiteral("Assistenten"))) {
         rows.push_back(
             placeRow(QStringLiteral("Aufräum-Agent"), QStringLiteral("wand.and.sparkles"), SidebarItem::agent()));

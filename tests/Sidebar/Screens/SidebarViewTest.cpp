@@ -113,6 +113,13 @@ protected:
     {
         QTest::mouseClick(list()->viewport(), button, {}, middle(index));
     }
+    /// The arrow at the right end of a section's head.
+    void clickArrow(const QString &section) const
+    {
+        const QRect head = list()->visualRect(line(section, SidebarRow::Kind::Section));
+        const QPoint arrow(head.right() - scaled(8 + 9 + 7), head.center().y() + scaled(3));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, arrow);
+    }
     QMenu *menuOf(const QModelIndex &index) const
     {
         QContextMenuEvent event(QContextMenuEvent::Mouse, middle(index), list()->viewport()->mapToGlobal(QPoint()));
@@ -183,7 +190,6 @@ TEST_F(SidebarViewTest, everyLineLeadsWhereItSays)
         {QStringLiteral("Netzwerk"), RowKind::Place, SidebarItem::network()},
         {QStringLiteral("Grün"), RowKind::Place, SidebarItem::tag(QStringLiteral("Grün"))},
         {QStringLiteral("Papierkorb"), RowKind::Place, SidebarItem::place(folders.trash)},
-        {QStringLiteral("Fotos"), RowKind::Place, SidebarItem::photos()},
         {QStringLiteral("Aufräum-Agent"), RowKind::Place, SidebarItem::agent()},
     };
     for (const Row &row : expected) {
@@ -195,6 +201,7 @@ TEST_F(SidebarViewTest, everyLineLeadsWhereItSays)
         EXPECT_EQ(newTabs.back(), row.choice) << row.title.toStdString();
     }
     EXPECT_EQ(chosen.size(), expected.size());
+    EXPECT_FALSE(titles().contains(QStringLiteral("Fotos"))) << "the quick access has them";
     EXPECT_EQ(view->folderAt(middle(line(QStringLiteral("Downloads"), RowKind::Quick))), tree.path("Downloads"));
     EXPECT_FALSE(view->folderAt(middle(line(QStringLiteral("Papierkorb"), RowKind::Place))))
         << "files dropped there would lie in it without a record of where they came from";
@@ -223,7 +230,12 @@ TEST_F(SidebarViewTest, keysChooseFoldAndRemove)
     open();
     EXPECT_FALSE(titles().contains(QStringLiteral("Fotos-Mediathek"))) << "still folded at the next start";
     click(line(QStringLiteral("Schnellzugriff"), SidebarRow::Kind::Section));
+    EXPECT_FALSE(titles().contains(QStringLiteral("Fotos-Mediathek"))) << "only its arrow opens it";
+    clickArrow(QStringLiteral("Schnellzugriff"));
     EXPECT_TRUE(titles().contains(QStringLiteral("Fotos-Mediathek")));
+    clickArrow(QStringLiteral("Markierungen"));
+    EXPECT_FALSE(titles().contains(QStringLiteral("Rot")));
+    clickArrow(QStringLiteral("Markierungen"));
     EXPECT_TRUE(chosen.size() == 1) << "a head leads nowhere";
 }
 
