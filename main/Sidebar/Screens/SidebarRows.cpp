@@ -116,18 +116,7 @@ void SidebarRows::rebuild()
     addFolders(rows);
     addDevices(rows);
     addTags(rows);
-    SidebarRow gap;
-    gap.kind = SidebarRow::Kind::Gap;
-    gap.key = QStringLiteral("gap");
-    rows.push_back(gap);
-    rows.push_back(placeRow(QStringLiteral("Papierkorb"), QStringLiteral("trash"),
-                            SidebarItem::place(m_sources.folders.trash),
-                            QStringLiteral("Was im Papierkorb liegt, von allen Laufwerken")));
-    if (addHead(rows, QStringLiteral("assistants"), QStringLiteral("Assistenten"))) {
-        rows.push_back(
-            placeRow(QStringLiteral("Aufräum-Agent"), QStringLiteral("wand.and.sparkles"), SidebarItem::agent()));
-        rows.back().badge = m_agentBadge;
-    }
+    addAssistants(rows);
     follow(std::move(rows));
 }
 
@@ -203,6 +192,23 @@ void SidebarRows::addTags(Rows &rows) const
             placeRow(name, {}, SidebarItem::tag(name), QStringLiteral("Alles mit der Markierung „%1“").arg(name)));
         rows.back().color = QColor::fromRgb(tag.color);
     }
+}
+
+/// With the Trash above them.
+void SidebarRows::addAssistants(Rows &rows) const
+{
+    SidebarRow gap;
+    gap.kind = SidebarRow::Kind::Gap;
+    gap.key = QStringLiteral("gap");
+    rows.push_back(gap);
+    rows.push_back(placeRow(QStringLiteral("Papierkorb"), QStringLiteral("trash"),
+                            SidebarItem::place(m_sources.folders.trash),
+                            QStringLiteral("Was im Papierkorb liegt, von allen Laufwerken")));
+    if (!addHead(rows, QStringLiteral("assistants"), QStringLiteral("Assistenten")))
+        return;
+    rows.push_back(
+        placeRow(QStringLiteral("Aufräum-Agent"), QStringLiteral("wand.and.sparkles"), SidebarItem::agent()));
+    rows.back().badge = m_agentBadge;
 }
 
 /// Replaces the rows and moves persistent indexes with them.

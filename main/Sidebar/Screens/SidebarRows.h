@@ -52,6 +52,7 @@ private:
     void addFolders(std::vector<SidebarRow> &rows) const;
     void addDevices(std::vector<SidebarRow> &rows) const;
     void addTags(std::vector<SidebarRow> &rows) const;
+    void addAssistants(std::vector<SidebarRow> &rows) const;
     void takeRoots();
 
     SidebarSources m_sources;

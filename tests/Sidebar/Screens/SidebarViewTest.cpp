@@ -91,39 +91,52 @@ protected:
     }
 
     QListView *list() const { return view->findChild<QListView *>(QStringLiteral("sidebarList")); }
+    QListView *listOf(const QModelIndex &) const { return list(); }
     SidebarRows *rows() const { return static_cast<SidebarRows *>(list()->model()); }
+    /// From top to bottom.
+    std::vector<QModelIndex> lines() const
+    {
+        std::vector<QModelIndex> all;
+        for (int row = 0; row < rows()->rowCount(); ++row)
+            all.push_back(rows()->index(row));
+        return all;
+    }
     QStringList titles() const
     {
         QStringList all;
-        for (int row = 0; row < rows()->rowCount(); ++row)
-            all << rows()->index(row).data().toString();
+        for (const QModelIndex &index : lines())
+            all << index.data().toString();
         return all;
     }
     /// The last row of this title and kind.
     QModelIndex line(const QString &title, SidebarRow::Kind kind) const
     {
-        for (int row = rows()->rowCount() - 1; row >= 0; --row)
-            if (rows()->index(row).data().toString() == title && rows()->row(rows()->index(row)).kind == kind)
-                return rows()->index(row);
-        ADD_FAILURE() << "no line " << title.toStdString();
-        return rows()->index(0);
+        QModelIndex found;
+        for (const QModelIndex &index : lines())
+            if (index.data().toString() == title &&
+                static_cast<const SidebarRows *>(index.model())->row(index).kind == kind)
+                found = index;
+        EXPECT_TRUE(found.isValid()) << "no line " << title.toStdString();
+        return found;
     }
-    QPoint middle(const QModelIndex &index) const { return list()->visualRect(index).center(); }
+    QPoint middle(const QModelIndex &index) const { return listOf(index)->visualRect(index).center(); }
     void click(const QModelIndex &index, Qt::MouseButton button = Qt::LeftButton) const
     {
-        QTest::mouseClick(list()->viewport(), button, {}, middle(index));
+        QTest::mouseClick(listOf(index)->viewport(), button, {}, middle(index));
     }
     /// The arrow at the right end of a section's head.
     void clickArrow(const QString &section) const
     {
-        const QRect head = list()->visualRect(line(section, SidebarRow::Kind::Section));
+        const QModelIndex index = line(section, SidebarRow::Kind::Section);
+        const QRect head = listOf(index)->visualRect(index);
         const QPoint arrow(head.right() - scaled(8 + 9 + 7), head.center().y() + scaled(3));
-        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, arrow);
+        QTest::mouseClick(listOf(index)->viewport(), Qt::LeftButton, {}, arrow);
     }
     QMenu *menuOf(const QModelIndex &index) const
     {
-        QContextMenuEvent event(QContextMenuEvent::Mouse, middle(index), list()->viewport()->mapToGlobal(QPoint()));
-        QCoreApplication::sendEvent(list()->viewport(), &event);
+        QWidget *const area = listOf(index)->viewport();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, middle(index), area->mapToGlobal(QPoint()));
+        QCoreApplication::sendEvent(area, &event);
         QMenu *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         EXPECT_TRUE(menu);
         return menu;
@@ -390,11 +403,10 @@ TEST_F(SidebarViewTest, nothingIsCutInLargeType)
     open();
     view->resize(view->sizeHint().width(), 1400);
     view->setAgentBadge(7);
-    for (int row = 0; row < rows()->rowCount(); ++row) {
-        const QModelIndex index = rows()->index(row);
+    for (const QModelIndex &index : lines()) {
         const QString title = index.data().toString();
         if (!title.isEmpty()) {
-            EXPECT_GE(list()->visualRect(index).height(), QFontMetrics(sizedFont(0.85)).height())
+            EXPECT_GE(listOf(index)->visualRect(index).height(), QFontMetrics(sizedFont(0.85)).height())
                 << title.toStdString();
             EXPECT_LE(QFontMetrics(sizedFont(1, QFont::DemiBold)).horizontalAdvance(title), scaled(216 - 40 - 17))
                 << title.toStdString();
