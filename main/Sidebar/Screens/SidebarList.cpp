@@ -22,7 +22,6 @@ SidebarList::SidebarList(SidebarRows &rows, SidebarDelegate &lines, QWidget *par
     , m_rows(rows)
     , m_lines(lines)
 {
-    setObjectName(QStringLiteral("sidebarList"));
     setAccessibleName(QStringLiteral("Seitenleiste"));
     setModel(&rows);
     setItemDelegate(&lines);
@@ -32,8 +31,6 @@ SidebarList::SidebarList(SidebarRows &rows, SidebarDelegate &lines, QWidget *par
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
     setDragEnabled(true);
-    setAcceptDrops(true);
-    viewport()->setAcceptDrops(true);
     connect(&Theme::shared(), &Theme::changed, this, [this] { scheduleDelayedItemsLayout(); });
 }
 
@@ -43,6 +40,14 @@ void SidebarList::rename(const QModelIndex &index)
         return;
     setCurrentIndex(index);
     edit(index);
+}
+
+int SidebarList::contentHeight() const
+{
+    int height = 0;
+    for (int row = 0; row < m_rows.rowCount(); ++row)
+        height += m_lines.sizeHint({}, m_rows.index(row)).height();
+    return height;
 }
 
 /// Shows the focus ring only while the keyboard is used.

@@ -6,7 +6,7 @@
 
 namespace brellin {
 
-/// The sidebar's list view: turns clicks, keys and drags into signals.
+/// The list view of one half of the sidebar: turns clicks, keys and drags into signals.
 class SidebarList : public QListView {
     Q_OBJECT
 public:
@@ -14,6 +14,8 @@ public:
 
     enum class Where { Here, NewTab };
     void rename(const QModelIndex &index);
+    /// The height at which nothing needs to scroll.
+    int contentHeight() const;
 
     Q_SIGNAL void chosen(const QModelIndex &index, brellin::SidebarList::Where where);
     /// By the arrow of a section head or a folder, or a key.

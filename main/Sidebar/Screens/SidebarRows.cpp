@@ -87,11 +87,18 @@ QString accessibleText(const SidebarRow &row)
 
 } // namespace
 
-SidebarRows::SidebarRows(SidebarSources sources, QObject *parent) : QAbstractListModel(parent), m_sources(sources)
+SidebarRows::SidebarRows(SidebarSources sources, Half half, QObject *parent)
+    : QAbstractListModel(parent)
+    , m_sources(sources)
+    , m_half(half)
 {
+    m_sources.folded.folded.observe(this, [this](const auto &) { rebuild(); });
+    if (half == Half::Marks) {
+        rebuild();
+        return;
+    }
     takeRoots();
     rebuild();
-    m_sources.folded.folded.observe(this, [this](const auto &) { rebuild(); });
     m_sources.pins.entries.observe(this, [this](const auto &) { rebuild(); });
     m_sources.tree.rows.observe(this, [this](const auto &) { rebuild(); });
     m_sources.colors.observe(this, [this](const Location &) { rebuild(); });
@@ -112,11 +119,14 @@ void SidebarRows::takeRoots()
 void SidebarRows::rebuild()
 {
     Rows rows;
-    addQuick(rows);
-    addFolders(rows);
-    addDevices(rows);
-    addTags(rows);
-    addAssistants(rows);
+    if (m_half == Half::Places) {
+        addQuick(rows);
+        addFolders(rows);
+        addDevices(rows);
+    } else {
+        addTags(rows);
+        addAssistants(rows);
+    }
     follow(std::move(rows));
 }
 

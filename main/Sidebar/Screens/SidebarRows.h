@@ -10,14 +10,16 @@
 
 namespace brellin {
 
-/// The rows of the sidebar, built from its models. A rebuild moves persistent indexes with their rows, so focus and
-/// editors stay.
+/// The rows of one half of the sidebar, built from its models. A rebuild moves persistent indexes with their rows, so
+/// focus and editors stay.
 class SidebarRows : public QAbstractListModel {
     Q_OBJECT
 public:
     enum Role { Key = Qt::UserRole };
 
-    SidebarRows(SidebarSources sources, QObject *parent);
+    /// Places: quick access, folders and devices. Marks: tags, Trash and assistants, always on the screen.
+    enum class Half { Places, Marks };
+    SidebarRows(SidebarSources sources, Half half, QObject *parent);
 
     const SidebarRow &row(const QModelIndex &index) const { return m_rows[static_cast<std::size_t>(index.row())]; }
     QModelIndex indexOf(const QString &key) const;
@@ -56,6 +58,7 @@ private:
     void takeRoots();
 
     SidebarSources m_sources;
+    const Half m_half;
     std::vector<SidebarRow> m_rows;
     std::set<Location> m_ejecting;
     std::optional<Place> m_current;

@@ -22,18 +22,49 @@ namespace brellin {
 
 using Kind = SidebarRow::Kind;
 
+namespace {
+
+/// Share of the height that the lower half may take from the upper one.
+constexpr double mostForMarks = 0.6;
+
+/// One of the two lists.
+struct Half {
+    SidebarRows *rows;
+    SidebarDelegate *lines;
+    SidebarList *list;
+
+    Half(const SidebarSources &sources, SidebarRows::Half which, EntryImages &images, SidebarView &view)
+        : rows(new SidebarRows(sources, which, &view))
+        , lines(new SidebarDelegate(*rows, images, &view))
+        , list(new SidebarList(*rows, *lines, &view))
+    {
+        list->setMinimumHeight(0);
+        list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    }
+};
+
+const SidebarRow &rowAt(const QModelIndex &index)
+{
+    return static_cast<const SidebarRows *>(index.model())->row(index);
+}
+
+} // namespace
+
 struct SidebarView::Private {
     Private(SidebarView &view, SidebarSources given)
         : q(view)
         , sources(given)
-        , rows(new SidebarRows(given, &view))
         , images(new EntryImages(given.images, &view))
-        , lines(new SidebarDelegate(*rows, *images, &view))
-        , list(new SidebarList(*rows, *lines, &view))
+        , places(given, SidebarRows::Half::Places, *images, view)
+        , marks(given, SidebarRows::Half::Marks, *images, view)
     {
+        places.list->setObjectName(QStringLiteral("sidebarList"));
+        marks.list->setObjectName(QStringLiteral("sidebarMarks"));
     }
 
     void connectAll();
+    void connectHalf(const Half &half);
+    void fit();
     void choose(const QModelIndex &index, SidebarList::Where where);
     void toggle(const QModelIndex &index);
     void eject(SidebarRow row);
@@ -49,10 +80,9 @@ struct SidebarView::Private {
 
     SidebarView &q;
     SidebarSources sources;
-    SidebarRows *rows;
     EntryImages *images;
-    SidebarDelegate *lines;
-    SidebarList *list;
+    Half places;
+    Half marks;
 };
 
 SidebarView::SidebarView(SidebarSources sources, QWidget *parent)
@@ -61,11 +91,15 @@ SidebarView::SidebarView(SidebarSources sources, QWidget *parent)
 {
     setObjectName(QStringLiteral("sidebar"));
     setAccessibleName(QStringLiteral("Seitenleiste"));
-    setFocusProxy(d->list);
+    setFocusProxy(d->places.list);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, scaled(1), 1, 0);
-    column->addWidget(d->list);
+    column->setSpacing(0);
+    column->addWidget(d->places.list, 1);
+    column->addWidget(d->marks.list);
+    column->addStretch(0);
     d->connectAll();
+    d->fit();
 }
 
 SidebarView::~SidebarView() = default;
@@ -85,13 +119,35 @@ void SidebarView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(rect(), color(Token::Sidebar));
     painter.fillRect(QRect(width() - 1, 0, 1, height()), color(Token::Line));
+    if (d->places.list->height() < d->places.list->contentHeight())
+        painter.fillRect(QRect(0, d->marks.list->y() - 1, width(), 1), color(Token::Line));
+}
+
+void SidebarView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    d->fit();
+}
+
+/// The lower half is shown whole, unless the upper one would lose too much.
+void SidebarView::Private::fit()
+{
+    const int whole = marks.list->contentHeight();
+    const int upper = places.list->contentHeight();
+    const int most = std::max(static_cast<int>(q.height() * mostForMarks), q.height() - upper - scaled(4));
+    marks.list->setFixedHeight(std::min(whole, most));
+    // One more for the line that shows that the list goes on.
+    places.list->setMaximumHeight(upper);
+    q.layout()->setSpacing(upper + whole > q.height() ? 1 : 0);
+    q.update();
 }
 
 void SidebarView::setCurrent(const Place &place)
 {
     const bool ofFolder = place.kind == Place::Kind::Search || place.kind == Place::Kind::Storage;
     const Place shown = ofFolder ? placeOf(place.location, d->sources.folders) : place;
-    d->rows->setCurrent(shown);
+    d->places.rows->setCurrent(shown);
+    d->marks.rows->setCurrent(shown);
     if (shown.kind != Place::Kind::Folder)
         return;
     if (d->leadsElsewhere(shown.location))
@@ -102,25 +158,23 @@ void SidebarView::setCurrent(const Place &place)
 
 void SidebarView::setAgentBadge(int number)
 {
-    d->rows->setAgentBadge(number);
+    d->marks.rows->setAgentBadge(number);
 }
 
 QWidget *SidebarView::dropArea() const
 {
-    return d->list->viewport();
+    return d->places.list->viewport();
 }
 
 std::optional<Location> SidebarView::folderAt(QPoint place) const
 {
-    const QModelIndex index = d->list->indexAt(place);
-    if (!index.isValid())
-        return std::nullopt;
-    return d->folderOf(d->rows->row(index));
+    const QModelIndex index = d->places.list->indexAt(place);
+    return index.isValid() ? d->folderOf(rowAt(index)) : std::nullopt;
 }
 
 void SidebarView::focusList()
 {
-    d->list->setFocus(Qt::ShortcutFocusReason);
+    d->places.list->setFocus(Qt::ShortcutFocusReason);
 }
 
 /// Whether a row outside the tree leads to the folder; the tree is not expanded then.
@@ -139,46 +193,58 @@ std::optional<Location> SidebarView::Private::folderOf(const SidebarRow &row) co
 
 void SidebarView::Private::connectAll()
 {
-    connect(list, &SidebarList::chosen, &q,
-            [this](const QModelIndex &index, SidebarList::Where where) { choose(index, where); });
-    connect(list, &SidebarList::toggled, &q, [this](const QModelIndex &index) { toggle(index); });
-    connect(list, &SidebarList::ejectWanted, &q, [this](const QModelIndex &index) { eject(rows->row(index)); });
-    connect(list, &SidebarList::removeWanted, &q, [this](const QModelIndex &index) {
-        report(sources.pins.remove(rows->row(index).entry), QStringLiteral("Der Schnellzugriff wurde nicht geändert"));
+    connectHalf(places);
+    connectHalf(marks);
+    SidebarList *const quick = places.list;
+    quick->setAcceptDrops(true);
+    quick->viewport()->setAcceptDrops(true);
+    connect(quick, &SidebarList::ejectWanted, &q, [this](const QModelIndex &index) { eject(rowAt(index)); });
+    connect(quick, &SidebarList::removeWanted, &q, [this](const QModelIndex &index) {
+        report(sources.pins.remove(rowAt(index).entry), QStringLiteral("Der Schnellzugriff wurde nicht geändert"));
     });
-    connect(list, &SidebarList::menuWanted, &q,
-            [this](const QModelIndex &index, const QPoint &place) { showMenu(index, place); });
-    connect(list, &SidebarList::moveWanted, &q, [this](const QUuid &entry, int place) {
+    connect(quick, &SidebarList::moveWanted, &q, [this](const QUuid &entry, int place) {
         report(sources.pins.moveTo(entry, static_cast<std::size_t>(place)),
                QStringLiteral("Der Schnellzugriff wurde nicht geändert"));
     });
-    connect(rows, &SidebarRows::currentMoved, list, [this] {
-        if (rows->current().isValid())
-            list->scrollTo(rows->current());
+    connect(images, &EntryImages::changed, quick->viewport(), qOverload<>(&QWidget::update));
+    connect(&Theme::shared(), &Theme::changed, &q, [this] { fit(); });
+}
+
+void SidebarView::Private::connectHalf(const Half &half)
+{
+    connect(half.list, &SidebarList::chosen, &q,
+            [this](const QModelIndex &index, SidebarList::Where where) { choose(index, where); });
+    connect(half.list, &SidebarList::toggled, &q, [this](const QModelIndex &index) { toggle(index); });
+    connect(half.list, &SidebarList::menuWanted, &q,
+            [this](const QModelIndex &index, const QPoint &place) { showMenu(index, place); });
+    connect(half.rows, &SidebarRows::layoutChanged, &q, [this] { fit(); });
+    connect(half.rows, &SidebarRows::currentMoved, half.list, [half] {
+        if (half.rows->current().isValid())
+            half.list->scrollTo(half.rows->current());
     });
-    connect(rows, &SidebarRows::failed, &q, &SidebarView::failed);
-    connect(images, &EntryImages::changed, list->viewport(), qOverload<>(&QWidget::update));
+    connect(half.rows, &SidebarRows::failed, &q, &SidebarView::failed);
 }
 
 void SidebarView::Private::choose(const QModelIndex &index, SidebarList::Where where)
 {
-    const SidebarRow row = rows->row(index);
+    const SidebarRow row = rowAt(index);
     if (!row.choice)
         return;
     if (where == SidebarList::Where::NewTab) {
         Q_EMIT q.chosenForNewTab(*row.choice);
         return;
     }
-    rows->setChosen(row.key);
+    places.rows->setChosen(row.key);
+    marks.rows->setChosen(row.key);
     Q_EMIT q.chosen(*row.choice);
 }
 
 void SidebarView::Private::toggle(const QModelIndex &index)
 {
-    const SidebarRow row = rows->row(index);
+    const SidebarRow row = rowAt(index);
     const QString notKept = QStringLiteral("Was aufgeklappt ist, konnte nicht gespeichert werden");
     if (row.kind == Kind::Section)
-        rows->setFolded(row.key, row.expanded);
+        places.rows->setFolded(row.key, row.expanded);
     else if (row.kind == Kind::Folder && row.expanded)
         report(sources.tree.collapse(row.choice->location), notKept);
     else if (row.kind == Kind::Folder)
@@ -191,9 +257,9 @@ void SidebarView::Private::eject(SidebarRow row)
     if (!row.choice)
         return;
     const Location volume = row.choice->location;
-    rows->setEjecting(volume, true);
+    places.rows->setEjecting(volume, true);
     sources.volumes.eject(volume, &q, [this, volume, title = std::move(row.title)](const Result<void> &done) {
-        rows->setEjecting(volume, false);
+        places.rows->setEjecting(volume, false);
         report(done, QStringLiteral("„%1“ wurde nicht ausgeworfen").arg(title));
     });
 }
@@ -206,15 +272,15 @@ void SidebarView::Private::report(const Result<void> &done, const QString &what)
 
 void SidebarView::Private::showMenu(const QModelIndex &index, const QPoint &screenPlace)
 {
-    list->setCurrentIndex(index);
-    if (QMenu *const menu = makeSidebarMenu(rows->row(index), actionsFor(index), &q))
+    (index.model() == places.rows ? places : marks).list->setCurrentIndex(index);
+    if (QMenu *const menu = makeSidebarMenu(rowAt(index), actionsFor(index), &q))
         menu->popup(screenPlace);
 }
 
 /// Actions hold persistent indexes, since rows may change while the menu is open.
 SidebarActions SidebarView::Private::actionsFor(const QModelIndex &index)
 {
-    const SidebarRow row = rows->row(index);
+    const SidebarRow row = rowAt(index);
     const QPersistentModelIndex line(index);
     SidebarActions actions;
     if (row.kind == Kind::Section)
@@ -246,7 +312,7 @@ void SidebarView::Private::addQuickActions(SidebarActions &actions, const Sideba
     const QUuid entry = row.entry;
     actions.rename = [this, index] {
         if (index.isValid())
-            list->rename(index);
+            places.list->rename(index);
     };
     actions.moveUp = edit([entry](Pins &pins) { return pins.moveUp(entry); });
     actions.moveDown = edit([entry](Pins &pins) { return pins.moveDown(entry); });
@@ -290,8 +356,8 @@ void SidebarView::Private::chooseSymbol(const SidebarRow &row, const QModelIndex
         if (row.image)
             report(sources.pins.setImage(row.entry, std::nullopt), unchanged);
     });
-    const QRect line = list->visualRect(index);
-    choice->openAt(QRect(list->viewport()->mapToGlobal(line.topLeft()), line.size()));
+    const QRect line = places.list->visualRect(index);
+    choice->openAt(QRect(places.list->viewport()->mapToGlobal(line.topLeft()), line.size()));
 }
 
 void SidebarView::Private::chooseImage(const SidebarRow &row)

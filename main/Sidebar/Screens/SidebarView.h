@@ -28,8 +28,8 @@ struct SidebarSources {
     ThumbnailImages *images = nullptr; ///< for entries with a picture
 };
 
-/// The sidebar: quick access, folders, volumes, network, tags, Trash, photos and agent in one list. Emits what was
-/// chosen; the window navigates.
+/// The sidebar: quick access, folders, volumes and network in a list that scrolls; below it tags, Trash and agent, which
+/// stay on the screen. Emits what was chosen; the window navigates.
 class SidebarView : public QWidget {
     Q_OBJECT
 public:
@@ -61,6 +61,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     struct Private;

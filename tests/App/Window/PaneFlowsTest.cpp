@@ -64,16 +64,17 @@ protected:
     }
     void clickSidebar(const QString &name) const
     {
-        auto *const list = window->findChild<QAbstractItemView *>(QStringLiteral("sidebarList"));
-        ASSERT_NE(list, nullptr);
-        for (int row = 0; row < list->model()->rowCount(); ++row) {
-            const QModelIndex index = list->model()->index(row, 0);
-            if (index.data().toString() != name)
-                continue;
-            list->scrollTo(index);
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(index).center());
-            QCoreApplication::processEvents();
-            return;
+        for (const char *const half : {"sidebarList", "sidebarMarks"}) {
+            auto *const list = find<QAbstractItemView>(QString::fromLatin1(half));
+            for (int row = 0; row < list->model()->rowCount(); ++row) {
+                const QModelIndex index = list->model()->index(row, 0);
+                if (index.data().toString() != name)
+                    continue;
+                list->scrollTo(index);
+                QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(index).center());
+                QCoreApplication::processEvents();
+                return;
+            }
         }
         FAIL() << name.toStdString() << " is not in the sidebar";
     }

@@ -122,7 +122,7 @@ TEST_F(TabsTest, middleClicksOpenInTheBackground)
     auto *const crumb = find<QAbstractButton>(QStringLiteral("crumb1"));
     QTest::mouseClick(crumb, Qt::MiddleButton);
     EXPECT_EQ(tabs(), "[d] eins d");
-    auto *const sidebar = find<QAbstractItemView>(QStringLiteral("sidebarList"));
+    auto *const sidebar = find<QAbstractItemView>(QStringLiteral("sidebarMarks"));
     for (int row = 0; row < sidebar->model()->rowCount(); ++row) {
         const QModelIndex index = sidebar->model()->index(row, 0);
         if (index.data().toString() == QStringLiteral("Aufräum-Agent"))

@@ -20,6 +20,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -91,14 +92,17 @@ protected:
     }
 
     QListView *list() const { return view->findChild<QListView *>(QStringLiteral("sidebarList")); }
-    QListView *listOf(const QModelIndex &) const { return list(); }
+    /// The list of tags, Trash and assistants.
+    QListView *marks() const { return view->findChild<QListView *>(QStringLiteral("sidebarMarks")); }
+    QListView *listOf(const QModelIndex &index) const { return index.model() == rows() ? list() : marks(); }
     SidebarRows *rows() const { return static_cast<SidebarRows *>(list()->model()); }
-    /// From top to bottom.
+    /// Of both lists, from top to bottom.
     std::vector<QModelIndex> lines() const
     {
         std::vector<QModelIndex> all;
-        for (int row = 0; row < rows()->rowCount(); ++row)
-            all.push_back(rows()->index(row));
+        for (const QListView *const half : {list(), marks()})
+            for (int row = 0; row < half->model()->rowCount(); ++row)
+                all.push_back(half->model()->index(row, 0));
         return all;
     }
     QStringList titles() const
@@ -216,8 +220,8 @@ TEST_F(SidebarViewTest, everyLineLeadsWhereItSays)
     EXPECT_EQ(chosen.size(), expected.size());
     EXPECT_FALSE(titles().contains(QStringLiteral("Fotos"))) << "the quick access has them";
     EXPECT_EQ(view->folderAt(middle(line(QStringLiteral("Downloads"), RowKind::Quick))), tree.path("Downloads"));
-    EXPECT_FALSE(view->folderAt(middle(line(QStringLiteral("Papierkorb"), RowKind::Place))))
-        << "files dropped there would lie in it without a record of where they came from";
+    EXPECT_FALSE(marks()->viewport()->acceptDrops())
+        << "files dropped on the Trash would lie in it without a record of where they came from";
 }
 
 TEST_F(SidebarViewTest, keysChooseFoldAndRemove)
@@ -275,6 +279,35 @@ TEST_F(SidebarViewTest, theTreeOpensAndFollowsThePane)
     EXPECT_EQ(colors.color(tree.path("Documents/Rechnungen")), QStringLiteral("Grün"));
 }
 
+TEST_F(SidebarViewTest, tagsTrashAndAgentStayOnTheScreen)
+{
+    for (int number = 0; number < 40; ++number)
+        tree.folder("Documents/Ordner " + std::to_string(number));
+    open();
+    view->resize(216, 648);
+    EXPECT_TRUE(folderTree.expand(tree.root()));
+    EXPECT_TRUE(folderTree.expand(tree.path("Documents")));
+    ASSERT_TRUE(waitUntil([this] { return titles().contains(QStringLiteral("Ordner 39")); }));
+    const auto whole = [this](const char *title) {
+        const QModelIndex index = line(QString::fromUtf8(title), SidebarRow::Kind::Place);
+        return marks()->viewport()->rect().contains(marks()->visualRect(index));
+    };
+    view->setCurrent(Place::folder(tree.path("Documents/Ordner 39")));
+    for (const int height : {648, 560}) {
+        view->resize(216, height);
+        QCoreApplication::processEvents();
+        for (const char *const title : {"Rot", "Grau", "Papierkorb", "Aufräum-Agent"})
+            EXPECT_TRUE(whole(title)) << title << " at " << height;
+        EXPECT_LE(marks()->geometry().bottom(), height);
+        EXPECT_GE(list()->height(), height / 3) << "and the places are not squeezed out";
+    }
+    // In a high window there is no gap between them.
+    view->resize(216, 2600);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(marks()->y(), list()->geometry().bottom() + 1);
+    EXPECT_EQ(list()->verticalScrollBar()->maximum(), 0);
+}
+
 TEST_F(SidebarViewTest, theLineThatWasChosenIsHighlighted)
 {
     SidebarView &sidebar = open();
@@ -289,7 +322,8 @@ TEST_F(SidebarViewTest, theLineThatWasChosenIsHighlighted)
     EXPECT_EQ(rows()->row(rows()->current()).kind, SidebarRow::Kind::Folder);
 
     sidebar.setCurrent(Place::tag(QStringLiteral("Blau")));
-    EXPECT_EQ(rows()->current().data().toString(), QStringLiteral("Blau"));
+    EXPECT_FALSE(rows()->current().isValid());
+    EXPECT_EQ(static_cast<SidebarRows *>(marks()->model())->current().data().toString(), QStringLiteral("Blau"));
     sidebar.setCurrent(Place::photos());
     EXPECT_TRUE(rows()->current().isValid());
     sidebar.setCurrent(Place::folder("/nirgends/hier"));
@@ -346,9 +380,9 @@ TEST_F(SidebarViewTest, draggingReordersEntries)
         QMimeData data;
         data.setData(QStringLiteral("application/x-brellin-quick-entry"),
                      rows()->row(line(entry, SidebarRow::Kind::Quick)).entry.toByteArray());
-        const QModelIndex target = onto == u"Ordner" ? line(onto, SidebarRow::Kind::Section)
-                                   : onto == u"Rot"  ? line(onto, SidebarRow::Kind::Place)
-                                                     : line(onto, SidebarRow::Kind::Quick);
+        const QModelIndex target = onto == u"Ordner"     ? line(onto, SidebarRow::Kind::Section)
+                                   : onto == u"Netzwerk" ? line(onto, SidebarRow::Kind::Place)
+                                                         : line(onto, SidebarRow::Kind::Quick);
         const QPoint place = middle(target) + QPoint(0, offset);
         QDragEnterEvent enter(place, Qt::MoveAction, &data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(list()->viewport(), &enter);
@@ -362,7 +396,7 @@ TEST_F(SidebarViewTest, draggingReordersEntries)
     drop(QStringLiteral("Eigene Dateien"), QStringLiteral("Ordner"), 0);
     EXPECT_EQ(entries().last(), QStringLiteral("Eigene Dateien"));
     const QStringList ordered = entries();
-    drop(QStringLiteral("Eigene Dateien"), QStringLiteral("Rot"), 0);
+    drop(QStringLiteral("Eigene Dateien"), QStringLiteral("Netzwerk"), 0);
     EXPECT_EQ(entries(), ordered) << "entries stay in the quick access";
     EXPECT_EQ(ordered.size(), before.size());
 }
