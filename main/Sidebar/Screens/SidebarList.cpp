@@ -50,6 +50,12 @@ int SidebarList::contentHeight() const
     return height;
 }
 
+void SidebarList::focusEnd(bool last)
+{
+    setFocus(Qt::ShortcutFocusReason);
+    setCurrentIndex(m_rows.index(last ? m_rows.rowCount() - 1 : 0));
+}
+
 /// Shows the focus ring only while the keyboard is used.
 void SidebarList::useKeys(bool used)
 {
@@ -125,10 +131,21 @@ void SidebarList::keyPressEvent(QKeyEvent *event)
         if (row.kind == SidebarRow::Kind::Quick)
             Q_EMIT removeWanted(index);
         return;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        Q_EMIT passed(event->key());
+        return;
     default:
-        if (!foldKey(event->key(), row, index))
+        if (passes(event->key(), index))
+            Q_EMIT passed(event->key());
+        else if (!foldKey(event->key(), row, index))
             QListView::keyPressEvent(event);
     }
+}
+
+bool SidebarList::passes(int key, const QModelIndex &index) const
+{
+    return (key == Qt::Key_Up && index.row() == 0) || (key == Qt::Key_Down && index.row() == m_rows.rowCount() - 1);
 }
 
 /// Left collapses the row or moves to its parent; right expands it.

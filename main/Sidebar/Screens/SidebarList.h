@@ -16,6 +16,8 @@ public:
     void rename(const QModelIndex &index);
     /// The height at which nothing needs to scroll.
     int contentHeight() const;
+    /// Focuses the first or the last row by keyboard.
+    void focusEnd(bool last);
 
     Q_SIGNAL void chosen(const QModelIndex &index, brellin::SidebarList::Where where);
     /// By the arrow of a section head or a folder, or a key.
@@ -23,6 +25,8 @@ public:
     Q_SIGNAL void ejectWanted(const QModelIndex &index);
     Q_SIGNAL void removeWanted(const QModelIndex &index);
     Q_SIGNAL void menuWanted(const QModelIndex &index, const QPoint &screenPlace);
+    /// An arrow key at the end of the list, or Home or End, which belong to the whole sidebar.
+    Q_SIGNAL void passed(int key);
     /// Emitted when an entry was dragged; `place` is the index in the quick access to insert it before.
     Q_SIGNAL void moveWanted(const QUuid &entry, int place);
 
@@ -43,6 +47,7 @@ protected:
 
 private:
     void useKeys(bool used);
+    bool passes(int key, const QModelIndex &index) const;
     bool foldKey(int key, const SidebarRow &row, const QModelIndex &index);
     void released(const QModelIndex &index, QPoint place);
     void showDropPlace(int place);

@@ -65,6 +65,7 @@ struct SidebarView::Private {
     void connectAll();
     void connectHalf(const Half &half);
     void fit();
+    void pass(int key);
     void choose(const QModelIndex &index, SidebarList::Where where);
     void toggle(const QModelIndex &index);
     void eject(SidebarRow row);
@@ -217,12 +218,22 @@ void SidebarView::Private::connectHalf(const Half &half)
     connect(half.list, &SidebarList::toggled, &q, [this](const QModelIndex &index) { toggle(index); });
     connect(half.list, &SidebarList::menuWanted, &q,
             [this](const QModelIndex &index, const QPoint &place) { showMenu(index, place); });
+    connect(half.list, &SidebarList::passed, &q, [this](int key) { pass(key); });
     connect(half.rows, &SidebarRows::layoutChanged, &q, [this] { fit(); });
     connect(half.rows, &SidebarRows::currentMoved, half.list, [half] {
         if (half.rows->current().isValid())
             half.list->scrollTo(half.rows->current());
     });
     connect(half.rows, &SidebarRows::failed, &q, &SidebarView::failed);
+}
+
+/// The halves are one list for the keyboard.
+void SidebarView::Private::pass(int key)
+{
+    if (key == Qt::Key_Down || key == Qt::Key_End)
+        marks.list->focusEnd(key == Qt::Key_End);
+    else
+        places.list->focusEnd(key == Qt::Key_Up);
 }
 
 void SidebarView::Private::choose(const QModelIndex &index, SidebarList::Where where)

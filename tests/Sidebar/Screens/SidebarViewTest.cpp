@@ -301,6 +301,21 @@ TEST_F(SidebarViewTest, tagsTrashAndAgentStayOnTheScreen)
         EXPECT_LE(marks()->geometry().bottom(), height);
         EXPECT_GE(list()->height(), height / 3) << "and the places are not squeezed out";
     }
+    // The keyboard goes through both lists as through one.
+    view->focusList();
+    list()->setCurrentIndex(line(QStringLiteral("Netzwerk"), SidebarRow::Kind::Place));
+    QTest::keyClick(list(), Qt::Key_Down);
+    EXPECT_TRUE(marks()->hasFocus());
+    EXPECT_EQ(marks()->currentIndex().data().toString(), QStringLiteral("Markierungen"));
+    QTest::keyClick(marks(), Qt::Key_End);
+    EXPECT_EQ(marks()->currentIndex().data().toString(), QStringLiteral("Aufräum-Agent"));
+    QTest::keyClick(marks(), Qt::Key_Home);
+    EXPECT_TRUE(list()->hasFocus());
+    EXPECT_EQ(list()->currentIndex().data().toString(), QStringLiteral("Schnellzugriff"));
+    QTest::keyClick(list(), Qt::Key_End);
+    marks()->setCurrentIndex(marks()->model()->index(0, 0));
+    QTest::keyClick(marks(), Qt::Key_Up);
+    EXPECT_EQ(list()->currentIndex().data().toString(), QStringLiteral("Netzwerk"));
     // In a high window there is no gap between them.
     view->resize(216, 2600);
     QCoreApplication::processEvents();
