@@ -37,16 +37,6 @@ std::optional<QSet<QString>> storedSelection(const UserDefaults &defaults)
 
 } // namespace
 
-QString MailBoxRef::id() const
-{
-    return account + u'\t' + name;
-}
-
-bool MailBoxRef::isInbox() const
-{
-    return name == u"INBOX" || name == u"Posteingang" || name == u"Inbox";
-}
-
 const Location &receiptBase(const KnownFolders &folders)
 {
     return folders.eigeneDateien ? *folders.eigeneDateien : folders.dir(StandardFolder::Documents);

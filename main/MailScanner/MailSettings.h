@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MailScanner/MailBoxRef.h"
 #include "MailScanner/MailRule.h"
 #include "Places/KnownFolders.h"
 #include "System/UserDefaults.h"
@@ -30,17 +31,6 @@ inline const QString autoDaily = QStringLiteral("mailAutoDaily");
 inline const QString selectedBoxes = QStringLiteral("mailSelectedBoxes");
 inline const QString done = QStringLiteral("mailDoneIDs");
 } // namespace MailKeys
-
-/// A mailbox of an account.
-struct MailBoxRef {
-    QString account;
-    QString name;
-
-    bool operator==(const MailBoxRef &) const = default;
-    /// Account, a tab, name.
-    QString id() const;
-    bool isInbox() const;
-};
 
 /// What the search for receipts is told, but for its rules.
 struct MailSettings {
