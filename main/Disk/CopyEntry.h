@@ -23,6 +23,7 @@ struct CopyProgress {
 
 struct CopyOptions {
     const JobControl *control = nullptr; ///< a cancel takes effect within 100 ms and removes the copy
+    /// Nothing is copied while it runs: block in it to pause.
     std::function<void(const CopyProgress &)> progress;
     std::chrono::milliseconds interval{50}; ///< minimum time between calls of `progress`
     CopiedEntries *copied = nullptr;        ///< records what was copied, for `removeCopied`

@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 #include <thread>
 
 namespace brellin {
@@ -21,7 +23,7 @@ public:
     void addFile() { m_files.fetch_add(1, std::memory_order_relaxed); }
     /// Makes beat() fail on all threads.
     void stop() { m_stopped.store(true, std::memory_order_relaxed); }
-    /// Call at least every 50 ms. Fails if the copy was cancelled or stopped.
+    /// Call at least every 50 ms. Fails if the copy was cancelled or stopped. Blocks while another thread reports.
     Result<void> beat();
     /// The final report of a complete copy.
     CopyProgress finished();
@@ -29,7 +31,11 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    bool isCancelled() const;
     CopyProgress soFar() const;
+    void report();
+    void setReporting(bool reporting);
+    void awaitReport();
 
     const CopyOptions &m_options;
     std::function<Location()> m_current;
@@ -38,6 +44,9 @@ private:
     std::atomic<bool> m_stopped = false;
     const std::thread::id m_reporter = std::this_thread::get_id();
     Clock::time_point m_reported = Clock::now();
+    std::mutex m_mutex; ///< guards the members below
+    std::condition_variable m_reportEnded;
+    bool m_reporting = false;
 };
 
 } // namespace brellin

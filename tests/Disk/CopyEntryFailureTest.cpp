@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <set>
 #include <thread>
@@ -200,6 +201,32 @@ TEST_F(ManyFilesTest, leaveNothingWhenOneFailsOrTheyAreCancelled)
         EXPECT_TRUE(removeOwnCopy(report ? tree.path("ziel/b") : tree.path("ziel/fehlt")));
         ASSERT_EQ(tree.snapshot(), before) << "cancelled at report " << n;
     }
+}
+
+TEST_F(ManyFilesTest, standStillWhileAReportBlocks)
+{
+    for (int i = 0; i < 500; ++i)
+        tree.file("a/viele/" + std::to_string(i), "x");
+    const auto copied = [&] {
+        const std::filesystem::recursive_directory_iterator entries(tree.path("ziel"));
+        return std::distance(begin(entries), end(entries));
+    };
+    std::ptrdiff_t before = 0;
+    std::ptrdiff_t after = -1;
+    CopyOptions options;
+    options.interval = std::chrono::milliseconds(0);
+    options.progress = [&](const CopyProgress &) {
+        if (after >= 0 || !tree.has("ziel/b/viele"))
+            return;
+        before = copied();
+        do {
+            after = copied();
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        } while (after != copied());
+    };
+    ASSERT_TRUE(copyEntry(tree.path("a"), tree.path("ziel/b"), options));
+    EXPECT_LE(after, before + 1) << "each thread may finish its file";
+    EXPECT_EQ(snapshotOf(tree.path("ziel/b")), snapshotOf(tree.path("a")));
 }
 
 TEST_F(ManyFilesTest, aFailureOfOneIsToldByItsPath)
