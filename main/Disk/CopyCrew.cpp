@@ -37,7 +37,7 @@ bool CopyCrew::isFull()
 void CopyCrew::add(std::shared_ptr<CopyFolder> folder)
 {
     startHelper();
-    folder->pending = folder->files.size() + 1;
+    *folder->pending = folder->files.size() + 1;
     {
         const std::scoped_lock lock(m_mutex);
         m_waiting.push_back(std::move(folder));
@@ -125,14 +125,9 @@ Result<void> CopyCrew::work(const Portion &portion, CopyFile &file, std::optiona
     return copied(folder, portion.end - portion.from, file);
 }
 
-Result<void> CopyCrew::leave(CopyFolder &folder, CopyFile &own) const
-{
-    return copied(folder, 1, own);
-}
-
 Result<void> CopyCrew::copied(CopyFolder &folder, std::size_t number, CopyFile &file) const
 {
-    if (folder.pending.fetch_sub(number) != number)
+    if (folder.pending->fetch_sub(number) != number)
         return {};
     Result<void> closed =
         file.closeFolder(folder.source.number(), folder.destination.number(), folder.status, folder.path);

@@ -14,7 +14,11 @@
 
 namespace brellin {
 
-/// A folder whose files are copied while the walk goes on.
+/// Files of a folder not copied yet, plus one while the walk is in it. Whoever brings it to 0 closes the folder.
+using PendingFiles = std::shared_ptr<std::atomic<std::size_t>>;
+
+/// A folder whose files are copied while the walk goes on. The walk keeps only `pending`, so that the descriptors are
+/// closed with the last file.
 struct CopyFolder {
     Descriptor source;
     Descriptor destination;
@@ -23,8 +27,7 @@ struct CopyFolder {
     std::string relative;           ///< below the copied folder, "" for that one
     std::vector<std::string> files; ///< names in it
     std::size_t next = 0;           ///< the first of them that nobody has taken
-    /// Files not copied yet, plus one while the walk is in the folder. Whoever brings it to 0 closes the folder.
-    std::atomic<std::size_t> pending = 0;
+    PendingFiles pending = std::make_shared<std::atomic<std::size_t>>(0);
 
     CopyPlace place() const
     {
@@ -47,8 +50,6 @@ public:
     void add(std::shared_ptr<CopyFolder> folder);
     /// Copies files with `own`, the walking thread's, while the queue is full: it holds folders open.
     Result<void> makeRoom(CopyFile &own);
-    /// Tells that the walk has left it. It is closed when its last file is copied.
-    Result<void> leave(CopyFolder &folder, CopyFile &own) const;
     /// Copies the rest and waits for the helper, whose lost metadata is added to that of `own`.
     Result<void> finish(CopyFile &own);
     /// Ends the helper and drops what is queued.

@@ -159,7 +159,7 @@ void CopyTree::handOverFiles()
             folder->files.push_back(std::move(entry.name));
     }
     std::erase_if(level.entries, isFile);
-    level.handedOver = folder;
+    level.handedOver = folder->pending;
     m_crew.add(std::move(folder));
 }
 
@@ -169,8 +169,8 @@ Result<void> CopyTree::leaveFolder()
     m_levels.pop_back();
     const Descriptor original = TRY(m_sources.leave());
     const Descriptor copy = TRY(m_destinations.leave());
-    if (left.handedOver)
-        return m_crew.leave(*left.handedOver, m_file);
+    if (left.handedOver && left.handedOver->fetch_sub(1) != 1)
+        return {};
     const auto closed = m_file.closeFolder(original.number(), copy.number(), left.source, left.path);
     if (!closed)
         return failure(atTop() ? closed.error() : namedFailure(closed.error(), relativeFolder(), left.name));

@@ -28,7 +28,7 @@ private:
         SourceStatus source;
         std::vector<ListedName> entries;
         std::size_t next = 0;
-        std::shared_ptr<CopyFolder> handedOver = {}; ///< has the files, which are no longer in `entries`
+        PendingFiles handedOver = {}; ///< of the files that are no longer in `entries`, if any
     };
 
     Result<void> copyContents();

@@ -301,6 +301,30 @@ TEST(CopyEntryTreeTest, treesOfAnyDepthAreCopiedFlushedAndRemoved)
     EXPECT_EQ(tree.snapshot(), "");
 }
 
+TEST(CopyEntryTreeTest, filesOnEveryLevelTakeNoDescriptorsEach)
+{
+    const TempTree tree;
+    std::string deepest = "a";
+    for (int i = 0; i < 300; ++i) {
+        tree.file(deepest + "/datei", "x");
+        deepest += "/o";
+    }
+    tree.folder(deepest);
+    {
+        const FewDescriptors few;
+        const auto report = copyEntry(tree.path("a"), tree.path("b"));
+        ASSERT_TRUE(report) << messageOf(report);
+    }
+    EXPECT_EQ(snapshotOf(tree.path("b")), snapshotOf(tree.path("a")));
+    ASSERT_TRUE(removeOwnCopy(tree.path("b")));
+
+    ASSERT_EQ(::mkfifo(tree.path(deepest + "/pipe").c_str(), 0600), 0);
+    const FewDescriptors few;
+    const auto failed = copyEntry(tree.path("a"), tree.path("b"));
+    EXPECT_EQ(messageOf(failed).find("Rest der Kopie"), std::string::npos) << messageOf(failed);
+    EXPECT_FALSE(tree.has("b"));
+}
+
 TEST(FlushEntryTest, writesEverythingAndForgetsIt)
 {
     const TempTree tree;
