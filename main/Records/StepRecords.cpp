@@ -128,7 +128,16 @@ OpenStep StepRecords::begin(StepKind kind, std::vector<StepEntry> entries, const
 
 OpenStep StepRecords::takeBack(const QUuid &step, StepKind kind, std::vector<StepEntry> entries)
 {
-    return on() ? OpenStep(*this, {step, m_clock.now(), kind, std::move(entries)}, OpenStep::Way::Back) : OpenStep();
+    if (!on() && !mayHold(step))
+        return {};
+    return OpenStep(*this, {step, m_clock.now(), kind, std::move(entries)}, OpenStep::Way::Back);
+}
+
+bool StepRecords::mayHold(const QUuid &step) const
+{
+    const KeptSteps kept = read();
+    return kept.condition.state == StoredState::Unreadable ||
+           std::ranges::find(kept.steps, step, &RecordedStep::id) != kept.steps.end();
 }
 
 Location StepRecords::newOpenFile(const Location &folder)

@@ -37,7 +37,8 @@ public:
 
     /// Call before a step. Parts of one step may share an id; they are combined.
     OpenStep begin(StepKind kind, std::vector<StepEntry> entries, const QUuid &id = QUuid::createUuid());
-    /// Call before entries of an earlier step are undone.
+    /// Call before entries of an earlier step are undone. Recorded even when switched off if that step was: the list would
+    /// offer it again.
     OpenStep takeBack(const QUuid &step, StepKind kind, std::vector<StepEntry> entries);
 
     /// Does not wait for steps in progress.
@@ -63,6 +64,7 @@ public:
 private:
     friend class OpenStep;
     bool on() const;
+    bool mayHold(const QUuid &step) const;
     static Location newOpenFile(const Location &folder);
     Result<void> append(const QByteArray &line);
     Result<FileLock> lock() const;

@@ -228,6 +228,19 @@ TEST_F(StepRecordsTest, writesNothingWhenSwitchedOffAndForgetsEverythingOnReques
     EXPECT_EQ(records.read().steps.size(), 1U) << "what was under way is not forgotten";
 }
 
+TEST_F(StepRecordsTest, recordsTakingBackWhatItHoldsAlsoWhenSwitchedOff)
+{
+    record(StepKind::Rename, at("a.txt"), at("a.txt"));
+    ASSERT_TRUE(defaults.setValue(StepRecords::setting.key, false));
+    const QUuid id = records.read().steps.front().id;
+    const auto takeBack = [&] { records.takeBack(id, StepKind::Rename, {}).settle({there({}, at("a.txt"))}); };
+    takeBack();
+    EXPECT_TRUE(records.read().steps.front().takenBack);
+    ASSERT_TRUE(records.clear());
+    takeBack();
+    EXPECT_FALSE(entryExists(records.file())) << "switched off, it names no file that it does not list";
+}
+
 TEST_F(StepRecordsTest, tellsDamagedFromUnreadableAndLosesNothing)
 {
     record(StepKind::Rename, at("a.txt"), at("a.txt"));
