@@ -1,52 +1,13 @@
 #include "Decoding/MailMessage.h"
 
-#include "Base/Location.h"
+#include "Decoding/MimeLibrary.h"
 #include "System/DecoderProtocol.h"
 
 #include <QCryptographicHash>
 
-#include <gmime/gmime.h>
-
-#include <algorithm>
-#include <array>
-#include <memory>
-
 namespace brellin {
 
 namespace {
-
-template <class T>
-struct Unref {
-    void operator()(T *object) const { g_object_unref(object); }
-};
-template <class T>
-using Object = std::unique_ptr<T, Unref<T>>;
-
-/// Once a process. Names without a charset are UTF-8, or what old programs sent.
-void prepareLibrary()
-{
-    static const bool prepared = [] {
-        g_mime_init();
-        std::array<const char *, 3> charsets{"utf-8", "windows-1252", nullptr};
-        g_mime_parser_options_set_fallback_charsets(g_mime_parser_options_get_default(), charsets.data());
-        return true;
-    }();
-    static_cast<void>(prepared);
-}
-
-Object<GMimeMessage> parsed(const QByteArray &bytes)
-{
-    prepareLibrary();
-    const Object<GMimeStream> stream(
-        g_mime_stream_mem_new_with_buffer(bytes.constData(), static_cast<std::size_t>(bytes.size())));
-    const Object<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
-    return Object<GMimeMessage>(g_mime_parser_construct_message(parser.get(), nullptr));
-}
-
-QString textOf(const char *text)
-{
-    return text ? QString::fromUtf8(text) : QString();
-}
 
 std::optional<Instant> instantOf(const char *date)
 {
@@ -91,7 +52,7 @@ QByteArray lastingHeader(GMimeMessage &message)
 
 QString idOf(GMimeMessage &message)
 {
-    if (const QString id = textOf(g_mime_message_get_message_id(&message)).simplified(); !id.isEmpty())
+    if (const QString id = mimeText(g_mime_message_get_message_id(&message)).simplified(); !id.isEmpty())
         return id;
     const QByteArray digest = QCryptographicHash::hash(lastingHeader(message), QCryptographicHash::Sha256);
     return QStringLiteral("sha256-") + QString::fromLatin1(digest.toHex());
@@ -100,7 +61,7 @@ QString idOf(GMimeMessage &message)
 /// Text in the library's memory, which is freed.
 QString taken(char *text)
 {
-    QString copy = textOf(text).simplified();
+    QString copy = mimeText(text).simplified();
     g_free(text);
     return copy;
 }
@@ -121,11 +82,11 @@ QString senderOf(GMimeMessage &message)
 
 Result<MailHead> readMailHead(const QByteArray &bytes)
 {
-    const Object<GMimeMessage> message = parsed(bytes);
+    const MimeObject<GMimeMessage> message = parsedMessage(bytes);
     if (!message || g_mime_header_list_get_count(g_mime_object_get_header_list(GMIME_OBJECT(message.get()))) == 0)
         return failure(undecodable());
-    return MailHead{idOf(*message), textOf(g_mime_message_get_subject(message.get())).simplified(), senderOf(*message),
-                    receivedOf(*message), instantOf(rawField(*message, "Date"))};
+    return MailHead{idOf(*message), mimeText(g_mime_message_get_subject(message.get())).simplified(),
+                    senderOf(*message), receivedOf(*message), instantOf(rawField(*message, "Date"))};
 }
 
 } // namespace brellin
