@@ -144,6 +144,15 @@ SortOrder orderBy(SortKey key, SortDirection direction)
 bool sortsBySize(const SortOrder &order)
 {
     return !order.empty() && order.front().key == SortKey::Size;
+/// The direction of the criterion at `place` once `key` is chosen for it.
+SortDirection directionChosen(const SortOrder &now, std::size_t place, SortKey key)
+{
+    const SortDirection first = firstDirection(key);
+    if (place >= now.size() || now[place].key != key || now[place].direction != first)
+        return first;
+    return first == SortDirection::Ascending ? SortDirection::Descending : SortDirection::Ascending;
+}
+
 }
 
 DisplayedItems displayed(const FileItems &items, const DisplayOptions &options)
@@ -159,3 +168,23 @@ DisplayedItems displayed(const FileItems &items, const DisplayOptions &options)
 }
 
 } // namespace brellin
+SortDirection firstDirection(SortKey key)
+{
+    const bool descending = key == SortKey::Size || key == SortKey::Modified;
+    return descending ? SortDirection::Descending : SortDirection::Ascending;
+}
+
+SortOrder chosenOrder(const SortOrder &now, SortKey key)
+{
+    return orderBy(key, directionChosen(now, 0, key));
+}
+
+SortOrder chosenSecond(const SortOrder &now, SortKey key)
+{
+    if (now.empty() || now.front().key == key)
+        return chosenOrder(now, key);
+    SortOrder order{now.front()};
+    std::ranges::move(orderBy(key, directionChosen(now, 1, key)), std::back_inserter(order));
+    return order;
+}
+

@@ -26,6 +26,12 @@ using SortOrder = std::vector<SortComparator>;
 /// The order by one column; equal entries are sorted by name.
 SortOrder orderBy(SortKey key, SortDirection direction);
 
+/// The direction of a column when it is first sorted by: the largest and the newest first.
+SortDirection firstDirection(SortKey key);
+/// The order after choosing a column; choosing the same one again reverses it.
+SortOrder chosenOrder(const SortOrder &now, SortKey key);
+/// The same for the column that decides between equal entries of the first one.
+SortOrder chosenSecond(const SortOrder &now, SortKey key);
 /// The size of a folder in bytes, if known.
 using KnownFolderSize = std::function<std::optional<std::int64_t>(const FileItem &folder)>;
 

@@ -81,3 +81,23 @@ TEST(ItemOrderTest, leavesEqualRowsOfALongListAsTheyStand)
     EXPECT_EQ(rowNames(displayed(items, {.order = by(SortKey::Size)})), expected);
     EXPECT_EQ(rowNames(displayed(items, {.order = by(SortKey::Size, SortDirection::Descending)})), expected);
 }
+
+TEST(ItemOrderTest, choosesTheLargestAndNewestFirstAndReverses)
+{
+    using enum SortDirection;
+    const SortOrder name = orderBy(SortKey::Name, Ascending);
+    EXPECT_EQ(chosenOrder(name, SortKey::Name), orderBy(SortKey::Name, Descending));
+    EXPECT_EQ(chosenOrder(name, SortKey::Modified), orderBy(SortKey::Modified, Descending));
+    EXPECT_EQ(chosenOrder(name, SortKey::Kind), orderBy(SortKey::Kind, Ascending));
+    const SortOrder size = chosenOrder(name, SortKey::Size);
+    EXPECT_EQ(size, orderBy(SortKey::Size, Descending));
+    EXPECT_EQ(chosenOrder(size, SortKey::Size), orderBy(SortKey::Size, Ascending));
+    EXPECT_EQ(chosenOrder(chosenOrder(size, SortKey::Size), SortKey::Size), size);
+    const SortOrder two = chosenSecond(orderBy(SortKey::Kind, Ascending), SortKey::Size);
+    const SortComparator kind{SortKey::Kind, Ascending};
+    EXPECT_EQ(two, (SortOrder{kind, {SortKey::Size, Descending}, {SortKey::Name, Ascending}}));
+    EXPECT_EQ(chosenSecond(two, SortKey::Size).at(1).direction, Ascending);
+    EXPECT_EQ(chosenSecond(two, SortKey::Kind), orderBy(SortKey::Kind, Descending)) << "it is the first already";
+    EXPECT_EQ(chosenSecond(orderBy(SortKey::Kind, Ascending), SortKey::Name),
+              (SortOrder{kind, {SortKey::Name, Descending}}));
+}

@@ -4,7 +4,10 @@
 #include "Look/Symbols.h"
 #include "Look/Theme.h"
 
+#include <QMouseEvent>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace brellin {
 
@@ -15,11 +18,16 @@ DetailsHeader::DetailsHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, pare
     setHighlightSections(false);
 }
 
-void DetailsHeader::showSort(int section, SortDirection direction)
+void DetailsHeader::showSort(std::vector<Sorted> sorted)
 {
-    m_sorted = section;
-    m_direction = direction;
+    m_sorted = std::move(sorted);
     viewport()->update();
+}
+
+void DetailsHeader::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_shift = event->modifiers().testFlag(Qt::ShiftModifier);
+    QHeaderView::mouseReleaseEvent(event);
 }
 
 QSize DetailsHeader::sizeHint() const
@@ -32,12 +40,14 @@ void DetailsHeader::paintSection(QPainter *painter, const QRect &rect, int logic
     painter->save();
     painter->fillRect(rect, color(Token::Content));
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), color(Token::Line));
-    const bool sorted = logicalIndex == m_sorted;
+    const auto shown = std::ranges::find(m_sorted, logicalIndex, &Sorted::section);
+    const bool sorted = shown != m_sorted.end();
+    const bool first = sorted && shown == m_sorted.begin();
     const bool size = logicalIndex == static_cast<int>(Column::Size);
     const int left = logicalIndex == static_cast<int>(Column::Name) ? scaled(14) : scaled(10);
     const QRect place = rect.adjusted(left, 0, -scaled(6), 0);
-    painter->setFont(sizedFont(0.92, sorted ? QFont::DemiBold : QFont::Medium));
-    painter->setPen(color(sorted ? Token::Text : Token::Secondary));
+    painter->setFont(sizedFont(0.92, first ? QFont::DemiBold : QFont::Medium));
+    painter->setPen(color(first ? Token::Text : Token::Secondary));
     const QString title = model()->headerData(logicalIndex, Qt::Horizontal, Qt::DisplayRole).toString();
     const int width = painter->fontMetrics().horizontalAdvance(title);
     const int arrow = scaled(12);
@@ -45,9 +55,9 @@ void DetailsHeader::paintSection(QPainter *painter, const QRect &rect, int logic
         // On the title's inner side: left of right-aligned titles.
         const int x = size ? place.right() - width - arrow - 4 : place.left() + width + 6;
         Symbols::paint(*painter, QRectF(x, place.center().y() - arrow / 2.0, arrow, arrow),
-                       m_direction == SortDirection::Ascending ? QStringLiteral("chevron-up")
-                                                               : QStringLiteral("chevron-down"),
-                       color(Token::Secondary));
+                       shown->direction == SortDirection::Ascending ? QStringLiteral("chevron-up")
+                                                                    : QStringLiteral("chevron-down"),
+                       first ? color(Token::Secondary) : faded(Token::Secondary, 0.5));
     }
     const Qt::Alignment alignment = Qt::AlignVCenter | (size ? Qt::AlignRight : Qt::AlignLeft);
     painter->drawText(place, static_cast<int>(alignment), title);

@@ -104,12 +104,10 @@ void DetailsView::buildHeader()
     head->setMinimumSectionSize(scaled(60));
     restoreWidths();
     head->setSectionResizeMode(static_cast<int>(Column::Name), QHeaderView::Stretch);
-    connect(head, &QHeaderView::sectionClicked, this, [this](int section) {
+    connect(head, &QHeaderView::sectionClicked, this, [this, head](int section) {
         const SortKey key = keyOf(static_cast<Column>(section));
         const SortOrder &now = m_pane.sortOrder.get();
-        const bool same = !now.empty() && now.front().key == key;
-        const bool up = same && now.front().direction == SortDirection::Descending;
-        m_pane.setSortOrder(orderBy(key, !same || up ? SortDirection::Ascending : SortDirection::Descending));
+        m_pane.setSortOrder(head->wasShiftClicked() ? chosenSecond(now, key) : chosenOrder(now, key));
     });
     m_saveSoon.setSingleShot(true);
     connect(&m_saveSoon, &QTimer::timeout, this, &DetailsView::saveWidths);
@@ -123,9 +121,15 @@ void DetailsView::buildHeader()
 
 void DetailsView::showSort(const SortOrder &order)
 {
-    for (int section = 0; section < columnCount; ++section)
-        if (!order.empty() && keyOf(static_cast<Column>(section)) == order.front().key)
-            static_cast<DetailsHeader *>(header())->showSort(section, order.front().direction);
+    std::vector<DetailsHeader::Sorted> sorted;
+    for (std::size_t place = 0; place < std::min<std::size_t>(order.size(), 2); ++place)
+        for (int section = 0; section < columnCount; ++section)
+            if (keyOf(static_cast<Column>(section)) == order[place].key)
+                sorted.push_back({section, order[place].direction});
+    // That equal entries are sorted by name goes without saying.
+    if (order.size() == 2 && order.back() == SortComparator{})
+        sorted.resize(1);
+    static_cast<DetailsHeader *>(header())->showSort(std::move(sorted));
 }
 
 /// The setting holds "column:width", separated by commas, in display order.
