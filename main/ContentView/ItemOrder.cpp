@@ -5,6 +5,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <map>
 #include <ranges>
 
 namespace brellin {
@@ -108,6 +109,30 @@ void sortBy(std::vector<std::uint32_t> &rows, Column column, SortDirection direc
         rows[i] = keyed[i].index;
 }
 
+/// Descending if the order by the same column is turned against its first direction.
+SortDirection groupDirection(const DisplayOptions &options)
+{
+    static const std::map<GroupKey, SortKey> keys{{GroupKey::Kind, SortKey::Kind},
+                                                  {GroupKey::Modified, SortKey::Modified},
+                                                  {GroupKey::Size, SortKey::Size},
+                                                  {GroupKey::Tags, SortKey::Tags}};
+    const SortKey key = keys.at(options.group);
+    const bool same = !options.order.empty() && options.order.front().key == key;
+    const bool turned = same && options.order.front().direction != firstDirection(key);
+    return turned ? SortDirection::Descending : SortDirection::Ascending;
+}
+
+std::vector<RowGroup> headings(const std::vector<std::uint32_t> &rows, const ItemGroups &groups)
+{
+    std::vector<RowGroup> found;
+    for (std::uint32_t row = 0; row < rows.size(); ++row) {
+        const std::uint64_t place = groups.places[rows[row]];
+        if (row == 0 || place != groups.places[rows[row - 1]])
+            found.push_back({row, groups.titles.at(place)});
+    }
+    return found;
+}
+
 std::vector<std::uint32_t> shownRows(const FileItems &items, const ItemFilter &filter)
 {
     std::vector<std::uint32_t> rows;
@@ -119,31 +144,6 @@ std::vector<std::uint32_t> shownRows(const FileItems &items, const ItemFilter &f
     return rows;
 }
 
-} // namespace
-
-bool DisplayedItems::hasSameRows(const DisplayedItems &other) const
-{
-    if (size() != other.size())
-        return false;
-    if (sharesItems(other))
-        return empty() || *m_rows == *other.m_rows;
-    for (std::size_t row = 0; row < size(); ++row) {
-        if (!(*this)[row].sameEntry(other[row]))
-            return false;
-    }
-    return true;
-}
-
-SortOrder orderBy(SortKey key, SortDirection direction)
-{
-    if (key == SortKey::Name)
-        return {{key, direction}};
-    return {{key, direction}, {SortKey::Name, SortDirection::Ascending}};
-}
-
-bool sortsBySize(const SortOrder &order)
-{
-    return !order.empty() && order.front().key == SortKey::Size;
 /// The direction of the criterion at `place` once `key` is chosen for it.
 SortDirection directionChosen(const SortOrder &now, std::size_t place, SortKey key)
 {
@@ -153,21 +153,34 @@ SortDirection directionChosen(const SortOrder &now, std::size_t place, SortKey k
     return first == SortDirection::Ascending ? SortDirection::Descending : SortDirection::Ascending;
 }
 
-}
+} // namespace
 
-DisplayedItems displayed(const FileItems &items, const DisplayOptions &options)
+bool DisplayedItems::hasSameRows(const DisplayedItems &other) const
 {
-    std::vector<std::uint32_t> rows = shownRows(items, options.filter);
-    // Apply the last criterion first: stable sorts preserve earlier ones among equal rows.
-    for (const auto &comparator : std::views::reverse(options.order))
-        sortBy(rows, columnOf(items, comparator.key), comparator.direction);
-    if (sortsBySize(options.order))
-        sortBy(rows, knownSizes(items, options.folderSize), options.order.front().direction);
-    std::ranges::stable_partition(rows, [&items](std::uint32_t row) { return items[row].isFolder; });
-    return {items, std::move(rows)};
+    if (size() != other.size())
+        return false;
+    if (sharesItems(other))
+        return empty() || (m_shown->rows == other.m_shown->rows && groups() == other.groups());
+    for (std::size_t row = 0; row < size(); ++row) {
+        if (!(*this)[row].sameEntry(other[row]))
+            return false;
+    }
+    return groups() == other.groups();
 }
 
-} // namespace brellin
+const std::vector<RowGroup> &DisplayedItems::groups() const
+{
+    static const std::vector<RowGroup> none;
+    return m_shown ? m_shown->groups : none;
+}
+
+SortOrder orderBy(SortKey key, SortDirection direction)
+{
+    if (key == SortKey::Name)
+        return {{key, direction}};
+    return {{key, direction}, {SortKey::Name, SortDirection::Ascending}};
+}
+
 SortDirection firstDirection(SortKey key)
 {
     const bool descending = key == SortKey::Size || key == SortKey::Modified;
@@ -188,3 +201,26 @@ SortOrder chosenSecond(const SortOrder &now, SortKey key)
     return order;
 }
 
+bool sortsBySize(const SortOrder &order)
+{
+    return !order.empty() && order.front().key == SortKey::Size;
+}
+
+DisplayedItems displayed(const FileItems &items, const DisplayOptions &options)
+{
+    std::vector<std::uint32_t> rows = shownRows(items, options.filter);
+    // Apply the last criterion first: stable sorts preserve earlier ones among equal rows.
+    for (const auto &comparator : std::views::reverse(options.order))
+        sortBy(rows, columnOf(items, comparator.key), comparator.direction);
+    if (sortsBySize(options.order))
+        sortBy(rows, knownSizes(items, options.folderSize), options.order.front().direction);
+    const bool grouped = options.group != GroupKey::None;
+    const ItemGroups groups = grouped ? groupsOf(items, options.group, options.today) : ItemGroups();
+    if (grouped)
+        sortBy(rows, groups.places, groupDirection(options));
+    std::ranges::stable_partition(rows, [&items](std::uint32_t row) { return items[row].isFolder; });
+    std::vector<RowGroup> titled = grouped ? headings(rows, groups) : std::vector<RowGroup>();
+    return {items, std::move(rows), std::move(titled)};
+}
+
+} // namespace brellin

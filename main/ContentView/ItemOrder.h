@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ContentView/FileItems.h"
+#include "ContentView/ItemGroups.h"
 
 #include <cstdint>
 #include <functional>
@@ -25,13 +26,13 @@ using SortOrder = std::vector<SortComparator>;
 
 /// The order by one column; equal entries are sorted by name.
 SortOrder orderBy(SortKey key, SortDirection direction);
-
 /// The direction of a column when it is first sorted by: the largest and the newest first.
 SortDirection firstDirection(SortKey key);
 /// The order after choosing a column; choosing the same one again reverses it.
 SortOrder chosenOrder(const SortOrder &now, SortKey key);
 /// The same for the column that decides between equal entries of the first one.
 SortOrder chosenSecond(const SortOrder &now, SortKey key);
+
 /// The size of a folder in bytes, if known.
 using KnownFolderSize = std::function<std::optional<std::int64_t>(const FileItem &folder)>;
 
@@ -42,29 +43,40 @@ using ItemFilter = std::function<bool(const FileItem &)>;
 class DisplayedItems {
 public:
     DisplayedItems() = default;
-    DisplayedItems(FileItems items, std::vector<std::uint32_t> rows)
+    DisplayedItems(FileItems items, std::vector<std::uint32_t> rows, std::vector<RowGroup> groups = {})
         : m_items(std::move(items))
-        , m_rows(std::make_shared<const std::vector<std::uint32_t>>(std::move(rows)))
+        , m_shown(std::make_shared<const Shown>(std::move(rows), std::move(groups)))
     {
     }
 
-    std::size_t size() const { return m_rows ? m_rows->size() : 0; }
+    std::size_t size() const { return m_shown ? m_shown->rows.size() : 0; }
     bool empty() const { return size() == 0; }
-    const FileItem &operator[](std::size_t row) const { return m_items[(*m_rows)[row]]; }
+    const FileItem &operator[](std::size_t row) const { return m_items[m_shown->rows[row]]; }
+    /// The headings, by their first row; none if the rows are not grouped, otherwise the first stands before row 0.
+    const std::vector<RowGroup> &groups() const;
 
     /// The whole list, including entries that the filter hides.
     const FileItems &items() const { return m_items; }
 
     /// Whether both are made from the same list, regardless of order and filter.
     bool sharesItems(const DisplayedItems &other) const { return m_items == other.m_items; }
-    /// Whether both have the same entries in the same rows, whatever their attributes.
+    /// Whether both have the same entries in the same rows under the same headings, whatever their attributes.
     bool hasSameRows(const DisplayedItems &other) const;
 
     bool operator==(const DisplayedItems &) const = default;
 
 private:
+    struct Shown {
+        Shown(std::vector<std::uint32_t> itemOfRow, std::vector<RowGroup> headings)
+            : rows(std::move(itemOfRow))
+            , groups(std::move(headings))
+        {
+        }
+        std::vector<std::uint32_t> rows;
+        std::vector<RowGroup> groups;
+    };
     FileItems m_items;
-    std::shared_ptr<const std::vector<std::uint32_t>> m_rows;
+    std::shared_ptr<const Shown> m_shown;
 };
 
 /// Options of displayed().
@@ -72,12 +84,15 @@ struct DisplayOptions {
     SortOrder order{SortComparator{}};
     ItemFilter filter = {};
     KnownFolderSize folderSize = {}; ///< only used if sorting by size first
+    GroupKey group = GroupKey::None;
+    QDate today = {}; ///< only used for groups by date
 };
 
 /// Whether the first criterion is the size.
 bool sortsBySize(const SortOrder &order);
 
-/// The entries that pass the filter, sorted; folders always come before files.
+/// The entries that pass the filter, sorted within their groups; folders always come before files. Groups are reversed if
+/// the order by the same column is.
 DisplayedItems displayed(const FileItems &items, const DisplayOptions &options);
 
 } // namespace brellin

@@ -33,6 +33,19 @@ SortOrder by(SortKey key, SortDirection direction = SortDirection::Ascending)
     return {SortComparator{key, direction}};
 }
 
+/// "Title: name name | Title: name"
+std::string groupsIn(const DisplayedItems &rows)
+{
+    std::string text;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const auto heading = std::ranges::find(rows.groups(), row, &RowGroup::first);
+        if (heading != rows.groups().end())
+            text += (row > 0 ? " | " : "") + heading->title.toStdString() + ":";
+        text += " " + rows[row].nameBytes;
+    }
+    return text;
+}
+
 } // namespace
 
 TEST(ItemOrderTest, sortsNamesAsGermansAndNumbersWantIt)
@@ -100,4 +113,22 @@ TEST(ItemOrderTest, choosesTheLargestAndNewestFirstAndReverses)
     EXPECT_EQ(chosenSecond(two, SortKey::Kind), orderBy(SortKey::Kind, Descending)) << "it is the first already";
     EXPECT_EQ(chosenSecond(orderBy(SortKey::Kind, Ascending), SortKey::Name),
               (SortOrder{kind, {SortKey::Name, Descending}}));
+}
+
+TEST(ItemOrderTest, groupsFilesBelowTheFolders)
+{
+    const FileItems items = itemsOf(
+        {"klein=1", "Riese=2000000000", "leer=0", "b/", "mittel=5000000", "A/", "gross=1000000000", "viel=999999"});
+    EXPECT_EQ(groupsIn(displayed(items, {.group = GroupKey::Size})),
+              "Ordner: A b | Ab 1 GB: gross Riese | 1 MB bis 100 MB: mittel | "
+              "Unter 1 MB: klein viel | Leer: leer");
+    EXPECT_EQ(groupsIn(displayed(items, {.order = by(SortKey::Size), .group = GroupKey::Size})),
+              "Ordner: b A | Leer: leer | Unter 1 MB: klein viel | 1 MB bis 100 "
+              "MB: mittel | Ab 1 GB: gross Riese");
+    EXPECT_EQ(groupsIn(displayed(
+                  items, {.filter = [](const FileItem &item) { return item.size == 1; }, .group = GroupKey::Size})),
+              "Unter 1 MB: klein");
+    const DisplayedItems plain = displayed(itemsOf({"a=1", "b=1"}), {});
+    EXPECT_EQ(groupsIn(plain), " a b");
+    EXPECT_FALSE(plain.hasSameRows(displayed(plain.items(), {.group = GroupKey::Size})));
 }
