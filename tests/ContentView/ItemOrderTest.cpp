@@ -46,6 +46,20 @@ std::string groupsIn(const DisplayedItems &rows)
     return text;
 }
 
+FileItems datedItems(const std::vector<std::pair<std::string, QDate>> &days)
+{
+    std::vector<FileItem> items;
+    for (const auto &[name, day] : days) {
+        FileItem item;
+        item.folder = std::make_shared<const std::string>("/f");
+        item.nameBytes = name;
+        if (day.isValid())
+            item.modified = instantFromMilliseconds(QDateTime(day, QTime(12, 0)).toMSecsSinceEpoch());
+        items.push_back(item);
+    }
+    return FileItems(std::move(items));
+}
+
 } // namespace
 
 TEST(ItemOrderTest, sortsNamesAsGermansAndNumbersWantIt)
@@ -131,4 +145,41 @@ TEST(ItemOrderTest, groupsFilesBelowTheFolders)
     const DisplayedItems plain = displayed(itemsOf({"a=1", "b=1"}), {});
     EXPECT_EQ(groupsIn(plain), " a b");
     EXPECT_FALSE(plain.hasSameRows(displayed(plain.items(), {.group = GroupKey::Size})));
+}
+
+TEST(ItemOrderTest, groupsByDatesTagsAndKinds)
+{
+    const QDate today(2026, 9, 20);
+    const FileItems dated = datedItems({{"morgen", today.addDays(1)},
+                                        {"heute", today},
+                                        {"gestern", today.addDays(-1)},
+                                        {"woche", today.addDays(-7)},
+                                        {"monat", today.addDays(-30)},
+                                        {"august", QDate(2026, 8, 1)},
+                                        {"jan", QDate(2026, 1, 1)},
+                                        {"dez", QDate(2025, 12, 31)},
+                                        {"ohne", {}}});
+    const DisplayOptions newest{.order = by(SortKey::Name), .group = GroupKey::Modified, .today = today};
+    EXPECT_EQ(groupsIn(displayed(dated, newest)),
+              "Zukünftig: morgen | Heute: heute | Gestern: gestern | Letzte 7 Tage: "
+              "woche | Letzte 30 Tage: monat | "
+              "August 2026: august | Januar 2026: jan | 2025: dez | Ohne Datum: ohne");
+
+    std::vector<FileItem> list;
+    for (const auto &[name, tags] :
+         std::vector<std::pair<std::string, QStringList>>{{"a.pdf", {}},
+                                                          {"b.txt", {u"Zoo"_qs}},
+                                                          {"c.pdf", {u"Zoo"_qs, u"Grau"_qs, u"Rot"_qs}},
+                                                          {"d.pdf", {u"Amt"_qs}}}) {
+        FileItem item = itemsOf({name})[0];
+        item.tags = tags;
+        item.kind = kindOfFile(name);
+        list.push_back(item);
+    }
+    const FileItems items(std::move(list));
+    EXPECT_EQ(groupsIn(displayed(items, {.group = GroupKey::Tags})),
+              "Rot: c.pdf | Amt: d.pdf | Zoo: b.txt | Ohne Markierung: a.pdf");
+    EXPECT_EQ(
+        groupsIn(displayed(items, {.order = by(SortKey::Kind, SortDirection::Descending), .group = GroupKey::Kind})),
+        "Textdokument: b.txt | PDF-Dokument: a.pdf c.pdf d.pdf");
 }
