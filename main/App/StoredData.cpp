@@ -98,8 +98,8 @@ const std::vector<StoredKind> &storedKinds()
         all.push_back(storedKind<QuickEntry>(QStringLiteral("quickAccess")));
         all.push_back(storedKind<Location>(QStringLiteral("sidebarExpanded")));
         all.push_back(storedKind<QString>(QStringLiteral("sidebarFolded")));
-        for (const StoredKind &kind : {FolderColors::kind(), folderViewsKind(), SendToTargets::kind(),
-                                       NetworkServers::kind(), windowsKind(), shortcutsKind()})
+        for (const StoredKind &kind : {FolderColors::kind(), folderViewsKind(), folderArrangementsKind(),
+                                       SendToTargets::kind(), NetworkServers::kind(), windowsKind(), shortcutsKind()})
             all.push_back(kind);
         return all;
     }();

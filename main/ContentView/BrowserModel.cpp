@@ -1,7 +1,6 @@
 #include "ContentView/BrowserModel.h"
 
 #include "ContentView/BrowserTexts.h"
-#include "ContentView/FolderViews.h"
 #include "ContentView/NameQuery.h"
 
 namespace brellin {
@@ -105,7 +104,7 @@ void BrowserModel::read(FolderReader::For whom)
     FolderReader::Request request{current.get(), showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut, {}};
     // Sorting by size needs folder sizes, which are requested only after listing.
     if (showsListing() && !sortsBySize())
-        request.order = DisplayOptions{sortOrder.get(), m_itemFilter, {}};
+        request.order = displayOptions();
     m_readWish = m_displayWish;
     const bool another = m_reader.folder() != request.folder;
     m_reader.read(request, whom);
@@ -251,7 +250,17 @@ void BrowserModel::saveFolderView()
     if (m_restoring)
         return;
     const FolderView view{viewMode.get(), iconSize.get()};
-    if (const Result<void> saved = rememberView(m_services.defaults, current.get(), view); !saved)
+    tellUnsaved(rememberView(m_services.defaults, current.get(), view));
+}
+
+void BrowserModel::saveArrangement()
+{
+    tellUnsaved(rememberArrangement(m_services.defaults, current.get(), m_arrangement));
+}
+
+void BrowserModel::tellUnsaved(const Result<void> &saved)
+{
+    if (!saved)
         showError(QStringLiteral("Die Ansicht konnte nicht gespeichert werden: ") + saved.error().message);
 }
 
@@ -261,6 +270,10 @@ void BrowserModel::restoreFolderView()
     const FolderView view = rememberedView(m_services.defaults, current.get(), iconSize.get());
     publish(viewMode, view.mode);
     publish(iconSize, view.iconSize);
+    const Arrangement arranged = rememberedArrangement(m_services.defaults, current.get()).value_or(m_arrangement);
+    ++m_displayWish;
+    publish(sortOrder, arranged.order);
+    publish(grouping, arranged.group);
     m_restoring = false;
 }
 

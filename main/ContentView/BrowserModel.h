@@ -4,6 +4,7 @@
 #include "ContentView/EntryChange.h"
 #include "ContentView/FileItems.h"
 #include "ContentView/FolderReader.h"
+#include "ContentView/FolderViews.h"
 #include "ContentView/ItemOrder.h"
 #include "ContentView/Listing.h"
 #include "ContentView/NavigationHistory.h"
@@ -78,6 +79,7 @@ public:
     Published<DisplayedItems> displayedItems;       ///< filtered and sorted rows for the views
     Published<Selection> selection;                 ///< subset of `items`
     Published<SortOrder> sortOrder;                 ///< default: by name
+    Published<GroupKey> grouping;                   ///< default: none
     Published<bool> showHidden;                     ///< whether hidden entries are listed
     Published<bool> loading;                        ///< the folder is being read in the background
     Published<std::optional<qint64>> freeSpace;     ///< bytes available on the folder's volume
@@ -143,7 +145,11 @@ public:
     /// The rows after and before the selection: one of them becomes current when the selected entries leave.
     std::vector<Location> neighboursOfSelection() const;
     void setPosition(const ViewPosition &seen);
+    /// Sorts and groups the rows, and stores this for the folder. Folders without an arrangement of their own are shown
+    /// in the one chosen last in this pane.
+    void arrange(const Arrangement &wanted);
     void setSortOrder(SortOrder order);
+    void setGrouping(GroupKey key);
     bool sortsBySize() const;
     void setShowHidden(bool shown);
     /// Sets a filter on the rows, for screens that embed a pane, such as a folder picker. Called
@@ -245,6 +251,9 @@ private:
     void setItems(const FileItems &shown, std::optional<DisplayedItems> rows = std::nullopt);
     void display();
     void show(DisplayedItems rows);
+    DisplayOptions displayOptions() const;
+    void saveArrangement();
+    void tellUnsaved(const Result<void> &saved);
     KnownFolderSize sizesOfFolders() const;
     void keepWhatIsThere();
     void requestSizes();
@@ -299,6 +308,7 @@ private:
     Place m_covered;                                   ///< the place that the page covers
     mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`; none until requested
     ItemFilter m_itemFilter;
+    Arrangement m_arrangement; ///< chosen last
     int m_displayWish = 0;     ///< incremented when order or filter change
     int m_readWish = 0;        ///< value of `m_displayWish` that the reading sorts for
     bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read

@@ -27,13 +27,20 @@ void BrowserModel::setItems(const FileItems &shown, std::optional<DisplayedItems
     keepWhatIsThere();
 }
 
+/// Without sizes of folders.
+DisplayOptions BrowserModel::displayOptions() const
+{
+    return {sortOrder.get(), m_itemFilter, {}, grouping.get(), QDate::currentDate()};
+}
+
 /// Sorts small lists synchronously, large ones on a worker.
 void BrowserModel::display()
 {
     m_displaySoon.stop();
     m_display.drop();
     const FileItems list = items.get();
-    const DisplayOptions options{sortOrder.get(), m_itemFilter, sizesOfFolders()};
+    DisplayOptions options = displayOptions();
+    options.folderSize = sizesOfFolders();
     if (list.size() <= sortedAtOnce) {
         show(displayed(list, options));
         return;
@@ -78,11 +85,24 @@ KnownFolderSize BrowserModel::sizesOfFolders() const
 
 void BrowserModel::setSortOrder(SortOrder order)
 {
-    if (order == sortOrder.get())
+    arrange({std::move(order), grouping.get()});
+}
+
+void BrowserModel::setGrouping(GroupKey key)
+{
+    arrange({sortOrder.get(), key});
+}
+
+void BrowserModel::arrange(const Arrangement &wanted)
+{
+    if (wanted == Arrangement{sortOrder.get(), grouping.get()})
         return;
     ++m_displayWish;
-    publish(sortOrder, std::move(order));
+    m_arrangement = wanted;
+    publish(sortOrder, wanted.order);
+    publish(grouping, wanted.group);
     display();
+    saveArrangement();
 }
 
 bool BrowserModel::sortsBySize() const

@@ -543,6 +543,35 @@ TEST_F(BrowserModelTest, remembersTheViewOfEachFolder)
     EXPECT_EQ(world.defaults.json(u"folderViews"_qs)->contains("details:100"), true);
 }
 
+TEST_F(BrowserModelTest, remembersHowEachFolderIsArranged)
+{
+    world.tree.lines({"home/A/b=", "home/A/a=22"});
+    const Arrangement largest{orderBy(SortKey::Size, SortDirection::Descending), GroupKey::None};
+    const Arrangement grouped{{{SortKey::Kind, SortDirection::Descending}, {SortKey::Size, SortDirection::Ascending}},
+                              GroupKey::Size};
+    const auto shown = [&] { return Arrangement{pane.sortOrder.get(), pane.grouping.get()}; };
+    pane.arrange(largest);
+    pane.navigate(world.home("A"));
+    EXPECT_EQ(shown(), largest) << "as chosen last";
+    pane.arrange(grouped);
+    EXPECT_EQ(pane.displayedItems.get().groups().size(), 2u);
+    pane.goUp();
+    EXPECT_EQ(shown(), largest);
+    pane.navigate(world.home("B"));
+    EXPECT_EQ(shown(), grouped);
+    BrowserModel later(world.services(), world.home("A"));
+    EXPECT_EQ((Arrangement{later.sortOrder.get(), later.grouping.get()}), grouped);
+    EXPECT_EQ(later.displayedItems.get().groups().size(), 2u) << "grouped where the folder is read";
+    const std::string key = world.home("A").native();
+    for (const char *const damaged : {"-groesse;", "-size;farbe", "", ";", "size"}) {
+        const QByteArray json = QByteArray("{\"") + key.c_str() + "\":\"" + damaged + "\"}";
+        ASSERT_TRUE(world.defaults.update(
+            u"folderArrangements"_qs, [&](const auto &) { return std::optional(UserDefaults::Change{json, false}); }));
+        const BrowserModel usual(world.services(), world.home("A"));
+        EXPECT_EQ(rowNames(usual.displayedItems.get()), "a b innen") << damaged;
+    }
+}
+
 TEST_F(BrowserModelTest, boundsTheNumberOfRememberedViews)
 {
     QByteArray many = "{";
