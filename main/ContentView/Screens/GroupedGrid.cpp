@@ -1,5 +1,10 @@
 #include "ContentView/Screens/GroupedGrid.h"
 
+#include "Base/German.h"
+#include "Look/Theme.h"
+
+#include <QPainter>
+
 #include <algorithm>
 
 namespace brellin {
@@ -81,6 +86,86 @@ std::vector<GroupedGrid::Heading> GroupedGrid::headingsIn(const QRect &area) con
         if (m_measures.heading > 0 && group.top <= area.bottom() && group.top + m_measures.heading > area.top())
             found.push_back({group.title, group.rows, group.top});
     return found;
+}
+
+int GroupedGrid::nextLine(int row) const
+{
+    const std::size_t number = groupOf(row);
+    const Group &group = m_groups[number];
+    const int place = row - group.first;
+    if (place / m_measures.columns + 1 < lines(group))
+        return group.first + std::min(place + m_measures.columns, group.rows - 1);
+    if (number + 1 == m_groups.size())
+        return row;
+    const Group &next = m_groups[number + 1];
+    return next.first + std::min(place % m_measures.columns, next.rows - 1);
+}
+
+int GroupedGrid::previousLine(int row) const
+{
+    const std::size_t number = groupOf(row);
+    const int place = row - m_groups[number].first;
+    if (place >= m_measures.columns)
+        return row - m_measures.columns;
+    if (number == 0)
+        return row;
+    const Group &before = m_groups[number - 1];
+    return before.first + std::min((lines(before) - 1) * m_measures.columns + place, before.rows - 1);
+}
+
+int GroupedGrid::rowBelow(int row, int lines) const
+{
+    for (; lines > 0; --lines)
+        row = nextLine(row);
+    for (; lines < 0; ++lines)
+        row = previousLine(row);
+    return row;
+}
+
+int GroupedGrid::scrollTo(int row, int now, int visible, QAbstractItemView::ScrollHint hint) const
+{
+    const QRect place = cell(row);
+    const Group &group = m_groups[groupOf(row)];
+    const int top = row - group.first < m_measures.columns ? group.top : place.top();
+    const int bottom = place.top() + place.height();
+    switch (hint) {
+    case QAbstractItemView::PositionAtTop:
+        return top;
+    case QAbstractItemView::PositionAtBottom:
+        return bottom - visible;
+    case QAbstractItemView::PositionAtCenter:
+        return place.center().y() - visible / 2;
+    case QAbstractItemView::EnsureVisible:
+        break;
+    }
+    return top < now ? top : std::max(now, bottom - visible);
+}
+
+int groupHeadingHeight()
+{
+    return scaled(36);
+}
+
+void paintGroupHeading(QPainter &painter, const QRect &place, const GroupedGrid::Heading &heading)
+{
+    painter.save();
+    painter.setFont(sizedFont(0.92, QFont::DemiBold));
+    painter.setPen(color(Token::Text));
+    const QRect text = place.adjusted(scaled(14), scaled(8), -scaled(14), 0);
+    painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft, heading.title);
+    const int used = painter.fontMetrics().horizontalAdvance(heading.title) + scaled(8);
+    painter.setFont(sizedFont(0.92));
+    painter.setPen(color(Token::Tertiary));
+    painter.drawText(text.adjusted(used, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, german().toString(heading.rows));
+    painter.fillRect(QRect(place.left(), place.bottom(), place.width(), 1), color(Token::Line));
+    painter.restore();
+}
+
+void paintBand(QPainter &painter, const QRect &band)
+{
+    painter.setPen(color(Token::Accent));
+    painter.setBrush(faded(Token::Accent, 0.12));
+    painter.drawRect(band.adjusted(0, 0, -1, -1));
 }
 
 } // namespace brellin

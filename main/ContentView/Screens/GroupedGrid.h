@@ -2,10 +2,13 @@
 
 #include "ContentView/ItemOrder.h"
 
+#include <QAbstractItemView>
 #include <QRect>
 
 #include <utility>
 #include <vector>
+
+class QPainter;
 
 namespace brellin {
 
@@ -35,6 +38,10 @@ public:
     /// Runs of rows, first and last, whose cells intersect the area.
     std::vector<std::pair<int, int>> rowsIn(const QRect &area) const;
     std::vector<Heading> headingsIn(const QRect &area) const;
+    /// The row `lines` below, or above if negative, in the same column where there is one.
+    int rowBelow(int row, int lines) const;
+    /// The scroll position that shows the row, with its heading if it is in the first line below.
+    int scrollTo(int row, int now, int visible, QAbstractItemView::ScrollHint hint) const;
 
 private:
     struct Group {
@@ -45,6 +52,8 @@ private:
     };
     std::size_t groupOf(int row) const;
     int lines(const Group &group) const { return (group.rows + m_measures.columns - 1) / m_measures.columns; }
+    int nextLine(int row) const;
+    int previousLine(int row) const;
 
     DisplayedItems m_rows;
     Measures m_wanted;
@@ -52,5 +61,11 @@ private:
     std::vector<Group> m_groups; ///< a single one without a heading if the rows are not grouped
     int m_height = 0;
 };
+
+/// The height of a group's heading.
+int groupHeadingHeight();
+void paintGroupHeading(QPainter &painter, const QRect &place, const GroupedGrid::Heading &heading);
+/// The rectangle that selects entries, in viewport coordinates.
+void paintBand(QPainter &painter, const QRect &band);
 
 } // namespace brellin

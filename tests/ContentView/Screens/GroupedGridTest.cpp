@@ -74,3 +74,22 @@ TEST(GroupedGridTest, headingsTakeRoomWithoutBeingRows)
     EXPECT_EQ(seen[1].rows, 7);
     EXPECT_TRUE(gridOf(grouped({4, 1}, GroupKey::None), 3).headingsIn(QRect(0, 0, 30, 500)).empty());
 }
+
+TEST(GroupedGridTest, walksAndScrollsOverTheHeadings)
+{
+    const GroupedGrid grid = gridOf(grouped({4, 1, 7}), 3);
+    EXPECT_EQ(grid.rowBelow(2, 1), 3) << "the last line is shorter";
+    EXPECT_EQ(grid.rowBelow(3, 1), 4);
+    EXPECT_EQ(grid.rowBelow(4, 1), 5);
+    EXPECT_EQ(grid.rowBelow(6, -1), 4);
+    EXPECT_EQ(grid.rowBelow(4, -1), 3);
+    EXPECT_EQ(grid.rowBelow(0, -1), 0);
+    EXPECT_EQ(grid.rowBelow(1, 10), 11);
+    EXPECT_EQ(grid.rowBelow(11, -10), 0);
+    const auto ensure = QAbstractItemView::EnsureVisible;
+    EXPECT_EQ(grid.scrollTo(5, 100, 40, ensure), 74) << "with its heading";
+    EXPECT_EQ(grid.scrollTo(8, 110, 40, ensure), 101);
+    EXPECT_EQ(grid.scrollTo(8, 0, 40, ensure), 81);
+    EXPECT_EQ(grid.scrollTo(8, 90, 40, ensure), 90) << "visible already";
+    EXPECT_EQ(grid.scrollTo(8, 0, 40, QAbstractItemView::PositionAtTop), 101);
+}
