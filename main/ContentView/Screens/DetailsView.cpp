@@ -86,11 +86,12 @@ void DetailsView::tellVisible()
 {
     if (!isVisible() && m_pane.viewMode.get() == ViewMode::Details)
         m_pane.setVisibleRows(0, 0);
-    const int height = rowHeight(m_rows.index(0, 0));
-    if (!isVisible() || height <= 0)
+    if (!isVisible() || m_rows.rowCount() == 0)
         return;
-    const int first = verticalScrollBar()->value() / height;
-    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(viewport()->height() / height) + 2);
+    const auto seen = grid().rowsIn(viewport()->rect().translated(0, verticalScrollBar()->value()));
+    if (!seen.empty())
+        m_pane.setVisibleRows(static_cast<std::size_t>(seen.front().first),
+                              static_cast<std::size_t>(seen.back().second - seen.front().first) + 2);
 }
 
 void DetailsView::buildHeader()
@@ -268,20 +269,17 @@ void DetailsView::mouseMoveEvent(QMouseEvent *event)
     stretchBand(point);
 }
 
-/// All rows have the same height, so the rows inside the band can be computed.
 void DetailsView::stretchBand(QPoint to)
 {
     m_bandTo = to;
-    const int height = rowHeight(m_rows.index(0, 0));
-    if (height <= 0)
-        return;
-    const int offset = verticalScrollBar()->value();
-    const int top = std::max(0, std::min(m_bandFrom->y(), to.y() + offset) / height);
-    const int bottom = std::min(m_rows.rowCount() - 1, std::max(m_bandFrom->y(), to.y() + offset) / height);
+    const QPoint end = to + QPoint(0, verticalScrollBar()->value());
+    const QRect band(QPoint(0, std::min(m_bandFrom->y(), end.y())), QPoint(0, std::max(m_bandFrom->y(), end.y())));
+    const std::vector<std::pair<int, int>> inside = grid().rowsIn(band);
     QItemSelection selected = m_beforeBand;
-    if (top <= bottom)
-        selected.merge(QItemSelection(m_rows.index(top, 0), m_rows.index(bottom, columnCount - 1)),
-                       QItemSelectionModel::Select);
+    if (!inside.empty())
+        selected.merge(
+            QItemSelection(m_rows.index(inside.front().first, 0), m_rows.index(inside.back().second, columnCount - 1)),
+            QItemSelectionModel::Select);
     selectionModel()->select(selected, QItemSelectionModel::ClearAndSelect);
     viewport()->update();
 }
@@ -308,16 +306,103 @@ void DetailsView::scrollContentsBy(int dx, int dy)
 
 void DetailsView::paintEvent(QPaintEvent *event)
 {
-    QTreeView::paintEvent(event);
+    if (isGrouped())
+        paintGroups(event->rect());
+    else
+        QTreeView::paintEvent(event);
     if (!m_bandFrom)
         return;
     const QPoint from = *m_bandFrom - QPoint(0, verticalScrollBar()->value());
     if (from == m_bandTo)
         return;
     QPainter painter(viewport());
-    painter.setPen(color(Token::Accent));
-    painter.setBrush(faded(Token::Accent, 0.12));
-    painter.drawRect(QRect(from, m_bandTo).normalized().adjusted(0, 0, -1, -1));
+    paintBand(painter, QRect(from, m_bandTo).normalized());
+}
+
+void DetailsView::paintGroups(const QRect &area)
+{
+    executeDelayedItemsLayout();
+    QPainter painter(viewport());
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const int offset = verticalScrollBar()->value();
+    const QRect shown = area.translated(0, offset);
+    for (const auto &[first, last] : grid().rowsIn(QRect(0, shown.top(), 1, shown.height())))
+        for (int row = first; row <= last; ++row)
+            paintRow(painter, option, row, grid().cell(row).top() - offset);
+    for (const GroupedGrid::Heading &heading : grid().headingsIn(shown))
+        paintGroupHeading(painter, QRect(0, heading.top - offset, viewport()->width(), groupHeadingHeight()), heading);
+}
+
+/// As QTreeView would.
+void DetailsView::paintRow(QPainter &painter, QStyleOptionViewItem option, int row, int top) const
+{
+    const QStyle::State usual = option.state;
+    for (int section = 0; section < columnCount; ++section) {
+        if (header()->isSectionHidden(section))
+            continue;
+        const QModelIndex index = m_rows.index(row, section);
+        option.rect = QRect(columnViewportPosition(section), top, columnWidth(section), grid().cell(row).height());
+        option.state = usual;
+        option.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+        option.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+        m_delegate->paint(&painter, option, index);
+    }
+}
+
+/// Of ungrouped rows, too.
+const GroupedGrid &DetailsView::grid() const
+{
+    m_grid.layOut(m_rows.shown(), {1, QSize(1, m_delegate->sizeHint({}, {}).height()), groupHeadingHeight()});
+    return m_grid;
+}
+
+QRect DetailsView::visualRect(const QModelIndex &index) const
+{
+    QRect rect = QTreeView::visualRect(index);
+    if (isGrouped() && !rect.isEmpty() && index.row() < m_rows.rowCount())
+        rect.moveTop(grid().cell(index.row()).top() - verticalScrollBar()->value());
+    return rect;
+}
+
+QModelIndex DetailsView::indexAt(const QPoint &point) const
+{
+    if (!isGrouped())
+        return QTreeView::indexAt(point);
+    const int row = grid().rowAt(QPoint(0, point.y() + verticalScrollBar()->value()));
+    const int column = header()->logicalIndexAt(point.x());
+    return row < 0 || column < 0 ? QModelIndex() : m_rows.index(row, column);
+}
+
+void DetailsView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    if (!isGrouped() || !index.isValid()) {
+        QTreeView::scrollTo(index, hint);
+        return;
+    }
+    executeDelayedItemsLayout();
+    const int now = verticalScrollBar()->value();
+    verticalScrollBar()->setValue(grid().scrollTo(index.row(), now, viewport()->height(), hint));
+}
+
+void DetailsView::updateGeometries()
+{
+    const int scrolled = verticalScrollBar()->value();
+    QTreeView::updateGeometries();
+    if (!isGrouped())
+        return;
+    // QTreeView does not count the headings.
+    verticalScrollBar()->setRange(0, std::max(0, grid().height() - viewport()->height()));
+    verticalScrollBar()->setValue(scrolled);
+}
+
+/// QTreeView ignores clicks below the place that its last row had without headings.
+void DetailsView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (isGrouped())
+        QAbstractItemView::mouseDoubleClickEvent(event);
+    else
+        QTreeView::mouseDoubleClickEvent(event);
 }
 
 void DetailsView::startDrag(Qt::DropActions actions)
