@@ -116,9 +116,6 @@ IconsView::IconsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pi
     setItemDelegate(m_delegate);
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
-    setResizeMode(QListView::Adjust);
-    setUniformItemSizes(true);
-    setSelectionRectVisible(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -152,7 +149,8 @@ void IconsView::setIconSide(double side)
 {
     const int wanted = scaled(side);
     m_delegate->setIconSide(wanted);
-    setGridSize(TileDelegate::tileSize(wanted));
+    m_tile = TileDelegate::tileSize(wanted);
+    doItemsLayout();
     m_visibleSoon.start(30);
 }
 
@@ -163,16 +161,156 @@ void IconsView::nameVisible()
     if (!isVisible())
         return;
     std::vector<Location> wanted;
-    const int first = std::max(0, indexAt(QPoint(gridSize().width() / 2, gridSize().height() / 2)).row());
-    const QRect seen = viewport()->rect();
-    int row = first;
-    for (; row < m_rows.rowCount() && visualRect(m_rows.index(row, 0)).top() <= seen.bottom(); ++row) {
+    const std::vector<std::pair<int, int>> seen = grid().rowsIn(inContent(viewport()->rect()));
+    const int first = seen.empty() ? 0 : seen.front().first;
+    const int end = seen.empty() ? 0 : seen.back().second + 1;
+    for (int row = first; row < end; ++row)
         if (mayHaveThumbnail(m_rows.item(row)))
             wanted.push_back(m_rows.item(row).location());
-    }
-    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(row - first));
+    m_pane.setVisibleRows(static_cast<std::size_t>(first), static_cast<std::size_t>(end - first));
     if (m_thumbnails)
         m_thumbnails->setVisible(this, wanted);
+}
+
+const GroupedGrid &IconsView::grid() const
+{
+    const int columns = std::max(1, viewport()->width() / m_tile.width());
+    m_grid.layOut(m_rows.shown(), {columns, m_tile, groupHeadingHeight()});
+    return m_grid;
+}
+
+QRect IconsView::inContent(const QRect &seen) const
+{
+    return seen.translated(0, verticalScrollBar()->value());
+}
+
+QRect IconsView::visualRect(const QModelIndex &index) const
+{
+    if (!index.isValid() || index.column() > 0 || index.row() >= m_rows.rowCount())
+        return {};
+    return grid().cell(index.row()).translated(0, -verticalScrollBar()->value());
+}
+
+QModelIndex IconsView::indexAt(const QPoint &point) const
+{
+    const int row = grid().rowAt(point + QPoint(0, verticalScrollBar()->value()));
+    return row < 0 ? QModelIndex() : m_rows.index(row, 0);
+}
+
+void IconsView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    if (!index.isValid())
+        return;
+    executeDelayedItemsLayout();
+    const int now = verticalScrollBar()->value();
+    verticalScrollBar()->setValue(grid().scrollTo(index.row(), now, viewport()->height(), hint));
+}
+
+QModelIndex IconsView::moveCursor(CursorAction action, Qt::KeyboardModifiers)
+{
+    const int last = m_rows.rowCount() - 1;
+    if (last < 0 || !currentIndex().isValid())
+        return last < 0 ? QModelIndex() : m_rows.index(0, 0);
+    const int page = std::max(1, viewport()->height() / m_tile.height());
+    const int now = currentIndex().row();
+    const auto row = [&] {
+        switch (action) {
+        case MoveUp:
+            return grid().rowBelow(now, -1);
+        case MoveDown:
+            return grid().rowBelow(now, 1);
+        case MovePageUp:
+            return grid().rowBelow(now, -page);
+        case MovePageDown:
+            return grid().rowBelow(now, page);
+        case MoveLeft:
+        case MovePrevious:
+            return std::max(0, now - 1);
+        case MoveRight:
+        case MoveNext:
+            return std::min(last, now + 1);
+        case MoveHome:
+            return 0;
+        case MoveEnd:
+            return last;
+        }
+        return now;
+    };
+    return m_rows.index(row(), 0);
+}
+
+/// A rubber band selects what it touches, keys and clicks with Shift the rows between both corners.
+void IconsView::setSelection(const QRect &area, QItemSelectionModel::SelectionFlags command)
+{
+    QItemSelection selected;
+    const auto add = [&](int first, int last) { selected.select(m_rows.index(first, 0), m_rows.index(last, 0)); };
+    if (state() == DragSelectingState) {
+        for (const auto &[first, last] : grid().rowsIn(inContent(area.normalized())))
+            add(first, last);
+    } else {
+        const int from = indexAt(area.topLeft()).row();
+        const int to = indexAt(area.bottomRight()).row();
+        if (from >= 0 && to >= 0)
+            add(std::min(from, to), std::max(from, to));
+    }
+    selectionModel()->select(selected, command);
+}
+
+QRegion IconsView::visualRegionForSelection(const QItemSelection &selection) const
+{
+    QRegion region;
+    for (const auto &[first, last] : grid().rowsIn(inContent(viewport()->rect())))
+        for (int row = first; row <= last; ++row)
+            if (selection.contains(m_rows.index(row, 0)))
+                region += visualRect(m_rows.index(row, 0));
+    return region;
+}
+
+void IconsView::updateGeometries()
+{
+    QAbstractItemView::updateGeometries();
+    verticalScrollBar()->setSingleStep(m_tile.height() / 3);
+    verticalScrollBar()->setPageStep(viewport()->height());
+    verticalScrollBar()->setRange(0, std::max(0, grid().height() - viewport()->height()));
+}
+
+void IconsView::paintEvent(QPaintEvent *event)
+{
+    executeDelayedItemsLayout();
+    QPainter painter(viewport());
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const QStyle::State usual = option.state;
+    const QRect area = inContent(event->rect());
+    for (const auto &[first, last] : grid().rowsIn(area)) {
+        for (int row = first; row <= last; ++row) {
+            const QModelIndex index = m_rows.index(row, 0);
+            option.rect = visualRect(index);
+            option.state = usual;
+            option.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+            option.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+            m_delegate->paint(&painter, option, index);
+        }
+    }
+    const int offset = verticalScrollBar()->value();
+    for (const GroupedGrid::Heading &heading : grid().headingsIn(area))
+        paintGroupHeading(painter, QRect(0, heading.top - offset, viewport()->width(), groupHeadingHeight()), heading);
+    if (state() == DragSelectingState)
+        paintBand(painter, QRect(m_bandFrom, m_bandTo).normalized().translated(0, -offset));
+}
+
+void IconsView::mousePressEvent(QMouseEvent *event)
+{
+    m_bandFrom = event->position().toPoint() + QPoint(0, verticalScrollBar()->value());
+    QListView::mousePressEvent(event);
+}
+
+void IconsView::mouseMoveEvent(QMouseEvent *event)
+{
+    QListView::mouseMoveEvent(event);
+    m_bandTo = event->position().toPoint() + QPoint(0, verticalScrollBar()->value());
+    if (state() == DragSelectingState)
+        viewport()->update();
 }
 
 void IconsView::mouseReleaseEvent(QMouseEvent *event)
@@ -180,6 +318,7 @@ void IconsView::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() == Qt::MiddleButton)
         Q_EMIT middleClicked(indexAt(event->position().toPoint()));
     QListView::mouseReleaseEvent(event);
+    viewport()->update();
 }
 
 void IconsView::scrollContentsBy(int dx, int dy)
@@ -190,7 +329,7 @@ void IconsView::scrollContentsBy(int dx, int dy)
 
 void IconsView::resizeEvent(QResizeEvent *event)
 {
-    QListView::resizeEvent(event);
+    QAbstractItemView::resizeEvent(event);
     m_visibleSoon.start(30);
 }
 
