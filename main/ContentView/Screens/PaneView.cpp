@@ -1,9 +1,12 @@
 #include "ContentView/Screens/PaneView.h"
 
+#include "ContentView/Screens/ArrangementMenu.h"
 #include "Look/Buttons.h"
 #include "Look/Theme.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
@@ -168,6 +171,32 @@ void PaneView::buildViews()
     };
     connect(m_details, &DetailsView::middleClicked, this, openBehind);
     connect(m_icons, &IconsView::middleClicked, this, openBehind);
+    QHeaderView *const header = m_details->header();
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QWidget::customContextMenuRequested, this,
+            [this, header](const QPoint &at) { arrangementMenu()->popup(header->mapToGlobal(at)); });
+}
+
+QMenu *PaneView::arrangementMenu()
+{
+    auto *const menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("arrangementMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addArrangementTo(*menu);
+    return menu;
+}
+
+void PaneView::addArrangementTo(QMenu &menu)
+{
+    addArrangement(menu, m_pane);
+}
+
+/// By key, so with the first entry current.
+void PaneView::showArrangement()
+{
+    QMenu *const menu = arrangementMenu();
+    menu->popup(view().mapToGlobal(QPoint(0, 0)));
+    menu->setActiveAction(menu->actions().constFirst());
 }
 
 void PaneView::link(QAbstractItemView *view)

@@ -7,6 +7,7 @@
 
 #include <QStackedWidget>
 
+class QMenu;
 class QPushButton;
 
 namespace brellin {
@@ -55,6 +56,11 @@ public:
 
     /// Passes the views' selection on to the model; call before a command.
     void settle() { m_link->settle(); }
+    /// Adds the choices of sorting and grouping.
+    void addArrangementTo(QMenu &menu);
+    /// Shows them as a menu of their own, above the list.
+    void showArrangement();
+
     /// Opens the selected entries; a single folder in this pane, several in tabs.
     void openSelection();
 
@@ -70,6 +76,7 @@ private:
     void followPosition(const ViewPosition &wanted);
     bool keyPressed(const QKeyEvent &key, bool inView);
     bool endOne();
+    QMenu *arrangementMenu();
     void link(QAbstractItemView *view);
     void takeDrops(QAbstractItemView *view);
     void showDrop(const std::optional<Location> &folder);
