@@ -74,6 +74,8 @@ public:
     void toggleSidebar();
     void showSettings();
     void showShortcuts();
+    /// The menu that sorts and groups the active pane.
+    void showArrangement();
     /// The menu of all commands.
     void openMenu();
     /// Reads the pane and the sidebar's tree again.

@@ -51,6 +51,7 @@ void MainWindow::showMenu(const QPoint &global)
         add(Reload, QStringLiteral("rotate-cw"));
         add(SelectAll, QStringLiteral("list-checks"));
         add(ShowHidden, QStringLiteral("eye"));
+        tab()->activeView().addArrangementTo(*menu);
         menu->addSeparator();
         add(OpenTerminal, QStringLiteral("terminal"));
         add(StorageOverview, QStringLiteral("chart-pie"));
@@ -287,6 +288,11 @@ QMenu *MainWindow::showAllCommands(QWidget *under)
     addUndoList(*menu);
     menu->popup(under->mapToGlobal(QPoint(under->width() - menu->sizeHint().width(), under->height() + 4)));
     return menu;
+}
+
+void MainWindow::showArrangement()
+{
+    tab()->activeView().showArrangement();
 }
 
 /// By key, so with the first entry current.

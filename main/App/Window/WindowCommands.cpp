@@ -267,6 +267,8 @@ std::vector<WindowCommand> viewMenu()
              inFolder, zoomBy(iconStep));
     menu.add(SmallerIcons, QStringLiteral("Kleinere Symbole"), {control | Qt::Key_Minus}, leaves, inFolder,
              zoomBy(-iconStep));
+    menu.add(Arrange, QStringLiteral("Sortieren und gruppieren …"), {control | alt | Qt::Key_S}, leaves, inFolder,
+             run(&MainWindow::showArrangement));
     menu.add(
         ShowHidden, QStringLiteral("Versteckte Dateien ein/aus"),
         {control | Qt::Key_H, control | shift | Qt::Key_Period}, leaves, inFolder,

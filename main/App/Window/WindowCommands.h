@@ -69,6 +69,7 @@ enum class CommandId {
     Icons,
     LargerIcons,
     SmallerIcons,
+    Arrange,
     DualPane,
     OtherPane,
     Preview,
