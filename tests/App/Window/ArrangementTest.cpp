@@ -13,17 +13,9 @@ namespace {
 /// Sorting and grouping by clicks on the header and keys in menus.
 class ArrangementTest : public WindowWorld {
 protected:
-    ArrangementTest()
-    {
-        folder = folder.parent_path() / "ordnung"; // the arrangement of a folder is stored
-        std::filesystem::remove_all(folder);
-    }
     void TearDown() override
     {
         WindowWorld::TearDown();
-        const auto drop = [](const auto &) { return std::optional(UserDefaults::Change{"{}", false}); };
-        for (const char16_t *const one : {u"folderArrangements", u"folderViews"})
-            EXPECT_TRUE(services->settings().update(QString::fromUtf16(one), drop));
         EXPECT_TRUE(services->settings().setValue(QStringLiteral("lastViewMode"), QVariant()));
     }
     QHeaderView *header() const { return shownOne<QHeaderView>(QStringLiteral("detailsHeader")); }

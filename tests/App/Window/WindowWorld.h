@@ -29,6 +29,11 @@ protected:
         folder = home / "d";
         Theme::install(*qApp);
         services = std::make_unique<Services>(Services::Writing::OnWorker);
+        // Stored by earlier tests for the same folder.
+        for (const char16_t *const one : {u"folderArrangements", u"folderViews"})
+            EXPECT_TRUE(services->settings().update(QString::fromUtf16(one), [](const auto &) {
+                return std::optional(UserDefaults::Change{"{}", false});
+            }));
         desktop = std::make_unique<DesktopSettings>(Theme::shared(), nullptr);
         composition = std::make_unique<WindowComposition>(*services, *desktop);
     }
