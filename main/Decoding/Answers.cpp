@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 
@@ -65,7 +66,7 @@ Result<QByteArray> answerAbout(OpenFile &open, const DecoderRequest &request)
     if (request.word == decoderWords::pdfPage && argument(1, 1'000'000) >= 0 && argument(2, mostPictureSide) > 0)
         return bytesOf(TRY(drawPdfPage(open.file, argument(1, 1'000'000), argument(2, mostPictureSide))));
     if (request.word == decoderWords::facts)
-        return jsonOf(TRY(mediaFacts(open.file)));
+        return jsonOf(TRY(mediaFacts(open.file, std::max(argument(1, 1'000'000), 0))));
     if (request.word == decoderWords::archive)
         return jsonOf(TRY(archiveListing(open.descriptor.number())));
     if (request.word == decoderWords::pdfText)

@@ -53,21 +53,27 @@ QJsonObject pictureFacts(QIODevice &file)
     return facts;
 }
 
-Result<QJsonObject> pdfFacts(QIODevice &file)
+Result<QJsonObject> pdfFacts(QIODevice &file, int page)
 {
     QPdfDocument document;
     document.load(&file);
     if (document.status() != QPdfDocument::Status::Ready)
         return failure(undecodable());
-    return QJsonObject{{QStringLiteral("pages"), document.pageCount()}};
+    QJsonObject facts{{QStringLiteral("pages"), document.pageCount()}};
+    const QSizeF points = page < document.pageCount() ? document.pagePointSize(page) : QSizeF();
+    if (!points.isEmpty()) {
+        facts.insert(QStringLiteral("pageWidth"), points.width());
+        facts.insert(QStringLiteral("pageHeight"), points.height());
+    }
+    return facts;
 }
 
 } // namespace
 
-Result<QJsonObject> mediaFacts(QIODevice &file)
+Result<QJsonObject> mediaFacts(QIODevice &file, int page)
 {
     if (file.peek(1024).contains("%PDF-"))
-        return pdfFacts(file);
+        return pdfFacts(file, page);
     QJsonObject facts = recordingFacts(file);
     if (facts.isEmpty())
         facts = pictureFacts(file);

@@ -8,9 +8,9 @@
 namespace brellin {
 
 /// Metadata of a picture, PDF, video or audio file, as far as present: "width" and "height" (pixels, upright), "taken"
-/// (ISO 8601 local time without zone), "camera", "pages", "seconds". The device must be open for reading and
-/// random-access.
-Result<QJsonObject> mediaFacts(QIODevice &file);
+/// (ISO 8601 local time without zone), "camera", "pages", "pageWidth" and "pageHeight" (of this page, in points),
+/// "seconds". The device must be open for reading and random-access.
+Result<QJsonObject> mediaFacts(QIODevice &file, int page = 0);
 
 /// The same from a camera's EXIF data; `bytes` start with "II" or "MM".
 QJsonObject exifFacts(QByteArrayView bytes);

@@ -3,6 +3,7 @@
 #include "Base/Location.h"
 #include "System/DecoderProtocol.h"
 
+#include <QSizeF>
 #include <QString>
 
 #include <cstdint>
@@ -31,6 +32,7 @@ struct PreviewNothing {
 /// A picture, or a frame of a video.
 struct PreviewPicture {
     DecodedPicture picture;
+    QSizeF whole; ///< in pixels at 100 %; `picture` may be scaled down
 
     bool operator==(const PreviewPicture &) const = default;
 };
@@ -40,6 +42,7 @@ struct PreviewPage {
     DecodedPicture picture;
     int page = 0;
     int pages = 1;
+    QSizeF whole; ///< in pixels at 100 %, which is 96 to the inch
 
     bool operator==(const PreviewPage &) const = default;
 };

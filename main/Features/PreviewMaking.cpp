@@ -19,6 +19,21 @@ namespace brellin {
 
 namespace {
 
+/// The size of the whole picture by its longest side. Decoder output is untrusted: limits the side, and uses the shape of
+/// what was decoded.
+QSizeF wholeSize(const DecodedPicture &picture, double longest)
+{
+    constexpr double most = 100'000;
+    const QSizeF decoded(picture.width, picture.height);
+    const double side = std::max(decoded.width(), decoded.height());
+    return longest > 0 ? decoded * (std::min(longest, most) / side) : decoded;
+}
+
+double longestOf(const QJsonObject &media, QStringView width, QStringView height)
+{
+    return std::max(media.value(width).toDouble(), media.value(height).toDouble());
+}
+
 /// The second step for one entry.
 class Completing {
 public:
@@ -71,10 +86,8 @@ void Completing::readFile()
     if (type.conformsTo(TypeTrait::Pdf)) {
         showPage();
     } else if (type.conformsTo(TypeTrait::Image)) {
-        addMediaFacts(m_content, mediaFacts());
         showPicture(decoderWords::picture);
     } else if (type.conformsTo(TypeTrait::Movie)) {
-        addMediaFacts(m_content, mediaFacts());
         showPicture(decoderWords::video);
     } else if (type.conformsTo(TypeTrait::Audio)) {
         addMediaFacts(m_content, mediaFacts());
@@ -87,7 +100,8 @@ void Completing::readFile()
 
 QJsonObject Completing::mediaFacts()
 {
-    const Result<QByteArray> json = m_decoder.ask({decoderWords::facts, {path()}}, &m_control);
+    const Result<QByteArray> json =
+        m_decoder.ask({decoderWords::facts, {path(), std::to_string(m_wish.page)}}, &m_control);
     return json ? QJsonDocument::fromJson(*json).object() : QJsonObject();
 }
 
@@ -98,11 +112,13 @@ void Completing::explain(const Failure &why)
 
 void Completing::showPicture(const char *word)
 {
+    const QJsonObject media = mediaFacts();
+    addMediaFacts(m_content, media);
     if (m_control.cancelled())
         return;
     Result<DecodedPicture> picture = m_decoder.askForPicture({word, {path(), std::to_string(m_wish.side)}}, &m_control);
     if (picture)
-        m_content.body = PreviewPicture{*std::move(picture)};
+        m_content.body = PreviewPicture{*picture, wholeSize(*picture, longestOf(media, u"width", u"height"))};
     else
         explain(picture.error());
 }
@@ -117,8 +133,10 @@ void Completing::showPage()
     const int page = std::clamp(m_wish.page, 0, pages - 1);
     Result<DecodedPicture> picture = m_decoder.askForPicture(
         {decoderWords::pdfPage, {path(), std::to_string(page), std::to_string(m_wish.side)}}, &m_control);
+    constexpr double pixelsPerPoint = 96.0 / 72;
+    const double longest = longestOf(media, u"pageWidth", u"pageHeight") * pixelsPerPoint;
     if (picture)
-        m_content.body = PreviewPage{*std::move(picture), page, pages};
+        m_content.body = PreviewPage{*picture, page, pages, wholeSize(*picture, longest)};
     else
         explain(picture.error());
 }

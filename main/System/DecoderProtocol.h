@@ -23,7 +23,7 @@ namespace decoderWords {
 constexpr const char *picture = "bild";   ///< FILE SIDE: a `DecodedPicture`
 constexpr const char *pdfPage = "pdf";    ///< FILE PAGE SIDE: a `DecodedPicture`
 constexpr const char *video = "video";    ///< FILE SIDE: a `DecodedPicture`; not supported by a persistent process
-constexpr const char *facts = "angaben";  ///< FILE: a JSON object
+constexpr const char *facts = "angaben";  ///< FILE [PAGE]: a JSON object
 constexpr const char *archive = "archiv"; ///< FILE: a JSON object
 constexpr const char *pdfText = "pdf-text";
 /// Streams the archive on standard input as messages of ArchiveStream.h; not supported by a persistent process.

@@ -149,7 +149,7 @@ TEST(MediaFactsTest, readsWhatFilesSayOfThemselves)
         {"matroska", matroska(), object(R"({"seconds":10,"width":640,"height":360})")},
         {"avi", avi(), object(R"({"seconds":10,"width":720,"height":576})")},
         {"exif", exif(), object(R"({"camera":"Canon R5","taken":"2026-09-03T14:05:09"})")},
-        {"pdf", smallPdf("x"), object(R"({"pages":1})")},
+        {"pdf", smallPdf("x"), object(R"({"pages":1,"pageWidth":400,"pageHeight":200})")},
         {"text", "only words", {}},
     };
     for (const auto &row : rows)

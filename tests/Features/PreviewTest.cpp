@@ -105,6 +105,7 @@ TEST_F(PreviewTest, tellsWhatFilesSayOfThemselves)
         QByteArray(R"({"width":4000,"height":3000,"taken":"2026-08-01T10:00:00","camera":"X 1","seconds":67})"));
     const PreviewContent picture = shown(tree.file("Bild.jpg", "12345"));
     EXPECT_EQ(std::get<PreviewPicture>(picture.body).picture, redPicture());
+    EXPECT_EQ(std::get<PreviewPicture>(picture.body).whole, QSizeF(4000, 2000)) << "in the shape of what was decoded";
     EXPECT_TRUE(picture.summary.endsWith(u" · 5 Byte")) << picture.summary.toStdString();
     EXPECT_EQ(fact(picture, u"Abmessungen"_qs), u"4.000 × 3.000"_qs);
     EXPECT_EQ(fact(picture, u"Aufgenommen"_qs), u"1. August 2026, 10:00"_qs);
@@ -128,9 +129,10 @@ TEST_F(PreviewTest, tellsWhatFilesSayOfThemselves)
 
 TEST_F(PreviewTest, turnsThePagesOfADocument)
 {
-    decoder.answers.emplace(decoderWords::facts, QByteArray(R"({"pages":3})"));
+    decoder.answers.emplace(decoderWords::facts, QByteArray(R"({"pages":3,"pageWidth":600,"pageHeight":300})"));
     const Location pdf = tree.file("a.pdf", "12345");
     EXPECT_TRUE(shown(pdf).summary.endsWith(u"5 Byte · 3 Seiten"));
+    EXPECT_EQ(std::get<PreviewPage>(loader.content.get().body).whole, QSizeF(800, 400)) << "at 96 pixels per inch";
     for (const auto &[asked, page] : {std::pair(2, 2), std::pair(7, 2), std::pair(0, 0)}) {
         loader.showPage(asked);
         EXPECT_TRUE(waitUntil([&, page] { return std::get<PreviewPage>(loader.content.get().body).page == page; }));
