@@ -2,6 +2,7 @@
 
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
+#include "Look/FocusRing.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
@@ -198,17 +199,7 @@ void SheetFrame::paintEvent(QPaintEvent *)
 /// Makes Tab cycle within the sheet.
 bool SheetFrame::focusNextPrevChild(bool next)
 {
-    QWidget *candidate = QApplication::focusWidget() ? QApplication::focusWidget() : this;
-    for (QWidget *const start = candidate; candidate;) {
-        candidate = next ? candidate->nextInFocusChain() : candidate->previousInFocusChain();
-        if (candidate == start)
-            break;
-        if (candidate != this && isAncestorOf(candidate) && candidate->isVisibleTo(this) && candidate->isEnabled() &&
-            candidate->focusPolicy() & Qt::TabFocus) {
-            candidate->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            return true;
-        }
-    }
+    focusWithin(*this, next);
     return true;
 }
 

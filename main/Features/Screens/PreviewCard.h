@@ -5,13 +5,13 @@
 
 #include <QTimer>
 
-class QPlainTextEdit;
 class QStackedWidget;
-class QTreeWidget;
 
 namespace brellin {
 
+class PreviewArchiveList;
 class PreviewCanvas;
+class PreviewTextView;
 class TextLabel;
 
 /// The upper card of the preview: a picture, a page, a text, or the list of an archive's entries.
@@ -30,11 +30,6 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void buildText();
-    void buildList();
-    void dress();
-    void showText(const PreviewText &text);
-    void showArchive(const PreviewArchive &archive);
     void showCanvas(const PreviewContent &content);
     /// Sets the height from the width; a layout nested in another widget's layout does not do that.
     void fitHeight();
@@ -42,8 +37,8 @@ private:
 
     QStackedWidget *m_stack;
     PreviewCanvas *m_canvas;
-    QPlainTextEdit *m_text;
-    QTreeWidget *m_list;
+    PreviewTextView *m_text;
+    PreviewArchiveList *m_list;
     TextLabel *m_remark;
     QTimer m_patience; ///< delays the loading indicator, so that fast loads do not flicker
     QTimer m_settling; ///< while the pane is being resized
