@@ -70,10 +70,8 @@ TEST_F(ZoomCanvasTest, isMovedWithTheMouseWhereItIsLarger)
     QTest::mouseMove(&canvas, {260, 110});
     EXPECT_EQ(canvas.cursor().shape(), Qt::ClosedHandCursor);
     QTest::mouseRelease(&canvas, Qt::LeftButton, {}, {260, 110});
-    const QRectF moved = canvas.place();
-    EXPECT_EQ(moved.topLeft(), QPointF(-540, -190));
-    QTest::mouseMove(&canvas, {10, 10});
-    EXPECT_EQ(canvas.place(), moved) << "only while the button is held";
+    EXPECT_EQ(canvas.place().topLeft(), QPointF(-540, -190));
+    EXPECT_EQ(canvas.cursor().shape(), Qt::OpenHandCursor);
 }
 
 TEST_F(ZoomCanvasTest, keepsItsZoomForASharperPictureOnly)
