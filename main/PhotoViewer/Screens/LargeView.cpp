@@ -4,12 +4,15 @@
 #include "Features/Screens/PreviewBodies.h"
 #include "Features/Screens/ThumbnailPixels.h"
 #include "Look/Cards.h"
+#include "Look/FocusRing.h"
 #include "Look/Theme.h"
 #include "PhotoViewer/Screens/EntryCard.h"
 #include "PhotoViewer/Screens/LargeHead.h"
 #include "PhotoViewer/Screens/PageRow.h"
 #include "PhotoViewer/Screens/ZoomCanvas.h"
 
+#include <QAbstractButton>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -24,6 +27,7 @@ using namespace std::chrono_literals;
 
 constexpr auto untilLoadingIsSaid = 300ms;
 constexpr double zoomStep = 1.25;
+constexpr double moveStep = 80;
 /// Fixed sizes, so that zooming does not request a new picture for every step.
 constexpr std::array decodedSides{512, 1024, 1536, 2048, 3072, mostPictureSide};
 
@@ -90,6 +94,8 @@ void LargeView::connectAll()
         m_stack->setCurrentWidget(m_card);
     });
     m_loader.content.observe(this, [this](const PreviewContent &content) { showContent(content); });
+    m_text->installEventFilter(this);
+    m_list->installEventFilter(this);
     parentWidget()->installEventFilter(this);
 }
 
@@ -222,11 +228,106 @@ void LargeView::turnTo(int page)
         m_loader.showPage(page);
 }
 
+bool LargeView::scrollsByKey() const
+{
+    return m_stack->currentWidget() == m_text || m_stack->currentWidget() == m_list;
+}
+
+bool LargeView::handleKey(const QKeyEvent &key)
+{
+    const Qt::KeyboardModifiers held = key.modifiers() & ~Qt::KeypadModifier;
+    if (held == Qt::ShiftModifier && movePicture(key.key()))
+        return true;
+    // "+" may need Shift.
+    if (!(held & ~(Qt::ControlModifier | Qt::ShiftModifier)) && zoomByKey(key.key()))
+        return true;
+    if (held != Qt::NoModifier)
+        return false;
+    if (key.key() == Qt::Key_Escape || key.key() == Qt::Key_Space) {
+        // Holding the key that opened the view does not close it.
+        if (!key.isAutoRepeat())
+            close();
+        return true;
+    }
+    return goOn(key.key());
+}
+
+bool LargeView::zoomByKey(int key)
+{
+    if (!picture())
+        return false;
+    if (key == Qt::Key_Plus || key == Qt::Key_Equal)
+        m_canvas->zoomBy(zoomStep);
+    else if (key == Qt::Key_Minus)
+        m_canvas->zoomBy(1 / zoomStep);
+    else if (key == Qt::Key_0)
+        m_canvas->fit();
+    else if (key == Qt::Key_1)
+        m_canvas->showWhole();
+    else
+        return false;
+    return true;
+}
+
+bool LargeView::movePicture(int key)
+{
+    const double step = scaled(moveStep);
+    const QPointF way = key == Qt::Key_Left    ? QPointF(step, 0)
+                        : key == Qt::Key_Right ? QPointF(-step, 0)
+                        : key == Qt::Key_Up    ? QPointF(0, step)
+                        : key == Qt::Key_Down  ? QPointF(0, -step)
+                                               : QPointF();
+    m_canvas->moveBy(way);
+    return !way.isNull();
+}
+
+bool LargeView::goOn(int key)
+{
+    const auto *const page = std::get_if<PreviewPage>(&m_shown.body);
+    const bool vertical = !scrollsByKey();
+    if (key == Qt::Key_Left || (key == Qt::Key_Up && vertical))
+        want(m_viewing.before);
+    else if (key == Qt::Key_Right || (key == Qt::Key_Down && vertical))
+        want(m_viewing.after);
+    else if (page && (key == Qt::Key_PageUp || key == Qt::Key_PageDown))
+        turnBy(key == Qt::Key_PageDown ? 1 : -1);
+    else if (page && (key == Qt::Key_Home || key == Qt::Key_End))
+        turnTo(key == Qt::Key_End ? page->pages - 1 : 0);
+    else if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        Q_EMIT openRequested(m_viewing.entry);
+    else
+        return false;
+    return true;
+}
+
+void LargeView::keyPressEvent(QKeyEvent *event)
+{
+    auto *const button = qobject_cast<QAbstractButton *>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        button->click();
+        return;
+    }
+    // Text and list scroll by keys although the view keeps the focus.
+    if (!handleKey(*event) && scrollsByKey() && hasFocus()) {
+        QKeyEvent passed(event->type(), event->key(), event->modifiers(), event->text());
+        QCoreApplication::sendEvent(m_stack->currentWidget(), &passed);
+    }
+    event->accept(); // the window beneath gets none
+}
+
 bool LargeView::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == parentWidget() && event->type() == QEvent::Resize)
-        setGeometry(parentWidget()->rect());
-    return QWidget::eventFilter(watched, event);
+    if (watched == parentWidget()) {
+        if (event->type() == QEvent::Resize)
+            setGeometry(parentWidget()->rect());
+        return false;
+    }
+    return event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent *>(event));
+}
+
+bool LargeView::focusNextPrevChild(bool next)
+{
+    return focusWithin(*this, next);
 }
 
 void LargeView::paintEvent(QPaintEvent *)

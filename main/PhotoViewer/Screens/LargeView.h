@@ -39,11 +39,18 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void buildBody();
     void connectAll();
+    bool handleKey(const QKeyEvent &key);
+    bool zoomByKey(int key);
+    bool movePicture(int key);
+    bool goOn(int key);
+    bool scrollsByKey() const;
     void want(std::optional<Location> entry);
     void turnBy(int pages);
     void turnTo(int page);
