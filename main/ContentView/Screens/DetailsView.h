@@ -18,6 +18,7 @@ public:
     void setActive(bool active);
 
     void keyboardSearch(const QString &typed) override;
+    bool isTyping() const { return !m_typed.isEmpty(); }
     /// Forgets the beginning of a name typed so far; false if there is none.
     bool endTyping();
 

@@ -4,6 +4,7 @@
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextLayout>
@@ -124,6 +125,7 @@ IconsView::IconsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pi
     setViewportMargins(scaled(16), scaled(8), scaled(8), 0);
     setIconSide(pane.iconSize.get());
     pane.iconSize.observe(this, [this](double side) { setIconSide(side); });
+    m_typing.setSingleShot(true);
     m_visibleSoon.setSingleShot(true);
     connect(&m_visibleSoon, &QTimer::timeout, this, &IconsView::nameVisible);
     connect(&rows, &QAbstractItemModel::layoutChanged, &m_visibleSoon, [this] { m_visibleSoon.start(30); });
@@ -143,6 +145,12 @@ void IconsView::setActive(bool active)
 {
     m_delegate->setActive(active);
     viewport()->update();
+}
+
+void IconsView::keyboardSearch(const QString &typed)
+{
+    m_typing.start(QApplication::keyboardInputInterval());
+    QListView::keyboardSearch(typed);
 }
 
 void IconsView::setIconSide(double side)

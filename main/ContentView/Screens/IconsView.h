@@ -34,6 +34,9 @@ public:
               QWidget *parent);
 
     void setActive(bool active);
+    void keyboardSearch(const QString &typed) override;
+    /// Whether the next letter continues the beginning of a name typed so far.
+    bool isTyping() const { return m_typing.isActive(); }
 
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;
@@ -74,6 +77,7 @@ private:
     QPoint m_bandFrom; ///< in content coordinates
     QPoint m_bandTo;
     QTimer m_visibleSoon;
+    QTimer m_typing;
 };
 
 } // namespace brellin

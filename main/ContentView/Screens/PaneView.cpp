@@ -248,6 +248,11 @@ QAbstractItemView &PaneView::view() const
     return *m_details;
 }
 
+bool PaneView::isTyping() const
+{
+    return m_pane.viewMode.get() == ViewMode::Icons ? m_icons->isTyping() : m_details->isTyping();
+}
+
 void PaneView::setActive(bool active)
 {
     m_details->setActive(active);

@@ -51,6 +51,8 @@ public:
 
     /// Focuses the list, or the message in its place.
     void focusList() { m_stack->currentWidget()->setFocus(); }
+    /// Whether the beginning of a name is being typed, to jump to it.
+    bool isTyping() const;
     /// Focuses the list and selects its first row if nothing is selected.
     void focusFirst();
 
