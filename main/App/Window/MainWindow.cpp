@@ -3,6 +3,7 @@
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/FittingFrame.h"
+#include "App/Window/LargeViewing.h"
 #include "App/Window/PlaceTitles.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
@@ -200,6 +201,8 @@ BrowserModel *MainWindow::pane() const
 void MainWindow::follow()
 {
     BrowserModel *const now = pane();
+    if (m_large)
+        m_large->close();
     m_following = std::make_unique<QObject>();
     QObject *const receiver = m_following.get();
     m_address->setPane(now);

@@ -17,6 +17,7 @@ namespace brellin {
 class AgentView;
 class FileCommands;
 class FolderTree;
+class LargeViewing;
 class NetworkPage;
 class PreviewSide;
 class SidebarView;
@@ -57,6 +58,8 @@ public:
     void openSelection();
     /// Opens each selected folder in a new tab.
     void openInNewTabs();
+    /// Shows the selected entry, or the current one, in the large view.
+    void showLarge();
     /// The selected result in its folder.
     void showInFolder();
     /// Leaves a subpage of the agent for its start page, or a page for the folder it covers; otherwise goes back in the
@@ -150,6 +153,8 @@ private:
     void refreshState();
     void followClipboard();
     bool hasSheet() const;
+    bool keepsFromCommands(const QKeySequence &typed) const;
+    bool mayRunInLargeView(CommandId id) const;
     const Place &place() const;
     Page pageOf(const Place &shown);
     QWidget *made(Place::Kind kind, QWidget *(MainWindow::*make)());
@@ -200,6 +205,7 @@ private:
     /// The tabs closed last, newest last, with the index they had.
     std::vector<std::pair<int, StoredTab>> m_closedTabs;
     PreviewSide *m_preview = nullptr;
+    LargeViewing *m_large = nullptr; ///< created on first use
     StatusBar *m_status = nullptr;
     FileCommands *m_files = nullptr;
     std::unique_ptr<StorageOverview> m_storage;

@@ -1,6 +1,7 @@
 #include "App/Window/DesktopPasteboard.h"
 #include "App/Window/EditableFocus.h"
 #include "App/Window/FileCommands.h"
+#include "App/Window/LargeViewing.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/PreviewSide.h"
 #include "App/Window/StatusBar.h"
@@ -25,6 +26,7 @@ void MainWindow::buildActions()
         action->setObjectName(QStringLiteral("command%1").arg(static_cast<int>(one.id)));
         action->setShortcutContext(Qt::WindowShortcut);
         connect(action, &QAction::triggered, this, [this, id = one.id] { run(id); });
+        action->setAutoRepeat(one.id != CommandId::LargeView);
         addAction(action);
         m_actions[one.id] = action;
     }
@@ -120,6 +122,24 @@ void MainWindow::showInFolder()
         pane()->showEntry(only->location());
 }
 
+void MainWindow::showLarge()
+{
+    if (!m_large) {
+        m_large = new LargeViewing(m_services, this);
+        connect(m_large, &LargeViewing::openRequested, this, [this](const FileItem &item) {
+            if (item.isFolder)
+                pane()->navigate(item.location());
+            else
+                open({item});
+        });
+        connect(m_large, &LargeViewing::closed, this, [this] {
+            focusPlace();
+            previewSelection();
+        });
+    }
+    m_large->open(*pane());
+}
+
 void MainWindow::goHome()
 {
     pane()->navigate(m_services.folders().home);
@@ -204,17 +224,39 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     }
     if (event->type() != QEvent::ShortcutOverride || watched != QApplication::focusWidget() || !isActiveWindow())
         return QWidget::eventFilter(watched, event);
-    const bool editable = isEditable(QApplication::focusWidget());
-    const QKeySequence typed(static_cast<QKeyEvent *>(event)->keyCombination());
-    const bool kept = hasSheet() || (editable && std::ranges::any_of(commandTable(), [&](const WindowCommand &one) {
-                                         const Shortcuts::Keys keys = m_services.shortcuts.keysOf(one.id);
-                                         return one.editing == WhileEditing::LeavesKeys &&
-                                                std::ranges::find(keys, typed) != keys.end();
-                                     }));
-    if (!kept)
+    if (!keepsFromCommands(QKeySequence(static_cast<QKeyEvent *>(event)->keyCombination())))
         return QWidget::eventFilter(watched, event);
     event->accept();
     return true;
+}
+
+/// Whether the focused widget gets the key although a command has it.
+bool MainWindow::keepsFromCommands(const QKeySequence &typed) const
+{
+    if (hasSheet())
+        return true;
+    const auto found = std::ranges::find_if(commandTable(), [&](const WindowCommand &one) {
+        const Shortcuts::Keys keys = m_services.shortcuts.keysOf(one.id);
+        return std::ranges::find(keys, typed) != keys.end();
+    });
+    if (m_large && m_large->isOpen())
+        return found == commandTable().end() || !mayRunInLargeView(found->id);
+    if (found == commandTable().end())
+        return false;
+    // Space presses a focused button, and belongs to a name whose beginning is typed in the list.
+    const PaneView &pane = tab()->activeView();
+    if (typed == QKeySequence(Qt::Key_Space) && (!pane.view().hasFocus() || pane.isTyping()))
+        return true;
+    return found->editing == WhileEditing::LeavesKeys && isEditable(QApplication::focusWidget());
+}
+
+/// Commands for the selection only while that is what the view shows.
+bool MainWindow::mayRunInLargeView(CommandId id) const
+{
+    using enum CommandId;
+    if (id == Undo || id == Redo || id == Quit)
+        return true;
+    return m_large->showsSelection() && (id == MoveToTrash || id == Copy || id == CopyPath);
 }
 
 /// Whether a sheet is open over this window.

@@ -62,6 +62,7 @@ void MainWindow::showMenu(const QPoint &global)
     }
     add(Open, QStringLiteral("external-link"));
     addOpenWithMenu(*menu, selected);
+    add(CommandId::LargeView, QStringLiteral("maximize-2"));
     add(OpenInNewTab, QStringLiteral("square-plus"));
     if (m_actions.at(ShowInFolder)->isEnabled())
         add(ShowInFolder, QStringLiteral("folder-open"));

@@ -1,4 +1,5 @@
 #include "Agent/Screens/AgentView.h"
+#include "App/Window/LargeViewing.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/PlaceTitles.h"
 #include "App/Window/PlaceholderPage.h"
@@ -229,7 +230,8 @@ void MainWindow::showPreview(bool shown)
 
 void MainWindow::previewSelection()
 {
-    if (m_preview && m_preview->isVisibleTo(this))
+    const bool covered = m_large && m_large->isOpen();
+    if (m_preview && m_preview->isVisibleTo(this) && !covered)
         m_preview->show(pane()->onlySelected());
 }
 

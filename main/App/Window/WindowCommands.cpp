@@ -168,6 +168,8 @@ std::vector<WindowCommand> fileMenu()
              run(&MainWindow::openSelection));
     menu.add(OpenInNewTab, QStringLiteral("In neuem Tab öffnen"), {control | Qt::Key_Return}, leaves, withFolders,
              run(&MainWindow::openInNewTabs));
+    menu.add(LargeView, QStringLiteral("Große Ansicht"), {Qt::Key_Space}, leaves, inFolder,
+             run(&MainWindow::showLarge));
     menu.add(ShowInFolder, QStringLiteral("Im Ordner zeigen"), {}, leaves, withResult, run(&MainWindow::showInFolder));
     menu.add(Rename, QStringLiteral("Umbenennen"), {Qt::Key_F2}, leaves, withSelection,
              run(&BrowserModel::beginRenameSelection));

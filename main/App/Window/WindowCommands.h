@@ -31,6 +31,7 @@ enum class CommandId {
     NewTextDocument,
     Open,
     OpenInNewTab,
+    LargeView,
     ShowInFolder,
     Rename,
     MoveToTrash,
