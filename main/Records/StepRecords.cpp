@@ -51,6 +51,24 @@ Result<FileLock> lockOfDead(const Location &file)
     return lock;
 }
 
+std::uintmax_t sizeOf(const Location &file)
+{
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    return error ? 0 : size;
+}
+
+/// Whether a file should be rewritten without its old and surplus steps. Decodes only the first line, since most files
+/// need nothing.
+bool isTooMuch(const QByteArray &text, Instant now)
+{
+    constexpr std::chrono::days patience{7};
+    const stepLines::Content first = stepLines::read(text.first(text.indexOf('\n') + 1));
+    const bool isOld = !first.steps.empty() && first.steps.front().date < now - StepRecords::longestKept - patience;
+    return isOld || text.size() > mostBytes ||
+           text.count('\n') > static_cast<qsizetype>(StepRecords::mostSteps + StepRecords::mostSteps / 20);
+}
+
 /// Drops old and surplus steps; `steps` is sorted by date.
 void dropOld(std::vector<RecordedStep> &steps, Instant now)
 {
@@ -156,6 +174,7 @@ KeptSteps StepRecords::read() const
     }
     stepLines::Content content = stepLines::read(*text);
     const bool whole = content.lost.isEmpty();
+    m_damaged = !whole;
     kept.condition.state =
         whole ? StoredState::Whole : (content.steps.empty() ? StoredState::Damaged : StoredState::Partly);
     kept.condition.lost = content.lost.first(std::min<qsizetype>(content.lost.size(), 3));
@@ -174,7 +193,8 @@ Result<FileLock> StepRecords::lock() const
 Result<void> StepRecords::append(const QByteArray &line)
 {
     const FileLock held = TRY(lock());
-    if (m_written++ % tidyEvery == 0)
+    const bool isTurn = m_written++ % tidyEvery == 0;
+    if (isTurn || m_damaged || sizeOf(file()) > mostBytes)
         TRY(tidy());
     const Descriptor open(::open(file().c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!open.isOpen())
@@ -184,25 +204,24 @@ Result<void> StepRecords::append(const QByteArray &line)
     return ::fdatasync(open.number()) == 0 ? Result<void>() : failure(Failure::lastSystem());
 }
 
-/// Requires the lock. Keeps a damaged file under another name.
+/// Requires the lock. Keeps a damaged file, and one too large to be read, under another name.
 Result<void> StepRecords::tidy()
 {
+    const Instant now = m_clock.now();
+    const Location aside = m_folder / (std::string(asidePrefix) + isoText(now).toStdString() + ".jsonl");
     const Result<QByteArray> text = readLog(file());
     if (!text && text.error().is(std::errc::no_such_file_or_directory))
         return {};
-    stepLines::Content content = stepLines::read(TRY(text));
-    const std::size_t before = content.steps.size();
-    const Instant now = m_clock.now();
-    dropOld(content.steps, now);
-    // read() ignores surplus steps; drop them only when there are enough to rewrite the file.
-    const bool much = before > content.steps.size() + mostSteps / 20 || text->size() > mostBytes;
-    if (content.lost.isEmpty() && !much)
+    if (!text && text.error().is(std::errc::file_too_large))
+        return ::link(file().c_str(), aside.c_str()) == 0 && ::unlink(file().c_str()) == 0
+                   ? Result<void>()
+                   : failure(Failure::lastSystem());
+    if (!m_damaged.exchange(false) && !isTooMuch(TRY(text), now))
         return {};
-    if (!content.lost.isEmpty()) {
-        const Location aside = m_folder / (std::string(asidePrefix) + isoText(now).toStdString() + ".jsonl");
-        if (::link(file().c_str(), aside.c_str()) != 0 && errno != EEXIST)
-            return failure(Failure::lastSystem());
-    }
+    stepLines::Content content = stepLines::read(TRY(text));
+    dropOld(content.steps, now);
+    if (!content.lost.isEmpty() && ::link(file().c_str(), aside.c_str()) != 0 && errno != EEXIST)
+        return failure(Failure::lastSystem());
     return writeAtomically(file(), textOf(content.steps));
 }
 

@@ -81,6 +81,7 @@ private:
     bool m_failed = false;
     std::map<Location, QUuid> m_places;
     std::atomic<int> m_written{0};
+    mutable std::atomic<bool> m_damaged{false}; ///< some lines could not be read
 };
 
 } // namespace brellin

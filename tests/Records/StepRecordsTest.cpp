@@ -3,6 +3,7 @@
 #include "Disk/SystemTrash.h"
 #include "Support/FakeClock.h"
 #include "Support/TempTree.h"
+#include "System/LogReading.h"
 #include "System/MemoryUserDefaults.h"
 
 #include <gtest/gtest.h>
@@ -228,6 +229,28 @@ TEST_F(StepRecordsTest, writesNothingWhenSwitchedOffAndForgetsEverythingOnReques
     EXPECT_EQ(records.read().steps.size(), 1U) << "what was under way is not forgotten";
 }
 
+TEST_F(StepRecordsTest, forgetsOldStepsOnDiskAlsoIfTheyAreFew)
+{
+    record(StepKind::Rename, at("a.txt"), at("a.txt"));
+    const auto before = std::filesystem::file_size(records.file());
+    clock.time += std::chrono::days(100);
+    StepRecords next(records.folder(), defaults, clock);
+    next.begin(StepKind::Rename, {}).settle({there(at("b.txt"), at("b.txt"))});
+    EXPECT_EQ(next.read().steps.size(), 1U);
+    EXPECT_LE(std::filesystem::file_size(records.file()), before);
+}
+
+TEST_F(StepRecordsTest, putsAFileAsideThatIsTooLargeToBeRead)
+{
+    record(StepKind::Rename, at("a.txt"), at("a.txt"));
+    std::filesystem::resize_file(records.file(), longestLog + 1);
+    EXPECT_EQ(records.read().condition.state, StoredState::Unreadable);
+    record(StepKind::Rename, at("b.txt"), at("b.txt"));
+    EXPECT_EQ(records.read().condition.state, StoredState::Whole);
+    EXPECT_EQ(records.read().steps.size(), 1U);
+    EXPECT_EQ(filesInFolder(), 3U) << "the large one lies beside";
+}
+
 TEST_F(StepRecordsTest, recordsTakingBackWhatItHoldsAlsoWhenSwitchedOff)
 {
     record(StepKind::Rename, at("a.txt"), at("a.txt"));
@@ -250,6 +273,7 @@ TEST_F(StepRecordsTest, tellsDamagedFromUnreadableAndLosesNothing)
     EXPECT_EQ(records.read().steps.size(), 1U);
 
     StepRecords next(records.folder(), defaults, clock);
+    EXPECT_EQ(next.read().condition.state, StoredState::Partly);
     next.begin(StepKind::Rename, {}).settle({there(at("x"), at("b.txt"))});
     EXPECT_EQ(next.read().condition.state, StoredState::Whole);
     EXPECT_EQ(next.read().steps.size(), 2U);
