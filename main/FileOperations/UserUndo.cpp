@@ -67,6 +67,19 @@ void UserUndo::forget(const UserAction &action)
     publishActions(std::move(now));
 }
 
+void UserUndo::undoneElsewhere(const QUuid &step, const UndoneAction &outcome)
+{
+    publishMoves(outcome.moves);
+    std::vector<UserAction> now = actions.get();
+    const auto known = std::ranges::find(now, step, &UserAction::step);
+    if (known == now.end() || outcome.undone.empty())
+        return;
+    known->entries = outcome.left;
+    if (known->entries.empty())
+        now.erase(known);
+    publishActions(std::move(now));
+}
+
 void UserUndo::publishActions(std::vector<UserAction> now)
 {
     publish(title, now.empty() ? std::nullopt : std::optional(undoTitle(now.front())));

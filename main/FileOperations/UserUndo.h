@@ -36,8 +36,10 @@ public:
 
     /// Adds an action, unless it has no entries, and clears redo.
     void record(UserAction action);
-    /// Removes an action that was undone elsewhere.
+    /// Removes an action that was undone elsewhere as a whole.
     void forget(const UserAction &action);
+    /// Publishes what undoing a step elsewhere moved, and keeps of its action only what is left.
+    void undoneElsewhere(const QUuid &step, const UndoneAction &outcome);
     /// Undoes the newest action; ignored while undo or redo is running.
     void undo();
     /// Redoes the action undone last; ignored likewise.

@@ -134,10 +134,7 @@ void HistoryList::takeBack(const QUuid &step)
 
 void HistoryList::tookBack(const TakenBack &outcome)
 {
-    const std::vector<UserAction> &session = m_services.session.actions.get();
-    const auto known = std::ranges::find(session, outcome.step, &UserAction::step);
-    if (known != session.end() && outcome.undone.left.empty() && !outcome.undone.undone.empty())
-        m_services.session.forget(UserAction(*known));
+    m_services.session.undoneElsewhere(outcome.step, outcome.undone);
     const QStringList lines = linesOf(outcome.undone.failures);
     publish(status, QString());
     publish(failures, lines);

@@ -169,6 +169,34 @@ TEST_F(HistoryListTest, tellsOfTheSameEntriesEachTimeTheyAreTakenBack)
     }
 }
 
+TEST_F(HistoryListTest, publishesTheMovesOfWhatReallyCameBack)
+{
+    OpenStep step = records.begin(StepKind::Move, {});
+    std::vector<StepEntry> moved;
+    for (const char *const name : {"Wand.png", "Brief.txt"}) {
+        const Location to = at("Bilder") / name;
+        std::filesystem::rename(at(name), to);
+        moved.push_back({at(name), to, {}, EntryMark::of(to)});
+    }
+    const QUuid id = step.id();
+    step.settle(moved);
+    std::filesystem::remove(at("Bilder/Brief.txt"));
+    const UserAction ofSession = actionOf(records.read().steps.front());
+    std::vector<EntryMove> moves;
+    session.moves.observe(&list, [&](const auto &made) { moves.insert(moves.end(), made.begin(), made.end()); });
+    for (const bool inSession : {true, false}) {
+        if (inSession)
+            session.record(ofSession);
+        moves.clear();
+        takeBack(id);
+        EXPECT_EQ(moves, (std::vector<EntryMove>{{at("Bilder/Wand.png"), at("Wand.png")}}));
+        EXPECT_TRUE(session.actions.get().empty());
+        std::filesystem::rename(at("Wand.png"), at("Bilder/Wand.png"));
+        ASSERT_TRUE(records.clear());
+        records.begin(StepKind::Move, {}, id).settle(moved);
+    }
+}
+
 TEST_F(HistoryListTest, refusesPlacesOfTheSystem)
 {
     move(StepKind::Move, at("Wand.png"), at("Bilder/Wand.png"));
