@@ -132,6 +132,12 @@ bool wasCalled(const EntryTrail &trail, const QString &name)
 
 } // namespace
 
+const Location &EntryTrail::last() const
+{
+    const HistoryEntry &entry = steps.back().entry;
+    return entry.place().empty() ? entry.entry.from : entry.place();
+}
+
 std::vector<EntryTrail> trailsOf(const std::vector<HistoryStep> &history, const QString &name)
 {
     TrailReading reading;

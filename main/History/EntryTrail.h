@@ -19,8 +19,8 @@ struct EntryTrail {
     std::vector<EntryMark> marks; ///< by which it is known
 
     bool operator==(const EntryTrail &) const = default;
-    /// Where its last step left it.
-    const Location &last() const { return steps.back().entry.entry.to; }
+    /// The last known place.
+    const Location &last() const;
 };
 
 /// The trails of entries that ever had a name with this in it, in any case; the one with the newest step first.

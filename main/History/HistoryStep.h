@@ -14,6 +14,8 @@ struct HistoryEntry {
     StepEntry entry;
 
     bool operator==(const HistoryEntry &) const = default;
+    /// Where the step left the entry, or undoing it; empty if not known.
+    const Location &place() const { return entry.takenBack && !entry.from.empty() ? entry.from : entry.to; }
 };
 
 /// A step of the user's or a run of the agent's.

@@ -197,6 +197,20 @@ TEST_F(HistoryListTest, publishesTheMovesOfWhatReallyCameBack)
     }
 }
 
+TEST_F(HistoryListTest, namesTheLastKnownPlaceOfAnEntry)
+{
+    move(StepKind::Move, at("Wand.png"), at("Bilder/Wand.png"));
+    takeBack(records.read().steps.front().id);
+    std::filesystem::remove(at("Wand.png"));
+    const FoundTrail gone = search(QStringLiteral("Wand")).front();
+    EXPECT_FALSE(gone.place);
+    EXPECT_EQ(gone.trail.last(), at("Wand.png")) << "the step was undone";
+
+    EntryTrail toNowhere = gone.trail;
+    toNowhere.steps.back().entry = {StepKind::Trash, {at("Brief.txt"), {}}};
+    EXPECT_EQ(toNowhere.last(), at("Brief.txt"));
+}
+
 TEST_F(HistoryListTest, refusesPlacesOfTheSystem)
 {
     move(StepKind::Move, at("Wand.png"), at("Bilder/Wand.png"));

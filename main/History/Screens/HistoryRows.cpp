@@ -43,12 +43,6 @@ QString timeText(Instant instant)
         .toString(QStringLiteral("HH:mm"));
 }
 
-/// Where the entry stands according to the step.
-Location placeOf(const HistoryEntry &entry)
-{
-    return entry.entry.takenBack && !entry.entry.from.empty() ? entry.entry.from : entry.entry.to;
-}
-
 bool matches(const EntryTrail &trail, const HistoryFilter &filter)
 {
     HistoryStep all;
@@ -139,7 +133,7 @@ HistoryRow *HistoryRows::rowOf(const HistoryStep &step, const HistoryEntry &entr
         row->setToolTip(column, shown(column == From ? one.from : one.to));
     row->by = step.by;
     row->step = step.id;
-    row->place = placeOf(entry);
+    row->place = entry.place();
     row->takenBack = one.takenBack || step.takenBack;
     return row;
 }
