@@ -63,8 +63,9 @@ UndoneAction redoRecorded(const UserAction &action, const UndoServices &services
 UserAction::Entry actionEntry(const StepEntry &entry)
 {
     EntryMark mark = entry.now.value_or(EntryMark());
-    if (const Result<FileAttributes> now = readAttributes(entry.to); now && mark.isSame(*now))
-        mark.state.identity = now->identity;
+    const Result<FileAttributes> now = readAttributes(entry.to);
+    // Without a birth a reused inode would pass for the entry.
+    mark.state.identity = now && mark.isSame(*now) ? now->identity : FileIdentity();
     return {entry.from, entry.to, mark.state, entry.replaced, entry.replacedMark, mark.created, entry.content};
 }
 

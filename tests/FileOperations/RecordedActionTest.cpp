@@ -95,6 +95,17 @@ TEST_F(RecordedActionTest, knowsAnEntryAgainThoughItsDeviceHasAnotherNumber)
     EXPECT_TRUE(entryExists(home("a.txt")));
 }
 
+TEST_F(RecordedActionTest, leavesAnotherEntryOnAReusedInode)
+{
+    EntryMark mark = *EntryMark::of(home("a.txt"));
+    mark.created.reset(); // as on a volume that stores no births
+    mark.state.modified -= std::chrono::hours(1);
+    EXPECT_EQ(takeBack({QUuid::createUuid(), {}, StepKind::Rename, {{home("alt.txt"), home("a.txt"), {}, mark}}})
+                  .failures.size(),
+              1);
+    EXPECT_TRUE(entryExists(home("a.txt")));
+}
+
 TEST_F(RecordedActionTest, leavesWhatIsNoLongerWhatWasLeft)
 {
     transfer({{home("a.txt"), home("ordner")}, tree.path("disk"), TransferKind::Copy, {}});
