@@ -53,10 +53,9 @@ UndoneAction redoRecorded(const UserAction &action, const UndoServices &services
 {
     OpenStep step = services.records->begin(action.kind, plannedAgain(action));
     UndoneAction undone = undoAction(action, services, control);
-    if (undone.again) {
+    if (undone.again)
         undone.again->step = step.id();
-        step.settle(stepEntries(undone.again->entries));
-    }
+    step.settle(stepEntries(undone.repeated));
     return undone;
 }
 

@@ -284,6 +284,7 @@ UndoneAction undoBatch(const UserAction &action, const UndoServices &services, J
         undone.again = UserAction{action.kind, {}, !action.undone};
         std::ranges::transform(outcome.done, std::back_inserter(undone.again->entries),
                                [](const ActionEntry &entry) { return recordOf(entry.from, entry.to); });
+        undone.repeated = undone.again->entries;
     }
     if (outcome.failure) {
         undone.left = action.entries;
@@ -317,12 +318,15 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
             addMoves(undone.moves, *entry, outcome);
         } else if (outcome.fate == EntryOutcome::Fate::Failed)
             undone.left.push_back(*entry);
+        if (outcome.fate == EntryOutcome::Fate::Undone)
+            undone.repeated.push_back(againFrom(action, *entry, outcome));
         if (outcome.fate == EntryOutcome::Fate::Undone && !outcome.why)
-            again.entries.push_back(againFrom(action, *entry, outcome));
+            again.entries.push_back(undone.repeated.back());
         control.advance();
     }
     std::ranges::reverse(undone.left);
     std::ranges::reverse(again.entries);
+    std::ranges::reverse(undone.repeated);
     if (!again.entries.empty())
         undone.again = std::move(again);
     return undone;

@@ -33,6 +33,7 @@ struct UndoneAction {
     bool cancelled = false;
     /// The action whose undo repeats this one, of the entries that were undone completely.
     std::optional<UserAction> again = {};
+    std::vector<UserAction::Entry> repeated = {}; ///< of a redo: what it did again, also if only partly
 };
 
 /// Undoes an action from its last entry; a batch rename as a whole or not at all. Skips and reports entries that are no

@@ -187,6 +187,20 @@ TEST_F(RecordedActionTest, undoTakesTheStepBackAndRedoIsAStepOfItsOwn)
     EXPECT_TRUE(steps().front().takenBack);
 }
 
+TEST_F(RecordedActionTest, recordsARedoThatLeftTheOtherCopy)
+{
+    transfer({{home("a.txt")}, tree.path("disk"), TransferKind::Move, {}});
+    const UndoneAction undone = takeBack(steps().front());
+    std::filesystem::remove_all(tree.path("trash"));
+    tree.file("trash"); // nothing can be trashed
+    clock.time += std::chrono::seconds(1);
+    JobControl control;
+    EXPECT_EQ(undoRecorded(*undone.again, undoServices, control).failures.size(), 1);
+    EXPECT_TRUE(entryExists(home("a.txt")) && entryExists(tree.path("disk/a.txt")));
+    ASSERT_EQ(steps().size(), 2U);
+    EXPECT_EQ(steps().front().entries.front().to, tree.path("disk/a.txt"));
+}
+
 TEST_F(RecordedActionTest, trashedEntriesComeBackFromWhereTheTrashPutThem)
 {
     const OperationOutcome outcome = trashed(home("ordner"));
