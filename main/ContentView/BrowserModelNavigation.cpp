@@ -190,7 +190,7 @@ void BrowserModel::goUp()
 void BrowserModel::showEntry(const Location &entry)
 {
     const Arrival then{Selection({entry}), {entry, {}}, {}};
-    if (place.get().kind == Place::Kind::Search && entry.parent_path() == current.get()) {
+    if (place.get().isSearchBelow(entry.parent_path())) {
         record();
         leaveResults();
     }

@@ -16,7 +16,7 @@ std::optional<T> when(bool holds, const T &value)
 void BrowserModel::choose(const SidebarItem &item)
 {
     const Place wanted = placeOf(item, m_services.folders);
-    if (place.get() != Place::search(wanted.location, place.get().name))
+    if (!place.get().isSearchBelow(wanted.location))
         showPlace(wanted);
 }
 
@@ -26,7 +26,7 @@ void BrowserModel::showPlace(const Place &wanted)
     switch (wanted.kind) {
     case Folder:
     case Trash:
-        if (place.get() == Place::search(wanted.location, place.get().name)) {
+        if (place.get().isSearchBelow(wanted.location)) {
             record();
             leaveResults();
         } else if (place.get() != wanted)

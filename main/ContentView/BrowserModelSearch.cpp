@@ -30,7 +30,7 @@ void BrowserModel::runSearch()
         return;
     }
     // Refining a search is no step of the history.
-    if (place.get() != Place::search(current.get(), place.get().name)) {
+    if (!place.get().isSearchBelow(current.get())) {
         record();
         m_arrival.reset();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Location.h"
+#include "Places/SearchTerms.h"
 
 #include <QString>
 
@@ -23,18 +24,23 @@ struct Place {
         History  ///< what the user and the agent did with files
     };
     Kind kind = Kind::Folder;
-    Location location; ///< standardised; for Folder, Search, Trash and Storage
-    QString name;      ///< for Search, Tag and Device
+    Location location;      ///< standardised; for Folder, Search, Trash and Storage
+    QString name;           ///< for Search, Tag and Device
+    SearchTerms terms = {}; ///< for Search
 
     bool operator==(const Place &) const = default;
 
     /// A page without folder entries: nothing to select, search or rename.
     bool isPage() const { return kind == Kind::Trash || coversFolder(); }
+    bool isSearchBelow(const Location &folder) const { return kind == Kind::Search && location == folder; }
     /// A page over the folder that was shown before, which remains the pane's folder.
     bool coversFolder() const { return kind >= Kind::Photos; }
 
     static Place folder(Location folder) { return {Kind::Folder, std::move(folder), {}}; }
-    static Place search(Location below, QString query) { return {Kind::Search, std::move(below), std::move(query)}; }
+    static Place search(Location below, QString query, const SearchTerms &terms = {})
+    {
+        return {Kind::Search, std::move(below), std::move(query), terms};
+    }
     static Place tag(QString name) { return {Kind::Tag, {}, std::move(name)}; }
     static Place trash(Location folder) { return {Kind::Trash, std::move(folder), {}}; }
     static Place photos() { return {Kind::Photos, {}, {}}; }
