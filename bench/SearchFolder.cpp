@@ -10,7 +10,7 @@ int main(int count, char **words)
     if (count != 3)
         return 2;
     const FolderSearchResult result =
-        searchFolder(standardised(words[1]), QString::fromUtf8(words[2]), HiddenEntries::Shown);
+        searchFolder({standardised(words[1]), QString::fromUtf8(words[2]), HiddenEntries::Shown});
     for (const FileItem &item : result.items)
         std::puts(item.path().c_str());
     return result.error ? 1 : 0;

@@ -5,7 +5,6 @@
 #include "Base/Job.h"
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/FolderSearch.h"
-#include "Disk/UnreadableFolders.h"
 
 #include <QEventLoop>
 
@@ -22,7 +21,7 @@ FolderSearchResult searched(const Location &folder, const QString &query, Hidden
     FolderSearchResult found;
     const Interruption interruption([&job] { job.cancel(); });
     job.start(
-        pool, [=](JobControl &control) { return searchFolder(folder, query, hidden, &control); },
+        pool, [=](JobControl &control) { return searchFolder({folder, query, hidden}, &control); },
         [&](FolderSearchResult result) {
             found = std::move(result);
             loop.quit();
@@ -51,8 +50,8 @@ ExitCode runSearchFolderCommand(CommandContext &context)
         context.terminal.printColumns(rowsOf(items, folder));
     if (result.capped)
         context.terminal.message(QStringLiteral("Gezeigt werden nur die ersten 3.000 Treffer."));
-    if (!result.unreadable.empty())
-        context.terminal.message(unreadableText(result.unreadable) + u'.');
+    if (!result.gaps.empty())
+        context.terminal.message(gapsText(result.gaps) + u'.');
     if (!result.error)
         return ExitCode::Done;
     context.terminal.message(unreadableFolderText(result.error->message));

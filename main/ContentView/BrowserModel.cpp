@@ -29,7 +29,7 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
                 [this](const Location &folder, const std::vector<std::string> &names) { touch(folder, names); },
                 [this] { read(FolderReader::For::Watcher); }})
     , m_search(
-          services.workers, [this](const FileItems &matches) { setItems(matches); },
+          services.workers, [this](const FolderSearchResult &soFar) { setItems(soFar.items); },
           [this](const FolderSearchResult &result) { found(result); })
 {
     const auto arm = [this](QTimer &timer, std::chrono::milliseconds delay, void (BrowserModel::*act)()) {

@@ -47,9 +47,9 @@ struct BrowserServices {
     /// allows all.
     MayChange mayChange = {};
     /// The search below a folder. Called on workers; replaceable for tests.
-    std::function<FolderSearchResult(SearchMatches &, const Location &folder, const QString &query, HiddenEntries,
-                                     const JobControl *)>
-        search = searchInto;
+    FolderSearching search = [](SearchMatches &matches, const FolderQuery &query, const JobControl *control) {
+        return searchInto(matches, query, control);
+    };
 };
 
 /// A typed path that leads to no folder.
@@ -93,11 +93,11 @@ public:
 
     // Search
     Published<QString> searchText;
-    Published<bool> searching;                    ///< `items` are, or will be, the matches of a search
-    Published<bool> searchRunning;                ///< a search for a text or tag is running
-    Published<bool> searchCapped;                 ///< more matches exist than the 3,000 listed
-    Published<std::vector<Location>> notSearched; ///< folders that the search could not read, by path
-    Published<std::optional<QString>> tagFilter;  ///< the tag whose entries are shown
+    Published<bool> searching;                   ///< `items` are, or will be, the matches of a search
+    Published<bool> searchRunning;               ///< a search for a text or tag is running
+    Published<bool> searchCapped;                ///< more matches exist than the 3,000 listed
+    Published<SearchGaps> notSearched;           ///< what the search could not read
+    Published<std::optional<QString>> tagFilter; ///< the tag whose entries are shown
 
     // Navigation
     Published<bool> canGoBack;

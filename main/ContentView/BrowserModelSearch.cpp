@@ -22,7 +22,7 @@ void BrowserModel::runSearch()
     m_search.drop();
     publish(searchRunning, false);
     publish(searchCapped, false);
-    publish(notSearched, std::vector<Location>());
+    publish(notSearched, SearchGaps());
     const QString query = searchText.get().trimmed();
     if (query.isEmpty()) {
         if (searching.get())
@@ -51,9 +51,8 @@ void BrowserModel::startSearch(const QString &query)
     setPlace(wanted);
     const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
     const auto matches = std::make_shared<SearchMatches>();
-    search([folder = current.get(), query, hidden, matches, work = m_services.search](const JobControl &control) {
-        return work(*matches, folder, query, hidden, &control);
-    });
+    search([asked = FolderQuery{current.get(), query, hidden}, matches,
+            work = m_services.search](const JobControl &control) { return work(*matches, asked, &control); });
     // When repeating a search, the old matches stay visible until it ends.
     if (!again)
         m_search.showMatches(matches);
@@ -106,7 +105,7 @@ void BrowserModel::found(const FolderSearchResult &result)
 {
     publish(searchRunning, false);
     publish(searchCapped, result.capped);
-    publish(notSearched, result.unreadable);
+    publish(notSearched, result.gaps);
     setItems(result.items);
     takeArrival();
     if (result.error && !result.error->isCancelled())
@@ -121,7 +120,7 @@ void BrowserModel::leaveSearch()
     publish(searchText, QString());
     publish(searchRunning, false);
     publish(searchCapped, false);
-    publish(notSearched, std::vector<Location>());
+    publish(notSearched, SearchGaps());
 }
 
 /// Restores selection and scroll position of the folder if the user came from there.

@@ -10,7 +10,7 @@ constexpr std::chrono::milliseconds sampleDelay{100};
 
 } // namespace
 
-SearchRun::SearchRun(MountWorkers &workers, std::function<void(const FileItems &)> found,
+SearchRun::SearchRun(MountWorkers &workers, std::function<void(const FolderSearchResult &)> found,
                      std::function<void(const FolderSearchResult &)> ended)
     : m_workers(workers)
     , m_found(std::move(found))
@@ -45,8 +45,8 @@ void SearchRun::sample()
 {
     if (m_shown == m_matches->size())
         return;
-    const FileItems found = m_matches->items();
-    m_shown = found.size();
+    const FolderSearchResult found = m_matches->result();
+    m_shown = found.items.size();
     m_found(found);
 }
 

@@ -18,7 +18,7 @@ public:
 
     /// `found` gets the matches so far, `ended` the result. Both are called from the event loop, never after `drop` or
     /// another start.
-    SearchRun(MountWorkers &workers, std::function<void(const FileItems &)> found,
+    SearchRun(MountWorkers &workers, std::function<void(const FolderSearchResult &)> found,
               std::function<void(const FolderSearchResult &)> ended);
 
     void start(const Location &where, Work work);
@@ -30,7 +30,7 @@ private:
     void sample();
 
     MountWorkers &m_workers;
-    std::function<void(const FileItems &)> m_found;
+    std::function<void(const FolderSearchResult &)> m_found;
     std::function<void(const FolderSearchResult &)> m_ended;
     std::shared_ptr<SearchMatches> m_matches;
     std::optional<std::size_t> m_shown; ///< number of matches last reported

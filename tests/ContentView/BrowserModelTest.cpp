@@ -236,12 +236,11 @@ TEST_F(BrowserModelTest, showsTheMatchesOfASearchThatIsStillUnderWay)
 {
     QSemaphore mayGoOn;
     BrowserServices services = world.services();
-    services.search = [&](SearchMatches &matches, const Location &folder, const QString &query, HiddenEntries hidden,
-                          const JobControl *control) {
-        const std::string place = folder;
+    services.search = [&](SearchMatches &matches, const FolderQuery &query, const JobControl *control) {
+        const std::string place = query.folder;
         EXPECT_TRUE(matches.take(WalkEntry{.folder = place, .name = "brief.txt", .attributes = {}}));
         mayGoOn.acquire();
-        return control->cancelled() ? FolderSearchResult() : searchInto(matches, folder, query, hidden, control);
+        return control->cancelled() ? FolderSearchResult() : searchInto(matches, query, control);
     };
     BrowserModel other(services, world.tree.path("home"));
     const auto found = [&other] { return rowNames(other.displayedItems.get()); };

@@ -64,3 +64,15 @@ TEST(SearchFilteringTest, eachFilterKeepsWhatItNames)
     EXPECT_EQ(passing(sizes, {Kind::Any, Age::Any, Size::From1GB}), "viel");
     EXPECT_EQ(passing(sizes, {Kind::Folders, Age::Any, Size::Below1MB}), "") << "all must be met";
 }
+
+TEST(SearchFilteringTest, theLimitOfMatchesCountsWhatMeetsTheFilters)
+{
+    const TempTree tree;
+    for (std::size_t i = 0; i <= mostSearchResults; ++i)
+        tree.file("a" + std::to_string(i) + ".txt");
+    tree.file("zuletzt/a.pdf");
+    const FolderSearchResult found = searchFolder({tree.root(), u"a"_qs, HiddenEntries::LeftOut, {{Kind::Pdf}}});
+    ASSERT_EQ(found.items.size(), 1u);
+    EXPECT_EQ(found.items[0].nameBytes, "a.pdf");
+    EXPECT_FALSE(found.capped);
+}

@@ -1,6 +1,5 @@
 #include "App/Window/StatusBar.h"
 
-#include "Disk/UnreadableFolders.h"
 #include "Look/Buttons.h"
 #include "Look/DetailsSheet.h"
 #include "Look/Digits.h"
@@ -57,8 +56,8 @@ void StatusBar::resizeEvent(QResizeEvent *)
 
 void StatusBar::showNotSearched()
 {
-    const std::vector<Location> folders = m_pane ? m_pane->notSearched.get() : std::vector<Location>();
-    (new DetailsSheet(unreadableText(folders), shown(folders), this))->open();
+    const SearchGaps gaps = m_pane ? m_pane->notSearched.get() : SearchGaps();
+    (new DetailsSheet(gapsText(gaps), gapsLines(gaps), this))->open();
 }
 
 void StatusBar::say(const QString &message)
@@ -82,6 +81,8 @@ QString StatusBar::rightText() const
         return QStringLiteral("Suche läuft …");
     if (m_pane->searchCapped.get())
         return QStringLiteral("Die ersten 3.000 Treffer werden gezeigt.");
+    if (!m_pane->notSearched.get().empty())
+        return gapsText(m_pane->notSearched.get());
     return m_pane->loading.get() ? QStringLiteral("Lade …") : QString();
 }
 

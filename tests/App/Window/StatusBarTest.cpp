@@ -20,10 +20,9 @@ TEST(StatusBarTest, namesTheFoldersThatASearchCouldNotRead)
     world.tree.lines({"home/zu/brief", "home/auch zu/brief", "home/offen/brief"});
     BrowserServices services = world.services();
     const std::vector<Location> closed{world.home("auch zu"), world.home("zu")};
-    services.search = [&](SearchMatches &matches, const Location &folder, const QString &query, HiddenEntries hidden,
-                          const JobControl *control) {
-        FolderSearchResult found = searchInto(matches, folder, query, hidden, control);
-        found.unreadable = query == u"brief" ? closed : std::vector<Location>();
+    services.search = [&](SearchMatches &matches, const FolderQuery &query, const JobControl *control) {
+        FolderSearchResult found = searchInto(matches, query, control);
+        found.gaps.folders = query.text == u"brief" ? closed : std::vector<Location>();
         return found;
     };
     BrowserModel pane(services, world.tree.path("home"));
