@@ -2,6 +2,7 @@
 
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/NameQuery.h"
+#include "ContentView/SearchFiltering.h"
 
 namespace brellin {
 
@@ -29,8 +30,8 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
                 [this](const Location &folder, const std::vector<std::string> &names) { touch(folder, names); },
                 [this] { read(FolderReader::For::Watcher); }})
     , m_search(
-          services.workers, [this](const FolderSearchResult &soFar) { setItems(soFar.items); },
-          [this](const FolderSearchResult &result) { found(result); })
+          services.workers, [this](const FolderSearchResult &soFar) { found(soFar); },
+          [this](const FolderSearchResult &result) { ended(result); })
 {
     const auto arm = [this](QTimer &timer, std::chrono::milliseconds delay, void (BrowserModel::*act)()) {
         timer.setSingleShot(true);
@@ -78,11 +79,12 @@ void BrowserModel::showChanges(const std::vector<ChangedEntry> &changes)
         load();
         return;
     }
-    const auto belongs = [now = place.get(), hidden = showHidden.get()](const FileItem &item) {
+    const auto belongs = [now = place.get(), hidden = showHidden.get(),
+                          time = std::chrono::system_clock::now()](const FileItem &item) {
         if (now.kind == Place::Kind::Tag)
             return item.tags.contains(now.name);
         return (hidden || !item.isHidden) && isAtOrBelow(item.location(), now.location) &&
-               NameQuery(now.name).matches(item.nameBytes);
+               NameQuery(now.name).matches(item.nameBytes) && passes(item, now.terms.filters, time);
     };
     m_update.start(
         m_services.workers, {current.get()},
@@ -92,6 +94,7 @@ void BrowserModel::showChanges(const std::vector<ChangedEntry> &changes)
         [this, of = place.get()](const FileItems &now) {
             if (place.get() != of)
                 return;
+            m_matches = now;
             setItems(now);
             takeArrival();
             refresh();
@@ -194,7 +197,8 @@ QString BrowserModel::emptyTextNow() const
     if (searchRunning.get())
         return QStringLiteral("Suche …");
     if (!showsListing())
-        return QStringLiteral("Nichts gefunden.");
+        return place.get().terms.filters.narrow() ? u"Nichts gefunden.\n\nEs gelten Filter. Esc löscht sie."_qs
+                                                  : QStringLiteral("Nichts gefunden.");
     if (loading.get() || m_display.running())
         return m_services.workers.isLocal(current.get()) ? QStringLiteral("Lade …")
                                                          : QStringLiteral("Lade vom Netzlaufwerk …");

@@ -93,6 +93,7 @@ public:
 
     // Search
     Published<QString> searchText;
+    Published<SearchTerms> searchTerms;          ///< of the search shown, or of the next one
     Published<bool> searching;                   ///< `items` are, or will be, the matches of a search
     Published<bool> searchRunning;               ///< a search for a text or tag is running
     Published<bool> searchCapped;                ///< more matches exist than the 3,000 listed
@@ -180,6 +181,10 @@ public:
     void setSearchText(const QString &text);
     /// Searches now; an empty text returns to the listing.
     void runSearch();
+    /// Filters narrow the matches at once, those still to come as well; a search runs again if it left out some.
+    void setSearchTerms(const SearchTerms &terms);
+    /// False if the search has no filters.
+    bool clearSearchFilters();
     void showTag(const QString &tag);
 
     /// Goes to any place and ends the search or tag view shown before. A search runs below `current`, not below its own
@@ -283,7 +288,7 @@ private:
 
     bool showsListing() const;
     void refresh();
-    void openSearch(const QString &query);
+    void openSearch(const Place &wanted);
     void startSearch(const QString &query);
     void openTag(const QString &tag);
     void leaveSearch();
@@ -291,6 +296,8 @@ private:
     void findTag();
     void search(SearchRun::Work work);
     void found(const FolderSearchResult &result);
+    void ended(const FolderSearchResult &result);
+    void showMatches();
 
     void create(const Location &wanted);
     void rename(const Location &from, const Location &to);
@@ -323,6 +330,8 @@ private:
     FolderReader m_reader;              ///< keeps the listing while a search or tag replaces `items`
     FileCall<DisplayedItems> m_display; ///< sorts large lists
     SearchRun m_search;
+    FileItems m_matches;                          ///< of the search, before filters chosen since it began
+    SearchFilters m_ranWith;                      ///< the filters it began with
     FileCall<std::filesystem::file_type> m_check; ///< what the target is
     std::optional<QString> m_typed;               ///< what the target was typed as
     FileCall<Location> m_nearest;

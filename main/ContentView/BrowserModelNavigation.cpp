@@ -148,7 +148,7 @@ void BrowserModel::revisit(const PlaceVisit &to)
     else if (to.place.kind == Place::Kind::Tag)
         openTag(to.place.name);
     else if (to.place.kind == Place::Kind::Search)
-        openSearch(to.place.name);
+        openSearch(to.place);
     if (!isFolder && !to.place.coversFolder())
         m_arrival = then;
     mirrorHistory();

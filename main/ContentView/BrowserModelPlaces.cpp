@@ -34,6 +34,7 @@ void BrowserModel::showPlace(const Place &wanted)
         return;
     case Search:
         publish(searchText, wanted.name);
+        publish(searchTerms, wanted.terms);
         runSearch();
         return;
     case Tag:

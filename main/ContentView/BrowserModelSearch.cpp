@@ -1,4 +1,5 @@
 #include "ContentView/BrowserModel.h"
+#include "ContentView/SearchFiltering.h"
 
 namespace brellin {
 
@@ -25,8 +26,10 @@ void BrowserModel::runSearch()
     publish(notSearched, SearchGaps());
     const QString query = searchText.get().trimmed();
     if (query.isEmpty()) {
+        const SearchTerms terms = searchTerms.get();
         if (searching.get())
             endResults();
+        publish(searchTerms, terms); // for the text typed instead
         return;
     }
     // Refining a search is no step of the history.
@@ -37,21 +40,48 @@ void BrowserModel::runSearch()
     startSearch(query);
 }
 
-void BrowserModel::openSearch(const QString &query)
+void BrowserModel::setSearchTerms(const SearchTerms &terms)
+{
+    if (terms == searchTerms.get())
+        return;
+    publish(searchTerms, terms);
+    const Place now = place.get();
+    if (now.kind != Place::Kind::Search)
+        return;
+    const bool known = covers(m_ranWith, terms.filters) && !searchCapped.get();
+    if (terms.contents != now.terms.contents || !known) {
+        runSearch();
+        return;
+    }
+    setPlace(Place::search(now.location, now.name, terms));
+    showMatches();
+}
+
+bool BrowserModel::clearSearchFilters()
+{
+    if (!searchTerms.get().filters.narrow())
+        return false;
+    setSearchTerms({{}, searchTerms.get().contents});
+    return true;
+}
+
+void BrowserModel::openSearch(const Place &wanted)
 {
     leaveSearch();
-    publish(searchText, query);
-    startSearch(query);
+    publish(searchText, wanted.name);
+    publish(searchTerms, wanted.terms);
+    startSearch(wanted.name);
 }
 
 void BrowserModel::startSearch(const QString &query)
 {
-    const Place wanted = Place::search(current.get(), query);
+    const Place wanted = Place::search(current.get(), query, searchTerms.get());
     const bool again = place.get() == wanted;
     setPlace(wanted);
+    m_ranWith = wanted.terms.filters;
     const HiddenEntries hidden = showHidden.get() ? HiddenEntries::Shown : HiddenEntries::LeftOut;
-    const auto matches = std::make_shared<SearchMatches>();
-    search([asked = FolderQuery{current.get(), query, hidden}, matches,
+    const auto matches = std::make_shared<SearchMatches>(m_ranWith);
+    search([asked = FolderQuery{current.get(), query, hidden, wanted.terms}, matches,
             work = m_services.search](const JobControl &control) { return work(*matches, asked, &control); });
     // When repeating a search, the old matches stay visible until it ends.
     if (!again)
@@ -79,6 +109,7 @@ void BrowserModel::openTag(const QString &tag)
 void BrowserModel::findTag()
 {
     const bool again = !items.get().empty();
+    m_ranWith = {};
     const auto matches = std::make_shared<SearchMatches>();
     search([tag = *tagFilter.get(), matches, home = m_services.folders.home,
             &port = m_services.tagSearch](const JobControl &control) {
@@ -103,13 +134,27 @@ void BrowserModel::search(SearchRun::Work work)
 
 void BrowserModel::found(const FolderSearchResult &result)
 {
+    m_matches = result.items;
+    showMatches();
+}
+
+void BrowserModel::showMatches()
+{
+    setItems(narrowed(m_matches, place.get().terms.filters, std::chrono::system_clock::now()));
+}
+
+void BrowserModel::ended(const FolderSearchResult &result)
+{
     publish(searchRunning, false);
     publish(searchCapped, result.capped);
     publish(notSearched, result.gaps);
-    setItems(result.items);
+    found(result);
     takeArrival();
     if (result.error && !result.error->isCancelled())
         showError(QStringLiteral("Die Suche brach ab: ") + result.error->message);
+    // The limit may have left out what meets the filters chosen meanwhile.
+    if (result.capped && searching.get() && place.get().terms.filters != m_ranWith)
+        runSearch();
 }
 
 /// Stops a search or tag view. The caller must replace `place` and `items`.
@@ -118,9 +163,11 @@ void BrowserModel::leaveSearch()
     m_searchSoon.stop();
     m_search.drop();
     publish(searchText, QString());
+    publish(searchTerms, SearchTerms());
     publish(searchRunning, false);
     publish(searchCapped, false);
     publish(notSearched, SearchGaps());
+    m_matches = {};
 }
 
 /// Restores selection and scroll position of the folder if the user came from there.

@@ -34,6 +34,50 @@ std::string passing(const std::vector<FileItem> &items, const SearchFilters &fil
     return names;
 }
 
+/// A pane whose search finds "brief.txt" and "bericht.pdf", waits for `mayGoOn`, and then walks the folder.
+class SearchTermsTest : public testing::Test {
+protected:
+    SearchTermsTest()
+    {
+        world.tree.lines({"home/brief.txt=1", "home/bericht.pdf=2", "home/A/bilanz.pdf=3", "home/A/bild.png=4"});
+        services.search = [this](SearchMatches &matches, const FolderQuery &query, const JobControl *control) {
+            ++searches;
+            (void)matches.take(world.home("brief.txt"));
+            (void)matches.take(world.home("bericht.pdf"));
+            mayGoOn.acquire();
+            SearchMatches fresh(query.terms.filters);
+            FolderSearchResult found = searchInto(fresh, query, control);
+            found.capped = capped;
+            return found;
+        };
+        pane = std::make_unique<BrowserModel>(services, world.tree.path("home"));
+    }
+    ~SearchTermsTest() override { mayGoOn.release(10); }
+    void begin(const SearchTerms &terms)
+    {
+        pane->showPlace(Place::search(world.tree.path("home"), u"b"_qs, terms));
+        ASSERT_TRUE(waitFor([this] { return pane->items.get().size() < 3; })) << "the listing has three";
+    }
+    bool hasSearched(int times) const
+    {
+        return waitFor([&] { return searches == times; });
+    }
+    void goOn()
+    {
+        mayGoOn.release();
+        ASSERT_TRUE(waitFor([this] { return !pane->searchRunning.get(); }));
+    }
+    std::string rows() const { return rowNames(pane->displayedItems.get()); }
+
+    BrowserWorld world;
+    BrowserServices services = world.services();
+    QSemaphore mayGoOn;
+    std::atomic<int> searches = 0;
+    bool capped = false;
+    std::unique_ptr<BrowserModel> pane;
+    const SearchTerms pdfs{{Kind::Pdf}};
+};
+
 } // namespace
 
 TEST(SearchFilteringTest, eachFilterKeepsWhatItNames)
@@ -75,4 +119,75 @@ TEST(SearchFilteringTest, theLimitOfMatchesCountsWhatMeetsTheFilters)
     ASSERT_EQ(found.items.size(), 1u);
     EXPECT_EQ(found.items[0].nameBytes, "a.pdf");
     EXPECT_FALSE(found.capped);
+}
+
+TEST_F(SearchTermsTest, filtersNarrowWhatStandsAndWhatStillArrives)
+{
+    begin({});
+    ASSERT_EQ(rows(), "bericht.pdf brief.txt");
+    pane->setSelection(Selection({world.home("bericht.pdf")}));
+    pane->setSearchTerms(pdfs);
+    EXPECT_EQ(rows(), "bericht.pdf");
+    EXPECT_TRUE(pane->searchRunning.get());
+    goOn();
+    EXPECT_EQ(rows(), "bericht.pdf bilanz.pdf");
+    EXPECT_EQ(pane->selection.get().size(), 1u);
+    pane->setSearchTerms({});
+    EXPECT_EQ(rows(), "bericht.pdf bilanz.pdf bild.png brief.txt") << "was found already";
+    EXPECT_EQ(searches, 1);
+    EXPECT_TRUE(pane->backStack().empty()) << "no step of the history";
+    pane->setSearchTerms({{Kind::Archives}});
+    EXPECT_EQ(pane->emptyText.get(), u"Nichts gefunden.\n\nEs gelten Filter. Esc löscht sie."_qs);
+    EXPECT_TRUE(pane->clearSearchFilters());
+    EXPECT_FALSE(pane->clearSearchFilters());
+    EXPECT_EQ(rows(), "bericht.pdf bilanz.pdf bild.png brief.txt");
+}
+
+TEST_F(SearchTermsTest, searchesAgainForWhatWasLeftOut)
+{
+    begin(pdfs);
+    goOn();
+    EXPECT_EQ(rows(), "bericht.pdf bilanz.pdf");
+    pane->setSearchTerms({});
+    ASSERT_TRUE(hasSearched(2));
+    capped = true;
+    goOn();
+    EXPECT_EQ(rows(), "bericht.pdf bilanz.pdf bild.png brief.txt");
+    pane->setSearchTerms(pdfs);
+    EXPECT_TRUE(hasSearched(3)) << "the limit may have left some out";
+    EXPECT_TRUE(pane->searchRunning.get());
+    goOn();
+    // Chosen before the limit is reached.
+    pane->setSearchTerms({});
+    ASSERT_TRUE(hasSearched(4));
+    pane->setSearchTerms({{Kind::Images}});
+    mayGoOn.release();
+    ASSERT_TRUE(hasSearched(5));
+    capped = false;
+    goOn();
+    EXPECT_EQ(rows(), "bild.png");
+    EXPECT_EQ(searches, 5);
+}
+
+TEST_F(SearchTermsTest, theHistoryKeepsResultsWithTheirFilters)
+{
+    mayGoOn.release(10);
+    pane->showPlace(Place::search(world.tree.path("home"), u"b"_qs));
+    const SearchTerms chosen{{Kind::Pdf}, true};
+    pane->setSearchTerms(chosen);
+    ASSERT_TRUE(waitFor([this] { return !pane->searchRunning.get(); }));
+    const Place shown = pane->place.get();
+    EXPECT_EQ(shown, Place::search(world.tree.path("home"), u"b"_qs, chosen));
+    pane->navigate(world.home("A"));
+    EXPECT_EQ(pane->searchTerms.get(), SearchTerms());
+    pane->goBack();
+    EXPECT_EQ(pane->place.get(), shown);
+    EXPECT_EQ(pane->searchTerms.get(), chosen);
+    ASSERT_TRUE(waitFor([this] { return !pane->searchRunning.get(); }));
+    EXPECT_EQ(rows(), "bericht.pdf bilanz.pdf");
+    pane->endResults();
+    EXPECT_EQ(pane->searchTerms.get(), SearchTerms());
+    pane->setSearchText(u"b"_qs);
+    pane->runSearch();
+    EXPECT_EQ(pane->place.get().terms, SearchTerms()) << "the next search starts afresh";
 }
