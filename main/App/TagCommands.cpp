@@ -4,6 +4,7 @@
 #include "App/TypedLocation.h"
 #include "Base/Json.h"
 #include "Disk/FileAttributes.h"
+#include "Disk/UnreadableFolders.h"
 #include "Features/FileTags.h"
 
 namespace brellin {
@@ -89,7 +90,7 @@ ExitCode runTaggedCommand(CommandContext &context)
         return context.refuse(QStringLiteral("So nicht: brellin markiert NAME [--in ORDNER]"));
     const Location scope = folders.empty() ? context.services.folders().home : typedLocation(folders.front());
     const QString tag = QString::fromStdString(words.front());
-    using Found = Result<std::vector<Location>>;
+    using Found = Result<TaggedEntries>;
     const auto found = workWithProgress<Found>(
         context.terminal,
         [&](JobControl &control) { return context.services.tagSearch().find(tag, scope, control, {}); },
@@ -98,7 +99,9 @@ ExitCode runTaggedCommand(CommandContext &context)
         return exitCodeOf(found.error(), context.terminal);
     if (!found)
         return context.refuse(printable(shown(scope)) + QStringLiteral(": ") + found.error().message);
-    printTags(context, *found);
+    printTags(context, found->entries);
+    if (!found->unreadable.empty())
+        context.terminal.message(unreadableText(found->unreadable) + u'.');
     return ExitCode::Done;
 }
 

@@ -113,12 +113,16 @@ void BrowserModel::findTag()
     const auto matches = std::make_shared<SearchMatches>();
     search([tag = *tagFilter.get(), matches, home = m_services.folders.home,
             &port = m_services.tagSearch](const JobControl &control) {
-        FolderSearchResult result;
         const auto found = [&matches](const Location &entry) { (void)matches->take(entry); };
-        if (const Result<std::vector<Location>> entries = port.find(tag, home, control, found))
-            result.items = readItems(*entries, &control);
-        else
+        const Result<TaggedEntries> entries = port.find(tag, home, control, found);
+        FolderSearchResult result;
+        if (entries) {
+            result.items = readItems(entries->entries, &control);
+            result.gaps.files = matches->result().gaps.files;
+            result.gaps.folders = entries->unreadable;
+        } else {
             result.error = entries.error();
+        }
         return result;
     });
     if (!again)

@@ -1,6 +1,7 @@
 #include "Features/TagSearch.h"
 
 #include "Disk/MountTable.h"
+#include "Disk/UnreadableFolders.h"
 #include "Disk/Walk.h"
 #include "Features/FileTags.h"
 
@@ -54,8 +55,8 @@ TagSearch::~TagSearch() = default;
 
 WalkTagSearch::WalkTagSearch(std::vector<Location> leftOut) : m_leftOut(std::move(leftOut)) {}
 
-Result<std::vector<Location>> WalkTagSearch::find(const QString &tag, const Location &scope, const JobControl &control,
-                                                  const Found &found) const
+Result<TaggedEntries> WalkTagSearch::find(const QString &tag, const Location &scope, const JobControl &control,
+                                          const Found &found) const
 {
     const auto closed = closedFolders(m_leftOut);
     std::vector<std::vector<Location>> parts(static_cast<std::size_t>(walkThreads()));
@@ -72,16 +73,17 @@ Result<std::vector<Location>> WalkTagSearch::find(const QString &tag, const Loca
         }
         return WalkStep::Continue;
     };
-    TRY(walkParallel(scope, WalkOptions{}, visit, &control));
-    std::vector<Location> all;
+    const WalkOutcome walked = TRY(walkParallel(scope, WalkOptions{}, visit, &control));
+    TaggedEntries all;
+    addUnreadable(all.unreadable, walked.unreadable);
     for (std::vector<Location> &part : parts)
-        std::ranges::move(part, std::back_inserter(all));
-    std::ranges::sort(all, {}, [](const Location &place) -> const std::string & { return place.native(); });
+        std::ranges::move(part, std::back_inserter(all.entries));
+    std::ranges::sort(all.entries, {}, [](const Location &place) -> const std::string & { return place.native(); });
     return all;
 }
 
-Result<std::vector<Location>> MdfindTagSearch::find(const QString &tag, const Location &scope,
-                                                    const JobControl &control, const Found &) const
+Result<TaggedEntries> MdfindTagSearch::find(const QString &tag, const Location &scope, const JobControl &control,
+                                            const Found &) const
 {
     QString query = QStringLiteral("kMDItemUserTags == ") + quoted(tag);
     if (const QString english = FileTags::english(tag); !english.isEmpty() && english != tag)
@@ -94,7 +96,7 @@ Result<std::vector<Location>> MdfindTagSearch::find(const QString &tag, const Lo
         return failure(QStringLiteral("Die Suche nach Markierungen ist fehlgeschlagen."));
     std::vector<Location> found = pathsIn(done.output);
     std::ranges::sort(found, {}, [](const Location &place) -> const std::string & { return place.native(); });
-    return found;
+    return TaggedEntries{std::move(found), {}};
 }
 
 } // namespace brellin

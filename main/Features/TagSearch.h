@@ -12,6 +12,14 @@
 
 namespace brellin {
 
+/// Entries with a tag.
+struct TaggedEntries {
+    std::vector<Location> entries;    ///< sorted by path
+    std::vector<Location> unreadable; ///< folders that could not be searched, by path
+
+    bool operator==(const TaggedEntries &) const = default;
+};
+
 /// Port for finding tagged entries. Blocking: call on workers only.
 class TagSearch {
 public:
@@ -19,9 +27,9 @@ public:
     using Found = std::function<void(const Location &)>;
 
     virtual ~TagSearch();
-    /// All entries below `scope` with this tag, sorted by path.
-    virtual Result<std::vector<Location>> find(const QString &tag, const Location &scope, const JobControl &control,
-                                               const Found &found) const = 0;
+    /// All entries below `scope` with this tag.
+    virtual Result<TaggedEntries> find(const QString &tag, const Location &scope, const JobControl &control,
+                                       const Found &found) const = 0;
 };
 
 /// Walks all entries below the scope, including hidden ones. Does not enter network mounts, since an unresponsive one
@@ -30,8 +38,8 @@ class WalkTagSearch : public TagSearch {
 public:
     /// `leftOut`: folders to skip (the Trash).
     explicit WalkTagSearch(std::vector<Location> leftOut = {});
-    Result<std::vector<Location>> find(const QString &tag, const Location &scope, const JobControl &control,
-                                       const Found &found) const override;
+    Result<TaggedEntries> find(const QString &tag, const Location &scope, const JobControl &control,
+                               const Found &found) const override;
 
 private:
     std::vector<Location> m_leftOut;
@@ -41,8 +49,8 @@ private:
 class MdfindTagSearch : public TagSearch {
 public:
     explicit MdfindTagSearch(ProcessRunner &processes) : m_processes(processes) {}
-    Result<std::vector<Location>> find(const QString &tag, const Location &scope, const JobControl &control,
-                                       const Found &found) const override;
+    Result<TaggedEntries> find(const QString &tag, const Location &scope, const JobControl &control,
+                               const Found &found) const override;
 
 private:
     ProcessRunner &m_processes;

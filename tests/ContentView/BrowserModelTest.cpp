@@ -129,10 +129,13 @@ TEST_F(BrowserModelTest, choosesWhatTheSidebarOffers)
     EXPECT_FALSE(pane.showDevice.get().has_value());
     EXPECT_TRUE(pane.backStack().empty()) << "pages are no folders";
     world.tagSearch.found = {world.home("A/innen"), world.home("fehlt")};
+    world.tagSearch.unreadable = {world.home("zu")};
     pane.choose(SidebarItem::tag(u"Rot"_qs));
     ASSERT_TRUE(waitFor([&] { return !pane.searchRunning.get(); }));
     EXPECT_EQ(rows(), "innen");
     EXPECT_EQ(pane.tagFilter.get(), u"Rot"_qs);
+    EXPECT_EQ(pane.notSearched.get().folders, std::vector{world.home("zu")});
+    EXPECT_TRUE(pane.notSearched.get().files.empty()) << "what is gone is no gap";
     pane.choose(SidebarItem::quick(world.tree.path("home")));
     EXPECT_EQ(rows(), "A B brief.txt");
     EXPECT_FALSE(pane.tagFilter.get().has_value());

@@ -41,15 +41,15 @@ private:
 
 class FakeTagSearch : public TagSearch {
 public:
-    Result<std::vector<Location>> find(const QString &, const Location &, const JobControl &,
-                                       const Found &tell) const override
+    Result<TaggedEntries> find(const QString &, const Location &, const JobControl &, const Found &tell) const override
     {
         std::ranges::for_each(found, tell);
         mayEnd.acquire();
         mayEnd.release();
-        return found;
+        return TaggedEntries{found, unreadable};
     }
     std::vector<Location> found;
+    std::vector<Location> unreadable;
     mutable QSemaphore mayEnd{1}; ///< acquire to keep searches from ending
 };
 

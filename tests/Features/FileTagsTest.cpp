@@ -1,6 +1,7 @@
 #include "Features/FileTags.h"
 #include "Features/TagSearch.h"
 
+#include "Support/ClosedFolders.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -131,13 +132,23 @@ TEST_F(FileTagsTest, findsUnderBothNamesEverywhereButInTheTrash)
     tree.file("Papierkorb/weg.txt", "5");
     store("Papierkorb/weg.txt", "Rot");
     const WalkTagSearch search({tree.path("Papierkorb")});
-    const std::vector<Location> expected = paths({".versteckt/d.txt", "Ordner", "a.txt"});
+    const TaggedEntries expected{paths({".versteckt/d.txt", "Ordner", "a.txt"}), {}};
     EXPECT_EQ(search.find(rot, tree.root(), control, {}), expected);
     EXPECT_EQ(search.find(QStringLiteral("Red"), tree.root(), control, {}), expected);
     control.cancel();
     const auto cancelled = search.find(rot, tree.root(), control, {});
     ASSERT_FALSE(cancelled);
     EXPECT_TRUE(cancelled.error().isCancelled());
+}
+
+TEST_F(FileTagsTest, aSearchNamesTheFoldersItCannotRead)
+{
+    store("a.txt", "Rot");
+    const ClosedFolders closed(tree, {"Ordner", ".versteckt"});
+    if (!closed)
+        GTEST_SKIP() << "privileges cannot be dropped";
+    EXPECT_EQ(WalkTagSearch().find(rot, tree.root(), control, {}),
+              (TaggedEntries{paths({"a.txt"}), paths({".versteckt", "Ordner"})}));
 }
 
 TEST(MdfindTagSearchTest, asksForBothNamesAndReadsPathsAsBytes)
@@ -147,7 +158,7 @@ TEST(MdfindTagSearchTest, asksForBothNamesAndReadsPathsAsBytes)
     const MdfindTagSearch search(index);
     const JobControl control;
     EXPECT_EQ(search.find(QStringLiteral("Grün"), "/home/anna", control, {}),
-              (std::vector<Location>{"/a/x y.txt", "/b/caf\xE9"}));
+              (TaggedEntries{{"/a/x y.txt", "/b/caf\xE9"}, {}}));
     EXPECT_EQ(index.asked.program, "/usr/bin/mdfind");
     EXPECT_EQ(index.asked.arguments, (std::vector<std::string>{"-onlyin", "/home/anna",
                                                                "kMDItemUserTags == \"Grün\" || "
