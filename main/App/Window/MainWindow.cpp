@@ -38,6 +38,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     connect(m_address, &AddressBar::pageStepClicked, this, [this](int step) { goToPageStep(step); });
     connect(m_address, &AddressBar::left, this, &MainWindow::focusPlace);
     connect(m_search, &SearchField::left, this, &MainWindow::focusPlace);
+    connect(m_search, &SearchField::wentOn, this, [this] { tab()->activeView().focusFilters(); });
     connect(m_search, &SearchField::wentDown, this, [this] { tab()->activeView().focusFirst(); });
     const auto openBehind = [this](const Location &folder) { openTab(folder, TabOpening::InBackground); };
     connect(m_address, &AddressBar::backgroundTabRequested, this, openBehind);

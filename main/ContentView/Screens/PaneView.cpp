@@ -39,6 +39,7 @@ PaneView::PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *par
     , m_rows(new ItemRows(pane, services.sizes, this))
     , m_pictures(services.colors, services.thumbnails)
     , m_services(services)
+    , m_searchBar(new SearchBar(pane, this))
     , m_stack(new QStackedWidget(this))
 {
     setObjectName(QStringLiteral("pane"));
@@ -47,6 +48,8 @@ PaneView::PaneView(BrowserModel &pane, PaneScreenServices services, QWidget *par
     column->setSpacing(0);
     buildBanner();
     column->addWidget(m_banner);
+    column->addWidget(m_searchBar);
+    connect(m_searchBar, &SearchBar::escaped, this, &PaneView::leaveFilters);
     column->addWidget(m_stack, 1);
     buildViews();
     setAutoFillBackground(true);
@@ -325,6 +328,21 @@ void PaneView::followPosition(const ViewPosition &wanted)
     m_moving = false;
 }
 
+bool PaneView::focusFilters()
+{
+    m_searchBar->setFocus();
+    return m_searchBar->isVisible();
+}
+
+/// The list has the focus after the bar is gone.
+void PaneView::leaveFilters()
+{
+    if (!endOne())
+        m_pane.setSearchTerms({});
+    if (!m_pane.searching.get())
+        focusList();
+}
+
 void PaneView::focusFirst()
 {
     focusList();
@@ -431,6 +449,8 @@ bool PaneView::endOne()
         m_pane.dismissError();
         return true;
     }
+    if (m_pane.clearSearchFilters())
+        return true;
     const Place::Kind kind = m_pane.place.get().kind;
     if (kind != Place::Kind::Search && kind != Place::Kind::Tag)
         return false;

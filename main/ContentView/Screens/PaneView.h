@@ -3,6 +3,7 @@
 #include "ContentView/Screens/DetailsView.h"
 #include "ContentView/Screens/FileDrop.h"
 #include "ContentView/Screens/IconsView.h"
+#include "ContentView/Screens/SearchBar.h"
 #include "Look/Labels.h"
 
 #include <QStackedWidget>
@@ -53,6 +54,8 @@ public:
     void focusList() { m_stack->currentWidget()->setFocus(); }
     /// Whether the beginning of a name is being typed, to jump to it.
     bool isTyping() const;
+    /// Focuses the filters of a search; false if there is none.
+    bool focusFilters();
     /// Focuses the list and selects its first row if nothing is selected.
     void focusFirst();
 
@@ -77,6 +80,7 @@ private:
     void tellPosition();
     void followPosition(const ViewPosition &wanted);
     bool keyPressed(const QKeyEvent &key, bool inView);
+    void leaveFilters();
     bool endOne();
     QMenu *arrangementMenu();
     void link(QAbstractItemView *view);
@@ -95,6 +99,7 @@ private:
     SelectionLink *m_link = nullptr;
     EntryPictures m_pictures;
     PaneScreenServices m_services;
+    SearchBar *m_searchBar;
     QStackedWidget *m_stack;
     DetailsView *m_details = nullptr;
     IconsView *m_icons = nullptr;

@@ -60,6 +60,14 @@ void SearchField::showState()
     m_clear->setVisible(!text().isEmpty());
 }
 
+bool SearchField::focusNextPrevChild(bool next)
+{
+    if (!next || !m_pane || !m_pane->searching.get())
+        return QLineEdit::focusNextPrevChild(next);
+    Q_EMIT wentOn();
+    return true;
+}
+
 /// Disabled while a page is shown instead of a folder.
 void SearchField::changeEvent(QEvent *event)
 {
@@ -76,11 +84,14 @@ void SearchField::endSearch()
         return;
     m_pane->setSearchText({});
     m_pane->runSearch();
+    m_pane->setSearchTerms({});
 }
 
 void SearchField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
+        if (m_pane && m_pane->clearSearchFilters())
+            return;
         endSearch();
         Q_EMIT left();
     } else if (event->key() == Qt::Key_Down) {

@@ -17,12 +17,15 @@ public:
     Q_SIGNAL void left();
     /// The down arrow: to the first of the entries.
     Q_SIGNAL void wentDown();
+    /// Tab during a search: to its filters.
+    Q_SIGNAL void wentOn();
 
     QSize sizeHint() const override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void showState();

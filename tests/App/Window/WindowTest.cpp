@@ -203,7 +203,9 @@ TEST_F(WindowTest, windowsComeBackAtTheNextStart)
         Windows windows(composition->forWindows());
         windows.start({folder / "eins"});
         windows.take({folder});
-        auto *const first = qobject_cast<MainWindow *>(QApplication::topLevelWidgets().constFirst());
+        MainWindow *first = nullptr;
+        for (QWidget *const one : QApplication::topLevelWidgets())
+            first = first ? first : qobject_cast<MainWindow *>(one);
         ASSERT_NE(first, nullptr);
         first->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
