@@ -10,10 +10,8 @@ namespace {
 
 constexpr qsizetype longestLine = 2000;
 
-enum class ByteOrder { None, LittleEndian, BigEndian };
-
 /// Detects UTF-16 without a byte order mark: every other byte of western text is zero.
-ByteOrder zerosOf(const QByteArray &bytes)
+std::optional<QStringConverter::Encoding> encodingByZeros(const QByteArray &bytes)
 {
     qsizetype even = 0;
     qsizetype odd = 0;
@@ -23,10 +21,10 @@ ByteOrder zerosOf(const QByteArray &bytes)
     }
     const qsizetype many = bytes.size() / 4;
     if (odd > many && even < many / 16 + 1)
-        return ByteOrder::LittleEndian;
+        return QStringConverter::Utf16LE;
     if (even > many && odd < many / 16 + 1)
-        return ByteOrder::BigEndian;
-    return ByteOrder::None;
+        return QStringConverter::Utf16BE;
+    return std::nullopt;
 }
 
 QString decodedAs(QStringDecoder::Encoding encoding, const QByteArray &bytes)
@@ -60,14 +58,10 @@ std::optional<QString> decoded(const QByteArray &bytes, bool cutOff)
 {
     if (bytes.startsWith("\xEF\xBB\xBF"))
         return QString::fromUtf8(bytes.sliced(3));
-    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
-        return decodedAs(QStringDecoder::Utf16, bytes);
-    if (bytes.contains('\0')) {
-        const ByteOrder order = zerosOf(bytes);
-        if (order == ByteOrder::None)
-            return std::nullopt;
-        return decodedAs(order == ByteOrder::LittleEndian ? QStringDecoder::Utf16LE : QStringDecoder::Utf16BE, bytes);
-    }
+    if (const auto encoding = utf16Of(bytes))
+        return decodedAs(*encoding, bytes);
+    if (bytes.contains('\0'))
+        return std::nullopt;
     const QByteArray whole = cutOff ? withWholeLetters(bytes) : bytes;
     if (whole.isValidUtf8())
         return QString::fromUtf8(whole);
@@ -91,6 +85,13 @@ QString withShortLines(const QString &text)
 }
 
 } // namespace
+
+std::optional<QStringConverter::Encoding> utf16Of(const QByteArray &beginning)
+{
+    if (beginning.startsWith("\xFF\xFE") || beginning.startsWith("\xFE\xFF"))
+        return QStringConverter::Utf16;
+    return beginning.contains('\0') ? encodingByZeros(beginning) : std::nullopt;
+}
 
 std::optional<PreviewText> previewText(const QByteArray &beginning, bool cutOff)
 {
