@@ -71,6 +71,8 @@ Result<QByteArray> answerAbout(OpenFile &open, const DecoderRequest &request)
         return jsonOf(TRY(archiveListing(open.descriptor.number())));
     if (request.word == decoderWords::pdfText)
         return TRY(firstPageText(open.file)).toUtf8();
+    if (request.word == decoderWords::pdfPages && argument(1, 1'000'000) >= 0)
+        return jsonOf(TRY(pageTexts(open.file, argument(1, 1'000'000))));
     return failure(Failure::system(EINVAL));
 }
 

@@ -26,6 +26,8 @@ constexpr const char *video = "video";    ///< FILE SIDE: a `DecodedPicture`; no
 constexpr const char *facts = "angaben";  ///< FILE [PAGE]: a JSON object
 constexpr const char *archive = "archiv"; ///< FILE: a JSON object
 constexpr const char *pdfText = "pdf-text";
+/// FILE PAGE: the texts of some pages from PAGE on, a JSON object
+constexpr const char *pdfPages = "pdf-seiten";
 /// Streams the archive on standard input as messages of ArchiveStream.h; not supported by a persistent process.
 constexpr const char *archiveNames = "inhalt";
 constexpr const char *archiveContents = "entpacken"; ///< the same including file contents

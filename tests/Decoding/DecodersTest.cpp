@@ -129,6 +129,22 @@ TEST_F(DecodersTest, drawPagesOfPdfFiles)
     EXPECT_FALSE(decoders.askForPicture({decoderWords::pdfPage, {pdf.native(), "1", "256"}}));
 }
 
+TEST_F(DecodersTest, readThePagesOfPdfFiles)
+{
+    const auto texts = [&](const Location &pdf, const char *first) {
+        return decoders.ask({decoderWords::pdfPages, {pdf.native(), first}}, nullptr);
+    };
+    const Location pdf = tree.file("a.pdf", smallPdf("Rechnung \xFC"
+                                                     "ber Strom"));
+    const QByteArray answer = texts(pdf, "0").value_or(QByteArray());
+    EXPECT_TRUE(answer.contains("\"pages\":1") && answer.contains("[\"Rechnung über Strom")) << answer.constData();
+    for (const auto &[file, first] : {std::pair(pdf, "1"), {tree.file("rubbish.pdf", "no PDF"), "0"}}) {
+        const Result<QByteArray> none = texts(file, first);
+        EXPECT_TRUE(!none && isUndecodable(none.error())) << file << ' ' << first;
+    }
+    EXPECT_FALSE(isUndecodable(texts(tree.path("missing.pdf"), "0").error()));
+}
+
 TEST_F(DecodersTest, goOnAfterBrokenFiles)
 {
     const std::string png = encoded(filled(300, 300, Qt::red), "PNG");
