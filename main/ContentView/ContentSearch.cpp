@@ -5,8 +5,14 @@
 #include "Disk/CloudFiles.h"
 #include "Disk/EntryPlace.h"
 #include "Disk/FileTypes.h"
+#include "System/Decoders.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <vector>
 
@@ -17,15 +23,30 @@ namespace {
 constexpr std::int64_t mostText = std::int64_t(64) * 1024 * 1024;
 constexpr std::size_t pieceOfText = std::size_t(256) * 1024;
 constexpr std::size_t firstPiece = std::size_t(16) * 1024; ///< shows whether it is text
+constexpr int mostPages = 2000;
 
-/// Not worth reading: known types that are no text.
+/// Not worth reading: known types that are neither text nor PDF.
 bool isOtherType(const FileType &type)
 {
     using enum TypeTrait;
-    const bool other = type.conformsTo(Pdf) || type.conformsTo(Image) || type.conformsTo(Movie) ||
-                       type.conformsTo(Audio) || type.conformsTo(Archive) || type.conformsTo(Presentation) ||
-                       type.conformsTo(Spreadsheet);
+    const bool other = type.conformsTo(Image) || type.conformsTo(Movie) || type.conformsTo(Audio) ||
+                       type.conformsTo(Archive) || type.conformsTo(Presentation) || type.conformsTo(Spreadsheet);
     return other && !type.conformsTo(Text) && !type.conformsTo(Xml);
+}
+
+/// One page in one line, with words joined that were divided at the end of a line.
+QString runningText(QString page)
+{
+    static constexpr std::array<char16_t, 3> dividing{u'\u0002', u'\u00AD', u'\uFFFE'};
+    for (const QChar mark : dividing) {
+        for (qsizetype at = page.indexOf(mark); at >= 0; at = page.indexOf(mark, at)) {
+            qsizetype end = at + 1;
+            while (end < page.size() && page.at(end).isSpace())
+                ++end;
+            page.remove(at, end - at);
+        }
+    }
+    return page.simplified();
 }
 
 } // namespace
@@ -68,7 +89,7 @@ Result<ContentAnswer> ContentSearch::find(const Location &file, const JobControl
         return ContentAnswer{};
     if (isPlaceHolder(file, attributes))
         return failure(Failure::system(ENODATA));
-    return findInText(opened, control);
+    return type.conformsTo(TypeTrait::Pdf) ? findInPdf(file, control) : findInText(opened, control);
 }
 
 Result<ContentAnswer> ContentSearch::findInText(const Descriptor &file, const JobControl *control) const
@@ -102,6 +123,31 @@ Result<ContentAnswer> ContentSearch::findInText(const Descriptor &file, const Jo
     if (!answer.passage.isEmpty())
         answer.whole = true;
     return answer;
+}
+
+Result<ContentAnswer> ContentSearch::findInPdf(const Location &file, const JobControl *control) const
+{
+    if (!m_decoder)
+        return failure(unreadable());
+    int page = 0;
+    for (int pages = 1; page < std::min(pages, mostPages);) {
+        const QByteArray json =
+            TRY(m_decoder->ask({decoderWords::pdfPages, {file.native(), std::to_string(page)}}, control));
+        const QJsonObject part = QJsonDocument::fromJson(json).object();
+        const QJsonArray texts = part.value(u"texts").toArray();
+        pages = part.value(u"pages").toInt();
+        if (texts.isEmpty())
+            return failure(undecodable());
+        for (const QJsonValueConstRef one : texts) {
+            const QString text = runningText(one.toString());
+            ++page;
+            if (m_wanted.matches(text.toStdString()))
+                return ContentAnswer{QStringLiteral("Seite %1: %2").arg(page).arg(excerpt(text, m_text)), true};
+        }
+        if (page >= mostPages && pages > page)
+            return ContentAnswer{{}, false};
+    }
+    return ContentAnswer{};
 }
 
 } // namespace brellin

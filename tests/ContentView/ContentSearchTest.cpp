@@ -1,5 +1,6 @@
 #include "ContentView/ContentSearch.h"
 
+#include "Support/FakeDecoder.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -24,15 +25,22 @@ std::string utf16(const std::u16string &text, bool bigEndian)
     return bytes;
 }
 
+/// What the decoder answers about pages from one on.
+QByteArray pagesJson(int all, const QByteArray &texts)
+{
+    return "{\"pages\":" + QByteArray::number(all) + ",\"texts\":[" + texts + "]}";
+}
+
 class ContentSearchTest : public testing::Test {
 protected:
     QString found(const Location &file, const QString &text = wanted)
     {
-        const Result<ContentAnswer> answer = ContentSearch(text).find(file, &control);
+        const Result<ContentAnswer> answer = ContentSearch(text, &decoder).find(file, &control);
         return answer ? answer->passage : u"! "_qs + answer.error().message;
     }
 
     const TempTree tree;
+    FakeDecoder decoder;
     JobControl control;
 };
 
@@ -71,5 +79,23 @@ TEST_F(ContentSearchTest, findsWhatLiesAcrossThePiecesItReads)
             EXPECT_FALSE(found(tree.file("datei", before + "Überweisung" + std::string(70'000, 'y'))).isEmpty())
                 << border << ' ' << shift;
         }
+    }
+}
+
+TEST_F(ContentSearchTest, asksTheDecoderForThePagesOfAPdf)
+{
+    const Location pdf = tree.file("brief.PDF", "%PDF");
+    const auto answer = [&](const QByteArray &json) { decoder.answers.insert_or_assign(decoderWords::pdfPages, json); };
+    answer(pagesJson(2, R"("Anfang","Die Über\u0002\r\nweisung\r\nkommt morgen")"));
+    EXPECT_EQ(found(pdf), u"Seite 2: Die Überweisung kommt morgen"_qs);
+    EXPECT_EQ(found(pdf, u"ÜBERWEISUNG KOMMT"_qs), found(pdf));
+    // Two pages at a time.
+    answer(pagesJson(5, R"("a","b")"));
+    EXPECT_EQ(found(pdf), QString());
+    EXPECT_EQ(decoder.asked().back().arguments, (std::vector<std::string>{pdf.native(), "4"}));
+    // What a decoder that was taken over may say.
+    for (const char *const json : {"", "[]", R"({"pages":1000000000})", R"({"pages":5,"texts":[]})"}) {
+        answer(json);
+        EXPECT_TRUE(found(pdf).startsWith(u'!')) << json;
     }
 }
