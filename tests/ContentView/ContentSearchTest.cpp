@@ -1,9 +1,15 @@
 #include "ContentView/ContentSearch.h"
 
+#include "ContentView/FolderSearch.h"
+#include "Support/ClosedFolders.h"
 #include "Support/FakeDecoder.h"
 #include "Support/TempTree.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
+
+#include <sys/stat.h>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -37,6 +43,10 @@ protected:
     {
         const Result<ContentAnswer> answer = ContentSearch(text, &decoder).find(file, &control);
         return answer ? answer->passage : u"! "_qs + answer.error().message;
+    }
+    FolderSearchResult search(const QString &text)
+    {
+        return searchFolder({tree.root(), text, HiddenEntries::LeftOut, {{}, true}}, &control, &decoder);
     }
 
     const TempTree tree;
@@ -82,6 +92,47 @@ TEST_F(ContentSearchTest, findsWhatLiesAcrossThePiecesItReads)
     }
 }
 
+TEST_F(ContentSearchTest, opensNothingButFilesOfTheFolder)
+{
+    const TempTree outside;
+    outside.file("aussen.txt", "Überweisung");
+    std::filesystem::create_symlink(outside.path("aussen.txt"), tree.path("verweis.txt"));
+    std::filesystem::create_directory_symlink(outside.root(), tree.path("ordnerverweis"));
+    ASSERT_EQ(::mkfifo(tree.path("leitung.txt").c_str(), 0600), 0);
+    tree.file("bild.png", "Überweisung");
+    tree.file("programm", std::string("\x7F"
+                                      "ELF\0\0Überweisung",
+                                      18));
+    const FolderSearchResult result = search(wanted);
+    EXPECT_EQ(result.items.size(), 0u);
+    EXPECT_TRUE(result.gaps.empty()) << gapsText(result.gaps).toStdString();
+    EXPECT_TRUE(decoder.asked().empty());
+    EXPECT_FALSE(ContentSearch(wanted, &decoder).find(tree.path("verweis.txt"), &control).has_value());
+    EXPECT_EQ(found(tree.path("leitung.txt")), QString());
+}
+
+TEST_F(ContentSearchTest, searchesAtMostTheBeginningOfAHugeFile)
+{
+    std::string line(1023, 'x');
+    line += '\n';
+    const Location file = tree.path("protokoll.log");
+    std::ofstream stream(file);
+    for (int i = 0; i < 64 * 1024; ++i)
+        stream << line;
+    stream << "Überweisung\n" << std::flush;
+    const FolderSearchResult result = search(wanted);
+    EXPECT_EQ(result.items.size(), 0u);
+    EXPECT_EQ(result.gaps.cut, std::vector{file});
+    EXPECT_EQ(gapsText(result.gaps), u"1 Datei nur zum Teil durchsucht"_qs);
+    // 4 GB of nothing is no text.
+    std::filesystem::resize_file(tree.file("luecke.txt"), std::uintmax_t(4) << 30);
+    EXPECT_EQ(found(tree.path("luecke.txt")), QString());
+    control.cancel();
+    const auto cancelled = ContentSearch(wanted, &decoder).find(file, &control);
+    ASSERT_FALSE(cancelled);
+    EXPECT_TRUE(cancelled.error().isCancelled());
+}
+
 TEST_F(ContentSearchTest, asksTheDecoderForThePagesOfAPdf)
 {
     const Location pdf = tree.file("brief.PDF", "%PDF");
@@ -98,4 +149,28 @@ TEST_F(ContentSearchTest, asksTheDecoderForThePagesOfAPdf)
         answer(json);
         EXPECT_TRUE(found(pdf).startsWith(u'!')) << json;
     }
+    answer(pagesJson(1'000'000'000, R"("a","b","c","d","e","f","g","h","i","j")"));
+    EXPECT_EQ(search(wanted).gaps.cut, std::vector{pdf});
+}
+
+TEST_F(ContentSearchTest, countsWhatItCannotReadButNotWhatIsGone)
+{
+    tree.file("kaputt.pdf", "kein PDF");
+    decoder.answers.insert_or_assign(decoderWords::pdfPages, failure(undecodable()));
+    EXPECT_EQ(search(wanted).gaps.files, std::vector{tree.path("kaputt.pdf")});
+    decoder.before = [this] { std::filesystem::remove(tree.path("kaputt.pdf")); };
+    EXPECT_TRUE(search(wanted).gaps.empty());
+
+    tree.lines({"offen.txt=Überweisung", "geheim.txt=Überweisung", "blind/Überweisung.txt=x"});
+    const ClosedFolders closed(tree, {"geheim.txt", "blind"});
+    if (!closed)
+        GTEST_SKIP() << "privileges cannot be dropped";
+    ::chmod(tree.path("blind").c_str(), 0400); // can be listed, but its entries cannot be examined
+    FolderSearchResult result = search(wanted);
+    ASSERT_EQ(result.items.size(), 1u);
+    EXPECT_EQ(result.passages.at(tree.path("offen.txt")), u"Zeile 1: Überweisung"_qs);
+    EXPECT_EQ(result.gaps.files, (std::vector{tree.path("blind/Überweisung.txt"), tree.path("geheim.txt")}));
+    EXPECT_EQ(gapsText(result.gaps), u"2 Dateien nicht lesbar"_qs);
+    result = searchFolder({tree.root(), wanted});
+    EXPECT_EQ(result.gaps.files, std::vector{tree.path("blind/Überweisung.txt")}) << "a search by name as well";
 }
