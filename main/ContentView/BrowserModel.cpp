@@ -79,12 +79,16 @@ void BrowserModel::showChanges(const std::vector<ChangedEntry> &changes)
         load();
         return;
     }
-    const auto belongs = [now = place.get(), hidden = showHidden.get(),
-                          time = std::chrono::system_clock::now()](const FileItem &item) {
+    // Contents are not read again: what was found in one stays.
+    const bool contents = place.get().terms.contents;
+    const auto belongs = [now = place.get(), hidden = showHidden.get(), time = std::chrono::system_clock::now(),
+                          found = contents ? pathsAfter(items.get(), changes)
+                                           : std::set<std::string>()](const FileItem &item) {
         if (now.kind == Place::Kind::Tag)
             return item.tags.contains(now.name);
-        return (hidden || !item.isHidden) && isAtOrBelow(item.location(), now.location) &&
-               NameQuery(now.name).matches(item.nameBytes) && passes(item, now.terms.filters, time);
+        const bool matches = NameQuery(now.name).matches(item.nameBytes) || found.contains(item.path());
+        return matches && (hidden || !item.isHidden) && isAtOrBelow(item.location(), now.location) &&
+               passes(item, now.terms.filters, time);
     };
     m_update.start(
         m_services.workers, {current.get()},

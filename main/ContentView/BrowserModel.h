@@ -46,7 +46,7 @@ struct BrowserServices {
     /// Whether an entry may be created or renamed at this path, i.e. not in a system location. Called on workers; empty
     /// allows all.
     MayChange mayChange = {};
-    /// The search below a folder. Called on workers; replaceable for tests.
+    /// The search below a folder. Called on workers; without a decoder it finds nothing in PDFs.
     FolderSearching search = [](SearchMatches &matches, const FolderQuery &query, const JobControl *control) {
         return searchInto(matches, query, control);
     };
@@ -98,6 +98,7 @@ public:
     Published<bool> searchRunning;               ///< a search for a text or tag is running
     Published<bool> searchCapped;                ///< more matches exist than the 3,000 listed
     Published<SearchGaps> notSearched;           ///< what the search could not read
+    Published<Passages> passages;                ///< where contents of `items` match
     Published<std::optional<QString>> tagFilter; ///< the tag whose entries are shown
 
     // Navigation

@@ -139,6 +139,7 @@ void BrowserModel::search(SearchRun::Work work)
 void BrowserModel::found(const FolderSearchResult &result)
 {
     m_matches = result.items;
+    publish(passages, result.passages);
     showMatches();
 }
 
@@ -171,6 +172,7 @@ void BrowserModel::leaveSearch()
     publish(searchRunning, false);
     publish(searchCapped, false);
     publish(notSearched, SearchGaps());
+    publish(passages, Passages());
     m_matches = {};
 }
 

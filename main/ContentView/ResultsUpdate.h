@@ -3,6 +3,8 @@
 #include "ContentView/FileItems.h"
 
 #include <functional>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace brellin {
@@ -20,5 +22,8 @@ struct ChangedEntry {
 /// is read again and kept if it `belongs`. Blocking.
 FileItems updatedResults(const FileItems &items, const std::vector<ChangedEntry> &changes,
                          const std::function<bool(const FileItem &)> &belongs);
+
+/// The paths of the items after `changes`; those that are gone are missing.
+std::set<std::string> pathsAfter(const FileItems &items, const std::vector<ChangedEntry> &changes);
 
 } // namespace brellin

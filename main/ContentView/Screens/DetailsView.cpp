@@ -15,11 +15,12 @@ namespace {
 
 const QString widthsKey = QStringLiteral("detailsColumns");
 
-constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200};
+constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200, 300};
 /// Minimum width of the view for each column; narrower views hide it.
-constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720, 380};
+constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720, 380, 0};
 
-SortKey keyOf(Column column)
+/// Nullopt if the rows cannot be sorted by it.
+std::optional<SortKey> keyOf(Column column)
 {
     switch (column) {
     case Column::Name:
@@ -34,8 +35,10 @@ SortKey keyOf(Column column)
         return SortKey::Tags;
     case Column::Folder:
         return SortKey::Folder;
+    case Column::Passage:
+        break;
     }
-    return SortKey::Name;
+    return std::nullopt;
 }
 
 } // namespace
@@ -106,9 +109,11 @@ void DetailsView::buildHeader()
     restoreWidths();
     head->setSectionResizeMode(static_cast<int>(Column::Name), QHeaderView::Stretch);
     connect(head, &QHeaderView::sectionClicked, this, [this, head](int section) {
-        const SortKey key = keyOf(static_cast<Column>(section));
+        const std::optional<SortKey> key = keyOf(static_cast<Column>(section));
+        if (!key)
+            return;
         const SortOrder &now = m_pane.sortOrder.get();
-        m_pane.setSortOrder(head->wasShiftClicked() ? chosenSecond(now, key) : chosenOrder(now, key));
+        m_pane.setSortOrder(head->wasShiftClicked() ? chosenSecond(now, *key) : chosenOrder(now, *key));
     });
     m_saveSoon.setSingleShot(true);
     connect(&m_saveSoon, &QTimer::timeout, this, &DetailsView::saveWidths);
@@ -139,6 +144,7 @@ void DetailsView::restoreWidths()
     for (int section = 0; section < columnCount; ++section)
         header()->resizeSection(section, scaled(usualWidths.at(static_cast<std::size_t>(section))));
     header()->moveSection(header()->visualIndex(static_cast<int>(Column::Folder)), 1);
+    header()->moveSection(header()->visualIndex(static_cast<int>(Column::Passage)), 1);
     const QString stored = plainSetting(m_defaults, widthsKey, QString());
     int place = 0;
     for (const QString &one : stored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
@@ -166,15 +172,21 @@ void DetailsView::saveWidths()
 
 void DetailsView::chooseColumns()
 {
-    const Place::Kind kind = m_pane.place.get().kind;
-    const bool results = kind == Place::Kind::Search || kind == Place::Kind::Tag;
-    for (int section = 1; section < columnCount; ++section) {
-        const bool folder = section == static_cast<int>(Column::Folder);
-        // In results the others make room for it, so that names remain readable.
-        const int room = results && !folder ? usualWidths.at(static_cast<std::size_t>(Column::Folder)) : 0;
-        const bool fits = viewport()->width() >= scaled(neededWidths.at(static_cast<std::size_t>(section)) + room);
-        header()->setSectionHidden(section, !fits || (folder && !results));
-    }
+    const Place &now = m_pane.place.get();
+    const bool results = now.kind == Place::Kind::Search || now.kind == Place::Kind::Tag;
+    const bool contents = now.terms.contents;
+    int room = 0;
+    const auto show = [&](Column column, bool wanted) {
+        const auto section = static_cast<std::size_t>(column);
+        const bool fits = viewport()->width() >= scaled(neededWidths.at(section) + room);
+        header()->setSectionHidden(static_cast<int>(column), !wanted || !fits);
+        return wanted ? usualWidths.at(section) : 0;
+    };
+    // In results the others make room for these two, so that names remain readable.
+    room += show(Column::Passage, contents);
+    room += show(Column::Folder, results);
+    for (const Column column : {Column::Size, Column::Modified, Column::Kind, Column::Tags})
+        show(column, true);
 }
 
 bool DetailsView::endTyping()

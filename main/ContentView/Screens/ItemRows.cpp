@@ -62,6 +62,7 @@ ItemRows::ItemRows(BrowserModel &pane, FolderSizes &sizes, QObject *parent)
     , m_today(QDate::currentDate())
 {
     pane.displayedItems.observe(this, [this](const DisplayedItems &next) { follow(next); });
+    pane.passages.observe(this, [this](const Passages &) { heardPassages(); });
     sizes.observe(this, [this](const std::vector<Location> &changed) { heardSizes(changed); });
 }
 
@@ -165,6 +166,21 @@ QString ItemRows::folderTextOf(const FileItem &item) const
     return below == "." ? QStringLiteral("~") : QStringLiteral("~/") + brellin::shown(below);
 }
 
+/// Where the content of a search's match contains the text.
+QString ItemRows::passageOf(const FileItem &item) const
+{
+    const Passages &passages = m_pane.passages.get();
+    const auto found = passages.empty() ? passages.end() : passages.find(item.path());
+    return found == passages.end() ? QString() : found->second;
+}
+
+void ItemRows::heardPassages()
+{
+    const int column = static_cast<int>(Column::Passage);
+    if (!m_shown.empty())
+        Q_EMIT dataChanged(index(0, column), index(rowCount() - 1, column), {Qt::DisplayRole});
+}
+
 bool ItemRows::sizeIsStale(const FileItem &item) const
 {
     const std::optional<FolderSize> size = item.isFolder ? m_sizes.size(item.location()) : std::nullopt;
@@ -199,13 +215,16 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     const FileItem &entry = item(index.row());
+    const auto column = static_cast<Column>(index.column());
     if (role == Qt::AccessibleTextRole)
-        return spokenText(entry, sizeTextOf(entry), m_today);
+        return spokenText(entry, sizeTextOf(entry), passageOf(entry), m_today);
+    if (role == Qt::ToolTipRole && column == Column::Passage)
+        return passageOf(entry);
     if (role == Qt::ToolTipRole)
-        return index.column() == static_cast<int>(Column::Name) ? QVariant(entry.name()) : QVariant();
+        return column == Column::Name ? QVariant(entry.name()) : QVariant();
     if (role != Qt::DisplayRole && role != Qt::EditRole)
         return {};
-    switch (static_cast<Column>(index.column())) {
+    switch (column) {
     case Column::Name:
         if (role == Qt::EditRole && m_pane.renameTarget.get() && m_pane.renameTarget.get()->sameEntry(entry))
             return m_pane.renameText.get();
@@ -220,14 +239,17 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return entry.tags.join(QStringLiteral(", "));
     case Column::Folder:
         return folderTextOf(entry);
+    case Column::Passage:
+        return passageOf(entry);
     }
     return {};
 }
 
 QVariant ItemRows::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    static const QStringList titles{QStringLiteral("Name"), QStringLiteral("Größe"),        QStringLiteral("Geändert"),
-                                    QStringLiteral("Art"),  QStringLiteral("Markierungen"), QStringLiteral("Ort")};
+    static const QStringList titles{
+        QStringLiteral("Name"),         QStringLiteral("Größe"), QStringLiteral("Geändert"),  QStringLiteral("Art"),
+        QStringLiteral("Markierungen"), QStringLiteral("Ort"),   QStringLiteral("Fundstelle")};
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= titles.size())
         return {};
     return titles.at(section);

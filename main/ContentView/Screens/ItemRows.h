@@ -9,8 +9,8 @@
 namespace brellin {
 
 /// Columns of the details view, from left to right.
-enum class Column { Name, Size, Modified, Kind, Tags, Folder };
-inline constexpr int columnCount = 6;
+enum class Column { Name, Size, Modified, Kind, Tags, Folder, Passage };
+inline constexpr int columnCount = 7;
 
 /// Item model of a pane's displayed items. Updates match entries by path, so that selection, scroll position and an
 /// open editor survive.
@@ -45,6 +45,7 @@ public:
 
 private:
     QString folderTextOf(const FileItem &item) const;
+    QString passageOf(const FileItem &item) const;
     /// What the rows show; if it changes, all rows are replaced.
     struct Source {
         Location folder;
@@ -58,6 +59,7 @@ private:
     void follow(const DisplayedItems &next);
     void refresh(const DisplayedItems &next);
     void rearrange(const DisplayedItems &next);
+    void heardPassages();
     void heardSizes(const std::vector<Location> &changed);
 
     BrowserModel &m_pane;

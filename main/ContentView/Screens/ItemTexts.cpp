@@ -20,7 +20,7 @@ QString folderSizeText(const std::optional<FolderSize> &size)
     return size->state == FolderSize::State::Capped ? QStringLiteral("mehr als ") + bytes : bytes;
 }
 
-QString spokenText(const FileItem &item, const QString &size, QDate today)
+QString spokenText(const FileItem &item, const QString &size, const QString &passage, QDate today)
 {
     QStringList parts{item.name(), item.kind};
     for (const QString &part : {size, shortDateText(item.modified, today)})
@@ -28,6 +28,8 @@ QString spokenText(const FileItem &item, const QString &size, QDate today)
             parts.append(part);
     if (!item.tags.isEmpty())
         parts.append(QStringLiteral("Markierungen: ") + item.tags.join(QStringLiteral(", ")));
+    if (!passage.isEmpty())
+        parts.append(passage);
     return parts.join(QStringLiteral(", "));
 }
 

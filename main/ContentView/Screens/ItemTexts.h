@@ -15,7 +15,7 @@ QString shortDateText(Instant instant, QDate today);
 /// The known size of a folder: "1,3 GB", or "mehr als 1,3 GB" if counting stopped at the limit.
 QString folderSizeText(const std::optional<FolderSize> &size);
 
-/// A row's text for screen readers: name, kind, size, date and tags.
-QString spokenText(const FileItem &item, const QString &size, QDate today);
+/// A row's text for screen readers: name, kind, size, date, tags, and where its content was found.
+QString spokenText(const FileItem &item, const QString &size, const QString &passage, QDate today);
 
 } // namespace brellin
