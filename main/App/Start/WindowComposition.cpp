@@ -102,8 +102,18 @@ void WindowComposition::follow(const std::vector<EntryMove> &moves)
 WindowServices WindowComposition::forWindows()
 {
     const BrowserServices panes{
-        m_services.settings(),  m_services.volumes(), m_paneFiles, m_services.folders(), m_workers, m_sizes, m_colors,
-        m_services.tagSearch(), mayChange(m_services)};
+        m_services.settings(),
+        m_services.volumes(),
+        m_paneFiles,
+        m_services.folders(),
+        m_workers,
+        m_sizes,
+        m_colors,
+        m_services.tagSearch(),
+        mayChange(m_services),
+        [&decoder = m_services.decoder()](SearchMatches &matches, const FolderQuery &query, const JobControl *control) {
+            return searchInto(matches, query, control, &decoder);
+        }};
     const AgentPorts agent{
         m_agent,     m_model,      m_services.forAgent(),
         m_workspace, m_pasteboard, [this](const Location &entry, int side) { return m_placed.pixmap(entry, side); }};

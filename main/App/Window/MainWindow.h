@@ -70,6 +70,8 @@ public:
     void goToTrash();
     void editPath();
     void focusSearch();
+    /// The search field, for a search in contents.
+    void searchContents();
     void togglePin();
     void toggleDualPane();
     void switchPane();

@@ -167,6 +167,12 @@ void MainWindow::focusSearch()
     m_search->selectAll();
 }
 
+void MainWindow::searchContents()
+{
+    pane()->setSearchTerms({pane()->searchTerms.get().filters, true});
+    focusSearch();
+}
+
 void MainWindow::togglePin()
 {
     if (const Result<void> pinned = m_services.pins.toggle(pane()->current.get()); !pinned)

@@ -218,6 +218,8 @@ std::vector<WindowCommand> editMenu()
     menu.add(CopyPath, QStringLiteral("Pfad kopieren"), {control | alt | Qt::Key_C}, leaves, withSelection,
              run(&FileCommands::copyPath));
     menu.add(Search, QStringLiteral("Suchen"), {control | Qt::Key_F}, works, inFolder, run(&MainWindow::focusSearch));
+    menu.add(SearchContents, QStringLiteral("In Inhalten suchen"), {control | shift | Qt::Key_F}, works, inFolder,
+             run(&MainWindow::searchContents));
     menu.add(EditPath, QStringLiteral("Pfad eingeben"), {control | Qt::Key_L}, works, always,
              run(&MainWindow::editPath));
     menu.add(Pin, QStringLiteral("Ordner an Schnellzugriff anheften"), {}, leaves, inFolder,

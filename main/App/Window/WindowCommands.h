@@ -65,6 +65,7 @@ enum class CommandId {
     History,
     EditPath,
     Search,
+    SearchContents,
     ShowHidden,
     Details,
     Icons,

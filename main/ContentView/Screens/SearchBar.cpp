@@ -3,6 +3,7 @@
 #include "Look/Buttons.h"
 #include "Look/Theme.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -44,6 +45,11 @@ SearchBar::SearchBar(BrowserModel &pane, QWidget *parent) : QWidget(parent), m_p
     m_kind = addChoice(QStringLiteral("Art"), QStringLiteral("searchKind"), kindTexts());
     m_age = addChoice(QStringLiteral("Geändert"), QStringLiteral("searchAge"), ageTexts());
     m_size = addChoice(QStringLiteral("Größe"), QStringLiteral("searchSize"), sizeTexts());
+    m_contents = new QCheckBox(QStringLiteral("Auch in Inhalten"), this);
+    m_contents->setObjectName(QStringLiteral("searchContents"));
+    m_contents->setToolTip(QStringLiteral("Durchsucht auch, was in Textdateien und PDFs steht"));
+    connect(m_contents, &QCheckBox::clicked, this, &SearchBar::choose);
+    row->addWidget(m_contents);
     row->addStretch(1);
     m_clear = makeButton(QStringLiteral("Filter löschen"), ButtonKind::Link, QStringLiteral("clearFilters"), this);
     connect(m_clear, &QAbstractButton::clicked, this, [this] {
@@ -75,7 +81,7 @@ void SearchBar::choose()
     const SearchFilters filters{static_cast<SearchFilters::Kind>(m_kind->currentIndex()),
                                 static_cast<SearchFilters::Age>(m_age->currentIndex()),
                                 static_cast<SearchFilters::Size>(m_size->currentIndex())};
-    m_pane.setSearchTerms({filters, m_pane.searchTerms.get().contents});
+    m_pane.setSearchTerms({filters, m_contents->isChecked()});
 }
 
 void SearchBar::showState()
@@ -84,6 +90,7 @@ void SearchBar::showState()
     m_kind->setCurrentIndex(static_cast<int>(terms.filters.kind));
     m_age->setCurrentIndex(static_cast<int>(terms.filters.age));
     m_size->setCurrentIndex(static_cast<int>(terms.filters.size));
+    m_contents->setChecked(terms.contents);
     m_clear->setVisible(terms.filters.narrow());
     setVisible(m_pane.searching.get() || terms != SearchTerms());
 }

@@ -4,12 +4,13 @@
 
 #include <QWidget>
 
+class QCheckBox;
 class QComboBox;
 class QPushButton;
 
 namespace brellin {
 
-/// The bar above the results of a search: its filters. Hidden while there is no search.
+/// The bar above the results of a search: its filters, and the switch for contents. Hidden while there is no search.
 class SearchBar : public QWidget {
     Q_OBJECT
 public:
@@ -31,6 +32,7 @@ private:
     QComboBox *m_kind;
     QComboBox *m_age;
     QComboBox *m_size;
+    QCheckBox *m_contents;
     QPushButton *m_clear;
 };
 

@@ -42,6 +42,7 @@ void SearchField::setPane(BrowserModel *pane)
         });
         pane->searchRunning.observe(m_following.get(), [this](bool) { showState(); });
         pane->current.observe(m_following.get(), [this](const Location &) { showState(); });
+        pane->searchTerms.observe(m_following.get(), [this](const SearchTerms &) { showState(); });
         setText(pane->searchText.get());
     }
     showState();
@@ -51,7 +52,9 @@ void SearchField::showState()
 {
     const QString title = m_pane ? m_folders.title(m_pane->current.get()) : QString();
     const bool searchable = m_pane && isEnabled();
-    setPlaceholderText(searchable ? QStringLiteral("In „%1“ suchen").arg(title) : QStringLiteral("Suchen"));
+    const bool contents = m_pane && m_pane->searchTerms.get().contents;
+    const QString wish = contents ? QStringLiteral("Inhalte in „%1“ suchen") : QStringLiteral("In „%1“ suchen");
+    setPlaceholderText(searchable ? wish.arg(title) : QStringLiteral("Suchen"));
     setAccessibleName(placeholderText());
     const bool running = m_pane && m_pane->searchRunning.get();
     m_symbol->setIcon(Symbols::icon(running ? QStringLiteral("loader-circle") : QStringLiteral("search"),
