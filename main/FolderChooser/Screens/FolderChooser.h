@@ -13,6 +13,7 @@ class ChooserPlaces;
 class ElidedLabel;
 class PaneView;
 class Pins;
+class TextLabel;
 class ThumbnailImages;
 class VolumeList;
 
@@ -25,6 +26,7 @@ struct FolderChooserServices {
 };
 
 /// Asks for a folder: a pane of folders with path and places. The selected folder is chosen, otherwise the one shown.
+/// Return opens, Strg+Return chooses, Strg+L edits the path, Strg+Umschalt+N creates a folder.
 class FolderChooser : public SheetFrame {
     Q_OBJECT
 public:
@@ -35,10 +37,12 @@ public:
     void begin();
     BrowserModel &pane() { return *m_pane; }
 
+    /// The folder existed and was allowed a moment before.
     Q_SIGNAL void chosen(const brellin::Location &folder);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void buildPane();
@@ -46,7 +50,10 @@ private:
     void follow();
     Location candidate() const;
     void showCandidate();
+    void examine(const std::function<void()> &allowed);
+    void refuse(const QString &reason);
     void accept();
+    bool runKey(const QKeyEvent &event);
 
     FolderChooserServices m_services;
     const FolderQuestion m_question;
@@ -55,8 +62,10 @@ private:
     ChooserPlaces *m_places = nullptr;
     PaneView *m_view = nullptr;
     ElidedLabel *m_chosen = nullptr;
+    TextLabel *m_refusal = nullptr;
     QPushButton *m_accept = nullptr;
     Location m_shown; ///< the candidate on display
+    FileCall<std::optional<QString>> m_examining;
 };
 
 } // namespace brellin
