@@ -6,6 +6,7 @@
 #include "FileOperations/Screens/BatchRenameSheet.h"
 #include "FileOperations/Screens/OperationQuestions.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
+#include "FolderChooser/Screens/FolderChooser.h"
 #include "History/HistoryList.h"
 #include "Look/Attention.h"
 #include "Look/YesNoSheet.h"
@@ -14,7 +15,6 @@
 #include "Transfers/Screens/TransferPanel.h"
 
 #include <QApplication>
-#include <QFileDialog>
 #include <QWindow>
 
 #include <algorithm>
@@ -319,20 +319,25 @@ void FileCommands::paste(BrowserModel &pane)
 void FileCommands::askForFolder(TransferKind kind, BrowserModel &pane)
 {
     const bool move = kind == TransferKind::Move;
-    auto *const dialog =
-        new QFileDialog(m_window, move ? QStringLiteral("Verschieben nach …") : QStringLiteral("Kopieren nach …"),
-                        shown(pane.current.get()));
-    dialog->setObjectName(QStringLiteral("folderDialog"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setLabelText(QFileDialog::Accept, move ? QStringLiteral("Verschieben") : QStringLiteral("Kopieren"));
-    const std::vector<Location> sources = selectedIn(pane);
-    connect(dialog, &QFileDialog::fileSelected, &pane, [this, sources, kind, &pane](const QString &folder) {
-        transfer(sources, Location(QFile::encodeName(folder).toStdString()), kind, pane);
-    });
-    dialog->open();
+    const FolderQuestion question{move ? QStringLiteral("move") : QStringLiteral("copy"),
+                                  move ? QStringLiteral("Verschieben nach …") : QStringLiteral("Kopieren nach …"),
+                                  move ? QStringLiteral("Verschieben") : QStringLiteral("Kopieren"), pane.current.get(),
+                                  FolderQuestion::Use::Write};
+    askForFolder(m_window, question,
+                 [this, sources = selectedIn(pane), kind, asking = QPointer(&pane)](const Location &folder) {
+                     if (asking)
+                         transfer(sources, folder, kind, *asking);
+                 });
+}
+
+void FileCommands::askForFolder(QWidget *asker, const FolderQuestion &question,
+                                const std::function<void(const Location &)> &chosen)
+{
+    auto *const sheet = new FolderChooser(
+        {m_services.panes, m_services.pins, m_services.volumeList, &m_services.thumbnails}, question, m_window);
+    sheet->pane().onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
+    connect(sheet, &FolderChooser::chosen, asker, chosen);
+    sheet->begin();
 }
 
 void FileCommands::sendTo(const SendToTarget &target, BrowserModel &pane)

@@ -3,6 +3,7 @@
 #include "App/Window/WindowCommands.h"
 #include "App/Window/WindowServices.h"
 #include "FileOperations/RenameLog.h"
+#include "FolderChooser/Screens/FolderQuestion.h"
 #include "Transfers/Screens/TransferScreens.h"
 
 #include <QPointer>
@@ -54,6 +55,9 @@ public:
     void transfer(std::vector<Location> sources, const Location &destination, TransferKind kind, BrowserModel &pane);
     void sendTo(const SendToTarget &target, BrowserModel &pane);
     void showProperties(const std::vector<Location> &entries);
+    /// See `AskForFolder`. A folder created there can be undone as in a pane.
+    void askForFolder(QWidget *asker, const FolderQuestion &question,
+                      const std::function<void(const Location &)> &chosen);
 
     Q_SIGNAL void said(const QString &message);
     /// A failure that belongs to no pane.
