@@ -2,6 +2,7 @@
 
 #include "Agent/CleanupAgent.h"
 #include "Agent/Model/ModelSettings.h"
+#include "FolderChooser/Screens/FolderQuestion.h"
 #include "System/Workspace.h"
 
 #include <QPixmap>
@@ -20,6 +21,7 @@ struct AgentPorts {
     /// A thumbnail of an entry, at most `side` device pixels in each direction; null while there is none. If unset,
     /// icons are drawn.
     std::function<QPixmap(const Location &entry, int side)> thumbnail = {};
+    AskForFolder askForFolder = {};
 };
 
 } // namespace brellin

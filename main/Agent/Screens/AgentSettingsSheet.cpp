@@ -2,7 +2,7 @@
 
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentTexts.h"
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Guard/PathTexts.h"
 #include "Look/Buttons.h"
@@ -147,8 +147,11 @@ void AgentSettingsSheet::buildDuplicates()
     content()->addWidget(makeSecondary(
         QStringLiteral("Verglichen wird der Inhalt, nicht der Name. Die älteste Datei bleibt immer erhalten."), this));
     connect(add, &QPushButton::clicked, this, [this] {
-        chooseFolder(this, QStringLiteral("Ordner nach Doppelten durchsuchen"), m_ports.services.folders.home,
-                     [this](const Location &folder) { addDuplicateFolder(folder); });
+        m_ports.askForFolder(this,
+                             {.purpose = QStringLiteral("duplicates"),
+                              .title = QStringLiteral("Ordner nach Doppelten durchsuchen"),
+                              .start = m_ports.services.folders.home},
+                             [this](const Location &folder) { addDuplicateFolder(folder); });
     });
     connect(m_autoDuplicates, &QCheckBox::clicked, this,
             [this](bool on) { tell(m_ports.agent.setAutoDuplicates(on)); });

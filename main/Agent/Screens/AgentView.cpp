@@ -2,7 +2,7 @@
 
 #include "Agent/Screens/AgentSettingsSheet.h"
 #include "Agent/Screens/CleanupPage.h"
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 #include "Agent/Screens/GuidePage.h"
 #include "Agent/Screens/HistoryPage.h"
 #include "Agent/Screens/ProfileEditor.h"
@@ -207,8 +207,11 @@ void AgentView::scan()
 
 void AgentView::askForAnalysis()
 {
-    chooseFolder(this, QStringLiteral("Welchen Ordner aufräumen?"), m_ports.services.folders.home,
-                 [this](const Location &folder) { analyze(folder); });
+    m_ports.askForFolder(this,
+                         {.purpose = QStringLiteral("analyze"),
+                          .title = QStringLiteral("Welchen Ordner aufräumen?"),
+                          .start = m_ports.services.folders.home},
+                         [this](const Location &folder) { analyze(folder); });
 }
 
 void AgentView::analyze(const Location &folder)

@@ -2,7 +2,7 @@
 
 #include "Agent/Analysis/ProtectedEntries.h"
 #include "Agent/Screens/DiscardQuestion.h"
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Base/AbandonablePool.h"
 #include "Base/CommaList.h"
@@ -107,8 +107,9 @@ void ProfileEditor::buildEntries()
     content()->addLayout(row);
     const QString question = QStringLiteral("Was soll geschützt werden?");
     const auto chosen = [this](const Location &entry) { addChosen(entry); };
-    connect(folder, &QPushButton::clicked, this,
-            [this, question, chosen] { chooseFolder(this, question, m_profile.root(), chosen); });
+    connect(folder, &QPushButton::clicked, this, [this, question, chosen] {
+        m_ports.askForFolder(this, {.purpose = {}, .title = question, .start = m_profile.root()}, chosen);
+    });
     connect(file, &QPushButton::clicked, this,
             [this, question, chosen] { chooseFile(this, question, m_profile.root(), chosen); });
 }

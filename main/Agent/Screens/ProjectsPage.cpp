@@ -4,7 +4,7 @@
 #include "Agent/Screens/AgentArea.h"
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/DamageNotice.h"
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
@@ -34,8 +34,11 @@ ProjectsPage::ProjectsPage(const AgentPorts &ports, QWidget *parent)
 {
     actions()->addWidget(m_protect);
     connect(m_protect, &QPushButton::clicked, this, [this] {
-        chooseFolder(this, QStringLiteral("Welcher Ordner soll geschützt werden?"), m_ports.services.folders.home,
-                     [this](const Location &folder) { protect(folder); });
+        m_ports.askForFolder(this,
+                             {.purpose = QStringLiteral("protect"),
+                              .title = QStringLiteral("Welcher Ordner soll geschützt werden?"),
+                              .start = m_ports.services.folders.home},
+                             [this](const Location &folder) { protect(folder); });
     });
     auto *const notice = new QHBoxLayout;
     notice->setContentsMargins(scaled(30), 0, scaled(30), 0);

@@ -2,7 +2,7 @@
 
 #include "Agent/Screens/ConditionRow.h"
 #include "Agent/Screens/DiscardQuestion.h"
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 #include "Agent/Screens/NoticeBar.h"
 #include "Agent/Screens/RuleTrialPane.h"
 #include "Look/Buttons.h"
@@ -71,8 +71,12 @@ RuleEditor::RuleEditor(const AgentPorts &ports, const CleanupRule &rule, Done do
 void RuleEditor::buildSource()
 {
     content()->addWidget(makeHeading(QStringLiteral("Ordner"), this));
-    m_source = new FolderField(QStringLiteral("Ordner"), QStringLiteral("In welchem Ordner soll die Regel suchen?"),
-                               m_ports.services.folders.home, QStringLiteral("ruleSource"), this);
+    m_source = new FolderField(QStringLiteral("Ordner"),
+                               {.purpose = QStringLiteral("ruleSource"),
+                                .title = QStringLiteral("In welchem Ordner soll die Regel suchen?"),
+                                .start = {},
+                                .use = FolderQuestion::Use::Write},
+                               m_ports.askForFolder, m_ports.services.folders.home, QStringLiteral("ruleSource"), this);
     m_source->setPath(m_rule.sourcePath);
     m_subfolders = new QCheckBox(QStringLiteral("Auch Unterordner durchsuchen"), this);
     m_subfolders->setObjectName(QStringLiteral("ruleSubfolders"));
@@ -127,8 +131,12 @@ void RuleEditor::buildAction()
     for (const RuleAction action : ruleActions)
         m_action->addItem(title(action));
     m_action->setCurrentIndex(static_cast<int>(m_rule.action));
-    m_target = new FolderField(QStringLiteral("Zielordner"), QStringLiteral("Wohin sollen die Dateien?"),
-                               m_ports.services.folders.home, QStringLiteral("ruleTarget"), this);
+    m_target = new FolderField(QStringLiteral("Zielordner"),
+                               {.purpose = QStringLiteral("ruleTarget"),
+                                .title = QStringLiteral("Wohin sollen die Dateien?"),
+                                .start = {},
+                                .use = FolderQuestion::Use::Write},
+                               m_ports.askForFolder, m_ports.services.folders.home, QStringLiteral("ruleTarget"), this);
     m_target->setPath(m_rule.targetPath);
     m_target->setPlaceholder(QStringLiteral("~/Bilder/{Jahr}-{Monat}"));
     m_pattern = new QLineEdit(m_rule.renamePattern, this);

@@ -2,7 +2,7 @@
 
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/EntryPicture.h"
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 #include "Base/German.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"

@@ -1,4 +1,5 @@
 #include "Agent/Screens/AgentView.h"
+#include "App/Window/FileCommands.h"
 #include "App/Window/LargeViewing.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/PlaceTitles.h"
@@ -74,7 +75,11 @@ QWidget *MainWindow::made(Place::Kind kind, QWidget *(MainWindow::*make)())
 
 QWidget *MainWindow::makeAgentPage()
 {
-    m_agent = new AgentView(m_services.agent, m_places);
+    AgentPorts ports = m_services.agent;
+    ports.askForFolder = [this](QWidget *asker, const FolderQuestion &question, const auto &chosen) {
+        m_files->askForFolder(asker, question, chosen);
+    };
+    m_agent = new AgentView(ports, m_places);
     connect(&m_services.thumbnails, &ThumbnailImages::ready, m_agent, &AgentView::refreshThumbnails);
     connect(m_agent, &AgentView::pathChanged, this, [this] { showPlace(); });
     connect(m_agent, &AgentView::showRequested, this, &MainWindow::showEntry);

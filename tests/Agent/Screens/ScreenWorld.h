@@ -37,7 +37,12 @@ protected:
                                                 [](const JobControl &) { return std::vector<FoundModelServer>(); });
         window = std::make_unique<QWidget>();
         window->resize(1064, 748);
-        view = new AgentView({*agent, *model, services(), desktop, desktop}, window.get());
+        const auto ask = [this](QWidget *, const FolderQuestion &question, const auto &chosen) {
+            asked = question.title;
+            if (!answer.empty())
+                chosen(answer);
+        };
+        view = new AgentView({*agent, *model, services(), desktop, desktop, {}, ask}, window.get());
         view->resize(window->size());
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
@@ -80,6 +85,8 @@ protected:
         ASSERT_TRUE(settled());
     }
 
+    QString asked;   ///< title of the last question for a folder
+    Location answer; ///< to that question; empty: cancelled
     Desktop desktop;
     std::unique_ptr<CleanupAgent> agent;
     std::unique_ptr<ModelSettings> model;

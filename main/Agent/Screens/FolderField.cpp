@@ -1,4 +1,4 @@
-#include "Agent/Screens/FolderChooser.h"
+#include "Agent/Screens/FolderField.h"
 
 #include "Guard/PathTexts.h"
 #include "Look/Buttons.h"
@@ -11,51 +11,29 @@
 
 namespace brellin {
 
-namespace {
-
-Location fromDialog(const QString &path)
-{
-    return standardised(Location(QFile::encodeName(path).toStdString()));
-}
-
-void choose(QWidget *parent, const QString &title, const Location &start, QFileDialog::FileMode mode,
-            std::function<void(const Location &)> chosen)
-{
-    auto *const dialog = new QFileDialog(parent, title, shown(start));
-    dialog->setObjectName(mode == QFileDialog::Directory ? QStringLiteral("folderChooser")
-                                                         : QStringLiteral("fileChooser"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(mode);
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
-    dialog->setLabelText(QFileDialog::Accept, QStringLiteral("Wählen"));
-    dialog->setLabelText(QFileDialog::Reject, QStringLiteral("Abbrechen"));
-    dialog->setLabelText(QFileDialog::LookIn, QStringLiteral("Suchen in:"));
-    dialog->setLabelText(QFileDialog::FileName,
-                         mode == QFileDialog::Directory ? QStringLiteral("Ordner:") : QStringLiteral("Datei:"));
-    dialog->setLabelText(QFileDialog::FileType, QStringLiteral("Art:"));
-    QObject::connect(dialog, &QFileDialog::fileSelected, parent,
-                     [chosen = std::move(chosen)](const QString &path) { chosen(fromDialog(path)); });
-    dialog->open();
-}
-
-} // namespace
-
-void chooseFolder(QWidget *parent, const QString &title, const Location &start,
-                  std::function<void(const Location &)> chosen)
-{
-    choose(parent, title, start, QFileDialog::Directory, std::move(chosen));
-}
-
 void chooseFile(QWidget *parent, const QString &title, const Location &start,
                 std::function<void(const Location &)> chosen)
 {
-    choose(parent, title, start, QFileDialog::ExistingFile, std::move(chosen));
+    auto *const dialog = new QFileDialog(parent, title, shown(start));
+    dialog->setObjectName(QStringLiteral("fileChooser"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setLabelText(QFileDialog::Accept, QStringLiteral("Wählen"));
+    dialog->setLabelText(QFileDialog::Reject, QStringLiteral("Abbrechen"));
+    dialog->setLabelText(QFileDialog::LookIn, QStringLiteral("Suchen in:"));
+    dialog->setLabelText(QFileDialog::FileName, QStringLiteral("Datei:"));
+    dialog->setLabelText(QFileDialog::FileType, QStringLiteral("Art:"));
+    QObject::connect(dialog, &QFileDialog::fileSelected, parent, [chosen = std::move(chosen)](const QString &path) {
+        chosen(standardised(Location(QFile::encodeName(path).toStdString())));
+    });
+    dialog->open();
 }
 
-FolderField::FolderField(const QString &accessibleName, const QString &question, const Location &home,
-                         const QString &objectName, QWidget *parent)
+FolderField::FolderField(const QString &accessibleName, const FolderQuestion &question, AskForFolder ask,
+                         const Location &home, const QString &objectName, QWidget *parent)
     : QWidget(parent)
+    , m_ask(std::move(ask))
     , m_home(home)
     , m_field(new QLineEdit(this))
 {
@@ -71,7 +49,7 @@ FolderField::FolderField(const QString &accessibleName, const QString &question,
     row->addWidget(m_field, 1);
     row->addWidget(button);
     connect(m_field, &QLineEdit::textChanged, this, &FolderField::changed);
-    connect(button, &QPushButton::clicked, this, [this, question] { ask(question); });
+    connect(button, &QPushButton::clicked, this, [this, question] { this->ask(question); });
 }
 
 QString FolderField::path() const
@@ -92,12 +70,15 @@ void FolderField::setPlaceholder(const QString &text)
     m_field->setPlaceholderText(text);
 }
 
-void FolderField::ask(const QString &question)
+void FolderField::ask(FolderQuestion question)
 {
     // Start in the folder before the first placeholder.
     const QString fixed = path().section(u'{', 0, 0);
-    const Location start = fixed.startsWith(u'/') ? locationFromText(fixed) : m_home;
-    chooseFolder(this, question, start, [this](const Location &folder) { setPath(textOf(folder)); });
+    const bool typed = fixed.startsWith(u'/');
+    question.start = typed ? locationFromText(fixed) : m_home;
+    if (typed)
+        question.purpose.clear();
+    m_ask(this, question, [this](const Location &folder) { setPath(textOf(folder)); });
 }
 
 } // namespace brellin

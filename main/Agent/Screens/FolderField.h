@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Base/Location.h"
+#include "FolderChooser/Screens/FolderQuestion.h"
 
 #include <QLineEdit>
 
@@ -10,10 +10,7 @@ class QPushButton;
 
 namespace brellin {
 
-/// Asks for a folder without blocking. `chosen` is called unless the user cancels or `parent` is destroyed.
-void chooseFolder(QWidget *parent, const QString &title, const Location &start,
-                  std::function<void(const Location &)> chosen);
-/// The same for a file.
+/// Asks for a file without blocking. `chosen` is called unless the user cancels or `parent` is destroyed.
 void chooseFile(QWidget *parent, const QString &title, const Location &start,
                 std::function<void(const Location &)> chosen);
 
@@ -21,8 +18,9 @@ void chooseFile(QWidget *parent, const QString &title, const Location &start,
 class FolderField : public QWidget {
     Q_OBJECT
 public:
-    FolderField(const QString &accessibleName, const QString &question, const Location &home, const QString &objectName,
-                QWidget *parent);
+    /// The button asks `question`, beginning at the folder in the field.
+    FolderField(const QString &accessibleName, const FolderQuestion &question, AskForFolder ask, const Location &home,
+                const QString &objectName, QWidget *parent);
 
     /// The absolute path, as it is stored; as typed if it is not a path.
     QString path() const;
@@ -32,8 +30,9 @@ public:
     Q_SIGNAL void changed();
 
 private:
-    void ask(const QString &question);
+    void ask(FolderQuestion question);
 
+    AskForFolder m_ask;
     Location m_home;
     QLineEdit *m_field;
 };
