@@ -120,8 +120,15 @@ std::optional<DesktopEntry> DesktopEntry::read(const Location &file, const QStri
     entry.command = textIn(keys["Exec"]);
     entry.tryProgram = textIn(keys["TryExec"]).toStdString();
     entry.types = keyFileList(keys["MimeType"]);
+    entry.offered = keys["NoDisplay"] != "true";
     entry.inTerminal = keys["Terminal"] == "true";
     return entry;
+}
+
+bool DesktopEntry::takesFiles() const
+{
+    const std::optional<std::vector<QString>> words = wordsOf(command);
+    return words && std::ranges::any_of(*words, [](const QString &word) { return isCode(word, u"fFuU"); });
 }
 
 std::vector<std::vector<std::string>> DesktopEntry::commandLines(const std::vector<Location> &entries) const

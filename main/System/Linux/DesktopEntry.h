@@ -31,10 +31,13 @@ struct DesktopEntry {
     std::vector<QString> types;
     bool inTerminal = false;
     bool hidden = false; ///< counts as not installed
+    bool offered = true; ///< belongs into menus
 
     /// nullopt if the file does not describe an application.
     static std::optional<DesktopEntry> read(const Location &file, const QString &identifier);
 
+    /// Whether the command has a place for files.
+    bool takesFiles() const;
     /// The command lines to open these entries: one, or one per entry if the program takes a single file. Empty if the
     /// command is invalid.
     std::vector<std::vector<std::string>> commandLines(const std::vector<Location> &entries) const;

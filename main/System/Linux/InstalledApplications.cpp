@@ -107,6 +107,16 @@ std::vector<DesktopEntry> InstalledApplications::all() const
     return found;
 }
 
+std::vector<DesktopEntry> InstalledApplications::offered() const
+{
+    std::vector<DesktopEntry> entries = all();
+    std::erase_if(entries, [](const DesktopEntry &entry) { return !entry.offered || !entry.takesFiles(); });
+    std::ranges::sort(entries, [](const DesktopEntry &one, const DesktopEntry &other) {
+        return QString::localeAwareCompare(one.name, other.name) < 0;
+    });
+    return entries;
+}
+
 std::vector<Location> InstalledApplications::preferenceFiles() const
 {
     std::vector<Location> folders = m_environment.configFolders;

@@ -18,6 +18,8 @@ public:
     std::optional<DesktopEntry> find(const QString &identifier) const;
     /// The applications for a MIME type, preferred ones first, followed by those for its parent types.
     std::vector<DesktopEntry> openersOf(const QString &mimeType) const;
+    /// Those that open files and belong into menus, by name.
+    std::vector<DesktopEntry> offered() const;
 
 private:
     bool isUsable(const DesktopEntry &entry) const;
