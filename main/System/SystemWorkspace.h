@@ -1,5 +1,6 @@
 #pragma once
 
+#include "System/ApplicationChoice.h"
 #include "System/UserDefaults.h"
 #include "System/Workspace.h"
 
@@ -25,7 +26,7 @@ struct DesktopEnvironment {
 };
 
 /// The desktop according to the conventions of freedesktop.org.
-class SystemWorkspace : public Workspace {
+class SystemWorkspace : public Workspace, public ApplicationChoice {
 public:
     /// Asks the system's file manager to show entries, by URL.
     using ShowItems = std::function<Result<void>(const std::vector<QString> &urls)>;
@@ -42,6 +43,8 @@ public:
     std::vector<Application> applicationsFor(const QString &mimeType) const override;
     Result<void> openWith(const std::vector<Location> &entries, const QString &identifier) override;
     Result<void> openTerminal(const Location &folder) override;
+    std::vector<Application> offeredApplications() const override;
+    Result<void> setDefaultApplication(const QString &mimeType, const QString &identifier) override;
 
 private:
     std::optional<std::vector<std::string>> terminalCommand() const;

@@ -141,6 +141,48 @@ TEST_F(SystemWorkspaceTest, listsOpenersPreferredFirst)
     EXPECT_THAT(openers("text/plain"), ElementsAre("C", "D", "A"));
 }
 
+TEST_F(SystemWorkspaceTest, offersWhatOpensFilesAndBelongsIntoMenus)
+{
+    application("shared/applications/z.desktop", "Name=Zeichnen\nExec=z %U\n");
+    application("shared/applications/b.desktop", "Name=Bilder\nExec=b --datei %f\n");
+    application("shared/applications/verborgen.desktop", "Name=V\nExec=v %f\nNoDisplay=true\nMimeType=text/plain\n");
+    application("shared/applications/weg.desktop", "Name=W\nExec=w %f\nTryExec=fehlt\n");
+    application("shared/applications/uhr.desktop", "Name=Uhr\nExec=uhr\n");
+    std::vector<std::string> names;
+    for (const Application &one : workspace().offeredApplications())
+        names.push_back(one.name.toStdString());
+    EXPECT_THAT(names, ElementsAre("Bilder", "Zeichnen"));
+    EXPECT_EQ(workspace().applicationsFor(QStringLiteral("text/plain")).size(), 1u) << "opens what it was made for";
+}
+
+TEST_F(SystemWorkspaceTest, keepsTheOtherPreferencesWhenADefaultIsSet)
+{
+    application("shared/applications/a.desktop", "Name=A\nMimeType=text/plain;\nExec=a %f\n");
+    application("shared/applications/b.desktop", "Name=B\nExec=b %f\n");
+    const QString type = QStringLiteral("text/plain");
+    const QString b = QStringLiteral("b");
+    std::filesystem::remove(tree.path("config"));
+    ASSERT_TRUE(workspace().setDefaultApplication(type, b));
+    EXPECT_EQ(tree.content("config/mimeapps.list"),
+              "[Default Applications]\ntext/plain=b.desktop;\n[Added Associations]\ntext/plain=b.desktop;\n");
+    tree.file("config/mimeapps.list", "# eigene Liste\n[Default Applications]\n#text/plain=x\nimage/png=c.desktop\n"
+                                      "text/plain=a.desktop;c.desktop\n\n[Removed Associations]\n"
+                                      "text/plain=b.desktop;d.desktop\n[X-Andere]\ntext/plain=bleibt");
+    ASSERT_TRUE(workspace().setDefaultApplication(type, b));
+    EXPECT_EQ(tree.content("config/mimeapps.list"),
+              "# eigene Liste\n[Default Applications]\n#text/plain=x\nimage/png=c.desktop\n"
+              "text/plain=b.desktop;a.desktop;c.desktop;\n\n[Removed Associations]\ntext/plain=d.desktop;\n"
+              "[X-Andere]\ntext/plain=bleibt\n[Added Associations]\ntext/plain=b.desktop;\n");
+    EXPECT_EQ(workspace().applicationsFor(type).front().identifier, b);
+
+    tree.file("config/kde-mimeapps.list", "[Default Applications]\ntext/plain=a.desktop\n");
+    EXPECT_FALSE(workspace().setDefaultApplication(type, b)) << "the desktop's own list has precedence";
+    std::filesystem::remove(tree.path("config/kde-mimeapps.list"));
+    std::filesystem::remove(tree.path("config/mimeapps.list"));
+    std::filesystem::create_directory(tree.path("config/mimeapps.list"));
+    EXPECT_FALSE(workspace().setDefaultApplication(type, b)) << "what cannot be read is not replaced";
+}
+
 TEST_F(SystemWorkspaceTest, opensEntriesWithAChosenApplication)
 {
     application("own/applications/viele.desktop", "Name=V\nIcon=bild\nExec=\"" + tree.path("bin").native() +

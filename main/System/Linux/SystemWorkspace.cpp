@@ -1,8 +1,11 @@
 #include "System/SystemWorkspace.h"
 
+#include "System/AtomicWrite.h"
 #include "System/Linux/InstalledApplications.h"
+#include "System/Linux/MimeAppsList.h"
 #include "System/Linux/ProgramStart.h"
 #include "System/PlainSetting.h"
+#include "System/ReadWhole.h"
 
 #include <QProcess>
 #include <QUrl>
@@ -58,6 +61,14 @@ Result<void> start(const std::vector<std::string> &words, const Location &folder
     if (TRY(startProgram(words, folder, patience)) != 0)
         return failure(failed);
     return {};
+}
+
+std::vector<Application> applicationsOf(const std::vector<DesktopEntry> &entries)
+{
+    std::vector<Application> applications;
+    for (const DesktopEntry &entry : entries)
+        applications.push_back({entry.identifier, entry.name, entry.icon});
+    return applications;
 }
 
 const QString cannotStart = QStringLiteral("Das Programm lässt sich nicht starten.");
@@ -162,10 +173,30 @@ Result<void> SystemWorkspace::reveal(const Location &entry)
 
 std::vector<Application> SystemWorkspace::applicationsFor(const QString &mimeType) const
 {
-    std::vector<Application> applications;
-    for (const DesktopEntry &entry : InstalledApplications(m_environment).openersOf(mimeType))
-        applications.push_back({entry.identifier, entry.name, entry.icon});
-    return applications;
+    return applicationsOf(InstalledApplications(m_environment).openersOf(mimeType));
+}
+
+std::vector<Application> SystemWorkspace::offeredApplications() const
+{
+    return applicationsOf(InstalledApplications(m_environment).offered());
+}
+
+/// Written to the user's general list. A list of the desktop's own that says otherwise has precedence.
+Result<void> SystemWorkspace::setDefaultApplication(const QString &mimeType, const QString &identifier)
+{
+    if (m_environment.configFolders.empty())
+        return failure(QStringLiteral("Es gibt keinen Ordner für Einstellungen."));
+    const Location file = m_environment.configFolders.front() / "mimeapps.list";
+    Result<QByteArray> list = readWhole(file);
+    if (!list && !list.error().is(std::errc::no_such_file_or_directory))
+        return failure(list.error());
+    if (std::error_code error; !std::filesystem::create_directories(file.parent_path(), error) && error)
+        return failure(Failure::system(error.value()));
+    TRY(writeAtomically(file, withDefaultApplication(list.value_or(QByteArray()), mimeType, identifier)));
+    const std::vector<DesktopEntry> openers = InstalledApplications(m_environment).openersOf(mimeType);
+    if (openers.empty() || openers.front().identifier != identifier)
+        return failure(QStringLiteral("Die Arbeitsumgebung hat für diese Art ein anderes Programm festgelegt."));
+    return {};
 }
 
 /// The user's terminal command, the program's path first.
