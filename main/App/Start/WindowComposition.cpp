@@ -137,6 +137,7 @@ WindowServices WindowComposition::forWindows()
             {m_services.files(), m_services.decoder(), m_services.renameLogs(), m_undo, mayChange(m_services),
              &m_services.records()},
             m_services.processes(),
+            m_workspace,
             m_notices,
             m_services.records(),
             m_history,

@@ -177,6 +177,9 @@ private:
     /// Shows a failure in the active pane's banner.
     void fail(const QString &message);
     void showMenu(const QPoint &global);
+    void chooseApplication(const Location &entry);
+    void makeDefault(const QString &mimeType, const QString &application);
+    void askToUnpack(const Location &archive);
     void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);

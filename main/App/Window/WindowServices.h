@@ -9,6 +9,7 @@
 
 namespace brellin {
 
+class ApplicationChoice;
 class Decoder;
 class DesktopSettings;
 class ExpandedFolders;
@@ -44,6 +45,7 @@ struct WindowServices {
     SendToTargets &sendTo;
     BatchRenameServices renaming;
     ProcessRunner &processes;
+    ApplicationChoice &applications;
     Notices &notices;
     StepRecords &records;
     HistoryList &history;
