@@ -19,9 +19,10 @@ struct JsonWords<HistoryStep::By> {
 template <>
 struct JsonWords<HistoryKind> {
     static constexpr std::array words{
-        std::pair{HistoryKind::Copied, u"copy"},    std::pair{HistoryKind::Moved, u"move"},
-        std::pair{HistoryKind::Renamed, u"rename"}, std::pair{HistoryKind::Trashed, u"trash"},
-        std::pair{HistoryKind::Made, u"new"},       std::pair{HistoryKind::Unpacked, u"unpack"}};
+        std::pair{HistoryKind::Copied, u"copy"},     std::pair{HistoryKind::Moved, u"move"},
+        std::pair{HistoryKind::Renamed, u"rename"},  std::pair{HistoryKind::Trashed, u"trash"},
+        std::pair{HistoryKind::Made, u"new"},        std::pair{HistoryKind::Unpacked, u"unpack"},
+        std::pair{HistoryKind::Permitted, u"rights"}};
 };
 
 namespace {

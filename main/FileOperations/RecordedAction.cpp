@@ -44,7 +44,7 @@ std::vector<StepEntry> plannedAgain(const UserAction &action)
         if (made)
             planned.push_back({one.source, one.from});
         else
-            planned.push_back({one.to, one.from, EntryMark{one.state, one.created}});
+            planned.push_back({one.to, one.from, EntryMark{one.state, one.created}, {}, {}, {}, {}, false, one.rights});
     }
     return planned;
 }
@@ -65,7 +65,8 @@ UserAction::Entry actionEntry(const StepEntry &entry)
     const Result<FileAttributes> now = readAttributes(entry.to);
     // Without a birth a reused inode would pass for the entry.
     mark.state.identity = now && mark.isSame(*now) ? now->identity : FileIdentity();
-    return {entry.from, entry.to, mark.state, entry.replaced, entry.replacedMark, mark.created, entry.content};
+    return {entry.from,   entry.to,      mark.state, entry.replaced, entry.replacedMark,
+            mark.created, entry.content, {},         entry.rights};
 }
 
 } // namespace
@@ -74,8 +75,9 @@ std::vector<StepEntry> stepEntries(const std::vector<UserAction::Entry> &entries
 {
     std::vector<StepEntry> all;
     std::ranges::transform(entries, std::back_inserter(all), [](const UserAction::Entry &one) {
-        return StepEntry{one.from,     one.to,           {},         EntryMark{one.state, one.created},
-                         one.replaced, one.replacedMark, one.content};
+        return StepEntry{one.from,     one.to,           {},          EntryMark{one.state, one.created},
+                         one.replaced, one.replacedMark, one.content, false,
+                         one.rights};
     });
     return all;
 }

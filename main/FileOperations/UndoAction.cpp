@@ -63,6 +63,8 @@ public:
 
     EntryOutcome undo(const ActionEntry &entry)
     {
+        if (entry.rights)
+            return restoreRights(entry);
         if (m_undone && entry.to.empty())
             return makeAgain(entry);
         const Result<FileAttributes> now = readAttributes(entry.to);
@@ -88,6 +90,20 @@ public:
     }
 
 private:
+    /// Undo and redo are the same: an action that was undone has its rights turned round.
+    EntryOutcome restoreRights(const ActionEntry &entry)
+    {
+        const auto &[before, now] = *entry.rights;
+        const Result<EntryRights> restored = setRights(entry.to, {entry.state, entry.created}, now, before);
+        if (!restored)
+            return {
+                restored.error().code ? EntryOutcome::Fate::Failed : EntryOutcome::Fate::Stale, {}, restored.error()};
+        if (*restored != before)
+            return {EntryOutcome::Fate::Undone, entry.to,
+                    Failure{QStringLiteral("Das Set-ID-Bit ließ sich nicht wiederherstellen."), {}}};
+        return {EntryOutcome::Fate::Undone, entry.to};
+    }
+
     EntryOutcome moveBack(const ActionEntry &entry)
     {
         if (reserves(entry))
@@ -244,6 +260,11 @@ private:
 /// The entry of the action that repeats what was undone, from where the entry is now.
 ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const EntryOutcome &outcome)
 {
+    if (entry.rights) {
+        ActionEntry again = entry;
+        std::swap(again.rights->before, again.rights->now);
+        return again;
+    }
     const bool made = !onlyMoves(action.kind) && action.kind != Kind::Trash;
     const Location now = outcome.place.empty() ? outcome.trashed : outcome.place;
     ActionEntry again;
@@ -264,6 +285,8 @@ ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const 
 
 void addMoves(std::vector<EntryMove> &moves, const ActionEntry &entry, const EntryOutcome &outcome)
 {
+    if (entry.rights)
+        return;
     if (entry.replaced && outcome.replaced)
         moves.push_back({*entry.replaced, *outcome.replaced});
     moves.push_back({entry.to, outcome.place.empty() ? outcome.trashed : outcome.place});
@@ -325,8 +348,11 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
         control.advance();
     }
     std::ranges::reverse(undone.left);
-    std::ranges::reverse(again.entries);
-    std::ranges::reverse(undone.repeated);
+    // Rights of folders are changed after their content and restored before it.
+    if (action.kind != Kind::Rights) {
+        std::ranges::reverse(again.entries);
+        std::ranges::reverse(undone.repeated);
+    }
     if (!again.entries.empty())
         undone.again = std::move(again);
     return undone;

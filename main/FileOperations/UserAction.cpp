@@ -30,6 +30,8 @@ QString pattern(Kind kind)
         return QStringLiteral("Kopieren von %1");
     case Kind::Trash:
         return QStringLiteral("Legen von %1 in den Papierkorb");
+    case Kind::Rights:
+        return QStringLiteral("Ändern der Rechte von %1");
     case Kind::Archive:
         return QStringLiteral("Komprimieren zu %1");
     case Kind::Unpack:
@@ -67,6 +69,8 @@ QString lineFor(Kind kind, const UserAction::Entry &entry)
     case Kind::Trash:
         return QStringLiteral("%1 kommt aus dem Papierkorb zurück nach %2")
             .arg(quoted(entry.from), quoted(entry.from.parent_path()));
+    case Kind::Rights:
+        return QStringLiteral("%1 bekommt die früheren Rechte zurück").arg(quoted(entry.to));
     default:
         return QStringLiteral("%1 kommt in den Papierkorb").arg(quoted(entry.to));
     }
@@ -104,6 +108,8 @@ QStringList undoLines(const UserAction &action)
 
 std::vector<EntryMove> movesOf(const UserAction &action)
 {
+    if (action.kind == Kind::Rights)
+        return {};
     const bool created = isMade(action.kind);
     std::vector<EntryMove> moves;
     for (const UserAction::Entry &entry : action.entries) {

@@ -33,6 +33,7 @@ struct UserAction {
         std::shared_ptr<const TreeMark> content = {};
         /// Of a created entry that was undone: what it was made from.
         Location source = {};
+        std::optional<RightsStep> rights = {}; ///< of a change of rights, which undo turns round
 
         bool operator==(const Entry &) const = default;
     };

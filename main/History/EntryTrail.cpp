@@ -25,7 +25,7 @@ QString keyOf(const EntryMark &mark)
 bool isMove(StepKind kind)
 {
     return kind == StepKind::Move || kind == StepKind::Rename || kind == StepKind::BatchRename ||
-           kind == StepKind::Trash;
+           kind == StepKind::Trash || kind == StepKind::Rights;
 }
 
 /// Follows entries through the history, oldest step first.
@@ -48,7 +48,7 @@ public:
         if (isMove(one.kind) && entry.was)
             add(arrived, entry.was);
         m_keyAt[entry.to] = after;
-        if (isMove(one.kind))
+        if (isMove(one.kind) && entry.from != entry.to)
             m_keyAt.erase(entry.from);
         if (entry.takenBack && !entry.from.empty())
             m_keyAt[entry.from] = before.isEmpty() ? after : before;

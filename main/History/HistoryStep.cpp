@@ -75,6 +75,8 @@ HistoryKind historyKind(StepKind kind)
         return HistoryKind::Renamed;
     case StepKind::Trash:
         return HistoryKind::Trashed;
+    case StepKind::Rights:
+        return HistoryKind::Permitted;
     case StepKind::Unpack:
         return HistoryKind::Unpacked;
     case StepKind::NewFolder:

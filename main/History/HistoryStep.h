@@ -35,7 +35,7 @@ std::vector<HistoryStep> historyOf(const std::vector<RecordedStep> &steps, const
                                    const RunHistory &history);
 
 /// Kinds that a filter puts together.
-enum class HistoryKind { Copied, Moved, Renamed, Trashed, Made, Unpacked };
+enum class HistoryKind { Copied, Moved, Renamed, Trashed, Made, Unpacked, Permitted };
 
 /// Empty fields let everything through.
 struct HistoryFilter {

@@ -30,6 +30,8 @@ QString pattern(StepKind kind)
         return QStringLiteral("%1 kopiert");
     case StepKind::Trash:
         return QStringLiteral("%1 in den Papierkorb gelegt");
+    case StepKind::Rights:
+        return QStringLiteral("Rechte von %1 geändert");
     case StepKind::Unpack:
         return QStringLiteral("%1 entpackt");
     case StepKind::NewFolder:
@@ -56,6 +58,8 @@ QString title(HistoryKind kind)
         return QStringLiteral("In den Papierkorb gelegt");
     case HistoryKind::Made:
         return QStringLiteral("Neu angelegt");
+    case HistoryKind::Permitted:
+        return QStringLiteral("Rechte geändert");
     case HistoryKind::Unpacked:
         break;
     }

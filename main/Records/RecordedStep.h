@@ -3,6 +3,7 @@
 #include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Disk/EntryMark.h"
+#include "Disk/EntryRights.h"
 #include "Disk/TreeMark.h"
 
 #include <QUuid>
@@ -13,7 +14,16 @@
 
 namespace brellin {
 
-enum class StepKind { Rename, BatchRename, Move, Copy, Trash, NewFolder, NewFile, Alias, Archive, Unpack };
+/// Kinds from `NewFolder` on make entries.
+enum class StepKind { Rename, BatchRename, Move, Copy, Trash, Rights, NewFolder, NewFile, Alias, Archive, Unpack };
+
+/// A change of an entry's rights.
+struct RightsStep {
+    EntryRights before;
+    EntryRights now;
+
+    bool operator==(const RightsStep &) const = default;
+};
 
 /// What a step does with one entry.
 struct StepEntry {
@@ -25,6 +35,7 @@ struct StepEntry {
     std::optional<EntryMark> replacedMark = {};
     std::shared_ptr<const TreeMark> content = {}; ///< content of a created folder at that time
     bool takenBack = false;
+    std::optional<RightsStep> rights = {}; ///< of a change of rights
 
     bool operator==(const StepEntry &) const = default;
 };

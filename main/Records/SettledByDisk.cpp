@@ -61,6 +61,23 @@ std::optional<StepEntry> trashed(StepEntry entry, const Trash &trash)
     return entry;
 }
 
+/// Whether the entry is the one of the step and has these rights.
+bool hasRights(const StepEntry &entry, const EntryRights &rights)
+{
+    const Result<ExaminedRights> there = examineRights(entry.to);
+    const std::optional<EntryMark> &mark = entry.now ? entry.now : entry.was;
+    return there && mark && mark->isSame(there->attributes) && there->rights == rights;
+}
+
+std::optional<StepEntry> permitted(StepEntry entry)
+{
+    if (!entry.rights || !hasRights(entry, entry.rights->now))
+        return std::nullopt;
+    if (!entry.now)
+        entry.now = entry.was;
+    return entry;
+}
+
 std::optional<StepEntry> made(StepEntry entry, Instant date)
 {
     const Result<FileAttributes> there = readAttributes(entry.to);
@@ -80,6 +97,8 @@ std::optional<StepEntry> settledEntry(const StepEntry &entry, const RecordedStep
         return arrived(entry, step, trash);
     case StepKind::Trash:
         return trashed(entry, trash);
+    case StepKind::Rights:
+        return permitted(entry);
     default:
         return made(entry, step.date);
     }
@@ -106,6 +125,10 @@ std::vector<StepEntry> takenBackByDisk(const RecordedStep &step)
 {
     std::vector<StepEntry> back;
     for (const StepEntry &entry : step.entries) {
+        if (entry.rights && hasRights(entry, entry.rights->before))
+            back.push_back(entry);
+        if (entry.rights)
+            continue;
         const bool gone = !entry.now || !entry.now->isAt(entry.to);
         const bool returned = isMadeBy(step.kind) || entryExists(entry.from);
         if (gone && returned)

@@ -38,7 +38,8 @@ struct JsonWords<StepKind> {
         std::pair{StepKind::Move, u"move"},       std::pair{StepKind::Copy, u"copy"},
         std::pair{StepKind::Trash, u"trash"},     std::pair{StepKind::NewFolder, u"newFolder"},
         std::pair{StepKind::NewFile, u"newFile"}, std::pair{StepKind::Alias, u"alias"},
-        std::pair{StepKind::Archive, u"archive"}, std::pair{StepKind::Unpack, u"unpack"}};
+        std::pair{StepKind::Archive, u"archive"}, std::pair{StepKind::Unpack, u"unpack"},
+        std::pair{StepKind::Rights, u"rights"}};
 };
 
 static QJsonValue toJson(const EntryMark &mark, JsonDates)
@@ -72,12 +73,24 @@ static JsonResult<void> readJson(const QJsonValue &json, std::shared_ptr<const T
 }
 
 template <>
+struct JsonTable<EntryRights> {
+    static constexpr std::tuple fields{field("mode", &EntryRights::mode), field("owner", &EntryRights::owner),
+                                       field("group", &EntryRights::group)};
+};
+
+template <>
+struct JsonTable<RightsStep> {
+    static constexpr std::tuple fields{field("before", &RightsStep::before), field("now", &RightsStep::now)};
+};
+
+template <>
 struct JsonTable<StepEntry> {
     static constexpr std::tuple fields{
         field("from", &StepEntry::from),         field("to", &StepEntry::to),
         field("was", &StepEntry::was),           field("now", &StepEntry::now),
         field("replaced", &StepEntry::replaced), field("replacedMark", &StepEntry::replacedMark),
-        field("content", &StepEntry::content),   field("takenBack", &StepEntry::takenBack)};
+        field("content", &StepEntry::content),   field("takenBack", &StepEntry::takenBack),
+        field("rights", &StepEntry::rights)};
 };
 
 template <>

@@ -30,6 +30,8 @@ QIcon symbolOf(const HistoryEntry &entry)
         return Symbols::icon(QStringLiteral("trash-2"), Token::Secondary);
     case HistoryKind::Made:
         return Symbols::icon(QStringLiteral("plus"), Token::Secondary);
+    case HistoryKind::Permitted:
+        return Symbols::icon(QStringLiteral("lock"), Token::Secondary);
     case HistoryKind::Unpacked:
         break;
     }

@@ -28,8 +28,9 @@ namespace {
 
 constexpr int typingPause = 250;
 constexpr std::size_t mostFolders = 30;
-constexpr std::array filterKinds{HistoryKind::Copied,  HistoryKind::Moved, HistoryKind::Renamed,
-                                 HistoryKind::Trashed, HistoryKind::Made,  HistoryKind::Unpacked};
+constexpr std::array filterKinds{HistoryKind::Copied,   HistoryKind::Moved, HistoryKind::Renamed,
+                                 HistoryKind::Trashed,  HistoryKind::Made,  HistoryKind::Unpacked,
+                                 HistoryKind::Permitted};
 
 } // namespace
 
