@@ -5,6 +5,7 @@
 #include "FileOperations/OperationTexts.h"
 #include "FileOperations/ProgressFraction.h"
 #include "FileOperations/RecordedAction.h"
+#include "FileOperations/RightsChange.h"
 #include "FileOperations/Unpacking.h"
 #include "FileOperations/ZipArchive.h"
 
@@ -269,6 +270,16 @@ void FileOperations::makeAlias(std::vector<Location> sources, const Location &fo
           guarded({folder / "Neu"}, {StepKind::Alias, {}, {}},
                   [sources = std::move(sources), folder](JobControl &) { return makeAliases(sources, folder); }),
           telling({}, std::move(then)));
+}
+
+void FileOperations::changeRights(std::vector<Location> entries, const RightsWish &wish, Then then)
+{
+    const QString title = QStringLiteral("Ändere Rechte von %1").arg(named(entries));
+    start(
+        title,
+        [entries = std::move(entries), wish, mayChange = m_services.mayChange, records = m_services.records](
+            JobControl &control) { return brellin::changeRights(entries, wish, mayChange, records, control); },
+        telling(QStringLiteral("Rechte geändert."), std::move(then)));
 }
 
 void FileOperations::openTerminal(const Location &folder)

@@ -20,6 +20,8 @@
 
 namespace brellin {
 
+struct RightsWish;
+
 /// Ports and shared models; all must outlive the operations.
 struct FileOperationServices {
     FileActions &files;
@@ -101,6 +103,8 @@ public:
     void makeAlias(std::vector<Location> sources, const Location &folder, Then then = {});
     void openTerminal(const Location &folder);
     void openWith(std::vector<Location> entries, const QString &application);
+    /// Changes who may do what with the entries, and with what lies in them if wished.
+    void changeRights(std::vector<Location> entries, const RightsWish &wish, Then then = {});
     void reveal(const Location &entry);
 
     void answer(Answer given);
