@@ -188,6 +188,7 @@ EntryFacts readEntryFacts(const std::vector<Location> &entries, const JobControl
     if (read.empty())
         return facts;
     facts.kind = kindsOf(read);
+    facts.onlyLinks = std::ranges::all_of(read, [](const Entry &one) { return one.attributes.isLink(); });
     facts.rows.push_back({QStringLiteral("Ort"), placeOf(read), {}});
     if (entries.size() == 1)
         addSingle(facts, read.front());

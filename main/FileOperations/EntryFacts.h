@@ -22,6 +22,7 @@ struct EntryFacts {
     QStringList tags;                       ///< on all entries
     QStringList someTags;                   ///< on some entries
     bool taggable = true;                   ///< false if a link is among them, which cannot have tags
+    bool onlyLinks = false;                 ///< which have no rights of their own
     bool folder = false;                    ///< a single folder
     std::optional<std::int64_t> digestible; ///< size of a single regular file
     EntryFailures failures;                 ///< entries that could not be read

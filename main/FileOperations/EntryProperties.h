@@ -49,6 +49,8 @@ public:
 
     const std::vector<Location> &entries() const { return m_entries; }
 
+    /// Reads the facts, also again.
+    void read();
     /// Counts again from zero; ignored while counting.
     void count();
     void stopCounting() { m_counting.cancel(); }
@@ -62,7 +64,6 @@ private:
         Result<void> written;
         EntryFacts facts; ///< read after writing
     };
-    void read();
 
     const std::vector<Location> m_entries;
     const std::function<bool(const Location &)> m_mayChange;

@@ -6,6 +6,7 @@
 #include "FileOperations/Screens/BatchRenameSheet.h"
 #include "FileOperations/Screens/OperationQuestions.h"
 #include "FileOperations/Screens/PropertiesSheet.h"
+#include "FileOperations/Screens/RightsSheet.h"
 #include "FolderChooser/Screens/FolderChooser.h"
 #include "History/HistoryList.h"
 #include "Look/Attention.h"
@@ -48,6 +49,8 @@ std::vector<ChangedEntry> changesOf(const UserAction &action)
     for (const UserAction::Entry &entry : action.entries) {
         if (action.kind == Kind::Trash)
             changes.push_back({entry.from, {}});
+        else if (action.kind == Kind::Rights)
+            changes.push_back({entry.to, entry.to});
         else
             changes.push_back({moved ? entry.from : Location(), entry.to});
     }
@@ -394,9 +397,23 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
         for (const Location &entry : entries)
             changes.push_back({entry, {}});
         for (const Location &place : places)
+    connect(sheet, &PropertiesSheet::rightsWanted, this, [this, entries, sheet] { askForRights(entries, sheet); });
             changes.push_back({{}, place});
         pane.showChanges(changes);
         pane.select(places);
+/// The properties show the outcome.
+void FileCommands::askForRights(const std::vector<Location> &entries, PropertiesSheet *properties)
+{
+    auto *const sheet = new RightsSheet(entries, m_services.renaming.mayChange, m_window);
+    connect(sheet, &RightsSheet::accepted, properties, [this, entries, properties](const RightsWish &wish) {
+        m_services.operations.changeRights(entries, wish, {properties, [this, properties](const OperationOutcome &) {
+                                                               properties->readAgain();
+                                                               loadPanes();
+                                                           }});
+    });
+    sheet->open();
+}
+
     });
     sheet->begin();
 }

@@ -13,6 +13,7 @@
 
 namespace brellin {
 
+class PropertiesSheet;
 class TransferPanel;
 class YesNoSheet;
 
@@ -72,6 +73,8 @@ private:
     void offerRestoring(const std::vector<CutShortRename> &found);
     void askForFolder(TransferKind kind, BrowserModel &pane);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
+    FileOperations::Then naming(FileOperations::Then then, BrowserModel &pane);
+    void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void finished(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
     void trash(const std::vector<Location> &entries, BrowserModel &pane);

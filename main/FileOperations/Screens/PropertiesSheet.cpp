@@ -63,6 +63,7 @@ struct PropertiesSheet::Private {
     QPushButton *stop = nullptr;
     QPushButton *again = nullptr;
     PreviewFactList *rows = nullptr;
+    QPushButton *rights = nullptr;
     QWidget *tagPart = nullptr;
     PreviewTagRow *tags = nullptr;
     TextLabel *otherTags = nullptr;
@@ -106,6 +107,8 @@ void PropertiesSheet::Private::build()
     rows = new PreviewFactList(&q);
     rows->setAccessibleName(QStringLiteral("Angaben"));
     column.addWidget(rows);
+    rights = makeButton(QStringLiteral("Rechte ändern …"), ButtonKind::Link, QStringLiteral("propertiesRights"), &q);
+    column.addWidget(rights, 0, Qt::AlignLeft);
     buildTags();
     buildDigest();
     error = makeBody({}, &q);
@@ -194,6 +197,7 @@ void PropertiesSheet::Private::buildDigest()
 
 void PropertiesSheet::Private::connectAll()
 {
+    connect(rights, &QPushButton::clicked, &q, &PropertiesSheet::rightsWanted);
     connect(stop, &QPushButton::clicked, &q, [this] { properties->stopCounting(); });
     connect(again, &QPushButton::clicked, &q, [this] { properties->count(); });
     connect(make, &QPushButton::clicked, &q, [this] { properties->makeDigest(); });
@@ -220,6 +224,7 @@ void PropertiesSheet::Private::refreshFacts()
     kind->setText(facts.kind);
     kind->setVisible(!facts.kind.isEmpty());
     rows->setFacts(facts.rows);
+    rights->setVisible(known && !facts.rows.empty() && !facts.onlyLinks);
     tagPart->setVisible(known && facts.taggable && !facts.rows.empty());
     tags->setTags(facts.tags);
     QStringList more;
@@ -283,6 +288,11 @@ void PropertiesSheet::Private::refreshError()
         lines = lines.first(most) << QStringLiteral("… und %1 weitere").arg(lines.size() - most);
     error->setText(lines.join(u'\n'));
     error->setVisible(!lines.isEmpty());
+}
+
+void PropertiesSheet::readAgain()
+{
+    d->properties->read();
 }
 
 void PropertiesSheet::confirm()

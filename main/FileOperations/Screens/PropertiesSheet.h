@@ -18,6 +18,11 @@ public:
     /// Opens the sheet with "Fertig" focused, so that Return changes nothing.
     void begin();
 
+    /// Reads the entries again, after they were changed.
+    void readAgain();
+
+    /// "Rechte ändern …".
+    Q_SIGNAL void rightsWanted();
     /// Tags of these entries were changed.
     Q_SIGNAL void tagsChanged(const std::vector<brellin::Location> &entries);
 
