@@ -272,6 +272,21 @@ void FileOperations::makeAlias(std::vector<Location> sources, const Location &fo
           telling({}, std::move(then)));
 }
 
+void FileOperations::newFromTemplate(const Location &model, const Location &folder, Then then)
+{
+    start(QStringLiteral("Lege „%1“ an").arg(shownName(model)),
+          guarded({folder / model.filename()}, {StepKind::NewFile, {}, folder / model.filename()},
+                  [model, folder, &files = m_services.files, logs = m_services.archiveLogs](JobControl &control) {
+                      QStringList notes;
+                      OperationOutcome outcome =
+                          outcomeOf(UserAction::Kind::NewFile, {},
+                                    createFromTemplate(model, folder, files, logs, control, notes));
+                      outcome.failures << sentences(notes);
+                      return outcome;
+                  }),
+          telling({}, std::move(then)));
+}
+
 void FileOperations::changeRights(std::vector<Location> entries, const RightsWish &wish, Then then)
 {
     const QString title = QStringLiteral("Ändere Rechte von %1").arg(named(entries));

@@ -92,6 +92,8 @@ public:
 
     /// Creates "Neues Textdokument.txt"; the outcome contains its location, for renaming it.
     void newTextDocument(const Location &folder, Then then = {});
+    /// A copy of a template in `folder`, with a free name.
+    void newFromTemplate(const Location &model, const Location &folder, Then then = {});
     void trash(const std::vector<Location> &entries, Then then = {});
     /// Asks, then permanently deletes everything in this user's Trash on all volumes.
     void emptyTrash(Then then = {});
@@ -101,10 +103,10 @@ public:
     /// Asks first if the archive claims to need more than the free space.
     void unpack(const Location &archive, const Location &folder, Then then = {});
     void makeAlias(std::vector<Location> sources, const Location &folder, Then then = {});
-    void openTerminal(const Location &folder);
-    void openWith(std::vector<Location> entries, const QString &application);
     /// Changes who may do what with the entries, and with what lies in them if wished.
     void changeRights(std::vector<Location> entries, const RightsWish &wish, Then then = {});
+    void openTerminal(const Location &folder);
+    void openWith(std::vector<Location> entries, const QString &application);
     void reveal(const Location &entry);
 
     void answer(Answer given);

@@ -2,6 +2,7 @@
 
 #include "Base/Descriptor.h"
 #include "Disk/FreeName.h"
+#include "FileOperations/HiddenWork.h"
 
 #include <functional>
 #include <string_view>
@@ -50,6 +51,20 @@ Location aliasOf(const Location &source, const Location &folder)
 Result<Location> createTextDocument(const Location &folder)
 {
     return createUnique(folder / documentName, createEmpty);
+}
+
+Result<Location> createFromTemplate(const Location &model, const Location &folder, FileActions &files,
+                                    const Location &logs, const JobControl &control, QStringList &notes)
+{
+    const auto copyHidden = [&](const HiddenFolder &hidden) -> Result<Location> {
+        const Location copy = hidden.location() / model.filename();
+        CopyOptions options;
+        options.control = &control;
+        TRY(files.copy(model, copy, options));
+        TRY(files.flush(copy));
+        return hidden.moveOut(copy, folder / model.filename());
+    };
+    return workHidden(folder, packingPrefix, files, logs, copyHidden, notes);
 }
 
 OperationOutcome makeAliases(const std::vector<Location> &sources, const Location &folder)

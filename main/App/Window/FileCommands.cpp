@@ -187,13 +187,25 @@ FileOperations::Then FileCommands::showingIn(BrowserModel &pane, const RetryOf &
 
 void FileCommands::newTextDocument(BrowserModel &pane)
 {
-    FileOperations::Then then = showingIn(pane, [this, &pane](const auto &) { newTextDocument(pane); });
+    const auto again = [this, &pane](const auto &) { newTextDocument(pane); };
+    m_services.operations.newTextDocument(pane.current.get(), naming(showingIn(pane, again), pane));
+}
+
+void FileCommands::newFromTemplate(const Location &model, BrowserModel &pane)
+{
+    const auto again = [this, &pane, model](const auto &) { newFromTemplate(model, pane); };
+    m_services.operations.newFromTemplate(model, pane.current.get(), naming(showingIn(pane, again), pane));
+}
+
+/// What was made is given a name.
+FileOperations::Then FileCommands::naming(FileOperations::Then then, BrowserModel &pane)
+{
     then.call = [&pane, show = then.call](const OperationOutcome &outcome) {
         show(outcome);
         if (!outcome.places().empty())
             pane.beginRenameSelection();
     };
-    m_services.operations.newTextDocument(pane.current.get(), std::move(then));
+    return then;
 }
 
 void FileCommands::moveToTrash(BrowserModel &pane)
@@ -237,6 +249,12 @@ void FileCommands::unpack(BrowserModel &pane)
     m_services.operations.unpack(selected.front(), pane.current.get(), showingIn(pane, again));
 }
 
+void FileCommands::unpack(const Location &archive, BrowserModel &pane)
+{
+    const auto again = [this, &pane, archive](const auto &) { unpack(archive, pane); };
+    m_services.operations.unpack(archive, archive.parent_path(), showingIn(pane, again));
+}
+
 void FileCommands::makeAlias(BrowserModel &pane)
 {
     makeAliases(selectedIn(pane), pane);
@@ -252,12 +270,6 @@ void FileCommands::openTerminal(BrowserModel &pane)
 {
     m_services.operations.openTerminal(pane.current.get());
 }
-void FileCommands::unpack(const Location &archive, BrowserModel &pane)
-{
-    const auto again = [this, &pane, archive](const auto &) { unpack(archive, pane); };
-    m_services.operations.unpack(archive, archive.parent_path(), showingIn(pane, again));
-}
-
 
 void FileCommands::showPropertiesOfSelection(BrowserModel &pane)
 {
@@ -385,22 +397,10 @@ void FileCommands::showProperties(const std::vector<Location> &entries)
     auto *const sheet =
         new PropertiesSheet(std::make_unique<EntryProperties>(entries, m_services.renaming.mayChange), m_window);
     connect(sheet, &PropertiesSheet::tagsChanged, this, &FileCommands::loadPanes);
+    connect(sheet, &PropertiesSheet::rightsWanted, this, [this, entries, sheet] { askForRights(entries, sheet); });
     sheet->begin();
 }
 
-void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location> &entries)
-{
-    auto *const sheet = new BatchRenameSheet(std::make_unique<BatchRename>(m_services.renaming, entries), m_window);
-    connect(sheet, &SheetFrame::closed, &pane, [&pane] { pane.closeBatchRename(); });
-    connect(sheet, &BatchRenameSheet::renamed, &pane, [&pane, entries](const std::vector<Location> &places) {
-        std::vector<ChangedEntry> changes;
-        for (const Location &entry : entries)
-            changes.push_back({entry, {}});
-        for (const Location &place : places)
-    connect(sheet, &PropertiesSheet::rightsWanted, this, [this, entries, sheet] { askForRights(entries, sheet); });
-            changes.push_back({{}, place});
-        pane.showChanges(changes);
-        pane.select(places);
 /// The properties show the outcome.
 void FileCommands::askForRights(const std::vector<Location> &entries, PropertiesSheet *properties)
 {
@@ -414,6 +414,18 @@ void FileCommands::askForRights(const std::vector<Location> &entries, Properties
     sheet->open();
 }
 
+void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location> &entries)
+{
+    auto *const sheet = new BatchRenameSheet(std::make_unique<BatchRename>(m_services.renaming, entries), m_window);
+    connect(sheet, &SheetFrame::closed, &pane, [&pane] { pane.closeBatchRename(); });
+    connect(sheet, &BatchRenameSheet::renamed, &pane, [&pane, entries](const std::vector<Location> &places) {
+        std::vector<ChangedEntry> changes;
+        for (const Location &entry : entries)
+            changes.push_back({entry, {}});
+        for (const Location &place : places)
+            changes.push_back({{}, place});
+        pane.showChanges(changes);
+        pane.select(places);
     });
     sheet->begin();
 }

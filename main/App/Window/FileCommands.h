@@ -31,15 +31,16 @@ public:
 
     // Called by the command table for the pane's selected entries or its folder.
     void newTextDocument(BrowserModel &pane);
+    void newFromTemplate(const Location &model, BrowserModel &pane);
     void moveToTrash(BrowserModel &pane);
     void deleteForGood(BrowserModel &pane);
     void emptyTrash(BrowserModel &pane);
     void compress(BrowserModel &pane);
     void unpack(BrowserModel &pane);
-    void makeAlias(BrowserModel &pane);
-    void openTerminal(BrowserModel &pane);
     /// Into the archive's own folder.
     void unpack(const Location &archive, BrowserModel &pane);
+    void makeAlias(BrowserModel &pane);
+    void openTerminal(BrowserModel &pane);
     /// Without a selection, shows those of the pane's folder.
     void showPropertiesOfSelection(BrowserModel &pane);
     void cut(BrowserModel &pane);
@@ -72,9 +73,9 @@ private:
     void recordChange(const Location &from, const Location &to);
     void offerRestoring(const std::vector<CutShortRename> &found);
     void askForFolder(TransferKind kind, BrowserModel &pane);
-    void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     FileOperations::Then naming(FileOperations::Then then, BrowserModel &pane);
     void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
+    void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
     void trash(const std::vector<Location> &entries, BrowserModel &pane);

@@ -181,6 +181,7 @@ private:
     void makeDefault(const QString &mimeType, const QString &application);
     void askToUnpack(const Location &archive);
     void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
+    void addTemplateMenu(QMenu &menu);
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);
     void addUndoList(QMenu &menu);
@@ -222,6 +223,7 @@ private:
     QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
     int m_previewWidth;
+    FileCall<std::vector<Location>> m_templates;
 };
 
 /// Setting: whether new windows show the preview.

@@ -13,6 +13,7 @@
 #include "SendTo/SendToTargets.h"
 #include "Sidebar/Pins.h"
 #include "System/ProgramFile.h"
+#include "Places/TemplateFolder.h"
 
 #include <QMenu>
 #include <QPointer>
@@ -20,6 +21,8 @@
 namespace brellin {
 
 namespace {
+#include <algorithm>
+
 
 QMenu *makeMenu(QWidget *parent, const QString &name)
 {
@@ -29,12 +32,25 @@ QMenu *makeMenu(QWidget *parent, const QString &name)
     return menu;
 }
 
-} // namespace
-
-void MainWindow::showMenu(const QPoint &global)
+/// The user's templates by name. May block.
+std::vector<Location> templatesOf(const Location &home)
 {
-    refreshState();
-    QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
+    std::vector<Location> templates;
+    const std::optional<Location> folder = templateFolder(home);
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder.value_or(Location()), error);
+         folder && !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        std::error_code unknown;
+        const bool file = entry->symlink_status(unknown).type() == std::filesystem::file_type::regular;
+        if (file && !isDotName(entry->path().filename().native()))
+            templates.push_back(entry->path());
+    }
+    std::ranges::sort(templates, [](const Location &one, const Location &other) {
+        return QString::localeAwareCompare(shownName(one), shownName(other)) < 0;
+    });
+    return templates;
+}
+
 /// What opening an entry does.
 enum class Opening { Opens, Starts, Unpacks };
 
@@ -69,6 +85,7 @@ Opening openingOf(const Location &entry, const Workspace &workspace)
         add(OpenTerminal, QStringLiteral("terminal"));
         add(StorageOverview, QStringLiteral("chart-pie"));
         addPinEntry(*menu, pane()->current.get());
+        addTemplateMenu(*menu);
         add(Properties, QStringLiteral("info"));
         menu->popup(global);
         return;
@@ -182,6 +199,26 @@ void MainWindow::addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items
     applications->setObjectName(QStringLiteral("openWithMenu"));
     const Location entry = items.front().location();
     connect(applications, &QMenu::aboutToShow, applications, [this, applications, entry] {
+/// Shown once it is known that the user keeps templates.
+void MainWindow::addTemplateMenu(QMenu &menu)
+{
+    QMenu *const models = menu.addMenu(Symbols::icon(QStringLiteral("file-text")), QStringLiteral("Neu aus Vorlage"));
+    models->setObjectName(QStringLiteral("templateMenu"));
+    models->menuAction()->setVisible(false);
+    m_templates.start(
+        m_services.panes.workers, {.where = m_services.folders().home},
+        [home = m_services.folders().home](const JobControl &) { return templatesOf(home); },
+        [this, shown = QPointer(models)](const std::vector<Location> &templates) {
+            if (!shown)
+                return;
+            for (const Location &one : templates)
+                shown->addAction(shownName(one).replace(u'&', QStringLiteral("&&")), this,
+                                 [this, one] { m_files->newFromTemplate(one, *pane()); });
+            shown->menuAction()->setVisible(!templates.empty());
+        },
+        [] {});
+}
+
         applications->clear();
         const QString type = fileTypeOf(extensionOf(entry.filename().native())).mimeName;
         for (const Application &one : m_services.agent.workspace.applicationsFor(type))
