@@ -36,6 +36,8 @@ QString KnownFolders::title(const Location &folder) const
     const Location normal = folder.empty() ? folder : standardised(folder);
     if (iCloud && normal == *iCloud)
         return QStringLiteral("iCloud Drive");
+    if (normal == home)
+        return QStringLiteral("Benutzerordner");
     if (normal == trash)
         return QStringLiteral("Papierkorb");
     return shownName(normal);

@@ -66,6 +66,7 @@ TEST_F(KnownFoldersTest, NamesFoldersAsPeopleKnowThem)
     EXPECT_EQ(folders.title(*folders.iCloud / ""), u"iCloud Drive"_qs);
     EXPECT_EQ(folders.title(*folders.eigeneDateien), u"Eigene Dateien"_qs);
     EXPECT_EQ(folders.title(folders.trash), u"Papierkorb"_qs);
+    EXPECT_EQ(folders.title(folders.home / ""), u"Benutzerordner"_qs);
     EXPECT_EQ(folders.title("/"), u"/"_qs);
 }
 

@@ -37,6 +37,7 @@ Toolbar::Toolbar(const std::map<CommandId, QAction *> &actions, AddressBar *addr
                        QStringLiteral("Zwei Ordner nebeneinander – Dateien von links nach rechts ziehen")));
     row->addWidget(add(Preview, QStringLiteral("panel-right"), QStringLiteral("Vorschaufenster")));
     row->addWidget(add(NewFolder, QStringLiteral("folder-plus"), QStringLiteral("Neuer Ordner")));
+    row->addWidget(add(Pin, QStringLiteral("pin"), QStringLiteral("Ordner an Schnellzugriff anheften")));
     row->addWidget(search);
     row->addWidget(add(CommandId::Agent, QStringLiteral("wand.and.sparkles"), QStringLiteral("Aufräum-Agent")));
     m_more = new SymbolButton(QStringLiteral("ellipsis"), QStringLiteral("Alle Befehle"),
