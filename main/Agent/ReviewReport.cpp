@@ -1,6 +1,7 @@
 #include "Agent/ReviewReport.h"
 
 #include "Agent/HandOverTexts.h"
+#include "Base/Edition.h"
 #include "Base/German.h"
 #include "Disk/FreeName.h"
 #include "Guard/ProtectedPlaces.h"
@@ -104,7 +105,7 @@ QString requestText(const ReviewSubject &subject, const Location &report)
 {
     const QString folders = joined(
         foldersOf(subject), [](const Location &one) { return withoutLineBreaks(shown(one)); }, QStringLiteral("“, „"));
-    return QStringLiteral("Bitte prüfe die Aufräum-Vorschläge meines Brellin-Agenten in „") +
+    return QStringLiteral("Bitte prüfe die Aufräum-Vorschläge meines %1-Agenten in „").arg(Edition::name()) +
            withoutLineBreaks(shown(report)) +
            QStringLiteral("“. Lies dazu die betroffenen Ordner und vor allem alle Skripte (.py, .command, .sh) im "
                           "Ordner „") +

@@ -1,5 +1,6 @@
 #include "ContentView/BrowserTexts.h"
 
+#include "Base/Edition.h"
 #include "Base/German.h"
 
 namespace brellin {
@@ -28,8 +29,9 @@ QString unreadableTrashText(const QString &error, BrowserTextSystem system)
 {
     const QString text = QStringLiteral("Der Papierkorb kann nicht gelesen werden.\n\n");
     if (system == BrowserTextSystem::Mac)
-        return text + u"macOS schützt ihn: Erlaube „Brellin“ unter Systemeinstellungen › Datenschutz & Sicherheit › "
-                      u"Festplattenvollzugriff und starte Brellin neu."_qs;
+        return text + (u"macOS schützt ihn: Erlaube „%1“ unter Systemeinstellungen › Datenschutz & Sicherheit › "
+                       u"Festplattenvollzugriff und starte %1 neu."_qs)
+                          .arg(Edition::name());
     return text + error;
 }
 

@@ -4,6 +4,7 @@
 #include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/FolderField.h"
 #include "Agent/Screens/NoticeBar.h"
+#include "Base/Edition.h"
 #include "Guard/PathTexts.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
@@ -98,8 +99,9 @@ void AgentSettingsSheet::buildSchedule()
     row->addWidget(m_lastRun, 1);
     content()->addLayout(row);
     content()->addWidget(makeSecondary(
-        QStringLiteral("Läuft, solange Brellin geöffnet ist. Regeln ohne „automatisch“ erscheinen als Vorschlag zum "
-                       "Bestätigen."),
+        QStringLiteral("Läuft, solange %1 geöffnet ist. Regeln ohne „automatisch“ erscheinen als Vorschlag zum "
+                       "Bestätigen.")
+            .arg(Edition::name()),
         this));
     showSchedule();
     connect(m_interval, &QComboBox::activated, this,
@@ -310,7 +312,8 @@ void AgentSettingsSheet::buildUpdates()
     addHead(QStringLiteral("Updates"));
     content()->addWidget(
         makeSecondary(QStringLiteral("Diese Funktion kommt noch. Neue Versionen bekommst du bis dahin dort, woher du "
-                                     "Brellin hast."),
+                                     "%1 hast.")
+                          .arg(Edition::name()),
                       this));
 }
 

@@ -1,5 +1,7 @@
 #include "Agent/Screens/GuideTexts.h"
 
+#include "Base/Edition.h"
+
 #include <array>
 
 namespace brellin {
@@ -101,7 +103,7 @@ constexpr auto sections = std::to_array<Section>({
     {u"clock", u"Zeitplan",
      u"Der Agent prüft von selbst, so oft du es einstellst – von stündlich bis wöchentlich oder nur von Hand. Läuft, "
      u"solange "
-     u"Brellin geöffnet ist. Regeln ohne „automatisch“ erscheinen als Vorschlag zum Bestätigen.",
+     u"%1 geöffnet ist. Regeln ohne „automatisch“ erscheinen als Vorschlag zum Bestätigen.",
      nullptr},
     {u"clock.arrow.circlepath", u"Verlauf & Rückgängig",
      u"Jede Aufräum-Aktion steht im Verlauf, mit allen Schritten. „Rückgängig“ legt alles zurück, was noch da ist; was "
@@ -133,8 +135,9 @@ std::vector<GuideSection> guideSections(TextSystem system)
     std::vector<GuideSection> made;
     for (const Section &one : sections) {
         const bool linux = system == TextSystem::Linux && one.linux;
-        made.push_back({QString::fromUtf16(one.symbol), QString::fromUtf16(one.title),
-                        QString::fromUtf16(linux ? one.linux : one.mac)});
+        made.push_back(
+            {QString::fromUtf16(one.symbol), QString::fromUtf16(one.title),
+             QString::fromUtf16(linux ? one.linux : one.mac).replace(QStringLiteral("%1"), Edition::name())});
     }
     return made;
 }
