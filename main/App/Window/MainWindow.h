@@ -81,6 +81,7 @@ public:
     void showShortcuts();
     /// The menu that sorts and groups the active pane.
     void showArrangement();
+    void showAbout();
     /// The menu of all commands.
     void openMenu();
     /// Reads the pane and the sidebar's tree again.
@@ -180,8 +181,8 @@ private:
     void chooseApplication(const Location &entry);
     void makeDefault(const QString &mimeType, const QString &application);
     void askToUnpack(const Location &archive);
-    void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addTemplateMenu(QMenu &menu);
+    void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);
     void addUndoList(QMenu &menu);
@@ -222,8 +223,8 @@ private:
     bool m_mayClose = false;              ///< the user agreed to close
     QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
-    int m_previewWidth;
     FileCall<std::vector<Location>> m_templates;
+    int m_previewWidth;
 };
 
 /// Setting: whether new windows show the preview.

@@ -1,28 +1,31 @@
+#include "App/Window/AboutTexts.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/PlaceTitles.h"
 #include "App/Window/SettingsSheet.h"
 #include "App/Window/ShortcutSheet.h"
+#include "Base/Edition.h"
 #include "Disk/FileTypes.h"
 #include "Disk/OnWorker.h"
 #include "Features/FileTags.h"
+#include "Look/DetailsSheet.h"
 #include "Look/Symbols.h"
 #include "Look/TagSymbols.h"
 #include "Look/Theme.h"
 #include "Look/YesNoSheet.h"
+#include "Places/TemplateFolder.h"
 #include "SendTo/SendToTargets.h"
 #include "Sidebar/Pins.h"
 #include "System/ProgramFile.h"
-#include "Places/TemplateFolder.h"
 
 #include <QMenu>
 #include <QPointer>
 
+#include <algorithm>
+
 namespace brellin {
 
 namespace {
-#include <algorithm>
-
 
 QMenu *makeMenu(QWidget *parent, const QString &name)
 {
@@ -64,6 +67,12 @@ Opening openingOf(const Location &entry, const Workspace &workspace)
     return unopened ? Opening::Unpacks : Opening::Opens;
 }
 
+} // namespace
+
+void MainWindow::showMenu(const QPoint &global)
+{
+    refreshState();
+    QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
     const std::vector<FileItem> selected = pane()->selectedItems();
     const auto add = [this, menu](CommandId id, const QString &symbol) {
         QAction *const entry =
@@ -75,6 +84,7 @@ Opening openingOf(const Location &entry, const Workspace &workspace)
     if (selected.empty()) {
         add(NewFolder, QStringLiteral("folder-plus"));
         add(NewTextDocument, QStringLiteral("file-text"));
+        addTemplateMenu(*menu);
         menu->addSeparator();
         add(Paste, QStringLiteral("clipboard-paste"));
         add(Reload, QStringLiteral("rotate-cw"));
@@ -85,7 +95,6 @@ Opening openingOf(const Location &entry, const Workspace &workspace)
         add(OpenTerminal, QStringLiteral("terminal"));
         add(StorageOverview, QStringLiteral("chart-pie"));
         addPinEntry(*menu, pane()->current.get());
-        addTemplateMenu(*menu);
         add(Properties, QStringLiteral("info"));
         menu->popup(global);
         return;
@@ -190,15 +199,6 @@ void MainWindow::change(std::function<Result<void>(const std::vector<Location> &
         });
 }
 
-/// Looks up the applications for the type only when the menu opens.
-void MainWindow::addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items)
-{
-    if (items.size() != 1 || items.front().isFolder)
-        return;
-    QMenu *const applications = menu.addMenu(Symbols::icon(QStringLiteral("app-window")), QStringLiteral("Öffnen mit"));
-    applications->setObjectName(QStringLiteral("openWithMenu"));
-    const Location entry = items.front().location();
-    connect(applications, &QMenu::aboutToShow, applications, [this, applications, entry] {
 /// Shown once it is known that the user keeps templates.
 void MainWindow::addTemplateMenu(QMenu &menu)
 {
@@ -219,6 +219,15 @@ void MainWindow::addTemplateMenu(QMenu &menu)
         [] {});
 }
 
+/// Looks up the applications for the type only when the menu opens.
+void MainWindow::addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items)
+{
+    if (items.size() != 1 || items.front().isFolder)
+        return;
+    QMenu *const applications = menu.addMenu(Symbols::icon(QStringLiteral("app-window")), QStringLiteral("Öffnen mit"));
+    applications->setObjectName(QStringLiteral("openWithMenu"));
+    const Location entry = items.front().location();
+    connect(applications, &QMenu::aboutToShow, applications, [this, applications, entry] {
         applications->clear();
         const QString type = fileTypeOf(extensionOf(entry.filename().native())).mimeName;
         for (const Application &one : m_services.agent.workspace.applicationsFor(type))
@@ -226,6 +235,9 @@ void MainWindow::addTemplateMenu(QMenu &menu)
                 one.name, this, [this, entry, id = one.identifier] { m_services.operations.openWith({entry}, id); });
         if (applications->isEmpty())
             applications->addAction(QStringLiteral("Kein Programm gefunden"))->setEnabled(false);
+        applications->addSeparator();
+        applications->addAction(QStringLiteral("Anderes Programm …"), this,
+                                [this, entry] { chooseApplication(entry); });
     });
 }
 
@@ -285,9 +297,6 @@ void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
     colors->addAction(QStringLiteral("Keine Farbe"), this, [set] { set(std::nullopt); })->setEnabled(now.has_value());
 }
 
-        applications->addSeparator();
-        applications->addAction(QStringLiteral("Anderes Programm …"), this,
-                                [this, entry] { chooseApplication(entry); });
 /// Counts the folder without the limit that applies to automatic counting.
 void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
 {
@@ -399,6 +408,11 @@ void MainWindow::showSettings()
     sheet->open();
 }
 
+void MainWindow::showAbout()
+{
+    (new DetailsSheet(QStringLiteral("Über %1").arg(Edition::name()), aboutLines(), this))->open();
+}
+
 void MainWindow::showShortcuts()
 {
     (new ShortcutSheet(m_services.shortcuts, this))->open();
@@ -424,6 +438,8 @@ void MainWindow::askBeforeStarting(const FileItem &item)
         [this, entry](Opening opening) {
             if (opening == Opening::Starts)
                 askToStart(entry);
+            else if (opening == Opening::Unpacks)
+                askToUnpack(entry);
             else
                 openNow(entry);
         });
@@ -456,5 +472,3 @@ void MainWindow::openNow(const Location &entry)
 }
 
 } // namespace brellin
-            else if (opening == Opening::Unpacks)
-                askToUnpack(entry);

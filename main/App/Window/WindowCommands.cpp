@@ -2,6 +2,7 @@
 
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
+#include "Base/Edition.h"
 
 #include <algorithm>
 
@@ -192,6 +193,7 @@ std::vector<WindowCommand> fileMenu()
              run(&MainWindow::showSettings));
     menu.add(CommandId::Shortcuts, QStringLiteral("Tastenkürzel …"), {Qt::Key_F1}, works, always,
              run(&MainWindow::showShortcuts));
+    menu.add(About, QStringLiteral("Über %1 …").arg(Edition::name()), {}, works, always, run(&MainWindow::showAbout));
     menu.add(AllCommands, QStringLiteral("Alle Befehle"), {Qt::Key_F10}, works, always, run(&MainWindow::openMenu));
     menu.add(Quit, QStringLiteral("Beenden"), {control | Qt::Key_Q}, works, always, run(&MainWindow::quitRequested));
     return menu.commands;

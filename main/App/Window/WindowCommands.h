@@ -80,6 +80,7 @@ enum class CommandId {
     Settings,
     Shortcuts,
     AllCommands,
+    About,
     Quit
 };
 Q_ENUM_NS(CommandId)
