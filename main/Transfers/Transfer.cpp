@@ -2,6 +2,8 @@
 
 #include "Transfers/RecordedTransfer.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace brellin {
@@ -182,6 +184,7 @@ void Transfer::end(TransferOutcome outcome)
     FinishedTransfer finished;
     finished.record = {m_id, m_request.kind, standardised(m_request.destination), m_queue.m_clock.now(), outcome.done};
     finished.pane = m_request.pane;
+    std::ranges::transform(m_request.sources, std::back_inserter(finished.sources), standardised);
     finished.outcome = std::move(outcome);
     finished.steps = m_begun;
     m_queue.ended(m_id, std::move(finished));

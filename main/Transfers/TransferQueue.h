@@ -40,6 +40,7 @@ struct WaitingTransfer {
 struct FinishedTransfer {
     TransferRecord record;
     QUuid pane;
+    std::vector<Location> sources; ///< as requested
     TransferOutcome outcome;
     std::vector<TransferStep> steps; ///< as planned; empty if cancelled before
 

@@ -57,6 +57,13 @@ std::vector<ChangedEntry> changesOf(const UserAction &action)
     return changes;
 }
 
+/// The failed sources; all of them if the failure concerns the destination or something in a source.
+std::vector<Location> retried(const std::vector<Location> &failed, const std::vector<Location> &sources)
+{
+    const auto isSource = [&](const Location &one) { return std::ranges::find(sources, one) != sources.end(); };
+    return !failed.empty() && std::ranges::all_of(failed, isSource) ? failed : sources;
+}
+
 std::vector<Location> selectedIn(const BrowserModel &pane)
 {
     return locationsOf(pane.selectedItems());
@@ -458,8 +465,9 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         pane.dismissError();
         return;
     }
-    const auto again = [this, &pane, to = transfer.record.destination, kind = transfer.record.kind](
-                           const std::vector<Location> &failed) { this->transfer(failed, to, kind, pane); };
+    const auto again = [this, &pane, transfer](const std::vector<Location> &failed) {
+        this->transfer(retried(failed, transfer.sources), transfer.record.destination, transfer.record.kind, pane);
+    };
     pane.showFailure(paneFailure(*message, transfer.outcome.errors, again));
 }
 

@@ -1,6 +1,7 @@
 #include "App/Window/WindowWorld.h"
 
 #include "App/Window/DesktopPasteboard.h"
+#include "App/Window/FileCommands.h"
 #include "Look/SheetFrame.h"
 
 #include <QAbstractButton>
@@ -93,6 +94,20 @@ TEST_F(FileCommandsTest, aTransferOutlivesItsTabAndCanBeTakenBack)
     ASSERT_TRUE(waitUntil([this] { return window->state().undo.has_value(); }));
     window->run(CommandId::Undo);
     EXPECT_TRUE(goes("ziel/a.txt"));
+}
+
+TEST_F(FileCommandsTest, retriesATransferWhoseDestinationFailed)
+{
+    file("a.txt", "eins");
+    file("ziel");
+    open();
+    window->findChild<FileCommands *>()->transfer({folder / "a.txt"}, folder / "ziel", TransferKind::Copy, pane());
+    const auto again = [this] { return shownOne<QAbstractButton>(QStringLiteral("bannerRetry")); };
+    ASSERT_TRUE(waitUntil([&] { return again() != nullptr; })) << "the destination is no folder";
+    std::filesystem::remove(folder / "ziel");
+    std::filesystem::create_directory(folder / "ziel");
+    again()->click();
+    EXPECT_TRUE(comes("ziel/a.txt"));
 }
 
 TEST_F(FileCommandsTest, trashesWhatIsSelectedNowAndPutsItBack)
