@@ -104,6 +104,8 @@ void FileCommands::add(BrowserModel *pane)
     m_panes.emplace_back(id, pane);
     connect(pane, &QObject::destroyed, &m_services.notices,
             [&notices = m_services.notices, id] { notices.paneGone(id); });
+    connect(pane, &QObject::destroyed, this,
+            [this, id] { std::erase_if(m_panes, [&](const auto &one) { return one.first == id; }); });
     pane->onOwnChange([this](const Location &from, const Location &to) { recordChange(from, to); });
     pane->batchRename.observe(this, [this, pane](const std::optional<std::vector<Location>> &entries) {
         if (entries)
@@ -329,9 +331,9 @@ void FileCommands::transfer(std::vector<Location> sources, const Location &desti
 {
     if (sources.empty())
         return;
+    const QUuid id = m_services.transfers.transfer({std::move(sources), destination, kind, idOf(pane)});
     if (kind == TransferKind::Move)
-        m_beside[idOf(pane)] = pane.neighboursOfSelection();
-    m_services.transfers.transfer({std::move(sources), destination, kind, idOf(pane)});
+        m_beside[id] = pane.neighboursOfSelection();
 }
 
 void FileCommands::paste(BrowserModel &pane)
@@ -440,12 +442,14 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
 /// The pane may have been closed while its transfer ran.
 void FileCommands::finished(const FinishedTransfer &transfer)
 {
+    const auto beside = m_beside.extract(transfer.record.id);
     const auto asked = std::ranges::find(m_panes, transfer.pane, [](const auto &one) { return one.first; });
     if (asked != m_panes.end() && asked->second)
-        showArrival(transfer, *asked->second);
+        showArrival(transfer, *asked->second, beside ? beside.mapped() : std::vector<Location>());
 }
 
-void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane)
+void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane,
+                               const std::vector<Location> &beside)
 {
     std::vector<ChangedEntry> changes;
     for (const TransferredEntry &entry : transfer.outcome.done)
@@ -459,7 +463,7 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         !arrived.empty() && arrived.front().parent_path() == pane.current.get())
         pane.select(arrived);
     else if (pane.selection.get().empty())
-        pane.selectFirstOf(m_beside[transfer.pane]);
+        pane.selectFirstOf(beside);
     const std::optional<QString> message = transfer.errorMessage();
     if (!message) {
         pane.dismissError();

@@ -77,7 +77,7 @@ private:
     void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
-    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
+    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane, const std::vector<Location> &beside);
     void trash(const std::vector<Location> &entries, BrowserModel &pane);
     void compress(const std::vector<Location> &entries, BrowserModel &pane);
     void makeAliases(const std::vector<Location> &sources, BrowserModel &pane);
@@ -89,11 +89,11 @@ private:
 
     WindowServices m_services;
     QWidget *m_window;
-    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes; ///< also closed ones, as null
+    std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes;
     TransferScreens *m_transferScreens;
     QPointer<YesNoSheet> m_restoring;
     FileCall<std::vector<CutShortRename>> m_looking;
-    /// Beside what a pane's last move took away, for its end.
+    /// Rows beside what a move takes away, by transfer: one of them is selected at its end.
     std::map<QUuid, std::vector<Location>> m_beside;
 };
 
