@@ -73,6 +73,21 @@ void BrowserModel::refresh()
         load();
 }
 
+bool BrowserModel::mayShow(const std::vector<ChangedEntry> &changes) const
+{
+    const Place &now = place.get();
+    const auto isListed = [&](const Location &entry) {
+        if (entry.empty() || now.kind == Place::Kind::Tag)
+            return !entry.empty();
+        if (isAtOrBelow(current.get(), entry))
+            return true;
+        return now.kind == Place::Kind::Search ? isAtOrBelow(entry, now.location)
+                                               : entry.parent_path() == current.get();
+    };
+    return std::ranges::any_of(
+        changes, [&](const ChangedEntry &change) { return isListed(change.from) || isListed(change.to); });
+}
+
 void BrowserModel::showChanges(const std::vector<ChangedEntry> &changes)
 {
     if (showsListing()) {

@@ -130,6 +130,8 @@ public:
     /// Reload command: counts folder sizes again and repeats an active search.
     void reload();
 
+    /// Whether an entry that moved in these changes is, or was, listed here.
+    bool mayShow(const std::vector<ChangedEntry> &changes) const;
     /// Shows what the program itself changed: in results at once, which are then searched again; a folder is read again.
     void showChanges(const std::vector<ChangedEntry> &changes);
 

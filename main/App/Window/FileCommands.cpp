@@ -488,14 +488,14 @@ void FileCommands::showUndone(const std::vector<UserAction::Entry> &undone)
             back.push_back(entry.to);
     }
     for (const auto &[id, pane] : m_panes) {
-        if (!pane)
+        if (!pane || !pane->mayShow(changes))
             continue;
         pane->showChanges(changes);
         pane->select(back);
     }
 }
 
-/// stay unread.
+/// Shows unread notices if the window can be seen. Those that the user may not look at stay unread.
 void FileCommands::tellNotices()
 {
     const Attention attention = attentionTo(*m_window);
