@@ -4,6 +4,7 @@
 #include "App/Window/FileCommands.h"
 #include "App/Window/FittingFrame.h"
 #include "App/Window/LargeViewing.h"
+#include "App/Window/PageMessage.h"
 #include "App/Window/PlaceTitles.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
@@ -107,14 +108,26 @@ void MainWindow::buildBody(const StoredWindow &from)
     connect(m_sidebar, &SidebarView::failed, this, &MainWindow::fail);
     connect(m_sidebar, &SidebarView::propertiesWanted, this,
             [this](const Location &folder) { m_files->showProperties({folder}); });
-    m_places = new QStackedWidget(m_body);
-    m_places->addWidget(buildPanes());
     m_body->addWidget(m_sidebar);
-    m_body->addWidget(m_places);
+    m_body->addWidget(buildPlaces());
     m_body->setStretchFactor(0, 0);
     m_body->setStretchFactor(1, 1);
     m_body->setSizes({scaled(from.sidebarWidth), scaled(1064)});
     connect(m_body, &QSplitter::splitterMoved, this, &MainWindow::changed);
+}
+
+QWidget *MainWindow::buildPlaces()
+{
+    auto *const whole = new QWidget(m_body);
+    auto *const column = new QVBoxLayout(whole);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    m_places = new QStackedWidget(whole);
+    m_places->addWidget(buildPanes());
+    m_message = new PageMessage(whole);
+    column->addWidget(m_places, 1);
+    column->addWidget(m_message);
+    return whole;
 }
 
 QWidget *MainWindow::buildPanes()
@@ -230,6 +243,10 @@ void MainWindow::follow()
         previewSelection();
     });
     now->displayedItems.observe(receiver, [this](const DisplayedItems &) { previewSelection(); });
+    now->errorMessage.observe(receiver, [this, now](const std::optional<QString> &message) {
+        if (message && place().isPage() && !now->readFailed())
+            m_message->fail(*message);
+    });
     tab()->panes().dualPane.observe(receiver, refresh);
     showTitles();
     showPlace();

@@ -19,6 +19,7 @@ class FileCommands;
 class FolderTree;
 class LargeViewing;
 class NetworkPage;
+class PageMessage;
 class PreviewSide;
 class SidebarView;
 class StorageOverview;
@@ -115,6 +116,7 @@ private:
 
     void buildActions();
     void buildBody(const StoredWindow &from);
+    QWidget *buildPlaces();
     QWidget *buildPanes();
     void buildFileCommands();
     void takeDropsOnTabs();
@@ -175,7 +177,7 @@ private:
     void askToStart(const Location &program);
     void openNow(const Location &entry);
     void say(const QString &message);
-    /// Shows a failure in the active pane's banner.
+    /// Shows a failure in the active pane's banner, or below the page that covers it.
     void fail(const QString &message);
     void showMenu(const QPoint &global);
     void chooseApplication(const Location &entry);
@@ -206,6 +208,7 @@ private:
     std::unique_ptr<FolderTree> m_tree;
     SidebarView *m_sidebar = nullptr;
     QStackedWidget *m_places = nullptr;
+    PageMessage *m_message = nullptr;
     QSplitter *m_middle = nullptr;
     TabBar *m_tabs = nullptr;
     QStackedWidget *m_tabPages = nullptr; ///< same order as the tabs

@@ -3,6 +3,7 @@
 #include "App/Window/FileCommands.h"
 #include "App/Window/LargeViewing.h"
 #include "App/Window/MainWindow.h"
+#include "App/Window/PageMessage.h"
 #include "App/Window/PreviewSide.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
@@ -274,12 +275,18 @@ bool MainWindow::hasSheet() const
 
 void MainWindow::say(const QString &message)
 {
-    m_status->say(message);
+    if (place().isPage())
+        m_message->say(message);
+    else
+        m_status->say(message);
 }
 
 void MainWindow::fail(const QString &message)
 {
-    pane()->showError(message);
+    if (place().isPage())
+        m_message->fail(message);
+    else
+        pane()->showError(message);
 }
 
 } // namespace brellin

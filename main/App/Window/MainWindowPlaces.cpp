@@ -2,6 +2,7 @@
 #include "App/Window/FileCommands.h"
 #include "App/Window/LargeViewing.h"
 #include "App/Window/MainWindow.h"
+#include "App/Window/PageMessage.h"
 #include "App/Window/PlaceTitles.h"
 #include "App/Window/PlaceholderPage.h"
 #include "App/Window/PreviewSide.h"
@@ -145,6 +146,8 @@ void MainWindow::showPlace()
     const auto [page, words] = pageOf(now);
     const bool arrived = m_places->currentWidget() != page;
     m_places->setCurrentWidget(page);
+    if (arrived)
+        m_message->dismiss();
     m_address->setPage(words);
     setWindowTitle(words.isEmpty() ? m_services.folders().title(pane()->current.get()) : words.constLast());
     m_sidebar->setCurrent(now);

@@ -79,3 +79,33 @@ TEST_F(UserHistoryTest, whatTheWindowTakesBackIsTakenBackInTheHistory)
         return steps.size() == 1 && steps.front().takenBack.has_value();
     }));
 }
+
+TEST_F(UserHistoryTest, itsPageFollowsTheUndoAndShowsWhatFailed)
+{
+    const auto message = [this] {
+        const auto *const label = shownOne<QLabel>(QStringLiteral("pageMessage"));
+        return label ? label->text() : QString();
+    };
+    const auto row = [this] {
+        const QTreeWidget *const rows = rowsOfPage();
+        return rows && rows->topLevelItem(0) ? rows->topLevelItem(0)->child(0)->text(0) : QString();
+    };
+    file("a.txt");
+    open();
+    ASSERT_TRUE(rowsBecome({QStringLiteral("a.txt")}));
+    click(QStringLiteral("a.txt"));
+    key(Qt::Key_Delete);
+    ASSERT_TRUE(waitUntil([&] { return composition->forWindows().undo.title.get().has_value(); }));
+    file("a.txt", "ein anderer");
+    key(Qt::Key_H, Qt::ControlModifier | Qt::AltModifier);
+    ASSERT_TRUE(waitUntil([&] { return row().endsWith(u"in den Papierkorb gelegt"); }));
+    window->run(CommandId::Undo);
+    EXPECT_TRUE(waitUntil([&] { return message().contains(u"Es gibt schon etwas"); })) << message().toStdString();
+
+    std::filesystem::remove(folder / "a.txt");
+    ASSERT_TRUE(waitUntil([&] { return !composition->forWindows().undo.running.get(); }));
+    window->run(CommandId::Undo);
+    EXPECT_TRUE(waitUntil([&] { return message().endsWith(u"rückgängig gemacht."); })) << message().toStdString();
+    window->run(CommandId::Back);
+    EXPECT_TRUE(message().isEmpty());
+}
