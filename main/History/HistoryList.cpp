@@ -52,6 +52,7 @@ HistoryList::HistoryList(HistoryServices services)
     : m_services(std::move(services))
     , m_pool(abandonablePool(patienceWithHistory))
 {
+    m_services.session.actions.observe(this, [this](const auto &) { publish(changes, changes.get() + 1); });
 }
 
 HistoryList::~HistoryList() = default;

@@ -45,6 +45,7 @@ public:
     Published<std::optional<StoredCondition>> damage;
     Published<QString> searched; ///< the name that `trails` belong to; empty: nothing is searched
     Published<std::vector<FoundTrail>> trails;
+    Published<int> changes{0}; ///< counts what was recorded or undone by this process: `steps` is outdated then
     Published<bool> loading{false};
     Published<bool> searching{false};
     Published<bool> takingBack{false};

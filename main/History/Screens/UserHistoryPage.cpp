@@ -154,6 +154,10 @@ void UserHistoryPage::connectAll()
         offerFolders();
         refreshRows();
     });
+    m_history.changes.observe(this, [this](int) {
+        if (isVisible())
+            m_history.reload();
+    });
     m_history.trails.observe(this, [this](const auto &) { refreshRows(); });
     m_history.searched.observe(this, [this](const QString &name) {
         // The page of another window may have searched.

@@ -106,6 +106,7 @@ TEST_F(UserHistoryTest, itsPageFollowsTheUndoAndShowsWhatFailed)
     ASSERT_TRUE(waitUntil([&] { return !composition->forWindows().undo.running.get(); }));
     window->run(CommandId::Undo);
     EXPECT_TRUE(waitUntil([&] { return message().endsWith(u"rückgängig gemacht."); })) << message().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return row().endsWith(u"rückgängig gemacht"); })) << row().toStdString();
     window->run(CommandId::Back);
     EXPECT_TRUE(message().isEmpty());
 }
