@@ -149,15 +149,23 @@ QSize AddressBar::sizeHint() const
 
 void AddressBar::setPane(BrowserModel *pane)
 {
+    m_completing.drop();
+    m_stack->setCurrentWidget(m_steps);
+    m_reason->clear();
     m_pane = pane;
     m_following = std::make_unique<QObject>();
     if (pane) {
         pane->current.observe(m_following.get(), [this](const Location &) { rebuild(); });
-        pane->refusedPath.observe(m_following.get(),
-                                  [this](const std::optional<RefusedPath> &refused) { showRefused(refused); });
+        pane->refusedPath.observe(m_following.get(), [this](const std::optional<RefusedPath> &refused) {
+            const bool mayTake = mayTakeFocus();
+            showRefused(refused);
+            if (refused && mayTake)
+                m_field->setFocus();
+        });
     }
-    stopEditing();
     rebuild();
+    if (pane)
+        showRefused(pane->refusedPath.get());
 }
 
 void AddressBar::setPage(const QStringList &words)
@@ -177,12 +185,24 @@ void AddressBar::editPath()
 {
     if (!m_pane)
         return;
+    showField();
+    m_field->setFocus();
+    m_field->selectAll();
+}
+
+void AddressBar::showField()
+{
     m_field->setText(shown(m_pane->current.get()));
     m_completed.reset();
     m_completions.setStringList({});
     m_stack->setCurrentWidget(m_field);
-    m_field->setFocus();
-    m_field->selectAll();
+}
+
+/// Whether the user is still here or in a list, not typing somewhere else.
+bool AddressBar::mayTakeFocus() const
+{
+    const QWidget *const focus = QApplication::focusWidget();
+    return !focus || isAncestorOf(focus) || qobject_cast<const QAbstractItemView *>(focus);
 }
 
 void AddressBar::stopEditing()
@@ -193,14 +213,17 @@ void AddressBar::stopEditing()
         m_pane->dismissError();
 }
 
-/// What was typed stays in the field.
+/// What was typed stays in the field. A volume may answer after the user went on to something else: then the field only
+/// shows it, until it is used or the pane shows another folder.
 void AddressBar::showRefused(const std::optional<RefusedPath> &refused)
 {
     if (!refused) {
         m_reason->clear();
+        if (!m_field->hasFocus())
+            m_stack->setCurrentWidget(m_steps);
         return;
     }
-    editPath();
+    showField();
     m_field->setText(refused->typed);
     m_reason->show(refused->reason, refused->file.empty() ? QString() : QStringLiteral("Im Ordner zeigen"));
 }

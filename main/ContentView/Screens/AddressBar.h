@@ -60,6 +60,8 @@ private:
     void openOverflow();
     void openMenu(int step, QWidget *under);
     void fillMenu(QMenu *menu, const FileItems &items, const Location &next);
+    void showField();
+    bool mayTakeFocus() const;
     void stopEditing();
     void showRefused(const std::optional<RefusedPath> &refused);
     void showRefusedFile();

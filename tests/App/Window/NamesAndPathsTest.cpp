@@ -170,6 +170,32 @@ TEST_F(NamesAndPathsTest, aRefusedPathStaysInItsField)
     EXPECT_TRUE(waitUntil([this] { return pane().current.get() == folder / "am Ende "; })) << "not trimmed";
 }
 
+TEST_F(NamesAndPathsTest, aPathRefusedLateTakesNoFocusAndWaitsForItsPane)
+{
+    file("a.txt");
+    open();
+    const auto refused = [](const BrowserModel &of) {
+        return waitUntil([&] { return of.refusedPath.get().has_value(); });
+    };
+    find<QLineEdit>(QStringLiteral("searchField"))->setFocus();
+    pane().navigateToTyped(qs("gibt es nicht"));
+    ASSERT_TRUE(refused(pane()));
+    EXPECT_TRUE(find<QLineEdit>(QStringLiteral("searchField"))->hasFocus());
+    EXPECT_FALSE(reason().isEmpty());
+
+    BrowserModel &first = pane();
+    first.dismissError();
+    EXPECT_FALSE(path()->isVisible());
+    window->run(CommandId::NewTab);
+    first.navigateToTyped(qs("gibt es auch nicht"));
+    ASSERT_TRUE(refused(first));
+    EXPECT_TRUE(reason().isEmpty());
+    window->run(CommandId::PreviousTab);
+    EXPECT_TRUE(first.refusedPath.get());
+    EXPECT_EQ(path()->text(), qs("gibt es auch nicht"));
+    EXPECT_FALSE(reason().isEmpty());
+}
+
 TEST_F(NamesAndPathsTest, completionOffersHiddenFoldersAfterADot)
 {
     std::filesystem::create_directories(folder / ".verborgen");
