@@ -10,6 +10,9 @@
 #include <QHeaderView>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTreeWidgetItemIterator>
+
+#include <algorithm>
 
 namespace brellin {
 
@@ -168,9 +171,13 @@ HistoryRow *HistoryRows::rowOf(const FoundTrail &found, Instant now) const
          {},
          {}});
     heading->place = found.place.value_or(Location());
+    const EntryTrail::Step &oldest = found.trail.steps.front();
+    heading->trail = oldest.id.toString() + shown(oldest.entry.entry.from) + u'>' + shown(oldest.entry.entry.to);
     for (const EntryTrail::Step &step : found.trail.steps) {
         HistoryRow *const row =
             rowOf({step.by, step.id, step.date, step.entry.entry.takenBack, {}}, step.entry, HistoryRow::Kind::Step);
+        row->trail = heading->trail;
+        row->entry = heading->childCount();
         row->setText(When, recentDate(step.date, now, OlderDay::Short));
         if (step.by == HistoryStep::By::Agent)
             row->setText(What, row->text(What) + QStringLiteral(" · vom Aufräum-Agenten"));
@@ -186,26 +193,38 @@ void HistoryRows::fill(QTreeWidgetItem *item)
     if (row->kind != HistoryRow::Kind::Step || item->childCount() > 0 || step == m_several.end())
         return;
     QList<QTreeWidgetItem *> entries;
-    for (const HistoryEntry &entry : step->second.entries)
-        entries.append(rowOf(step->second, entry, HistoryRow::Kind::Entry));
+    for (const HistoryEntry &entry : step->second.entries) {
+        HistoryRow *const made = rowOf(step->second, entry, HistoryRow::Kind::Entry);
+        made->entry = static_cast<int>(entries.size());
+        entries.append(made);
+    }
     item->addChildren(entries);
+}
+
+std::vector<HistoryRow::Key> HistoryRows::opened() const
+{
+    std::vector<HistoryRow::Key> keys;
+    for (QTreeWidgetItemIterator at(const_cast<HistoryRows *>(this)); *at; ++at) {
+        if ((*at)->parent() && (*at)->isExpanded())
+            keys.push_back(static_cast<const HistoryRow *>(*at)->key());
+    }
+    return keys;
 }
 
 void HistoryRows::showAgain(const std::function<void()> &build)
 {
-    const QUuid step = current() ? current()->step : QUuid();
+    const HistoryRow::Key chosen = current() ? current()->key() : HistoryRow::Key();
+    const std::vector<HistoryRow::Key> open = opened();
     const int scrolled = verticalScrollBar()->value();
     clear();
     m_several.clear();
     build();
-    for (int i = 0; i < topLevelItemCount(); ++i) {
-        topLevelItem(i)->setExpanded(true);
-        topLevelItem(i)->setFirstColumnSpanned(true);
-        for (int j = 0; j < topLevelItem(i)->childCount() && !step.isNull(); ++j) {
-            QTreeWidgetItem *const item = topLevelItem(i)->child(j);
-            if (static_cast<HistoryRow *>(item)->step == step && !currentItem())
-                setCurrentItem(item);
-        }
+    for (QTreeWidgetItemIterator at(this); *at; ++at) {
+        const HistoryRow::Key key = static_cast<HistoryRow *>(*at)->key();
+        (*at)->setFirstColumnSpanned(!(*at)->parent());
+        (*at)->setExpanded(!(*at)->parent() || std::ranges::find(open, key) != open.end());
+        if (key == chosen && key.kind != HistoryRow::Kind::Day)
+            setCurrentItem(*at);
     }
     verticalScrollBar()->setValue(scrolled);
 }

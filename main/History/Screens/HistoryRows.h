@@ -11,9 +11,22 @@ namespace brellin {
 class HistoryRow : public QTreeWidgetItem {
 public:
     enum class Kind { Day, Trail, Step, Entry };
+    /// Identifies a row when the list is built again, except a day.
+    struct Key {
+        Kind kind = Kind::Day;
+        QString trail; ///< of a search: its oldest step and place
+        QUuid step;
+        int entry = 0; ///< number in the step
+
+        bool operator==(const Key &) const = default;
+    };
     HistoryRow(Kind wanted, const QStringList &texts) : QTreeWidgetItem(texts), kind(wanted) {}
 
+    Key key() const { return {kind, trail, step, entry}; }
+
     Kind kind;
+    QString trail;
+    int entry = 0;
     HistoryStep::By by = HistoryStep::By::User;
     QUuid step;     ///< null of headings
     Location place; ///< what it can show; empty: nothing
@@ -27,7 +40,7 @@ class HistoryRows : public QTreeWidget {
 public:
     HistoryRows(const KnownFolders &folders, QWidget *parent);
 
-    /// Both keep the current row and the scroll position where the same rows are shown.
+    /// Both keep the current row, the opened steps and the scroll position where the same rows are shown.
     void showSteps(const std::vector<HistoryStep> &steps, const HistoryFilter &filter, QDate today);
     void showTrails(const std::vector<FoundTrail> &trails, const HistoryFilter &filter, Instant now);
 
@@ -39,6 +52,7 @@ protected:
 
 private:
     void fill(QTreeWidgetItem *item);
+    std::vector<HistoryRow::Key> opened() const;
     void showAgain(const std::function<void()> &build);
     HistoryRow *rowOf(const HistoryStep &step) const;
     HistoryRow *rowOf(const HistoryStep &step, const HistoryEntry &entry, HistoryRow::Kind kind) const;

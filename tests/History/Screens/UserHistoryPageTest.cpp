@@ -137,6 +137,35 @@ TEST_F(UserHistoryPageTest, findsAnEntryByAnOldNameAndBringsItBackByKeyboard)
               QStringLiteral("Verschieben von „Tapete.png“ rückgängig gemacht."));
 }
 
+TEST_F(UserHistoryPageTest, keepsTheChosenEntryAndOpenedStepsWhenItChanges)
+{
+    clock.time += std::chrono::seconds(1);
+    tree.lines({"x1", "x2"});
+    records.begin(StepKind::BatchRename, {})
+        .settle({{tree.path("alt1"), tree.path("x1"), {}, EntryMark::of(tree.path("x1"))},
+                 {tree.path("alt2"), tree.path("x2"), {}, EntryMark::of(tree.path("x2"))}});
+    open();
+    auto *const shown = find<HistoryRows>("historyRows");
+    const auto changes = [&](std::string_view from, std::string_view to) {
+        move(StepKind::Rename, from, to);
+        list.reload();
+        return waitUntil([&] { return !list.loading.get() && !list.searching.get(); });
+    };
+    shown->topLevelItem(0)->child(0)->setExpanded(true);
+    shown->setCurrentItem(shown->topLevelItem(0)->child(0)->child(1));
+    const QString chosen = shown->currentItem()->text(0);
+    ASSERT_TRUE(changes("Post.txt", "Brief.txt"));
+    EXPECT_TRUE(shown->topLevelItem(0)->child(1)->isExpanded());
+    ASSERT_EQ(shown->currentItem(), shown->topLevelItem(0)->child(1)->child(1));
+    EXPECT_EQ(shown->currentItem()->text(0), chosen);
+
+    QTest::keyClicks(find<QLineEdit>("historyName"), QStringLiteral("alt"));
+    ASSERT_TRUE(waitUntil([&] { return list.trails.get().size() == 2; }));
+    choose(1, 0);
+    ASSERT_TRUE(changes("Brief.txt", "Post.txt"));
+    EXPECT_EQ(shown->currentItem(), shown->topLevelItem(1)->child(0)) << "the other trail has the same step";
+}
+
 TEST_F(UserHistoryPageTest, saysWhyAStepIsNotTakenBack)
 {
     open();
