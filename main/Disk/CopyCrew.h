@@ -88,8 +88,8 @@ private:
     std::jthread m_helper;
 };
 
-/// Adds the path to a failure inside the tree, or only the name if the path is too long for one line. A cancel is returned
-/// unchanged.
+/// Adds the path to a failure inside the tree, or only the name if the path is too long for one line. A cancel is
+/// returned unchanged.
 Failure namedFailure(Failure why, std::string folder, std::string_view name);
 
 } // namespace brellin

@@ -13,8 +13,8 @@
 
 namespace brellin {
 
-/// Reads an open file in pieces on a thread of its own, ahead of the caller. If no thread can be started, it reads on the
-/// calling one.
+/// Reads an open file in pieces on a thread of its own, ahead of the caller. If no thread can be started, it reads on
+/// the calling one.
 class ReadAhead {
 public:
     /// Starts at the beginning. `file` must outlive this.
@@ -24,7 +24,8 @@ public:
     ReadAhead(const ReadAhead &) = delete;
     ReadAhead &operator=(const ReadAhead &) = delete;
 
-    /// The next bytes, valid until the next call; empty at the end. After a failure or the end it returns the same again.
+    /// The next bytes, valid until the next call; empty at the end. After a failure or the end it returns the same
+    /// again.
     Result<std::string_view> next();
 
 private:

@@ -11,7 +11,7 @@ namespace brellin::historyTexts {
 QString title(HistoryKind kind);
 /// „„a.txt“ verschoben“, „3 Elemente umbenannt“, „Aufräum-Aktion: 12 Schritte“
 QString sentence(const HistoryStep &step);
-/// The same of one entry: „„a.txt“ heißt jetzt „b.txt““
+/// The same of one entry: „„a.txt“ in „b.txt“ umbenannt“
 QString sentence(const HistoryEntry &entry);
 /// A folder by its path from the home folder: „~/Bilder“, "Benutzerordner".
 QString folderText(const Location &folder, const KnownFolders &folders);

@@ -58,8 +58,8 @@ struct JournalContent {
 ///
 /// Plans are written and flushed before their first step acts. Results are appended without a flush; they survive a
 /// killed process, but not a power failure. Those of renames within one volume are written several at a time, since
-/// recovery finds such an entry by its identity as well, unless somebody has saved the file anew by then. A torn last line is ignored. An invalid complete line is skipped, and
-/// discard() then only renames the file.
+/// recovery finds such an entry by its identity as well, unless somebody has saved the file anew by then. A torn last
+/// line is ignored. An invalid complete line is skipped, and discard() then only renames the file.
 class RunJournal {
 public:
     enum class Purpose { Run, Undo };

@@ -9,7 +9,8 @@
 
 namespace brellin {
 
-/// Decides whether candidates become proposals, for a scan as well as for previews of one. Use one instance per scan. Read-only.
+/// Decides whether candidates become proposals, for a scan as well as for previews of one. Use one instance per scan.
+/// Read-only.
 class CandidateVerdicts {
 public:
     /// All must outlive this object.

@@ -11,7 +11,8 @@
 namespace brellin {
 
 /// Parses rules that were exported or written by hand. Anything but a list of rules, a wrong type or an unknown word,
-/// or a missing field without which a rule would take more than was meant, fails the whole file, with a German sentence that names the rule and the field.
+/// or a missing field without which a rule would take more than was meant, fails the whole file, with a German sentence
+/// that names the rule and the field.
 Result<std::vector<CleanupRule>> readRules(const QByteArray &json);
 
 /// The rules as indented JSON, for people to read.
