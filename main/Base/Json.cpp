@@ -8,6 +8,8 @@ namespace brellin {
 
 namespace {
 
+constexpr QLatin1StringView idKey("id");
+
 std::unexpected<JsonError> expected(const QString &what)
 {
     return std::unexpected(JsonError{{}, what});
@@ -121,13 +123,15 @@ JsonError jsonWordError(const QJsonValue &json)
     return {{}, QStringLiteral("„%1“ gibt es hier nicht").arg(json.toString())};
 }
 
+bool lacksJsonId(const QJsonObject &record)
+{
+    const QJsonValue id = record.value(idKey);
+    return id.isUndefined() || id.isNull() || id.toString() == u"00000000-0000-0000-0000-000000000000";
+}
+
 QJsonObject withJsonId(QJsonObject record, const QUuid &fresh)
 {
-    const QString key = QStringLiteral("id");
-    const QJsonValue id = record.value(key);
-    const bool missing = id.isUndefined() || id.isNull() || id.toString() == toJson(QUuid()).toString();
-    if (missing)
-        record.insert(key, toJson(fresh));
+    record.insert(idKey, toJson(fresh));
     return record;
 }
 

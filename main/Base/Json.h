@@ -91,7 +91,9 @@ JsonResult<void> readJson(const QJsonValue &json, Instant &value);
 /// Reads a whole number from `least` to `most`, inclusive.
 JsonResult<qint64> readJsonInteger(const QJsonValue &json, qint64 least, qint64 most);
 JsonError jsonWordError(const QJsonValue &json);
-/// The record's object with `fresh` as its "id" if that is missing or null (the null UUID stored by earlier versions).
+/// Whether a record's "id" is missing or null (the null UUID stored by earlier versions).
+bool lacksJsonId(const QJsonObject &record);
+/// The record's object with `fresh` as its "id".
 QJsonObject withJsonId(QJsonObject record, const QUuid &fresh);
 /// An id derived from a record's content and position, so that each reading gives the same id until the record is
 /// stored with it.
@@ -187,7 +189,7 @@ template <class T>
 QJsonValue jsonElement(const QJsonArray &list, qsizetype place)
 {
     if constexpr (JsonIdentified<T>) {
-        if (const QJsonValue json = list.at(place); json.isObject())
+        if (const QJsonValue json = list.at(place); json.isObject() && lacksJsonId(json.toObject()))
             return withJsonId(json.toObject(), jsonIdOf(json.toObject(), place));
     }
     return list.at(place);
@@ -236,8 +238,10 @@ JsonResult<void> readJson(const QJsonValue &json, Record &record)
     if (!json.isObject())
         return std::unexpected(JsonError{{}, QStringLiteral("hier gehört ein Objekt hin")});
     QJsonObject object = json.toObject();
-    if constexpr (JsonIdentified<Record>)
-        object = withJsonId(std::move(object), QUuid::createUuid());
+    if constexpr (JsonIdentified<Record>) {
+        if (lacksJsonId(object))
+            object = withJsonId(std::move(object), QUuid::createUuid());
+    }
     JsonResult<void> result;
     const auto read = [&](const auto &entry) {
         const QJsonValue value = object.value(QLatin1StringView(entry.key));
