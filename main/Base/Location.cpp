@@ -78,10 +78,15 @@ QString shownName(const Location &location)
     return shown(name.empty() ? path : name);
 }
 
+bool isItsOwnText(const Location &location)
+{
+    return isValidUtf8(location.native()) && !location.native().starts_with("file://");
+}
+
 QString textOf(const Location &location)
 {
     const std::string &bytes = location.native();
-    if (isValidUtf8(bytes) && !bytes.starts_with("file://"))
+    if (isItsOwnText(location))
         return QString::fromStdString(bytes);
     const QByteArray encoded = QByteArray::fromStdString(bytes).toPercentEncoding("/");
     return urlStart + QString::fromLatin1(encoded);

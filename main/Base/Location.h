@@ -29,6 +29,8 @@ QString shownName(const Location &location);
 /// A path as text in stored or printed JSON: the path itself if it is valid UTF-8 (and does not start with "file://"),
 /// otherwise a percent-encoded "file://" URL. `locationFromText` reads both.
 QString textOf(const Location &location);
+/// Whether that text is the path itself.
+bool isItsOwnText(const Location &location);
 Location locationFromText(const QString &text);
 
 /// Text normalised for comparison: composed (NFC) and case-folded ("ÜBERWEISUNG" = "Überweisung", "STRASSE" =

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Base/Json.h"
+#include "Base/JsonText.h"
 #include "System/StoredCondition.h"
 #include "System/UserDefaults.h"
 
@@ -136,7 +136,9 @@ updateList(UserDefaults &defaults, const QString &key,
             change(list.isKnown() ? std::optional(std::move(list.records)) : std::nullopt);
         if (!changed)
             return std::nullopt;
-        return UserDefaults::Change{jsonText(toJson(*changed)), damaged};
+        QByteArray text;
+        appendJson(text, *changed);
+        return UserDefaults::Change{std::move(text), damaged};
     }));
     if (refused)
         return failure(*std::move(refused));

@@ -1,4 +1,4 @@
-#include "Base/Json.h"
+#include "Base/JsonText.h"
 
 #include <gtest/gtest.h>
 
@@ -67,6 +67,26 @@ TEST(JsonTest, ComesBackAsItWent)
     EXPECT_TRUE(jsonText(toJson(tree, JsonDates::Iso)).contains(":27.250Z\""));
     EXPECT_EQ(fromJsonText<Tree>(jsonText(toJson(tree, JsonDates::Iso))), tree);
     EXPECT_FALSE(jsonText(toJson(Tree())).contains("place")) << "absent is left out";
+}
+
+TEST(JsonTest, TheTextWrittenDirectlyMeansTheSame)
+{
+    Tree tree;
+    tree.id = QUuid::createUuid();
+    tree.big = false;
+    tree.height = -12;
+    tree.place = "/b\xFFse/\"ü\"";
+    tree.leaves = {{u"\\„a“\n\u0001\u007f"_qs, Colour::Red}, {}};
+    tree.planted = instantFromStoredSeconds(801234567.25);
+    std::vector<Tree> trees{tree, Tree()};
+    trees.back().place = "file:///kein Pfad";
+    QByteArray text;
+    appendJson(text, trees);
+    const auto compact = [](const QByteArray &json) { return jsonText(parseJson(json).value()); };
+    EXPECT_EQ(compact(text), compact(jsonText(toJson(trees))));
+    text.clear();
+    appendJson(text, std::vector<Tree>());
+    EXPECT_EQ(text, "[]");
 }
 
 TEST(JsonTest, WhatIsMissingOrNullKeepsTheDefault)
