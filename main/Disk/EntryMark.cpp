@@ -68,7 +68,7 @@ bool EntryMark::isAt(const Location &location) const
     return now && isSame(*now);
 }
 
-QString EntryMark::text() const
+std::string EntryMark::ascii() const
 {
     std::string text;
     text.reserve(5 * std::string_view("-9223372036854775808:").size());
@@ -78,7 +78,7 @@ QString EntryMark::text() const
     appendNumber(text, state.modified.time_since_epoch().count());
     if (created)
         appendNumber(text, created->time_since_epoch().count());
-    return QString::fromStdString(text);
+    return text;
 }
 
 std::optional<EntryMark> EntryMark::parse(const QString &text)

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <optional>
+#include <string>
 
 namespace brellin {
 
@@ -32,7 +33,8 @@ struct EntryMark {
 
     /// "device:inode:size:nanoseconds", then ":nanoseconds" of the birth if known. Text, since JSON numbers do not hold
     /// 64 bits.
-    QString text() const;
+    QString text() const { return QString::fromStdString(ascii()); }
+    std::string ascii() const; ///< the same
     static std::optional<EntryMark> parse(const QString &text);
 };
 

@@ -1,52 +1,30 @@
 #include "Runs/JournalLines.h"
 
+#include "Base/JsonText.h"
 #include "Runs/RunJson.h"
-
-#include <algorithm>
 
 namespace brellin::journalLines {
 
 namespace {
 
-/// Written by hand: ten times faster than QJsonDocument, and 10,000 steps make 20,000 lines.
-void appendText(QByteArray &line, const QString &text)
+/// Room for a step, so that its line does not grow piece by piece.
+QByteArray newLine()
 {
-    const auto isSpecial = [](char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; };
-    const QByteArray bytes = text.toUtf8();
-    line += '"';
-    for (auto plain = bytes.begin(); plain != bytes.end();) {
-        const auto special = std::find_if(plain, bytes.end(), isSpecial);
-        line.append(plain, special - plain);
-        if (special == bytes.end())
-            break;
-        if (static_cast<unsigned char>(*special) < 0x20)
-            line += "\\u00" + QByteArray::number(*special, 16).rightJustified(2, '0');
-        else
-            line.append('\\').append(*special);
-        plain = special + 1;
-    }
-    line += '"';
+    QByteArray line;
+    line.reserve(512);
+    return line;
 }
 
-void append(QByteArray &line, const char *key, const QString &value)
+template <class T>
+void append(QByteArray &line, const char *key, const T &value)
 {
-    line.append(line.isEmpty() ? "{\"" : ",\"").append(key).append("\":");
-    appendText(line, value);
-}
-
-void append(QByteArray &line, const char *key, const Location &value)
-{
-    append(line, key, textOf(value));
-}
-
-void append(QByteArray &line, const char *key, std::size_t number)
-{
-    line.append(line.isEmpty() ? "{\"" : ",\"").append(key).append("\":").append(QByteArray::number(number));
+    appendJsonField(line, line.isEmpty() ? '{' : ',', key, value);
 }
 
 void append(QByteArray &line, const char *key, const EntryMark &mark)
 {
-    append(line, key, mark.text());
+    line.append(",\"").append(key).append("\":");
+    appendJsonString(line, mark.ascii());
 }
 
 QByteArray closed(QByteArray line)
@@ -153,26 +131,26 @@ bool readLine(const QJsonObject &line, qint64 lines, JournalContent &content)
 
 QByteArray head(const QUuid &run, Instant date)
 {
-    QByteArray line;
-    append(line, "run", run.toString(QUuid::WithoutBraces).toUpper());
+    QByteArray line = newLine();
+    append(line, "run", run);
     append(line, "date", isoText(date));
-    return closed(line);
+    return closed(std::move(line));
 }
 
 namespace {
 
 QByteArray planLine(const char *key, std::size_t step, const PlannedStep &planned)
 {
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, key, step);
-    append(line, "kind", toJson(planned.kind).toString());
+    append(line, "kind", planned.kind);
     append(line, "from", planned.from);
     if (planned.to)
         append(line, "to", *planned.to);
     append(line, "state", planned.entry);
     if (planned.original)
         append(line, "original", *planned.original);
-    return closed(line);
+    return closed(std::move(line));
 }
 
 } // namespace
@@ -189,61 +167,55 @@ QByteArray planAgain(std::size_t step, const PlannedStep &planned)
 
 QByteArray folder(const Location &folder)
 {
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, "folder", folder);
-    return closed(line);
+    return closed(std::move(line));
 }
 
 QByteArray copying(std::size_t step, const Location &temporary)
 {
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, "copying", step);
     append(line, "temporary", temporary);
-    return closed(line);
+    return closed(std::move(line));
 }
 
 QByteArray reserving(std::size_t step, const NameReserve &reserve)
 {
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, "reserving", step);
     append(line, "name", reserve.name);
     append(line, "entry", reserve.entry);
     append(line, "state", reserve.mark);
     append(line, "noted", isoText(reserve.noted));
-    return closed(line);
+    return closed(std::move(line));
 }
 
 QByteArray copied(std::size_t step, const EntryMark &copy)
 {
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, "copied", step);
     append(line, "state", copy);
-    return closed(line);
+    return closed(std::move(line));
 }
 
 QByteArray done(std::size_t step, const JournalStep &result, const StepMarks &marks)
 {
-    QByteArray record;
-    append(record, "kind", toJson(result.kind).toString());
-    append(record, "from", result.from);
-    if (result.to)
-        append(record, "to", *result.to);
-    if (result.trashedOriginal)
-        append(record, "trashedOriginal", *result.trashedOriginal);
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, "done", step);
     if (marks.to)
-        append(line, "toMark", marks.to->text());
+        append(line, "toMark", *marks.to);
     if (marks.trashedOriginal)
-        append(line, "originalMark", marks.trashedOriginal->text());
-    return closed(line + ",\"step\":" + record + '}');
+        append(line, "originalMark", *marks.trashedOriginal);
+    append(line, "step", result);
+    return closed(std::move(line));
 }
 
 QByteArray failed(std::size_t step)
 {
-    QByteArray line;
+    QByteArray line = newLine();
     append(line, "failed", step);
-    return closed(line);
+    return closed(std::move(line));
 }
 
 JournalContent read(const QByteArray &text)
