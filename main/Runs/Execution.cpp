@@ -1,7 +1,6 @@
 #include "Runs/Execution.h"
 
 #include "Runs/AgentError.h"
-#include "Runs/RunHistory.h"
 #include "Runs/RunJournal.h"
 #include "Runs/RunTraces.h"
 #include "Runs/StateFolder.h"
@@ -9,6 +8,7 @@
 #include "Runs/StepPerformer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brellin {
 
@@ -147,16 +147,31 @@ Result<ExecutionOutcome> Execution::execute(const std::vector<AgentProposal> &pr
     if (!runner.steps().empty()) {
         const RunHistory::Traces traces = runner.traces();
         outcome.run = JournalRun{id, now, std::move(runner.steps()), false};
-        Result<std::vector<DroppedRun>> stored = RunHistory(m_services.defaults).add(*outcome.run, traces);
-        if (!stored) {
+        addToHistory(outcome, traces);
+        if (outcome.notStored) {
             (void)runner.journal().writeRenamed();
-            outcome.notStored = stored.error();
             return std::move(outcome);
         }
-        outcome.dropped = *std::move(stored);
     }
     (void)runner.journal().discard(); // if this fails, recovery finds the run in the history and discards the journal
     return std::move(outcome);
+}
+
+void Execution::addToHistory(ExecutionOutcome &outcome, const RunHistory::Traces &traces)
+{
+    Result<RunHistory::Added> added = RunHistory(m_services.defaults).add(*outcome.run, traces);
+    if (!added) {
+        outcome.notStored = added.error();
+        return;
+    }
+    outcome.dropped = std::move(added->dropped);
+    m_stored = std::move(added->runs);
+}
+
+RunHistory::Shown Execution::history()
+{
+    const RunHistory history(m_services.defaults);
+    return m_stored ? history.shownWith(*std::exchange(m_stored, std::nullopt)) : history.shown();
 }
 
 } // namespace brellin

@@ -4,6 +4,7 @@
 #include "Runs/AgentProposal.h"
 #include "Runs/DroppedRun.h"
 #include "Runs/JournalRun.h"
+#include "Runs/RunHistory.h"
 #include "Runs/RunServices.h"
 
 #include <QStringList>
@@ -44,9 +45,14 @@ public:
     /// between and within steps. Fails without any change if another run or undo is at work, `mayAct` refuses, or the
     /// journal cannot be created.
     Result<ExecutionOutcome> execute(const std::vector<AgentProposal> &proposals, JobControl &control);
+    /// The history after `execute`: as stored with the run, which spares reading it, or as read.
+    RunHistory::Shown history();
 
 private:
+    void addToHistory(ExecutionOutcome &outcome, const RunHistory::Traces &traces);
+
     const RunServices &m_services;
+    std::optional<std::vector<JournalRun>> m_stored; ///< the history with the run
 };
 
 } // namespace brellin

@@ -69,27 +69,34 @@ std::size_t fewer(const std::vector<Record> &all, std::size_t most)
     return most;
 }
 
+template <class Record>
+struct Fitting {
+    std::optional<std::vector<Record>> stored; ///< nullopt: nothing was changed
+    std::vector<Record> dropped;
+};
+
 /// Changes a list whose newest record comes first and stores up to `longest` records, fewer if the file would become
-/// too large. Returns the records dropped.
+/// too large.
 template <class Record, class Change>
-Result<std::vector<Record>> updateAsManyAsFit(UserDefaults &defaults, const QString &key, const Change &change)
+Result<Fitting<Record>> updateAsManyAsFit(UserDefaults &defaults, const QString &key, const Change &change)
 {
     for (std::size_t most = RunHistory::longest;;) {
         std::vector<Record> dropped;
         std::size_t next = 0;
-        const Result<void> stored = updateList<Record>(defaults, key, [&](std::optional<std::vector<Record>> old) {
-            std::optional<std::vector<Record>> all = change(std::move(old).value_or(std::vector<Record>()));
-            if (all && !all->empty()) {
-                all->resize(std::min(all->size(), RunHistory::longest));
-                most = std::min(most, all->size());
-                next = most > 1 ? fewer(*all, most) : 0;
-                dropped.assign(all->begin() + static_cast<std::ptrdiff_t>(most), all->end());
-                all->resize(most);
-            }
-            return all;
-        });
+        Result<std::optional<std::vector<Record>>> stored =
+            changeList<Record>(defaults, key, [&](std::optional<std::vector<Record>> old) {
+                std::optional<std::vector<Record>> all = change(std::move(old).value_or(std::vector<Record>()));
+                if (all && !all->empty()) {
+                    all->resize(std::min(all->size(), RunHistory::longest));
+                    most = std::min(most, all->size());
+                    next = most > 1 ? fewer(*all, most) : 0;
+                    dropped.assign(all->begin() + static_cast<std::ptrdiff_t>(most), all->end());
+                    all->resize(most);
+                }
+                return all;
+            });
         if (stored)
-            return dropped;
+            return Fitting<Record>{*std::move(stored), std::move(dropped)};
         if (next == 0 || !stored.error().is(std::errc::file_too_large))
             return failure(stored.error());
         most = next;
@@ -190,10 +197,18 @@ const QStringList &RunHistory::shownLists()
 RunHistory::Shown RunHistory::shown() const
 {
     StoredList<JournalRun> stored = storedList<JournalRun>(m_defaults, RunKeys::history);
-    Shown all;
+    std::optional<StoredCondition> damage;
     if (!stored.isWhole())
-        all.damage = conditionOf(m_defaults, storedKind<JournalRun>(RunKeys::history), stored);
-    all.runs = std::move(stored).value_or({});
+        damage = conditionOf(m_defaults, storedKind<JournalRun>(RunKeys::history), stored);
+    Shown all = shownWith(std::move(stored).value_or({}));
+    all.damage = std::move(damage);
+    return all;
+}
+
+RunHistory::Shown RunHistory::shownWith(std::vector<JournalRun> runs) const
+{
+    Shown all;
+    all.runs = std::move(runs);
     all.dropped = droppedBeside(all.runs, m_defaults);
     for (const JournalRun &run : all.runs) {
         if (!run.undone)
@@ -215,7 +230,7 @@ Result<std::vector<JournalRun>> RunHistory::readableRuns() const
     return list.state == StoredState::Partly ? Result<std::vector<JournalRun>>(std::move(list.records)) : readRuns();
 }
 
-Result<std::vector<DroppedRun>> RunHistory::add(const JournalRun &run, const Traces &traces)
+Result<RunHistory::Added> RunHistory::add(const JournalRun &run, const Traces &traces)
 {
     // Store what the undo needs before the run: a crash in between then leaves unused records, not a run that cannot be
     // undone.
@@ -224,18 +239,19 @@ Result<std::vector<DroppedRun>> RunHistory::add(const JournalRun &run, const Tra
     TRY(remember(m_defaults, RunKeys::marks, std::move(marks)));
     TRY(remember(m_defaults, RunKeys::volumes, PlacesOfRun{run.id, traces.volumes}));
     TRY(remember(m_defaults, RunKeys::createdFolders, PlacesOfRun{run.id, traces.createdFolders}));
-    const std::vector<JournalRun> tooMany =
+    Fitting<JournalRun> fitting =
         TRY(updateAsManyAsFit<JournalRun>(m_defaults, RunKeys::history, [&](std::vector<JournalRun> runs) {
             if (std::ranges::find(runs, run.id, &JournalRun::id) != runs.end())
                 return std::optional<std::vector<JournalRun>>();
             runs.insert(runs.begin(), run);
             return std::optional(std::move(runs));
         }));
-    std::vector<DroppedRun> dropped;
-    std::ranges::transform(tooMany, std::back_inserter(dropped), DroppedRun::of);
+    Added added;
+    std::ranges::transform(fitting.dropped, std::back_inserter(added.dropped), DroppedRun::of);
     // A failure here does not matter: the run is stored, and the caller reports the dropped runs.
-    (void)DroppedRun::note(m_defaults, dropped, longest);
-    return dropped;
+    (void)DroppedRun::note(m_defaults, added.dropped, longest);
+    added.runs = fitting.stored ? *std::move(fitting.stored) : runs();
+    return added;
 }
 
 std::vector<DroppedRun> RunHistory::dropped() const

@@ -43,6 +43,8 @@ public:
         std::optional<StoredCondition> damage; ///< the history could not be read completely
     };
     Shown shown() const;
+    /// The same, if these runs are what is stored.
+    Shown shownWith(std::vector<JournalRun> runs) const;
     /// The settings keys that shown() reads.
     static const QStringList &shownLists();
     /// Like runs(), but fails if the history exists and cannot be read completely. Use it before discarding anything
@@ -56,9 +58,13 @@ public:
         std::vector<StepMarks> marks;         ///< one per step; empty: unknown
         std::vector<Location> volumes;        ///< mount points of the volumes that hold what the steps left
     };
+    struct Added {
+        std::vector<JournalRun> runs; ///< as stored now
+        std::vector<DroppedRun> dropped;
+    };
     /// Adds a run at the front unless it is already known. Runs beyond the thirtieth are dropped silently; runs dropped
     /// earlier, because the file would become too large, are recorded and returned.
-    Result<std::vector<DroppedRun>> add(const JournalRun &run, const Traces &traces);
+    Result<Added> add(const JournalRun &run, const Traces &traces);
     /// Runs dropped early that would still be among the thirty, newest first.
     std::vector<DroppedRun> dropped() const;
     Result<void> markUndone(const QUuid &run, const Aftermath &aftermath);

@@ -116,13 +116,14 @@ StoredList<Record> mendedList(const UserDefaults &defaults, const QString &key, 
 /// Changes the list stored under a key, based on its present content (nullopt: absent). If that cannot be decoded
 /// completely, the change starts from `mendedList` (nullopt: nothing can be decoded), and the damaged text is kept aside.
 /// Fails without a change for a damaged list whose records do not stand alone. `change` returns the new list, or nullopt
-/// to leave it as it is.
+/// to leave it as it is. Returns what `change` returned.
 template <class Record>
-Result<void>
-updateList(UserDefaults &defaults, const QString &key,
+Result<std::optional<std::vector<Record>>>
+changeList(UserDefaults &defaults, const QString &key,
            const std::function<std::optional<std::vector<Record>>(std::optional<std::vector<Record>>)> &change)
 {
     std::optional<Failure> refused;
+    std::optional<std::vector<Record>> changed;
     TRY(defaults.update(key, [&](const std::optional<QByteArray> &old) -> std::optional<UserDefaults::Change> {
         StoredList<Record> list = old ? decodedList<Record>(*old) : StoredList<Record>();
         const bool damaged = !list.isWhole();
@@ -132,8 +133,7 @@ updateList(UserDefaults &defaults, const QString &key,
         }
         if (damaged)
             list = mendedList(defaults, key, list);
-        const std::optional<std::vector<Record>> changed =
-            change(list.isKnown() ? std::optional(std::move(list.records)) : std::nullopt);
+        changed = change(list.isKnown() ? std::optional(std::move(list.records)) : std::nullopt);
         if (!changed)
             return std::nullopt;
         QByteArray text;
@@ -142,6 +142,16 @@ updateList(UserDefaults &defaults, const QString &key,
     }));
     if (refused)
         return failure(*std::move(refused));
+    return changed;
+}
+
+/// The same, if the new list does not matter.
+template <class Record>
+Result<void>
+updateList(UserDefaults &defaults, const QString &key,
+           const std::function<std::optional<std::vector<Record>>(std::optional<std::vector<Record>>)> &change)
+{
+    std::ignore = TRY(changeList<Record>(defaults, key, change));
     return {};
 }
 

@@ -41,10 +41,11 @@ TEST(RunHistoryTest, namesTheRunsThatFallOutOfATooLargeFile)
     std::vector<DroppedRun> fell;
     int day = 0;
     while (fell.empty()) {
-        const Result<std::vector<DroppedRun>> added = history.add(runOf(++day, 50), {});
+        const Result<RunHistory::Added> added = history.add(runOf(++day, 50), {});
         ASSERT_TRUE(added);
         ASSERT_LT(day, 30) << "the limit is too large for this test";
-        fell = *added;
+        EXPECT_EQ(added->runs, history.runs());
+        fell = added->dropped;
     }
     ASSERT_EQ(fell.size(), 1u) << "no more than there must";
     EXPECT_EQ(fell.front().date, runOf(1, 50).date);
@@ -55,11 +56,13 @@ TEST(RunHistoryTest, namesTheRunsThatFallOutOfATooLargeFile)
     EXPECT_EQ(daysOf(history.runs()), left);
     EXPECT_EQ(history.dropped(), fell);
 
-    const Result<std::vector<DroppedRun>> large = history.add(runOf(++day, 120), {});
+    const Result<RunHistory::Added> large = history.add(runOf(++day, 120), {});
     ASSERT_TRUE(large);
-    EXPECT_EQ(large->size(), 3u);
+    EXPECT_EQ(large->dropped.size(), 3u);
     EXPECT_EQ(history.dropped().size(), 4u);
-    const QString text = textOf(*large);
+    EXPECT_EQ(large->runs, history.runs());
+    EXPECT_EQ(history.add(large->runs.front(), {})->runs, large->runs) << "known already";
+    const QString text = textOf(large->dropped);
     EXPECT_EQ(text.count(QStringLiteral("(50 Schritte)")), 3) << text.toStdString();
     EXPECT_TRUE(text.contains(QStringLiteral("lassen sich nicht mehr rückgängig machen"))) << text.toStdString();
 
