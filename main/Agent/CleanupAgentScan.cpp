@@ -94,8 +94,9 @@ CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std:
     std::vector<AgentProposal> automatic;
     std::ranges::copy_if(found, std::back_inserter(automatic), &AgentProposal::automatic);
     ScanEnd scan{ExecutionOutcome(), {}, {}};
+    Execution execution(services);
     if (!automatic.empty())
-        scan.automatic = Execution(services).execute(automatic, control);
+        scan.automatic = execution.execute(automatic, control);
     std::set<QUuid> done;
     if (scan.automatic)
         done.insert(scan.automatic->done.begin(), scan.automatic->done.end());
@@ -113,7 +114,7 @@ CleanupAgent::ScanEnd CleanupAgent::carryOut(const AgentServices &services, std:
         scan.added = ProposalMemory(services.defaults).countNew(scan.left).value_or(0);
         scan.noted = storeCheck(services);
     }
-    scan.history = RunHistory(services.defaults).shown();
+    scan.history = execution.history();
     return scan;
 }
 

@@ -246,11 +246,12 @@ void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
         std::ranges::copy_if(listed, std::back_inserter(wanted), [&](const AgentProposal &one) {
             return ticked.contains(one.id) && !unwanted.contains(one.id);
         });
-        Result<ExecutionOutcome> outcome = Execution(services).execute(wanted, control);
+        Execution execution(services);
+        Result<ExecutionOutcome> outcome = execution.execute(wanted, control);
         ChangedProposals followed;
         if (outcome && outcome->run)
             followed = followedKept(listed, *outcome->run);
-        return Worked<ExecutionOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed),
+        return Worked<ExecutionOutcome>{std::move(outcome), execution.history(), std::move(followed),
                                         std::move(unwanted)};
     };
     m_executing.start(
