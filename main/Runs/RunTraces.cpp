@@ -2,9 +2,25 @@
 
 #include "Guard/SystemLocations.h"
 
+#include <algorithm>
 #include <set>
+#include <string>
+#include <string_view>
 
 namespace brellin {
+
+namespace {
+
+/// Steps have few folders in common: looked up by text, since taking a path apart costs more.
+void addFolderOf(const Location &entry, std::set<std::string, std::less<>> &folders)
+{
+    const std::string_view path = entry.native();
+    const std::string_view folder = path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+    if (!folders.contains(folder))
+        folders.emplace(folder);
+}
+
+} // namespace
 
 StepMarks marksOf(const JournalStep &step)
 {
@@ -14,15 +30,16 @@ StepMarks marksOf(const JournalStep &step)
 
 std::vector<Location> volumesOf(const Volumes &volumes, const std::vector<JournalStep> &steps)
 {
-    std::set<Location> folders;
+    std::set<std::string, std::less<>> folders;
     for (const JournalStep &step : steps) {
-        for (const std::optional<Location> &left : {step.to, step.trashedOriginal}) {
-            if (left)
-                folders.insert(left->parent_path());
+        for (const std::optional<Location> *const left : {&step.to, &step.trashedOriginal}) {
+            if (*left)
+                addFolderOf(**left, folders);
         }
     }
     std::set<Location> tops;
-    for (const Location &folder : folders) {
+    for (const std::string &text : folders) {
+        const Location folder = text;
         // Use the real path, so that a mount point is recorded and not a symlink to it, which anyone may remove.
         const std::optional<Location> resolved = resolvedLocation(folder);
         if (Result<Location> top = volumes.top(resolved.value_or(folder)))
