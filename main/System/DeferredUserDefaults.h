@@ -36,6 +36,7 @@ public:
     std::optional<QVariant> value(const QString &key) const override;
     Result<void> setValue(const QString &key, const QVariant &value) override;
     Result<std::optional<QByteArray>> read(const QString &key) const override { return m_stored.read(key); }
+    std::optional<StoredVersion> version(const QString &key) const override { return m_stored.version(key); }
     Result<std::optional<QByteArray>> readLastGood(const QString &key) const override
     {
         return m_stored.readLastGood(key);

@@ -18,6 +18,18 @@ namespace brellin {
 
 namespace {
 
+/// Whether a further change would get another time. Times are those of the last clock tick; some volumes store whole
+/// seconds only.
+bool isSettled(const struct stat &status)
+{
+    constexpr std::chrono::milliseconds coarseTick{50};
+    constexpr std::chrono::seconds coarseVolume{3};
+    constexpr long usualResolution = 10'000'000;
+    const bool fine = status.st_ctim.tv_nsec % usualResolution != 0;
+    const auto age = std::chrono::system_clock::now() - instantFrom(status.st_ctim);
+    return age > (fine ? std::chrono::nanoseconds(coarseTick) : std::chrono::nanoseconds(coarseVolume));
+}
+
 /// Marks a date among the values, since JSON has no type for it.
 const QString dateKey = QStringLiteral("datum");
 /// The plain values are stored as one object, like a list.
@@ -167,6 +179,19 @@ Result<std::optional<QByteArray>> FileUserDefaults::read(const QString &key) con
     // Read again: another process may have created both files just now.
     text = TRY(readFile(fileOf(key), limitOf(key)));
     return text ? text : std::optional(QByteArray(""));
+}
+
+/// Of a missing file that of the folder, where the file would have to be created.
+std::optional<StoredVersion> FileUserDefaults::version(const QString &key) const
+{
+    const std::string file = m_folder.native() + '/' + key.toStdString() + ".json";
+    struct stat status{};
+    const bool known =
+        ::stat(file.c_str(), &status) == 0 || (errno == ENOENT && ::stat(m_folder.c_str(), &status) == 0);
+    if (!known || !isSettled(status))
+        return std::nullopt;
+    return StoredVersion{status.st_dev, status.st_ino, status.st_size, instantFrom(status.st_mtim),
+                         instantFrom(status.st_ctim)};
 }
 
 Result<std::optional<QByteArray>> FileUserDefaults::readLastGood(const QString &key) const

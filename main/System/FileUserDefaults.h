@@ -39,6 +39,7 @@ public:
     std::optional<QVariant> value(const QString &key) const override;
     Result<void> setValue(const QString &key, const QVariant &value) override;
     Result<std::optional<QByteArray>> read(const QString &key) const override;
+    std::optional<StoredVersion> version(const QString &key) const override;
     Result<std::optional<QByteArray>> readLastGood(const QString &key) const override;
     Location fileOf(const QString &key) const override;
     Result<void> update(const QString &key,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
 
@@ -7,10 +8,22 @@
 #include <QString>
 #include <QVariant>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 
 namespace brellin {
+
+/// What tells two states of a stored text apart without reading it.
+struct StoredVersion {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    Instant modified; ///< content
+    Instant changed;  ///< content or attributes
+
+    bool operator==(const StoredVersion &) const = default;
+};
 
 /// Port to the user's settings: plain values (numbers, switches, texts, dates), and lists stored as JSON under one key
 /// each. Writes take effect immediately. Thread-safe.
@@ -28,6 +41,9 @@ public:
     /// The JSON stored under a key; nullopt if absent. Fails if it exists and cannot be read (permissions, I/O errors)
     /// or is too large (`errc::file_too_large`).
     virtual Result<std::optional<QByteArray>> read(const QString &key) const = 0;
+    /// Equal to the version asked for earlier only if `read` would still give what it gave between. nullopt if that cannot
+    /// be told without reading. Cheap enough to be asked before each of many steps.
+    virtual std::optional<StoredVersion> version([[maybe_unused]] const QString &key) const { return std::nullopt; }
     /// The last version stored under the key, from its backup.
     virtual Result<std::optional<QByteArray>> readLastGood(const QString &key) const = 0;
     /// The file of a key, for messages.

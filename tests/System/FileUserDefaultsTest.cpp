@@ -1,6 +1,7 @@
 #include "System/FileUserDefaults.h"
 
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 #include "System/AtomicWrite.h"
 #include "System/FileLock.h"
 #include "System/MemoryUserDefaults.h"
@@ -11,10 +12,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <fstream>
+#include <functional>
 #include <future>
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -198,6 +203,42 @@ TEST_F(FileUserDefaultsTest, WhatALinkHidesIsNotAbsent)
     std::filesystem::create_directory_symlink(tree.path("gut"), tree.path("weg"));
     std::filesystem::remove(tree.path("gut/l.json"));
     EXPECT_TRUE(isAbsent("verweis"));
+}
+
+TEST_F(FileUserDefaultsTest, TellsByTheVersionThatAListMayHaveChanged)
+{
+    const QString list = u"liste"_qs;
+    const Location file = defaults.fileOf(list);
+    const auto overwrite = [&](const char *text) { std::fstream(file, std::ios::in | std::ios::out) << text; };
+    const auto replace = [&](const char *text) {
+        struct stat old{};
+        ASSERT_EQ(::stat(file.c_str(), &old), 0);
+        const Location other = tree.file("anderswo", text);
+        const std::array times{old.st_atim, old.st_mtim};
+        ASSERT_EQ(::utimensat(AT_FDCWD, other.c_str(), times.data(), 0), 0);
+        std::filesystem::rename(other, file);
+    };
+    const std::vector<std::pair<const char *, std::function<void()>>> changes{
+        {"stored first", [&] { (void)defaults.update(list, [](const Old &) { return Change{"[1]"}; }); }},
+        {"stored again", [&] { (void)defaults.update(list, [](const Old &) { return Change{"[2]"}; }); }},
+        {"written by another program", [&] { overwrite("[3]"); }},
+        {"replaced by a file of the same size and time", [&] { replace("[4]"); }},
+        {"removed", [&] { std::filesystem::remove(file); }},
+        {"the folder replaced", [&] {
+             std::filesystem::rename(file.parent_path(), tree.path("s/früher"));
+             std::filesystem::create_directory(file.parent_path());
+         }}};
+    EXPECT_FALSE(defaults.version(list)) << "no folder yet";
+    ASSERT_TRUE(defaults.setValue(u"zahl"_qs, 1));
+    for (const auto &[what, change] : changes) {
+        ASSERT_TRUE(test::waitUntil([&] { return defaults.version(list).has_value(); })) << "before: " << what;
+        const std::optional<StoredVersion> before = defaults.version(list);
+        EXPECT_EQ(defaults.version(list), before) << what;
+        change();
+        EXPECT_FALSE(defaults.version(list)) << "another change might get the same time: " << what;
+        ASSERT_TRUE(test::waitUntil([&] { return defaults.version(list).has_value(); })) << what;
+        EXPECT_NE(defaults.version(list), before) << what;
+    }
 }
 
 TEST_F(FileUserDefaultsTest, AMemoryCopyNeverWritesThrough)
