@@ -7,7 +7,12 @@ namespace brellin {
 
 Result<void> FreshGuard::refresh()
 {
+    // Asked for first: what changes while reading has another version the next time.
+    const std::optional<StoredVersion> version = m_defaults.version(GuardKeys::profiles);
+    if (m_guard && version && version == m_version)
+        return {};
     Result<std::optional<QByteArray>> stored = m_defaults.read(GuardKeys::profiles);
+    m_version = stored ? version : std::nullopt;
     if (m_guard && stored && *stored == m_stored)
         return {};
     m_guard.emplace(m_locations, TRY(storedProfiles(m_defaults)));

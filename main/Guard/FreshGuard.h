@@ -8,7 +8,7 @@
 namespace brellin {
 
 /// A guard for acting: every check uses the profiles as stored at that moment, not as they were when the run began.
-/// Re-reads the stored text each time and rebuilds the guard when it differs. Use one instance per batch of steps, so
+/// Re-reads the stored text unless its version tells that it has not changed, and rebuilds the guard when it differs. Use one instance per batch of steps, so
 /// that swapped folders are looked up again. Not thread-safe.
 class FreshGuard {
 public:
@@ -28,7 +28,8 @@ public:
 private:
     const SystemLocations &m_locations;
     const UserDefaults &m_defaults;
-    std::optional<QByteArray> m_stored; ///< stored text from which m_guard was built
+    std::optional<StoredVersion> m_version; ///< as of the last reading
+    std::optional<QByteArray> m_stored;     ///< stored text from which m_guard was built
     std::optional<Guard> m_guard;
 };
 

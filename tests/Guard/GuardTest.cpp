@@ -1,12 +1,18 @@
 #include "Guard/Guard.h"
 
+#include "Guard/FreshGuard.h"
 #include "Guard/GuardKeys.h"
+#include "Guard/ProfileJson.h"
 #include "Guard/StoredProfiles.h"
 #include "Support/PrivateMount.h"
 #include "Support/TempTree.h"
+#include "Support/WaitUntil.h"
 #include "System/FileUserDefaults.h"
+#include "System/StoredList.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 using namespace brellin;
 using namespace brellin::test;
@@ -150,4 +156,35 @@ TEST_F(GuardTest, seesAProjectThroughALink)
     EXPECT_TRUE(guard({profile("home/Werk", {})}).check(tree.path("home/ab/a"), Review::Missing));
     EXPECT_EQ(guard({profile("home/Werk", {})}).profileOf(tree.path("home/ab")).value_or(FolderProfile()).name,
               u"Werk"_qs);
+}
+
+TEST_F(GuardTest, usesTheProfilesAsTheyAreStoredAtEachQuestion)
+{
+    tree.lines({"home/Werk/fest/a=1", "home/Werk/frei/b=2"});
+    FileUserDefaults defaults(tree.path("s"));
+    ASSERT_TRUE(defaults.setValue(u"zahl"_qs, 1));
+    FreshGuard fresh(locations, defaults);
+    const auto settle = [&] { return waitUntil([&] { return defaults.version(GuardKeys::profiles).has_value(); }); };
+    using Kept = std::pair<bool, bool>;
+    const auto kept = [&] {
+        return Kept(!fresh.check(tree.path("home/Werk/fest/a"), Review::Asked).has_value(),
+                    !fresh.check(tree.path("home/Werk/frei/b"), Review::Asked).has_value());
+    };
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(kept(), Kept(false, false));
+    ASSERT_TRUE(storeList(defaults, GuardKeys::profiles, std::vector{profile("home/Werk", {u"fest"})}));
+    EXPECT_EQ(kept(), Kept(true, false));
+
+    // By another program, in place and with the same size.
+    const Location file = defaults.fileOf(GuardKeys::profiles);
+    const QByteArray text = defaults.json(GuardKeys::profiles)->replace("\"fest\"", "\"frei\"");
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(kept(), Kept(true, false));
+    std::fstream(file, std::ios::in | std::ios::out) << text.constData();
+    EXPECT_EQ(kept(), Kept(false, true));
+
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(kept(), Kept(false, true));
+    std::filesystem::remove(file);
+    EXPECT_EQ(kept(), Kept(true, true)) << "lost, since its last good version is there";
 }
