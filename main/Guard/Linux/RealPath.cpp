@@ -5,8 +5,8 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 
 #include <fcntl.h>
@@ -43,12 +43,25 @@ int realPathStepByStep(const char *path, std::string &real)
     return 0;
 }
 
+/// The folder in /proc with a link for each open file of this process. Kept open for each thread, since resolving its
+/// path takes longer than reading a link; opened again in a child process, where it would be the parent's.
+int linksToOpenFiles()
+{
+    thread_local pid_t owner = -1;
+    thread_local Descriptor links;
+    if (const pid_t process = ::getpid(); owner != process) {
+        links = Descriptor(::open("/proc/self/fd", O_PATH | O_DIRECTORY | O_CLOEXEC));
+        owner = process;
+    }
+    return links.number();
+}
+
 /// The kernel's path of an open folder or file, in `buffer`; empty without /proc.
 std::string_view nameOfOpen(int number, std::array<char, PATH_MAX> &buffer)
 {
-    std::array<char, 32> link{};
-    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", number);
-    const ssize_t length = ::readlink(link.data(), buffer.data(), buffer.size());
+    std::array<char, 16> link{};
+    *std::to_chars(link.data(), link.data() + link.size() - 1, number).ptr = '\0';
+    const ssize_t length = ::readlinkat(linksToOpenFiles(), link.data(), buffer.data(), buffer.size());
     if (length <= 0 || static_cast<std::size_t>(length) == buffer.size() || buffer.front() != '/')
         return {};
     return {buffer.data(), static_cast<std::size_t>(length)};
