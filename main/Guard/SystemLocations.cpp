@@ -29,6 +29,16 @@ std::string joined(std::string_view folder, std::string_view name)
     return path.append(name);
 }
 
+/// Whether a path is a folder's path and a name.
+bool isEntryIn(std::string_view folder, std::string_view path)
+{
+    if (!path.starts_with(folder) || path.size() <= folder.size() + 1 || path[folder.size()] != '/')
+        return false;
+    const std::string_view name = path.substr(folder.size() + 1);
+    return name != "." && name != ".." && name.find('/') == std::string_view::npos &&
+           name.find('\0') == std::string_view::npos;
+}
+
 /// Whether the folder is also found under its name in swapped case.
 bool diskIgnoresCase(const std::string &folder)
 {
@@ -291,15 +301,27 @@ bool SystemLocations::isAllowedEntry(const Location &location) const
     return real && isAllowedByIdentity(*real);
 }
 
+/// Where no known place lies at or below a folder, its entries are judged by their text as it is. The home folder is such
+/// a place.
+bool SystemLocations::isAllAllowedIn(const std::string &folder) const
+{
+    Tested tested(folder);
+    return isStandardised(folder) && isAllowedText(std::string_view(folder)) &&
+           std::ranges::none_of(m_places, [&](const Place &place) { return tested.holds(place); });
+}
+
 SystemLocations::Examined SystemLocations::examined(std::string realFolder) const
 {
     const bool allowed = isUsable(realFolder) && isWayUpAllowed(realFolder);
-    return {std::move(realFolder), allowed};
+    const bool all = allowed && isAllAllowedIn(realFolder);
+    return {std::move(realFolder), allowed, all};
 }
 
 bool SystemLocations::isAllowedFileIn(const Examined &folder, const Location &standardised) const
 {
     const std::string &path = standardised.native();
+    if (folder.allAllowed && isEntryIn(folder.real, path))
+        return true;
     return folder.allowed && isUsable(path) && isStandardised(path) && isAllowedText(std::string_view(path)) &&
            !holdsRefused(path) && allowedByText(path, folder.real);
 }

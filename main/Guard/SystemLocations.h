@@ -52,6 +52,7 @@ public:
     struct Examined {
         std::string real; ///< its resolved path
         bool allowed = false;
+        bool allAllowed = false; ///< whatever lies in it, as no place that is refused or excepted does
     };
     /// Examines a folder by its resolved path. The answer holds while the path leads to the same folders: whoever keeps
     /// it must notice when one of them is moved or replaced.
@@ -93,6 +94,7 @@ private:
     void add(const Location &folder, Verdict verdict);
     void addRefusedAsResolved(const Location &folder);
     bool holdsRefused(std::string_view standardised) const;
+    bool isAllAllowedIn(const std::string &folder) const;
     std::optional<std::string> allowedByText(const std::string &path, const std::string &realFolder) const;
     void identify(const std::string &folder, Verdict verdict);
     void identifyDotFolders();

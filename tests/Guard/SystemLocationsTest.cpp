@@ -145,6 +145,29 @@ TEST_F(LinkedLocationsTest, KnowsSystemFoldersThatAreMountedElsewhere)
     EXPECT_TRUE(knowing.isAllowedEntry(tree.path("home/Downloads/a.txt")));
 }
 
+TEST_F(LinkedLocationsTest, JudgesAFileInAnExaminedFolderLikeAnyEntry)
+{
+    tree.lines({"home/.config/", "home/Ablage/.tief/", "home/Library/Mobile Documents/com~apple~CloudDocs/",
+                "daten/system/", "home/gut->../daten", "home/zu->../system"});
+    const SystemLocations knowing(tree.path("home"), {tree.path("system"), tree.path("daten/system/inside")});
+    for (const char *const folder :
+         {"", "home", "home/Downloads", "home/Ablage/.tief", "home/.config", "home/Library",
+          "home/Library/Mobile Documents", "home/Library/Mobile Documents/com~apple~CloudDocs", "home/gut", "home/zu",
+          "daten", "daten/system", "system", "system/inside", "/", "/usr", "/tmp"}) {
+        const Location named = tree.path(folder);
+        const SystemLocations::Examined examined = knowing.examined(resolvedLocation(named)->native());
+        for (const char *const name :
+             {"a.txt", ".profile", "Library", "inside", "system", "com~apple~CloudDocs", "..", ".", "a/../../system"}) {
+            const Location entry = named / name;
+            if (std::filesystem::is_directory(entry))
+                continue; // never asked about
+            // Only a path with one name below the folder is a question about an entry in it.
+            const bool isEntry = isStandardised(entry.native()) && entry.filename() == name;
+            EXPECT_EQ(knowing.isAllowedFileIn(examined, entry), isEntry && knowing.isAllowedEntry(entry)) << entry;
+        }
+    }
+}
+
 TEST_F(LinkedLocationsTest, OpensAnExceptionThatIsCreatedLater)
 {
     const SystemLocations knowing(tree.path("home"), SystemFolders{{tree.path("system")}, {tree.path("system/media")}});
