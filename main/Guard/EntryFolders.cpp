@@ -25,9 +25,11 @@ Location EntryFolders::real(const Location &entry)
 
 FolderEntry EntryFolders::entryOf(const Location &entry)
 {
-    const Location named = standardised(entry);
-    const std::optional<FileIdentity> &folder = folderOf(named).identity;
-    return folder ? FolderEntry{*folder, named.filename().native()} : FolderEntry{{}, real(named).native()};
+    const std::string &path = entry.native();
+    if (!isStandardised(path))
+        return entryOf(standardised(entry));
+    const std::optional<FileIdentity> &folder = folderOf(entry).identity;
+    return folder ? FolderEntry{*folder, path.substr(path.rfind('/') + 1)} : FolderEntry{{}, real(entry).native()};
 }
 
 } // namespace brellin

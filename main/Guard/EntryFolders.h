@@ -14,6 +14,8 @@ public:
     FolderEntry entryOf(const Location &entry);
     /// The path with all symlinks above its last component resolved. `entry` must be standardised.
     Location real(const Location &entry);
+    /// The folder of that path.
+    const Location &realFolder(const Location &entry) { return folderOf(entry).real; }
 
 private:
     struct Folder {

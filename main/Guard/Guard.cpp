@@ -56,7 +56,7 @@ bool Guard::isProtectedAsWhole(const Location &entry) const
 
 bool Guard::isInProject(const Location &entry) const
 {
-    return m_projects.above(m_folders.real(standardised(entry))).has_value();
+    return m_projects.aboveEntriesOf(m_folders.realFolder(standardised(entry))).has_value();
 }
 
 std::optional<FolderProfile> Guard::profileOf(const Location &location) const
@@ -76,8 +76,9 @@ Result<void> Guard::checkIn(const SystemLocations::Examined &folder, const Locat
     if (!m_locations.isAllowedFileIn(folder, entry))
         return failure(systemLocation());
     const std::string_view path = entry.native();
-    const bool isReal = path.substr(0, path.rfind('/')) == folder.real;
-    return checkReal(entry, isReal ? entry : Location(folder.real) / entry.filename(), review);
+    if (path.substr(0, path.rfind('/')) == folder.real)
+        return checkReal(entry, entry, review);
+    return checkReal(entry, Location(folder.real) / entry.filename(), review);
 }
 
 Result<void> Guard::checkReal(const Location &entry, const Location &real, Review review) const

@@ -128,6 +128,12 @@ std::optional<Location> ProjectRoots::above(const Location &location)
     return known != m_roots.end() ? known->second : rootAt(location.parent_path());
 }
 
+std::optional<Location> ProjectRoots::aboveEntriesOf(const Location &folder)
+{
+    const auto known = m_roots.find(folder.native());
+    return known != m_roots.end() ? known->second : rootAt(folder);
+}
+
 std::optional<Location> ProjectRoots::outermostAbove(const Location &location)
 {
     std::optional<Location> root;

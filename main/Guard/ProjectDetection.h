@@ -32,6 +32,8 @@ public:
     /// The innermost marked project above a location, never the location itself. Expects a standardised path without
     /// symlinks.
     std::optional<Location> above(const Location &location);
+    /// The same for what lies in a folder.
+    std::optional<Location> aboveEntriesOf(const Location &folder);
     /// The outermost one.
     std::optional<Location> outermostAbove(const Location &location);
 
