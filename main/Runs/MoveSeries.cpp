@@ -89,7 +89,9 @@ std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
     if (!isPlainMove(proposal) || !begin(proposal.source, *proposal.destination))
         return std::nullopt;
     const std::string newName = nameOf(*proposal.destination);
-    const bool ready = newName.size() <= longestName && isAllowed(proposal) && checkUnchanged(proposal);
+    // Where the source's path is the one at which its folder lies, one look into the folder is enough.
+    const bool ready = newName.size() <= longestName && isAllowed(proposal) &&
+                       (m_source == m_from->place.real || checkUnchanged(proposal));
     std::optional<Moved> outcome = ready ? moved(proposal, nameOf(proposal.source), newName) : std::optional<Moved>();
     // On any problem reopen the folders for the next entry.
     if (!outcome || outcome->astray)
@@ -100,9 +102,9 @@ std::optional<MoveSeries::Moved> MoveSeries::move(const AgentProposal &proposal)
 std::optional<MoveSeries::Moved> MoveSeries::moved(const AgentProposal &proposal, const std::string &name,
                                                    const std::string &newName)
 {
-    // TOCTOU: the check went by path; the open folder must hold the same entry.
+    // The open folder must hold the entry that was seen.
     const Result<FileAttributes> source = attributesOf(m_from->held.entry(name));
-    if (!source || source->isFolder() || FileState::of(*source) != *proposal.seen ||
+    if (!source || !(source->isFile() || source->isLink()) || FileState::of(*source) != *proposal.seen ||
         !m_services.files.renameHeld(m_from->held, name, m_to->held, newName))
         return std::nullopt;
     const std::optional<EntryMark> mark = EntryMark::of(*proposal.destination);

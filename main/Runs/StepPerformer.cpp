@@ -69,10 +69,13 @@ Result<void> StepPerformer::checkAll(const AgentProposal &proposal)
 
 Result<StepPerformer::Performed> StepPerformer::perform(const AgentProposal &proposal, StepLog &log)
 {
-    if (const std::optional<MoveSeries::Moved> moved = m_series.move(proposal)) {
-        return Performed{{proposal.kind, proposal.source, moved->location, {}},
+    if (std::optional<MoveSeries::Moved> moved = m_series.move(proposal)) {
+        std::optional<Failure> trouble;
+        if (moved->astray)
+            trouble = AgentError::targetSwapped(moved->location);
+        return Performed{{proposal.kind, proposal.source, std::move(moved->location), {}},
                          {moved->mark, {}},
-                         moved->astray ? std::optional(AgentError::targetSwapped(moved->location)) : std::nullopt,
+                         std::move(trouble),
                          !moved->astray};
     }
     log.beginningAlone();
