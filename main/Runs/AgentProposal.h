@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/FreshId.h"
 #include "Base/Location.h"
 #include "Disk/FileAttributes.h"
 #include "Runs/TreeState.h"
@@ -15,7 +16,7 @@ namespace brellin {
 struct AgentProposal {
     enum class Kind { Move, Copy, Rename, Trash };
 
-    QUuid id = QUuid::createUuid();
+    QUuid id = freshId();
     Kind kind = Kind::Move;
     Location source;
     std::optional<Location> destination; ///< none for the Trash
