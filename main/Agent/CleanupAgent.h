@@ -79,7 +79,7 @@ public:
     /// Called once with what an operation found or why it failed, after everything is published; also if the operation
     /// cannot begin. Not called any more once the agent is destroyed.
     template <class Found>
-    using Done = std::function<void(const Result<Found> &)>;
+    using Done = std::function<void(Result<Found>)>;
 
     /// What a scan may do: execute automatic proposals and record the time of the scan, or only propose. DuplicatesOnly
     /// is the purpose of `searchDuplicates`.
@@ -129,7 +129,7 @@ public:
     /// view's destruction.
     void setAttended(const QObject &view, bool attended);
 
-    /// The findings of the last scan, without what was left out since.
+    /// The findings of the last scan, without what was left out since. Their proposals are in the list.
     const ScanFindings &findings() const { return m_findings; }
     /// Removes proposals from the result of the last scan or analysis, and from its totals.
     void leaveOut(const std::set<QUuid> &ids);
@@ -220,7 +220,7 @@ private:
     bool begin(const QString &what);
     template <class Found>
     bool begin(const QString &what, const Done<Found> &done);
-    void end(const QString &what, const OperationEnd &how);
+    void end(const QString &what, OperationEnd how);
     void fail(const Failure &why);
     void watch(const JobControl &control);
     /// Who started a scan.
@@ -239,7 +239,7 @@ private:
     void analyzed(Result<AnalysisFindings> found);
     void showProposals(std::vector<AgentProposal> list);
     void dropProtected();
-    void startExecution(const std::set<QUuid> &ticked);
+    void startExecution(const std::shared_ptr<const std::set<QUuid>> &ticked);
     void executed(Worked<ExecutionOutcome> worked);
     QString noteNotStored(const ExecutionOutcome &outcome);
     void undone(const QUuid &run, Worked<UndoOutcome> worked);
@@ -256,7 +256,7 @@ private:
     std::vector<Location> m_notSearched;
     std::optional<Location> m_analysedFolder; ///< awaits confirmation of its profile
     std::optional<Location> m_listedFolder;
-    std::function<void(const OperationEnd &)> m_ended; ///< of the current operation
+    std::function<void(OperationEnd)> m_ended; ///< of the current operation
     std::function<void()> m_receiptTick;
     std::set<const QObject *> m_views; ///< views whose destruction is observed
     std::set<const QObject *> m_visibleViews;
@@ -291,7 +291,7 @@ bool CleanupAgent::begin(const QString &what, const Done<Found> &done)
         return false;
     }
     if (done)
-        m_ended = [done](const OperationEnd &how) { done(resultOf<Found>(how)); };
+        m_ended = [done](OperationEnd how) { done(resultOf<Found>(std::move(how))); };
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "Base/German.h"
 
 #include <algorithm>
+#include <utility>
 
 /// How the agent scans, and what happens to the findings.
 namespace brellin {
@@ -72,11 +73,11 @@ void CleanupAgent::scanned(ScanPurpose purpose, Result<ScanFindings> found)
     m_findings = *std::move(found);
     if (purpose != ScanPurpose::ActAndPropose) {
         noteListed(purpose);
-        showProposals(m_findings.proposals);
+        const std::int64_t proposed = std::ssize(m_findings.proposals);
+        showProposals(std::exchange(m_findings.proposals, {}));
         publish(leftNothing, proposals.get().empty());
-        return end(purpose == ScanPurpose::DuplicatesOnly
-                       ? m_findings.duplicatesSummary()
-                       : m_findings.summary(static_cast<std::int64_t>(m_findings.proposals.size()), 0),
+        return end(purpose == ScanPurpose::DuplicatesOnly ? m_findings.duplicatesSummary()
+                                                          : m_findings.summary(proposed, 0),
                    m_findings);
     }
     m_finishing.start(

@@ -53,6 +53,16 @@ std::set<QUuid> unwantedOf(const std::vector<AgentProposal> &proposals, const st
     return ids;
 }
 
+/// Moves the proposals that are wanted out of the list.
+template <class Wanted>
+std::vector<AgentProposal> takenFrom(std::vector<AgentProposal> &list, const Wanted &isWanted)
+{
+    const auto others = std::ranges::stable_partition(list, isWanted);
+    std::vector<AgentProposal> taken(std::move_iterator(list.begin()), std::move_iterator(others.begin()));
+    list.erase(list.begin(), others.begin());
+    return taken;
+}
+
 } // namespace
 
 /// Recovery may block if a run touched a server that does not respond.
@@ -98,7 +108,7 @@ bool CleanupAgent::begin(const QString &what)
     return true;
 }
 
-void CleanupAgent::end(const QString &what, const OperationEnd &how)
+void CleanupAgent::end(const QString &what, OperationEnd how)
 {
     // An observer may begin the next operation.
     const auto ended = std::exchange(m_ended, {});
@@ -108,7 +118,7 @@ void CleanupAgent::end(const QString &what, const OperationEnd &how)
     publish(status, what);
     reload({});
     if (ended)
-        ended(how);
+        ended(std::move(how));
 }
 
 void CleanupAgent::fail(const Failure &why)
@@ -232,25 +242,26 @@ void CleanupAgent::cancelPendingProfile()
 
 void CleanupAgent::executeChosen(const Done<ExecutionOutcome> &done)
 {
-    const std::set<QUuid> ticked = chosen.get();
+    const auto ticked = std::make_shared<const std::set<QUuid>>(chosen.get());
     if (begin(QStringLiteral("Führe Vorschläge aus …"), done))
         readAfresh([this, ticked] { startExecution(ticked); });
 }
 
 /// Leaves out proposals that the user has put on the never-propose list in another window.
-void CleanupAgent::startExecution(const std::set<QUuid> &ticked)
+void CleanupAgent::startExecution(const std::shared_ptr<const std::set<QUuid>> &ticked)
 {
-    auto work = [services = m_services, ticked, listed = proposals.get(), refused = never.get()](JobControl &control) {
+    auto work = [services = m_services, ticked, listed = proposals.get(),
+                 refused = never.get()](JobControl &control) mutable {
         std::set<QUuid> unwanted = unwantedOf(listed, refused);
-        std::vector<AgentProposal> wanted;
-        std::ranges::copy_if(listed, std::back_inserter(wanted), [&](const AgentProposal &one) {
-            return ticked.contains(one.id) && !unwanted.contains(one.id);
-        });
+        const std::vector<AgentProposal> wanted = takenFrom(
+            listed, [&](const AgentProposal &one) { return ticked->contains(one.id) && !unwanted.contains(one.id); });
         Execution execution(services);
         Result<ExecutionOutcome> outcome = execution.execute(wanted, control);
         ChangedProposals followed;
-        if (outcome && outcome->run)
+        if (outcome && outcome->run) {
             followed = followedKept(listed, *outcome->run);
+            followed.merge(followedKept(wanted, *outcome->run));
+        }
         return Worked<ExecutionOutcome>{std::move(outcome), execution.history(), std::move(followed),
                                         std::move(unwanted)};
     };

@@ -15,11 +15,11 @@ using OperationEnd = std::variant<Failure, ScanFindings, AnalysisFindings, Execu
 
 /// The result of an operation that finds a `Found`.
 template <class Found>
-Result<Found> resultOf(const OperationEnd &end)
+Result<Found> resultOf(OperationEnd end)
 {
     if (const Failure *const why = std::get_if<Failure>(&end))
         return failure(*why);
-    return std::get<Found>(end);
+    return std::get<Found>(std::move(end));
 }
 
 } // namespace brellin

@@ -37,10 +37,10 @@ public:
 private:
     Result<void> proposeDuplicates(const Duplicates &duplicates, const std::vector<Candidate> &candidates);
     Result<LaterTrash> laterTrash(const Duplicates &duplicates) const;
-    Result<void> proposeCandidates(const std::vector<Candidate> &candidates);
+    Result<void> proposeCandidates(std::vector<Candidate> candidates);
     void propose(AgentProposal proposal);
     void noteRefused(const Candidate &candidate);
-    static AgentProposal proposalOf(const Candidate &candidate);
+    static AgentProposal proposalOf(Candidate candidate);
 
     const AgentServices &m_services;
     const ScanRequest &m_request;
@@ -55,7 +55,7 @@ Result<ScanFindings> Scanner::scan()
 {
     m_control.setStage(QStringLiteral("Prüfe Regeln …"));
     const RuleMatching matching(m_services.locations, m_services.clock);
-    const RuleEvaluation evaluation = TRY(matching.evaluateCounting(m_request.rules, &m_control));
+    RuleEvaluation evaluation = TRY(matching.evaluateCounting(m_request.rules, &m_control));
     m_findings.activeRules = std::ranges::count(m_request.rules, true, &CleanupRule::enabled);
     m_findings.checkedFiles = evaluation.checkedFiles;
     m_findings.leftForScripts = evaluation.leftForScripts;
@@ -70,7 +70,7 @@ Result<ScanFindings> Scanner::scan()
     m_findings.duplicateFiles = duplicates.files;
     addUnreadable(m_findings.unreadable, duplicates.unreadable);
     TRY(proposeDuplicates(duplicates, evaluation.candidates));
-    TRY(proposeCandidates(evaluation.candidates));
+    TRY(proposeCandidates(std::move(evaluation.candidates)));
     return std::move(m_findings);
 }
 
@@ -138,13 +138,13 @@ void Scanner::noteRefused(const Candidate &candidate)
     ++found->files;
 }
 
-AgentProposal Scanner::proposalOf(const Candidate &candidate)
+AgentProposal Scanner::proposalOf(Candidate candidate)
 {
     AgentProposal proposal;
     proposal.kind = candidate.kind;
-    proposal.source = candidate.source;
-    proposal.destination = candidate.destination;
-    proposal.reason = candidate.reason;
+    proposal.source = std::move(candidate.source);
+    proposal.destination = std::move(candidate.destination);
+    proposal.reason = std::move(candidate.reason);
     proposal.automatic = candidate.automatic;
     proposal.preselected = true;
     proposal.isFolder = candidate.isPackage;
@@ -152,12 +152,12 @@ AgentProposal Scanner::proposalOf(const Candidate &candidate)
     return proposal;
 }
 
-Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates)
+Result<void> Scanner::proposeCandidates(std::vector<Candidate> candidates)
 {
     AiSorting sorting(m_services.forModel(), m_control);
     CandidateVerdicts verdicts(m_services.locations, m_guard, &m_control);
     m_control.setTotal(static_cast<qint64>(candidates.size()));
-    for (const Candidate &candidate : candidates) {
+    for (Candidate &candidate : candidates) {
         if (m_control.cancelled())
             return failure(Failure::cancelled());
         m_control.advance();
@@ -166,13 +166,15 @@ Result<void> Scanner::proposeCandidates(const std::vector<Candidate> &candidates
             noteRefused(candidate);
         if (verdict != RuleVerdict::Takes)
             continue;
-        AgentProposal proposal = proposalOf(candidate);
-        if (candidate.needsAI) {
-            m_control.setDetail(shownName(candidate.source));
-            proposal.destination = sorting.destinationOf(candidate);
+        if (!candidate.needsAI) {
+            propose(proposalOf(std::move(candidate)));
+            continue;
         }
-        if (!candidate.needsAI || proposal.destination)
-            propose(std::move(proposal));
+        m_control.setDetail(shownName(candidate.source));
+        if (const std::optional<Location> chosen = sorting.destinationOf(candidate)) {
+            candidate.destination = chosen;
+            propose(proposalOf(std::move(candidate)));
+        }
     }
     sorting.remember();
     // Cancelled during the last question.

@@ -20,8 +20,8 @@ Result<Found> waitFor(CleanupAgent &agent, Terminal &terminal,
 {
     Result<Found> found = failure(Failure());
     runOperation(agent, terminal, [&](const std::function<void()> &ended) {
-        start([&found, ended](const Result<Found> &result) {
-            found = result;
+        start([&found, ended](Result<Found> result) {
+            found = std::move(result);
             ended();
         });
     });
