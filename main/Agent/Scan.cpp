@@ -149,6 +149,7 @@ AgentProposal Scanner::proposalOf(Candidate candidate)
     proposal.preselected = true;
     proposal.isFolder = candidate.isPackage;
     proposal.seen = candidate.seen;
+    proposal.created = candidate.created;
     return proposal;
 }
 

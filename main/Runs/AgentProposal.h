@@ -27,6 +27,9 @@ struct AgentProposal {
     bool needsReview = false; ///< shown with a warning mark
     /// What the scan saw at `source`; the step fails if the source differs when it is executed.
     std::optional<FileState> seen;
+    /// Birth time of the source as the scan saw it, if the volume stores it. With it a step is planned without another look.
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::optional<Instant> created = {};
     /// A duplicate that is the reason why the source may go; the step fails unless it still has the same content.
     std::optional<Location> keptCopy;
     /// What the scan saw at `keptCopy`. nullopt: that entry must not be trashed in place of the source.

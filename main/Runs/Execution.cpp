@@ -21,6 +21,8 @@ constexpr std::size_t largestBatch = 8192;
 
 PlannedStep planOf(const AgentProposal &proposal)
 {
+    if (proposal.seen && proposal.created)
+        return {proposal.kind, proposal.source, proposal.destination, {*proposal.seen, proposal.created}, {}};
     EntryMark entry = EntryMark::of(proposal.source).value_or(EntryMark());
     // If the entry has changed since the scan, its step will fail; plan with the scanned state, so that recovery does
     // not look for the changed one.

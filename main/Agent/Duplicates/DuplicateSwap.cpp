@@ -42,6 +42,7 @@ Result<std::vector<AgentProposal>> keepingInstead(std::vector<AgentProposal> pro
     const FileState staysSeen = *turned->seen;
     turned->source = goes;
     turned->seen = goesSeen;
+    turned->created.reset(); // of the other one
     keepFor(*turned, stays, staysSeen);
     for (AgentProposal &one : proposals) {
         if (one.id != proposal && one.keptCopy == goes)

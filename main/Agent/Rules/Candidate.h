@@ -15,6 +15,8 @@ struct Candidate {
     bool needsAI = false;           ///< the language model still has to choose the destination
     std::optional<Location> aiBase; ///< the folder in which the model chooses a sub-folder
     FileState seen;
+    // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
+    std::optional<Instant> created = {}; ///< birth time
     /// The rule that takes the file.
     // NOLINTNEXTLINE(readability-redundant-member-init): without it designated initialisers must name it
     QUuid rule = {};

@@ -80,7 +80,8 @@ std::optional<Candidate> RuleTargets::candidate(const WalkedFile &file, const Ru
                    .automatic = m_rule.automatic,
                    .isPackage = file.package,
                    .aiBase = {},
-                   .seen = file.state};
+                   .seen = file.state,
+                   .created = file.created};
     bool wanted = true;
     switch (m_rule.action) {
     case RuleAction::Copy:
