@@ -96,7 +96,7 @@ void Terminal::printColumns(const std::vector<QStringList> &rows, qsizetype inde
         for (qsizetype column = 0; column < row.size(); ++column) {
             line += row[column];
             if (column + 1 < row.size())
-                line += QString(all[static_cast<std::size_t>(column)] - cells(row[column]) + 2, u' ');
+                line.resize(line.size() + all[static_cast<std::size_t>(column)] - cells(row[column]) + 2, u' ');
         }
         while (line.endsWith(u' '))
             line.chop(1);

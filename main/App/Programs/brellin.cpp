@@ -1,4 +1,5 @@
 #include "App/CommandLine.h"
+#include "App/Heap.h"
 #include "Base/German.h"
 
 #include <QCoreApplication>
@@ -6,6 +7,7 @@
 /// The command line.
 int main(int argc, char **argv)
 {
+    brellin::useOneHeap();
     const QCoreApplication application(argc, argv);
     QLocale::setDefault(brellin::german());
     const std::vector<std::string> words(argv + 1, argv + argc);
