@@ -38,7 +38,7 @@ private:
     void compareTogether(const Numbers &numbers);
     void compareOpened(const std::vector<Opened> &opened);
     void digestEach(const std::vector<Numbers> &many);
-    void take(Numbers numbers, QByteArray digest);
+    void take(Numbers numbers);
     std::vector<Opened> opened(const Numbers &numbers) const;
 
     const std::vector<SeenFile> &m_files;
@@ -47,11 +47,11 @@ private:
     std::vector<ContentGroup> m_groups;
 };
 
-void Grouping::take(Numbers numbers, QByteArray digest)
+void Grouping::take(Numbers numbers)
 {
     std::ranges::sort(numbers);
     const std::scoped_lock lock(m_mutex);
-    m_groups.push_back({std::move(numbers), std::move(digest)});
+    m_groups.push_back({std::move(numbers)});
 }
 
 /// Files of equal size, ordered by inode for fast reading.
@@ -92,8 +92,8 @@ void Grouping::compareOpened(const std::vector<Opened> &opened)
         numbers.push_back(one.number);
         contents.push_back(&one.content);
     }
-    if (QByteArray digest = OpenContent::commonDigest(contents, m_control); !digest.isEmpty())
-        return take(std::move(numbers), std::move(digest));
+    if (OpenContent::areEqual(contents, m_control))
+        return take(std::move(numbers));
     if (opened.size() == 2)
         return;
     std::map<QByteArray, Numbers> byDigest;
@@ -104,7 +104,7 @@ void Grouping::compareOpened(const std::vector<Opened> &opened)
     }
     for (auto &[digest, same] : byDigest) {
         if (same.size() > 1)
-            take(std::move(same), digest);
+            take(std::move(same));
     }
 }
 
@@ -177,7 +177,7 @@ void Grouping::digestEach(const std::vector<Numbers> &many)
     }
     for (auto &[content, numbers] : same) {
         if (numbers.size() > 1)
-            take(std::move(numbers), content.second);
+            take(std::move(numbers));
     }
 }
 

@@ -3,8 +3,6 @@
 #include "Base/JobControl.h"
 #include "Disk/FileAttributes.h"
 
-#include <QByteArray>
-
 #include <string>
 #include <vector>
 
@@ -19,7 +17,6 @@ struct SeenFile {
 /// Indices of files with equal content, ascending.
 struct ContentGroup {
     std::vector<std::size_t> files;
-    QByteArray digest; ///< SHA-256 of the content, hexadecimal
 
     bool operator==(const ContentGroup &) const = default;
 };

@@ -82,24 +82,22 @@ Result<QByteArray> OpenContent::digest(const JobControl *control) const
     return digest.isEmpty() ? Result<QByteArray>(failure(Failure::system(EIO))) : Result<QByteArray>(digest);
 }
 
-QByteArray OpenContent::commonDigest(const std::vector<const OpenContent *> &files, const JobControl *control)
+bool OpenContent::areEqual(const std::vector<const OpenContent *> &files, const JobControl *control)
 {
     const std::int64_t end = files.front()->m_size;
-    Sha256 hash;
     for (std::int64_t offset = 0; offset < end; offset += pieceOfContent) {
         const std::size_t size = pieceAt(offset, end);
         char *const first = pieceFor(size, 0);
         char *const other = pieceFor(size, 1);
         if ((control != nullptr && control->cancelled()) || !files.front()->read(offset, first, size))
-            return {};
+            return false;
         const auto isSame = [&](const OpenContent *file) {
             return file->m_size == end && file->read(offset, other, size) && std::memcmp(first, other, size) == 0;
         };
         if (!std::all_of(files.begin() + 1, files.end(), isSame))
-            return {};
-        hash.add(first, size);
+            return false;
     }
-    return hash.hex();
+    return true;
 }
 
 } // namespace brellin

@@ -26,9 +26,9 @@ public:
     /// SHA-256, hexadecimal.
     Result<QByteArray> digest(const JobControl *control) const;
 
-    /// Compares files of one size byte by byte, reading each once. Returns their common SHA-256; empty if they differ,
-    /// cannot be read completely, or if cancelled.
-    static QByteArray commonDigest(const std::vector<const OpenContent *> &files, const JobControl *control);
+    /// Compares files of one size byte by byte, reading each once. False also if one cannot be read completely, or if
+    /// cancelled.
+    static bool areEqual(const std::vector<const OpenContent *> &files, const JobControl *control);
 
 private:
     OpenContent(Descriptor file, std::int64_t size) : m_file(std::move(file)), m_size(size) {}

@@ -19,16 +19,15 @@ bool takesPart(const Location &file, const AnalysisScope &scope, const std::vect
            });
 }
 
-void addPairs(std::vector<DuplicatePair> &chosen, const std::vector<Copy> &copies, const QByteArray &digest,
-              const AnalysisScope &scope, const LaterTrash &later)
+void addPairs(std::vector<DuplicatePair> &chosen, const std::vector<Copy> &copies, const AnalysisScope &scope,
+              const LaterTrash &later)
 {
     for (std::size_t i = 1; i < copies.size(); ++i) {
         if (scope.mayGo(copies[i].location) && !later.endangers(copies.front().state, copies[i].state))
             chosen.push_back({.duplicate = copies[i].location,
                               .kept = copies.front().location,
                               .duplicateState = copies[i].state,
-                              .keptState = copies.front().state,
-                              .digest = digest});
+                              .keptState = copies.front().state});
     }
 }
 
@@ -45,7 +44,7 @@ std::vector<DuplicatePair> proposedPairs(const std::vector<DuplicatePair> &pairs
         for (auto pair = first; pair != end; ++pair)
             copies.push_back({pair->duplicate, pair->duplicateState});
         std::erase_if(copies, [&](const Copy &copy) { return !takesPart(copy.location, scope, whole); });
-        addPairs(chosen, copies, first->digest, scope, later);
+        addPairs(chosen, copies, scope, later);
         first = end;
     }
     std::ranges::stable_sort(chosen, {}, &DuplicatePair::kept);

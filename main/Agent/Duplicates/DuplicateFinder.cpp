@@ -200,23 +200,23 @@ std::vector<const Document *> withoutHardLinks(const std::vector<Document> &docu
 using Group = std::vector<const Document *>;
 
 /// Groups of equal content, the preferred document first; ordered by that document.
-std::vector<std::pair<Group, QByteArray>> groupsOf(const std::vector<Document> &documents, const JobControl *control)
+std::vector<Group> groupsOf(const std::vector<Document> &documents, const JobControl *control)
 {
     const std::vector<const Document *> single = withoutHardLinks(documents);
     std::vector<SeenFile> files;
     files.reserve(single.size());
     std::ranges::transform(single, std::back_inserter(files),
                            [](const Document *one) { return SeenFile{one->path(), one->state}; });
-    std::vector<std::pair<Group, QByteArray>> groups;
-    for (ContentGroup &same : groupByContent(files, control)) {
+    std::vector<Group> groups;
+    for (const ContentGroup &same : groupByContent(files, control)) {
         Group group;
         std::ranges::transform(same.files, std::back_inserter(group),
                                [&](std::size_t number) { return single[number]; });
         std::ranges::sort(group, [](const Document *a, const Document *b) { return isKeptRather(*a, *b); });
-        groups.emplace_back(std::move(group), std::move(same.digest));
+        groups.push_back(std::move(group));
     }
     // Pointers into one array, so comparing them is valid.
-    std::ranges::sort(groups, {}, [](const auto &group) { return group.first.front(); });
+    std::ranges::sort(groups, {}, [](const Group &group) { return group.front(); });
     return groups;
 }
 
@@ -224,11 +224,11 @@ Result<Duplicates> duplicatesIn(const Collection &collection, const JobControl *
 {
     Duplicates found{
         {}, static_cast<std::int64_t>(collection.documents().size()), collection.capped(), collection.unreadable()};
-    for (const auto &[group, digest] : groupsOf(collection.documents(), control)) {
+    for (const Group &group : groupsOf(collection.documents(), control)) {
         const Document &kept = *group.front();
         const Location keptLocation = kept.location();
         for (std::size_t i = 1; i < group.size(); ++i)
-            found.pairs.push_back({group[i]->location(), keptLocation, group[i]->state, kept.state, digest});
+            found.pairs.push_back({group[i]->location(), keptLocation, group[i]->state, kept.state});
     }
     if (control && control->cancelled())
         return failure(Failure::cancelled());

@@ -6,8 +6,6 @@
 #include "Disk/FileAttributes.h"
 #include "Guard/SystemLocations.h"
 
-#include <QByteArray>
-
 #include <vector>
 
 namespace brellin {
@@ -18,7 +16,6 @@ struct DuplicatePair {
     Location kept;
     FileState duplicateState; ///< at the time its content was read
     FileState keptState;
-    QByteArray digest; ///< SHA-256 of both, in hexadecimal
 
     bool operator==(const DuplicatePair &) const = default;
 };
