@@ -21,7 +21,9 @@ bool LaterMoves::Rule::reaches(const Place &place) const
 {
     if (includeSubfolders && isAtOrBelow(place.folder, source))
         return true;
-    return place.isAbove ? source != place.folder && isAtOrBelow(source, place.folder) : source == place.folder;
+    // By their texts: comparing paths takes them apart.
+    const bool same = source.native() == place.folder.native();
+    return place.isAbove ? !same && isAtOrBelow(source, place.folder) : same;
 }
 
 /// Whether no later rule ever gets a file of this place that meets the conditions.
@@ -67,7 +69,7 @@ std::set<QUuid> LaterMoves::trashRules(const Location &file, const FileState &st
     tested.set(name, state.size, state.modified);
     std::set<QUuid> found;
     std::set<const Rule *> followed;
-    std::vector<Place> places{{m_folders.real(file).parent_path()}};
+    std::vector<Place> places{{m_folders.realFolder(file)}};
     for (std::size_t i = 0; i < places.size(); ++i) {
         const Place place = places[i];
         for (const Rule &rule : m_rules) {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <set>
+#include <string>
+#include <string_view>
 
 namespace brellin {
 
@@ -31,10 +33,14 @@ class FoldersOfFiles {
 public:
     explicit FoldersOfFiles(const std::vector<Location> &files)
     {
-        std::set<Location> named;
+        std::set<std::string, std::less<>> named;
         for (const Location &file : files) {
-            if (named.insert(standardised(file).parent_path()).second)
-                add(file);
+            const std::string_view path = file.native();
+            const std::string_view folder = path.substr(0, path.rfind('/'));
+            if (named.contains(folder))
+                continue;
+            named.emplace(folder);
+            add(file);
         }
     }
 
