@@ -84,11 +84,13 @@ ExitCode runReportCommand(CommandContext &context)
     const Result<ReviewReport> report = agent.writeReport(folder);
     if (!report)
         return context.refuse(report.error().message);
-    if (context.json())
-        context.terminal.printJson(QJsonObject{{QStringLiteral("report"), toJson(report->file)},
-                                               {QStringLiteral("request"), report->request}});
-    else
+    if (!context.json()) {
         context.terminal.print(printable(shown(report->file)) + QStringLiteral("\n\n") + report->request);
+        return ExitCode::Done;
+    }
+    QJsonObject answer{{QStringLiteral("report"), toJson(report->file)}, {QStringLiteral("request"), report->request}};
+    command.addNotSearched(answer);
+    context.terminal.printJson(answer);
     return ExitCode::Done;
 }
 

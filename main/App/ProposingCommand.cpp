@@ -146,6 +146,12 @@ ExitCode ProposingCommand::execute()
     return report(*m_execution);
 }
 
+void ProposingCommand::addNotSearched(QJsonObject &answer) const
+{
+    answer[QStringLiteral("unreadable")] = static_cast<qint64>(m_notSearched.size());
+    answer[QStringLiteral("unreadableFolders")] = toJson(m_notSearched);
+}
+
 ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head)
 {
     const std::vector<AgentProposal> proposals =
@@ -167,8 +173,7 @@ ExitCode ProposingCommand::finish(const std::function<QJsonObject(const std::vec
     QJsonObject answer = head(proposals);
     answer[QStringLiteral("run")] = outcome ? toJson(outcome->run, JsonDates::Iso) : QJsonValue();
     answer[QStringLiteral("failures")] = QJsonArray::fromStringList(outcome ? outcome->failureTexts() : QStringList());
-    answer[QStringLiteral("unreadable")] = static_cast<qint64>(m_notSearched.size());
-    answer[QStringLiteral("unreadableFolders")] = toJson(m_notSearched);
+    addNotSearched(answer);
     answer[QStringLiteral("status")] = m_agent.status.get();
     m_context.terminal.printJson(answer);
     return code;

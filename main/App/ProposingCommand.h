@@ -35,6 +35,8 @@ public:
     }
     /// Appends to the search's summary.
     void remark(const QString &text) { m_found += QStringLiteral(" · ") + text; }
+    /// Adds to an answer how many folders the search could not read, and which.
+    void addNotSearched(QJsonObject &answer) const;
     /// Lists the proposals, executes them if requested, and prints the answer. `head` returns the command's own JSON
     /// fields.
     ExitCode finish(const std::function<QJsonObject(const std::vector<AgentProposal> &)> &head);

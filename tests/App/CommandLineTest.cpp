@@ -267,7 +267,7 @@ TEST_F(CommandLineTest, namesFoldersThatCannotBeRead)
     const ClosedFolders closed(tree, {"Texte/zu", "Texte/auch zu"});
     if (!closed || ::access(BRELLIN_PROGRAM, X_OK) != 0)
         GTEST_SKIP() << "privileges cannot be dropped";
-    for (const char *const command : {"doppelte", "analysieren"}) {
+    for (const char *const command : {"doppelte", "analysieren", "bericht"}) {
         const QJsonObject answer = json({command, folder}).object();
         EXPECT_EQ(answer[u"unreadable"].toInt(), 2) << command;
         EXPECT_EQ(answer[u"unreadableFolders"].toArray(),
