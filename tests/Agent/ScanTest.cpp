@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
+#include "Agent/Rules/RuleTrial.h"
 #include "Runs/StateFolder.h"
 #include "Support/AgentWait.h"
 #include "Support/AgentWorld.h"
@@ -344,4 +345,11 @@ TEST_F(ScanTest, namesFoldersThatCannotBeReadButNotInTheSummary)
     const ScanFindings found = scanFolders(services, request, control).value();
     EXPECT_EQ(found.unreadable, (std::vector{world.home("Downloads/zu"), world.home("Texte/zu")}));
     EXPECT_EQ(found.summary(1, 0), u"2 Regeln aktiv · 1 Datei geprüft · 0 doppelt · 1 Vorschlag"_qs);
+
+    const Result<TrialOutcome> trial =
+        tryRule(services.forRules(), request.rules, request.rules.front(), {}, 5, &control);
+    ASSERT_TRUE(trial);
+    EXPECT_EQ(trial->unreadable, std::vector{world.home("Downloads/zu")}) << "not those of other rules";
+    EXPECT_TRUE(trial->text(RuleAction::Move).endsWith(u"(0 Byte). 1 Ordner nicht lesbar."))
+        << trial->text(RuleAction::Move).toStdString();
 }

@@ -5,6 +5,8 @@
 #include "Agent/Rules/RuleMatching.h"
 #include "Base/AbandonablePool.h"
 #include "Base/German.h"
+#include "Disk/UnreadableFolders.h"
+#include "Guard/RulePath.h"
 
 #include <algorithm>
 
@@ -57,6 +59,19 @@ QString copiedText(std::int64_t count)
         .arg(counted(count, QStringLiteral("Datei"), QStringLiteral("Dateien")));
 }
 
+QString notSearchedText(const std::vector<Location> &folders)
+{
+    return folders.empty() ? QString() : u' ' + unreadableText(folders) + u'.';
+}
+
+/// Those below the rule's folder; the other rules are evaluated along with it.
+std::vector<Location> ofRule(const CleanupRule &rule, std::vector<Location> unreadable, const Location &home)
+{
+    const std::optional<Location> source = rulePath(rule.sourcePath, home);
+    std::erase_if(unreadable, [&](const Location &folder) { return !source || !isAtOrBelow(folder, *source); });
+    return unreadable;
+}
+
 } // namespace
 
 QString TrialOutcome::text(RuleAction action) const
@@ -65,7 +80,7 @@ QString TrialOutcome::text(RuleAction action) const
     const QString taken =
         count == 0 ? QStringLiteral("Diese Regel würde jetzt keine Datei finden.")
                    : QStringLiteral("Diese Regel würde jetzt %1 %2 (%3).").arg(some, verbOf(action), sizeText(bytes));
-    return taken + keptNamesText(keptNames) + refusedText(refused) + copiedText(copied);
+    return taken + keptNamesText(keptNames) + refusedText(refused) + copiedText(copied) + notSearchedText(unreadable);
 }
 
 Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRule> rules, CleanupRule edited,
@@ -74,10 +89,11 @@ Result<TrialOutcome> tryRule(const RuleServices &services, std::vector<CleanupRu
     edited.enabled = true;
     const QUuid id = edited.id;
     const RuleMatching matching(services.locations, services.clock);
-    const RuleEvaluation found = TRY(matching.evaluateCounting(withRule(std::move(rules), edited), control));
+    RuleEvaluation found = TRY(matching.evaluateCounting(withRule(std::move(rules), edited), control));
     const Guard guard(services.locations, profiles);
     TrialOutcome outcome;
     outcome.leftForScripts = found.leftForScripts;
+    outcome.unreadable = ofRule(edited, std::move(found.unreadable), services.locations.home());
     if (const auto kept = found.keptNames.find(id); kept != found.keptNames.end())
         outcome.keptNames = kept->second;
     CandidateVerdicts verdicts(services.locations, guard, control);

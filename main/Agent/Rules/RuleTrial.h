@@ -27,16 +27,18 @@ struct TrialFile {
 
 /// What one rule would do now, given all the others.
 struct TrialOutcome {
-    std::vector<TrialFile> files;    ///< at most the number asked for
-    std::int64_t count = 0;          ///< of all files
-    std::int64_t bytes = 0;          ///< of all files
-    std::int64_t leftForScripts = 0; ///< over all rules
-    std::int64_t keptNames = 0;      ///< files not renamed because they already match the pattern
-    std::int64_t refused = 0;        ///< files that stay because the agent must not write to the target
-    std::int64_t copied = 0;         ///< files whose copy already exists in the target
+    std::vector<TrialFile> files;          ///< at most the number asked for
+    std::int64_t count = 0;                ///< of all files
+    std::int64_t bytes = 0;                ///< of all files
+    std::int64_t leftForScripts = 0;       ///< over all rules
+    std::int64_t keptNames = 0;            ///< files not renamed because they already match the pattern
+    std::int64_t refused = 0;              ///< files that stay because the agent must not write to the target
+    std::int64_t copied = 0;               ///< files whose copy already exists in the target
+    std::vector<Location> unreadable = {}; ///< folders of the rule that could not be searched, by path
 
     bool operator==(const TrialOutcome &) const = default;
-    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", and how many of its files stay as they are.
+    /// "Diese Regel würde jetzt 12 Dateien verschieben (3,4 MB).", how many of its files stay as they are, and how many
+    /// folders are not known.
     QString text(RuleAction action) const;
 };
 
