@@ -36,6 +36,8 @@ bool isPlain(QChar c)
 
 QString printable(const QString &text)
 {
+    if (std::ranges::all_of(text, isPlain))
+        return text;
     QString clean = text;
     for (QChar &c : clean) {
         if (isPlain(c))
@@ -48,7 +50,8 @@ QString printable(const QString &text)
 
 QString printable(const Location &location, const Location &home)
 {
-    if (location != home && home.has_relative_path() && isAtOrBelow(location, home))
+    // Compared by their texts: comparing paths takes them apart.
+    if (location.native() != home.native() && home.has_relative_path() && isAtOrBelow(location, home))
         return printable(QStringLiteral("~/") +
                          shown(std::string_view(location.native()).substr(home.native().size() + 1)));
     return printable(shown(location));
