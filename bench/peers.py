@@ -311,8 +311,8 @@ class Copy(Contest):
 
 
 class Duplicates(Contest):
-    """20,000 pictures, a fifth of them copies of others and a fifth of equal size with different contents. We compare by
-    SHA-256; the peer uses its default unless told to use SHA-256 too."""
+    """20,000 pictures, a fifth of them copies of others and a fifth of equal size with different contents. We compare byte
+    by byte, the peer as it does by default unless told to use SHA-256."""
 
     def make(self):
         self.home = Home(self.folder / "home")
