@@ -110,7 +110,7 @@ std::vector<EntryMove> movesOf(const UserAction &action)
 {
     if (action.kind == Kind::Rights)
         return {};
-    const bool created = isMade(action.kind);
+    const bool created = isMade(action.kind) || action.kind == Kind::Copy;
     std::vector<EntryMove> moves;
     for (const UserAction::Entry &entry : action.entries) {
         if (entry.replaced)

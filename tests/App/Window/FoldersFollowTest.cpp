@@ -89,6 +89,19 @@ TEST_F(FoldersFollowTest, aTrashedFolderTakesItsColorAwayAndBack)
     EXPECT_EQ(colorOf("rot"), QString());
 }
 
+TEST_F(FoldersFollowTest, aCopyLeavesTheColorToItsOriginal)
+{
+    file("rot/x");
+    color("rot", QStringLiteral("Rot"));
+    open();
+    click(QStringLiteral("rot"));
+    key(Qt::Key_D, Qt::ControlModifier);
+    ASSERT_TRUE(rowsBecome({QStringLiteral("rot"), QStringLiteral("rot (2)")}));
+    ASSERT_TRUE(canUndo());
+    EXPECT_EQ(colorOf("rot"), QStringLiteral("Rot"));
+    EXPECT_EQ(colorOf("rot (2)"), QString());
+}
+
 TEST_F(FoldersFollowTest, colorsFollowRenamesUndoAndRedo)
 {
     file("eins/x");
