@@ -8,6 +8,7 @@
 #include "Agent/UserLists.h"
 #include "Base/Job.h"
 #include "Base/Published.h"
+#include "Features/EntryMove.h"
 #include "Runs/AgentError.h"
 #include "Runs/JournalRun.h"
 #include "Runs/RunHistory.h"
@@ -42,6 +43,8 @@ public:
     brellin::Published<std::vector<ProposalGroup>> &groups = m_listed.groups;
     Published<bool> leftNothing;                ///< a scan, analysis or run since the start has left nothing to propose
     Published<std::vector<JournalRun>> history; ///< newest first
+    /// What became of the entries of this agent's last run or undo; published before it ends, then empty again.
+    Published<std::vector<EntryMove>> moves;
     Published<std::vector<DroppedRun>> droppedRuns; ///< gone from the history early, newest first
     Published<bool> running;
     Published<QString> status; ///< the current step, or the result of the last operation
@@ -178,6 +181,7 @@ private:
         RunHistory::Shown history;
         ChangedProposals followed = {}; ///< changes to the listed proposals
         std::set<QUuid> unwanted = {};  ///< listed proposals that must never be proposed
+        std::vector<EntryMove> moves = {};
     };
     /// A check of the user's folders that was recorded, or could not be.
     struct Check {
@@ -217,6 +221,7 @@ private:
     Result<void> settle(const QString &list, const std::function<Result<void>(const StoredKind &)> &how);
     static Stored takeOver(const AgentServices &services);
     void publishHistory(RunHistory::Shown shown);
+    void publishMoves(std::vector<EntryMove> made);
     bool begin(const QString &what);
     template <class Found>
     bool begin(const QString &what, const Done<Found> &done);

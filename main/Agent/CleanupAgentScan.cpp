@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
+#include "Agent/RunMoves.h"
 #include "Base/German.h"
 
 #include <algorithm>
@@ -124,6 +125,8 @@ void CleanupAgent::finishScan(ScanEnd scan)
 {
     const Result<ExecutionOutcome> &automatic = scan.automatic;
     publishHistory(std::move(scan.history));
+    if (automatic && automatic->run)
+        publishMoves(movesOf(*automatic->run));
     if (automatic && automatic->cancelled)
         return endCancelledScan(scan);
     if (!automatic)

@@ -2,6 +2,7 @@
 
 #include "Agent/Model/AiSorting.h"
 #include "Agent/NeverSet.h"
+#include "Agent/RunMoves.h"
 #include "Base/German.h"
 #include "Runs/RunKeys.h"
 
@@ -258,12 +259,14 @@ void CleanupAgent::startExecution(const std::shared_ptr<const std::set<QUuid>> &
         Execution execution(services);
         Result<ExecutionOutcome> outcome = execution.execute(wanted, control);
         ChangedProposals followed;
+        std::vector<EntryMove> made;
         if (outcome && outcome->run) {
             followed = followedKept(listed, *outcome->run);
             followed.merge(followedKept(wanted, *outcome->run));
+            made = movesOf(*outcome->run);
         }
         return Worked<ExecutionOutcome>{std::move(outcome), execution.history(), std::move(followed),
-                                        std::move(unwanted)};
+                                        std::move(unwanted), std::move(made)};
     };
     m_executing.start(
         m_pool, std::move(work), [this](Worked<ExecutionOutcome> worked) { executed(std::move(worked)); },
@@ -276,6 +279,7 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
     Result<ExecutionOutcome> &result = worked.outcome;
     if (!result)
         return fail(result.error());
+    publishMoves(std::move(worked.moves));
     std::set<QUuid> ticked = chosen.get();
     std::map<QUuid, QString> texts;
     for (const FailedProposal &failed : result->failures) {
@@ -326,10 +330,12 @@ void CleanupAgent::undo(const QUuid &run, const Done<UndoOutcome> &done)
         return;
     noteNotUndone(run, {});
     const auto work = [services = m_services, taken = *found, listed = proposals.get()](JobControl &control) {
+        const UndoWitness witness(taken);
         Result<UndoOutcome> outcome = UndoRun(services).undo(taken.id, control);
         // An interrupted undo has restored some steps too.
         ChangedProposals followed = followedBack(listed, taken);
-        return Worked<UndoOutcome>{std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed)};
+        return Worked<UndoOutcome>{
+            std::move(outcome), RunHistory(services.defaults).shown(), std::move(followed), {}, witness.moves()};
     };
     m_undoing.start(
         m_pool, work, [this, run](Worked<UndoOutcome> worked) { undone(run, std::move(worked)); },
@@ -340,6 +346,7 @@ void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
 {
     m_listed.follow(worked.followed);
     publishHistory(std::move(worked.history));
+    publishMoves(std::move(worked.moves));
     Result<UndoOutcome> &result = worked.outcome;
     if (!result || result->cancelled) {
         const Failure why = result ? Failure::cancelled() : result.error();
@@ -350,6 +357,12 @@ void CleanupAgent::undone(const QUuid &run, Worked<UndoOutcome> worked)
         return fail(why);
     }
     end(result->status(), *result);
+}
+
+void CleanupAgent::publishMoves(std::vector<EntryMove> made)
+{
+    publish(moves, std::move(made));
+    publish(moves, std::vector<EntryMove>());
 }
 
 void CleanupAgent::noteNotUndone(const QUuid &run, const QString &why)

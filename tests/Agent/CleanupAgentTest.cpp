@@ -120,6 +120,34 @@ TEST_F(CleanupAgentTest, doesWhatIsAutomaticProposesTheRestAndSparesWhatIsProtec
     EXPECT_TRUE(agent.history.get().front().undone);
 }
 
+TEST_F(CleanupAgentTest, tellsWhatBecameOfTheEntriesOfItsRunsAndUndos)
+{
+    store({rule("pdf", true), rule("txt", false)});
+    CleanupAgent agent(world.services());
+    std::vector<EntryMove> told;
+    agent.moves.observe(
+        &agent, [&](const std::vector<EntryMove> &moves) { told.insert(told.end(), moves.begin(), moves.end()); });
+    const auto there = [this](const char *name) {
+        return EntryMove{world.home("Downloads") / name, world.home("Ziel") / Location(name).filename()};
+    };
+    const auto back = [](const EntryMove &move) { return EntryMove{move.to, move.from}; };
+    wait(agent, [&] { agent.scan(CleanupAgent::Search::Rules); });
+    EXPECT_EQ(std::exchange(told, {}), std::vector{there("Rechnung.pdf")}) << "by itself";
+    wait(agent, [&] { agent.executeChosen(); });
+    std::ranges::sort(told, {}, &EntryMove::from);
+    EXPECT_EQ(std::exchange(told, {}), (std::vector{there("Projekt/geschützt.txt"), there("frei.txt")}));
+
+    // What cannot be put back stays where it is, and is told of once it is.
+    const QUuid run = agent.history.get().front().id;
+    std::filesystem::rename(world.home("Ziel/frei.txt"), world.home("anderswo"));
+    wait(agent, [&] { agent.undo(run); });
+    EXPECT_EQ(std::exchange(told, {}), std::vector{back(there("Projekt/geschützt.txt"))});
+    std::filesystem::create_directories(world.home("Ziel"));
+    std::filesystem::rename(world.home("anderswo"), world.home("Ziel/frei.txt"));
+    wait(agent, [&] { agent.undo(run); });
+    EXPECT_EQ(told, std::vector{back(there("frei.txt"))});
+}
+
 TEST_F(CleanupAgentTest, keepsFailedProposalsUntickedAndRefusesWhileAnotherWorks)
 {
     store({rule("txt", false)});

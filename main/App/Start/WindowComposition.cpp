@@ -53,6 +53,7 @@ WindowComposition::WindowComposition(Services &services, DesktopSettings &deskto
     m_transfers.lastFinished.observe(&m_transfers,
                                      [this](const std::optional<FinishedTransfer> &last) { takeNote(last->record); });
     m_undo.moves.observe(&m_undo, [this](const std::vector<EntryMove> &moves) { follow(moves); });
+    m_agent.moves.observe(&m_agent, [this](const std::vector<EntryMove> &moves) { follow(moves); });
     m_notices.hear(m_operations, m_undo, m_transfers, m_volumeList);
     services.deferredSettings().onFailure([this](const Failure &why) { settingNotStored(why); });
     services.records().onFailure([notices = QPointer(&m_notices)](const QString &text) {
