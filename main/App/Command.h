@@ -4,6 +4,7 @@
 #include "App/ExitCode.h"
 #include "App/Services.h"
 #include "App/Terminal.h"
+#include "Features/EntryMove.h"
 
 #include <functional>
 #include <vector>
@@ -19,6 +20,8 @@ struct CommandContext {
     bool json() const { return arguments.has(QStringLiteral("json")); }
     /// Prints why nothing was done.
     ExitCode refuse(const QString &message) const;
+    /// Lets the colours of folders go along with what the command moved.
+    void follow(const std::vector<EntryMove> &moves) const;
 };
 
 /// A command of the command line.

@@ -1,5 +1,6 @@
 #include "App/Command.h"
 #include "App/ProposingCommand.h"
+#include "Features/FolderColors.h"
 
 #include <algorithm>
 #include <iterator>
@@ -178,6 +179,12 @@ std::vector<Command> furtherCommands()
 }
 
 } // namespace
+
+void CommandContext::follow(const std::vector<EntryMove> &moves) const
+{
+    if (!moves.empty())
+        FolderColors(services.settings()).moved(moves);
+}
 
 ExitCode CommandContext::refuse(const QString &message) const
 {

@@ -51,6 +51,7 @@ void printPairs(CommandContext &context, const std::vector<UserAction::Entry> &e
 
 ExitCode report(CommandContext &context, const OperationOutcome &outcome)
 {
+    context.follow(movesOf(outcome.action));
     printPairs(context, outcome.action.entries);
     for (const QString &line : linesOf(outcome.failures))
         context.terminal.message(printable(line));
@@ -185,6 +186,7 @@ ExitCode runRenameCommand(CommandContext &context)
                                        &context.services.records(), QUuid::createUuid());
         },
         [](const JobControl &control) { return progressText(QStringLiteral("Benenne um"), control); });
+    context.follow(movesOf(UserAction{UserAction::Kind::Rename, outcome.done}));
     for (const Location &place : outcome.notPutBack)
         context.terminal.message(QStringLiteral("Nicht zurückbenannt: ") +
                                  printable(place, context.services.folders().home));
@@ -240,6 +242,7 @@ ExitCode runZipCommand(CommandContext &context)
         return made.error().isCancelled() ? ExitCode::Cancelled : ExitCode::NotPossible;
     }
     OperationOutcome outcome;
+    outcome.action.kind = StepKind::Archive;
     for (const Location &entry : entries)
         outcome.action.entries.push_back({entry, made->place, {}});
     for (const QString &note : made->notes)
@@ -258,6 +261,7 @@ ExitCode runAliasCommand(CommandContext &context)
         return context.refuse(printable(*why));
     const OperationWork make = [&](JobControl &) {
         OperationOutcome all;
+        all.action.kind = StepKind::Alias;
         for (const Location &entry : entries) {
             const OperationOutcome one =
                 makeAliases({entry}, folders.empty() ? entry.parent_path() : typedLocation(folders[0]));

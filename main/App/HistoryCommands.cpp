@@ -131,6 +131,7 @@ ExitCode runUndoCommand(CommandContext &context)
             context.terminal.print(nothing);
         return ExitCode::Done;
     }
+    agent.moves.observe(&agent, [&context](const std::vector<EntryMove> &moves) { context.follow(moves); });
     const QUuid id = (*meant)->id;
     const Result<UndoOutcome> outcome =
         waitFor<UndoOutcome>(agent, context.terminal, [&](const auto &done) { agent.undo(id, done); });

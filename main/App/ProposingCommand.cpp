@@ -64,6 +64,7 @@ ProposingCommand::ProposingCommand(CommandContext &context)
     : m_context(context)
     , m_agent(executes() ? context.services.forAgent() : context.services.forProposingAgent())
 {
+    m_agent.moves.observe(&m_agent, [this](const std::vector<EntryMove> &moves) { m_context.follow(moves); });
     if (executes())
         m_agent.recover();
 }

@@ -1,6 +1,7 @@
 #include "App/Command.h"
 #include "App/Interruption.h"
 #include "App/TerminalAnswer.h"
+#include "App/TransferUndo.h"
 #include "App/TypedLocation.h"
 #include "Base/Json.h"
 #include "Transfers/TransferQueue.h"
@@ -162,6 +163,7 @@ QJsonObject answerOf(const FinishedTransfer &finished)
 
 ExitCode report(const CommandContext &context, const FinishedTransfer &finished)
 {
+    context.follow(movesOf(actionOf(finished.record)));
     const TransferOutcome &outcome = finished.outcome;
     for (const QString &line : linesOf(outcome.errors) + outcome.notes)
         context.terminal.message(printable(line));
