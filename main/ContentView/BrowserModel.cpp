@@ -3,6 +3,7 @@
 #include "ContentView/BrowserTexts.h"
 #include "ContentView/NameQuery.h"
 #include "ContentView/SearchFiltering.h"
+#include "Disk/FolderWatcher.h"
 
 namespace brellin {
 
@@ -27,7 +28,7 @@ BrowserModel::BrowserModel(const BrowserServices &services, const Location &star
     , m_services(services)
     , m_reader(services.workers, services.volumes,
                {[this](FolderReader::Reading reading) { apply(std::move(reading)); }, [this] { showNotAnswering(); },
-                [this](const Location &folder, const std::vector<std::string> &names) { touch(folder, names); },
+                [this](const Location &folder, const FolderChanges &changes) { touch(folder, changes); },
                 [this] { read(FolderReader::For::Watcher); }})
     , m_search(
           services.workers, [this](const FolderSearchResult &soFar) { found(soFar); },
@@ -184,11 +185,15 @@ void BrowserModel::showListing()
     setItems(m_reader.listing());
 }
 
-void BrowserModel::touch(const Location &folder, const std::vector<std::string> &names)
+void BrowserModel::touch(const Location &folder, const FolderChanges &changes)
 {
-    if (names.empty())
+    if (changes.many) {
+        m_services.sizes.touchedIn(folder);
+        return;
+    }
+    if (changes.names.empty())
         m_services.sizes.touched(folder);
-    for (const std::string &name : names)
+    for (const std::string &name : changes.names)
         m_services.sizes.touched(folder / name);
 }
 

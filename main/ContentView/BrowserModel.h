@@ -272,7 +272,7 @@ private:
     QString emptyTextNow() const;
     void clearError();
 
-    void touch(const Location &folder, const std::vector<std::string> &names);
+    void touch(const Location &folder, const FolderChanges &changes);
 
     void setPlace(const Place &to);
     void showPage(const Place &page);

@@ -158,9 +158,10 @@ bool FolderReader::tellEntries()
     const FolderChanges changes = m_watcher->take();
     if (changes.gone)
         m_watcher.reset();
-    if (!changes.names.empty())
-        m_handlers.entriesChanged(m_folder, {changes.names.begin(), changes.names.end()});
-    return !changes.names.empty();
+    const bool named = changes.many || !changes.names.empty();
+    if (named)
+        m_handlers.entriesChanged(m_folder, changes);
+    return named;
 }
 
 } // namespace brellin

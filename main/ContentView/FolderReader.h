@@ -18,6 +18,7 @@
 namespace brellin {
 
 class FolderWatcher;
+struct FolderChanges;
 
 /// Reads one folder on a worker, watches it and asks for another reading after changes. Main thread only; calls of the
 /// handlers may come from within `read`.
@@ -39,7 +40,7 @@ public:
         std::function<void()> notAnswering;
         /// These entries of the folder changed. Each change is told once, also if the folder is read or left for
         /// another reason. No names if the folder changed, but the system does not tell where.
-        std::function<void(const Location &folder, const std::vector<std::string> &names)> entriesChanged;
+        std::function<void(const Location &folder, const FolderChanges &changes)> entriesChanged;
         /// The folder changed; called once for a burst of events. Expected to call `read`.
         std::function<void()> changed;
     };

@@ -12,7 +12,8 @@ namespace brellin {
 
 /// Changes in a watched folder since the last take().
 struct FolderChanges {
-    std::set<std::string> names; ///< entries added, removed or changed; incomplete if there were many
+    std::set<std::string> names; ///< entries added, removed or changed
+    bool many = false;           ///< there are more than these
     bool gone = false;           ///< the folder itself was removed or moved
 
     bool operator==(const FolderChanges &) const = default;

@@ -208,6 +208,20 @@ void FolderSizes::touched(const Location &entry)
     }
 }
 
+void FolderSizes::touchedIn(const Location &folder)
+{
+    touched(folder);
+    std::set<std::string> inside = m_failed;
+    for (const auto &[path, known] : m_known)
+        inside.insert(path);
+    for (const Lane *lane : {&m_local, &m_network, &m_full})
+        inside.insert(lane->folder);
+    for (const std::string &path : inside) {
+        if (Location(path).parent_path() == folder)
+            markTouched(path);
+    }
+}
+
 void FolderSizes::markTouched(const std::string &folder)
 {
     for (Lane *lane : {&m_local, &m_network, &m_full})

@@ -71,6 +71,8 @@ public:
     void forget(const Location &parent);
     /// Call after a change of this entry: marks the folders above it as stale, and recounts those on display.
     void touched(const Location &entry);
+    /// The same if any of the entries of `folder` may have changed.
+    void touchedIn(const Location &folder);
     /// Calls `heard` with the folders whose sizes have changed, in batches, until `receiver` is destroyed.
     void observe(QObject *receiver, std::function<void(const std::vector<Location> &changed)> heard);
 

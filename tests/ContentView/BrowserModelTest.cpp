@@ -413,6 +413,22 @@ TEST_F(BrowserModelTest, aLowerBoundIsNoKnownSize)
     EXPECT_TRUE(other.statusText.get().contains(u"2 ausgewählt  1 Byte "_qs)) << other.statusText.get().toStdString();
 }
 
+TEST_F(BrowserModelTest, countsAFolderAgainThatChangedAmongManyEntries)
+{
+    const auto bytes = [this] {
+        const std::optional<FolderSize> size = world.sizes.size(world.home("zuletzt"));
+        return size && size->state == FolderSize::State::Current ? size->bytes : -1;
+    };
+    world.tree.lines({"home/zuletzt/x=1", "home/weg/", "anders/x=123"});
+    pane.load();
+    ASSERT_TRUE(waitFor([&] { return bytes() == 1; }));
+    for (int number = 0; number < 1100; ++number)
+        world.tree.file("home/datei " + std::to_string(number));
+    std::filesystem::rename(world.home("zuletzt"), world.home("weg/zuletzt"));
+    std::filesystem::rename(world.tree.path("anders"), world.home("zuletzt"));
+    EXPECT_TRUE(waitFor([&] { return bytes() == 3 && pane.items.get().size() == 1105; }));
+}
+
 TEST_F(BrowserModelTest, keepsASearchWhenSomethingHappensInTheFolder)
 {
     pane.setSearchText(u"innen"_qs);

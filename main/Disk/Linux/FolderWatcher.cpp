@@ -25,7 +25,6 @@ namespace brellin {
 namespace {
 
 constexpr int lookingInterval = 2000; // milliseconds
-/// With more names everything is read again anyway.
 constexpr std::size_t mostNames = 1000;
 constexpr std::uint32_t events = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_MODIFY |
                                  IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
@@ -110,8 +109,13 @@ struct FolderWatcher::State {
     void take(const inotify_event &event)
     {
         changes.gone = changes.gone || (event.mask & goneEvents) != 0;
-        if (event.len > 0 && changes.names.size() < mostNames)
+        changes.many = changes.many || (event.mask & IN_Q_OVERFLOW) != 0;
+        if (event.len == 0 || changes.names.contains(event.name))
+            return;
+        if (changes.names.size() < mostNames)
             changes.names.emplace(event.name);
+        else
+            changes.many = true;
     }
 
     void look()
