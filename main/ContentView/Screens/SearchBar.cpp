@@ -13,6 +13,8 @@ namespace brellin {
 
 namespace {
 
+constexpr int wideBar = 540;
+
 /// In the order of SearchFilters::Kind, ::Age and ::Size.
 QStringList kindTexts()
 {
@@ -71,6 +73,7 @@ QComboBox *SearchBar::addChoice(const QString &title, const QString &objectName,
     choice->addItems(texts);
     choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     choice->setMinimumContentsLength(8);
+    choice->setMinimumWidth(scaled(64));
     connect(choice, &QComboBox::activated, this, &SearchBar::choose);
     layout()->addWidget(choice);
     return choice;
@@ -91,8 +94,20 @@ void SearchBar::showState()
     m_age->setCurrentIndex(static_cast<int>(terms.filters.age));
     m_size->setCurrentIndex(static_cast<int>(terms.filters.size));
     m_contents->setChecked(terms.contents);
-    m_clear->setVisible(terms.filters.narrow());
+    m_clear->setVisible(terms.filters.narrow() && width() >= scaled(wideBar));
     setVisible(m_pane.searching.get() || terms != SearchTerms());
+}
+
+QSize SearchBar::minimumSizeHint() const
+{
+    return {scaled(200), QWidget::minimumSizeHint().height()};
+}
+
+/// A narrow pane has no room for the button.
+void SearchBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    showState();
 }
 
 void SearchBar::keyPressEvent(QKeyEvent *event)

@@ -19,9 +19,13 @@ public:
     /// Esc.
     Q_SIGNAL void escaped();
 
+    /// Narrower than its content, so that a pane may be.
+    QSize minimumSizeHint() const override;
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QComboBox *addChoice(const QString &title, const QString &objectName, const QStringList &texts);
