@@ -3,7 +3,7 @@
 #include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Disk/EntryMark.h"
-#include "Disk/EntryRights.h"
+#include "Disk/FolderFacts.h"
 #include "Disk/TreeMark.h"
 
 #include <QUuid>
@@ -35,7 +35,8 @@ struct StepEntry {
     std::optional<EntryMark> replacedMark = {};
     std::shared_ptr<const TreeMark> content = {}; ///< content of a created folder at that time
     bool takenBack = false;
-    std::optional<RightsStep> rights = {}; ///< of a change of rights
+    /// Set if the content of the folder at `from` went into the one at `to`: what it takes to make that folder again.
+    std::optional<FolderFacts> merged = {};
 
     bool operator==(const StepEntry &) const = default;
 };

@@ -89,6 +89,8 @@ std::optional<StepEntry> made(StepEntry entry, Instant date)
 
 std::optional<StepEntry> settledEntry(const StepEntry &entry, const RecordedStep &step, const Trash &trash)
 {
+    if (entry.merged)
+        return entryExists(entry.from) ? std::nullopt : std::optional(entry);
     switch (step.kind) {
     case StepKind::Rename:
     case StepKind::BatchRename:

@@ -72,6 +72,37 @@ static JsonResult<void> readJson(const QJsonValue &json, std::shared_ptr<const T
     return {};
 }
 
+/// Numbers as text, like those of an `EntryMark`; attributes in Base64, since their values are bytes.
+static QJsonValue toJson(const FolderFacts &facts, JsonDates)
+{
+    QJsonObject attributes;
+    for (const auto &[name, value] : facts.attributes)
+        attributes.insert(QString::fromStdString(name),
+                          QString::fromLatin1(QByteArray::fromStdString(value).toBase64()));
+    const QString numbers = QStringLiteral("%1:%2:%3:%4")
+                                .arg(facts.mode)
+                                .arg(facts.owner)
+                                .arg(facts.group)
+                                .arg(facts.modified.time_since_epoch().count());
+    return QJsonObject{{QStringLiteral("numbers"), numbers}, {QStringLiteral("attributes"), attributes}};
+}
+
+static JsonResult<void> readJson(const QJsonValue &json, FolderFacts &facts)
+{
+    const QStringList numbers = json[QStringLiteral("numbers")].toString().split(u':');
+    if (numbers.size() != 4)
+        return std::unexpected(JsonError{{}, QStringLiteral("das sind keine Angaben zu einem Ordner")});
+    facts.mode = numbers[0].toUInt();
+    facts.owner = numbers[1].toUInt();
+    facts.group = numbers[2].toUInt();
+    facts.modified = Instant(std::chrono::nanoseconds(numbers[3].toLongLong()));
+    const QJsonObject attributes = json[QStringLiteral("attributes")].toObject();
+    for (auto one = attributes.begin(); one != attributes.end(); ++one)
+        facts.attributes[one.key().toStdString()] =
+            QByteArray::fromBase64(one.value().toString().toLatin1()).toStdString();
+    return {};
+}
+
 template <>
 struct JsonTable<EntryRights> {
     static constexpr std::tuple fields{field("mode", &EntryRights::mode), field("owner", &EntryRights::owner),
@@ -90,7 +121,7 @@ struct JsonTable<StepEntry> {
         field("was", &StepEntry::was),           field("now", &StepEntry::now),
         field("replaced", &StepEntry::replaced), field("replacedMark", &StepEntry::replacedMark),
         field("content", &StepEntry::content),   field("takenBack", &StepEntry::takenBack),
-        field("rights", &StepEntry::rights)};
+        field("merged", &StepEntry::merged)};
 };
 
 template <>

@@ -99,6 +99,30 @@ TEST_F(StepRecordsTest, keepsStepsForTheNextStartAndForNobodyElse)
     EXPECT_EQ(filesInFolder(), 2U) << "the steps and their lock";
 }
 
+TEST_F(StepRecordsTest, settlesAndKeepsFoldersThatWentIntoOthers)
+{
+    tree.lines({"leer/", "voll/rest", "ziel/"});
+    const StepEntry gone{
+        at("leer"),
+        at("ziel"),
+        EntryMark::of(at("leer")),
+        {},
+        {},
+        {},
+        {},
+        false,
+        FolderFacts{0710, 1, 2, clock.time + std::chrono::nanoseconds(3), {{"user.x", {"\0\xff", 2}}}}};
+    StepEntry stays = gone;
+    stays.from = at("voll");
+    killedAfter([&](StepRecords &own) {
+        const OpenStep step = own.begin(StepKind::Move, {gone, stays});
+        std::filesystem::remove(at("leer"));
+        ::_exit(0);
+    });
+    ASSERT_EQ(records.read().steps.size(), 1U);
+    EXPECT_EQ(records.read().steps.front().entries, std::vector<StepEntry>{gone});
+}
+
 TEST_F(StepRecordsTest, settlesWhatAKillCutShort)
 {
     killedAfter([&](StepRecords &own) {
