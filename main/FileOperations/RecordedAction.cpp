@@ -41,7 +41,9 @@ std::vector<StepEntry> plannedAgain(const UserAction &action)
     const bool made = action.kind == StepKind::Copy || action.kind >= StepKind::NewFolder;
     std::vector<StepEntry> planned;
     for (const UserAction::Entry &one : action.entries) {
-        if (made)
+        if (one.merged)
+            planned.push_back(mergedEntry(one.to, one.from, *one.merged));
+        else if (made)
             planned.push_back({one.source, one.from});
         else
             planned.push_back({one.to, one.from, EntryMark{one.state, one.created}, {}, {}, {}, {}, false, one.rights});
@@ -66,7 +68,7 @@ UserAction::Entry actionEntry(const StepEntry &entry)
     // Without a birth a reused inode would pass for the entry.
     mark.state.identity = now && mark.isSame(*now) ? now->identity : FileIdentity();
     return {entry.from,   entry.to,      mark.state, entry.replaced, entry.replacedMark,
-            mark.created, entry.content, {},         entry.rights};
+            mark.created, entry.content, {},         entry.merged};
 }
 
 } // namespace
@@ -75,9 +77,10 @@ std::vector<StepEntry> stepEntries(const std::vector<UserAction::Entry> &entries
 {
     std::vector<StepEntry> all;
     std::ranges::transform(entries, std::back_inserter(all), [](const UserAction::Entry &one) {
-        return StepEntry{one.from,     one.to,           {},          EntryMark{one.state, one.created},
-                         one.replaced, one.replacedMark, one.content, false,
-                         one.rights};
+        if (one.merged)
+            return mergedEntry(one.from, one.to, *one.merged);
+        return StepEntry{one.from,     one.to,           {},         EntryMark{one.state, one.created},
+                         one.replaced, one.replacedMark, one.content};
     });
     return all;
 }

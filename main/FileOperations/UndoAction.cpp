@@ -63,8 +63,8 @@ public:
 
     EntryOutcome undo(const ActionEntry &entry)
     {
-        if (entry.rights)
-            return restoreRights(entry);
+        if (entry.merged)
+            return m_undone ? removeMerged(entry.to) : makeMerged(entry);
         if (m_undone && entry.to.empty())
             return makeAgain(entry);
         const Result<FileAttributes> now = readAttributes(entry.to);
@@ -89,19 +89,32 @@ public:
         }
     }
 
-private:
-    /// Undo and redo are the same: an action that was undone has its rights turned round.
-    EntryOutcome restoreRights(const ActionEntry &entry)
+    /// Times and rights of folders that were made again, after their content is back.
+    void finish()
     {
-        const auto &[before, now] = *entry.rights;
-        const Result<EntryRights> restored = setRights(entry.to, {entry.state, entry.created}, now, before);
-        if (!restored)
-            return {
-                restored.error().code ? EntryOutcome::Fate::Failed : EntryOutcome::Fate::Stale, {}, restored.error()};
-        if (*restored != before)
-            return {EntryOutcome::Fate::Undone, entry.to,
-                    Failure{QStringLiteral("Das Set-ID-Bit ließ sich nicht wiederherstellen."), {}}};
-        return {EntryOutcome::Fate::Undone, entry.to};
+        for (const auto &[folder, facts] : m_made)
+            (void)facts.giveTo(folder);
+    }
+
+private:
+    /// A folder of that name that is there by now is as good.
+    EntryOutcome makeMerged(const ActionEntry &entry)
+    {
+        const Result<void> made = m_services.files.createFolder(entry.from);
+        if (made)
+            m_made.emplace_back(entry.from, *entry.merged);
+        const bool there = made || readAttributes(entry.from).value_or(FileAttributes()).isFolder();
+        return there ? EntryOutcome{EntryOutcome::Fate::Undone, entry.from} : failed(made.error());
+    }
+
+    /// Redo: as in the transfer, a folder with something in it stays.
+    EntryOutcome removeMerged(const Location &folder)
+    {
+        const Result<void> removed = m_services.files.removeEmptyFolder(folder);
+        const bool stays = !removed && removed.error().is(std::errc::directory_not_empty);
+        if (!removed && !stays)
+            return failed(removed.error());
+        return {EntryOutcome::Fate::Undone, stays ? folder : Location()};
     }
 
     EntryOutcome moveBack(const ActionEntry &entry)
@@ -255,15 +268,16 @@ private:
     const UndoServices &m_services;
     JobControl &m_control;
     TransferLog m_log;
+    std::vector<std::pair<Location, FolderFacts>> m_made;
 };
 
 /// The entry of the action that repeats what was undone, from where the entry is now.
 ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const EntryOutcome &outcome)
 {
-    if (entry.rights) {
-        ActionEntry again = entry;
-        std::swap(again.rights->before, again.rights->now);
-        return again;
+    if (entry.merged) {
+        ActionEntry folder{entry.to, entry.from, {}};
+        folder.merged = entry.merged;
+        return folder;
     }
     const bool made = !onlyMoves(action.kind) && action.kind != Kind::Trash;
     const Location now = outcome.place.empty() ? outcome.trashed : outcome.place;
@@ -285,8 +299,11 @@ ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const 
 
 void addMoves(std::vector<EntryMove> &moves, const ActionEntry &entry, const EntryOutcome &outcome)
 {
-    if (entry.rights)
+    if (entry.merged) {
+        const Location &folder = outcome.place.empty() ? entry.to : outcome.place;
+        moves.push_back({folder, folder});
         return;
+    }
     if (entry.replaced && outcome.replaced)
         moves.push_back({*entry.replaced, *outcome.replaced});
     moves.push_back({entry.to, outcome.place.empty() ? outcome.trashed : outcome.place});
@@ -327,29 +344,34 @@ UndoneAction undoAction(const UserAction &action, const UndoServices &services, 
     UserAction again{action.kind, {}, !action.undone};
     Undoing undoing(action, services, control);
     control.setTotal(static_cast<qint64>(action.entries.size()));
-    for (auto entry = action.entries.rbegin(); entry != action.entries.rend(); ++entry) {
+    // Redo goes forth: a folder is empty only after its content has left.
+    std::vector<ActionEntry> entries = action.entries;
+    if (!action.undone)
+        std::ranges::reverse(entries);
+    for (const ActionEntry &entry : entries) {
         if (control.cancelled()) {
             undone.cancelled = true;
-            undone.left.push_back(*entry);
+            undone.left.push_back(entry);
             continue;
         }
-        const EntryOutcome outcome = undoing.undo(*entry);
+        const EntryOutcome outcome = undoing.undo(entry);
         if (outcome.why)
-            undone.failures << EntryFailure{entry->to.empty() ? entry->from : entry->to, *outcome.why};
+            undone.failures << EntryFailure{entry.to.empty() ? entry.from : entry.to, *outcome.why};
         if (outcome.fate == EntryOutcome::Fate::Undone) {
-            undone.undone.push_back({entry->to, outcome.place, entry->state});
-            addMoves(undone.moves, *entry, outcome);
+            undone.undone.push_back({entry.to, outcome.place, entry.state});
+            undone.undone.back().merged = entry.merged;
+            addMoves(undone.moves, entry, outcome);
         } else if (outcome.fate == EntryOutcome::Fate::Failed)
-            undone.left.push_back(*entry);
+            undone.left.push_back(entry);
         if (outcome.fate == EntryOutcome::Fate::Undone)
-            undone.repeated.push_back(againFrom(action, *entry, outcome));
+            undone.repeated.push_back(againFrom(action, entry, outcome));
         if (outcome.fate == EntryOutcome::Fate::Undone && !outcome.why)
             again.entries.push_back(undone.repeated.back());
         control.advance();
     }
-    std::ranges::reverse(undone.left);
-    // Rights of folders are changed after their content and restored before it.
-    if (action.kind != Kind::Rights) {
+    undoing.finish();
+    if (!action.undone) {
+        std::ranges::reverse(undone.left);
         std::ranges::reverse(again.entries);
         std::ranges::reverse(undone.repeated);
     }

@@ -49,17 +49,23 @@ QString quoted(const Location &location)
     return QStringLiteral("„%1“").arg(shownName(location));
 }
 
-/// „Umbenennen von „a.txt““; `name` selects the path to name.
+/// „Umbenennen von „a.txt““; `name` selects the path to name. Folders that only lost their content do not count.
 QString nounOf(const UserAction &action, Location UserAction::Entry::*name)
 {
-    const auto count = static_cast<qint64>(action.entries.size());
+    std::vector<UserAction::Entry> named = action.entries;
+    std::erase_if(named, [](const UserAction::Entry &entry) { return entry.merged.has_value(); });
+    if (named.empty())
+        named = action.entries;
+    const auto count = static_cast<qint64>(named.size());
     return pattern(action.kind)
-        .arg(count == 1 ? quoted(action.entries.front().*name)
+        .arg(count == 1 ? quoted(named.front().*name)
                         : counted(count, QStringLiteral("Element"), QStringLiteral("Elementen")));
 }
 
 QString lineFor(Kind kind, const UserAction::Entry &entry)
 {
+    if (entry.merged)
+        return QStringLiteral("%1 wird wieder angelegt").arg(quoted(entry.from));
     switch (kind) {
     case Kind::Rename:
     case Kind::BatchRename:
@@ -113,6 +119,11 @@ std::vector<EntryMove> movesOf(const UserAction &action)
     const bool created = isMade(action.kind) || action.kind == Kind::Copy;
     std::vector<EntryMove> moves;
     for (const UserAction::Entry &entry : action.entries) {
+        // Its colour stays with its path: undo makes the folder again.
+        if (entry.merged) {
+            moves.push_back({entry.from, entry.from});
+            continue;
+        }
         if (entry.replaced)
             moves.push_back({entry.to, *entry.replaced});
         moves.push_back({created ? Location() : entry.from, entry.to});

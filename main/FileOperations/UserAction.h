@@ -2,6 +2,7 @@
 
 #include "Base/Location.h"
 #include "Disk/EntryMark.h"
+#include "Disk/FolderFacts.h"
 #include "Disk/TreeMark.h"
 #include "Features/EntryMove.h"
 #include "Records/RecordedStep.h"
@@ -33,7 +34,8 @@ struct UserAction {
         std::shared_ptr<const TreeMark> content = {};
         /// Of a created entry that was undone: what it was made from.
         Location source = {};
-        std::optional<RightsStep> rights = {}; ///< of a change of rights, which undo turns round
+        /// Set if this was a folder whose content went into the one at `to`, and which was removed when it was empty.
+        std::optional<FolderFacts> merged = {};
 
         bool operator==(const Entry &) const = default;
     };

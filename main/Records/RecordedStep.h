@@ -41,6 +41,10 @@ struct StepEntry {
     bool operator==(const StepEntry &) const = default;
 };
 
+/// Entry for a folder that was removed after its content went into another; that one gets no mark, since it was there
+/// before and never moves.
+StepEntry mergedEntry(const Location &from, const Location &to, const FolderFacts &facts);
+
 /// A file action of the user, as stored in the history.
 struct RecordedStep {
     QUuid id = QUuid::createUuid();

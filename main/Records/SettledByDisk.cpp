@@ -2,6 +2,13 @@
 
 namespace brellin {
 
+StepEntry mergedEntry(const Location &from, const Location &to, const FolderFacts &facts)
+{
+    StepEntry entry{from, to};
+    entry.merged = facts;
+    return entry;
+}
+
 namespace {
 
 /// Tolerance for clocks and file systems with different time steps.

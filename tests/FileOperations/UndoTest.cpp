@@ -429,6 +429,79 @@ TEST_F(UndoTest, doesAgainWhatWasTakenBackUntilSomethingElseIsDone)
     EXPECT_FALSE(model.running.get());
 }
 
+/// A folder whose content went into another, with a folder inside that did the same.
+class MergedFolderTest : public UndoTest {
+protected:
+    MergedFolderTest()
+    {
+        tree.lines({"home/ordner/innen/x=fünf", "disk/ordner/innen/schon da=sechs"});
+        std::filesystem::permissions(home("ordner/innen"), std::filesystem::perms(0710));
+        tree.age("home/ordner/innen", Instant(std::chrono::seconds(1'700'000'000)));
+        tree.age("home/ordner", Instant(std::chrono::seconds(1'600'000'000)));
+        facts = factsNow();
+        before = outsideTheTrash();
+    }
+
+    std::vector<FolderFacts> factsNow() const
+    {
+        return {FolderFacts::of(home("ordner")).value_or(FolderFacts()),
+                FolderFacts::of(home("ordner/innen")).value_or(FolderFacts())};
+    }
+
+    UserAction merge() const
+    {
+        for (const char *file : {"ordner/tief", "ordner/innen/x"})
+            std::filesystem::rename(home(file), disk(file));
+        UserAction action{Kind::Move,
+                          {recordOf(home("ordner/tief"), disk("ordner/tief")),
+                           recordOf(home("ordner/innen/x"), disk("ordner/innen/x"))}};
+        for (const char *folder : {"ordner/innen", "ordner"}) {
+            action.entries.push_back({home(folder), disk(folder), {}});
+            action.entries.back().merged = facts[folder == std::string_view("ordner") ? 0 : 1];
+            std::filesystem::remove(home(folder));
+        }
+        return action;
+    }
+
+    std::vector<FolderFacts> facts;
+    std::string before;
+};
+
+TEST_F(MergedFolderTest, comesBackAsItWasAndGoesAgain)
+{
+    UserUndo model(services);
+    const auto settled = [&] { return waitUntil([&] { return !model.running.get(); }); };
+    model.record(merge());
+    const std::string merged = outsideTheTrash();
+    EXPECT_EQ(model.title.get(), QStringLiteral("Verschieben von 2 Elementen rückgängig"));
+    for (int round = 0; round < 2; ++round) {
+        model.undo();
+        ASSERT_TRUE(settled());
+        EXPECT_EQ(model.errorMessage.get(), std::nullopt);
+        EXPECT_EQ(outsideTheTrash(), before);
+        EXPECT_EQ(factsNow(), facts) << "rights and times, too";
+        model.redo();
+        ASSERT_TRUE(settled());
+        EXPECT_EQ(model.errorMessage.get(), std::nullopt);
+        EXPECT_EQ(outsideTheTrash(), merged);
+    }
+}
+
+TEST_F(MergedFolderTest, takesWhatIsThereByNowAndKeepsWhatWasAdded)
+{
+    const UserAction action = merge();
+    tree.file("home/ordner/neu", "dazu");
+    JobControl control;
+    const UndoneAction undone = undoAction(action, services, control);
+    EXPECT_TRUE(undone.failures.isEmpty());
+    EXPECT_EQ(tree.content("home/ordner/innen/x") + tree.content("home/ordner/neu"), "fünfdazu");
+
+    ASSERT_TRUE(undone.again);
+    EXPECT_TRUE(undoAction(*undone.again, services, control).failures.isEmpty());
+    EXPECT_FALSE(tree.has("home/ordner/innen"));
+    EXPECT_TRUE(tree.has("home/ordner/neu")) << "the folder stays with what was added";
+}
+
 TEST_F(UndoTest, doesEveryKindAgainAndBack)
 {
     tree.folder("home/leer");

@@ -483,7 +483,9 @@ void FileCommands::showUndone(const std::vector<UserAction::Entry> &undone)
     std::vector<ChangedEntry> changes;
     std::vector<Location> back;
     for (const UserAction::Entry &entry : undone) {
-        changes.push_back({entry.from, entry.to});
+        // A folder that was merged is made again; the one it went into stays.
+        const bool made = entry.merged && !entry.to.empty();
+        changes.push_back({made ? Location() : entry.from, entry.to});
         if (!entry.to.empty())
             back.push_back(entry.to);
     }
