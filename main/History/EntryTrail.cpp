@@ -47,8 +47,10 @@ public:
         add(arrived, passed, entry.now);
         if (isMove(one.kind) && entry.was)
             add(arrived, entry.was);
-        m_keyAt[entry.to] = after;
-        if (isMove(one.kind) && entry.from != entry.to)
+        // A merged folder went into another one, which stays who it was.
+        if (!entry.merged)
+            m_keyAt[entry.to] = after;
+        if (isMove(one.kind))
             m_keyAt.erase(entry.from);
         if (entry.takenBack && !entry.from.empty())
             m_keyAt[entry.from] = before.isEmpty() ? after : before;

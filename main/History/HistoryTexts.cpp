@@ -76,7 +76,10 @@ QString sentence(const HistoryEntry &entry)
 
 QString sentence(const HistoryStep &step)
 {
-    const auto count = static_cast<qint64>(step.entries.size());
+    const auto folders =
+        std::ranges::count_if(step.entries, [](const HistoryEntry &one) { return one.entry.merged.has_value(); });
+    const auto all = std::ssize(step.entries);
+    const auto count = static_cast<qint64>(folders < all ? all - folders : all);
     if (step.by == HistoryStep::By::Agent)
         return QStringLiteral("Aufräum-Aktion: ") +
                counted(count, QStringLiteral("Schritt"), QStringLiteral("Schritte"));
