@@ -86,4 +86,14 @@ std::optional<WhyItStays> StayingEntries::whyItStays(const Location &existing) c
     return m_complete && entry && above ? std::nullopt : std::optional(WhyItStays::InDoubt);
 }
 
+bool StayingEntries::mayTakeIn(const Location &folder) const
+{
+    const auto lineage = selfAndAncestors(folder);
+    if (!m_complete || !lineage || lineage->empty())
+        return false;
+    const auto isSource = [this](const FileIdentity &one) { return m_sources.contains(one); };
+    const auto own = std::ranges::count(*lineage, lineage->front());
+    return own == 1 && std::ranges::none_of(*lineage, isSource);
+}
+
 } // namespace brellin

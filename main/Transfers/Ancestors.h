@@ -26,6 +26,8 @@ public:
     /// Why an existing entry at the destination must not be replaced; for a link its target counts as well. None only
     /// if it is certainly safe to replace.
     std::optional<WhyItStays> whyItStays(const Location &existing) const;
+    /// Whether a source may be merged into this folder. Unlike replacing, that spares what it contains.
+    bool mayTakeIn(const Location &folder) const;
 
 private:
     std::set<FileIdentity> m_sources;
