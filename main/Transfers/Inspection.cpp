@@ -8,6 +8,7 @@
 #include "Transfers/TransferEngine.h"
 
 #include <algorithm>
+#include <map>
 #include <mutex>
 
 namespace brellin {
@@ -170,7 +171,60 @@ private:
     std::set<QString> m_names;
 };
 
+/// Steps of a merge may reach other volumes, mounted below the destination.
+std::map<Location, std::vector<std::size_t>> stepsByVolume(const std::vector<TransferStep> &steps,
+                                                           const Volumes &volumes)
+{
+    std::map<Location, Location> tops;
+    std::map<Location, std::vector<std::size_t>> byVolume;
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        const Location folder = steps[i].dst.parent_path();
+        auto top = tops.find(folder);
+        if (top == tops.end())
+            top = tops.emplace(folder, volumes.top(folder).value_or(folder)).first;
+        byVolume[top->second].push_back(i);
+    }
+    return byVolume;
+}
+
+std::vector<TransferStep> stepsOf(const std::vector<TransferStep> &steps, const std::vector<std::size_t> &numbers)
+{
+    std::vector<TransferStep> some;
+    some.reserve(numbers.size());
+    for (const std::size_t number : numbers)
+        some.push_back(steps[number]);
+    return some;
+}
+
+Result<Inspection> inspectVolume(const std::vector<TransferStep> &steps, TransferKind kind,
+                                 const TransferServices &services, const JobControl &control)
+{
+    const Location folder = steps.front().dst.parent_path();
+    Inspector inspector(limitsOf(folder, services.volumes), kind, control);
+    const auto deadline = std::chrono::steady_clock::now() + (services.volumes.isLocal(folder) ? brief : brief.zero());
+    for (const TransferStep &step : steps) {
+        if (kind == TransferKind::Move && services.volumes.same(step.src, folder))
+            inspector.take(TransferEngine::measure(step.src, &control, deadline));
+        else
+            inspector.inspect(step);
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+    }
+    inspector.checkSpace(services.volumes.available(folder));
+    return inspector.result();
+}
+
 } // namespace
+
+void Inspection::include(const Inspection &part, const std::vector<std::size_t> &numbers)
+{
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        sizes[numbers[i]] = part.sizes[i];
+    for (const std::size_t step : part.hindered)
+        hindered.insert(numbers[step]);
+    obstacles += part.obstacles;
+    atTheSource += part.atTheSource;
+}
 
 TransferSize Inspection::total() const
 {
@@ -206,21 +260,10 @@ Inspection Inspection::withoutHindered(std::vector<TransferStep> &steps) const
 Result<Inspection> inspectSteps(const std::vector<TransferStep> &steps, TransferKind kind,
                                 const TransferServices &services, const JobControl &control)
 {
-    if (steps.empty())
-        return Inspection{};
-    const Location folder = steps.front().dst.parent_path();
-    Inspector inspector(limitsOf(folder, services.volumes), kind, control);
-    const auto deadline = std::chrono::steady_clock::now() + (services.volumes.isLocal(folder) ? brief : brief.zero());
-    for (const TransferStep &step : steps) {
-        if (kind == TransferKind::Move && services.volumes.same(step.src, folder))
-            inspector.take(TransferEngine::measure(step.src, &control, deadline));
-        else
-            inspector.inspect(step);
-        if (control.cancelled())
-            return failure(Failure::cancelled());
-    }
-    inspector.checkSpace(services.volumes.available(folder));
-    Inspection found = inspector.result();
+    Inspection found;
+    found.sizes.resize(steps.size());
+    for (const auto &[volume, numbers] : stepsByVolume(steps, services.volumes))
+        found.include(TRY(inspectVolume(stepsOf(steps, numbers), kind, services, control)), numbers);
     for (const std::size_t step : found.hindered) {
         const Location &source = steps[step].src;
         found.hinderedNames << shownName(source);

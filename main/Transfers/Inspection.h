@@ -26,6 +26,8 @@ struct Inspection {
     std::optional<ObstacleQuestion> question() const;
     /// The inspection without the steps that have obstacles; removes them from `steps`.
     Inspection withoutHindered(std::vector<TransferStep> &steps) const;
+    /// Adds the result of some of the steps, of these numbers, whose sizes have a place already.
+    void include(const Inspection &part, const std::vector<std::size_t> &numbers);
 };
 
 /// Measures all steps and finds obstacles: invalid or colliding names, files too large, too little space; for moves
