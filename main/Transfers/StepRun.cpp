@@ -5,20 +5,24 @@
 #include "Transfers/AwaitedFlush.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 
 namespace brellin {
 
 StepRun::StepRun(const TransferServices &services, TransferKind kind, TransferState &state,
-                 const std::vector<TransferStep> &steps)
+                 const std::vector<TransferStep> &steps, const std::vector<MergedFolder> &merged)
     : m_services(services)
     , m_engine(services)
     , m_kind(kind)
     , m_state(state)
     , m_log(services.logs)
+    , m_merged(merged)
 {
     for (const TransferStep &step : steps)
         m_staying.add(step.src);
+    for (const MergedFolder &folder : m_merged)
+        m_mergedAt[folder.src] = &folder;
 }
 
 Result<void> StepRun::checkAllowed(const TransferStep &step) const
@@ -28,6 +32,13 @@ Result<void> StepRun::checkAllowed(const TransferStep &step) const
     if (!m_services.mayChange(step.dst) || (m_kind == TransferKind::Move && !m_services.mayChange(step.src)))
         return failure(QStringLiteral("Orte des Systems werden nicht verändert."));
     return {};
+}
+
+Result<void> StepRun::checkFolders(const TransferStep &step) const
+{
+    const auto merged = m_mergedAt.find(step.src.parent_path());
+    const bool concerned = merged != m_mergedAt.end() && merged->second->dst == step.dst.parent_path();
+    return concerned ? merged->second->checkStand() : Result<void>();
 }
 
 /// If the parent folder is missing as well, the volume was probably removed; says so.
@@ -47,6 +58,7 @@ Result<TransferredEntry> StepRun::carryOut(const TransferStep &step)
 {
     TRY(checkAllowed(step));
     TRY(checkSourceIsThere(step));
+    TRY(checkFolders(step));
     if (!m_services.trash.possible(step.dst))
         TRY(checkStillAllowed(step));
     if (m_kind == TransferKind::Move && m_services.volumes.same(step.src, step.dst.parent_path())) {
@@ -188,6 +200,33 @@ void StepRun::settle()
             outcome.errors << EntryFailure{one.step.src, withLead(stays, safe.error())};
     }
     m_moved.clear();
+}
+
+void StepRun::removeMerged()
+{
+    if (m_kind != TransferKind::Move || m_state.cancelled())
+        return;
+    for (const MergedFolder &folder : m_merged) {
+        const Result<void> removed = removeEmpty(folder);
+        if (removed)
+            outcome.emptied.push_back(folder);
+        else if (!removed.error().is(std::errc::directory_not_empty))
+            outcome.errors << EntryFailure{folder.src, removed.error()};
+    }
+}
+
+Result<void> StepRun::removeEmpty(const MergedFolder &folder) const
+{
+    if (m_services.mayChange && !m_services.mayChange(folder.src))
+        return failure(QStringLiteral("Orte des Systems werden nicht verändert."));
+    TRY(folder.checkStand());
+    TRY(m_services.files.removeEmptyFolder(folder.src));
+    if (entryExists(folder.dst))
+        return {};
+    // Through a second mount both were the same folder.
+    TRY(m_services.files.createFolder(folder.dst));
+    TRY(folder.facts.giveTo(folder.dst));
+    return failure(Failure::system(ENOTEMPTY));
 }
 
 Result<void> StepRun::noteRemovals()

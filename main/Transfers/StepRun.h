@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Transfers/Ancestors.h"
+#include "Transfers/MergedFolder.h"
 #include "Transfers/TransferEngine.h"
 #include "Transfers/TransferLog.h"
 
@@ -13,9 +14,9 @@ namespace brellin {
 /// One run of steps, with the state the engine needs meanwhile.
 class StepRun {
 public:
-    /// `steps`: all steps of the run.
+    /// `steps`: all steps of the run; `merged`: folders whose content they transfer.
     StepRun(const TransferServices &services, TransferKind kind, TransferState &state,
-            const std::vector<TransferStep> &steps);
+            const std::vector<TransferStep> &steps, const std::vector<MergedFolder> &merged = {});
 
     /// Carries out a step. On failure the source and the entry to be replaced are as before; if that could not be
     /// achieved, the failure says so.
@@ -26,6 +27,8 @@ public:
     void settle();
     /// Settles early if the step needs such a source.
     void settleBefore(const TransferStep &step);
+    /// Of a move, removes the merged folders that are empty. Call after settle().
+    void removeMerged();
     /// Whether the last step failed because the user must be asked again.
     bool asksAgainAbout(const TransferStep &step) const;
 
@@ -41,6 +44,9 @@ private:
     };
 
     Result<void> checkAllowed(const TransferStep &step) const;
+    /// A step of a merge must not lead through a link that took the place of a folder.
+    Result<void> checkFolders(const TransferStep &step) const;
+    Result<void> removeEmpty(const MergedFolder &folder) const;
     static Result<void> checkSourceIsThere(const TransferStep &step);
     Result<TransferredEntry> moveWithinVolume(const TransferStep &step);
     Result<TransferredEntry> copyInto(const TransferStep &step);
@@ -73,6 +79,8 @@ private:
     std::map<Location, std::shared_ptr<WrittenVolume>> m_written; ///< keyed by the folder written to
     std::vector<Moved> m_moved;
     StayingEntries m_staying;
+    const std::vector<MergedFolder> m_merged;
+    std::map<Location, const MergedFolder *> m_mergedAt; ///< keyed by the source
 };
 
 } // namespace brellin

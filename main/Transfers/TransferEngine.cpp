@@ -5,9 +5,10 @@
 namespace brellin {
 
 TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, TransferKind kind, TransferState &state,
-                                    const std::vector<TransferSize> &sizes) const
+                                    const std::vector<TransferSize> &sizes,
+                                    const std::vector<MergedFolder> &merged) const
 {
-    StepRun run(m_services, kind, state, steps);
+    StepRun run(m_services, kind, state, steps, merged);
     for (std::size_t i = 0; i < steps.size(); ++i) {
         state.waitWhilePaused();
         const TransferStep &step = steps[i];
@@ -28,6 +29,7 @@ TransferOutcome TransferEngine::run(const std::vector<TransferStep> &steps, Tran
         state.finishStep(size);
     }
     run.settle();
+    run.removeMerged();
     run.outcome.cancelled = state.cancelled() && run.outcome.done.size() < steps.size();
     return std::move(run.outcome);
 }

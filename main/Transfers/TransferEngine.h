@@ -29,9 +29,11 @@ public:
                                 std::optional<Deadline> deadline = {});
 
     /// Runs the steps. A failed step adds an error line, a cancel ends the run. `sizes` are those of the steps, if
-    /// known; others are measured.
+    /// known; others are measured. `merged`: folders whose content the steps transfer; of a move, those that are empty
+    /// at the end are removed.
     TransferOutcome run(const std::vector<TransferStep> &steps, TransferKind kind, TransferState &state,
-                        const std::vector<TransferSize> &sizes = {}) const;
+                        const std::vector<TransferSize> &sizes = {},
+                        const std::vector<MergedFolder> &merged = {}) const;
 
     /// Copies an entry with all metadata to a path that must not exist; removes the copy on failure or cancel. Records
     /// what was copied in `copied`.

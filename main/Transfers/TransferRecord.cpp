@@ -7,6 +7,7 @@ namespace brellin {
 void TransferOutcome::add(TransferOutcome more)
 {
     done.insert(done.end(), std::make_move_iterator(more.done.begin()), std::make_move_iterator(more.done.end()));
+    emptied.insert(emptied.end(), more.emptied.begin(), more.emptied.end());
     errors += more.errors;
     for (const QString &note : more.notes) {
         if (!notes.contains(note))

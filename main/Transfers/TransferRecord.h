@@ -4,6 +4,7 @@
 #include "Base/Instant.h"
 #include "Disk/EntryMark.h"
 #include "Disk/TreeMark.h"
+#include "Transfers/MergedFolder.h"
 #include "Transfers/TransferStep.h"
 
 #include <QStringList>
@@ -36,8 +37,9 @@ struct TransferredEntry {
 /// Result of a transfer: what arrived, and what failed.
 struct TransferOutcome {
     std::vector<TransferredEntry> done;
-    EntryFailures errors; ///< failed and incomplete steps
-    QStringList notes;    ///< metadata that could not be preserved, without duplicates
+    std::vector<MergedFolder> emptied; ///< merged folders that were removed
+    EntryFailures errors;              ///< failed and incomplete steps
+    QStringList notes;                 ///< metadata that could not be preserved, without duplicates
     TransferSize transferred;
     bool cancelled = false;
     /// Steps not done because the entry to be deleted permanently has changed since the user agreed.
@@ -56,6 +58,7 @@ struct TransferRecord {
     Location destination;
     Instant date;
     std::vector<TransferredEntry> entries;
+    std::vector<MergedFolder> emptied; ///< see TransferOutcome
 
     bool operator==(const TransferRecord &) const = default;
 };

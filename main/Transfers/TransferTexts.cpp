@@ -25,9 +25,11 @@ QString transferTitle(TransferKind kind, int count, const QString &destName)
 
 QString titleOf(const TransferRecord &record)
 {
+    const QString where = shownName(record.destination);
+    if (record.entries.empty() && !record.emptied.empty())
+        return QStringLiteral("„%1“ nach „%2“ verschoben").arg(shownName(record.emptied.back().src), where);
     const auto all = static_cast<qsizetype>(record.entries.size());
     const qsizetype moved = std::ranges::count_if(record.entries, &TransferredEntry::moved);
-    const QString where = shownName(record.destination);
     if (record.kind == TransferKind::Copy || moved == 0)
         return QStringLiteral("%1 nach „%2“ kopiert").arg(elements(all), where);
     const QString text = QStringLiteral("%1 nach „%2“ verschoben").arg(elements(moved), where);
