@@ -11,6 +11,10 @@ UserAction actionOf(const TransferRecord &record)
             action.entries.push_back(
                 {entry.src, entry.dst, entry.state, entry.replaced, entry.replacedMark, entry.created, entry.content});
     }
+    for (const MergedFolder &folder : record.emptied) {
+        action.entries.push_back({folder.src, folder.dst, {}});
+        action.entries.back().merged = folder.facts;
+    }
     action.step = record.id;
     return action;
 }

@@ -6,6 +6,12 @@ namespace brellin {
 
 namespace {
 
+void addMerged(std::vector<StepEntry> &entries, const std::vector<MergedFolder> &merged)
+{
+    for (const MergedFolder &folder : merged)
+        entries.push_back(mergedEntry(folder.src, folder.dst, folder.facts));
+}
+
 std::vector<StepEntry> plannedEntries(const std::vector<TransferStep> &steps)
 {
     std::vector<StepEntry> entries;
@@ -34,14 +40,19 @@ std::vector<StepEntry> entriesOf(const std::vector<TransferredEntry> &done, Tran
 } // namespace
 
 TransferOutcome runRecorded(const TransferServices &services, const QUuid &step, const std::vector<TransferStep> &steps,
-                            TransferKind kind, TransferState &state, const std::vector<TransferSize> &sizes)
+                            TransferKind kind, TransferState &state, const std::vector<TransferSize> &sizes,
+                            const std::vector<MergedFolder> &merged)
 {
-    OpenStep open = services.records
-                        ? services.records->begin(kind == TransferKind::Move ? StepKind::Move : StepKind::Copy,
-                                                  plannedEntries(steps), step)
-                        : OpenStep();
-    TransferOutcome outcome = TransferEngine(services).run(steps, kind, state, sizes);
-    open.settle(entriesOf(outcome.done, kind));
+    const bool moves = kind == TransferKind::Move;
+    std::vector<StepEntry> planned = services.records ? plannedEntries(steps) : std::vector<StepEntry>();
+    if (moves)
+        addMerged(planned, merged);
+    OpenStep open =
+        services.records ? services.records->begin(moves ? StepKind::Move : StepKind::Copy, planned, step) : OpenStep();
+    TransferOutcome outcome = TransferEngine(services).run(steps, kind, state, sizes, merged);
+    std::vector<StepEntry> done = entriesOf(outcome.done, kind);
+    addMerged(done, outcome.emptied);
+    open.settle(std::move(done));
     return outcome;
 }
 
