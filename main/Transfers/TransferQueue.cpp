@@ -17,8 +17,12 @@ std::vector<Location> FinishedTransfer::arrived() const
 {
     std::vector<Location> places;
     places.reserve(outcome.done.size());
-    for (const TransferredEntry &entry : outcome.done)
-        places.push_back(entry.dst);
+    for (const TransferredEntry &entry : outcome.done) {
+        const Location below = entry.dst.lexically_relative(record.destination);
+        const Location place = below.empty() ? entry.dst : record.destination / *below.begin();
+        if (places.empty() || places.back() != place)
+            places.push_back(place);
+    }
     return places;
 }
 

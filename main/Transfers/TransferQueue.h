@@ -43,11 +43,12 @@ struct FinishedTransfer {
     std::vector<Location> sources; ///< as requested
     TransferOutcome outcome;
     std::vector<TransferStep> steps; ///< as planned; empty if cancelled before
+    std::vector<Location> sources;   ///< as requested
 
     bool operator==(const FinishedTransfer &) const = default;
     /// The error lines for the pane's `errorMessage`; none if there are none.
     std::optional<QString> errorMessage() const;
-    /// Entries to select in the destination.
+    /// Entries to select in the destination; of what was merged, the folder there.
     std::vector<Location> arrived() const;
 };
 
