@@ -9,8 +9,19 @@ namespace brellin {
 
 using Placing = TransferDecision::Placing;
 
-ConflictRound::ConflictRound(std::vector<ExaminedSource> sources)
+namespace {
+
+/// With the path of the merged folder it goes into.
+QString nameOf(const ExaminedSource &source)
+{
+    return source.inside.empty() ? shownName(source.dst) : shown(source.inside / source.dst.filename());
+}
+
+} // namespace
+
+ConflictRound::ConflictRound(std::vector<ExaminedSource> sources, std::size_t transferred)
     : m_open(std::make_move_iterator(sources.begin()), std::make_move_iterator(sources.end()))
+    , m_transferred(transferred)
 {
     goOn();
 }
@@ -23,10 +34,10 @@ std::size_t ConflictRound::conflictsLeft() const
 
 std::optional<ConflictRound::About> ConflictRound::question() const
 {
-    if (m_cancelled || m_open.empty())
+    if (m_cancelled || m_open.empty() || m_merging)
         return std::nullopt;
     const TakenPlace &taken = *m_open.front().taken;
-    const QString name = shownName(m_open.front().dst);
+    const QString name = nameOf(m_open.front());
     if (m_asksForGood)
         return NoTrashQuestion{name, taken.existingIsFolder, taken.existingLine};
     return ConflictQuestion{name,
@@ -35,7 +46,32 @@ std::optional<ConflictRound::About> ConflictRound::question() const
                             taken.stays,
                             taken.existingLine,
                             taken.incomingLine,
-                            taken.incomingIsFolder};
+                            taken.incomingIsFolder,
+                            taken.merge,
+                            mayWait(),
+                            m_transferred};
+}
+
+bool ConflictRound::mayWait() const
+{
+    const bool others = !m_decisions.empty() || conflictsLeft() < m_open.size();
+    return m_transferred == 0 && others;
+}
+
+std::optional<ExaminedSource> ConflictRound::toMerge() const
+{
+    return m_merging && !m_cancelled ? std::optional(m_open.front()) : std::nullopt;
+}
+
+void ConflictRound::merge(ExaminedMerge content)
+{
+    m_merging = false;
+    m_open.pop_front();
+    m_open.insert(m_open.begin(), std::make_move_iterator(content.sources.begin()),
+                  std::make_move_iterator(content.sources.end()));
+    m_merged.insert(m_merged.end(), std::make_move_iterator(content.folders.begin()),
+                    std::make_move_iterator(content.folders.end()));
+    goOn();
 }
 
 void ConflictRound::answer(const TransferAnswer &given)
@@ -52,9 +88,14 @@ void ConflictRound::answer(const ConflictAnswer &answer)
         m_cancelled = true;
         return;
     }
-    if (*answer.choice == ConflictChoice::replace && !m_open.front().taken->replaceable())
+    const ConflictQuestion asked = std::get<ConflictQuestion>(*question());
+    if ((*answer.choice == ConflictChoice::replace && !asked.replaceable()) ||
+        (*answer.choice == ConflictChoice::merge && !asked.merge) ||
+        (*answer.choice == ConflictChoice::later && !asked.mayWait))
         return;
-    if (answer.forAll)
+    if (answer.forAll && *answer.choice == ConflictChoice::merge)
+        m_mergeAll = true;
+    else if (answer.forAll)
         m_forAll = answer.choice;
     if (decide(*answer.choice))
         goOn();
@@ -88,10 +129,31 @@ void ConflictRound::goOn()
             take(next.beside ? Placing::FreeName : Placing::Exactly);
             continue;
         }
-        const bool applies = m_forAll && (*m_forAll != ConflictChoice::replace || next.taken->replaceable());
-        if (!applies || !decide(*m_forAll))
+        const std::optional<ConflictChoice> applies = choiceForAll(*next.taken);
+        if (!applies || !decide(*applies))
             return;
     }
+}
+
+/// An answer that replaces single entries says nothing about a folder as a whole where folders are merged.
+std::optional<ConflictChoice> ConflictRound::choiceForAll(const TakenPlace &taken) const
+{
+    if (m_mergeAll && taken.merge)
+        return ConflictChoice::merge;
+    const bool spared = !taken.replaceable() || (taken.merge && !m_merged.empty());
+    return m_forAll == ConflictChoice::replace && spared ? std::nullopt : m_forAll;
+}
+
+void ConflictRound::putOffConflicts()
+{
+    std::deque<ExaminedSource> free;
+    for (ExaminedSource &one : m_open) {
+        if (one.taken)
+            m_putOff.push_back({one.src, one.dst});
+        else
+            free.push_back(std::move(one));
+    }
+    m_open = std::move(free);
 }
 
 /// Applies a choice to the first open source; false if it needs another question.
@@ -105,6 +167,12 @@ bool ConflictRound::decide(ConflictChoice choice)
     case ConflictChoice::keepBoth:
         take(Placing::FreeName);
         return true;
+    case ConflictChoice::later:
+        putOffConflicts();
+        return true;
+    case ConflictChoice::merge:
+        m_merging = true;
+        return false;
     case ConflictChoice::replace:
         break;
     }

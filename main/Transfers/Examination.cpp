@@ -3,6 +3,7 @@
 #include "Base/German.h"
 #include "Disk/Walk.h"
 #include "Transfers/Ancestors.h"
+#include "Transfers/FolderComparison.h"
 #include "Transfers/TransferLogLines.h"
 #include "Transfers/TransferQueue.h"
 #include "Transfers/UnfinishedMove.h"
@@ -76,6 +77,17 @@ std::shared_ptr<const SeenTree> seenAt(const Location &entry, const JobControl &
     return seen ? std::make_shared<const SeenTree>(*std::move(seen)) : nullptr;
 }
 
+std::optional<MergePreview> mergePreview(const Location &src, const Location &dst, const StayingEntries &staying,
+                                         const JobControl &control, Deadline deadline)
+{
+    if (!mayMerge(src, dst, staying))
+        return std::nullopt;
+    const Result<FolderComparison> compared = FolderComparison::of(src, dst, staying, control, deadline);
+    if (!compared)
+        return std::nullopt;
+    return MergePreview{compared->collisions(), compared->complete && compared->unread.isEmpty()};
+}
+
 TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEntries &staying,
                       const TransferServices &services, const JobControl &control, Deadline deadline)
 {
@@ -96,7 +108,16 @@ TakenPlace takenPlace(const Location &src, const Location &dst, const StayingEnt
     taken.existingLine = entryLine(dst, deadline);
     taken.incomingLine = entryLine(src, deadline);
     taken.incomingIsFolder = readAttributes(src).value_or(FileAttributes()).isFolder();
+    if (taken.existingIsFolder && taken.incomingIsFolder)
+        taken.merge = mergePreview(src, dst, staying, control, deadline);
     return taken;
+}
+
+/// Path of an entry's folder below the destination; empty for the destination itself.
+Location insideOf(const Location &dst, const TransferRequest &request)
+{
+    const Location inside = dst.parent_path().lexically_relative(standardised(request.destination));
+    return inside == "." ? Location() : inside;
 }
 
 Result<void> checkFolder(const Location &destination)
@@ -152,19 +173,37 @@ Result<Examination> examineTransfer(const TransferRequest &request, const Transf
     return found;
 }
 
-Result<Examination> examineAgain(const TransferRequest &request, const std::vector<TransferStep> &steps,
+Result<Examination> examineAgain(const TransferRequest &request, const std::vector<SourcePlace> &places,
                                  const TransferServices &services, const JobControl &control)
 {
     const Deadline deadline = std::chrono::steady_clock::now() + describing;
     const StayingEntries staying(request.sources);
     Examination found;
-    for (const TransferStep &step : steps) {
+    for (const auto &[src, dst] : places) {
         if (control.cancelled())
             return failure(Failure::cancelled());
-        ExaminedSource source{step.src, step.dst, false, std::nullopt};
-        if (entryExists(source.dst))
-            source.taken = takenPlace(step.src, step.dst, staying, services, control, deadline);
+        ExaminedSource source{src, dst, false, std::nullopt, insideOf(dst, request)};
+        if (entryExists(dst))
+            source.taken = takenPlace(src, dst, staying, services, control, deadline);
         found.sources.push_back(std::move(source));
+    }
+    return found;
+}
+
+Result<ExaminedMerge> examineMerge(const TransferRequest &request, const ExaminedSource &source,
+                                   const TransferServices &services, const JobControl &control)
+{
+    const Deadline deadline = std::chrono::steady_clock::now() + describing;
+    const StayingEntries staying(request.sources);
+    FolderComparison compared = TRY(FolderComparison::of(source.src, source.dst, staying, control));
+    ExaminedMerge found{{}, std::move(compared.folders), std::move(compared.unread)};
+    for (const FolderComparison::Entry &entry : compared.entries) {
+        if (control.cancelled())
+            return failure(Failure::cancelled());
+        ExaminedSource one{entry.src, entry.dst, false, std::nullopt, insideOf(entry.dst, request)};
+        if (entry.taken)
+            one.taken = takenPlace(entry.src, entry.dst, staying, services, control, deadline);
+        found.sources.push_back(std::move(one));
     }
     return found;
 }

@@ -54,7 +54,7 @@ void Transfer::examined(Result<Examination> found)
         return end(std::move(outcome));
     }
     m_refused += found->refused;
-    m_conflicts.emplace(std::move(found->sources));
+    m_conflicts.emplace(std::move(found->sources), m_outcome.done.size());
     askAboutConflicts();
 }
 
@@ -64,8 +64,36 @@ void Transfer::askAboutConflicts()
         return endCancelled();
     if (std::optional<ConflictRound::About> about = m_conflicts->question())
         return ask(std::move(*about));
-    if (m_conflicts->decisions().empty())
+    if (const std::optional<ExaminedSource> folder = m_conflicts->toMerge())
+        return lookInto(*folder);
+    m_merged.insert(m_merged.end(), m_conflicts->merged().begin(), m_conflicts->merged().end());
+    m_putOff = m_conflicts->putOff();
+    if (m_conflicts->decisions().empty() && m_merged.empty())
         return end({});
+    plan();
+}
+
+void Transfer::lookInto(const ExaminedSource &folder)
+{
+    const TransferServices services = m_queue.m_services;
+    m_lookingInto.start(
+        services.workers, longWork<Result<ExaminedMerge>>(m_request.destination),
+        [services, folder, request = m_request](const JobControl &control) {
+            return examineMerge(request, folder, services, control);
+        },
+        [this](Result<ExaminedMerge> content) {
+            if (!content)
+                return endCancelled();
+            m_refused += content->refused;
+            m_conflicts->merge(std::move(*content));
+            askAboutConflicts();
+        },
+        {});
+    m_queue.publishAll();
+}
+
+void Transfer::plan()
+{
     const TransferServices services = m_queue.m_services;
     m_planning.start(
         services.workers, longWork<std::vector<TransferStep>>(m_request.destination),
@@ -102,39 +130,49 @@ void Transfer::answerObstacles(ObstacleChoice choice)
         return endCancelled();
     if (choice == ObstacleChoice::LeaveOut)
         m_inspection = m_inspection.withoutHindered(m_steps);
-    if (m_steps.empty())
-        return end({});
     run();
 }
 
 void Transfer::run()
 {
     m_job->begin(m_steps.size(), m_total += m_inspection.total());
-    if (m_begun.empty())
-        m_begun = m_steps;
+    std::set<Location> known;
+    std::ranges::transform(m_begun, std::inserter(known, known.end()), &TransferStep::src);
+    std::ranges::copy_if(m_steps, std::back_inserter(m_begun),
+                         [&](const TransferStep &step) { return !known.contains(step.src); });
     const TransferServices services = m_queue.m_services;
     m_running.start(
         services.workers, longWork<TransferOutcome>(m_request.destination),
         [services, id = m_id, steps = m_steps, kind = m_request.kind, state = m_job->state, sizes = m_inspection.sizes,
-         open = OpenWork::begin(TransferState::controlOf(m_job->state))](const JobControl &) {
-            return runRecorded(services, id, steps, kind, *state, sizes);
+         merged = m_merged, open = OpenWork::begin(TransferState::controlOf(m_job->state))](const JobControl &) {
+            return runRecorded(services, id, steps, kind, *state, sizes, merged);
         },
         [this](TransferOutcome outcome) { ran(std::move(outcome)); }, {});
     m_queue.publishAll();
 }
 
-/// Asks again about entries that changed since the user agreed.
+/// Then asks about what was put off, and again about entries that changed since the user agreed.
 void Transfer::ran(TransferOutcome outcome)
 {
+    std::erase_if(m_merged, [&](const MergedFolder &folder) {
+        return std::ranges::find(outcome.emptied, folder.src, &MergedFolder::src) != outcome.emptied.end();
+    });
     m_outcome.add(std::move(outcome));
-    const std::vector<TransferStep> again = std::exchange(m_outcome.toAskAgain, {});
-    if (again.empty() || m_outcome.cancelled)
+    std::vector<SourcePlace> open = std::exchange(m_putOff, {});
+    for (const TransferStep &step : std::exchange(m_outcome.toAskAgain, {}))
+        open.push_back({step.src, step.dst});
+    if (open.empty() || m_outcome.cancelled)
         return end({});
+    examineAgain(std::move(open));
+}
+
+void Transfer::examineAgain(std::vector<SourcePlace> places)
+{
     const TransferServices services = m_queue.m_services;
     m_examining.start(
         services.workers, longWork<Result<Examination>>(m_request.destination),
-        [services, again, request = m_request](const JobControl &control) {
-            return examineAgain(request, again, services, control);
+        [services, places = std::move(places), request = m_request](const JobControl &control) {
+            return brellin::examineAgain(request, places, services, control);
         },
         [this](Result<Examination> found) { examined(std::move(found)); }, {});
     m_queue.publishAll();
@@ -164,6 +202,7 @@ void Transfer::cancel()
     if (m_running.running())
         return m_job->cancel();
     m_examining.drop();
+    m_lookingInto.drop();
     m_planning.drop();
     m_inspecting.drop();
     endCancelled();
@@ -182,11 +221,13 @@ void Transfer::end(TransferOutcome outcome)
     outcome = std::move(m_outcome);
     outcome.errors = m_refused + outcome.errors;
     FinishedTransfer finished;
-    finished.record = {m_id, m_request.kind, standardised(m_request.destination), m_queue.m_clock.now(), outcome.done};
+    finished.record = {m_id,         m_request.kind, standardised(m_request.destination), m_queue.m_clock.now(),
+                       outcome.done, outcome.emptied};
     finished.pane = m_request.pane;
     std::ranges::transform(m_request.sources, std::back_inserter(finished.sources), standardised);
     finished.outcome = std::move(outcome);
     finished.steps = m_begun;
+    finished.sources = m_request.sources;
     m_queue.ended(m_id, std::move(finished));
 }
 

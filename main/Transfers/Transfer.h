@@ -29,11 +29,14 @@ public:
 private:
     void examined(Result<Examination> found);
     void askAboutConflicts();
+    void lookInto(const ExaminedSource &folder);
+    void plan();
     void planned(std::vector<TransferStep> steps);
     void inspected(Result<Inspection> inspection);
     void answerObstacles(ObstacleChoice choice);
     void run();
     void ran(TransferOutcome outcome);
+    void examineAgain(std::vector<SourcePlace> places);
     void ask(ConflictRound::About about);
     void endCancelled();
     void end(TransferOutcome outcome);
@@ -46,12 +49,15 @@ private:
     std::optional<ConflictRound> m_conflicts;
     EntryFailures m_refused;
     std::vector<TransferStep> m_steps;
-    std::vector<TransferStep> m_begun; ///< all steps that were started
-    TransferSize m_total;              ///< size of those steps
-    TransferOutcome m_outcome;         ///< results so far
+    std::vector<MergedFolder> m_merged; ///< and not removed yet
+    std::vector<SourcePlace> m_putOff;  ///< conflicts to be asked about at the end
+    std::vector<TransferStep> m_begun;  ///< all steps that were started
+    TransferSize m_total;               ///< size of those steps
+    TransferOutcome m_outcome;          ///< results so far
     Inspection m_inspection;
 
     FileCall<Result<Examination>> m_examining;
+    FileCall<Result<ExaminedMerge>> m_lookingInto;
     FileCall<std::vector<TransferStep>> m_planning;
     FileCall<Result<Inspection>> m_inspecting;
     FileCall<TransferOutcome> m_running;

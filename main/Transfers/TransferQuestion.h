@@ -7,14 +7,24 @@
 #include <QStringList>
 #include <QUuid>
 
+#include <cstdint>
 #include <optional>
 #include <variant>
 #include <vector>
 
 namespace brellin {
 
-/// What to do if the destination's name is taken.
-enum class ConflictChoice { replace, keepBoth, skip };
+/// What to do if the destination's name is taken. `merge` is for two folders only; `later` holds for all conflicts that
+/// are open.
+enum class ConflictChoice { replace, keepBoth, skip, merge, later };
+
+/// What merging two folders would meet.
+struct MergePreview {
+    std::int64_t collisions = 0; ///< entries whose name is taken, not counting folders that would be merged as well
+    bool complete = true;        ///< false if there may be more
+
+    bool operator==(const MergePreview &) const = default;
+};
 
 /// The destination's name is taken. Answered by a `ConflictAnswer`.
 struct ConflictQuestion {
@@ -26,6 +36,9 @@ struct ConflictQuestion {
     QString existingLine; ///< e.g. "1,2 MB, 3. September 2026, 14:05"
     QString incomingLine;
     bool incomingIsFolder = false;
+    std::optional<MergePreview> merge = {}; ///< set if "Zusammenführen" is offered
+    bool mayWait = false;                   ///< "Später fragen" is offered: something else can go first
+    std::size_t transferred = 0;            ///< number of entries that have gone already
 
     bool operator==(const ConflictQuestion &) const = default;
     bool replaceable() const { return !stays; }
