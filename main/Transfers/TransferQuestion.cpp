@@ -11,9 +11,42 @@ QuestionText::Button cancelButton(const TransferAnswer &answer)
     return {QStringLiteral("Abbrechen"), answer};
 }
 
+/// „„Zusammenführen“ legt den Inhalt dazu. 3 Einträge darin gibt es dort schon; nach ihnen wird einzeln gefragt.“
+QString mergeHint(const MergePreview &merge)
+{
+    const QString start = QStringLiteral("„Zusammenführen“ legt den Inhalt zum vorhandenen Ordner. ");
+    if (merge.collisions == 0)
+        return start + (merge.complete ? QStringLiteral("Nichts davon gibt es dort schon.")
+                                       : QStringLiteral("Nach dem, was es dort schon gibt, wird einzeln gefragt."));
+    const QString least = merge.complete ? QString() : QStringLiteral("Mindestens ");
+    return start + least +
+           (merge.collisions == 1
+                ? (merge.complete ? QStringLiteral("Ein Eintrag darin ist dort schon vorhanden; nach ihm wird gefragt.")
+                                  : QStringLiteral("ein Eintrag darin ist dort schon vorhanden; danach wird gefragt."))
+                : QStringLiteral("%1 Einträge darin sind dort schon vorhanden; nach ihnen wird einzeln gefragt.")
+                      .arg(merge.collisions));
+}
+
+/// Explains what goes beyond the plain answers.
+QString hintOf(const ConflictQuestion &question)
+{
+    QStringList lines;
+    if (question.merge)
+        lines << mergeHint(*question.merge);
+    if (question.mayWait)
+        lines << QStringLiteral("„Später fragen“ überträgt zuerst alles, was im Ziel noch nicht vorhanden ist.");
+    if (question.transferred > 0)
+        lines << QStringLiteral("„Abbrechen“ lässt nur aus, was noch offen ist: %1 übertragen.")
+                     .arg(question.transferred == 1
+                              ? QStringLiteral("1 Element ist schon")
+                              : QStringLiteral("%1 Elemente sind schon").arg(question.transferred));
+    return lines.join(u'\n');
+}
+
 QuestionText textOf(const ConflictQuestion &question)
 {
     QuestionText text;
+    text.hint = hintOf(question);
     text.message = QStringLiteral("„%1“ ist im Ziel schon vorhanden").arg(question.name);
     text.informative =
         QStringLiteral("Im Ziel: ") + question.existingLine + QStringLiteral("\nNeu: ") + question.incomingLine;
@@ -27,6 +60,10 @@ QuestionText textOf(const ConflictQuestion &question)
     }
     text.buttons.push_back({QStringLiteral("Beide behalten"), ConflictAnswer{ConflictChoice::keepBoth}});
     text.buttons.push_back({QStringLiteral("Überspringen"), ConflictAnswer{ConflictChoice::skip}});
+    if (question.merge)
+        text.buttons.push_back({QStringLiteral("Zusammenführen"), ConflictAnswer{ConflictChoice::merge}});
+    if (question.mayWait)
+        text.buttons.push_back({QStringLiteral("Später fragen"), ConflictAnswer{ConflictChoice::later}});
     text.buttons.push_back(cancelButton(ConflictAnswer{}));
     if (question.remaining >= 2)
         text.forAll = QStringLiteral("Für alle %1 Konflikte übernehmen").arg(question.remaining);

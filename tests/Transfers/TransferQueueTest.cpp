@@ -100,6 +100,33 @@ TEST_F(ThreeConflictsTest, oneAnswerSettlesAllWhereItSaysSo)
     EXPECT_TRUE(replaced.record.entries.back().replaced);
 }
 
+TEST_F(ThreeConflictsTest, putOffWhatCollidesGoesLastAndCancelStopsOnlyThat)
+{
+    bool offered = false;
+    reply = [&](const TransferQuestion &question) {
+        const auto &conflict = std::get<ConflictQuestion>(question.about);
+        if (asked.size() == 1)
+            return ConflictAnswer{ConflictChoice::later};
+        EXPECT_EQ(world.tree().content("disk/frei"), "4");
+        offered = offered || conflict.mayWait;
+        return asked.size() == 2 ? ConflictAnswer{ConflictChoice::replace} : ConflictAnswer{};
+    };
+    const FinishedTransfer ended = runThree();
+    ASSERT_EQ(asked.size(), 3u);
+    EXPECT_FALSE(offered) << "once is enough";
+    EXPECT_EQ(textOf(asked[0]).buttons[3].title, QStringLiteral("Später fragen"));
+    EXPECT_TRUE(textOf(asked[1]).hint.contains(QStringLiteral("1 Element ist schon übertragen")));
+    EXPECT_TRUE(ended.outcome.cancelled);
+    EXPECT_EQ(ended.arrived(), std::vector<Location>{world.disk("frei")}) << "the last answers were not carried out";
+    EXPECT_EQ(world.tree().content("disk/a") + world.tree().content("disk/b"), "alt 1alt 2");
+
+    // Nothing else could go first.
+    asked.clear();
+    reply = always(ConflictAnswer{ConflictChoice::skip});
+    (void)run(request({"b"}, world.disk("")));
+    EXPECT_EQ(textOf(asked.at(0)).buttons.size(), 4u);
+}
+
 TEST_F(ThreeConflictsTest, cancelledAtAnyQuestionNothingHappens)
 {
     for (std::size_t at = 0; at < 3; ++at) {
@@ -176,7 +203,7 @@ TEST_F(TransferQueueTest, offersNoReplacementOfTheSourceOrWhatHoldsIt)
     ASSERT_EQ(asked.size(), 1u);
     EXPECT_EQ(std::get<ConflictQuestion>(asked[0].about).stays, WhyItStays::HoldsSource);
     const QuestionText text = textOf(asked[0]);
-    ASSERT_EQ(text.buttons.size(), 3u);
+    ASSERT_EQ(text.buttons.size(), 4u) << "with merging, which spares it";
     EXPECT_EQ(text.buttons[0].title, QStringLiteral("Beide behalten"));
     EXPECT_TRUE(text.informative.endsWith(QStringLiteral("enthält ein Original dieser Übertragung.")));
     // The source itself, by another path.
