@@ -119,8 +119,10 @@ void Transfer::inspected(Result<Inspection> inspection)
     if (!inspection)
         return endCancelled();
     m_inspection = std::move(*inspection);
-    if (std::optional<ObstacleQuestion> question = m_inspection.question())
+    if (std::optional<ObstacleQuestion> question = m_inspection.question()) {
+        question->transferred = m_outcome.done.size();
         return ask(std::move(*question));
+    }
     run();
 }
 

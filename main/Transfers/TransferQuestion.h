@@ -63,6 +63,7 @@ struct ObstacleQuestion {
     QStringList leftOut;
     bool foldersLeftOut = false;
     bool onlyAtTheSource = false; ///< all obstacles are at the source, none at the destination
+    std::size_t transferred = 0;  ///< number of entries that have gone already
 
     bool operator==(const ObstacleQuestion &) const = default;
 };

@@ -33,7 +33,7 @@ ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQue
 {
     setObjectName(QStringLiteral("conflictSheet"));
     setAccessibleName(textOf(question).message);
-    setAccessibleDescription(text().informative);
+    setAccessibleDescription(text().hint.isEmpty() ? text().informative : text().informative + u'\n' + text().hint);
     auto *const pair = new QHBoxLayout;
     pair->setSpacing(scaled(12));
     auto *const existing = new EntryTile(
@@ -51,6 +51,11 @@ ConflictSheet::ConflictSheet(const ConflictQuestion &conflict, const TransferQue
     TextLabel *const what = makeBody(consequence(text().informative), this);
     what->setObjectName(QStringLiteral("consequence"));
     content()->addWidget(what);
+    if (!text().hint.isEmpty()) {
+        TextLabel *const hint = makeSecondary(text().hint, this);
+        hint->setObjectName(QStringLiteral("conflictHint"));
+        content()->addWidget(hint);
+    }
     addForAll();
 }
 

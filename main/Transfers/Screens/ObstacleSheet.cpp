@@ -13,7 +13,10 @@ ObstacleSheet::ObstacleSheet(const TransferQuestion &question, QWidget *window)
 {
     setObjectName(QStringLiteral("obstacleSheet"));
     setAccessibleDescription(text().informative + u'\n' + text().hint);
-    TextLabel *const hint = makeBody(QStringLiteral("Noch ist nichts übertragen. ") + text().hint, this);
+    const bool begun = std::get<ObstacleQuestion>(question.about).transferred > 0;
+    const QString sofar =
+        begun ? QStringLiteral("Was schon übertragen ist, bleibt. ") : QStringLiteral("Noch ist nichts übertragen. ");
+    TextLabel *const hint = makeBody(sofar + text().hint, this);
     hint->setObjectName(QStringLiteral("obstacleHint"));
     hint->setMinimumWidth(1); // an unbreakable name must not widen the sheet
     content()->addWidget(hint);

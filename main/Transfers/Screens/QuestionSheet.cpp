@@ -7,7 +7,7 @@
 #include "Transfers/Screens/ObstacleSheet.h"
 
 #include <QCheckBox>
-#include <QHBoxLayout>
+#include <QGridLayout>
 
 #include <algorithm>
 #include <utility>
@@ -25,18 +25,33 @@ QString *nameIn(TransferQuestion &question)
     return nullptr;
 }
 
+/// Cell of a button: one row, or two that end at the last column where one would be too wide for large text.
+std::pair<int, int> cellOf(qsizetype index, qsizetype count)
+{
+    constexpr qsizetype mostInARow = 4;
+    constexpr qsizetype columns = 3;
+    if (count <= mostInARow)
+        return {0, static_cast<int>(index)};
+    const qsizetype cell = index + 2 * columns - count;
+    return {static_cast<int>(cell / columns), static_cast<int>(cell % columns)};
+}
+
 } // namespace
 
 QuestionSheet::QuestionSheet(QuestionText text, Roles roles, QSize wanted, QWidget *window)
     : SheetFrame(text.message, {}, wanted, window)
     , m_text(std::move(text))
 {
+    auto *const grid = new QGridLayout;
+    grid->setSpacing(scaled(8));
+    buttons()->addLayout(grid);
     for (qsizetype index = 0; const QuestionText::Button &button : m_text.buttons) {
         const ButtonKind kind = index == roles.usual    ? ButtonKind::Primary
                                 : index == roles.danger ? ButtonKind::Danger
                                                         : ButtonKind::Usual;
         QPushButton *const made = makeButton(button.title, kind, QStringLiteral("answer-") + button.title, this);
-        buttons()->addWidget(made);
+        const auto [row, column] = cellOf(index, std::ssize(m_text.buttons));
+        grid->addWidget(made, row, column);
         connect(made, &QPushButton::clicked, this, [this, button] { answer(button); });
         if (index++ == roles.usual)
             m_usual = made;

@@ -112,7 +112,9 @@ TEST_F(QuestionSheetTest, nothingIsCutWithALargeFontAndLongNames)
     Theme::shared().setFontFactor(1.25);
     window.resize(scaled(640), scaled(420));
     const QString line = QStringLiteral("mehr als 1.234 Einträge, mehr als 999,99 GB, 30. September 2026, 14:05");
-    ask(ConflictQuestion{longName, 3, true, {}, line, line, true});
+    ask(ConflictQuestion{longName, 3, true, {}, line, line, true, MergePreview{1234, false}, true, 56});
+    EXPECT_EQ(sheet->findChildren<QPushButton *>().size(), 6);
+    EXPECT_EQ(keys(), QStringLiteral("answer-Beide behalten"));
     QApplication::processEvents();
     for (const QPushButton *const button : sheet->findChildren<QPushButton *>()) {
         const QRect place(button->mapTo(&window, QPoint()), button->size());

@@ -48,8 +48,9 @@ TEST_F(TransferScreensTest, aTakenNameIsAskedAboutWithBothEntries)
     ASSERT_TRUE(asks("conflictSheet"));
     QWidget &sheet = *shownIn(window, "conflictSheet");
     EXPECT_EQ(sheet.accessibleName(), QStringLiteral("„a.txt“ ist im Ziel schon vorhanden"));
-    EXPECT_EQ(buttonTitles(sheet), (QStringList{QStringLiteral("Ersetzen"), QStringLiteral("Beide behalten"),
-                                                QStringLiteral("Überspringen"), QStringLiteral("Abbrechen")}));
+    EXPECT_EQ(buttonTitles(sheet),
+              (QStringList{QStringLiteral("Ersetzen"), QStringLiteral("Beide behalten"), QStringLiteral("Überspringen"),
+                           QStringLiteral("Später fragen"), QStringLiteral("Abbrechen")}));
     EXPECT_EQ(shownIn(sheet, "answer-Beide behalten"), QApplication::focusWidget());
     EXPECT_TRUE(shownIn(sheet, "existingEntry")->accessibleName().startsWith(QStringLiteral("Im Ziel: 5 Byte, ")));
     EXPECT_TRUE(shownIn(sheet, "incomingEntry")->accessibleName().startsWith(QStringLiteral("Neu: 5 Byte, ")));
