@@ -57,11 +57,14 @@ std::vector<ChangedEntry> changesOf(const UserAction &action)
     return changes;
 }
 
-/// The failed sources; all of them if the failure concerns the destination or something in a source.
-std::vector<Location> retried(const std::vector<Location> &failed, const std::vector<Location> &sources)
+/// The sources to transfer again: what failed may lie in one that is merged.
+std::vector<Location> sourcesOf(const std::vector<Location> &failed, const std::vector<Location> &sources)
 {
-    const auto isSource = [&](const Location &one) { return std::ranges::find(sources, one) != sources.end(); };
-    return !failed.empty() && std::ranges::all_of(failed, isSource) ? failed : sources;
+    std::vector<Location> again;
+    std::ranges::copy_if(sources, std::back_inserter(again), [&](const Location &source) {
+        return std::ranges::any_of(failed, [&](const Location &one) { return isAtOrBelow(one, standardised(source)); });
+    });
+    return again;
 }
 
 std::vector<Location> selectedIn(const BrowserModel &pane)
@@ -444,8 +447,11 @@ void FileCommands::finished(const FinishedTransfer &transfer)
 {
     const auto beside = m_beside.extract(transfer.record.id);
     const auto asked = std::ranges::find(m_panes, transfer.pane, [](const auto &one) { return one.first; });
-    if (asked != m_panes.end() && asked->second)
-        showArrival(transfer, *asked->second, beside ? beside.mapped() : std::vector<Location>());
+    if (asked == m_panes.end() || !asked->second)
+        return;
+    showArrival(transfer, *asked->second);
+    if (transfer.outcome.cancelled && !transfer.outcome.done.empty())
+        Q_EMIT said(QStringLiteral("Abgebrochen. %1.").arg(titleOf(transfer.record)));
 }
 
 void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane,
@@ -454,6 +460,8 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
     std::vector<ChangedEntry> changes;
     for (const TransferredEntry &entry : transfer.outcome.done)
         changes.push_back({entry.moved ? entry.src : Location(), entry.dst});
+    for (const MergedFolder &folder : transfer.outcome.emptied)
+        changes.push_back({folder.src, {}});
     const bool results = pane.searching.get() || pane.tagFilter.get();
     if (results)
         pane.showChanges(changes);
@@ -469,8 +477,9 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         pane.dismissError();
         return;
     }
-    const auto again = [this, &pane, transfer](const std::vector<Location> &failed) {
-        this->transfer(retried(failed, transfer.sources), transfer.record.destination, transfer.record.kind, pane);
+    const auto again = [this, &pane, to = transfer.record.destination, kind = transfer.record.kind,
+                        sources = transfer.sources](const std::vector<Location> &failed) {
+        this->transfer(sourcesOf(failed, sources), to, kind, pane);
     };
     pane.showFailure(paneFailure(*message, transfer.outcome.errors, again));
 }
