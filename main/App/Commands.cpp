@@ -98,16 +98,20 @@ std::vector<Command> fileCommands()
          {{QStringLiteral("in"), QStringLiteral("ORDNER"), QStringLiteral("dort und nicht daneben")}},
          runAliasCommand},
         {QStringLiteral("kopieren"),
-         QStringLiteral("QUELLE… ZIEL [--konflikt ersetzen|beide|ueberspringen|abbrechen]"),
+         QStringLiteral("QUELLE… ZIEL [--konflikt ersetzen|beide|ueberspringen|zusammenfuehren|abbrechen]"),
          QStringLiteral("in einen Ordner kopieren"),
          {{QStringLiteral("konflikt"), QStringLiteral("WAHL"),
-           QStringLiteral("was mit Einträgen geschieht, deren Name im Ziel vergeben ist")}},
+           QStringLiteral(
+               "was mit Einträgen geschieht, deren Name im Ziel vergeben ist; zusammenfuehren gilt für Ordner und "
+               "darf neben einer anderen Wahl stehen")}},
          runCopyCommand},
         {QStringLiteral("verschieben"),
-         QStringLiteral("QUELLE… ZIEL [--konflikt ersetzen|beide|ueberspringen|abbrechen]"),
+         QStringLiteral("QUELLE… ZIEL [--konflikt ersetzen|beide|ueberspringen|zusammenfuehren|abbrechen]"),
          QStringLiteral("in einen Ordner verschieben"),
          {{QStringLiteral("konflikt"), QStringLiteral("WAHL"),
-           QStringLiteral("was mit Einträgen geschieht, deren Name im Ziel vergeben ist")}},
+           QStringLiteral(
+               "was mit Einträgen geschieht, deren Name im Ziel vergeben ist; zusammenfuehren gilt für Ordner und "
+               "darf neben einer anderen Wahl stehen")}},
          runMoveCommand},
     };
 }

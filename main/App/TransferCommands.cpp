@@ -17,7 +17,7 @@ namespace brellin {
 
 namespace {
 
-/// The value of `--konflikt`. Without one: ask if possible.
+/// A value of `--konflikt`.
 struct ConflictWord {
     QLatin1StringView word;
     std::optional<ConflictChoice> choice; ///< nullopt: cancel
@@ -25,30 +25,47 @@ struct ConflictWord {
 constexpr std::array conflictWords{ConflictWord{QLatin1StringView("ersetzen"), ConflictChoice::replace},
                                    ConflictWord{QLatin1StringView("beide"), ConflictChoice::keepBoth},
                                    ConflictWord{QLatin1StringView("ueberspringen"), ConflictChoice::skip},
+                                   ConflictWord{QLatin1StringView("zusammenfuehren"), ConflictChoice::merge},
                                    ConflictWord{QLatin1StringView("abbrechen"), std::nullopt}};
 
-Result<std::optional<ConflictWord>> conflictWord(const Arguments &arguments)
+/// The values together: merging applies to folders, the last of the others to everything else. Without one: ask if
+/// possible.
+struct ConflictWish {
+    bool mergesFolders = false;
+    std::optional<ConflictWord> otherwise;
+};
+
+Result<ConflictWord> conflictWord(const QString &word)
 {
-    const std::vector<std::string> values = arguments.values(QStringLiteral("konflikt"));
-    if (values.empty())
-        return std::optional<ConflictWord>();
-    const QString word = asciiWord(values.back());
     QStringList known;
     for (const ConflictWord &one : conflictWords) {
         if (word == one.word)
-            return std::optional(one);
+            return one;
         known << one.word;
     }
     return failure(unknownWordMessage(QStringLiteral("Unbekannte Angabe"), printable(word), known));
+}
+
+Result<ConflictWish> conflictWish(const Arguments &arguments)
+{
+    ConflictWish wish;
+    for (const std::string &value : arguments.values(QStringLiteral("konflikt"))) {
+        const ConflictWord word = TRY(conflictWord(asciiWord(value)));
+        if (word.choice == ConflictChoice::merge)
+            wish.mergesFolders = true;
+        else
+            wish.otherwise = word;
+    }
+    return wish;
 }
 
 /// A transfer on the command line: answers questions according to `--konflikt`, by asking the user, or in the safest
 /// way, and waits for the end.
 class TransferCommand {
 public:
-    TransferCommand(CommandContext &context, std::optional<ConflictWord> word)
+    TransferCommand(CommandContext &context, ConflictWish wish)
         : m_context(context)
-        , m_word(word)
+        , m_wish(wish)
         , m_workers(context.services.volumes())
         , m_queue(context.services.forTransfers(m_workers), context.services.clock())
     {
@@ -91,18 +108,21 @@ private:
 
     std::optional<TransferAnswer> answerTo(const ConflictQuestion &question)
     {
-        if (!m_word && canAsk())
+        if (m_wish.mergesFolders && question.merge)
+            return ConflictAnswer{ConflictChoice::merge};
+        const std::optional<ConflictWord> &word = m_wish.otherwise;
+        if (!word && canAsk())
             return std::nullopt;
-        if (!m_word || !m_word->choice) {
+        if (!word || !word->choice) {
             m_context.terminal.message(
                 printable(QStringLiteral("„%1“ ist im Ziel schon vorhanden.").arg(question.name)));
             return ConflictAnswer{};
         }
-        if (*m_word->choice == ConflictChoice::replace && question.stays) {
+        if (*word->choice == ConflictChoice::replace && question.stays) {
             refuse(question.name, sentenceOf(*question.stays));
             return ConflictAnswer{ConflictChoice::skip};
         }
-        return ConflictAnswer{m_word->choice};
+        return ConflictAnswer{word->choice};
     }
 
     /// The command line never removes anything for good.
@@ -138,7 +158,7 @@ private:
     }
 
     CommandContext &m_context;
-    const std::optional<ConflictWord> m_word;
+    const ConflictWish m_wish;
     MountWorkers m_workers;
     TransferQueue m_queue;
     TerminalAnswer m_asking;
@@ -169,7 +189,7 @@ ExitCode report(const CommandContext &context, const FinishedTransfer &finished)
         context.terminal.message(printable(line));
     if (context.json())
         context.terminal.printJson(answerOf(finished));
-    else if (!outcome.done.empty())
+    else if (!outcome.done.empty() || !outcome.emptied.empty())
         context.terminal.print(printable(titleOf(finished.record)) + u'.');
     if (outcome.cancelled) {
         context.terminal.message(Failure::cancelled().message);
@@ -185,15 +205,15 @@ ExitCode runTransfer(CommandContext &context, TransferKind kind)
         return context.refuse(
             QStringLiteral("Was wohin? brellin %1 QUELLE… ZIEL")
                 .arg(kind == TransferKind::Move ? QStringLiteral("verschieben") : QStringLiteral("kopieren")));
-    const Result<std::optional<ConflictWord>> word = conflictWord(context.arguments);
-    if (!word)
-        return context.refuse(word.error().message);
+    const Result<ConflictWish> wish = conflictWish(context.arguments);
+    if (!wish)
+        return context.refuse(wish.error().message);
     TransferRequest request{{}, typedLocation(words.back()), kind, {}};
     std::transform(words.begin(), words.end() - 1, std::back_inserter(request.sources), typedLocation);
     std::error_code unknown;
     if (!std::filesystem::is_directory(request.destination, unknown))
         return context.refuse(QStringLiteral("„%1“ ist kein Ordner.").arg(printable(shown(Location(words.back())))));
-    return report(context, TransferCommand(context, *word).run(std::move(request)));
+    return report(context, TransferCommand(context, *wish).run(std::move(request)));
 }
 
 } // namespace

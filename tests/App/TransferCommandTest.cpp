@@ -64,6 +64,23 @@ TEST_F(TransferCommandTest, settlesConflictsAsTold)
     EXPECT_FALSE(tree.has("von/a.txt"));
 }
 
+TEST_F(TransferCommandTest, mergesFoldersAndTreatsTheRestAsTold)
+{
+    tree.lines({"nach/b/innen.txt=alt zwei", "nach/b/eigen=drei", "von/b/tief/neu=vier"});
+    const std::string before = tree.snapshot();
+    EXPECT_TRUE(
+        json("verschieben", {"--konflikt=zusammenfuehren", "von/b", "nach"}, 130)[QStringLiteral("cancelled")].toBool())
+        << "what collides inside is a question of its own";
+    EXPECT_EQ(tree.snapshot(), before);
+    const QJsonObject merged =
+        json("verschieben", {"--konflikt=zusammenfuehren", "--konflikt=ersetzen", "von/b", "von/a.txt", "nach"});
+    EXPECT_EQ(merged[QStringLiteral("steps")].toArray().size(), 3);
+    EXPECT_EQ(tree.content("nach/b/innen.txt") + tree.content("nach/b/eigen") + tree.content("nach/b/tief/neu") +
+                  tree.content("nach/a.txt"),
+              "zweidreivierneu");
+    EXPECT_FALSE(tree.has("von/b"));
+}
+
 TEST_F(TransferCommandTest, namesWhatItCannotDo)
 {
     EXPECT_EQ(run("kopieren", {"von"}).exitCode, 2);
