@@ -85,6 +85,34 @@ TEST_F(RecordedActionTest, takesBackAMoveFromYesterdayAfterARestart)
     EXPECT_TRUE(actionOf(steps().front()).entries.empty()) << "it is taken back only once";
 }
 
+TEST_F(RecordedActionTest, takesBackAMergeWithItsFoldersAndWhatItReplaced)
+{
+    for (const char *to : {"home/ziel", "disk"}) {
+        tree.file("home/ordner/tiefer/x", "vier");
+        tree.file(to + std::string("/ordner/tief"), "alt");
+        tree.file(to + std::string("/ordner/tiefer/x"), "älter");
+        const std::string before = snapshotOf(home("ordner")) + snapshotOf(tree.path(to) / "ordner");
+        TransferQueue queue({files, trash, volumes, workers, tree.path("logs"), {}, &records}, clock);
+        QObject receiver;
+        queue.questions.observe(&receiver, [&](const std::vector<TransferQuestion> &open) {
+            if (open.empty())
+                return;
+            const auto &asked = std::get<ConflictQuestion>(open.front().about);
+            queue.answer(open.front().id,
+                         ConflictAnswer{asked.merge ? ConflictChoice::merge : ConflictChoice::replace});
+        });
+        queue.transfer({{home("ordner")}, tree.path(to), TransferKind::Move, {}});
+        ASSERT_TRUE(waitUntil([&] { return queue.lastFinished.get().has_value(); }));
+        ASSERT_FALSE(entryExists(home("ordner")));
+
+        clock.time += std::chrono::days(1);
+        const KeptSteps kept = StepRecords(records.folder(), defaults, clock).read();
+        EXPECT_EQ(linesOf(takeBack(kept.steps.front()).failures), QStringList());
+        EXPECT_EQ(snapshotOf(home("ordner")) + snapshotOf(tree.path(to) / "ordner"), before) << to;
+        EXPECT_TRUE(steps().front().takenBack);
+    }
+}
+
 TEST_F(RecordedActionTest, knowsAnEntryAgainThoughItsDeviceHasAnotherNumber)
 {
     std::filesystem::rename(home("a.txt"), home("neu.txt"));
