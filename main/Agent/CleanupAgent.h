@@ -57,6 +57,10 @@ public:
     Published<std::map<QUuid, RunHistory::Aftermath>> aftermath; ///< what remains to be reported about undone runs
     Published<std::map<QUuid, QString>> notUndone;               ///< why the last undo of these runs failed
     Published<std::set<QUuid>> interruptedRuns;                  ///< interrupted runs that were recovered
+    /// How many proposals bringBack() would bring back.
+    brellin::Published<std::size_t> &discarded = m_listed.discarded;
+    /// The run that the last operation executed, until it is undone or another operation begins.
+    Published<std::optional<QUuid>> executedRun;
     /// Findings that must not be proposed again.
     brellin::Published<std::vector<NeverProposed>> &never = m_lists.never;
     Published<std::vector<StoredCondition>> damaged; ///< stored lists that cannot be read completely
@@ -102,8 +106,11 @@ public:
 
     /// Executes the ticked proposals as one run, in the order of the list.
     void executeChosen(const Done<ExecutionOutcome> &done = {});
-    /// Removes proposals from the list; their files stay as they are.
-    void discard(const std::set<QUuid> &ids);
+    /// Removes proposals from the list; their files stay as they are. `hidden`: how many of them the user does not see,
+    /// for the status.
+    void discard(const std::set<QUuid> &ids, std::size_t hidden = 0);
+    /// Brings back the proposals discarded last, unless the list has been replaced.
+    void bringBack();
     /// Ticks of the list, see ListedProposals.
     void choose(const std::set<QUuid> &ids) { m_listed.choose(ids); }
     void setChosen(const QUuid &proposal, Tick tick) { m_listed.setChosen(proposal, tick); }

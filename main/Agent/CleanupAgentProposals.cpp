@@ -1,5 +1,6 @@
 #include "Agent/CleanupAgent.h"
 
+#include "Base/German.h"
 #include "Guard/Guard.h"
 #include "Runs/AgentError.h"
 
@@ -57,10 +58,31 @@ Result<void> CleanupAgent::keepInstead(const QUuid &proposal)
     return turned;
 }
 
-void CleanupAgent::discard(const std::set<QUuid> &ids)
+void CleanupAgent::discard(const std::set<QUuid> &ids, std::size_t hidden)
 {
-    if (!running.get())
-        m_listed.remove(ids);
+    if (running.get() || ids.empty())
+        return;
+    m_failure.reset();
+    publish(executedRun, std::optional<QUuid>());
+    m_listed.discard(ids);
+    QString text =
+        counted(static_cast<qint64>(discarded.get()), QStringLiteral("Vorschlag"), QStringLiteral("Vorschläge")) +
+        QStringLiteral(" verworfen");
+    if (hidden > 0)
+        text += QStringLiteral(", davon %1 ausgeblendet").arg(german().toString(qulonglong(hidden)));
+    publish(status, text + u'.');
+}
+
+void CleanupAgent::bringBack()
+{
+    if (running.get() || discarded.get() == 0)
+        return;
+    const auto back = static_cast<qint64>(discarded.get());
+    m_listed.bringBack();
+    dropProtected();
+    publish(leftNothing, false);
+    publish(status, counted(back, QStringLiteral("Vorschlag ist"), QStringLiteral("Vorschläge sind")) +
+                        QStringLiteral(" wieder da."));
 }
 
 void CleanupAgent::leaveOut(const std::set<QUuid> &ids)

@@ -147,6 +147,8 @@ void CleanupAgent::finishScan(ScanEnd scan)
     setNewSinceViewed(newSinceViewed.get() + scan.added + static_cast<int>(byItself));
     const Result<void> noted = takeCheck(*scan.noted);
     publish(leftNothing, proposals.get().empty());
+    if (automatic && automatic->run && !automatic->notStored)
+        publish(executedRun, std::optional(automatic->run->id));
     end(m_findings.summary(std::ssize(proposals.get()), static_cast<std::int64_t>(byItself)) +
             (automatic ? noteNotStored(*automatic) : QString()) +
             (noted ? QString() : QStringLiteral(" · ") + noted.error().message),

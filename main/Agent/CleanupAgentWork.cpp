@@ -103,6 +103,7 @@ bool CleanupAgent::begin(const QString &what)
     m_failure.reset();
     m_notSearched.clear();
     m_cancelled = false;
+    publish(executedRun, std::optional<QUuid>());
     publish(running, true);
     publish(progress, 0.0);
     publish(status, what);
@@ -302,6 +303,8 @@ void CleanupAgent::executed(Worked<ExecutionOutcome> worked)
     if (!result->dropped.empty())
         text += u' ' + textOf(result->dropped);
     publish(leftNothing, proposals.get().empty());
+    if (result->run && !result->notStored)
+        publish(executedRun, std::optional(result->run->id));
     end(text, *std::move(result));
 }
 

@@ -45,7 +45,47 @@ void ListedProposals::show(std::vector<AgentProposal> list)
 {
     std::set<QUuid> ticked = tickedOf(list, proposals.get(), chosen.get());
     publish(failures, std::map<QUuid, QString>());
+    m_discarded.clear();
+    publishDiscarded();
     replace(std::move(list), std::move(ticked));
+}
+
+void ListedProposals::discard(const std::set<QUuid> &ids)
+{
+    std::vector<Discarded> away;
+    const std::vector<AgentProposal> &list = proposals.get();
+    for (std::size_t place = 0; place < list.size(); ++place) {
+        if (ids.contains(list[place].id))
+            away.push_back({list[place], place, chosen.get().contains(list[place].id)});
+    }
+    if (away.empty())
+        return;
+    m_discarded.push_back(std::move(away));
+    publishDiscarded();
+    remove(ids);
+}
+
+void ListedProposals::bringBack()
+{
+    if (m_discarded.empty())
+        return;
+    const std::vector<Discarded> back = std::move(m_discarded.back());
+    m_discarded.pop_back();
+    publishDiscarded();
+    std::vector<AgentProposal> list = proposals.get();
+    std::set<QUuid> ticked = chosen.get();
+    for (const Discarded &one : back) {
+        const std::size_t place = std::min(one.place, list.size());
+        list.insert(list.begin() + static_cast<std::ptrdiff_t>(place), one.proposal);
+        if (one.ticked)
+            ticked.insert(one.proposal.id);
+    }
+    replace(std::move(list), std::move(ticked));
+}
+
+void ListedProposals::publishDiscarded()
+{
+    publish(discarded, m_discarded.empty() ? 0 : m_discarded.back().size());
 }
 
 void ListedProposals::remove(const std::set<QUuid> &ids)
@@ -63,8 +103,12 @@ void ListedProposals::remove(const std::set<QUuid> &ids)
 
 void ListedProposals::follow(const ChangedProposals &followed)
 {
-    if (!followed.empty())
-        replaceKeepingTicks(withChanges(proposals.get(), followed));
+    if (followed.empty())
+        return;
+    // What was discarded may depend on the files that changed.
+    m_discarded.clear();
+    publishDiscarded();
+    replaceKeepingTicks(withChanges(proposals.get(), followed));
 }
 
 void ListedProposals::noteFailures(std::map<QUuid, QString> texts)
