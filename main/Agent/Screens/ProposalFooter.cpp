@@ -34,7 +34,10 @@ ProposalFooter::ProposalFooter(const AgentPorts &ports, ProposalModel &model, QW
     row->addWidget(m_execute);
 
     connect(m_handOver, &QPushButton::clicked, this, &ProposalFooter::handOverRequested);
-    connect(m_discard, &QPushButton::clicked, this, [this] { m_ports.agent.discard(m_model.visibleUnticked()); });
+    connect(m_discard, &QPushButton::clicked, this, [this] {
+        const std::set<QUuid> unticked = m_model.unticked();
+        m_ports.agent.discard(unticked, unticked.size() - m_model.visibleUnticked());
+    });
     connect(m_execute, &QPushButton::clicked, this, [this] { m_ports.agent.executeChosen(); });
     connect(&m_model, &QAbstractItemModel::dataChanged, this, &ProposalFooter::refresh);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &ProposalFooter::refresh);

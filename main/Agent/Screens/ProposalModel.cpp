@@ -242,13 +242,19 @@ void ProposalModel::toggle(int row)
     m_agent.choose(ticked);
 }
 
-std::set<QUuid> ProposalModel::visibleUnticked() const
+std::set<QUuid> ProposalModel::unticked() const
 {
     std::set<QUuid> ids;
-    for (const Row &row : m_rows)
-        if (row.proposal && !isTicked(*row.proposal))
-            ids.insert(row.proposal->id);
+    for (const AgentProposal &proposal : m_agent.proposals.get())
+        if (!isTicked(proposal))
+            ids.insert(proposal.id);
     return ids;
+}
+
+std::size_t ProposalModel::visibleUnticked() const
+{
+    return static_cast<std::size_t>(
+        std::ranges::count_if(m_rows, [this](const Row &row) { return row.proposal && !isTicked(*row.proposal); }));
 }
 
 int ProposalModel::hiddenTicked() const

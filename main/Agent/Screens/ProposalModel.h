@@ -34,8 +34,9 @@ public:
     void setFilter(const QString &text);
     /// Toggles a proposal, or all visible ones of a group.
     void toggle(int row);
-    /// Visible proposals that are not ticked.
-    std::set<QUuid> visibleUnticked() const;
+    /// All proposals that are not ticked, whether visible or not, and how many of them are visible.
+    std::set<QUuid> unticked() const;
+    std::size_t visibleUnticked() const;
     /// Number of ticked proposals that the filter hides.
     int hiddenTicked() const;
 
