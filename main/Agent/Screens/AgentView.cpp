@@ -82,6 +82,7 @@ void AgentView::buildStart()
     connect(m_start, &StartPage::areaRequested, this, &AgentView::open);
     connect(m_start, &StartPage::sheetRequested, this, &AgentView::openSheet);
     connect(m_start, &StartPage::guideRequested, this, &AgentView::showGuide);
+    connect(m_start, &StartPage::showRequested, this, &AgentView::showRequested);
     connect(m_start, &StartPage::scanRequested, this, &AgentView::scan);
     connect(m_start, &StartPage::analysisRequested, this, &AgentView::askForAnalysis);
 }

@@ -1,6 +1,7 @@
 #include "Agent/Screens/CleanupPage.h"
 
 #include "Agent/Screens/AgentArea.h"
+#include "Agent/Screens/AgentTexts.h"
 #include "Agent/Screens/ProposalFooter.h"
 #include "Agent/Screens/ProposalList.h"
 #include "Agent/Screens/RunLine.h"
@@ -34,6 +35,7 @@ CleanupPage::CleanupPage(const AgentPorts &ports, QWidget *parent)
     buildActions();
     buildBody();
     m_ports.agent.running.observe(this, [this](bool) { showRunning(); });
+    m_ports.agent.status.observe(this, [this](const QString &) { showContent(); });
     m_ports.agent.leftNothing.observe(this, [this](bool) { showContent(); });
     const ProposalModel &model = m_list->proposals();
     connect(&model, &QAbstractItemModel::modelReset, this, &CleanupPage::showContent);
@@ -73,8 +75,14 @@ void CleanupPage::buildBody()
 {
     auto *const line = new QHBoxLayout;
     line->setContentsMargins(scaled(30), 0, scaled(30), 0);
-    line->addWidget(new RunLine(m_ports.agent, this));
+    auto *const run = new RunLine(m_ports.agent, this);
+    line->addWidget(run);
     body()->addLayout(line);
+    connect(run, &RunLine::showRequested, this, &CleanupPage::showRequested);
+    m_about = makeSecondary({}, this);
+    m_about->setObjectName(QStringLiteral("agentListedFolder"));
+    m_about->setContentsMargins(scaled(30), 0, scaled(30), 0);
+    body()->insertWidget(0, m_about);
     m_content = new QStackedWidget(this);
     m_list = new ProposalList(m_ports, m_content);
     m_empty = new EmptyState(QStringLiteral("wand.and.sparkles"), nothingYet, howToBegin, m_content);
@@ -100,6 +108,10 @@ void CleanupPage::showContent()
 {
     const bool nothing = m_ports.agent.proposals.get().empty();
     const bool visible = m_list->proposals().rowCount() > 0;
+    const std::optional<Location> &folder = m_ports.agent.listedFolder();
+    m_about->setVisible(folder.has_value());
+    m_about->setText(folder ? QStringLiteral("Ordner analysiert: ") + crumbText(*folder, m_ports.services.folders.home)
+                            : QString());
     m_footer->setVisible(!nothing);
     m_filter->setVisible(!nothing);
     m_content->setCurrentWidget(visible ? static_cast<QWidget *>(m_list) : m_empty);

@@ -12,6 +12,7 @@ namespace brellin {
 class EmptyState;
 class ProposalFooter;
 class ProposalList;
+class TextLabel;
 
 /// The cleanup area: the proposals with their reasons, and the actions for them.
 class CleanupPage : public AgentPage {
@@ -43,6 +44,7 @@ private:
     ProposalList *m_list = nullptr;
     ProposalFooter *m_footer = nullptr;
     EmptyState *m_empty = nullptr;
+    TextLabel *m_about = nullptr; ///< names the analysed folder
 };
 
 } // namespace brellin

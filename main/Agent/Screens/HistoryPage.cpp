@@ -20,7 +20,9 @@ HistoryPage::HistoryPage(const AgentPorts &ports, QWidget *parent)
 {
     auto *const line = new QHBoxLayout;
     line->setContentsMargins(scaled(30), 0, scaled(30), 0);
-    line->addWidget(new RunLine(m_ports.agent, this));
+    auto *const run = new RunLine(m_ports.agent, this);
+    connect(run, &RunLine::showRequested, this, &HistoryPage::showRequested);
+    line->addWidget(run);
     body()->addLayout(line);
     auto *const list = new QWidget(m_content);
     auto *const column = new QVBoxLayout(list);

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -12,7 +13,8 @@ namespace brellin {
 
 class ElidedLabel;
 
-/// The current step with the file name and a cancel button; when idle, the result of the last operation.
+/// The current step with the file name and a cancel button; when idle, the result of the last operation, and what can
+/// be done about it: undo a run and show its folders, bring back discarded proposals.
 class RunLine : public QWidget {
     Q_OBJECT
 public:
@@ -20,7 +22,15 @@ public:
     enum class Beside { Nothing, DamageNotice };
     RunLine(CleanupAgent &agent, QWidget *parent, Beside beside = Beside::Nothing);
 
+    /// The user wants to see an entry of the run in its folder.
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
+
 private:
+    void buildAfterwards(QHBoxLayout &row);
+    void showAfterwards();
+    void undo();
+    void chooseFolder();
+    const JournalRun *executed() const;
     void showState();
     void showProgress();
     void showNotSearched();
@@ -33,6 +43,9 @@ private:
     ElidedLabel *m_detail;
     QProgressBar *m_bar;
     QPushButton *m_cancel;
+    QPushButton *m_undo = nullptr;
+    QPushButton *m_bringBack = nullptr;
+    QPushButton *m_folders = nullptr;
     QPushButton *m_details; ///< for folders that could not be searched
 };
 

@@ -55,7 +55,9 @@ StartPage::StartPage(const AgentPorts &ports, QWidget *parent)
     buildCards();
     auto *const line = new QHBoxLayout;
     line->setContentsMargins(shadowReach(), 0, shadowReach(), 0);
-    line->addWidget(new RunLine(m_ports.agent, m_inner, RunLine::Beside::DamageNotice));
+    auto *const run = new RunLine(m_ports.agent, m_inner, RunLine::Beside::DamageNotice);
+    connect(run, &RunLine::showRequested, this, &StartPage::showRequested);
+    line->addWidget(run);
     column->addLayout(line);
     column->addStretch(1);
 

@@ -24,6 +24,7 @@ public:
     Q_SIGNAL void guideRequested();
     Q_SIGNAL void scanRequested();
     Q_SIGNAL void analysisRequested();
+    Q_SIGNAL void showRequested(const brellin::Location &entry);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -71,13 +71,74 @@ TEST_F(ProposalsTest, keepTheirTicksUnderAFilter)
     list().setCurrentIndex(list().model()->index(0, 0));
     QTest::keyClick(&list(), Qt::Key_Space);
     EXPECT_EQ(agent->chosen.get().size(), 1U);
-    // So does discarding.
     click("agentDiscardUnticked");
     EXPECT_EQ(agent->proposals.get().size(), 1U);
     EXPECT_TRUE(find("agentEmpty")) << "nothing fits any more, and the list says so";
     find<QLineEdit>("agentFilter")->clear();
     EXPECT_EQ(textOfRow(1), QStringLiteral("Miete.pdf"));
     EXPECT_EQ(tickOf(1), Qt::Checked);
+}
+
+TEST_F(ProposalsTest, offerTheWayBackAndTheirFoldersAfterARun)
+{
+    tree().lines({"home/Downloads/a.pdf=1", "home/Downloads/b.pdf=22"});
+    show({movingPdfs()});
+    const std::string before = snapshot();
+    scan();
+    EXPECT_FALSE(find("agentUndoRun"));
+    click("agentExecute");
+    ASSERT_TRUE(settled());
+    QSignalSpy wanted(view, &AgentView::showRequested);
+    click("agentShowFolders");
+    ASSERT_EQ(wanted.count(), 1);
+    EXPECT_EQ(wanted[0][0].value<Location>().parent_path(), home("Dokumente/Rechnungen"));
+    click("agentUndoRun");
+    ASSERT_TRUE(settled());
+    EXPECT_EQ(snapshot(), before);
+    EXPECT_FALSE(find("agentUndoRun"));
+    EXPECT_FALSE(find("agentShowFolders"));
+}
+
+TEST_F(ProposalsTest, thatWereDiscardedComeBackWithTheHiddenOnes)
+{
+    tree().lines({"home/Downloads/Miete.pdf=1", "home/Downloads/Strom.pdf=2", "home/Downloads/Wasser.pdf=3"});
+    show({movingPdfs()});
+    scan();
+    const std::vector<AgentProposal> before = agent->proposals.get();
+    for (const char16_t *name : {u"Miete.pdf", u"Strom.pdf"}) {
+        select(QString::fromUtf16(name));
+        QTest::keyClick(&list(), Qt::Key_Space);
+    }
+    QTest::keyClicks(find<QLineEdit>("agentFilter"), QStringLiteral("strom"));
+    click("agentDiscardUnticked");
+    EXPECT_EQ(agent->status.get(), QStringLiteral("2 Vorschläge verworfen, davon 1 ausgeblendet."));
+    ASSERT_EQ(agent->proposals.get().size(), 1U);
+    find<QLineEdit>("agentFilter")->clear();
+    select(QStringLiteral("Wasser.pdf"));
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    EXPECT_TRUE(find("agentEmpty"));
+
+    click("agentBringBack");
+    EXPECT_EQ(tickOf(1), Qt::Checked) << "Wasser.pdf, as it was";
+    click("agentBringBack");
+    EXPECT_EQ(agent->status.get(), QStringLiteral("2 Vorschläge sind wieder da."));
+    EXPECT_EQ(agent->proposals.get(), before);
+    EXPECT_EQ(agent->chosen.get().size(), 1U);
+    EXPECT_FALSE(find("agentBringBack"));
+}
+
+TEST_F(ProposalsTest, ofAnAnalysisNameItsFolder)
+{
+    tree().lines({"home/Downloads/a.pdf=1", "home/Sammlung/a.txt=gleich", "home/Sammlung/b.txt=gleich"});
+    show({movingPdfs()});
+    scan();
+    EXPECT_FALSE(find("agentListedFolder"));
+    agent->analyze(home("Sammlung"));
+    ASSERT_TRUE(settled());
+    ASSERT_TRUE(find<QLabel>("agentListedFolder"));
+    EXPECT_TRUE(find<QLabel>("agentListedFolder")->text().endsWith(QStringLiteral("Sammlung")));
+    scan();
+    EXPECT_FALSE(find("agentListedFolder"));
 }
 
 TEST_F(ProposalsTest, keepTheCurrentRowWhenOthersComeAndGo)
