@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QWindow>
@@ -163,8 +164,13 @@ void AgentView::openSheet(AgentSheet sheet)
     switch (sheet) {
     case AgentSheet::CleanupRules: {
         auto *const rules = new RuleListSheet(m_ports, this);
-        connect(rules, &RuleListSheet::editRequested, this, [this](const CleanupRule &rule) {
-            const auto store = [this](const CleanupRule &edited) { return m_ports.agent.saveRule(edited); };
+        connect(rules, &RuleListSheet::editRequested, this, [this, list = QPointer(rules)](const CleanupRule &rule) {
+            const auto store = [this, list](const CleanupRule &edited) {
+                const Result<void> saved = m_ports.agent.saveRule(edited);
+                if (saved && list)
+                    list->select(edited.id);
+                return saved;
+            };
             present(new RuleEditor(m_ports, rule, store, this));
         });
         return present(rules);

@@ -40,10 +40,16 @@ QString hintFor(RuleAction action)
     return {};
 }
 
+bool isStored(const CleanupAgent &agent, const QUuid &rule)
+{
+    return std::ranges::find(agent.rules.get(), rule, &CleanupRule::id) != agent.rules.get().end();
+}
+
 } // namespace
 
 RuleEditor::RuleEditor(const AgentPorts &ports, const CleanupRule &rule, Done done, QWidget *window)
-    : SheetFrame(QStringLiteral("Regel bearbeiten"), {}, {900, 674}, window)
+    : SheetFrame(isStored(ports.agent, rule.id) ? QStringLiteral("Regel bearbeiten") : QStringLiteral("Neue Regel"), {},
+                 {900, 674}, window)
     , m_ports(ports)
     , m_rule(rule)
     , m_done(std::move(done))

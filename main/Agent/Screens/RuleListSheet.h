@@ -17,6 +17,8 @@ class RuleListSheet : public SheetFrame {
 public:
     RuleListSheet(const AgentPorts &ports, QWidget *window);
 
+    void select(const QUuid &rule);
+
     Q_SIGNAL void editRequested(const brellin::CleanupRule &rule);
 
 protected:
@@ -30,7 +32,6 @@ private:
     bool takesKey(QKeyEvent *event);
     void refresh();
     const CleanupRule *current() const;
-    void select(const QUuid &rule);
     void edit();
     void move(int by);
     void duplicate();

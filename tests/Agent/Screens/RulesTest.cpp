@@ -72,6 +72,21 @@ TEST_F(RulesTest, areNotShownAsTheExamplesWhileTheirListIsDamaged)
     EXPECT_TRUE(find("ruleEdit")->isEnabled());
 }
 
+TEST_F(RulesTest, thatAreNewAreTitledAndSelectedAsSuch)
+{
+    show({named(u"A"), named(u"B")});
+    click("cardCleanupSettings");
+    click("ruleNew");
+    EXPECT_EQ(find("ruleEditor")->accessibleName(), QStringLiteral("Neue Regel"));
+    find<QLineEdit>("ruleName")->setText(QStringLiteral("Neueste"));
+    find<QLineEdit>("ruleTarget")->setText(QStringLiteral("~/Dokumente"));
+    click("ruleSave");
+    ASSERT_FALSE(find("ruleEditor"));
+    EXPECT_EQ(list().currentIndex().data().toString(), QStringLiteral("Neueste"));
+    click("ruleEdit");
+    EXPECT_EQ(find("ruleEditor")->accessibleName(), QStringLiteral("Regel bearbeiten"));
+}
+
 TEST_F(RulesTest, areDroppedWhereTheMouseLetsGo)
 {
     show({named(u"A"), named(u"B"), named(u"C"), named(u"D")});
