@@ -10,21 +10,19 @@ const QString dualPaneKey = QStringLiteral("dualPane");
 
 } // namespace
 
-Panes::Panes(const BrowserServices &services, const Location &start)
-    : m_services(services)
-    , m_first(std::make_unique<BrowserModel>(services, start))
-{
-    publish(active, m_first.get());
-    if (plainSetting(m_services.defaults, dualPaneKey, false))
-        openSecond(start);
-}
+Panes::Panes(const BrowserServices &services, const Location &start) : Panes(services, StoredTab{{}, start}) {}
 
-Panes::Panes(const BrowserServices &services, const Location &start, const Location &second)
+Panes::Panes(const BrowserServices &services, const StoredTab &stored)
     : m_services(services)
-    , m_first(std::make_unique<BrowserModel>(services, start))
+    , m_first(std::make_unique<BrowserModel>(services, stored.path))
 {
     publish(active, m_first.get());
-    openSecond(second);
+    if (stored.second)
+        openSecond(*stored.second);
+    else if (!stored.single && plainSetting(m_services.defaults, dualPaneKey, false))
+        openSecond(stored.path);
+    if (stored.secondActive && m_second)
+        publish(active, m_second.get());
 }
 
 Result<void> Panes::setDualPane(bool on)

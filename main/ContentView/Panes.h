@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ContentView/BrowserModel.h"
+#include "ContentView/StoredWindows.h"
 
 #include <memory>
 
@@ -11,8 +12,8 @@ class Panes : public Model<Panes> {
 public:
     /// Shows `start` in one pane, or in two if the setting "dualPane" is on.
     Panes(const BrowserServices &services, const Location &start);
-    /// Restores a tab with two panes.
-    Panes(const BrowserServices &services, const Location &start, const Location &second);
+    /// Restores a tab.
+    Panes(const BrowserServices &services, const StoredTab &stored);
 
     Published<bool> dualPane;
     Published<BrowserModel *> active; ///< never null

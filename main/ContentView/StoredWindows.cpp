@@ -6,8 +6,12 @@ namespace brellin {
 
 template <>
 struct JsonTable<StoredTab> {
-    static constexpr std::tuple fields{field("id", &StoredTab::id), field("path", &StoredTab::path),
-                                       field("second", &StoredTab::second)};
+    static constexpr std::tuple fields{field("id", &StoredTab::id),
+                                       field("path", &StoredTab::path),
+                                       field("second", &StoredTab::second),
+                                       field("single", &StoredTab::single),
+                                       field("secondActive", &StoredTab::secondActive),
+                                       field("share", &StoredTab::share)};
 };
 
 template <>

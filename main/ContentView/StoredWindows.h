@@ -15,7 +15,10 @@ namespace brellin {
 struct StoredTab {
     QUuid id;
     Location path;
-    std::optional<Location> second; ///< folder of the second pane, if any
+    std::optional<Location> second = {}; ///< folder of the second pane, if any
+    bool single = false;                 ///< one pane, even if new tabs have two
+    bool secondActive = false;
+    int share = 500; ///< of the first pane's width, in thousandths
 
     bool operator==(const StoredTab &) const = default;
 };

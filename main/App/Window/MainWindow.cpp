@@ -57,7 +57,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     if (m_tabPages->count() == 0)
         addTab(services.folders().home);
     m_tabs->setCurrent(std::clamp(from.current, 0, m_tabPages->count() - 1));
-    m_tabPages->setCurrentIndex(m_tabs->current());
+    raisePage(m_tabs->current());
 
     placeAt(from.frame);
     if (from.maximised)
@@ -157,7 +157,7 @@ QWidget *MainWindow::buildPanes()
     connect(m_tabs, &TabBar::currentChanged, this, [this](int index) {
         if (index < 0 || index >= m_tabPages->count())
             return;
-        m_tabPages->setCurrentIndex(index);
+        raisePage(index);
         follow();
         tab()->focusActive();
         Q_EMIT changed();
@@ -180,13 +180,15 @@ void MainWindow::placeAt(const std::vector<int> &frame)
     setGeometry(fittingFrame(wanted, (there ? there : screen())->availableGeometry()));
 }
 
-TabPage *MainWindow::makeTab(const TabTarget &target, const std::optional<Location> &second)
+TabPage *MainWindow::makeTab(const StoredTab &from)
 {
-    auto *const page = new TabPage(m_services, target, second, m_tabPages);
+    auto *const page = new TabPage(m_services, from, m_tabPages);
     connect(page, &TabPage::activeChanged, this, [this, page] {
         if (page == tab())
             follow();
+        Q_EMIT changed();
     });
+    connect(page, &TabPage::shareChanged, this, &MainWindow::changed);
     connect(page, &TabPage::openRequested, this, &MainWindow::open);
     connect(page, &TabPage::tabRequested, this, &MainWindow::addTab);
     connect(page, &TabPage::backgroundTabRequested, this,
@@ -287,7 +289,7 @@ StoredWindow MainWindow::stored() const
 {
     StoredWindow window;
     for (int index = 0; index < m_tabPages->count(); ++index)
-        window.tabs.push_back(storedTab(index));
+        window.tabs.push_back(tabAt(index)->stored());
     window.current = m_tabs->current();
     const QRect frame = normalGeometry().isValid() ? normalGeometry() : geometry();
     window.frame = {frame.x(), frame.y(), frame.width(), frame.height()};

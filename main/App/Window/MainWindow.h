@@ -129,9 +129,10 @@ private:
     bool wouldCutShort() const;
     void askToClose(const std::function<void()> &agreed);
     void placeAt(const std::vector<int> &frame);
-    TabPage *makeTab(const TabTarget &target, const std::optional<Location> &second);
+    TabPage *makeTab(const StoredTab &from);
     void openTab(const Location &folder, TabOpening opening);
     void insertTab(int index, const StoredTab &wanted);
+    void raisePage(int index);
     void showTab(int index);
     void closeTab(int index);
     void closeOtherTabs(int index);
@@ -139,7 +140,6 @@ private:
     void moveTabPage(int from, int to);
     void showHistory(NavigationHistory::Way way, QWidget *under);
     void showTabMenu(int index, const QPoint &global);
-    StoredTab storedTab(int index) const;
     bool goByMouse(const QWidget *over, const QMouseEvent &press);
 
     TabPage *tabAt(int index) const;

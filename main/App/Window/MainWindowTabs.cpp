@@ -22,15 +22,6 @@ TabPage *MainWindow::tab() const
     return static_cast<TabPage *>(m_tabPages->currentWidget());
 }
 
-StoredTab MainWindow::storedTab(int index) const
-{
-    Panes &panes = tabAt(index)->panes();
-    StoredTab stored{tabAt(index)->id(), panes.first().current.get(), std::nullopt};
-    if (panes.second())
-        stored.second = panes.second()->current.get();
-    return stored;
-}
-
 void MainWindow::addTab(const Location &folder)
 {
     openTab(folder, TabOpening::InFront);
@@ -52,13 +43,22 @@ void MainWindow::insertTab(int index, const StoredTab &wanted)
 {
     // The tab first: the bar makes its first one current at once, which is ignored while there is no page.
     m_tabs->insert(index, m_services.folders().title(wanted.path));
-    m_tabPages->insertWidget(index, makeTab({wanted.id, wanted.path}, wanted.second));
+    m_tabPages->insertWidget(index, makeTab(wanted));
+}
+
+/// The stack focuses the first pane of a page that was never shown; the active one stays active.
+void MainWindow::raisePage(int index)
+{
+    Panes &panes = tabAt(index)->panes();
+    BrowserModel *const active = panes.active.get();
+    m_tabPages->setCurrentIndex(index);
+    panes.setActive(active);
 }
 
 void MainWindow::showTab(int index)
 {
     m_tabs->setCurrent(index);
-    m_tabPages->setCurrentIndex(index);
+    raisePage(index);
     follow();
     tab()->focusActive();
 }
@@ -69,14 +69,14 @@ void MainWindow::closeTab(int index)
         close();
         return;
     }
-    m_closedTabs.emplace_back(index, storedTab(index));
+    m_closedTabs.emplace_back(index, tabAt(index)->stored());
     if (m_closedTabs.size() > mostClosedTabs)
         m_closedTabs.erase(m_closedTabs.begin());
     QWidget *const page = m_tabPages->widget(index);
     m_following.reset();
     m_tabPages->removeWidget(page);
     m_tabs->remove(index);
-    m_tabPages->setCurrentIndex(m_tabs->current());
+    raisePage(m_tabs->current());
     follow();
     delete page;
     tab()->focusActive();
@@ -103,7 +103,7 @@ void MainWindow::closeOthers()
 /// Opens the same folders in a tab beside it.
 void MainWindow::duplicateTab(int index)
 {
-    StoredTab copy = storedTab(index);
+    StoredTab copy = tabAt(index)->stored();
     copy.id = QUuid::createUuid();
     insertTab(index + 1, copy);
     showTab(index + 1);

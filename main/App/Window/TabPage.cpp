@@ -2,15 +2,24 @@
 
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace brellin {
 
-TabPage::TabPage(const WindowServices &services, const TabTarget &target, const std::optional<Location> &second,
-                 QWidget *parent)
+namespace {
+
+/// The width of both panes in `StoredTab::share`.
+constexpr int whole = 1000;
+
+} // namespace
+
+TabPage::TabPage(const WindowServices &services, const StoredTab &from, QWidget *parent)
     : QWidget(parent)
     , m_services(services)
-    , m_id(target.id)
-    , m_panes(second ? Panes(services.panes, target.path, *second) : Panes(services.panes, target.path))
+    , m_id(from.id)
+    , m_panes(services.panes, from)
     , m_splitter(new QSplitter(Qt::Horizontal, this))
+    , m_share(std::clamp(from.share, 1, whole - 1))
 {
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -18,6 +27,7 @@ TabPage::TabPage(const WindowServices &services, const TabTarget &target, const 
     m_splitter->setObjectName(QStringLiteral("panes"));
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(1);
+    connect(m_splitter, &QSplitter::splitterMoved, this, &TabPage::keepShare);
     m_first = addView(m_panes.first());
     showSecond(m_panes.dualPane.get());
     m_panes.dualPane.observe(this, [this](bool on) { showSecond(on); });
@@ -50,7 +60,7 @@ void TabPage::showSecond(bool shown)
     if (shown && !m_second && m_panes.second()) {
         m_second = addView(*m_panes.second());
         m_second->setObjectName(QStringLiteral("secondPane"));
-        m_splitter->setSizes({1000, 1000});
+        m_splitter->setSizes({m_share, whole - m_share});
         m_second->show();
         Q_EMIT paneAdded(m_panes.second());
     } else if (!shown && m_second) {
@@ -58,6 +68,25 @@ void TabPage::showSecond(bool shown)
         delete std::exchange(m_second, nullptr);
     }
     showActive();
+}
+
+void TabPage::keepShare()
+{
+    const QList<int> widths = m_splitter->sizes();
+    m_share = std::clamp(widths.first() * whole / std::max(1, widths.first() + widths.last()), 1, whole - 1);
+    Q_EMIT shareChanged();
+}
+
+StoredTab TabPage::stored() const
+{
+    StoredTab tab{m_id, m_panes.first().current.get()};
+    tab.single = !m_panes.second();
+    if (m_panes.second()) {
+        tab.second = m_panes.second()->current.get();
+        tab.secondActive = m_panes.active.get() == m_panes.second();
+    }
+    tab.share = m_share;
+    return tab;
 }
 
 PaneView &TabPage::activeView() const

@@ -3,7 +3,7 @@
 #include "App/Window/WindowServices.h"
 #include "ContentView/Panes.h"
 #include "ContentView/Screens/PaneView.h"
-#include "ContentView/TabTarget.h"
+#include "ContentView/StoredWindows.h"
 
 #include <QSplitter>
 #include <QWidget>
@@ -14,10 +14,9 @@ namespace brellin {
 class TabPage : public QWidget {
     Q_OBJECT
 public:
-    TabPage(const WindowServices &services, const TabTarget &target, const std::optional<Location> &second,
-            QWidget *parent);
+    TabPage(const WindowServices &services, const StoredTab &from, QWidget *parent);
 
-    const QUuid &id() const { return m_id; }
+    StoredTab stored() const;
     Panes &panes() { return m_panes; }
     BrowserModel &active() const { return *m_panes.active.get(); }
     PaneView &activeView() const;
@@ -28,6 +27,8 @@ public:
     void switchPane();
 
     Q_SIGNAL void activeChanged();
+    /// The user has moved the line between the panes.
+    Q_SIGNAL void shareChanged();
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
     Q_SIGNAL void backgroundTabRequested(const brellin::Location &folder);
@@ -40,6 +41,7 @@ public:
 
 private:
     void showSecond(bool shown);
+    void keepShare();
     PaneView *addView(BrowserModel &pane);
     void showActive();
 
@@ -47,6 +49,7 @@ private:
     QUuid m_id;
     Panes m_panes;
     QSplitter *m_splitter;
+    int m_share; ///< of the first pane's width, in thousandths
     PaneView *m_first;
     PaneView *m_second = nullptr;
 };

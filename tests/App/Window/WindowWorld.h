@@ -41,7 +41,11 @@ protected:
     void open()
     {
         StoredWindow from;
-        from.tabs.push_back({QUuid::createUuid(), folder, std::nullopt});
+        from.tabs.push_back({QUuid::createUuid(), folder});
+        open(from);
+    }
+    void open(const StoredWindow &from)
+    {
         window = new MainWindow(composition->forWindows(), from);
         window->resize(1200, 700); // larger than the offscreen display's default
         window->show();

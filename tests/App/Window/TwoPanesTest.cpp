@@ -1,0 +1,76 @@
+#include "App/Window/WindowWorld.h"
+#include "System/PlainSetting.h"
+
+#include <QSplitter>
+
+using namespace brellin;
+using brellin::test::waitUntil;
+using brellin::test::WindowWorld;
+
+namespace {
+
+/// Two panes, on "links" and "rechts".
+class TwoPanesTest : public WindowWorld {
+protected:
+    TwoPanesTest()
+    {
+        for (const char *const name : {"links/a.txt", "links/b.txt", "rechts/r.txt"})
+            file(name);
+    }
+    ~TwoPanesTest() override { std::ignore = services->settings().setValue(QStringLiteral("dualPane"), false); }
+    void openBoth()
+    {
+        open();
+        pane().navigate(folder / "links");
+        key(Qt::Key_F3);
+        key(Qt::Key_F6);
+        pane().navigate(folder / "rechts");
+        key(Qt::Key_F6);
+        ASSERT_TRUE(folderBecomes(folder / "links"));
+    }
+    /// Closes the window and opens it as it was stored.
+    void restart()
+    {
+        const StoredWindow was = window->stored();
+        ASSERT_TRUE(storeWindows(services->settings(), {was}));
+        const StoredWindow kept = storedWindows(services->settings()).at(0);
+        ASSERT_TRUE(services->settings().replace(QStringLiteral("windows"), std::nullopt));
+        delete window;
+        open(kept);
+    }
+    QSplitter *splitter() const { return shownOne<QSplitter>(QStringLiteral("panes")); }
+};
+
+TEST_F(TwoPanesTest, comeBackAsTheyWere)
+{
+    openBoth();
+    QTest::mousePress(splitter()->handle(1), Qt::LeftButton, {}, QPoint(0, 50));
+    const QPoint left(-150, 50);
+    QMouseEvent move(QEvent::MouseMove, left, splitter()->handle(1)->mapToGlobal(left), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QCoreApplication::sendEvent(splitter()->handle(1), &move);
+    QTest::mouseRelease(splitter()->handle(1), Qt::LeftButton, {}, QPoint(0, 50));
+    const QList<int> before = splitter()->sizes();
+    ASSERT_LT(before[0], before[1] - 200);
+    key(Qt::Key_F6);
+    window->addTab(folder);
+    key(Qt::Key_F3); // this tab has one pane
+    restart();
+    EXPECT_FALSE(window->state().dualPane) << "a single tab comes back single";
+    key(Qt::Key_PageUp, Qt::ControlModifier);
+    ASSERT_TRUE(window->state().dualPane);
+    EXPECT_EQ(pane().current.get(), folder / "rechts") << "the right pane was active";
+    EXPECT_EQ(pane().partner->current.get(), folder / "links");
+    EXPECT_NEAR(splitter()->sizes()[0], before[0], 3);
+    // New tabs have two panes as long as the switch is on, also where a single one came back.
+    key(Qt::Key_F3);
+    key(Qt::Key_F3);
+    restart();
+    EXPECT_TRUE(window->state().dualPane);
+    window->addTab(folder);
+    EXPECT_TRUE(window->state().dualPane);
+    key(Qt::Key_PageUp, Qt::ControlModifier);
+    EXPECT_FALSE(window->state().dualPane);
+}
+
+} // namespace
