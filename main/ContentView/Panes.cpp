@@ -36,6 +36,12 @@ Result<void> Panes::setDualPane(bool on)
     return m_services.defaults.setValue(dualPaneKey, on);
 }
 
+void Panes::swap()
+{
+    if (m_second)
+        std::swap(m_first, m_second);
+}
+
 void Panes::setActive(BrowserModel *pane)
 {
     if (pane != nullptr && (pane == m_first.get() || pane == m_second.get()))

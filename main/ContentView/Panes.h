@@ -25,6 +25,8 @@ public:
     /// Opens a second pane in the first one's folder, or closes it, and stores that as the default. If it cannot be
     /// stored, switches this tab only and returns the failure.
     Result<void> setDualPane(bool on);
+    /// Exchanges the panes' sides. Each keeps what it shows and selects, the active one stays active.
+    void swap();
     /// Call when a pane gets the focus; others than the tab's own are ignored.
     void setActive(BrowserModel *pane);
 

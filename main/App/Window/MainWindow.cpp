@@ -197,6 +197,7 @@ TabPage *MainWindow::makeTab(const StoredTab &from)
     connect(page, &TabPage::rightsWanted, this, [this](const Location &entry) { m_files->showProperties({entry}); });
     connect(page, &TabPage::escaped, this, [] { clearCutFiles(); });
     connect(page, &TabPage::dropped, this, &MainWindow::drop);
+    connect(page, &TabPage::failed, this, &MainWindow::fail);
     const auto know = [this, page](BrowserModel *pane) {
         m_files->add(pane);
         pane->place.observe(page, [this](const Place &) { showTitles(); });

@@ -1,5 +1,9 @@
 #include "App/Window/TabPage.h"
 
+#include "App/Window/PaneHeading.h"
+
+#include <QApplication>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -28,7 +32,7 @@ TabPage::TabPage(const WindowServices &services, const StoredTab &from, QWidget 
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(1);
     connect(m_splitter, &QSplitter::splitterMoved, this, &TabPage::keepShare);
-    m_first = addView(m_panes.first());
+    m_first = addSide(m_panes.first());
     showSecond(m_panes.dualPane.get());
     m_panes.dualPane.observe(this, [this](bool on) { showSecond(on); });
     m_panes.active.observe(this, [this](BrowserModel *) {
@@ -38,11 +42,29 @@ TabPage::TabPage(const WindowServices &services, const StoredTab &from, QWidget 
     showActive();
 }
 
-PaneView *TabPage::addView(BrowserModel &pane)
+/// The pane may be deleted by the click on its heading's ×, so it is closed afterwards.
+TabPage::Side TabPage::addSide(BrowserModel &pane)
+{
+    Side side;
+    side.column = new QWidget(m_splitter);
+    auto *const column = new QVBoxLayout(side.column);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    side.heading = new PaneHeading(pane, m_services.folders(), side.column);
+    side.view = addView(pane, side.column);
+    column->addWidget(side.heading);
+    column->addWidget(side.view, 1);
+    connect(side.heading, &PaneHeading::clicked, side.view, &PaneView::focusList);
+    connect(side.heading, &PaneHeading::closeRequested, this, [this, &pane] { closePane(pane); }, Qt::QueuedConnection);
+    m_splitter->addWidget(side.column);
+    return side;
+}
+
+PaneView *TabPage::addView(BrowserModel &pane, QWidget *parent)
 {
     auto *const view = new PaneView(
         pane, {m_services.panes.defaults, m_services.panes.sizes, m_services.panes.colors, &m_services.thumbnails},
-        m_splitter);
+        parent);
     connect(view, &PaneView::focused, this, [this, &pane] { m_panes.setActive(&pane); });
     connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
     connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
@@ -51,22 +73,46 @@ PaneView *TabPage::addView(BrowserModel &pane)
     connect(view, &PaneView::rightsWanted, this, &TabPage::rightsWanted);
     connect(view, &PaneView::escaped, this, &TabPage::escaped);
     connect(view, &PaneView::dropped, this, [this, &pane](const DroppedFiles &files) { Q_EMIT dropped(files, &pane); });
-    m_splitter->addWidget(view);
     return view;
 }
 
 void TabPage::showSecond(bool shown)
 {
-    if (shown && !m_second && m_panes.second()) {
-        m_second = addView(*m_panes.second());
-        m_second->setObjectName(QStringLiteral("secondPane"));
+    if (shown && !m_second.view && m_panes.second()) {
+        m_second = addSide(*m_panes.second());
         m_splitter->setSizes({m_share, whole - m_share});
-        m_second->show();
+        m_second.column->show();
         Q_EMIT paneAdded(m_panes.second());
-    } else if (!shown && m_second) {
+    } else if (!shown && m_second.view) {
         // The pane's model is destroyed after this callback, so the view must go first.
-        delete std::exchange(m_second, nullptr);
+        delete std::exchange(m_second, Side()).column;
     }
+    showActive();
+}
+
+void TabPage::closePane(BrowserModel &pane)
+{
+    if (!m_second.view)
+        return;
+    if (&pane == &m_panes.first())
+        swapPanes();
+    if (const Result<void> kept = m_panes.setDualPane(false); !kept)
+        Q_EMIT failed(kept.error().message);
+    focusActive();
+}
+
+void TabPage::swapPanes()
+{
+    if (!m_second.view)
+        return;
+    const QList<int> widths = m_splitter->sizes();
+    m_panes.swap();
+    std::swap(m_first, m_second);
+    const QPointer<QWidget> focus = QApplication::focusWidget();
+    m_splitter->insertWidget(0, m_first.column);
+    m_splitter->setSizes(widths);
+    if (focus)
+        focus->setFocus(); // moving a widget takes its focus
     showActive();
 }
 
@@ -89,16 +135,30 @@ StoredTab TabPage::stored() const
     return tab;
 }
 
+TabPage::Side TabPage::activeSide() const
+{
+    return m_second.view && &m_second.view->pane() == m_panes.active.get() ? m_second : m_first;
+}
+
 PaneView &TabPage::activeView() const
 {
-    return m_second && &m_second->pane() == m_panes.active.get() ? *m_second : *m_first;
+    return *activeSide().view;
 }
 
 void TabPage::showActive()
 {
-    m_first->setActive(&activeView() == m_first);
-    if (m_second)
-        m_second->setActive(&activeView() == m_second);
+    for (const Side &side : {m_first, m_second}) {
+        if (!side.view)
+            continue;
+        const bool active = side.view == &activeView();
+        side.view->setActive(active);
+        side.heading->setActive(active);
+        side.heading->setVisible(m_second.view != nullptr);
+    }
+    if (m_second.view) {
+        m_first.view->setObjectName(QStringLiteral("pane"));
+        m_second.view->setObjectName(QStringLiteral("secondPane"));
+    }
 }
 
 void TabPage::focusActive()
@@ -108,15 +168,15 @@ void TabPage::focusActive()
 
 void TabPage::activatePaneOf(const QWidget *inside)
 {
-    for (PaneView *const view : {m_first, m_second})
-        if (view && view->isAncestorOf(inside))
-            m_panes.setActive(&view->pane());
+    for (const Side &side : {m_first, m_second})
+        if (side.view && side.column->isAncestorOf(inside))
+            m_panes.setActive(&side.view->pane());
 }
 
 void TabPage::switchPane()
 {
-    if (m_second)
-        (&activeView() == m_first ? m_second : m_first)->focusList();
+    if (m_second.view)
+        (&activeView() == m_first.view ? m_second : m_first).view->focusList();
 }
 
 } // namespace brellin

@@ -10,6 +10,8 @@
 
 namespace brellin {
 
+class PaneHeading;
+
 /// One tab with one or two panes side by side.
 class TabPage : public QWidget {
     Q_OBJECT
@@ -25,6 +27,8 @@ public:
     void activatePaneOf(const QWidget *inside);
     /// Focuses the other pane.
     void switchPane();
+    /// Exchanges the sides of two panes.
+    void swapPanes();
 
     Q_SIGNAL void activeChanged();
     /// The user has moved the line between the panes.
@@ -35,14 +39,26 @@ public:
     Q_SIGNAL void menuRequested(const QPoint &global);
     Q_SIGNAL void rightsWanted(const brellin::Location &entry);
     Q_SIGNAL void escaped();
+    /// The switch for two panes could not be stored.
+    Q_SIGNAL void failed(const QString &message);
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files, brellin::BrowserModel *pane);
     /// Emitted when the second pane was created.
     Q_SIGNAL void paneAdded(brellin::BrowserModel *pane);
 
 private:
+    /// A pane below its heading, which is shown if there are two.
+    struct Side {
+        QWidget *column = nullptr;
+        PaneHeading *heading = nullptr;
+        PaneView *view = nullptr;
+    };
+
     void showSecond(bool shown);
+    void closePane(BrowserModel &pane);
     void keepShare();
-    PaneView *addView(BrowserModel &pane);
+    Side addSide(BrowserModel &pane);
+    PaneView *addView(BrowserModel &pane, QWidget *parent);
+    Side activeSide() const;
     void showActive();
 
     WindowServices m_services;
@@ -50,8 +66,8 @@ private:
     Panes m_panes;
     QSplitter *m_splitter;
     int m_share; ///< of the first pane's width, in thousandths
-    PaneView *m_first;
-    PaneView *m_second = nullptr;
+    Side m_first;
+    Side m_second; ///< null if there is one pane
 };
 
 } // namespace brellin

@@ -73,4 +73,32 @@ TEST_F(TwoPanesTest, comeBackAsTheyWere)
     EXPECT_FALSE(window->state().dualPane);
 }
 
+TEST_F(TwoPanesTest, headingsSayWhatEachShowsAndCloseIt)
+{
+    openBoth();
+    const auto heading = [this](int side) {
+        std::vector<QWidget *> shown;
+        for (QWidget *const one : window->findChildren<QWidget *>(QStringLiteral("paneHeading")))
+            if (one->isVisible())
+                shown.push_back(one);
+        std::ranges::sort(shown, {}, [this](const QWidget *one) { return one->mapTo(window, QPoint()).x(); });
+        return shown.at(static_cast<std::size_t>(side));
+    };
+    EXPECT_EQ(heading(0)->accessibleName(), QStringLiteral("links, aktiv"));
+    EXPECT_EQ(heading(1)->accessibleName(), QStringLiteral("rechts"));
+    const auto lineOver = [&](int side) { return heading(side)->grab().toImage().pixelColor(20, 1); };
+    EXPECT_EQ(lineOver(0), color(Token::Accent));
+    EXPECT_NE(lineOver(1), color(Token::Accent));
+    QTest::mouseClick(heading(1), Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_EQ(pane().current.get(), folder / "rechts");
+    EXPECT_EQ(lineOver(1), color(Token::Accent));
+    pane().showPlace(Place::search(folder / "rechts", QStringLiteral("r")));
+    EXPECT_EQ(heading(1)->accessibleName(), QStringLiteral("Suche „r“ in rechts, aktiv"));
+    QTest::mouseClick(heading(0)->findChild<QWidget *>(QStringLiteral("closePane")), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([this] { return !window->state().dualPane; }));
+    EXPECT_EQ(pane().current.get(), folder / "rechts") << "the other one stays";
+    EXPECT_EQ(shownOne<QWidget>(QStringLiteral("paneHeading")), nullptr) << "one pane needs none";
+    EXPECT_TRUE(QApplication::focusWidget()->isVisible());
+}
+
 } // namespace
