@@ -314,6 +314,18 @@ void FileCommands::moveTo(BrowserModel &pane)
     askForFolder(TransferKind::Move, pane);
 }
 
+void FileCommands::copyToOther(BrowserModel &pane)
+{
+    if (pane.partner)
+        transfer(selectedIn(pane), pane.partner->current.get(), TransferKind::Copy, pane);
+}
+
+void FileCommands::moveToOther(BrowserModel &pane)
+{
+    if (pane.partner)
+        transfer(selectedIn(pane), pane.partner->current.get(), TransferKind::Move, pane);
+}
+
 void FileCommands::copyPath(BrowserModel &pane)
 {
     DesktopPasteboard().setText(pathText(selectedIn(pane)));
@@ -467,8 +479,13 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         pane.showChanges(changes);
     else
         pane.reload();
-    if (const std::vector<Location> arrived = transfer.arrived();
-        !arrived.empty() && arrived.front().parent_path() == pane.current.get())
+    const std::vector<Location> arrived = transfer.arrived();
+    const Location into = arrived.empty() ? Location() : arrived.front().parent_path();
+    if (pane.partner && pane.partner->current.get() == into) {
+        pane.partner->showChanges(changes);
+        pane.partner->select(arrived);
+    }
+    if (pane.current.get() == into)
         pane.select(arrived);
     else if (pane.selection.get().empty())
         pane.selectFirstOf(beside);

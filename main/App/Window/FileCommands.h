@@ -49,6 +49,9 @@ public:
     void duplicate(BrowserModel &pane);
     void copyTo(BrowserModel &pane);
     void moveTo(BrowserModel &pane);
+    /// To the folder of the other pane.
+    void copyToOther(BrowserModel &pane);
+    void moveToOther(BrowserModel &pane);
     void copyPath(BrowserModel &pane);
     void undo();
     void redo();

@@ -200,7 +200,11 @@ TabPage *MainWindow::makeTab(const StoredTab &from)
     connect(page, &TabPage::failed, this, &MainWindow::fail);
     const auto know = [this, page](BrowserModel *pane) {
         m_files->add(pane);
-        pane->place.observe(page, [this](const Place &) { showTitles(); });
+        pane->place.observe(page, [this, page](const Place &) {
+            showTitles();
+            if (page == tab())
+                refreshState(); // some commands depend on the other pane
+        });
     };
     connect(page, &TabPage::paneAdded, this, know);
     know(&page->panes().first());

@@ -76,6 +76,7 @@ public:
     void togglePin();
     void toggleDualPane();
     void switchPane();
+    void swapPanes();
     void togglePreview();
     void toggleSidebar();
     void showSettings();
@@ -188,6 +189,8 @@ private:
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);
     void addUndoList(QMenu &menu);
+    void addCommand(QMenu &menu, CommandId id, const QString &symbol);
+    void addOtherPane(QMenu &menu, const std::vector<std::pair<CommandId, QString>> &commands);
     void addPinEntry(QMenu &menu, const Location &folder);
     void addTagMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addColorMenu(QMenu &menu, const std::vector<FileItem> &items);

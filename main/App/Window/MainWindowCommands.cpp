@@ -193,6 +193,12 @@ void MainWindow::switchPane()
     tab()->switchPane();
 }
 
+void MainWindow::swapPanes()
+{
+    tab()->swapPanes();
+    Q_EMIT changed();
+}
+
 void MainWindow::togglePreview()
 {
     const bool shown = !state().preview;

@@ -74,12 +74,7 @@ void MainWindow::showMenu(const QPoint &global)
     refreshState();
     QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
     const std::vector<FileItem> selected = pane()->selectedItems();
-    const auto add = [this, menu](CommandId id, const QString &symbol) {
-        QAction *const entry =
-            menu->addAction(Symbols::icon(symbol), windowCommand(id).title, this, [this, id] { run(id); });
-        entry->setEnabled(m_actions.at(id)->isEnabled());
-        entry->setText(titleWithKey(id));
-    };
+    const auto add = [this, menu](CommandId id, const QString &symbol) { addCommand(*menu, id, symbol); };
     using enum CommandId;
     if (selected.empty()) {
         add(NewFolder, QStringLiteral("folder-plus"));
@@ -92,6 +87,8 @@ void MainWindow::showMenu(const QPoint &global)
         add(ShowHidden, QStringLiteral("eye"));
         tab()->activeView().addArrangementTo(*menu);
         menu->addSeparator();
+        addOtherPane(*menu,
+                     {{SwapPanes, QStringLiteral("arrow-right-left")}, {SameFolder, QStringLiteral("columns-2")}});
         add(OpenTerminal, QStringLiteral("terminal"));
         add(StorageOverview, QStringLiteral("chart-pie"));
         addPinEntry(*menu, pane()->current.get());
@@ -111,6 +108,7 @@ void MainWindow::showMenu(const QPoint &global)
     add(Copy, QStringLiteral("copy"));
     add(Paste, QStringLiteral("clipboard-paste"));
     add(Duplicate, QStringLiteral("files"));
+    addOtherPane(*menu, {{CopyToOther, QStringLiteral("copy")}, {MoveToOther, QStringLiteral("folder-output")}});
     add(CopyPath, QStringLiteral("link"));
     menu->addSeparator();
     add(Rename, QStringLiteral("pencil"));
@@ -128,6 +126,21 @@ void MainWindow::showMenu(const QPoint &global)
     menu->addSeparator();
     add(Properties, QStringLiteral("info"));
     menu->popup(global);
+}
+
+void MainWindow::addCommand(QMenu &menu, CommandId id, const QString &symbol)
+{
+    QAction *const entry = menu.addAction(Symbols::icon(symbol), titleWithKey(id), this, [this, id] { run(id); });
+    entry->setEnabled(m_actions.at(id)->isEnabled());
+}
+
+/// Commands for two panes, left out if there is one.
+void MainWindow::addOtherPane(QMenu &menu, const std::vector<std::pair<CommandId, QString>> &commands)
+{
+    if (!tab()->panes().dualPane.get())
+        return;
+    for (const auto &[id, symbol] : commands)
+        addCommand(menu, id, symbol);
 }
 
 void MainWindow::addPinEntry(QMenu &menu, const Location &folder)

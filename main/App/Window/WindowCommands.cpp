@@ -76,6 +76,20 @@ bool withTwoPanes(const State &state)
 {
     return inFolder(state) && state.dualPane;
 }
+/// Whether the other pane shows a folder that the selected entries are not in. Results come from anywhere.
+bool withOtherFolder(const State &state)
+{
+    if (!withSelection(state) || !state.pane->partner)
+        return false;
+    const Place &other = state.pane->partner->place.get();
+    return other.kind == Place::Kind::Folder && (state.results || other.location != state.pane->current.get());
+}
+bool withFolderForOther(const State &state)
+{
+    if (!withTwoPanes(state) || !state.pane->partner || state.pane->place.get().kind != Place::Kind::Folder)
+        return false;
+    return state.pane->partner->place.get() != state.pane->place.get();
+}
 bool asList(const State &state)
 {
     return inFolder(state) && state.pane->viewMode.get() == ViewMode::Details;
@@ -215,6 +229,10 @@ std::vector<WindowCommand> editMenu()
              run(&FileCommands::duplicate));
     menu.add(CopyTo, QStringLiteral("Kopieren nach …"), {}, leaves, withSelection, run(&FileCommands::copyTo));
     menu.add(MoveTo, QStringLiteral("Verschieben nach …"), {}, leaves, withSelection, run(&FileCommands::moveTo));
+    menu.add(CopyToOther, QStringLiteral("In den anderen Ordner kopieren"), {shift | Qt::Key_F5}, leaves,
+             withOtherFolder, run(&FileCommands::copyToOther));
+    menu.add(MoveToOther, QStringLiteral("In den anderen Ordner verschieben"), {shift | Qt::Key_F6}, leaves,
+             withOtherFolder, run(&FileCommands::moveToOther));
     menu.add(SelectAll, QStringLiteral("Alles auswählen"), {control | Qt::Key_A}, leaves, inFolder,
              run(&BrowserModel::selectAll));
     menu.add(CopyPath, QStringLiteral("Pfad kopieren"), {control | alt | Qt::Key_C}, leaves, withSelection,
@@ -283,6 +301,10 @@ std::vector<WindowCommand> viewMenu()
              run(&MainWindow::toggleDualPane), [](const State &state) { return state.dualPane; });
     menu.add(OtherPane, QStringLiteral("Zum anderen Ordner wechseln"), {Qt::Key_F6}, leaves, withTwoPanes,
              run(&MainWindow::switchPane));
+    menu.add(SwapPanes, QStringLiteral("Ordner tauschen"), {control | Qt::Key_U}, leaves, withTwoPanes,
+             run(&MainWindow::swapPanes));
+    menu.add(SameFolder, QStringLiteral("Gleicher Ordner drüben"), {control | Qt::Key_G}, leaves, withFolderForOther,
+             [](const CommandTarget &on) { on.pane.partner->navigate(on.pane.current.get()); });
     menu.add(Preview, QStringLiteral("Vorschaufenster ein/aus"), {control | alt | Qt::Key_P, Qt::Key_F11}, works,
              inFolder, run(&MainWindow::togglePreview), [](const State &state) { return state.preview; });
     menu.add(Sidebar, QStringLiteral("Seitenleiste"), {Qt::Key_F9}, works, always, run(&MainWindow::toggleSidebar),

@@ -72,6 +72,9 @@ protected:
             pane().setSelection(Selection({folder / "unter"}));
         if (id == CommandId::Unpack)
             pane().setSelection(Selection({folder / "kaputt.zip"}));
+        if (id == CommandId::CopyToOther || id == CommandId::MoveToOther || id == CommandId::SameFolder ||
+            id == CommandId::SwapPanes)
+            pane().partner->navigate(folder / "unter");
         if (id == CommandId::ReopenTab)
             window->run(CommandId::CloseTab);
         if (id == CommandId::Details)
@@ -105,13 +108,14 @@ protected:
             all << shown(one.path());
         const BrowserModel &now = pane();
         const CommandState state = window->state();
-        all << shown(now.current.get()) << now.place.get().name << now.errorMessage.get().value_or(QString());
+        all << shown(window->stored().tabs.back().path) << shown(now.current.get()) << now.place.get().name
+            << now.errorMessage.get().value_or(QString());
         for (const auto number : std::initializer_list<std::size_t>{
                  static_cast<std::size_t>(now.place.get().kind), now.backStack().size(), now.forwardStack().size(),
                  now.selection.get().size(), now.renameTarget.get().has_value(), now.showHidden.get(),
-                 static_cast<std::size_t>(now.viewMode.get()), static_cast<std::size_t>(now.iconSize.get()),
-                 state.dualPane, state.preview, state.sidebar, window->stored().tabs.size(),
-                 static_cast<std::size_t>(window->stored().current),
+                 static_cast<std::size_t>(now.viewMode.get()), now.partner && now.partner->current.get() == folder,
+                 static_cast<std::size_t>(now.iconSize.get()), state.dualPane, state.preview, state.sidebar,
+                 window->stored().tabs.size(), static_cast<std::size_t>(window->stored().current),
                  composition->forWindows().pins.entries.get().size()})
             all << QString::number(number);
         const QWidget *const focus = QApplication::focusWidget();

@@ -73,6 +73,50 @@ TEST_F(TwoPanesTest, comeBackAsTheyWere)
     EXPECT_FALSE(window->state().dualPane);
 }
 
+/// The flow of a minute's work, without the mouse.
+TEST_F(TwoPanesTest, areWorkedInByKeyboardAlone)
+{
+    openBoth();
+    const auto select = [this](const char *name) {
+        type(QString::fromUtf8(name));
+        ASSERT_TRUE(waitUntil([this] { return window->state().selected; }));
+    };
+    select("a");
+    key(Qt::Key_F5, Qt::ShiftModifier);
+    EXPECT_TRUE(waitUntil([this] { return has("rechts/a.txt") && has("links/a.txt"); }));
+    EXPECT_TRUE(waitUntil([this] { return pane().partner->selection.get().contains(folder / "rechts/a.txt"); }))
+        << "what arrived is selected over there";
+    EXPECT_EQ(pane().current.get(), folder / "links");
+    key(Qt::Key_Escape);
+    key(Qt::Key_End);
+    ASSERT_EQ(pane().onlySelected()->location(), folder / "links/b.txt");
+    key(Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_TRUE(waitUntil([this] { return has("rechts/b.txt") && !has("links/b.txt"); }));
+    ASSERT_TRUE(waitUntil([this] { return !composition->forWindows().transfers.busy(); }));
+
+    key(Qt::Key_U, Qt::ControlModifier);
+    EXPECT_EQ(pane().current.get(), folder / "links") << "the folder stays active on its new side";
+    EXPECT_GT(QApplication::focusWidget()->mapTo(splitter(), QPoint()).x(), splitter()->width() / 3);
+    EXPECT_EQ(window->stored().tabs[0].path, folder / "rechts");
+    EXPECT_EQ(window->stored().tabs[0].second, folder / "links");
+
+    key(Qt::Key_F6);
+    EXPECT_EQ(pane().current.get(), folder / "rechts");
+    key(Qt::Key_Backspace);
+    ASSERT_TRUE(folderBecomes(folder));
+    key(Qt::Key_G, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([this] { return pane().partner->current.get() == folder; }));
+    EXPECT_FALSE(windowCommand(CommandId::SameFolder).enabled(window->state())) << "it is the same already";
+    EXPECT_FALSE(windowCommand(CommandId::CopyToOther).enabled(window->state()));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([this] { return has("links/b.txt") && !has("rechts/b.txt"); }));
+    ASSERT_TRUE(waitUntil([this] { return !composition->forWindows().undo.running.get(); }));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([this] { return !has("rechts/a.txt") && has("links/a.txt"); }));
+    key(Qt::Key_F3);
+    EXPECT_FALSE(window->state().dualPane);
+}
+
 TEST_F(TwoPanesTest, headingsSayWhatEachShowsAndCloseIt)
 {
     openBoth();
