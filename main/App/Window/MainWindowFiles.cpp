@@ -36,12 +36,25 @@ void MainWindow::takeDropsOnTabs()
         return static_cast<TabPage *>(m_tabPages->widget(index))->active().current.get();
     });
     connect(drops, &FileDrop::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
+    connect(drops, &FileDrop::over, this,
+            [this](const auto &folder, QPoint at) { m_tabs->showDrop(folder ? m_tabs->bar()->tabAt(at) : -1); });
+    connect(drops, &FileDrop::sprung, this, [this](const Location &, QPoint at) {
+        if (const int index = m_tabs->bar()->tabAt(at); index >= 0 && index != m_tabs->current())
+            showTab(index);
+    });
 }
 
 void MainWindow::takeDropsOnSidebar()
 {
     auto *const drops = new FileDrop(m_sidebar->dropArea(), [this](QPoint at) { return m_sidebar->folderAt(at); });
     connect(drops, &FileDrop::dropped, this, [this](const DroppedFiles &files) { drop(files, pane()); });
+    connect(drops, &FileDrop::over, m_sidebar, [this](const auto &folder, QPoint at) {
+        m_sidebar->showDropAt(folder ? std::optional(at) : std::nullopt);
+    });
+    connect(drops, &FileDrop::sprung, this, [this](const Location &folder) {
+        if (pane()->place.get() != Place::folder(folder))
+            pane()->navigate(folder);
+    });
 }
 
 void MainWindow::drop(const DroppedFiles &files, BrowserModel *onto)

@@ -36,6 +36,12 @@ public:
         setMouseTracking(true);
     }
 
+    void showDrop(int tab)
+    {
+        m_dropTab = tab;
+        update();
+    }
+
     int closeOver(QPoint point) const
     {
         const int tab = tabAt(point);
@@ -142,6 +148,11 @@ private:
         const bool hovered = place.contains(mapFromGlobal(QCursor::pos())) && underMouse();
         if (current)
             paintCurrent(painter, place);
+        if (tab == m_dropTab) {
+            painter.setPen(QPen(color(Token::Accent), 2));
+            painter.setBrush(faded(Token::Accent, 0.25));
+            painter.drawRoundedRect(QRectF(place).adjusted(2, 2, -2, -2), 6, 6);
+        }
         const int side = scaled(16);
         const QRectF symbol(place.left() + scaled(13), place.center().y() - side / 2.0, side, side);
         painter.drawPixmap(symbol.topLeft(), EntryIcons::folder(side, devicePixelRatioF()));
@@ -185,6 +196,7 @@ private:
     }
 
     Press m_press;
+    int m_dropTab = -1;
     std::optional<int> m_dragged; ///< left edge of the current tab while it is dragged
 };
 
@@ -238,6 +250,11 @@ void TabBar::showKeyOfAdding(const QString &key)
 {
     const QString help = QStringLiteral("Neuer Tab");
     m_plus->setToolTip(key.isEmpty() ? help : QStringLiteral("%1 (%2)").arg(help, key));
+}
+
+void TabBar::showDrop(int tab)
+{
+    static_cast<PaintedTabs *>(m_bar)->showDrop(tab);
 }
 
 void TabBar::paintEvent(QPaintEvent *)

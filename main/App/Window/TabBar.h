@@ -26,6 +26,8 @@ public:
     Q_SIGNAL void moved(int from, int to);
     Q_SIGNAL void addRequested();
     Q_SIGNAL void menuRequested(int tab, const QPoint &global);
+    /// Marks the tab as the target of a drag; -1 for none.
+    void showDrop(int tab);
     /// For installing drop handling on the tabs.
     QTabBar *bar() const { return m_bar; }
 

@@ -44,6 +44,12 @@ public:
         setSizePolicy(last ? QSizePolicy::Preferred : QSizePolicy::Maximum, QSizePolicy::Preferred);
     }
     void setSymbol(const QString &symbol) { m_symbol = symbol; }
+    /// Under a drag that can be dropped here.
+    void setMarked(bool marked)
+    {
+        m_marked = marked;
+        update();
+    }
     void onMiddleClick(std::function<void()> act) { m_middleClicked = std::move(act); }
 
     QSize sizeHint() const override
@@ -58,8 +64,8 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        if (underMouse() || hasFocus()) {
-            painter.setPen(hasFocus() ? QPen(color(Token::Accent), 2) : QPen(Qt::NoPen));
+        if (underMouse() || hasFocus() || m_marked) {
+            painter.setPen(hasFocus() || m_marked ? QPen(color(Token::Accent), 2) : QPen(Qt::NoPen));
             painter.setBrush(color(Token::AccentSoft));
             painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 2, -0.5, -2), 5, 5);
         }
@@ -97,6 +103,7 @@ private:
     QFont usedFont() const { return sizedFont(1, m_last ? QFont::DemiBold : QFont::Normal); }
 
     bool m_last;
+    bool m_marked = false;
     QString m_symbol;
     std::function<void()> m_middleClicked;
 };
@@ -333,6 +340,11 @@ QWidget *AddressBar::addStep(const QString &title, int step, bool last)
         button->onMiddleClick([this, folder] { Q_EMIT backgroundTabRequested(folder); });
         auto *const drop = new FileDrop(button, [folder](QPoint) { return std::optional(folder); });
         connect(drop, &FileDrop::dropped, this, &AddressBar::dropped);
+        connect(drop, &FileDrop::over, button, [button](const auto &over) { button->setMarked(over.has_value()); });
+        connect(drop, &FileDrop::sprung, this, [this](const Location &to) {
+            if (m_pane && m_pane->current.get() != to)
+                m_pane->navigate(to);
+        });
     }
     return button;
 }

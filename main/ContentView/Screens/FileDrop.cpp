@@ -7,8 +7,15 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <chrono>
 
 namespace brellin {
+
+namespace {
+
+constexpr std::chrono::milliseconds springDelay{800};
+
+} // namespace
 
 DropKind dropKind(Qt::KeyboardModifiers keys, bool sameVolume)
 {
@@ -40,6 +47,11 @@ FileDrop::FileDrop(QWidget *target, FolderAt folderAt) : QObject(target), m_fold
 {
     target->setAcceptDrops(true);
     target->installEventFilter(this);
+    m_spring.setObjectName(QStringLiteral("spring"));
+    m_spring.setParent(this);
+    m_spring.setSingleShot(true);
+    m_spring.setInterval(springDelay);
+    connect(&m_spring, &QTimer::timeout, this, [this] { Q_EMIT sprung(m_springing, m_at); });
 }
 
 /// Compares volumes by the mount table only, since a volume may not respond.
@@ -66,12 +78,32 @@ void FileDrop::show(QDropEvent &event, const std::optional<DroppedFiles> &plan)
     if (!plan) {
         event.setDropAction(Qt::IgnoreAction);
         event.ignore();
-        Q_EMIT over(std::nullopt);
+        Q_EMIT over(std::nullopt, {});
         return;
     }
     event.setDropAction(plan->kind == DropKind::Move ? Qt::MoveAction : Qt::CopyAction);
     event.accept();
-    Q_EMIT over(plan->destination);
+    Q_EMIT over(plan->destination, event.position().toPoint());
+}
+
+/// Also where a drop is refused, e.g. for the folder that the files are in. A dragged folder does not open.
+void FileDrop::awaitSpring(const QDropEvent &event)
+{
+    m_at = event.position().toPoint();
+    const Location folder = m_folderAt(m_at).value_or(Location());
+    if (folder == m_springing)
+        return;
+    endSpring();
+    const std::vector<Location> sources = draggedFiles(*event.mimeData());
+    m_springing = folder;
+    if (!folder.empty() && std::ranges::none_of(sources, [&](const Location &one) { return isAtOrBelow(folder, one); }))
+        m_spring.start();
+}
+
+void FileDrop::endSpring()
+{
+    m_spring.stop();
+    m_springing.clear();
 }
 
 bool FileDrop::eventFilter(QObject *watched, QEvent *event)
@@ -85,22 +117,26 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::DragEnter:
         m_mounts = currentMountTable();
+        endSpring(); // of a drag that ended without leaving
         // Accept here in any case; each move then decides for its point.
         static_cast<QDropEvent *>(event)->acceptProposedAction();
         return true;
     case QEvent::DragMove: {
         auto *const drag = static_cast<QDropEvent *>(event);
         show(*drag, planned(*drag));
+        awaitSpring(*drag);
         return true;
     }
     case QEvent::DragLeave:
-        Q_EMIT over(std::nullopt);
+        endSpring();
+        Q_EMIT over(std::nullopt, {});
         return false;
     case QEvent::Drop: {
         auto *const drop = static_cast<QDropEvent *>(event);
         const std::optional<DroppedFiles> plan = planned(*drop);
         show(*drop, plan);
-        Q_EMIT over(std::nullopt);
+        endSpring();
+        Q_EMIT over(std::nullopt, {});
         if (!plan)
             return true;
         // Report a copy, so that the drag's source does not delete moved files; the transfer does.

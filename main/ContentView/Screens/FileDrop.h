@@ -4,6 +4,8 @@
 #include "Disk/MountTable.h"
 
 #include <QObject>
+#include <QPoint>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -41,8 +43,10 @@ public:
     FileDrop(QWidget *target, FolderAt folderAt);
 
     Q_SIGNAL void dropped(const brellin::DroppedFiles &files);
-    /// Emitted with the folder under the drag; none when the drag leaves.
-    Q_SIGNAL void over(const std::optional<brellin::Location> &folder);
+    /// Emitted with the folder that a drop at this point goes to; none if it would be refused or the drag leaves.
+    Q_SIGNAL void over(const std::optional<brellin::Location> &folder, QPoint at);
+    /// The drag has rested over a folder, which opens so that the drop can go further into it.
+    Q_SIGNAL void sprung(const brellin::Location &folder, QPoint at);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -51,7 +55,13 @@ private:
     std::optional<DroppedFiles> planned(const QDropEvent &event) const;
     void show(QDropEvent &event, const std::optional<DroppedFiles> &plan);
 
+    void awaitSpring(const QDropEvent &event);
+    void endSpring();
+
     FolderAt m_folderAt;
+    QTimer m_spring;
+    Location m_springing; ///< the folder that the timer runs for
+    QPoint m_at;
     std::vector<Mount> m_mounts; ///< read when the drag enters
 };
 

@@ -235,6 +235,11 @@ void PaneView::takeDrops(QAbstractItemView *view)
     });
     connect(drop, &FileDrop::dropped, this, &PaneView::dropped);
     connect(drop, &FileDrop::over, this, &PaneView::showDrop);
+    connect(drop, &FileDrop::sprung, this, [this](const Location &folder) {
+        showDrop(std::nullopt);
+        if (folder != m_pane.current.get())
+            m_pane.navigate(folder);
+    });
 }
 
 void PaneView::showDrop(const std::optional<Location> &folder)

@@ -176,6 +176,11 @@ void SidebarDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem 
         painter.setBrush(faded(Token::Text, 0.055));
         painter.drawRoundedRect(ground, radius, radius);
     }
+    if (m_dropRow == index) {
+        painter.setPen(QPen(color(Token::Accent), 2));
+        painter.setBrush(faded(Token::Accent, 0.25));
+        painter.drawRoundedRect(ground.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
+    }
     if (m_ring && option.state & QStyle::State_HasFocus) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(color(Token::Accent), 2));

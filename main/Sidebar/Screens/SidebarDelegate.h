@@ -15,6 +15,8 @@ public:
 
     /// Whether the row with the focus shows a ring; only for keyboard use.
     void setRing(bool shown) { m_ring = shown; }
+    /// The row under a drag that can be dropped there; invalid for none.
+    void setDropRow(const QModelIndex &row) { m_dropRow = row; }
     /// Space at the right of the rows; smaller beside a scroll bar.
     void setRightMargin(int margin) { m_rightMargin = margin; }
 
@@ -41,6 +43,7 @@ private:
     const SidebarRows &m_rows;
     EntryImages &m_images;
     bool m_ring = false;
+    QPersistentModelIndex m_dropRow;
     int m_rightMargin = 0;
 };
 

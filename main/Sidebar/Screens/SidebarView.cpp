@@ -173,6 +173,12 @@ std::optional<Location> SidebarView::folderAt(QPoint place) const
     return index.isValid() ? d->folderOf(rowAt(index)) : std::nullopt;
 }
 
+void SidebarView::showDropAt(std::optional<QPoint> place)
+{
+    d->places.lines->setDropRow(place ? d->places.list->indexAt(*place) : QModelIndex());
+    d->places.list->viewport()->update();
+}
+
 void SidebarView::focusList()
 {
     d->places.list->setFocus(Qt::ShortcutFocusReason);

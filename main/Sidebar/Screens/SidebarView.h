@@ -46,6 +46,8 @@ public:
     /// The widget that accepts file drops, and the folder at a point of it; none for rows that are not folders.
     QWidget *dropArea() const;
     std::optional<Location> folderAt(QPoint place) const;
+    /// Marks the row at this point of it as the target of a drag; none unmarks.
+    void showDropAt(std::optional<QPoint> place);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
