@@ -198,6 +198,7 @@ TabPage *MainWindow::makeTab(const StoredTab &from)
     connect(page, &TabPage::escaped, this, [] { clearCutFiles(); });
     connect(page, &TabPage::dropped, this, &MainWindow::drop);
     connect(page, &TabPage::failed, this, &MainWindow::fail);
+    page->showCut(m_cut);
     const auto know = [this, page](BrowserModel *pane) {
         m_files->add(pane);
         pane->place.observe(page, [this, page](const Place &) {

@@ -229,7 +229,7 @@ private:
     bool m_mayClose = false;              ///< the user agreed to close
     QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
-    FileCall<std::vector<Location>> m_templates;
+    std::set<Location> m_cut; ///< on the clipboard, for a move
     int m_previewWidth;
 };
 

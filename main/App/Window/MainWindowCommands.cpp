@@ -69,7 +69,13 @@ CommandState MainWindow::state() const
 void MainWindow::followClipboard()
 {
     const auto look = [this] {
-        m_clipboardHasFiles = filesOnClipboard().has_value();
+        const std::optional<ClipboardFiles> files = filesOnClipboard();
+        m_clipboardHasFiles = files.has_value();
+        m_cut.clear();
+        if (files && files->purpose == ClipboardFiles::Purpose::Cut)
+            m_cut.insert(files->entries.begin(), files->entries.end());
+        for (int index = 0; index < m_tabPages->count(); ++index)
+            tabAt(index)->showCut(m_cut);
         refreshState();
     };
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, look);

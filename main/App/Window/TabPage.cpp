@@ -80,6 +80,7 @@ void TabPage::showSecond(bool shown)
 {
     if (shown && !m_second.view && m_panes.second()) {
         m_second = addSide(*m_panes.second());
+        m_second.view->showCut(m_cut);
         m_splitter->setSizes({m_share, whole - m_share});
         m_second.column->show();
         Q_EMIT paneAdded(m_panes.second());
@@ -159,6 +160,14 @@ void TabPage::showActive()
         m_first.view->setObjectName(QStringLiteral("pane"));
         m_second.view->setObjectName(QStringLiteral("secondPane"));
     }
+}
+
+void TabPage::showCut(const std::set<Location> &entries)
+{
+    m_cut = entries;
+    for (const Side &side : {m_first, m_second})
+        if (side.view)
+            side.view->showCut(entries);
 }
 
 void TabPage::focusActive()

@@ -27,6 +27,8 @@ public:
     void activatePaneOf(const QWidget *inside);
     /// Focuses the other pane.
     void switchPane();
+    /// Fades these entries, which pasting will move.
+    void showCut(const std::set<Location> &entries);
     /// Exchanges the sides of two panes.
     void swapPanes();
 
@@ -66,6 +68,7 @@ private:
     Panes m_panes;
     QSplitter *m_splitter;
     int m_share; ///< of the first pane's width, in thousandths
+    std::set<Location> m_cut;
     Side m_first;
     Side m_second; ///< null if there is one pane
 };

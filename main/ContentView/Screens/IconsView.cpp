@@ -80,8 +80,7 @@ void TileDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(tile.adjusted(1, 1, -1, -1), 7, 7);
     }
-    if (item.isHidden)
-        painter->setOpacity(0.6);
+    painter->setOpacity(opacityOf(item));
     const QRectF picture(tile.center().x() - m_side / 2.0, tile.top() + scaled(11), m_side, m_side);
     pictures().paintLarge(*painter, picture, item);
     painter->setFont(sizedFont(0.95));

@@ -48,6 +48,13 @@ void NameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
     QStyledItemDelegate::setEditorData(editor, index);
 }
 
+double NameDelegate::opacityOf(const FileItem &item) const
+{
+    if (!m_cut.empty() && m_cut.contains(item.location()))
+        return 0.45;
+    return item.isHidden ? 0.6 : 1;
+}
+
 void NameDelegate::refuseName(const QString &reason)
 {
     if (!isEditing())

@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
+#include <set>
+
 namespace brellin {
 
 class FieldReason;
@@ -21,6 +23,8 @@ public:
     void setActive(bool active) { m_active = active; }
     /// The row under a drag; -1 for none.
     void setDropRow(int row) { m_dropRow = row; }
+    /// Entries on the clipboard that pasting will move; painted faded.
+    void setCut(std::set<Location> entries) { m_cut = std::move(entries); }
 
     /// The name editor; selects the name without its extension. Esc cancels. Return, Tab and losing the focus submit the
     /// name and leave the editor open, until `closeName`.
@@ -45,6 +49,8 @@ protected:
     const EntryPictures &pictures() const { return m_pictures; }
     bool isActive() const { return m_active; }
     int dropRow() const { return m_dropRow; }
+    /// Of the entry as painted; hidden and cut ones are faded.
+    double opacityOf(const FileItem &item) const;
 
 private:
     QPixmap dragPicture(const FileItem &item, qsizetype count, double pixelsPerPoint) const;
@@ -53,6 +59,7 @@ private:
     const EntryPictures &m_pictures;
     bool m_active = true;
     int m_dropRow = -1;
+    std::set<Location> m_cut;
     mutable QPointer<QWidget> m_editor;     ///< a QLineEdit, but for the time of its destructor
     mutable QPointer<FieldReason> m_reason; ///< of the editor
 };

@@ -267,6 +267,14 @@ void PaneView::setActive(bool active)
     m_icons->setActive(active);
 }
 
+void PaneView::showCut(const std::set<Location> &entries)
+{
+    for (QAbstractItemView *const one : std::initializer_list<QAbstractItemView *>{m_details, m_icons}) {
+        static_cast<NameDelegate *>(one->itemDelegate())->setCut(entries);
+        one->viewport()->update();
+    }
+}
+
 void PaneView::showMode(ViewMode)
 {
     const bool focus = m_stack->currentWidget() && m_stack->currentWidget()->hasFocus();

@@ -34,6 +34,8 @@ public:
     /// The visible view.
     QAbstractItemView &view() const;
     void setActive(bool active);
+    /// Fades these entries, which pasting will move.
+    void showCut(const std::set<Location> &entries);
 
     Q_SIGNAL void focused();
     /// Return or double click on entries that are not folders.

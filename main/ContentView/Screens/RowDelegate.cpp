@@ -50,8 +50,7 @@ void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, c
     const FileItem &item = rows().item(index.row());
     painter->save();
     painter->setFont(option.font);
-    if (item.isHidden)
-        painter->setOpacity(0.6);
+    painter->setOpacity(opacityOf(item));
     if (columnOf(index) == Column::Name)
         paintName(*painter, option.rect, item, selected);
     else if (columnOf(index) == Column::Tags)

@@ -132,4 +132,29 @@ TEST_F(DragTest, foldersOpenUnderARestingDrag)
     leave(bar());
 }
 
+TEST_F(DragTest, cutEntriesAreFadedUntilPastedOrEsc)
+{
+    open();
+    ASSERT_TRUE(waitUntil([this] { return rows().contains(QStringLiteral("brief.txt")); }));
+    click(QStringLiteral("brief.txt"));
+    const auto row = [this] {
+        const QPoint at = placeOf(QStringLiteral("brief.txt"));
+        return details()->viewport()->grab(QRect(at.x() - 40, at.y() - 8, 160, 16)).toImage();
+    };
+    const QImage before = row();
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(row(), before) << "copied entries stay as they are";
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([&] { return row() != before; }));
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] { return row() == before; }));
+    key(Qt::Key_X, Qt::ControlModifier);
+    pane().navigate(folder / "Ablage");
+    ASSERT_TRUE(folderBecomes(folder / "Ablage"));
+    key(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([this] { return has("Ablage/brief.txt") && rows().contains(QStringLiteral("brief.txt")); }));
+    EXPECT_FALSE(pane().selection.get().empty());
+    EXPECT_TRUE(waitUntil([&] { return row() == before; })) << "no longer faded";
+}
+
 } // namespace
