@@ -95,6 +95,12 @@ FileCommands::FileCommands(const WindowServices &services, QWidget *window)
     };
     services.operations.status.observe(this, say);
     services.undo.status.observe(this, say);
+    services.undo.actions.observe(this, [this](const std::vector<UserAction> &actions) {
+        if (m_done && (actions.empty() || actions.front() != *m_done)) {
+            m_done.reset();
+            Q_EMIT doneIsPast();
+        }
+    });
     services.undo.title.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.redoTitle.observe(this, [this](const auto &) { Q_EMIT stateChanged(); });
     services.undo.undone.observe(this, [this](const auto &undone) { showUndone(undone); });
@@ -459,11 +465,31 @@ void FileCommands::finished(const FinishedTransfer &transfer)
 {
     const auto beside = m_beside.extract(transfer.record.id);
     const auto asked = std::ranges::find(m_panes, transfer.pane, [](const auto &one) { return one.first; });
-    if (asked == m_panes.end() || !asked->second)
+    if (asked == m_panes.end())
         return;
-    showArrival(transfer, *asked->second);
+    if (asked->second)
+        showArrival(transfer, *asked->second);
     if (transfer.outcome.cancelled && !transfer.outcome.done.empty())
         Q_EMIT said(QStringLiteral("Abgebrochen. %1.").arg(titleOf(transfer.record)));
+    else
+        tellDone(transfer);
+}
+
+/// Failures stand in the banner instead.
+void FileCommands::tellDone(const FinishedTransfer &transfer)
+{
+    const std::vector<TransferredEntry> &entries = transfer.record.entries;
+    const std::vector<UserAction> &actions = m_services.undo.actions.get();
+    if (entries.empty() || actions.empty() || !transfer.outcome.errors.isEmpty())
+        return;
+    if (std::ranges::find(actions.front().entries, entries.front().dst, &UserAction::Entry::to) ==
+        actions.front().entries.end())
+        return;
+    m_done = actions.front();
+    QString names = shownName(entries.front().dst);
+    if (entries.size() > 1)
+        names += QStringLiteral(" … und %1 weitere").arg(entries.size() - 1);
+    Q_EMIT done(titleOf(transfer.record), names);
 }
 
 void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &pane,

@@ -70,6 +70,10 @@ public:
     /// A failure that belongs to no pane.
     Q_SIGNAL void failed(const QString &message);
     Q_SIGNAL void stateChanged();
+    /// What a transfer did, and the names; undo would take it back.
+    Q_SIGNAL void done(const QString &what, const QString &names);
+    /// Undo would take back something else now.
+    Q_SIGNAL void doneIsPast();
 
 private:
     void attach(const std::vector<Location> &entries);
@@ -80,7 +84,8 @@ private:
     void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
-    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane, const std::vector<Location> &beside);
+    void tellDone(const FinishedTransfer &transfer);
+    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
     void trash(const std::vector<Location> &entries, BrowserModel &pane);
     void compress(const std::vector<Location> &entries, BrowserModel &pane);
     void makeAliases(const std::vector<Location> &sources, BrowserModel &pane);
@@ -95,6 +100,7 @@ private:
     std::vector<std::pair<QUuid, QPointer<BrowserModel>>> m_panes;
     TransferScreens *m_transferScreens;
     QPointer<YesNoSheet> m_restoring;
+    std::optional<UserAction> m_done; ///< as `done` told
     FileCall<std::vector<CutShortRename>> m_looking;
     /// Rows beside what a move takes away, by transfer: one of them is selected at its end.
     std::map<QUuid, std::vector<Location>> m_beside;

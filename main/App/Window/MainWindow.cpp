@@ -69,6 +69,7 @@ MainWindow::MainWindow(const WindowServices &services, const StoredWindow &from)
     m_transfers = new TransferPanel(services.transfers, this);
     connect(m_transfers, &TransferPanel::placeWanted, this, &MainWindow::placePanel);
     m_files->showWorkIn(*m_transfers);
+    buildDoneCard();
     services.shortcuts.own.observe(this, [this](const auto &) { showKeys(); });
     showKeys();
     followClipboard();

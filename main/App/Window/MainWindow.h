@@ -15,6 +15,7 @@ class QMenu;
 namespace brellin {
 
 class AgentView;
+class DoneCard;
 class FileCommands;
 class FolderTree;
 class LargeViewing;
@@ -126,6 +127,7 @@ private:
     void drop(const DroppedFiles &files, BrowserModel *onto);
     void openFromStorage(const Location &entry);
     void placePanel();
+    void buildDoneCard();
     bool isLastWindow() const;
     bool wouldCutShort() const;
     void askToClose(const std::function<void()> &agreed);
@@ -223,6 +225,7 @@ private:
     FileCommands *m_files = nullptr;
     std::unique_ptr<StorageOverview> m_storage;
     TransferPanel *m_transfers = nullptr;
+    DoneCard *m_done = nullptr;
     std::map<Place::Kind, QWidget *> m_pages; ///< created on first use
     AgentView *m_agent = nullptr;
     std::unique_ptr<QObject> m_following; ///< observes the active pane

@@ -1,3 +1,4 @@
+#include "App/Window/DoneCard.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/StatusBar.h"
@@ -66,10 +67,22 @@ void MainWindow::drop(const DroppedFiles &files, BrowserModel *onto)
 /// Places the transfer panel above the status line, beside the sidebar.
 void MainWindow::placePanel()
 {
-    if (!m_transfers)
+    if (!m_done)
         return;
     const QRect area(m_places->mapTo(this, QPoint(0, 0)), m_places->size());
-    m_transfers->placeIn(area.adjusted(0, 0, 0, place().isPage() ? 0 : -m_status->height()));
+    const QRect above = area.adjusted(0, 0, 0, place().isPage() ? 0 : -m_status->height());
+    m_transfers->placeIn(above);
+    m_done->placeIn(above, m_transfers);
+}
+
+void MainWindow::buildDoneCard()
+{
+    m_done = new DoneCard(this);
+    connect(m_files, &FileCommands::done, m_done, &DoneCard::tell);
+    connect(m_files, &FileCommands::doneIsPast, m_done, &QWidget::hide);
+    connect(m_done, &DoneCard::undoRequested, this, [this] { run(CommandId::Undo); });
+    connect(m_done, &DoneCard::placeWanted, this, &MainWindow::placePanel);
+    connect(m_transfers, &TransferPanel::shownChanged, this, &MainWindow::placePanel);
 }
 
 QWidget *MainWindow::makeStoragePage()

@@ -132,6 +132,28 @@ TEST_F(DragTest, foldersOpenUnderARestingDrag)
     leave(bar());
 }
 
+TEST_F(DragTest, saysWhatWentWhereAndTakesItBack)
+{
+    open();
+    ASSERT_TRUE(waitUntil([this] { return rows().contains(QStringLiteral("Ablage")); }));
+    auto *const card = find<QWidget>(QStringLiteral("doneCard"));
+    EXPECT_FALSE(card->isVisible());
+    drop(details()->viewport(), placeOf(QStringLiteral("Ablage")));
+    ASSERT_TRUE(waitUntil([&] { return card->isVisible() && has("Ablage/brief.txt"); }));
+    EXPECT_EQ(card->findChild<QLabel *>(QStringLiteral("doneText"))->text(),
+              QStringLiteral("1 Element nach „Ablage“ verschoben"));
+    EXPECT_TRUE(window->rect().contains(card->geometry()));
+    QTest::mouseClick(card->findChild<QWidget *>(QStringLiteral("doneUndo")), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([this] { return has("brief.txt") && !has("Ablage/brief.txt"); }));
+    EXPECT_FALSE(card->isVisible());
+    // The next step makes the offer stale.
+    ASSERT_TRUE(waitUntil([this] { return !composition->forWindows().undo.running.get(); }));
+    drop(details()->viewport(), placeOf(QStringLiteral("Ablage")));
+    ASSERT_TRUE(waitUntil([&] { return card->isVisible(); }));
+    window->run(CommandId::NewFolder);
+    EXPECT_TRUE(waitUntil([&] { return !card->isVisible(); }));
+}
+
 TEST_F(DragTest, cutEntriesAreFadedUntilPastedOrEsc)
 {
     open();
