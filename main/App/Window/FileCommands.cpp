@@ -288,6 +288,12 @@ void FileCommands::openTerminal(BrowserModel &pane)
 {
     m_services.operations.openTerminal(pane.current.get());
 }
+void FileCommands::unpack(const Location &archive, BrowserModel &pane)
+{
+    const auto again = [this, &pane, archive](const auto &) { unpack(archive, pane); };
+    m_services.operations.unpack(archive, archive.parent_path(), showingIn(pane, again));
+}
+
 
 void FileCommands::showPropertiesOfSelection(BrowserModel &pane)
 {

@@ -41,6 +41,8 @@ public:
     void unpack(const Location &archive, BrowserModel &pane);
     void makeAlias(BrowserModel &pane);
     void openTerminal(BrowserModel &pane);
+    /// Into the archive's own folder.
+    void unpack(const Location &archive, BrowserModel &pane);
     /// Without a selection, shows those of the pane's folder.
     void showPropertiesOfSelection(BrowserModel &pane);
     void cut(BrowserModel &pane);

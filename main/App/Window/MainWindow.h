@@ -186,7 +186,6 @@ private:
     void chooseApplication(const Location &entry);
     void makeDefault(const QString &mimeType, const QString &application);
     void askToUnpack(const Location &archive);
-    void addTemplateMenu(QMenu &menu);
     void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);

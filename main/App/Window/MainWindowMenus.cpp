@@ -73,6 +73,19 @@ void MainWindow::showMenu(const QPoint &global)
 {
     refreshState();
     QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
+/// What opening an entry does.
+enum class Opening { Opens, Starts, Unpacks };
+
+/// May block.
+Opening openingOf(const Location &entry, const Workspace &workspace)
+{
+    if (isProgram(entry))
+        return Opening::Starts;
+    const QString type = fileTypeOf(extensionOf(entry.filename().native())).mimeName;
+    const bool unopened = type == QStringLiteral("application/zip") && workspace.applicationsFor(type).empty();
+    return unopened ? Opening::Unpacks : Opening::Opens;
+}
+
     const std::vector<FileItem> selected = pane()->selectedItems();
     const auto add = [this, menu](CommandId id, const QString &symbol) { addCommand(*menu, id, symbol); };
     using enum CommandId;
@@ -310,6 +323,9 @@ void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
     colors->addAction(QStringLiteral("Keine Farbe"), this, [set] { set(std::nullopt); })->setEnabled(now.has_value());
 }
 
+        applications->addSeparator();
+        applications->addAction(QStringLiteral("Anderes Programm …"), this,
+                                [this, entry] { chooseApplication(entry); });
 /// Counts the folder without the limit that applies to automatic counting.
 void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
 {
@@ -485,3 +501,5 @@ void MainWindow::openNow(const Location &entry)
 }
 
 } // namespace brellin
+            else if (opening == Opening::Unpacks)
+                askToUnpack(entry);
