@@ -46,7 +46,8 @@ std::vector<StepEntry> plannedAgain(const UserAction &action)
         else if (made)
             planned.push_back({one.source, one.from});
         else
-            planned.push_back({one.to, one.from, EntryMark{one.state, one.created}, {}, {}, {}, {}, false, one.rights});
+            planned.push_back(
+                {one.to, one.from, EntryMark{one.state, one.created}, {}, {}, {}, {}, false, {}, one.rights});
     }
     return planned;
 }
@@ -68,7 +69,7 @@ UserAction::Entry actionEntry(const StepEntry &entry)
     // Without a birth a reused inode would pass for the entry.
     mark.state.identity = now && mark.isSame(*now) ? now->identity : FileIdentity();
     return {entry.from,   entry.to,      mark.state, entry.replaced, entry.replacedMark,
-            mark.created, entry.content, {},         entry.merged};
+            mark.created, entry.content, {},         entry.merged,   entry.rights};
 }
 
 } // namespace
@@ -79,8 +80,9 @@ std::vector<StepEntry> stepEntries(const std::vector<UserAction::Entry> &entries
     std::ranges::transform(entries, std::back_inserter(all), [](const UserAction::Entry &one) {
         if (one.merged)
             return mergedEntry(one.from, one.to, *one.merged);
-        return StepEntry{one.from,     one.to,           {},         EntryMark{one.state, one.created},
-                         one.replaced, one.replacedMark, one.content};
+        return StepEntry{one.from,     one.to,           {},          EntryMark{one.state, one.created},
+                         one.replaced, one.replacedMark, one.content, false,
+                         {},           one.rights};
     });
     return all;
 }

@@ -65,6 +65,8 @@ public:
     {
         if (entry.merged)
             return m_undone ? removeMerged(entry.to) : makeMerged(entry);
+        if (entry.rights)
+            return restoreRights(entry);
         if (m_undone && entry.to.empty())
             return makeAgain(entry);
         const Result<FileAttributes> now = readAttributes(entry.to);
@@ -115,6 +117,20 @@ private:
         if (!removed && !stays)
             return failed(removed.error());
         return {EntryOutcome::Fate::Undone, stays ? folder : Location()};
+    }
+
+    /// Undo and redo are the same: an action that was undone has its rights turned round.
+    EntryOutcome restoreRights(const ActionEntry &entry)
+    {
+        const auto &[before, now] = *entry.rights;
+        const Result<EntryRights> restored = setRights(entry.to, {entry.state, entry.created}, now, before);
+        if (!restored)
+            return {
+                restored.error().code ? EntryOutcome::Fate::Failed : EntryOutcome::Fate::Stale, {}, restored.error()};
+        if (*restored != before)
+            return {EntryOutcome::Fate::Undone, entry.to,
+                    Failure{QStringLiteral("Das Set-ID-Bit ließ sich nicht wiederherstellen."), {}}};
+        return {EntryOutcome::Fate::Undone, entry.to};
     }
 
     EntryOutcome moveBack(const ActionEntry &entry)
@@ -279,6 +295,11 @@ ActionEntry againFrom(const UserAction &action, const ActionEntry &entry, const 
         folder.merged = entry.merged;
         return folder;
     }
+    if (entry.rights) {
+        ActionEntry again = entry;
+        std::swap(again.rights->before, again.rights->now);
+        return again;
+    }
     const bool made = !onlyMoves(action.kind) && action.kind != Kind::Trash;
     const Location now = outcome.place.empty() ? outcome.trashed : outcome.place;
     ActionEntry again;
@@ -304,6 +325,8 @@ void addMoves(std::vector<EntryMove> &moves, const ActionEntry &entry, const Ent
         moves.push_back({folder, folder});
         return;
     }
+    if (entry.rights)
+        return;
     if (entry.replaced && outcome.replaced)
         moves.push_back({*entry.replaced, *outcome.replaced});
     moves.push_back({entry.to, outcome.place.empty() ? outcome.trashed : outcome.place});

@@ -36,6 +36,7 @@ struct UserAction {
         Location source = {};
         /// Set if this was a folder whose content went into the one at `to`, and which was removed when it was empty.
         std::optional<FolderFacts> merged = {};
+        std::optional<RightsStep> rights = {}; ///< of a change of rights, which undo turns round
 
         bool operator==(const Entry &) const = default;
     };

@@ -50,7 +50,7 @@ public:
         // A merged folder went into another one, which stays who it was.
         if (!entry.merged)
             m_keyAt[entry.to] = after;
-        if (isMove(one.kind))
+        if (isMove(one.kind) && entry.from != entry.to)
             m_keyAt.erase(entry.from);
         if (entry.takenBack && !entry.from.empty())
             m_keyAt[entry.from] = before.isEmpty() ? after : before;

@@ -3,6 +3,7 @@
 #include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Disk/EntryMark.h"
+#include "Disk/EntryRights.h"
 #include "Disk/FolderFacts.h"
 #include "Disk/TreeMark.h"
 
@@ -37,6 +38,7 @@ struct StepEntry {
     bool takenBack = false;
     /// Set if the content of the folder at `from` went into the one at `to`: what it takes to make that folder again.
     std::optional<FolderFacts> merged = {};
+    std::optional<RightsStep> rights = {}; ///< of a change of rights
 
     bool operator==(const StepEntry &) const = default;
 };

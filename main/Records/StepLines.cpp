@@ -121,7 +121,7 @@ struct JsonTable<StepEntry> {
         field("was", &StepEntry::was),           field("now", &StepEntry::now),
         field("replaced", &StepEntry::replaced), field("replacedMark", &StepEntry::replacedMark),
         field("content", &StepEntry::content),   field("takenBack", &StepEntry::takenBack),
-        field("merged", &StepEntry::merged)};
+        field("merged", &StepEntry::merged),     field("rights", &StepEntry::rights)};
 };
 
 template <>
