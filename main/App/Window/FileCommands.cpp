@@ -459,9 +459,23 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
         for (const Location &entry : entries)
             changes.push_back({entry, {}});
         for (const Location &place : places)
+    connect(sheet, &PropertiesSheet::rightsWanted, this, [this, entries, sheet] { askForRights(entries, sheet); });
             changes.push_back({{}, place});
         pane.showChanges(changes);
         pane.select(places);
+/// The properties show the outcome.
+void FileCommands::askForRights(const std::vector<Location> &entries, PropertiesSheet *properties)
+{
+    auto *const sheet = new RightsSheet(entries, m_services.renaming.mayChange, m_window);
+    connect(sheet, &RightsSheet::accepted, properties, [this, entries, properties](const RightsWish &wish) {
+        m_services.operations.changeRights(entries, wish, {properties, [this, properties](const OperationOutcome &) {
+                                                               properties->readAgain();
+                                                               loadPanes();
+                                                           }});
+    });
+    sheet->open();
+}
+
     });
     sheet->begin();
 }

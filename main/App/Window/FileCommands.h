@@ -85,6 +85,8 @@ private:
     FileOperations::Then naming(FileOperations::Then then, BrowserModel &pane);
     void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
+    FileOperations::Then naming(FileOperations::Then then, BrowserModel &pane);
+    void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void finished(const FinishedTransfer &transfer);
     void tellDone(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
