@@ -288,12 +288,6 @@ void FileCommands::openTerminal(BrowserModel &pane)
 {
     m_services.operations.openTerminal(pane.current.get());
 }
-void FileCommands::unpack(const Location &archive, BrowserModel &pane)
-{
-    const auto again = [this, &pane, archive](const auto &) { unpack(archive, pane); };
-    m_services.operations.unpack(archive, archive.parent_path(), showingIn(pane, again));
-}
-
 
 void FileCommands::showPropertiesOfSelection(BrowserModel &pane)
 {
@@ -459,23 +453,9 @@ void FileCommands::renameSeveral(BrowserModel &pane, const std::vector<Location>
         for (const Location &entry : entries)
             changes.push_back({entry, {}});
         for (const Location &place : places)
-    connect(sheet, &PropertiesSheet::rightsWanted, this, [this, entries, sheet] { askForRights(entries, sheet); });
             changes.push_back({{}, place});
         pane.showChanges(changes);
         pane.select(places);
-/// The properties show the outcome.
-void FileCommands::askForRights(const std::vector<Location> &entries, PropertiesSheet *properties)
-{
-    auto *const sheet = new RightsSheet(entries, m_services.renaming.mayChange, m_window);
-    connect(sheet, &RightsSheet::accepted, properties, [this, entries, properties](const RightsWish &wish) {
-        m_services.operations.changeRights(entries, wish, {properties, [this, properties](const OperationOutcome &) {
-                                                               properties->readAgain();
-                                                               loadPanes();
-                                                           }});
-    });
-    sheet->open();
-}
-
     });
     sheet->begin();
 }

@@ -41,8 +41,6 @@ public:
     void unpack(const Location &archive, BrowserModel &pane);
     void makeAlias(BrowserModel &pane);
     void openTerminal(BrowserModel &pane);
-    /// Into the archive's own folder.
-    void unpack(const Location &archive, BrowserModel &pane);
     /// Without a selection, shows those of the pane's folder.
     void showPropertiesOfSelection(BrowserModel &pane);
     void cut(BrowserModel &pane);
@@ -85,8 +83,6 @@ private:
     FileOperations::Then naming(FileOperations::Then then, BrowserModel &pane);
     void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
-    FileOperations::Then naming(FileOperations::Then then, BrowserModel &pane);
-    void askForRights(const std::vector<Location> &entries, PropertiesSheet *properties);
     void finished(const FinishedTransfer &transfer);
     void tellDone(const FinishedTransfer &transfer);
     void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);

@@ -187,6 +187,7 @@ private:
     void makeDefault(const QString &mimeType, const QString &application);
     void askToUnpack(const Location &archive);
     void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
+    void addTemplateMenu(QMenu &menu);
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);
     void addUndoList(QMenu &menu);
@@ -233,6 +234,7 @@ private:
     bool m_clipboardHasFiles = false;
     std::set<Location> m_cut; ///< on the clipboard, for a move
     int m_previewWidth;
+    FileCall<std::vector<Location>> m_templates;
 };
 
 /// Setting: whether new windows show the preview.
