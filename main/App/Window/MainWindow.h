@@ -186,8 +186,8 @@ private:
     void chooseApplication(const Location &entry);
     void makeDefault(const QString &mimeType, const QString &application);
     void askToUnpack(const Location &archive);
-    void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addTemplateMenu(QMenu &menu);
+    void addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);
     void addUndoList(QMenu &menu);
@@ -233,8 +233,8 @@ private:
     QPointer<YesNoSheet> m_closeQuestion;
     bool m_clipboardHasFiles = false;
     std::set<Location> m_cut; ///< on the clipboard, for a move
-    int m_previewWidth;
     FileCall<std::vector<Location>> m_templates;
+    int m_previewWidth;
 };
 
 /// Setting: whether new windows show the preview.

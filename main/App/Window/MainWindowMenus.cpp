@@ -17,7 +17,6 @@
 #include "SendTo/SendToTargets.h"
 #include "Sidebar/Pins.h"
 #include "System/ProgramFile.h"
-#include "Places/TemplateFolder.h"
 
 #include <QMenu>
 #include <QPointer>
@@ -27,8 +26,6 @@
 namespace brellin {
 
 namespace {
-#include <algorithm>
-
 
 QMenu *makeMenu(QWidget *parent, const QString &name)
 {
@@ -70,6 +67,12 @@ Opening openingOf(const Location &entry, const Workspace &workspace)
     return unopened ? Opening::Unpacks : Opening::Opens;
 }
 
+} // namespace
+
+void MainWindow::showMenu(const QPoint &global)
+{
+    refreshState();
+    QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
     const std::vector<FileItem> selected = pane()->selectedItems();
     const auto add = [this, menu](CommandId id, const QString &symbol) { addCommand(*menu, id, symbol); };
     using enum CommandId;
@@ -89,7 +92,6 @@ Opening openingOf(const Location &entry, const Workspace &workspace)
         add(OpenTerminal, QStringLiteral("terminal"));
         add(StorageOverview, QStringLiteral("chart-pie"));
         addPinEntry(*menu, pane()->current.get());
-        addTemplateMenu(*menu);
         add(Properties, QStringLiteral("info"));
         menu->popup(global);
         return;
@@ -239,26 +241,6 @@ void MainWindow::addOpenWithMenu(QMenu &menu, const std::vector<FileItem> &items
     applications->setObjectName(QStringLiteral("openWithMenu"));
     const Location entry = items.front().location();
     connect(applications, &QMenu::aboutToShow, applications, [this, applications, entry] {
-/// Shown once it is known that the user keeps templates.
-void MainWindow::addTemplateMenu(QMenu &menu)
-{
-    QMenu *const models = menu.addMenu(Symbols::icon(QStringLiteral("file-text")), QStringLiteral("Neu aus Vorlage"));
-    models->setObjectName(QStringLiteral("templateMenu"));
-    models->menuAction()->setVisible(false);
-    m_templates.start(
-        m_services.panes.workers, {.where = m_services.folders().home},
-        [home = m_services.folders().home](const JobControl &) { return templatesOf(home); },
-        [this, shown = QPointer(models)](const std::vector<Location> &templates) {
-            if (!shown)
-                return;
-            for (const Location &one : templates)
-                shown->addAction(shownName(one).replace(u'&', QStringLiteral("&&")), this,
-                                 [this, one] { m_files->newFromTemplate(one, *pane()); });
-            shown->menuAction()->setVisible(!templates.empty());
-        },
-        [] {});
-}
-
         applications->clear();
         const QString type = fileTypeOf(extensionOf(entry.filename().native())).mimeName;
         for (const Application &one : m_services.agent.workspace.applicationsFor(type))
@@ -328,9 +310,6 @@ void MainWindow::addColorMenu(QMenu &menu, const std::vector<FileItem> &items)
     colors->addAction(QStringLiteral("Keine Farbe"), this, [set] { set(std::nullopt); })->setEnabled(now.has_value());
 }
 
-        applications->addSeparator();
-        applications->addAction(QStringLiteral("Anderes Programm …"), this,
-                                [this, entry] { chooseApplication(entry); });
 /// Counts the folder without the limit that applies to automatic counting.
 void MainWindow::addSizeEntry(QMenu &menu, const std::vector<FileItem> &items)
 {
@@ -506,5 +485,3 @@ void MainWindow::openNow(const Location &entry)
 }
 
 } // namespace brellin
-            else if (opening == Opening::Unpacks)
-                askToUnpack(entry);
