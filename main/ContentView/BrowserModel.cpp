@@ -128,6 +128,8 @@ void BrowserModel::read(FolderReader::For whom)
     // Sorting by size needs folder sizes, which are requested only after listing.
     if (showsListing() && !sortsBySize())
         request.order = displayOptions();
+    m_detailsRead = needsDetails();
+    request.details = m_detailsRead ? ItemDetails::Read : ItemDetails::LeftOut;
     m_readWish = m_displayWish;
     const bool another = m_reader.folder() != request.folder;
     m_reader.read(request, whom);

@@ -155,6 +155,8 @@ public:
     void setSortOrder(SortOrder order);
     void setGrouping(GroupKey key);
     bool sortsBySize() const;
+    /// Whether the view shows details of entries, which are otherwise not read.
+    void setDetailsShown(bool shown);
     void setShowHidden(bool shown);
     /// Sets a filter on the rows, for screens that embed a pane, such as a folder picker. Called
     /// on workers and, for short lists, on the main thread.
@@ -260,6 +262,8 @@ private:
     void display();
     void show(DisplayedItems rows);
     DisplayOptions displayOptions() const;
+    bool needsDetails() const { return m_detailsShown || usesDetails(sortOrder.get()); }
+    void readMissingDetails();
     void saveArrangement();
     void tellUnsaved(const Result<void> &saved);
     KnownFolderSize sizesOfFolders() const;
@@ -319,10 +323,12 @@ private:
     mutable std::optional<SelectionSummary> m_summary; ///< of `selection` in `items`; none until requested
     ItemFilter m_itemFilter;
     Arrangement m_arrangement; ///< chosen last
-    int m_displayWish = 0;     ///< incremented when order or filter change
-    int m_readWish = 0;        ///< value of `m_displayWish` that the reading sorts for
-    bool m_readFailed = false; ///< `errorMessage` says why the folder cannot be read
-    bool m_restoring = false;  ///< restoring the view; do not save it
+    bool m_detailsShown = false;
+    bool m_detailsRead = false; ///< by the last reading
+    int m_displayWish = 0;      ///< incremented when order or filter change
+    int m_readWish = 0;         ///< value of `m_displayWish` that the reading sorts for
+    bool m_readFailed = false;  ///< `errorMessage` says why the folder cannot be read
+    bool m_restoring = false;   ///< restoring the view; do not save it
     std::size_t m_firstVisible = 0;
     std::size_t m_visibleCount = 0;
 

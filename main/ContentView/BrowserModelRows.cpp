@@ -103,6 +103,19 @@ void BrowserModel::arrange(const Arrangement &wanted)
     publish(grouping, wanted.group);
     display();
     saveArrangement();
+    readMissingDetails();
+}
+
+void BrowserModel::setDetailsShown(bool shown)
+{
+    m_detailsShown = shown;
+    readMissingDetails();
+}
+
+void BrowserModel::readMissingDetails()
+{
+    if (needsDetails() && !m_detailsRead)
+        load();
 }
 
 bool BrowserModel::sortsBySize() const

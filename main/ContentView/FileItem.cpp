@@ -48,7 +48,8 @@ bool FileItem::sameEntry(const FileItem &other) const
 bool FileItem::operator==(const FileItem &other) const
 {
     return isFolder == other.isFolder && isHidden == other.isHidden && link == other.link && size == other.size &&
-           modified == other.modified && sameEntry(other) && kind == other.kind && tags == other.tags;
+           modified == other.modified && sameEntry(other) && kind == other.kind && tags == other.tags &&
+           details == other.details;
 }
 
 std::size_t qHash(const FileItem &item, std::size_t seed) noexcept
@@ -57,7 +58,9 @@ std::size_t qHash(const FileItem &item, std::size_t seed) noexcept
     return qHashMulti(seed, QByteArrayView(above.data(), static_cast<qsizetype>(above.size())),
                       QByteArrayView(item.nameBytes.data(), static_cast<qsizetype>(item.nameBytes.size())),
                       item.isFolder, item.isHidden, static_cast<int>(item.link), item.size,
-                      item.modified.time_since_epoch().count(), item.kind, item.tags);
+                      item.modified.time_since_epoch().count(), item.kind, item.tags,
+                      item.details.created.time_since_epoch().count(), item.details.accessed.time_since_epoch().count(),
+                      item.details.owner, item.details.mode);
 }
 
 FileItem fileItem(std::shared_ptr<const std::string> folder, const ListedEntry &entry)

@@ -3,6 +3,7 @@
 #include "Base/Instant.h"
 #include "Base/Location.h"
 #include "Base/Result.h"
+#include "Disk/EntryDetails.h"
 #include "Disk/FileAttributes.h"
 
 #include <QString>
@@ -32,8 +33,9 @@ struct FileItem {
     LinkState link = LinkState::None;
     std::int64_t size = 0; ///< in bytes; 0 if unknown
     Instant modified = Instant::min();
-    QString kind;     ///< e.g. "PDF-Dokument", "Ordner", "Datei"
-    QStringList tags; ///< tag names; none for links
+    QString kind;         ///< e.g. "PDF-Dokument", "Ordner", "Datei"
+    QStringList tags;     ///< tag names; none for links
+    EntryDetails details; ///< default values if they were not asked for
 
     /// Names of the attributes read for each entry.
     static constexpr std::array<std::string_view, 7> keys{"isFolder", "isPackage", "isHidden", "size",

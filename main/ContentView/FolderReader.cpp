@@ -79,7 +79,7 @@ std::function<FolderReader::Answer(const JobControl &)> FolderReader::work(const
                 answer.watcher = *std::move(watcher);
         }
         Reading &reading = answer.reading;
-        reading.listing = readListing(request.folder, request.hidden, volumes, &control);
+        reading.listing = readListing(request.folder, request.hidden, volumes, &control, request.details);
         // Keep the old list if nothing changed, so that views have nothing to compare.
         if (reading.listing.items.sameContent(before) && !before.empty())
             reading.listing.items = before;

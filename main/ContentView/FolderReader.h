@@ -30,6 +30,7 @@ public:
         Location folder;
         HiddenEntries hidden = HiddenEntries::LeftOut;
         std::optional<DisplayOptions> order; ///< sort the rows on the worker, too
+        ItemDetails details = ItemDetails::LeftOut;
     };
     struct Reading {
         Listing listing; ///< shares its items with the reading before if nothing changed

@@ -130,6 +130,7 @@ std::optional<FileItem> SearchMatches::examine(const Location &entry, bool hidde
     if (!item || !passes(*item, m_filters, m_now))
         return std::nullopt;
     item->isHidden = item->isHidden || hidden;
+    item->details = readDetails(entry);
     return *std::move(item);
 }
 

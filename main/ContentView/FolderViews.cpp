@@ -59,6 +59,8 @@ const std::vector<std::pair<SortKey, QString>> &sortWords()
     static const std::vector<std::pair<SortKey, QString>> words{
         {SortKey::Name, QStringLiteral("name")},         {SortKey::Size, QStringLiteral("size")},
         {SortKey::Modified, QStringLiteral("modified")}, {SortKey::Kind, QStringLiteral("kind")},
+        {SortKey::Created, QStringLiteral("created")},   {SortKey::Accessed, QStringLiteral("accessed")},
+        {SortKey::Owner, QStringLiteral("owner")},       {SortKey::Rights, QStringLiteral("rights")},
         {SortKey::Tags, QStringLiteral("tags")},         {SortKey::Folder, QStringLiteral("folder")}};
     return words;
 }

@@ -30,6 +30,12 @@ Column numberColumn(const FileItems &items, const Number &number)
     return column;
 }
 
+template <class Date>
+Column dateColumn(const FileItems &items, const Date &date)
+{
+    return numberColumn(items, [&date](const FileItem &item) { return date(item).time_since_epoch().count(); });
+}
+
 Column nameColumn(const FileItems &items)
 {
     Column column;
@@ -71,13 +77,21 @@ Column columnOf(const FileItems &items, SortKey key)
     case SortKey::Size:
         return numberColumn(items, [](const FileItem &item) { return item.sizeSort(); });
     case SortKey::Modified:
-        return numberColumn(items, [](const FileItem &item) { return item.modified.time_since_epoch().count(); });
+        return dateColumn(items, [](const FileItem &item) { return item.modified; });
     case SortKey::Kind:
         return textColumn(items, [](const FileItem &item) { return item.kind; });
     case SortKey::Tags:
         return textColumn(items, [](const FileItem &item) { return item.tags.join(u','); });
     case SortKey::Folder:
         return textColumn(items, [](const FileItem &item) { return shown(std::string_view(*item.folder)); });
+    case SortKey::Created:
+        return dateColumn(items, [](const FileItem &item) { return item.details.created; });
+    case SortKey::Accessed:
+        return dateColumn(items, [](const FileItem &item) { return item.details.accessed; });
+    case SortKey::Owner:
+        return textColumn(items, [](const FileItem &item) { return ownerName(item.details.owner); });
+    case SortKey::Rights:
+        return numberColumn(items, [](const FileItem &item) { return std::int64_t{item.details.mode}; });
     }
     return {};
 }
@@ -183,7 +197,8 @@ SortOrder orderBy(SortKey key, SortDirection direction)
 
 SortDirection firstDirection(SortKey key)
 {
-    const bool descending = key == SortKey::Size || key == SortKey::Modified;
+    const bool descending =
+        key == SortKey::Size || key == SortKey::Modified || key == SortKey::Created || key == SortKey::Accessed;
     return descending ? SortDirection::Descending : SortDirection::Ascending;
 }
 
@@ -199,6 +214,14 @@ SortOrder chosenSecond(const SortOrder &now, SortKey key)
     SortOrder order{now.front()};
     std::ranges::move(orderBy(key, directionChosen(now, 1, key)), std::back_inserter(order));
     return order;
+}
+
+bool usesDetails(const SortOrder &order)
+{
+    return std::ranges::any_of(order, [](const SortComparator &one) {
+        return one.key == SortKey::Created || one.key == SortKey::Accessed || one.key == SortKey::Owner ||
+               one.key == SortKey::Rights;
+    });
 }
 
 bool sortsBySize(const SortOrder &order)

@@ -12,7 +12,7 @@
 namespace brellin {
 
 /// Sortable columns.
-enum class SortKey { Name, Size, Modified, Kind, Tags, Folder };
+enum class SortKey { Name, Size, Modified, Kind, Tags, Folder, Created, Accessed, Owner, Rights };
 enum class SortDirection { Ascending, Descending };
 
 /// One sort criterion; the next one decides between equal entries.
@@ -87,6 +87,9 @@ struct DisplayOptions {
     GroupKey group = GroupKey::None;
     QDate today = {}; ///< only used for groups by date
 };
+
+/// Whether a criterion needs the details of entries.
+bool usesDetails(const SortOrder &order);
 
 /// Whether the first criterion is the size.
 bool sortsBySize(const SortOrder &order);

@@ -19,11 +19,12 @@ constexpr std::size_t pieceSize = 512;
 /// Reads the entries of one folder on several threads.
 class ListingReader {
 public:
-    ListingReader(const Location &location, OpenFolder folder, HiddenEntries hidden)
+    ListingReader(const Location &location, OpenFolder folder, HiddenEntries hidden, ItemDetails details)
         : m_path(std::make_shared<const std::string>(location.native()))
         , m_folder(std::move(folder))
         , m_hiddenNames(m_folder.hiddenNames())
         , m_hidden(hidden)
+        , m_details(details)
     {
     }
 
@@ -76,6 +77,8 @@ private:
             items[i] = fileItem(m_path, entry);
             if (const std::string_view value = tags.read(entry.name); !value.empty() && !entry.attributes.isLink())
                 items[i].tags = FileTags::tagsFromBytes(value);
+            if (m_details == ItemDetails::Read)
+                items[i].details = readDetails(Location(*m_path) / entry.name);
         }
     }
 
@@ -83,23 +86,26 @@ private:
     const OpenFolder m_folder;
     const std::shared_ptr<const HiddenNames> m_hiddenNames;
     const HiddenEntries m_hidden;
+    const ItemDetails m_details;
     NameBlock m_block;
     std::vector<std::string_view> m_names; ///< point into m_block
 };
 
-Result<FileItems> readFolder(const Location &folder, HiddenEntries hidden, const JobControl *control)
+Result<FileItems> readFolder(const Location &folder, HiddenEntries hidden, ItemDetails details,
+                             const JobControl *control)
 {
-    ListingReader reader(folder, TRY(OpenFolder::open(folder.native(), LastLink::Follow)), hidden);
+    ListingReader reader(folder, TRY(OpenFolder::open(folder.native(), LastLink::Follow)), hidden, details);
     return FileItems(TRY(reader.read(control)));
 }
 
 } // namespace
 
-Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes &volumes, const JobControl *control)
+Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes &volumes, const JobControl *control,
+                    ItemDetails details)
 {
     const auto begin = std::chrono::steady_clock::now();
     Listing listing;
-    Result<FileItems> items = readFolder(folder, hidden, control);
+    Result<FileItems> items = readFolder(folder, hidden, details, control);
     if (items)
         listing.items = *std::move(items);
     else
@@ -125,6 +131,7 @@ FileItems readItems(const std::vector<Location> &locations, const JobControl *co
         Result<FileItem> item = FileItem::at(location);
         if (!item)
             continue;
+        item->details = readDetails(location);
         // Neighbouring matches often share a folder: share its path.
         if (folder && *folder == *item->folder)
             item->folder = folder;

@@ -12,6 +12,9 @@ namespace brellin {
 /// Whether hidden entries are included.
 enum class HiddenEntries { LeftOut, Shown };
 
+/// Whether the details of entries are read, which takes another file call for each.
+enum class ItemDetails { LeftOut, Read };
+
 /// Result of reading a folder.
 struct Listing {
     FileItems items; ///< in directory order, unsorted
@@ -24,9 +27,9 @@ struct Listing {
 /// Reads a folder's entries with all attributes that rows show; leaves out entries that cannot be examined. Blocking;
 /// uses several threads for large folders. Thread-safe. `error` is set if cancelled.
 Listing readListing(const Location &folder, HiddenEntries hidden, const Volumes &volumes,
-                    const JobControl *control = nullptr);
+                    const JobControl *control = nullptr, ItemDetails details = ItemDetails::LeftOut);
 
-/// Reads entries from any folders, e.g. search matches; leaves out those that are gone.
+/// Reads entries with details from any folders, e.g. search matches; leaves out those that are gone.
 FileItems readItems(const std::vector<Location> &locations, const JobControl *control = nullptr);
 
 } // namespace brellin
