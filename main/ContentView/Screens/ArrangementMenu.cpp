@@ -1,6 +1,7 @@
 #include "ContentView/Screens/ArrangementMenu.h"
 
 #include "ContentView/BrowserModel.h"
+#include "ContentView/Screens/ItemTexts.h"
 #include "Look/Symbols.h"
 
 #include <QMenu>
@@ -11,8 +12,8 @@ namespace brellin {
 
 namespace {
 
-constexpr std::array sortKeys{SortKey::Name, SortKey::Size, SortKey::Modified,
-                              SortKey::Kind, SortKey::Tags, SortKey::Folder};
+constexpr std::array sortKeys{SortKey::Name,    SortKey::Size,     SortKey::Modified, SortKey::Kind,   SortKey::Tags,
+                              SortKey::Created, SortKey::Accessed, SortKey::Owner,    SortKey::Rights, SortKey::Folder};
 
 QAction *addChoice(QMenu &menu, const QString &title, bool chosen, const std::function<void()> &choose)
 {
@@ -75,25 +76,6 @@ void addGrouping(QMenu &menu, BrowserModel &pane)
 }
 
 } // namespace
-
-QString titleOf(SortKey key)
-{
-    switch (key) {
-    case SortKey::Name:
-        return QStringLiteral("Name");
-    case SortKey::Size:
-        return QStringLiteral("Größe");
-    case SortKey::Modified:
-        return QStringLiteral("Geändert");
-    case SortKey::Kind:
-        return QStringLiteral("Art");
-    case SortKey::Tags:
-        return QStringLiteral("Markierungen");
-    case SortKey::Folder:
-        return QStringLiteral("Ort");
-    }
-    return {};
-}
 
 void addArrangement(QMenu &menu, BrowserModel &pane)
 {

@@ -19,28 +19,6 @@ constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200, 
 /// Minimum width of the view for each column; narrower views hide it.
 constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720, 380, 0};
 
-/// Nullopt if the rows cannot be sorted by it.
-std::optional<SortKey> keyOf(Column column)
-{
-    switch (column) {
-    case Column::Name:
-        return SortKey::Name;
-    case Column::Size:
-        return SortKey::Size;
-    case Column::Modified:
-        return SortKey::Modified;
-    case Column::Kind:
-        return SortKey::Kind;
-    case Column::Tags:
-        return SortKey::Tags;
-    case Column::Folder:
-        return SortKey::Folder;
-    case Column::Passage:
-        break;
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pictures, UserDefaults &defaults,

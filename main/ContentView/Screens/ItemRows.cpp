@@ -53,6 +53,12 @@ private:
 
 } // namespace
 
+QString titleOf(Column column)
+{
+    const std::optional<SortKey> key = keyOf(column);
+    return key ? titleOf(*key) : QStringLiteral("Fundstelle");
+}
+
 ItemRows::ItemRows(BrowserModel &pane, FolderSizes &sizes, QObject *parent)
     : QAbstractTableModel(parent)
     , m_pane(pane)
@@ -237,6 +243,14 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return entry.kind;
     case Column::Tags:
         return entry.tags.join(QStringLiteral(", "));
+    case Column::Created:
+        return shortDateText(entry.details.created, m_today);
+    case Column::Accessed:
+        return shortDateText(entry.details.accessed, m_today);
+    case Column::Owner:
+        return ownerName(entry.details.owner);
+    case Column::Rights:
+        return rightsText(entry);
     case Column::Folder:
         return folderTextOf(entry);
     case Column::Passage:
@@ -247,12 +261,9 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
 
 QVariant ItemRows::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    static const QStringList titles{
-        QStringLiteral("Name"),         QStringLiteral("Größe"), QStringLiteral("Geändert"),  QStringLiteral("Art"),
-        QStringLiteral("Markierungen"), QStringLiteral("Ort"),   QStringLiteral("Fundstelle")};
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= titles.size())
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= brellin::columnCount)
         return {};
-    return titles.at(section);
+    return titleOf(static_cast<Column>(section));
 }
 
 Qt::ItemFlags ItemRows::flags(const QModelIndex &index) const

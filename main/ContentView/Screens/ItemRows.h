@@ -8,9 +8,19 @@
 
 namespace brellin {
 
-/// Columns of the details view, from left to right.
-enum class Column { Name, Size, Modified, Kind, Tags, Folder, Passage };
-inline constexpr int columnCount = 7;
+/// Columns of the details view; settings hold their numbers.
+enum class Column { Name, Size, Modified, Kind, Tags, Folder, Passage, Created, Accessed, Owner, Rights };
+inline constexpr int columnCount = 11;
+/// Nullopt if the rows cannot be sorted by the column. Otherwise both lists have the same order.
+constexpr std::optional<SortKey> keyOf(Column column)
+{
+    if (column == Column::Passage)
+        return std::nullopt;
+    const int number = static_cast<int>(column);
+    return static_cast<SortKey>(column < Column::Passage ? number : number - 1);
+}
+/// „Geändert“
+QString titleOf(Column column);
 
 /// Item model of a pane's displayed items. Updates match entries by path, so that selection, scroll position and an
 /// open editor survive.

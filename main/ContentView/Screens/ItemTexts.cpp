@@ -2,8 +2,43 @@
 
 #include "Base/German.h"
 #include "Base/RecentDate.h"
+#include "FileOperations/EntryFacts.h"
 
 namespace brellin {
+
+QString titleOf(SortKey key)
+{
+    switch (key) {
+    case SortKey::Name:
+        return QStringLiteral("Name");
+    case SortKey::Size:
+        return QStringLiteral("Größe");
+    case SortKey::Modified:
+        return QStringLiteral("Geändert");
+    case SortKey::Kind:
+        return QStringLiteral("Art");
+    case SortKey::Tags:
+        return QStringLiteral("Markierungen");
+    case SortKey::Folder:
+        return QStringLiteral("Ort");
+    case SortKey::Created:
+        return QStringLiteral("Erstellt");
+    case SortKey::Accessed:
+        return QStringLiteral("Geöffnet");
+    case SortKey::Owner:
+        return QStringLiteral("Eigentümer");
+    case SortKey::Rights:
+        return QStringLiteral("Rechte");
+    }
+    return {};
+}
+
+QString rightsText(const FileItem &item)
+{
+    if (item.link != LinkState::None || item.details == EntryDetails())
+        return {};
+    return modeText(item.details.mode, item.isFolder ? EntryKind::Folder : EntryKind::File);
+}
 
 QString shortDateText(Instant instant, QDate today)
 {

@@ -1,13 +1,19 @@
 #pragma once
 
 #include "Base/Instant.h"
-#include "ContentView/FileItem.h"
+#include "ContentView/ItemOrder.h"
 #include "Features/FolderSizes.h"
 
 #include <QDate>
 #include <QString>
 
 namespace brellin {
+
+/// The title of a column: „Geändert“.
+QString titleOf(SortKey key);
+
+/// "-rw-r--r-- (644)"; empty for links and if the details were not read.
+QString rightsText(const FileItem &item);
 
 /// "heute, 09:12", "gestern, 17:03", "18. Sep. 2026"; empty if unknown.
 QString shortDateText(Instant instant, QDate today);
