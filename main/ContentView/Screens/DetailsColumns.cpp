@@ -16,7 +16,7 @@ namespace {
 const QString widthsKey = QStringLiteral("detailsColumns");
 const QString chosenKey = QStringLiteral("detailsShown");
 
-constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200, 140, 140, 110, 140};
+constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200, 300, 140, 140, 110, 140};
 const QString usualColumns = QStringLiteral("1,2,3,4");
 /// Room for the name beside one column, and beside several.
 constexpr int leastNameWidth = 170;
@@ -46,6 +46,7 @@ DetailsColumns::DetailsColumns(QHeaderView &header, UserDefaults &defaults)
     , m_widths(usualWidths)
 {
     m_header.moveSection(m_header.visualIndex(sectionOf(Column::Folder)), 1);
+    m_header.moveSection(m_header.visualIndex(sectionOf(Column::Passage)), 1);
     readWidths();
     readChosen();
     m_saveSoon.setSingleShot(true);
@@ -109,27 +110,24 @@ void DetailsColumns::store(const QString &key, const QVariant &value)
         Q_EMIT notStored(kept.error().message);
 }
 
-void DetailsColumns::fit(int width, bool results)
+void DetailsColumns::fit(int width, const std::vector<Column> &always)
 {
     m_width = width;
-    m_results = results;
+    m_always = always;
     show();
 }
 
 void DetailsColumns::show()
 {
-    std::vector<Column> wanted = m_chosen;
-    if (m_results) {
-        std::erase(wanted, Column::Folder);
-        wanted.insert(wanted.begin(), Column::Folder);
-    }
+    std::vector<Column> wanted = m_always;
+    std::ranges::copy_if(m_chosen, std::back_inserter(wanted), [this](Column one) { return !holds(m_always, one); });
     m_fitting = true;
     int used = 0;
     for (int section = 1; section < columnCount; ++section)
         if (!holds(wanted, static_cast<Column>(section)))
             m_header.hideSection(section);
     for (const Column column : wanted) {
-        const int name = used == 0 ? leastNameWidth : usualNameWidth;
+        const int name = used == 0 || holds(m_always, column) ? leastNameWidth : usualNameWidth;
         const int width = m_widths.at(static_cast<std::size_t>(column));
         const bool fits = scaled(name + used + width) <= m_width;
         m_header.setSectionHidden(sectionOf(column), !fits);
@@ -143,7 +141,8 @@ void DetailsColumns::show()
 bool DetailsColumns::showsDetails() const
 {
     for (int section = 1; section < columnCount; ++section)
-        if (!m_header.isSectionHidden(section) && usesDetails({{keyOf(static_cast<Column>(section))}}))
+        if (const std::optional<SortKey> key = keyOf(static_cast<Column>(section));
+            key && !m_header.isSectionHidden(section) && usesDetails({{*key}}))
             return true;
     return false;
 }
@@ -165,9 +164,11 @@ void DetailsColumns::addTo(QMenu &menu)
 {
     for (int section = 1; section < columnCount; ++section) {
         const auto column = static_cast<Column>(section);
-        const bool always = m_results && column == Column::Folder;
+        const bool always = holds(m_always, column);
+        if (column == Column::Passage)
+            continue;
         const bool wanted = always || holds(m_chosen, column);
-        const QString title = titleOf(keyOf(column));
+        const QString title = titleOf(column);
         const bool hidden = wanted && m_header.isSectionHidden(section);
         QAction *const entry = menu.addAction(hidden ? title + QStringLiteral(" (kein Platz)") : title, this,
                                               [this, column, wanted] { choose(column, !wanted); });

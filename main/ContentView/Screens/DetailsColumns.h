@@ -18,8 +18,8 @@ class DetailsColumns : public QObject {
 public:
     DetailsColumns(QHeaderView &header, UserDefaults &defaults);
 
-    /// Shows what fits beside the name: „Ort“ of results first, then the columns chosen last.
-    void fit(int width, bool results);
+    /// Shows what fits beside the name: first what the place always shows, then the columns chosen last.
+    void fit(int width, const std::vector<Column> &always);
     /// Whether any column shown needs details of entries.
     bool showsDetails() const;
     void choose(Column column, bool wanted);
@@ -44,7 +44,7 @@ private:
     std::array<int, columnCount> m_widths{}; ///< for the design's font size; also of hidden columns
     std::vector<Column> m_chosen;            ///< the last chosen first
     int m_width = 0;                         ///< of the view
-    bool m_results = false;
+    std::vector<Column> m_always;
     bool m_fitting = false;
     QTimer m_saveSoon;
 };

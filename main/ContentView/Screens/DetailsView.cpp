@@ -1,8 +1,8 @@
 #include "ContentView/Screens/DetailsView.h"
 
+#include "ContentView/Screens/DetailsColumns.h"
 #include "ContentView/Screens/DetailsHeader.h"
 #include "Look/Theme.h"
-#include "System/PlainSetting.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -10,16 +10,6 @@
 #include <QScrollBar>
 
 namespace brellin {
-
-namespace {
-
-const QString widthsKey = QStringLiteral("detailsColumns");
-
-constexpr std::array<int, columnCount> usualWidths{300, 90, 140, 160, 100, 200, 300};
-/// Minimum width of the view for each column; narrower views hide it.
-constexpr std::array<int, columnCount> neededWidths{0, 260, 480, 620, 720, 380, 0};
-
-} // namespace
 
 DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pictures, UserDefaults &defaults,
                          QWidget *parent)
@@ -46,7 +36,8 @@ DetailsView::DetailsView(BrowserModel &pane, ItemRows &rows, const EntryPictures
     setIndentation(0);
     buildHeader();
     pane.sortOrder.observe(this, [this](const SortOrder &order) { showSort(order); });
-    pane.place.observe(this, [this](const Place &) { chooseColumns(); });
+    pane.place.observe(this, [this](const Place &) { fitColumns(); });
+    pane.viewMode.observe(this, [this](ViewMode) { fitColumns(); });
     m_typedEnds.setSingleShot(true);
     connect(&m_typedEnds, &QTimer::timeout, this, [this] { m_typed.clear(); });
     m_visibleSoon.setSingleShot(true);
@@ -84,7 +75,6 @@ void DetailsView::buildHeader()
     head->setSectionsMovable(true);
     head->setFirstSectionMovable(false);
     head->setMinimumSectionSize(scaled(60));
-    restoreWidths();
     head->setSectionResizeMode(static_cast<int>(Column::Name), QHeaderView::Stretch);
     connect(head, &QHeaderView::sectionClicked, this, [this, head](int section) {
         const std::optional<SortKey> key = keyOf(static_cast<Column>(section));
@@ -93,12 +83,10 @@ void DetailsView::buildHeader()
         const SortOrder &now = m_pane.sortOrder.get();
         m_pane.setSortOrder(head->wasShiftClicked() ? chosenSecond(now, *key) : chosenOrder(now, *key));
     });
-    m_saveSoon.setSingleShot(true);
-    connect(&m_saveSoon, &QTimer::timeout, this, &DetailsView::saveWidths);
-    connect(head, &QHeaderView::sectionMoved, &m_saveSoon, [this] { m_saveSoon.start(500); });
-    connect(head, &QHeaderView::sectionResized, &m_saveSoon, [this](int section) {
-        if (section != static_cast<int>(Column::Name))
-            m_saveSoon.start(500);
+    m_columns = new DetailsColumns(*head, m_defaults);
+    connect(m_columns, &DetailsColumns::chosen, this, &DetailsView::fitColumns);
+    connect(m_columns, &DetailsColumns::notStored, this, [this](const QString &reason) {
+        m_pane.showError(QStringLiteral("Die Spalten konnten nicht gespeichert werden: ") + reason);
     });
     showSort(m_pane.sortOrder.get());
 }
@@ -116,55 +104,22 @@ void DetailsView::showSort(const SortOrder &order)
     static_cast<DetailsHeader *>(header())->showSort(std::move(sorted));
 }
 
-/// The setting holds "column:width", separated by commas, in display order.
-void DetailsView::restoreWidths()
+void DetailsView::rereadColumns()
 {
-    for (int section = 0; section < columnCount; ++section)
-        header()->resizeSection(section, scaled(usualWidths.at(static_cast<std::size_t>(section))));
-    header()->moveSection(header()->visualIndex(static_cast<int>(Column::Folder)), 1);
-    header()->moveSection(header()->visualIndex(static_cast<int>(Column::Passage)), 1);
-    const QString stored = plainSetting(m_defaults, widthsKey, QString());
-    int place = 0;
-    for (const QString &one : stored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-        const int section = one.section(QLatin1Char(':'), 0, 0).toInt();
-        const int width = one.section(QLatin1Char(':'), 1, 1).toInt();
-        if (section < 0 || section >= columnCount || width < 40 || width > 2000 || place >= columnCount)
-            return;
-        header()->moveSection(header()->visualIndex(section), place++);
-        header()->resizeSection(section, width);
-    }
+    m_columns->readChosen();
+    fitColumns();
 }
 
-void DetailsView::saveWidths()
-{
-    QStringList stored;
-    for (int place = 0; place < columnCount; ++place) {
-        const int section = header()->logicalIndex(place);
-        const int width = header()->isSectionHidden(section) ? scaled(usualWidths.at(static_cast<std::size_t>(section)))
-                                                             : header()->sectionSize(section);
-        stored.append(QStringLiteral("%1:%2").arg(section).arg(width));
-    }
-    if (const Result<void> kept = m_defaults.setValue(widthsKey, stored.join(QLatin1Char(','))); !kept)
-        m_pane.showError(QStringLiteral("Die Spalten konnten nicht gespeichert werden: ") + kept.error().message);
-}
-
-void DetailsView::chooseColumns()
+void DetailsView::fitColumns()
 {
     const Place &now = m_pane.place.get();
-    const bool results = now.kind == Place::Kind::Search || now.kind == Place::Kind::Tag;
-    const bool contents = now.terms.contents;
-    int room = 0;
-    const auto show = [&](Column column, bool wanted) {
-        const auto section = static_cast<std::size_t>(column);
-        const bool fits = viewport()->width() >= scaled(neededWidths.at(section) + room);
-        header()->setSectionHidden(static_cast<int>(column), !wanted || !fits);
-        return wanted ? usualWidths.at(section) : 0;
-    };
-    // In results the others make room for these two, so that names remain readable.
-    room += show(Column::Passage, contents);
-    room += show(Column::Folder, results);
-    for (const Column column : {Column::Size, Column::Modified, Column::Kind, Column::Tags})
-        show(column, true);
+    std::vector<Column> always;
+    if (now.terms.contents)
+        always.push_back(Column::Passage);
+    if (now.kind == Place::Kind::Search || now.kind == Place::Kind::Tag)
+        always.push_back(Column::Folder);
+    m_columns->fit(viewport()->width(), always);
+    m_pane.setDetailsShown(m_pane.viewMode.get() == ViewMode::Details && m_columns->showsDetails());
 }
 
 bool DetailsView::endTyping()
@@ -182,13 +137,14 @@ void DetailsView::setActive(bool active)
 void DetailsView::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
-    chooseColumns();
+    fitColumns();
     m_visibleSoon.start();
 }
 
 void DetailsView::showEvent(QShowEvent *event)
 {
     QTreeView::showEvent(event);
+    rereadColumns();
     m_visibleSoon.start();
 }
 

@@ -7,6 +7,8 @@
 
 namespace brellin {
 
+class DetailsColumns;
+
 /// The details view: a list with columns and a rubber band that starts beside a name. Headings of groups are painted
 /// between the rows; they are no rows, so keys, selection and drags pass them by.
 class DetailsView : public QTreeView {
@@ -16,6 +18,9 @@ public:
                 QWidget *parent);
 
     void setActive(bool active);
+    DetailsColumns &columns() { return *m_columns; }
+    /// Takes over which columns were chosen in another view.
+    void rereadColumns();
 
     void keyboardSearch(const QString &typed) override;
     bool isTyping() const { return !m_typed.isEmpty(); }
@@ -44,9 +49,7 @@ protected:
 private:
     void tellVisible();
     void buildHeader();
-    void chooseColumns();
-    void restoreWidths();
-    void saveWidths();
+    void fitColumns();
     void showSort(const SortOrder &order);
     bool isGrouped() const { return !m_rows.shown().groups().empty(); }
     const GroupedGrid &grid() const;
@@ -60,7 +63,7 @@ private:
     UserDefaults &m_defaults;
     RowDelegate *m_delegate;
     mutable GroupedGrid m_grid;
-    QTimer m_saveSoon;
+    DetailsColumns *m_columns = nullptr;
     std::optional<QPoint> m_bandFrom; ///< in content coordinates, so that it scrolls with the rows
     QPoint m_bandTo;
     QItemSelection m_beforeBand;
