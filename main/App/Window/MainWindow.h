@@ -82,7 +82,7 @@ public:
     void toggleSidebar();
     void showSettings();
     void showShortcuts();
-    /// The menu that sorts and groups the active pane.
+    /// The menu of columns, sorting and grouping of the active pane.
     void showArrangement();
     void showAbout();
     /// The menu of all commands.

@@ -66,6 +66,11 @@ PaneView *TabPage::addView(BrowserModel &pane, QWidget *parent)
         pane, {m_services.panes.defaults, m_services.panes.sizes, m_services.panes.colors, &m_services.thumbnails},
         parent);
     connect(view, &PaneView::focused, this, [this, &pane] { m_panes.setActive(&pane); });
+    connect(view, &PaneView::columnsChosen, this, [this] {
+        for (PaneView *const one : {m_first, m_second})
+            if (one)
+                one->rereadColumns();
+    });
     connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
     connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
     connect(view, &PaneView::backgroundTabRequested, this, &TabPage::backgroundTabRequested);

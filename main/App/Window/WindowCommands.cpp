@@ -291,7 +291,7 @@ std::vector<WindowCommand> viewMenu()
              inFolder, zoomBy(iconStep));
     menu.add(SmallerIcons, QStringLiteral("Kleinere Symbole"), {control | Qt::Key_Minus}, leaves, inFolder,
              zoomBy(-iconStep));
-    menu.add(Arrange, QStringLiteral("Sortieren und gruppieren …"), {control | alt | Qt::Key_S}, leaves, inFolder,
+    menu.add(Arrange, QStringLiteral("Spalten und Sortierung …"), {control | alt | Qt::Key_S}, leaves, inFolder,
              run(&MainWindow::showArrangement));
     menu.add(
         ShowHidden, QStringLiteral("Versteckte Dateien ein/aus"),

@@ -1,7 +1,9 @@
 #include "ContentView/Screens/PaneView.h"
 
 #include "ContentView/Screens/ArrangementMenu.h"
+#include "ContentView/Screens/DetailsColumns.h"
 #include "Look/Buttons.h"
+#include "Look/Symbols.h"
 #include "Look/Theme.h"
 
 #include <QHeaderView>
@@ -174,6 +176,7 @@ void PaneView::buildViews()
     };
     connect(m_details, &DetailsView::middleClicked, this, openBehind);
     connect(m_icons, &IconsView::middleClicked, this, openBehind);
+    connect(&m_details->columns(), &DetailsColumns::chosen, this, &PaneView::columnsChosen);
     QHeaderView *const header = m_details->header();
     header->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header, &QWidget::customContextMenuRequested, this,
@@ -185,13 +188,27 @@ QMenu *PaneView::arrangementMenu()
     auto *const menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("arrangementMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    addArrangementTo(*menu);
+    if (&view() == m_details) {
+        m_details->columns().addTo(*menu);
+        menu->addSeparator();
+    }
+    addArrangement(*menu, m_pane);
     return menu;
 }
 
 void PaneView::addArrangementTo(QMenu &menu)
 {
     addArrangement(menu, m_pane);
+    if (&view() != m_details)
+        return;
+    QMenu *const columns = menu.addMenu(Symbols::icon(QStringLiteral("columns-2")), QStringLiteral("Spalten"));
+    columns->setObjectName(QStringLiteral("columnsMenu"));
+    m_details->columns().addTo(*columns);
+}
+
+void PaneView::rereadColumns()
+{
+    m_details->rereadColumns();
 }
 
 /// By key, so with the first entry current.

@@ -38,6 +38,9 @@ public:
     void showCut(const std::set<Location> &entries);
 
     Q_SIGNAL void focused();
+    /// Other columns were chosen; other views show them after `rereadColumns`.
+    Q_SIGNAL void columnsChosen();
+    void rereadColumns();
     /// Return or double click on entries that are not folders.
     Q_SIGNAL void openRequested(const std::vector<brellin::FileItem> &items);
     Q_SIGNAL void tabRequested(const brellin::Location &folder);
@@ -63,7 +66,7 @@ public:
 
     /// Passes the views' selection on to the model; call before a command.
     void settle() { m_link->settle(); }
-    /// Adds the choices of sorting and grouping.
+    /// Adds the choices of columns, sorting and grouping.
     void addArrangementTo(QMenu &menu);
     /// Shows them as a menu of their own, above the list.
     void showArrangement();

@@ -155,6 +155,25 @@ TEST_F(ArrangementTest, opensRenamesAndDrawsABandBelowHeadings)
     EXPECT_EQ(selected(), QStringList(QStringLiteral("c.txt"))) << "from the heading into the first row";
 }
 
+TEST_F(ArrangementTest, choosesColumnsByKeysInBothPanes)
+{
+    file("a.txt", "1");
+    open();
+    pane().navigate(folder);
+    window->run(CommandId::DualPane);
+    key(Qt::Key_F6);
+    arrangeByKeys(QStringLiteral("Rechte"));
+    int shown = 0;
+    for (const QHeaderView *const one : window->findChildren<QHeaderView *>(QStringLiteral("detailsHeader")))
+        shown += one->isSectionHidden(8 + 1) ? 0 : 1;
+    EXPECT_EQ(shown, 2);
+    key(Qt::Key_F3);
+    EXPECT_TRUE(waitUntil(
+        [this] { return details()->model()->index(0, 9).data().toString().startsWith(QStringLiteral("-rw-")); }));
+    EXPECT_TRUE(services->settings().setValue(QStringLiteral("detailsShown"), QVariant()));
+    EXPECT_TRUE(services->settings().setValue(QStringLiteral("dualPane"), QVariant()));
+}
+
 TEST_F(ArrangementTest, scrollsToTheEndOfManyGroups)
 {
     for (int number = 0; number < 40; ++number)
