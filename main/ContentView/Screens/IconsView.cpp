@@ -1,6 +1,7 @@
 #include "ContentView/Screens/IconsView.h"
 
 #include "ContentView/Screens/RowDelegate.h"
+#include "ContentView/Screens/TileList.h"
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
 
@@ -110,6 +111,7 @@ IconsView::IconsView(BrowserModel &pane, ItemRows &rows, const EntryPictures &pi
     , m_thumbnails(thumbnails)
     , m_delegate(new TileDelegate(rows, pictures, this))
 {
+    TileList::install();
     setObjectName(QStringLiteral("iconsView"));
     setAccessibleName(QStringLiteral("Dateien"));
     setModel(&rows);
@@ -150,6 +152,17 @@ void IconsView::keyboardSearch(const QString &typed)
 {
     m_typing.start(QApplication::keyboardInputInterval());
     QListView::keyboardSearch(typed);
+}
+
+/// QListView would tell a place in its own layout, which is empty.
+void IconsView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QAbstractItemView::currentChanged(current, previous);
+    if (!QAccessible::isActive() || !current.isValid() || !hasFocus())
+        return;
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(current.row());
+    QAccessible::updateAccessibility(&event);
 }
 
 void IconsView::setIconSide(double side)

@@ -37,6 +37,7 @@ public:
     void keyboardSearch(const QString &typed) override;
     /// Whether the next letter continues the beginning of a name typed so far.
     bool isTyping() const { return m_typing.isActive(); }
+    QString spokenRow(int row) const { return m_rows.spokenRow(row); }
 
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;
@@ -46,6 +47,7 @@ public:
     Q_SIGNAL void middleClicked(const QModelIndex &index);
 
 protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers keys) override;
     void setSelection(const QRect &area, QItemSelectionModel::SelectionFlags command) override;
     QRegion visualRegionForSelection(const QItemSelection &selection) const override;

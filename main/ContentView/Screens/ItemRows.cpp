@@ -180,6 +180,12 @@ QString ItemRows::passageOf(const FileItem &item) const
     return found == passages.end() ? QString() : found->second;
 }
 
+QString ItemRows::spokenRow(int row) const
+{
+    const FileItem &entry = item(row);
+    return spokenText(entry, sizeTextOf(entry), passageOf(entry), m_today);
+}
+
 void ItemRows::heardPassages()
 {
     const int column = static_cast<int>(Column::Passage);
@@ -222,8 +228,6 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return {};
     const FileItem &entry = item(index.row());
     const auto column = static_cast<Column>(index.column());
-    if (role == Qt::AccessibleTextRole)
-        return spokenText(entry, sizeTextOf(entry), passageOf(entry), m_today);
     if (role == Qt::ToolTipRole && column == Column::Passage)
         return passageOf(entry);
     if (role == Qt::ToolTipRole)
@@ -243,6 +247,8 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return entry.kind;
     case Column::Tags:
         return entry.tags.join(QStringLiteral(", "));
+    case Column::Folder:
+        return folderTextOf(entry);
     case Column::Created:
         return shortDateText(entry.details.created, m_today);
     case Column::Accessed:

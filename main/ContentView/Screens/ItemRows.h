@@ -38,6 +38,8 @@ public:
     QString sizeTextOf(const FileItem &item) const;
     bool sizeIsStale(const FileItem &item) const;
     QDate today() const { return m_today; }
+    /// The whole row for screen readers.
+    QString spokenRow(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
