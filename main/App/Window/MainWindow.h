@@ -191,8 +191,8 @@ private:
     void addSendToMenu(QMenu &menu);
     void addSendToChanges(QMenu &menu);
     void addUndoList(QMenu &menu);
-    void addCommand(QMenu &menu, CommandId id, const QString &symbol);
-    void addOtherPane(QMenu &menu, const std::vector<std::pair<CommandId, QString>> &commands);
+    void addCommand(QMenu &menu, CommandId id);
+    void addOtherPane(QMenu &menu, const std::vector<CommandId> &commands);
     void addPinEntry(QMenu &menu, const Location &folder);
     void addTagMenu(QMenu &menu, const std::vector<FileItem> &items);
     void addColorMenu(QMenu &menu, const std::vector<FileItem> &items);

@@ -1,4 +1,5 @@
 #include "App/Window/AboutTexts.h"
+#include "App/Window/CommandLook.h"
 #include "App/Window/FileCommands.h"
 #include "App/Window/MainWindow.h"
 #include "App/Window/PlaceTitles.h"
@@ -74,73 +75,72 @@ void MainWindow::showMenu(const QPoint &global)
     refreshState();
     QMenu *const menu = makeMenu(this, QStringLiteral("contextMenu"));
     const std::vector<FileItem> selected = pane()->selectedItems();
-    const auto add = [this, menu](CommandId id, const QString &symbol) { addCommand(*menu, id, symbol); };
+    const auto add = [this, menu](CommandId id) { addCommand(*menu, id); };
     using enum CommandId;
     if (selected.empty()) {
-        add(NewFolder, QStringLiteral("folder-plus"));
-        add(NewTextDocument, QStringLiteral("file-text"));
+        add(NewFolder);
+        add(NewTextDocument);
         addTemplateMenu(*menu);
         menu->addSeparator();
-        add(Paste, QStringLiteral("clipboard-paste"));
-        add(Reload, QStringLiteral("rotate-cw"));
-        add(SelectAll, QStringLiteral("list-checks"));
-        add(ShowHidden, QStringLiteral("eye"));
+        add(Paste);
+        add(Reload);
+        add(SelectAll);
+        add(ShowHidden);
         tab()->activeView().addArrangementTo(*menu);
         menu->addSeparator();
-        addOtherPane(*menu,
-                     {{SwapPanes, QStringLiteral("arrow-right-left")}, {SameFolder, QStringLiteral("columns-2")}});
-        add(OpenTerminal, QStringLiteral("terminal"));
-        add(StorageOverview, QStringLiteral("chart-pie"));
+        addOtherPane(*menu, {SwapPanes, SameFolder});
+        add(OpenTerminal);
+        add(StorageOverview);
         addPinEntry(*menu, pane()->current.get());
-        add(Properties, QStringLiteral("info"));
+        add(Properties);
         menu->popup(global);
         return;
     }
-    add(Open, QStringLiteral("external-link"));
+    add(Open);
     addOpenWithMenu(*menu, selected);
-    add(CommandId::LargeView, QStringLiteral("maximize-2"));
-    add(OpenInNewTab, QStringLiteral("square-plus"));
+    add(CommandId::LargeView);
+    add(OpenInNewTab);
     if (m_actions.at(ShowInFolder)->isEnabled())
-        add(ShowInFolder, QStringLiteral("folder-open"));
+        add(ShowInFolder);
     addSendToMenu(*menu);
     menu->addSeparator();
-    add(Cut, QStringLiteral("scissors"));
-    add(Copy, QStringLiteral("copy"));
-    add(Paste, QStringLiteral("clipboard-paste"));
-    add(Duplicate, QStringLiteral("files"));
-    addOtherPane(*menu, {{CopyToOther, QStringLiteral("copy")}, {MoveToOther, QStringLiteral("folder-output")}});
-    add(CopyPath, QStringLiteral("link"));
+    add(Cut);
+    add(Copy);
+    add(Paste);
+    add(Duplicate);
+    addOtherPane(*menu, {CopyToOther, MoveToOther});
+    add(CopyPath);
     menu->addSeparator();
-    add(Rename, QStringLiteral("pencil"));
+    add(Rename);
     addTagMenu(*menu, selected);
     addColorMenu(*menu, selected);
     if (selected.size() == 1 && selected.front().isFolder)
         addPinEntry(*menu, selected.front().location());
     addSizeEntry(*menu, selected);
     menu->addSeparator();
-    add(MakeAlias, QStringLiteral("folder-symlink"));
-    add(Compress, QStringLiteral("file-archive"));
+    add(MakeAlias);
+    add(Compress);
     if (m_actions.at(Unpack)->isEnabled())
-        add(Unpack, QStringLiteral("package"));
-    add(MoveToTrash, QStringLiteral("trash-2"));
+        add(Unpack);
+    add(MoveToTrash);
     menu->addSeparator();
-    add(Properties, QStringLiteral("info"));
+    add(Properties);
     menu->popup(global);
 }
 
-void MainWindow::addCommand(QMenu &menu, CommandId id, const QString &symbol)
+void MainWindow::addCommand(QMenu &menu, CommandId id)
 {
-    QAction *const entry = menu.addAction(Symbols::icon(symbol), titleWithKey(id), this, [this, id] { run(id); });
+    QAction *const entry = menu.addAction(Symbols::icon(symbolOf(id)), titleWithKey(id), this, [this, id] { run(id); });
     entry->setEnabled(m_actions.at(id)->isEnabled());
 }
 
 /// Commands for two panes, left out if there is one.
-void MainWindow::addOtherPane(QMenu &menu, const std::vector<std::pair<CommandId, QString>> &commands)
+void MainWindow::addOtherPane(QMenu &menu, const std::vector<CommandId> &commands)
 {
     if (!tab()->panes().dualPane.get())
         return;
-    for (const auto &[id, symbol] : commands)
-        addCommand(menu, id, symbol);
+    for (const CommandId id : commands)
+        addCommand(menu, id);
 }
 
 void MainWindow::addPinEntry(QMenu &menu, const Location &folder)
@@ -353,11 +353,16 @@ QMenu *MainWindow::showAllCommands(QWidget *under)
         for (const WindowCommand &one : commandTable()) {
             if (one.group != group || one.id == CommandId::AllCommands)
                 continue;
+            if (beginsSection(one.id))
+                part->addSeparator();
             QAction *const entry = part->addAction(titleWithKey(one.id), this, [this, id = one.id] { run(id); });
             entry->setEnabled(one.enabled(now));
             if (one.checked) {
                 entry->setCheckable(true);
                 entry->setChecked(one.checked(now));
+            } else if (const QString symbol = symbolOf(one.id); !symbol.isEmpty()) {
+                // A symbol would cover the tick.
+                entry->setIcon(Symbols::icon(symbol));
             }
         }
     }
