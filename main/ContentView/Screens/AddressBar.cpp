@@ -135,6 +135,8 @@ AddressBar::AddressBar(const KnownFolders &folders, MountWorkers &workers, const
     auto *const completer = new QCompleter(&m_completions, this);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->setCompletionMode(QCompleter::PopupCompletion);
+    completer->popup()->setProperty("kind", QStringLiteral("popup"));
+    completer->popup()->setObjectName(QStringLiteral("pathCompletions"));
     m_field->setCompleter(completer);
     connect(m_field, &QLineEdit::textEdited, this, &AddressBar::complete);
     connect(m_field, &QLineEdit::returnPressed, this, [this] {

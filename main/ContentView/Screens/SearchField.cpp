@@ -16,7 +16,10 @@ SearchField::SearchField(const KnownFolders &folders, QWidget *parent)
 {
     setObjectName(QStringLiteral("searchField"));
     setProperty("kind", QStringLiteral("search"));
-    m_clear->setToolTip(QStringLiteral("Suche beenden"));
+    // The texts are the buttons' names for screen readers.
+    m_symbol->setText(QStringLiteral("Suchen"));
+    m_clear->setText(QStringLiteral("Suche beenden"));
+    m_clear->setToolTip(m_clear->text());
     connect(m_clear, &QAction::triggered, this, &SearchField::endSearch);
     connect(this, &QLineEdit::textEdited, this, [this](const QString &typed) {
         if (m_pane)
