@@ -4,6 +4,7 @@
 #include "Features/Screens/PreviewCard.h"
 #include "Features/Screens/PreviewFactList.h"
 #include "Features/Screens/PreviewHint.h"
+#include "Features/Screens/PreviewStack.h"
 #include "Features/Screens/PreviewTagRow.h"
 #include "Look/Buttons.h"
 #include "Look/Cards.h"
@@ -40,13 +41,15 @@ QString breakable(const QString &name)
 
 } // namespace
 
-PreviewPane::PreviewPane(PreviewLoader &loader, QWidget *parent)
+PreviewPane::PreviewPane(PreviewLoader &loader, QWidget *parent, ThumbnailImages *thumbnails)
     : QScrollArea(parent)
     , m_loader(loader)
     , m_line(new Separator(Qt::Vertical, this))
     , m_whole(new QWidget(this))
     , m_empty(new EmptyState(QStringLiteral("eye"), QStringLiteral("Nichts ausgewählt"), {}, m_whole))
     , m_card(new PreviewCard(m_whole))
+    , m_several(new Card(m_whole))
+    , m_stack(new PreviewStack(thumbnails, m_several))
     , m_pages(new QWidget(m_whole))
     , m_name(new TextLabel({}, Token::Text, 1.08, QFont::DemiBold, m_whole))
     , m_summary(new TextLabel({}, Token::Secondary, 1, QFont::Normal, m_whole))
@@ -77,6 +80,8 @@ PreviewPane::PreviewPane(PreviewLoader &loader, QWidget *parent)
     auto *const cardRow = new QVBoxLayout;
     cardRow->setContentsMargins(beside - shadow, 0, beside - shadow, 0);
     cardRow->addWidget(m_card);
+    cardRow->addWidget(m_several);
+    m_several->content()->addWidget(m_stack);
     outer->addLayout(cardRow);
     auto *const column = new QVBoxLayout;
     column->setContentsMargins(beside, 0, beside, 0);
@@ -128,20 +133,46 @@ void PreviewPane::buildPages(QVBoxLayout &column)
 
 void PreviewPane::showContent(const PreviewContent &content)
 {
-    const bool any = content.state != PreviewContent::State::Empty;
-    for (QWidget *part : std::initializer_list<QWidget *>{m_card, m_name, m_summary, m_facts, m_tags})
-        part->setVisible(any);
-    m_empty->setVisible(!any);
-    m_hint->setVisible(any && !m_hint->accessibleName().isEmpty());
+    showParts();
     showPages(content);
-    if (!any)
+    if (content.state == PreviewContent::State::Empty)
         return;
     m_card->setContent(content);
-    m_name->setText(breakable(content.name));
-    m_name->setAccessibleName(content.name);
+    showTexts(content.name, content.summary, content.facts);
     m_name->setToolTip(shown(content.entry));
-    m_summary->setText(content.summary);
-    m_facts->setFacts(content.facts);
+}
+
+void PreviewPane::showTexts(const QString &name, const QString &summary, const std::vector<PreviewFact> &facts)
+{
+    m_name->setText(breakable(name));
+    m_name->setAccessibleName(name);
+    m_summary->setText(summary);
+    m_facts->setFacts(facts);
+}
+
+/// Shows the widgets for one entry, several or none.
+void PreviewPane::showParts()
+{
+    const bool one = m_loader.content.get().state != PreviewContent::State::Empty;
+    const bool several = !one && m_summaryShown;
+    for (QWidget *part : std::initializer_list<QWidget *>{m_card, m_tags})
+        part->setVisible(one);
+    for (QWidget *part : std::initializer_list<QWidget *>{m_name, m_summary, m_facts})
+        part->setVisible(one || several);
+    m_several->setVisible(several);
+    m_empty->setVisible(!one && !several);
+    m_hint->setVisible(one && !m_hint->accessibleName().isEmpty());
+}
+
+void PreviewPane::setSummary(const std::optional<PreviewSummary> &summary)
+{
+    m_summaryShown = summary;
+    showParts();
+    if (!summary || m_loader.content.get().state != PreviewContent::State::Empty)
+        return;
+    m_stack->setEntries(summary->onTop);
+    showTexts(summaryTitle(*summary), summarySize(*summary), summaryFacts(*summary));
+    m_name->setToolTip({});
 }
 
 void PreviewPane::showPages(const PreviewContent &content)

@@ -106,6 +106,25 @@ TEST_F(PreviewPaneTest, turnsPages)
     EXPECT_FALSE(back.isVisible());
 }
 
+TEST_F(PreviewPaneTest, showsSeveralAsOne)
+{
+    PreviewSummary three{3, {{u"PNG-Bild"_qs, 2}, {u"Ordner"_qs, 1}}, 2'000'000, false, {}};
+    three.onTop = {{tree.path("a.png"), {}, false}, {tree.path("f"), {}, true}};
+    pane.setSummary(three);
+    EXPECT_TRUE(isVisible(u"previewStack"_qs));
+    EXPECT_FALSE(isVisible(u"vorschau.karte"_qs));
+    EXPECT_EQ(text(u"vorschau.name"_qs), u"3 Elemente"_qs);
+    EXPECT_EQ(text(u"vorschau.art"_qs), u"mindestens 2 MB"_qs);
+    EXPECT_EQ(text(u"vorschau.angabe.0"_qs) + text(u"vorschau.angabe.1"_qs), u"21"_qs);
+    choose(tree.file("a.txt", "x"));
+    EXPECT_FALSE(isVisible(u"previewStack"_qs));
+    EXPECT_EQ(text(u"vorschau.name"_qs), u"a.txt"_qs);
+    loader.show(std::nullopt);
+    pane.setSummary(std::nullopt);
+    EXPECT_FALSE(isVisible(u"previewStack"_qs));
+    EXPECT_FALSE(isVisible(u"vorschau.name"_qs));
+}
+
 TEST_F(PreviewPaneTest, asksForTagsAndShowsThoseThereAre)
 {
     choose(tree.file("a.txt", "x"));
