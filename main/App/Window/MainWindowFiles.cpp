@@ -3,12 +3,12 @@
 #include "App/Window/MainWindow.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
-#include "ContentView/Screens/Crumbs.h"
 #include "Disk/FileAttributes.h"
 #include "Disk/OnWorker.h"
 #include "Features/Screens/StorageOverviewPage.h"
 #include "Features/StorageOverview.h"
 #include "Look/YesNoSheet.h"
+#include "Places/Crumbs.h"
 #include "Sidebar/Screens/SidebarView.h"
 #include "Transfers/Screens/TransferPanel.h"
 

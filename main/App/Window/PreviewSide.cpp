@@ -1,25 +1,13 @@
 #include "App/Window/PreviewSide.h"
 
-#include "ContentView/Screens/Crumbs.h"
 #include "Features/Screens/PreviewPane.h"
+#include "Places/Crumbs.h"
 
 #include <QVBoxLayout>
 
 namespace brellin {
 
 namespace {
-
-/// The path relative to the home folder: "Dokumente › Rechnungen › 2026".
-QString wayTo(const Location &folder, const KnownFolders &folders)
-{
-    std::vector<Crumb> crumbs = crumbsOf(folder, folders);
-    if (crumbs.size() > 1)
-        crumbs.erase(crumbs.begin());
-    QStringList words;
-    for (const Crumb &crumb : crumbs)
-        words.append(crumb.title);
-    return words.join(QStringLiteral(" › "));
-}
 
 QString deedOf(const RuleForecast &forecast, const KnownFolders &folders)
 {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ContentView/BrowserModel.h"
-#include "ContentView/Screens/Crumbs.h"
 #include "ContentView/Screens/FileDrop.h"
+#include "Places/Crumbs.h"
 
 #include <QCompleter>
 #include <QLineEdit>

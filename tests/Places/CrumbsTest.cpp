@@ -1,4 +1,4 @@
-#include "ContentView/Screens/Crumbs.h"
+#include "Places/Crumbs.h"
 
 #include <QStringList>
 

@@ -1,4 +1,6 @@
-#include "ContentView/Screens/Crumbs.h"
+#include "Places/Crumbs.h"
+
+#include <QStringList>
 
 #include <algorithm>
 
@@ -17,6 +19,17 @@ std::vector<Crumb> crumbsOf(const Location &folder, const KnownFolders &folders)
         crumbs.push_back({QStringLiteral("Benutzerordner"), folders.home});
     std::ranges::reverse(crumbs);
     return crumbs;
+}
+
+QString wayTo(const Location &folder, const KnownFolders &folders)
+{
+    std::vector<Crumb> crumbs = crumbsOf(folder, folders);
+    if (crumbs.size() > 1)
+        crumbs.erase(crumbs.begin());
+    QStringList words;
+    for (const Crumb &crumb : crumbs)
+        words.append(crumb.title);
+    return words.join(QStringLiteral(" › "));
 }
 
 } // namespace brellin

@@ -21,4 +21,7 @@ struct Crumb {
 /// (the root).
 std::vector<Crumb> crumbsOf(const Location &folder, const KnownFolders &folders);
 
+/// The path in one line, relative to the home folder: „Dokumente › Rechnungen › 2026“.
+QString wayTo(const Location &folder, const KnownFolders &folders);
+
 } // namespace brellin
