@@ -64,6 +64,14 @@ Result<SeenTree> SeenTree::of(const Location &entry, const JobControl *control)
     return seen;
 }
 
+std::int64_t SeenTree::bytes() const
+{
+    std::int64_t sum = 0;
+    for (const Entry &entry : m_entries)
+        sum += entry.size;
+    return sum;
+}
+
 SeenTree::Entry SeenTree::entryOf(std::uint64_t path, const FileAttributes &attributes) const
 {
     const std::uint64_t inode = m_inodesLast ? attributes.identity.inode : 0;

@@ -20,6 +20,8 @@ public:
     static Result<SeenTree> of(const Location &entry, const JobControl *control = nullptr);
 
     bool operator==(const SeenTree &) const = default;
+    /// The sizes of all files together.
+    std::int64_t bytes() const;
     /// The `OwnEntries::pathMark` of the entry itself.
     std::uint64_t top() const { return m_top; }
     /// Whether the entry at `path` is unchanged. For folders only the folder itself: its content is checked entry by

@@ -1,6 +1,7 @@
 #include "Features/TrashList.h"
 
 #include "Base/AbandonablePool.h"
+#include "Base/German.h"
 #include "Disk/FileAttributes.h"
 #include "Features/FolderCount.h"
 
@@ -37,6 +38,22 @@ std::vector<TrashItem> itemsFor(std::vector<TrashedEntry> entries)
 }
 
 } // namespace
+
+TrashAmount amountOf(const std::vector<TrashItem> &items)
+{
+    TrashAmount amount{items.size(), 0, true};
+    for (const TrashItem &item : items) {
+        amount.bytes += item.size.value_or(0);
+        amount.wholeSize = amount.wholeSize && item.size;
+    }
+    return amount;
+}
+
+QString amountText(const TrashAmount &amount, const QString &separator)
+{
+    return counted(static_cast<qint64>(amount.count), QStringLiteral("Element"), QStringLiteral("Elemente")) +
+           separator + (amount.wholeSize ? QString() : QStringLiteral("mindestens ")) + sizeText(amount.bytes);
+}
 
 TrashList::TrashList(Location homeTrash, const Volumes &volumes, Trash &trash, FileActions &files)
     : m_homeTrash(std::move(homeTrash))

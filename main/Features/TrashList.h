@@ -33,6 +33,18 @@ struct TrashItem {
     bool operator==(const TrashItem &) const = default;
 };
 
+/// How much a list of trashed entries is.
+struct TrashAmount {
+    std::size_t count = 0;
+    std::int64_t bytes = 0;
+    bool wholeSize = true; ///< false if `bytes` lacks a folder that is not counted yet
+
+    bool operator==(const TrashAmount &) const = default;
+};
+TrashAmount amountOf(const std::vector<TrashItem> &items);
+/// „3 Elemente“, the separator, „mindestens 1,2 MB“
+QString amountText(const TrashAmount &amount, const QString &separator);
+
 /// The contents of all volumes' Trash folders as one list, latest first. Each volume is read by its own thread; an
 /// unresponsive one is missing from the list and does not delay the others. Lives on the main thread; the ports must
 /// outlive it.

@@ -152,9 +152,9 @@ void FileOperations::trash(const std::vector<Location> &entries, Then then)
           telling(QStringLiteral("%1 in den Papierkorb gelegt.").arg(what), std::move(then)));
 }
 
-void FileOperations::emptyTrash(Then then)
+void FileOperations::emptyTrash(const std::optional<TrashAmount> &amount, Then then)
 {
-    ask(emptyTrashQuestion(), [this, then = std::move(then)] {
+    ask(emptyTrashQuestion(amount), [this, then = std::move(then)] {
         start(
             QStringLiteral("Leere den Papierkorb"),
             [home = m_services.homeTrash, &volumes = m_services.volumes](JobControl &control) {

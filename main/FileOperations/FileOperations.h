@@ -4,6 +4,7 @@
 #include "Base/Published.h"
 #include "Disk/FileActions.h"
 #include "Disk/Volumes.h"
+#include "Features/TrashList.h"
 #include "FileOperations/OperationOutcome.h"
 #include "FileOperations/TrashActions.h"
 #include "FileOperations/UserUndo.h"
@@ -95,8 +96,8 @@ public:
     /// A copy of a template in `folder`, with a free name.
     void newFromTemplate(const Location &model, const Location &folder, Then then = {});
     void trash(const std::vector<Location> &entries, Then then = {});
-    /// Asks, then permanently deletes everything in this user's Trash on all volumes.
-    void emptyTrash(Then then = {});
+    /// Asks, naming the amount if it is known, then permanently deletes everything in this user's Trash on all volumes.
+    void emptyTrash(const std::optional<TrashAmount> &amount = {}, Then then = {});
     /// Asks, then permanently deletes entries that are in the Trash, or whose volume has no Trash; refuses others.
     void deleteForGood(const std::vector<Location> &entries, Then then = {});
     void compress(std::vector<Location> entries, const Location &into, Then then = {});

@@ -25,10 +25,11 @@ QString renameStopped(const Failure &why)
                              : QStringLiteral("Umbenennen abgebrochen: ") + why.message;
 }
 
-OperationQuestion emptyTrashQuestion()
+OperationQuestion emptyTrashQuestion(const std::optional<TrashAmount> &amount)
 {
+    const QString much = amount ? amountText(*amount, QStringLiteral(", ")) + QStringLiteral(".\n\n") : QString();
     return {OperationQuestion::Kind::EmptyTrash, QStringLiteral("Papierkorb wirklich leeren?"),
-            QStringLiteral("Was darin liegt, auch auf anderen Datenträgern, ist danach endgültig gelöscht."),
+            much + QStringLiteral("Was darin liegt, auch auf anderen Datenträgern, ist danach endgültig gelöscht."),
             QStringLiteral("Papierkorb leeren")};
 }
 
@@ -36,7 +37,10 @@ OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const 
 {
     std::vector<Location> locations;
     std::ranges::transform(entries, std::back_inserter(locations), &DoomedEntry::location);
-    QString information = QStringLiteral("Das lässt sich nicht rückgängig machen.");
+    std::int64_t bytes = 0;
+    for (const DoomedEntry &entry : entries)
+        bytes += entry.seen->bytes();
+    QString information = QStringLiteral("Größe: %1. Das lässt sich nicht rückgängig machen.").arg(sizeText(bytes));
     if (!refused.isEmpty())
         information += QStringLiteral("\n\nNicht gelöscht wird:\n") + linesOf(refused).join(u'\n');
     return {OperationQuestion::Kind::DeleteForGood, QStringLiteral("%1 endgültig löschen?").arg(named(locations)),

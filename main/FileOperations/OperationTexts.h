@@ -15,7 +15,8 @@ QString systemRefusal();
 /// „Umbenennen abgebrochen: …“, for a batch.
 QString renameStopped(const Failure &why);
 
-OperationQuestion emptyTrashQuestion();
+/// Names the amount if it is known.
+OperationQuestion emptyTrashQuestion(const std::optional<TrashAmount> &amount);
 OperationQuestion deleteQuestion(const std::vector<DoomedEntry> &entries, const EntryFailures &refused);
 OperationQuestion unpackQuestion(const Location &archive, const ArchiveSummary &summary, std::int64_t available);
 

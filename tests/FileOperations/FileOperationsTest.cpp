@@ -108,8 +108,10 @@ TEST_F(FileOperationsTest, emptiesEveryTrashOnlyWhenTheAnswerIsYes)
     tree.file(".Trash-" + user + "/files/alt", "vom Stick");
     tree.file(".Trash-" + user + "/info/alt.trashinfo", "[Trash Info]\nPath=alt\n");
     tree.link(".Trash-" + user + "/files/zeiger", "../../auswärts");
-    operations.emptyTrash();
+    operations.emptyTrash(TrashAmount{3, 12'000, false});
     EXPECT_EQ(operations.question.get()->message, QStringLiteral("Papierkorb wirklich leeren?"));
+    EXPECT_TRUE(operations.question.get()->information.startsWith(QStringLiteral("3 Elemente, mindestens 12 KB.")))
+        << operations.question.get()->information.toStdString();
     operations.answer(Answer::Cancel);
     EXPECT_EQ(operations.question.get(), std::nullopt);
     EXPECT_TRUE(operations.operations.get().empty());
@@ -138,6 +140,8 @@ TEST_F(FileOperationsTest, deletesForGoodOnlyWhatTheTrashHoldsOrCannotTake)
     ASSERT_TRUE(waitUntil([&] { return operations.question.get().has_value(); }));
     EXPECT_EQ(operations.question.get()->message, QStringLiteral("„ordner“ endgültig löschen?"));
     EXPECT_TRUE(operations.question.get()->information.contains(QStringLiteral("b.txt")));
+    EXPECT_TRUE(operations.question.get()->information.startsWith(QStringLiteral("Größe: ")))
+        << operations.question.get()->information.toStdString();
     EXPECT_TRUE(std::filesystem::exists(trashed));
     operations.answer(Answer::Accept);
     ASSERT_TRUE(settled());

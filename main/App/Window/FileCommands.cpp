@@ -18,6 +18,8 @@
 #include <QApplication>
 #include <QWindow>
 
+#include <QTimer>
+
 #include <algorithm>
 
 namespace brellin {
@@ -244,7 +246,33 @@ void FileCommands::deleteForGood(BrowserModel &pane)
 
 void FileCommands::emptyTrash(BrowserModel &pane)
 {
-    m_services.operations.emptyTrash(showingIn(pane, {}));
+    TrashList &trash = m_services.trash;
+    trash.refresh();
+    // A volume that does not respond delays the question, but not for ever.
+    auto *const patience = new QTimer(this);
+    patience->setSingleShot(true);
+    connect(patience, &QTimer::timeout, this, [this, patience, where = QPointer(&pane)] {
+        patience->deleteLater();
+        if (where)
+            askToEmptyTrash(*where);
+    });
+    patience->start(2000);
+    trash.loading.observe(patience, [patience](bool loading) {
+        if (!loading)
+            patience->start(0);
+    });
+    if (!trash.loading.get())
+        patience->start(0);
+}
+
+void FileCommands::askToEmptyTrash(BrowserModel &pane)
+{
+    const bool read = !m_services.trash.loading.get();
+    const TrashAmount amount = amountOf(m_services.trash.items.get());
+    if (read && amount.count == 0)
+        Q_EMIT said(QStringLiteral("Der Papierkorb ist schon leer."));
+    else
+        m_services.operations.emptyTrash(read ? std::optional(amount) : std::nullopt, showingIn(pane, {}));
 }
 
 void FileCommands::compress(BrowserModel &pane)

@@ -91,6 +91,7 @@ private:
     void makeAliases(const std::vector<Location> &sources, BrowserModel &pane);
     void showUndone(const std::vector<UserAction::Entry> &undone);
     void tellNotices();
+    void askToEmptyTrash(BrowserModel &pane);
     FileOperations::Then showingIn(BrowserModel &pane, const RetryOf &retry);
     void loadPanes();
     QUuid idOf(const BrowserModel &pane) const;
