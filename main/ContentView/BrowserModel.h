@@ -157,6 +157,8 @@ public:
     bool sortsBySize() const;
     /// Whether the view shows details of entries, which are otherwise not read.
     void setDetailsShown(bool shown);
+    /// The size of a folder, if it is counted completely.
+    std::optional<std::int64_t> knownSize(const FileItem &folder) const;
     void setShowHidden(bool shown);
     /// Sets a filter on the rows, for screens that embed a pane, such as a folder picker. Called
     /// on workers and, for short lists, on the main thread.
@@ -270,7 +272,6 @@ private:
     void keepWhatIsThere();
     void requestSizes();
     void heardSizes();
-    std::optional<std::int64_t> knownSize(const FileItem &folder) const;
     void updateTexts();
     QString selectionText() const;
     QString emptyTextNow() const;

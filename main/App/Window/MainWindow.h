@@ -22,6 +22,7 @@ class LargeViewing;
 class NetworkPage;
 class PageMessage;
 class PreviewSide;
+struct PreviewSummary;
 class SidebarView;
 class StorageOverview;
 class StatusBar;
@@ -157,6 +158,8 @@ private:
     void goToPageStep(int step);
     void showPreview(bool shown);
     void previewSelection();
+    void askDeletable();
+    std::optional<PreviewSummary> summaryOfSelected() const;
     void showPlace();
     void refreshState();
     void followClipboard();

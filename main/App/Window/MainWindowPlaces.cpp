@@ -225,6 +225,10 @@ void MainWindow::showPreview(bool shown)
     if (shown && !m_preview) {
         m_preview = new PreviewSide(m_services, m_middle);
         connect(m_preview, &PreviewSide::tagToggled, this, &MainWindow::toggleTag);
+        m_services.panes.sizes.observe(m_preview, [this](const auto &) {
+            if (pane()->selection.get().size() > 1)
+                previewSelection();
+        });
         m_middle->addWidget(m_preview);
         m_middle->setStretchFactor(1, 0);
         m_middle->setSizes({scaled(800), scaled(m_previewWidth)});
@@ -237,11 +241,21 @@ void MainWindow::showPreview(bool shown)
         m_preview->setVisible(shown);
 }
 
+/// Nothing unless several are selected.
+std::optional<PreviewSummary> MainWindow::summaryOfSelected() const
+{
+    const Selection &selected = pane()->selection.get();
+    if (selected.size() < 2)
+        return std::nullopt;
+    return previewOfSelection(pane()->displayedItems.get(), selected,
+                              [this](const FileItem &folder) { return pane()->knownSize(folder); });
+}
+
 void MainWindow::previewSelection()
 {
     const bool covered = m_large && m_large->isOpen();
     if (m_preview && m_preview->isVisibleTo(this) && !covered)
-        m_preview->show(pane()->onlySelected());
+        m_preview->show(pane()->onlySelected(), summaryOfSelected());
 }
 
 } // namespace brellin

@@ -53,7 +53,7 @@ PreviewSide::PreviewSide(const WindowServices &services, QWidget *parent)
     , m_folders(services.folders())
     , m_loader(services.defaults(), services.panes.volumes, services.decoder, services.clock)
     , m_forecaster(services.agent.services.forRules())
-    , m_pane(new PreviewPane(m_loader, this))
+    , m_pane(new PreviewPane(m_loader, this, &services.thumbnails))
 {
     setObjectName(QStringLiteral("previewSide"));
     auto *const column = new QVBoxLayout(this);
@@ -67,14 +67,19 @@ PreviewSide::PreviewSide(const WindowServices &services, QWidget *parent)
     m_agent.agent.profiles.observe(this, [this](const auto &) { askForHint(); });
 }
 
-void PreviewSide::show(const FileItem *selected)
+void PreviewSide::show(const FileItem *selected, const std::optional<PreviewSummary> &several)
 {
-    if (selected ? m_item == *selected : !m_item)
+    if (selected && m_item == *selected)
         return;
+    if (!selected && !m_item) {
+        m_pane->setSummary(several);
+        return;
+    }
     m_item = selected ? std::optional(*selected) : std::nullopt;
     if (m_item)
         m_pane->setTags(m_item->tags);
     m_loader.show(m_item ? std::optional(m_item->location()) : std::nullopt);
+    m_pane->setSummary(several);
     askForHint();
 }
 

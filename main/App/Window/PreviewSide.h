@@ -3,6 +3,7 @@
 #include "Agent/Rules/RuleForecaster.h"
 #include "App/Window/WindowServices.h"
 #include "Features/PreviewLoader.h"
+#include "Features/PreviewSummary.h"
 
 #include <QWidget>
 
@@ -16,8 +17,8 @@ class PreviewSide : public QWidget {
 public:
     PreviewSide(const WindowServices &services, QWidget *parent);
 
-    /// Null if none or several are selected: clears the preview. An unchanged item is not loaded again.
-    void show(const FileItem *selected);
+    /// Null if none or several are selected, which `several` summarises. An unchanged item is not loaded again.
+    void show(const FileItem *selected, const std::optional<PreviewSummary> &several);
 
     Q_SIGNAL void tagToggled(const QString &tag);
 
