@@ -10,7 +10,7 @@ namespace brellin {
 
 /// What the large view shows: one entry of some list, and its neighbours there.
 struct Viewing {
-    Location entry;
+    Location entry; ///< empty: several of them as one, as is an empty neighbour
     std::optional<Location> before;
     std::optional<Location> after;
     std::size_t number = 0; ///< counted from 1; 0 if the entry is no longer in the list

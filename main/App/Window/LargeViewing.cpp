@@ -1,13 +1,15 @@
 #include "App/Window/LargeViewing.h"
 
+#include "ContentView/SelectionPreview.h"
 #include "PhotoViewer/Screens/LargeView.h"
 
 namespace brellin {
 
 LargeViewing::LargeViewing(const WindowServices &services, QWidget *window)
     : QObject(window)
+    , m_sizes(services.panes.sizes)
     , m_loader(services.defaults(), services.panes.volumes, services.decoder, services.clock)
-    , m_view(new LargeView(m_loader, window))
+    , m_view(new LargeView(m_loader, window, &services.thumbnails))
 {
     connect(m_view, &LargeView::entryWanted, this, &LargeViewing::show);
     connect(m_view, &LargeView::openRequested, this, [this](const Location &) {
@@ -34,6 +36,11 @@ bool LargeViewing::isOpen() const
     return m_view->isVisibleTo(m_view->parentWidget());
 }
 
+bool LargeViewing::showsSelection() const
+{
+    return isOpen() && (!m_among || m_view->viewing().entry.empty());
+}
+
 void LargeViewing::close()
 {
     m_view->close();
@@ -49,9 +56,10 @@ void LargeViewing::open(BrowserModel &pane)
     m_among = selected.size() > 1 ? std::optional(selected) : std::nullopt;
     const Location current = pane.position.get().current;
     const FileItem *const only = pane.onlySelected();
-    const std::vector<std::uint32_t> among = this->rows();
-    const bool known = indexOf(current, among).has_value();
-    show(only ? only->location() : known ? current : rows[among.front()].location());
+    if (m_among)
+        showSummary();
+    else
+        show(only ? only->location() : indexOf(current, this->rows()) ? current : rows[0].location());
     followPane();
 }
 
@@ -62,6 +70,7 @@ void LargeViewing::followPane()
     const auto soon = [this](const auto &) { m_soon.start(0); };
     m_pane->displayedItems.observe(receiver, soon);
     m_pane->selection.observe(receiver, soon);
+    m_sizes.observe(receiver, soon);
     const auto leave = [this] { QTimer::singleShot(0, m_view, &LargeView::close); };
     m_pane->place.observe(receiver, [leave](const Place &) { leave(); });
     m_pane->errorMessage.observe(receiver, [leave](const std::optional<QString> &error) {
@@ -88,16 +97,40 @@ std::optional<std::size_t> LargeViewing::indexOf(const Location &entry, const st
     return found == rows.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - rows.begin()));
 }
 
+/// Several as one come before the first of them.
+Viewing LargeViewing::viewing(std::size_t index, const std::vector<std::uint32_t> &among) const
+{
+    const DisplayedItems &all = m_pane->displayedItems.get();
+    Viewing viewing = viewingAt(index, among.size(), [&](std::size_t at) { return all[among[at]].location(); });
+    if (m_among && index == 0)
+        viewing.before = Location();
+    return viewing;
+}
+
+void LargeViewing::showSummary()
+{
+    const std::vector<std::uint32_t> among = rows();
+    if (among.empty())
+        return;
+    const DisplayedItems &all = m_pane->displayedItems.get();
+    m_item.reset();
+    const auto size = [this](const FileItem &folder) { return m_pane->knownSize(folder); };
+    m_view->showSummary(previewOfSelection(all, *m_among, size), all[among.front()].location());
+}
+
 /// The list follows: its current row, and its selection unless several are selected.
 void LargeViewing::show(const Location &entry)
 {
+    if (entry.empty() && m_among) {
+        showSummary();
+        return;
+    }
     const std::vector<std::uint32_t> among = rows();
     const std::optional<std::size_t> index = indexOf(entry, among);
     if (!index)
         return;
-    const DisplayedItems &all = m_pane->displayedItems.get();
-    m_item = all[among[*index]];
-    m_view->show(viewingAt(*index, among.size(), [&](std::size_t at) { return all[among[at]].location(); }));
+    m_item = m_pane->displayedItems.get()[among[*index]];
+    m_view->show(viewing(*index, among));
     if (m_among)
         m_pane->setPosition({entry, {}});
     else
@@ -117,6 +150,10 @@ void LargeViewing::update()
         show(only->location());
         return;
     }
+    if (m_view->viewing().entry.empty()) {
+        m_among ? showSummary() : close();
+        return;
+    }
     const std::vector<std::uint32_t> among = rows();
     const std::optional<std::size_t> index = indexOf(m_view->viewing().entry, among);
     if (!index) {
@@ -124,7 +161,7 @@ void LargeViewing::update()
         return;
     }
     const DisplayedItems &all = m_pane->displayedItems.get();
-    const Viewing now = viewingAt(*index, among.size(), [&](std::size_t at) { return all[among[at]].location(); });
+    const Viewing now = viewing(*index, among);
     if (m_item == all[among[*index]]) {
         m_view->setViewing(now);
     } else {

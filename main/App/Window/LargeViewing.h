@@ -11,8 +11,8 @@ namespace brellin {
 
 class LargeView;
 
-/// Connects the large view of a window with a pane: shows its selected entry and lets the list follow. With several
-/// selected it goes on among these, and they stay selected. Closes when the pane shows another place or a failure.
+/// Connects the large view of a window with a pane: shows its selected entry and lets the list follow. Several
+/// selected are shown as one, then one after the other, and stay selected. Closes when the pane shows another place or a failure.
 class LargeViewing : public QObject {
     Q_OBJECT
 public:
@@ -23,8 +23,8 @@ public:
     void open(BrowserModel &pane);
     void close();
     bool isOpen() const;
-    /// Whether the selection is the entry shown, so that a command for the selection is meant for it.
-    bool showsSelection() const { return isOpen() && !m_among; }
+    /// Whether the selection is what is shown, so that a command for the selection is meant for it.
+    bool showsSelection() const;
 
     Q_SIGNAL void openRequested(const brellin::FileItem &item);
     Q_SIGNAL void closed();
@@ -32,12 +32,15 @@ public:
 private:
     void followPane();
     void show(const Location &entry);
+    void showSummary();
+    Viewing viewing(std::size_t index, const std::vector<std::uint32_t> &among) const;
     void update();
     void showGone();
     std::vector<std::uint32_t> rows() const;
     std::optional<std::size_t> indexOf(const Location &entry, const std::vector<std::uint32_t> &rows) const;
     const FileItem *item() const;
 
+    FolderSizes &m_sizes;
     PreviewLoader m_loader;
     LargeView *m_view;
     QPointer<BrowserModel> m_pane;

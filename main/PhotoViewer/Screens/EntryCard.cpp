@@ -2,6 +2,7 @@
 
 #include "Features/Screens/DocumentPicture.h"
 #include "Features/Screens/PreviewFactList.h"
+#include "Features/Screens/PreviewStack.h"
 #include "Look/Labels.h"
 #include "Look/Theme.h"
 
@@ -12,13 +13,15 @@ namespace brellin {
 namespace {
 
 constexpr double symbolSide = 128;
+constexpr double stackSide = 280;
 constexpr double textWidth = 260;
 
 } // namespace
 
-EntryCard::EntryCard(QWidget *parent)
+EntryCard::EntryCard(ThumbnailImages *thumbnails, QWidget *parent)
     : QWidget(parent)
     , m_symbol(new QLabel(this))
+    , m_stack(new PreviewStack(thumbnails, this))
     , m_name(new TextLabel({}, Token::Text, 1.3, QFont::DemiBold, this))
     , m_summary(new TextLabel({}, Token::Secondary, 1, QFont::Normal, this))
     , m_remark(new TextLabel({}, Token::Secondary, 1, QFont::Normal, this))
@@ -30,6 +33,9 @@ EntryCard::EntryCard(QWidget *parent)
     auto *const column = new QVBoxLayout(this);
     column->setSpacing(scaled(6));
     column->addStretch(2);
+    m_stack->setFixedSize(scaled(stackSide), scaled(stackSide));
+    column->addWidget(m_stack, 0, Qt::AlignHCenter);
+    m_stack->hide();
     for (QLabel *const label : std::initializer_list<QLabel *>{m_symbol, m_name, m_summary, m_remark}) {
         label->setAlignment(Qt::AlignHCenter);
         label->setWordWrap(true);
@@ -45,12 +51,25 @@ EntryCard::EntryCard(QWidget *parent)
 void EntryCard::setContent(const PreviewContent &content)
 {
     m_content = content;
+    m_stack->hide();
+    m_symbol->show();
     m_name->setText(content.name);
     m_summary->setText(content.summary);
     m_facts->setFacts(content.facts);
     const auto *const nothing = std::get_if<PreviewNothing>(&content.body);
     setRemark(content.state == PreviewContent::State::Failed ? content.failure : nothing ? nothing->reason : QString());
     drawSymbol();
+}
+
+void EntryCard::setSummary(const PreviewSummary &summary)
+{
+    m_name->setText(summaryTitle(summary));
+    m_summary->setText(summarySize(summary));
+    m_facts->setFacts(summaryFacts(summary));
+    setRemark({});
+    m_stack->setEntries(summary.onTop);
+    m_symbol->hide();
+    m_stack->show();
 }
 
 void EntryCard::setRemark(const QString &remark)

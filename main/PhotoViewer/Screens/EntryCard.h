@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Features/PreviewContent.h"
+#include "Features/PreviewSummary.h"
 
 #include <QWidget>
 
@@ -9,21 +10,25 @@ class QLabel;
 namespace brellin {
 
 class PreviewFactList;
+class PreviewStack;
 class TextLabel;
+class ThumbnailImages;
 
-/// An entry without a picture: symbol, name, kind and size, facts, and why there is no picture.
+/// An entry without a picture: symbol, name, kind and size, facts, and why there is no picture. Or several entries as one.
 class EntryCard : public QWidget {
     Q_OBJECT
 public:
-    explicit EntryCard(QWidget *parent);
+    EntryCard(ThumbnailImages *thumbnails, QWidget *parent);
 
     void setContent(const PreviewContent &content);
+    void setSummary(const PreviewSummary &summary);
     void setRemark(const QString &remark);
 
 private:
     void drawSymbol();
 
     QLabel *m_symbol;
+    PreviewStack *m_stack;
     TextLabel *m_name;
     TextLabel *m_summary;
     TextLabel *m_remark;

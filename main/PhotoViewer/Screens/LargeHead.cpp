@@ -1,5 +1,6 @@
 #include "PhotoViewer/Screens/LargeHead.h"
 
+#include "Base/German.h"
 #include "Features/PreviewContent.h"
 #include "Look/Buttons.h"
 #include "Look/Labels.h"
@@ -79,7 +80,9 @@ void LargeHead::addTools(QHBoxLayout &row)
 
 void LargeHead::showViewing(const Viewing &viewing)
 {
-    m_name->setText(shownName(viewing.entry));
+    m_name->setText(viewing.entry.empty() ? counted(static_cast<qint64>(viewing.count), QStringLiteral("Element"),
+                                                    QStringLiteral("Elemente"))
+                                          : shownName(viewing.entry));
     m_before->setEnabled(viewing.before.has_value());
     m_after->setEnabled(viewing.after.has_value());
     m_number->setText(viewing.number > 0 ? QStringLiteral("%1 von %2").arg(viewing.number).arg(viewing.count)
@@ -89,7 +92,7 @@ void LargeHead::showViewing(const Viewing &viewing)
 void LargeHead::showContent(const PreviewContent &content)
 {
     m_summary->setText(content.summary);
-    m_open->setEnabled(content.state != PreviewContent::State::Failed);
+    m_open->setEnabled(content.state != PreviewContent::State::Failed && !content.entry.empty());
 }
 
 void LargeHead::showZoom(ZoomState state, double scale)

@@ -39,7 +39,7 @@ int decodedSide(double wanted)
 
 } // namespace
 
-LargeView::LargeView(PreviewLoader &loader, QWidget *window)
+LargeView::LargeView(PreviewLoader &loader, QWidget *window, ThumbnailImages *thumbnails)
     : QWidget(window)
     , m_loader(loader)
     , m_head(new LargeHead(this))
@@ -53,13 +53,13 @@ LargeView::LargeView(PreviewLoader &loader, QWidget *window)
     column->setSpacing(0);
     column->addWidget(m_head);
     column->addWidget(new Separator(Qt::Horizontal, this));
-    buildBody();
+    buildBody(thumbnails);
     column->addWidget(m_stack, 1);
     column->addWidget(m_pages);
     connectAll();
 }
 
-void LargeView::buildBody()
+void LargeView::buildBody(ThumbnailImages *thumbnails)
 {
     m_stack = new QStackedWidget(this);
     m_canvas = new ZoomCanvas(m_stack);
@@ -67,7 +67,7 @@ void LargeView::buildBody()
     m_text->setObjectName(QStringLiteral("largeText"));
     m_list = new PreviewArchiveList(1, m_stack);
     m_list->setObjectName(QStringLiteral("largeArchive"));
-    m_card = new EntryCard(m_stack);
+    m_card = new EntryCard(thumbnails, m_stack);
     for (QWidget *const one : std::initializer_list<QWidget *>{m_canvas, m_text, m_list, m_card})
         m_stack->addWidget(one);
 }
@@ -99,19 +99,39 @@ void LargeView::connectAll()
     parentWidget()->installEventFilter(this);
 }
 
-void LargeView::show(const Viewing &viewing)
+void LargeView::open()
 {
-    const bool opens = isHidden();
     setGeometry(parentWidget()->rect());
-    setViewing(viewing);
-    if (opens) {
+    if (isHidden()) {
         QWidget::show();
         raise();
         layout()->activate(); // so that the canvas has its size
     }
     setFocus();
+}
+
+void LargeView::show(const Viewing &viewing)
+{
+    setViewing(viewing);
+    open();
     m_loader.setSide(fittingSide());
     m_loader.show(viewing.entry);
+}
+
+void LargeView::showSummary(const PreviewSummary &summary, const Location &first)
+{
+    setViewing({{}, {}, first, 0, summary.count});
+    open();
+    m_loader.show(std::nullopt);
+    m_patience.stop();
+    PreviewContent several;
+    several.state = PreviewContent::State::Ready;
+    several.summary = summarySize(summary);
+    m_head->showContent(several);
+    m_pages->showContent(several);
+    showPicture(several);
+    m_card->setSummary(summary);
+    m_stack->setCurrentWidget(m_card);
 }
 
 void LargeView::setViewing(const Viewing &viewing)

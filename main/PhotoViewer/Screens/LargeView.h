@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Features/PreviewContent.h"
+#include "Features/PreviewSummary.h"
 #include "PhotoViewer/Viewing.h"
 
 #include <QTimer>
@@ -16,6 +17,7 @@ class PageRow;
 class PreviewArchiveList;
 class PreviewLoader;
 class PreviewTextView;
+class ThumbnailImages;
 class ZoomCanvas;
 
 /// The large view of one entry after the other, over the content of its window: pictures and pages with zoom, texts,
@@ -24,10 +26,12 @@ class LargeView : public QWidget {
     Q_OBJECT
 public:
     /// Loads with `loader`, which must outlive it.
-    LargeView(PreviewLoader &loader, QWidget *window);
+    LargeView(PreviewLoader &loader, QWidget *window, ThumbnailImages *thumbnails = nullptr);
 
     /// Opens, or shows another entry. The entry shown already is loaded again.
     void show(const Viewing &viewing);
+    /// Opens, or shows several entries as one, of which `first` is the first.
+    void showSummary(const PreviewSummary &summary, const Location &first);
     /// The same entry in a list that has changed.
     void setViewing(const Viewing &viewing);
     const Viewing &viewing() const { return m_viewing; }
@@ -44,8 +48,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void buildBody();
+    void buildBody(ThumbnailImages *thumbnails);
     void connectAll();
+    void open();
     bool handleKey(const QKeyEvent &key);
     bool zoomByKey(int key);
     bool movePicture(int key);

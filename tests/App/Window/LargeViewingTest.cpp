@@ -181,18 +181,30 @@ TEST_F(LargeViewingTest, deleteTrashesTheEntryShownAndShowsItsNeighbour)
     EXPECT_TRUE(showsPicture());
 }
 
-TEST_F(LargeViewingTest, severalSelectedAreShownOneAfterTheOtherAndStaySelected)
+TEST_F(LargeViewingTest, severalSelectedAreShownAsOneThenOneAfterTheOther)
 {
     open();
     click(QStringLiteral("bild.png"));
     click(QStringLiteral("rest.xyz"), Qt::LeftButton, Qt::ControlModifier);
     key(Qt::Key_Space);
     ASSERT_TRUE(isOpen());
-    EXPECT_EQ(label("largeNumber"), QStringLiteral("2 von 2"));
-    key(Qt::Key_Left);
+    EXPECT_TRUE(shows("previewStack"));
+    EXPECT_EQ(label("entryCardName"), QStringLiteral("2 Elemente"));
+    EXPECT_EQ(label("largeName"), QStringLiteral("2 Elemente"));
+    key(Qt::Key_Right);
     EXPECT_TRUE(showsPicture());
+    EXPECT_FALSE(shows("previewStack"));
+    EXPECT_EQ(label("largeNumber"), QStringLiteral("1 von 2"));
     EXPECT_EQ(current(), QStringLiteral("bild.png"));
     EXPECT_TRUE(selects({"bild.png", "rest.xyz"}));
     key(Qt::Key_Delete);
     EXPECT_TRUE(isOpen() && has("bild.png") && has("rest.xyz")) << "two are selected, one is shown";
+    key(Qt::Key_Right);
+    EXPECT_EQ(current(), QStringLiteral("rest.xyz"));
+    key(Qt::Key_Left);
+    key(Qt::Key_Left);
+    EXPECT_TRUE(shows("previewStack"));
+    key(Qt::Key_Delete);
+    EXPECT_TRUE(waitUntil([this] { return !has("bild.png") && !has("rest.xyz"); })) << "what is selected is shown";
+    EXPECT_TRUE(waitUntil([this] { return label("largeName") == QStringLiteral("Alben"); }));
 }
