@@ -118,6 +118,11 @@ Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround 
     return doomed;
 }
 
+bool mayDeleteForGood(const Location &entry, const TrashGround &ground)
+{
+    return reasonAgainst(entry, ground).isEmpty();
+}
+
 OperationOutcome deleteForGood(const std::vector<DoomedEntry> &entries, const Trash &trash, const TrashGround &ground,
                                JobControl &control)
 {

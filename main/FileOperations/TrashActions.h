@@ -42,6 +42,9 @@ struct Doomed {
 Doomed deletableForGood(const std::vector<Location> &entries, const TrashGround &ground,
                         const JobControl *control = nullptr);
 
+/// Whether `deletableForGood` would look at the entry at all: it lies in a Trash, or its volume has none. Blocking.
+bool mayDeleteForGood(const Location &entry, const TrashGround &ground);
+
 /// Permanently deletes entries that are still the ones asked about; of a folder only the content seen then. Call only
 /// after the user confirmed. Blocking.
 OperationOutcome deleteForGood(const std::vector<DoomedEntry> &entries, const Trash &trash, const TrashGround &ground,

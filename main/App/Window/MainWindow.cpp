@@ -248,6 +248,7 @@ void MainWindow::follow()
     });
     m_tree->setShowHidden(now->showHidden.get());
     now->selection.observe(receiver, [this](const Selection &) {
+        askDeletable();
         refreshState();
         previewSelection();
     });
@@ -257,6 +258,7 @@ void MainWindow::follow()
             m_message->fail(*message);
     });
     tab()->panes().dualPane.observe(receiver, refresh);
+    askDeletable();
     showTitles();
     showPlace();
     previewSelection();

@@ -237,6 +237,8 @@ private:
     bool m_clipboardHasFiles = false;
     std::set<Location> m_cut; ///< on the clipboard, for a move
     FileCall<std::vector<Location>> m_templates;
+    Location m_deletableIn;   ///< the folder that `m_deletable` was asked for
+    bool m_deletable = false; ///< entries there can be deleted permanently
     int m_previewWidth;
 };
 

@@ -7,6 +7,8 @@
 #include "App/Window/PreviewSide.h"
 #include "App/Window/StatusBar.h"
 #include "App/Window/TabBar.h"
+#include "Disk/OnWorker.h"
+#include "FileOperations/TrashActions.h"
 #include "FileOperations/Unpacking.h"
 #include "Look/SheetFrame.h"
 #include "Sidebar/Pins.h"
@@ -59,6 +61,7 @@ CommandState MainWindow::state() const
     now.onlyFolders = now.selected && now.pane->selectionSummary().onlyFolders();
     const FileItem *const only = now.pane->onlySelected();
     now.archive = only && !only->isFolder && isUnpackable(only->nameBytes);
+    now.deletable = now.selected && m_deletable;
     now.clipboard = m_clipboardHasFiles;
     now.undo = m_services.undo.title.get();
     now.redo = m_services.undo.redoTitle.get();
@@ -80,6 +83,31 @@ void MainWindow::followClipboard()
     };
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, look);
     QTimer::singleShot(0, this, look);
+}
+
+/// Whether a volume has a Trash is read on a worker, once for each folder; it is asked again before anything is deleted.
+void MainWindow::askDeletable()
+{
+    const std::optional<std::uint32_t> first = pane()->selectionSummary().first;
+    if (!first)
+        return;
+    const Location entry = pane()->items.get()[*first].location();
+    const Location folder = entry.parent_path();
+    if (folder == m_deletableIn)
+        return;
+    m_deletableIn = folder;
+    m_deletable = false;
+    onWorker(
+        m_services.panes.workers, entry, MountWorkers::Turn::OfMount, this,
+        [entry, home = m_services.folders().trash.parent_path(), &volumes = m_services.panes.volumes] {
+            return mayDeleteForGood(entry, {home, volumes});
+        },
+        [this, folder](bool may) {
+            if (folder != m_deletableIn)
+                return;
+            m_deletable = may;
+            refreshState();
+        });
 }
 
 void MainWindow::refreshState()

@@ -28,6 +28,10 @@ bool withSelection(const State &state)
 {
     return inFolder(state) && state.selected;
 }
+bool withDeletable(const State &state)
+{
+    return withSelection(state) && state.deletable;
+}
 bool withFolders(const State &state)
 {
     return inFolder(state) && state.onlyFolders;
@@ -194,7 +198,7 @@ std::vector<WindowCommand> fileMenu()
              run(&FileCommands::makeAlias));
     menu.add(MoveToTrash, QStringLiteral("In den Papierkorb legen"), {Qt::Key_Delete, control | Qt::Key_Backspace},
              leaves, withSelection, run(&FileCommands::moveToTrash));
-    menu.add(DeleteForGood, QStringLiteral("Endgültig löschen …"), {shift | Qt::Key_Delete}, leaves, withSelection,
+    menu.add(DeleteForGood, QStringLiteral("Endgültig löschen …"), {shift | Qt::Key_Delete}, leaves, withDeletable,
              run(&FileCommands::deleteForGood));
     menu.add(EmptyTrash, QStringLiteral("Papierkorb leeren …"), {}, works, always, run(&FileCommands::emptyTrash));
     menu.add(OpenTerminal, QStringLiteral("Terminal hier öffnen"), {Qt::Key_F4}, leaves, inFolder,

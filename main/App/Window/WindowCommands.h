@@ -108,6 +108,7 @@ struct CommandState {
     bool selected = false;       ///< something is selected in the folder
     bool onlyFolders = false;    ///< and it is all folders
     bool archive = false;        ///< and it is a single archive that can be unpacked
+    bool deletable = false;      ///< and can be deleted permanently: it is in a Trash, or its volume has none
     bool clipboard = false;      ///< the clipboard holds files
     std::optional<QString> undo; ///< title of the next undo
     std::optional<QString> redo; ///< title of the next redo

@@ -88,6 +88,12 @@ protected:
             ASSERT_TRUE(waitUntil([this] { return !pane().searchRunning.get(); }));
             pane().select({pane().items.get()[0].location()});
         }
+        if (id == CommandId::DeleteForGood) {
+            const Location trashed = *services->trash().put(folder / "unter");
+            pane().navigate(trashed);
+            ASSERT_TRUE(waitUntil([&] { return pane().current.get() == trashed && details(); }));
+            pane().selectAll();
+        }
         if (id == CommandId::Undo || id == CommandId::Redo) {
             window->run(CommandId::Rename);
             pane().setRenameText(QStringLiteral("anders.txt"));

@@ -121,10 +121,11 @@ TEST_F(ShortcutTest, everyCommandRestsWhereItCannotApply)
                                MoveTo, CopyPath, Compress, Unpack, MakeAlias})
         EXPECT_FALSE(enabled(id)) << windowCommand(id).title.toStdString() << " with nothing selected";
     click(QStringLiteral("a.txt"));
-    for (const CommandId id : {Open, Rename, MoveToTrash, DeleteForGood, Cut, Copy, Duplicate, CopyTo, MoveTo, CopyPath,
-                               Compress, MakeAlias})
+    for (const CommandId id :
+         {Open, Rename, MoveToTrash, Cut, Copy, Duplicate, CopyTo, MoveTo, CopyPath, Compress, MakeAlias})
         EXPECT_TRUE(enabled(id)) << windowCommand(id).title.toStdString();
     EXPECT_FALSE(enabled(Unpack));
+    EXPECT_FALSE(enabled(DeleteForGood)) << "the volume has a Trash";
     EXPECT_FALSE(enabled(OpenInNewTab));
     // A page shown instead of the folder has no entries.
     window->run(CommandId::Agent);
