@@ -71,6 +71,7 @@ public:
     void goHome();
     void goToDownloads();
     void goToTrash();
+    void emptyTrash();
     void editPath();
     void focusSearch();
     /// The search field, for a search in contents.

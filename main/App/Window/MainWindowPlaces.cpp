@@ -97,7 +97,14 @@ QWidget *MainWindow::makeNetworkPage()
 
 QWidget *MainWindow::makeTrashPage()
 {
-    auto *const trash = new TrashPage(m_services.trash, m_places);
+    auto *const trash = new TrashPage(m_services.trash, m_services.folders(), m_places);
+    const FileOperations::Then tell{
+        trash, [trash](const OperationOutcome &outcome) { trash->tellDeleted(outcome.failures, outcome.cancelled); },
+        FileOperations::Failures::ToReceiver};
+    connect(trash, &TrashPage::emptyWanted, this,
+            [this, tell] { m_services.operations.emptyTrash(amountOf(m_services.trash.items.get()), tell); });
+    connect(trash, &TrashPage::deleteWanted, this,
+            [this, tell](const std::vector<Location> &places) { m_services.operations.deleteForGood(places, tell); });
     connect(trash, &TrashPage::placeWanted, this, &MainWindow::addTab);
     connect(trash, &TrashPage::returned, this, [this](const std::vector<EntryMove> &returned) {
         for (const EntryMove &move : returned)
@@ -205,6 +212,15 @@ void MainWindow::showBadge(int number)
 {
     m_toolbar->setAgentBadge(number);
     m_sidebar->setAgentBadge(number);
+}
+
+/// On the page of the Trash by its own button, which tells failures there.
+void MainWindow::emptyTrash()
+{
+    if (place().kind == Place::Kind::Trash)
+        Q_EMIT static_cast<TrashPage *>(m_places->currentWidget())->emptyWanted();
+    else
+        m_files->emptyTrash(*pane());
 }
 
 /// Creates the Trash if the account never used it, since navigating to a missing folder fails.

@@ -200,7 +200,7 @@ std::vector<WindowCommand> fileMenu()
              leaves, withSelection, run(&FileCommands::moveToTrash));
     menu.add(DeleteForGood, QStringLiteral("Endgültig löschen …"), {shift | Qt::Key_Delete}, leaves, withDeletable,
              run(&FileCommands::deleteForGood));
-    menu.add(EmptyTrash, QStringLiteral("Papierkorb leeren …"), {}, works, always, run(&FileCommands::emptyTrash));
+    menu.add(EmptyTrash, QStringLiteral("Papierkorb leeren …"), {}, works, always, run(&MainWindow::emptyTrash));
     menu.add(OpenTerminal, QStringLiteral("Terminal hier öffnen"), {Qt::Key_F4}, leaves, inFolder,
              run(&FileCommands::openTerminal));
     menu.add(StorageOverview, QStringLiteral("Speicherplatz …"), {}, leaves, inFolder,

@@ -23,7 +23,13 @@
 namespace brellin {
 
 struct TrashPage::Private {
-    Private(TrashPage &page, TrashList &list) : q(page), trash(list), rows(list, &page), order(rows, &page) {}
+    Private(TrashPage &page, TrashList &list, const KnownFolders &folders)
+        : q(page)
+        , trash(list)
+        , rows(list, folders, &page)
+        , order(rows, &page)
+    {
+    }
 
     void build();
     QLayout *buildHead();
@@ -32,7 +38,10 @@ struct TrashPage::Private {
     void connectAll();
 
     std::vector<TrashItem> selected() const;
+    std::vector<Location> selectedPlaces() const;
     void putBackSelected();
+    void deleteSelected();
+    void tell(const QString &title, const EntryFailures &failures);
     void finished(const TrashReturn &outcome);
     void showPlace();
     void showMenu(QPoint at);
@@ -45,6 +54,8 @@ struct TrashPage::Private {
     TrashOrder order;
     TextLabel *counts = nullptr;
     QLineEdit *filter = nullptr;
+    QPushButton *emptying = nullptr;
+    SymbolButton *deleting = nullptr;
     QPushButton *place = nullptr;
     QPushButton *back = nullptr;
     QPushButton *stop = nullptr;
@@ -57,7 +68,9 @@ struct TrashPage::Private {
     TextLabel *reportText = nullptr;
 };
 
-TrashPage::TrashPage(TrashList &trash, QWidget *parent) : QWidget(parent), d(std::make_unique<Private>(*this, trash))
+TrashPage::TrashPage(TrashList &trash, const KnownFolders &folders, QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<Private>(*this, trash, folders))
 {
     setObjectName(QStringLiteral("trashPage"));
     setAccessibleName(QStringLiteral("Papierkorb"));
@@ -136,11 +149,15 @@ QLayout *TrashPage::Private::buildHead()
     filter->setMaximumWidth(scaled(240));
     filter->addAction(Symbols::icon(QStringLiteral("magnifyingglass"), Token::Tertiary), QLineEdit::LeadingPosition);
     head->addWidget(filter, 1);
+    emptying =
+        makeButton(QStringLiteral("Papierkorb leeren …"), ButtonKind::Usual, QStringLiteral("trashEmptyAll"), &q);
+    deleting = new SymbolButton(QStringLiteral("trash-2"), QStringLiteral("Endgültig löschen … (Umschalt+Entf)"),
+                                QStringLiteral("trashDelete"), &q, Token::Danger);
     place = makeButton(QStringLiteral("Ort zeigen"), ButtonKind::Usual, QStringLiteral("trashShowPlace"), &q);
     back = makeButton(QStringLiteral("Zurücklegen"), ButtonKind::Primary, QStringLiteral("trashPutBack"), &q,
                       QStringLiteral("undo-2"));
     stop = makeButton(QStringLiteral("Abbrechen"), ButtonKind::Usual, QStringLiteral("trashStop"), &q);
-    for (QPushButton *const button : {place, back, stop})
+    for (QWidget *const button : std::initializer_list<QWidget *>{emptying, place, deleting, back, stop})
         head->addWidget(button);
     return head;
 }
@@ -192,6 +209,8 @@ void TrashPage::Private::connectAll()
         refreshAll();
     });
     connect(back, &QPushButton::clicked, &q, [this] { putBackSelected(); });
+    connect(emptying, &QPushButton::clicked, &q, &TrashPage::emptyWanted);
+    connect(deleting, &QToolButton::clicked, &q, [this] { deleteSelected(); });
     connect(stop, &QPushButton::clicked, &q, [this] { trash.cancel(); });
     connect(place, &QPushButton::clicked, &q, [this] { showPlace(); });
     connect(table, &QWidget::customContextMenuRequested, &q, [this](QPoint at) { showMenu(at); });
@@ -199,6 +218,8 @@ void TrashPage::Private::connectAll()
     connect(table, &QTreeView::activated, &q, [this] { showPlace(); });
     auto *const putting = new QShortcut(Qt::CTRL | Qt::Key_Return, table, [this] { putBackSelected(); });
     putting->setContext(Qt::WidgetShortcut);
+    auto *const remove = new QShortcut(Qt::SHIFT | Qt::Key_Delete, table, [this] { deleteSelected(); });
+    remove->setContext(Qt::WidgetShortcut);
     auto *const find = new QShortcut(QKeySequence::Find, &q, [this] { filter->setFocus(Qt::ShortcutFocusReason); });
     find->setContext(Qt::WidgetWithChildrenShortcut);
     connect(&order, &QAbstractItemModel::layoutChanged, &q, [this] { refreshAll(); });
@@ -215,11 +236,23 @@ std::vector<TrashItem> TrashPage::Private::selected() const
     return items;
 }
 
-void TrashPage::Private::putBackSelected()
+std::vector<Location> TrashPage::Private::selectedPlaces() const
 {
     std::vector<Location> places;
     for (const TrashItem &item : selected())
         places.push_back(item.entry.place);
+    return places;
+}
+
+void TrashPage::Private::deleteSelected()
+{
+    if (deleting->isEnabled())
+        Q_EMIT q.deleteWanted(selectedPlaces());
+}
+
+void TrashPage::Private::putBackSelected()
+{
+    const std::vector<Location> places = selectedPlaces();
     if (places.empty() || trash.returning.get())
         return;
     report->hide();
@@ -239,12 +272,28 @@ void TrashPage::Private::finished(const TrashReturn &outcome)
     }
     if (outcome.cancelled)
         title += QStringLiteral(" Abgebrochen, der Rest blieb im Papierkorb.");
+    tell(title, outcome.failures);
+}
+
+void TrashPage::tellDeleted(const EntryFailures &failures, bool cancelled)
+{
+    const QString failed = counted(failures.size(), QStringLiteral("Element blieb im Papierkorb:"),
+                                   QStringLiteral("Elemente blieben im Papierkorb:"));
+    d->tell(!failures.isEmpty() ? failed
+            : cancelled         ? QStringLiteral("Abgebrochen, der Rest blieb im Papierkorb.")
+                                : QStringLiteral("Endgültig gelöscht."),
+            failures);
+    d->trash.refresh();
+}
+
+void TrashPage::Private::tell(const QString &title, const EntryFailures &failures)
+{
     constexpr qsizetype most = 6;
-    QStringList lines = linesOf(outcome.failures.mid(0, most));
-    if (outcome.failures.size() > most)
-        lines << QStringLiteral("… und %1 weitere").arg(outcome.failures.size() - most);
+    QStringList lines = linesOf(failures.mid(0, most));
+    if (failures.size() > most)
+        lines << QStringLiteral("… und %1 weitere").arg(failures.size() - most);
     reportTitle->setText(title);
-    reportTitle->setToken(outcome.failures.isEmpty() ? Token::Success : Token::Danger);
+    reportTitle->setToken(failures.isEmpty() ? Token::Success : Token::Danger);
     reportText->setText(lines.join(u'\n'));
     reportText->setVisible(!lines.isEmpty());
     report->show();
@@ -272,6 +321,10 @@ void TrashPage::Private::showMenu(QPoint at)
                                              place, &QPushButton::click);
     showing->setObjectName(QStringLiteral("menuShowPlace"));
     showing->setEnabled(place->isEnabled());
+    QAction *const removing = menu->addAction(Symbols::icon(QStringLiteral("trash-2")),
+                                              QStringLiteral("Endgültig löschen …"), &q, [this] { deleteSelected(); });
+    removing->setObjectName(QStringLiteral("menuDelete"));
+    removing->setEnabled(deleting->isEnabled());
     menu->popup(table->viewport()->mapToGlobal(at));
 }
 
@@ -286,6 +339,8 @@ void TrashPage::Private::refreshAll()
     back->setToolTip(items.empty() ? QStringLiteral("Wähle aus, was zurückgelegt werden soll.")
                      : !known      ? QStringLiteral("Woher dies kam, ist nicht bekannt.")
                                    : QStringLiteral("Legt die Auswahl dorthin, woher sie kam (Strg+Enter)"));
+    deleting->setEnabled(!items.empty() && !returning);
+    emptying->setEnabled(!trash.items.get().empty() && !returning);
     place->setEnabled(items.size() == 1 && known);
     place->setToolTip(items.size() == 1 ? QStringLiteral("Öffnet den Ordner, aus dem dies kam (Enter)")
                                         : QStringLiteral("Wähle ein einzelnes Element aus."));
@@ -309,16 +364,7 @@ QString TrashPage::Private::summary() const
     const bool chosen = !items.empty();
     if (!chosen)
         items = trash.items.get();
-    qint64 bytes = 0;
-    bool whole = true;
-    for (const TrashItem &item : items) {
-        bytes += item.size.value_or(0);
-        whole = whole && item.size;
-    }
-    QString text = counted(static_cast<qint64>(items.size()), QStringLiteral("Element"), QStringLiteral("Elemente"));
-    if (chosen)
-        text += QStringLiteral(" ausgewählt");
-    return text + QStringLiteral(" · ") + (whole ? QString() : QStringLiteral("mindestens ")) + sizeText(bytes);
+    return amountText(amountOf(items), (chosen ? QStringLiteral(" ausgewählt") : QString()) + QStringLiteral(" · "));
 }
 
 } // namespace brellin

@@ -4,6 +4,7 @@
 #include "Base/RecentDate.h"
 #include "Features/Screens/DocumentPicture.h"
 #include "Look/Theme.h"
+#include "Places/Crumbs.h"
 
 #include <QCollator>
 #include <QIcon>
@@ -28,11 +29,6 @@ QIcon iconFor(const TrashItem &item)
     return QIcon(documentPicture(name, side, 2));
 }
 
-QString placeOf(const TrashItem &item)
-{
-    return item.entry.original.empty() ? QStringLiteral("nicht bekannt") : shown(item.entry.original.parent_path());
-}
-
 Instant now()
 {
     return std::chrono::time_point_cast<Instant::duration>(std::chrono::system_clock::now());
@@ -51,9 +47,18 @@ const QCollator &nameOrder()
 
 } // namespace
 
-TrashRows::TrashRows(TrashList &trash, QObject *parent) : QAbstractTableModel(parent), m_items(trash.items.get())
+TrashRows::TrashRows(TrashList &trash, const KnownFolders &folders, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_folders(folders)
+    , m_items(trash.items.get())
 {
     trash.items.observe(this, [this](const std::vector<TrashItem> &next) { follow(next); });
+}
+
+QString TrashRows::placeOf(const TrashItem &item) const
+{
+    return item.entry.original.empty() ? QStringLiteral("nicht bekannt")
+                                       : wayTo(item.entry.original.parent_path(), m_folders);
 }
 
 void TrashRows::follow(const std::vector<TrashItem> &next)
@@ -96,7 +101,7 @@ QVariant TrashRows::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         if (index.column() == Deleted && one.entry.deleted)
             return longDateTime(*one.entry.deleted);
-        return index.column() == Place ? placeOf(one) : shown(one.entry.original);
+        return index.column() == Place ? shown(one.entry.original.parent_path()) : shown(one.entry.original);
     case Qt::AccessibleTextRole:
         return QStringList{one.name, placeOf(one), text(one, Deleted), text(one, Size)}.join(QStringLiteral(", "));
     case SortKey:
@@ -158,7 +163,8 @@ void TrashOrder::setWanted(const QString &text)
 bool TrashOrder::filterAcceptsRow(int row, const QModelIndex &) const
 {
     const TrashItem &item = m_rows.item(m_rows.index(row, 0));
-    return m_wanted.isEmpty() || folded(item.name).contains(m_wanted) || folded(placeOf(item)).contains(m_wanted);
+    return m_wanted.isEmpty() || folded(item.name).contains(m_wanted) ||
+           folded(m_rows.placeOf(item)).contains(m_wanted);
 }
 
 bool TrashOrder::lessThan(const QModelIndex &left, const QModelIndex &right) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Features/TrashList.h"
+#include "Places/KnownFolders.h"
 
 #include <QAbstractTableModel>
 #include <QSortFilterProxyModel>
@@ -15,8 +16,10 @@ public:
     /// The value a column is sorted by.
     enum Role { SortKey = Qt::UserRole };
 
-    TrashRows(TrashList &trash, QObject *parent);
+    TrashRows(TrashList &trash, const KnownFolders &folders, QObject *parent);
 
+    /// Where the entry came from, relative to the home folder.
+    QString placeOf(const TrashItem &item) const;
     const TrashItem &item(const QModelIndex &index) const { return m_items[static_cast<std::size_t>(index.row())]; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -29,6 +32,7 @@ private:
     QString text(const TrashItem &item, int column) const;
     QVariant sortKey(const TrashItem &item, int column) const;
 
+    const KnownFolders &m_folders;
     std::vector<TrashItem> m_items;
 };
 

@@ -4,10 +4,12 @@
 #include "Disk/SystemTrash.h"
 #include "Features/TrashList.h"
 #include "Look/Theme.h"
+#include "Places/KnownFolders.h"
 #include "Support/TempTree.h"
 #include "Support/WaitUntil.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -81,7 +83,12 @@ protected:
     SystemTrash trash{tree.path("Trash"), volumes};
     DiskFileActions files;
     TrashList list{tree.path("Trash"), volumes, trash, files};
-    TrashPage page{list, nullptr};
+    KnownFolders folders = [this] {
+        KnownFolders made = KnownFolders::ofThisUser();
+        made.home = tree.root();
+        return made;
+    }();
+    TrashPage page{list, folders, nullptr};
 };
 
 } // namespace
@@ -175,6 +182,57 @@ TEST_F(TrashPageTest, columnsSortByWhatTheyMean)
     };
     EXPECT_EQ(sortedBy(0), QStringLiteral("a.txt|B 9.txt|b 10.txt"));
     EXPECT_EQ(sortedBy(3), QStringLiteral("b 10.txt|a.txt|B 9.txt"));
+}
+
+TEST_F(TrashPageTest, asksToDeleteWhatIsSelectedAndToEmpty)
+{
+    open();
+    EXPECT_FALSE(find<QPushButton>("trashEmptyAll")->isEnabled()) << "nothing is in it";
+    throwAway({"Rest.txt", "Briefe/Oma.txt"});
+    list.refresh();
+    settled();
+    EXPECT_FALSE(find<QWidget>("trashDelete")->isEnabled()) << "nothing is selected";
+    std::vector<std::vector<Location>> wanted;
+    int emptied = 0;
+    QObject::connect(&page, &TrashPage::deleteWanted, [&](const auto &places) { wanted.push_back(places); });
+    QObject::connect(&page, &TrashPage::emptyWanted, [&] { ++emptied; });
+    QTest::keyClick(table(), Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_TRUE(wanted.empty());
+    select(QStringLiteral("Oma.txt"));
+    QTest::keyClick(table(), Qt::Key_Delete, Qt::ShiftModifier);
+    QTest::mouseClick(find<QWidget>("trashDelete"), Qt::LeftButton);
+    const std::vector one{tree.path("Trash/files/Oma.txt")};
+    EXPECT_EQ(wanted, (std::vector{one, one}));
+    QTest::mouseClick(find<QPushButton>("trashEmptyAll"), Qt::LeftButton);
+    EXPECT_EQ(emptied, 1);
+
+    std::filesystem::remove(tree.path("Trash/files/Oma.txt"));
+    page.tellDeleted({{"Rest.txt", {QStringLiteral("Das geht nicht."), {}}}}, false);
+    EXPECT_EQ(text("trashReportTitle"), QStringLiteral("1 Element blieb im Papierkorb:"));
+    EXPECT_EQ(text("trashReportText"), QStringLiteral("Rest.txt: Das geht nicht."));
+    EXPECT_TRUE(waitUntil([this] { return names() == QStringList{QStringLiteral("Rest.txt")}; })) << "read again";
+}
+
+TEST_F(TrashPageTest, showsPlacesAsTheProgramDoesAndSortsByDate)
+{
+    const auto trashedOn = [this](const char *name, const char *day) {
+        tree.file(std::string("Trash/files/") + name, "x");
+        tree.file(std::string("Trash/info/") + name + ".trashinfo",
+                  "[Trash Info]\nPath=" + tree.path("Briefe/2026").native() + "/" + name + "\nDeletionDate=" + day +
+                      "T10:00:00\n");
+    };
+    trashedOn("b.txt", "2026-03-01");
+    trashedOn("a.txt", "2026-01-09");
+    trashedOn("c.txt", "2025-12-31");
+    open();
+    EXPECT_EQ(names().join(u' '), QStringLiteral("b.txt a.txt c.txt")) << "the latest first";
+    EXPECT_EQ(table()->model()->index(0, 1).data().toString(), QStringLiteral("Briefe › 2026"));
+    QHeaderView *const header = table()->header();
+    const QPoint date(header->sectionViewportPosition(2) + 20, header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, date);
+    EXPECT_EQ(names().join(u' '), QStringLiteral("c.txt a.txt b.txt"));
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, date);
+    EXPECT_EQ(names().join(u' '), QStringLiteral("b.txt a.txt c.txt"));
 }
 
 TEST_F(TrashPageTest, theMenuPutsBackAndNothingIsCutInLargeType)
