@@ -59,12 +59,21 @@ std::vector<ChangedEntry> changesOf(const UserAction &action)
     return changes;
 }
 
-/// The sources to transfer again: what failed may lie in one that is merged.
-std::vector<Location> sourcesOf(const std::vector<Location> &failed, const std::vector<Location> &sources)
+/// The sources to transfer again: those that failed or contain what failed, since a folder may be merged. All of them if
+/// something else failed, such as the destination.
+std::vector<Location> retried(const std::vector<Location> &failed, const std::vector<Location> &sources)
 {
+    const auto holds = [](const Location &source, const Location &one) {
+        return isAtOrBelow(one, standardised(source));
+    };
+    const bool inSources = !failed.empty() && std::ranges::all_of(failed, [&](const Location &one) {
+        return std::ranges::any_of(sources, [&](const Location &source) { return holds(source, one); });
+    });
+    if (!inSources)
+        return sources;
     std::vector<Location> again;
     std::ranges::copy_if(sources, std::back_inserter(again), [&](const Location &source) {
-        return std::ranges::any_of(failed, [&](const Location &one) { return isAtOrBelow(one, standardised(source)); });
+        return std::ranges::any_of(failed, [&](const Location &one) { return holds(source, one); });
     });
     return again;
 }
@@ -548,9 +557,8 @@ void FileCommands::showArrival(const FinishedTransfer &transfer, BrowserModel &p
         pane.dismissError();
         return;
     }
-    const auto again = [this, &pane, to = transfer.record.destination, kind = transfer.record.kind,
-                        sources = transfer.sources](const std::vector<Location> &failed) {
-        this->transfer(sourcesOf(failed, sources), to, kind, pane);
+    const auto again = [this, &pane, transfer](const std::vector<Location> &failed) {
+        this->transfer(retried(failed, transfer.sources), transfer.record.destination, transfer.record.kind, pane);
     };
     pane.showFailure(paneFailure(*message, transfer.outcome.errors, again));
 }
