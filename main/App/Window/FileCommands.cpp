@@ -505,7 +505,7 @@ void FileCommands::finished(const FinishedTransfer &transfer)
     if (asked == m_panes.end())
         return;
     if (asked->second)
-        showArrival(transfer, *asked->second);
+        showArrival(transfer, *asked->second, beside ? beside.mapped() : std::vector<Location>());
     if (transfer.outcome.cancelled && !transfer.outcome.done.empty())
         Q_EMIT said(QStringLiteral("Abgebrochen. %1.").arg(titleOf(transfer.record)));
     else

@@ -85,7 +85,7 @@ private:
     void renameSeveral(BrowserModel &pane, const std::vector<Location> &entries);
     void finished(const FinishedTransfer &transfer);
     void tellDone(const FinishedTransfer &transfer);
-    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane);
+    void showArrival(const FinishedTransfer &transfer, BrowserModel &pane, const std::vector<Location> &beside);
     void trash(const std::vector<Location> &entries, BrowserModel &pane);
     void compress(const std::vector<Location> &entries, BrowserModel &pane);
     void makeAliases(const std::vector<Location> &sources, BrowserModel &pane);

@@ -110,6 +110,25 @@ TEST_F(FileCommandsTest, retriesATransferWhoseDestinationFailed)
     EXPECT_TRUE(comes("ziel/a.txt"));
 }
 
+TEST_F(FileCommandsTest, selectsTheNeighbourOfWhatLeftOnlyForThatMove)
+{
+    file("a.txt");
+    file("b.txt");
+    file("ziel/c.txt");
+    file("fremd/d.txt");
+    open();
+    auto *const files = window->findChild<FileCommands *>();
+    ASSERT_TRUE(waitUntil([this] { return rows().size() == 4; }));
+    click(QStringLiteral("a.txt"));
+    files->transfer({folder / "a.txt"}, folder / "ziel", TransferKind::Move, pane());
+    ASSERT_TRUE(waitUntil([this] { return pane().selection.get().contains(folder / "b.txt"); }));
+    pane().setSelection({});
+    const TransferQueue &queue = composition->forWindows().transfers;
+    files->transfer({folder / "fremd/d.txt"}, folder / "ziel", TransferKind::Copy, pane());
+    ASSERT_TRUE(waitUntil([&] { return !queue.busy() && has("ziel/d.txt"); }));
+    EXPECT_TRUE(pane().selection.get().empty());
+}
+
 TEST_F(FileCommandsTest, trashesWhatIsSelectedNowAndPutsItBack)
 {
     file("a.txt", "eins");
