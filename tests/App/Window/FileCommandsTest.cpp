@@ -129,6 +129,24 @@ TEST_F(FileCommandsTest, selectsTheNeighbourOfWhatLeftOnlyForThatMove)
     EXPECT_TRUE(pane().selection.get().empty());
 }
 
+TEST_F(FileCommandsTest, undoReadsOnlyThePanesThatShowIt)
+{
+    file("a.txt");
+    file("ziel/c.txt");
+    open();
+    const Location a = folder / "a.txt";
+    EXPECT_TRUE(pane().mayShow({{folder / "ziel/c.txt", a}}));
+    EXPECT_TRUE(pane().mayShow({{folder, folder.parent_path() / "umbenannt"}})) << "its own folder";
+    EXPECT_FALSE(pane().mayShow({{folder / "ziel/c.txt", {}}}));
+    pane().setSearchText(QStringLiteral("txt"));
+    ASSERT_TRUE(waitUntil([this] { return pane().searching.get(); }));
+    EXPECT_TRUE(pane().mayShow({{folder / "ziel/c.txt", {}}}));
+    EXPECT_FALSE(pane().mayShow({{folder.parent_path() / "a.txt", {}}}));
+    pane().navigate(folder / "ziel");
+    ASSERT_TRUE(folderBecomes(folder / "ziel"));
+    EXPECT_FALSE(pane().mayShow({{a, folder / "b.txt"}}));
+}
+
 TEST_F(FileCommandsTest, trashesWhatIsSelectedNowAndPutsItBack)
 {
     file("a.txt", "eins");
