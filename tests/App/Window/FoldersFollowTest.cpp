@@ -102,6 +102,23 @@ TEST_F(FoldersFollowTest, aCopyLeavesTheColorToItsOriginal)
     EXPECT_EQ(colorOf("rot (2)"), QString());
 }
 
+TEST_F(FoldersFollowTest, colorsFollowTheAgent)
+{
+    const Location moved = file("Mappe.pdf");
+    color("Mappe.pdf", QStringLiteral("Rot"));
+    CleanupAgent &agent = composition->forWindows().agent.agent;
+    CleanupRule rule;
+    rule.name = QStringLiteral("PDF");
+    rule.sourcePath = textOf(folder);
+    rule.conditions = {{.kind = ConditionKind::ExtensionIs, .value = QStringLiteral("pdf")}};
+    rule.targetPath = textOf(folder / "ziel");
+    rule.automatic = true;
+    ASSERT_TRUE(agent.updateRules([&](const auto &) { return std::vector{rule}; }));
+    agent.scan(CleanupAgent::Search::Rules);
+    EXPECT_TRUE(colorBecomes("ziel/Mappe.pdf", QStringLiteral("Rot")));
+    EXPECT_FALSE(std::filesystem::exists(moved));
+}
+
 TEST_F(FoldersFollowTest, colorsFollowRenamesUndoAndRedo)
 {
     file("eins/x");
