@@ -206,14 +206,27 @@ void RightsSheet::touch(std::size_t bit, bool on)
 
 void RightsSheet::plan()
 {
+    ++m_changes;
     m_summary->setText(QStringLiteral("Wird gelesen …"));
     m_accept->setEnabled(false);
+    m_planning.cancel();
+    startPlan();
+}
+
+/// Does nothing while a plan is being made; the end of that one starts the next.
+void RightsSheet::startPlan()
+{
     m_planning.start(
         *m_pool,
         [entries = m_entries, wish = m_wish, mayChange = m_mayChange](JobControl &control) {
             return planRights(entries, wish, mayChange, control);
         },
-        [this](const RightsPlan &plan) { showPlan(plan); });
+        [this, change = m_changes](const RightsPlan &plan) {
+            if (change == m_changes)
+                showPlan(plan);
+            else
+                startPlan();
+        });
 }
 
 void RightsSheet::showPlan(const RightsPlan &plan)

@@ -38,6 +38,7 @@ private:
     void buildEnd();
     void read();
     void plan();
+    void startPlan();
     void showRights(const Read &read);
     void showPeople(const Read &read);
     void showPlan(const RightsPlan &plan);
@@ -47,6 +48,7 @@ private:
     const std::vector<Location> m_entries;
     const std::function<bool(const Location &)> m_mayChange;
     RightsWish m_wish;
+    int m_changes = 0;                          ///< of `m_wish`
     std::array<QCheckBox *, bitCount> m_bits{}; ///< from the owner's reading to the others' running
     QComboBox *m_owner = nullptr;
     QComboBox *m_group = nullptr;

@@ -61,6 +61,9 @@ TEST_F(RightsFlowTest, changesSeveralAndWhatLiesInThemAndTakesItBack)
     EXPECT_TRUE(tells(QStringLiteral("Es ändert sich nichts.")));
     clickBox(bit(4));
     EXPECT_TRUE(tells(QStringLiteral("Geändert werden die Rechte von 2 Elementen.")));
+    // One after the other while the first is being read.
+    clickBox(bit(4));
+    clickBox(bit(4));
     clickBox(sheet()->findChild<QCheckBox *>(QStringLiteral("rightsInside")));
     EXPECT_TRUE(tells(QStringLiteral("Geändert werden die Rechte von 3 Elementen.")));
     QTest::mouseClick(sheet()->findChild<QAbstractButton *>(QStringLiteral("accept")), Qt::LeftButton);
