@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view folderMark = ".directory";
 constexpr std::string_view subMark = ".sbd";
 /// Deeper than any mailbox; bounds what a strange tree costs.
-constexpr int deepest = 12;
+constexpr int deepestBox = 12;
 
 bool isFolder(const Location &path)
 {
@@ -53,7 +53,7 @@ public:
     /// `name` is that of the folder, empty for the root.
     void maildirs(const Location &folder, const QString &name, int depth)
     {
-        if (depth > deepest || !isNew(folder))
+        if (depth > deepestBox || !isNew(folder))
             return;
         const bool isBox = isMaildir(folder);
         if (isBox)
@@ -69,7 +69,7 @@ public:
 
     void mboxes(const Location &folder, const QString &name, int depth)
     {
-        if (depth > deepest || !isNew(folder))
+        if (depth > deepestBox || !isNew(folder))
             return;
         for (const Location &entry : entriesOf(folder)) {
             const std::string own = entry.filename().native();

@@ -66,8 +66,7 @@ QString symbolOf(CommandId id)
                                                          {Pin, "pin"},
                                                          {Settings, "settings"},
                                                          {Shortcuts, "case-sensitive"}};
-    const auto name = names.find(id);
-    return name == names.end() ? QString() : QString::fromLatin1(name->second);
+    return QString::fromLatin1(names.contains(id) ? names.at(id) : "");
 }
 
 bool beginsSection(CommandId id)
