@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace brellin {
@@ -156,9 +157,9 @@ void Transfer::run()
 /// Then asks about what was put off, and again about entries that changed since the user agreed.
 void Transfer::ran(TransferOutcome outcome)
 {
-    std::erase_if(m_merged, [&](const MergedFolder &folder) {
-        return std::ranges::find(outcome.emptied, folder.src, &MergedFolder::src) != outcome.emptied.end();
-    });
+    std::set<Location> emptied;
+    std::ranges::transform(outcome.emptied, std::inserter(emptied, emptied.end()), &MergedFolder::src);
+    std::erase_if(m_merged, [&](const MergedFolder &folder) { return emptied.contains(folder.src); });
     m_outcome.add(std::move(outcome));
     std::vector<SourcePlace> open = std::exchange(m_putOff, {});
     for (const TransferStep &step : std::exchange(m_outcome.toAskAgain, {}))
@@ -229,7 +230,6 @@ void Transfer::end(TransferOutcome outcome)
     std::ranges::transform(m_request.sources, std::back_inserter(finished.sources), standardised);
     finished.outcome = std::move(outcome);
     finished.steps = m_begun;
-    finished.sources = m_request.sources;
     m_queue.ended(m_id, std::move(finished));
 }
 

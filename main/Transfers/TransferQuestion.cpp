@@ -1,6 +1,6 @@
 #include "Transfers/TransferQuestion.h"
 
-#include <QLocale>
+#include "Base/German.h"
 
 namespace brellin {
 
@@ -24,7 +24,7 @@ QString mergeHint(const MergePreview &merge)
                 ? (merge.complete ? QStringLiteral("Ein Eintrag darin ist dort schon vorhanden; nach ihm wird gefragt.")
                                   : QStringLiteral("ein Eintrag darin ist dort schon vorhanden; danach wird gefragt."))
                 : QStringLiteral("%1 Einträge darin sind dort schon vorhanden; nach ihnen wird einzeln gefragt.")
-                      .arg(merge.collisions));
+                      .arg(german().toString(qlonglong(merge.collisions))));
 }
 
 /// Explains what goes beyond the plain answers.
@@ -37,9 +37,9 @@ QString hintOf(const ConflictQuestion &question)
         lines << QStringLiteral("„Später fragen“ überträgt zuerst alles, was im Ziel noch nicht vorhanden ist.");
     if (question.transferred > 0)
         lines << QStringLiteral("„Abbrechen“ lässt nur aus, was noch offen ist: %1 übertragen.")
-                     .arg(question.transferred == 1
-                              ? QStringLiteral("1 Element ist schon")
-                              : QStringLiteral("%1 Elemente sind schon").arg(question.transferred));
+                     .arg(question.transferred == 1 ? QStringLiteral("1 Element ist schon")
+                                                    : QStringLiteral("%1 Elemente sind schon")
+                                                          .arg(german().toString(qulonglong(question.transferred))));
     return lines.join(u'\n');
 }
 

@@ -43,7 +43,6 @@ struct FinishedTransfer {
     std::vector<Location> sources; ///< as requested
     TransferOutcome outcome;
     std::vector<TransferStep> steps; ///< as planned; empty if cancelled before
-    std::vector<Location> sources;   ///< as requested
 
     bool operator==(const FinishedTransfer &) const = default;
     /// The error lines for the pane's `errorMessage`; none if there are none.

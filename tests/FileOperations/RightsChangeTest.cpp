@@ -84,7 +84,7 @@ TEST_F(RightsChangeTest, restoresEachOwnRightsByIdentityAndRepeatsThem)
     EXPECT_EQ(now(), modes) << "the set-id bit as well";
     EXPECT_TRUE(undone.moves.empty());
     ASSERT_TRUE(undone.again);
-    EXPECT_EQ(undone.again->entries.front().to, tree.path("o")) << "from the last entry: its content first again";
+    EXPECT_EQ(undone.again->entries.back().to, tree.path("o")) << "redo goes forth: its content first again";
     const UndoneAction again = undo(*undone.again);
     EXPECT_EQ(now(), changed);
 

@@ -102,16 +102,8 @@ TEST_F(StepRecordsTest, keepsStepsForTheNextStartAndForNobodyElse)
 TEST_F(StepRecordsTest, settlesAndKeepsFoldersThatWentIntoOthers)
 {
     tree.lines({"leer/", "voll/rest", "ziel/"});
-    const StepEntry gone{
-        at("leer"),
-        at("ziel"),
-        EntryMark::of(at("leer")),
-        {},
-        {},
-        {},
-        {},
-        false,
-        FolderFacts{0710, 1, 2, clock.time + std::chrono::nanoseconds(3), {{"user.x", {"\0\xff", 2}}}}};
+    StepEntry gone{at("leer"), at("ziel"), EntryMark::of(at("leer"))};
+    gone.merged = FolderFacts{0710, 1, 2, clock.time + std::chrono::nanoseconds(3), {{"user.x", {"\0\xff", 2}}}};
     StepEntry stays = gone;
     stays.from = at("voll");
     killedAfter([&](StepRecords &own) {

@@ -93,6 +93,24 @@ TEST_F(MergeTest, asksOnlyAboutEntriesThatCollideAndRemovesWhatIsEmpty)
     EXPECT_EQ(moved.outcome.emptied.size(), 3U);
 }
 
+TEST_F(MergeTest, oneAnswerMergesAllFoldersAndNothingElse)
+{
+    world.tree().lines({"home/Musik/neu=m", "home/ziel/Musik/eigen=n", "home/datei=1", "home/ziel/datei=2",
+                        "home/Texte/a=t", "home/ziel/Texte/a=u"});
+    reply = [&](const TransferQuestion &question) {
+        const bool folder = std::get<ConflictQuestion>(question.about).merge.has_value();
+        return ConflictAnswer{folder ? ConflictChoice::merge : ConflictChoice::replace, true};
+    };
+    const FinishedTransfer moved =
+        run(TransferKind::Move, {world.home("Musik"), world.home("datei"), world.home("Texte"), world.home("Fotos")},
+            world.home("ziel"));
+    EXPECT_EQ(askedNames(), "Musik datei ") << "all folders are merged, all files replaced";
+    EXPECT_EQ(moved.errorMessage(), std::nullopt);
+    EXPECT_EQ(at("home/ziel/Musik/neu") + at("home/ziel/Musik/eigen") + at("home/ziel/datei") +
+                  at("home/ziel/Texte/a") + at("home/ziel/Fotos/eigen"),
+              "mn1talt e");
+}
+
 TEST_F(MergeTest, keepsTheSourceFolderWithWhatWasSkipped)
 {
     reply = mergeAnd(ConflictChoice::skip, true);
