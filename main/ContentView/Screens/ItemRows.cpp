@@ -247,8 +247,6 @@ QVariant ItemRows::data(const QModelIndex &index, int role) const
         return entry.kind;
     case Column::Tags:
         return entry.tags.join(QStringLiteral(", "));
-    case Column::Folder:
-        return folderTextOf(entry);
     case Column::Created:
         return shortDateText(entry.details.created, m_today);
     case Column::Accessed:

@@ -1,4 +1,5 @@
 #include "App/Window/WindowWorld.h"
+#include "ContentView/Screens/ItemRows.h"
 
 #include <QHeaderView>
 #include <QMenu>
@@ -163,13 +164,14 @@ TEST_F(ArrangementTest, choosesColumnsByKeysInBothPanes)
     window->run(CommandId::DualPane);
     key(Qt::Key_F6);
     arrangeByKeys(QStringLiteral("Rechte"));
+    const int rights = static_cast<int>(Column::Rights);
     int shown = 0;
     for (const QHeaderView *const one : window->findChildren<QHeaderView *>(QStringLiteral("detailsHeader")))
-        shown += one->isSectionHidden(8 + 1) ? 0 : 1;
+        shown += one->isSectionHidden(rights) ? 0 : 1;
     EXPECT_EQ(shown, 2);
     key(Qt::Key_F3);
     EXPECT_TRUE(waitUntil(
-        [this] { return details()->model()->index(0, 9).data().toString().startsWith(QStringLiteral("-rw-")); }));
+        [&] { return details()->model()->index(0, rights).data().toString().startsWith(QStringLiteral("-rw-")); }));
     EXPECT_TRUE(services->settings().setValue(QStringLiteral("detailsShown"), QVariant()));
     EXPECT_TRUE(services->settings().setValue(QStringLiteral("dualPane"), QVariant()));
 }
