@@ -2,11 +2,11 @@
 
 #include "App/Window/PlaceTitles.h"
 #include "Base/German.h"
-#include "ContentView/Screens/Crumbs.h"
 #include "Look/Buttons.h"
 #include "Look/Digits.h"
 #include "Look/EntryIcons.h"
 #include "Look/Theme.h"
+#include "Places/Crumbs.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -67,9 +67,9 @@ PaneView *TabPage::addView(BrowserModel &pane, QWidget *parent)
         parent);
     connect(view, &PaneView::focused, this, [this, &pane] { m_panes.setActive(&pane); });
     connect(view, &PaneView::columnsChosen, this, [this] {
-        for (PaneView *const one : {m_first, m_second})
-            if (one)
-                one->rereadColumns();
+        for (const Side &one : {m_first, m_second})
+            if (one.view)
+                one.view->rereadColumns();
     });
     connect(view, &PaneView::openRequested, this, &TabPage::openRequested);
     connect(view, &PaneView::tabRequested, this, &TabPage::tabRequested);
