@@ -173,6 +173,7 @@ TEST_F(GuardTest, usesTheProfilesAsTheyAreStoredAtEachQuestion)
     ASSERT_TRUE(settle());
     EXPECT_EQ(kept(), Kept(false, false));
     ASSERT_TRUE(storeList(defaults, GuardKeys::profiles, std::vector{profile("home/Werk", {u"fest"})}));
+    ASSERT_TRUE(settle());
     EXPECT_EQ(kept(), Kept(true, false));
 
     // By another program, in place and with the same size.
@@ -181,9 +182,9 @@ TEST_F(GuardTest, usesTheProfilesAsTheyAreStoredAtEachQuestion)
     ASSERT_TRUE(settle());
     EXPECT_EQ(kept(), Kept(true, false));
     std::fstream(file, std::ios::in | std::ios::out) << text.constData();
+    ASSERT_TRUE(settle());
     EXPECT_EQ(kept(), Kept(false, true));
 
-    ASSERT_TRUE(settle());
     EXPECT_EQ(kept(), Kept(false, true));
     std::filesystem::remove(file);
     EXPECT_EQ(kept(), Kept(true, true)) << "lost, since its last good version is there";
