@@ -33,14 +33,15 @@ std::optional<GroupLines> groupIn(const Lines &lines, const QByteArray &name)
     return GroupLines{head - lines.begin() + 1, next - lines.begin()};
 }
 
-std::optional<qsizetype> keyIn(const Lines &lines, const GroupLines &group, const QByteArray &key)
+/// The index of the key's line; -1 if there is none.
+qsizetype keyIn(const Lines &lines, const GroupLines &group, const QByteArray &key)
 {
     for (qsizetype line = group.begin; line < group.end; ++line) {
         const qsizetype sign = lines[line].indexOf('=');
         if (sign > 0 && lines[line].first(sign).trimmed() == key)
             return line;
     }
-    return std::nullopt;
+    return -1;
 }
 
 Names namesIn(const QByteArray &line)
@@ -56,17 +57,17 @@ Names namesIn(const QByteArray &line)
 void change(Lines &lines, const QByteArray &group, const QByteArray &type, const std::function<void(Names &)> &edit)
 {
     const std::optional<GroupLines> place = groupIn(lines, group);
-    const std::optional<qsizetype> at = place ? keyIn(lines, *place, type) : std::nullopt;
-    Names names = at ? namesIn(lines[*at]) : Names();
+    const qsizetype at = place ? keyIn(lines, *place, type) : -1;
+    Names names = at >= 0 ? namesIn(lines[at]) : Names();
     const Names before = names;
     edit(names);
     if (names == before)
         return;
     const QByteArray line = type + '=' + names.join(';') + ';';
-    if (at && names.isEmpty())
-        lines.removeAt(*at);
-    else if (at)
-        lines[*at] = line;
+    if (at >= 0 && names.isEmpty())
+        lines.removeAt(at);
+    else if (at >= 0)
+        lines[at] = line;
     else if (place)
         lines.insert(place->begin, line);
     else
